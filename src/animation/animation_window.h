@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstdint>
+
+#include "animation/stream_decoder.h"
+#include "foundation/byte_stream.h"
+#include "imaging/nibble_bitmap.h"
+#include "platform/drawing.h"
+#include "platform/window.h"
+
+namespace sorvel {
+
+// The player. It counts the ticks of a timer and decides at each what the screen shows: the frame that was decoded a
+// tick ahead, a further step of a dissolve, or nothing new.
+class AnimationWindow {
+ public:
+  AnimationWindow();
+  AnimationWindow(const AnimationWindow&) = delete;
+  AnimationWindow& operator=(const AnimationWindow&) = delete;
+  ~AnimationWindow();
+
+  // Opens the stream and starts. The caller owns the stream and keeps it until the next play or the end. A stream of
+  // one frame is a still: it needs no timer. 1, or 0 if the stream can't be opened or there is no timer.
+  int32_t Play(ByteStream* stream);
+
+  // One tick of 1/fps second.
+  void TimerTick();
+
+  // The picture stays, and so does the place in the stream. 0 if there was no timer, else 1.
+  int32_t StopTimer();
+
+  // Draws the viewport with black bands around it.
+  void Paint(platform::DeviceContext* context);
+
+  platform::WindowHandle window = nullptr;  // not owned
+  AnimationDecoder decoder;
+  NibbleBitmap bitmap;
+  int32_t ticks = 0;     // counts towards 0 for the frame on the screen, negative in a dissolve
+  int32_t nextTime = 0;  // of the frame on the screen until the next one is decoded, then that frame's
+  uint32_t timerId = 0;
+  int32_t timerResolution = 0;  // in milliseconds
+  int32_t timerFps = 0;         // what the running timer was set for, 0 for none
+  int32_t speedFactor = 1;      // multiplies the length of a tick
+  int32_t topMargin = 0;        // black bands above and below the picture
+  int32_t bottomMargin = 0;
+  int32_t viewLeft = 0;  // where the viewport lands in the window
+  int32_t viewTop = 0;
+  Rect viewport;      // the rectangle of the bitmap on the screen
+  Rect fromViewport;  // the viewport when a dissolve began
+
+ private:
+  void CenterViewport();
+  void ShowFrameViewport();
+  void ShowDissolveStep(int32_t weight, int32_t whole);
+  void SetTimer();
+  void DecodeAhead();
+  void PaintNow();
+};
+
+}  // namespace sorvel

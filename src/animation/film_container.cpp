@@ -1,0 +1,139 @@
+#include "animation/film_container.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "animation/stream_encoder.h"
+#include "animation/stream_format.h"
+#include "foundation/paths.h"
+#include "imaging/packed_image.h"
+#include "platform/files.h"
+
+namespace sorvel {
+
+namespace {
+
+FILE* OpenCacheForWriting(const char* cachePath) {
+  FILE* file = platform::OpenStdioFile(cachePath, "wb+");
+  // A folder that can't be written keeps no compiled stream, but the cut plays all the same.
+  return file != nullptr ? file : platform::OpenTemporaryFile();
+}
+
+// Compiles all frames of the cut into a new file, which stands at its start afterwards. Null if that can't be done.
+FILE* CompileCut(Cut* cut, const char* cachePath, NibbleBitmap* bitmap, PackedImage* composition, LoadReport* report) {
+  const int32_t scale = OutputScale(cut->Antialias());
+  if (bitmap->Create(cut->width / scale, cut->height / scale) == 0 ||
+      !composition->Resize(cut->width, cut->height, 0)) {
+    NoteProblem(report, "the picture is empty or too large");
+    return nullptr;
+  }
+  if (cut->frames.Count() == 0) {
+    NoteProblem(report, "the cut has no frames");
+    return nullptr;
+  }
+  FILE* file = OpenCacheForWriting(cachePath);
+  if (file == nullptr) {
+    NoteProblem(report, "no file for the compiled stream");
+    return nullptr;
+  }
+  FileStream stream(file);
+  AnimationEncoder encoder(&stream, bitmap, 1);
+  encoder.EncodeCut(cut, composition, 0, cut->frames.Count() - 1);
+  stream.Seek(0, kFromStart);
+  return file;
+}
+
+FILE* OpenOrCompile(Film* film, int32_t listIndex, NibbleBitmap* bitmap, LoadReport* report) {
+  const char* name = film->CutName(listIndex);
+  char cachePath[kPathCapacity];
+  if (!ChangeExtension(cachePath, name, "ca")) {
+    NoteProblem(report, "the path is too long");
+    return nullptr;
+  }
+  // Whether it is up to date isn't looked at: a stream that lies there is the one to be shown.
+  FILE* cache = platform::OpenStdioFile(cachePath, "rb");
+  if (cache != nullptr) return cache;
+  PackedImage composition;
+  Cut* open = film->cuts.At(listIndex).cut;
+  if (open != nullptr) return CompileCut(open, cachePath, bitmap, &composition, report);
+  FILE* file = platform::OpenStdioFile(name, "rb");
+  if (file == nullptr) {
+    NoteProblem(report, "can't be opened");
+    return nullptr;
+  }
+  Cut cut(0, 0, 24, "", 0);
+  FileStream stream(file);
+  const bool loaded = cut.Load(&stream, &composition, report);
+  stream.Close();
+  return loaded ? CompileCut(&cut, cachePath, bitmap, &composition, report) : nullptr;
+}
+
+struct ContainerHead {
+  int32_t maxPosition;    // of the largest picture sizes
+  int32_t tablePosition;  // of the offsets of the cuts
+};
+
+ContainerHead WriteHead(const Film& film, ByteStream& container, int32_t count) {
+  ContainerHead head;
+  container.Write(kContainerMagic, 2);
+  WriteField(container, 0, 4);
+  WriteText(container, film.title);
+  WriteText(container, film.author);
+  WriteField(container, film.width, 2);
+  WriteField(container, film.height, 2);
+  head.maxPosition = container.Tell();
+  WriteField(container, 0, 4);
+  WriteField(container, count, 2);
+  head.tablePosition = container.Tell();
+  for (int32_t i = 0; i < count; ++i) WriteField(container, 0, 4);
+  return head;
+}
+
+bool AppendCutToContainer(Film* film, int32_t outIndex, int32_t listIndex, ByteStream& container, int32_t tablePosition,
+                          NibbleBitmap* bitmap, int16_t* width, int16_t* height, LoadReport* report) {
+  FILE* file = OpenOrCompile(film, listIndex, bitmap, report);
+  if (file == nullptr) return false;
+  const int32_t position = container.Tell();
+  container.Seek(tablePosition + 4 * outIndex, kFromStart);
+  WriteField(container, position, 4);
+  container.Seek(position, kFromStart);
+  FileStream cache(file);
+  cache.Seek(kCutRecordOffset, kFromStart);
+  while (cache.GetC() > 0) {
+  }
+  *width = static_cast<int16_t>(ReadSignedField(cache, 2));
+  *height = static_cast<int16_t>(ReadSignedField(cache, 2));
+  cache.Seek(kCutRecordOffset, kFromStart);
+  CopyStream(cache, container, -1);
+  cache.Close();
+  return true;
+}
+
+}  // namespace
+
+bool WriteFilmContainer(Film* film, const int32_t* indices, int32_t count, ByteStream* container, NibbleBitmap* bitmap,
+                        ContainerReport* report) {
+  const ContainerHead head = WriteHead(*film, *container, count);
+  int16_t maxWidth = 0;
+  int16_t maxHeight = 0;
+  for (int32_t i = 0; i < count; ++i) {
+    int16_t width = 0;
+    int16_t height = 0;
+    if (!AppendCutToContainer(film, i, indices[i], *container, head.tablePosition, bitmap, &width, &height,
+                              report != nullptr ? &report->report : nullptr)) {
+      if (report != nullptr) report->listIndex = indices[i];
+      return false;
+    }
+    maxWidth = std::max(maxWidth, width);
+    maxHeight = std::max(maxHeight, height);
+  }
+  const int32_t size = container->Tell();
+  container->Seek(2, kFromStart);
+  WriteField(*container, size, 4);
+  container->Seek(head.maxPosition, kFromStart);
+  WriteField(*container, maxWidth, 2);
+  WriteField(*container, maxHeight, 2);
+  return true;
+}
+
+}  // namespace sorvel

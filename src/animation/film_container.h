@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstdint>
+
+#include "document/film.h"
+#include "document/load_report.h"
+#include "foundation/byte_stream.h"
+#include "imaging/nibble_bitmap.h"
+
+namespace sorvel {
+
+// The cut that stopped a container from being written.
+struct ContainerReport {
+  int32_t listIndex = -1;
+  LoadReport report;
+};
+
+// Writes entries of the film, `count` indices in the order of play, as one playback file at the start of an empty
+// stream. A compiled stream beside a cut's file is taken as it is; otherwise the cut is compiled and the stream left
+// there, for which the bitmap's picture is given up. False when a cut can't be had; what was written so far stays. The
+// report, which may be null, says which.
+bool WriteFilmContainer(Film* film, const int32_t* indices, int32_t count, ByteStream* container, NibbleBitmap* bitmap,
+                        ContainerReport* report);
+
+}  // namespace sorvel

@@ -1,0 +1,222 @@
+#include "animation/stream_inspector.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+
+#include "animation/stream_format.h"
+
+namespace sorvel {
+
+namespace {
+
+constexpr int32_t kCutSizesBytes = 10;        // of a cut record, behind the credit
+constexpr int32_t kContainerSizesBytes = 10;  // of a container's head, behind the texts
+
+class Inspector {
+ public:
+  Inspector(ByteStream* input, StreamInfo* streamInfo, LoadReport* loadReport)
+      : stream(*input), info(*streamInfo), report(*loadReport), length(StreamLength(*input)) {}
+
+  bool Run();
+
+ private:
+  std::string Text();
+  bool Expect(int64_t bytes);
+  bool ReadContainerHead();
+  bool ReadCutRecord();
+  bool ReadFrame();
+  bool CheckBox(const StreamFrameInfo& frame, int64_t number);
+  bool CheckBlocks(const StreamFrameInfo& frame, int64_t number);
+
+  ByteStream& stream;
+  StreamInfo& info;
+  LoadReport& report;
+  int32_t length;
+};
+
+std::string Inspector::Text() {
+  char text[kStreamTextLimit];
+  ReadText(stream, text, kStreamTextLimit);
+  return text;
+}
+
+bool Inspector::Expect(int64_t bytes) {
+  if (length - stream.Tell() >= bytes) return true;
+  report.Note("the stream ends early");
+  return false;
+}
+
+bool Inspector::Run() {
+  stream.Seek(0, kFromStart);
+  char magic[3] = "";
+  stream.Read(magic, 2);
+  info.isContainer = std::strcmp(magic, kContainerMagic) == 0;
+  if (!info.isContainer && std::strcmp(magic, kStreamMagic) != 0) {
+    report.Note("not a compiled stream");
+    return false;
+  }
+  if (!Expect(4)) return true;
+  info.size = ReadField(stream, 4);
+  if (info.size != static_cast<uint32_t>(length)) report.Note("the size in the head isn't the file's");
+  if (info.isContainer) {
+    if (!ReadContainerHead()) return true;
+  } else {
+    info.offsets.push_back(kCutRecordOffset);
+  }
+  size_t next = 0;
+  while (stream.Tell() < length || next == 0) {
+    if (next < info.offsets.size() && info.offsets[next] == static_cast<uint32_t>(stream.Tell())) {
+      if (!ReadCutRecord()) return true;
+      ++next;
+    } else if (next == 0) {
+      report.Note("the first offset does not point behind the table");
+      return true;
+    } else if (!ReadFrame()) {
+      return true;
+    }
+    const bool endsCut = stream.Tell() >= length ||
+                         (next < info.offsets.size() && info.offsets[next] == static_cast<uint32_t>(stream.Tell()));
+    if (endsCut && info.cuts.back().frames.empty()) report.Note("cut %lld has no frame", static_cast<int64_t>(next));
+  }
+  if (next < info.offsets.size()) {
+    report.Note("the offset of cut %lld points nowhere", static_cast<int64_t>(next) + 1);
+  }
+  return true;
+}
+
+bool Inspector::ReadContainerHead() {
+  info.title = Text();
+  info.author = Text();
+  if (!Expect(kContainerSizesBytes)) return false;
+  info.width = ReadSignedField(stream, 2);
+  info.height = ReadSignedField(stream, 2);
+  info.maxWidth = ReadSignedField(stream, 2);
+  info.maxHeight = ReadSignedField(stream, 2);
+  const int32_t count = ReadSignedField(stream, 2);
+  if (count < 1) {
+    report.Note("the film has no cuts");
+    return false;
+  }
+  if (info.width < 1 || info.height < 1) report.Note("the picture area is empty");
+  if (!Expect(int64_t{4} * count)) return false;
+  for (int32_t i = 0; i < count; ++i) info.offsets.push_back(ReadField(stream, 4));
+  return true;
+}
+
+bool Inspector::ReadCutRecord() {
+  StreamCutInfo& cut = info.cuts.emplace_back();
+  cut.offset = stream.Tell();
+  cut.credit = Text();
+  if (!Expect(kCutSizesBytes)) return false;
+  cut.width = ReadSignedField(stream, 2);
+  cut.height = ReadSignedField(stream, 2);
+  cut.frameWidth = ReadSignedField(stream, 2);
+  cut.frameHeight = ReadSignedField(stream, 2);
+  cut.fps = ReadSignedField(stream, 1);
+  cut.levels = static_cast<int32_t>(ReadField(stream, 1)) + 1;
+  const int64_t number = static_cast<int64_t>(info.cuts.size());
+  if (cut.width < 1 || cut.height < 1) report.Note("the picture of cut %lld is empty", number);
+  if (info.isContainer ? cut.width > info.maxWidth || cut.height > info.maxHeight
+                       : cut.frameWidth < 1 || cut.frameHeight < 1) {
+    report.Note(info.isContainer ? "the picture of cut %lld is larger than the film's largest"
+                                 : "the frame of cut %lld is empty",
+                number);
+  }
+  if (cut.levels != 4 && cut.levels != 13) report.Note("cut %lld has an unknown number of grey levels", number);
+  return !report.IsDamaged();
+}
+
+bool Inspector::ReadFrame() {
+  StreamCutInfo& cut = info.cuts.back();
+  if (!Expect(kFrameHeadBytes)) return false;
+  StreamFrameInfo& frame = cut.frames.emplace_back();
+  const int64_t number = static_cast<int64_t>(cut.frames.size());
+  frame.time = ReadSignedField(stream, 2);
+  frame.loop = ReadSignedField(stream, 2);
+  frame.brightness = ReadSignedField(stream, 1);
+  frame.x = ReadSignedField(stream, 2);
+  frame.y = ReadSignedField(stream, 2);
+  frame.box.x = ReadSignedField(stream, 2);
+  frame.box.y = ReadSignedField(stream, 2);
+  frame.box.width = ReadSignedField(stream, 2);
+  frame.box.height = ReadSignedField(stream, 2);
+  frame.codeSize = ReadField(stream, 4);
+  frame.literalSize = ReadField(stream, 4);
+  if (!CheckBox(frame, number)) return false;
+  if (!frame.box.IsEmpty()) frame.mapSize = frame.box.height * MapRowBytes(frame.box.width);
+  const int64_t sections = int64_t{frame.mapSize} + frame.codeSize + frame.literalSize;
+  if (!Expect(sections)) return false;
+  const int32_t next = static_cast<int32_t>(stream.Tell() + sections);
+  if (!CheckBlocks(frame, number)) return false;
+  stream.Seek(next, kFromStart);
+  return true;
+}
+
+bool Inspector::CheckBox(const StreamFrameInfo& frame, int64_t number) {
+  const StreamCutInfo& cut = info.cuts.back();
+  const Rect& box = frame.box;
+  if (box.x < 0 || box.y < 0 || box.width < 0 || box.height < 0 || box.x + box.width > cut.width ||
+      box.y + box.height > cut.height) {
+    report.Note("the box of frame %lld lies outside the picture", number);
+  } else if (number == 1 && box != Rect{0, 0, cut.width, cut.height}) {
+    report.Note("the first frame is not a whole picture");
+  } else if (box.IsEmpty() && (frame.codeSize != 0 || frame.literalSize != 0)) {
+    report.Note("frame %lld has data without a box", number);
+  }
+  return !report.IsDamaged();
+}
+
+// Follows the codes through the change map and counts the bytes that they ask for.
+bool Inspector::CheckBlocks(const StreamFrameInfo& frame, int64_t number) {
+  const Rect& box = frame.box;
+  if (box.IsEmpty()) return true;
+  const int32_t blocks = (box.width + 3) / 4;
+  const int32_t rowBytes = RowBytes(box.width);
+  const int32_t mapRowBytes = MapRowBytes(box.width);
+  const int64_t literalBytes = info.cuts.back().levels <= 4 ? 1 : 2;
+  std::vector<uint8_t> map(static_cast<size_t>(frame.mapSize));
+  std::vector<uint8_t> codes(frame.codeSize);
+  std::vector<uint8_t> row(static_cast<size_t>(rowBytes), kFirstRowCodes);
+  ReadUpTo(stream, map.data(), frame.mapSize);
+  ReadUpTo(stream, codes.data(), static_cast<int32_t>(frame.codeSize));
+  size_t codesUsed = 0;
+  int64_t literalsUsed = 0;
+  for (int32_t y = 0; y < box.height; ++y) {
+    for (int32_t i = 0; i < rowBytes; ++i) {
+      if ((map[static_cast<size_t>(y * mapRowBytes + i / 8)] >> (i % 8) & 1) == 0) continue;
+      if (codesUsed >= codes.size()) {
+        report.Note("frame %lld has too few codes", number);
+        return false;
+      }
+      row[static_cast<size_t>(i)] = codes[codesUsed++];
+    }
+    for (int32_t k = 0; k < blocks; ++k) {
+      const int32_t code = row[static_cast<size_t>(k / 2)] >> (k % 2 * 4) & 0x0F;
+      if (code == kLiteralBlock) literalsUsed += literalBytes;
+      const BlockOffset offset = kBlockOffsets[code];
+      if (box.x + 4 * k + offset.dx < 0 || box.y + y + offset.dy < 0) {
+        report.Note("a block of frame %lld is copied from outside the picture", number);
+        return false;
+      }
+    }
+  }
+  if (codesUsed != codes.size()) report.Note("frame %lld has codes that belong to no block", number);
+  if (literalsUsed != frame.literalSize) report.Note("frame %lld has literals of another size than its codes", number);
+  return !report.IsDamaged();
+}
+
+}  // namespace
+
+bool InspectStream(ByteStream* stream, StreamInfo* info, LoadReport* report) {
+  return Inspector(stream, info, report).Run();
+}
+
+bool IsCompleteStream(ByteStream* stream) {
+  char magic[3] = "";
+  stream->Seek(0, kFromStart);
+  stream->Read(magic, 2);
+  return std::strcmp(magic, kStreamMagic) == 0 && ReadField(*stream, 4) == static_cast<uint32_t>(StreamLength(*stream));
+}
+
+}  // namespace sorvel

@@ -1,0 +1,72 @@
+#include "document/cut.h"
+
+namespace sorvel {
+
+namespace {
+
+constexpr int32_t kFileHeadBytes = 14;
+constexpr int32_t kInfoHeadBytes = 40;
+constexpr int32_t kColors = 16;
+constexpr int32_t kPixelOffset = kFileHeadBytes + kInfoHeadBytes + kColors * 4;
+
+void WriteHeads(ByteStream& stream, int32_t width, int32_t height, int32_t rowBytes) {
+  WriteField(stream, 'B' | 'M' << 8, 2);
+  // The size counts padded rows although the rows are written without padding: readers of these files know.
+  WriteField(stream, kPixelOffset + height * ((rowBytes + 3) & ~3), 4);
+  WriteField(stream, 0, 4);
+  WriteField(stream, kPixelOffset, 4);
+  WriteField(stream, kInfoHeadBytes, 4);
+  WriteField(stream, width, 4);
+  WriteField(stream, height, 4);
+  WriteField(stream, 1, 2);  // planes
+  WriteField(stream, 4, 2);  // bits per pixel
+  WriteField(stream, 0, 4);  // compression
+  WriteField(stream, 0, 4);  // image size
+  WriteField(stream, 0, 4);  // resolutions
+  WriteField(stream, 0, 4);
+  WriteField(stream, kColors, 4);
+  WriteField(stream, 0, 4);  // important colours
+}
+
+}  // namespace
+
+bool Cut::ExportFrameBitmap(ByteStream* stream, NibbleBitmap* bitmap, CellImage* composition) {
+  Frame* frame = CurrentFrame();
+  const int32_t scale = OutputScale(Antialias());
+  if (frame == nullptr || bitmap->Create(width / scale, height / scale) == 0) return false;
+  composition->Fill(0);
+  const uint32_t flags = viewFlags & kCurrentCellOnly;
+  frame->ComposeFrame(composition, 0, 0, width, height, &flags, nullptr);
+  bitmap->FillBits(0);
+  bitmap->frontIsHigh = 0;
+  bitmap->ReduceFrom(*composition, nullptr, scale, nullptr);
+  bitmap->SetLevels(OutputLevels(scale));
+  bitmap->SetBrightness(frame->DecodedBrightness());
+  bitmap->MixPlanes(0, 1);
+
+  const int32_t outputWidth = frameWidth / scale;
+  const int32_t outputHeight = frameHeight / scale;
+  WriteHeads(*stream, outputWidth, outputHeight, (outputWidth + 1) / 2);
+  for (int32_t i = 0; i < kColors; ++i) {
+    int32_t red = 0;
+    int32_t green = 0;
+    int32_t blue = 0;
+    bitmap->GetFrontColor(i, &red, &green, &blue);
+    WriteField(*stream, blue | green << 8 | red << 16, 4);
+  }
+  // The frame's rectangle may reach over the picture: rows behind each other in memory show there, and nothing beyond.
+  const auto levelAt = [bitmap](int64_t x, int64_t y) {
+    const int64_t place = y * bitmap->pitch + x;
+    return place >= 0 && place < bitmap->imageSize + platform::kSpareBytes ? bitmap->bits[place] & 0x0F : 0;
+  };
+  for (int32_t row = outputHeight - 1; row >= 0; --row) {
+    const int64_t y = frame->y / scale + row;
+    for (int32_t column = 0; column < outputWidth; column += 2) {
+      const int64_t x = frame->x / scale + column;
+      stream->PutC(levelAt(x, y) << 4 | levelAt(x + 1, y));
+    }
+  }
+  return true;
+}
+
+}  // namespace sorvel

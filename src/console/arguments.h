@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+namespace sorvel::console {
+
+// An option of a command. One with a value name takes the word behind it.
+struct Option {
+  const char* name;
+  const char* valueName;  // null for a flag
+};
+
+// The words of a command, taken apart. Words that begin with two dashes are options, up to a word "--".
+class Arguments {
+ public:
+  // False, with the reason in Problem(), for an unknown option, a missing value or a wrong number of plain words.
+  bool Parse(int count, char** words, std::initializer_list<Option> options, size_t fewest, size_t most);
+
+  const std::string& Problem() const { return problem; }
+  const std::vector<std::string>& Plain() const { return plain; }
+  bool Has(const char* option) const { return Find(option) != nullptr; }
+  // Null when the option wasn't given.
+  const std::string* Find(const char* option) const;
+
+ private:
+  struct Given {
+    std::string name;
+    std::string value;
+  };
+
+  std::vector<std::string> plain;
+  std::vector<Given> given;
+  std::string problem;
+};
+
+// A whole decimal number within the bounds; false for anything else.
+bool ParseNumber(const std::string& text, int32_t lowest, int32_t highest, int32_t* number);
+
+// One line on standard error: "sorvel: SUBJECT: PROBLEM". Gives the status of a failure.
+int Fail(const std::string& subject, const std::string& problem);
+// One line on standard error. Gives the status of wrong usage.
+int FailUsage(const std::string& problem);
+
+// The value of a number option, or what `number` holds when it isn't given. False, with the line written, for a value
+// outside the bounds.
+bool NumberOption(const Arguments& arguments, const char* option, int32_t lowest, int32_t highest, int32_t* number);
+
+}  // namespace sorvel::console

@@ -1,0 +1,148 @@
+#include <cstdio>
+#include <cstring>
+#include <initializer_list>
+
+#include "console/commands.h"
+#include "console/console_files.h"
+#include "imaging/color_table.h"
+
+namespace sorvel::console {
+
+namespace {
+
+struct Command {
+  const char* name;
+  const char* usage;
+  const char* summary;
+  const char* details;  // may be empty
+  std::initializer_list<Option> options;
+  size_t fewestWords;
+  size_t mostWords;
+  int (*run)(const Arguments& arguments);
+};
+
+constexpr size_t kAnyNumber = static_cast<size_t>(-1);
+
+const Command kCommands[] = {
+    {"info", "info FILE", "what a .cut, .lyr, .flm, .ca or .sv file holds, as JSON", "", {}, 1, 1, RunInfo},
+    {"resave", "resave IN OUT", "loads a .cut, .lyr or .flm file and saves it again", "", {}, 2, 2, RunResave},
+    {"compile",
+     "compile IN.cut OUT.ca [--first N] [--last N]",
+     "compiles frames of a cut into a stream that plays",
+     "  --first N  the first frame, counted from 1; 1 by default\n"
+     "  --last N   the last frame; the cut's last by default\n",
+     {{"--first", "a number"}, {"--last", "a number"}},
+     2,
+     2,
+     RunCompile},
+    {"export",
+     "export FILM.flm OUT.sv",
+     "writes all cuts of a film as one playback file",
+     "A compiled stream (.ca) beside a cut is used as it is; where there is none it is made.\n",
+     {},
+     2,
+     2,
+     RunExport},
+    {"frame",
+     "frame IN.cut N OUT.bmp",
+     "frame N, from 1, as the player shows it, as a 4-bit bitmap file",
+     "",
+     {},
+     3,
+     3,
+     RunFrame},
+    {"view",
+     "view IN.cut N OUT.bmp [OPTION]...",
+     "frame N, from 1, as the editor shows it, as an 8-bit bitmap file",
+     "  --record R           the record under edit, from 0, the bottom one\n"
+     "  --onion-previous     the cell before the current one shows through\n"
+     "  --onion-next         the cell after it does\n"
+     "  --current-cell-only  only the current cell\n"
+     "  --dim-others         other layers pale, the current one on top\n"
+     "  --draw-limit L       only the lowest L records, 0 to 63; 0 is all\n",
+     {{"--record", "a number"},
+      {"--onion-previous", nullptr},
+      {"--onion-next", nullptr},
+      {"--current-cell-only", nullptr},
+      {"--dim-others", nullptr},
+      {"--draw-limit", "a number"}},
+     3,
+     3,
+     RunView},
+    {"play",
+     "play IN.ca|IN.sv OUTDIR --ticks N",
+     "plays N ticks without a timer, into pictures and a log",
+     "OUTDIR/ticks.jsonl gets a line for each tick, OUTDIR/tick-00000.pgm and so on the pictures.\n",
+     {{"--ticks", "a number"}},
+     2,
+     2,
+     RunPlay},
+    {"import",
+     "import OUT.cut [OPTION]... IMAGE...",
+     "makes a cut of scanned or rendered drawings, one frame for each",
+     "IMAGE is a BMP, PNG, PGM or PPM file. Equal pictures share a cell.\n"
+     "  --fps N               frames a second, 1 to 255; 24 by default\n"
+     "  --width W --height H  the canvas; by default the size of the first picture\n"
+     "  --antialias 0|1|2     output at full size, 1/2 or 1/4; 0 by default\n"
+     "  --hold N              how long each frame stands, in 1/fps second; 1 by default\n"
+     "  --transparent RRGGBB  a colour that becomes transparent\n",
+     {{"--fps", "a number"},
+      {"--width", "a number"},
+      {"--height", "a number"},
+      {"--antialias", "0, 1 or 2"},
+      {"--hold", "a number"},
+      {"--transparent", "a colour RRGGBB"}},
+     2,
+     kAnyNumber,
+     RunImport},
+};
+
+void PrintOverview() {
+  std::printf("Sorvel Developer without a window system: a production tool for hand-drawn limited animation.\n\n");
+  for (const Command& command : kCommands) std::printf("  sorvel %s\n      %s\n", command.usage, command.summary);
+  std::printf(
+      "\nsorvel COMMAND --help tells more of a command; sorvel --version gives the version.\n"
+      "Exit status: 0 done, 1 the work failed, 2 wrong usage.\n");
+}
+
+void PrintHelp(const Command& command) {
+  std::printf("sorvel %s\n\n%s.\n", command.usage, command.summary);
+  if (command.details[0] != '\0') std::printf("\n%s", command.details);
+}
+
+int RunCommand(const Command& command, int count, char** words) {
+  for (int i = 0; i < count; ++i) {
+    if (std::strcmp(words[i], "--") == 0) break;
+    if (std::strcmp(words[i], "--help") != 0) continue;
+    PrintHelp(command);
+    return kDone;
+  }
+  Arguments arguments;
+  if (!arguments.Parse(count, words, command.options, command.fewestWords, command.mostWords)) {
+    return FailUsage(std::string(command.name) + ": " + arguments.Problem() + "; usage: sorvel " + command.usage);
+  }
+  CatchInterrupts();
+  LoadColors(nullptr);
+  return command.run(arguments);
+}
+
+}  // namespace
+
+int Main(int argc, char** argv) {
+  const char* word = argc > 1 ? argv[1] : "";
+  if (std::strcmp(word, "--help") == 0) {
+    PrintOverview();
+    return kDone;
+  }
+  if (std::strcmp(word, "--version") == 0) {
+    std::printf("sorvel %s\n", SORVEL_VERSION);
+    return kDone;
+  }
+  for (const Command& command : kCommands) {
+    if (std::strcmp(word, command.name) == 0) return RunCommand(command, argc - 2, argv + 2);
+  }
+  return FailUsage(word[0] == '\0' ? std::string("a command is missing; see sorvel --help")
+                                   : std::string("no command ") + word + "; see sorvel --help");
+}
+
+}  // namespace sorvel::console

@@ -1,0 +1,298 @@
+#include "console/picture_reader.h"
+
+#include <png.h>
+
+#include <algorithm>
+#include <cctype>
+#include <csetjmp>
+#include <cstdlib>
+#include <cstring>
+
+namespace sorvel::console {
+
+namespace {
+
+// Compression can't make a picture smaller than this many pixels a byte of its file.
+constexpr int64_t kMostPixelsPerByte = 1100 * 8;
+
+bool IsReasonable(int64_t width, int64_t height) {
+  return width >= 1 && height >= 1 && width <= kLargestPictureSide && height <= kLargestPictureSide;
+}
+
+size_t RgbBytes(const Picture& picture) {
+  return static_cast<size_t>(picture.width) * static_cast<size_t>(picture.height) * 3;
+}
+
+int64_t FileLength(FILE* file) {
+  const long position = std::ftell(file);
+  std::fseek(file, 0, SEEK_END);
+  const long length = std::ftell(file);
+  std::fseek(file, position, SEEK_SET);
+  return length;
+}
+
+uint32_t Little(const uint8_t* bytes, int32_t count) {
+  uint32_t value = 0;
+  for (int32_t i = count; i-- > 0;) value = value << 8 | bytes[i];
+  return value;
+}
+
+// Bitmap files.
+
+struct BitmapHead {
+  int64_t width = 0;
+  int64_t height = 0;
+  bool topDown = false;
+  int32_t bits = 0;
+  uint32_t pixelOffset = 0;
+  std::vector<uint8_t> colors;  // blue, green, red of each
+};
+
+bool ReadBitmapHead(FILE* file, BitmapHead* head, std::string* problem) {
+  uint8_t bytes[18];
+  uint8_t info[36] = {};
+  if (std::fread(bytes, sizeof(bytes), 1, file) != 1) {
+    *problem = "the file ends in its head";
+    return false;
+  }
+  head->pixelOffset = Little(bytes + 10, 4);
+  const uint32_t infoSize = Little(bytes + 14, 4);
+  // A core header has 16-bit sizes and colours of three bytes.
+  const bool isCore = infoSize == 12;
+  if (!isCore && (infoSize < 40 || infoSize > 4096)) {
+    *problem = "an unknown kind of bitmap file";
+    return false;
+  }
+  if (std::fread(info, isCore ? 8 : 36, 1, file) != 1) {
+    *problem = "the file ends in its head";
+    return false;
+  }
+  uint32_t compression = 0;
+  uint32_t colorsUsed = 0;
+  if (isCore) {
+    head->width = Little(info, 2);
+    head->height = Little(info + 2, 2);
+    head->bits = static_cast<int32_t>(Little(info + 6, 2));
+  } else {
+    head->width = static_cast<int32_t>(Little(info, 4));
+    head->height = static_cast<int32_t>(Little(info + 4, 4));
+    head->bits = static_cast<int32_t>(Little(info + 10, 2));
+    compression = Little(info + 12, 4);
+    colorsUsed = Little(info + 28, 4);
+  }
+  head->topDown = head->height < 0;
+  if (head->topDown) head->height = -head->height;
+  if (!IsReasonable(head->width, head->height)) {
+    *problem = "a picture of this size can't be read";
+    return false;
+  }
+  const bool knownBits = head->bits == 1 || head->bits == 4 || head->bits == 8 || head->bits == 24 || head->bits == 32;
+  if (!knownBits || compression != 0) {
+    // Masks that name the usual order of bytes are no compression.
+    uint8_t masks[12] = {};
+    constexpr uint32_t bitFields = 3;
+    const bool usualMasks = head->bits == 32 && compression == bitFields && std::fread(masks, 12, 1, file) == 1 &&
+                            Little(masks, 4) == 0xFF0000 && Little(masks + 4, 4) == 0xFF00 &&
+                            Little(masks + 8, 4) == 0xFF;
+    if (!usualMasks) {
+      *problem = "a bitmap file of this compression or depth can't be read";
+      return false;
+    }
+  }
+  if (head->bits <= 8) {
+    const uint32_t most = 1u << head->bits;
+    const uint32_t count = colorsUsed == 0 || colorsUsed > most ? most : colorsUsed;
+    const uint32_t entryBytes = isCore ? 3 : 4;
+    head->colors.assign(most * 3, 0);
+    std::fseek(file, static_cast<long>(14 + infoSize), SEEK_SET);
+    for (uint32_t i = 0; i < count; ++i) {
+      uint8_t entry[4];
+      if (std::fread(entry, entryBytes, 1, file) != 1) {
+        *problem = "the file ends in its colours";
+        return false;
+      }
+      std::copy(entry, entry + 3, head->colors.begin() + static_cast<std::ptrdiff_t>(i * 3));
+    }
+  }
+  return true;
+}
+
+bool ReadBitmap(FILE* file, Picture* picture, std::string* problem) {
+  BitmapHead head;
+  if (!ReadBitmapHead(file, &head, problem)) return false;
+  const int64_t rowBytes = (head.width * head.bits + 31) / 32 * 4;
+  if (head.pixelOffset + rowBytes * head.height > FileLength(file)) {
+    *problem = "the file ends in its pixels";
+    return false;
+  }
+  picture->width = static_cast<int32_t>(head.width);
+  picture->height = static_cast<int32_t>(head.height);
+  picture->rgb.resize(RgbBytes(*picture));
+  std::vector<uint8_t> row(static_cast<size_t>(rowBytes));
+  std::fseek(file, static_cast<long>(head.pixelOffset), SEEK_SET);
+  for (int32_t i = 0; i < picture->height; ++i) {
+    if (std::fread(row.data(), row.size(), 1, file) != 1) {
+      *problem = "the file ends in its pixels";
+      return false;
+    }
+    const int32_t y = head.topDown ? i : picture->height - 1 - i;
+    uint8_t* to = picture->rgb.data() + static_cast<size_t>(y) * static_cast<size_t>(picture->width) * 3;
+    for (int32_t x = 0; x < picture->width; ++x, to += 3) {
+      const uint8_t* from = nullptr;
+      if (head.bits >= 24) {
+        from = row.data() + x * (head.bits / 8);
+      } else {
+        const int32_t place = x * head.bits;
+        const int32_t shift = 8 - head.bits - place % 8;
+        const int32_t index = row[static_cast<size_t>(place / 8)] >> shift & ((1 << head.bits) - 1);
+        from = head.colors.data() + index * 3;
+      }
+      to[0] = from[2];
+      to[1] = from[1];
+      to[2] = from[0];
+    }
+  }
+  return true;
+}
+
+// Portable grey and colour maps.
+
+// The next number of the head, behind blanks and comments; -1 if there is none.
+int64_t ReadMapNumber(FILE* file) {
+  int byte = std::fgetc(file);
+  while (byte == '#' || std::isspace(byte) != 0) {
+    if (byte == '#') {
+      while (byte != '\n' && byte != EOF) byte = std::fgetc(file);
+    }
+    byte = std::fgetc(file);
+  }
+  if (std::isdigit(byte) == 0) return -1;
+  int64_t number = 0;
+  for (; std::isdigit(byte) != 0; byte = std::fgetc(file)) {
+    if (number < INT32_MAX) number = number * 10 + (byte - '0');
+  }
+  // One blank ends the number; binary pixels begin right behind it.
+  return number;
+}
+
+bool ReadMap(FILE* file, Picture* picture, std::string* problem) {
+  std::fgetc(file);
+  const int kind = std::fgetc(file);
+  const bool isPlain = kind == '2' || kind == '3';
+  const int32_t channels = kind == '3' || kind == '6' ? 3 : 1;
+  const int64_t width = ReadMapNumber(file);
+  const int64_t height = ReadMapNumber(file);
+  const int64_t highest = ReadMapNumber(file);
+  if (!IsReasonable(width, height) || highest < 1 || highest > 65535) {
+    *problem = "a map of this size or depth can't be read";
+    return false;
+  }
+  const int32_t sampleBytes = highest > 255 ? 2 : 1;
+  const int64_t samples = width * height * channels;
+  const int64_t fewestBytes = isPlain ? samples * 2 - 1 : samples * sampleBytes;
+  if (std::ftell(file) + fewestBytes > FileLength(file)) {
+    *problem = "the file ends in its pixels";
+    return false;
+  }
+  picture->width = static_cast<int32_t>(width);
+  picture->height = static_cast<int32_t>(height);
+  picture->rgb.resize(RgbBytes(*picture));
+  uint8_t* to = picture->rgb.data();
+  for (int64_t i = 0; i < samples; ++i) {
+    int64_t sample = 0;
+    if (isPlain) {
+      sample = ReadMapNumber(file);
+    } else {
+      for (int32_t b = 0; b < sampleBytes; ++b) sample = sample * 256 + std::fgetc(file);
+    }
+    if (sample < 0 || sample > highest) {
+      *problem = "a pixel is out of range";
+      return false;
+    }
+    const uint8_t value = static_cast<uint8_t>((sample * 255 + highest / 2) / highest);
+    for (int32_t copies = channels == 1 ? 3 : 1; copies > 0; --copies) *to++ = value;
+  }
+  return true;
+}
+
+// PNG files.
+
+struct PngReader {
+  png_structp png = nullptr;
+  png_infop info = nullptr;
+  std::string problem;
+
+  ~PngReader() { png_destroy_read_struct(&png, &info, nullptr); }
+};
+
+[[noreturn]] void OnPngError(png_structp png, png_const_charp message) {
+  static_cast<PngReader*>(png_get_error_ptr(png))->problem = message;
+  png_longjmp(png, 1);
+}
+
+void OnPngWarning(png_structp png, png_const_charp message) {
+  static_cast<void>(png);
+  static_cast<void>(message);
+}
+
+bool DecodePng(PngReader* reader, FILE* file, Picture* picture, std::vector<png_bytep>* rows) {
+  const int64_t length = FileLength(file);
+  if (setjmp(png_jmpbuf(reader->png)) != 0) return false;
+  png_init_io(reader->png, file);
+  png_set_user_limits(reader->png, kLargestPictureSide, kLargestPictureSide);
+  png_read_info(reader->png, reader->info);
+  picture->width = static_cast<int32_t>(png_get_image_width(reader->png, reader->info));
+  picture->height = static_cast<int32_t>(png_get_image_height(reader->png, reader->info));
+  if (int64_t{picture->width} * picture->height > length * kMostPixelsPerByte) {
+    png_error(reader->png, "the file ends in its pixels");
+  }
+  png_set_expand(reader->png);
+  png_set_scale_16(reader->png);
+  png_set_gray_to_rgb(reader->png);
+  png_color_16 paper = {};
+  paper.red = paper.green = paper.blue = paper.gray = 255;
+  png_set_background(reader->png, &paper, PNG_BACKGROUND_GAMMA_SCREEN, 0, 1.0);
+  png_set_interlace_handling(reader->png);
+  png_read_update_info(reader->png, reader->info);
+  picture->rgb.resize(RgbBytes(*picture));
+  if (png_get_rowbytes(reader->png, reader->info) * static_cast<size_t>(picture->height) != picture->rgb.size()) {
+    png_error(reader->png, "an unknown kind of PNG file");
+  }
+  for (int32_t y = 0; y < picture->height; ++y) {
+    rows->push_back(picture->rgb.data() + static_cast<size_t>(y) * static_cast<size_t>(picture->width) * 3);
+  }
+  png_read_image(reader->png, rows->data());
+  png_read_end(reader->png, nullptr);
+  return true;
+}
+
+bool ReadPng(FILE* file, Picture* picture, std::string* problem) {
+  PngReader reader;
+  std::vector<png_bytep> rows;
+  reader.png = png_create_read_struct(PNG_LIBPNG_VER_STRING, &reader, OnPngError, OnPngWarning);
+  if (reader.png != nullptr) reader.info = png_create_info_struct(reader.png);
+  if (reader.info == nullptr) {
+    *problem = "no memory for the picture";
+    return false;
+  }
+  if (DecodePng(&reader, file, picture, &rows)) return true;
+  *problem = reader.problem;
+  return false;
+}
+
+}  // namespace
+
+bool ReadPicture(FILE* file, Picture* picture, std::string* problem) {
+  uint8_t start[8] = {};
+  const size_t got = std::fread(start, 1, sizeof(start), file);
+  std::rewind(file);
+  if (got >= 2 && start[0] == 'B' && start[1] == 'M') return ReadBitmap(file, picture, problem);
+  if (got >= 2 && start[0] == 'P' && std::strchr("2356", start[1]) != nullptr && start[1] != '\0') {
+    return ReadMap(file, picture, problem);
+  }
+  if (got == 8 && png_sig_cmp(start, 0, 8) == 0) return ReadPng(file, picture, problem);
+  *problem = "not a BMP, PNG, PGM or PPM file";
+  return false;
+}
+
+}  // namespace sorvel::console

@@ -1,0 +1,126 @@
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "animation/animation_window.h"
+#include "animation/stream_inspector.h"
+#include "console/commands.h"
+#include "console/console_files.h"
+#include "platform/headless/headless.h"
+
+namespace sorvel::console {
+
+namespace {
+
+// The whole stream in memory, where the player wants it.
+class StreamMemory {
+ public:
+  StreamMemory() = default;
+  StreamMemory(const StreamMemory&) = delete;
+  StreamMemory& operator=(const StreamMemory&) = delete;
+  ~StreamMemory() { std::free(stream.buffer); }
+
+  bool Read(ByteStream* file, std::string* problem) {
+    const int32_t size = StreamLength(*file);
+    stream.buffer = static_cast<uint8_t*>(std::malloc(static_cast<size_t>(size) + 1));
+    if (stream.buffer == nullptr) {
+      *problem = "no memory for the stream";
+      return false;
+    }
+    file->Seek(0, kFromStart);
+    stream.size = stream.capacity = ReadUpTo(*file, stream.buffer, size);
+    return true;
+  }
+
+  BufferStream stream;
+};
+
+// A window that goes with the player.
+struct PlayerWindow {
+  PlayerWindow() { player.window = platform::headless::MakeWindow(); }
+  PlayerWindow(const PlayerWindow&) = delete;
+  PlayerWindow& operator=(const PlayerWindow&) = delete;
+  ~PlayerWindow() { platform::headless::DestroyWindow(player.window); }
+
+  AnimationWindow player;
+};
+
+std::string TickLine(int32_t tick, bool painted, const AnimationWindow& player) {
+  char line[256];
+  std::snprintf(line, sizeof(line),
+                "{\"tick\":%d,\"painted\":%s,\"delay\":%d,\"ticks\":%d,\"nextTime\":%d,\"viewLeft\":%d,"
+                "\"viewTop\":%d,\"viewport\":[%d,%d,%d,%d]}\n",
+                tick, painted ? "true" : "false", platform::headless::RunningTimerPeriod(), player.ticks,
+                player.nextTime, player.viewLeft, player.viewTop, player.viewport.x, player.viewport.y,
+                player.viewport.width, player.viewport.height);
+  return line;
+}
+
+bool WritePicture(const std::string& path, const platform::Window& window, std::string* problem) {
+  std::vector<uint8_t> greys;
+  greys.reserve(window.pixels.size());
+  // The colours of a play are greys.
+  for (const platform::ColorEntry& color : window.pixels) greys.push_back(color.red);
+  OutputFile file;
+  if (!file.Open(path, problem)) return false;
+  WritePortableMap(file.File(), window.width, window.height, 1, greys.data());
+  return file.Commit(problem);
+}
+
+}  // namespace
+
+int RunPlay(const Arguments& arguments) {
+  const std::string& in = arguments.Plain()[0];
+  const std::string& folder = arguments.Plain()[1];
+  int32_t count = 0;
+  if (!arguments.Has("--ticks")) return FailUsage("play needs --ticks N");
+  if (!NumberOption(arguments, "--ticks", 0, INT32_MAX, &count)) return kUsage;
+  std::string problem;
+  StreamMemory memory;
+  {
+    InputFile file;
+    if (!file.Open(in, &problem)) return Fail(in, problem);
+    StreamInfo info;
+    LoadReport report;
+    if (!InspectStream(file.Stream(), &info, &report) || report.IsDamaged()) return Fail(in, report.problem);
+    if (!memory.Read(file.Stream(), &problem)) return Fail(in, problem);
+  }
+  std::error_code error;
+  std::filesystem::create_directories(folder, error);
+  if (error) return Fail(folder, error.message());
+  OutputFile log;
+  const std::string logPath = folder + "/ticks.jsonl";
+  if (!log.Open(logPath, &problem)) return Fail(logPath, problem);
+
+  PlayerWindow screen;
+  AnimationWindow& player = screen.player;
+  for (int32_t tick = 0; tick < count; ++tick) {
+    const int32_t paintsBefore = player.window->paints;
+    if (tick == 0) {
+      if (player.Play(&memory.stream) == 0) return Fail(in, "the picture can't be shown");
+      // A still has only been invalidated; the window paints it in its own time.
+      if (player.window->paints == paintsBefore) {
+        platform::DeviceContext* context = platform::BeginDrawing(player.window);
+        player.Paint(context);
+        platform::EndDrawing(player.window, context);
+      }
+    } else if (!platform::headless::RunTimer()) {
+      break;
+    }
+    const bool painted = player.window->paints != paintsBefore;
+    std::fputs(TickLine(tick, painted, player).c_str(), log.File());
+    if (painted) {
+      char name[32];
+      std::snprintf(name, sizeof(name), "/tick-%05d.pgm", tick);
+      if (!WritePicture(folder + name, *player.window, &problem)) return Fail(folder + name, problem);
+    }
+    if (WasInterrupted()) return Fail(folder, "interrupted");
+    ShowProgress("tick", tick + 1, count);
+  }
+  ClearProgress();
+  return log.Commit(&problem) ? kDone : Fail(logPath, problem);
+}
+
+}  // namespace sorvel::console

@@ -1,0 +1,290 @@
+#include "docfiles/cell_codec.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstdlib>
+#include <cstring>
+
+#include "docfiles/stream_check.h"
+
+namespace sorvel {
+
+namespace {
+
+struct GroupOffset {
+  int8_t dx;
+  int8_t dy;
+};
+
+constexpr int32_t kCodes = 16;
+
+// The source of a group by its code, in pixels relative to the group. Code 0 is a literal.
+constexpr GroupOffset kGroupOffsets[kCodes] = {
+    {0, 0},   {-4, 0}, {-8, 0},  {-16, 0}, {0, -1}, {-4, -1}, {0, -2},  {-4, -2},
+    {-8, -2}, {0, -4}, {-4, -4}, {-8, -4}, {0, -8}, {-4, -8}, {-8, -8}, {0, -16},
+};
+
+// The order in which a writer looks for a source, and last, found by nothing else, the literal.
+constexpr uint8_t kSearchOrder[kCodes] = {1, 4, 5, 6, 7, 9, 10, 2, 8, 11, 12, 13, 14, 3, 15, 0};
+
+constexpr uint8_t kFirstRowCodes = 0x11;
+
+constexpr int32_t kLayerHeadBytes = 7;  // behind the name
+constexpr int32_t kCellHeadBytes = 8;
+
+constexpr uint16_t kLiteralMatch = 1u << 15;
+
+// The place of each code in the search order; matches are sets of such places, lowest bit first.
+constexpr auto kSearchRanks = [] {
+  std::array<uint8_t, kCodes> ranks{};
+  for (uint8_t rank = 0; rank < kCodes; ++rank) ranks[kSearchOrder[rank]] = rank;
+  return ranks;
+}();
+
+// What an address of a group becomes for a code.
+int32_t ByteOffset(int32_t code, int32_t pitch) {
+  return kGroupOffsets[code].dy * pitch + kGroupOffsets[code].dx / 2;
+}
+
+uint16_t LoadGroup(const uint8_t* bytes) {
+  uint16_t group = 0;
+  std::memcpy(&group, bytes, sizeof(group));
+  return group;
+}
+
+// A stream accounts for so much memory a byte of its length: a cell takes no less than its bit map, one bit for each
+// byte of codes, which is one for 16 bytes of pixels. The rest is for streams that end early.
+constexpr int64_t kPixelBytesPerByte = 32;
+constexpr int64_t kMemoryPerCell = 128;
+constexpr int64_t kFreeMemory = 1 << 20;
+
+}  // namespace
+
+CellWriter::~CellWriter() {
+  std::free(buffers);
+}
+
+bool CellWriter::Allocate(const Layer& layer) {
+  groups = (layer.width + 3) / 4;
+  rowBytes = (layer.width + 7) / 8;
+  mapRowBytes = (rowBytes + 7) / 8;
+  const size_t height = static_cast<size_t>(std::max(layer.height, 0));
+  const size_t mapSize = static_cast<size_t>(mapRowBytes) * height;
+  const size_t codesSize = static_cast<size_t>(rowBytes) * height;
+  const size_t literalsSize = static_cast<size_t>(groups) * 2 * height;
+  // The group behind a row's last takes part in its comparison.
+  const size_t matchesSize = static_cast<size_t>(groups + 1) * sizeof(uint16_t);
+  std::free(buffers);
+  buffers = static_cast<uint8_t*>(
+      std::malloc(matchesSize + mapSize + codesSize + literalsSize + 2 * static_cast<size_t>(rowBytes)));
+  if (buffers == nullptr) return false;
+  matches = reinterpret_cast<uint16_t*>(buffers);
+  rowMap = buffers + matchesSize;
+  codes = rowMap + mapSize;
+  literals = codes + codesSize;
+  previousCodes = literals + literalsSize;
+  currentCodes = previousCodes + rowBytes;
+  return true;
+}
+
+bool CellWriter::Write(Layer* layer, ByteStream* stream) {
+  if (!Allocate(*layer)) return false;
+  WriteText(*stream, layer->ShownName());
+  WriteField(*stream, layer->width, 2);
+  WriteField(*stream, layer->height, 2);
+  WriteField(*stream, static_cast<int32_t>(layer->followFrame), 1);
+  WriteField(*stream, layer->cells.Count(), 2);
+  if (!layer->cells.SeekFirst()) return true;
+  do {
+    WriteCell(*layer->cells.Current(), stream);
+  } while (layer->cells.SeekNext());
+  return true;
+}
+
+void CellWriter::WriteCell(const CellImage& image, ByteStream* stream) {
+  codeSize = 0;
+  literalSize = 0;
+  std::memset(rowMap, 0, static_cast<size_t>(mapRowBytes) * static_cast<size_t>(image.height));
+  std::memset(previousCodes, kFirstRowCodes, static_cast<size_t>(rowBytes));
+  for (int32_t y = 0; y < image.height; ++y) {
+    FindMatches(image, y);
+    EncodeRow(image, y);
+  }
+  WriteField(*stream, codeSize, 4);
+  WriteField(*stream, literalSize, 4);
+  stream->Write(rowMap, mapRowBytes * image.height);
+  stream->Write(codes, codeSize);
+  stream->Write(literals, literalSize);
+}
+
+// For each group of the row the set of codes whose source equals it. A group is compared together with the one behind
+// it in memory: that costs some compression, and it is what files of this program have always been written by.
+void CellWriter::FindMatches(const CellImage& image, int32_t y) {
+  const uint8_t* row = image.bits + y * image.pitch;
+  std::fill(matches, matches + groups + 1, kLiteralMatch);
+  for (int32_t rank = 0; rank < kCodes - 1; ++rank) {
+    const int32_t code = kSearchOrder[rank];
+    const GroupOffset offset = kGroupOffsets[code];
+    if (y + offset.dy < 0) continue;
+    const uint8_t* source = row + ByteOffset(code, image.pitch);
+    const uint16_t bit = static_cast<uint16_t>(1u << rank);
+    for (int32_t k = -offset.dx / 4; k <= groups; ++k) {
+      const uint16_t match = LoadGroup(row + 2 * k) == LoadGroup(source + 2 * k) ? bit : uint16_t{0};
+      matches[k] = static_cast<uint16_t>(matches[k] | match);
+    }
+  }
+}
+
+void CellWriter::EncodeRow(const CellImage& image, int32_t y) {
+  const uint8_t* row = image.bits + y * image.pitch;
+  for (int32_t k = 0; k < groups; ++k) {
+    const uint32_t found = matches[k] & matches[k + 1];
+    // The code of the row above goes first, since it costs nothing.
+    int32_t code = previousCodes[k / 2] >> (k % 2 * 4) & 0x0F;
+    if (code == 0 || (found >> kSearchRanks[static_cast<size_t>(code)] & 1) == 0) {
+      code = kSearchOrder[std::countr_zero(found)];
+    }
+    if (code == 0) {
+      std::memcpy(literals + literalSize, row + 2 * k, 2);
+      literalSize += 2;
+    }
+    if (k % 2 == 0) {
+      currentCodes[k / 2] = static_cast<uint8_t>(code);
+    } else {
+      currentCodes[k / 2] = static_cast<uint8_t>(currentCodes[k / 2] | code << 4);
+    }
+  }
+  uint8_t* map = rowMap + y * mapRowBytes;
+  for (int32_t i = 0; i < rowBytes; ++i) {
+    if (currentCodes[i] == previousCodes[i]) continue;
+    codes[codeSize++] = currentCodes[i];
+    map[i / 8] = static_cast<uint8_t>(map[i / 8] | 1u << (i % 8));
+  }
+  std::swap(currentCodes, previousCodes);
+}
+
+CellReader::~CellReader() {
+  std::free(rowMap);
+  std::free(rowCodes);
+  std::free(data);
+}
+
+bool CellReader::Allocate(const Layer& layer) {
+  groups = (layer.width + 3) / 4;
+  rowBytes = (layer.width + 7) / 8;
+  mapRowBytes = (rowBytes + 7) / 8;
+  const int64_t mapSize = static_cast<int64_t>(mapRowBytes) * layer.height;
+  if (mapSize > INT32_MAX) return false;
+  mapBytes = static_cast<int32_t>(mapSize);
+  std::free(rowMap);
+  std::free(rowCodes);
+  rowMap = static_cast<uint8_t*>(std::malloc(static_cast<size_t>(mapBytes) + 1));
+  rowCodes = static_cast<uint8_t*>(std::malloc(static_cast<size_t>(rowBytes) + 1));
+  return rowMap != nullptr && rowCodes != nullptr;
+}
+
+bool CellReader::Read(Layer* layer, ByteStream* stream, LoadReport* report) {
+  layer->Clear();
+  char name[256];
+  ReadText(*stream, name, sizeof(name));
+  layer->SetName(name);
+  const int32_t length = StreamLength(*stream);
+  NoteShortStream(*stream, length, kLayerHeadBytes, report);
+  const int32_t width = static_cast<int32_t>(ReadField(*stream, 2));
+  const int32_t height = static_cast<int32_t>(ReadField(*stream, 2));
+  layer->Resize(width, height, 0);
+  layer->followFrame = ReadField(*stream, 1);
+  const int32_t count = static_cast<int32_t>(ReadField(*stream, 2));
+  if (count == 0) return true;
+  const int64_t pitch = ((width + 1) / 2 + 3) & ~3;
+  const int64_t cellMemory = pitch * height + kMemoryPerCell;
+  int64_t memory = length * kPixelBytesPerByte + kFreeMemory;
+  for (int32_t i = 0; i < count; ++i) {
+    memory -= cellMemory;
+    if (memory < 0) {
+      NoteProblem(report, "cell %lld of a layer is larger than the file can hold", i);
+      return false;
+    }
+    if ((i == 0 && !Allocate(*layer)) || !layer->AddCell(i - 1, 0, nullptr)) {
+      NoteProblem(report, "no memory for cell %lld of a layer", i);
+      return false;
+    }
+    if (!ReadCell(layer->CellAt(i), stream, length, i, report)) return false;
+  }
+  return true;
+}
+
+bool CellReader::ReadCell(CellImage* image, ByteStream* stream, int32_t length, int32_t number, LoadReport* report) {
+  NoteShortStream(*stream, length, kCellHeadBytes, report);
+  const uint32_t codeSize = ReadField(*stream, 4);
+  const uint32_t literalSize = ReadField(*stream, 4);
+  std::memset(rowMap, 0, static_cast<size_t>(mapBytes));
+  const int32_t mapGot = ReadUpTo(*stream, rowMap, mapBytes);
+  const int32_t start = stream->Tell();
+  const int32_t rest = std::max(length - start, 0);
+  const int32_t wanted = static_cast<int32_t>(std::min<int64_t>(static_cast<int64_t>(codeSize) + literalSize, rest));
+  if (mapGot < mapBytes || wanted < static_cast<int64_t>(codeSize) + literalSize) {
+    NoteProblem(report, "the data of cell %lld of a layer ends early", number);
+  }
+  if (wanted > dataCapacity) {
+    std::free(data);
+    data = static_cast<uint8_t*>(std::malloc(static_cast<size_t>(wanted)));
+    dataCapacity = data != nullptr ? wanted : 0;
+    if (data == nullptr) {
+      NoteProblem(report, "no memory for the data of cell %lld of a layer", number);
+      return false;
+    }
+  }
+  const int32_t got = ReadUpTo(*stream, data, wanted);
+  const int32_t codesGot = static_cast<int32_t>(std::min<int64_t>(codeSize, got));
+  const uint8_t* code = data;
+  const uint8_t* const codeEnd = data + codesGot;
+  const uint8_t* literal = codeEnd;
+  const uint8_t* const literalEnd = data + got;
+  int64_t literalsUsed = 0;
+  uint8_t stale[2] = {0, 0};
+
+  int32_t offsets[kCodes];
+  for (int32_t i = 0; i < kCodes; ++i) offsets[i] = ByteOffset(i, image->pitch);
+  std::memset(rowCodes, kFirstRowCodes, static_cast<size_t>(rowBytes));
+  for (int32_t y = 0; y < image->height; ++y) {
+    const uint8_t* map = rowMap + y * mapRowBytes;
+    for (int32_t m = 0; m < mapRowBytes; ++m) {
+      for (uint32_t set = map[m]; set != 0; set &= set - 1) {
+        const int32_t i = m * 8 + std::countr_zero(set);
+        if (i >= rowBytes) break;
+        // Codes behind the end of the data read as all bits set.
+        rowCodes[i] = code < codeEnd ? *code++ : uint8_t{0xFF};
+      }
+    }
+    uint8_t* group = image->bits + y * image->pitch;
+    for (int32_t k = 0; k < groups; ++k, group += 2) {
+      const int32_t n = rowCodes[k / 2] >> (k % 2 * 4) & 0x0F;
+      if (n == 0) {
+        if (literal + 2 <= literalEnd) {
+          std::memcpy(group, literal, 2);
+          std::memcpy(stale, literal, 2);
+          literal += 2;
+        } else {
+          std::memcpy(group, stale, 2);
+        }
+        literalsUsed += 2;
+      } else if (group - image->bits + offsets[n] >= 0) {
+        std::memcpy(group, group + offsets[n], 2);
+      }
+    }
+  }
+  // A literal that the data ends in takes what there is.
+  const int64_t consumed = std::min<int64_t>(literalsUsed, rest - codesGot);
+  const int32_t end = static_cast<int32_t>(start + codesGot + consumed);
+  if (stream->Tell() != end) stream->Seek(end, kFromStart);
+  if (code != codeEnd) NoteProblem(report, "cell %lld of a layer has codes that belong to no group", number);
+  if (consumed != static_cast<int64_t>(literalSize)) {
+    NoteProblem(report, "the data of cell %lld of a layer is not as long as it says", number);
+    return false;
+  }
+  return true;
+}
+
+}  // namespace sorvel

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <cstdint>
+
+#include "document/layer.h"
+#include "document/load_report.h"
+#include "foundation/byte_stream.h"
+
+namespace sorvel {
+
+// The layer block of cut and layer files: a small head, then the cells, each cut into groups of four pixels that copy
+// an earlier group or are stored. Each object serves one layer block.
+
+class CellWriter {
+ public:
+  CellWriter() = default;
+  CellWriter(const CellWriter&) = delete;
+  CellWriter& operator=(const CellWriter&) = delete;
+  ~CellWriter();
+
+  // Writes the block at the stream's position. False if there is no memory for its buffers.
+  bool Write(Layer* layer, ByteStream* stream);
+
+ private:
+  bool Allocate(const Layer& layer);
+  void WriteCell(const CellImage& image, ByteStream* stream);
+  void FindMatches(const CellImage& image, int32_t y);
+  void EncodeRow(const CellImage& image, int32_t y);
+
+  int32_t groups = 0;       // of four pixels in a row
+  int32_t rowBytes = 0;     // of codes
+  int32_t mapRowBytes = 0;  // of the bit map
+  uint8_t* buffers = nullptr;
+  uint8_t* rowMap = nullptr;
+  uint8_t* codes = nullptr;
+  uint8_t* literals = nullptr;
+  uint8_t* previousCodes = nullptr;
+  uint8_t* currentCodes = nullptr;
+  uint16_t* matches = nullptr;
+  int32_t codeSize = 0;
+  int32_t literalSize = 0;
+};
+
+class CellReader {
+ public:
+  CellReader() = default;
+  CellReader(const CellReader&) = delete;
+  CellReader& operator=(const CellReader&) = delete;
+  ~CellReader();
+
+  // Clears the layer and fills it from the block at the stream's position. False when a cell's data isn't as long as
+  // it says, or asks for more memory than a stream of this length can account for; the cells read so far stay.
+  bool Read(Layer* layer, ByteStream* stream, LoadReport* report = nullptr);
+
+ private:
+  bool Allocate(const Layer& layer);
+  bool ReadCell(CellImage* image, ByteStream* stream, int32_t length, int32_t number, LoadReport* report);
+
+  int32_t groups = 0;
+  int32_t rowBytes = 0;
+  int32_t mapRowBytes = 0;
+  int32_t mapBytes = 0;
+  uint8_t* rowMap = nullptr;
+  uint8_t* rowCodes = nullptr;
+  uint8_t* data = nullptr;  // codes and literals of the cell in hand
+  int32_t dataCapacity = 0;
+};
+
+}  // namespace sorvel

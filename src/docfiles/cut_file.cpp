@@ -1,0 +1,136 @@
+#include <cstring>
+
+#include "docfiles/cell_codec.h"
+#include "docfiles/stream_check.h"
+#include "document/cut.h"
+#include "platform/files.h"
+
+namespace sorvel {
+
+namespace {
+
+constexpr char kCutMagic[] = "Sorvelin Cut";
+constexpr int32_t kTextLimit = 256;
+
+// Bytes of the fixed fields between the texts.
+constexpr int32_t kHeadBytes = 9;
+constexpr int32_t kCountsBytes = 4;
+constexpr int32_t kFrameBytes = 9;
+constexpr int32_t kRecordCountBytes = 1;
+constexpr int32_t kRecordBytes = 7;
+
+}  // namespace
+
+bool Cut::Save(ByteStream* stream) {
+  WriteText(*stream, kCutMagic);
+  WriteField(*stream, width, 2);
+  WriteField(*stream, height, 2);
+  WriteField(*stream, frameWidth, 2);
+  WriteField(*stream, frameHeight, 2);
+  WriteField(*stream, fps, 1);
+  WriteText(*stream, credit);
+  WriteField(*stream, Antialias() == 1 || Antialias() == 2 ? Antialias() : 0, 1);
+  WriteField(*stream, layers.Count(), 1);
+  WriteField(*stream, frames.Count(), 2);
+  for (int32_t i = 0; i < layers.Count(); ++i) {
+    CellWriter writer;
+    if (!writer.Write(layers.At(i), stream)) return false;
+  }
+  for (int32_t i = 0; i < frames.Count(); ++i) {
+    Frame* frame = frames.At(i);
+    WriteField(*stream, frame->x, 2);
+    WriteField(*stream, frame->y, 2);
+    WriteField(*stream, frame->time, 2);
+    WriteField(*stream, frame->loop, 2);
+    WriteField(*stream, frame->brightness, 1);
+    WriteText(*stream, frame->comment);
+    WriteField(*stream, frame->records.Count(), 1);
+    for (int32_t r = 0; r < frame->records.Count(); ++r) {
+      const FrameRecord* record = frame->records.At(r);
+      layers.SeekFirst();
+      WriteField(*stream, layers.Find(record->layer), 1);
+      WriteField(*stream, record->x, 2);
+      WriteField(*stream, record->y, 2);
+      WriteField(*stream, record->cell, 2);
+    }
+  }
+  stateFlags &= ~static_cast<uint32_t>(kModified);
+  return true;
+}
+
+bool Cut::Load(ByteStream* stream, CellImage* prototype, LoadReport* report) {
+  char text[kTextLimit];
+  ReadText(*stream, text, kTextLimit);
+  if (std::strcmp(text, kCutMagic) != 0) {
+    NoteProblem(report, "not a cut file");
+    return false;
+  }
+  Reset();
+  const int32_t length = StreamLength(*stream);
+  NoteShortStream(*stream, length, kHeadBytes, report);
+  width = static_cast<int32_t>(ReadField(*stream, 2));
+  height = static_cast<int32_t>(ReadField(*stream, 2));
+  frameWidth = static_cast<int32_t>(ReadField(*stream, 2));
+  frameHeight = static_cast<int32_t>(ReadField(*stream, 2));
+  fps = static_cast<int32_t>(ReadField(*stream, 1));
+  ReadText(*stream, text, kTextLimit);
+  AssignString(&credit, text);
+  NoteShortStream(*stream, length, kCountsBytes, report);
+  const uint32_t antialias = ReadField(*stream, 1);
+  SetAntialias((antialias & 1) != 0 ? 1 : (antialias & 2) != 0 ? 2 : 0);
+  const int32_t layerCount = static_cast<int32_t>(ReadField(*stream, 1));
+  const int32_t frameCount = static_cast<int32_t>(ReadField(*stream, 2));
+
+  for (int32_t i = 0; i < layerCount; ++i) {
+    Layer* layer = AddLayer(nullptr, 0, 0, prototype);
+    CellReader reader;
+    // A damaged layer stays as far as it got, and reading goes on where the stream stands.
+    if (reader.Read(layer, stream, report) && layer->cells.Count() == 0) {
+      NoteProblem(report, "layer %lld has no cells", i);
+    }
+    if (!EnsureUndoBuffer(layer)) NoteProblem(report, "no memory for layer %lld", i);
+  }
+  for (int32_t i = 0; i < frameCount; ++i) {
+    Frame* frame = AddFrame();
+    frame->ClearRecords();
+    NoteShortStream(*stream, length, kFrameBytes, report);
+    frame->x = ReadSignedField(*stream, 2);
+    frame->y = ReadSignedField(*stream, 2);
+    frame->time = ReadSignedField(*stream, 2);
+    frame->loop = static_cast<int32_t>(ReadField(*stream, 2));
+    frame->brightness = ReadSignedField(*stream, 1);
+    ReadText(*stream, text, kTextLimit);
+    AssignString(&frame->comment, text);
+    NoteShortStream(*stream, length, kRecordCountBytes, report);
+    const int32_t recordCount = static_cast<int32_t>(ReadField(*stream, 1));
+    for (int32_t r = 0; r < recordCount; ++r) {
+      NoteShortStream(*stream, length, kRecordBytes, report);
+      const int32_t number = static_cast<int32_t>(ReadField(*stream, 1));
+      const int32_t recordX = ReadSignedField(*stream, 2);
+      const int32_t recordY = ReadSignedField(*stream, 2);
+      const int32_t cell = ReadSignedField(*stream, 2);
+      Layer* layer = layers.At(number);
+      if (layer != nullptr) {
+        frame->AddRecord(layer, cell, recordX, recordY);
+      } else {
+        NoteProblem(report, "a record of frame %lld names a layer that doesn't exist", i + 1);
+      }
+    }
+  }
+  NoteLongStream(*stream, length, report);
+  stateFlags &= ~static_cast<uint32_t>(kModified | kTimingStale);
+  stateFlags |= kImagesStale;
+  return true;
+}
+
+bool Cut::SaveToPath() {
+  if (path[0] == '\0') return false;
+  FILE* file = platform::OpenStdioFile(path, "wb");
+  if (file == nullptr) return false;
+  FileStream stream(file);
+  Save(&stream);
+  stream.Close();
+  return true;
+}
+
+}  // namespace sorvel

@@ -1,0 +1,100 @@
+#include <cstdio>
+#include <cstring>
+
+#include "document/film.h"
+#include "foundation/paths.h"
+#include "platform/files.h"
+
+namespace sorvel {
+
+namespace {
+
+constexpr int32_t kLineLimit = 256;
+
+// Reads a line without its end. A longer line is cut, and its rest is the next line. False at the end of the file.
+bool ReadLine(FILE* file, char (&line)[kLineLimit]) {
+  int32_t length = 0;
+  while (length < kLineLimit) {
+    const int byte = std::fgetc(file);
+    if (byte == EOF || byte == '\n') {
+      // Files come from both sides of the text mode.
+      if (length > 0 && line[length - 1] == '\r') --length;
+      line[length] = '\0';
+      return byte != EOF;
+    }
+    line[length++] = static_cast<char>(byte);
+  }
+  line[kLineLimit - 1] = '\0';
+  return true;
+}
+
+}  // namespace
+
+bool Film::Save(char separator) {
+  return path[0] != '\0' && SaveTo(path, separator);
+}
+
+bool Film::SaveTo(const char* filePath, char separator) {
+  FILE* file = platform::OpenStdioFile(filePath, "w");
+  if (file == nullptr) return false;
+  std::fprintf(file, "%s\n%s\n%d, %d\n", title, author, width, height);
+  for (int32_t i = 0; i < cuts.Count(); ++i) {
+    char relative[kPathCapacity];
+    if (MakeRelativePath(relative, cuts.At(i).name, filePath, separator)) std::fprintf(file, "%s\n", relative);
+  }
+  if (std::fclose(file) != 0) return false;
+  AssignString(&path, filePath);
+  modified = 0;
+  return true;
+}
+
+bool Film::Load(const char* filePath, char separator, LoadReport* report) {
+  // The path may be the film's own, which goes with the reset.
+  char target[kPathCapacity];
+  const bool fits = std::strlen(filePath) < sizeof(target);
+  if (fits) std::strcpy(target, filePath);
+  Reset();
+  FILE* file = fits ? platform::OpenStdioFile(target, "r") : nullptr;
+  if (file == nullptr) {
+    NoteProblem(report, "can't be opened");
+    return false;
+  }
+  char line[kLineLimit];
+  bool more = true;
+  // Lines that the file doesn't have are empty.
+  const auto readHeadLine = [&] {
+    line[0] = '\0';
+    if (more) more = ReadLine(file, line);
+  };
+  readHeadLine();
+  AssignString(&title, line);
+  readHeadLine();
+  AssignString(&author, line);
+  readHeadLine();
+  int32_t fileWidth = width;
+  int32_t fileHeight = height;
+  if (std::sscanf(line, "%d, %d\n", &fileWidth, &fileHeight) == 2) {
+    width = fileWidth;
+    height = fileHeight;
+  } else {
+    NoteProblem(report, "line 3 does not give the width and the height");
+  }
+  int32_t number = 3;
+  while (more) {
+    more = ReadLine(file, line);
+    ++number;
+    if (line[0] == '\0') continue;
+    char name[kPathCapacity];
+    if (!MakeAbsolutePath(name, line, target, separator)) {
+      NoteProblem(report, "the path in line %lld is too long", number);
+      continue;
+    }
+    cuts.InsertAfter(MakeEntry(nullptr, name));
+  }
+  if (std::fclose(file) != 0) return false;
+  AssignString(&path, target);
+  modified = 0;
+  return true;
+}
+
+}  // namespace sorvel

@@ -1,0 +1,272 @@
+#include "foundation/byte_stream.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace sorvel {
+
+bool FileStream::IsOpen() {
+  return file != nullptr;
+}
+
+bool FileStream::Close() {
+  if (file == nullptr) return false;
+  FILE* open = file;
+  file = nullptr;
+  return std::fclose(open) == 0;
+}
+
+bool FileStream::Write(const void* bytes, int32_t count) {
+  if (count <= 0) return true;
+  return std::fwrite(bytes, static_cast<size_t>(count), 1, file) == 1;
+}
+
+bool FileStream::Read(void* bytes, int32_t count) {
+  if (count <= 0) return true;
+  return std::fread(bytes, static_cast<size_t>(count), 1, file) == 1;
+}
+
+bool FileStream::Seek(int32_t offset, int32_t origin) {
+  const int whence = origin == kFromPosition ? SEEK_CUR : origin == kFromEnd ? SEEK_END : SEEK_SET;
+  return std::fseek(file, offset, whence) == 0;
+}
+
+int32_t FileStream::Tell() {
+  return static_cast<int32_t>(std::ftell(file));
+}
+
+int32_t FileStream::GetC() {
+  return std::fgetc(file);
+}
+
+int32_t FileStream::PutC(int32_t value) {
+  return std::fputc(value, file);
+}
+
+ChunkStream::ChunkStream(int32_t blockBytes)
+    : block(new uint8_t[static_cast<size_t>(blockBytes)]), blockSize(blockBytes) {
+  blocks.InsertAfter(block);
+}
+
+ChunkStream::~ChunkStream() {
+  if (blocks.SeekFirst()) {
+    do {
+      delete[] blocks.Current();
+    } while (blocks.SeekNext());
+  }
+}
+
+bool ChunkStream::IsOpen() {
+  return block != nullptr;
+}
+
+bool ChunkStream::Close() {
+  size = 0;
+  blockBase = 0;
+  blockOffset = 0;
+  if (!blocks.SeekFirst()) return false;
+  block = blocks.Current();
+  return true;
+}
+
+bool ChunkStream::StepToNextBlock() {
+  blocks.Seek(blockBase / blockSize);
+  if (!blocks.SeekNext()) return false;
+  block = blocks.Current();
+  blockOffset = 0;
+  blockBase += blockSize;
+  return true;
+}
+
+bool ChunkStream::Write(const void* bytes, int32_t count) {
+  const uint8_t* from = static_cast<const uint8_t*>(bytes);
+  while (count > 0) {
+    if (PutC(*from) < 0) return false;
+    ++from;
+    --count;
+    const int32_t run = std::min(count, blockSize - blockOffset);
+    std::memcpy(block + blockOffset, from, static_cast<size_t>(run));
+    from += run;
+    count -= run;
+    blockOffset += run;
+    size = std::max(size, blockBase + blockOffset);
+  }
+  return true;
+}
+
+bool ChunkStream::Read(void* bytes, int32_t count) {
+  uint8_t* to = static_cast<uint8_t*>(bytes);
+  for (int32_t i = 0; i < count; ++i) {
+    to[i] = static_cast<uint8_t>(GetC());
+    // A real byte of this value ends the read as well; callers count on it.
+    if (to[i] == 0xFF) return false;
+  }
+  return true;
+}
+
+bool ChunkStream::Seek(int32_t offset, int32_t origin) {
+  const int64_t base = origin == kFromPosition ? Tell() : origin == kFromEnd ? size : 0;
+  const int64_t target = base + offset;
+  if (target < 0 || target > INT32_MAX) return false;
+  const int32_t index = static_cast<int32_t>(target / blockSize);
+  if (index >= blocks.Count()) {
+    blocks.SeekLast();
+    while (blocks.Count() <= index) blocks.InsertAfter(new uint8_t[static_cast<size_t>(blockSize)]);
+  }
+  blocks.Seek(index);
+  block = blocks.Current();
+  blockBase = blockSize * index;
+  blockOffset = static_cast<int32_t>(target) - blockBase;
+  return true;
+}
+
+int32_t ChunkStream::Tell() {
+  return blockBase + blockOffset;
+}
+
+int32_t ChunkStream::GetC() {
+  if (size <= blockBase + blockOffset) return -1;
+  if (blockOffset >= blockSize && !StepToNextBlock()) return -1;
+  return block[blockOffset++];
+}
+
+int32_t ChunkStream::PutC(int32_t value) {
+  if (blockOffset >= blockSize && !StepToNextBlock()) {
+    blocks.SeekLast();
+    blocks.InsertAfter(new uint8_t[static_cast<size_t>(blockSize)]);
+    block = blocks.Current();
+    blockOffset = 0;
+    blockBase += blockSize;
+  }
+  size = std::max(size, blockBase + blockOffset + 1);
+  block[blockOffset] = static_cast<uint8_t>(value);
+  return block[blockOffset++];
+}
+
+bool BufferStream::IsOpen() {
+  return buffer != nullptr;
+}
+
+bool BufferStream::Close() {
+  buffer = nullptr;
+  capacity = 0;
+  position = 0;
+  size = 0;
+  return true;
+}
+
+bool BufferStream::Write(const void* bytes, int32_t count) {
+  count = std::min(count, capacity - position);
+  if (count > 0) {
+    std::memcpy(buffer + position, bytes, static_cast<size_t>(count));
+    position += count;
+    size = std::max(size, position);
+  }
+  return true;
+}
+
+bool BufferStream::Read(void* bytes, int32_t count) {
+  count = std::min(count, size - position);
+  if (count > 0) {
+    std::memcpy(bytes, buffer + position, static_cast<size_t>(count));
+    position += count;
+  }
+  return true;
+}
+
+bool BufferStream::Seek(int32_t offset, int32_t origin) {
+  const int64_t base = origin == kFromPosition ? position : origin == kFromEnd ? size : 0;
+  const int64_t target = base + offset;
+  if (target < 0 || target > INT32_MAX) return false;
+  position = static_cast<int32_t>(target);
+  return true;
+}
+
+int32_t BufferStream::Tell() {
+  return position;
+}
+
+int32_t BufferStream::GetC() {
+  if (size <= position) return -1;
+  return buffer[position++];
+}
+
+int32_t BufferStream::PutC(int32_t value) {
+  if (capacity <= position) return -1;
+  buffer[position] = static_cast<uint8_t>(value);
+  const int32_t byte = buffer[position++];
+  size = std::max(size, position);
+  return byte;
+}
+
+void WriteField(ByteStream& stream, int32_t value, int32_t bytes) {
+  const uint32_t bits = static_cast<uint32_t>(value);
+  const uint8_t low[4] = {static_cast<uint8_t>(bits), static_cast<uint8_t>(bits >> 8), static_cast<uint8_t>(bits >> 16),
+                          static_cast<uint8_t>(bits >> 24)};
+  stream.Write(low, bytes);
+}
+
+uint32_t ReadField(ByteStream& stream, int32_t bytes) {
+  uint8_t low[4] = {0, 0, 0, 0};
+  stream.Read(low, bytes);
+  return static_cast<uint32_t>(low[0]) | static_cast<uint32_t>(low[1]) << 8 | static_cast<uint32_t>(low[2]) << 16 |
+         static_cast<uint32_t>(low[3]) << 24;
+}
+
+int32_t ReadSignedField(ByteStream& stream, int32_t bytes) {
+  const uint32_t value = ReadField(stream, bytes);
+  const uint32_t sign = 1u << (8 * bytes - 1);
+  return static_cast<int32_t>((value ^ sign) - sign);
+}
+
+void WriteText(ByteStream& stream, const char* text) {
+  stream.Write(text, static_cast<int32_t>(std::strlen(text)) + 1);
+}
+
+void ReadText(ByteStream& stream, char* text, int32_t limit) {
+  for (int32_t i = 0; i < limit; ++i) {
+    const int32_t byte = stream.GetC();
+    if (byte <= 0) {
+      text[i] = '\0';
+      return;
+    }
+    text[i] = static_cast<char>(byte);
+  }
+  text[limit - 1] = '\0';
+}
+
+int32_t StreamLength(ByteStream& stream) {
+  const int32_t position = stream.Tell();
+  stream.Seek(0, kFromEnd);
+  const int32_t length = stream.Tell();
+  stream.Seek(position, kFromStart);
+  return length;
+}
+
+int32_t ReadUpTo(ByteStream& stream, void* bytes, int32_t count) {
+  uint8_t* to = static_cast<uint8_t*>(bytes);
+  const int32_t start = stream.Tell();
+  int32_t done = 0;
+  while (done < count) {
+    stream.Read(to + done, count - done);
+    const int32_t now = stream.Tell() - start;
+    if (now <= done) break;
+    done = now;
+  }
+  return done;
+}
+
+bool CopyStream(ByteStream& from, ByteStream& to, int32_t count) {
+  uint8_t block[16384];
+  const int32_t blockBytes = static_cast<int32_t>(sizeof(block));
+  while (count != 0) {
+    const int32_t wanted = count < 0 ? blockBytes : std::min(count, blockBytes);
+    const int32_t got = ReadUpTo(from, block, wanted);
+    if (got > 0 && !to.Write(block, got)) return false;
+    if (count > 0) count -= got;
+    if (got < wanted) return count <= 0;
+  }
+  return true;
+}
+
+}  // namespace sorvel

@@ -1,0 +1,87 @@
+#include "foundation/settings.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "foundation/paths.h"
+#include "platform/files.h"
+#include "platform/profile.h"
+
+namespace sorvel {
+
+namespace settings {
+// The face name is the Shift JIS text of the proportional gothic face that the system comes with.
+const SettingKey kFont = {"setup", "font", "\x82\x6C\x82\x72 \x82\x6F\x83\x53\x83\x56\x83\x62\x83\x4E, 24, 12, 400"};
+const SettingKey kBrush = {"setup", "brush", "7, 0, 1, 0, 1, 0"};
+const SettingKey kFilm = {"setup", "film", ""};
+const SettingKey kNewCutWidth = {"OnNewCut", "width", "240"};
+const SettingKey kNewCutHeight = {"OnNewCut", "height", "180"};
+const SettingKey kNewCutFps = {"OnNewCut", "fps", "24"};
+const SettingKey kNewCutAntialias = {"OnNewCut", "anti", "0"};
+const SettingKey kNewCutCredit = {"OnNewCut", "credit", ""};
+const SettingKey kNewFilmWidth = {"OnNewFilm", "width", "320"};
+const SettingKey kNewFilmHeight = {"OnNewFilm", "height", "240"};
+const SettingKey kNewFilmTitle = {"OnNewFilm", "title", ""};
+const SettingKey kNewFilmAuthor = {"OnNewFilm", "author", ""};
+const SettingKey kPasteTransparent = {"OnClipTrans", "Flag", "0"};
+const SettingKey kPasteTransparentColor = {"OnClipTrans", "RGB", "#00ff00"};
+}  // namespace settings
+
+namespace {
+
+char chosenFile[kPathCapacity] = "";
+
+bool SettingsPath(char* path) {
+  if (chosenFile[0] != '\0') {
+    std::strcpy(path, chosenFile);
+    return true;
+  }
+  char program[kPathCapacity];
+  return platform::ProgramPath(program, sizeof(program)) && ChangeExtension(path, program, "ini");
+}
+
+}  // namespace
+
+void UseSettingsFile(const char* path) {
+  chosenFile[0] = '\0';
+  if (path != nullptr && std::strlen(path) < sizeof(chosenFile)) std::strcpy(chosenFile, path);
+}
+
+int32_t ReadSettingNumber(const SettingKey& key) {
+  const int32_t fallback = std::atoi(key.fallback);
+  char path[kPathCapacity];
+  if (!SettingsPath(path)) return fallback;
+  return platform::ReadProfileNumber(path, key.section, key.key, fallback);
+}
+
+void ReadSettingText(const SettingKey& key, char* text, size_t capacity) {
+  char path[kPathCapacity];
+  if (SettingsPath(path)) {
+    platform::ReadProfileText(path, key.section, key.key, key.fallback, text, capacity);
+  } else {
+    std::snprintf(text, capacity, "%s", key.fallback);
+  }
+}
+
+void WriteSettingNumber(const SettingKey& key, int32_t value) {
+  char text[16];
+  std::snprintf(text, sizeof(text), "%d", value);
+  WriteSettingText(key, text);
+}
+
+void WriteSettingText(const SettingKey& key, const char* text) {
+  char path[kPathCapacity];
+  if (SettingsPath(path)) platform::WriteProfileText(path, key.section, key.key, text);
+}
+
+bool ParseColorText(const char* text, uint32_t* color) {
+  unsigned red = 0;
+  unsigned green = 0;
+  unsigned blue = 0;
+  if (std::sscanf(text, "#%02X%02X%02X", &red, &green, &blue) != 3) return false;
+  *color = blue << 16 | green << 8 | red;
+  return true;
+}
+
+}  // namespace sorvel

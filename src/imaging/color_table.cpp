@@ -1,0 +1,108 @@
+#include "imaging/color_table.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "foundation/paths.h"
+#include "platform/files.h"
+
+namespace sorvel {
+
+namespace {
+
+constexpr ColorEntry Rgb(uint8_t red, uint8_t green, uint8_t blue) {
+  return {blue, green, red, 0};
+}
+
+uint32_t ReadLittle(const uint8_t* bytes, int count) {
+  uint32_t value = 0;
+  for (int i = count; i-- > 0;) value = value << 8 | bytes[i];
+  return value;
+}
+
+}  // namespace
+
+ColorEntry ColorTable[kColorCount] = {
+    Rgb(225, 255, 255),  // 0 transparent
+    Rgb(0, 0, 0),        // 1 black
+    Rgb(85, 85, 85),     // 2 dark grey
+    Rgb(170, 170, 170),  // 3 light grey
+    Rgb(255, 255, 255),  // 4 white
+    Rgb(143, 143, 191),  // 5 sketch of black
+    Rgb(173, 173, 217),  // 6 sketch of dark grey
+    Rgb(206, 206, 242),  // 7 sketch of light grey
+    Rgb(0, 0, 0),        // 8 line
+    Rgb(85, 85, 85),     // 9 shadow boundary, dark
+    Rgb(170, 170, 170),  // 10 shadow boundary, light
+    Rgb(255, 255, 102),  // 11 tone +2
+    Rgb(208, 208, 83),   // 12 tone +1
+    Rgb(112, 112, 45),   // 13 tone -1
+    Rgb(64, 64, 26),     // 14 tone -2
+    Rgb(255, 0, 0),      // 15 work marker
+    Rgb(143, 191, 191),  // 16 pale black
+    Rgb(173, 217, 217),  // 17 pale dark grey
+    Rgb(206, 242, 242),  // 18 pale light grey
+    Rgb(143, 191, 143),  // 19 green ghost of black
+    Rgb(173, 217, 173),  // 20 green ghost of dark grey
+    Rgb(206, 242, 206),  // 21 green ghost of light grey
+    Rgb(191, 143, 143),  // 22 red ghost of black
+    Rgb(217, 173, 173),  // 23 red ghost of dark grey
+    Rgb(242, 206, 206),  // 24 red ghost of light grey
+    Rgb(0, 0, 0),        // 25 background of the windows
+};
+
+bool LoadColors(const char* fileName) {
+  char path[kPathCapacity];
+  if (fileName == nullptr) {
+    char program[kPathCapacity];
+    if (!platform::ProgramPath(program, sizeof(program))) return false;
+    std::strcpy(path, program);
+    if (!ReplaceName(path, "Colors", "bmp")) return false;
+    fileName = path;
+  }
+  FILE* file = platform::OpenStdioFile(fileName, "rb");
+  if (file == nullptr) return false;
+  uint8_t head[14];
+  uint8_t info[40];
+  const bool fits = std::fread(head, sizeof(head), 1, file) == 1 && head[0] == 'B' && head[1] == 'M' &&
+                    std::fread(info, sizeof(info), 1, file) == 1 && ReadLittle(info + 14, 2) == 8 &&
+                    ReadLittle(info + 16, 4) == 0 && ReadLittle(info + 32, 4) >= kColorCount;
+  if (fits) {
+    // A short file leaves the colours that it doesn't reach black.
+    ColorEntry entries[kColorCount] = {};
+    const size_t got = std::fread(entries, 1, sizeof(entries), file);
+    static_cast<void>(got);
+    for (int32_t i = 0; i < kColorCount; ++i) SetColor(i, entries[i].red, entries[i].green, entries[i].blue);
+  }
+  std::fclose(file);
+  return fits;
+}
+
+void SetColor(int32_t index, int32_t red, int32_t green, int32_t blue) {
+  if (index < 0 || index >= kColorCount) return;
+  ColorTable[index] = Rgb(static_cast<uint8_t>(red), static_cast<uint8_t>(green), static_cast<uint8_t>(blue));
+}
+
+void GetColor(int32_t index, int32_t* red, int32_t* green, int32_t* blue) {
+  const ColorEntry entry = index >= 0 && index < kColorCount ? ColorTable[index] : ColorEntry{};
+  *red = entry.red;
+  *green = entry.green;
+  *blue = entry.blue;
+}
+
+void BuildDrawPalette(ColorEntry (&entries)[kDrawPaletteSize]) {
+  constexpr int32_t rampStart = 38;
+  for (int32_t i = 0; i < rampStart; ++i) {
+    int32_t red = 0;
+    int32_t green = 0;
+    int32_t blue = 0;
+    GetColor(i, &red, &green, &blue);
+    entries[i] = Rgb(static_cast<uint8_t>(red), static_cast<uint8_t>(green), static_cast<uint8_t>(blue));
+  }
+  for (int32_t i = rampStart; i < kDrawPaletteSize; ++i) {
+    const uint8_t grey = static_cast<uint8_t>(255 * (i - rampStart) / 127);
+    entries[i] = Rgb(grey, grey, grey);
+  }
+}
+
+}  // namespace sorvel

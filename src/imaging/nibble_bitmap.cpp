@@ -1,0 +1,264 @@
+#include "imaging/nibble_bitmap.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <iterator>
+
+namespace sorvel {
+
+namespace {
+
+constexpr int32_t kGreyColors = 13;
+constexpr int32_t kRunPixels = 1024;
+constexpr int32_t kLargestScale = 4;
+
+void Store(platform::ColorEntry* entry, int32_t red, int32_t green, int32_t blue) {
+  *entry = {static_cast<uint8_t>(blue), static_cast<uint8_t>(green), static_cast<uint8_t>(red), 0};
+}
+
+void Load(const platform::ColorEntry& entry, int32_t* red, int32_t* green, int32_t* blue) {
+  *red = entry.red;
+  *green = entry.green;
+  *blue = entry.blue;
+}
+
+// 0 black to 3 white. Whatever isn't of the tone or the line family is white: the subtractions wrap round for those.
+void TonesOf(const uint8_t* pixels, int32_t count, uint8_t* tones) {
+  for (int32_t i = 0; i < count; ++i) {
+    const uint8_t fill = static_cast<uint8_t>(pixels[i] - kToneBlack);
+    const uint8_t line = static_cast<uint8_t>(pixels[i] - kLineBlack);
+    tones[i] = std::min({fill, line, uint8_t{3}});
+  }
+}
+
+void AddNeighbours(const uint8_t* tones, int32_t count, int32_t scale, uint8_t* sums) {
+  if (scale == 1) {
+    for (int32_t i = 0; i < count; ++i) sums[i] = static_cast<uint8_t>(sums[i] + tones[i]);
+  } else if (scale == 2) {
+    for (int32_t i = 0; i < count; ++i) sums[i] = static_cast<uint8_t>(sums[i] + tones[2 * i] + tones[2 * i + 1]);
+  } else {
+    for (int32_t i = 0; i < count; ++i) {
+      const uint8_t* four = tones + 4 * i;
+      sums[i] = static_cast<uint8_t>(sums[i] + four[0] + four[1] + four[2] + four[3]);
+    }
+  }
+}
+
+// Brings sums of 0 to 48 down to 0 to 12. What the division leaves over is spread by place; the threshold of the
+// place is the smallest remainder that counts there.
+void DitherSums(uint8_t* sums, int32_t count, int32_t dx, int32_t dy) {
+  static constexpr uint8_t kThresholds[2][2] = {{1, 3}, {4, 2}};
+  for (int32_t i = 0; i < count; ++i) {
+    const uint8_t threshold = kThresholds[dy & 1][(dx + i) & 1];
+    sums[i] = static_cast<uint8_t>((sums[i] >> 2) + ((sums[i] & 3) >= threshold ? 1 : 0));
+  }
+}
+
+}  // namespace
+
+NibbleBitmap::~NibbleBitmap() {
+  Destroy();
+}
+
+void NibbleBitmap::Destroy() {
+  platform::DeleteBitmap(bitmapHandle);
+  std::free(savedBits);
+  bitmapHandle = nullptr;
+  bits = nullptr;
+  savedBits = nullptr;
+  width = height = pitch = imageSize = 0;
+}
+
+int32_t NibbleBitmap::SetBaseColor(int32_t index, int32_t red, int32_t green, int32_t blue) {
+  Store(&baseColors[index], red, green, blue);
+  return 1;
+}
+
+int32_t NibbleBitmap::GetBaseColor(int32_t index, int32_t* red, int32_t* green, int32_t* blue) {
+  Load(baseColors[index], red, green, blue);
+  return 1;
+}
+
+int32_t NibbleBitmap::GetFrontColor(int32_t index, int32_t* red, int32_t* green, int32_t* blue) {
+  Load(planeColors[frontIsHigh != 0 ? 1 : 0][index], red, green, blue);
+  return 1;
+}
+
+int32_t NibbleBitmap::SetFrontColor(int32_t index, int32_t red, int32_t green, int32_t blue) {
+  Store(&planeColors[frontIsHigh != 0 ? 1 : 0][index], red, green, blue);
+  return 1;
+}
+
+int32_t NibbleBitmap::GetBackColor(int32_t index, int32_t* red, int32_t* green, int32_t* blue) {
+  Load(planeColors[frontIsHigh != 0 ? 0 : 1][index], red, green, blue);
+  return 1;
+}
+
+int32_t NibbleBitmap::SetBackColor(int32_t index, int32_t red, int32_t green, int32_t blue) {
+  Store(&planeColors[frontIsHigh != 0 ? 0 : 1][index], red, green, blue);
+  return 1;
+}
+
+int32_t NibbleBitmap::GetMixColor(int32_t a, int32_t b, int32_t* red, int32_t* green, int32_t* blue) {
+  Load(mixColors[frontIsHigh != 0 ? a + b * 16 : a * 16 + b], red, green, blue);
+  return 1;
+}
+
+int32_t NibbleBitmap::SetMixColor(int32_t front, int32_t back, int32_t red, int32_t green, int32_t blue) {
+  Store(&mixColors[frontIsHigh != 0 ? front * 16 + back : front + back * 16], red, green, blue);
+  return 1;
+}
+
+void NibbleBitmap::SaveBits() {
+  if (savedBits != nullptr) std::memcpy(savedBits, bits, static_cast<size_t>(imageSize));
+}
+
+void NibbleBitmap::RestoreBits() {
+  if (savedBits != nullptr) std::memcpy(bits, savedBits, static_cast<size_t>(imageSize));
+}
+
+void NibbleBitmap::FillBits(int32_t value) {
+  if (bits != nullptr) std::memset(bits, value & 0xFF, static_cast<size_t>(imageSize));
+}
+
+int32_t NibbleBitmap::GetFront(int32_t x, int32_t y) {
+  const uint8_t pair = bits[y * pitch + x];
+  return frontIsHigh != 0 ? pair >> 4 : pair & 0x0F;
+}
+
+int32_t NibbleBitmap::GetBack(int32_t x, int32_t y) {
+  const uint8_t pair = bits[y * pitch + x];
+  return frontIsHigh != 0 ? pair & 0x0F : pair >> 4;
+}
+
+void NibbleBitmap::SetFront(int32_t x, int32_t y, int32_t value) {
+  uint8_t& pair = bits[y * pitch + x];
+  pair = static_cast<uint8_t>(frontIsHigh != 0 ? (pair & 0x0F) | value << 4 : (pair & 0xF0) | value);
+}
+
+int32_t NibbleBitmap::Create(int32_t newWidth, int32_t newHeight) {
+  if (bitmapHandle != nullptr && newWidth == width && newHeight == height) return 1;
+  Destroy();
+  if (newWidth <= 0 || newHeight <= 0) return 0;
+  platform::ColorEntry greys[kGreyColors];
+  for (int32_t i = 0; i < kGreyColors; ++i) {
+    const int32_t grey = (255 * i + kGreyColors - 2) / (kGreyColors - 1);
+    Store(&greys[i], grey, grey, grey);
+  }
+  bitmapHandle = platform::CreateBitmap(newWidth, newHeight, greys, kGreyColors, kGreyColors, &bits);
+  if (bitmapHandle == nullptr) return 0;
+  width = newWidth;
+  height = newHeight;
+  pitch = (newWidth + 3) & ~3;
+  imageSize = pitch * newHeight;
+  std::copy(std::begin(greys), std::end(greys), std::begin(baseColors));
+  savedBits = static_cast<uint8_t*>(std::calloc(static_cast<size_t>(imageSize), 1));
+  if (savedBits == nullptr) {
+    Destroy();
+    return 0;
+  }
+  return 1;
+}
+
+uint8_t* NibbleBitmap::GetFront4(uint8_t (*out)[4], int32_t x, int32_t y) {
+  for (int32_t i = 0; i < 4; ++i) (*out)[i] = static_cast<uint8_t>(GetFront(x + i, y));
+  return *out;
+}
+
+uint8_t* NibbleBitmap::GetBack4(uint8_t (*out)[4], int32_t x, int32_t y) {
+  for (int32_t i = 0; i < 4; ++i) (*out)[i] = static_cast<uint8_t>(GetBack(x + i, y));
+  return *out;
+}
+
+void NibbleBitmap::SetFront4(int32_t x, int32_t y, const uint8_t (&bytes)[4]) {
+  for (int32_t i = 0; i < 4; ++i) SetFront(x + i, y, bytes[i]);
+}
+
+void NibbleBitmap::CopyBackToFront(int32_t x, int32_t y, int32_t w, int32_t h) {
+  const int32_t right = static_cast<int32_t>(std::min<int64_t>(static_cast<int64_t>(x) + w, width));
+  const int32_t bottom = static_cast<int32_t>(std::min<int64_t>(static_cast<int64_t>(y) + h, height));
+  x = std::max(x, 0);
+  for (y = std::max(y, 0); y < bottom; ++y) {
+    uint8_t* row = bits + y * pitch;
+    if (frontIsHigh != 0) {
+      for (int32_t i = x; i < right; ++i) row[i] = static_cast<uint8_t>((row[i] & 0x0F) | row[i] << 4);
+    } else {
+      for (int32_t i = x; i < right; ++i) row[i] = static_cast<uint8_t>((row[i] & 0xF0) | row[i] >> 4);
+    }
+  }
+}
+
+void NibbleBitmap::CopyBackToFrontAround(const Rect& inner, const Rect& outer) {
+  const int32_t left = std::min(inner.x, outer.x);
+  const int32_t top = std::min(inner.y, outer.y);
+  const int32_t innerRight = inner.x + inner.width;
+  const int32_t innerBottom = inner.y + inner.height;
+  const int32_t right = std::max(innerRight, outer.x + std::max(outer.width, 0));
+  const int32_t bottom = std::max(innerBottom, outer.y + std::max(outer.height, 0));
+  CopyBackToFront(left, top, right - left, inner.y - top);
+  CopyBackToFront(left, inner.y, inner.x - left, inner.height);
+  CopyBackToFront(innerRight, inner.y, right - innerRight, inner.height);
+  CopyBackToFront(left, innerBottom, right - left, bottom - innerBottom);
+}
+
+void NibbleBitmap::ReduceFrom(const CellImage& composition, Rect* outBox, int32_t scale, const Rect* area) {
+  const int32_t maxRight = std::min(width, composition.width / scale);
+  const int32_t maxBottom = std::min(height, composition.height / scale);
+  const int32_t left = area != nullptr ? std::max(area->x, 0) : 0;
+  const int32_t top = area != nullptr ? std::max(area->y, 0) : 0;
+  const int32_t right = area != nullptr ? std::min(area->x + area->width, maxRight) : maxRight;
+  const int32_t bottom = area != nullptr ? std::min(area->y + area->height, maxBottom) : maxBottom;
+  const int32_t frontShift = frontIsHigh != 0 ? 4 : 0;
+  const int32_t backShift = 4 - frontShift;
+  const uint8_t backBits = static_cast<uint8_t>(0x0F << backShift);
+  int32_t minX = INT32_MAX;
+  int32_t minY = INT32_MAX;
+  int32_t maxX = 0;
+  int32_t maxY = 0;
+  uint8_t pixels[kRunPixels * kLargestScale];
+  uint8_t tones[kRunPixels * kLargestScale];
+  uint8_t levels[kRunPixels];
+  for (int32_t y = top; y < bottom; ++y) {
+    for (int32_t x = left; x < right; x += kRunPixels) {
+      const int32_t count = std::min(kRunPixels, right - x);
+      std::memset(levels, 0, static_cast<size_t>(count));
+      for (int32_t line = 0; line < scale; ++line) {
+        composition.ReadRow(x * scale, y * scale + line, count * scale, pixels);
+        TonesOf(pixels, count * scale, tones);
+        AddNeighbours(tones, count, scale, levels);
+      }
+      if (scale == 4) DitherSums(levels, count, x, y);
+      uint8_t* row = bits + y * pitch + x;
+      if (outBox != nullptr) {
+        uint8_t different = 0;
+        for (int32_t i = 0; i < count; ++i) {
+          different = static_cast<uint8_t>(different | ((row[i] >> backShift & 0x0F) ^ levels[i]));
+        }
+        if (different != 0) {
+          int32_t first = 0;
+          int32_t last = count - 1;
+          while ((row[first] >> backShift & 0x0F) == levels[first]) ++first;
+          while ((row[last] >> backShift & 0x0F) == levels[last]) --last;
+          minX = std::min(minX, x + first);
+          maxX = std::max(maxX, x + last);
+          minY = std::min(minY, y);
+          maxY = std::max(maxY, y);
+        }
+      }
+      for (int32_t i = 0; i < count; ++i) {
+        row[i] = static_cast<uint8_t>((row[i] & backBits) | levels[i] << frontShift);
+      }
+    }
+  }
+  if (outBox == nullptr) return;
+  // Changes in column 0 alone or in row 0 alone count as none: streams made so far don't carry them.
+  if (maxX == 0 || maxY == 0) {
+    *outBox = Rect{};
+    return;
+  }
+  minX -= minX % 2;
+  *outBox = {minX, minY, maxX - minX + 1, maxY - minY + 1};
+}
+
+}  // namespace sorvel

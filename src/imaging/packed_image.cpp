@@ -1,0 +1,119 @@
+#include "imaging/packed_image.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstdlib>
+#include <cstring>
+
+#include "platform/bitmaps.h"
+
+namespace sorvel {
+
+static_assert(std::endian::native == std::endian::little, "groups of pixels are read as they lie in memory");
+
+PackedImage::~PackedImage() {
+  std::free(bits);
+}
+
+int32_t PackedImage::FindInk(int32_t x, int32_t y, int32_t end, int32_t forward) {
+  const uint8_t* row = bits + y * pitch;
+  if (forward != 0) {
+    if ((x & 1) != 0 && x < end) {
+      if ((row[x >> 1] & 0x0F) != 0) return x;
+      ++x;
+    }
+    uint64_t words = 0;
+    while (x + 16 <= end) {
+      std::memcpy(&words, row + (x >> 1), sizeof(words));
+      if (words != 0) break;
+      x += 16;
+    }
+    while (x + 2 <= end && row[x >> 1] == 0) x += 2;
+    while (x < end && GetPixel(x, y) == 0) ++x;
+    return std::min(x, end);
+  }
+  if ((x & 1) == 0 && x > end) {
+    if ((row[x >> 1] & 0xF0) != 0) return x;
+    --x;
+  }
+  uint64_t words = 0;
+  while (x - 16 >= end) {
+    std::memcpy(&words, row + (x >> 1) - 7, sizeof(words));
+    if (words != 0) break;
+    x -= 16;
+  }
+  while (x - 2 >= end && row[x >> 1] == 0) x -= 2;
+  while (x > end && GetPixel(x, y) == 0) --x;
+  return std::max(x, end);
+}
+
+uint32_t PackedImage::GetRaw(int32_t x, int32_t y) {
+  uint32_t value = 0;
+  std::memcpy(&value, bits + y * pitch + (x >> 1), sizeof(value));
+  return value;
+}
+
+void PackedImage::SetRaw(int32_t x, int32_t y, uint32_t value) {
+  std::memcpy(bits + y * pitch + (x >> 1), &value, 2);
+}
+
+void PackedImage::Fill(int32_t value) {
+  if (bits != nullptr) std::memset(bits, (value & 0x0F) * 0x11, static_cast<size_t>(ByteCount()));
+}
+
+int32_t PackedImage::GetPixel(int32_t x, int32_t y) {
+  const uint8_t pair = bits[y * pitch + (x >> 1)];
+  return (x & 1) != 0 ? pair & 0x0F : pair >> 4;
+}
+
+void PackedImage::SetPixel(int32_t x, int32_t y, int32_t value) {
+  uint8_t& pair = bits[y * pitch + (x >> 1)];
+  pair = static_cast<uint8_t>((x & 1) != 0 ? (pair & 0xF0) | value : (pair & 0x0F) | value << 4);
+}
+
+CellImage* PackedImage::MakeBlank() {
+  PackedImage* image = new PackedImage;
+  if (!image->Resize(width, height, 0)) {
+    delete image;
+    return nullptr;
+  }
+  return image;
+}
+
+bool PackedImage::Resize(int32_t newWidth, int32_t newHeight, int32_t fill) {
+  uint8_t* oldBits = bits;
+  const int32_t oldWidth = width;
+  const int32_t oldHeight = height;
+  const int32_t oldPitch = pitch;
+  width = std::max(newWidth, 0);
+  height = std::max(newHeight, 0);
+  pitch = (width / 2 + width % 2 + 3) & ~3;
+  const int64_t size = static_cast<int64_t>(pitch) * height;
+  bits = nullptr;
+  if (size > 0 && size <= INT32_MAX - platform::kSpareBytes) {
+    bits = static_cast<uint8_t*>(std::calloc(static_cast<size_t>(size) + platform::kSpareBytes, 1));
+  }
+  if (bits == nullptr) {
+    std::free(oldBits);
+    const bool isEmpty = size == 0;
+    if (!isEmpty) width = height = pitch = 0;
+    return isEmpty;
+  }
+  if (fill != 0) Fill(fill);
+  if (oldBits != nullptr) {
+    // Only bytes that hold pixels are kept; the padding is new.
+    const int32_t rows = std::min(height, oldHeight);
+    const int32_t rowBytes = (std::min(width, oldWidth) + 1) / 2;
+    for (int32_t y = 0; y < rows; ++y) {
+      uint8_t* to = bits + y * pitch;
+      std::memcpy(to, oldBits + y * oldPitch, static_cast<size_t>(rowBytes));
+      if (width > oldWidth && (oldWidth & 1) != 0) {
+        to[rowBytes - 1] = static_cast<uint8_t>((to[rowBytes - 1] & 0xF0) | (fill & 0x0F));
+      }
+    }
+    std::free(oldBits);
+  }
+  return true;
+}
+
+}  // namespace sorvel

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "imaging/cell_image.h"
+
+namespace sorvel {
+
+// Four bits a pixel, the even x in the high nibble. The image of a cell, its undo copy and the clipboard block.
+// Owns its pixels. Rows take a multiple of 4 bytes, and 16 bytes of 0 lie behind the last row.
+class PackedImage final : public CellImage {
+ public:
+  PackedImage() : CellImage(16) {}
+  PackedImage(const PackedImage&) = delete;
+  PackedImage& operator=(const PackedImage&) = delete;
+  ~PackedImage();
+
+  int32_t FindInk(int32_t x, int32_t y, int32_t end, int32_t forward) override;
+  uint32_t GetRaw(int32_t x, int32_t y) override;
+  void SetRaw(int32_t x, int32_t y, uint32_t value) override;
+  void Fill(int32_t value) override;
+  int32_t GetPixel(int32_t x, int32_t y) override;
+  void SetPixel(int32_t x, int32_t y, int32_t value) override;
+  CellImage* MakeBlank() override;
+  bool Resize(int32_t newWidth, int32_t newHeight, int32_t fill) override;
+};
+
+}  // namespace sorvel

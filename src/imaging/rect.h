@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+
+namespace sorvel {
+
+struct Point {
+  int32_t x = 0;
+  int32_t y = 0;
+
+  bool operator==(const Point&) const = default;
+};
+
+// A rectangle by its left top corner and its size. One without width or height is empty.
+struct Rect {
+  int32_t x = 0;
+  int32_t y = 0;
+  int32_t width = 0;
+  int32_t height = 0;
+
+  bool IsEmpty() const { return width <= 0 || height <= 0; }
+  bool operator==(const Rect&) const = default;
+};
+
+// The smallest rectangle around both. An empty one adds nothing: the other is then taken as it is.
+Rect BoundingRect(const Rect& a, const Rect& b);
+void UnionRect(Rect* rect, const Rect& other);
+
+}  // namespace sorvel

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+
+// Bitmaps of 8 bits a pixel whose pixels are plain memory.
+namespace sorvel::platform {
+
+// A colour as bitmaps store it.
+struct ColorEntry {
+  uint8_t blue = 0;
+  uint8_t green = 0;
+  uint8_t red = 0;
+  uint8_t reserved = 0;
+};
+
+struct Bitmap;
+using BitmapHandle = Bitmap*;
+
+// Bytes behind the last row that may be read and written: blocks of four pixels reach over the end.
+constexpr int32_t kSpareBytes = 16;
+
+// Makes a bitmap with rows from top to bottom, each `width` bytes rounded up to a multiple of 4. The pixels and the
+// spare bytes start as 0. `colors` holds `colorCount` entries of its colour table, `colorsUsed` of them declared.
+// Gives the pixels in `bits`. Null if there is no memory for it. The caller deletes it.
+BitmapHandle CreateBitmap(int32_t width, int32_t height, const ColorEntry* colors, int32_t colorCount,
+                          int32_t colorsUsed, uint8_t** bits);
+
+// Null is allowed.
+void DeleteBitmap(BitmapHandle bitmap);
+
+}  // namespace sorvel::platform

@@ -1,0 +1,32 @@
+#include "platform/bitmaps.h"
+
+#include <cstdlib>
+
+#include "platform/headless/headless.h"
+
+namespace sorvel::platform {
+
+BitmapHandle CreateBitmap(int32_t width, int32_t height, const ColorEntry* colors, int32_t colorCount,
+                          int32_t colorsUsed, uint8_t** bits) {
+  static_cast<void>(colorsUsed);
+  const int32_t pitch = width > 0 && width <= INT32_MAX - 3 ? (width + 3) & ~3 : 0;
+  const int64_t size = static_cast<int64_t>(pitch) * height;
+  if (size <= 0 || size > INT32_MAX - kSpareBytes) return nullptr;
+  Bitmap* bitmap = new Bitmap{width, height, pitch, nullptr, {}};
+  bitmap->bits = static_cast<uint8_t*>(std::calloc(static_cast<size_t>(size) + kSpareBytes, 1));
+  if (bitmap->bits == nullptr) {
+    delete bitmap;
+    return nullptr;
+  }
+  for (int32_t i = 0; i < colorCount; ++i) bitmap->colors[i] = colors[i];
+  *bits = bitmap->bits;
+  return bitmap;
+}
+
+void DeleteBitmap(BitmapHandle bitmap) {
+  if (bitmap == nullptr) return;
+  std::free(bitmap->bits);
+  delete bitmap;
+}
+
+}  // namespace sorvel::platform

@@ -1,0 +1,149 @@
+#include "platform/profile.h"
+
+#include <strings.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "platform/files.h"
+
+namespace sorvel::platform {
+
+namespace {
+
+// No settings file comes near this; what is larger is not one.
+constexpr size_t kLargestFile = 1 << 20;
+
+bool IsBlank(char byte) {
+  return byte == ' ' || byte == '\t' || byte == '\r';
+}
+
+std::string Trim(const std::string& text) {
+  size_t start = 0;
+  size_t end = text.size();
+  while (start < end && IsBlank(text[start])) ++start;
+  while (end > start && IsBlank(text[end - 1])) --end;
+  return text.substr(start, end - start);
+}
+
+bool ReadLines(const char* path, std::vector<std::string>* lines) {
+  FILE* file = OpenStdioFile(path, "rb");
+  if (file == nullptr) return false;
+  std::string line;
+  size_t size = 0;
+  for (int byte = std::fgetc(file); byte != EOF && size < kLargestFile; byte = std::fgetc(file), ++size) {
+    if (byte == '\n') {
+      lines->push_back(line);
+      line.clear();
+    } else {
+      line.push_back(static_cast<char>(byte));
+    }
+  }
+  if (!line.empty()) lines->push_back(line);
+  std::fclose(file);
+  return true;
+}
+
+bool IsSection(const std::string& line, std::string* name) {
+  const std::string text = Trim(line);
+  if (text.empty() || text[0] != '[') return false;
+  *name = Trim(text.substr(1, text.find(']') - 1));
+  return true;
+}
+
+bool IsKey(const std::string& line, const char* key, std::string* value) {
+  const size_t equals = line.find('=');
+  if (equals == std::string::npos || strcasecmp(Trim(line.substr(0, equals)).c_str(), key) != 0) return false;
+  *value = Trim(line.substr(equals + 1));
+  return true;
+}
+
+// Where a key stands, or where it belongs: found false and the index of the line it is to be put in front of.
+struct KeyPlace {
+  bool hasSection = false;
+  bool hasKey = false;
+  size_t line = 0;
+  std::string value;
+};
+
+KeyPlace FindKey(const std::vector<std::string>& lines, const char* section, const char* key) {
+  KeyPlace place;
+  place.line = lines.size();
+  for (size_t i = 0; i < lines.size(); ++i) {
+    std::string name;
+    if (IsSection(lines[i], &name)) {
+      if (place.hasSection) break;
+      if (strcasecmp(name.c_str(), section) == 0) {
+        place.hasSection = true;
+        place.line = i + 1;
+      }
+    } else if (place.hasSection) {
+      if (IsKey(lines[i], key, &place.value)) {
+        place.hasKey = true;
+        place.line = i;
+        break;
+      }
+      // New keys go behind the section's last line that says anything.
+      if (!Trim(lines[i]).empty()) place.line = i + 1;
+    }
+  }
+  return place;
+}
+
+bool ReadValue(const char* path, const char* section, const char* key, std::string* value) {
+  std::vector<std::string> lines;
+  if (!ReadLines(path, &lines)) return false;
+  const KeyPlace place = FindKey(lines, section, key);
+  *value = place.value;
+  return place.hasKey;
+}
+
+}  // namespace
+
+int32_t ReadProfileNumber(const char* path, const char* section, const char* key, int32_t fallback) {
+  std::string value;
+  if (!ReadValue(path, section, key, &value)) return fallback;
+  const long long number = std::strtoll(value.c_str(), nullptr, 10);
+  return static_cast<int32_t>(std::clamp<long long>(number, INT32_MIN, INT32_MAX));
+}
+
+void ReadProfileText(const char* path, const char* section, const char* key, const char* fallback, char* text,
+                     size_t capacity) {
+  std::string value;
+  if (!ReadValue(path, section, key, &value)) {
+    value = fallback;
+  } else if (value.size() >= 2 && (value[0] == '"' || value[0] == '\'') && value.back() == value[0]) {
+    value = value.substr(1, value.size() - 2);
+  }
+  std::snprintf(text, capacity, "%s", value.c_str());
+}
+
+bool WriteProfileText(const char* path, const char* section, const char* key, const char* text) {
+  std::vector<std::string> lines;
+  ReadLines(path, &lines);
+  const KeyPlace place = FindKey(lines, section, key);
+  const std::string line = std::string(key) + "=" + text + "\r";
+  const auto at = lines.begin() + static_cast<std::ptrdiff_t>(place.line);
+  if (place.hasKey) {
+    *at = line;
+  } else if (place.hasSection) {
+    lines.insert(at, line);
+  } else {
+    lines.push_back("[" + std::string(section) + "]\r");
+    lines.push_back(line);
+  }
+  FILE* file = OpenStdioFile(path, "wb");
+  if (file == nullptr) return false;
+  bool good = true;
+  for (const std::string& each : lines) {
+    good = good && std::fwrite(each.data(), 1, each.size(), file) == each.size() && std::fputc('\n', file) != EOF;
+  }
+  return std::fclose(file) == 0 && good;
+}
+
+}  // namespace sorvel::platform

@@ -1,0 +1,58 @@
+#include "platform/timer.h"
+
+#include "platform/headless/headless.h"
+
+namespace sorvel::platform {
+
+namespace {
+
+constexpr int32_t kShortestPeriod = 1;
+constexpr int32_t kLongestPeriod = 1000000;
+
+struct RunningTimer {
+  uint32_t id = 0;
+  int32_t period = 0;
+  TimerFunction function = nullptr;
+  void* user = nullptr;
+};
+
+RunningTimer running;
+uint32_t lastId = 0;
+
+}  // namespace
+
+bool GetTimerRange(int32_t* shortest, int32_t* longest) {
+  *shortest = kShortestPeriod;
+  *longest = kLongestPeriod;
+  return true;
+}
+
+void RequestTimerResolution(int32_t milliseconds) {
+  static_cast<void>(milliseconds);
+}
+
+uint32_t StartTimer(int32_t period, int32_t resolution, TimerFunction function, void* user) {
+  static_cast<void>(resolution);
+  if (period < kShortestPeriod || period > kLongestPeriod) return 0;
+  running = {++lastId, period, function, user};
+  return running.id;
+}
+
+void KillTimer(uint32_t timer) {
+  if (timer == running.id) running = RunningTimer{};
+}
+
+namespace headless {
+
+int32_t RunningTimerPeriod() {
+  return running.period;
+}
+
+bool RunTimer() {
+  if (running.function == nullptr) return false;
+  running.function(running.user);
+  return true;
+}
+
+}  // namespace headless
+}  // namespace sorvel::platform

@@ -1,0 +1,642 @@
+#include "docfiles/cell_codec.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "document/layer.h"
+#include "document/load_report.h"
+#include "foundation/byte_stream.h"
+#include "imaging/packed_image.h"
+#include "support/test_images.h"
+
+namespace sorvel {
+namespace {
+
+using namespace testimages;
+
+Bytes Encode(Layer* layer) {
+  OutputBytes output;
+  CellWriter writer;
+  EXPECT_TRUE(writer.Write(layer, &output.stream));
+  EXPECT_EQ(output.stream.Tell(), output.stream.size);
+  return output.Written();
+}
+
+bool Decode(Layer* layer, const Bytes& bytes, LoadReport* report = nullptr, int32_t* end = nullptr) {
+  InputBytes input(bytes);
+  CellReader reader;
+  bool result = reader.Read(layer, &input.stream, report);
+  if (end != nullptr) *end = input.stream.Tell();
+  return result;
+}
+
+CellImage* NewCell(Layer* layer) {
+  EXPECT_TRUE(layer->AddCell(layer->cells.Count() - 1, 0, nullptr));
+  return layer->CellAt(layer->cells.Count() - 1);
+}
+
+// Name "A", not following the frame.
+Bytes BlockHead(int32_t width, int32_t height, int32_t cells) {
+  return {'A',
+          0,
+          static_cast<uint8_t>(width & 255),
+          static_cast<uint8_t>(width >> 8),
+          static_cast<uint8_t>(height & 255),
+          static_cast<uint8_t>(height >> 8),
+          0,
+          static_cast<uint8_t>(cells & 255),
+          static_cast<uint8_t>(cells >> 8)};
+}
+
+Bytes Long(uint32_t value) {
+  return {static_cast<uint8_t>(value), static_cast<uint8_t>(value >> 8), static_cast<uint8_t>(value >> 16),
+          static_cast<uint8_t>(value >> 24)};
+}
+
+Bytes CellOf(const Bytes& map, const Bytes& codes, const Bytes& literals) {
+  return Long(static_cast<uint32_t>(codes.size())) + Long(static_cast<uint32_t>(literals.size())) + map + codes +
+         literals;
+}
+
+const int32_t kCodeX[16] = {0, -4, -8, -16, 0, -4, 0, -4, -8, 0, -4, -8, 0, -4, -8, 0};
+const int32_t kCodeY[16] = {0, 0, 0, 0, -1, -1, -2, -2, -2, -4, -4, -4, -8, -8, -8, -16};
+
+// The writer in its plainest form.
+Bytes PlainCell(const Layer& layer, CellImage& image) {
+  int32_t w = layer.width;
+  int32_t h = layer.height;
+  size_t codeBytes = static_cast<size_t>((w + 7) / 8);
+  size_t mapRow = (codeBytes + 7) / 8;
+  Bytes map(mapRow * static_cast<size_t>(h), 0);
+  Bytes previous(codeBytes, 0x11);
+  Bytes current(codeBytes, 0);
+  Bytes codes;
+  Bytes literals;
+  const int32_t order[15] = {1, 4, 5, 6, 7, 9, 10, 2, 8, 11, 12, 13, 14, 3, 15};
+  for (int32_t y = 0; y < h; ++y) {
+    size_t k = 0;
+    for (int32_t x = 0; x < w; x += 4, ++k) {
+      uint32_t v = image.GetRaw(x, y);
+      int32_t code = k % 2 == 0 ? previous[k / 2] & 15 : previous[k / 2] >> 4;
+      bool inside = x + kCodeX[code] >= 0 && y + kCodeY[code] >= 0;
+      if (code == 0 || !inside || image.GetRaw(x + kCodeX[code], y + kCodeY[code]) != v) {
+        code = 0;
+        for (int32_t n : order) {
+          if (x + kCodeX[n] < 0 || y + kCodeY[n] < 0) continue;
+          if (image.GetRaw(x + kCodeX[n], y + kCodeY[n]) != v) continue;
+          code = n;
+          break;
+        }
+      }
+      if (code == 0) literals += {static_cast<uint8_t>(v), static_cast<uint8_t>(v >> 8)};
+      current[k / 2] = static_cast<uint8_t>(k % 2 == 0 ? code : current[k / 2] | code << 4);
+    }
+    for (size_t i = 0; i < codeBytes; ++i) {
+      if (previous[i] == current[i]) continue;
+      codes.push_back(current[i]);
+      uint8_t& byte = map[static_cast<size_t>(y) * mapRow + i / 8];
+      byte = static_cast<uint8_t>(byte | 1u << (i % 8));
+    }
+    previous.swap(current);
+  }
+  return CellOf(map, codes, literals);
+}
+
+Bytes PlainBlock(Layer& layer) {
+  Bytes bytes = TextBytes(layer.name != nullptr ? layer.name : "UNTITLED");
+  Bytes sizes = BlockHead(layer.width, layer.height, layer.cells.Count());
+  sizes[6] = static_cast<uint8_t>(layer.followFrame);
+  bytes.insert(bytes.end(), sizes.begin() + 2, sizes.end());
+  for (int32_t i = 0; i < layer.cells.Count(); ++i) bytes += PlainCell(layer, *layer.CellAt(i));
+  return bytes;
+}
+
+// Writing.
+
+TEST(CellWriter, BlankCellOf8By3Takes15Bytes) {
+  Layer layer(8, 3, "A", nullptr, 0);
+  NewCell(&layer);
+  const Bytes expected = {'A',  0,    0x08, 0x00, 0x03, 0x00, 0x00, 0x01, 0x00,  // head
+                          0x02, 0x00, 0x00, 0x00, 0x02, 0x00, 0x00, 0x00, 0x01, 0x01, 0x00, 0x10, 0x14, 0x00, 0x00};
+  EXPECT_EQ(Encode(&layer), expected);
+}
+
+TEST(CellWriter, GroupThatDiffersFromTheRowAboveIsALiteral) {
+  Layer layer(8, 2, "A", nullptr, 0);
+  CellImage* cell = NewCell(&layer);
+  Draw(cell, "1234....\n........\n");
+  const Bytes expected = BlockHead(8, 2, 1) + Bytes{0x02, 0x00, 0x00, 0x00, 0x06, 0x00, 0x00, 0x00, 0x01,
+                                                    0x01, 0x00, 0x10, 0x12, 0x34, 0x00, 0x00, 0x00, 0x00};
+  EXPECT_EQ(Encode(&layer), expected);
+}
+
+TEST(CellWriter, MatchDemandsTheFollowingGroupAsWell) {
+  Layer layer(16, 1, "A", nullptr, 0);
+  CellImage* cell = NewCell(&layer);
+  Draw(cell, "1111222211113333\n");
+  const Bytes expected = BlockHead(16, 1, 1) + Bytes{0x02, 0x00, 0x00, 0x00, 0x08, 0x00, 0x00, 0x00, 0x03, 0x00,
+                                                     0x00, 0x11, 0x11, 0x22, 0x22, 0x11, 0x11, 0x33, 0x33};
+  EXPECT_EQ(Encode(&layer), expected);
+}
+
+TEST(CellWriter, LastGroupOfARowIsComparedWithTheStartOfTheNextRow) {
+  Layer layer(8, 3, "A", nullptr, 0);
+  CellImage* cell = NewCell(&layer);
+  // The right groups are equal in all rows; what follows them isn't.
+  Draw(cell, "11115555\n22225555\n33335555\n");
+  const Bytes expected =
+      BlockHead(8, 3, 1) + CellOf({0x01, 0x00, 0x00}, {0x00},
+                                  {0x11, 0x11, 0x55, 0x55, 0x22, 0x22, 0x55, 0x55, 0x33, 0x33, 0x55, 0x55});
+  EXPECT_EQ(Encode(&layer), expected);
+}
+
+TEST(CellWriter, BytesBehindTheLastRowCountAsZero) {
+  Layer layer(8, 2, "A", nullptr, 0);
+  CellImage* cell = NewCell(&layer);
+  // In row 1 the right group is followed by the end of the pixels, in row 0 by the zeroes that row 1 begins with.
+  Draw(cell, "11115555\n....5555\n");
+  const Bytes expected =
+      BlockHead(8, 2, 1) + CellOf({0x01, 0x01}, {0x00, 0x40}, {0x11, 0x11, 0x55, 0x55, 0x00, 0x00});
+  EXPECT_EQ(Encode(&layer), expected);
+}
+
+TEST(CellWriter, FirstGroupOfACellIsAlwaysALiteral) {
+  Layer layer(4, 1, "A", nullptr, 0);
+  NewCell(&layer);
+  NewCell(&layer);
+  const Bytes cell = CellOf({0x01}, {0x00}, {0x00, 0x00});
+  EXPECT_EQ(Encode(&layer), BlockHead(4, 1, 2) + cell + cell);
+}
+
+TEST(CellWriter, CodeOfTheRowAboveIsTriedFirst) {
+  Layer layer(4, 6, "A", nullptr, 0);
+  CellImage* cell = NewCell(&layer);
+  // The last row equals both the one two above and the one four above, which the row above it was copied from.
+  Draw(cell, "1111\n2222\n3333\n2222\n1111\n2222\n");
+  EXPECT_EQ(Encode(&layer), BlockHead(4, 6, 1) + CellOf({0x01, 0x00, 0x00, 0x01, 0x01, 0x00}, {0x00, 0x06, 0x09},
+                                                        {0x11, 0x11, 0x22, 0x22, 0x33, 0x33}));
+}
+
+TEST(CellWriter, WidthOf1LeavesTheHighNibblesZero) {
+  Layer layer(1, 2, "A", nullptr, 0);
+  NewCell(&layer);
+  const Bytes expected = {'A',  0,    0x01, 0x00, 0x02, 0x00, 0x00, 0x01, 0x00,  // head
+                          0x02, 0x00, 0x00, 0x00, 0x02, 0x00, 0x00, 0x00, 0x01, 0x01, 0x00, 0x04, 0x00, 0x00};
+  EXPECT_EQ(Encode(&layer), expected);
+}
+
+TEST(CellWriter, WidthOf65Has9CodeBytesAnd2MapBytesARow) {
+  Layer layer(65, 2, "A", nullptr, 0);
+  NewCell(&layer);
+  // Row 1 keeps code 1 at the right, so only its first byte is stored.
+  const Bytes expected = BlockHead(65, 2, 1) + Bytes{0x03, 0x00, 0x00, 0x00, 0x02, 0x00, 0x00, 0x00, 0x01,
+                                                     0x01, 0x01, 0x00, 0x10, 0x01, 0x14, 0x00, 0x00};
+  EXPECT_EQ(Encode(&layer), expected);
+}
+
+TEST(CellWriter, PaddingWithinTheLastGroupIsStored) {
+  Layer layer(5, 1, "A", nullptr, 0);
+  CellImage* cell = NewCell(&layer);
+  Draw(cell, "12345\n");
+  cell->bits[2] = 0x5A;
+  cell->bits[3] = 0xBC;
+  EXPECT_EQ(Encode(&layer), BlockHead(5, 1, 1) + CellOf({0x01}, {0x00}, {0x12, 0x34, 0x5A, 0xBC}));
+}
+
+TEST(CellWriter, PaddingBehindTheLastGroupIsNotStoredButCompared) {
+  Layer layer(4, 2, "A", nullptr, 0);
+  CellImage* cell = NewCell(&layer);
+  Draw(cell, "1234\n1234\n");
+  cell->bits[6] = 0xFF;
+  const Bytes written = BlockHead(4, 2, 1) + CellOf({0x01, 0x00}, {0x00}, {0x12, 0x34, 0x12, 0x34});
+  EXPECT_EQ(Encode(&layer), written);
+  Layer loaded(0, 0, nullptr, nullptr, 0);
+  ASSERT_TRUE(Decode(&loaded, written));
+  EXPECT_EQ(Encode(&loaded), BlockHead(4, 2, 1) + CellOf({0x01, 0x01}, {0x00, 0x04}, {0x12, 0x34}));
+}
+
+TEST(CellWriter, HeadHoldsNameSizesFollowFlagAndCount) {
+  Layer layer(0x1234, 0x0102, "\x83\x8C.x", nullptr, 1);
+  const Bytes expected = {0x83, 0x8C, '.', 'x', 0x00, 0x34, 0x12, 0x02, 0x01, 0x01, 0x00, 0x00};
+  EXPECT_EQ(Encode(&layer), expected);
+}
+
+TEST(CellWriter, OnlyTheLowBytesOfTheFieldsAreWritten) {
+  Layer layer(0x10008, 0x20003, "A", nullptr, 0x1FE);
+  const Bytes expected = {'A', 0x00, 0x08, 0x00, 0x03, 0x00, 0xFE, 0x00, 0x00};
+  EXPECT_EQ(Encode(&layer), expected);
+}
+
+TEST(CellWriter, NullNameIsWrittenAsUntitledAndAnEmptyOneAsItIs) {
+  Layer layer(0, 0, nullptr, nullptr, 0);
+  EXPECT_EQ(Encode(&layer), (Bytes{'U', 'N', 'T', 'I', 'T', 'L', 'E', 'D', 0, 0, 0, 0, 0, 0, 0, 0}));
+  layer.SetName("");
+  EXPECT_EQ(Encode(&layer), (Bytes{0, 0, 0, 0, 0, 0, 0, 0}));
+}
+
+TEST(CellWriter, CellsWithoutPixelsTakeEightZeroBytesEach) {
+  Layer layer(0, 0, "A", nullptr, 0);
+  NewCell(&layer);
+  NewCell(&layer);
+  EXPECT_EQ(Encode(&layer), BlockHead(0, 0, 2) + Bytes(16, 0));
+}
+
+TEST(CellWriter, BlockBeginsAtThePositionOfTheStream) {
+  Layer layer(8, 3, "A", nullptr, 0);
+  CellImage* cell = NewCell(&layer);
+  Draw(cell, "12345678\n12345678\n87654321\n");
+  Bytes block = Encode(&layer);
+  OutputBytes output;
+  output.stream.PutC(0x77);
+  EXPECT_TRUE(CellWriter().Write(&layer, &output.stream));
+  EXPECT_TRUE(CellWriter().Write(&layer, &output.stream));
+  EXPECT_EQ(output.Written(), Bytes{0x77} + block + block);
+}
+
+TEST(CellWriter, AllStreamsReceiveTheSameBytes) {
+  Layer layer(37, 21, "A", nullptr, 0);
+  Random random(41);
+  for (int32_t i = 0; i < 3; ++i) Scatter(NewCell(&layer), random, 15, 3);
+  Bytes block = Encode(&layer);
+  ChunkStream chunks(64);
+  EXPECT_TRUE(CellWriter().Write(&layer, &chunks));
+  EXPECT_EQ(chunks.Size(), static_cast<int32_t>(block.size()));
+  chunks.Seek(0, kFromStart);
+  for (uint8_t byte : block) ASSERT_EQ(chunks.GetC(), byte);
+  TemporaryFolder folder;
+  FileStream file(std::fopen(folder.File("block").c_str(), "wb"));
+  ASSERT_TRUE(file.IsOpen());
+  EXPECT_TRUE(CellWriter().Write(&layer, &file));
+  file.Close();
+  EXPECT_EQ(ReadFile(folder.File("block")), block);
+}
+
+TEST(CellWriter, AgreesWithThePlainWriter) {
+  Random random(42);
+  for (int32_t round = 0; round < 1500; ++round) {
+    Layer layer(random.Between(1, 80), random.Between(1, 30), random.OneIn(2) ? "name" : nullptr, nullptr,
+                random.Word() & 1);
+    int32_t cells = random.Between(0, 3);
+    for (int32_t i = 0; i < cells; ++i) {
+      CellImage* cell = NewCell(&layer);
+      int32_t top = random.Between(0, 3);
+      switch (random.Between(0, 3)) {
+        case 0:  // flat, with padding of its own
+          cell->Fill(top);
+          break;
+        case 1: {  // every byte, padding included
+          int32_t sparsity = random.Between(1, 12);
+          for (int32_t at = 0; at < cell->ByteCount(); ++at) {
+            if (random.OneIn(sparsity)) cell->bits[at] = static_cast<uint8_t>(random.Between(0, top) * 17);
+          }
+          break;
+        }
+        case 2:
+          Scatter(cell, random, top, random.Between(1, 60));
+          break;
+        default: {  // repeated pieces, so that far codes find something
+          for (int32_t at = 0; at < cell->ByteCount(); ++at) {
+            int32_t from = at - random.Between(1, 20) * 2;
+            cell->bits[at] = from < 0 || random.OneIn(8) ? random.Byte() : cell->bits[from];
+            if (at >= cell->pitch * 4 && !random.OneIn(6)) cell->bits[at] = cell->bits[at - cell->pitch * 4];
+          }
+        }
+      }
+    }
+    Bytes expected = PlainBlock(layer);
+    Bytes written = Encode(&layer);
+    ASSERT_EQ(written, expected) << round << ": " << layer.width << "x" << layer.height;
+    Layer loaded(3, 3, "old", nullptr, 0);
+    int32_t end = 0;
+    LoadReport report;
+    ASSERT_TRUE(Decode(&loaded, written + Bytes{1, 2, 3}, &report, &end)) << report.problem;
+    EXPECT_FALSE(report.IsDamaged()) << report.problem;
+    ASSERT_EQ(end, static_cast<int32_t>(written.size()));
+    ASSERT_EQ(loaded.cells.Count(), cells);
+    for (int32_t i = 0; i < cells; ++i) {
+      CellImage* cell = layer.CellAt(i);
+      CellImage* copy = loaded.CellAt(i);
+      ASSERT_EQ(Picture(*copy), Picture(*cell)) << round;
+      for (int32_t y = 0; y < layer.height; ++y) {
+        for (int32_t x = 0; x < layer.width; x += 4) {
+          ASSERT_EQ(copy->GetRaw(x, y) & 0xFFFF, cell->GetRaw(x, y) & 0xFFFF) << x << ", " << y;
+        }
+        for (int32_t at = (layer.width + 3) / 4 * 2; at < copy->pitch; ++at) {
+          ASSERT_EQ(copy->bits[y * copy->pitch + at], 0);
+        }
+      }
+    }
+    // What was loaded is written from its own memory.
+    ASSERT_EQ(Encode(&loaded), PlainBlock(loaded)) << round;
+  }
+}
+
+TEST(CellWriter, AgreesWithThePlainWriterOnLargeCells) {
+  Random random(43);
+  for (int32_t round = 0; round < 6; ++round) {
+    Layer layer(random.Between(200, 700), random.Between(100, 200), "big", nullptr, 0);
+    CellImage* cell = NewCell(&layer);
+    Scatter(cell, random, 15, random.OneIn(2) ? 1 : 200);
+    Bytes written = Encode(&layer);
+    ASSERT_EQ(written, PlainBlock(layer));
+    Layer loaded(0, 0, nullptr, nullptr, 0);
+    ASSERT_TRUE(Decode(&loaded, written));
+    ASSERT_EQ(Picture(*loaded.CellAt(0)), Picture(*cell));
+  }
+}
+
+// Reading.
+
+TEST(CellReader, ReplacesEverythingOfTheLayer) {
+  Layer layer(9, 9, "old", nullptr, 0);
+  NewCell(&layer);
+  NewCell(&layer);
+  Bytes bytes = BlockHead(4, 1, 1) + CellOf({0x01}, {0x00}, {0x12, 0x34});
+  bytes[6] = 1;
+  EXPECT_TRUE(Decode(&layer, bytes));
+  EXPECT_STREQ(layer.name, "A");
+  EXPECT_EQ(layer.width, 4);
+  EXPECT_EQ(layer.height, 1);
+  EXPECT_EQ(layer.followFrame, 1u);
+  ASSERT_EQ(layer.cells.Count(), 1);
+  EXPECT_EQ(Picture(*layer.CellAt(0)), "1234\n");
+}
+
+TEST(CellReader, SizesAreUnsigned) {
+  Layer layer(0, 0, nullptr, nullptr, 0);
+  EXPECT_TRUE(Decode(&layer, {'A', 0, 0xFF, 0xFF, 0x00, 0x80, 0xFF, 0x00, 0x00}));
+  EXPECT_EQ(layer.width, 65535);
+  EXPECT_EQ(layer.height, 32768);
+  EXPECT_EQ(layer.followFrame, 255u);
+  EXPECT_EQ(layer.cells.Count(), 0);
+}
+
+TEST(CellReader, NullNameComesBackAsUntitled) {
+  Layer layer(4, 2, nullptr, nullptr, 0);
+  NewCell(&layer);
+  Layer loaded(0, 0, "x", nullptr, 0);
+  EXPECT_TRUE(Decode(&loaded, Encode(&layer)));
+  EXPECT_STREQ(loaded.name, "UNTITLED");
+}
+
+TEST(CellReader, EmptyNameStaysAnEmptyText) {
+  Layer loaded(0, 0, "x", nullptr, 0);
+  EXPECT_TRUE(Decode(&loaded, {0, 4, 0, 1, 0, 0, 0, 0}));
+  ASSERT_NE(loaded.name, nullptr);
+  EXPECT_STREQ(loaded.name, "");
+}
+
+TEST(CellReader, NameOf255BytesIsReadWhole) {
+  Layer loaded(0, 0, nullptr, nullptr, 0);
+  std::string name(255, 'n');
+  EXPECT_TRUE(Decode(&loaded, TextBytes(name) + Bytes{4, 0, 1, 0, 0, 0, 0}));
+  EXPECT_EQ(loaded.name, name);
+  EXPECT_EQ(loaded.width, 4);
+}
+
+TEST(CellReader, NameWithoutAnEndIsCutAndReadingGoesOnBehindIts256thByte) {
+  Layer loaded(0, 0, nullptr, nullptr, 0);
+  Bytes bytes(256, 'n');
+  EXPECT_TRUE(Decode(&loaded, bytes + Bytes{0x04, 0x01, 0x06, 0x02, 0, 0, 0}));
+  EXPECT_EQ(loaded.name, std::string(255, 'n'));
+  EXPECT_EQ(loaded.width, 0x104);
+  EXPECT_EQ(loaded.height, 0x206);
+}
+
+TEST(CellReader, CellsTakeTheClassOfThePrototypeAndNoneMeansPacked) {
+  Layer plain(0, 0, nullptr, nullptr, 0);
+  Bytes bytes = BlockHead(4, 1, 1) + CellOf({0x01}, {0x00}, {0x12, 0x34});
+  EXPECT_TRUE(Decode(&plain, bytes));
+  EXPECT_EQ(plain.CellAt(0)->colors, 16);
+  PackedImage prototype;
+  prototype.Resize(99, 99, 5);
+  Layer layer(0, 0, nullptr, &prototype, 0);
+  EXPECT_TRUE(Decode(&layer, bytes));
+  EXPECT_EQ(layer.CellAt(0)->colors, 16);
+  EXPECT_EQ(Picture(*layer.CellAt(0)), "1234\n");
+  EXPECT_EQ(layer.prototype, &prototype);
+}
+
+TEST(CellReader, EachCodeCopiesFromItsPlace) {
+  // All groups but the last of the last row are literals, no two of them equal.
+  for (int32_t code = 1; code < 16; ++code) {
+    Bytes map(17, 0x00);
+    map[0] = 0x07;
+    map[16] = 0x04;
+    Bytes literals;
+    for (int32_t i = 0; i < 17 * 5 - 1; ++i) literals += {static_cast<uint8_t>(i), static_cast<uint8_t>(0xA0 + i % 7)};
+    Layer layer(0, 0, nullptr, nullptr, 0);
+    ASSERT_TRUE(Decode(&layer, BlockHead(20, 17, 1) + CellOf(map, {0, 0, 0, static_cast<uint8_t>(code)}, literals)));
+    size_t source = static_cast<size_t>((16 + kCodeY[code]) * 5 + (16 + kCodeX[code]) / 4) * 2;
+    CellImage* cell = layer.CellAt(0);
+    EXPECT_EQ(cell->bits[16 * cell->pitch + 8], literals[source]) << code;
+    EXPECT_EQ(cell->bits[16 * cell->pitch + 9], literals[source + 1]) << code;
+    EXPECT_EQ(cell->bits[0], 0x00);
+    EXPECT_EQ(cell->bits[1], 0xA0);
+    EXPECT_EQ(cell->bits[2], 0x01);
+  }
+}
+
+TEST(CellReader, EvenGroupsHaveTheLowNibbleOfTheirCodeByte) {
+  // Left group: a literal; right group: a copy of it.
+  Layer layer(0, 0, nullptr, nullptr, 0);
+  ASSERT_TRUE(Decode(&layer, BlockHead(8, 1, 1) + CellOf({0x01}, {0x10}, {0x12, 0x34})));
+  EXPECT_EQ(Picture(*layer.CellAt(0)), "12341234\n");
+}
+
+TEST(CellReader, CodesThatAreNotStoredAreThoseOfTheRowAbove) {
+  Layer layer(0, 0, nullptr, nullptr, 0);
+  // Row 1 has no codes of its own: again a literal and its copy.
+  ASSERT_TRUE(Decode(&layer, BlockHead(8, 2, 1) + CellOf({0x01, 0x00}, {0x10}, {0x12, 0x34, 0x56, 0x78})));
+  EXPECT_EQ(Picture(*layer.CellAt(0)), "12341234\n56785678\n");
+}
+
+TEST(CellReader, CodesAreAllOnesAheadOfTheFirstRowOfEachCell) {
+  Layer layer(0, 0, nullptr, nullptr, 0);
+  // 24 wide: three code bytes, of which only the first is stored.
+  Bytes cell = CellOf({0x01}, {0x10}, {0x12, 0x34});
+  ASSERT_TRUE(Decode(&layer, BlockHead(24, 1, 2) + cell + cell));
+  EXPECT_EQ(Picture(*layer.CellAt(0)), "123412341234123412341234\n");
+  EXPECT_EQ(Picture(*layer.CellAt(1)), "123412341234123412341234\n");
+}
+
+TEST(CellReader, AnyValidCodeDecodes) {
+  // The writer would choose codes 1 and 4 here.
+  Layer layer(0, 0, nullptr, nullptr, 0);
+  ASSERT_TRUE(Decode(&layer, BlockHead(12, 2, 1) + CellOf({0x03, 0x03}, {0x10, 0x02, 0x54, 0x00},
+                                                          {0x77, 0x77, 0x77, 0x77})));
+  EXPECT_EQ(Picture(*layer.CellAt(0)), "777777777777\n777777777777\n");
+}
+
+TEST(CellReader, HighNibbleBehindAnOddLastGroupIsIgnored) {
+  Layer layer(0, 0, nullptr, nullptr, 0);
+  ASSERT_TRUE(Decode(&layer, BlockHead(4, 2, 1) + CellOf({0x01, 0x01}, {0xF0, 0xE4}, {0x12, 0x34})));
+  EXPECT_EQ(Picture(*layer.CellAt(0)), "1234\n1234\n");
+}
+
+TEST(CellReader, LiteralsMayHoldEveryByte) {
+  Layer layer(0, 0, nullptr, nullptr, 0);
+  ASSERT_TRUE(Decode(&layer, BlockHead(8, 1, 1) + CellOf({0x01}, {0x00}, {0xFF, 0xFF, 0xFF, 0x12})));
+  EXPECT_EQ(Picture(*layer.CellAt(0)), "ffffff12\n");
+}
+
+TEST(CellReader, BlocksFollowEachOtherWithoutAGap) {
+  Bytes first = BlockHead(4, 1, 1) + CellOf({0x01}, {0x00}, {0x12, 0x34});
+  Bytes second = BlockHead(4, 1, 1) + CellOf({0x01}, {0x00}, {0x56, 0x78});
+  InputBytes input(first + second + Bytes{0x99});
+  Layer a(0, 0, nullptr, nullptr, 0);
+  Layer b(0, 0, nullptr, nullptr, 0);
+  EXPECT_TRUE(CellReader().Read(&a, &input.stream));
+  EXPECT_TRUE(CellReader().Read(&b, &input.stream));
+  EXPECT_EQ(Picture(*a.CellAt(0)), "1234\n");
+  EXPECT_EQ(Picture(*b.CellAt(0)), "5678\n");
+  EXPECT_EQ(input.stream.GetC(), 0x99);
+}
+
+// Damage.
+
+TEST(CellReader, LiteralLengthThatIsTooSmallOrTooBigEndsTheReadAtThatCell) {
+  for (int32_t length : {0, 1, 3, 4, 6}) {
+    Bytes good = CellOf({0x01}, {0x00}, {0x12, 0x34});
+    Bytes bad = good;
+    bad[4] = static_cast<uint8_t>(length);
+    Layer layer(0, 0, nullptr, nullptr, 0);
+    LoadReport report;
+    EXPECT_FALSE(Decode(&layer, BlockHead(4, 1, 3) + good + bad + good, &report)) << length;
+    EXPECT_TRUE(report.IsDamaged());
+    ASSERT_EQ(layer.cells.Count(), 2);
+    EXPECT_EQ(Picture(*layer.CellAt(0)), "1234\n");
+    EXPECT_EQ(layer.width, 4);
+    EXPECT_STREQ(layer.name, "A");
+  }
+}
+
+TEST(CellReader, CodeLengthThatReachesIntoTheLiteralsOfTheLastCellGivesFalse) {
+  Bytes bytes = BlockHead(4, 1, 1) + CellOf({0x01}, {0x00}, {0x12, 0x34});
+  bytes[9] = 2;
+  Layer layer(0, 0, nullptr, nullptr, 0);
+  LoadReport report;
+  EXPECT_FALSE(Decode(&layer, bytes, &report));
+  EXPECT_TRUE(report.IsDamaged());
+}
+
+TEST(CellReader, ReportIsOptionalAndQuietForAGoodBlock) {
+  Bytes bytes = BlockHead(4, 1, 1) + CellOf({0x01}, {0x00}, {0x12, 0x34});
+  Layer layer(0, 0, nullptr, nullptr, 0);
+  LoadReport report;
+  EXPECT_TRUE(Decode(&layer, bytes, &report));
+  EXPECT_FALSE(report.IsDamaged());
+  bytes[13] = 9;
+  EXPECT_FALSE(Decode(&layer, bytes));
+}
+
+TEST(CellReader, CellThatTheStreamCanNotHoldEndsTheRead) {
+  Layer layer(0, 0, nullptr, nullptr, 0);
+  LoadReport report;
+  EXPECT_FALSE(Decode(&layer, BlockHead(65535, 65535, 1) + Bytes(40, 0), &report));
+  EXPECT_TRUE(report.IsDamaged());
+  Layer many(0, 0, nullptr, nullptr, 0);
+  LoadReport manyReport;
+  EXPECT_FALSE(Decode(&many, BlockHead(2000, 2000, 65535) + Bytes(40, 0), &manyReport));
+  EXPECT_TRUE(manyReport.IsDamaged());
+}
+
+TEST(CellReader, LargeBlankCellIsNotMistakenForDamage) {
+  Layer layer(4000, 3000, "wide", nullptr, 0);
+  NewCell(&layer);
+  Bytes bytes = Encode(&layer);
+  EXPECT_LT(bytes.size(), 1u << 18);
+  Layer loaded(0, 0, nullptr, nullptr, 0);
+  LoadReport report;
+  EXPECT_TRUE(Decode(&loaded, bytes, &report));
+  EXPECT_FALSE(report.IsDamaged()) << report.problem;
+  EXPECT_EQ(loaded.cells.Count(), 1);
+}
+
+Bytes SampleBlock() {
+  Layer layer(21, 6, "sample", nullptr, 1);
+  Random random(44);
+  for (int32_t i = 0; i < 3; ++i) Scatter(NewCell(&layer), random, 3, 2 + i * 4);
+  return Encode(&layer);
+}
+
+TEST(CellReader, EveryTruncationIsReported) {
+  Bytes bytes = SampleBlock();
+  for (size_t length = 0; length < bytes.size(); ++length) {
+    Layer layer(0, 0, nullptr, nullptr, 0);
+    LoadReport report;
+    Decode(&layer, Head(bytes, length), &report);
+    EXPECT_TRUE(report.IsDamaged()) << length;
+    EXPECT_LE(layer.cells.Count(), 3) << length;
+  }
+}
+
+TEST(CellReader, EveryFlippedBitIsSurvived) {
+  Bytes bytes = SampleBlock();
+  int32_t refused = 0;
+  for (size_t at = 0; at < bytes.size(); ++at) {
+    for (uint32_t bit = 0; bit < 8; ++bit) {
+      Bytes damaged = bytes;
+      damaged[at] = static_cast<uint8_t>(damaged[at] ^ (1u << bit));
+      Layer layer(0, 0, nullptr, nullptr, 0);
+      LoadReport report;
+      bool result = Decode(&layer, damaged, &report);
+      if (!result) {
+        EXPECT_TRUE(report.IsDamaged()) << at << " bit " << bit;
+        ++refused;
+      }
+      for (int32_t i = 0; i < layer.cells.Count(); ++i) {
+        EXPECT_EQ(layer.CellAt(i)->width, layer.width);
+        EXPECT_EQ(layer.CellAt(i)->height, layer.height);
+      }
+    }
+  }
+  EXPECT_GT(refused, 0);
+}
+
+TEST(CellReader, LargestNumbersAnywhereAreSurvived) {
+  Bytes bytes = SampleBlock();
+  for (size_t count : {1u, 2u, 4u}) {
+    for (size_t at = 0; at + count <= bytes.size(); ++at) {
+      Bytes damaged = bytes;
+      for (size_t i = 0; i < count; ++i) damaged[at + i] = 0xFF;
+      Layer layer(0, 0, nullptr, nullptr, 0);
+      LoadReport report;
+      if (!Decode(&layer, damaged, &report)) {
+        EXPECT_TRUE(report.IsDamaged()) << at;
+      }
+    }
+  }
+}
+
+TEST(CellReader, LengthsOfFourBytesOfFFEndTheRead) {
+  for (size_t field : {9u, 13u}) {
+    Bytes bytes = BlockHead(4, 1, 1) + CellOf({0x01}, {0x00}, {0x12, 0x34});
+    for (size_t i = 0; i < 4; ++i) bytes[field + i] = 0xFF;
+    Layer layer(0, 0, nullptr, nullptr, 0);
+    LoadReport report;
+    EXPECT_FALSE(Decode(&layer, bytes, &report));
+    EXPECT_TRUE(report.IsDamaged());
+  }
+}
+
+TEST(CellReader, RandomBytesAreSurvived) {
+  Random random(45);
+  for (int32_t round = 0; round < 3000; ++round) {
+    Bytes bytes = BlockHead(random.Between(0, 70), random.Between(0, 20), random.Between(0, 4));
+    int32_t length = random.Between(0, 300);
+    for (int32_t i = 0; i < length; ++i) bytes.push_back(random.OneIn(2) ? 0 : random.Byte());
+    Layer layer(0, 0, nullptr, nullptr, 0);
+    LoadReport report;
+    if (!Decode(&layer, bytes, &report)) {
+      EXPECT_TRUE(report.IsDamaged());
+    }
+    EXPECT_LE(layer.cells.Count(), 4);
+  }
+}
+
+}  // namespace
+}  // namespace sorvel

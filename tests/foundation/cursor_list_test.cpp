@@ -1,0 +1,444 @@
+#include "foundation/cursor_list.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace sorvel {
+namespace {
+
+// The way that a seek took can't be seen from outside. These open the list's nodes, so that a test can bend the link
+// on the way that must not be taken.
+struct HeadOfList {
+  friend constexpr auto Member(HeadOfList);
+};
+template <typename Tag, auto kMember>
+struct Opened {
+  friend constexpr auto Member(Tag) { return kMember; }
+};
+template struct Opened<HeadOfList, &CursorList<int32_t>::head_>;
+
+void Fill(CursorList<int32_t>& list, int32_t count) {
+  for (int32_t i = 0; i < count; ++i) {
+    list.SeekLast();
+    list.InsertAfter(i);
+  }
+}
+
+auto NodeAt(CursorList<int32_t>& list, int32_t index) {
+  auto* node = list.*Member(HeadOfList{});
+  while (index-- > 0) node = node->next;
+  return node;
+}
+
+// All elements, forwards by next and backwards by prev; the two have to agree.
+std::vector<int32_t> Elements(CursorList<int32_t>& list) {
+  std::vector<int32_t> forward;
+  std::vector<int32_t> backward;
+  if (list.SeekFirst()) {
+    do {
+      EXPECT_EQ(list.CursorIndex(), static_cast<int32_t>(forward.size()));
+      forward.push_back(list.Current());
+    } while (list.SeekNext());
+    EXPECT_TRUE(list.SeekLast());
+    do {
+      backward.insert(backward.begin(), list.Current());
+    } while (list.SeekPrev());
+  }
+  EXPECT_EQ(forward, backward);
+  EXPECT_EQ(static_cast<int32_t>(forward.size()), list.Count());
+  return forward;
+}
+
+using Ints = std::vector<int32_t>;
+
+TEST(CursorList, NewListIsEmptyWithCursorIndexZero) {
+  CursorList<int32_t> list;
+  EXPECT_EQ(list.Count(), 0);
+  EXPECT_EQ(list.CursorIndex(), 0);
+}
+
+TEST(CursorList, EmptyListGivesTheDefaultElement) {
+  CursorList<const char*> pointers;
+  EXPECT_EQ(pointers.Current(), nullptr);
+  EXPECT_EQ(pointers.At(0), nullptr);
+  EXPECT_EQ(pointers.At(-1), nullptr);
+  EXPECT_EQ(pointers.CurrentSlot(), nullptr);
+  CursorList<int32_t> numbers;
+  EXPECT_EQ(numbers.Current(), 0);
+  EXPECT_EQ(numbers.At(0), 0);
+}
+
+TEST(CursorList, EmptyListRefusesEveryMove) {
+  CursorList<int32_t> list;
+  for (int32_t index : {-1, 0, 1}) EXPECT_FALSE(list.Seek(index));
+  EXPECT_FALSE(list.SeekFirst());
+  EXPECT_FALSE(list.SeekLast());
+  EXPECT_FALSE(list.SeekNext());
+  EXPECT_FALSE(list.SeekPrev());
+  EXPECT_FALSE(list.RemoveCurrent());
+  EXPECT_EQ(list.Find(0), -1);
+  list.RemoveAll();
+  EXPECT_EQ(list.Count(), 0);
+}
+
+TEST(CursorList, SeekOutsideIsFalseAndKeepsTheCursor) {
+  CursorList<int32_t> list;
+  Fill(list, 4);
+  ASSERT_TRUE(list.Seek(2));
+  EXPECT_FALSE(list.Seek(-1));
+  EXPECT_EQ(list.Current(), 2);
+  EXPECT_FALSE(list.Seek(4));
+  EXPECT_EQ(list.Current(), 2);
+  EXPECT_FALSE(list.Seek(INT32_MIN));
+  EXPECT_FALSE(list.Seek(INT32_MAX));
+  EXPECT_EQ(list.Current(), 2);
+  EXPECT_EQ(list.CursorIndex(), 2);
+}
+
+TEST(CursorList, SeekFindsEveryIndexFromEveryOther) {
+  for (int32_t count = 1; count <= 10; ++count) {
+    CursorList<int32_t> list;
+    Fill(list, count);
+    for (int32_t from = 0; from < count; ++from) {
+      for (int32_t to = 0; to < count; ++to) {
+        ASSERT_TRUE(list.Seek(from));
+        ASSERT_TRUE(list.Seek(to));
+        EXPECT_EQ(list.Current(), to);
+        EXPECT_EQ(list.CursorIndex(), to);
+      }
+    }
+  }
+}
+
+TEST(CursorList, SeekStartsAtTheTailWhenThatIsNearer) {
+  CursorList<int32_t> list;
+  Fill(list, 10);
+  ASSERT_TRUE(list.Seek(5));
+  auto* node = NodeAt(list, 5);
+  auto* next = node->next;
+  node->next = node;
+  EXPECT_TRUE(list.Seek(9));
+  EXPECT_EQ(list.Current(), 9);
+  node->next = next;
+}
+
+TEST(CursorList, SeekStartsAtTheHeadWhenThatIsNearer) {
+  CursorList<int32_t> list;
+  Fill(list, 10);
+  ASSERT_TRUE(list.Seek(5));
+  auto* node = NodeAt(list, 5);
+  auto* prev = node->prev;
+  node->prev = node;
+  EXPECT_TRUE(list.Seek(2));
+  EXPECT_EQ(list.Current(), 2);
+  node->prev = prev;
+}
+
+TEST(CursorList, SeekPrefersTheCursorToAnEquallyNearHead) {
+  CursorList<int32_t> list;
+  Fill(list, 10);
+  ASSERT_TRUE(list.Seek(6));
+  auto* head = NodeAt(list, 0);
+  auto* next = head->next;
+  head->next = head;
+  EXPECT_TRUE(list.Seek(3));
+  EXPECT_EQ(list.Current(), 3);
+  head->next = next;
+}
+
+TEST(CursorList, SeekPrefersTheCursorToAnEquallyNearTail) {
+  CursorList<int32_t> list;
+  Fill(list, 10);
+  ASSERT_TRUE(list.Seek(3));
+  auto* tail = NodeAt(list, 9);
+  auto* prev = tail->prev;
+  tail->prev = tail;
+  EXPECT_TRUE(list.Seek(6));
+  EXPECT_EQ(list.Current(), 6);
+  tail->prev = prev;
+}
+
+TEST(CursorList, SeekOfANeighbourTakesOneStep) {
+  CursorList<int32_t> list;
+  Fill(list, 10);
+  ASSERT_TRUE(list.Seek(5));
+  auto* before = NodeAt(list, 4);
+  auto* beforeNext = before->next;
+  before->next = before;
+  EXPECT_TRUE(list.Seek(6));
+  EXPECT_EQ(list.Current(), 6);
+  EXPECT_TRUE(list.Seek(5));
+  EXPECT_EQ(list.Current(), 5);
+  before->next = beforeNext;
+}
+
+TEST(CursorList, SeekFirstAndSeekLastGoToTheEnds) {
+  CursorList<int32_t> list;
+  Fill(list, 3);
+  EXPECT_TRUE(list.SeekFirst());
+  EXPECT_EQ(list.Current(), 0);
+  EXPECT_EQ(list.CursorIndex(), 0);
+  EXPECT_TRUE(list.SeekLast());
+  EXPECT_EQ(list.Current(), 2);
+  EXPECT_EQ(list.CursorIndex(), 2);
+}
+
+TEST(CursorList, SeekNextStopsAtTheTail) {
+  CursorList<int32_t> list;
+  Fill(list, 2);
+  list.SeekFirst();
+  EXPECT_TRUE(list.SeekNext());
+  EXPECT_EQ(list.CursorIndex(), 1);
+  EXPECT_FALSE(list.SeekNext());
+  EXPECT_EQ(list.CursorIndex(), 1);
+  EXPECT_EQ(list.Current(), 1);
+}
+
+TEST(CursorList, SeekPrevStopsAtTheHead) {
+  CursorList<int32_t> list;
+  Fill(list, 2);
+  list.SeekLast();
+  EXPECT_TRUE(list.SeekPrev());
+  EXPECT_EQ(list.CursorIndex(), 0);
+  EXPECT_FALSE(list.SeekPrev());
+  EXPECT_EQ(list.CursorIndex(), 0);
+  EXPECT_EQ(list.Current(), 0);
+}
+
+TEST(CursorList, AtMovesTheCursorAndABadIndexGivesTheDefaultWithoutAMove) {
+  int32_t a = 1;
+  int32_t b = 2;
+  CursorList<int32_t*> list;
+  list.InsertAfter(&a);
+  list.InsertAfter(&b);
+  EXPECT_EQ(list.At(0), &a);
+  EXPECT_EQ(list.Current(), &a);
+  EXPECT_EQ(list.At(2), nullptr);
+  EXPECT_EQ(list.At(-1), nullptr);
+  EXPECT_EQ(list.Current(), &a);
+  EXPECT_EQ(list.CursorIndex(), 0);
+}
+
+TEST(CursorList, FirstInsertionOfEitherKindMakesTheOnlyElement) {
+  CursorList<int32_t> after;
+  after.InsertAfter(7);
+  EXPECT_EQ(after.CursorIndex(), 0);
+  EXPECT_EQ(Elements(after), Ints({7}));
+  CursorList<int32_t> before;
+  before.InsertBefore(7);
+  EXPECT_EQ(before.CursorIndex(), 0);
+  EXPECT_EQ(Elements(before), Ints({7}));
+}
+
+TEST(CursorList, InsertBeforeAtTheHeadMakesTheNewHead) {
+  CursorList<int32_t> list;
+  Fill(list, 3);
+  list.SeekFirst();
+  list.InsertBefore(9);
+  EXPECT_EQ(list.CursorIndex(), 0);
+  EXPECT_EQ(list.Current(), 9);
+  EXPECT_EQ(Elements(list), Ints({9, 0, 1, 2}));
+}
+
+TEST(CursorList, InsertAfterAtTheTailMakesTheNewTail) {
+  CursorList<int32_t> list;
+  Fill(list, 3);
+  list.SeekLast();
+  list.InsertAfter(9);
+  EXPECT_EQ(list.CursorIndex(), 3);
+  EXPECT_EQ(list.CursorIndex(), list.Count() - 1);
+  EXPECT_EQ(list.Current(), 9);
+  EXPECT_EQ(Elements(list), Ints({0, 1, 2, 9}));
+}
+
+TEST(CursorList, InsertAfterInTheMiddleTakesTheNextIndex) {
+  CursorList<int32_t> list;
+  Fill(list, 3);
+  list.Seek(1);
+  list.InsertAfter(9);
+  EXPECT_EQ(list.CursorIndex(), 2);
+  EXPECT_EQ(list.Current(), 9);
+  EXPECT_EQ(Elements(list), Ints({0, 1, 9, 2}));
+}
+
+TEST(CursorList, InsertBeforeInTheMiddleTakesOverTheIndex) {
+  CursorList<int32_t> list;
+  Fill(list, 3);
+  list.Seek(1);
+  list.InsertBefore(9);
+  EXPECT_EQ(list.CursorIndex(), 1);
+  EXPECT_EQ(list.Current(), 9);
+  EXPECT_EQ(Elements(list), Ints({0, 9, 1, 2}));
+}
+
+TEST(CursorList, RemovingTheTailMovesTheCursorToTheNewTail) {
+  CursorList<int32_t> list;
+  Fill(list, 3);
+  list.SeekLast();
+  EXPECT_TRUE(list.RemoveCurrent());
+  EXPECT_EQ(list.CursorIndex(), 1);
+  EXPECT_EQ(list.Current(), 1);
+  EXPECT_EQ(Elements(list), Ints({0, 1}));
+}
+
+TEST(CursorList, RemovingAMiddleElementLeavesTheCursorOnTheSuccessor) {
+  CursorList<int32_t> list;
+  Fill(list, 4);
+  list.Seek(1);
+  EXPECT_TRUE(list.RemoveCurrent());
+  EXPECT_EQ(list.CursorIndex(), 1);
+  EXPECT_EQ(list.Current(), 2);
+  EXPECT_EQ(Elements(list), Ints({0, 2, 3}));
+}
+
+TEST(CursorList, RemovingTheHeadLeavesTheCursorOnTheNewHead) {
+  CursorList<int32_t> list;
+  Fill(list, 3);
+  list.SeekFirst();
+  EXPECT_TRUE(list.RemoveCurrent());
+  EXPECT_EQ(list.CursorIndex(), 0);
+  EXPECT_EQ(list.Current(), 1);
+  EXPECT_EQ(Elements(list), Ints({1, 2}));
+}
+
+TEST(CursorList, ListThatLostItsOnlyElementWorksAsANewOne) {
+  for (bool after : {false, true}) {
+    CursorList<int32_t> list;
+    list.InsertAfter(1);
+    EXPECT_TRUE(list.RemoveCurrent());
+    EXPECT_EQ(list.Count(), 0);
+    EXPECT_EQ(list.CursorIndex(), 0);
+    EXPECT_EQ(list.Current(), 0);
+    EXPECT_FALSE(list.SeekFirst());
+    EXPECT_FALSE(list.SeekLast());
+    if (after) {
+      list.InsertAfter(2);
+    } else {
+      list.InsertBefore(2);
+    }
+    EXPECT_EQ(list.CursorIndex(), 0);
+    EXPECT_EQ(Elements(list), Ints({2}));
+  }
+}
+
+TEST(CursorList, RemoveAllFreesNodesFromAnyCursor) {
+  for (int32_t at = 0; at < 5; ++at) {
+    CursorList<int32_t> list;
+    Fill(list, 5);
+    list.Seek(at);
+    list.RemoveAll();
+    EXPECT_EQ(list.Count(), 0);
+    EXPECT_EQ(list.CursorIndex(), 0);
+    EXPECT_EQ(list.Current(), 0);
+    list.InsertAfter(3);
+    EXPECT_EQ(Elements(list), Ints({3}));
+  }
+}
+
+TEST(CursorList, ElementsAreNotOwned) {
+  int32_t element = 5;
+  {
+    CursorList<int32_t*> list;
+    list.InsertAfter(&element);
+    list.RemoveCurrent();
+    list.InsertAfter(&element);
+  }
+  EXPECT_EQ(element, 5);
+}
+
+TEST(CursorList, FindStartsAtTheCursorInclusive) {
+  CursorList<int32_t> list;
+  Fill(list, 5);
+  list.Seek(2);
+  EXPECT_EQ(list.Find(2), 2);
+  EXPECT_EQ(list.Find(4), 4);
+  EXPECT_EQ(list.CursorIndex(), 4);
+  EXPECT_EQ(list.Current(), 4);
+}
+
+TEST(CursorList, FindDoesNotLookAheadOfTheCursor) {
+  CursorList<int32_t> list;
+  Fill(list, 5);
+  list.Seek(3);
+  EXPECT_EQ(list.Find(2), -1);
+  EXPECT_EQ(list.CursorIndex(), 3);
+  EXPECT_EQ(list.Current(), 3);
+  list.SeekFirst();
+  EXPECT_EQ(list.Find(2), 2);
+}
+
+TEST(CursorList, FindWithoutAMatchKeepsTheCursor) {
+  CursorList<int32_t> list;
+  Fill(list, 3);
+  list.Seek(1);
+  EXPECT_EQ(list.Find(77), -1);
+  EXPECT_EQ(list.CursorIndex(), 1);
+  EXPECT_EQ(list.Current(), 1);
+}
+
+TEST(CursorList, FindGivesTheFirstOfEqualElements) {
+  CursorList<int32_t> list;
+  for (int32_t element : {4, 8, 4, 8}) list.InsertAfter(element);
+  list.SeekFirst();
+  EXPECT_EQ(list.Find(8), 1);
+  list.SeekNext();
+  EXPECT_EQ(list.Find(8), 3);
+}
+
+TEST(CursorList, FindComparesPointersNotWhatTheyPointAt) {
+  std::string a = "same";
+  std::string b = "same";
+  CursorList<std::string*> list;
+  list.InsertAfter(&a);
+  list.InsertAfter(&b);
+  list.SeekFirst();
+  EXPECT_EQ(list.Find(&b), 1);
+}
+
+TEST(CursorList, SlotChangesTheElementInPlace) {
+  CursorList<int32_t> list;
+  Fill(list, 3);
+  list.Seek(1);
+  *list.CurrentSlot() = 42;
+  EXPECT_EQ(Elements(list), Ints({0, 42, 2}));
+}
+
+TEST(CursorList, FollowsAPlainSequenceThroughManyRandomEdits) {
+  CursorList<int32_t> list;
+  Ints model;
+  uint32_t seed = 12345;
+  auto random = [&seed](uint32_t below) {
+    seed = seed * 1664525u + 1013904223u;
+    return static_cast<int32_t>((seed >> 8) % below);
+  };
+  for (int32_t step = 0; step < 3000; ++step) {
+    int32_t count = static_cast<int32_t>(model.size());
+    int32_t at = count > 0 ? random(static_cast<uint32_t>(count)) : 0;
+    EXPECT_EQ(list.Seek(at), count > 0);
+    switch (count > 40 ? 2 : random(3)) {
+      case 0:
+        list.InsertAfter(step);
+        model.insert(model.begin() + (count > 0 ? at + 1 : 0), step);
+        break;
+      case 1:
+        list.InsertBefore(step);
+        model.insert(model.begin() + at, step);
+        break;
+      default:
+        EXPECT_EQ(list.RemoveCurrent(), count > 0);
+        if (count > 0) model.erase(model.begin() + at);
+        break;
+    }
+    ASSERT_EQ(list.Count(), static_cast<int32_t>(model.size()));
+    if (step % 50 == 0) {
+      ASSERT_EQ(Elements(list), model);
+    }
+  }
+  EXPECT_EQ(Elements(list), model);
+}
+
+}  // namespace
+}  // namespace sorvel

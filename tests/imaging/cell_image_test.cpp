@@ -1,0 +1,698 @@
+#include "imaging/cell_image.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "imaging/indexed_image.h"
+#include "imaging/packed_image.h"
+#include "support/test_images.h"
+
+namespace sorvel {
+namespace {
+
+using namespace testimages;
+
+constexpr Rect kUntouched{-91, -92, -93, -94};
+
+// Runs a check for both ways to store a pixel.
+class EachClass : public ::testing::TestWithParam<bool> {
+ protected:
+  bool Packed() const { return GetParam(); }
+};
+
+INSTANTIATE_TEST_SUITE_P(CellImage, EachClass, ::testing::Values(true, false),
+                         [](const ::testing::TestParamInfo<bool>& way) { return way.param ? "Packed" : "Indexed"; });
+
+// Pixel storage.
+
+TEST(PackedImage, EvenPixelsLieInTheHighNibble) {
+  PackedImage image;
+  image.Resize(5, 2, 0);
+  image.SetPixel(0, 0, 1);
+  image.SetPixel(1, 0, 2);
+  image.SetPixel(4, 0, 3);
+  image.SetPixel(3, 1, 15);
+  const uint8_t expected[] = {0x12, 0x00, 0x30, 0x00, 0x00, 0x0F, 0x00, 0x00};
+  EXPECT_EQ(std::memcmp(image.bits, expected, sizeof expected), 0);
+  EXPECT_EQ(image.GetPixel(0, 0), 1);
+  EXPECT_EQ(image.GetPixel(1, 0), 2);
+  EXPECT_EQ(image.GetPixel(4, 0), 3);
+  EXPECT_EQ(image.GetPixel(3, 1), 15);
+}
+
+TEST(PackedImage, RowsCountTheHalfByteAndRoundUpToFour) {
+  const int32_t pitches[] = {0, 4, 4, 4, 4, 4, 4, 4, 4, 8, 8, 8, 8, 8, 8, 8, 8, 12};
+  for (int32_t width = 0; width < 18; ++width) {
+    PackedImage image;
+    EXPECT_TRUE(image.Resize(width, 3, 0));
+    EXPECT_EQ(image.pitch, pitches[width]) << width;
+    EXPECT_EQ(image.ByteCount(), pitches[width] * 3) << width;
+  }
+}
+
+TEST(PackedImage, WidthFiveHasThreeBytesOfPixelsInFour) {
+  PackedImage image;
+  image.Resize(5, 1, 0);
+  for (int32_t x = 0; x < 5; ++x) image.SetPixel(x, 0, 15);
+  const uint8_t expected[] = {0xFF, 0xFF, 0xF0, 0x00};
+  EXPECT_EQ(image.pitch, 4);
+  EXPECT_EQ(std::memcmp(image.bits, expected, 4), 0);
+}
+
+TEST(PackedImage, SixteenZeroBytesLieBehindTheLastRow) {
+  PackedImage image;
+  image.Resize(6, 3, 9);
+  image.Fill(13);
+  for (int32_t i = 0; i < 16; ++i) EXPECT_EQ(image.bits[image.ByteCount() + i], 0) << i;
+}
+
+TEST(PackedImage, FillWritesBothNibblesAndThePadding) {
+  PackedImage image;
+  image.Resize(3, 2, 0);
+  image.Fill(7);
+  for (int32_t i = 0; i < 8; ++i) EXPECT_EQ(image.bits[i], 0x77) << i;
+}
+
+TEST(PackedImage, RawReadsEightPixelsInMemoryOrder) {
+  PackedImage image;
+  image.Resize(16, 2, 0);
+  for (int32_t x = 0; x < 16; ++x) image.SetPixel(x, 1, x);
+  EXPECT_EQ(image.GetRaw(0, 1), 0x67452301u);
+  EXPECT_EQ(image.GetRaw(4, 1), 0xAB896745u);
+  EXPECT_EQ(image.GetRaw(6, 1), 0xCDAB8967u);
+  EXPECT_EQ(image.GetRaw(12, 0), 0x23010000u);
+}
+
+TEST(PackedImage, RawReadBehindTheLastRowGivesZeroes) {
+  PackedImage image;
+  image.Resize(8, 1, 15);
+  EXPECT_EQ(image.GetRaw(4, 0), 0x0000FFFFu);
+}
+
+TEST(PackedImage, RawWritesFourPixels) {
+  PackedImage image;
+  image.Resize(16, 1, 0);
+  image.SetRaw(4, 0, 0xDEAD4321u);
+  EXPECT_EQ(Picture(image), "....2143........\n");
+}
+
+TEST(IndexedImage, PixelsAreBytesAndRowsRoundUpToFour) {
+  IndexedImage image;
+  image.Resize(5, 2, 0);
+  EXPECT_EQ(image.pitch, 8);
+  EXPECT_EQ(image.ByteCount(), 16);
+  image.SetPixel(4, 0, 24);
+  image.SetPixel(0, 1, 3);
+  EXPECT_EQ(image.bits[4], 24);
+  EXPECT_EQ(image.bits[8], 3);
+  EXPECT_EQ(image.GetPixel(4, 0), 24);
+  EXPECT_EQ(image.GetPixel(0, 1), 3);
+  EXPECT_NE(image.bitmapHandle, nullptr);
+}
+
+TEST(IndexedImage, FillWritesThePadding) {
+  IndexedImage image;
+  image.Resize(3, 2, 0);
+  image.Fill(21);
+  for (int32_t i = 0; i < 8; ++i) EXPECT_EQ(image.bits[i], 21) << i;
+}
+
+TEST(IndexedImage, RawReadsTwoPixelsAndWritesTwo) {
+  IndexedImage image;
+  image.Resize(8, 1, 0);
+  for (int32_t x = 0; x < 8; ++x) image.SetPixel(x, 0, x + 1);
+  EXPECT_EQ(image.GetRaw(3, 0), 0x0504u);
+  image.SetRaw(1, 0, 0x99881817u);
+  EXPECT_EQ(Picture(image), "1no45678\n");
+}
+
+TEST(CellImage, ColourCountTellsTheClass) {
+  EXPECT_EQ(PackedImage().colors, 16);
+  EXPECT_EQ(IndexedImage().colors, 256);
+}
+
+TEST_P(EachClass, SetPixelLeavesTheNeighbours) {
+  OwnedImage image = MakeImage(Packed(), 7, 3);
+  image->Fill(5);
+  image->SetPixel(2, 1, 9);
+  image->SetPixel(5, 1, 15);
+  image->SetPixel(6, 2, 0);
+  EXPECT_EQ(Picture(*image), "5555555\n55955f5\n555555.\n");
+}
+
+TEST_P(EachClass, FindInkGivesTheFirstInkTowardsTheEnd) {
+  OwnedImage image = ImageOf(Packed(), "...3..4...\n..........\n");
+  EXPECT_EQ(image->FindInk(0, 0, 10, 1), 3);
+  EXPECT_EQ(image->FindInk(3, 0, 10, 1), 3);
+  EXPECT_EQ(image->FindInk(4, 0, 10, 1), 6);
+  EXPECT_EQ(image->FindInk(9, 0, -1, 0), 6);
+  EXPECT_EQ(image->FindInk(5, 0, -1, 0), 3);
+}
+
+TEST_P(EachClass, FindInkGivesTheEndWithoutInkAndDoesNotLookAtIt) {
+  OwnedImage image = ImageOf(Packed(), "...3..4...\n..........\n");
+  EXPECT_EQ(image->FindInk(0, 0, 3, 1), 3);
+  EXPECT_EQ(image->FindInk(4, 0, 6, 1), 6);
+  EXPECT_EQ(image->FindInk(2, 0, -1, 0), -1);
+  EXPECT_EQ(image->FindInk(5, 0, 3, 0), 3);
+  EXPECT_EQ(image->FindInk(0, 1, 10, 1), 10);
+  EXPECT_EQ(image->FindInk(9, 1, -1, 0), -1);
+  EXPECT_EQ(image->FindInk(4, 0, 4, 1), 4);
+  EXPECT_EQ(image->FindInk(4, 0, 4, 0), 4);
+}
+
+TEST_P(EachClass, FindInkIsNotFooledByThePadding) {
+  OwnedImage image = MakeImage(Packed(), 5, 1);
+  image->Fill(3);
+  for (int32_t x = 0; x < 5; ++x) image->SetPixel(x, 0, 0);
+  EXPECT_EQ(image->FindInk(0, 0, 5, 1), 5);
+  EXPECT_EQ(image->FindInk(4, 0, -1, 0), -1);
+}
+
+TEST_P(EachClass, FindInkAgreesWithPixelReads) {
+  Random random(11);
+  for (int32_t round = 0; round < 300; ++round) {
+    OwnedImage image = MakeImage(Packed(), random.Between(1, 40), 2);
+    Scatter(image.get(), random, 15, random.Between(1, 20));
+    int32_t y = random.Between(0, 1);
+    int32_t from = random.Between(0, image->width - 1);
+    int32_t end = random.Between(from, image->width);
+    int32_t expected = from;
+    while (expected < end && image->GetPixel(expected, y) == 0) ++expected;
+    ASSERT_EQ(image->FindInk(from, y, end, random.Between(1, 9)), expected) << Picture(*image);
+    end = random.Between(-1, from);
+    expected = from;
+    while (expected > end && image->GetPixel(expected, y) == 0) --expected;
+    ASSERT_EQ(image->FindInk(from, y, end, 0), expected) << Picture(*image);
+  }
+}
+
+TEST_P(EachClass, MakeBlankGivesAnEmptyImageOfTheSameClassAndSize) {
+  OwnedImage image = ImageOf(Packed(), "123\n456\n");
+  OwnedImage blank(image->MakeBlank());
+  EXPECT_EQ(blank->colors, image->colors);
+  EXPECT_EQ(Picture(*blank), "...\n...\n");
+  EXPECT_EQ(Picture(*image), "123\n456\n");
+}
+
+TEST_P(EachClass, PixelReadOutsideIsMinusOne) {
+  OwnedImage image = ImageOf(Packed(), "12\n34\n");
+  EXPECT_EQ(image->PixelOrOutside(1, 1), 4);
+  EXPECT_EQ(image->PixelOrOutside(-1, 0), -1);
+  EXPECT_EQ(image->PixelOrOutside(0, -1), -1);
+  EXPECT_EQ(image->PixelOrOutside(2, 0), -1);
+  EXPECT_EQ(image->PixelOrOutside(0, 2), -1);
+}
+
+TEST_P(EachClass, RowsOfPixelsComeAndGoAsBytes) {
+  Random random(12);
+  for (int32_t round = 0; round < 200; ++round) {
+    OwnedImage image = MakeImage(Packed(), random.Between(1, 30), 3);
+    Scatter(image.get(), random, 15, 1);
+    OwnedImage expected = ImageOf(Packed(), Picture(*image));
+    int32_t x = random.Between(0, image->width - 1);
+    int32_t count = random.Between(0, image->width - x);
+    std::vector<uint8_t> pixels(static_cast<size_t>(count));
+    image->ReadRow(x, 1, count, pixels.data());
+    for (int32_t i = 0; i < count; ++i) {
+      ASSERT_EQ(pixels[static_cast<size_t>(i)], image->GetPixel(x + i, 1));
+      pixels[static_cast<size_t>(i)] = static_cast<uint8_t>(random.Between(0, 15));
+      expected->SetPixel(x + i, 1, pixels[static_cast<size_t>(i)]);
+    }
+    image->WriteRow(x, 1, count, pixels.data());
+    ASSERT_EQ(Picture(*image), Picture(*expected));
+  }
+}
+
+// Resizing.
+
+TEST(PackedImage, GrowingKeepsThePictureAtTheTopLeftAndFillsTheRest) {
+  PackedImage image;
+  image.Resize(10, 10, 0);
+  Random random(13);
+  Scatter(&image, random, 15, 1);
+  std::string before = Picture(image);
+  EXPECT_TRUE(image.Resize(20, 20, 4));
+  EXPECT_EQ(image.width, 20);
+  EXPECT_EQ(image.height, 20);
+  std::string expected;
+  for (size_t y = 0; y < 20; ++y) {
+    expected += y < 10 ? before.substr(y * 11, 10) + std::string(10, '4') : std::string(20, '4');
+    expected += '\n';
+  }
+  EXPECT_EQ(Picture(image), expected);
+}
+
+TEST(PackedImage, ShrinkingCutsAtTheRightAndTheBottom) {
+  OwnedImage image = ImageOf(true, "123456\n789abc\ndef123\n");
+  EXPECT_TRUE(image->Resize(3, 2, 9));
+  EXPECT_EQ(Picture(*image), "123\n789\n");
+}
+
+TEST(PackedImage, SpareNibbleOfAnOddWidthTakesTheFillWhenTheImageGrows) {
+  OwnedImage image = ImageOf(true, "123\n456\n");
+  EXPECT_TRUE(image->Resize(6, 2, 8));
+  EXPECT_EQ(Picture(*image), "123888\n456888\n");
+}
+
+TEST(PackedImage, PaddingOfTheOldRowsIsNotKept) {
+  PackedImage image;
+  image.Resize(4, 1, 0);
+  image.bits[2] = 0xAB;
+  image.bits[3] = 0xCD;
+  EXPECT_TRUE(image.Resize(12, 1, 6));
+  EXPECT_EQ(Picture(image), "....66666666\n");
+  EXPECT_EQ(image.bits[6], 0x66);
+  EXPECT_EQ(image.bits[7], 0x66);
+}
+
+TEST(PackedImage, ResizeToNothingAndBackLeavesOnlyTheFill) {
+  OwnedImage image = ImageOf(true, "123\n456\n");
+  EXPECT_TRUE(image->Resize(0, 0, 0));
+  EXPECT_EQ(image->ByteCount(), 0);
+  EXPECT_TRUE(image->Resize(2, 2, 3));
+  EXPECT_EQ(Picture(*image), "33\n33\n");
+}
+
+TEST(PackedImage, ResizeKeepsTheBytesThatHoldPixelsAndFillsTheOthers) {
+  Random random(14);
+  for (int32_t round = 0; round < 400; ++round) {
+    PackedImage image;
+    int32_t oldWidth = random.Between(1, 24);
+    int32_t oldHeight = random.Between(1, 5);
+    image.Resize(oldWidth, oldHeight, 0);
+    for (int32_t i = 0; i < image.ByteCount(); ++i) image.bits[i] = random.Byte();
+    std::vector<uint8_t> old(image.bits, image.bits + image.ByteCount());
+    int32_t oldPitch = image.pitch;
+    int32_t newWidth = random.Between(1, 24);
+    int32_t newHeight = random.Between(1, 5);
+    int32_t fill = random.Between(0, 15);
+    ASSERT_TRUE(image.Resize(newWidth, newHeight, fill));
+    int32_t kept = (std::min(oldWidth, newWidth) + 1) / 2;
+    for (int32_t y = 0; y < newHeight; ++y) {
+      for (int32_t i = 0; i < image.pitch; ++i) {
+        uint8_t expected = static_cast<uint8_t>(fill * 17);
+        if (y < oldHeight && i < kept) {
+          expected = old[static_cast<size_t>(y * oldPitch + i)];
+          bool spare = oldWidth % 2 != 0 && i == oldWidth / 2;
+          if (spare && newWidth > oldWidth) expected = static_cast<uint8_t>((expected & 0xF0) | fill);
+          if (spare && newWidth == oldWidth) {
+            ASSERT_EQ(image.bits[y * image.pitch + i] >> 4, expected >> 4);
+            continue;
+          }
+        }
+        ASSERT_EQ(image.bits[y * image.pitch + i], expected)
+            << oldWidth << "x" << oldHeight << " to " << newWidth << "x" << newHeight << " at " << i << ", " << y;
+      }
+    }
+    for (int32_t i = 0; i < 16; ++i) ASSERT_EQ(image.bits[image.ByteCount() + i], 0);
+  }
+}
+
+TEST(IndexedImage, ResizeLosesThePicture) {
+  OwnedImage image = ImageOf(false, "123\n456\n");
+  EXPECT_TRUE(image->Resize(5, 3, 7));
+  EXPECT_EQ(Picture(*image), "77777\n77777\n77777\n");
+  EXPECT_EQ(image->pitch, 8);
+  EXPECT_EQ(image->bits[7], 7);
+  EXPECT_TRUE(image->Resize(2, 1, 0));
+  EXPECT_EQ(Picture(*image), "..\n");
+}
+
+// Tones.
+
+TEST(AdjustTone, MovesTheToneOfEachFamilyAndClamps) {
+  for (int32_t delta = -2; delta <= 2; ++delta) {
+    for (int32_t value = -1; value <= 25; ++value) {
+      EXPECT_EQ(AdjustTone(value, delta), PlainAdjustTone(value, delta)) << value << " by " << delta;
+    }
+  }
+}
+
+TEST(AdjustTone, ResultIsAlwaysAPlainTone) {
+  EXPECT_EQ(AdjustTone(1, 0), 1);
+  EXPECT_EQ(AdjustTone(4, 2), 4);
+  EXPECT_EQ(AdjustTone(8, -2), 1);
+  EXPECT_EQ(AdjustTone(10, 1), 4);
+  EXPECT_EQ(AdjustTone(16, 1), 2);
+  EXPECT_EQ(AdjustTone(18, -1), 2);
+}
+
+TEST(AdjustTone, PixelsWithoutAToneGiveZero) {
+  for (int32_t value : {-1, 0, 5, 6, 7, 11, 12, 13, 14, 15, 19, 20, 21, 22, 23, 24, 25}) {
+    EXPECT_EQ(AdjustTone(value, 1), 0) << value;
+  }
+}
+
+// Composite.
+
+// All 16 indices of a cell over one destination value each.
+std::string KeyedRow(int32_t destinationValue, int32_t flags) {
+  OwnedImage source = ImageOf(true, ".123456789abcdef\n");
+  OwnedImage destination = MakeImage(false, 16, 1);
+  destination->Fill(destinationValue);
+  EXPECT_TRUE(destination->Composite(0, 0, source.get(), 0, 0, 16, 1, flags, 0, 0, nullptr));
+  return Picture(*destination);
+}
+
+TEST_P(EachClass, PlainCopyWritesEveryPixelAsItIs) {
+  OwnedImage source = ImageOf(true, ".1be\nc.84\n");
+  OwnedImage destination = MakeImage(Packed(), 4, 2);
+  destination->Fill(2);
+  EXPECT_TRUE(destination->Composite(0, 0, source.get(), 0, 0, 4, 2, 0, 0, 0, nullptr));
+  EXPECT_EQ(Picture(*destination), ".1be\nc.84\n");
+}
+
+TEST_P(EachClass, PaleFlagAloneIsStillAPlainCopy) {
+  OwnedImage source = ImageOf(true, ".1be\n");
+  OwnedImage destination = MakeImage(Packed(), 4, 1);
+  destination->Fill(2);
+  EXPECT_TRUE(destination->Composite(0, 0, source.get(), 0, 0, 4, 1, kPale, 0, 0, nullptr));
+  EXPECT_EQ(Picture(*destination), ".1be\n");
+}
+
+TEST_P(EachClass, PlainCopyWithMasksProtectsByDestinationAndBySource) {
+  OwnedImage source = ImageOf(Packed(), ".1234\n.1234\n");
+  OwnedImage destination = ImageOf(Packed(), "55555\n66666\n");
+  EXPECT_TRUE(destination->Composite(0, 0, source.get(), 0, 0, 5, 2, 0, 1u << 6, 1u << 3 | 1u, nullptr));
+  EXPECT_EQ(Picture(*destination), "51254\n66666\n");
+}
+
+TEST_P(EachClass, PlainCopyWithMaskStillWritesIndexZero) {
+  OwnedImage source = ImageOf(Packed(), "...\n");
+  OwnedImage destination = ImageOf(Packed(), "123\n");
+  EXPECT_TRUE(destination->Composite(0, 0, source.get(), 0, 0, 3, 1, 0, 1u << 2, 0, nullptr));
+  EXPECT_EQ(Picture(*destination), ".2.\n");
+}
+
+TEST_P(EachClass, KeyedCopyLeavesTheDestinationUnderIndexZero) {
+  OwnedImage source = ImageOf(true, ".1.5.\n.....\n4...4\n");
+  OwnedImage destination = MakeImage(Packed(), 5, 3);
+  destination->Fill(9);
+  EXPECT_TRUE(destination->Composite(0, 0, source.get(), 0, 0, 5, 3, kKeyed, 0, 0, nullptr));
+  EXPECT_EQ(Picture(*destination), "91959\n99999\n49994\n");
+}
+
+TEST(Composite, ToneMarksOverTransparentShowTheirMarkerColours) {
+  EXPECT_EQ(KeyedRow(0, kKeyed), ".123456789abcdef\n");
+}
+
+TEST(Composite, ToneMarksOverSketchShowTheirMarkerColours) { EXPECT_EQ(KeyedRow(6, kKeyed), "6123456789abcdef\n"); }
+
+TEST(Composite, ToneMarksShiftThePlainTones) {
+  EXPECT_EQ(KeyedRow(1, kKeyed), "1123456789a3211f\n");
+  EXPECT_EQ(KeyedRow(2, kKeyed), "2123456789a4311f\n");
+  EXPECT_EQ(KeyedRow(3, kKeyed), "3123456789a4421f\n");
+  EXPECT_EQ(KeyedRow(4, kKeyed), "4123456789a4432f\n");
+}
+
+TEST(Composite, ToneMarksTurnLinesIntoPlainTones) {
+  EXPECT_EQ(KeyedRow(8, kKeyed), "8123456789a3211f\n");
+  EXPECT_EQ(KeyedRow(9, kKeyed), "9123456789a4311f\n");
+  EXPECT_EQ(KeyedRow(10, kKeyed), "a123456789a4421f\n");
+}
+
+TEST(Composite, ToneMarksTurnPaleFormsIntoPlainTones) {
+  EXPECT_EQ(KeyedRow(16, kKeyed), "g123456789a3211f\n");
+  EXPECT_EQ(KeyedRow(17, kKeyed), "h123456789a4311f\n");
+  EXPECT_EQ(KeyedRow(18, kKeyed), "i123456789a4421f\n");
+}
+
+TEST(Composite, PaleDrawsOnlyLinesAndDarks) {
+  EXPECT_EQ(KeyedRow(0, kKeyed | kPale), ".ghi....ghi.....\n");
+  EXPECT_EQ(KeyedRow(3, kKeyed | kPale), "3ghi3333ghi33333\n");
+}
+
+TEST(Composite, KeyedCopyOfIndexedSourceKeepsTheHigherIndices) {
+  OwnedImage source = ImageOf(false, "fghijklmno.\n");
+  OwnedImage destination = MakeImage(false, 11, 1);
+  EXPECT_TRUE(destination->Composite(0, 0, source.get(), 0, 0, 11, 1, kKeyed, 0, 0, nullptr));
+  EXPECT_EQ(Picture(*destination), "fghijklmno.\n");
+}
+
+TEST_P(EachClass, KeyedCopyWithMasksProtectsByDestinationAndBySource) {
+  OwnedImage source = ImageOf(Packed(), ".12b4\n.12b4\n");
+  OwnedImage destination = ImageOf(Packed(), "11111\n66666\n");
+  EXPECT_TRUE(destination->Composite(0, 0, source.get(), 0, 0, 5, 2, kKeyed, 1u << 6, 1u << 2, nullptr));
+  EXPECT_EQ(Picture(*destination), "11134\n66666\n");
+}
+
+TEST(Composite, MaskBitIsTheIndexModulo32) {
+  OwnedImage source = MakeImage(false, 2, 1);
+  source->SetPixel(0, 0, 33);
+  source->SetPixel(1, 0, 34);
+  OwnedImage destination = MakeImage(false, 2, 1);
+  EXPECT_TRUE(destination->Composite(0, 0, source.get(), 0, 0, 2, 1, 0, 0, 1u << 1, nullptr));
+  EXPECT_EQ(destination->GetPixel(0, 0), 0);
+  EXPECT_EQ(destination->GetPixel(1, 0), 34);
+}
+
+TEST_P(EachClass, OutRectIsTheBoxOfTheInkInTheSource) {
+  OwnedImage source = ImageOf(Packed(), "........\n...1....\n........\n.....2..\n..3.....\n........\n");
+  OwnedImage destination = MakeImage(Packed(), 20, 20);
+  Rect box = kUntouched;
+  EXPECT_TRUE(destination->Composite(7, 9, source.get(), 0, 0, 8, 6, kKeyed, 0, 0, &box));
+  EXPECT_EQ(box, (Rect{2, 1, 4, 4}));
+}
+
+TEST_P(EachClass, OutRectReachesTheEndOfABlockThatEndsInInk) {
+  OwnedImage source = ImageOf(Packed(), ".....\n..1..\n.....\n1...1\n");
+  OwnedImage destination = MakeImage(Packed(), 5, 4);
+  Rect box = kUntouched;
+  EXPECT_TRUE(destination->Composite(0, 0, source.get(), 0, 0, 5, 4, kKeyed, 0, 0, &box));
+  EXPECT_EQ(box, (Rect{0, 1, 5, 3}));
+}
+
+TEST_P(EachClass, OutRectCountsInkThatMasksAndPaleHoldBack) {
+  OwnedImage source = ImageOf(Packed(), "4...\n...5\n");
+  OwnedImage destination = MakeImage(Packed(), 4, 2);
+  Rect box = kUntouched;
+  EXPECT_TRUE(destination->Composite(0, 0, source.get(), 0, 0, 4, 2, kKeyed | kPale, ~0u, ~0u, &box));
+  EXPECT_EQ(box, (Rect{0, 0, 4, 2}));
+  EXPECT_EQ(Picture(*destination), "....\n....\n");
+}
+
+TEST_P(EachClass, OutRectCountsOnlyTheClippedBlock) {
+  OwnedImage source = ImageOf(Packed(), "1....1\n.1..1.\n1....1\n");
+  OwnedImage destination = MakeImage(Packed(), 3, 2);
+  Rect box = kUntouched;
+  EXPECT_TRUE(destination->Composite(-1, -1, source.get(), 0, 0, 6, 3, kKeyed, 0, 0, &box));
+  EXPECT_EQ(box, (Rect{1, 1, 1, 1}));
+  EXPECT_EQ(Picture(*destination), "1..\n...\n");
+}
+
+TEST_P(EachClass, OutRectIsZeroAfterAPlainCopy) {
+  OwnedImage source = ImageOf(Packed(), "11\n11\n");
+  OwnedImage destination = MakeImage(Packed(), 2, 2);
+  for (uint32_t mask : {0u, 1u << 5}) {
+    Rect box = kUntouched;
+    EXPECT_TRUE(destination->Composite(0, 0, source.get(), 0, 0, 2, 2, 0, mask, mask, &box));
+    EXPECT_EQ(box, Rect{});
+  }
+}
+
+TEST_P(EachClass, KeyedCopyWithoutInkGivesTrueAndAZeroOutRect) {
+  OwnedImage source = ImageOf(Packed(), "...\n...\n");
+  OwnedImage destination = MakeImage(Packed(), 3, 2);
+  Rect box = kUntouched;
+  EXPECT_TRUE(destination->Composite(0, 0, source.get(), 0, 0, 3, 2, kKeyed, 0, 0, &box));
+  EXPECT_EQ(box, Rect{});
+}
+
+TEST_P(EachClass, SourceRectangleOutsideGivesFalseAndLeavesOutRect) {
+  OwnedImage source = ImageOf(Packed(), "11\n11\n");
+  OwnedImage destination = MakeImage(Packed(), 2, 2);
+  const Rect offsets[] = {{2, 0, 2, 2}, {0, 2, 2, 2}, {-2, 0, 2, 2}, {0, -2, 2, 2}, {0, 0, 0, 2}, {0, 0, 2, 0},
+                          {0, 0, -1, 2}};
+  for (const Rect& offset : offsets) {
+    for (int32_t flags : {0, 1, 3}) {
+      Rect box = kUntouched;
+      EXPECT_FALSE(destination->Composite(0, 0, source.get(), offset.x, offset.y, offset.width, offset.height, flags, 0,
+                                          0, &box));
+      EXPECT_EQ(box, kUntouched);
+    }
+  }
+  EXPECT_EQ(Picture(*destination), "..\n..\n");
+}
+
+TEST_P(EachClass, DestinationOutsideGivesFalse) {
+  OwnedImage source = ImageOf(Packed(), "11\n11\n");
+  OwnedImage destination = MakeImage(Packed(), 2, 2);
+  for (const Point& at : {Point{2, 0}, Point{0, 2}, Point{-2, 0}, Point{0, -2}, Point{100, 100}}) {
+    EXPECT_FALSE(destination->Composite(at.x, at.y, source.get(), 0, 0, 2, 2, kKeyed, 0, 0, nullptr));
+  }
+  EXPECT_EQ(Picture(*destination), "..\n..\n");
+}
+
+TEST_P(EachClass, NegativeSourceOffsetMovesTheDestination) {
+  OwnedImage source = ImageOf(Packed(), "12\n34\n");
+  OwnedImage destination = MakeImage(Packed(), 4, 3);
+  EXPECT_TRUE(destination->Composite(0, 0, source.get(), -2, -1, 4, 3, kKeyed, 0, 0, nullptr));
+  EXPECT_EQ(Picture(*destination), "....\n..12\n..34\n");
+}
+
+TEST_P(EachClass, NegativeDestinationCutsTheSource) {
+  OwnedImage source = ImageOf(Packed(), "123\n456\n789\n");
+  OwnedImage destination = MakeImage(Packed(), 3, 3);
+  EXPECT_TRUE(destination->Composite(-1, -2, source.get(), 0, 0, 3, 3, 0, 0, 0, nullptr));
+  EXPECT_EQ(Picture(*destination), "89.\n...\n...\n");
+}
+
+TEST(Composite, AgreesWithThePixelRules) {
+  Random random(15);
+  for (int32_t round = 0; round < 6000; ++round) {
+    bool packedDestination = random.OneIn(2);
+    bool packedSource = random.OneIn(2);
+    OwnedImage destination = MakeImage(packedDestination, random.Between(1, 20), random.Between(1, 12));
+    OwnedImage source = MakeImage(packedSource, random.Between(1, 20), random.Between(1, 12));
+    int32_t top = packedDestination || packedSource ? 15 : 24;
+    Scatter(destination.get(), random, packedDestination ? 15 : 24, random.Between(1, 4));
+    Scatter(source.get(), random, top, random.Between(1, 30));
+    OwnedImage expected = ImageOf(packedDestination, Picture(*destination));
+    // A packed image has no room for the pale family.
+    int32_t flags = packedDestination ? random.Between(0, 2) : random.Between(0, 3);
+    uint32_t destMask = random.OneIn(2) ? 0 : random.Word();
+    uint32_t sourceMask = random.OneIn(2) ? 0 : random.Word();
+    int32_t dx = random.Between(-8, 20);
+    int32_t dy = random.Between(-8, 12);
+    int32_t sx = random.Between(-8, 20);
+    int32_t sy = random.Between(-8, 12);
+    int32_t width = random.Between(-1, 30);
+    int32_t height = random.Between(-1, 30);
+    Rect box = kUntouched;
+    Rect expectedBox = kUntouched;
+    bool result = destination->Composite(dx, dy, source.get(), sx, sy, width, height, flags, destMask, sourceMask, &box);
+    bool expectedResult = PlainComposite(expected.get(), dx, dy, source.get(), sx, sy, width, height, flags, destMask,
+                                         sourceMask, &expectedBox);
+    ASSERT_EQ(result, expectedResult) << round;
+    ASSERT_EQ(Picture(*destination), Picture(*expected)) << round << " flags " << flags;
+    ASSERT_EQ(box, expectedBox) << round << " flags " << flags << "\n" << Picture(*source);
+  }
+}
+
+TEST(Composite, LeavesThePaddingOfTheDestination) {
+  PackedImage source;
+  source.Resize(5, 2, 3);
+  PackedImage destination;
+  destination.Resize(5, 2, 9);
+  EXPECT_TRUE(destination.Composite(0, 0, &source, 0, 0, 5, 2, 0, 0, 0, nullptr));
+  EXPECT_EQ(Picture(destination), "33333\n33333\n");
+  EXPECT_EQ(destination.bits[2], 0x39);
+  EXPECT_EQ(destination.bits[3], 0x99);
+}
+
+// Overlay.
+
+std::string OverlaidRow(int32_t variant) {
+  OwnedImage source = ImageOf(true, ".123456789abcdef\n");
+  OwnedImage destination = MakeImage(false, 16, 1);
+  destination->Fill(4);
+  EXPECT_TRUE(destination->Overlay(0, 0, source.get(), 0, 0, 16, 1, variant));
+  return Picture(*destination);
+}
+
+TEST(Overlay, CellBeforeIsGreen) { EXPECT_EQ(OverlaidRow(0), "4jkl4444jkl44444\n"); }
+
+TEST(Overlay, CellAfterIsRed) { EXPECT_EQ(OverlaidRow(1), "4mno4444mno44444\n"); }
+
+TEST(Overlay, PackedImageRefusesAndStaysAsItIs) {
+  OwnedImage source = ImageOf(true, "111\n888\n");
+  OwnedImage destination = ImageOf(true, "23.\n.45\n");
+  EXPECT_FALSE(destination->Overlay(0, 0, source.get(), 0, 0, 3, 2, 0));
+  EXPECT_FALSE(destination->Overlay(0, 0, source.get(), 0, 0, 3, 2, 1));
+  EXPECT_EQ(Picture(*destination), "23.\n.45\n");
+}
+
+TEST(Overlay, EmptyBlockGivesFalse) {
+  OwnedImage source = ImageOf(true, "11\n11\n");
+  OwnedImage destination = MakeImage(false, 2, 2);
+  EXPECT_FALSE(destination->Overlay(2, 0, source.get(), 0, 0, 2, 2, 0));
+  EXPECT_FALSE(destination->Overlay(0, 0, source.get(), 0, -2, 2, 2, 0));
+  EXPECT_EQ(Picture(*destination), "..\n..\n");
+}
+
+TEST(Overlay, BlockWithoutInkGivesTrue) {
+  OwnedImage source = MakeImage(true, 2, 2);
+  OwnedImage destination = ImageOf(false, "12\n34\n");
+  EXPECT_TRUE(destination->Overlay(0, 0, source.get(), 0, 0, 2, 2, 1));
+  EXPECT_EQ(Picture(*destination), "12\n34\n");
+}
+
+TEST(Overlay, AgreesWithThePixelRules) {
+  Random random(16);
+  for (int32_t round = 0; round < 2000; ++round) {
+    OwnedImage destination = MakeImage(false, random.Between(1, 20), random.Between(1, 12));
+    OwnedImage source = MakeImage(random.OneIn(2), random.Between(1, 20), random.Between(1, 12));
+    Scatter(destination.get(), random, 24, 2);
+    Scatter(source.get(), random, source->colors == 16 ? 15 : 24, random.Between(1, 9));
+    OwnedImage expected = ImageOf(false, Picture(*destination));
+    int32_t dx = random.Between(-8, 20);
+    int32_t dy = random.Between(-8, 12);
+    int32_t sx = random.Between(-8, 20);
+    int32_t sy = random.Between(-8, 12);
+    int32_t width = random.Between(-1, 30);
+    int32_t height = random.Between(-1, 30);
+    int32_t variant = random.Between(0, 1);
+    bool result = destination->Overlay(dx, dy, source.get(), sx, sy, width, height, variant);
+    ASSERT_EQ(result, PlainOverlay(expected.get(), dx, dy, source.get(), sx, sy, width, height, variant));
+    ASSERT_EQ(Picture(*destination), Picture(*expected)) << round;
+  }
+}
+
+TEST(ClipBlock, FollowsItsStepsInOrder) {
+  Random random(17);
+  for (int32_t round = 0; round < 3000; ++round) {
+    OwnedImage destination = MakeImage(true, random.Between(1, 20), random.Between(1, 20));
+    OwnedImage source = MakeImage(false, random.Between(1, 20), random.Between(1, 20));
+    int32_t a[6];
+    for (int32_t& value : a) value = random.Between(-12, 25);
+    int32_t b[6];
+    std::copy(a, a + 6, b);
+    bool result = ClipBlock(&a[0], &a[1], &a[2], &a[3], &a[4], &a[5], *destination, *source);
+    bool expected = PlainClip(&b[0], &b[1], &b[2], &b[3], &b[4], &b[5], *destination, *source);
+    ASSERT_EQ(result, expected);
+    if (!result) continue;
+    for (int32_t i = 0; i < 6; ++i) ASSERT_EQ(a[i], b[i]) << i;
+  }
+}
+
+// Undo bytes.
+
+TEST_P(EachClass, SwapBitsUndoesAndRedoes) {
+  OwnedImage image = MakeImage(Packed(), 7, 3);
+  Random random(18);
+  for (int32_t i = 0; i < image->ByteCount(); ++i) image->bits[i] = random.Byte();
+  size_t size = static_cast<size_t>(image->ByteCount());
+  std::vector<uint8_t> first(image->bits, image->bits + size);
+  std::vector<uint8_t> buffer(size);
+  for (uint8_t& byte : buffer) byte = random.Byte();
+  std::vector<uint8_t> second = buffer;
+  image->SwapBits(buffer.data());
+  EXPECT_EQ(buffer, first);
+  EXPECT_EQ(std::vector<uint8_t>(image->bits, image->bits + size), second);
+  image->SwapBits(buffer.data());
+  EXPECT_EQ(buffer, second);
+  EXPECT_EQ(std::vector<uint8_t>(image->bits, image->bits + size), first);
+}
+
+TEST_P(EachClass, SwapBitsWithoutABufferOrWithoutPixelsDoesNothing) {
+  OwnedImage image = ImageOf(Packed(), "123\n");
+  image->SwapBits(nullptr);
+  EXPECT_EQ(Picture(*image), "123\n");
+  PackedImage empty;
+  uint8_t byte = 9;
+  empty.SwapBits(&byte);
+  EXPECT_EQ(byte, 9);
+}
+
+TEST(CellImage, DestroyingNothingIsAllowed) {
+  DestroyImage(nullptr);
+  OwnedImage image = MakeImage(true, 3, 3);
+  EXPECT_NE(image, nullptr);
+}
+
+}  // namespace
+}  // namespace sorvel

@@ -1,0 +1,1242 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "imaging/cell_image.h"
+#include "imaging/indexed_image.h"
+#include "imaging/packed_image.h"
+
+namespace sorvel {
+namespace {
+
+constexpr int32_t kLowest = std::numeric_limits<int32_t>::min();
+constexpr int32_t kHighest = std::numeric_limits<int32_t>::max();
+constexpr char kDigits[] = "0123456789abcdefghijklmnopqrstuvwxyz";
+
+using Rows = std::vector<std::string>;
+
+constexpr PenSpec Plain(int32_t color) {
+  return {7, 0, 0, color};
+}
+
+constexpr uint32_t Bit(int32_t index) {
+  return 1U << index;
+}
+
+// Every pixel, row by row, as a digit of base 36; a dot is 0.
+Rows Picture(CellImage* image) {
+  Rows rows;
+  for (int32_t y = 0; y < image->height; y++) {
+    std::string row;
+    for (int32_t x = 0; x < image->width; x++) {
+      const int32_t pixel = image->GetPixel(x, y);
+      row += pixel == 0 ? '.' : kDigits[pixel];
+    }
+    rows.push_back(row);
+  }
+  return rows;
+}
+
+int32_t CountOf(CellImage* image, int32_t value) {
+  int32_t count = 0;
+  for (int32_t y = 0; y < image->height; y++) {
+    for (int32_t x = 0; x < image->width; x++) count += image->GetPixel(x, y) == value ? 1 : 0;
+  }
+  return count;
+}
+
+int32_t Between(std::mt19937* random, int32_t low, int32_t high) {
+  return low + static_cast<int32_t>((*random)() % static_cast<uint32_t>(high - low + 1));
+}
+
+PenSpec AnyPen(std::mt19937* random) {
+  return {Between(random, 0, 14), Between(random, 0, 15), Between(random, 0, 14), Between(random, 0, 14)};
+}
+
+// Nothing, about a quarter of the indices, or anything.
+uint32_t AnyMask(std::mt19937* random) {
+  const auto first = static_cast<uint32_t>((*random)());
+  const auto second = static_cast<uint32_t>((*random)());
+  switch (Between(random, 0, 2)) {
+    case 0:
+      return 0;
+    case 1:
+      return first & second;
+    default:
+      return first;
+  }
+}
+
+// A plain grid with the rules of regions written out one by one.
+class Naive {
+ public:
+  explicit Naive(CellImage* image) : width(image->width), height(image->height) {
+    for (int32_t y = 0; y < height; y++) {
+      for (int32_t x = 0; x < width; x++) pixels.push_back(image->GetPixel(x, y));
+    }
+  }
+
+  int32_t P(int32_t x, int32_t y) const { return IsInside(x, y) ? pixels[Place(x, y)] : -1; }
+
+  void Set(int32_t x, int32_t y, int32_t value) { pixels[Place(x, y)] = value; }
+
+  bool IsInside(int32_t x, int32_t y) const { return x >= 0 && y >= 0 && x < width && y < height; }
+
+  Rows Picture() const {
+    Rows rows;
+    for (int32_t y = 0; y < height; y++) {
+      std::string row;
+      for (int32_t x = 0; x < width; x++) row += P(x, y) == 0 ? '.' : kDigits[P(x, y)];
+      rows.push_back(row);
+    }
+    return rows;
+  }
+
+  struct Gradient {
+    int32_t startLevel;
+    int32_t origin;
+    int32_t span;
+    int32_t delta;
+    int32_t horizontal;
+  };
+
+  static bool HasBit(uint32_t mask, int32_t value) { return (mask >> ((value < 0 ? 0xFF : value) % 32) & 1) != 0; }
+
+  static bool Passes(int32_t pixel, int32_t value, bool soft) {
+    return pixel == value || (soft && pixel >= 5 && pixel <= 7);
+  }
+
+  static bool IsTaken(int32_t pixel, bool soft, uint32_t mask) {
+    return soft && (pixel == 9 || pixel == 10) && !HasBit(mask, pixel);
+  }
+
+  int32_t Ink(const PenSpec& pen, const Gradient* gradient, int32_t x, int32_t y) const {
+    if (gradient == nullptr) return PenColorAt(pen, x, y);
+    const int32_t c = gradient->horizontal != 0 ? x : y;
+    int32_t level = gradient->startLevel;
+    if (gradient->delta != 0 && gradient->span != 0) {
+      level += (c - gradient->origin) * gradient->delta / gradient->span;
+    }
+    return PenColorAt(LevelToPen(std::min(std::max(level, 0), 48)), x, y);
+  }
+
+  void FloodSpan(int32_t y, int32_t left, int32_t right, int32_t value, const PenSpec& pen, const Gradient* gradient,
+                 Rect* outRect, bool soft, uint32_t mask) {
+    while (Passes(P(left - 1, y), value, soft)) left--;
+    const int32_t before = P(left - 1, y);
+    if (IsTaken(before, soft, mask)) FloodSpan(y, left - 1, left - 1, before, pen, gradient, outRect, false, 0);
+    while (Passes(P(right + 1, y), value, soft)) right++;
+    const int32_t behind = P(right + 1, y);
+    if (IsTaken(behind, soft, mask)) FloodSpan(y, right + 1, right + 1, behind, pen, gradient, outRect, false, 0);
+    if (outRect != nullptr) {
+      GrowRect(outRect, left, y);
+      GrowRect(outRect, right, y);
+    }
+    for (int32_t x = left; x <= right; x++) Set(x, y, Ink(pen, gradient, x, y));
+    for (const int32_t row : {y - 1, y + 1}) {
+      for (int32_t x = left; x <= right; x++) {
+        int32_t pixel = P(x, row);
+        if (Passes(pixel, value, soft)) {
+          const int32_t start = x;
+          while (x <= right && Passes(pixel, value, soft)) pixel = P(++x, row);
+          FloodSpan(row, start, x - 1, value, pen, gradient, outRect, soft, mask);
+          if (x > right) break;
+        }
+        if (IsTaken(pixel, soft, mask)) FloodSpan(row, x, x, pixel, pen, gradient, outRect, false, 0);
+      }
+    }
+  }
+
+  bool FloodFill(int32_t x, int32_t y, const PenSpec& pen, uint32_t mask, Rect* outRect) {
+    if (!IsInside(x, y)) return false;
+    int32_t v = P(x, y);
+    if (v >= 5 && v <= 7) v = 0;
+    if (HasBit(mask, v)) return false;
+    FloodSpan(y, x, x, v, {0, 0, 15, 15}, nullptr, outRect, v != 9 && v != 10, mask);
+    FloodSpan(y, x, x, 15, pen, nullptr, nullptr, false, 0);
+    return true;
+  }
+
+  bool GradientFill(int32_t x, int32_t y, const PenSpec& startPen, int32_t endX, int32_t endY, const PenSpec& endPen,
+                    uint32_t mask, Rect* outRect) {
+    if (!IsInside(x, y)) return false;
+    const int32_t v = P(x, y);
+    if (HasBit(mask, v)) return false;
+    FloodSpan(y, x, x, v, {0, 0, 15, 15}, nullptr, outRect, v != 9 && v != 10, 0);
+    Gradient gradient;
+    gradient.horizontal = std::abs(endX - x) > std::abs(endY - y) ? 1 : 0;
+    gradient.startLevel = PenToLevel(startPen);
+    gradient.origin = gradient.horizontal != 0 ? x : y;
+    gradient.span = gradient.horizontal != 0 ? endX - x : endY - y;
+    gradient.delta = PenToLevel(endPen) - gradient.startLevel;
+    FloodSpan(y, x, x, 15, {}, &gradient, nullptr, false, 0);
+    return true;
+  }
+
+  bool ClipRect(Rect* rect) const {
+    if (rect->x >= width || rect->y >= height) return false;
+    const int32_t right = std::min(rect->x + rect->width, width);
+    const int32_t bottom = std::min(rect->y + rect->height, height);
+    if (right <= 0 || bottom <= 0) return false;
+    rect->x = std::max(rect->x, 0);
+    rect->y = std::max(rect->y, 0);
+    rect->width = right - rect->x;
+    rect->height = bottom - rect->y;
+    return rect->width > 0 && rect->height > 0;
+  }
+
+  bool EdgeFill(Rect rect, const PenSpec& pen, uint32_t mask) {
+    if (!ClipRect(&rect)) return false;
+    const int32_t k = P(rect.x, rect.y);
+    if (HasBit(mask, k)) return false;
+    for (int32_t pass = 0; pass < std::abs(pen.shape - 7) + 1; pass++) {
+      for (int32_t x = rect.x; x < rect.x + rect.width; x++) {
+        for (int32_t y = rect.y; y < rect.y + rect.height; y++) {
+          if (P(x, y) != k) continue;
+          const Point neighbours[4] = {{x - 1, y}, {x, y - 1}, {x + 1, y}, {x, y + 1}};
+          for (const Point& at : neighbours) {
+            if (IsInside(at.x, at.y) && P(at.x, at.y) != 15 && P(at.x, at.y) != k) Set(x, y, 15);
+          }
+        }
+      }
+      for (int32_t x = rect.x; x < rect.x + rect.width; x++) {
+        for (int32_t y = rect.y; y < rect.y + rect.height; y++) {
+          if (P(x, y) == 15) Set(x, y, PenColorAt(pen, x, y));
+        }
+      }
+    }
+    return true;
+  }
+
+  void MoveBlock(const Rect& rect, int32_t toX, int32_t toY, int32_t fillValue, uint32_t mask) {
+    for (int32_t a = 0; a < rect.width; a++) {
+      const int32_t i = toX < rect.x ? a : rect.width - 1 - a;
+      for (int32_t b = 0; b < rect.height; b++) {
+        const int32_t j = toY < rect.y ? b : rect.height - 1 - b;
+        const int32_t v = P(rect.x + i, rect.y + j);
+        if (mask == 0) {
+          if (v <= 0 || v == fillValue) continue;
+          if (IsInside(rect.x + i, rect.y + j)) Set(rect.x + i, rect.y + j, fillValue);
+          if (IsInside(toX + i, toY + j)) Set(toX + i, toY + j, v);
+        } else {
+          if (HasBit(mask, v) || v <= 0 || v == fillValue) continue;
+          if (IsInside(rect.x + i, rect.y + j)) Set(rect.x + i, rect.y + j, fillValue);
+          const int32_t present = P(toX + i, toY + j);
+          if (!HasBit(mask, present) && IsInside(toX + i, toY + j)) Set(toX + i, toY + j, v);
+        }
+      }
+    }
+  }
+
+  void Flip(Rect rect, uint32_t mask, bool vertical) {
+    if (!ClipRect(&rect)) return;
+    const Naive before = *this;
+    for (int32_t x = rect.x; x < rect.x + rect.width; x++) {
+      for (int32_t y = rect.y; y < rect.y + rect.height; y++) {
+        const int32_t fromX = vertical ? x : 2 * rect.x + rect.width - 1 - x;
+        const int32_t fromY = vertical ? 2 * rect.y + rect.height - 1 - y : y;
+        if (!HasBit(mask, before.P(x, y))) Set(x, y, before.P(fromX, fromY));
+      }
+    }
+  }
+
+ private:
+  size_t Place(int32_t x, int32_t y) const { return static_cast<size_t>(y * width + x); }
+
+  int32_t width;
+  int32_t height;
+  std::vector<int32_t> pixels;
+};
+
+template <typename Image>
+class Regions : public testing::Test {
+ protected:
+  static void Make(Image* image, int32_t width, int32_t height, int32_t fill = 0) {
+    ASSERT_TRUE(image->Resize(width, height, fill));
+  }
+
+  static void Draw(Image* image, const Rows& rows) {
+    Make(image, static_cast<int32_t>(rows[0].size()), static_cast<int32_t>(rows.size()));
+    for (int32_t y = 0; y < image->height; y++) {
+      for (int32_t x = 0; x < image->width; x++) {
+        const char digit = rows[static_cast<size_t>(y)][static_cast<size_t>(x)];
+        image->SetPixel(x, y, digit == '.' ? 0 : digit <= '9' ? digit - '0' : digit - 'a' + 10);
+      }
+    }
+  }
+
+  // Pixels out of a few values, so that there are areas, or out of all.
+  static void Scatter(Image* image, std::mt19937* random, int32_t maxSize) {
+    Make(image, Between(random, 1, maxSize), Between(random, 1, maxSize));
+    std::vector<int32_t> values;
+    const int32_t kinds = Between(random, 1, 6);
+    for (int32_t i = 0; i < kinds; i++) values.push_back(Between(random, 0, 14));
+    const int32_t often = Between(random, 0, 2) == 0 ? 0 : values[0];
+    for (int32_t y = 0; y < image->height; y++) {
+      for (int32_t x = 0; x < image->width; x++) {
+        const int32_t any = values[static_cast<size_t>(Between(random, 0, kinds - 1))];
+        image->SetPixel(x, y, Between(random, 0, 1) == 0 ? often : any);
+      }
+    }
+  }
+
+  static Rect AnyRect(std::mt19937* random, int32_t size) {
+    return {Between(random, -4, size), Between(random, -4, size), Between(random, 0, size + 6),
+            Between(random, 0, size + 6)};
+  }
+};
+
+using Images = testing::Types<PackedImage, IndexedImage>;
+TYPED_TEST_SUITE(Regions, Images);
+
+// FloodFill.
+
+TYPED_TEST(Regions, FloodFillFlowsAcrossSketchAndRemovesIt) {
+  TypeParam image;
+  this->Draw(&image, {"8888888", "8..5..8", "8..6..8", "8..7..8", "8888888"});
+  EXPECT_TRUE(image.FloodFill(1, 1, Plain(3), 0, nullptr));
+  EXPECT_EQ(Picture(&image), (Rows{"8888888", "8333338", "8333338", "8333338", "8888888"}));
+}
+
+TYPED_TEST(Regions, FloodFillStopsAtLinesAndAnyOtherColour) {
+  for (const char border : {'1', '2', '3', '4', '8', 'b', 'c', 'd', 'e'}) {
+    TypeParam image;
+    const std::string wall = std::string("..") + border + "..";
+    this->Draw(&image, {wall, wall});
+    EXPECT_TRUE(image.FloodFill(0, 0, Plain(9), 0, nullptr));
+    const std::string filled = std::string("99") + border + "..";
+    EXPECT_EQ(Picture(&image), (Rows{filled, filled}));
+  }
+}
+
+TYPED_TEST(Regions, FloodFillIsConnectedByFour) {
+  TypeParam image;
+  this->Draw(&image, {"..8", ".8.", "8.."});
+  EXPECT_TRUE(image.FloodFill(0, 0, Plain(2), 0, nullptr));
+  EXPECT_EQ(Picture(&image), (Rows{"228", "28.", "8.."}));
+}
+
+TYPED_TEST(Regions, FloodFillTakesTheConnectedPartOfAShadowBoundary) {
+  TypeParam image;
+  this->Draw(&image, {"...9...", "...9...", "8889888", "....99.", "9......"});
+  EXPECT_TRUE(image.FloodFill(0, 0, Plain(3), 0, nullptr));
+  EXPECT_EQ(Picture(&image), (Rows{"3333...", "3333...", "8883888", "....99.", "9......"}));
+}
+
+TYPED_TEST(Regions, FloodFillTakesABoundaryAlongItsWholeRun) {
+  TypeParam image;
+  this->Draw(&image, {"..9....", "..999..", "8888988", "....9..", "99.a9.."});
+  EXPECT_TRUE(image.FloodFill(0, 0, Plain(3), 0, nullptr));
+  EXPECT_EQ(Picture(&image), (Rows{"333....", "33333..", "8888388", "....3..", "99.a3.."}));
+}
+
+TYPED_TEST(Regions, FloodFillTakesBoundariesOnEverySide) {
+  TypeParam image;
+  this->Draw(&image, {"8998", "a..9", "a..9", "8aa8"});
+  EXPECT_TRUE(image.FloodFill(1, 1, Plain(2), 0, nullptr));
+  EXPECT_EQ(Picture(&image), (Rows{"8228", "2222", "2222", "8228"}));
+}
+
+TYPED_TEST(Regions, FloodFillDoesNotFlowOnBehindABoundary) {
+  TypeParam image;
+  this->Draw(&image, {".9.", ".9.", ".9."});
+  EXPECT_TRUE(image.FloodFill(0, 1, Plain(2), 0, nullptr));
+  EXPECT_EQ(Picture(&image), (Rows{"22.", "22.", "22."}));
+}
+
+TYPED_TEST(Regions, FloodFillDoesNotPassFromOneBoundaryToAnother) {
+  TypeParam image;
+  this->Draw(&image, {".9a", ".88"});
+  EXPECT_TRUE(image.FloodFill(0, 0, Plain(2), 0, nullptr));
+  EXPECT_EQ(Picture(&image), (Rows{"22a", "288"}));
+}
+
+TYPED_TEST(Regions, FloodFillStopsAtAMaskedBoundary) {
+  TypeParam image;
+  this->Draw(&image, {"8998", "a..9", "a..9", "8aa8"});
+  EXPECT_TRUE(image.FloodFill(1, 1, Plain(2), Bit(9), nullptr));
+  EXPECT_EQ(Picture(&image), (Rows{"8998", "2229", "2229", "8228"}));
+}
+
+TYPED_TEST(Regions, FloodFillOverwritesSketchWhateverTheMask) {
+  TypeParam image;
+  this->Draw(&image, {".5.7."});
+  EXPECT_TRUE(image.FloodFill(0, 0, Plain(2), Bit(5) | Bit(6) | Bit(7), nullptr));
+  EXPECT_EQ(Picture(&image), (Rows{"22222"}));
+}
+
+TYPED_TEST(Regions, FloodFillOfABoundaryCoversThatLineAlone) {
+  TypeParam image;
+  this->Draw(&image, {"..9..", "5.9a.", "..99."});
+  EXPECT_TRUE(image.FloodFill(2, 1, Plain(4), 0, nullptr));
+  EXPECT_EQ(Picture(&image), (Rows{"..4..", "5.4a.", "..44."}));
+}
+
+TYPED_TEST(Regions, FloodFillOfASketchPixelFillsTheTransparentArea) {
+  TypeParam image;
+  this->Draw(&image, {"8.....8", "8.667.8", "8..6..8", "8888888", "....6.."});
+  EXPECT_TRUE(image.FloodFill(3, 2, Plain(3), 0, nullptr));
+  EXPECT_EQ(Picture(&image), (Rows{"8333338", "8333338", "8333338", "8888888", "....6.."}));
+}
+
+TYPED_TEST(Regions, FloodFillOfASketchPixelObeysTheMaskOfTransparent) {
+  TypeParam image;
+  this->Draw(&image, {".6."});
+  EXPECT_FALSE(image.FloodFill(1, 0, Plain(3), Bit(0), nullptr));
+  EXPECT_TRUE(image.FloodFill(1, 0, Plain(3), Bit(6), nullptr));
+  EXPECT_EQ(Picture(&image), (Rows{"333"}));
+}
+
+TYPED_TEST(Regions, FloodFillOfAMaskedSeedChangesNothing) {
+  TypeParam image;
+  this->Draw(&image, {"..8..", ".22.."});
+  Rect rect = {1, 2, 3, 4};
+  EXPECT_FALSE(image.FloodFill(0, 0, Plain(3), Bit(0), &rect));
+  EXPECT_FALSE(image.FloodFill(1, 1, Plain(3), Bit(2), &rect));
+  EXPECT_EQ(Picture(&image), (Rows{"..8..", ".22.."}));
+  EXPECT_EQ(rect, (Rect{1, 2, 3, 4}));
+}
+
+TYPED_TEST(Regions, FloodFillOutsideDoesNothing) {
+  TypeParam image;
+  this->Make(&image, 3, 3);
+  Rect rect;
+  for (const int32_t outside : {kLowest, -1, 3, kHighest}) {
+    EXPECT_FALSE(image.FloodFill(outside, 1, Plain(3), 0, &rect));
+    EXPECT_FALSE(image.FloodFill(1, outside, Plain(3), 0, &rect));
+  }
+  EXPECT_EQ(CountOf(&image, 0), 9);
+  EXPECT_EQ(rect, Rect{});
+}
+
+TYPED_TEST(Regions, FloodFillWithTheSeedsOwnColourLeavesThePicture) {
+  TypeParam image;
+  this->Draw(&image, {"..2..", ".222.", "..2.."});
+  EXPECT_TRUE(image.FloodFill(2, 1, Plain(2), 0, nullptr));
+  EXPECT_EQ(Picture(&image), (Rows{"..2..", ".222.", "..2.."}));
+}
+
+TYPED_TEST(Regions, FloodFillDithersInImageCoordinates) {
+  TypeParam image;
+  TypeParam expected;
+  this->Make(&image, 9, 7);
+  this->Make(&expected, 9, 7);
+  const PenSpec pen = {14, 6, 0, 2};
+  EXPECT_TRUE(image.FloodFill(4, 4, pen, 0, nullptr));
+  expected.FillBox(0, 0, 9, 7, pen, 0, nullptr);
+  EXPECT_EQ(Picture(&image), Picture(&expected));
+}
+
+TYPED_TEST(Regions, FloodFillGrowsTheDirtyRectangleByItsRuns) {
+  TypeParam image;
+  this->Make(&image, 20, 20, 8);
+  image.FillRect(8, 9, 3, 1, 0);
+  Rect rect;
+  EXPECT_TRUE(image.FloodFill(9, 9, Plain(2), 0, &rect));
+  EXPECT_EQ(rect, (Rect{4, 4, 11, 10}));
+}
+
+TYPED_TEST(Regions, FloodFillEntersBoundariesBeforeItsOwnRun) {
+  TypeParam image;
+  this->Draw(&image, {"9.9"});
+  Rect rect;
+  EXPECT_TRUE(image.FloodFill(1, 0, Plain(2), 0, &rect));
+  // The left boundary comes first, and grows the rectangle twice.
+  EXPECT_EQ(rect, (Rect{-5, -5, 12, 10}));
+}
+
+TYPED_TEST(Regions, FloodFillWithTheWorkMarkerComesToAnEnd) {
+  TypeParam image;
+  this->Draw(&image, {"..ff", "..ff"});
+  EXPECT_FALSE(image.FloodFill(2, 0, Plain(2), 0, nullptr));
+  EXPECT_FALSE(image.FloodFill(0, 0, Plain(15), 0, nullptr));
+  EXPECT_FALSE(image.FloodFill(0, 0, {7, 3, 15, 2}, 0, nullptr));
+  EXPECT_FALSE(image.GradientFill(2, 0, Plain(1), 3, 0, Plain(4), 0, nullptr));
+  EXPECT_EQ(Picture(&image), (Rows{"..ff", "..ff"}));
+  EXPECT_TRUE(image.FloodFill(0, 0, {7, 0, 15, 2}, 0, nullptr));
+  EXPECT_EQ(CountOf(&image, 2), 8);
+}
+
+TYPED_TEST(Regions, FloodFillMatchesTheRecursion) {
+  std::mt19937 random(21);
+  int32_t filled = 0;
+  for (int32_t round = 0; round < 3000; round++) {
+    TypeParam image;
+    this->Scatter(&image, &random, 14);
+    Naive naive(&image);
+    const PenSpec pen = AnyPen(&random);
+    const uint32_t mask = AnyMask(&random);
+    const int32_t x = Between(&random, 0, image.width);
+    const int32_t y = Between(&random, 0, image.height - 1);
+    Rect rect;
+    Rect naiveRect;
+    const bool result = image.FloodFill(x, y, pen, mask, &rect);
+    ASSERT_EQ(result, naive.FloodFill(x, y, pen, mask, &naiveRect)) << round;
+    ASSERT_EQ(Picture(&image), naive.Picture()) << round;
+    ASSERT_EQ(rect, naiveRect) << round;
+    ASSERT_EQ(CountOf(&image, 15), 0) << round;
+    filled += result ? 1 : 0;
+  }
+  EXPECT_GT(filled, 1000);
+}
+
+TYPED_TEST(Regions, FloodFillOfPassagesMatchesTheRecursion) {
+  std::mt19937 random(22);
+  constexpr int32_t kKinds[] = {0, 0, 0, 0, 0, 0, 5, 6, 8, 8, 9, 10};
+  for (int32_t round = 0; round < 500; round++) {
+    TypeParam image;
+    this->Make(&image, Between(&random, 10, 30), Between(&random, 10, 30));
+    for (int32_t y = 0; y < image.height; y++) {
+      for (int32_t x = 0; x < image.width; x++) image.SetPixel(x, y, kKinds[Between(&random, 0, 11)]);
+    }
+    Naive naive(&image);
+    const PenSpec pen = AnyPen(&random);
+    const uint32_t mask = round % 3 == 0 ? Bit(9) : 0;
+    const int32_t x = Between(&random, 0, image.width - 1);
+    const int32_t y = Between(&random, 0, image.height - 1);
+    Rect rect;
+    Rect naiveRect;
+    image.FloodFill(x, y, pen, mask, &rect);
+    naive.FloodFill(x, y, pen, mask, &naiveRect);
+    ASSERT_EQ(Picture(&image), naive.Picture()) << round;
+    ASSERT_EQ(rect, naiveRect) << round;
+  }
+}
+
+TYPED_TEST(Regions, FloodFillTakesAVeryWideCell) {
+  TypeParam image;
+  this->Make(&image, 32767, 8);
+  for (int32_t x = 1; x < 32767; x += 2) image.SetPixel(x, 3, 8);
+  Rect rect;
+  EXPECT_TRUE(image.FloodFill(16000, 7, Plain(2), 0, &rect));
+  EXPECT_EQ(CountOf(&image, 0), 0);
+  EXPECT_EQ(CountOf(&image, 8), 16383);
+  EXPECT_EQ(rect, (Rect{-5, -5, 32776, 17}));
+}
+
+TEST(HugeRegions, FloodFillTakesAVeryLargeCell) {
+  PackedImage image;
+  ASSERT_TRUE(image.Resize(4000, 4000, 0));
+  Rect rect;
+  EXPECT_TRUE(image.FloodFill(2000, 3999, Plain(3), 0, &rect));
+  EXPECT_EQ(std::count(image.bits, image.bits + image.ByteCount(), 0x33), image.ByteCount());
+  EXPECT_EQ(rect, (Rect{-5, -5, 4009, 4009}));
+}
+
+// A passage one pixel wide that goes up and down through the whole cell, closed by walls of 8.
+void DrawWindingPassage(CellImage* image) {
+  image->Fill(0);
+  for (int32_t x = 1; x < image->width; x += 2) {
+    for (int32_t y = 0; y < image->height; y++) image->SetPixel(x, y, 8);
+    image->SetPixel(x, x % 4 == 1 ? image->height - 1 : 0, 0);
+  }
+}
+
+TYPED_TEST(Regions, FloodFillFollowsALongWindingPassage) {
+  TypeParam image;
+  this->Make(&image, 601, 500);
+  DrawWindingPassage(&image);
+  const int32_t walls = CountOf(&image, 8);
+  EXPECT_TRUE(image.FloodFill(0, 0, Plain(2), 0, nullptr));
+  EXPECT_EQ(CountOf(&image, 8), walls);
+  EXPECT_EQ(CountOf(&image, 2), 601 * 500 - walls);
+}
+
+TYPED_TEST(Regions, FloodFillFollowsASpiral) {
+  constexpr int32_t kSize = 401;
+  TypeParam image;
+  this->Make(&image, kSize, kSize, 8);
+  // Carved from the outside in; each arm is two shorter than the one before the last.
+  int32_t x = 0;
+  int32_t y = 0;
+  int32_t stepX = 1;
+  int32_t stepY = 0;
+  int32_t carved = 1;
+  image.SetPixel(0, 0, 0);
+  int32_t arm = kSize - 1;
+  for (int32_t turn = 0; arm > 0; turn++) {
+    for (int32_t i = 0; i < arm; i++) {
+      x += stepX;
+      y += stepY;
+      image.SetPixel(x, y, 0);
+      carved++;
+    }
+    const int32_t turned = stepX;
+    stepX = -stepY;
+    stepY = turned;
+    if (turn >= 2 && turn % 2 == 0) arm -= 2;
+  }
+  ASSERT_EQ(CountOf(&image, 0), carved);
+  EXPECT_TRUE(image.FloodFill(0, 0, Plain(2), 0, nullptr));
+  EXPECT_EQ(CountOf(&image, 2), carved);
+  EXPECT_EQ(CountOf(&image, 0), 0);
+}
+
+TYPED_TEST(Regions, FloodFillFollowsACombWithBranches) {
+  TypeParam image;
+  this->Make(&image, 602, 400, 8);
+  // Columns with a pocket at both sides of every other row, joined at the bottom.
+  int32_t open = 602;
+  image.FillRect(0, 399, 602, 1, 0);
+  for (int32_t x = 1; x < 602; x += 4) {
+    for (int32_t y = 0; y < 399; y++) {
+      image.SetPixel(x, y, 0);
+      open++;
+      if (y % 2 != 0 || y == 398) continue;
+      image.SetPixel(x - 1, y, 0);
+      open++;
+      if (x + 1 < 602) {
+        image.SetPixel(x + 1, y, 0);
+        open++;
+      }
+    }
+  }
+  ASSERT_EQ(CountOf(&image, 0), open);
+  Rect rect;
+  EXPECT_TRUE(image.FloodFill(1, 0, Plain(2), 0, &rect));
+  EXPECT_EQ(CountOf(&image, 2), open);
+  EXPECT_EQ(CountOf(&image, 0), 0);
+}
+
+// GradientFill.
+
+TYPED_TEST(Regions, GradientFillRunsFromBlackToWhite) {
+  TypeParam image;
+  this->Make(&image, 60, 4);
+  const PenSpec black = {7, 0, 0, 1};
+  const PenSpec white = {7, 0, 3, 4};
+  EXPECT_TRUE(image.GradientFill(6, 1, black, 54, 1, white, 0, nullptr));
+  for (int32_t x = 0; x < 60; x++) {
+    const PenSpec pen = LevelToPen(std::min(std::max(x - 6, 0), 48));
+    for (int32_t y = 0; y < 4; y++) EXPECT_EQ(image.GetPixel(x, y), PenColorAt(pen, x, y)) << x << ", " << y;
+  }
+  EXPECT_EQ(image.GetPixel(0, 0), 1);
+  EXPECT_EQ(image.GetPixel(59, 3), 4);
+  EXPECT_EQ(Picture(&image)[0].substr(22, 1), "2");
+  EXPECT_EQ(Picture(&image)[0].substr(38, 1), "3");
+}
+
+TYPED_TEST(Regions, GradientFillFollowsTheLongerWay) {
+  const PenSpec black = {7, 0, 0, 1};
+  const PenSpec white = {7, 0, 3, 4};
+  TypeParam across;
+  this->Make(&across, 9, 9);
+  across.GradientFill(0, 0, black, 8, 7, white, 0, nullptr);
+  EXPECT_EQ(across.GetPixel(0, 8), 1);
+  EXPECT_EQ(across.GetPixel(8, 0), 4);
+  TypeParam down;
+  this->Make(&down, 9, 9);
+  down.GradientFill(0, 0, black, 7, 8, white, 0, nullptr);
+  EXPECT_EQ(down.GetPixel(8, 0), 1);
+  EXPECT_EQ(down.GetPixel(0, 8), 4);
+}
+
+TYPED_TEST(Regions, GradientFillOfATieRunsDown) {
+  TypeParam image;
+  this->Make(&image, 9, 9);
+  image.GradientFill(0, 8, {7, 0, 0, 1}, 8, 0, {7, 0, 3, 4}, 0, nullptr);
+  EXPECT_EQ(image.GetPixel(8, 8), 1);
+  EXPECT_EQ(image.GetPixel(0, 0), 4);
+  EXPECT_EQ(image.GetPixel(8, 0), 4);
+}
+
+TYPED_TEST(Regions, GradientFillWithoutWayKeepsTheStartLevel) {
+  TypeParam image;
+  TypeParam expected;
+  this->Make(&image, 9, 9);
+  this->Make(&expected, 9, 9);
+  EXPECT_TRUE(image.GradientFill(4, 4, {7, 3, 2, 3}, 4, 4, {7, 0, 3, 4}, 0, nullptr));
+  expected.FillBox(0, 0, 9, 9, LevelToPen(29), 0, nullptr);
+  EXPECT_EQ(Picture(&image), Picture(&expected));
+}
+
+TYPED_TEST(Regions, GradientFillBetweenEqualLevelsIsPlain) {
+  TypeParam image;
+  this->Make(&image, 9, 9);
+  EXPECT_TRUE(image.GradientFill(1, 4, {7, 0, 1, 2}, 8, 4, {3, 0, 1, 2}, 0, nullptr));
+  EXPECT_EQ(CountOf(&image, 2), 81);
+}
+
+TYPED_TEST(Regions, GradientFillTakesAPlainPenAsBlack) {
+  TypeParam image;
+  this->Make(&image, 9, 9);
+  EXPECT_TRUE(image.GradientFill(1, 4, {7, 0, 0, 4}, 8, 4, {7, 0, 0, 3}, 0, nullptr));
+  EXPECT_EQ(CountOf(&image, 1), 81);
+}
+
+TYPED_TEST(Regions, GradientFillClampsBelowBlack) {
+  TypeParam image;
+  this->Make(&image, 9, 1);
+  EXPECT_TRUE(image.GradientFill(4, 0, {7, 0, 1, 2}, 8, 0, {7, 0, 3, 4}, 0, nullptr));
+  EXPECT_EQ(Picture(&image)[0].substr(0, 3), "111");
+}
+
+TYPED_TEST(Regions, GradientFillTakesBoundariesEvenIfMasked) {
+  TypeParam image;
+  this->Draw(&image, {".9.", ".9.", "8a8"});
+  EXPECT_TRUE(image.GradientFill(0, 0, {7, 0, 1, 2}, 0, 1, {7, 0, 1, 2}, Bit(9), nullptr));
+  EXPECT_EQ(Picture(&image), (Rows{"22.", "22.", "8a8"}));
+}
+
+TYPED_TEST(Regions, GradientFillTakesASketchSeedAsItIs) {
+  TypeParam image;
+  this->Draw(&image, {"..6..", ".567.", "..6.."});
+  EXPECT_FALSE(image.GradientFill(2, 1, {7, 0, 1, 2}, 2, 2, {7, 0, 1, 2}, Bit(6), nullptr));
+  EXPECT_TRUE(image.GradientFill(2, 1, {7, 0, 1, 2}, 2, 2, {7, 0, 1, 2}, Bit(0), nullptr));
+  EXPECT_EQ(Picture(&image), (Rows{"..2..", ".222.", "..2.."}));
+}
+
+TYPED_TEST(Regions, GradientFillOutsideOrMaskedDoesNothing) {
+  TypeParam image;
+  this->Make(&image, 3, 3);
+  Rect rect;
+  EXPECT_FALSE(image.GradientFill(3, 0, Plain(1), 0, 0, Plain(2), 0, &rect));
+  EXPECT_FALSE(image.GradientFill(0, -1, Plain(1), 0, 0, Plain(2), 0, &rect));
+  EXPECT_FALSE(image.GradientFill(0, 0, Plain(1), 2, 0, Plain(2), Bit(0), &rect));
+  EXPECT_EQ(CountOf(&image, 0), 9);
+  EXPECT_EQ(rect, Rect{});
+}
+
+TYPED_TEST(Regions, GradientFillTakesHostileEndPoints) {
+  TypeParam image;
+  this->Make(&image, 5, 5);
+  EXPECT_TRUE(image.GradientFill(4, 4, {7, 0, 1, 2}, kLowest, kHighest, {7, 0, 3, 4}, 0, nullptr));
+  EXPECT_EQ(CountOf(&image, 2), 25);
+}
+
+TYPED_TEST(Regions, GradientFillMatchesTheRecursion) {
+  std::mt19937 random(23);
+  for (int32_t round = 0; round < 2000; round++) {
+    TypeParam image;
+    this->Scatter(&image, &random, 14);
+    Naive naive(&image);
+    const PenSpec start = LevelToPen(Between(&random, 0, 48));
+    const PenSpec end = LevelToPen(Between(&random, 0, 48));
+    const uint32_t mask = AnyMask(&random);
+    const int32_t x = Between(&random, 0, image.width - 1);
+    const int32_t y = Between(&random, 0, image.height - 1);
+    const int32_t endX = Between(&random, -5, 20);
+    const int32_t endY = Between(&random, -5, 20);
+    Rect rect;
+    Rect naiveRect;
+    ASSERT_EQ(image.GradientFill(x, y, start, endX, endY, end, mask, &rect),
+              naive.GradientFill(x, y, start, endX, endY, end, mask, &naiveRect))
+        << round;
+    ASSERT_EQ(Picture(&image), naive.Picture()) << round;
+    ASSERT_EQ(rect, naiveRect) << round;
+  }
+}
+
+// EdgeFill.
+
+TYPED_TEST(Regions, EdgeFillWithTheFinestPenIsOnePixelThick) {
+  TypeParam image;
+  this->Draw(&image, {"8888888", "8.....8", "8.....8", "8.....8", "8.....8", "8888888"});
+  EXPECT_TRUE(image.EdgeFill(1, 1, 5, 4, Plain(3), 0));
+  EXPECT_EQ(Picture(&image), (Rows{"8888888", "8333338", "83...38", "83...38", "8333338", "8888888"}));
+}
+
+TYPED_TEST(Regions, EdgeFillIsAsThickAsThePen) {
+  for (int32_t shape = 0; shape < 15; shape++) {
+    TypeParam image;
+    this->Make(&image, 24, 24, 8);
+    image.FillRect(1, 1, 22, 22, 0);
+    EXPECT_TRUE(image.EdgeFill(1, 1, 22, 22, {shape, 0, 0, 3}, 0));
+    const int32_t thick = std::abs(shape - 7) + 1;
+    EXPECT_EQ(CountOf(&image, 0), (22 - 2 * thick) * (22 - 2 * thick)) << shape;
+    EXPECT_EQ(image.GetPixel(thick, 12), 3);
+    EXPECT_EQ(image.GetPixel(thick + 1, 12), 0);
+  }
+}
+
+TYPED_TEST(Regions, EdgeFillDrawsNoBorderAlongTheImagesEdge) {
+  TypeParam image;
+  this->Draw(&image, {"...8", "...8", "...8", "8888"});
+  EXPECT_TRUE(image.EdgeFill(-3, -3, 99, 99, Plain(3), 0));
+  EXPECT_EQ(Picture(&image), (Rows{"..38", "..38", "3338", "8888"}));
+}
+
+TYPED_TEST(Regions, EdgeFillSeesNeighboursBeyondItsRectangle) {
+  TypeParam image;
+  this->Draw(&image, {"88888", "8...8", "8...8", "88888"});
+  EXPECT_TRUE(image.EdgeFill(2, 1, 1, 1, Plain(3), 0));
+  EXPECT_TRUE(image.EdgeFill(1, 2, 2, 1, Plain(2), 0));
+  EXPECT_EQ(Picture(&image), (Rows{"88888", "8.3.8", "822.8", "88888"}));
+}
+
+TYPED_TEST(Regions, EdgeFillTakesItsColourFromTheClippedCorner) {
+  TypeParam image;
+  this->Draw(&image, {"244", "444", "222"});
+  EXPECT_TRUE(image.EdgeFill(-5, -5, 20, 20, Plain(9), 0));
+  EXPECT_EQ(Picture(&image), (Rows{"944", "444", "999"}));
+}
+
+TYPED_TEST(Regions, EdgeFillOfAMaskedColourOrOutsideDoesNothing) {
+  TypeParam image;
+  this->Draw(&image, {"..8", "..8"});
+  EXPECT_FALSE(image.EdgeFill(0, 0, 3, 2, Plain(3), Bit(0)));
+  EXPECT_FALSE(image.EdgeFill(3, 0, 3, 2, Plain(3), 0));
+  EXPECT_EQ(Picture(&image), (Rows{"..8", "..8"}));
+  EXPECT_TRUE(image.EdgeFill(0, 0, 3, 2, Plain(3), Bit(3)));
+  EXPECT_EQ(Picture(&image), (Rows{".38", ".38"}));
+}
+
+TYPED_TEST(Regions, EdgeFillMatchesTheRule) {
+  std::mt19937 random(24);
+  for (int32_t round = 0; round < 1500; round++) {
+    TypeParam image;
+    this->Scatter(&image, &random, 14);
+    Naive naive(&image);
+    const PenSpec pen = AnyPen(&random);
+    const uint32_t mask = AnyMask(&random);
+    const Rect rect = this->AnyRect(&random, 14);
+    ASSERT_EQ(image.EdgeFill(rect.x, rect.y, rect.width, rect.height, pen, mask), naive.EdgeFill(rect, pen, mask));
+    ASSERT_EQ(Picture(&image), naive.Picture()) << round;
+  }
+}
+
+// Underdrawing.
+
+TYPED_TEST(Regions, ToSketchFadesLinesAndDarksAndReplacesWhite) {
+  TypeParam image;
+  this->Draw(&image, {"0123456789abcdef"});
+  EXPECT_TRUE(image.ToSketch(0, 0, 16, 1, 0, 0));
+  EXPECT_EQ(Picture(&image), (Rows{".567.567567bcdef"}));
+  this->Draw(&image, {"0123456789abcdef"});
+  EXPECT_TRUE(image.ToSketch(0, 0, 16, 1, 12, 0));
+  EXPECT_EQ(Picture(&image), (Rows{".567c567567bcdef"}));
+}
+
+TYPED_TEST(Regions, ToSketchLeavesMaskedPixels) {
+  for (int32_t index = 0; index < 15; index++) {
+    TypeParam image;
+    TypeParam all;
+    this->Draw(&image, {"0123456789abcde"});
+    this->Draw(&all, {"0123456789abcde"});
+    image.ToSketch(0, 0, 15, 1, 6, Bit(index));
+    all.ToSketch(0, 0, 15, 1, 6, 0);
+    for (int32_t x = 0; x < 15; x++) EXPECT_EQ(image.GetPixel(x, 0), x == index ? x : all.GetPixel(x, 0));
+  }
+}
+
+TYPED_TEST(Regions, ToSketchStaysInItsRectangle) {
+  TypeParam image;
+  this->Make(&image, 4, 4, 8);
+  EXPECT_TRUE(image.ToSketch(2, -1, 9, 3, 0, 0));
+  EXPECT_EQ(Picture(&image), (Rows{"8855", "8855", "8888", "8888"}));
+  EXPECT_FALSE(image.ToSketch(4, 0, 2, 2, 0, 0));
+}
+
+TEST(PaleSketch, ToSketchLeavesThePaleAndGhostColours) {
+  IndexedImage image;
+  ASSERT_TRUE(image.Resize(9, 1, 0));
+  for (int32_t x = 0; x < 9; x++) image.SetPixel(x, 0, 16 + x);
+  EXPECT_TRUE(image.ToSketch(0, 0, 9, 1, 0, 0));
+  for (int32_t x = 0; x < 9; x++) EXPECT_EQ(image.GetPixel(x, 0), 16 + x);
+}
+
+TYPED_TEST(Regions, ClearSketchReplacesSketchPixelsOnly) {
+  TypeParam image;
+  this->Draw(&image, {"0123456789abcdef", "5555555555555555"});
+  EXPECT_TRUE(image.ClearSketch(-1, -1, 99, 2, 0));
+  EXPECT_EQ(Picture(&image), (Rows{".1234...89abcdef", "5555555555555555"}));
+  EXPECT_TRUE(image.ClearSketch(14, 1, 99, 99, 3));
+  EXPECT_EQ(Picture(&image)[1], "5555555555555533");
+  EXPECT_FALSE(image.ClearSketch(0, 2, 4, 4, 3));
+}
+
+// Blocks.
+
+TYPED_TEST(Regions, ExchangeSwapsTwoBlocks) {
+  TypeParam image;
+  PackedImage other;
+  this->Draw(&image, {"1234", "1234", "1234"});
+  ASSERT_TRUE(other.Resize(3, 2, 8));
+  other.SetPixel(1, 0, 0);
+  EXPECT_TRUE(image.Exchange(1, 1, &other, 0, 0, 2, 2));
+  EXPECT_EQ(Picture(&image), (Rows{"1234", "18.4", "1884"}));
+  EXPECT_EQ(Picture(&other), (Rows{"238", "238"}));
+  EXPECT_TRUE(image.Exchange(1, 1, &other, 0, 0, 2, 2));
+  EXPECT_EQ(Picture(&image), (Rows{"1234", "1234", "1234"}));
+}
+
+TYPED_TEST(Regions, ExchangeClipsToBothImages) {
+  TypeParam image;
+  TypeParam other;
+  this->Make(&image, 3, 3, 1);
+  this->Make(&other, 3, 3, 2);
+  EXPECT_FALSE(image.Exchange(-1, 2, &other, 0, -1, 9, 9));
+  EXPECT_FALSE(image.Exchange(3, 0, &other, 0, 0, 9, 9));
+  EXPECT_FALSE(image.Exchange(0, 0, &other, 0, 3, 9, 9));
+  EXPECT_TRUE(image.Exchange(-1, 1, &other, 0, -1, 9, 9));
+  EXPECT_EQ(Picture(&image), (Rows{"111", "111", "221"}));
+  EXPECT_EQ(Picture(&other), (Rows{"211", "222", "222"}));
+}
+
+TYPED_TEST(Regions, MoveBlockCarriesASolidBarByOnePixel) {
+  TypeParam image;
+  this->Draw(&image, {".......", ".8888..", "......."});
+  image.MoveBlock(1, 1, 4, 1, 2, 1, 0, 0);
+  EXPECT_EQ(Picture(&image)[1], "..8888.");
+  image.MoveBlock(2, 1, 4, 1, 1, 1, 0, 0);
+  EXPECT_EQ(Picture(&image)[1], ".8888..");
+  image.MoveBlock(1, 1, 4, 1, 1, 2, 0, 0);
+  EXPECT_EQ(Picture(&image), (Rows{".......", ".......", ".8888.."}));
+  image.MoveBlock(0, 0, 7, 3, 0, -1, 4, 0);
+  EXPECT_EQ(Picture(&image), (Rows{".......", ".8888..", ".4444.."}));
+}
+
+TYPED_TEST(Regions, MoveBlockKeepsWhatLiesUnderItsHoles) {
+  TypeParam image;
+  this->Draw(&image, {"8.8222"});
+  image.MoveBlock(0, 0, 3, 1, 3, 0, 0, 0);
+  EXPECT_EQ(Picture(&image), (Rows{"...828"}));
+}
+
+TYPED_TEST(Regions, MoveBlockLeavesTheFillValueWhereItIs) {
+  TypeParam image;
+  this->Draw(&image, {"484..."});
+  image.MoveBlock(0, 0, 3, 1, 3, 0, 4, 0);
+  EXPECT_EQ(Picture(&image), (Rows{"444.8."}));
+}
+
+TYPED_TEST(Regions, MoveBlockLosesWhatLeavesTheImage) {
+  TypeParam image;
+  this->Draw(&image, {"12348"});
+  image.MoveBlock(0, 0, 5, 1, 3, 0, 0, 0);
+  EXPECT_EQ(Picture(&image), (Rows{"...12"}));
+}
+
+TYPED_TEST(Regions, MoveBlockObeysTheMaskAtBothEnds) {
+  TypeParam image;
+  this->Draw(&image, {"123...", "...999"});
+  image.MoveBlock(0, 0, 3, 1, 3, 0, 0, Bit(2));
+  EXPECT_EQ(Picture(&image)[0], ".2.1.3");
+  image.MoveBlock(3, 0, 3, 1, 3, 1, 0, Bit(9));
+  EXPECT_EQ(Picture(&image), (Rows{".2....", "...999"}));
+}
+
+TYPED_TEST(Regions, MoveBlockToItsOwnPlaceUnderTheMaskOfTheFillValueErases) {
+  TypeParam image;
+  this->Draw(&image, {".88."});
+  image.MoveBlock(0, 0, 4, 1, 0, 0, 0, Bit(0));
+  EXPECT_EQ(Picture(&image), (Rows{"...."}));
+  this->Draw(&image, {".88."});
+  image.MoveBlock(0, 0, 4, 1, 0, 0, 0, 0);
+  EXPECT_EQ(Picture(&image), (Rows{".88."}));
+}
+
+TYPED_TEST(Regions, MoveBlockTakesHostileNumbers) {
+  TypeParam image;
+  this->Draw(&image, {"12", "34"});
+  image.MoveBlock(0, 0, kLowest, kHighest, 1, 1, 0, 0);
+  EXPECT_EQ(Picture(&image), (Rows{"12", "34"}));
+  image.MoveBlock(kLowest, 0, kHighest, 2, kHighest, 0, 0, 0);
+  EXPECT_EQ(Picture(&image), (Rows{"12", "34"}));
+  image.MoveBlock(-1, -1, kHighest, kHighest, 0, -1, 0, 0);
+  EXPECT_EQ(Picture(&image), (Rows{".1", ".3"}));
+  image.MoveBlock(-1, -1, kHighest, kHighest, kLowest, kHighest, 0, 0);
+  EXPECT_EQ(CountOf(&image, 0), 4);
+}
+
+TYPED_TEST(Regions, MoveBlockMatchesTheRule) {
+  std::mt19937 random(25);
+  for (int32_t round = 0; round < 2000; round++) {
+    TypeParam image;
+    this->Scatter(&image, &random, 12);
+    Naive naive(&image);
+    const Rect rect = this->AnyRect(&random, 12);
+    const int32_t toX = rect.x + Between(&random, -6, 6);
+    const int32_t toY = rect.y + Between(&random, -6, 6);
+    const int32_t fill = round % 2 == 0 ? 0 : Between(&random, 0, 14);
+    const uint32_t mask = AnyMask(&random);
+    image.MoveBlock(rect.x, rect.y, rect.width, rect.height, toX, toY, fill, mask);
+    naive.MoveBlock(rect, toX, toY, fill, mask);
+    ASSERT_EQ(Picture(&image), naive.Picture()) << round;
+  }
+}
+
+TYPED_TEST(Regions, MosaicNeedsSixteenPixels) {
+  TypeParam image;
+  this->Make(&image, 6, 6, 8);
+  EXPECT_FALSE(image.Mosaic(0, 0, 3, 5));
+  EXPECT_FALSE(image.Mosaic(3, 3, 4, 4));
+  EXPECT_FALSE(image.Mosaic(6, 0, 4, 4));
+  EXPECT_FALSE(image.Mosaic(5, 5, -5, -5));
+  EXPECT_EQ(CountOf(&image, 8), 36);
+  EXPECT_TRUE(image.Mosaic(0, 0, 4, 4));
+  EXPECT_EQ(CountOf(&image, 1), 16);
+}
+
+TYPED_TEST(Regions, MosaicCountsEachRoleByItsGrey) {
+  constexpr int32_t kTones[] = {3, 0, 1, 2, 3, 3, 3, 3, 0, 1, 2, 3, 3, 3, 3};
+  for (int32_t index = 0; index < 15; index++) {
+    TypeParam image;
+    this->Make(&image, 4, 4, index);
+    EXPECT_TRUE(image.Mosaic(0, 0, 4, 4));
+    EXPECT_EQ(CountOf(&image, kTones[index] + 1), 16) << index;
+  }
+}
+
+TYPED_TEST(Regions, MosaicDithersTheAverage) {
+  TypeParam image;
+  this->Draw(&image, {"1111", "2222", "3388", "99aa"});
+  EXPECT_TRUE(image.Mosaic(0, 0, 4, 4));
+  // 4 * 0 + 4 * 1 + 2 * 2 + 2 * 0 + 2 * 1 + 2 * 2 = 14
+  TypeParam expected;
+  this->Make(&expected, 4, 4);
+  expected.FillBox(0, 0, 4, 4, LevelToPen(14), 0, nullptr);
+  EXPECT_EQ(Picture(&image), Picture(&expected));
+  EXPECT_EQ(CountOf(&image, 1), 2);
+  EXPECT_EQ(CountOf(&image, 2), 14);
+}
+
+TYPED_TEST(Regions, MosaicTruncatesItsDivisor) {
+  TypeParam image;
+  this->Make(&image, 31, 1, 2);
+  EXPECT_TRUE(image.Mosaic(0, 0, 31, 1));
+  TypeParam expected;
+  this->Make(&expected, 31, 1);
+  // 31 / 16 is 1, which leaves the sum of 31 as the level.
+  expected.FillBox(0, 0, 31, 1, LevelToPen(31), 0, nullptr);
+  EXPECT_EQ(Picture(&image), Picture(&expected));
+  this->Make(&image, 31, 1, 4);
+  EXPECT_TRUE(image.Mosaic(0, 0, 31, 1));
+  EXPECT_EQ(CountOf(&image, 4), 31);
+}
+
+TYPED_TEST(Regions, FlipsMirrorTheBlockAndKeepTheMiddle) {
+  TypeParam image;
+  this->Draw(&image, {"12348", "23481", "34812"});
+  EXPECT_TRUE(image.FlipVertical(0, 0, 2, 3, 0));
+  EXPECT_EQ(Picture(&image), (Rows{"34348", "23481", "12812"}));
+  EXPECT_TRUE(image.FlipHorizontal(0, 1, 5, 9, 0));
+  EXPECT_EQ(Picture(&image), (Rows{"34348", "18432", "21821"}));
+  EXPECT_TRUE(image.FlipHorizontal(0, 0, 4, 1, 0));
+  EXPECT_EQ(Picture(&image)[0], "43438");
+}
+
+TYPED_TEST(Regions, FlipsOfNothingAreTrueAndChangeNothing) {
+  TypeParam image;
+  this->Draw(&image, {"12", "34"});
+  EXPECT_TRUE(image.FlipVertical(2, 0, 2, 2, 0));
+  EXPECT_TRUE(image.FlipHorizontal(0, -2, 2, 2, 0));
+  EXPECT_EQ(Picture(&image), (Rows{"12", "34"}));
+}
+
+TYPED_TEST(Regions, FlipTestsTheOldValueWhereEachPixelLands) {
+  TypeParam image;
+  this->Draw(&image, {"1.82"});
+  EXPECT_TRUE(image.FlipHorizontal(0, 0, 4, 1, Bit(8) | Bit(1)));
+  EXPECT_EQ(Picture(&image), (Rows{"1881"}));
+}
+
+TYPED_TEST(Regions, FlipsMatchTheRule) {
+  std::mt19937 random(26);
+  for (int32_t round = 0; round < 1500; round++) {
+    TypeParam image;
+    this->Scatter(&image, &random, 12);
+    Naive naive(&image);
+    const Rect rect = this->AnyRect(&random, 12);
+    const uint32_t mask = AnyMask(&random);
+    const bool isVertical = round % 2 == 0;
+    EXPECT_TRUE(isVertical ? image.FlipVertical(rect.x, rect.y, rect.width, rect.height, mask)
+                           : image.FlipHorizontal(rect.x, rect.y, rect.width, rect.height, mask));
+    naive.Flip(rect, mask, isVertical);
+    ASSERT_EQ(Picture(&image), naive.Picture()) << round;
+  }
+}
+
+// Dots, grids and guide lines.
+
+TYPED_TEST(Regions, RandomDotsTakesOneNumberPerPixelColumnByColumn) {
+  TypeParam image;
+  TypeParam expected;
+  this->Make(&image, 30, 20);
+  this->Make(&expected, 30, 20);
+  const PenSpec pen = {10, 4, 2, 3};
+  std::srand(77);
+  EXPECT_TRUE(image.RandomDots(-3, 2, 20, 99, 3, pen, Bit(1)));
+  const int32_t next = std::rand();
+  std::srand(77);
+  for (int32_t x = 0; x < 17; x++) {
+    for (int32_t y = 2; y < 20; y++) {
+      if (std::rand() % 9 == 0) expected.Stamp(x, y, pen, Bit(1), nullptr);
+    }
+  }
+  EXPECT_EQ(std::rand(), next);
+  EXPECT_EQ(Picture(&image), Picture(&expected));
+  EXPECT_LT(CountOf(&image, 0), 590);
+}
+
+TYPED_TEST(Regions, RandomDotsWithIntervalOneStampsEveryPixel) {
+  TypeParam image;
+  this->Make(&image, 6, 6);
+  image.SetPixel(3, 3, 8);
+  EXPECT_TRUE(image.RandomDots(2, 2, 3, 3, 1, Plain(2), Bit(8)));
+  EXPECT_EQ(Picture(&image), (Rows{"......", "......", "..222.", "..282.", "..222.", "......"}));
+  EXPECT_FALSE(image.RandomDots(6, 2, 3, 3, 1, Plain(2), 0));
+}
+
+TYPED_TEST(Regions, RandomDotsTakesAHostileInterval) {
+  TypeParam image;
+  this->Make(&image, 2, 2);
+  EXPECT_TRUE(image.RandomDots(0, 0, 2, 2, kHighest, Plain(2), 0));
+  EXPECT_TRUE(image.RandomDots(0, 0, 2, 2, 1 << 16, Plain(2), 0));
+}
+
+TYPED_TEST(Regions, DrawGridRunsToTheFarEdges) {
+  TypeParam image;
+  this->Make(&image, 10, 9);
+  EXPECT_TRUE(image.DrawGrid(1, 1, 7, 6, 3, 4, Plain(1), 0));
+  EXPECT_EQ(Picture(&image), (Rows{"..........", ".55555555.", ".5..5..5..", ".5..5..5..", ".5..5..5..", ".55555555.",
+                                   ".5..5..5..", ".5..5..5..", ".........."}));
+}
+
+TYPED_TEST(Regions, DrawGridWritesOnlyOverTransparentAndSketch) {
+  TypeParam image;
+  this->Draw(&image, {"0123456789abcde"});
+  EXPECT_TRUE(image.DrawGrid(0, 0, 15, 1, 15, 1, Plain(10), 0));
+  EXPECT_EQ(Picture(&image), (Rows{"7123477789abcde"}));
+}
+
+TYPED_TEST(Regions, DrawGridObeysTheMaskToo) {
+  TypeParam image;
+  this->Draw(&image, {".5.6."});
+  EXPECT_TRUE(image.DrawGrid(0, 0, 5, 1, 5, 1, Plain(3), Bit(5) | Bit(6)));
+  EXPECT_EQ(Picture(&image), (Rows{"75767"}));
+}
+
+TYPED_TEST(Regions, DrawGridTurnsThePenIntoSketchColours) {
+  constexpr int32_t kSketch[] = {0, 5, 6, 7, 0, 0, 0, 0, 5, 6, 7, 0, 0, 0, 0};
+  for (int32_t index = 0; index < 15; index++) {
+    TypeParam image;
+    this->Make(&image, 4, 4, 6);
+    EXPECT_TRUE(image.DrawGrid(0, 0, 4, 4, 1, 1, Plain(index), 0));
+    EXPECT_EQ(CountOf(&image, kSketch[index]), 16) << index;
+    TypeParam dithered;
+    this->Make(&dithered, 4, 4, 7);
+    EXPECT_TRUE(dithered.DrawGrid(0, 0, 4, 4, 1, 1, {7, 4, index, 8}, 0));
+    EXPECT_EQ(CountOf(&dithered, 5), kSketch[index] == 5 ? 16 : 12) << index;
+    EXPECT_GE(CountOf(&dithered, kSketch[index]), 4) << index;
+  }
+}
+
+TYPED_TEST(Regions, DrawGridOutsideDoesNothing) {
+  TypeParam image;
+  this->Make(&image, 4, 4);
+  EXPECT_FALSE(image.DrawGrid(4, 0, 3, 3, 1, 1, Plain(1), 0));
+  EXPECT_EQ(CountOf(&image, 0), 16);
+}
+
+TYPED_TEST(Regions, DrawGridTakesStepsThatGoNowhereOrTooFar) {
+  for (const int32_t step : {0, -2, kLowest, kHighest}) {
+    TypeParam image;
+    this->Make(&image, 5, 4);
+    EXPECT_TRUE(image.DrawGrid(1, 1, 3, 2, step, step, Plain(1), 0));
+    EXPECT_EQ(Picture(&image), (Rows{".....", ".5555", ".5...", ".5..."})) << step;
+  }
+}
+
+TYPED_TEST(Regions, DrawSketchLineIsALineInSketchColours) {
+  TypeParam image;
+  this->Draw(&image, {"0123456789abcde"});
+  Rect rect;
+  EXPECT_TRUE(image.DrawSketchLine(0, 0, 14, 0, Plain(1), &rect));
+  EXPECT_EQ(Picture(&image), (Rows{"5123455589abcde"}));
+  EXPECT_EQ(rect, (Rect{-4, -5, 23, 10}));
+}
+
+TYPED_TEST(Regions, DrawSketchLineTurnsBothColoursOfADither) {
+  TypeParam image;
+  this->Make(&image, 8, 8);
+  EXPECT_TRUE(image.DrawSketchLine(4, 4, 4, 4, {0, 4, 9, 3}, nullptr));
+  EXPECT_EQ(CountOf(&image, 6), 16);
+  EXPECT_EQ(CountOf(&image, 7), 48);
+}
+
+// PickPen.
+
+TYPED_TEST(Regions, PickPenOfPlainInk) {
+  constexpr int32_t kColorA[] = {-1, 0, 1, 2, 3, 4, 5, 6, 0, 1, 2, 3, 4, 5, 6};
+  for (int32_t index = 0; index < 15; index++) {
+    TypeParam image;
+    this->Make(&image, 8, 8, index);
+    PenSpec pen = {3, 9, 13, 14};
+    EXPECT_TRUE(image.PickPen(4, 4, &pen));
+    EXPECT_EQ(pen, (PenSpec{3, 0, kColorA[index], index})) << index;
+  }
+}
+
+TYPED_TEST(Regions, PickPenInvertsEveryDither) {
+  for (int32_t tone = 1; tone < 16; tone++) {
+    TypeParam image;
+    this->Make(&image, 12, 12);
+    image.FillBox(0, 0, 12, 12, {7, tone, 2, 3}, 0, nullptr);
+    for (int32_t x = 2; x < 10; x++) {
+      for (int32_t y = 2; y < 10; y++) {
+        PenSpec pen;
+        EXPECT_TRUE(image.PickPen(x, y, &pen));
+        EXPECT_EQ(pen, (PenSpec{7, tone, 2, 3})) << tone;
+      }
+    }
+  }
+}
+
+TYPED_TEST(Regions, PickPenOrdersTheColoursByIndex) {
+  TypeParam image;
+  this->Make(&image, 8, 8);
+  image.FillBox(0, 0, 8, 8, {7, 5, 4, 1}, 0, nullptr);
+  PenSpec pen;
+  EXPECT_TRUE(image.PickPen(4, 4, &pen));
+  EXPECT_EQ(pen, (PenSpec{7, 11, 1, 4}));
+}
+
+TYPED_TEST(Regions, PickPenLooksAtFourByFour) {
+  TypeParam image;
+  this->Make(&image, 10, 10, 2);
+  image.FillRect(3, 3, 4, 4, 9);
+  PenSpec pen;
+  EXPECT_TRUE(image.PickPen(5, 5, &pen));
+  EXPECT_EQ(pen, (PenSpec{7, 0, 1, 9}));
+  EXPECT_TRUE(image.PickPen(4, 5, &pen));
+  EXPECT_EQ(pen, (PenSpec{7, 4, 2, 9}));
+  EXPECT_TRUE(image.PickPen(5, 6, &pen));
+  EXPECT_EQ(pen, (PenSpec{7, 4, 2, 9}));
+}
+
+TYPED_TEST(Regions, PickPenOfThreeColoursKeepsThePen) {
+  TypeParam image;
+  this->Make(&image, 8, 8, 2);
+  image.SetPixel(2, 2, 3);
+  image.SetPixel(5, 5, 4);
+  PenSpec pen = {3, 9, 13, 14};
+  EXPECT_FALSE(image.PickPen(4, 4, &pen));
+  EXPECT_EQ(pen, (PenSpec{3, 9, 13, 14}));
+}
+
+TYPED_TEST(Regions, PickPenLeavesOutPointsOutsideTheImage) {
+  TypeParam image;
+  this->Make(&image, 8, 8, 2);
+  image.SetPixel(0, 0, 9);
+  PenSpec pen;
+  EXPECT_TRUE(image.PickPen(0, 0, &pen));
+  EXPECT_EQ(pen, (PenSpec{7, 3, 2, 9}));
+  EXPECT_TRUE(image.PickPen(9, 9, &pen));
+  EXPECT_EQ(pen, (PenSpec{7, 0, 1, 2}));
+  const PenSpec kept = {3, 9, 13, 14};
+  for (const int32_t outside : {kLowest, -2, 10, kHighest}) {
+    pen = kept;
+    EXPECT_FALSE(image.PickPen(outside, 4, &pen));
+    EXPECT_FALSE(image.PickPen(4, outside, &pen));
+    EXPECT_EQ(pen, kept);
+  }
+}
+
+}  // namespace
+}  // namespace sorvel

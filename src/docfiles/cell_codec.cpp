@@ -105,15 +105,17 @@ bool CellWriter::Write(Layer* layer, ByteStream* stream) {
 void CellWriter::WriteCell(const CellImage& image, ByteStream* stream) {
   codeSize = 0;
   literalSize = 0;
-  std::memset(rowMap, 0, static_cast<size_t>(mapRowBytes) * static_cast<size_t>(image.height));
+  // A cell without width has rows but no bytes for them.
+  const int32_t rows = groups > 0 ? image.height : 0;
+  std::memset(rowMap, 0, static_cast<size_t>(mapRowBytes) * static_cast<size_t>(rows));
   std::memset(previousCodes, kFirstRowCodes, static_cast<size_t>(rowBytes));
-  for (int32_t y = 0; y < image.height; ++y) {
+  for (int32_t y = 0; y < rows; ++y) {
     FindMatches(image, y);
     EncodeRow(image, y);
   }
   WriteField(*stream, codeSize, 4);
   WriteField(*stream, literalSize, 4);
-  stream->Write(rowMap, mapRowBytes * image.height);
+  stream->Write(rowMap, mapRowBytes * rows);
   stream->Write(codes, codeSize);
   stream->Write(literals, literalSize);
 }

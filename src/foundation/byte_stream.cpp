@@ -207,10 +207,13 @@ void WriteField(ByteStream& stream, int32_t value, int32_t bytes) {
 }
 
 uint32_t ReadField(ByteStream& stream, int32_t bytes) {
-  uint8_t low[4] = {0, 0, 0, 0};
-  stream.Read(low, bytes);
-  return static_cast<uint32_t>(low[0]) | static_cast<uint32_t>(low[1]) << 8 | static_cast<uint32_t>(low[2]) << 16 |
-         static_cast<uint32_t>(low[3]) << 24;
+  uint32_t value = 0;
+  for (int32_t i = 0; i < bytes; ++i) {
+    const int32_t byte = stream.GetC();
+    if (byte < 0) break;
+    value |= static_cast<uint32_t>(byte) << (8 * i);
+  }
+  return value;
 }
 
 int32_t ReadSignedField(ByteStream& stream, int32_t bytes) {

@@ -22,7 +22,8 @@ struct Rect {
   bool operator==(const Rect&) const = default;
 };
 
-// The smallest rectangle around both. An empty one adds nothing: the other is then taken as it is.
+// The smallest rectangle around both. An empty one adds nothing: the other is then taken as it is; of two empty ones
+// the first.
 Rect BoundingRect(const Rect& a, const Rect& b);
 void UnionRect(Rect* rect, const Rect& other);
 

@@ -402,6 +402,7 @@ bool CellImage::DrawGrid(int32_t x, int32_t y, int32_t blockWidth, int32_t block
   mask |= kFinishedMask;
   const int32_t right = x + blockWidth;
   const int32_t bottom = y + blockHeight;
+  // Lines end at right and bottom as those of a box do: one pixel less would leave a grid short of its frame.
   // A step that doesn't go forward gives the one line at the edge.
   const int64_t columnStep = stepX > 0 ? stepX : blockWidth;
   const int64_t rowStep = stepY > 0 ? stepY : blockHeight;
@@ -439,7 +440,8 @@ bool CellImage::PickPen(int32_t x, int32_t y, PenSpec* pen) {
   }
   if (counts[0] == 0) return false;
   if (counts[1] == 0) {
-    // Plain ink: colorA goes unused, but gives plain tones and lines their level.
+    // Plain ink: colorA goes unused, but gives plain tones and lines their level. Transparent gets -1: a 0, as black
+    // has it, would make the two the same start of a gradient.
     pen->colorA = values[0] > kSketchLast ? values[0] - 8 : values[0] - 1;
     pen->colorB = values[0];
     pen->tone = 0;

@@ -148,8 +148,8 @@ TEST(CellWriter, LastGroupOfARowIsComparedWithTheStartOfTheNextRow) {
   // The right groups are equal in all rows; what follows them isn't.
   Draw(cell, "11115555\n22225555\n33335555\n");
   const Bytes expected =
-      BlockHead(8, 3, 1) + CellOf({0x01, 0x00, 0x00}, {0x00},
-                                  {0x11, 0x11, 0x55, 0x55, 0x22, 0x22, 0x55, 0x55, 0x33, 0x33, 0x55, 0x55});
+      BlockHead(8, 3, 1) +
+      CellOf({0x01, 0x00, 0x00}, {0x00}, {0x11, 0x11, 0x55, 0x55, 0x22, 0x22, 0x55, 0x55, 0x33, 0x33, 0x55, 0x55});
   EXPECT_EQ(Encode(&layer), expected);
 }
 
@@ -158,8 +158,7 @@ TEST(CellWriter, BytesBehindTheLastRowCountAsZero) {
   CellImage* cell = NewCell(&layer);
   // In row 1 the right group is followed by the end of the pixels, in row 0 by the zeroes that row 1 begins with.
   Draw(cell, "11115555\n....5555\n");
-  const Bytes expected =
-      BlockHead(8, 2, 1) + CellOf({0x01, 0x01}, {0x00, 0x40}, {0x11, 0x11, 0x55, 0x55, 0x00, 0x00});
+  const Bytes expected = BlockHead(8, 2, 1) + CellOf({0x01, 0x01}, {0x00, 0x40}, {0x11, 0x11, 0x55, 0x55, 0x00, 0x00});
   EXPECT_EQ(Encode(&layer), expected);
 }
 
@@ -225,9 +224,10 @@ TEST(CellWriter, HeadHoldsNameSizesFollowFlagAndCount) {
 }
 
 TEST(CellWriter, OnlyTheLowBytesOfTheFieldsAreWritten) {
-  Layer layer(0x10008, 0x20003, "A", nullptr, 0x1FE);
-  const Bytes expected = {'A', 0x00, 0x08, 0x00, 0x03, 0x00, 0xFE, 0x00, 0x00};
-  EXPECT_EQ(Encode(&layer), expected);
+  Layer wide(0x10008, 3, "A", nullptr, 0x1FE);
+  EXPECT_EQ(Encode(&wide), (Bytes{'A', 0x00, 0x08, 0x00, 0x03, 0x00, 0xFE, 0x00, 0x00}));
+  Layer high(8, 0x20003, "A", nullptr, 0);
+  EXPECT_EQ(Encode(&high), (Bytes{'A', 0x00, 0x08, 0x00, 0x03, 0x00, 0x00, 0x00, 0x00}));
 }
 
 TEST(CellWriter, NullNameIsWrittenAsUntitledAndAnEmptyOneAsItIs) {
@@ -466,8 +466,8 @@ TEST(CellReader, CodesAreAllOnesAheadOfTheFirstRowOfEachCell) {
 TEST(CellReader, AnyValidCodeDecodes) {
   // The writer would choose codes 1 and 4 here.
   Layer layer(0, 0, nullptr, nullptr, 0);
-  ASSERT_TRUE(Decode(&layer, BlockHead(12, 2, 1) + CellOf({0x03, 0x03}, {0x10, 0x02, 0x54, 0x00},
-                                                          {0x77, 0x77, 0x77, 0x77})));
+  ASSERT_TRUE(
+      Decode(&layer, BlockHead(12, 2, 1) + CellOf({0x03, 0x03}, {0x10, 0x02, 0x54, 0x00}, {0x77, 0x77, 0x77, 0x77})));
   EXPECT_EQ(Picture(*layer.CellAt(0)), "777777777777\n777777777777\n");
 }
 

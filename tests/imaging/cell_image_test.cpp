@@ -215,7 +215,7 @@ TEST_P(EachClass, RowsOfPixelsComeAndGoAsBytes) {
     OwnedImage expected = ImageOf(Packed(), Picture(*image));
     int32_t x = random.Between(0, image->width - 1);
     int32_t count = random.Between(0, image->width - x);
-    std::vector<uint8_t> pixels(static_cast<size_t>(count));
+    std::vector<uint8_t> pixels(static_cast<size_t>(count + 1));
     image->ReadRow(x, 1, count, pixels.data());
     for (int32_t i = 0; i < count; ++i) {
       ASSERT_EQ(pixels[static_cast<size_t>(i)], image->GetPixel(x + i, 1));
@@ -400,7 +400,9 @@ TEST(Composite, ToneMarksOverTransparentShowTheirMarkerColours) {
   EXPECT_EQ(KeyedRow(0, kKeyed), ".123456789abcdef\n");
 }
 
-TEST(Composite, ToneMarksOverSketchShowTheirMarkerColours) { EXPECT_EQ(KeyedRow(6, kKeyed), "6123456789abcdef\n"); }
+TEST(Composite, ToneMarksOverSketchShowTheirMarkerColours) {
+  EXPECT_EQ(KeyedRow(6, kKeyed), "6123456789abcdef\n");
+}
 
 TEST(Composite, ToneMarksShiftThePlainTones) {
   EXPECT_EQ(KeyedRow(1, kKeyed), "1123456789a3211f\n");
@@ -505,8 +507,8 @@ TEST_P(EachClass, KeyedCopyWithoutInkGivesTrueAndAZeroOutRect) {
 TEST_P(EachClass, SourceRectangleOutsideGivesFalseAndLeavesOutRect) {
   OwnedImage source = ImageOf(Packed(), "11\n11\n");
   OwnedImage destination = MakeImage(Packed(), 2, 2);
-  const Rect offsets[] = {{2, 0, 2, 2}, {0, 2, 2, 2}, {-2, 0, 2, 2}, {0, -2, 2, 2}, {0, 0, 0, 2}, {0, 0, 2, 0},
-                          {0, 0, -1, 2}};
+  const Rect offsets[] = {{2, 0, 2, 2}, {0, 2, 2, 2}, {-2, 0, 2, 2}, {0, -2, 2, 2},
+                          {0, 0, 0, 2}, {0, 0, 2, 0}, {0, 0, -1, 2}};
   for (const Rect& offset : offsets) {
     for (int32_t flags : {0, 1, 3}) {
       Rect box = kUntouched;
@@ -564,7 +566,8 @@ TEST(Composite, AgreesWithThePixelRules) {
     int32_t height = random.Between(-1, 30);
     Rect box = kUntouched;
     Rect expectedBox = kUntouched;
-    bool result = destination->Composite(dx, dy, source.get(), sx, sy, width, height, flags, destMask, sourceMask, &box);
+    bool result =
+        destination->Composite(dx, dy, source.get(), sx, sy, width, height, flags, destMask, sourceMask, &box);
     bool expectedResult = PlainComposite(expected.get(), dx, dy, source.get(), sx, sy, width, height, flags, destMask,
                                          sourceMask, &expectedBox);
     ASSERT_EQ(result, expectedResult) << round;
@@ -594,9 +597,13 @@ std::string OverlaidRow(int32_t variant) {
   return Picture(*destination);
 }
 
-TEST(Overlay, CellBeforeIsGreen) { EXPECT_EQ(OverlaidRow(0), "4jkl4444jkl44444\n"); }
+TEST(Overlay, CellBeforeIsGreen) {
+  EXPECT_EQ(OverlaidRow(0), "4jkl4444jkl44444\n");
+}
 
-TEST(Overlay, CellAfterIsRed) { EXPECT_EQ(OverlaidRow(1), "4mno4444mno44444\n"); }
+TEST(Overlay, CellAfterIsRed) {
+  EXPECT_EQ(OverlaidRow(1), "4mno4444mno44444\n");
+}
 
 TEST(Overlay, PackedImageRefusesAndStaysAsItIs) {
   OwnedImage source = ImageOf(true, "111\n888\n");

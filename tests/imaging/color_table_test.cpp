@@ -65,7 +65,9 @@ constexpr size_t kBitsPerPixelAt = 28;
 constexpr size_t kCompressionAt = 30;
 constexpr size_t kColorsUsedAt = 46;
 
-Color FileColor(int32_t i) { return {i + 1, i + 101, 255 - i}; }
+Color FileColor(int32_t i) {
+  return {i + 1, i + 101, 255 - i};
+}
 
 // A bitmap of 4 by 1 pixels whose colour i is FileColor(i).
 Bytes BitmapFile(int32_t declared, int32_t entries) {
@@ -96,7 +98,9 @@ void ExpectFileColors() {
   for (int32_t i = 0; i < kColorCount; ++i) EXPECT_EQ(ColorOf(i), FileColor(i)) << "index " << i;
 }
 
-TEST_F(ColorTableTest, DefaultsGiveEachRoleItsColour) { ExpectDefaults(); }
+TEST_F(ColorTableTest, DefaultsGiveEachRoleItsColour) {
+  ExpectDefaults();
+}
 
 TEST_F(ColorTableTest, EntriesLieAsBlueGreenRedAndZero) {
   EXPECT_EQ(sizeof(ColorEntry), 4u);

@@ -26,7 +26,9 @@ void PrintTo(const Color& color, std::ostream* out) {
   *out << "(" << color.red << ", " << color.green << ", " << color.blue << ")";
 }
 
-Color Grey(int32_t level) { return {level, level, level}; }
+Color Grey(int32_t level) {
+  return {level, level, level};
+}
 
 Color BaseOf(NibbleBitmap& bitmap, int32_t index) {
   Color color{-1, -1, -1};

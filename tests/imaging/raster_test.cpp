@@ -828,6 +828,25 @@ TEST(CurveSteps, DrawCurveRoundsItsWeightsTo32Bits) {
   ExpectPoints(log.points, PathStamps({{24, 1}, {21, 0}, {19, -1}, {17, 0}, {15, 1}, {14, 3}}));
 }
 
+TEST(CurveSteps, DrawCurveRoundsAfterEachOperationOnAWeight) {
+  StampLog log;
+  PenSpec pen = kFinest;
+  const Point points[4] = {{46, 28}, {46, 10}, {60, 31}, {28, 21}};
+  log.DrawCurve(points, &pen, 0, nullptr);
+  // Weights that are rounded only once would put the first inner point at 48, 11.
+  ExpectPoints(log.points, PathStamps({{46, 10},
+                                       {48, 12},
+                                       {50, 13},
+                                       {51, 15},
+                                       {53, 18},
+                                       {55, 20},
+                                       {57, 22},
+                                       {58, 25},
+                                       {59, 27},
+                                       {60, 29},
+                                       {60, 31}}));
+}
+
 TEST(CurveSteps, DrawCurveAddsItsStepsIn32Bits) {
   StampLog log;
   PenSpec pen = kFinest;

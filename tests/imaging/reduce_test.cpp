@@ -78,7 +78,8 @@ TEST(ReduceFrom, QuarterSizeDithersTheRemainder) {
     bitmap.ReduceFrom(*composition, nullptr, 4, nullptr);
     for (int32_t y = 0; y < 4; ++y) {
       for (int32_t x = 0; x < 4; ++x) {
-        EXPECT_EQ(bitmap.GetFront(x, y), expected[remainder][(y & 1) * 2 + (x & 1)]) << remainder << " " << x << " " << y;
+        EXPECT_EQ(bitmap.GetFront(x, y), expected[remainder][(y & 1) * 2 + (x & 1)])
+            << remainder << " " << x << " " << y;
       }
     }
   }
@@ -155,7 +156,9 @@ TEST(ReduceFrom, BoxBeginsAtAnEvenColumn) {
   EXPECT_EQ(ChangedBox(12, 9, {{1, 1}}), (Rect{0, 1, 2, 1}));
 }
 
-TEST(ReduceFrom, BoxIsZeroWithoutAChange) { EXPECT_EQ(ChangedBox(12, 9, {}), Rect{}); }
+TEST(ReduceFrom, BoxIsZeroWithoutAChange) {
+  EXPECT_EQ(ChangedBox(12, 9, {}), Rect{});
+}
 
 TEST(ReduceFrom, ChangesOnlyInColumn0OrOnlyInRow0CountAsNone) {
   EXPECT_EQ(ChangedBox(12, 9, {{0, 2}, {0, 7}}), Rect{});
@@ -164,7 +167,9 @@ TEST(ReduceFrom, ChangesOnlyInColumn0OrOnlyInRow0CountAsNone) {
   EXPECT_EQ(ChangedBox(12, 9, {{0, 5}, {3, 0}}), (Rect{0, 0, 4, 6}));
 }
 
-TEST(ReduceFrom, BoxAtTheRightBottomCorner) { EXPECT_EQ(ChangedBox(12, 9, {{11, 8}}), (Rect{10, 8, 2, 1})); }
+TEST(ReduceFrom, BoxAtTheRightBottomCorner) {
+  EXPECT_EQ(ChangedBox(12, 9, {{11, 8}}), (Rect{10, 8, 2, 1}));
+}
 
 TEST(ReduceFrom, AgreesWithThePixelRules) {
   Random random(31);

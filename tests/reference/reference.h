@@ -16,55 +16,55 @@ using Bytes = std::vector<std::uint8_t>;
 // Four bits a pixel; an even x lies in the high nibble. Padding nibbles and
 // bytes of a row are ordinary memory: the cell writer looks at them.
 struct Cell {
-    int width = 0;
-    int height = 0;
-    int pitch = 0;
-    Bytes bits;
+  int width = 0;
+  int height = 0;
+  int pitch = 0;
+  Bytes bits;
 
-    Cell() = default;
-    Cell(int cellWidth, int cellHeight, std::uint8_t fill = 0);
-    std::uint8_t Get(int x, int y) const;
-    void Set(int x, int y, std::uint8_t value);
+  Cell() = default;
+  Cell(int cellWidth, int cellHeight, std::uint8_t fill = 0);
+  std::uint8_t Get(int x, int y) const;
+  void Set(int x, int y, std::uint8_t value);
 };
 
 struct LayerData {
-    std::optional<std::string> name;
-    int width = 0;
-    int height = 0;
-    std::uint32_t followFrame = 0;
-    std::vector<Cell> cells;
+  std::optional<std::string> name;
+  int width = 0;
+  int height = 0;
+  std::uint32_t followFrame = 0;
+  std::vector<Cell> cells;
 };
 
 // A negative cell is blank and holds the complement of the cell number.
 struct RecordData {
-    int layer = 0;
-    int cell = 0;
-    int x = 0;
-    int y = 0;
+  int layer = 0;
+  int cell = 0;
+  int x = 0;
+  int y = 0;
 };
 
 struct FrameData {
-    int x = 0;
-    int y = 0;
-    int time = 1;
-    int loop = 1;
-    int brightness = 50;  // stored form: negative on a key frame
-    std::string comment;
-    std::vector<RecordData> records;
-    int currentRecord = -1;
+  int x = 0;
+  int y = 0;
+  int time = 1;
+  int loop = 1;
+  int brightness = 50;  // stored form: negative on a key frame
+  std::string comment;
+  std::vector<RecordData> records;
+  int currentRecord = -1;
 };
 
 struct CutData {
-    int width = 0;
-    int height = 0;
-    int frameWidth = 0;
-    int frameHeight = 0;
-    int fps = 0;
-    std::string credit;
-    int antialias = 0;
-    std::vector<LayerData> layers;
-    std::vector<FrameData> frames;
-    int currentFrame = -1;
+  int width = 0;
+  int height = 0;
+  int frameWidth = 0;
+  int frameHeight = 0;
+  int fps = 0;
+  std::string credit;
+  int antialias = 0;
+  std::vector<LayerData> layers;
+  std::vector<FrameData> frames;
+  int currentFrame = -1;
 };
 
 Bytes WriteLayerBlock(const LayerData& layer);
@@ -92,17 +92,17 @@ Bytes WriteContainer(const std::string& title, const std::string& author, int wi
 
 // The player's values after one tick.
 struct Tick {
-    int tick = 0;
-    bool painted = false;
-    int delay = 0;  // of the running timer in milliseconds, 0 without one
-    int ticks = 0;
-    int nextTime = 0;
-    int viewLeft = 0;
-    int viewTop = 0;
-    std::array<int, 4> viewport{};
-    int outputWidth = 0;
-    int outputHeight = 0;
-    Bytes picture;  // outputWidth * outputHeight greys, only when painted
+  int tick = 0;
+  bool painted = false;
+  int delay = 0;  // of the running timer in milliseconds, 0 without one
+  int ticks = 0;
+  int nextTime = 0;
+  int viewLeft = 0;
+  int viewTop = 0;
+  std::array<int, 4> viewport{};
+  int outputWidth = 0;
+  int outputHeight = 0;
+  Bytes picture;  // outputWidth * outputHeight greys, only when painted
 };
 
 // At most this many ticks; fewer when the stream ends (a still, a frame of

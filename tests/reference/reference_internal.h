@@ -22,25 +22,25 @@ void Patch32(Bytes* out, std::size_t at, std::uint32_t value);
 
 // Reads behind the end give -1 (GetC) or zero bytes (the integers).
 struct Reader {
-    const Bytes* data = nullptr;
-    std::size_t position = 0;
+  const Bytes* data = nullptr;
+  std::size_t position = 0;
 
-    int GetC();
-    int U8();
-    int I8();
-    int U16();
-    int I16();
-    std::uint32_t U32();
-    // Up to a zero byte; at most 256 bytes are taken, and of 256 bytes without
-    // a zero the last is lost and the rest is left unread.
-    std::string Text();
+  int GetC();
+  int U8();
+  int I8();
+  int U16();
+  int I16();
+  std::uint32_t U32();
+  // Up to a zero byte; at most 256 bytes are taken, and of 256 bytes without
+  // a zero the last is lost and the rest is left unread.
+  std::string Text();
 };
 
 // ---- the copy codes ------------------------------------------------------
 
 struct Offset {
-    int dx;
-    int dy;
+  int dx;
+  int dy;
 };
 
 // Index is the code. Code 0 is a literal. Code 15 is for cells only: in the
@@ -64,11 +64,11 @@ bool ReadLayerBlock(Reader* in, LayerData* layer);
 // ---- composition ---------------------------------------------------------
 
 struct Box {
-    int x = 0;
-    int y = 0;
-    int width = 0;
-    int height = 0;
-    bool operator==(const Box&) const = default;
+  int x = 0;
+  int y = 0;
+  int width = 0;
+  int height = 0;
+  bool operator==(const Box&) const = default;
 };
 
 bool IsEmpty(const Box& box);
@@ -77,14 +77,14 @@ void AddBox(Box* target, const Box& box);
 
 // One role a byte, rows without padding.
 struct Canvas {
-    int width = 0;
-    int height = 0;
-    Bytes pixels;
+  int width = 0;
+  int height = 0;
+  Bytes pixels;
 
-    Canvas(int canvasWidth, int canvasHeight);
-    std::uint8_t Get(int x, int y) const;
-    void Set(int x, int y, std::uint8_t value);
-    void Clear(const Box& area);  // clipped to the canvas
+  Canvas(int canvasWidth, int canvasHeight);
+  std::uint8_t Get(int x, int y) const;
+  void Set(int x, int y, std::uint8_t value);
+  void Clear(const Box& area);  // clipped to the canvas
 };
 
 constexpr std::uint32_t kOnionPrevious = 1;
@@ -95,57 +95,56 @@ constexpr std::uint32_t kDimOthers = 8;
 int AdjustTone(int value, int delta);
 // Keyed copy. outBox, when not null, gets the box of the ink in source
 // coordinates; a block that clips to nothing leaves it alone.
-bool Composite(Canvas* target, int dx, int dy, const Cell& source, int sx, int sy, int width, int height,
-               bool pale, Box* outBox);
-void Overlay(Canvas* target, int dx, int dy, const Cell& source, int sx, int sy, int width, int height,
-             int variant);
-void ComposeFrame(Canvas* target, const CutData& cut, const FrameData& frame, const Box& area,
-                  std::uint32_t flags, std::vector<Box>* inkBoxes);
+bool Composite(Canvas* target, int dx, int dy, const Cell& source, int sx, int sy, int width, int height, bool pale,
+               Box* outBox);
+void Overlay(Canvas* target, int dx, int dy, const Cell& source, int sx, int sy, int width, int height, int variant);
+void ComposeFrame(Canvas* target, const CutData& cut, const FrameData& frame, const Box& area, std::uint32_t flags,
+                  std::vector<Box>* inkBoxes);
 
 // ---- the two planes ------------------------------------------------------
 
 struct Color {
-    int red = 0;
-    int green = 0;
-    int blue = 0;
-    bool operator==(const Color&) const = default;
+  int red = 0;
+  int green = 0;
+  int blue = 0;
+  bool operator==(const Color&) const = default;
 };
 
 struct Planes {
-    int frontIsHigh = 0;
-    int width = 0;
-    int height = 0;
-    int pitch = 0;
-    // pitch * height bytes and 16 spare ones: blocks of four pixels reach over
-    // the end of the last row.
-    Bytes memory;
-    Bytes saved;
-    std::array<Color, 16> baseColors{};
-    std::array<std::array<Color, 16>, 2> planeColors{};
-    std::array<Color, 256> mixColors{};
+  int frontIsHigh = 0;
+  int width = 0;
+  int height = 0;
+  int pitch = 0;
+  // pitch * height bytes and 16 spare ones: blocks of four pixels reach over
+  // the end of the last row.
+  Bytes memory;
+  Bytes saved;
+  std::array<Color, 16> baseColors{};
+  std::array<std::array<Color, 16>, 2> planeColors{};
+  std::array<Color, 256> mixColors{};
 
-    bool Create(int newWidth, int newHeight);
-    int GetByte(int x, int y) const;  // 0 outside the memory
-    int GetFront(int x, int y) const;
-    int GetBack(int x, int y) const;
-    void SetFront(int x, int y, int value);
-    std::array<int, 4> GetFront4(int x, int y) const;
-    std::array<int, 4> GetBack4(int x, int y) const;
-    void SetFront4(int x, int y, const std::array<int, 4>& values);
-    void FillBits(int value);
-    void SaveBits();
-    void RestoreBits();
-    Color FrontColor(int index) const;
-    Color BackColor(int index) const;
-    void SetMixColor(int front, int back, const Color& color);
-    void SetLevels(int count);
-    void SetBrightness(int value);
-    void MixPlanes(int a, int b);
-    void CopyBackToFront(const Box& area);  // clipped to the picture
-    // The part of the bounding box of inner and other that lies outside inner.
-    void CopyAround(const Box& inner, const Box& other);
-    void ReduceFrom(const Canvas& composition, Box* outBox, int scale, const Box* area);
-    Bytes FrontPicture() const;  // width * height levels
+  bool Create(int newWidth, int newHeight);
+  int GetByte(int x, int y) const;  // 0 outside the memory
+  int GetFront(int x, int y) const;
+  int GetBack(int x, int y) const;
+  void SetFront(int x, int y, int value);
+  std::array<int, 4> GetFront4(int x, int y) const;
+  std::array<int, 4> GetBack4(int x, int y) const;
+  void SetFront4(int x, int y, const std::array<int, 4>& values);
+  void FillBits(int value);
+  void SaveBits();
+  void RestoreBits();
+  Color FrontColor(int index) const;
+  Color BackColor(int index) const;
+  void SetMixColor(int front, int back, const Color& color);
+  void SetLevels(int count);
+  void SetBrightness(int value);
+  void MixPlanes(int a, int b);
+  void CopyBackToFront(const Box& area);  // clipped to the picture
+  // The part of the bounding box of inner and other that lies outside inner.
+  void CopyAround(const Box& inner, const Box& other);
+  void ReduceFrom(const Canvas& composition, Box* outBox, int scale, const Box* area);
+  Bytes FrontPicture() const;  // width * height levels
 };
 
 // ---- compiled streams ----------------------------------------------------
@@ -156,34 +155,34 @@ Bytes EncodeFrames(const CutData& cut, int first, int last, bool* refused, std::
                    std::vector<Bytes>* frontPictures);
 
 struct Decoder {
-    Reader in;
-    Planes planes;
-    int cutCount = 0;
-    int cutIndex = 0;
-    int width = 0;
-    int height = 0;
-    int outputWidth = 0;
-    int outputHeight = 0;
-    int frameX = 0;
-    int frameY = 0;
-    int frameWidth = 0;
-    int frameHeight = 0;
-    Box previousBox;
-    Box currentBox;
-    Box loopBox;
-    int fps = 0;
-    int levels = 0;
-    std::vector<std::uint32_t> cutOffsets;
-    std::size_t firstCutOffset = 0;
-    std::size_t streamEnd = 0;
-    int loopCount = 1;
-    std::size_t loopStart = 0;
-    int frameCounter = 0;
-    int loopFrameCounter = 0;
-    std::string cutName;
+  Reader in;
+  Planes planes;
+  int cutCount = 0;
+  int cutIndex = 0;
+  int width = 0;
+  int height = 0;
+  int outputWidth = 0;
+  int outputHeight = 0;
+  int frameX = 0;
+  int frameY = 0;
+  int frameWidth = 0;
+  int frameHeight = 0;
+  Box previousBox;
+  Box currentBox;
+  Box loopBox;
+  int fps = 0;
+  int levels = 0;
+  std::vector<std::uint32_t> cutOffsets;
+  std::size_t firstCutOffset = 0;
+  std::size_t streamEnd = 0;
+  int loopCount = 1;
+  std::size_t loopStart = 0;
+  int frameCounter = 0;
+  int loopFrameCounter = 0;
+  std::string cutName;
 
-    bool OpenStream(const Bytes& stream);
-    int DecodeNextFrame();
+  bool OpenStream(const Bytes& stream);
+  int DecodeNextFrame();
 };
 
 }  // namespace reference

@@ -9,429 +9,424 @@ namespace {
 
 // What one record contributes to the comparison of two frames.
 struct Shown {
-    int layer = -1;
-    int cell = -1;
-    int x = 0;
-    int y = 0;
-    Box rectangle;  // the whole cell
-    Box ink;        // its ink as last composed, moved to the canvas
+  int layer = -1;
+  int cell = -1;
+  int x = 0;
+  int y = 0;
+  Box rectangle;  // the whole cell
+  Box ink;        // its ink as last composed, moved to the canvas
 };
 
 bool IsShown(const FrameData& frame, int record) {
-    return record < static_cast<int>(frame.records.size()) &&
-           frame.records[static_cast<std::size_t>(record)].cell >= 0;
+  return record < static_cast<int>(frame.records.size()) && frame.records[static_cast<std::size_t>(record)].cell >= 0;
 }
 
 Shown ShownOf(const CutData& cut, const FrameData& frame, int record, const std::vector<Box>& inkBoxes) {
-    Shown shown;
-    if (!IsShown(frame, record)) {
-        return shown;
-    }
-    const RecordData& r = frame.records[static_cast<std::size_t>(record)];
-    const LayerData& layer = cut.layers[static_cast<std::size_t>(r.layer)];
-    shown.layer = r.layer;
-    shown.cell = r.cell;
-    RecordPosition(cut, frame, record, &shown.x, &shown.y);
-    shown.rectangle = Box{shown.x, shown.y, layer.width, layer.height};
-    if (record < static_cast<int>(inkBoxes.size())) {
-        shown.ink = inkBoxes[static_cast<std::size_t>(record)];
-        shown.ink.x = shown.ink.x + shown.x;
-        shown.ink.y = shown.ink.y + shown.y;
-    }
+  Shown shown;
+  if (!IsShown(frame, record)) {
     return shown;
+  }
+  const RecordData& r = frame.records[static_cast<std::size_t>(record)];
+  const LayerData& layer = cut.layers[static_cast<std::size_t>(r.layer)];
+  shown.layer = r.layer;
+  shown.cell = r.cell;
+  RecordPosition(cut, frame, record, &shown.x, &shown.y);
+  shown.rectangle = Box{shown.x, shown.y, layer.width, layer.height};
+  if (record < static_cast<int>(inkBoxes.size())) {
+    shown.ink = inkBoxes[static_cast<std::size_t>(record)];
+    shown.ink.x = shown.ink.x + shown.x;
+    shown.ink.y = shown.ink.y + shown.y;
+  }
+  return shown;
 }
 
 // The same for the one cell of a frame that currentCellOnly shows.
 struct ShownCell {
-    const Cell* cell = nullptr;
-    Box rectangle;
-    Box ink;
+  const Cell* cell = nullptr;
+  Box rectangle;
+  Box ink;
 };
 
 ShownCell ShownCellOf(const CutData& cut, const FrameData& frame, const std::vector<Box>& inkBoxes) {
-    ShownCell shown;
-    int x = 0;
-    int y = 0;
-    shown.cell = VisibleCell(cut, frame, frame.currentRecord, &x, &y);
-    if (shown.cell != nullptr) {
-        shown.rectangle = Box{x, y, shown.cell->width, shown.cell->height};
-        if (!inkBoxes.empty()) {
-            shown.ink = inkBoxes[0];
-            shown.ink.x = shown.ink.x + x;
-            shown.ink.y = shown.ink.y + y;
-        }
+  ShownCell shown;
+  int x = 0;
+  int y = 0;
+  shown.cell = VisibleCell(cut, frame, frame.currentRecord, &x, &y);
+  if (shown.cell != nullptr) {
+    shown.rectangle = Box{x, y, shown.cell->width, shown.cell->height};
+    if (!inkBoxes.empty()) {
+      shown.ink = inkBoxes[0];
+      shown.ink.x = shown.ink.x + x;
+      shown.ink.y = shown.ink.y + y;
     }
-    return shown;
+  }
+  return shown;
 }
 
 int RoundUp(int value, int scale) {
-    while (value % scale != 0) {
-        value = value + 1;
-    }
-    return value;
+  while (value % scale != 0) {
+    value = value + 1;
+  }
+  return value;
 }
 
 int RoundDown(int value, int scale) {
-    return value - value % scale;
+  return value - value % scale;
 }
 
 // From canvas pixels to reduced ones, outward, cut to the picture.
 Box Reduced(const Box& box, int scale, int width, int height) {
-    int x0 = std::max(RoundDown(box.x, scale) / scale, 0);
-    int y0 = std::max(RoundDown(box.y, scale) / scale, 0);
-    int x1 = std::max(RoundUp(box.x + box.width, scale) / scale, 0);
-    int y1 = std::max(RoundUp(box.y + box.height, scale) / scale, 0);
-    x1 = std::min(x1, width);
-    y1 = std::min(y1, height);
-    Box reduced{x0, y0, x1 - x0, y1 - y0};
-    if (IsEmpty(reduced)) {
-        reduced.width = 0;
-        reduced.height = 0;
-    }
-    return reduced;
+  int x0 = std::max(RoundDown(box.x, scale) / scale, 0);
+  int y0 = std::max(RoundDown(box.y, scale) / scale, 0);
+  int x1 = std::max(RoundUp(box.x + box.width, scale) / scale, 0);
+  int y1 = std::max(RoundUp(box.y + box.height, scale) / scale, 0);
+  x1 = std::min(x1, width);
+  y1 = std::min(y1, height);
+  Box reduced{x0, y0, x1 - x0, y1 - y0};
+  if (IsEmpty(reduced)) {
+    reduced.width = 0;
+    reduced.height = 0;
+  }
+  return reduced;
 }
 
 bool CodeFits(const Planes& planes, int x, int y, int code, bool firstFrame) {
-    if (code == 0) {
-        return false;
-    }
-    if (code == 15) {
-        // Before the first frame there is no picture to copy from.
-        return !firstFrame && planes.GetBack4(x, y) == planes.GetFront4(x, y);
-    }
-    int fromX = x + kOffsets[code].dx;
-    int fromY = y + kOffsets[code].dy;
-    if (fromX < 0 || fromY < 0) {
-        return false;
-    }
-    return planes.GetFront4(fromX, fromY) == planes.GetFront4(x, y);
+  if (code == 0) {
+    return false;
+  }
+  if (code == 15) {
+    // Before the first frame there is no picture to copy from.
+    return !firstFrame && planes.GetBack4(x, y) == planes.GetFront4(x, y);
+  }
+  int fromX = x + kOffsets[code].dx;
+  int fromY = y + kOffsets[code].dy;
+  if (fromX < 0 || fromY < 0) {
+    return false;
+  }
+  return planes.GetFront4(fromX, fromY) == planes.GetFront4(x, y);
 }
 
 int ChooseBlockCode(const Planes& planes, int x, int y, int above, bool firstFrame) {
-    static const int order[15] = {1, 4, 5, 6, 15, 7, 9, 10, 2, 8, 11, 12, 13, 14, 3};
-    if (CodeFits(planes, x, y, above, firstFrame)) {
-        return above;
+  static const int order[15] = {1, 4, 5, 6, 15, 7, 9, 10, 2, 8, 11, 12, 13, 14, 3};
+  if (CodeFits(planes, x, y, above, firstFrame)) {
+    return above;
+  }
+  for (int code : order) {
+    if (CodeFits(planes, x, y, code, firstFrame)) {
+      return code;
     }
-    for (int code : order) {
-        if (CodeFits(planes, x, y, code, firstFrame)) {
-            return code;
-        }
-    }
-    return 0;
+  }
+  return 0;
 }
 
 void PutPicture(Bytes* out, const Planes& planes, const Box& box, int levels, bool firstFrame) {
-    int rowBytes = (box.width + 7) / 8;
-    int mapRowBytes = (rowBytes + 7) / 8;
-    Bytes map(static_cast<std::size_t>(mapRowBytes * box.height), 0);
-    Bytes codes;
-    Bytes literals;
-    Bytes previous(static_cast<std::size_t>(rowBytes), 0x11);
-    for (int row = 0; row < box.height; row++) {
-        int y = box.y + row;
-        Bytes current(static_cast<std::size_t>(rowBytes), 0);
-        int block = 0;
-        for (int x = box.x; x < box.x + box.width; x = x + 4) {
-            std::size_t byteIndex = static_cast<std::size_t>(block / 2);
-            int above = block % 2 == 0 ? previous[byteIndex] & 15 : previous[byteIndex] >> 4;
-            int code = ChooseBlockCode(planes, x, y, above, firstFrame);
-            if (block % 2 == 0) {
-                current[byteIndex] = static_cast<std::uint8_t>(code);
-            } else {
-                current[byteIndex] = static_cast<std::uint8_t>(current[byteIndex] | (code << 4));
-            }
-            if (code == 0) {
-                std::array<int, 4> p = planes.GetFront4(x, y);
-                if (levels == 4) {
-                    Put8(&literals, p[0] | (p[1] << 2) | (p[2] << 4) | (p[3] << 6));
-                } else {
-                    Put8(&literals, p[0] | (p[1] << 4));
-                    Put8(&literals, p[2] | (p[3] << 4));
-                }
-            }
-            block = block + 1;
+  int rowBytes = (box.width + 7) / 8;
+  int mapRowBytes = (rowBytes + 7) / 8;
+  Bytes map(static_cast<std::size_t>(mapRowBytes * box.height), 0);
+  Bytes codes;
+  Bytes literals;
+  Bytes previous(static_cast<std::size_t>(rowBytes), 0x11);
+  for (int row = 0; row < box.height; row++) {
+    int y = box.y + row;
+    Bytes current(static_cast<std::size_t>(rowBytes), 0);
+    int block = 0;
+    for (int x = box.x; x < box.x + box.width; x = x + 4) {
+      std::size_t byteIndex = static_cast<std::size_t>(block / 2);
+      int above = block % 2 == 0 ? previous[byteIndex] & 15 : previous[byteIndex] >> 4;
+      int code = ChooseBlockCode(planes, x, y, above, firstFrame);
+      if (block % 2 == 0) {
+        current[byteIndex] = static_cast<std::uint8_t>(code);
+      } else {
+        current[byteIndex] = static_cast<std::uint8_t>(current[byteIndex] | (code << 4));
+      }
+      if (code == 0) {
+        std::array<int, 4> p = planes.GetFront4(x, y);
+        if (levels == 4) {
+          Put8(&literals, p[0] | (p[1] << 2) | (p[2] << 4) | (p[3] << 6));
+        } else {
+          Put8(&literals, p[0] | (p[1] << 4));
+          Put8(&literals, p[2] | (p[3] << 4));
         }
-        for (int i = 0; i < rowBytes; i++) {
-            std::size_t at = static_cast<std::size_t>(i);
-            if (current[at] != previous[at]) {
-                codes.push_back(current[at]);
-                std::uint8_t& byte = map[static_cast<std::size_t>(row * mapRowBytes + i / 8)];
-                byte = static_cast<std::uint8_t>(byte | (1 << (i % 8)));
-            }
-        }
-        previous = current;
+      }
+      block = block + 1;
     }
-    Put32(out, static_cast<std::uint32_t>(codes.size()));
-    Put32(out, static_cast<std::uint32_t>(literals.size()));
-    out->insert(out->end(), map.begin(), map.end());
-    out->insert(out->end(), codes.begin(), codes.end());
-    out->insert(out->end(), literals.begin(), literals.end());
+    for (int i = 0; i < rowBytes; i++) {
+      std::size_t at = static_cast<std::size_t>(i);
+      if (current[at] != previous[at]) {
+        codes.push_back(current[at]);
+        std::uint8_t& byte = map[static_cast<std::size_t>(row * mapRowBytes + i / 8)];
+        byte = static_cast<std::uint8_t>(byte | (1 << (i % 8)));
+      }
+    }
+    previous = current;
+  }
+  Put32(out, static_cast<std::uint32_t>(codes.size()));
+  Put32(out, static_cast<std::uint32_t>(literals.size()));
+  out->insert(out->end(), map.begin(), map.end());
+  out->insert(out->end(), codes.begin(), codes.end());
+  out->insert(out->end(), literals.begin(), literals.end());
 }
 
 }  // namespace
 
 Bytes EncodeFrames(const CutData& given, int first, int last, bool* refused, std::uint32_t viewFlags,
                    std::vector<Bytes>* frontPictures) {
+  if (refused != nullptr) {
+    *refused = false;
+  }
+  if (first > last || first < 0 || last >= static_cast<int>(given.frames.size()) || given.antialias == 3) {
     if (refused != nullptr) {
-        *refused = false;
+      *refused = true;
     }
-    if (first > last || first < 0 || last >= static_cast<int>(given.frames.size()) ||
-        given.antialias == 3) {
-        if (refused != nullptr) {
-            *refused = true;
+    return Bytes();
+  }
+
+  CutData cut = given;
+  int scale = ScaleOf(cut);
+  int levels = scale == 1 ? 4 : 13;
+  bool single = (viewFlags & kCurrentCellOnly) != 0;
+  std::uint32_t flags = viewFlags & kCurrentCellOnly;
+
+  Bytes out;
+  Put8(&out, 'C');
+  Put8(&out, 'A');
+  Put32(&out, 0);
+  PutText(&out, cut.credit);
+  Put16(&out, cut.width / scale);
+  Put16(&out, cut.height / scale);
+  Put16(&out, cut.frameWidth / scale);
+  Put16(&out, cut.frameHeight / scale);
+  Put8(&out, cut.fps);
+  Put8(&out, levels - 1);
+
+  Canvas composition(cut.width, cut.height);
+  Planes planes;
+  planes.Create(cut.width / scale, cut.height / scale);
+
+  // One record is shown in all frames under currentCellOnly: that of the
+  // cut's current frame.
+  int record = -1;
+  if (cut.currentFrame >= 0 && cut.currentFrame < static_cast<int>(cut.frames.size())) {
+    record = cut.frames[static_cast<std::size_t>(cut.currentFrame)].currentRecord;
+  }
+
+  std::vector<Box> currentBoxes;
+  std::vector<Box> previousBoxes;
+  int frameSlot = 0;
+  Box previousArea;
+
+  for (int i = 0; i <= last - first; i++) {
+    FrameData& frame = cut.frames[static_cast<std::size_t>(first + i)];
+    const FrameData* previous = i == 0 ? nullptr : &cut.frames[static_cast<std::size_t>(first + i - 1)];
+    Box box{0, 0, cut.width / scale, cut.height / scale};
+
+    if (previous != nullptr && SameAs(frame, *previous)) {
+      box = Box{};
+    } else {
+      SelectRecord(&frame, record);
+      int records = static_cast<int>(frame.records.size());
+      int slots = records;
+      if (previous != nullptr) {
+        slots = std::max(slots, static_cast<int>(previous->records.size()));
+      }
+
+      // The area that has to be composed anew.
+      Box area;
+      if (previous == nullptr) {
+        area = Box{0, 0, cut.width, cut.height};
+      } else if (single) {
+        ShownCell before = ShownCellOf(cut, *previous, currentBoxes);
+        ShownCell now = ShownCellOf(cut, frame, currentBoxes);
+        if (before.cell != now.cell || before.rectangle != now.rectangle) {
+          AddBox(&area, before.rectangle);
+          AddBox(&area, now.rectangle);
         }
-        return Bytes();
-    }
+      } else {
+        for (int s = 0; s < slots; s++) {
+          Shown before = ShownOf(cut, *previous, s, currentBoxes);
+          Shown now = ShownOf(cut, frame, s, currentBoxes);
+          if (before.layer != now.layer || before.cell != now.cell || before.rectangle != now.rectangle) {
+            AddBox(&area, before.rectangle);
+            AddBox(&area, now.rectangle);
+          }
+        }
+      }
 
-    CutData cut = given;
-    int scale = ScaleOf(cut);
-    int levels = scale == 1 ? 4 : 13;
-    bool single = (viewFlags & kCurrentCellOnly) != 0;
-    std::uint32_t flags = viewFlags & kCurrentCellOnly;
+      // The two arrays change places and are never cleared. An entry
+      // whose record lies outside the area keeps what it held two
+      // composed frames ago, and the stream carries what follows from
+      // it.
+      composition.Clear(area);
+      std::swap(currentBoxes, previousBoxes);
+      int needed = single ? 1 : records;
+      if (static_cast<int>(currentBoxes.size()) < needed) {
+        currentBoxes.assign(static_cast<std::size_t>(needed), Box{});
+      }
+      ComposeFrame(&composition, cut, frame, area, flags, &currentBoxes);
 
-    Bytes out;
-    Put8(&out, 'C');
-    Put8(&out, 'A');
-    Put32(&out, 0);
-    PutText(&out, cut.credit);
-    Put16(&out, cut.width / scale);
-    Put16(&out, cut.height / scale);
-    Put16(&out, cut.frameWidth / scale);
-    Put16(&out, cut.frameHeight / scale);
-    Put8(&out, cut.fps);
-    Put8(&out, levels - 1);
+      // The area where ink changed.
+      Box inked;
+      if (previous != nullptr && single) {
+        ShownCell before = ShownCellOf(cut, *previous, previousBoxes);
+        ShownCell now = ShownCellOf(cut, frame, currentBoxes);
+        if (before.cell != now.cell || before.ink != now.ink) {
+          AddBox(&inked, before.ink);
+          AddBox(&inked, now.ink);
+        }
+      } else if (previous != nullptr) {
+        for (int s = 0; s < slots; s++) {
+          Shown before = ShownOf(cut, *previous, s, previousBoxes);
+          Shown now = ShownOf(cut, frame, s, currentBoxes);
+          if (before.layer != now.layer || before.cell != now.cell || before.x != now.x || before.y != now.y) {
+            AddBox(&inked, before.ink);
+            AddBox(&inked, now.ink);
+          }
+        }
+      }
 
-    Canvas composition(cut.width, cut.height);
-    Planes planes;
-    planes.Create(cut.width / scale, cut.height / scale);
+      planes.frontIsHigh = frameSlot & 1;
+      frameSlot = frameSlot + 1;
 
-    // One record is shown in all frames under currentCellOnly: that of the
-    // cut's current frame.
-    int record = -1;
-    if (cut.currentFrame >= 0 && cut.currentFrame < static_cast<int>(cut.frames.size())) {
-        record = cut.frames[static_cast<std::size_t>(cut.currentFrame)].currentRecord;
-    }
-
-    std::vector<Box> currentBoxes;
-    std::vector<Box> previousBoxes;
-    int frameSlot = 0;
-    Box previousArea;
-
-    for (int i = 0; i <= last - first; i++) {
-        FrameData& frame = cut.frames[static_cast<std::size_t>(first + i)];
-        const FrameData* previous = i == 0 ? nullptr : &cut.frames[static_cast<std::size_t>(first + i - 1)];
-        Box box{0, 0, cut.width / scale, cut.height / scale};
-
-        if (previous != nullptr && SameAs(frame, *previous)) {
-            box = Box{};
+      if (previous == nullptr) {
+        previousArea = Box{0, 0, planes.width, planes.height};
+        planes.ReduceFrom(composition, nullptr, scale, nullptr);
+      } else {
+        Box reduced = Reduced(inked, scale, planes.width, planes.height);
+        if (IsEmpty(reduced)) {
+          planes.CopyBackToFront(previousArea);
         } else {
-            SelectRecord(&frame, record);
-            int records = static_cast<int>(frame.records.size());
-            int slots = records;
-            if (previous != nullptr) {
-                slots = std::max(slots, static_cast<int>(previous->records.size()));
-            }
-
-            // The area that has to be composed anew.
-            Box area;
-            if (previous == nullptr) {
-                area = Box{0, 0, cut.width, cut.height};
-            } else if (single) {
-                ShownCell before = ShownCellOf(cut, *previous, currentBoxes);
-                ShownCell now = ShownCellOf(cut, frame, currentBoxes);
-                if (before.cell != now.cell || before.rectangle != now.rectangle) {
-                    AddBox(&area, before.rectangle);
-                    AddBox(&area, now.rectangle);
-                }
-            } else {
-                for (int s = 0; s < slots; s++) {
-                    Shown before = ShownOf(cut, *previous, s, currentBoxes);
-                    Shown now = ShownOf(cut, frame, s, currentBoxes);
-                    if (before.layer != now.layer || before.cell != now.cell ||
-                        before.rectangle != now.rectangle) {
-                        AddBox(&area, before.rectangle);
-                        AddBox(&area, now.rectangle);
-                    }
-                }
-            }
-
-            // The two arrays change places and are never cleared. An entry
-            // whose record lies outside the area keeps what it held two
-            // composed frames ago, and the stream carries what follows from
-            // it.
-            composition.Clear(area);
-            std::swap(currentBoxes, previousBoxes);
-            int needed = single ? 1 : records;
-            if (static_cast<int>(currentBoxes.size()) < needed) {
-                currentBoxes.assign(static_cast<std::size_t>(needed), Box{});
-            }
-            ComposeFrame(&composition, cut, frame, area, flags, &currentBoxes);
-
-            // The area where ink changed.
-            Box inked;
-            if (previous != nullptr && single) {
-                ShownCell before = ShownCellOf(cut, *previous, previousBoxes);
-                ShownCell now = ShownCellOf(cut, frame, currentBoxes);
-                if (before.cell != now.cell || before.ink != now.ink) {
-                    AddBox(&inked, before.ink);
-                    AddBox(&inked, now.ink);
-                }
-            } else if (previous != nullptr) {
-                for (int s = 0; s < slots; s++) {
-                    Shown before = ShownOf(cut, *previous, s, previousBoxes);
-                    Shown now = ShownOf(cut, frame, s, currentBoxes);
-                    if (before.layer != now.layer || before.cell != now.cell || before.x != now.x ||
-                        before.y != now.y) {
-                        AddBox(&inked, before.ink);
-                        AddBox(&inked, now.ink);
-                    }
-                }
-            }
-
-            planes.frontIsHigh = frameSlot & 1;
-            frameSlot = frameSlot + 1;
-
-            if (previous == nullptr) {
-                previousArea = Box{0, 0, planes.width, planes.height};
-                planes.ReduceFrom(composition, nullptr, scale, nullptr);
-            } else {
-                Box reduced = Reduced(inked, scale, planes.width, planes.height);
-                if (IsEmpty(reduced)) {
-                    planes.CopyBackToFront(previousArea);
-                } else {
-                    planes.CopyAround(reduced, previousArea);
-                }
-                previousArea = reduced;
-                planes.ReduceFrom(composition, &box, scale, &reduced);
-            }
+          planes.CopyAround(reduced, previousArea);
         }
-
-        // The first frame is a clean start: no dissolve into it, and it ends
-        // any loop before it.
-        int time = EffectiveTime(cut, first + i);
-        int loop = frame.loop & 0xFFFF;
-        if (i == 0 && time < 0) {
-            time = -time;
-        }
-        if (i == 0 && loop == 0) {
-            loop = 1;
-        }
-        Put16(&out, time);
-        Put16(&out, loop);
-        Put8(&out, DecodedBrightness(frame));
-        Put16(&out, frame.x / scale);
-        Put16(&out, frame.y / scale);
-        Put16(&out, box.x);
-        Put16(&out, box.y);
-        Put16(&out, box.width);
-        Put16(&out, box.height);
-        PutPicture(&out, planes, box, levels, i == 0);
-
-        if (frontPictures != nullptr) {
-            frontPictures->push_back(planes.FrontPicture());
-        }
+        previousArea = reduced;
+        planes.ReduceFrom(composition, &box, scale, &reduced);
+      }
     }
 
-    Patch32(&out, 2, static_cast<std::uint32_t>(out.size()));
-    return out;
+    // The first frame is a clean start: no dissolve into it, and it ends
+    // any loop before it.
+    int time = EffectiveTime(cut, first + i);
+    int loop = frame.loop & 0xFFFF;
+    if (i == 0 && time < 0) {
+      time = -time;
+    }
+    if (i == 0 && loop == 0) {
+      loop = 1;
+    }
+    Put16(&out, time);
+    Put16(&out, loop);
+    Put8(&out, DecodedBrightness(frame));
+    Put16(&out, frame.x / scale);
+    Put16(&out, frame.y / scale);
+    Put16(&out, box.x);
+    Put16(&out, box.y);
+    Put16(&out, box.width);
+    Put16(&out, box.height);
+    PutPicture(&out, planes, box, levels, i == 0);
+
+    if (frontPictures != nullptr) {
+      frontPictures->push_back(planes.FrontPicture());
+    }
+  }
+
+  Patch32(&out, 2, static_cast<std::uint32_t>(out.size()));
+  return out;
 }
 
 Bytes EncodeCut(const CutData& cut, int first, int last, bool* refused, std::uint32_t viewFlags) {
-    return EncodeFrames(cut, first, last, refused, viewFlags, nullptr);
+  return EncodeFrames(cut, first, last, refused, viewFlags, nullptr);
 }
 
 Bytes ExportFrame(const CutData& cut, int frameIndex, std::uint32_t viewFlags) {
-    int scale = ScaleOf(cut);
-    const FrameData& frame = cut.frames[static_cast<std::size_t>(frameIndex)];
+  int scale = ScaleOf(cut);
+  const FrameData& frame = cut.frames[static_cast<std::size_t>(frameIndex)];
 
-    Planes planes;
-    planes.Create(cut.width / scale, cut.height / scale);
-    Canvas view(cut.width, cut.height);
-    ComposeFrame(&view, cut, frame, Box{0, 0, cut.width, cut.height}, viewFlags & kCurrentCellOnly,
-                 nullptr);
-    planes.FillBits(0);
-    planes.frontIsHigh = 0;
-    planes.ReduceFrom(view, nullptr, scale, nullptr);
-    planes.SetLevels(scale == 1 ? 4 : 13);
-    planes.SetBrightness(DecodedBrightness(frame));
+  Planes planes;
+  planes.Create(cut.width / scale, cut.height / scale);
+  Canvas view(cut.width, cut.height);
+  ComposeFrame(&view, cut, frame, Box{0, 0, cut.width, cut.height}, viewFlags & kCurrentCellOnly, nullptr);
+  planes.FillBits(0);
+  planes.frontIsHigh = 0;
+  planes.ReduceFrom(view, nullptr, scale, nullptr);
+  planes.SetLevels(scale == 1 ? 4 : 13);
+  planes.SetBrightness(DecodedBrightness(frame));
 
-    int w = cut.frameWidth / scale;
-    int h = cut.frameHeight / scale;
-    int rowBytes = (w + 1) / 2;
+  int w = cut.frameWidth / scale;
+  int h = cut.frameHeight / scale;
+  int rowBytes = (w + 1) / 2;
 
-    Bytes out;
-    Put8(&out, 'B');
-    Put8(&out, 'M');
-    // The size counts padded rows, though the rows below have no padding.
-    Put32(&out, static_cast<std::uint32_t>(118 + h * ((rowBytes + 3) / 4 * 4)));
-    Put32(&out, 0);
-    Put32(&out, 118);
-    Put32(&out, 40);
-    Put32(&out, static_cast<std::uint32_t>(w));
-    Put32(&out, static_cast<std::uint32_t>(h));
-    Put16(&out, 1);
-    Put16(&out, 4);
-    Put32(&out, 0);
-    Put32(&out, 0);
-    Put32(&out, 0);
-    Put32(&out, 0);
-    Put32(&out, 16);
-    Put32(&out, 0);
-    for (int i = 0; i < 16; i++) {
-        Color color = planes.FrontColor(i);
-        Put8(&out, color.blue);
-        Put8(&out, color.green);
-        Put8(&out, color.red);
-        Put8(&out, 0);
+  Bytes out;
+  Put8(&out, 'B');
+  Put8(&out, 'M');
+  // The size counts padded rows, though the rows below have no padding.
+  Put32(&out, static_cast<std::uint32_t>(118 + h * ((rowBytes + 3) / 4 * 4)));
+  Put32(&out, 0);
+  Put32(&out, 118);
+  Put32(&out, 40);
+  Put32(&out, static_cast<std::uint32_t>(w));
+  Put32(&out, static_cast<std::uint32_t>(h));
+  Put16(&out, 1);
+  Put16(&out, 4);
+  Put32(&out, 0);
+  Put32(&out, 0);
+  Put32(&out, 0);
+  Put32(&out, 0);
+  Put32(&out, 16);
+  Put32(&out, 0);
+  for (int i = 0; i < 16; i++) {
+    Color color = planes.FrontColor(i);
+    Put8(&out, color.blue);
+    Put8(&out, color.green);
+    Put8(&out, color.red);
+    Put8(&out, 0);
+  }
+  for (int i = h - 1; i >= 0; i--) {
+    int y = frame.y / scale + i;
+    for (int c = 0; c < w; c = c + 2) {
+      int x = frame.x / scale + c;
+      Put8(&out, planes.GetFront(x, y) * 16 + planes.GetFront(x + 1, y));
     }
-    for (int i = h - 1; i >= 0; i--) {
-        int y = frame.y / scale + i;
-        for (int c = 0; c < w; c = c + 2) {
-            int x = frame.x / scale + c;
-            Put8(&out, planes.GetFront(x, y) * 16 + planes.GetFront(x + 1, y));
-        }
-    }
-    return out;
+  }
+  return out;
 }
 
 Bytes WriteContainer(const std::string& title, const std::string& author, int width, int height,
                      const std::vector<Bytes>& compiledStreams) {
-    Bytes out;
-    Put8(&out, 'S');
-    Put8(&out, 'V');
+  Bytes out;
+  Put8(&out, 'S');
+  Put8(&out, 'V');
+  Put32(&out, 0);
+  PutText(&out, title);
+  PutText(&out, author);
+  Put16(&out, width);
+  Put16(&out, height);
+  std::size_t maxPosition = out.size();
+  Put16(&out, 0);
+  Put16(&out, 0);
+  Put16(&out, static_cast<int>(compiledStreams.size()));
+  std::size_t tablePosition = out.size();
+  for (std::size_t i = 0; i < compiledStreams.size(); i++) {
     Put32(&out, 0);
-    PutText(&out, title);
-    PutText(&out, author);
-    Put16(&out, width);
-    Put16(&out, height);
-    std::size_t maxPosition = out.size();
-    Put16(&out, 0);
-    Put16(&out, 0);
-    Put16(&out, static_cast<int>(compiledStreams.size()));
-    std::size_t tablePosition = out.size();
-    for (std::size_t i = 0; i < compiledStreams.size(); i++) {
-        Put32(&out, 0);
+  }
+  int maxWidth = 0;
+  int maxHeight = 0;
+  for (std::size_t i = 0; i < compiledStreams.size(); i++) {
+    const Bytes& stream = compiledStreams[i];
+    Patch32(&out, tablePosition + 4 * i, static_cast<std::uint32_t>(out.size()));
+    Reader in;
+    in.data = &stream;
+    in.position = 6;
+    while (in.GetC() > 0) {
     }
-    int maxWidth = 0;
-    int maxHeight = 0;
-    for (std::size_t i = 0; i < compiledStreams.size(); i++) {
-        const Bytes& stream = compiledStreams[i];
-        Patch32(&out, tablePosition + 4 * i, static_cast<std::uint32_t>(out.size()));
-        Reader in;
-        in.data = &stream;
-        in.position = 6;
-        while (in.GetC() > 0) {
-        }
-        maxWidth = std::max(maxWidth, in.I16());
-        maxHeight = std::max(maxHeight, in.I16());
-        for (std::size_t j = 6; j < stream.size(); j++) {
-            out.push_back(stream[j]);
-        }
+    maxWidth = std::max(maxWidth, in.I16());
+    maxHeight = std::max(maxHeight, in.I16());
+    for (std::size_t j = 6; j < stream.size(); j++) {
+      out.push_back(stream[j]);
     }
-    Patch32(&out, 2, static_cast<std::uint32_t>(out.size()));
-    Patch16(&out, maxPosition, maxWidth);
-    Patch16(&out, maxPosition + 2, maxHeight);
-    return out;
+  }
+  Patch32(&out, 2, static_cast<std::uint32_t>(out.size()));
+  Patch16(&out, maxPosition, maxWidth);
+  Patch16(&out, maxPosition + 2, maxHeight);
+  return out;
 }
 
 }  // namespace reference

@@ -149,7 +149,9 @@ inline int32_t PlainAdjustTone(int32_t value, int32_t delta) {
   return tone + 1;
 }
 
-inline bool IsMasked(uint32_t mask, int32_t value) { return (mask >> (static_cast<uint32_t>(value) & 31u) & 1u) != 0; }
+inline bool IsMasked(uint32_t mask, int32_t value) {
+  return (mask >> (static_cast<uint32_t>(value) & 31u) & 1u) != 0;
+}
 
 inline bool PlainComposite(CellImage* destination, int32_t dx, int32_t dy, CellImage* source, int32_t sx, int32_t sy,
                            int32_t width, int32_t height, int32_t flags, uint32_t destMask, uint32_t sourceMask,
@@ -256,7 +258,9 @@ inline Bytes& operator+=(Bytes& bytes, const Bytes& more) {
   return bytes;
 }
 
-inline Bytes operator+(Bytes bytes, const Bytes& more) { return bytes += more; }
+inline Bytes operator+(Bytes bytes, const Bytes& more) {
+  return bytes += more;
+}
 
 inline Bytes TextBytes(const std::string& text) {
   Bytes bytes(text.begin(), text.end());

@@ -1,0 +1,27 @@
+// Settings files: every key is read, one is written and read back.
+
+#include "foundation/settings.h"
+#include "fuzz/fuzz_input.h"
+
+using namespace sorvel;
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  UseSettingsFile(fuzz::InputFile(data, size, "settings.ini"));
+  char text[80];
+  for (const SettingKey* key : {&settings::kFont, &settings::kBrush, &settings::kFilm, &settings::kNewCutCredit,
+                                &settings::kNewFilmTitle, &settings::kNewFilmAuthor}) {
+    ReadSettingText(*key, text, sizeof(text));
+    fuzz::Require(std::strlen(text) < sizeof(text));
+  }
+  for (const SettingKey* key :
+       {&settings::kNewCutWidth, &settings::kNewCutHeight, &settings::kNewCutFps, &settings::kNewCutAntialias,
+        &settings::kNewFilmWidth, &settings::kNewFilmHeight, &settings::kPasteTransparent}) {
+    ReadSettingNumber(*key);
+  }
+  uint32_t color = 0;
+  ReadSettingText(settings::kPasteTransparentColor, text, 8);
+  ParseColorText(text, &color);
+  WriteSettingNumber(settings::kNewCutFps, 12);
+  fuzz::Require(ReadSettingNumber(settings::kNewCutFps) == 12);
+  return 0;
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "animation/animation_window.h"
+#include "animation/stream_inspector.h"
+#include "fuzz/fuzz_input.h"
+#include "platform/headless/headless.h"
+
+namespace sorvel::fuzz {
+
+// Reads, inspects and plays a stream for some ticks.
+inline void PlayInput(const uint8_t* data, size_t size) {
+  InputStream input(data, size);
+  StreamInfo info;
+  LoadReport report;
+  InspectStream(input.Get(), &info, &report);
+  // Pictures of many megapixels only take time.
+  constexpr int32_t largestSide = 120;
+  for (const StreamCutInfo& cut : info.cuts) {
+    if (cut.width > largestSide || cut.height > largestSide) return;
+  }
+  if (info.maxWidth > largestSide || info.maxHeight > largestSide) return;
+  if (info.width > largestSide || info.height > largestSide) return;
+  if (!info.cuts.empty() && (info.cuts[0].frameWidth > largestSide || info.cuts[0].frameHeight > largestSide)) return;
+  AnimationWindow player;
+  player.window = platform::headless::MakeWindow();
+  if (player.Play(input.Get()) != 0) {
+    for (int32_t tick = 0; tick < 40 && platform::headless::RunTimer(); ++tick) {
+    }
+  }
+  player.StopTimer();
+  platform::headless::DestroyWindow(player.window);
+}
+
+}  // namespace sorvel::fuzz

@@ -22,13 +22,13 @@ inline void PlayInput(const uint8_t* data, size_t size) {
   if (info.width > largestSide || info.height > largestSide) return;
   if (!info.cuts.empty() && (info.cuts[0].frameWidth > largestSide || info.cuts[0].frameHeight > largestSide)) return;
   AnimationWindow player;
-  player.window = platform::headless::MakeWindow();
+  player.window = platform::MakeWindow("", nullptr);
   if (player.Play(input.Get()) != 0) {
     for (int32_t tick = 0; tick < 40 && platform::headless::RunTimer(); ++tick) {
     }
   }
   player.StopTimer();
-  platform::headless::DestroyWindow(player.window);
+  platform::DestroyWindow(player.window);
 }
 
 }  // namespace sorvel::fuzz

@@ -39,10 +39,10 @@ class StreamMemory {
 
 // A window that goes with the player.
 struct PlayerWindow {
-  PlayerWindow() { player.window = platform::headless::MakeWindow(); }
+  PlayerWindow() { player.window = platform::MakeWindow("", nullptr); }
   PlayerWindow(const PlayerWindow&) = delete;
   PlayerWindow& operator=(const PlayerWindow&) = delete;
-  ~PlayerWindow() { platform::headless::DestroyWindow(player.window); }
+  ~PlayerWindow() { platform::DestroyWindow(player.window); }
 
   AnimationWindow player;
 };
@@ -100,6 +100,7 @@ int RunPlay(const Arguments& arguments) {
     const int32_t paintsBefore = player.window->paints;
     if (tick == 0) {
       if (player.Play(&memory.stream) == 0) return Fail(in, "the picture can't be shown");
+      if (player.window->height != player.decoder.outputHeight) return Fail(in, "the picture area is too large");
       // A still has only been invalidated; the window paints it in its own time.
       if (player.window->paints == paintsBefore) {
         platform::DeviceContext* context = platform::BeginDrawing(player.window);

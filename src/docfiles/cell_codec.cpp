@@ -57,7 +57,7 @@ uint16_t LoadGroup(const uint8_t* bytes) {
 // byte of codes, which is one for 16 bytes of pixels. The rest is for streams that end early.
 constexpr int64_t kPixelBytesPerByte = 32;
 constexpr int64_t kMemoryPerCell = 128;
-constexpr int64_t kFreeMemory = 1 << 20;
+constexpr int64_t kFreeMemory = 1 << 16;
 
 }  // namespace
 
@@ -89,7 +89,7 @@ bool CellWriter::Allocate(const Layer& layer) {
 }
 
 bool CellWriter::Write(Layer* layer, ByteStream* stream) {
-  if (!Allocate(*layer)) return false;
+  if (layer->cells.Count() > 0 && !Allocate(*layer)) return false;
   WriteText(*stream, layer->ShownName());
   WriteField(*stream, layer->width, 2);
   WriteField(*stream, layer->height, 2);
@@ -250,7 +250,8 @@ bool CellReader::ReadCell(CellImage* image, ByteStream* stream, int32_t length, 
   int32_t offsets[kCodes];
   for (int32_t i = 0; i < kCodes; ++i) offsets[i] = ByteOffset(i, image->pitch);
   std::memset(rowCodes, kFirstRowCodes, static_cast<size_t>(rowBytes));
-  for (int32_t y = 0; y < image->height; ++y) {
+  const int32_t rows = groups > 0 ? image->height : 0;
+  for (int32_t y = 0; y < rows; ++y) {
     const uint8_t* map = rowMap + y * mapRowBytes;
     for (int32_t m = 0; m < mapRowBytes; ++m) {
       for (uint32_t set = map[m]; set != 0; set &= set - 1) {

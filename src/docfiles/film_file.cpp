@@ -38,11 +38,13 @@ bool Film::SaveTo(const char* filePath, char separator) {
   FILE* file = platform::OpenStdioFile(filePath, "w");
   if (file == nullptr) return false;
   std::fprintf(file, "%s\n%s\n%d, %d\n", title, author, width, height);
+  bool complete = true;
   for (int32_t i = 0; i < cuts.Count(); ++i) {
     char relative[kPathCapacity];
-    if (MakeRelativePath(relative, cuts.At(i).name, filePath, separator)) std::fprintf(file, "%s\n", relative);
+    complete = complete && MakeRelativePath(relative, cuts.At(i).name, filePath, separator);
+    if (complete) std::fprintf(file, "%s\n", relative);
   }
-  if (std::fclose(file) != 0) return false;
+  if (std::fclose(file) != 0 || !complete) return false;
   AssignString(&path, filePath);
   modified = 0;
   return true;

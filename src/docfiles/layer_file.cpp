@@ -27,6 +27,7 @@ bool Cut::LoadLayer(ByteStream* stream, LoadReport* report) {
     NoteProblem(report, "not a layer file");
     return false;
   }
+  if (CurrentFrame() == nullptr) return false;
   if (layers.Count() == 0) {
     AddLayer(nullptr, 0, 0, nullptr);
     AttachLayer(0, 0, 0);

@@ -14,10 +14,6 @@ namespace {
 // Rows are worked on in pieces that stay in the nearest cache.
 constexpr int32_t kRunPixels = 1024;
 
-bool IsMasked(uint32_t mask, uint8_t value) {
-  return (mask >> (value & 31) & 1) != 0;
-}
-
 bool IsToneMark(uint8_t value) {
   return static_cast<uint8_t>(value - kMarkFirst) <= kMarkLast - kMarkFirst;
 }

@@ -130,6 +130,11 @@ class CellImage {
   ~CellImage() = default;
 };
 
+// Whether a mask protects pixels of this value.
+inline bool IsMasked(uint32_t mask, int32_t value) {
+  return (mask >> (value & 31) & 1) != 0;
+}
+
 // The tone of the scale that a pixel belongs to, moved by delta and put back as an index of the tone family; 0 for a
 // pixel that belongs to no scale.
 int32_t AdjustTone(int32_t value, int32_t delta);

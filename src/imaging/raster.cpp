@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <limits>
 
 #include "imaging/cell_image.h"
@@ -11,10 +12,6 @@ namespace {
 // A stamp covers kReach columns and rows before its point, and the point with kReach - 1 behind it.
 constexpr int32_t kReach = 4;
 constexpr int32_t kStampSize = 2 * kReach;
-
-bool IsMasked(uint32_t mask, int32_t value) {
-  return (mask >> (value & 31) & 1) != 0;
-}
 
 int32_t ToCoordinate(int64_t value) {
   return static_cast<int32_t>(
@@ -189,8 +186,13 @@ bool CellImage::FillRect(int32_t x, int32_t y, int32_t rectWidth, int32_t rectHe
     Fill(value);
     return true;
   }
-  for (int32_t column = x; column < x + rectWidth; column++) {
-    for (int32_t row = y; row < y + rectHeight; row++) SetPixel(column, row, value);
+  constexpr int32_t runPixels = 1024;
+  uint8_t run[runPixels];
+  std::memset(run, value, sizeof(run));
+  for (int32_t row = y; row < y + rectHeight; row++) {
+    for (int32_t column = 0; column < rectWidth; column += runPixels) {
+      WriteRow(x + column, row, std::min(runPixels, rectWidth - column), run);
+    }
   }
   return true;
 }

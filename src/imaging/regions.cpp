@@ -14,10 +14,6 @@ constexpr uint32_t kFinishedMask = 0xFFFFFF1E;
 constexpr int32_t kBoundaryFirst = kLineBlack + 1;
 constexpr int32_t kLastLevel = 48;
 
-bool IsMasked(uint32_t mask, int32_t value) {
-  return (mask >> (value & 31) & 1) != 0;
-}
-
 bool IsSketch(int32_t value) {
   return value >= kSketchFirst && value <= kSketchLast;
 }

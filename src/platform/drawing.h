@@ -13,6 +13,10 @@ struct DeviceContext;
 DeviceContext* BeginDrawing(WindowHandle window);
 void EndDrawing(WindowHandle window, DeviceContext* context);
 
+// The same in answer to WM_PAINT: what was invalid is valid afterwards.
+DeviceContext* BeginPainting(WindowHandle window);
+void EndPainting(WindowHandle window, DeviceContext* context);
+
 // Fills with black from (left, top) up to, and without, (right, bottom). Nothing if that is empty.
 void FillBlack(DeviceContext* context, int32_t left, int32_t top, int32_t right, int32_t bottom);
 

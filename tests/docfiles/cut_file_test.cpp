@@ -472,24 +472,30 @@ TEST(CutFile, RandomCutsSurviveTheRoundTrip) {
 TEST(CutFile, EveryStreamThatCanSeekHoldsACut) {
   Cut cut(320, 240, 12, "ki", 0);
   MakeSample(&cut);
+  // Fields and pixels whose first byte is FF.
+  FrameAt(cut, 1)->x = -1;
+  FrameAt(cut, 1)->time = 255;
+  cut.frames.At(1)->records.At(0)->cell = -1;
+  Draw(cut.layers.At(0)->CellAt(0), "ff12\n");
+  Bytes bytes = Saved(&cut);
   ChunkStream chunks(64);
   EXPECT_TRUE(cut.Save(&chunks));
-  ASSERT_EQ(chunks.Size(), static_cast<int32_t>(SampleFile().size()));
+  ASSERT_EQ(chunks.Size(), static_cast<int32_t>(bytes.size()));
   chunks.Seek(0, kFromStart);
   Cut fromChunks(1, 1, 1, "", 0);
   LoadReport report;
   EXPECT_TRUE(fromChunks.Load(&chunks, nullptr, &report));
   EXPECT_FALSE(report.IsDamaged()) << report.problem;
-  EXPECT_EQ(Saved(&fromChunks), SampleFile());
+  EXPECT_EQ(Saved(&fromChunks), bytes);
   TemporaryFolder folder;
-  WriteFile(folder.File("cut.cut"), SampleFile());
+  WriteFile(folder.File("cut.cut"), bytes);
   FileStream file(std::fopen(folder.File("cut.cut").c_str(), "rb"));
   ASSERT_TRUE(file.IsOpen());
   Cut fromFile(1, 1, 1, "", 0);
   EXPECT_TRUE(fromFile.Load(&file, nullptr, &report));
   file.Close();
   EXPECT_FALSE(report.IsDamaged()) << report.problem;
-  EXPECT_EQ(Saved(&fromFile), SampleFile());
+  EXPECT_EQ(Saved(&fromFile), bytes);
 }
 
 TEST(CutFile, TextsOf255BytesAreReadWhole) {

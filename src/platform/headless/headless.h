@@ -20,18 +20,15 @@ struct Bitmap {
 };
 
 struct Window {
+  WindowObject* object = nullptr;
   int32_t width = 0;
   int32_t height = 0;
   bool shown = false;
-  int32_t paints = 0;  // how often something was drawn on it
+  int32_t paints = 0;              // how often something was drawn on it
   std::vector<ColorEntry> pixels;  // the client area, width * height, black at first
 };
 
 namespace headless {
-
-// The caller owns the window.
-WindowHandle MakeWindow();
-void DestroyWindow(WindowHandle window);
 
 // The period of the timer that runs in milliseconds, 0 when none does.
 int32_t RunningTimerPeriod();

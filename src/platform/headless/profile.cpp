@@ -16,8 +16,8 @@ namespace sorvel::platform {
 
 namespace {
 
-// No settings file comes near this; what is larger is not one.
-constexpr size_t kLargestFile = 1 << 20;
+// No settings file comes near this; what is larger is not one and isn't read.
+constexpr long kLargestFile = 1 << 20;
 
 bool IsBlank(char byte) {
   return byte == ' ' || byte == '\t' || byte == '\r';
@@ -31,12 +31,15 @@ std::string Trim(const std::string& text) {
   return text.substr(start, end - start);
 }
 
+// False for a file that isn't there; too large a one gives false as well.
 bool ReadLines(const char* path, std::vector<std::string>* lines) {
   FILE* file = OpenStdioFile(path, "rb");
   if (file == nullptr) return false;
+  std::fseek(file, 0, SEEK_END);
+  const bool reasonable = std::ftell(file) <= kLargestFile;
+  std::rewind(file);
   std::string line;
-  size_t size = 0;
-  for (int byte = std::fgetc(file); byte != EOF && size < kLargestFile; byte = std::fgetc(file), ++size) {
+  for (int byte = reasonable ? std::fgetc(file) : EOF; byte != EOF; byte = std::fgetc(file)) {
     if (byte == '\n') {
       lines->push_back(line);
       line.clear();
@@ -46,7 +49,7 @@ bool ReadLines(const char* path, std::vector<std::string>* lines) {
   }
   if (!line.empty()) lines->push_back(line);
   std::fclose(file);
-  return true;
+  return reasonable;
 }
 
 bool IsSection(const std::string& line, std::string* name) {
@@ -125,7 +128,7 @@ void ReadProfileText(const char* path, const char* section, const char* key, con
 
 bool WriteProfileText(const char* path, const char* section, const char* key, const char* text) {
   std::vector<std::string> lines;
-  ReadLines(path, &lines);
+  if (!ReadLines(path, &lines) && PathExists(path)) return false;
   const KeyPlace place = FindKey(lines, section, key);
   const std::string line = std::string(key) + "=" + text + "\r";
   const auto at = lines.begin() + static_cast<std::ptrdiff_t>(place.line);

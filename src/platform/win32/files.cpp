@@ -1,0 +1,36 @@
+#include "platform/files.h"
+
+#include "platform/win32/win32.h"
+
+namespace sorvel::platform {
+
+const char kPathSeparator = '\\';
+
+FILE* OpenStdioFile(const char* path, const char* mode) {
+  return std::fopen(path, mode);
+}
+
+FILE* OpenTemporaryFile() {
+  // The one of the run-time library lies in the root folder, which is closed to most users; this one goes when closed.
+  char folder[MAX_PATH];
+  char path[MAX_PATH];
+  if (GetTempPathA(sizeof(folder), folder) == 0 || GetTempFileNameA(folder, "srv", 0, path) == 0) return nullptr;
+  return std::fopen(path, "wb+D");
+}
+
+bool PathExists(const char* path) {
+  return GetFileAttributesA(path) != INVALID_FILE_ATTRIBUTES;
+}
+
+bool DeletePath(const char* path) {
+  return std::remove(path) == 0;
+}
+
+bool ProgramPath(char* path, size_t capacity) {
+  const DWORD length = GetModuleFileNameA(nullptr, path, static_cast<DWORD>(capacity));
+  if (length > 0 && length < capacity) return true;
+  path[0] = '\0';
+  return false;
+}
+
+}  // namespace sorvel::platform

@@ -1,0 +1,701 @@
+#include "animation/stream_encoder.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "imaging/packed_image.h"
+#include "support/test_streams.h"
+
+namespace sorvel {
+namespace {
+
+using namespace teststreams;
+
+// A cut without layers whose frames show nothing.
+std::unique_ptr<Cut> PlainCut(int32_t width, int32_t height, int32_t frames, int32_t antialias = 0,
+                              const char* credit = "") {
+  std::unique_ptr<Cut> cut(new Cut(width, height, 24, credit, antialias));
+  for (int32_t i = 0; i < frames; ++i) cut->AddFrame();
+  for (int32_t i = 0; i < frames; ++i) {
+    cut->frames.At(i)->x = 0;
+    cut->frames.At(i)->y = 0;
+  }
+  return cut;
+}
+
+// Index 1 to 4 for the numbers 0 to 3.
+std::string Digits(int32_t number) {
+  std::string text;
+  for (int i = 0; i < 4; ++i, number /= 4) text += static_cast<char>('1' + number % 4);
+  return text;
+}
+
+// The picture of 20 by 9 pixels whose block number n, counted by rows of five, has the four numbers of blocks[n].
+std::string BlockPicture(const std::array<int32_t, 45>& blocks) {
+  std::string picture;
+  for (size_t n = 0; n < 45; ++n) {
+    if (n > 0 && n % 5 == 0) picture += '/';
+    picture += Digits(blocks[n]);
+  }
+  return picture;
+}
+
+// All blocks differ: they can only be literals.
+std::array<int32_t, 45> DifferentBlocks() {
+  std::array<int32_t, 45> blocks;
+  for (size_t n = 0; n < 45; ++n) blocks[n] = static_cast<int32_t>(n * 5 + 7);
+  return blocks;
+}
+
+struct Offset {
+  int32_t code;
+  int32_t dx;
+  int32_t dy;
+};
+
+constexpr Offset kOffsets[] = {{1, -4, 0},   {2, -8, 0},  {3, -16, 0},  {4, 0, -1},  {5, -4, -1},
+                               {6, 0, -2},   {7, -4, -2}, {8, -8, -2},  {9, 0, -4},  {10, -4, -4},
+                               {11, -8, -4}, {12, 0, -8}, {13, -4, -8}, {14, -8, -8}};
+
+// The block that the last one of the picture, at (16, 8), copies.
+size_t SourceBlock(int32_t code) {
+  for (const Offset& offset : kOffsets) {
+    if (offset.code == code) return static_cast<size_t>((8 + offset.dy) * 5 + (16 + offset.dx) / 4);
+  }
+  return 44;
+}
+
+constexpr size_t kHeadSize = 17;  // with an empty credit
+constexpr size_t kFrameHeadSize = 25;
+
+TEST(StreamEncoder, PlainPictureIsOneLiteralAndThenCopies) {
+  auto cut = PlainCut(8, 3, 1);
+  EXPECT_EQ(Compile(cut.get()), Hex("43 41  30 00 00 00  00"
+                                    "08 00  03 00  08 00  03 00  18  03"
+                                    "01 00  01 00  32  00 00  00 00"
+                                    "00 00  00 00  08 00  03 00  02 00 00 00  01 00 00 00"
+                                    "01 01 00"
+                                    "10 14"
+                                    "FF"));
+}
+
+TEST(StreamEncoder, CreditStandsWithoutItsLength) {
+  auto cut = PlainCut(4, 1, 1, 0, "\x95\x5C");
+  EXPECT_EQ(Part(Compile(cut.get()), 0, 19), Hex("43 41  2F 00 00 00  95 5C 00"
+                                                 "04 00  01 00  04 00  01 00  18  03"));
+}
+
+TEST(StreamEncoder, FpsAbove127IsTheSameByte) {
+  auto cut = PlainCut(4, 1, 1);
+  cut->fps = 200;
+  EXPECT_EQ(Compile(cut.get()).at(15), 200);
+}
+
+TEST(StreamEncoder, FrameRectangleStandsBesideThePicture) {
+  auto cut = PlainCut(8, 4, 1);
+  cut->frameWidth = 6;
+  cut->frameHeight = 300;
+  EXPECT_EQ(Part(Compile(cut.get()), 7, 8), Hex("08 00 04 00 06 00 2C 01"));
+}
+
+TEST(StreamEncoder, StreamStaysAtTheCutRecord) {
+  auto cut = PlainCut(4, 1, 1);
+  Output output;
+  NibbleBitmap bitmap;
+  bitmap.Create(4, 1);
+  PackedImage composition;
+  composition.Resize(4, 1, 0);
+  AnimationEncoder encoder(&output.stream, &bitmap, 1);
+  ASSERT_EQ(encoder.EncodeCut(cut.get(), &composition, 0, 0), 1);
+  EXPECT_EQ(output.stream.Tell(), 6);
+}
+
+TEST(StreamEncoder, SizeFieldIsTheLengthOfTheFile) {
+  auto cut = MakeCut(12, 5, {"1234", "/1.2.3", "//4444"});
+  const Bytes bytes = Compile(cut.get());
+  EXPECT_EQ(U32At(bytes, 2), bytes.size());
+}
+
+TEST(StreamEncoder, PackedCompositionGivesTheSameBytes) {
+  auto cut = MakeCut(12, 5, {"1234", "/1.2.3", "//4444"});
+  Output output;
+  NibbleBitmap bitmap;
+  bitmap.Create(12, 5);
+  PackedImage composition;
+  composition.Resize(12, 5, 0);
+  AnimationEncoder encoder(&output.stream, &bitmap, 1);
+  ASSERT_EQ(encoder.EncodeCut(cut.get(), &composition, 0, 2), 1);
+  EXPECT_EQ(output.Written(), Compile(cut.get()));
+}
+
+TEST(StreamEncoder, CompositionIsScratch) {
+  auto cut = MakeCut(4, 2, {"....", "/.1"});
+  Output output;
+  NibbleBitmap bitmap;
+  bitmap.Create(4, 2);
+  PackedImage composition;
+  composition.Resize(4, 2, 0);
+  composition.Fill(9);
+  AnimationEncoder encoder(&output.stream, &bitmap, 1);
+  ASSERT_EQ(encoder.EncodeCut(cut.get(), &composition, 0, 1), 1);
+  EXPECT_EQ(output.Written(), Compile(cut.get()));
+}
+
+// What is refused.
+
+TEST(StreamEncoder, BadRangesAreRefusedWithNothingWritten) {
+  auto cut = PlainCut(4, 1, 3);
+  Output output;
+  NibbleBitmap bitmap;
+  bitmap.Create(4, 1);
+  PackedImage composition;
+  composition.Resize(4, 1, 0);
+  AnimationEncoder encoder(&output.stream, &bitmap, 1);
+  EXPECT_EQ(encoder.EncodeCut(cut.get(), &composition, 2, 1), 0);
+  EXPECT_EQ(encoder.EncodeCut(cut.get(), &composition, -1, 1), 0);
+  EXPECT_EQ(encoder.EncodeCut(cut.get(), &composition, 0, 3), 0);
+  EXPECT_EQ(encoder.EncodeCut(cut.get(), &composition, 3, 3), 0);
+  EXPECT_TRUE(output.Written().empty());
+}
+
+TEST(StreamEncoder, OutputSizeThreeIsRefused) {
+  auto cut = PlainCut(4, 1, 1);
+  cut->stateFlags |= 3u << kAntialiasShift;
+  EXPECT_TRUE(Compile(cut.get()).empty());
+}
+
+TEST(StreamEncoder, NoRoomForACutIsRefused) {
+  auto cut = PlainCut(4, 1, 1);
+  Output output;
+  NibbleBitmap bitmap;
+  bitmap.Create(4, 1);
+  PackedImage composition;
+  composition.Resize(4, 1, 0);
+  AnimationEncoder encoder(&output.stream, &bitmap, 0);
+  EXPECT_EQ(encoder.EncodeCut(cut.get(), &composition, 0, 0), 0);
+  EXPECT_TRUE(output.Written().empty());
+}
+
+// Heads of frames.
+
+TEST(StreamEncoder, FramesThatDifferOnlyInTimingTake25Bytes) {
+  auto cut = MakeCut(4, 2, {"1"});
+  Frame* first = cut->frames.At(0);
+  Frame* second = cut->AddFrame();
+  second->CopyFrom(first);
+  second->time = -3;
+  second->loop = 0;
+  second->brightness = 7;
+  AssignString(&second->comment, "fade");
+  const Bytes both = Compile(cut.get(), 0, 1);
+  const Bytes alone = Compile(cut.get(), 0, 0);
+  ASSERT_EQ(both.size(), alone.size() + 25);
+  EXPECT_EQ(From(both, alone.size()), Hex("FD FF  00 00  07  00 00  00 00"
+                                          "00 00  00 00  00 00  00 00  00 00 00 00  00 00 00 00"));
+}
+
+TEST(StreamEncoder, FrameThatDiffersOnlyInItsPositionHasAnEmptyBox) {
+  auto cut = MakeCut(4, 2, {"1"});
+  Frame* second = cut->AddFrame();
+  second->CopyFrom(cut->frames.At(0));
+  second->x = 5;
+  second->y = -2;
+  const Bytes both = Compile(cut.get(), 0, 1);
+  EXPECT_EQ(From(both, Compile(cut.get(), 0, 0).size()), Hex("01 00  01 00  32  05 00  FE FF"
+                                                             "00 00  00 00  00 00  00 00  00 00 00 00  00 00 00 00"));
+}
+
+TEST(StreamEncoder, LayerThatFollowsTheFrameMovesWithItsPosition) {
+  auto cut = MakeCut(8, 2, {"/.1"});
+  cut->layers.At(0)->followFrame = 1;
+  Frame* second = cut->AddFrame();
+  second->CopyFrom(cut->frames.At(0));
+  second->x = 4;
+  const Bytes both = Compile(cut.get(), 0, 1);
+  const size_t at = Compile(cut.get(), 0, 0).size();
+  EXPECT_EQ(Part(both, at + 9, 8), Hex("00 00  01 00  06 00  01 00"));
+}
+
+TEST(StreamEncoder, FrameBehindAnUnchangedOneIsComparedWithItsPicture) {
+  auto changed = MakeCut(8, 3, {"", "/.1"});
+  const Bytes direct = Compile(changed.get());
+  auto cut = MakeCut(8, 3, {"", "/.1"});
+  cut->currentFrame = 0;
+  Frame* same = cut->AddFrame();
+  same->CopyFrom(cut->frames.At(0));
+  const Bytes bytes = Compile(cut.get(), 0, 2);
+  const size_t head = Compile(cut.get(), 0, 0).size();
+  ASSERT_EQ(bytes.size(), direct.size() + 25);
+  EXPECT_EQ(From(bytes, head + 25), From(direct, head));
+}
+
+TEST(StreamEncoder, FirstFrameOfARangeIsFullEvenInTheMiddle) {
+  auto cut = MakeCut(4, 2, {"", "/.1", "/.1"});
+  cut->frames.At(2)->time = -5;
+  cut->frames.At(2)->loop = 0;
+  cut->frames.At(2)->brightness = 80;
+  const Bytes bytes = Compile(cut.get(), 2, 2);
+  EXPECT_EQ(From(bytes, kHeadSize), Hex("05 00  01 00  50  00 00  00 00"
+                                        "00 00  00 00  04 00  02 00  01 00 00 00  02 00 00 00"
+                                        "01 00  00  FF F3"));
+}
+
+TEST(StreamEncoder, FirstFrameKeepsAPositiveTimeAndALoop) {
+  auto cut = PlainCut(4, 1, 1);
+  cut->frames.At(0)->time = 300;
+  cut->frames.At(0)->loop = 3;
+  EXPECT_EQ(Part(Compile(cut.get()), kHeadSize, 4), Hex("2C 01 03 00"));
+}
+
+TEST(StreamEncoder, FirstFrameKeepsANegativeLoop) {
+  auto cut = PlainCut(4, 1, 1);
+  cut->frames.At(0)->loop = -1;
+  EXPECT_EQ(Part(Compile(cut.get()), kHeadSize, 4), Hex("01 00 FF FF"));
+}
+
+TEST(StreamEncoder, LaterFramesKeepSignAndZero) {
+  auto cut = PlainCut(4, 1, 2);
+  cut->frames.At(1)->time = -2;
+  cut->frames.At(1)->loop = 0;
+  EXPECT_EQ(Part(Compile(cut.get()), Compile(cut.get(), 0, 0).size(), 4), Hex("FE FF 00 00"));
+}
+
+TEST(StreamEncoder, TimeZeroIsWrittenAsItIs) {
+  auto cut = PlainCut(4, 1, 2);
+  cut->frames.At(0)->time = 0;
+  cut->frames.At(1)->time = 0;
+  const Bytes bytes = Compile(cut.get());
+  EXPECT_EQ(I16At(bytes, kHeadSize), 0);
+  EXPECT_EQ(I16At(bytes, Compile(cut.get(), 0, 0).size()), 0);
+}
+
+TEST(StreamEncoder, LoopIsCutToItsLowSixteenBits) {
+  auto cut = PlainCut(4, 1, 2);
+  cut->frames.At(1)->loop = 40000 + 65536;
+  EXPECT_EQ(Part(Compile(cut.get()), Compile(cut.get(), 0, 0).size() + 2, 2), Hex("40 9C"));
+}
+
+TEST(StreamEncoder, BrightnessOfAKeyFrameIsDecoded) {
+  auto cut = PlainCut(4, 1, 2);
+  cut->frames.At(0)->brightness = -101;
+  cut->frames.At(1)->brightness = -1;
+  const Bytes bytes = Compile(cut.get());
+  EXPECT_EQ(bytes.at(kHeadSize + 4), 100);
+  EXPECT_EQ(bytes.at(Compile(cut.get(), 0, 0).size() + 4), 0);
+}
+
+TEST(StreamEncoder, KeyFrameLeavesItsInBetweensTheirTime) {
+  auto cut = PlainCut(4, 1, 4);
+  const int32_t times[] = {10, 2, 3, 6};
+  for (int32_t i = 0; i < 4; ++i) cut->frames.At(i)->time = times[i];
+  cut->frames.At(0)->SetKey(true);
+  cut->frames.At(3)->SetKey(true);
+  const Bytes bytes = Compile(cut.get());
+  const size_t second = Compile(cut.get(), 0, 0).size();
+  EXPECT_EQ(I16At(bytes, kHeadSize), 5);
+  EXPECT_EQ(I16At(bytes, second), 2);
+  EXPECT_EQ(I16At(bytes, second + 25), 3);
+  EXPECT_EQ(I16At(bytes, second + 50), 6);
+}
+
+TEST(StreamEncoder, KeyFrameCountsInBetweensBehindTheRange) {
+  auto cut = PlainCut(4, 1, 2);
+  cut->frames.At(0)->time = 10;
+  cut->frames.At(0)->SetKey(true);
+  cut->frames.At(1)->time = 3;
+  EXPECT_EQ(I16At(Compile(cut.get(), 0, 0), kHeadSize), 7);
+}
+
+TEST(StreamEncoder, KeyFrameStandsAtLeastOneTick) {
+  auto cut = PlainCut(4, 1, 3);
+  cut->frames.At(0)->time = 4;
+  cut->frames.At(0)->SetKey(true);
+  cut->frames.At(1)->time = 3;
+  cut->frames.At(2)->time = -3;
+  EXPECT_EQ(I16At(Compile(cut.get(), 0, 0), kHeadSize), 1);
+}
+
+TEST(StreamEncoder, NegativeKeyFrameKeepsItsSignBehindTheFirst) {
+  auto cut = PlainCut(4, 1, 3);
+  cut->frames.At(1)->time = -10;
+  cut->frames.At(1)->SetKey(true);
+  cut->frames.At(2)->time = 2;
+  EXPECT_EQ(I16At(Compile(cut.get()), Compile(cut.get(), 0, 0).size()), -8);
+  EXPECT_EQ(I16At(Compile(cut.get(), 1, 2), kHeadSize), 8);
+}
+
+// Sizes.
+
+TEST(StreamEncoder, HalfSizeDividesTruncating) {
+  auto cut = PlainCut(9, 5, 1, 1);
+  cut->frameWidth = 7;
+  cut->frameHeight = 3;
+  cut->frames.At(0)->x = -3;
+  cut->frames.At(0)->y = 5;
+  const Bytes bytes = Compile(cut.get());
+  EXPECT_EQ(Part(bytes, 7, 10), Hex("04 00 02 00 03 00 01 00 18 0C"));
+  EXPECT_EQ(Part(bytes, kHeadSize + 5, 12), Hex("FF FF 02 00  00 00 00 00 04 00 02 00"));
+}
+
+TEST(StreamEncoder, QuarterSizeDividesTruncating) {
+  auto cut = PlainCut(19, 11, 1, 2);
+  cut->frames.At(0)->x = -7;
+  cut->frames.At(0)->y = 11;
+  const Bytes bytes = Compile(cut.get());
+  EXPECT_EQ(Part(bytes, 7, 10), Hex("04 00 02 00 04 00 02 00 18 0C"));
+  EXPECT_EQ(Part(bytes, kHeadSize + 5, 12), Hex("FF FF 02 00  00 00 00 00 04 00 02 00"));
+}
+
+TEST(StreamEncoder, OddCanvasAtHalfSizeLosesItsLastColumn) {
+  auto empty = PlainCut(9, 5, 1, 1);
+  auto cut = MakeCut(9, 5, {"........1/........1/........1/........1/111111111"}, 1);
+  EXPECT_EQ(Compile(cut.get()), Compile(empty.get()));
+}
+
+TEST(StreamEncoder, WidthThatIsNoMultipleOfFourHasWholeBlocks) {
+  auto cut = PlainCut(6, 2, 1);
+  EXPECT_EQ(From(Compile(cut.get()), kHeadSize + 9), Hex("00 00  00 00  06 00  02 00  02 00 00 00  02 00 00 00"
+                                                         "01 01"
+                                                         "00 44"
+                                                         "FF 0F"));
+}
+
+TEST(StreamEncoder, OddNumberOfBlocksLeavesTheLastHighNibbleZero) {
+  auto cut = PlainCut(12, 2, 1);
+  EXPECT_EQ(From(Compile(cut.get()), kHeadSize + kFrameHeadSize), Hex("03 01"
+                                                                      "10 01 14"
+                                                                      "FF"));
+}
+
+TEST(StreamEncoder, MapRowHasABitForEachByteOfCodes) {
+  auto cut = MakeCut(72, 2, {std::string(68, '.') + "1..."});
+  const Bytes bytes = Compile(cut.get());
+  // In the second row the last block is like its left neighbour.
+  EXPECT_EQ(From(bytes, kHeadSize + 17), Hex("04 00 00 00  02 00 00 00"
+                                             "01 01  01 01"
+                                             "10 01  14 11"
+                                             "FF FC"));
+}
+
+// Levels.
+
+TEST(StreamEncoder, EachColourIndexHasItsLevelAtFullSize) {
+  auto cut = MakeCut(16, 1, {".123456789abcdef"});
+  EXPECT_EQ(From(Compile(cut.get()), kHeadSize + kFrameHeadSize), Hex("03"
+                                                                      "00 20"
+                                                                      "93 FF E4"));
+}
+
+TEST(StreamEncoder, HalfSizeAddsUpFourPixels) {
+  auto cut = MakeCut(8, 2, {"1112248./11332344"}, 1);
+  EXPECT_EQ(From(Compile(cut.get()), kHeadSize + kFrameHeadSize), Hex("01 00 50 97"));
+}
+
+struct DitherRow {
+  int32_t remainder;
+  int32_t added[4];
+};
+
+TEST(StreamEncoder, QuarterSizeDithersTheRemainder) {
+  const DitherRow rows[] = {{0, {0, 0, 0, 0}}, {1, {1, 0, 0, 0}}, {2, {1, 0, 0, 1}}, {3, {1, 1, 0, 1}}};
+  for (const DitherRow& row : rows) {
+    SCOPED_TRACE(row.remainder);
+    std::string picture;
+    for (int32_t y = 0; y < 8; ++y) {
+      if (y > 0) picture += '/';
+      for (int32_t x = 0; x < 8; ++x) {
+        const bool corner = x % 4 == 3 && y % 4 == 3;
+        const bool white = y % 4 == 0 || (y % 4 == 1 && x % 4 < 2);
+        picture += corner ? static_cast<char>('1' + row.remainder) : white ? '4' : y % 4 == 1 && x % 4 == 2 ? '3' : '1';
+      }
+    }
+    // 4 + 2 pixels of 3, one of 2 and the remainder: 20 + remainder.
+    auto cut = MakeCut(8, 8, {picture}, 2);
+    const Bytes bytes = Compile(cut.get());
+    const uint8_t top = static_cast<uint8_t>((5 + row.added[0]) | (5 + row.added[1]) << 4);
+    const uint8_t bottom = static_cast<uint8_t>((5 + row.added[2]) | (5 + row.added[3]) << 4);
+    if (top == bottom) {
+      EXPECT_EQ(From(bytes, kHeadSize + kFrameHeadSize), Join({Hex("01 01 00 04"), {top, 0}}));
+    } else {
+      EXPECT_EQ(From(bytes, kHeadSize + kFrameHeadSize), Join({Hex("01 00 00"), {top, 0, bottom, 0}}));
+    }
+  }
+}
+
+TEST(StreamEncoder, QuarterSizeOfAPlainPictureIsTwelve) {
+  auto cut = PlainCut(16, 4, 1, 2);
+  EXPECT_EQ(From(Compile(cut.get()), kHeadSize + kFrameHeadSize), Hex("01 00 CC CC"));
+}
+
+// Codes of blocks.
+
+TEST(StreamEncoder, DifferentBlocksAreLiterals) {
+  const auto blocks = DifferentBlocks();
+  auto cut = MakeCut(20, 9, {BlockPicture(blocks)});
+  Bytes expected =
+      Hex("01 00  01 00  32  00 00  00 00  00 00  00 00  14 00  09 00  03 00 00 00  2D 00 00 00"
+          "07 00 00 00 00 00 00 00 00"
+          "00 00 00");
+  for (int32_t block : blocks) expected.push_back(static_cast<uint8_t>(block));
+  EXPECT_EQ(From(Compile(cut.get()), kHeadSize), expected);
+}
+
+TEST(StreamEncoder, EachCodeCopiesFromItsOffset) {
+  for (const Offset& offset : kOffsets) {
+    SCOPED_TRACE(offset.code);
+    auto blocks = DifferentBlocks();
+    blocks[44] = blocks[SourceBlock(offset.code)];
+    auto cut = MakeCut(20, 9, {BlockPicture(blocks)});
+    Bytes expected =
+        Hex("04 00 00 00  2C 00 00 00"
+            "07 00 00 00 00 00 00 00 04"
+            "00 00 00");
+    expected.push_back(static_cast<uint8_t>(offset.code));
+    for (size_t n = 0; n < 44; ++n) expected.push_back(static_cast<uint8_t>(blocks[n]));
+    EXPECT_EQ(From(Compile(cut.get()), kHeadSize + 17), expected);
+  }
+}
+
+TEST(StreamEncoder, CodesAreTriedInAFixedOrder) {
+  const int32_t order[] = {1, 4, 5, 6, 7, 9, 10, 2, 8, 11, 12, 13, 14, 3};
+  for (size_t i = 0; i + 1 < std::size(order); ++i) {
+    SCOPED_TRACE(order[i]);
+    auto blocks = DifferentBlocks();
+    blocks[44] = blocks[SourceBlock(order[i])];
+    blocks[SourceBlock(order[i + 1])] = blocks[44];
+    auto cut = MakeCut(20, 9, {BlockPicture(blocks)});
+    const Bytes bytes = Compile(cut.get());
+    const uint32_t codeSize = U32At(bytes, kHeadSize + 17);
+    EXPECT_EQ(bytes.at(kHeadSize + kFrameHeadSize + 9 + codeSize - 1), order[i]);
+  }
+}
+
+TEST(StreamEncoder, CodeOfTheRowAboveIsTriedFirst) {
+  auto blocks = DifferentBlocks();
+  blocks[39] = blocks[19];               // row 7 copies from four rows above
+  blocks[43] = blocks[44] = blocks[24];  // and so can row 8, which has the same block to its left
+  auto cut = MakeCut(20, 9, {BlockPicture(blocks)});
+  const Bytes bytes = Compile(cut.get());
+  EXPECT_EQ(Part(bytes, kHeadSize + kFrameHeadSize, 9), Hex("07 00 00 00 00 00 00 04 00"));
+  EXPECT_EQ(U32At(bytes, kHeadSize + 17), 4u);
+  EXPECT_EQ(bytes.at(kHeadSize + kFrameHeadSize + 9 + 3), 9);
+}
+
+TEST(StreamEncoder, TopRowUsesOnlyItsLeft) {
+  // The third block is that two to its left, the fourth that to its left, the seventh that four to its left.
+  auto cut = MakeCut(32, 1, {"11112222111111113333444411112222"});
+  EXPECT_EQ(From(Compile(cut.get()), kHeadSize + kFrameHeadSize), Hex("0F"
+                                                                      "00 12 00 03"
+                                                                      "00 55 AA FF 55"));
+}
+
+TEST(StreamEncoder, SixteenToTheLeftWorksInTheTopRow) {
+  auto cut = MakeCut(20, 1, {"11112222333344441111"});
+  EXPECT_EQ(From(Compile(cut.get()), kHeadSize + kFrameHeadSize), Hex("07"
+                                                                      "00 00 03"
+                                                                      "00 55 AA FF"));
+}
+
+TEST(StreamEncoder, FirstFrameNeverUsesTheFrameBefore) {
+  // The planes still hold the very picture.
+  auto cut = MakeCut(4, 2, {"1234/4321"});
+  NibbleBitmap bitmap;
+  bitmap.Create(4, 2);
+  const uint8_t rows[] = {0x00, 0x11, 0x22, 0x33, 0x33, 0x22, 0x11, 0x00};
+  for (size_t i = 0; i < 8; ++i) bitmap.bits[i] = rows[i];
+  Output output;
+  PackedImage composition;
+  composition.Resize(4, 2, 0);
+  AnimationEncoder encoder(&output.stream, &bitmap, 1);
+  ASSERT_EQ(encoder.EncodeCut(cut.get(), &composition, 0, 0), 1);
+  EXPECT_EQ(From(output.Written(), kHeadSize + kFrameHeadSize), Hex("01 00 00 E4 1B"));
+}
+
+TEST(StreamEncoder, UnchangedBlockInsideTheBoxIsCopiedFromTheFrameBefore) {
+  const auto blocks = DifferentBlocks();
+  auto changed = blocks;
+  // Block 5 (7 + 25 = 32: 0 0 2 0) gets another second pixel, block 7 (42: 2 2 2 0) another first one.
+  changed[5] = 32 + 3 * 4;
+  changed[7] = 42 + 1;
+  auto cut = MakeCut(20, 9, {BlockPicture(blocks), BlockPicture(changed)});
+  const size_t at = Compile(cut.get(), 0, 0).size();
+  EXPECT_EQ(From(Compile(cut.get()), at), Hex("01 00  01 00  32  00 00  00 00"
+                                              "00 00  01 00  09 00  01 00  02 00 00 00  02 00 00 00"
+                                              "03"
+                                              "F0 00"
+                                              "2C 2B"));
+}
+
+TEST(StreamEncoder, FrameBeforeComesBehindTwoRowsAboveInTheOrder) {
+  // A picture of equal blocks: codes 1, 4, 5 and 6 hold as well as 15.
+  auto cut = MakeCut(8, 4, {"", "///.1.....1"});
+  const size_t at = Compile(cut.get(), 0, 0).size();
+  // Changed pixels (1, 3) and (7, 3): both blocks are new.
+  EXPECT_EQ(From(Compile(cut.get()), at + 9), Hex("00 00  03 00  08 00  01 00  01 00 00 00  02 00 00 00"
+                                                  "01 00 F3 3F"));
+}
+
+TEST(StreamEncoder, TopRowOfALaterFrameMayUseTheFrameBefore) {
+  auto cut = MakeCut(12, 2, {"123421434123", "1234214341../.1.........1"});
+  const size_t at = Compile(cut.get(), 0, 0).size();
+  // The box runs from (0, 0): its first two blocks are those of the frame before.
+  EXPECT_EQ(From(Compile(cut.get()), at + 9), Hex("00 00  00 00  0C 00  02 00  03 00 00 00  03 00 00 00"
+                                                  "03 01"
+                                                  "FF 00 F0"
+                                                  "F3 F3 3F"));
+}
+
+// Boxes.
+
+TEST(StreamEncoder, MovedLayerTakesItsOldAndItsNewInkIntoTheBox) {
+  auto cut = MakeCut(16, 8, {"/..1"});
+  Frame* second = cut->AddFrame();
+  second->CopyFrom(cut->frames.At(0));
+  second->x = 0;
+  second->y = 0;
+  second->OffsetRecord(0, 7, 4);
+  const size_t at = Compile(cut.get(), 0, 0).size();
+  EXPECT_EQ(Part(Compile(cut.get(), 0, 1), at + 9, 8), Hex("02 00  01 00  08 00  05 00"));
+}
+
+TEST(StreamEncoder, BoxBeginsAtAnEvenColumn) {
+  auto cut = MakeCut(12, 4, {"", "/.....1/.......1"});
+  const size_t at = Compile(cut.get(), 0, 0).size();
+  EXPECT_EQ(Part(Compile(cut.get()), at + 9, 8), Hex("04 00  01 00  04 00  02 00"));
+}
+
+TEST(StreamEncoder, BlocksFollowTheBoxAndNotThePicture) {
+  auto cut = MakeCut(12, 4, {"", "/..1....1"});
+  const size_t at = Compile(cut.get(), 0, 0).size();
+  EXPECT_EQ(From(Compile(cut.get()), at + 9), Hex("02 00  01 00  06 00  01 00  01 00 00 00  02 00 00 00"
+                                                  "01 00 FC F3"));
+}
+
+TEST(StreamEncoder, LastBlockOfABoxReachesIntoTheNextRow) {
+  auto cut = MakeCut(8, 4, {"//1", "/..1....1/1"});
+  const size_t at = Compile(cut.get(), 0, 0).size();
+  // The second block holds (6, 1), (7, 1), (0, 2) and (1, 2).
+  EXPECT_EQ(From(Compile(cut.get()), at + 9), Hex("02 00  01 00  06 00  01 00  01 00 00 00  02 00 00 00"
+                                                  "01 00 FC C3"));
+}
+
+TEST(StreamEncoder, ChangesInColumnZeroAloneAreDropped) {
+  auto cut = MakeCut(8, 4, {"", "/1/1/1"});
+  const size_t at = Compile(cut.get(), 0, 0).size();
+  EXPECT_EQ(From(Compile(cut.get()), at + 9), Hex("00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"));
+}
+
+TEST(StreamEncoder, ChangesInRowZeroAloneAreDropped) {
+  auto cut = MakeCut(8, 4, {"", ".1111111"});
+  const size_t at = Compile(cut.get(), 0, 0).size();
+  EXPECT_EQ(From(Compile(cut.get()), at + 9), Hex("00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"));
+}
+
+TEST(StreamEncoder, DroppedChangesCountAsSentAfterwards) {
+  auto cut = MakeCut(8, 4, {"", "/1", "/1....1"});
+  const size_t at = Compile(cut.get(), 0, 1).size();
+  EXPECT_EQ(Part(Compile(cut.get()), at + 9, 8), Hex("04 00  01 00  02 00  01 00"));
+}
+
+TEST(StreamEncoder, BlockThatTouchesADroppedChangeCarriesIt) {
+  auto cut = MakeCut(8, 4, {"", "/1", "/11"});
+  const size_t at = Compile(cut.get(), 0, 1).size();
+  EXPECT_EQ(From(Compile(cut.get()), at + 9), Hex("00 00  01 00  02 00  01 00  01 00 00 00  01 00 00 00"
+                                                  "01 00 F0"));
+}
+
+TEST(StreamEncoder, InkOutsideTheCanvasChangesNothing) {
+  auto cut = MakeCut(8, 4, {"/.1"});
+  Frame* second = cut->AddFrame();
+  second->AddRecord(cut->layers.At(0), 0, 100, 100);
+  second->x = 0;
+  second->y = 0;
+  Frame* third = cut->AddFrame();
+  third->AddRecord(cut->layers.At(0), 0, -50, 100);
+  third->x = 0;
+  third->y = 0;
+  const Bytes two = Compile(cut.get(), 0, 1);
+  const Bytes three = Compile(cut.get(), 0, 2);
+  EXPECT_EQ(three.size(), two.size() + 25);
+}
+
+TEST(StreamEncoder, SketchAndToneMarksNeverShow) {
+  auto cut = MakeCut(8, 4, {"", "/.567bcde"});
+  const size_t at = Compile(cut.get(), 0, 0).size();
+  EXPECT_EQ(Compile(cut.get()).size(), at + 25);
+}
+
+TEST(StreamEncoder, BlankRecordShowsNothing) {
+  auto cut = MakeCut(8, 4, {"", "/.1"});
+  cut->frames.At(1)->records.At(0)->cell = -2;
+  const size_t at = Compile(cut.get(), 0, 0).size();
+  EXPECT_EQ(Compile(cut.get()).size(), at + 25);
+}
+
+TEST(StreamEncoder, HalfSizeBoxIsInReducedPixels) {
+  auto cut = MakeCut(16, 8, {"", "///......1....1"}, 1);
+  const size_t at = Compile(cut.get(), 0, 0).size();
+  // Of (6, 3) and (11, 3): the reduced pixels (3, 1) and (5, 1).
+  EXPECT_EQ(From(Compile(cut.get()), at + 9), Hex("02 00  01 00  04 00  01 00  01 00 00 00  02 00 00 00"
+                                                  "01 00 9C 9C"));
+}
+
+// The current record.
+
+TEST(StreamEncoder, CurrentCellOnlyLeavesOtherLayersOut) {
+  auto cut = MakeCut(4, 2, {"1111"});
+  Layer* top = cut->AddLayer("B", 4, 2, nullptr);
+  Paint(top->CellAt(0), "/2222");
+  cut->frames.At(0)->AddRecord(top, 0, 0, 0);
+  cut->viewFlags = kCurrentCellOnly;
+  EXPECT_EQ(From(Compile(cut.get()), kHeadSize + kFrameHeadSize), Hex("01 00 00 FF 55"));
+  cut->frames.At(0)->SelectRecord(0);
+  EXPECT_EQ(From(Compile(cut.get()), kHeadSize + kFrameHeadSize), Hex("01 00 00 00 FF"));
+}
+
+TEST(StreamEncoder, OtherDisplayFlagsDontReachTheOutput) {
+  auto cut = MakeCut(4, 2, {"1111", "/2222"});
+  const Bytes plain = Compile(cut.get());
+  cut->viewFlags = kOnionPrevious | kOnionNext | kDimOthers | 1u << kDrawLimitShift;
+  EXPECT_EQ(Compile(cut.get()), plain);
+}
+
+TEST(StreamEncoder, RecordUnderEditBecomesCurrentInAllComposedFrames) {
+  auto cut = MakeCut(4, 2, {"1111", "/2222", "/.3"});
+  Layer* top = cut->AddLayer("B", 4, 2, nullptr);
+  for (int32_t i = 0; i < 3; ++i) cut->frames.At(i)->AddRecord(top, 0, 0, 0);
+  Frame* same = cut->AddFrame();
+  same->CopyFrom(cut->frames.At(2));
+  same->SelectRecord(1);
+  cut->currentFrame = 1;
+  cut->frames.At(1)->SelectRecord(0);
+  ASSERT_FALSE(Compile(cut.get()).empty());
+  EXPECT_EQ(cut->frames.At(0)->currentRecord, 0);
+  EXPECT_EQ(cut->frames.At(1)->currentRecord, 0);
+  EXPECT_EQ(cut->frames.At(2)->currentRecord, 0);
+  EXPECT_EQ(cut->frames.At(3)->currentRecord, 1) << "it wasn't composed";
+}
+
+TEST(StreamEncoder, FrameWithoutThatRecordKeepsItsOwn) {
+  auto cut = MakeCut(4, 2, {"1111", "/2222"});
+  Layer* top = cut->AddLayer("B", 4, 2, nullptr);
+  cut->frames.At(1)->AddRecord(top, 0, 0, 0);
+  ASSERT_EQ(cut->currentFrame, 1);
+  ASSERT_FALSE(Compile(cut.get()).empty());
+  EXPECT_EQ(cut->frames.At(0)->currentRecord, 0);
+}
+
+TEST(StreamEncoder, CompilingMarksNothing) {
+  auto cut = MakeCut(4, 2, {"1111", "/2222"});
+  cut->stateFlags = kTimingStale;
+  ASSERT_FALSE(Compile(cut.get()).empty());
+  EXPECT_EQ(cut->stateFlags, static_cast<uint32_t>(kTimingStale));
+}
+
+}  // namespace
+}  // namespace sorvel

@@ -1,0 +1,254 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <initializer_list>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "animation/stream_encoder.h"
+#include "document/cut.h"
+#include "foundation/byte_stream.h"
+#include "imaging/indexed_image.h"
+#include "imaging/nibble_bitmap.h"
+
+namespace sorvel::teststreams {
+
+using Bytes = std::vector<uint8_t>;
+
+// Pairs of hexadecimal digits; blanks and line ends between them don't count.
+inline Bytes Hex(std::string_view text) {
+  Bytes bytes;
+  int digits = 0;
+  int value = 0;
+  for (char c : text) {
+    if (c == ' ' || c == '\n') continue;
+    value = value * 16 + (c <= '9' ? c - '0' : c <= 'F' ? c - 'A' + 10 : c - 'a' + 10);
+    if (++digits == 2) {
+      bytes.push_back(static_cast<uint8_t>(value));
+      digits = 0;
+      value = 0;
+    }
+  }
+  return bytes;
+}
+
+inline Bytes Join(std::initializer_list<Bytes> parts) {
+  Bytes whole;
+  for (const Bytes& part : parts) whole.insert(whole.end(), part.begin(), part.end());
+  return whole;
+}
+
+inline Bytes Le16(int32_t value) {
+  return {static_cast<uint8_t>(value & 255), static_cast<uint8_t>(value >> 8 & 255)};
+}
+
+inline Bytes Le32(uint32_t value) {
+  return {static_cast<uint8_t>(value & 255), static_cast<uint8_t>(value >> 8 & 255),
+          static_cast<uint8_t>(value >> 16 & 255), static_cast<uint8_t>(value >> 24 & 255)};
+}
+
+inline Bytes Text(std::string_view text) {
+  Bytes bytes(text.begin(), text.end());
+  bytes.push_back(0);
+  return bytes;
+}
+
+inline uint32_t U32At(const Bytes& bytes, size_t offset) {
+  return static_cast<uint32_t>(bytes.at(offset) | bytes.at(offset + 1) << 8 | bytes.at(offset + 2) << 16) |
+         static_cast<uint32_t>(bytes.at(offset + 3)) << 24;
+}
+
+inline int32_t I16At(const Bytes& bytes, size_t offset) {
+  return static_cast<int16_t>(bytes.at(offset) | bytes.at(offset + 1) << 8);
+}
+
+inline Bytes Part(const Bytes& bytes, size_t from, size_t count) {
+  return Bytes(bytes.begin() + static_cast<ptrdiff_t>(from), bytes.begin() + static_cast<ptrdiff_t>(from + count));
+}
+
+inline Bytes From(const Bytes& bytes, size_t from) {
+  return Part(bytes, from, bytes.size() - from);
+}
+
+struct FrameHead {
+  int32_t time = 1;
+  int32_t loop = 1;
+  int32_t brightness = 50;
+  int32_t x = 0;
+  int32_t y = 0;
+  Rect box;
+};
+
+inline Bytes FrameBytes(const FrameHead& head, const Bytes& map = {}, const Bytes& codes = {},
+                        const Bytes& literals = {}) {
+  return Join({Le16(head.time),
+               Le16(head.loop),
+               {static_cast<uint8_t>(head.brightness & 255)},
+               Le16(head.x),
+               Le16(head.y),
+               Le16(head.box.x),
+               Le16(head.box.y),
+               Le16(head.box.width),
+               Le16(head.box.height),
+               Le32(static_cast<uint32_t>(codes.size())),
+               Le32(static_cast<uint32_t>(literals.size())),
+               map,
+               codes,
+               literals});
+}
+
+// A frame of a picture of 4 by 1 pixels, all in one block of its own.
+inline Bytes Block(int32_t time, int32_t loop, uint8_t literal, int32_t brightness = 50, int32_t x = 0, int32_t y = 0) {
+  return FrameBytes({time, loop, brightness, x, y, {0, 0, 4, 1}}, {0x01}, {0x00}, {literal});
+}
+
+// A frame without any change of the picture.
+inline Bytes Still(int32_t time, int32_t loop, int32_t brightness = 50, int32_t x = 0, int32_t y = 0) {
+  return FrameBytes({time, loop, brightness, x, y, {}});
+}
+
+struct CutHead {
+  std::string credit;
+  int32_t width = 4;
+  int32_t height = 1;
+  int32_t frameWidth = 4;
+  int32_t frameHeight = 1;
+  int32_t fps = 24;
+  int32_t levels = 4;
+};
+
+inline Bytes CutRecord(const CutHead& head, std::initializer_list<Bytes> frames) {
+  return Join({Text(head.credit),
+               Le16(head.width),
+               Le16(head.height),
+               Le16(head.frameWidth),
+               Le16(head.frameHeight),
+               {static_cast<uint8_t>(head.fps & 255), static_cast<uint8_t>((head.levels - 1) & 255)},
+               Join(frames)});
+}
+
+inline Bytes Compiled(const Bytes& record) {
+  return Join({{'C', 'A'}, Le32(static_cast<uint32_t>(record.size() + 6)), record});
+}
+
+inline Bytes Compiled(const CutHead& head, std::initializer_list<Bytes> frames) {
+  return Compiled(CutRecord(head, frames));
+}
+
+inline Bytes Container(int32_t width, int32_t height, int32_t maxWidth, int32_t maxHeight,
+                       const std::vector<Bytes>& records, std::string_view title = "", std::string_view author = "") {
+  Bytes middle = Join({Text(title), Text(author), Le16(width), Le16(height), Le16(maxWidth), Le16(maxHeight),
+                       Le16(static_cast<int32_t>(records.size()))});
+  Bytes table;
+  Bytes body;
+  const size_t start = 6 + middle.size() + 4 * records.size();
+  for (const Bytes& record : records) {
+    table = Join({table, Le32(static_cast<uint32_t>(start + body.size()))});
+    body = Join({body, record});
+  }
+  return Join({{'S', 'V'}, Le32(static_cast<uint32_t>(start + body.size())), middle, table, body});
+}
+
+// Bytes to be read through a stream; they end with their memory, so that a read behind them is caught.
+class Input {
+ public:
+  explicit Input(const Bytes& content) : bytes(new uint8_t[content.size()]) {
+    for (size_t i = 0; i < content.size(); ++i) bytes[i] = content[i];
+    stream.buffer = bytes.get();
+    stream.size = static_cast<int32_t>(content.size());
+  }
+
+  BufferStream stream;
+
+ private:
+  std::unique_ptr<uint8_t[]> bytes;
+};
+
+// A temporary file that becomes bytes again.
+class Output {
+ public:
+  Output() : stream(std::tmpfile()) {}
+  Output(const Output&) = delete;
+  Output& operator=(const Output&) = delete;
+  ~Output() { stream.Close(); }
+
+  Bytes Written() {
+    Bytes bytes;
+    std::fseek(stream.file, 0, SEEK_SET);
+    for (int c = std::fgetc(stream.file); c != EOF; c = std::fgetc(stream.file)) {
+      bytes.push_back(static_cast<uint8_t>(c));
+    }
+    return bytes;
+  }
+
+  FileStream stream;
+};
+
+// Rows of characters with / between them: '.' for 0, digits, and letters from 'a' for 10. The rest stays.
+inline void Paint(CellImage* image, std::string_view picture) {
+  int32_t x = 0;
+  int32_t y = 0;
+  for (char c : picture) {
+    if (c == '/') {
+      x = 0;
+      ++y;
+      continue;
+    }
+    image->SetPixel(x++, y, c == '.' ? 0 : c <= '9' ? c - '0' : c - 'a' + 10);
+  }
+}
+
+// The numbers of a plane, written in the same way.
+inline std::string FrontPicture(NibbleBitmap& bitmap) {
+  std::string picture;
+  for (int32_t y = 0; y < bitmap.height; ++y) {
+    if (y > 0) picture += '/';
+    for (int32_t x = 0; x < bitmap.width; ++x) picture += "0123456789abcdef"[bitmap.GetFront(x, y) & 15];
+  }
+  return picture;
+}
+
+// A cut with one layer "A" of the canvas size that has a cell for each picture, and a frame for each cell.
+inline std::unique_ptr<Cut> MakeCut(int32_t width, int32_t height, const std::vector<std::string>& pictures,
+                                    int32_t antialias = 0, const char* credit = "") {
+  std::unique_ptr<Cut> cut(new Cut(width, height, 24, credit, antialias));
+  Layer* layer = cut->AddLayer("A", width, height, nullptr);
+  while (layer->cells.Count() < static_cast<int32_t>(pictures.size())) {
+    layer->AddCell(layer->cells.Count() - 1, 0, nullptr);
+  }
+  for (size_t i = 0; i < pictures.size(); ++i) {
+    const int32_t cell = static_cast<int32_t>(i);
+    Paint(layer->CellAt(cell), pictures[i]);
+    cut->AddFrame()->AddRecord(layer, cell, 0, 0);
+  }
+  for (int32_t i = 0; i < cut->frames.Count(); ++i) {
+    cut->frames.At(i)->x = 0;
+    cut->frames.At(i)->y = 0;
+  }
+  return cut;
+}
+
+// Compiles into bytes; empty if the encoder refuses.
+inline Bytes Compile(Cut* cut, int32_t first, int32_t last) {
+  Output output;
+  NibbleBitmap bitmap;
+  const int32_t scale = OutputScale(cut->Antialias());
+  bitmap.Create(cut->width / scale, cut->height / scale);
+  IndexedImage composition;
+  composition.Resize(cut->width, cut->height, 0);
+  AnimationEncoder encoder(&output.stream, &bitmap, 1);
+  if (encoder.EncodeCut(cut, &composition, first, last) != 1) return {};
+  EXPECT_EQ(output.stream.Tell(), 6);
+  return output.Written();
+}
+
+inline Bytes Compile(Cut* cut) {
+  return Compile(cut, 0, cut->frames.Count() - 1);
+}
+
+}  // namespace sorvel::teststreams

@@ -39,9 +39,10 @@ uint8_t PaleValue(uint8_t destination, uint8_t source) {
 }
 
 void BlendKeyed(uint8_t* destination, const uint8_t* source, int32_t count) {
-  bool hasMarks = false;
-  for (int32_t i = 0; i < count; ++i) hasMarks |= IsToneMark(source[i]);
-  if (!hasMarks) {
+  // In bytes throughout, so that the compiler makes vectors of them.
+  uint8_t marks = 0;
+  for (int32_t i = 0; i < count; ++i) marks = static_cast<uint8_t>(marks | (IsToneMark(source[i]) ? 1 : 0));
+  if (marks == 0) {
     for (int32_t i = 0; i < count; ++i) destination[i] = source[i] != 0 ? source[i] : destination[i];
     return;
   }

@@ -130,14 +130,15 @@ bool WriteProfileText(const char* path, const char* section, const char* key, co
   std::vector<std::string> lines;
   if (!ReadLines(path, &lines) && PathExists(path)) return false;
   const KeyPlace place = FindKey(lines, section, key);
-  const std::string line = std::string(key) + "=" + text + "\r";
+  std::string line = key;
+  line.append("=").append(text).append("\r");
   const auto at = lines.begin() + static_cast<std::ptrdiff_t>(place.line);
   if (place.hasKey) {
     *at = line;
   } else if (place.hasSection) {
     lines.insert(at, line);
   } else {
-    lines.push_back("[" + std::string(section) + "]\r");
+    lines.push_back(std::string("[").append(section).append("]\r"));
     lines.push_back(line);
   }
   FILE* file = OpenStdioFile(path, "wb");

@@ -184,7 +184,8 @@ bool Inspector::CheckBlocks(const StreamFrameInfo& frame, int64_t number) {
   int64_t literalsUsed = 0;
   for (int32_t y = 0; y < box.height; ++y) {
     for (int32_t i = 0; i < rowBytes; ++i) {
-      if ((map[static_cast<size_t>(y * mapRowBytes + i / 8)] >> (i % 8) & 1) == 0) continue;
+      const uint8_t* mapRow = map.data() + y * mapRowBytes;
+      if ((mapRow[i / 8] >> (i % 8) & 1) == 0) continue;
       if (codesUsed >= codes.size()) {
         report.Note("frame %lld has too few codes", number);
         return false;

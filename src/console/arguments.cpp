@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "console/commands.h"
+#include "console/console_files.h"
 
 namespace sorvel::console {
 
@@ -57,6 +58,7 @@ bool ParseNumber(const std::string& text, int32_t lowest, int32_t highest, int32
 }
 
 int Fail(const std::string& subject, const std::string& problem) {
+  ClearProgress();
   std::fprintf(stderr, "sorvel: %s: %s\n", subject.c_str(), problem.c_str());
   return kFailed;
 }

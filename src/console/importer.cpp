@@ -18,14 +18,16 @@ namespace {
 constexpr int32_t kMostCells = 32768;  // what a record's number can tell apart
 
 // The index of each level at each place of the dither's tile.
-using ToneTile = std::array<std::array<uint8_t, 16>, 49>;
+using ToneTile = std::array<std::array<std::array<uint8_t, 4>, 4>, 49>;
 
 ToneTile MakeToneTile() {
   ToneTile tile;
   for (int32_t level = 0; level < 49; ++level) {
-    for (int32_t place = 0; place < 16; ++place) {
-      tile[static_cast<size_t>(level)][static_cast<size_t>(place)] =
-          static_cast<uint8_t>(ToneAt(level, place % 4, place / 4));
+    for (int32_t y = 0; y < 4; ++y) {
+      for (int32_t x = 0; x < 4; ++x) {
+        tile[static_cast<size_t>(level)][static_cast<size_t>(y)][static_cast<size_t>(x)] =
+            static_cast<uint8_t>(ToneAt(level, x, y));
+      }
     }
   }
   return tile;
@@ -49,8 +51,8 @@ void DrawPicture(const Picture& picture, const ImportSettings& settings, CellIma
     for (int32_t x = firstX; x < lastX; ++x, from += 3) {
       const bool isHole = settings.hasTransparent && std::memcmp(from, settings.transparent, 3) == 0;
       const size_t level = static_cast<size_t>(LevelOfColor(from[0], from[1], from[2]));
-      const size_t place = static_cast<size_t>((x & 3) + (y & 3) * 4);
-      row[static_cast<size_t>(x - firstX)] = isHole ? uint8_t{kTransparent} : tile[level][place];
+      const uint8_t tone = tile[level][static_cast<size_t>(y & 3)][static_cast<size_t>(x & 3)];
+      row[static_cast<size_t>(x - firstX)] = isHole ? uint8_t{kTransparent} : tone;
     }
     cell->WriteRow(left + firstX, top + y, lastX - firstX, row.data());
   }

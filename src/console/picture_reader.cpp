@@ -104,14 +104,15 @@ bool ReadBitmapHead(FILE* file, BitmapHead* head, std::string* problem) {
     const uint32_t count = colorsUsed == 0 || colorsUsed > most ? most : colorsUsed;
     const uint32_t entryBytes = isCore ? 3 : 4;
     head->colors.assign(most * 3, 0);
-    std::fseek(file, static_cast<long>(14 + infoSize), SEEK_SET);
-    for (uint32_t i = 0; i < count; ++i) {
+    std::fseek(file, 14 + static_cast<long>(infoSize), SEEK_SET);
+    uint8_t* color = head->colors.data();
+    for (uint32_t i = 0; i < count; ++i, color += 3) {
       uint8_t entry[4];
       if (std::fread(entry, entryBytes, 1, file) != 1) {
         *problem = "the file ends in its colours";
         return false;
       }
-      std::copy(entry, entry + 3, head->colors.begin() + static_cast<std::ptrdiff_t>(i * 3));
+      std::copy(entry, entry + 3, color);
     }
   }
   return true;

@@ -161,6 +161,10 @@ bool Inspector::CheckBox(const StreamFrameInfo& frame, int64_t number) {
     report.Note("the box of frame %lld lies outside the picture", number);
   } else if (number == 1 && box != Rect{0, 0, cut.width, cut.height}) {
     report.Note("the first frame is not a whole picture");
+  } else if (number == 1 && frame.loop == 0) {
+    report.Note("the first frame stands in a loop that has no start");
+  } else if (box.x % 2 != 0) {
+    report.Note("the box of frame %lld begins in an odd column", number);
   } else if (box.IsEmpty() && (frame.codeSize != 0 || frame.literalSize != 0)) {
     report.Note("frame %lld has data without a box", number);
   }

@@ -1,13 +1,22 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdint>
 #include <cstdio>
+#include <filesystem>
 #include <initializer_list>
 #include <memory>
+#include <ostream>
+#include <set>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 #include "animation/stream_encoder.h"
@@ -249,6 +258,173 @@ inline Bytes Compile(Cut* cut, int32_t first, int32_t last) {
 
 inline Bytes Compile(Cut* cut) {
   return Compile(cut, 0, cut->frames.Count() - 1);
+}
+
+// What a run of the console program left: its exit status, -1 for none within a minute or a crash, and its output.
+struct Answer {
+  int status = -1;
+  std::string out;
+  std::string err;
+
+  // One line that names what it is about.
+  bool IsOneLineAbout(std::string_view name) const {
+    return !err.empty() && err.find('\n') == err.size() - 1 && err.find(name) != std::string::npos;
+  }
+};
+
+inline std::ostream& operator<<(std::ostream& out, const Answer& run) {
+  return out << "status " << run.status << "\n" << run.out << run.err;
+}
+
+// A folder of the test's own, gone at its end, in which the program runs.
+class Folder {
+ public:
+  Folder() {
+    char name[] = "/tmp/sorvel_console_XXXXXX";
+    path = mkdtemp(name) != nullptr ? name : "";
+  }
+  Folder(const Folder&) = delete;
+  Folder& operator=(const Folder&) = delete;
+  ~Folder() {
+    std::error_code error;
+    std::filesystem::remove_all(path, error);
+  }
+
+  std::string Path(const std::string& name) const { return path + "/" + name; }
+
+  void Write(const std::string& name, const Bytes& bytes) const {
+    FILE* file = std::fopen(Path(name).c_str(), "wb");
+    ASSERT_NE(file, nullptr);
+    EXPECT_EQ(std::fwrite(bytes.data(), 1, bytes.size(), file), bytes.size());
+    std::fclose(file);
+  }
+
+  Bytes Read(const std::string& name) const {
+    Bytes bytes;
+    FILE* file = std::fopen(Path(name).c_str(), "rb");
+    if (file == nullptr) return bytes;
+    for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file)) bytes.push_back(static_cast<uint8_t>(c));
+    std::fclose(file);
+    return bytes;
+  }
+
+  void MakeFolder(const std::string& name) const { EXPECT_EQ(mkdir(Path(name).c_str(), 0755), 0); }
+
+  bool Has(const std::string& name) const {
+    std::error_code error;
+    return std::filesystem::exists(Path(name), error);
+  }
+
+  // The names of all that lies here, folders included, with a blank between them.
+  std::string List() const {
+    std::set<std::string> names;
+    std::error_code error;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(path, error)) {
+      names.insert(entry.path().string().substr(path.size() + 1));
+    }
+    std::string list;
+    for (const std::string& name : names) list += (list.empty() ? "" : " ") + name;
+    return list;
+  }
+
+  Answer Sorvel(const std::vector<std::string>& words) const {
+    FILE* out = std::tmpfile();
+    FILE* err = std::tmpfile();
+    const pid_t child = fork();
+    if (child == 0) {
+      std::vector<char*> arguments = {const_cast<char*>("sorvel")};
+      for (const std::string& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
+      arguments.push_back(nullptr);
+      dup2(fileno(out), 1);
+      dup2(fileno(err), 2);
+      if (chdir(path.c_str()) == 0) execv(SORVEL_PROGRAM, arguments.data());
+      _exit(127);
+    }
+    int status = 0;
+    int waited = 0;
+    while (waitpid(child, &status, WNOHANG) == 0) {
+      usleep(500);
+      if (++waited == 100000) kill(child, SIGKILL);
+    }
+    Answer run;
+    if (WIFEXITED(status)) run.status = WEXITSTATUS(status);
+    run.out = ReadAll(out);
+    run.err = ReadAll(err);
+    return run;
+  }
+
+  std::string path;
+
+ private:
+  static std::string ReadAll(FILE* file) {
+    std::string text;
+    std::rewind(file);
+    for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file)) text += static_cast<char>(c);
+    std::fclose(file);
+    return text;
+  }
+};
+
+// Cut files. A layer has cells of 4 by 2 pixels, each of four bytes as they lie in memory, the two rows different.
+inline Bytes LayerBlock(std::string_view name, const std::vector<Bytes>& cells, uint8_t follow = 0) {
+  Bytes block = Join({Text(name), Le16(4), Le16(2), {follow}, Le16(static_cast<int32_t>(cells.size()))});
+  for (const Bytes& cell : cells) block = Join({block, Hex("01 00 00 00  04 00 00 00  01 00  00"), cell});
+  return block;
+}
+
+struct RecordFields {
+  uint8_t layer;
+  int32_t x;
+  int32_t y;
+  int32_t cell;
+};
+
+inline Bytes FrameRecordBytes(int32_t x, int32_t y, int32_t time, int32_t loop, int32_t brightness,
+                              std::string_view comment, std::initializer_list<RecordFields> records) {
+  Bytes bytes = Join({Le16(x),
+                      Le16(y),
+                      Le16(time),
+                      Le16(loop),
+                      {static_cast<uint8_t>(brightness & 255)},
+                      Text(comment),
+                      {static_cast<uint8_t>(records.size())}});
+  for (const RecordFields& record : records) {
+    bytes = Join({bytes, {record.layer}, Le16(record.x), Le16(record.y), Le16(record.cell)});
+  }
+  return bytes;
+}
+
+inline Bytes CutFile(int32_t width, int32_t height, std::string_view credit, const std::vector<Bytes>& layers,
+                     const std::vector<Bytes>& frames, uint8_t antialias = 0, uint8_t fps = 24) {
+  Bytes bytes = Join({Text("Sorvelin Cut"),
+                      Le16(width),
+                      Le16(height),
+                      Le16(width),
+                      Le16(height),
+                      {fps},
+                      Text(credit),
+                      {antialias, static_cast<uint8_t>(layers.size())},
+                      Le16(static_cast<int32_t>(frames.size()))});
+  for (const Bytes& layer : layers) bytes = Join({bytes, layer});
+  for (const Bytes& frame : frames) bytes = Join({bytes, frame});
+  return bytes;
+}
+
+// Two frames of a layer "A" on 4 by 2 pixels; the second cell differs in its lower row.
+inline Bytes SmallCutFile() {
+  return CutFile(
+      4, 2, "", {LayerBlock("A", {Hex("12 34 41 00"), Hex("12 34 32 10")})},
+      {FrameRecordBytes(0, 0, 1, 1, 50, "", {{0, 0, 0, 0}}), FrameRecordBytes(0, 0, 2, 1, 50, "", {{0, 0, 0, 1}})});
+}
+
+// What compiling it gives. Levels 0 1 2 3 and, below, 3 0 3 3; then 2 1 0 3, which changes columns 0 to 2.
+inline Bytes SmallCutCompiled() {
+  return Hex(
+      "43 41  4D 00 00 00  00  04 00  02 00  04 00  02 00  18  03"
+      "01 00  01 00  32  00 00  00 00  00 00  00 00  04 00  02 00  01 00 00 00  02 00 00 00"
+      "01 00  00  E4 F3"
+      "02 00  01 00  32  00 00  00 00  00 00  01 00  03 00  01 00  01 00 00 00  01 00 00 00"
+      "01  00  C6");
 }
 
 }  // namespace sorvel::teststreams

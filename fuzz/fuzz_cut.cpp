@@ -51,6 +51,10 @@ void Use(Cut* cut) {
   fuzz::Require(InspectStream(stream.Get(), &info, &report));
   // Everything but sizes that an empty frame rectangle brings is as a compiled stream has to be.
   if (cut->frameWidth >= scale && cut->frameHeight >= scale) fuzz::Require(!report.IsDamaged());
+  // A new cell takes the memory that its layer's size asks for, and nothing more is tried with huge ones.
+  for (int32_t i = 0; i < cut->layers.Count(); ++i) {
+    if (cut->layers.At(i)->width > 1000 || cut->layers.At(i)->height > 1000) return;
+  }
   cut->BrightnessRamp(0);
   cut->LayerPositionRamp(0);
   cut->FramePositionRamp(0);

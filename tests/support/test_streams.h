@@ -295,7 +295,7 @@ class Folder {
   void Write(const std::string& name, const Bytes& bytes) const {
     FILE* file = std::fopen(Path(name).c_str(), "wb");
     ASSERT_NE(file, nullptr);
-    EXPECT_EQ(std::fwrite(bytes.data(), 1, bytes.size(), file), bytes.size());
+    for (uint8_t byte : bytes) EXPECT_EQ(std::fputc(byte, file), byte);
     std::fclose(file);
   }
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cstdlib>
 #include <cstring>
 
@@ -101,18 +100,18 @@ bool AnimationDecoder::ReadContainerHead() {
 }
 
 bool AnimationDecoder::AllocateSections() {
-  mapCapacity = MapRowBytes(bitmap->width) * bitmap->height;
-  codeCapacity = RowBytes(bitmap->width) * bitmap->height;
-  literalCapacity = (bitmap->width + 3) / 4 * 2 * bitmap->height;
+  mapCapacity = CodeMapRowBytes(bitmap->width) * bitmap->height;
+  codeCapacity = CodeRowBytes(bitmap->width) * bitmap->height;
+  literalCapacity = UnitsOf(bitmap->width) * 2 * bitmap->height;
   const size_t total = static_cast<size_t>(mapCapacity) + static_cast<size_t>(codeCapacity) +
-                       static_cast<size_t>(literalCapacity) + static_cast<size_t>(RowBytes(bitmap->width));
+                       static_cast<size_t>(literalCapacity) + static_cast<size_t>(CodeRowBytes(bitmap->width));
   std::free(changeMap);
   changeMap = static_cast<uint8_t*>(std::malloc(total));
   if (changeMap == nullptr) return false;
   codes = changeMap + mapCapacity;
   literals = codes + codeCapacity;
   rowCodes = literals + literalCapacity;
-  for (int32_t i = 0; i < kBlockCodes; ++i) codeOffsets[i] = kBlockOffsets[i].dy * bitmap->pitch + kBlockOffsets[i].dx;
+  for (int32_t i = 0; i < kUnitCodes; ++i) codeOffsets[i] = kUnitOffsets[i].dy * bitmap->pitch + kUnitOffsets[i].dx;
   return true;
 }
 
@@ -198,7 +197,7 @@ int32_t AnimationDecoder::DecodeNextFrame() {
   const uint32_t codeBytes = ReadField(*stream, 4);
   const uint32_t literalBytes = ReadField(*stream, 4);
   const bool fits = FitsPicture(currentBox);
-  const int64_t mapBytes = currentBox.IsEmpty() ? 0 : int64_t{MapRowBytes(currentBox.width)} * currentBox.height;
+  const int64_t mapBytes = currentBox.IsEmpty() ? 0 : int64_t{CodeMapRowBytes(currentBox.width)} * currentBox.height;
   const int64_t sections = stream->Tell();
   const int64_t next = std::min<int64_t>(sections + mapBytes + codeBytes + literalBytes, streamEnd);
   if (!fits || bitmap->width < width || bitmap->height < height) {
@@ -213,8 +212,9 @@ int32_t AnimationDecoder::DecodeNextFrame() {
   } else {
     bitmap->CopyBackToFrontAround(currentBox, previousBox);
     ReadSections(currentBox, codeBytes, literalBytes);
+    const int32_t mapRowBytes = CodeMapRowBytes(currentBox.width);
     for (int32_t row = 0; row < currentBox.height; ++row) {
-      LoadRowCodes(currentBox, row);
+      LoadCodeRow(changeMap + row * mapRowBytes, currentBox.width, &nextCode, codesEnd, rowCodes);
       DecodeRow(currentBox, row);
     }
   }
@@ -224,7 +224,7 @@ int32_t AnimationDecoder::DecodeNextFrame() {
 }
 
 void AnimationDecoder::ReadSections(const Rect& box, uint32_t codeBytes, uint32_t literalBytes) {
-  const int32_t mapSize = MapRowBytes(box.width) * box.height;
+  const int32_t mapSize = CodeMapRowBytes(box.width) * box.height;
   const int32_t codesWanted = static_cast<int32_t>(std::min<uint32_t>(codeBytes, static_cast<uint32_t>(codeCapacity)));
   const int32_t literalsWanted =
       static_cast<int32_t>(std::min<uint32_t>(literalBytes, static_cast<uint32_t>(literalCapacity)));
@@ -237,20 +237,7 @@ void AnimationDecoder::ReadSections(const Rect& box, uint32_t codeBytes, uint32_
   if (stream->Tell() != literalStart) stream->Seek(literalStart, kFromStart);
   nextLiteral = literals;
   literalsEnd = literals + ReadUpTo(*stream, literals, literalsWanted);
-  std::memset(rowCodes, kFirstRowCodes, static_cast<size_t>(RowBytes(box.width)));
-}
-
-void AnimationDecoder::LoadRowCodes(const Rect& box, int32_t row) {
-  const int32_t mapRowBytes = MapRowBytes(box.width);
-  const int32_t rowBytes = RowBytes(box.width);
-  const uint8_t* map = changeMap + row * mapRowBytes;
-  for (int32_t m = 0; m < mapRowBytes; ++m) {
-    for (uint32_t set = map[m]; set != 0; set &= set - 1) {
-      const int32_t i = m * 8 + std::countr_zero(set);
-      if (i >= rowBytes) break;
-      if (nextCode < codesEnd) rowCodes[i] = *nextCode++;
-    }
-  }
+  std::memset(rowCodes, kFirstRowCodes, static_cast<size_t>(CodeRowBytes(box.width)));
 }
 
 uint32_t AnimationDecoder::NextLiteral() {
@@ -262,17 +249,17 @@ uint32_t AnimationDecoder::NextLiteral() {
 }
 
 void AnimationDecoder::DecodeRow(const Rect& box, int32_t row) {
-  const int32_t blocks = (box.width + 3) / 4;
+  const int32_t blocks = UnitsOf(box.width);
   const int32_t frontShift = bitmap->frontIsHigh != 0 ? 4 : 0;
   const uint32_t frontBits = kPlaneBits << frontShift;
   const uint32_t backBits = ~frontBits;
   const int32_t place = (box.y + row) * bitmap->pitch + box.x;
   uint8_t* pixels = bitmap->bits + place;
   for (int32_t k = 0; k < blocks; ++k, pixels += 4) {
-    const int32_t code = rowCodes[k / 2] >> (k % 2 * 4) & 0x0F;
+    const int32_t code = CodeAt(rowCodes, k);
     const uint32_t old = LoadBlock(pixels);
     uint32_t block = 0;
-    if (code == kLiteralBlock) {
+    if (code == kLiteralUnit) {
       block = NextLiteral() << frontShift;
     } else if (code == kPreviousFrameBlock) {
       block = (frontShift != 0 ? old << 4 : old >> 4) & frontBits;

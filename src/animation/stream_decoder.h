@@ -72,7 +72,6 @@ class AnimationDecoder {
   FrameHead ReadFrameHead();
   bool FitsPicture(const Rect& box) const;
   void ReadSections(const Rect& box, uint32_t codeBytes, uint32_t literalBytes);
-  void LoadRowCodes(const Rect& box, int32_t row);
   void DecodeRow(const Rect& box, int32_t row);
   uint32_t NextLiteral();
 

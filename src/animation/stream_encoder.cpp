@@ -1,8 +1,6 @@
 #include "animation/stream_encoder.h"
 
 #include <algorithm>
-#include <array>
-#include <bit>
 #include <cstdlib>
 #include <cstring>
 
@@ -12,17 +10,7 @@ namespace sorvel {
 
 namespace {
 
-// The order in which a block's source is looked for, and last, found by nothing else, the literal.
-constexpr uint8_t kSearchOrder[kBlockCodes] = {1, 4, 5, 6, 15, 7, 9, 10, 2, 8, 11, 12, 13, 14, 3, 0};
-
-// The place of each code in the search order; matches are sets of such places, lowest bit first.
-constexpr auto kSearchRanks = [] {
-  std::array<uint8_t, kBlockCodes> ranks{};
-  for (uint8_t rank = 0; rank < kBlockCodes; ++rank) ranks[kSearchOrder[rank]] = rank;
-  return ranks;
-}();
-
-constexpr uint32_t kLiteralMatch = 1u << (kBlockCodes - 1);
+constexpr CodeSearch kSearch({1, 4, 5, 6, 15, 7, 9, 10, 2, 8, 11, 12, 13, 14, 3, 0});
 
 // Four pixels of a plane, one in each byte.
 constexpr uint32_t kPlaneBits = 0x0F0F0F0F;
@@ -93,28 +81,17 @@ AnimationEncoder::AnimationEncoder(ByteStream* outputStream, NibbleBitmap* plane
 AnimationEncoder::~AnimationEncoder() {
   std::free(currentBoxes);
   std::free(previousBoxes);
-  std::free(sections);
+  std::free(literals);
   std::free(matches);
 }
 
 bool AnimationEncoder::AllocateSections() {
-  // The last block of a row may reach over the edge of the box.
-  const size_t blocks = static_cast<size_t>(bitmap->width + 3) / 4;
-  const size_t height = static_cast<size_t>(bitmap->height);
-  const size_t mapSize = static_cast<size_t>(MapRowBytes(bitmap->width)) * height;
-  const size_t rowSize = static_cast<size_t>(RowBytes(bitmap->width));
-  const size_t literalSpace = blocks * 2 * height;
-  std::free(sections);
+  const size_t blocks = static_cast<size_t>(UnitsOf(bitmap->width));
+  std::free(literals);
   std::free(matches);
-  sections = static_cast<uint8_t*>(std::malloc(mapSize + rowSize * height + literalSpace + 2 * rowSize));
+  literals = static_cast<uint8_t*>(std::malloc(blocks * 2 * static_cast<size_t>(bitmap->height) + 1));
   matches = static_cast<uint32_t*>(std::malloc(blocks * sizeof(uint32_t)));
-  if (sections == nullptr || matches == nullptr) return false;
-  changeMap = sections;
-  codes = changeMap + mapSize;
-  literals = codes + rowSize * height;
-  previousCodes = literals + literalSpace;
-  currentCodes = previousCodes + rowSize;
-  return true;
+  return literals != nullptr && matches != nullptr && rows.Allocate(bitmap->width, bitmap->height);
 }
 
 bool AnimationEncoder::MakeRoomForBoxes(int32_t count) {
@@ -271,32 +248,27 @@ Rect AnimationEncoder::ReduceFrame(const CellImage& composition, int32_t scale, 
 }
 
 void AnimationEncoder::EncodeBox(const Rect& box, bool isFirst) {
-  const int32_t mapRowBytes = MapRowBytes(box.width);
-  const int32_t mapSize = box.height * mapRowBytes;
-  std::memset(changeMap, 0, static_cast<size_t>(mapSize));
-  std::memset(previousCodes, kFirstRowCodes, static_cast<size_t>(RowBytes(box.width)));
-  codeSize = 0;
   literalSize = 0;
-  for (int32_t row = 0; row < box.height; ++row) {
-    FindMatches(box, box.y + row, isFirst);
-    EncodeRow(box, row);
+  rows.Begin(box.width, box.height);
+  for (int32_t y = box.y; y < box.y + box.height; ++y) {
+    FindMatches(box, y, isFirst);
+    EncodeRow(box, y);
   }
-  WriteField(*stream, codeSize, 4);
+  WriteField(*stream, rows.CodeSize(), 4);
   WriteField(*stream, literalSize, 4);
-  stream->Write(changeMap, mapSize);
-  stream->Write(codes, codeSize);
+  stream->Write(rows.Map(), rows.MapSize());
+  stream->Write(rows.Codes(), rows.CodeSize());
   stream->Write(literals, literalSize);
 }
 
 // For each block of the row the set of codes whose source equals it.
 void AnimationEncoder::FindMatches(const Rect& box, int32_t y, bool isFirst) {
-  const int32_t blocks = (box.width + 3) / 4;
+  const int32_t blocks = UnitsOf(box.width);
   const uint8_t* row = bitmap->bits + y * bitmap->pitch + box.x;
-  const int32_t frontShift = bitmap->frontIsHigh != 0 ? 4 : 0;
-  const uint32_t frontBits = kPlaneBits << frontShift;
-  std::fill(matches, matches + blocks, kLiteralMatch);
-  for (int32_t rank = 0; rank < kBlockCodes - 1; ++rank) {
-    const int32_t code = kSearchOrder[rank];
+  const uint32_t frontBits = bitmap->frontIsHigh != 0 ? kPlaneBits << 4 : kPlaneBits;
+  std::fill(matches, matches + blocks, kLiteralFound);
+  for (int32_t rank = 0; rank < kUnitCodes - 1; ++rank) {
+    const int32_t code = kSearch.CodeOf(rank);
     const uint32_t bit = 1u << rank;
     if (code == kPreviousFrameBlock) {
       if (isFirst) continue;
@@ -306,7 +278,7 @@ void AnimationEncoder::FindMatches(const Rect& box, int32_t y, bool isFirst) {
       }
       continue;
     }
-    const BlockOffset offset = kBlockOffsets[code];
+    const UnitOffset offset = kUnitOffsets[code];
     if (y + offset.dy < 0) continue;
     const uint8_t* source = row + offset.dy * bitmap->pitch + offset.dx;
     const int32_t start = std::max(0, (-offset.dx - box.x + 3) / 4);
@@ -316,32 +288,16 @@ void AnimationEncoder::FindMatches(const Rect& box, int32_t y, bool isFirst) {
   }
 }
 
-void AnimationEncoder::EncodeRow(const Rect& box, int32_t row) {
-  const int32_t blocks = (box.width + 3) / 4;
-  const uint8_t* pixels = bitmap->bits + (box.y + row) * bitmap->pitch + box.x;
+void AnimationEncoder::EncodeRow(const Rect& box, int32_t y) {
+  const int32_t blocks = UnitsOf(box.width);
+  const uint8_t* pixels = bitmap->bits + y * bitmap->pitch + box.x;
   const int32_t frontShift = bitmap->frontIsHigh != 0 ? 4 : 0;
   for (int32_t k = 0; k < blocks; ++k) {
-    const uint32_t found = matches[k];
-    // The code of the row above goes first, since it costs nothing.
-    int32_t code = previousCodes[k / 2] >> (k % 2 * 4) & 0x0F;
-    if (code == kLiteralBlock || (found >> kSearchRanks[static_cast<size_t>(code)] & 1) == 0) {
-      code = kSearchOrder[std::countr_zero(found)];
-    }
-    if (code == kLiteralBlock) PutLiteral(LoadBlock(pixels + 4 * k) >> frontShift & kPlaneBits);
-    if (k % 2 == 0) {
-      currentCodes[k / 2] = static_cast<uint8_t>(code);
-    } else {
-      currentCodes[k / 2] = static_cast<uint8_t>(currentCodes[k / 2] | code << 4);
-    }
+    const int32_t code = kSearch.Choose(matches[k], rows.Above(k));
+    if (code == kLiteralUnit) PutLiteral(LoadBlock(pixels + 4 * k) >> frontShift & kPlaneBits);
+    rows.Put(k, code);
   }
-  uint8_t* map = changeMap + row * MapRowBytes(box.width);
-  const int32_t rowBytes = RowBytes(box.width);
-  for (int32_t i = 0; i < rowBytes; ++i) {
-    if (currentCodes[i] == previousCodes[i]) continue;
-    codes[codeSize++] = currentCodes[i];
-    map[i / 8] = static_cast<uint8_t>(map[i / 8] | 1u << (i % 8));
-  }
-  std::swap(currentCodes, previousCodes);
+  rows.EndRow();
 }
 
 // The left pixel goes into the lowest bits.

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "docfiles/code_rows.h"
 #include "document/cut.h"
 #include "foundation/byte_stream.h"
 #include "imaging/nibble_bitmap.h"
@@ -36,7 +37,7 @@ class AnimationEncoder {
   Rect ReduceFrame(const CellImage& composition, int32_t scale, const Rect& inkArea);
   void EncodeBox(const Rect& box, bool isFirst);
   void FindMatches(const Rect& box, int32_t y, bool isFirst);
-  void EncodeRow(const Rect& box, int32_t row);
+  void EncodeRow(const Rect& box, int32_t y);
   void PutLiteral(uint32_t block);
 
   ByteStream* stream;
@@ -55,16 +56,11 @@ class AnimationEncoder {
   Rect previousArea;
 
   // The sections of the frame at work, made once for the largest box.
-  uint8_t* sections = nullptr;
-  uint8_t* changeMap = nullptr;
-  uint8_t* codes = nullptr;
+  CodeRowWriter rows;
   uint8_t* literals = nullptr;
-  uint8_t* previousCodes = nullptr;
-  uint8_t* currentCodes = nullptr;
-  uint32_t* matches = nullptr;  // for each block of a row the codes that would do, by their place in the search
-  int32_t literalBytes = 1;     // a block
-  int32_t codeSize = 0;
   int32_t literalSize = 0;
+  int32_t literalBytes = 1;     // of a block
+  uint32_t* matches = nullptr;  // for each block of a row the codes that would do
 };
 
 }  // namespace sorvel

@@ -144,7 +144,7 @@ bool Inspector::ReadFrame() {
   frame.codeSize = ReadField(stream, 4);
   frame.literalSize = ReadField(stream, 4);
   if (!CheckBox(frame, number)) return false;
-  if (!frame.box.IsEmpty()) frame.mapSize = frame.box.height * MapRowBytes(frame.box.width);
+  if (!frame.box.IsEmpty()) frame.mapSize = frame.box.height * CodeMapRowBytes(frame.box.width);
   const int64_t sections = int64_t{frame.mapSize} + frame.codeSize + frame.literalSize;
   if (!Expect(sections)) return false;
   const int32_t next = static_cast<int32_t>(stream.Tell() + sections);
@@ -175,38 +175,34 @@ bool Inspector::CheckBox(const StreamFrameInfo& frame, int64_t number) {
 bool Inspector::CheckBlocks(const StreamFrameInfo& frame, int64_t number) {
   const Rect& box = frame.box;
   if (box.IsEmpty()) return true;
-  const int32_t blocks = (box.width + 3) / 4;
-  const int32_t rowBytes = RowBytes(box.width);
-  const int32_t mapRowBytes = MapRowBytes(box.width);
+  const int32_t blocks = UnitsOf(box.width);
+  const int32_t rowBytes = CodeRowBytes(box.width);
+  const int32_t mapRowBytes = CodeMapRowBytes(box.width);
   const int64_t literalBytes = info.cuts.back().levels <= 4 ? 1 : 2;
   std::vector<uint8_t> map(static_cast<size_t>(frame.mapSize));
   std::vector<uint8_t> codes(frame.codeSize);
   std::vector<uint8_t> row(static_cast<size_t>(rowBytes), kFirstRowCodes);
   ReadUpTo(stream, map.data(), frame.mapSize);
   ReadUpTo(stream, codes.data(), static_cast<int32_t>(frame.codeSize));
-  size_t codesUsed = 0;
+  const uint8_t* next = codes.data();
+  const uint8_t* const end = next + codes.size();
+  int64_t codesWanted = 0;
   int64_t literalsUsed = 0;
   for (int32_t y = 0; y < box.height; ++y) {
-    for (int32_t i = 0; i < rowBytes; ++i) {
-      const uint8_t* mapRow = map.data() + y * mapRowBytes;
-      if ((mapRow[i / 8] >> (i % 8) & 1) == 0) continue;
-      if (codesUsed >= codes.size()) {
-        report.Note("frame %lld has too few codes", number);
-        return false;
-      }
-      row[static_cast<size_t>(i)] = codes[codesUsed++];
-    }
+    const uint8_t* mapRow = map.data() + y * mapRowBytes;
+    for (int32_t i = 0; i < rowBytes; ++i) codesWanted += mapRow[i / 8] >> (i % 8) & 1;
+    LoadCodeRow(mapRow, box.width, &next, end, row.data());
     for (int32_t k = 0; k < blocks; ++k) {
-      const int32_t code = row[static_cast<size_t>(k / 2)] >> (k % 2 * 4) & 0x0F;
-      if (code == kLiteralBlock) literalsUsed += literalBytes;
-      const BlockOffset offset = kBlockOffsets[code];
+      const int32_t code = CodeAt(row.data(), k);
+      if (code == kLiteralUnit) literalsUsed += literalBytes;
+      const UnitOffset offset = code == kPreviousFrameBlock ? UnitOffset{0, 0} : kUnitOffsets[code];
       if (box.x + 4 * k + offset.dx < 0 || box.y + y + offset.dy < 0) {
         report.Note("a block of frame %lld is copied from outside the picture", number);
         return false;
       }
     }
   }
-  if (codesUsed != codes.size()) report.Note("frame %lld has codes that belong to no block", number);
+  if (codesWanted != int64_t{frame.codeSize}) report.Note("frame %lld has codes of another size than its map", number);
   if (literalsUsed != frame.literalSize) report.Note("frame %lld has literals of another size than its codes", number);
   return !report.IsDamaged();
 }

@@ -1,8 +1,6 @@
 #include "docfiles/cell_codec.h"
 
 #include <algorithm>
-#include <array>
-#include <bit>
 #include <cstdlib>
 #include <cstring>
 
@@ -12,39 +10,14 @@ namespace sorvel {
 
 namespace {
 
-struct GroupOffset {
-  int8_t dx;
-  int8_t dy;
-};
-
-constexpr int32_t kCodes = 16;
-
-// The source of a group by its code, in pixels relative to the group. Code 0 is a literal.
-constexpr GroupOffset kGroupOffsets[kCodes] = {
-    {0, 0},   {-4, 0}, {-8, 0},  {-16, 0}, {0, -1}, {-4, -1}, {0, -2},  {-4, -2},
-    {-8, -2}, {0, -4}, {-4, -4}, {-8, -4}, {0, -8}, {-4, -8}, {-8, -8}, {0, -16},
-};
-
-// The order in which a writer looks for a source, and last, found by nothing else, the literal.
-constexpr uint8_t kSearchOrder[kCodes] = {1, 4, 5, 6, 7, 9, 10, 2, 8, 11, 12, 13, 14, 3, 15, 0};
-
-constexpr uint8_t kFirstRowCodes = 0x11;
+constexpr CodeSearch kSearch({1, 4, 5, 6, 7, 9, 10, 2, 8, 11, 12, 13, 14, 3, 15, 0});
 
 constexpr int32_t kLayerHeadBytes = 7;  // behind the name
 constexpr int32_t kCellHeadBytes = 8;
 
-constexpr uint16_t kLiteralMatch = 1u << 15;
-
-// The place of each code in the search order; matches are sets of such places, lowest bit first.
-constexpr auto kSearchRanks = [] {
-  std::array<uint8_t, kCodes> ranks{};
-  for (uint8_t rank = 0; rank < kCodes; ++rank) ranks[kSearchOrder[rank]] = rank;
-  return ranks;
-}();
-
 // What an address of a group becomes for a code.
 int32_t ByteOffset(int32_t code, int32_t pitch) {
-  return kGroupOffsets[code].dy * pitch + kGroupOffsets[code].dx / 2;
+  return kUnitOffsets[code].dy * pitch + kUnitOffsets[code].dx / 2;
 }
 
 uint16_t LoadGroup(const uint8_t* bytes) {
@@ -62,30 +35,19 @@ constexpr int64_t kFreeMemory = 1 << 16;
 }  // namespace
 
 CellWriter::~CellWriter() {
-  std::free(buffers);
+  std::free(literals);
+  std::free(matches);
 }
 
 bool CellWriter::Allocate(const Layer& layer) {
-  groups = (layer.width + 3) / 4;
-  rowBytes = (layer.width + 7) / 8;
-  mapRowBytes = (rowBytes + 7) / 8;
-  const size_t height = static_cast<size_t>(std::max(layer.height, 0));
-  const size_t mapSize = static_cast<size_t>(mapRowBytes) * height;
-  const size_t codesSize = static_cast<size_t>(rowBytes) * height;
-  const size_t literalsSize = static_cast<size_t>(groups) * 2 * height;
+  groups = UnitsOf(layer.width);
+  std::free(literals);
+  std::free(matches);
+  literals = static_cast<uint8_t*>(
+      std::malloc(static_cast<size_t>(groups) * 2 * static_cast<size_t>(std::max(layer.height, 0)) + 1));
   // The group behind a row's last takes part in its comparison.
-  const size_t matchesSize = static_cast<size_t>(groups + 1) * sizeof(uint16_t);
-  std::free(buffers);
-  buffers = static_cast<uint8_t*>(
-      std::malloc(matchesSize + mapSize + codesSize + literalsSize + 2 * static_cast<size_t>(rowBytes)));
-  if (buffers == nullptr) return false;
-  matches = reinterpret_cast<uint16_t*>(buffers);
-  rowMap = buffers + matchesSize;
-  codes = rowMap + mapSize;
-  literals = codes + codesSize;
-  previousCodes = literals + literalsSize;
-  currentCodes = previousCodes + rowBytes;
-  return true;
+  matches = static_cast<uint16_t*>(std::malloc(static_cast<size_t>(groups + 1) * sizeof(uint16_t)));
+  return literals != nullptr && matches != nullptr && rows.Allocate(layer.width, layer.height);
 }
 
 bool CellWriter::Write(Layer* layer, ByteStream* stream) {
@@ -103,20 +65,18 @@ bool CellWriter::Write(Layer* layer, ByteStream* stream) {
 }
 
 void CellWriter::WriteCell(const CellImage& image, ByteStream* stream) {
-  codeSize = 0;
-  literalSize = 0;
   // A cell without width has rows but no bytes for them.
-  const int32_t rows = groups > 0 ? image.height : 0;
-  std::memset(rowMap, 0, static_cast<size_t>(mapRowBytes) * static_cast<size_t>(rows));
-  std::memset(previousCodes, kFirstRowCodes, static_cast<size_t>(rowBytes));
-  for (int32_t y = 0; y < rows; ++y) {
+  const int32_t height = groups > 0 ? image.height : 0;
+  literalSize = 0;
+  rows.Begin(image.width, height);
+  for (int32_t y = 0; y < height; ++y) {
     FindMatches(image, y);
     EncodeRow(image, y);
   }
-  WriteField(*stream, codeSize, 4);
+  WriteField(*stream, rows.CodeSize(), 4);
   WriteField(*stream, literalSize, 4);
-  stream->Write(rowMap, mapRowBytes * rows);
-  stream->Write(codes, codeSize);
+  stream->Write(rows.Map(), rows.MapSize());
+  stream->Write(rows.Codes(), rows.CodeSize());
   stream->Write(literals, literalSize);
 }
 
@@ -124,10 +84,10 @@ void CellWriter::WriteCell(const CellImage& image, ByteStream* stream) {
 // it in memory: that costs some compression, and it is what files of this program have always been written by.
 void CellWriter::FindMatches(const CellImage& image, int32_t y) {
   const uint8_t* row = image.bits + y * image.pitch;
-  std::fill(matches, matches + groups + 1, kLiteralMatch);
-  for (int32_t rank = 0; rank < kCodes - 1; ++rank) {
-    const int32_t code = kSearchOrder[rank];
-    const GroupOffset offset = kGroupOffsets[code];
+  std::fill(matches, matches + groups + 1, static_cast<uint16_t>(kLiteralFound));
+  for (int32_t rank = 0; rank < kUnitCodes - 1; ++rank) {
+    const int32_t code = kSearch.CodeOf(rank);
+    const UnitOffset offset = kUnitOffsets[code];
     if (y + offset.dy < 0) continue;
     const uint8_t* source = row + ByteOffset(code, image.pitch);
     const uint16_t bit = static_cast<uint16_t>(1u << rank);
@@ -141,29 +101,14 @@ void CellWriter::FindMatches(const CellImage& image, int32_t y) {
 void CellWriter::EncodeRow(const CellImage& image, int32_t y) {
   const uint8_t* row = image.bits + y * image.pitch;
   for (int32_t k = 0; k < groups; ++k) {
-    const uint32_t found = matches[k] & matches[k + 1];
-    // The code of the row above goes first, since it costs nothing.
-    int32_t code = previousCodes[k / 2] >> (k % 2 * 4) & 0x0F;
-    if (code == 0 || (found >> kSearchRanks[static_cast<size_t>(code)] & 1) == 0) {
-      code = kSearchOrder[std::countr_zero(found)];
-    }
-    if (code == 0) {
+    const int32_t code = kSearch.Choose(matches[k] & matches[k + 1], rows.Above(k));
+    if (code == kLiteralUnit) {
       std::memcpy(literals + literalSize, row + 2 * k, 2);
       literalSize += 2;
     }
-    if (k % 2 == 0) {
-      currentCodes[k / 2] = static_cast<uint8_t>(code);
-    } else {
-      currentCodes[k / 2] = static_cast<uint8_t>(currentCodes[k / 2] | code << 4);
-    }
+    rows.Put(k, code);
   }
-  uint8_t* map = rowMap + y * mapRowBytes;
-  for (int32_t i = 0; i < rowBytes; ++i) {
-    if (currentCodes[i] == previousCodes[i]) continue;
-    codes[codeSize++] = currentCodes[i];
-    map[i / 8] = static_cast<uint8_t>(map[i / 8] | 1u << (i % 8));
-  }
-  std::swap(currentCodes, previousCodes);
+  rows.EndRow();
 }
 
 CellReader::~CellReader() {
@@ -173,9 +118,9 @@ CellReader::~CellReader() {
 }
 
 bool CellReader::Allocate(const Layer& layer) {
-  groups = (layer.width + 3) / 4;
-  rowBytes = (layer.width + 7) / 8;
-  mapRowBytes = (rowBytes + 7) / 8;
+  groups = UnitsOf(layer.width);
+  rowBytes = CodeRowBytes(layer.width);
+  mapRowBytes = CodeMapRowBytes(layer.width);
   const int64_t mapSize = static_cast<int64_t>(mapRowBytes) * layer.height;
   if (mapSize > INT32_MAX) return false;
   mapBytes = static_cast<int32_t>(mapSize);
@@ -247,24 +192,16 @@ bool CellReader::ReadCell(CellImage* image, ByteStream* stream, int32_t length, 
   int64_t literalsUsed = 0;
   uint8_t stale[2] = {0, 0};
 
-  int32_t offsets[kCodes];
-  for (int32_t i = 0; i < kCodes; ++i) offsets[i] = ByteOffset(i, image->pitch);
+  int32_t offsets[kUnitCodes];
+  for (int32_t i = 0; i < kUnitCodes; ++i) offsets[i] = ByteOffset(i, image->pitch);
   std::memset(rowCodes, kFirstRowCodes, static_cast<size_t>(rowBytes));
   const int32_t rows = groups > 0 ? image->height : 0;
   for (int32_t y = 0; y < rows; ++y) {
-    const uint8_t* map = rowMap + y * mapRowBytes;
-    for (int32_t m = 0; m < mapRowBytes; ++m) {
-      for (uint32_t set = map[m]; set != 0; set &= set - 1) {
-        const int32_t i = m * 8 + std::countr_zero(set);
-        if (i >= rowBytes) break;
-        // Codes behind the end of the data read as all bits set.
-        rowCodes[i] = code < codeEnd ? *code++ : uint8_t{0xFF};
-      }
-    }
+    LoadCodeRow(rowMap + y * mapRowBytes, image->width, &code, codeEnd, rowCodes);
     uint8_t* group = image->bits + y * image->pitch;
     for (int32_t k = 0; k < groups; ++k, group += 2) {
-      const int32_t n = rowCodes[k / 2] >> (k % 2 * 4) & 0x0F;
-      if (n == 0) {
+      const int32_t n = CodeAt(rowCodes, k);
+      if (n == kLiteralUnit) {
         if (literal + 2 <= literalEnd) {
           std::memcpy(group, literal, 2);
           std::memcpy(stale, literal, 2);

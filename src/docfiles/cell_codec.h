@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "docfiles/code_rows.h"
 #include "document/layer.h"
 #include "document/load_report.h"
 #include "foundation/byte_stream.h"
@@ -27,18 +28,11 @@ class CellWriter {
   void FindMatches(const CellImage& image, int32_t y);
   void EncodeRow(const CellImage& image, int32_t y);
 
-  int32_t groups = 0;       // of four pixels in a row
-  int32_t rowBytes = 0;     // of codes
-  int32_t mapRowBytes = 0;  // of the bit map
-  uint8_t* buffers = nullptr;
-  uint8_t* rowMap = nullptr;
-  uint8_t* codes = nullptr;
+  int32_t groups = 0;  // of four pixels in a row
+  CodeRowWriter rows;
   uint8_t* literals = nullptr;
-  uint8_t* previousCodes = nullptr;
-  uint8_t* currentCodes = nullptr;
-  uint16_t* matches = nullptr;
-  int32_t codeSize = 0;
   int32_t literalSize = 0;
+  uint16_t* matches = nullptr;  // for each group of a row the codes that would do
 };
 
 class CellReader {

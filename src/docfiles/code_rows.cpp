@@ -1,0 +1,59 @@
+#include "docfiles/code_rows.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <utility>
+
+namespace sorvel {
+
+CodeRowWriter::~CodeRowWriter() {
+  std::free(map);
+}
+
+bool CodeRowWriter::Allocate(int32_t width, int32_t height) {
+  const size_t rows = static_cast<size_t>(std::max(height, 0));
+  const size_t mapSpace = static_cast<size_t>(CodeMapRowBytes(width)) * rows;
+  const size_t rowSpace = static_cast<size_t>(CodeRowBytes(width));
+  std::free(map);
+  map = static_cast<uint8_t*>(std::malloc(mapSpace + rowSpace * (rows + 2) + 1));
+  if (map == nullptr) return false;
+  codes = map + mapSpace;
+  previousRow = codes + rowSpace * rows;
+  currentRow = previousRow + rowSpace;
+  return true;
+}
+
+void CodeRowWriter::Begin(int32_t width, int32_t height) {
+  rowBytes = CodeRowBytes(width);
+  mapRowBytes = CodeMapRowBytes(width);
+  mapSize = mapRowBytes * height;
+  codeSize = 0;
+  mapRow = map;
+  std::memset(map, 0, static_cast<size_t>(mapSize));
+  std::memset(previousRow, kFirstRowCodes, static_cast<size_t>(rowBytes));
+}
+
+void CodeRowWriter::EndRow() {
+  for (int32_t i = 0; i < rowBytes; ++i) {
+    if (currentRow[i] == previousRow[i]) continue;
+    codes[codeSize++] = currentRow[i];
+    mapRow[i / 8] = static_cast<uint8_t>(mapRow[i / 8] | 1u << (i % 8));
+  }
+  mapRow += mapRowBytes;
+  std::swap(currentRow, previousRow);
+}
+
+void LoadCodeRow(const uint8_t* mapRow, int32_t width, const uint8_t** next, const uint8_t* end, uint8_t* row) {
+  const int32_t rowBytes = CodeRowBytes(width);
+  const int32_t mapRowBytes = CodeMapRowBytes(width);
+  for (int32_t m = 0; m < mapRowBytes; ++m) {
+    for (uint32_t set = mapRow[m]; set != 0; set &= set - 1) {
+      const int32_t i = m * 8 + std::countr_zero(set);
+      if (i >= rowBytes || *next >= end) return;
+      row[i] = *(*next)++;
+    }
+  }
+}
+
+}  // namespace sorvel

@@ -1,0 +1,117 @@
+#pragma once
+
+#include <array>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+
+namespace sorvel {
+
+// What the code of cells and that of compiled streams share: a picture is cut into units of four pixels, and each has
+// a code of four bits that says where it is copied from. The codes of a row are stored only in the bytes that differ
+// from the row above, and a map says which they are.
+
+constexpr int32_t kUnitCodes = 16;
+constexpr int32_t kLiteralUnit = 0;
+
+// The source of a unit by its code, in pixels relative to the unit. Code 0 is stored pixels, and code 15 of a compiled
+// stream is the same place in the frame before.
+struct UnitOffset {
+  int8_t dx;
+  int8_t dy;
+};
+
+constexpr UnitOffset kUnitOffsets[kUnitCodes] = {
+    {0, 0},   {-4, 0}, {-8, 0},  {-16, 0}, {0, -1}, {-4, -1}, {0, -2},  {-4, -2},
+    {-8, -2}, {0, -4}, {-4, -4}, {-8, -4}, {0, -8}, {-4, -8}, {-8, -8}, {0, -16},
+};
+
+// At the start of a picture all codes of the row above count as 1.
+constexpr uint8_t kFirstRowCodes = 0x11;
+
+// Units in a row of so many pixels, bytes of their codes, and bytes of the map of those.
+constexpr int32_t UnitsOf(int32_t width) {
+  return (width + 3) / 4;
+}
+constexpr int32_t CodeRowBytes(int32_t width) {
+  return (width + 7) / 8;
+}
+constexpr int32_t CodeMapRowBytes(int32_t width) {
+  return (CodeRowBytes(width) + 7) / 8;
+}
+
+// The code of unit k in a row of code bytes: the even k is in the low nibble.
+inline int32_t CodeAt(const uint8_t* row, int32_t k) {
+  return row[k / 2] >> (k % 2 * 4) & 0x0F;
+}
+
+// The order in which a writer looks for the source of a unit: 15 codes, and last, found by nothing else, the literal.
+// The codes that would do are a set of places in this order, lowest bit first.
+class CodeSearch {
+ public:
+  constexpr explicit CodeSearch(const uint8_t (&codesInOrder)[kUnitCodes]) {
+    for (uint8_t rank = 0; rank < kUnitCodes; ++rank) {
+      order[rank] = codesInOrder[rank];
+      ranks[codesInOrder[rank]] = rank;
+    }
+  }
+
+  constexpr int32_t CodeOf(int32_t rank) const { return order[static_cast<size_t>(rank)]; }
+
+  // The code of the row above goes first, since it costs nothing; then the order decides.
+  int32_t Choose(uint32_t found, int32_t above) const {
+    const bool keeps = above != kLiteralUnit && (found >> ranks[static_cast<size_t>(above)] & 1) != 0;
+    return keeps ? above : order[static_cast<size_t>(std::countr_zero(found))];
+  }
+
+ private:
+  std::array<uint8_t, kUnitCodes> order{};
+  std::array<uint8_t, kUnitCodes> ranks{};
+};
+
+// The literal's place in such a set.
+constexpr uint32_t kLiteralFound = 1u << (kUnitCodes - 1);
+
+// Gathers the code rows of one picture after another.
+class CodeRowWriter {
+ public:
+  CodeRowWriter() = default;
+  CodeRowWriter(const CodeRowWriter&) = delete;
+  CodeRowWriter& operator=(const CodeRowWriter&) = delete;
+  ~CodeRowWriter();
+
+  // Makes room for pictures up to this size; false if there is no memory for it.
+  bool Allocate(int32_t width, int32_t height);
+  void Begin(int32_t width, int32_t height);
+
+  int32_t Above(int32_t k) const { return CodeAt(previousRow, k); }
+  // The codes of a row come in order.
+  void Put(int32_t k, int32_t code) {
+    const int32_t kept = k % 2 == 0 ? 0 : currentRow[k / 2];
+    currentRow[k / 2] = static_cast<uint8_t>(kept | code << (k % 2 * 4));
+  }
+  void EndRow();
+
+  // What has been gathered of the picture.
+  const uint8_t* Map() const { return map; }
+  int32_t MapSize() const { return mapSize; }
+  const uint8_t* Codes() const { return codes; }
+  int32_t CodeSize() const { return codeSize; }
+
+ private:
+  uint8_t* map = nullptr;  // owns the memory of all four
+  uint8_t* codes = nullptr;
+  uint8_t* previousRow = nullptr;
+  uint8_t* currentRow = nullptr;
+  uint8_t* mapRow = nullptr;
+  int32_t rowBytes = 0;
+  int32_t mapRowBytes = 0;
+  int32_t mapSize = 0;
+  int32_t codeSize = 0;
+};
+
+// Brings a row of code bytes up to date by its row of the map, with the codes from *next on. Codes behind `end` leave
+// the row above as it is.
+void LoadCodeRow(const uint8_t* mapRow, int32_t width, const uint8_t** next, const uint8_t* end, uint8_t* row);
+
+}  // namespace sorvel

@@ -14,13 +14,15 @@ inline void PlayInput(const uint8_t* data, size_t size) {
   LoadReport report;
   InspectStream(input.Get(), &info, &report);
   // Pictures of many megapixels only take time.
-  constexpr int32_t largestSide = 120;
-  for (const StreamCutInfo& cut : info.cuts) {
-    if (cut.width > largestSide || cut.height > largestSide) return;
+  constexpr int32_t largestSide = 200;
+  {
+    NibbleBitmap bitmap;
+    AnimationDecoder head;
+    head.bitmap = &bitmap;
+    if (head.OpenStream(input.Get()) == 0) return;
+    if (bitmap.width > largestSide || bitmap.height > largestSide) return;
+    if (head.outputWidth > largestSide || head.outputHeight > largestSide) return;
   }
-  if (info.maxWidth > largestSide || info.maxHeight > largestSide) return;
-  if (info.width > largestSide || info.height > largestSide) return;
-  if (!info.cuts.empty() && (info.cuts[0].frameWidth > largestSide || info.cuts[0].frameHeight > largestSide)) return;
   AnimationWindow player;
   player.window = platform::MakeWindow("", nullptr);
   if (player.Play(input.Get()) != 0) {

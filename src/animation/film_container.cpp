@@ -21,14 +21,15 @@ FILE* OpenCacheForWriting(const char* cachePath) {
 
 // Compiles all frames of the cut into a new file, which stands at its start afterwards. Null if that can't be done.
 FILE* CompileCut(Cut* cut, const char* cachePath, NibbleBitmap* bitmap, PackedImage* composition, LoadReport* report) {
+  const char* problem = CanvasProblem(*cut);
   const int32_t scale = OutputScale(cut->Antialias());
-  if (bitmap->Create(cut->width / scale, cut->height / scale) == 0 ||
-      !composition->Resize(cut->width, cut->height, 0)) {
-    NoteProblem(report, "the picture is empty or too large");
-    return nullptr;
+  if (problem == nullptr && (bitmap->Create(cut->width / scale, cut->height / scale) == 0 ||
+                             !composition->Resize(cut->width, cut->height, 0))) {
+    problem = "no memory for the picture";
   }
-  if (cut->frames.Count() == 0) {
-    NoteProblem(report, "the cut has no frames");
+  if (problem == nullptr && cut->frames.Count() == 0) problem = "the cut has no frames";
+  if (problem != nullptr) {
+    NoteProblem(report, problem);
     return nullptr;
   }
   FILE* file = OpenCacheForWriting(cachePath);
@@ -65,7 +66,9 @@ FILE* OpenOrCompile(Film* film, int32_t listIndex, NibbleBitmap* bitmap, LoadRep
   FileStream stream(file);
   const bool loaded = cut.Load(&stream, &composition, report);
   stream.Close();
-  return loaded ? CompileCut(&cut, cachePath, bitmap, &composition, report) : nullptr;
+  // Who asks what is wrong gets no film out of a damaged cut.
+  const bool usable = loaded && (report == nullptr || !report->IsDamaged());
+  return usable ? CompileCut(&cut, cachePath, bitmap, &composition, report) : nullptr;
 }
 
 struct ContainerHead {

@@ -13,10 +13,12 @@ namespace {
 
 constexpr uint32_t kPlaneBits = 0x0F0F0F0F;
 
-// A picture takes no fewer bytes of stream than its first frame's change map, one bit for eight pixels; a stream that
-// is shorter may still ask for a picture of this many pixels.
+// A picture takes no fewer bytes of stream than its first frame's change map, one bit for eight pixels of a row. A
+// stream that ends early may still ask for a picture of so many pixels, and a film for more, whose widest and whose
+// highest cut need not be the same.
 constexpr int64_t kPixelsPerByte = 64;
-constexpr int64_t kFreePixels = int64_t{1} << 26;
+constexpr int64_t kFreePixels = int64_t{1} << 20;
+constexpr int64_t kFreeFilmPixels = int64_t{1} << 26;
 
 // Four pixels of two bits each, one in each byte.
 constexpr auto kTwoBitBlocks = [] {
@@ -56,11 +58,11 @@ int32_t AnimationDecoder::OpenStream(ByteStream* input) {
   return 1;
 }
 
-bool AnimationDecoder::CreatePicture() {
+bool AnimationDecoder::CreatePicture(int64_t freePixels) {
   const int32_t pictureWidth = ReadSignedField(*stream, 2);
   const int32_t pictureHeight = ReadSignedField(*stream, 2);
   const int64_t pixels = static_cast<int64_t>(pictureWidth) * pictureHeight;
-  if (pixels > StreamLength(*stream) * kPixelsPerByte + kFreePixels) return false;
+  if (pixels > StreamLength(*stream) * kPixelsPerByte + freePixels) return false;
   return bitmap->Create(pictureWidth, pictureHeight) != 0;
 }
 
@@ -75,7 +77,7 @@ bool AnimationDecoder::ReadCompiledHead() {
   char credit[kStreamTextLimit];
   ReadField(*stream, 4);
   ReadText(*stream, credit, kStreamTextLimit);
-  if (!CreatePicture()) return false;
+  if (!CreatePicture(kFreePixels)) return false;
   outputWidth = ReadSignedField(*stream, 2);
   outputHeight = ReadSignedField(*stream, 2);
   firstCutOffset = kCutRecordOffset;
@@ -91,7 +93,7 @@ bool AnimationDecoder::ReadContainerHead() {
   ReadText(*stream, text, kStreamTextLimit);
   outputWidth = ReadSignedField(*stream, 2);
   outputHeight = ReadSignedField(*stream, 2);
-  if (!CreatePicture()) return false;
+  if (!CreatePicture(kFreeFilmPixels)) return false;
   const int32_t count = ReadSignedField(*stream, 2);
   if (count < 1 || !MakeCutTable(count)) return false;
   for (int32_t i = 0; i < count; ++i) cutOffsets[i] = static_cast<int32_t>(ReadField(*stream, 4));

@@ -63,7 +63,7 @@ class AnimationDecoder {
     Rect box;
   };
 
-  bool CreatePicture();
+  bool CreatePicture(int64_t freePixels);
   bool MakeCutTable(int32_t count);
   bool ReadCompiledHead();
   bool ReadContainerHead();

@@ -75,6 +75,18 @@ struct AnimationEncoder::ShownRecord {
   }
 };
 
+const char* CanvasProblem(const Cut& cut) {
+  constexpr int32_t largestSide = INT16_MAX;
+  constexpr int64_t mostPixels = int64_t{1} << 28;
+  const int32_t scale = OutputScale(cut.Antialias());
+  const int32_t pictureWidth = cut.width / scale;
+  const int32_t pictureHeight = cut.height / scale;
+  if (pictureWidth < 1 || pictureHeight < 1) return "the canvas is too small for its output size";
+  const bool tooLarge =
+      pictureWidth > largestSide || pictureHeight > largestSide || int64_t{cut.width} * cut.height > mostPixels;
+  return tooLarge ? "the canvas is too large" : nullptr;
+}
+
 AnimationEncoder::AnimationEncoder(ByteStream* outputStream, NibbleBitmap* planes, int32_t capacity)
     : stream(outputStream), bitmap(planes), cutCapacity(capacity) {}
 

@@ -50,7 +50,8 @@ struct StreamInfo {
 };
 
 // Walks through the whole stream. False for a stream of another kind. Otherwise the report tells the first thing by
-// which it differs from any stream that this program writes; what could be read is in `info` all the same.
+// which it differs from any stream that this program writes; what could be read is in `info` all the same. Neither
+// may be null.
 bool InspectStream(ByteStream* stream, StreamInfo* info, LoadReport* report);
 
 // True for a compiled cut that is as long as its head says; nothing else of it is looked at.

@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <vector>
 
+#include "animation/stream_encoder.h"
 #include "console/arguments.h"
 #include "platform/text.h"
 
@@ -20,10 +21,6 @@ namespace sorvel::console {
 namespace {
 
 constexpr size_t kFileBuffer = 1 << 16;
-
-// A canvas beyond this would take more memory than any machine that draws on it has to spare.
-constexpr int64_t kLargestCanvas = int64_t{1} << 28;
-constexpr int32_t kLargestStreamSide = 32767;
 
 volatile std::sig_atomic_t interrupted = 0;
 
@@ -204,17 +201,9 @@ bool LoadFilm(const std::string& path, Film* film) {
 }
 
 bool CheckCanvas(const std::string& path, const Cut& cut) {
-  const int32_t scale = OutputScale(cut.Antialias());
-  if (cut.width / scale < 1 || cut.height / scale < 1) {
-    Fail(path, "the canvas is too small for its output size");
-    return false;
-  }
-  if (cut.width / scale > kLargestStreamSide || cut.height / scale > kLargestStreamSide ||
-      int64_t{cut.width} * cut.height > kLargestCanvas) {
-    Fail(path, "the canvas is too large");
-    return false;
-  }
-  return true;
+  const char* problem = CanvasProblem(cut);
+  if (problem != nullptr) Fail(path, problem);
+  return problem == nullptr;
 }
 
 void WriteIndexedBitmap(ByteStream* stream, const CellImage& image, const ColorEntry (&colors)[kColorCount]) {

@@ -71,8 +71,7 @@ bool LoadCut(const std::string& path, Cut* cut);
 bool LoadLayer(const std::string& path, Cut* cut);
 bool LoadFilm(const std::string& path, Film* film);
 
-// Gives the workspaces the sizes that compiling and exporting of the cut take. False, with the line written, for a
-// canvas that is too large.
+// False, with the one line written, for a canvas that can't be compiled or put out.
 bool CheckCanvas(const std::string& path, const Cut& cut);
 
 // Writes an image as a bitmap file of 8 bits a pixel with these 26 colours, bottom row first.

@@ -30,7 +30,7 @@ int WriteOutput(const std::string& path, const Fill& fill) {
 // The frame that a word names, counted from 1 there and from 0 here.
 int SelectFrame(const std::string& path, const std::string& word, Cut* cut) {
   int32_t number = 0;
-  if (!ParseNumber(word, 0, INT32_MAX, &number)) return FailUsage("the frame is a number from 1, not " + word);
+  if (!ParseNumber(word, INT32_MIN, INT32_MAX, &number)) return FailUsage("the frame is a number from 1, not " + word);
   if (number < 1 || number > cut->frames.Count()) {
     return Fail(path, "there is no frame " + word + ", the cut has " + std::to_string(cut->frames.Count()));
   }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <spawn.h>
 #include <stdlib.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -330,16 +331,19 @@ class Folder {
   Answer Sorvel(const std::vector<std::string>& words) const {
     FILE* out = std::tmpfile();
     FILE* err = std::tmpfile();
-    const pid_t child = fork();
-    if (child == 0) {
-      std::vector<char*> arguments = {const_cast<char*>("sorvel")};
-      for (const std::string& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
-      arguments.push_back(nullptr);
-      dup2(fileno(out), 1);
-      dup2(fileno(err), 2);
-      if (chdir(path.c_str()) == 0) execv(SORVEL_PROGRAM, arguments.data());
-      _exit(127);
-    }
+    std::vector<char*> arguments = {const_cast<char*>("sorvel")};
+    for (const std::string& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
+    arguments.push_back(nullptr);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addchdir_np(&actions, path.c_str());
+    posix_spawn_file_actions_adddup2(&actions, fileno(out), 1);
+    posix_spawn_file_actions_adddup2(&actions, fileno(err), 2);
+    pid_t child = 0;
+    const int spawned = posix_spawn(&child, SORVEL_PROGRAM, &actions, nullptr, arguments.data(), environ);
+    posix_spawn_file_actions_destroy(&actions);
+    EXPECT_EQ(spawned, 0);
+    if (spawned != 0) return {};
     int status = 0;
     int waited = 0;
     while (waitpid(child, &status, WNOHANG) == 0) {
@@ -420,7 +424,7 @@ inline Bytes SmallCutFile() {
 // What compiling it gives. Levels 0 1 2 3 and, below, 3 0 3 3; then 2 1 0 3, which changes columns 0 to 2.
 inline Bytes SmallCutCompiled() {
   return Hex(
-      "43 41  4D 00 00 00  00  04 00  02 00  04 00  02 00  18  03"
+      "43 41  4B 00 00 00  00  04 00  02 00  04 00  02 00  18  03"
       "01 00  01 00  32  00 00  00 00  00 00  00 00  04 00  02 00  01 00 00 00  02 00 00 00"
       "01 00  00  E4 F3"
       "02 00  01 00  32  00 00  00 00  00 00  01 00  03 00  01 00  01 00 00 00  01 00 00 00"

@@ -42,6 +42,8 @@ void DrawBitmap(DeviceContext* context, int32_t x, int32_t y, int32_t width, int
   BitBlt(HandleOf(context), x, y, width, height, memory, sourceX, sourceY, SRCCOPY);
   SelectObject(memory, old);
   DeleteDC(memory);
+  // The pixels are written to next, so nothing that reads them may still be waiting.
+  GdiFlush();
 }
 
 }  // namespace sorvel::platform

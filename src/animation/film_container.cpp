@@ -13,35 +13,40 @@ namespace sorvel {
 
 namespace {
 
-FILE* OpenCacheForWriting(const char* cachePath) {
-  FILE* file = platform::OpenStdioFile(cachePath, "wb+");
-  // A folder that can't be written keeps no compiled stream, but the cut plays all the same.
-  return file != nullptr ? file : platform::OpenTemporaryFile();
+// Leaves a copy of the compiled stream beside the cut. A folder that can't be written gets none, and the cut goes into
+// the film all the same; half a copy would be taken for the stream the next time.
+void KeepCache(FileStream* compiled, const char* cachePath) {
+  FileStream cache(platform::OpenStdioFile(cachePath, "wb"));
+  if (!cache.IsOpen()) return;
+  compiled->Seek(0, kFromStart);
+  const bool copied = CopyStream(*compiled, cache, -1);
+  if (!cache.Close() || !copied) platform::DeletePath(cachePath);
 }
 
-// Compiles all frames of the cut into a new file, which stands at its start afterwards. Null if that can't be done.
+// Compiles all frames of the cut. Gives an open file, or null if that can't be done.
 FILE* CompileCut(Cut* cut, const char* cachePath, NibbleBitmap* bitmap, PackedImage* composition, LoadReport* report) {
   const char* problem = CanvasProblem(*cut);
-  const int32_t scale = OutputScale(cut->Antialias());
-  if (problem == nullptr && (bitmap->Create(cut->width / scale, cut->height / scale) == 0 ||
-                             !composition->Resize(cut->width, cut->height, 0))) {
-    problem = "no memory for the picture";
-  }
   if (problem == nullptr && cut->frames.Count() == 0) problem = "the cut has no frames";
+  FileStream stream(problem == nullptr ? platform::OpenTemporaryFile() : nullptr);
+  if (problem == nullptr && !stream.IsOpen()) problem = "no file for the compiled stream";
+  if (problem == nullptr) {
+    const int32_t scale = OutputScale(cut->Antialias());
+    AnimationEncoder encoder(&stream, bitmap, 1);
+    const bool compiled = bitmap->Create(cut->width / scale, cut->height / scale) != 0 &&
+                          composition->Resize(cut->width, cut->height, 0) &&
+                          encoder.EncodeCut(cut, composition, 0, cut->frames.Count() - 1) != 0;
+    if (!compiled) problem = "no memory for the picture";
+    if (compiled && (std::fflush(stream.file) != 0 || std::ferror(stream.file) != 0)) {
+      problem = "the compiled stream can't be written";
+    }
+  }
   if (problem != nullptr) {
     NoteProblem(report, problem);
+    stream.Close();
     return nullptr;
   }
-  FILE* file = OpenCacheForWriting(cachePath);
-  if (file == nullptr) {
-    NoteProblem(report, "no file for the compiled stream");
-    return nullptr;
-  }
-  FileStream stream(file);
-  AnimationEncoder encoder(&stream, bitmap, 1);
-  encoder.EncodeCut(cut, composition, 0, cut->frames.Count() - 1);
-  stream.Seek(0, kFromStart);
-  return file;
+  KeepCache(&stream, cachePath);
+  return stream.file;
 }
 
 FILE* OpenOrCompile(Film* film, int32_t listIndex, NibbleBitmap* bitmap, LoadReport* report) {
@@ -107,9 +112,10 @@ bool AppendCutToContainer(Film* film, int32_t outIndex, int32_t listIndex, ByteS
   *width = static_cast<int16_t>(ReadSignedField(cache, 2));
   *height = static_cast<int16_t>(ReadSignedField(cache, 2));
   cache.Seek(kCutRecordOffset, kFromStart);
-  CopyStream(cache, container, -1);
+  const bool copied = CopyStream(cache, container, -1);
   cache.Close();
-  return true;
+  if (!copied) NoteProblem(report, "can't be copied into the film");
+  return copied;
 }
 
 }  // namespace

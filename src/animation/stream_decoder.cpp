@@ -11,8 +11,6 @@ namespace sorvel {
 
 namespace {
 
-constexpr uint32_t kPlaneBits = 0x0F0F0F0F;
-
 // A picture takes no fewer bytes of stream than its first frame's change map, one bit for eight pixels of a row. A
 // stream that ends early may still ask for a picture of so many pixels, and a film for more, whose widest and whose
 // highest cut need not be the same.
@@ -26,12 +24,6 @@ constexpr auto kTwoBitBlocks = [] {
   for (uint32_t i = 0; i < 256; ++i) blocks[i] = (i & 3) | (i & 12) << 6 | (i & 48) << 12 | (i & 192) << 18;
   return blocks;
 }();
-
-uint32_t LoadBlock(const uint8_t* bytes) {
-  uint32_t block = 0;
-  std::memcpy(&block, bytes, sizeof(block));
-  return block;
-}
 
 }  // namespace
 

@@ -12,15 +12,6 @@ namespace {
 
 constexpr CodeSearch kSearch({1, 4, 5, 6, 15, 7, 9, 10, 2, 8, 11, 12, 13, 14, 3, 0});
 
-// Four pixels of a plane, one in each byte.
-constexpr uint32_t kPlaneBits = 0x0F0F0F0F;
-
-uint32_t LoadBlock(const uint8_t* bytes) {
-  uint32_t block = 0;
-  std::memcpy(&block, bytes, sizeof(block));
-  return block;
-}
-
 // The parts of a rectangle that a division by scale takes in: its edges go outward to multiples.
 Rect ReduceArea(const Rect& area, int32_t scale, const NibbleBitmap& bitmap) {
   const int32_t left = std::max(area.x, 0);
@@ -79,12 +70,12 @@ const char* CanvasProblem(const Cut& cut) {
   constexpr int32_t largestSide = INT16_MAX;
   constexpr int64_t mostPixels = int64_t{1} << 28;
   const int32_t scale = OutputScale(cut.Antialias());
-  const int32_t pictureWidth = cut.width / scale;
-  const int32_t pictureHeight = cut.height / scale;
-  if (pictureWidth < 1 || pictureHeight < 1) return "the canvas is too small for its output size";
-  const bool tooLarge =
-      pictureWidth > largestSide || pictureHeight > largestSide || int64_t{cut.width} * cut.height > mostPixels;
-  return tooLarge ? "the canvas is too large" : nullptr;
+  if (cut.width < scale || cut.height < scale) return "the canvas is too small for its output size";
+  const auto isTooLarge = [scale](int64_t width, int64_t height) {
+    return width / scale > largestSide || height / scale > largestSide || width * height > mostPixels;
+  };
+  if (isTooLarge(cut.width, cut.height)) return "the canvas is too large";
+  return isTooLarge(cut.frameWidth, cut.frameHeight) ? "the frame is too large" : nullptr;
 }
 
 AnimationEncoder::AnimationEncoder(ByteStream* outputStream, NibbleBitmap* planes, int32_t capacity)

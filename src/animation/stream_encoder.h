@@ -9,9 +9,9 @@
 
 namespace sorvel {
 
-// What keeps a cut's canvas from being compiled or put out, in plain English; null if nothing does. A stream has no
-// pictures without pixels and none of more than 32767 pixels a side, and a canvas of more than 2^28 pixels would take
-// more memory than there is to spare.
+// What keeps a cut's canvas or frame rectangle from being compiled or put out, in plain English; null if nothing does.
+// A stream has no pictures without pixels and none of more than 32767 pixels a side, and a canvas of more than 2^28
+// pixels would take more memory than there is to spare.
 const char* CanvasProblem(const Cut& cut);
 
 // Compiles a range of a cut's frames into a stream that plays: a head, then frames, each a box of changed pixels

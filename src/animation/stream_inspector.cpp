@@ -98,7 +98,7 @@ bool Inspector::ReadContainerHead() {
     report.Note("the film has no cuts");
     return false;
   }
-  if (info.width < 1 || info.height < 1) report.Note("the picture area is empty");
+  if (info.width < 0 || info.height < 0) report.Note("the picture area has a negative size");
   if (!Expect(int64_t{4} * count)) return false;
   for (int32_t i = 0; i < count; ++i) info.offsets.push_back(ReadField(stream, 4));
   return true;
@@ -118,9 +118,9 @@ bool Inspector::ReadCutRecord() {
   const int64_t number = static_cast<int64_t>(info.cuts.size());
   if (cut.width < 1 || cut.height < 1) report.Note("the picture of cut %lld is empty", number);
   if (info.isContainer ? cut.width > info.maxWidth || cut.height > info.maxHeight
-                       : cut.frameWidth < 1 || cut.frameHeight < 1) {
+                       : cut.frameWidth < 0 || cut.frameHeight < 0) {
     report.Note(info.isContainer ? "the picture of cut %lld is larger than the film's largest"
-                                 : "the frame of cut %lld is empty",
+                                 : "the frame of cut %lld has a negative size",
                 number);
   }
   if (cut.levels != 4 && cut.levels != 13) report.Note("cut %lld has an unknown number of grey levels", number);

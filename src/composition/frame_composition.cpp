@@ -31,7 +31,6 @@ bool Frame::ComposeFrame(CellImage* destination, int32_t areaX, int32_t areaY, i
   const int32_t count = drawLimit != 0 ? drawLimit : records.Count();
   const Placement area = {destination, areaX, areaY, areaWidth, areaHeight};
 
-  // Gives false when the record shows nothing; its box is then put to zeros.
   const auto drawRecord = [&](int32_t index, bool withGhosts, int32_t rule, Rect* inkBox, Rect* emptyBox) {
     int32_t cellX = 0;
     int32_t cellY = 0;

@@ -22,12 +22,13 @@ namespace {
 
 constexpr size_t kFileBuffer = 1 << 16;
 
-volatile std::sig_atomic_t interrupted = 0;
+// The file to remove when the program is interrupted, where a signal handler can read it; empty when there is none.
+char gPartialPath[4096] = "";
 
 void OnInterrupt(int signal) {
-  // A second one ends the program at once.
+  if (gPartialPath[0] != '\0') unlink(gPartialPath);
   std::signal(signal, SIG_DFL);
-  interrupted = 1;
+  std::raise(signal);
 }
 
 std::string SystemProblem() {
@@ -35,10 +36,6 @@ std::string SystemProblem() {
 }
 
 }  // namespace
-
-bool WasInterrupted() {
-  return interrupted != 0;
-}
 
 void CatchInterrupts() {
   std::signal(SIGINT, OnInterrupt);
@@ -78,38 +75,52 @@ void OutputFile::Discard() {
   stream.Close();
   if (!partial.empty()) std::remove(partial.c_str());
   partial.clear();
+  gPartialPath[0] = '\0';
+}
+
+bool OutputFile::OpenBeside(const std::string& path, bool exists, unsigned mode) {
+  target = path;
+  if (exists) {
+    // A link stays, and the file that it leads to is replaced.
+    char* resolved = realpath(path.c_str(), nullptr);
+    if (resolved != nullptr) target = resolved;
+    std::free(resolved);
+  } else {
+    const mode_t mask = umask(0);
+    umask(mask);
+    mode = 0666 & ~mask;
+  }
+  partial = target + ".XXXXXX";
+  if (partial.size() >= sizeof(gPartialPath)) {
+    errno = ENAMETOOLONG;
+    partial.clear();
+    return false;
+  }
+  const int descriptor = mkstemp(partial.data());
+  if (descriptor < 0) {
+    partial.clear();
+    return false;
+  }
+  std::strcpy(gPartialPath, partial.c_str());
+  if (fchmod(descriptor, mode) != 0) errno = 0;
+  stream.file = fdopen(descriptor, "wb+");
+  return stream.file != nullptr;
 }
 
 bool OutputFile::Open(const std::string& path, std::string* problem) {
-  target = path;
   struct stat status = {};
   const bool exists = stat(path.c_str(), &status) == 0;
+  bool open = false;
   if (exists && S_ISDIR(status.st_mode)) {
-    *problem = std::strerror(EISDIR);
-    return false;
-  }
-  if (exists && !S_ISREG(status.st_mode)) {
-    stream.file = std::fopen(path.c_str(), "wb+");
+    errno = EISDIR;
+  } else if (exists && !S_ISREG(status.st_mode)) {
+    target = path;
+    stream.file = std::tmpfile();
+    open = stream.file != nullptr;
   } else {
-    if (exists) {
-      // The file itself is replaced, and not a link that leads to it.
-      char* resolved = realpath(path.c_str(), nullptr);
-      if (resolved != nullptr) target = resolved;
-      std::free(resolved);
-    }
-    partial = target + ".XXXXXX";
-    const int descriptor = mkstemp(partial.data());
-    if (descriptor >= 0) {
-      const mode_t mask = umask(0);
-      umask(mask);
-      const mode_t mode = exists ? status.st_mode & 07777 : 0666 & ~mask;
-      if (fchmod(descriptor, mode) != 0) errno = 0;
-      stream.file = fdopen(descriptor, "wb+");
-    } else {
-      partial.clear();
-    }
+    open = OpenBeside(path, exists, status.st_mode & 07777);
   }
-  if (stream.file == nullptr) {
+  if (!open) {
     *problem = SystemProblem();
     return false;
   }
@@ -117,19 +128,29 @@ bool OutputFile::Open(const std::string& path, std::string* problem) {
   return true;
 }
 
+bool OutputFile::CopyToTarget() {
+  FileStream out(std::fopen(target.c_str(), "wb"));
+  if (!out.IsOpen()) return false;
+  stream.Seek(0, kFromStart);
+  const bool copied = CopyStream(stream, out, -1);
+  return out.Close() && copied;
+}
+
 bool OutputFile::Commit(std::string* problem) {
-  if (WasInterrupted()) {
-    *problem = "interrupted";
+  errno = 0;
+  bool written = std::ferror(stream.file) == 0 && std::fseek(stream.file, 0, SEEK_END) == 0;
+  if (written && std::ftell(stream.file) > INT32_MAX) {
+    *problem = "would be larger than 2 GiB";
     return false;
   }
-  errno = 0;
-  const bool written = std::ferror(stream.file) == 0 && std::fflush(stream.file) == 0;
+  if (written && partial.empty()) written = CopyToTarget();
   const bool closed = stream.Close();
   if (!written || !closed || (!partial.empty() && std::rename(partial.c_str(), target.c_str()) != 0)) {
     *problem = errno != 0 ? SystemProblem() : "can't be written";
     return false;
   }
   partial.clear();
+  gPartialPath[0] = '\0';
   return true;
 }
 
@@ -149,8 +170,16 @@ std::string FullPath(const std::string& path) {
   return error ? path : full.lexically_normal().string();
 }
 
-bool ProgramText(const std::string& utf8, std::string* text) {
-  return platform::Utf8ToShiftJis(utf8, text);
+std::string ShownText(std::string_view text) {
+  std::string shown;
+  while (true) {
+    std::string part;
+    if (platform::ShiftJisToUtf8(text, &part)) return shown + part;
+    std::string back;
+    platform::Utf8ToShiftJis(part, &back);
+    shown += part + "\xEF\xBF\xBD";
+    text.remove_prefix(std::min(back.size() + 1, text.size()));
+  }
 }
 
 bool LoadCut(const std::string& path, Cut* cut) {
@@ -190,7 +219,7 @@ bool LoadFilm(const std::string& path, Film* film) {
     }
   }
   std::string text;
-  if (!ProgramText(FullPath(path), &text)) {
+  if (!platform::Utf8ToShiftJis(FullPath(path), &text)) {
     Fail(path, "the path has letters that Shift JIS can't express");
     return false;
   }
@@ -224,12 +253,6 @@ void WriteIndexedBitmap(ByteStream* stream, const CellImage& image, const ColorE
   WriteField(*stream, 0, 4);  // important colours
   for (const ColorEntry& color : colors) WriteField(*stream, color.blue | color.green << 8 | color.red << 16, 4);
   for (int32_t y = image.height - 1; y >= 0; --y) stream->Write(image.bits + y * image.pitch, image.pitch);
-}
-
-bool WritePortableMap(FILE* file, int32_t width, int32_t height, int32_t channels, const uint8_t* pixels) {
-  std::fprintf(file, "P%d\n%d %d\n255\n", channels == 1 ? 5 : 6, width, height);
-  const size_t size = static_cast<size_t>(width) * static_cast<size_t>(height) * static_cast<size_t>(channels);
-  return size == 0 || std::fwrite(pixels, size, 1, file) == 1;
 }
 
 void ShowProgress(const char* what, int64_t done, int64_t total) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "document/cut.h"
 #include "document/film.h"
@@ -28,8 +29,9 @@ class InputFile {
   FileStream stream{nullptr};
 };
 
-// A file that appears under its name only when it is complete: it is written beside its place and then renamed. What
-// isn't committed is removed, also when the program is interrupted. A device is written to directly.
+// A file that appears under its name only when it is complete: it is written beside its place and then renamed, and
+// what isn't committed is removed, also when the program is interrupted. What isn't a plain file, a pipe say, gets the
+// whole at the end. One of them is open at a time.
 class OutputFile {
  public:
   OutputFile() = default;
@@ -37,6 +39,7 @@ class OutputFile {
   OutputFile& operator=(const OutputFile&) = delete;
   ~OutputFile();
 
+  // Each gives false with the reason.
   bool Open(const std::string& path, std::string* problem);
   bool Commit(std::string* problem);
 
@@ -44,26 +47,27 @@ class OutputFile {
   ByteStream* Stream() { return &stream; }
 
  private:
+  bool OpenBeside(const std::string& path, bool exists, unsigned mode);
+  bool CopyToTarget();
   void Discard();
 
   FileStream stream{nullptr};
   std::string target;
-  std::string partial;
+  std::string partial;  // empty when the target isn't a plain file
 };
 
-// True once the user has asked the program to stop; from then on nothing is committed.
-bool WasInterrupted();
-// From now on an interruption lets the running command clean up first.
+// From now on an interruption removes the file that is being written and then ends the program.
 void CatchInterrupts();
 
 // The kinds of files by their names, upper or lower case.
 enum class FileKind { kUnknown, kCut, kLayer, kFilm, kStream };
 FileKind KindOf(const std::string& path);
 
-// The path from the root without steps to and fro, as UTF-8, and in the program's own code page; false if it can't be
-// written there.
+// The path from the root without steps to and fro, as UTF-8.
 std::string FullPath(const std::string& path);
-bool ProgramText(const std::string& utf8, std::string* text);
+
+// The program's own text as UTF-8, for showing: what has no counterpart becomes the replacement character.
+std::string ShownText(std::string_view text);
 
 // Load a document into an object as made by the caller. False, with the one line written, for a file that can't be
 // read, is of another kind or is damaged.
@@ -76,9 +80,6 @@ bool CheckCanvas(const std::string& path, const Cut& cut);
 
 // Writes an image as a bitmap file of 8 bits a pixel with these 26 colours, bottom row first.
 void WriteIndexedBitmap(ByteStream* stream, const CellImage& image, const ColorEntry (&colors)[kColorCount]);
-
-// Writes an unsigned picture of `channels` bytes a pixel as a binary map of type P5 or P6.
-bool WritePortableMap(FILE* file, int32_t width, int32_t height, int32_t channels, const uint8_t* pixels);
 
 // Progress on a terminal: one line that is written again and taken away at the end. Nothing if standard error is none.
 void ShowProgress(const char* what, int64_t done, int64_t total);

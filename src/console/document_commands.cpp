@@ -10,6 +10,7 @@
 #include "foundation/paths.h"
 #include "imaging/indexed_image.h"
 #include "imaging/nibble_bitmap.h"
+#include "imaging/packed_image.h"
 #include "platform/files.h"
 #include "platform/text.h"
 
@@ -23,7 +24,7 @@ int WriteOutput(const std::string& path, const Fill& fill) {
   OutputFile file;
   std::string problem;
   if (!file.Open(path, &problem)) return Fail(path, problem);
-  if (!fill(file.Stream())) return Fail(path, "can't be written");
+  if (!fill(&file)) return Fail(path, "not enough memory to write it");
   return file.Commit(&problem) ? kDone : Fail(path, problem);
 }
 
@@ -38,23 +39,22 @@ int SelectFrame(const std::string& path, const std::string& word, Cut* cut) {
   return kDone;
 }
 
-// The program's own text for a message.
-std::string Native(const char* text) {
-  std::string native;
-  platform::ShiftJisToUtf8(text, &native);
-  return native;
-}
-
-// A compiled stream that lies beside a cut goes into a film as it is; what isn't one would spoil the film.
-bool CheckCache(const char* cutPath) {
+// What a film takes of an entry has to be there and whole: a compiled stream beside the cut, which goes in as it is, or
+// else the cut.
+bool CheckEntry(const char* cutPath) {
   char cachePath[kPathCapacity];
-  if (!ChangeExtension(cachePath, cutPath, "ca")) return true;
-  FileStream stream(platform::OpenStdioFile(cachePath, "rb"));
-  if (!stream.IsOpen()) return true;
-  const bool isStream = IsCompleteStream(&stream);
-  stream.Close();
-  if (!isStream) Fail(Native(cachePath), "not a complete compiled stream");
-  return isStream;
+  std::string problem;
+  if (ChangeExtension(cachePath, cutPath, "ca") && platform::PathExists(cachePath)) {
+    InputFile cache;
+    const bool isOpen = cache.Open(ShownText(cachePath), &problem);
+    if (isOpen && IsCompleteStream(cache.Stream())) return true;
+    Fail(ShownText(cachePath), isOpen ? "not a complete compiled stream" : problem);
+    return false;
+  }
+  InputFile cut;
+  if (cut.Open(ShownText(cutPath), &problem)) return true;
+  Fail(ShownText(cutPath), problem);
+  return false;
 }
 
 }  // namespace
@@ -66,21 +66,22 @@ int RunResave(const Arguments& arguments) {
     case FileKind::kCut: {
       Cut cut(0, 0, 24, "", 0);
       if (!LoadCut(in, &cut)) return kFailed;
-      return WriteOutput(out, [&cut](ByteStream* stream) { return cut.Save(stream); });
+      return WriteOutput(out, [&cut](OutputFile* file) { return cut.Save(file->Stream()); });
     }
     case FileKind::kLayer: {
       Cut cut(0, 0, 20, "", 0);
       if (!LoadLayer(in, &cut)) return kFailed;
-      return WriteOutput(out, [&cut](ByteStream* stream) { return cut.SaveLayer(stream); });
+      return WriteOutput(out, [&cut](OutputFile* file) { return cut.SaveLayer(file->Stream()); });
     }
     case FileKind::kFilm: {
       Film film;
       if (!LoadFilm(in, &film)) return kFailed;
       std::string text;
-      if (!ProgramText(FullPath(out), &text)) {
+      if (!platform::Utf8ToShiftJis(FullPath(out), &text)) {
         return Fail(out, "the path has letters that Shift JIS can't express");
       }
-      return film.SaveTo(text.c_str(), '/') ? kDone : Fail(out, "can't be written");
+      return WriteOutput(out,
+                         [&film, &text](OutputFile* file) { return film.WriteTo(file->File(), text.c_str(), '/'); });
     }
     default:
       return Fail(in, "not a cut, layer or film file by its name");
@@ -105,12 +106,13 @@ int RunCompile(const Arguments& arguments) {
   }
   const int32_t scale = OutputScale(cut.Antialias());
   NibbleBitmap bitmap;
-  IndexedImage composition;
+  // A packed image takes half the memory of an indexed one, and the encoder asks only for indices.
+  PackedImage composition;
   if (bitmap.Create(cut.width / scale, cut.height / scale) == 0 || !composition.Resize(cut.width, cut.height, 0)) {
     return Fail(in, "no memory for the picture");
   }
-  return WriteOutput(out, [&](ByteStream* stream) {
-    AnimationEncoder encoder(stream, &bitmap, 1);
+  return WriteOutput(out, [&](OutputFile* file) {
+    AnimationEncoder encoder(file->Stream(), &bitmap, 1);
     return encoder.EncodeCut(&cut, &composition, first - 1, last - 1) != 0;
   });
 }
@@ -122,10 +124,11 @@ int RunExport(const Arguments& arguments) {
   if (!LoadFilm(in, &film)) return kFailed;
   const int32_t count = film.cuts.Count();
   if (count == 0) return Fail(in, "the film has no cuts");
+  if (count > INT16_MAX) return Fail(in, "the film has more than 32767 cuts");
   std::vector<int32_t> order;
   for (int32_t i = 0; i < count; ++i) {
     order.push_back(i);
-    if (!CheckCache(film.CutName(i))) return kFailed;
+    if (!CheckEntry(film.CutName(i))) return kFailed;
   }
   NibbleBitmap bitmap;
   ContainerReport report;
@@ -133,7 +136,7 @@ int RunExport(const Arguments& arguments) {
   std::string problem;
   if (!file.Open(out, &problem)) return Fail(out, problem);
   if (!WriteFilmContainer(&film, order.data(), count, file.Stream(), &bitmap, &report)) {
-    return Fail(Native(film.CutName(report.listIndex)), report.report.problem);
+    return Fail(ShownText(film.CutName(report.listIndex)), report.report.problem);
   }
   return file.Commit(&problem) ? kDone : Fail(out, problem);
 }
@@ -148,7 +151,7 @@ int RunFrame(const Arguments& arguments) {
   IndexedImage composition;
   if (!composition.Resize(cut.width, cut.height, 0)) return Fail(in, "no memory for the picture");
   return WriteOutput(arguments.Plain()[2],
-                     [&](ByteStream* stream) { return cut.ExportFrameBitmap(stream, &bitmap, &composition); });
+                     [&](OutputFile* file) { return cut.ExportFrameBitmap(file->Stream(), &bitmap, &composition); });
 }
 
 int RunView(const Arguments& arguments) {
@@ -175,8 +178,8 @@ int RunView(const Arguments& arguments) {
   IndexedImage view;
   if (!view.Resize(cut.width, cut.height, 0)) return Fail(in, "no memory for the picture");
   frame->ComposeFrame(&view, 0, 0, cut.width, cut.height, &flags, nullptr);
-  return WriteOutput(arguments.Plain()[2], [&view](ByteStream* stream) {
-    WriteIndexedBitmap(stream, view, ColorTable);
+  return WriteOutput(arguments.Plain()[2], [&view](OutputFile* file) {
+    WriteIndexedBitmap(file->Stream(), view, ColorTable);
     return true;
   });
 }

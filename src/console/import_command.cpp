@@ -13,9 +13,10 @@ namespace {
 
 constexpr int32_t kMostFrames = 65535;
 constexpr int32_t kLargestSide = 32767;
+constexpr int32_t kHighestRate = 127;  // what a stream can say
 
 bool ParseSettings(const Arguments& arguments, ImportSettings* settings) {
-  if (!NumberOption(arguments, "--fps", 1, 255, &settings->fps) ||
+  if (!NumberOption(arguments, "--fps", 1, kHighestRate, &settings->fps) ||
       !NumberOption(arguments, "--width", 1, kLargestSide, &settings->width) ||
       !NumberOption(arguments, "--height", 1, kLargestSide, &settings->height) ||
       !NumberOption(arguments, "--antialias", 0, 2, &settings->antialias) ||
@@ -46,7 +47,6 @@ int RunImport(const Arguments& arguments) {
   if (pictures.size() > kMostFrames) return FailUsage("a cut has no more than 65535 frames");
   Importer importer(settings);
   for (size_t i = 0; i < pictures.size(); ++i) {
-    if (WasInterrupted()) return Fail(out, "interrupted");
     ShowProgress("picture", static_cast<int64_t>(i) + 1, static_cast<int64_t>(pictures.size()));
     if (!importer.Add(pictures[i])) return kFailed;
   }
@@ -54,7 +54,7 @@ int RunImport(const Arguments& arguments) {
   OutputFile file;
   std::string problem;
   if (!file.Open(out, &problem)) return Fail(out, problem);
-  if (!importer.Result()->Save(file.Stream())) return Fail(out, "no memory for saving");
+  if (!importer.Result()->Save(file.Stream())) return Fail(out, "not enough memory to write it");
   return file.Commit(&problem) ? kDone : Fail(out, problem);
 }
 

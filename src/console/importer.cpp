@@ -45,9 +45,7 @@ void DrawPicture(const Picture& picture, const ImportSettings& settings, CellIma
   if (firstX >= lastX) return;
   std::vector<uint8_t> row(static_cast<size_t>(lastX - firstX));
   for (int32_t y = firstY; y < lastY; ++y) {
-    const uint8_t* from =
-        picture.rgb.data() +
-        (static_cast<size_t>(y) * static_cast<size_t>(picture.width) + static_cast<size_t>(firstX)) * 3;
+    const uint8_t* from = picture.Row(y) + firstX * 3;
     for (int32_t x = firstX; x < lastX; ++x, from += 3) {
       const bool isHole = settings.hasTransparent && std::memcmp(from, settings.transparent, 3) == 0;
       const size_t level = static_cast<size_t>(LevelOfColor(from[0], from[1], from[2]));

@@ -81,7 +81,7 @@ const Command kCommands[] = {
      "import OUT.cut [OPTION]... IMAGE...",
      "makes a cut of scanned or rendered drawings, one frame for each",
      "IMAGE is a BMP, PNG, PGM or PPM file. Equal pictures share a cell.\n"
-     "  --fps N               frames a second, 1 to 255; 24 by default\n"
+     "  --fps N               frames a second, 1 to 127; 24 by default\n"
      "  --width W --height H  the canvas; by default the size of the first picture\n"
      "  --antialias 0|1|2     output at full size, 1/2 or 1/4; 0 by default\n"
      "  --hold N              how long each frame stands, in 1/fps second; 1 by default\n"

@@ -7,6 +7,7 @@
 #include <csetjmp>
 #include <cstdlib>
 #include <cstring>
+#include <vector>
 
 namespace sorvel::console {
 
@@ -15,12 +16,12 @@ namespace {
 // Compression can't make a picture smaller than this many pixels a byte of its file.
 constexpr int64_t kMostPixelsPerByte = 1100 * 8;
 
+constexpr char kTooLarge[] = "the picture is too large";
+
+constexpr uint32_t kBitmapHeadBytes = 14 + 12;
+
 bool IsReasonable(int64_t width, int64_t height) {
   return width >= 1 && height >= 1 && width <= kLargestPictureSide && height <= kLargestPictureSide;
-}
-
-size_t RgbBytes(const Picture& picture) {
-  return static_cast<size_t>(picture.width) * static_cast<size_t>(picture.height) * 3;
 }
 
 int64_t FileLength(FILE* file) {
@@ -122,13 +123,18 @@ bool ReadBitmap(FILE* file, Picture* picture, std::string* problem) {
   BitmapHead head;
   if (!ReadBitmapHead(file, &head, problem)) return false;
   const int64_t rowBytes = (head.width * head.bits + 31) / 32 * 4;
+  if (head.pixelOffset < kBitmapHeadBytes) {
+    *problem = "the pixels lie in the head of the file";
+    return false;
+  }
   if (head.pixelOffset + rowBytes * head.height > FileLength(file)) {
     *problem = "the file ends in its pixels";
     return false;
   }
-  picture->width = static_cast<int32_t>(head.width);
-  picture->height = static_cast<int32_t>(head.height);
-  picture->rgb.resize(RgbBytes(*picture));
+  if (!picture->Allocate(head.width, head.height)) {
+    *problem = kTooLarge;
+    return false;
+  }
   std::vector<uint8_t> row(static_cast<size_t>(rowBytes));
   std::fseek(file, static_cast<long>(head.pixelOffset), SEEK_SET);
   for (int32_t i = 0; i < picture->height; ++i) {
@@ -137,7 +143,7 @@ bool ReadBitmap(FILE* file, Picture* picture, std::string* problem) {
       return false;
     }
     const int32_t y = head.topDown ? i : picture->height - 1 - i;
-    uint8_t* to = picture->rgb.data() + static_cast<size_t>(y) * static_cast<size_t>(picture->width) * 3;
+    uint8_t* to = picture->Row(y);
     for (int32_t x = 0; x < picture->width; ++x, to += 3) {
       const uint8_t* from = nullptr;
       if (head.bits >= 24) {
@@ -195,10 +201,11 @@ bool ReadMap(FILE* file, Picture* picture, std::string* problem) {
     *problem = "the file ends in its pixels";
     return false;
   }
-  picture->width = static_cast<int32_t>(width);
-  picture->height = static_cast<int32_t>(height);
-  picture->rgb.resize(RgbBytes(*picture));
-  uint8_t* to = picture->rgb.data();
+  if (!picture->Allocate(width, height)) {
+    *problem = kTooLarge;
+    return false;
+  }
+  uint8_t* to = picture->Row(0);
   for (int64_t i = 0; i < samples; ++i) {
     int64_t sample = 0;
     if (isPlain) {
@@ -242,11 +249,10 @@ bool DecodePng(PngReader* reader, FILE* file, Picture* picture, std::vector<png_
   png_init_io(reader->png, file);
   png_set_user_limits(reader->png, kLargestPictureSide, kLargestPictureSide);
   png_read_info(reader->png, reader->info);
-  picture->width = static_cast<int32_t>(png_get_image_width(reader->png, reader->info));
-  picture->height = static_cast<int32_t>(png_get_image_height(reader->png, reader->info));
-  if (int64_t{picture->width} * picture->height > length * kMostPixelsPerByte) {
-    png_error(reader->png, "the file ends in its pixels");
-  }
+  const int64_t width = png_get_image_width(reader->png, reader->info);
+  const int64_t height = png_get_image_height(reader->png, reader->info);
+  if (width * height > length * kMostPixelsPerByte) png_error(reader->png, "the file ends in its pixels");
+  if (!picture->Allocate(width, height)) png_error(reader->png, kTooLarge);
   png_set_expand(reader->png);
   png_set_scale_16(reader->png);
   png_set_gray_to_rgb(reader->png);
@@ -255,13 +261,10 @@ bool DecodePng(PngReader* reader, FILE* file, Picture* picture, std::vector<png_
   png_set_background(reader->png, &paper, PNG_BACKGROUND_GAMMA_SCREEN, 0, 1.0);
   png_set_interlace_handling(reader->png);
   png_read_update_info(reader->png, reader->info);
-  picture->rgb.resize(RgbBytes(*picture));
-  if (png_get_rowbytes(reader->png, reader->info) * static_cast<size_t>(picture->height) != picture->rgb.size()) {
+  if (png_get_rowbytes(reader->png, reader->info) != static_cast<size_t>(picture->width) * 3) {
     png_error(reader->png, "an unknown kind of PNG file");
   }
-  for (int32_t y = 0; y < picture->height; ++y) {
-    rows->push_back(picture->rgb.data() + static_cast<size_t>(y) * static_cast<size_t>(picture->width) * 3);
-  }
+  for (int32_t y = 0; y < picture->height; ++y) rows->push_back(picture->Row(y));
   png_read_image(reader->png, rows->data());
   png_read_end(reader->png, nullptr);
   return true;
@@ -282,6 +285,16 @@ bool ReadPng(FILE* file, Picture* picture, std::string* problem) {
 }
 
 }  // namespace
+
+bool Picture::Allocate(int64_t newWidth, int64_t newHeight) {
+  if (newWidth * newHeight > kMostPicturePixels) return false;
+  // Memory that is never written to is never taken.
+  rgb.reset(static_cast<uint8_t*>(std::calloc(static_cast<size_t>(newWidth * newHeight), 3)));
+  if (rgb == nullptr) return false;
+  width = static_cast<int32_t>(newWidth);
+  height = static_cast<int32_t>(newHeight);
+  return true;
+}
 
 bool ReadPicture(FILE* file, Picture* picture, std::string* problem) {
   uint8_t start[8] = {};

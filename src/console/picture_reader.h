@@ -2,20 +2,30 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
+#include <memory>
 #include <string>
-#include <vector>
 
 namespace sorvel::console {
 
 // A picture from outside: red, green and blue of each pixel, rows from top to bottom.
 struct Picture {
+  // False if there is no memory for it, or if it is larger than a canvas or a scan can be.
+  bool Allocate(int64_t newWidth, int64_t newHeight);
+  const uint8_t* Row(int32_t y) const { return rgb.get() + static_cast<size_t>(y) * static_cast<size_t>(width) * 3; }
+  uint8_t* Row(int32_t y) { return rgb.get() + static_cast<size_t>(y) * static_cast<size_t>(width) * 3; }
+
+  struct Free {
+    void operator()(uint8_t* bytes) const { std::free(bytes); }
+  };
+
   int32_t width = 0;
   int32_t height = 0;
-  std::vector<uint8_t> rgb;
+  std::unique_ptr<uint8_t, Free> rgb;
 };
 
-// No side of a picture is longer than a canvas can be.
 constexpr int32_t kLargestPictureSide = 32767;
+constexpr int64_t kMostPicturePixels = int64_t{1} << 27;
 
 // Reads a picture of the kind that its first bytes tell: BMP of 1, 4, 8, 24 or 32 bits, PNG, and PGM or PPM, plain or
 // binary. What is transparent in a PNG shows white paper. False, with the reason, for another kind or a damaged file;

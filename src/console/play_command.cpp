@@ -1,5 +1,7 @@
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -37,12 +39,12 @@ class StreamMemory {
   BufferStream stream;
 };
 
-// A window that goes with the player.
-struct PlayerWindow {
-  PlayerWindow() { player.window = platform::MakeWindow("", nullptr); }
-  PlayerWindow(const PlayerWindow&) = delete;
-  PlayerWindow& operator=(const PlayerWindow&) = delete;
-  ~PlayerWindow() { platform::DestroyWindow(player.window); }
+// The player with a window of its own.
+struct Screen {
+  Screen() { player.window = platform::MakeWindow("", nullptr); }
+  Screen(const Screen&) = delete;
+  Screen& operator=(const Screen&) = delete;
+  ~Screen() { platform::DestroyWindow(player.window); }
 
   AnimationWindow player;
 };
@@ -65,8 +67,40 @@ bool WritePicture(const std::string& path, const platform::Window& window, std::
   for (const platform::ColorEntry& color : window.pixels) greys.push_back(color.red);
   OutputFile file;
   if (!file.Open(path, problem)) return false;
-  WritePortableMap(file.File(), window.width, window.height, 1, greys.data());
+  std::fprintf(file.File(), "P5\n%d %d\n255\n", window.width, window.height);
+  std::fwrite(greys.data(), 1, greys.size(), file.File());
   return file.Commit(problem);
+}
+
+int PlayTicks(const std::string& in, const std::string& folder, ByteStream* stream, int32_t count, FILE* log) {
+  std::string problem;
+  Screen screen;
+  AnimationWindow& player = screen.player;
+  for (int32_t tick = 0; tick < count; ++tick) {
+    const int32_t paintsBefore = player.window->paints;
+    if (tick == 0) {
+      if (player.Play(stream) == 0) return Fail(in, "the picture can't be shown");
+      if (player.window->height != player.decoder.outputHeight) return Fail(in, "the picture area is too large");
+      // A still has only been invalidated; the window paints it in its own time.
+      if (player.window->paints == paintsBefore) {
+        platform::DeviceContext* context = platform::BeginDrawing(player.window);
+        player.Paint(context);
+        platform::EndDrawing(player.window, context);
+      }
+    } else if (!platform::headless::RunTimer()) {
+      break;
+    }
+    const bool painted = player.window->paints != paintsBefore;
+    std::fputs(TickLine(tick, painted, player).c_str(), log);
+    if (painted) {
+      char name[32];
+      std::snprintf(name, sizeof(name), "/tick-%05d.pgm", tick);
+      if (!WritePicture(folder + name, *player.window, &problem)) return Fail(folder + name, problem);
+    }
+    ShowProgress("tick", tick + 1, count);
+  }
+  ClearProgress();
+  return kDone;
 }
 
 }  // namespace
@@ -90,38 +124,13 @@ int RunPlay(const Arguments& arguments) {
   std::error_code error;
   std::filesystem::create_directories(folder, error);
   if (error) return Fail(folder, error.message());
-  OutputFile log;
+  // The log grows with the pictures, so that it tells of them wherever the play ends.
   const std::string logPath = folder + "/ticks.jsonl";
-  if (!log.Open(logPath, &problem)) return Fail(logPath, problem);
-
-  PlayerWindow screen;
-  AnimationWindow& player = screen.player;
-  for (int32_t tick = 0; tick < count; ++tick) {
-    const int32_t paintsBefore = player.window->paints;
-    if (tick == 0) {
-      if (player.Play(&memory.stream) == 0) return Fail(in, "the picture can't be shown");
-      if (player.window->height != player.decoder.outputHeight) return Fail(in, "the picture area is too large");
-      // A still has only been invalidated; the window paints it in its own time.
-      if (player.window->paints == paintsBefore) {
-        platform::DeviceContext* context = platform::BeginDrawing(player.window);
-        player.Paint(context);
-        platform::EndDrawing(player.window, context);
-      }
-    } else if (!platform::headless::RunTimer()) {
-      break;
-    }
-    const bool painted = player.window->paints != paintsBefore;
-    std::fputs(TickLine(tick, painted, player).c_str(), log.File());
-    if (painted) {
-      char name[32];
-      std::snprintf(name, sizeof(name), "/tick-%05d.pgm", tick);
-      if (!WritePicture(folder + name, *player.window, &problem)) return Fail(folder + name, problem);
-    }
-    if (WasInterrupted()) return Fail(folder, "interrupted");
-    ShowProgress("tick", tick + 1, count);
-  }
-  ClearProgress();
-  return log.Commit(&problem) ? kDone : Fail(logPath, problem);
+  FileStream log(std::fopen(logPath.c_str(), "wb"));
+  if (!log.IsOpen()) return Fail(logPath, std::strerror(errno));
+  const int status = PlayTicks(in, folder, &memory.stream, count, log.file);
+  const bool logged = std::ferror(log.file) == 0;
+  return log.Close() && logged ? status : Fail(logPath, "can't be written");
 }
 
 }  // namespace sorvel::console

@@ -202,11 +202,12 @@ bool CellReader::ReadCell(CellImage* image, ByteStream* stream, int32_t length, 
     for (int32_t k = 0; k < groups; ++k, group += 2) {
       const int32_t n = CodeAt(rowCodes, k);
       if (n == kLiteralUnit) {
-        if (literal + 2 <= literalEnd) {
+        if (literalEnd - literal >= 2) {
           std::memcpy(group, literal, 2);
           std::memcpy(stale, literal, 2);
           literal += 2;
         } else {
+          // Of a cell whose data is too short the rest is garbage, whichever it is.
           std::memcpy(group, stale, 2);
         }
         literalsUsed += 2;

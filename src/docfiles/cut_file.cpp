@@ -128,9 +128,9 @@ bool Cut::SaveToPath() {
   FILE* file = platform::OpenStdioFile(path, "wb");
   if (file == nullptr) return false;
   FileStream stream(file);
-  Save(&stream);
+  const bool saved = Save(&stream);
   stream.Close();
-  return true;
+  return saved;
 }
 
 }  // namespace sorvel

@@ -34,17 +34,21 @@ bool Film::Save(char separator) {
   return path[0] != '\0' && SaveTo(path, separator);
 }
 
+bool Film::WriteTo(FILE* file, const char* filePath, char separator) {
+  std::fprintf(file, "%s\n%s\n%d, %d\n", title, author, width, height);
+  for (int32_t i = 0; i < cuts.Count(); ++i) {
+    char relative[kPathCapacity];
+    if (!MakeRelativePath(relative, cuts.At(i).name, filePath, separator)) return false;
+    std::fprintf(file, "%s\n", relative);
+  }
+  return std::ferror(file) == 0;
+}
+
 bool Film::SaveTo(const char* filePath, char separator) {
   FILE* file = platform::OpenStdioFile(filePath, "w");
   if (file == nullptr) return false;
-  std::fprintf(file, "%s\n%s\n%d, %d\n", title, author, width, height);
-  bool complete = true;
-  for (int32_t i = 0; i < cuts.Count(); ++i) {
-    char relative[kPathCapacity];
-    complete = complete && MakeRelativePath(relative, cuts.At(i).name, filePath, separator);
-    if (complete) std::fprintf(file, "%s\n", relative);
-  }
-  if (std::fclose(file) != 0 || !complete) return false;
+  const bool written = WriteTo(file, filePath, separator);
+  if (std::fclose(file) != 0 || !written) return false;
   AssignString(&path, filePath);
   modified = 0;
   return true;
@@ -91,6 +95,7 @@ bool Film::Load(const char* filePath, char separator, LoadReport* report) {
       NoteProblem(report, "the path in line %lld is too long", number);
       continue;
     }
+    if (name[0] == '\0') NoteProblem(report, "the path in line %lld leads above the root", number);
     cuts.InsertAfter(MakeEntry(nullptr, name));
   }
   if (std::fclose(file) != 0) return false;

@@ -354,7 +354,7 @@ bool Cut::SaveUndo() {
 }
 
 bool Cut::Undo() {
-  if (undoCell == nullptr) return false;
+  if (undoCell == nullptr || undoCell->ByteCount() > undoCapacity) return false;
   undoCell->SwapBits(undoPixels);
   MarkImages();
   return true;

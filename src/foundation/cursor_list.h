@@ -20,29 +20,29 @@ class CursorList {
 
   // Moves the cursor to `index`. False, and no change at all, when the index is negative or not below Count().
   bool Seek(int32_t index) {
-    if (index < 0 || index >= count_) return false;
-    int32_t distance = cursorIndex_ - index;
+    if (index < 0 || index >= count) return false;
+    int32_t distance = cursorIndex - index;
     bool backward = distance > 0;
     int32_t steps = backward ? distance : -distance;
     // An end is used only when it is strictly nearer than the cursor; the tail is tested first.
-    if (count_ - index - 1 < steps) {
-      cursor_ = tail_;
-      cursorIndex_ = count_ - 1;
+    if (count - index - 1 < steps) {
+      cursor = tail;
+      cursorIndex = count - 1;
       backward = true;
     } else if (index < steps) {
-      cursor_ = head_;
-      cursorIndex_ = 0;
+      cursor = head;
+      cursorIndex = 0;
       backward = false;
     }
     if (backward) {
-      while (cursorIndex_ != index) {
-        cursor_ = cursor_->prev;
-        --cursorIndex_;
+      while (cursorIndex != index) {
+        cursor = cursor->prev;
+        --cursorIndex;
       }
     } else {
-      while (cursorIndex_ != index) {
-        cursor_ = cursor_->next;
-        ++cursorIndex_;
+      while (cursorIndex != index) {
+        cursor = cursor->next;
+        ++cursorIndex;
       }
     }
     return true;
@@ -50,70 +50,70 @@ class CursorList {
 
   // Each of these four moves the cursor and gives true, or gives false without a move when there is no such node.
   bool SeekFirst() {
-    if (head_ == nullptr) return false;
-    cursor_ = head_;
-    cursorIndex_ = 0;
+    if (head == nullptr) return false;
+    cursor = head;
+    cursorIndex = 0;
     return true;
   }
   bool SeekLast() {
-    if (tail_ == nullptr) return false;
-    cursor_ = tail_;
-    cursorIndex_ = count_ - 1;
+    if (tail == nullptr) return false;
+    cursor = tail;
+    cursorIndex = count - 1;
     return true;
   }
   bool SeekNext() {
-    if (cursor_ == nullptr || cursor_->next == nullptr) return false;
-    cursor_ = cursor_->next;
-    ++cursorIndex_;
+    if (cursor == nullptr || cursor->next == nullptr) return false;
+    cursor = cursor->next;
+    ++cursorIndex;
     return true;
   }
   bool SeekPrev() {
-    if (cursor_ == nullptr || cursor_->prev == nullptr) return false;
-    cursor_ = cursor_->prev;
-    --cursorIndex_;
+    if (cursor == nullptr || cursor->prev == nullptr) return false;
+    cursor = cursor->prev;
+    --cursorIndex;
     return true;
   }
 
   // The element under the cursor, or the default element (null for pointers) of an empty list.
-  T Current() const { return cursor_ != nullptr ? cursor_->element : defaultElement_; }
+  T Current() const { return cursor != nullptr ? cursor->element : defaultElement; }
 
   // The element under the cursor, for a change in place; null on an empty list.
-  T* CurrentSlot() { return cursor_ != nullptr ? &cursor_->element : nullptr; }
+  T* CurrentSlot() { return cursor != nullptr ? &cursor->element : nullptr; }
 
   // The element at `index`, or the default element for a bad index. A good index moves the cursor there.
   // This differs from Seek() with its result ignored and then Current(), which stays on the old element.
-  T At(int32_t index) { return Seek(index) ? cursor_->element : defaultElement_; }
+  T At(int32_t index) { return Seek(index) ? cursor->element : defaultElement; }
 
   // Put a new node behind, or ahead of, the cursor; the new node becomes the cursor.
   void InsertAfter(T element) {
-    Node* node = new Node{cursor_, cursor_ != nullptr ? cursor_->next : nullptr, element};
-    if (cursor_ != nullptr) ++cursorIndex_;
+    Node* node = new Node{cursor, cursor != nullptr ? cursor->next : nullptr, element};
+    if (cursor != nullptr) ++cursorIndex;
     Link(node);
   }
   void InsertBefore(T element) {
-    Node* node = new Node{cursor_ != nullptr ? cursor_->prev : nullptr, cursor_, element};
+    Node* node = new Node{cursor != nullptr ? cursor->prev : nullptr, cursor, element};
     Link(node);
   }
 
   // Unlinks and frees the cursor's node. The cursor goes to the successor, or to the predecessor at the tail.
   bool RemoveCurrent() {
-    Node* node = cursor_;
+    Node* node = cursor;
     if (node == nullptr) return false;
     if (node->prev != nullptr) {
       node->prev->next = node->next;
     } else {
-      head_ = node->next;
+      head = node->next;
     }
     if (node->next != nullptr) {
       node->next->prev = node->prev;
-      cursor_ = node->next;
+      cursor = node->next;
     } else {
-      tail_ = node->prev;
-      cursor_ = node->prev;
-      if (cursorIndex_ != 0) --cursorIndex_;
+      tail = node->prev;
+      cursor = node->prev;
+      if (cursorIndex != 0) --cursorIndex;
     }
     delete node;
-    --count_;
+    --count;
     return true;
   }
 
@@ -127,21 +127,21 @@ class CursorList {
   // match -1, and the cursor stays. It doesn't look ahead of the cursor: a search of the whole list starts with
   // SeekFirst().
   int32_t Find(T element) {
-    int32_t index = cursorIndex_;
-    for (Node* node = cursor_; node != nullptr; node = node->next, ++index) {
+    int32_t index = cursorIndex;
+    for (Node* node = cursor; node != nullptr; node = node->next, ++index) {
       if (node->element == element) {
-        cursor_ = node;
-        cursorIndex_ = index;
+        cursor = node;
+        cursorIndex = index;
         return index;
       }
     }
     return -1;
   }
 
-  int32_t Count() const { return count_; }
+  int32_t Count() const { return count; }
 
   // The index of the cursor; 0 on an empty list.
-  int32_t CursorIndex() const { return cursorIndex_; }
+  int32_t CursorIndex() const { return cursorIndex; }
 
  private:
   struct Node {
@@ -154,23 +154,23 @@ class CursorList {
     if (node->prev != nullptr) {
       node->prev->next = node;
     } else {
-      head_ = node;
+      head = node;
     }
     if (node->next != nullptr) {
       node->next->prev = node;
     } else {
-      tail_ = node;
+      tail = node;
     }
-    cursor_ = node;
-    ++count_;
+    cursor = node;
+    ++count;
   }
 
-  Node* head_ = nullptr;
-  Node* tail_ = nullptr;
-  Node* cursor_ = nullptr;
-  int32_t cursorIndex_ = 0;
-  int32_t count_ = 0;
-  T defaultElement_{};
+  Node* head = nullptr;
+  Node* tail = nullptr;
+  Node* cursor = nullptr;
+  int32_t cursorIndex = 0;
+  int32_t count = 0;
+  T defaultElement{};
 };
 
 }  // namespace sorvel

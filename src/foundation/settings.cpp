@@ -30,11 +30,11 @@ const SettingKey kPasteTransparentColor = {"OnClipTrans", "RGB", "#00ff00"};
 
 namespace {
 
-char chosenFile[kPathCapacity] = "";
+char gSettingsFile[kPathCapacity] = "";
 
 bool SettingsPath(char* path) {
-  if (chosenFile[0] != '\0') {
-    std::strcpy(path, chosenFile);
+  if (gSettingsFile[0] != '\0') {
+    std::strcpy(path, gSettingsFile);
     return true;
   }
   char program[kPathCapacity];
@@ -44,8 +44,8 @@ bool SettingsPath(char* path) {
 }  // namespace
 
 void UseSettingsFile(const char* path) {
-  chosenFile[0] = '\0';
-  if (path != nullptr && std::strlen(path) < sizeof(chosenFile)) std::strcpy(chosenFile, path);
+  gSettingsFile[0] = '\0';
+  if (path != nullptr && std::strlen(path) < sizeof(gSettingsFile)) std::strcpy(gSettingsFile, path);
 }
 
 int32_t ReadSettingNumber(const SettingKey& key) {

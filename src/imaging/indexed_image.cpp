@@ -57,7 +57,9 @@ bool IndexedImage::Resize(int32_t newWidth, int32_t newHeight, int32_t fill) {
   height = newHeight > 0 ? newHeight : 0;
   pitch = (width + 3) & ~3;
   if (width == 0 || height == 0) return true;
-  bitmapHandle = platform::CreateBitmap(width, height, ColorTable, kColorCount, kPixelColors, &bits);
+  if (platform::FitsMemory(pitch, height)) {
+    bitmapHandle = platform::CreateBitmap(width, height, ColorTable, kColorCount, kPixelColors, &bits);
+  }
   if (bitmapHandle == nullptr) {
     bits = nullptr;
     width = height = pitch = 0;

@@ -140,7 +140,7 @@ void NibbleBitmap::SetFront(int32_t x, int32_t y, int32_t value) {
 int32_t NibbleBitmap::Create(int32_t newWidth, int32_t newHeight) {
   if (bitmapHandle != nullptr && newWidth == width && newHeight == height) return 1;
   Destroy();
-  if (newWidth <= 0 || newHeight <= 0) return 0;
+  if (newWidth <= 0 || newHeight <= 0 || !platform::FitsMemory(int64_t{newWidth} + 3, newHeight)) return 0;
   platform::ColorEntry greys[kGreyColors];
   for (int32_t i = 0; i < kGreyColors; ++i) {
     const int32_t grey = (255 * i + kGreyColors - 2) / (kGreyColors - 1);

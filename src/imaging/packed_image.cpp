@@ -90,7 +90,7 @@ bool PackedImage::Resize(int32_t newWidth, int32_t newHeight, int32_t fill) {
   pitch = (width / 2 + width % 2 + 3) & ~3;
   const int64_t size = static_cast<int64_t>(pitch) * height;
   bits = nullptr;
-  if (size > 0 && size <= INT32_MAX - platform::kSpareBytes) {
+  if (size > 0 && platform::FitsMemory(pitch, height)) {
     bits = static_cast<uint8_t*>(std::calloc(static_cast<size_t>(size) + platform::kSpareBytes, 1));
   }
   if (bits == nullptr) {

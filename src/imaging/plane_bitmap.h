@@ -8,8 +8,8 @@ namespace sorvel {
 // back plane the frame before it. A colour for each pair of numbers decides what the screen shows, so a flip, a
 // dissolve or a fade touches no pixel.
 //
-// The order of the virtual operations is a contract; every one of them but Create, the reads and the block writes
-// leaves nothing to fail. Coordinates are the caller's duty: there is no clipping. Colours are 0 to 255 each.
+// The order of the virtual operations is a contract. There is no clipping: coordinates are the caller's duty. Colours
+// are 0 to 255 each.
 class PlaneBitmap {
  public:
   // The ramp of the levels before brightness. All colour operations give 1.

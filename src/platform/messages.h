@@ -7,7 +7,6 @@ namespace sorvel::platform {
 
 enum WindowMessage : uint32_t {
   kMessageDestroy = 0x0002,
-  kMessageSize = 0x0005,
   kMessagePaint = 0x000F,
   kMessageClose = 0x0010,
 };

@@ -23,7 +23,6 @@ WindowHandle MakeWindow(const char* title, WindowObject* object);
 void DestroyWindow(WindowHandle window);
 intptr_t DefaultHandling(WindowHandle window, uint32_t message, uintptr_t first, intptr_t second);
 
-void GetClientSize(WindowHandle window, int32_t* width, int32_t* height);
 // Gives the client area another size; the left top corner of the window stays.
 void SetClientSize(WindowHandle window, int32_t width, int32_t height);
 void InvalidateClient(WindowHandle window);
@@ -31,7 +30,6 @@ void InvalidateClient(WindowHandle window);
 void UpdateClient(WindowHandle window);
 // Shows the window without making it active.
 void ShowInactive(WindowHandle window);
-void HideWindow(WindowHandle window);
 bool IsShown(WindowHandle window);
 
 }  // namespace sorvel::platform

@@ -24,6 +24,7 @@ class PlayerWindow final : public platform::WindowObject {
   PlayerWindow& operator=(const PlayerWindow&) = delete;
   ~PlayerWindow() { std::free(stream.buffer); }
 
+  bool IsMade() const { return player.window != nullptr; }
   bool OpenByExtension(const char* path);
   void Show() { platform::ShowInactive(player.window); }
 
@@ -69,7 +70,7 @@ bool PlayerWindow::PlayFile(FileStream* file) {
 bool PlayerWindow::PlayCutFile(FileStream* file) {
   Cut cut(0, 0, 24, "", 0);
   LoadReport report;
-  if (!cut.Load(file, nullptr, &report) || report.IsDamaged()) return false;
+  if (!cut.Load(file, nullptr, &report) || report.IsDamaged() || CanvasProblem(cut) != nullptr) return false;
   FileStream compiled(platform::OpenTemporaryFile());
   if (!compiled.IsOpen()) return false;
   const int32_t scale = OutputScale(cut.Antialias());
@@ -99,6 +100,7 @@ bool PlayerWindow::OpenByExtension(const char* path) {
 int EntryPoint(const char* commandLine) {
   LoadColors(nullptr);
   PlayerWindow window;
+  if (!window.IsMade()) return 0;
   if (commandLine[0] != '\0') window.OpenByExtension(commandLine);
   window.Show();
   return platform::RunLoop();

@@ -18,7 +18,7 @@ template <typename Tag, auto kMember>
 struct Opened {
   friend constexpr auto Member(Tag) { return kMember; }
 };
-template struct Opened<HeadOfList, &CursorList<int32_t>::head_>;
+template struct Opened<HeadOfList, &CursorList<int32_t>::head>;
 
 void Fill(CursorList<int32_t>& list, int32_t count) {
   for (int32_t i = 0; i < count; ++i) {

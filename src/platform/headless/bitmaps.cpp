@@ -9,11 +9,10 @@ namespace sorvel::platform {
 BitmapHandle CreateBitmap(int32_t width, int32_t height, const ColorEntry* colors, int32_t colorCount,
                           int32_t colorsUsed, uint8_t** bits) {
   static_cast<void>(colorsUsed);
-  const int32_t pitch = width > 0 && width <= INT32_MAX - 3 ? (width + 3) & ~3 : 0;
-  const int64_t size = static_cast<int64_t>(pitch) * height;
-  if (size <= 0 || size > INT32_MAX - kSpareBytes) return nullptr;
+  const int32_t pitch = (width + 3) & ~3;
   Bitmap* bitmap = new Bitmap{width, height, pitch, nullptr, {}};
-  bitmap->bits = static_cast<uint8_t*>(std::calloc(static_cast<size_t>(size) + kSpareBytes, 1));
+  bitmap->bits =
+      static_cast<uint8_t*>(std::calloc(static_cast<size_t>(pitch) * static_cast<size_t>(height) + kSpareBytes, 1));
   if (bitmap->bits == nullptr) {
     delete bitmap;
     return nullptr;

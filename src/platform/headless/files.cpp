@@ -13,7 +13,7 @@ namespace sorvel::platform {
 
 namespace {
 
-std::string programPath;
+std::string gProgramPath;
 
 }  // namespace
 
@@ -39,7 +39,7 @@ bool DeletePath(const char* path) {
 }
 
 bool ProgramPath(char* path, size_t capacity) {
-  std::string text = programPath;
+  std::string text = gProgramPath;
   if (text.empty()) {
     char native[PATH_MAX];
     const ssize_t length = readlink("/proc/self/exe", native, sizeof(native));
@@ -53,7 +53,7 @@ bool ProgramPath(char* path, size_t capacity) {
 namespace headless {
 
 void SetProgramPath(const char* path) {
-  programPath = path != nullptr ? path : "";
+  gProgramPath = path != nullptr ? path : "";
 }
 
 }  // namespace headless

@@ -16,8 +16,8 @@ struct RunningTimer {
   void* user = nullptr;
 };
 
-RunningTimer running;
-uint32_t lastId = 0;
+RunningTimer gRunning;
+uint32_t gLastId = 0;
 
 }  // namespace
 
@@ -34,23 +34,23 @@ void RequestTimerResolution(int32_t milliseconds) {
 uint32_t StartTimer(int32_t period, int32_t resolution, TimerFunction function, void* user) {
   static_cast<void>(resolution);
   if (period < kShortestPeriod || period > kLongestPeriod) return 0;
-  running = {++lastId, period, function, user};
-  return running.id;
+  gRunning = {++gLastId, period, function, user};
+  return gRunning.id;
 }
 
 void KillTimer(uint32_t timer) {
-  if (timer == running.id) running = RunningTimer{};
+  if (timer == gRunning.id) gRunning = RunningTimer{};
 }
 
 namespace headless {
 
 int32_t RunningTimerPeriod() {
-  return running.period;
+  return gRunning.period;
 }
 
 bool RunTimer() {
-  if (running.function == nullptr) return false;
-  running.function(running.user);
+  if (gRunning.function == nullptr) return false;
+  gRunning.function(gRunning.user);
   return true;
 }
 

@@ -26,14 +26,9 @@ intptr_t DefaultHandling(WindowHandle window, uint32_t message, uintptr_t first,
   return 0;
 }
 
-void GetClientSize(WindowHandle window, int32_t* width, int32_t* height) {
-  *width = window->width;
-  *height = window->height;
-}
-
 void SetClientSize(WindowHandle window, int32_t width, int32_t height) {
   // Like any window system this one makes no window that is out of all proportion.
-  constexpr int32_t mostPixels = 1 << 26;
+  constexpr int32_t mostPixels = 1 << 24;
   width = std::max(width, 0);
   height = std::clamp(height, 0, width == 0 ? 0 : mostPixels / width);
   if (width == window->width && height == window->height) return;
@@ -53,10 +48,6 @@ void UpdateClient(WindowHandle window) {
 
 void ShowInactive(WindowHandle window) {
   window->shown = true;
-}
-
-void HideWindow(WindowHandle window) {
-  window->shown = false;
 }
 
 bool IsShown(WindowHandle window) {

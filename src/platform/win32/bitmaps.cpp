@@ -6,7 +6,6 @@ namespace sorvel::platform {
 
 BitmapHandle CreateBitmap(int32_t width, int32_t height, const ColorEntry* colors, int32_t colorCount,
                           int32_t colorsUsed, uint8_t** bits) {
-  if (width <= 0 || height <= 0) return nullptr;
   struct {
     BITMAPINFOHEADER head;
     RGBQUAD colors[256];

@@ -7,7 +7,7 @@ namespace sorvel::platform {
 namespace {
 
 // The state of the one WM_PAINT that is being answered.
-PAINTSTRUCT painting;
+PAINTSTRUCT gPainting;
 
 }  // namespace
 
@@ -20,11 +20,11 @@ void EndDrawing(WindowHandle window, DeviceContext* context) {
 }
 
 DeviceContext* BeginPainting(WindowHandle window) {
-  return reinterpret_cast<DeviceContext*>(BeginPaint(HandleOf(window), &painting));
+  return reinterpret_cast<DeviceContext*>(BeginPaint(HandleOf(window), &gPainting));
 }
 
 void EndPainting(WindowHandle window, DeviceContext*) {
-  EndPaint(HandleOf(window), &painting);
+  EndPaint(HandleOf(window), &gPainting);
 }
 
 void FillBlack(DeviceContext* context, int32_t left, int32_t top, int32_t right, int32_t bottom) {

@@ -14,8 +14,11 @@ FILE* OpenTemporaryFile() {
   // The one of the run-time library lies in the root folder, which is closed to most users; this one goes when closed.
   char folder[MAX_PATH];
   char path[MAX_PATH];
-  if (GetTempPathA(sizeof(folder), folder) == 0 || GetTempFileNameA(folder, "srv", 0, path) == 0) return nullptr;
-  return std::fopen(path, "wb+D");
+  const DWORD length = GetTempPathA(sizeof(folder), folder);
+  if (length == 0 || length >= sizeof(folder) || GetTempFileNameA(folder, "srv", 0, path) == 0) return nullptr;
+  FILE* file = std::fopen(path, "wb+D");
+  if (file == nullptr) std::remove(path);
+  return file;
 }
 
 bool PathExists(const char* path) {

@@ -14,36 +14,40 @@ constexpr char kTimerClass[] = "SorvelTimer";
 constexpr UINT kTick = WM_USER;
 
 // The timer calls on a thread of its own, where all that happens is that a message is posted to this window: ticks run
-// on the main thread, and no more than one waits at a time.
+// on the main thread, and no more than one waits at a time. Each timer has its number, by which a message that is left
+// over from one before is known.
 struct {
   HWND window = nullptr;
   TimerFunction function = nullptr;
   void* user = nullptr;
-  uint32_t id = 0;
+  UINT id = 0;
+  std::atomic<uint32_t> number = 0;
   std::atomic<bool> waiting = false;
-} timer;
+} gTimer;
 
 LRESULT CALLBACK TimerProc(HWND window, UINT message, WPARAM first, LPARAM second) {
   if (message != kTick) return DefWindowProcA(window, message, first, second);
-  timer.waiting = false;
-  if (timer.id != 0 && first == timer.id) timer.function(timer.user);
+  if (gTimer.id != 0 && first == gTimer.number) gTimer.function(gTimer.user);
+  // Only now may the next one be posted: ticks that take longer than their period leave room for everything else.
+  gTimer.waiting = false;
   return 0;
 }
 
-void CALLBACK OnTimer(UINT id, UINT, DWORD_PTR, DWORD_PTR, DWORD_PTR) {
-  if (!timer.waiting.exchange(true)) PostMessageA(timer.window, kTick, id, 0);
+void CALLBACK OnTimer(UINT, UINT, DWORD_PTR number, DWORD_PTR, DWORD_PTR) {
+  if (gTimer.waiting.exchange(true)) return;
+  if (PostMessageA(gTimer.window, kTick, number, 0) == FALSE) gTimer.waiting = false;
 }
 
 bool MakeTimerWindow() {
-  if (timer.window != nullptr) return true;
+  if (gTimer.window != nullptr) return true;
   WNDCLASSA windowClass = {};
   windowClass.lpfnWndProc = TimerProc;
   windowClass.hInstance = GetModuleHandleA(nullptr);
   windowClass.lpszClassName = kTimerClass;
   RegisterClassA(&windowClass);
-  timer.window =
+  gTimer.window =
       CreateWindowExA(0, kTimerClass, "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, windowClass.hInstance, nullptr);
-  return timer.window != nullptr;
+  return gTimer.window != nullptr;
 }
 
 }  // namespace
@@ -62,16 +66,17 @@ void RequestTimerResolution(int32_t milliseconds) {
 
 uint32_t StartTimer(int32_t period, int32_t resolution, TimerFunction function, void* user) {
   if (!MakeTimerWindow()) return 0;
-  timer.function = function;
-  timer.user = user;
-  timer.waiting = false;
-  timer.id = timeSetEvent(static_cast<UINT>(period), static_cast<UINT>(resolution), OnTimer, 0, TIME_PERIODIC);
-  return timer.id;
+  gTimer.function = function;
+  gTimer.user = user;
+  const uint32_t number = ++gTimer.number;
+  gTimer.id = timeSetEvent(static_cast<UINT>(period), static_cast<UINT>(resolution), OnTimer, number,
+                           TIME_PERIODIC | TIME_KILL_SYNCHRONOUS);
+  return gTimer.id;
 }
 
 void KillTimer(uint32_t id) {
   timeKillEvent(id);
-  if (timer.id == id) timer.id = 0;
+  if (gTimer.id == id) gTimer.id = 0;
 }
 
 }  // namespace sorvel::platform

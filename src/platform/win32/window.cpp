@@ -43,13 +43,6 @@ intptr_t DefaultHandling(WindowHandle window, uint32_t message, uintptr_t first,
   return DefWindowProcA(HandleOf(window), message, first, second);
 }
 
-void GetClientSize(WindowHandle window, int32_t* width, int32_t* height) {
-  RECT client = {};
-  GetClientRect(HandleOf(window), &client);
-  *width = client.right;
-  *height = client.bottom;
-}
-
 void SetClientSize(WindowHandle window, int32_t width, int32_t height) {
   RECT client = {};
   RECT frame = {};
@@ -69,10 +62,6 @@ void UpdateClient(WindowHandle window) {
 
 void ShowInactive(WindowHandle window) {
   ShowWindow(HandleOf(window), SW_SHOWNA);
-}
-
-void HideWindow(WindowHandle window) {
-  ShowWindow(HandleOf(window), SW_HIDE);
 }
 
 bool IsShown(WindowHandle window) {

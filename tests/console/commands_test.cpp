@@ -663,7 +663,7 @@ TEST(Console, FilmWithACutThatIsMissingIsntExported) {
   const Answer run = folder.Sorvel({"export", "f.flm", "f.sv"});
   EXPECT_EQ(run.status, 1) << run;
   EXPECT_TRUE(run.IsOneLineAbout("gone.cut")) << run;
-  EXPECT_EQ(folder.List(), "a.ca a.cut f.flm");
+  EXPECT_EQ(folder.List(), "a.cut f.flm");
 }
 
 TEST(Console, FilmWithAForeignCutIsntExported) {

@@ -1,0 +1,105 @@
+// What becomes of the files that the console program writes.
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <string>
+
+#include "support/test_streams.h"
+
+namespace sorvel {
+namespace {
+
+using namespace teststreams;
+
+int Shell(const std::string& command) {
+  const int status = std::system(command.c_str());
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+std::string Program() {
+  return std::string("'") + SORVEL_PROGRAM + "' ";
+}
+
+TEST(ConsoleOutput, PipeGetsTheWholeStream) {
+  const Folder folder;
+  folder.Write("a.cut", SmallCutFile());
+  ASSERT_EQ(folder.Sorvel({"compile", "a.cut", "a.ca"}).status, 0);
+  ASSERT_EQ(Shell("cd '" + folder.Path("") + "' && " + Program() + "compile a.cut /dev/stdout | cat > piped.ca"), 0);
+  EXPECT_EQ(folder.Read("piped.ca"), folder.Read("a.ca"));
+}
+
+TEST(ConsoleOutput, LinkStaysAndItsFileIsReplaced) {
+  const Folder folder;
+  folder.Write("a.cut", SmallCutFile());
+  folder.Write("real.cut", Bytes{1, 2, 3});
+  ASSERT_EQ(symlink("real.cut", folder.Path("link.cut").c_str()), 0);
+  ASSERT_EQ(folder.Sorvel({"resave", "a.cut", "link.cut"}).status, 0);
+  EXPECT_EQ(folder.Read("real.cut"), folder.Read("link.cut"));
+  char target[32] = "";
+  EXPECT_GT(readlink(folder.Path("link.cut").c_str(), target, sizeof(target) - 1), 0);
+}
+
+TEST(ConsoleOutput, FullDeviceIsAFailure) {
+  const Folder folder;
+  folder.Write("a.cut", SmallCutFile());
+  EXPECT_EQ(folder.Sorvel({"resave", "a.cut", "/dev/full"}).status, 1);
+  EXPECT_EQ(Shell("cd '" + folder.Path("") + "' && " + Program() + "info a.cut > /dev/full 2> /dev/null"), 1);
+}
+
+TEST(ConsoleOutput, InterruptedImportLeavesTheOldFileAndNothingElse) {
+  const Folder folder;
+  const Bytes old = {1, 2, 3};
+  folder.Write("a.cut", old);
+  ASSERT_EQ(Shell("printf 'P5\\n3000 3000\\n255\\n' > '" + folder.Path("p.pgm") +
+                  "' && head -c 9000000 /dev/zero >> '" + folder.Path("p.pgm") + "'"),
+            0);
+  std::string pictures;
+  for (int i = 0; i < 200; ++i) pictures += " p.pgm";
+  const std::string command =
+      "cd '" + folder.Path("") + "' && timeout -s INT 0.3 " + Program() + "import a.cut" + pictures;
+  EXPECT_NE(Shell(command + " 2> /dev/null"), 0);
+  EXPECT_EQ(folder.Read("a.cut"), old);
+  EXPECT_EQ(folder.List(), "a.cut p.pgm");
+}
+
+TEST(ConsoleOutput, FilmThatLeadsAboveTheRootIsRefused) {
+  const Folder folder;
+  const std::string lines = "t\na\n320, 240\n../../../../../../../../c.cut\n";
+  folder.Write("f.flm", Bytes(lines.begin(), lines.end()));
+  const Answer run = folder.Sorvel({"info", "f.flm"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_TRUE(run.IsOneLineAbout("f.flm")) << run;
+}
+
+TEST(ConsoleOutput, RateThatAStreamCantSayIsWrongUsage) {
+  const Folder folder;
+  const std::string picture = "P2\n1 1\n255\n0\n";
+  folder.Write("p.pgm", Bytes(picture.begin(), picture.end()));
+  EXPECT_EQ(folder.Sorvel({"import", "a.cut", "--fps", "128", "p.pgm"}).status, 2);
+  EXPECT_EQ(folder.Sorvel({"import", "a.cut", "--fps", "127", "p.pgm"}).status, 0);
+}
+
+TEST(ConsoleOutput, FrameNumberBelowOneIsNoFrame) {
+  const Folder folder;
+  folder.Write("a.cut", SmallCutFile());
+  EXPECT_EQ(folder.Sorvel({"frame", "a.cut", "0", "f.bmp"}).status, 1);
+  EXPECT_EQ(folder.Sorvel({"frame", "a.cut", "-1", "f.bmp"}).status, 1);
+  EXPECT_EQ(folder.Sorvel({"frame", "a.cut", "one", "f.bmp"}).status, 2);
+}
+
+TEST(ConsoleOutput, PictureOfHugeSizeInASmallFileTakesNoMemory) {
+  const Folder folder;
+  const std::string head = "P5\n32767 32767\n255\n";
+  folder.Write("p.pgm", Bytes(head.begin(), head.end()));
+  const Answer run = folder.Sorvel({"import", "a.cut", "p.pgm"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_TRUE(run.IsOneLineAbout("p.pgm")) << run;
+  EXPECT_EQ(folder.List(), "p.pgm");
+}
+
+}  // namespace
+}  // namespace sorvel

@@ -34,7 +34,7 @@ class CellImage {
   virtual void SetRaw(int32_t x, int32_t y, uint32_t value) = 0;
   // Sets every pixel, padding included.
   virtual void Fill(int32_t value) = 0;
-  // Fills the area around the seed with ink. It flows across sketch pixels, stops at all other colours and takes
+  // Fills the area around a point with ink. It flows across sketch pixels, stops at all other colours and takes
   // shadow boundaries that it touches with it. False when nothing happened.
   virtual bool FloodFill(int32_t x, int32_t y, const PenSpec& pen, uint32_t mask, Rect* outRect);
   // Draws a border inward along the boundary of the colour at the rectangle's top left corner. False when nothing
@@ -82,7 +82,7 @@ class CellImage {
 
   // Whole regions. Sketch pixels within the rectangle become `value`, regardless of any mask.
   bool ClearSketch(int32_t x, int32_t y, int32_t rectWidth, int32_t rectHeight, int32_t value);
-  // Fills the area around the seed with a run of tones from one point to another. False when nothing happened.
+  // Fills the area around a point with a run of tones from one point to another. False when nothing happened.
   bool GradientFill(int32_t x, int32_t y, const PenSpec& startPen, int32_t endX, int32_t endY, const PenSpec& endPen,
                     uint32_t mask, Rect* outRect);
   // Carries the ink of a block to another place in the image and leaves `fillValue` behind.

@@ -198,7 +198,7 @@ class SpanFill {
   std::vector<Activation> stack;
 };
 
-// Puts the ink on the area of `value` around the seed, in two rounds over a marker: the ink may hold the very value
+// Puts the ink on the area of `value` around a point, in two rounds over a marker: the ink may hold the very value
 // that it replaces.
 template <typename Ink>
 void FillOverMarker(CellImage* image, int32_t x, int32_t y, int32_t value, const Ink& ink, uint32_t mask,
@@ -240,7 +240,8 @@ bool CellImage::GradientFill(int32_t x, int32_t y, const PenSpec& startPen, int3
   ink.origin = ink.isHorizontal ? x : y;
   ink.span = ink.isHorizontal ? dx : dy;
   ink.delta = PenToLevel(endPen) - ink.startLevel;
-  // The mask guards only the seed: shadow boundaries inside a gradient would stand out as lines if it kept them.
+  // The mask guards only the point itself: shadow boundaries inside a gradient would stand out as lines if it kept
+  // them.
   FillOverMarker(this, x, y, value, ink, 0, outRect);
   return true;
 }

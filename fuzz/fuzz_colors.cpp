@@ -6,6 +6,6 @@
 using namespace sorvel;
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  LoadColors(fuzz::InputFile(data, size, "colors.bmp"));
+  LoadColors(fuzz::InputFile(data, size));
   return 0;
 }

@@ -6,7 +6,7 @@
 using namespace sorvel;
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  const char* path = fuzz::InputFile(data, size, "film.flm");
+  const char* path = fuzz::InputFile(data, size);
   Film film;
   LoadReport report;
   fuzz::Require(film.Load(path, '/', &report));

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/mman.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -26,10 +28,12 @@ class InputStream {
   BufferStream stream;
 };
 
-// The path of a file that holds the input, for readers that open their files themselves.
-inline const char* InputFile(const uint8_t* data, size_t size, const char* name) {
-  static char path[256];
-  std::snprintf(path, sizeof(path), "/dev/shm/sorvel-fuzz-%s", name);
+// The path of a file that holds the input, for readers that open their files themselves. It is in memory and this
+// process's own.
+inline const char* InputFile(const uint8_t* data, size_t size) {
+  static char path[64];
+  static const int descriptor = memfd_create("input", 0);
+  std::snprintf(path, sizeof(path), "/proc/self/fd/%d", descriptor);
   FILE* file = std::fopen(path, "wb");
   if (file != nullptr) {
     if (size > 0) std::fwrite(data, size, 1, file);

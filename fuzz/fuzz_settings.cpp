@@ -6,7 +6,7 @@
 using namespace sorvel;
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  UseSettingsFile(fuzz::InputFile(data, size, "settings.ini"));
+  UseSettingsFile(fuzz::InputFile(data, size));
   char text[80];
   for (const SettingKey* key : {&settings::kFont, &settings::kBrush, &settings::kFilm, &settings::kNewCutCredit,
                                 &settings::kNewFilmTitle, &settings::kNewFilmAuthor}) {

@@ -35,6 +35,18 @@ std::string SystemProblem() {
   return std::strerror(errno);
 }
 
+// Opens a file and has it read; false, with the line written, unless it is whole.
+template <typename Load>
+bool LoadDocument(const std::string& path, const Load& load) {
+  InputFile file;
+  std::string problem;
+  LoadReport report;
+  const bool isOpen = file.Open(path, &problem);
+  if (isOpen && load(file.Stream(), &report) && !report.IsDamaged()) return true;
+  Fail(path, isOpen ? report.problem : problem);
+  return false;
+}
+
 }  // namespace
 
 void CatchInterrupts() {
@@ -183,30 +195,13 @@ std::string ShownText(std::string_view text) {
 }
 
 bool LoadCut(const std::string& path, Cut* cut) {
-  InputFile file;
-  std::string problem;
-  LoadReport report;
-  if (!file.Open(path, &problem)) {
-    Fail(path, problem);
-    return false;
-  }
-  if (cut->Load(file.Stream(), nullptr, &report) && !report.IsDamaged()) return true;
-  Fail(path, report.problem);
-  return false;
+  return LoadDocument(path,
+                      [cut](ByteStream* stream, LoadReport* report) { return cut->Load(stream, nullptr, report); });
 }
 
 bool LoadLayer(const std::string& path, Cut* cut) {
-  InputFile file;
-  std::string problem;
-  LoadReport report;
-  if (!file.Open(path, &problem)) {
-    Fail(path, problem);
-    return false;
-  }
   cut->AddFrame();
-  if (cut->LoadLayer(file.Stream(), &report) && !report.IsDamaged()) return true;
-  Fail(path, report.problem);
-  return false;
+  return LoadDocument(path, [cut](ByteStream* stream, LoadReport* report) { return cut->LoadLayer(stream, report); });
 }
 
 bool LoadFilm(const std::string& path, Film* film) {

@@ -25,32 +25,19 @@ Cut::Cut(int32_t canvasWidth, int32_t canvasHeight, int32_t framesPerSecond, con
 }
 
 Cut::~Cut() {
-  FreeFrames();
-  FreeLayers();
+  FreeFramesAndLayers();
   AssignString(&path, "");
   AssignString(&credit, "");
   std::free(undoPixels);
 }
 
-void Cut::FreeFrames() {
-  if (!frames.SeekFirst()) return;
-  do {
-    delete frames.Current();
-  } while (frames.SeekNext());
-  frames.RemoveAll();
-}
-
-void Cut::FreeLayers() {
-  if (!layers.SeekFirst()) return;
-  do {
-    delete layers.Current();
-  } while (layers.SeekNext());
-  layers.RemoveAll();
+void Cut::FreeFramesAndLayers() {
+  ReleaseElements(&frames, [](Frame* frame) { delete frame; });
+  ReleaseElements(&layers, [](Layer* layer) { delete layer; });
 }
 
 void Cut::Reset() {
-  FreeFrames();
-  FreeLayers();
+  FreeFramesAndLayers();
   AssignString(&path, "");
   AssignString(&credit, "");
   currentFrame = -1;

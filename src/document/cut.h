@@ -167,8 +167,7 @@ class Cut {
  private:
   // Destroys all frames and layers and puts the flags back, before a file is read. The undo buffer stays.
   void Reset();
-  void FreeFrames();
-  void FreeLayers();
+  void FreeFramesAndLayers();
   void DestroyLayer(Layer* layer);
   void ForgetUndoOf(Layer* layer);
   // The frame that seeking currentFrame and taking the cursor gives: null only on a cut without frames.

@@ -7,16 +7,8 @@ namespace sorvel {
 Frame::Frame(int32_t cutWidth, int32_t cutHeight) : width(cutWidth), height(cutHeight) {}
 
 Frame::~Frame() {
-  FreeRecords();
+  ReleaseElements(&records, [](FrameRecord* record) { delete record; });
   AssignString(&comment, "");
-}
-
-void Frame::FreeRecords() {
-  if (!records.SeekFirst()) return;
-  do {
-    delete records.Current();
-  } while (records.SeekNext());
-  records.RemoveAll();
 }
 
 bool Frame::AddRecord(Layer* layer, int32_t cell, int32_t recordX, int32_t recordY) {
@@ -93,7 +85,7 @@ Layer* Frame::LayerAt(int32_t index) {
 }
 
 void Frame::ClearRecords() {
-  FreeRecords();
+  ReleaseElements(&records, [](FrameRecord* record) { delete record; });
   currentRecord = -1;
   time = 1;
   x = width / 2;

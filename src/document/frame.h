@@ -112,7 +112,6 @@ class Frame {
  private:
   FrameRecord* RecordAt(int32_t index) { return records.At(index); }
   FrameRecord* CurrentVisibleRecord();
-  void FreeRecords();
 };
 
 }  // namespace sorvel

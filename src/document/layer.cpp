@@ -15,11 +15,7 @@ Layer::Layer(int32_t layerWidth, int32_t layerHeight, const char* layerName, Cel
 }
 
 Layer::~Layer() {
-  if (cells.SeekFirst()) {
-    do {
-      DestroyImage(cells.Current());
-    } while (cells.SeekNext());
-  }
+  ReleaseElements(&cells, DestroyImage);
   delete[] name;
 }
 

@@ -49,11 +49,7 @@ ChunkStream::ChunkStream(int32_t blockBytes)
 }
 
 ChunkStream::~ChunkStream() {
-  if (blocks.SeekFirst()) {
-    do {
-      delete[] blocks.Current();
-    } while (blocks.SeekNext());
-  }
+  ReleaseElements(&blocks, [](uint8_t* each) { delete[] each; });
 }
 
 bool ChunkStream::IsOpen() {

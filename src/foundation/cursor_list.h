@@ -173,4 +173,15 @@ class CursorList {
   T defaultElement{};
 };
 
+// How an owner lets go of a list: each element is freed by `release`, and then the list is empty.
+template <typename T, typename Release>
+void ReleaseElements(CursorList<T>* list, const Release& release) {
+  if (list->SeekFirst()) {
+    do {
+      release(list->Current());
+    } while (list->SeekNext());
+  }
+  list->RemoveAll();
+}
+
 }  // namespace sorvel

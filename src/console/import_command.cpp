@@ -12,15 +12,15 @@ namespace sorvel::console {
 namespace {
 
 constexpr int32_t kMostFrames = 65535;
-constexpr int32_t kLargestSide = 32767;
-constexpr int32_t kHighestRate = 127;  // what a stream can say
+constexpr int32_t kLongestHold = 32767;  // what a cut file can say
+constexpr int32_t kHighestRate = 127;    // what a stream can say
 
 bool ParseSettings(const Arguments& arguments, ImportSettings* settings) {
   if (!NumberOption(arguments, "--fps", 1, kHighestRate, &settings->fps) ||
-      !NumberOption(arguments, "--width", 1, kLargestSide, &settings->width) ||
-      !NumberOption(arguments, "--height", 1, kLargestSide, &settings->height) ||
+      !NumberOption(arguments, "--width", 1, kLargestPictureSide, &settings->width) ||
+      !NumberOption(arguments, "--height", 1, kLargestPictureSide, &settings->height) ||
       !NumberOption(arguments, "--antialias", 0, 2, &settings->antialias) ||
-      !NumberOption(arguments, "--hold", 1, kLargestSide, &settings->hold)) {
+      !NumberOption(arguments, "--hold", 1, kLongestHold, &settings->hold)) {
     return false;
   }
   const std::string* color = arguments.Find("--transparent");

@@ -9,6 +9,8 @@
 #include <cstring>
 #include <vector>
 
+#include "foundation/byte_stream.h"
+
 namespace sorvel::console {
 
 namespace {
@@ -32,12 +34,6 @@ int64_t FileLength(FILE* file) {
   return length;
 }
 
-uint32_t Little(const uint8_t* bytes, int32_t count) {
-  uint32_t value = 0;
-  for (int32_t i = count; i-- > 0;) value = value << 8 | bytes[i];
-  return value;
-}
-
 // Bitmap files.
 
 struct BitmapHead {
@@ -56,8 +52,8 @@ bool ReadBitmapHead(FILE* file, BitmapHead* head, std::string* problem) {
     *problem = "the file ends in its head";
     return false;
   }
-  head->pixelOffset = Little(bytes + 10, 4);
-  const uint32_t infoSize = Little(bytes + 14, 4);
+  head->pixelOffset = LittleEndian(bytes + 10, 4);
+  const uint32_t infoSize = LittleEndian(bytes + 14, 4);
   // A core header has 16-bit sizes and colours of three bytes.
   const bool isCore = infoSize == 12;
   if (!isCore && (infoSize < 40 || infoSize > 4096)) {
@@ -71,15 +67,15 @@ bool ReadBitmapHead(FILE* file, BitmapHead* head, std::string* problem) {
   uint32_t compression = 0;
   uint32_t colorsUsed = 0;
   if (isCore) {
-    head->width = Little(info, 2);
-    head->height = Little(info + 2, 2);
-    head->bits = static_cast<int32_t>(Little(info + 6, 2));
+    head->width = LittleEndian(info, 2);
+    head->height = LittleEndian(info + 2, 2);
+    head->bits = static_cast<int32_t>(LittleEndian(info + 6, 2));
   } else {
-    head->width = static_cast<int32_t>(Little(info, 4));
-    head->height = static_cast<int32_t>(Little(info + 4, 4));
-    head->bits = static_cast<int32_t>(Little(info + 10, 2));
-    compression = Little(info + 12, 4);
-    colorsUsed = Little(info + 28, 4);
+    head->width = static_cast<int32_t>(LittleEndian(info, 4));
+    head->height = static_cast<int32_t>(LittleEndian(info + 4, 4));
+    head->bits = static_cast<int32_t>(LittleEndian(info + 10, 2));
+    compression = LittleEndian(info + 12, 4);
+    colorsUsed = LittleEndian(info + 28, 4);
   }
   head->topDown = head->height < 0;
   if (head->topDown) head->height = -head->height;
@@ -93,8 +89,8 @@ bool ReadBitmapHead(FILE* file, BitmapHead* head, std::string* problem) {
     uint8_t masks[12] = {};
     constexpr uint32_t bitFields = 3;
     const bool usualMasks = head->bits == 32 && compression == bitFields && std::fread(masks, 12, 1, file) == 1 &&
-                            Little(masks, 4) == 0xFF0000 && Little(masks + 4, 4) == 0xFF00 &&
-                            Little(masks + 8, 4) == 0xFF;
+                            LittleEndian(masks, 4) == 0xFF0000 && LittleEndian(masks + 4, 4) == 0xFF00 &&
+                            LittleEndian(masks + 8, 4) == 0xFF;
     if (!usualMasks) {
       *problem = "a bitmap file of this compression or depth can't be read";
       return false;

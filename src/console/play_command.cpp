@@ -17,24 +17,11 @@ namespace sorvel::console {
 namespace {
 
 // The whole stream in memory, where the player wants it.
-class StreamMemory {
- public:
+struct StreamMemory {
   StreamMemory() = default;
   StreamMemory(const StreamMemory&) = delete;
   StreamMemory& operator=(const StreamMemory&) = delete;
   ~StreamMemory() { std::free(stream.buffer); }
-
-  bool Read(ByteStream* file, std::string* problem) {
-    const int32_t size = StreamLength(*file);
-    stream.buffer = static_cast<uint8_t*>(std::malloc(static_cast<size_t>(size) + 1));
-    if (stream.buffer == nullptr) {
-      *problem = "no memory for the stream";
-      return false;
-    }
-    file->Seek(0, kFromStart);
-    stream.size = stream.capacity = ReadUpTo(*file, stream.buffer, size);
-    return true;
-  }
 
   BufferStream stream;
 };
@@ -119,7 +106,7 @@ int RunPlay(const Arguments& arguments) {
     StreamInfo info;
     LoadReport report;
     if (!InspectStream(file.Stream(), &info, &report) || report.IsDamaged()) return Fail(in, report.problem);
-    if (!memory.Read(file.Stream(), &problem)) return Fail(in, problem);
+    if (!ReadWholeStream(*file.Stream(), &memory.stream)) return Fail(in, "no memory for the stream");
   }
   std::error_code error;
   std::filesystem::create_directories(folder, error);

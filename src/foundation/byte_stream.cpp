@@ -1,6 +1,7 @@
 #include "foundation/byte_stream.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 
 namespace sorvel {
@@ -253,6 +254,17 @@ int32_t ReadUpTo(ByteStream& stream, void* bytes, int32_t count) {
     done = now;
   }
   return done;
+}
+
+bool ReadWholeStream(ByteStream& stream, BufferStream* memory) {
+  const int32_t length = StreamLength(stream);
+  // An empty stream has memory too, so that null always means that there was none.
+  memory->buffer = static_cast<uint8_t*>(std::malloc(static_cast<size_t>(length) + 1));
+  if (memory->buffer == nullptr) return false;
+  stream.Seek(0, kFromStart);
+  memory->position = 0;
+  memory->size = memory->capacity = ReadUpTo(stream, memory->buffer, length);
+  return true;
 }
 
 bool CopyStream(ByteStream& from, ByteStream& to, int32_t count) {

@@ -121,6 +121,17 @@ int32_t StreamLength(ByteStream& stream);
 // Reads up to `count` bytes and gives how many there were. Unlike Read() it isn't stopped by a byte 0xFF.
 int32_t ReadUpTo(ByteStream& stream, void* bytes, int32_t count);
 
+// Reads a whole stream, from its start, into memory that the caller frees with free(); `memory` then stands at its own
+// start. False if there is no memory for it.
+bool ReadWholeStream(ByteStream& stream, BufferStream* memory);
+
+// The number that lies in `count` bytes, up to 4, the lowest first.
+inline uint32_t LittleEndian(const uint8_t* bytes, int32_t count) {
+  uint32_t value = 0;
+  for (int32_t i = count; i-- > 0;) value = value << 8 | bytes[i];
+  return value;
+}
+
 // Copies `count` bytes, or all up to the end with a negative count, between the positions of two streams.
 // Gives false when the source ended early or a write failed.
 bool CopyStream(ByteStream& from, ByteStream& to, int32_t count);

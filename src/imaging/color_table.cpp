@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "foundation/byte_stream.h"
 #include "foundation/paths.h"
 #include "platform/files.h"
 
@@ -12,12 +13,6 @@ namespace {
 
 constexpr ColorEntry Rgb(uint8_t red, uint8_t green, uint8_t blue) {
   return {blue, green, red, 0};
-}
-
-uint32_t ReadLittle(const uint8_t* bytes, int count) {
-  uint32_t value = 0;
-  for (int i = count; i-- > 0;) value = value << 8 | bytes[i];
-  return value;
 }
 
 }  // namespace
@@ -65,8 +60,8 @@ bool LoadColors(const char* fileName) {
   uint8_t head[14];
   uint8_t info[40];
   const bool fits = std::fread(head, sizeof(head), 1, file) == 1 && head[0] == 'B' && head[1] == 'M' &&
-                    std::fread(info, sizeof(info), 1, file) == 1 && ReadLittle(info + 14, 2) == 8 &&
-                    ReadLittle(info + 16, 4) == 0 && ReadLittle(info + 32, 4) >= kColorCount;
+                    std::fread(info, sizeof(info), 1, file) == 1 && LittleEndian(info + 14, 2) == 8 &&
+                    LittleEndian(info + 16, 4) == 0 && LittleEndian(info + 32, 4) >= kColorCount;
   if (fits) {
     // A short file leaves the colours that it doesn't reach black.
     ColorEntry entries[kColorCount] = {};

@@ -59,12 +59,7 @@ intptr_t PlayerWindow::WindowProc(platform::WindowHandle window, uint32_t messag
 }
 
 bool PlayerWindow::PlayFile(FileStream* file) {
-  const int32_t size = StreamLength(*file);
-  file->Seek(0, kFromStart);
-  stream.buffer = static_cast<uint8_t*>(std::malloc(static_cast<size_t>(size) + 1));
-  if (stream.buffer == nullptr) return false;
-  stream.size = stream.capacity = ReadUpTo(*file, stream.buffer, size);
-  return player.Play(&stream) != 0;
+  return ReadWholeStream(*file, &stream) && player.Play(&stream) != 0;
 }
 
 bool PlayerWindow::PlayCutFile(FileStream* file) {

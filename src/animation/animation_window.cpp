@@ -17,7 +17,7 @@ AnimationWindow::~AnimationWindow() {
 int32_t AnimationWindow::Play(ByteStream* stream) {
   if (decoder.OpenStream(stream) == 0) return 0;
   platform::SetClientSize(window, decoder.outputWidth, decoder.outputHeight + topMargin + bottomMargin);
-  platform::InvalidateClient(window);
+  platform::InvalidateClient(window, true);
   speedFactor = 1;
   nextTime = decoder.DecodeNextFrame();
   if (decoder.cutCount == 1 && stream->Tell() == decoder.streamEnd) {
@@ -26,7 +26,7 @@ int32_t AnimationWindow::Play(ByteStream* stream) {
     ShowFrameViewport();
     bitmap.MixPlanes(0, 1);
     platform::ShowInactive(window);
-    platform::InvalidateClient(window);
+    platform::InvalidateClient(window, true);
     return 1;
   }
   ticks = 1;
@@ -111,7 +111,39 @@ void AnimationWindow::TimerTick() {
     // A frame without time ends the play; its picture stays.
     StopTimer();
     ticks = 1;
+    platform::Send(window, platform::kMessageUser, 0, 0);
   }
+}
+
+intptr_t AnimationWindow::WindowProc(uint32_t message, uintptr_t first, intptr_t second) {
+  switch (message) {
+    case platform::kMessagePaint: {
+      platform::DeviceContext* context = platform::BeginPainting(window, nullptr);
+      Paint(context);
+      platform::EndPainting(window, context);
+      return 0;
+    }
+    case platform::kMessagePrintClient:
+      Paint(platform::ContextOf(first));
+      return 0;
+    case platform::kMessageSize: {
+      const int32_t height = decoder.outputHeight + topMargin + bottomMargin;
+      const uintptr_t size = static_cast<uintptr_t>(second);
+      if (size != platform::JoinHalves(decoder.outputWidth, height)) {
+        platform::SetClientSize(window, decoder.outputWidth, height);
+      }
+      break;
+    }
+    case platform::kMessageClose:
+      StopTimer();
+      return 0;
+    case platform::kMessageTimer:
+      TimerTick();
+      break;
+    default:
+      break;
+  }
+  return platform::DefaultHandling(window, message, first, second);
 }
 
 int32_t AnimationWindow::StopTimer() {
@@ -123,6 +155,8 @@ int32_t AnimationWindow::StopTimer() {
 }
 
 void AnimationWindow::Paint(platform::DeviceContext* context) {
+  // The palette's greys are what the mixed colours of a dissolve are shown with.
+  if (platform::HasPalette(context)) platform::SelectDrawingPalette(context, palette, true);
   const int32_t top = topMargin + viewTop;
   const int32_t bottom = top + viewport.height;
   platform::FillBlack(context, 0, topMargin, decoder.outputWidth, top);

@@ -12,7 +12,7 @@ namespace sorvel {
 
 // The player. It counts the ticks of a timer and decides at each what the screen shows: the frame that was decoded a
 // tick ahead, a further step of a dissolve, or nothing new.
-class AnimationWindow {
+class AnimationWindow final : public platform::WindowObject {
  public:
   AnimationWindow();
   AnimationWindow(const AnimationWindow&) = delete;
@@ -29,10 +29,13 @@ class AnimationWindow {
   // The picture stays, and so does the place in the stream. 0 if there was no timer, else 1.
   int32_t StopTimer();
 
+  // The window keeps the size of the stream. Closing it stops the timer; it neither closes nor hides.
+  intptr_t WindowProc(uint32_t message, uintptr_t first, intptr_t second) override;
+
   // Draws the viewport with black bands around it.
   void Paint(platform::DeviceContext* context);
 
-  platform::WindowHandle window = nullptr;  // not owned
+  platform::PaletteHandle palette = nullptr;  // not owned; for displays that have one
   AnimationDecoder decoder;
   NibbleBitmap bitmap;
   int32_t ticks = 0;     // counts towards 0 for the frame on the screen, negative in a dissolve

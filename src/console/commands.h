@@ -9,6 +9,7 @@ enum Status : int {
   kDone = 0,
   kFailed = 1,  // a file can't be read or written, or is damaged
   kUsage = 2,
+  kRefused = 3,  // a line of a script can't be carried out
 };
 
 // Runs the program: picks the command by the first word. Gives the exit status.
@@ -23,5 +24,6 @@ int RunFrame(const Arguments& arguments);
 int RunView(const Arguments& arguments);
 int RunPlay(const Arguments& arguments);
 int RunImport(const Arguments& arguments);
+int RunRun(const Arguments& arguments);
 
 }  // namespace sorvel::console

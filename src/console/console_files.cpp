@@ -230,7 +230,7 @@ bool CheckCanvas(const std::string& path, const Cut& cut) {
   return problem == nullptr;
 }
 
-void WriteIndexedBitmap(ByteStream* stream, const CellImage& image, const ColorEntry (&colors)[kColorCount]) {
+void WriteIndexedBitmap(ByteStream* stream, const CellImage& image, const std::array<ColorEntry, kColorCount>& colors) {
   constexpr int32_t headBytes = 14;
   constexpr int32_t infoBytes = 40;
   constexpr int32_t pixelOffset = headBytes + infoBytes + kColorCount * 4;

@@ -79,7 +79,7 @@ bool LoadFilm(const std::string& path, Film* film);
 bool CheckCanvas(const std::string& path, const Cut& cut);
 
 // Writes an image as a bitmap file of 8 bits a pixel with these 26 colours, bottom row first.
-void WriteIndexedBitmap(ByteStream* stream, const CellImage& image, const ColorEntry (&colors)[kColorCount]);
+void WriteIndexedBitmap(ByteStream* stream, const CellImage& image, const std::array<ColorEntry, kColorCount>& colors);
 
 // Progress on a terminal: one line that is written again and taken away at the end. Nothing if standard error is none.
 void ShowProgress(const char* what, int64_t done, int64_t total);

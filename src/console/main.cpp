@@ -95,6 +95,15 @@ const Command kCommands[] = {
      2,
      kAnyNumber,
      RunImport},
+    {"run",
+     "run SCRIPT [--settings FILE]",
+     "drives the whole application from a script",
+     "SCRIPT is UTF-8 text with an action a line; without the action \"exit\" the settings stay as they are.\n"
+     "  --settings FILE  the settings file; by default the one beside the program\n",
+     {{"--settings", "a file"}},
+     1,
+     1,
+     RunRun},
 };
 
 void PrintOverview() {
@@ -102,7 +111,7 @@ void PrintOverview() {
   for (const Command& command : kCommands) std::printf("  sorvel %s\n      %s\n", command.usage, command.summary);
   std::printf(
       "\nsorvel COMMAND --help tells more of a command; sorvel --version gives the version.\n"
-      "Exit status: 0 done, 1 the work failed, 2 wrong usage.\n");
+      "Exit status: 0 done, 1 the work failed, 2 wrong usage, 3 a script line that can't be carried out.\n");
 }
 
 void PrintHelp(const Command& command) {

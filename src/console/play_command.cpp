@@ -28,7 +28,7 @@ struct StreamMemory {
 
 // The player with a window of its own.
 struct Screen {
-  Screen() { player.window = platform::MakeWindow("", nullptr); }
+  Screen() { platform::MakeCaptionWindow("", "", nullptr, &player); }
   Screen(const Screen&) = delete;
   Screen& operator=(const Screen&) = delete;
   ~Screen() { platform::DestroyWindow(player.window); }

@@ -34,8 +34,12 @@ bool Film::Save(char separator) {
   return path[0] != '\0' && SaveTo(path, separator);
 }
 
-bool Film::WriteTo(FILE* file, const char* filePath, char separator) {
+void Film::WriteHead(FILE* file) {
   std::fprintf(file, "%s\n%s\n%d, %d\n", title, author, width, height);
+}
+
+bool Film::WriteTo(FILE* file, const char* filePath, char separator) {
+  WriteHead(file);
   for (int32_t i = 0; i < cuts.Count(); ++i) {
     char relative[kPathCapacity];
     if (!MakeRelativePath(relative, cuts.At(i).name, filePath, separator)) return false;

@@ -100,6 +100,8 @@ class Cut {
   // Makes room for a cell of this layer, keeping what is held; false when there is no memory for it. It runs whenever
   // a layer enters the cut or changes its size.
   bool EnsureUndoBuffer(Layer* layer);
+  // Nothing can be undone any more if the undo copy belongs to a cell of this layer.
+  void ForgetUndoOf(Layer* layer);
 
   // Properties of the current frame; `frameBrightness` is 0 to 100. Marks timing if any of them differs.
   void SetFrameProperties(const char* comment, int32_t time, int32_t loop, bool key, int32_t frameBrightness);
@@ -142,6 +144,10 @@ class Cut {
   // with nothing written, if there is no frame or no memory.
   bool ExportFrameBitmap(ByteStream* stream, NibbleBitmap* bitmap, CellImage* composition);
 
+  // Brings the compiled stream of this cut up to date in its frame data alone. True if it is current afterwards; false
+  // means that it must be compiled again. Clears the stale marks when it has written the frame data.
+  bool PatchCompiledStream(ByteStream* stream);
+
   bool Has(StateFlag flag) const { return (stateFlags & flag) != 0; }
   int32_t Antialias() const { return static_cast<int32_t>(stateFlags >> kAntialiasShift & 3); }
   void SetAntialias(int32_t value);
@@ -169,7 +175,6 @@ class Cut {
   void Reset();
   void FreeFramesAndLayers();
   void DestroyLayer(Layer* layer);
-  void ForgetUndoOf(Layer* layer);
   // The frame that seeking currentFrame and taking the cursor gives: null only on a cut without frames.
   Frame* SeekCurrentFrame();
   FrameRecord* CurrentFrameRecord();

@@ -48,6 +48,8 @@ class Film {
   // Files. The separator is that of the platform's paths. Saving and loading make the file's path the film's own.
   bool Save(char separator);  // false without a path
   bool SaveTo(const char* filePath, char separator);
+  // The lines ahead of the cuts.
+  void WriteHead(FILE* file);
   // The text of the file that is to lie at this path; nothing of the film changes.
   bool WriteTo(FILE* file, const char* filePath, char separator);
   // Resets the film first, so a failed load leaves an empty one. The report says what is wrong with the file.

@@ -17,7 +17,7 @@ constexpr ColorEntry Rgb(uint8_t red, uint8_t green, uint8_t blue) {
 
 }  // namespace
 
-ColorEntry ColorTable[kColorCount] = {
+const std::array<ColorEntry, kColorCount> DefaultColors = {
     Rgb(225, 255, 255),  // 0 transparent
     Rgb(0, 0, 0),        // 1 black
     Rgb(85, 85, 85),     // 2 dark grey
@@ -45,6 +45,8 @@ ColorEntry ColorTable[kColorCount] = {
     Rgb(242, 206, 206),  // 24 red ghost of light grey
     Rgb(0, 0, 0),        // 25 background of the windows
 };
+
+constinit std::array<ColorEntry, kColorCount> ColorTable = DefaultColors;
 
 bool LoadColors(const char* fileName) {
   char path[kPathCapacity];

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 #include "platform/bitmaps.h"
@@ -31,7 +32,9 @@ constexpr int32_t kColorCount = 26;
 constexpr int32_t kPixelColors = 25;
 
 // The 26 colours of the roles, the colour table of every image of 8 bits a pixel.
-extern ColorEntry ColorTable[kColorCount];
+extern std::array<ColorEntry, kColorCount> ColorTable;
+// What it is without a colour file.
+extern const std::array<ColorEntry, kColorCount> DefaultColors;
 
 // Reads the colours from a bitmap file of 8 bits a pixel, uncompressed, with at least 26 declared colours; its pixels
 // are never looked at. Null means "Colors.bmp" in the folder of the running program. A file that is missing or

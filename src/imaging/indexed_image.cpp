@@ -58,7 +58,7 @@ bool IndexedImage::Resize(int32_t newWidth, int32_t newHeight, int32_t fill) {
   pitch = (width + 3) & ~3;
   if (width == 0 || height == 0) return true;
   if (platform::FitsMemory(pitch, height)) {
-    bitmapHandle = platform::CreateBitmap(width, height, ColorTable, kColorCount, kPixelColors, &bits);
+    bitmapHandle = platform::CreateBitmap(width, height, ColorTable.data(), kColorCount, kPixelColors, &bits);
   }
   if (bitmapHandle == nullptr) {
     bits = nullptr;

@@ -2,14 +2,9 @@
 
 #include <cstdint>
 
+#include "platform/geometry.h"
+
 namespace sorvel {
-
-struct Point {
-  int32_t x = 0;
-  int32_t y = 0;
-
-  bool operator==(const Point&) const = default;
-};
 
 // A rectangle by its left top corner and its size. One without width or height is empty.
 struct Rect {

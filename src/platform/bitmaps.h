@@ -31,6 +31,9 @@ constexpr bool FitsMemory(int64_t pitch, int64_t height) {
 BitmapHandle CreateBitmap(int32_t width, int32_t height, const ColorEntry* colors, int32_t colorCount,
                           int32_t colorsUsed, uint8_t** bits);
 
+// Replaces entries of the colour table.
+void SetBitmapColors(BitmapHandle bitmap, int32_t first, int32_t count, const ColorEntry* colors);
+
 // Null is allowed.
 void DeleteBitmap(BitmapHandle bitmap);
 

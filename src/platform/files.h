@@ -22,6 +22,9 @@ bool PathExists(const char* path);
 // Deletes a file; false if that fails.
 bool DeletePath(const char* path);
 
+// Gives a file another path; false if that fails.
+bool RenamePath(const char* path, const char* newPath);
+
 // The full path of the running program. False, and an empty text, if it doesn't fit.
 bool ProgramPath(char* path, size_t capacity);
 

@@ -2,17 +2,116 @@
 
 #include <cstdint>
 
-// Numbers of the messages that windows answer, and the loop that brings them.
+#include "platform/geometry.h"
+
+// Numbers of the messages that windows answer, of the notifications that controls send, and the loop that brings them.
 namespace sorvel::platform {
 
+struct Window;
+using WindowHandle = Window*;
+
 enum WindowMessage : uint32_t {
+  kMessageCreate = 0x0001,
   kMessageDestroy = 0x0002,
+  kMessageSize = 0x0005,      // second: client width and height, 16 bits each
+  kMessageActivate = 0x0006,  // first: low half 0 for loss, high half not 0 for a minimised window
+  kMessageSetFocus = 0x0007,
+  kMessageKillFocus = 0x0008,
   kMessagePaint = 0x000F,
   kMessageClose = 0x0010,
+  kMessageSetCursor = 0x0020,      // second: low half the hit-test code
+  kMessageMouseActivate = 0x0021,  // the answer 3 leaves the window inactive
+  kMessageNotify = 0x004E,         // reaches only the seam; see kMessageToolTip
+  kMessageChar = 0x0102,           // first: the character
+  kMessageInitDialog = 0x0110,     // second: the parameter of RunDialog
+  kMessageCommand = 0x0111,        // first: number in the low half, notification in the high; second: the control
+  kMessageTimer = 0x0113,          // first: the timer's number
+  kMessageHorizontalScroll = 0x0114,
+  kMessageVerticalScroll = 0x0115,  // first: ScrollCode in the low half, thumb position in the high
+  kMessageInitMenu = 0x0116,        // first: the menu
+  kMessageInitMenuPopup = 0x0117,   // first: the popup
+  kMessageMenuSelect = 0x011F,      // first: low half the item's number
+  kMessageMouseMove = 0x0200,       // mouse messages: first MouseKey bits, second the point in client coordinates
+  kMessageLeftDown = 0x0201,
+  kMessageLeftUp = 0x0202,
+  kMessageLeftDouble = 0x0203,
+  kMessageRightDown = 0x0204,
+  kMessageRightUp = 0x0205,
+  kMessageRightDouble = 0x0206,
+  kMessageMdiActivate = 0x0222,  // first: the window that loses, second: the one that gains
+  kMessageDropFiles = 0x0233,    // first: the drop, for TakeDroppedFile
+  kMessagePrintClient = 0x0318,  // first: a device context to draw the whole client area into
+  kMessageUser = 0x0400,
+  // What a tool bar asks of the frame, made from its notifications. first: ToolTipMoment; second: a ToolTip.
+  kMessageToolTip = 0x0401,
 };
 
-// Hands out messages until QuitLoop was called. Gives the code that was given there.
-int RunLoop();
+enum MouseKey : uint32_t {
+  kKeyLeftButton = 0x0001,
+  kKeyRightButton = 0x0002,
+  kKeyShift = 0x0004,
+  kKeyControl = 0x0008,
+};
+
+enum ScrollCode : int32_t {
+  kScrollLineUp = 0,
+  kScrollLineDown = 1,
+  kScrollPageUp = 2,
+  kScrollPageDown = 3,
+  kScrollThumbPosition = 4,
+  kScrollThumbTrack = 5,
+};
+
+// Notifications in the high half of a command's first parameter.
+enum Notification : int32_t {
+  kListSelectionChanged = 1,
+  kListDoubleClicked = 2,
+  kListSetFocus = 4,
+  kListKillFocus = 5,
+  kButtonClicked = 0,
+  kButtonSetFocus = 6,
+  kButtonKillFocus = 7,
+  kEditSetFocus = 0x100,
+  kEditKillFocus = 0x200,
+};
+
+enum class ToolTipMoment : uintptr_t { kNeedText, kShow, kPop };
+
+struct ToolTip {
+  int32_t id;     // the button's command
+  char text[80];  // filled in answer to kNeedText
+};
+
+constexpr intptr_t kNoActivate = 3;
+
+constexpr uint32_t LowHalf(uintptr_t value) {
+  return static_cast<uint32_t>(value & 0xFFFF);
+}
+constexpr uint32_t HighHalf(uintptr_t value) {
+  return static_cast<uint32_t>(value >> 16 & 0xFFFF);
+}
+constexpr uintptr_t JoinHalves(int32_t low, int32_t high) {
+  return static_cast<uint32_t>(low & 0xFFFF) | static_cast<uint32_t>(high & 0xFFFF) << 16;
+}
+// The point of a mouse message, as two signed numbers of 16 bits.
+constexpr Point PointOf(intptr_t second) {
+  return {static_cast<int16_t>(LowHalf(static_cast<uintptr_t>(second))),
+          static_cast<int16_t>(HighHalf(static_cast<uintptr_t>(second)))};
+}
+constexpr intptr_t PackPoint(Point point) {
+  return static_cast<intptr_t>(JoinHalves(point.x, point.y));
+}
+
+// Hands out messages until QuitLoop was called. The MDI client's own keys come first, then the accelerators of table
+// `accelerators`, which become commands to the frame, then everything else. Gives the code that was given to QuitLoop.
+int RunLoop(WindowHandle frame, WindowHandle mdiClient, int32_t accelerators);
 void QuitLoop(int code);
+
+// Sends the message and gives the answer of the window's object.
+intptr_t Send(WindowHandle window, uint32_t message, uintptr_t first, intptr_t second);
+
+// Takes all waiting mouse moves of this window out of the queue. True, with the place of the last one, if there were
+// any.
+bool TakeMouseMoves(WindowHandle window, Point* place);
 
 }  // namespace sorvel::platform

@@ -1,104 +1,138 @@
 #include "shell/entry.h"
 
-#include <cstdlib>
+#include <cstdio>
 #include <cstring>
 
-#include "animation/animation_window.h"
-#include "animation/stream_encoder.h"
-#include "document/cut.h"
+#include "cutwindow/clipboard.h"
 #include "foundation/paths.h"
+#include "foundation/settings.h"
 #include "imaging/color_table.h"
-#include "imaging/indexed_image.h"
-#include "platform/files.h"
-#include "platform/messages.h"
+#include "imaging/pen.h"
+#include "tools/tool_state.h"
 
 namespace sorvel {
 
 namespace {
 
-// The window of the player. It has the size of the picture and ends the program when it is closed.
-class PlayerWindow final : public platform::WindowObject {
- public:
-  PlayerWindow() { player.window = platform::MakeWindow("Sorvel Developer", this); }
-  PlayerWindow(const PlayerWindow&) = delete;
-  PlayerWindow& operator=(const PlayerWindow&) = delete;
-  ~PlayerWindow() { std::free(stream.buffer); }
+constexpr int32_t kFrameMenu = 103;
+constexpr int32_t kFrameIcon = 102;
+constexpr int32_t kCutIcon = 104;
+constexpr int32_t kAccelerators = 105;
+constexpr size_t kTextSize = 256;
+constexpr size_t kFilmPathSize = 260;
+constexpr int32_t kLargestShape = 14;
+constexpr int32_t kLargestTone = 15;
 
-  bool IsMade() const { return player.window != nullptr; }
-  bool OpenByExtension(const char* path);
-  void Show() { platform::ShowInactive(player.window); }
+void MakePalette() {
+  ColorEntry entries[kDrawPaletteSize];
+  BuildDrawPalette(entries);
+  gPalette = platform::MakePalette(entries, kDrawPaletteSize);
+}
 
-  intptr_t WindowProc(platform::WindowHandle window, uint32_t message, uintptr_t first, intptr_t second) override;
+void MakeMarginBrush() {
+  int32_t red = 0;
+  int32_t green = 0;
+  int32_t blue = 0;
+  GetColor(kBackground, &red, &green, &blue);
+  gMarginBrush =
+      platform::MakeBrush(static_cast<uint8_t>(red), static_cast<uint8_t>(green), static_cast<uint8_t>(blue));
+}
 
- private:
-  bool PlayCutFile(FileStream* file);
-  bool PlayFile(FileStream* file);
+void ReadFont() {
+  char text[kTextSize];
+  char name[kTextSize] = "";
+  int32_t size = 0;
+  int32_t spacing = 0;
+  int32_t weight = 0;
+  ReadSettingText(settings::kFont, text, sizeof(text));
+  std::sscanf(text, "%255[^,], %d, %d, %d", name, &size, &spacing, &weight);
+  SetTextToolFont(name, size, spacing, weight);
+}
 
-  AnimationWindow player;
-  BufferStream stream;
-};
+// A pen that can't exist would be drawn with tables that it lies outside of.
+bool IsPen(int32_t shape, int32_t colorA, int32_t colorB, int32_t tone) {
+  const auto isColor = [](int32_t color) { return color >= kTransparent && color <= kMarkLast; };
+  return shape >= 0 && shape <= kLargestShape && tone >= 0 && tone <= kLargestTone && isColor(colorA) &&
+         isColor(colorB);
+}
 
-intptr_t PlayerWindow::WindowProc(platform::WindowHandle window, uint32_t message, uintptr_t first, intptr_t second) {
-  switch (message) {
-    case platform::kMessagePaint: {
-      platform::DeviceContext* context = platform::BeginPainting(window);
-      player.Paint(context);
-      platform::EndPainting(window, context);
-      return 0;
-    }
-    case platform::kMessageClose:
-      player.StopTimer();
-      platform::DestroyWindow(window);
-      return 0;
-    case platform::kMessageDestroy:
-      platform::QuitLoop(0);
-      return 0;
-    default:
-      return platform::DefaultHandling(window, message, first, second);
+void ReadBrush() {
+  char text[kTextSize];
+  PenSpec pen;
+  int32_t removal = 1;
+  int32_t square = 0;
+  ReadSettingText(settings::kBrush, text, sizeof(text));
+  std::sscanf(text, "%d, %d, %d, %d, %d, %d", &pen.shape, &pen.colorA, &pen.colorB, &pen.tone, &removal, &square);
+  if (IsPen(pen.shape, pen.colorA, pen.colorB, pen.tone)) {
+    SetBrushSettings(pen.shape, pen.colorA, pen.colorB, pen.tone, removal, square);
   }
 }
 
-bool PlayerWindow::PlayFile(FileStream* file) {
-  return ReadWholeStream(*file, &stream) && player.Play(&stream) != 0;
-}
-
-bool PlayerWindow::PlayCutFile(FileStream* file) {
-  Cut cut(0, 0, 24, "", 0);
-  LoadReport report;
-  if (!cut.Load(file, nullptr, &report) || report.IsDamaged() || CanvasProblem(cut) != nullptr) return false;
-  FileStream compiled(platform::OpenTemporaryFile());
-  if (!compiled.IsOpen()) return false;
-  const int32_t scale = OutputScale(cut.Antialias());
-  IndexedImage composition;
-  AnimationEncoder encoder(&compiled, &player.bitmap, 1);
-  const bool played = player.bitmap.Create(cut.width / scale, cut.height / scale) != 0 &&
-                      composition.Resize(cut.width, cut.height, 0) &&
-                      encoder.EncodeCut(&cut, &composition, 0, cut.frames.Count() - 1) != 0 && PlayFile(&compiled);
-  compiled.Close();
-  return played;
-}
-
-bool PlayerWindow::OpenByExtension(const char* path) {
-  char extension[kPathCapacity];
-  if (!UpperExtensionOf(extension, path)) return false;
-  const bool isCut = std::strcmp(extension, ".CUT") == 0;
-  if (!isCut && std::strcmp(extension, ".CA") != 0 && std::strcmp(extension, ".SV") != 0) return false;
-  FileStream file(platform::OpenStdioFile(path, "rb"));
-  if (!file.IsOpen()) return false;
-  const bool played = isCut ? PlayCutFile(&file) : PlayFile(&file);
-  file.Close();
-  return played;
+void ReadTransparentColor() {
+  constexpr size_t colorTextSize = 8;
+  clipTransparent = ReadSettingNumber(settings::kPasteTransparent) != 0;
+  char text[colorTextSize];
+  ReadSettingText(settings::kPasteTransparentColor, text, sizeof(text));
+  ParseColorText(text, &clipTransparentColor);
 }
 
 }  // namespace
 
-int EntryPoint(const char* commandLine) {
+bool StartProgram(MainFrame* frame, const char* commandLine, int32_t showCommand) {
+  // The order counts: later steps read what earlier ones left.
   LoadColors(nullptr);
-  PlayerWindow window;
-  if (!window.IsMade()) return 0;
-  if (commandLine[0] != '\0') window.OpenByExtension(commandLine);
-  window.Show();
-  return platform::RunLoop();
+  MakePalette();
+  platform::RegisterWindowClass("SorvelinFrame", kFrameIcon, platform::CursorShape::kSizeWestEast, nullptr);
+  platform::RegisterWindowClass("SorvelWnd", 0, platform::CursorShape::kArrow, nullptr);
+  MakeMarginBrush();
+  platform::RegisterWindowClass("SorvelinCutFrame", kCutIcon, platform::CursorShape::kNone, gMarginBrush);
+  ResetTools();
+  ReadFont();
+  ReadBrush();
+  platform::RegisterWindowClass("SORVELIN", 0, platform::CursorShape::kArrow, nullptr);
+  ReadTransparentColor();
+  frame->penPicker.palette = gPalette;
+  frame->animationWindow.palette = gPalette;
+  if (platform::MakeFrameWindow("SorvelinFrame", "Sorvel Developer", kFrameMenu, frame) == nullptr) return false;
+  gMainFrame = frame;
+  // The document comes before the window is shown. One that can't be opened leaves an empty program.
+  char path[kFilmPathSize];
+  ReadSettingText(settings::kFilm, path, sizeof(path));
+  const char* document = commandLine[0] != '\0' ? commandLine : path;
+  if (document[0] != '\0') frame->OpenByExtension(document);
+  platform::ShowAs(frame->frameWindow, showCommand);
+  return true;
+}
+
+void FinishProgram(MainFrame* frame) {
+  WriteSettingText(settings::kFilm, frame->film->path);
+  char text[2 * kTextSize];
+  std::snprintf(text, sizeof(text), "%.*s, %d, %d, %d", static_cast<int>(kTextSize), textToolFont.faceName,
+                textToolFont.size, textToolFont.spacing, textToolFont.weight);
+  WriteSettingText(settings::kFont, text);
+  int32_t brush[6] = {};
+  GetBrushSettings(&brush[0], &brush[1], &brush[2], &brush[3], &brush[4], &brush[5]);
+  std::snprintf(text, sizeof(text), "%d, %d, %d, %d, %d, %d", brush[0], brush[1], brush[2], brush[3], brush[4],
+                brush[5]);
+  WriteSettingText(settings::kBrush, text);
+  ReleaseProgram();
+}
+
+void ReleaseProgram() {
+  SetTextToolFont("", 0, 0, 0);
+  platform::DeletePalette(gPalette);
+  gPalette = nullptr;
+  platform::DeleteBrush(gMarginBrush);
+  gMarginBrush = nullptr;
+  gMainFrame = nullptr;
+}
+
+int EntryPoint(const char* commandLine, int32_t showCommand) {
+  MainFrame frame;
+  if (!StartProgram(&frame, commandLine, showCommand)) return 0;
+  const int code = platform::RunLoop(frame.frameWindow, frame.mdiClient, kAccelerators);
+  FinishProgram(&frame);
+  return code;
 }
 
 }  // namespace sorvel

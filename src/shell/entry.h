@@ -1,9 +1,20 @@
 #pragma once
 
+#include <cstdint>
+
+#include "shell/main_frame.h"
+
 namespace sorvel {
 
-// The program from its first step to its last. The whole command line, as Shift JIS, is the path of a cut, a compiled
-// cut or a film container, which is played in a window of its own. Gives the exit code.
-int EntryPoint(const char* commandLine);
+// The program from its first step to its last: StartProgram, the loop, FinishProgram. `commandLine` as a whole, Shift
+// JIS, is the path of the document to open; if it is empty the film of the last run is opened. Gives the exit code.
+int EntryPoint(const char* commandLine, int32_t showCommand);
+
+// Everything up to the loop; false if the main window can't be made. `frame` outlives the program.
+bool StartProgram(MainFrame* frame, const char* commandLine, int32_t showCommand);
+// Everything behind the loop: the settings are written and what StartProgram made is released.
+void FinishProgram(MainFrame* frame);
+// The same without the settings.
+void ReleaseProgram();
 
 }  // namespace sorvel

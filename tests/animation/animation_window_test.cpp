@@ -17,19 +17,11 @@ namespace {
 
 using namespace teststreams;
 
-class PlainWindow final : public platform::WindowObject {
- public:
-  intptr_t WindowProc(platform::WindowHandle window, uint32_t message, uintptr_t first, intptr_t second) override {
-    return platform::DefaultHandling(window, message, first, second);
-  }
-};
-
 // The player with a window of its own.
 class Screen {
  public:
   Screen() {
-    window = platform::MakeWindow("", &object);
-    player.window = window;
+    window = platform::MakeCaptionWindow("", "", nullptr, &player);
     player.decoder.bitmap = &player.bitmap;
   }
   Screen(const Screen&) = delete;

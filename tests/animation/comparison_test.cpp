@@ -84,7 +84,7 @@ void ExpectSamePlay(Bytes bytes, int32_t count) {
   const std::vector<reference::Tick> expected = reference::Play(bytes, count);
   BufferStream stream = StreamOver(&bytes);
   AnimationWindow player;
-  player.window = platform::MakeWindow("", nullptr);
+  platform::MakeCaptionWindow("", "", nullptr, &player);
   size_t tick = 0;
   for (; tick < static_cast<size_t>(count); ++tick) {
     const int32_t before = player.window->paints;

@@ -22,6 +22,11 @@ BitmapHandle CreateBitmap(int32_t width, int32_t height, const ColorEntry* color
   return bitmap;
 }
 
+void SetBitmapColors(BitmapHandle bitmap, int32_t first, int32_t count, const ColorEntry* colors) {
+  if (bitmap == nullptr) return;
+  for (int32_t i = 0; i < count; ++i) bitmap->colors[first + i] = colors[i];
+}
+
 void DeleteBitmap(BitmapHandle bitmap) {
   if (bitmap == nullptr) return;
   std::free(bitmap->bits);

@@ -1,6 +1,6 @@
 #include "platform/timer.h"
 
-#include "platform/headless/headless.h"
+#include "platform/headless/internal.h"
 
 namespace sorvel::platform {
 
@@ -52,6 +52,10 @@ bool RunTimer() {
   if (gRunning.function == nullptr) return false;
   gRunning.function(gRunning.user);
   return true;
+}
+
+void ResetTimer() {
+  gRunning = RunningTimer{};
 }
 
 }  // namespace headless

@@ -1,103 +1,414 @@
-#include <algorithm>
+#include "platform/window.h"
 
-#include "platform/headless/headless.h"
+#include <algorithm>
+#include <cstring>
+#include <map>
+
+#include "platform/headless/internal.h"
 
 namespace sorvel::platform {
 
-// A device context of this platform is the window itself.
-struct DeviceContext : Window {};
+namespace {
 
-WindowHandle MakeWindow(const char* title, WindowObject* object) {
-  static_cast<void>(title);
-  DeviceContext* window = new DeviceContext;
-  window->object = object;
-  return window;
+constexpr Bounds kFramePlace = {0, 0, 1024, 768};
+constexpr Bounds kMdiClientPlace = {162, 28, 1024, 732};
+constexpr Point kScreen = {1280, 1024};
+constexpr int32_t kLineHeight = 16;
+// Like any window system this one makes no window that is out of all proportion.
+constexpr int32_t kMostPixels = 1 << 24;
+
+struct WindowClass {
+  CursorShape cursor = CursorShape::kArrow;
+  bool hasBackground = false;
+  ColorEntry background;
+};
+
+struct AllOfThem {
+  AllOfThem() = default;
+  AllOfThem(const AllOfThem&) = delete;
+  AllOfThem& operator=(const AllOfThem&) = delete;
+  ~AllOfThem() { Free(); }
+
+  void Free() {
+    for (Window* window : windows) {
+      DeleteMenu(window->menu);
+      delete static_cast<DeviceContext*>(window);
+    }
+    windows.clear();
+  }
+
+  std::vector<Window*> windows;
+};
+
+AllOfThem gAll;
+std::map<std::string, WindowClass> gClasses;
+
+int32_t Add(int32_t left, int32_t right) {
+  return static_cast<int32_t>(static_cast<uint32_t>(left) + static_cast<uint32_t>(right));
 }
 
-void DestroyWindow(WindowHandle window) {
+int32_t Subtract(int32_t left, int32_t right) {
+  return static_cast<int32_t>(static_cast<uint32_t>(left) - static_cast<uint32_t>(right));
+}
+
+void Remove(std::vector<Window*>* list, const Window* window) {
+  list->erase(std::remove(list->begin(), list->end(), window), list->end());
+}
+
+// A class that isn't known has an arrow and no background.
+void ApplyClass(Window* window, const char* name) {
+  const auto found = gClasses.find(name);
+  if (found == gClasses.end()) return;
+  window->classCursor = found->second.cursor;
+  window->hasBackground = found->second.hasBackground;
+  window->background = found->second.background;
+}
+
+void FreeTree(Window* window) {
+  while (!window->children.empty()) FreeTree(window->children.back());
+  headless::ForgetInput(window);
+  if (window->parent != nullptr) {
+    Window* parent = window->parent;
+    Remove(&parent->children, window);
+    Remove(&parent->activationOrder, window);
+    if (parent->activeChild == window) parent->activeChild = nullptr;
+  }
+  Remove(&gAll.windows, window);
+  DeleteMenu(window->menu);
   delete static_cast<DeviceContext*>(window);
 }
 
-intptr_t DefaultHandling(WindowHandle window, uint32_t message, uintptr_t first, intptr_t second) {
-  static_cast<void>(window);
-  static_cast<void>(message);
-  static_cast<void>(first);
-  static_cast<void>(second);
-  return 0;
+// A window is told before its children are.
+void SendEnd(Window* window) {
+  window->ending = true;
+  if (window->parent != nullptr && window->parent->activeChild == window) window->parent->activeChild = nullptr;
+  Send(window, kMessageDestroy, 0, 0);
+  const std::vector<Window*> children = window->children;
+  for (Window* child : children) {
+    if (headless::IsWindow(child) && !child->ending) SendEnd(child);
+  }
+}
+
+Window* OwnedBy(const Window* owner) {
+  for (Window* window : gAll.windows) {
+    if (window->owner == owner && !window->ending) return window;
+  }
+  return nullptr;
+}
+
+// An object may refuse its window.
+Window* Create(Window* window, WindowObject* object) {
+  window->object = object;
+  if (object != nullptr) object->window = window;
+  const bool refused = Send(window, kMessageCreate, 0, 0) == -1;
+  if (!headless::IsWindow(window)) return nullptr;
+  if (!refused) return window;
+  window->object = nullptr;
+  FreeTree(window);
+  return nullptr;
+}
+
+// Where the client area's left top corner is on the screen. Windows of the screen have no border here.
+Point Origin(const Window* window) {
+  Point origin;
+  for (const Window* each = window; each != nullptr; each = each->parent) {
+    origin = {Add(origin.x, each->place.left), Add(origin.y, each->place.top)};
+  }
+  return origin;
+}
+
+}  // namespace
+
+namespace headless {
+
+Window* NewWindow(WindowKind kind, Window* parent, Window* owner, const Bounds& place) {
+  DeviceContext* window = new DeviceContext;
+  window->kind = kind;
+  window->parent = IsWindow(parent) ? parent : nullptr;
+  window->owner = IsWindow(owner) ? owner : nullptr;
+  window->place = place;
+  ResizeClient(window, place.right - place.left, place.bottom - place.top);
+  if (window->parent != nullptr) window->parent->children.push_back(window);
+  gAll.windows.push_back(window);
+  return window;
+}
+
+void EndWindow(Window* window) {
+  if (!IsWindow(window) || window->ending) return;
+  window->ending = true;
+  while (Window* owned = OwnedBy(window)) EndWindow(owned);
+  SendEnd(window);
+  FreeTree(window);
+}
+
+bool IsWindow(const Window* window) {
+  return window != nullptr && std::find(gAll.windows.begin(), gAll.windows.end(), window) != gAll.windows.end();
+}
+
+bool IsControl(const Window* window) {
+  return window->kind >= WindowKind::kEdit;
+}
+
+Window* MdiClientOf(const Window* frame) {
+  for (Window* child : frame->children) {
+    if (child->kind == WindowKind::kMdiClient) return child;
+  }
+  return nullptr;
+}
+
+Bounds WholeClient(const Window* window) {
+  return {0, 0, window->width, window->height};
+}
+
+bool ResizeClient(Window* window, int32_t width, int32_t height) {
+  width = std::max(width, 0);
+  height = std::max(height, 0);
+  const bool hasPixels = !IsControl(window) && window->kind != WindowKind::kMdiClient;
+  if (hasPixels) height = std::min(height, width == 0 ? 0 : kMostPixels / width);
+  if (width == window->width && height == window->height) return false;
+  window->width = width;
+  window->height = height;
+  window->place.right = Add(window->place.left, width);
+  window->place.bottom = Add(window->place.top, height);
+  if (hasPixels) {
+    window->pixels.assign(static_cast<size_t>(width) * static_cast<size_t>(height), ColorEntry{});
+    window->clip = WholeClient(window);
+    InvalidateArea(window, window->clip, true);
+  }
+  return true;
+}
+
+void SendSize(Window* window) {
+  constexpr uintptr_t restored = 0;
+  constexpr uintptr_t maximised = 2;
+  Send(window, kMessageSize, window->kind == WindowKind::kMdiChild ? maximised : restored,
+       PackPoint({window->width, window->height}));
+}
+
+void ResetWindows() {
+  gAll.Free();
+  gClasses.clear();
+}
+
+const std::vector<WindowHandle>& AllWindows() {
+  return gAll.windows;
+}
+
+WindowHandle FindWindowOfKind(WindowKind kind) {
+  for (Window* window : gAll.windows) {
+    if (window->kind == kind) return window;
+  }
+  return nullptr;
+}
+
+}  // namespace headless
+
+BrushHandle MakeBrush(uint8_t red, uint8_t green, uint8_t blue) {
+  return new Brush{{blue, green, red, 0}};
+}
+
+void DeleteBrush(BrushHandle brush) {
+  delete brush;
+}
+
+PaletteHandle MakePalette(const ColorEntry* entries, int32_t count) {
+  return new Palette{std::vector<ColorEntry>(entries, entries + count)};
+}
+
+void DeletePalette(PaletteHandle palette) {
+  delete palette;
+}
+
+bool RegisterWindowClass(const char* name, int32_t icon, CursorShape cursor, BrushHandle background) {
+  static_cast<void>(icon);
+  gClasses[name] = {cursor, background != nullptr, background != nullptr ? background->color : ColorEntry{}};
+  return true;
+}
+
+WindowHandle MakeFrameWindow(const char* windowClass, const char* title, int32_t menu, WindowObject* object) {
+  Window* window = headless::NewWindow(WindowKind::kFrame, nullptr, nullptr, kFramePlace);
+  ApplyClass(window, windowClass);
+  window->text = title;
+  window->menu = MakeMenu(menu);
+  return Create(window, object);
+}
+
+WindowHandle MakeMdiClient(WindowHandle frame, int32_t id, int32_t windowMenu, int32_t firstChild) {
+  // The list of windows in the menu isn't kept here: its numbers work without it.
+  static_cast<void>(windowMenu);
+  if (!headless::IsWindow(frame)) return nullptr;
+  Window* window = headless::NewWindow(WindowKind::kMdiClient, frame, nullptr, kMdiClientPlace);
+  window->id = id;
+  window->firstChild = firstChild;
+  window->shown = true;
+  return window;
+}
+
+WindowHandle MakePopupWindow(const char* windowClass, WindowHandle owner, int32_t width, int32_t height,
+                             WindowObject* object) {
+  Window* window = headless::NewWindow(WindowKind::kPopup, nullptr, owner, {0, 0, width, height});
+  ApplyClass(window, windowClass);
+  return Create(window, object);
+}
+
+WindowHandle MakeCaptionWindow(const char* windowClass, const char* title, WindowHandle owner, WindowObject* object) {
+  Window* window = headless::NewWindow(WindowKind::kCaption, nullptr, owner, {});
+  ApplyClass(window, windowClass);
+  window->text = title;
+  return Create(window, object);
+}
+
+WindowHandle MakeMdiChild(WindowHandle mdiClient, const char* windowClass, const char* title, WindowObject* object) {
+  if (!headless::IsWindow(mdiClient)) return nullptr;
+  Window* window = headless::NewWindow(WindowKind::kMdiChild, mdiClient, nullptr, {});
+  ApplyClass(window, windowClass);
+  window->text = title;
+  window->shown = true;
+  headless::SizeNewChild(window);
+  if (Create(window, object) == nullptr) return nullptr;
+  headless::SendSize(window);
+  headless::ActivateChild(mdiClient, window);
+  return headless::IsWindow(window) ? window : nullptr;
+}
+
+void DestroyWindow(WindowHandle window) {
+  if (!headless::IsWindow(window)) return;
+  if (window->kind == WindowKind::kMdiChild) {
+    headless::EndChild(window);
+  } else {
+    const bool hadFocus = FocusedWindow() != nullptr;
+    headless::EndWindow(window);
+    if (hadFocus) headless::KeepFocus();
+  }
+}
+
+void ForgetObject(WindowHandle window) {
+  if (headless::IsWindow(window)) window->object = nullptr;
+}
+
+WindowObject* ObjectOf(WindowHandle window) {
+  return headless::IsWindow(window) ? window->object : nullptr;
+}
+
+void SetText(WindowHandle window, const char* text) {
+  if (!headless::IsWindow(window)) return;
+  window->text = text;
+  window->allSelected = false;
+}
+
+size_t ReadText(WindowHandle window, char* text, size_t capacity) {
+  if (capacity == 0) return 0;
+  const size_t length = std::min(TextLength(window), capacity - 1);
+  if (length > 0) std::memcpy(text, window->text.data(), length);
+  text[length] = '\0';
+  return length;
+}
+
+size_t TextLength(WindowHandle window) {
+  return headless::IsWindow(window) ? window->text.size() : 0;
+}
+
+Bounds ClientBounds(WindowHandle window) {
+  return headless::IsWindow(window) ? headless::WholeClient(window) : Bounds{};
+}
+
+Bounds ScreenBounds(WindowHandle window) {
+  if (!headless::IsWindow(window)) return {};
+  const Point origin = Origin(window);
+  return {origin.x, origin.y, Add(origin.x, window->width), Add(origin.y, window->height)};
+}
+
+Point ScreenSize() {
+  return kScreen;
+}
+
+Point ClientToScreen(WindowHandle window, Point point) {
+  if (!headless::IsWindow(window)) return point;
+  const Point origin = Origin(window);
+  return {Add(point.x, origin.x), Add(point.y, origin.y)};
+}
+
+Point ScreenToClient(WindowHandle window, Point point) {
+  if (!headless::IsWindow(window)) return point;
+  const Point origin = Origin(window);
+  return {Subtract(point.x, origin.x), Subtract(point.y, origin.y)};
+}
+
+void MoveWindow(WindowHandle window, int32_t x, int32_t y, int32_t width, int32_t height, bool repaint) {
+  static_cast<void>(repaint);
+  if (!headless::IsWindow(window)) return;
+  window->place = {x, y, Add(x, window->width), Add(y, window->height)};
+  if (headless::ResizeClient(window, width, height) && !headless::IsControl(window)) headless::SendSize(window);
 }
 
 void SetClientSize(WindowHandle window, int32_t width, int32_t height) {
-  // Like any window system this one makes no window that is out of all proportion.
-  constexpr int32_t mostPixels = 1 << 24;
-  width = std::max(width, 0);
-  height = std::clamp(height, 0, width == 0 ? 0 : mostPixels / width);
-  if (width == window->width && height == window->height) return;
-  window->width = width;
-  window->height = height;
-  window->pixels.assign(static_cast<size_t>(window->width) * static_cast<size_t>(window->height), ColorEntry{});
+  if (!headless::IsWindow(window)) return;
+  if (headless::ResizeClient(window, width, height) && !headless::IsControl(window)) headless::SendSize(window);
 }
 
-// Nothing paints by itself here.
-void InvalidateClient(WindowHandle window) {
+int32_t LineHeight(WindowHandle window) {
   static_cast<void>(window);
+  return kLineHeight;
 }
 
-void UpdateClient(WindowHandle window) {
-  static_cast<void>(window);
+void ShowAs(WindowHandle window, int32_t command) {
+  if (!headless::IsWindow(window)) return;
+  constexpr int32_t hidden = 0;
+  if (command == hidden) {
+    Hide(window);
+    return;
+  }
+  Show(window);
+  if (headless::IsWindow(window)) headless::SendSize(window);
+}
+
+void Show(WindowHandle window) {
+  if (!headless::IsWindow(window)) return;
+  ShowInactive(window);
+  if (window->parent != nullptr) return;
+  ActivateWindow(window);
+  if (FocusedWindow() == nullptr) SetFocusTo(window);
 }
 
 void ShowInactive(WindowHandle window) {
+  if (!headless::IsWindow(window) || window->shown) return;
   window->shown = true;
+  headless::InvalidateArea(window, headless::WholeClient(window), true);
+}
+
+void Hide(WindowHandle window) {
+  if (!headless::IsWindow(window)) return;
+  window->shown = false;
+  if (headless::HasFocusIn(window)) {
+    SetFocusTo(window->parent != nullptr ? window->parent : headless::FindWindowOfKind(WindowKind::kFrame));
+  }
 }
 
 bool IsShown(WindowHandle window) {
-  return window->shown;
-}
-
-DeviceContext* BeginDrawing(WindowHandle window) {
-  ++window->paints;
-  return static_cast<DeviceContext*>(window);
-}
-
-void EndDrawing(WindowHandle window, DeviceContext* context) {
-  static_cast<void>(window);
-  static_cast<void>(context);
-}
-
-DeviceContext* BeginPainting(WindowHandle window) {
-  return BeginDrawing(window);
-}
-
-void EndPainting(WindowHandle window, DeviceContext* context) {
-  EndDrawing(window, context);
-}
-
-void FillBlack(DeviceContext* context, int32_t left, int32_t top, int32_t right, int32_t bottom) {
-  left = std::max(left, 0);
-  right = std::min(right, context->width);
-  bottom = std::min(bottom, context->height);
-  if (left >= right) return;
-  for (int32_t y = std::max(top, 0); y < bottom; ++y) {
-    ColorEntry* row = context->pixels.data() + y * context->width;
-    std::fill(row + left, row + right, ColorEntry{});
+  if (!headless::IsWindow(window)) return false;
+  for (const Window* each = window; each != nullptr; each = each->parent) {
+    if (!each->shown) return false;
   }
+  return true;
 }
 
-void DrawBitmap(DeviceContext* context, int32_t x, int32_t y, int32_t width, int32_t height, BitmapHandle bitmap,
-                int32_t sourceX, int32_t sourceY, const ColorEntry (&colors)[256]) {
-  if (bitmap == nullptr) return;
-  const int64_t first = std::max<int64_t>({0, -static_cast<int64_t>(x), -static_cast<int64_t>(sourceX)});
-  const int64_t last = std::min<int64_t>(
-      {width, static_cast<int64_t>(context->width) - x, static_cast<int64_t>(bitmap->width) - sourceX});
-  const int64_t top = std::max<int64_t>({0, -static_cast<int64_t>(y), -static_cast<int64_t>(sourceY)});
-  const int64_t bottom = std::min<int64_t>(
-      {height, static_cast<int64_t>(context->height) - y, static_cast<int64_t>(bitmap->height) - sourceY});
-  if (first >= last) return;
-  for (int64_t row = top; row < bottom; ++row) {
-    const uint8_t* from = bitmap->bits + (sourceY + row) * bitmap->pitch + sourceX;
-    ColorEntry* to = context->pixels.data() + (y + row) * context->width + x;
-    for (int64_t i = first; i < last; ++i) to[i] = colors[from[i]];
-  }
+void SetScrollBar(WindowHandle window, ScrollBar bar, const ScrollState& state) {
+  if (!headless::IsWindow(window)) return;
+  ScrollState& kept = window->scrollBars[static_cast<int>(bar)];
+  kept = state;
+  SetScrollPosition(window, bar, state.position);
+}
+
+void SetScrollPosition(WindowHandle window, ScrollBar bar, int32_t position) {
+  if (!headless::IsWindow(window)) return;
+  ScrollState& state = window->scrollBars[static_cast<int>(bar)];
+  // A page that reaches beyond the end stops the thumb before it.
+  const int64_t last = int64_t{state.maximum} - std::max(state.page - 1, 0);
+  state.position = static_cast<int32_t>(std::max<int64_t>(std::min<int64_t>(position, last), 0));
+}
+
+ScrollState ReadScrollBar(WindowHandle window, ScrollBar bar) {
+  return headless::IsWindow(window) ? window->scrollBars[static_cast<int>(bar)] : ScrollState{};
 }
 
 }  // namespace sorvel::platform

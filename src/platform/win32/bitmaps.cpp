@@ -24,7 +24,16 @@ BitmapHandle CreateBitmap(int32_t width, int32_t height, const ColorEntry* color
       CreateDIBSection(nullptr, reinterpret_cast<BITMAPINFO*>(&info), DIB_RGB_COLORS, &pixels, nullptr, 0);
   if (handle == nullptr) return nullptr;
   *bits = static_cast<uint8_t*>(pixels);
-  return new Bitmap{handle};
+  return new Bitmap{handle, width, height};
+}
+
+void SetBitmapColors(BitmapHandle bitmap, int32_t first, int32_t count, const ColorEntry* colors) {
+  const HDC memory = CreateCompatibleDC(nullptr);
+  const HGDIOBJ old = SelectObject(memory, bitmap->handle);
+  SetDIBColorTable(memory, static_cast<UINT>(first), static_cast<UINT>(count),
+                   reinterpret_cast<const RGBQUAD*>(colors));
+  SelectObject(memory, old);
+  DeleteDC(memory);
 }
 
 void DeleteBitmap(BitmapHandle bitmap) {

@@ -1,5 +1,7 @@
 #include "platform/drawing.h"
 
+#include <algorithm>
+
 #include "platform/win32/win32.h"
 
 namespace sorvel::platform {
@@ -8,6 +10,34 @@ namespace {
 
 // The state of the one WM_PAINT that is being answered.
 PAINTSTRUCT gPainting;
+
+// A bitmap as the source of a copy.
+class BitmapSource {
+ public:
+  BitmapSource(DeviceContext* context, BitmapHandle bitmap)
+      : handle(CreateCompatibleDC(HandleOf(context))), old(SelectObject(handle, bitmap->handle)) {}
+  BitmapSource(const BitmapSource&) = delete;
+  BitmapSource& operator=(const BitmapSource&) = delete;
+  ~BitmapSource() {
+    SelectObject(handle, old);
+    DeleteDC(handle);
+    // The pixels are written to next, so nothing that reads them may still be waiting.
+    GdiFlush();
+  }
+
+  const HDC handle;
+
+ private:
+  const HGDIOBJ old;
+};
+
+// Cuts a stretch of the source to 0 up to `limit`, and moves the target along.
+void CutToSource(int32_t limit, int32_t* source, int32_t* target, int32_t* length) {
+  const int32_t before = std::max(0, -*source);
+  *source += before;
+  *target += before;
+  *length = std::min(*length - before, limit - *source);
+}
 
 }  // namespace
 
@@ -19,12 +49,30 @@ void EndDrawing(WindowHandle window, DeviceContext* context) {
   ReleaseDC(HandleOf(window), HandleOf(context));
 }
 
-DeviceContext* BeginPainting(WindowHandle window) {
-  return reinterpret_cast<DeviceContext*>(BeginPaint(HandleOf(window), &gPainting));
+DeviceContext* BeginPainting(WindowHandle window, Bounds* update) {
+  const HDC context = BeginPaint(HandleOf(window), &gPainting);
+  if (update != nullptr) *update = BoundsOf(gPainting.rcPaint);
+  return reinterpret_cast<DeviceContext*>(context);
 }
 
 void EndPainting(WindowHandle window, DeviceContext*) {
   EndPaint(HandleOf(window), &gPainting);
+}
+
+DeviceContext* ContextOf(uintptr_t first) {
+  return reinterpret_cast<DeviceContext*>(first);
+}
+
+bool HasPalette(DeviceContext* context) {
+  return (GetDeviceCaps(HandleOf(context), RASTERCAPS) & RC_PALETTE) != 0;
+}
+
+void SelectDrawingPalette(DeviceContext* context, PaletteHandle palette, bool foreground) {
+  SelectPalette(HandleOf(context), HandleOf(palette), !foreground);
+}
+
+void RealizeDrawingPalette(DeviceContext* context) {
+  RealizePalette(HandleOf(context));
 }
 
 void FillBlack(DeviceContext* context, int32_t left, int32_t top, int32_t right, int32_t bottom) {
@@ -33,17 +81,54 @@ void FillBlack(DeviceContext* context, int32_t left, int32_t top, int32_t right,
   FillRect(HandleOf(context), &rect, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
 }
 
+void FillArea(DeviceContext* context, const Bounds& area, BrushHandle brush) {
+  if (area.IsEmpty()) return;
+  const RECT rect = RectOf(area);
+  FillRect(HandleOf(context), &rect, HandleOf(brush));
+}
+
+void FillFace(DeviceContext* context, const Bounds& area) {
+  if (area.IsEmpty()) return;
+  const RECT rect = RectOf(area);
+  FillRect(HandleOf(context), &rect, GetSysColorBrush(COLOR_BTNFACE));
+}
+
 void DrawBitmap(DeviceContext* context, int32_t x, int32_t y, int32_t width, int32_t height, BitmapHandle bitmap,
                 int32_t sourceX, int32_t sourceY, const ColorEntry (&colors)[256]) {
   if (bitmap == nullptr) return;
-  const HDC memory = CreateCompatibleDC(HandleOf(context));
-  const HGDIOBJ old = SelectObject(memory, bitmap->handle);
-  SetDIBColorTable(memory, 0, 256, reinterpret_cast<const RGBQUAD*>(colors));
-  BitBlt(HandleOf(context), x, y, width, height, memory, sourceX, sourceY, SRCCOPY);
-  SelectObject(memory, old);
-  DeleteDC(memory);
-  // The pixels are written to next, so nothing that reads them may still be waiting.
-  GdiFlush();
+  // The rows of the spare bytes belong to the handle, but not to the picture.
+  CutToSource(bitmap->width, &sourceX, &x, &width);
+  CutToSource(bitmap->height, &sourceY, &y, &height);
+  if (width <= 0 || height <= 0) return;
+  const BitmapSource source(context, bitmap);
+  SetDIBColorTable(source.handle, 0, 256, reinterpret_cast<const RGBQUAD*>(colors));
+  BitBlt(HandleOf(context), x, y, width, height, source.handle, sourceX, sourceY, SRCCOPY);
+}
+
+void StretchBitmap(DeviceContext* context, const Bounds& target, BitmapHandle bitmap, const Bounds& source) {
+  if (bitmap == nullptr || target.IsEmpty() || source.IsEmpty()) return;
+  const BitmapSource from(context, bitmap);
+  SetStretchBltMode(HandleOf(context), BLACKONWHITE);
+  StretchBlt(HandleOf(context), target.left, target.top, target.Width(), target.Height(), from.handle, source.left,
+             source.top, source.Width(), source.Height(), SRCCOPY);
+}
+
+void InvertLine(DeviceContext* context, Point from, Point to) {
+  const int old = SetROP2(HandleOf(context), R2_NOT);
+  MoveToEx(HandleOf(context), from.x, from.y, nullptr);
+  LineTo(HandleOf(context), to.x, to.y);
+  SetROP2(HandleOf(context), old);
+}
+
+void InvertFrame(DeviceContext* context, const Bounds& frame) {
+  const RECT rect = RectOf(frame);
+  DrawFocusRect(HandleOf(context), &rect);
+}
+
+void DrawRectEdge(DeviceContext* context, const Bounds& area, EdgeStyle style) {
+  RECT rect = RectOf(area);
+  const UINT edge = style == EdgeStyle::kRaised ? EDGE_RAISED : style == EdgeStyle::kSunken ? EDGE_SUNKEN : EDGE_ETCHED;
+  DrawEdge(HandleOf(context), &rect, edge, BF_RECT);
 }
 
 }  // namespace sorvel::platform

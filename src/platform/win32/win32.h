@@ -8,21 +8,56 @@
 
 #include "platform/bitmaps.h"
 #include "platform/drawing.h"
+#include "platform/fonts.h"
+#include "platform/menus.h"
 #include "platform/window.h"
 
-// The window system's handles behind the seam's.
+// The window system's handles behind the seam's. But for bitmaps they are the same values under another type.
 namespace sorvel::platform {
 
 struct Bitmap {
   HBITMAP handle;
+  int32_t width;
+  int32_t height;  // without the rows that hold the spare bytes
 };
 
 inline HWND HandleOf(WindowHandle window) {
   return reinterpret_cast<HWND>(window);
 }
-
 inline HDC HandleOf(DeviceContext* context) {
   return reinterpret_cast<HDC>(context);
+}
+inline HMENU HandleOf(MenuHandle menu) {
+  return reinterpret_cast<HMENU>(menu);
+}
+inline HBRUSH HandleOf(BrushHandle brush) {
+  return reinterpret_cast<HBRUSH>(brush);
+}
+inline HPALETTE HandleOf(PaletteHandle palette) {
+  return reinterpret_cast<HPALETTE>(palette);
+}
+inline HFONT HandleOf(FontHandle font) {
+  return reinterpret_cast<HFONT>(font);
+}
+
+inline WindowHandle WindowOf(HWND window) {
+  return reinterpret_cast<WindowHandle>(window);
+}
+
+inline HINSTANCE Instance() {
+  return GetModuleHandleA(nullptr);
+}
+
+// The number of a resource where a name can stand.
+inline const char* ResourceName(int32_t id) {
+  return MAKEINTRESOURCEA(id);
+}
+
+inline RECT RectOf(const Bounds& bounds) {
+  return {bounds.left, bounds.top, bounds.right, bounds.bottom};
+}
+inline Bounds BoundsOf(const RECT& rect) {
+  return {rect.left, rect.top, rect.right, rect.bottom};
 }
 
 }  // namespace sorvel::platform

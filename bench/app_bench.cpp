@@ -1,0 +1,96 @@
+// Speed of what the hand feels, on a canvas of 960 by 720: one move of the free pen from the message to the screen, and
+// the whole picture of five layers composed and shown.
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+#include "cutwindow/commands.h"
+#include "foundation/settings.h"
+#include "platform/headless/headless.h"
+#include "shell/entry.h"
+#include "tools/tool_state.h"
+
+namespace sorvel {
+namespace {
+
+constexpr int32_t kWidth = 960;
+constexpr int32_t kHeight = 720;
+
+// The whole program with one cut open; its settings go to a file of its own.
+class Desk {
+ public:
+  explicit Desk(int32_t layers) {
+    platform::headless::Reset();
+    platform::headless::SetClientSize(kWidth, kHeight);
+    const std::string settings = std::filesystem::temp_directory_path() / "sorvel-bench.ini";
+    UseSettingsFile(settings.c_str());
+    StartProgram(&frame, "", 0);
+    platform::headless::QueueDialog({107, {{1005, "960"}, {1006, "720"}}, true});
+    platform::headless::QueueDialog({106, {}, true});
+    frame.SendCommand(kCommandNewCut);
+    for (int32_t i = 1; i < layers; ++i) {
+      platform::headless::QueueDialog({106, {}, true});
+      frame.SendCommand(kCommandAddLayer);
+    }
+    if (!platform::headless::Failure().empty() || frame.ActiveCut() == nullptr) {
+      std::fprintf(stderr, "%s\n", platform::headless::Failure().c_str());
+      std::exit(1);
+    }
+  }
+  Desk(const Desk&) = delete;
+  Desk& operator=(const Desk&) = delete;
+  ~Desk() {
+    platform::DestroyMdiChild(frame.mdiClient, frame.ActiveCut()->window);
+    platform::DestroyWindow(frame.frameWindow);
+    FinishProgram(&frame);
+  }
+
+  // A mouse message at a point of the canvas, which fills the window.
+  void Mouse(uint32_t message, int32_t x, int32_t y) {
+    platform::Send(frame.ActiveCut()->window, message, platform::kKeyLeftButton, platform::PackPoint({x, y}));
+  }
+
+  MainFrame frame;
+};
+
+// The path of a hand: long waves all over the canvas, some ten pixels at a time.
+Point OnPath(int32_t step) {
+  return {10 + step * 7 % (kWidth - 20), 10 + (step * 3 + step / 40 * 11) % (kHeight - 20)};
+}
+
+void PenMove(benchmark::State& state) {
+  Desk desk(static_cast<int32_t>(state.range(0)));
+  currentPen.shape = static_cast<int32_t>(state.range(1));
+  int32_t step = 0;
+  desk.Mouse(platform::kMessageLeftDown, OnPath(0).x, OnPath(0).y);
+  for (auto _ : state) {
+    const Point place = OnPath(++step);
+    desk.Mouse(platform::kMessageMouseMove, place.x, place.y);
+  }
+  desk.Mouse(platform::kMessageLeftUp, OnPath(step).x, OnPath(step).y);
+}
+BENCHMARK(PenMove)->ArgNames({"layers", "pen"})->Args({1, 7})->Args({5, 7})->Args({5, 14})->Unit(
+    benchmark::kMicrosecond);
+
+void RepaintAll(benchmark::State& state) {
+  Desk desk(static_cast<int32_t>(state.range(0)));
+  CutWindow* cut = desk.frame.ActiveCut();
+  for (int32_t layer = 0; layer < state.range(0); ++layer) {
+    cut->CurrentFrame()->SelectRecord(layer);
+    for (int32_t step = 0; step < 200; ++step) {
+      const Point place = OnPath(step * 13 + layer);
+      if (step == 0) desk.Mouse(platform::kMessageLeftDown, place.x, place.y);
+      desk.Mouse(platform::kMessageMouseMove, place.x, place.y);
+    }
+    desk.Mouse(platform::kMessageLeftUp, 10, 10);
+  }
+  for (auto _ : state) cut->RepaintAll();
+}
+BENCHMARK(RepaintAll)->ArgName("layers")->Arg(1)->Arg(5)->Unit(benchmark::kMicrosecond);
+
+}  // namespace
+}  // namespace sorvel

@@ -1,0 +1,71 @@
+#include <cstdio>
+#include <string>
+#include <utility>
+
+#include "console/commands.h"
+#include "console/console_files.h"
+#include "console/script_reader.h"
+#include "console/script_runner.h"
+#include "foundation/settings.h"
+#include "platform/headless/headless.h"
+#include "platform/text.h"
+#include "shell/entry.h"
+
+namespace sorvel::console {
+
+namespace {
+
+// The window system's way to show the window as it likes.
+constexpr int32_t kShowDefault = 10;
+
+int RunLines(const std::string& script, std::string text, MainFrame* frame) {
+  ScriptReader reader(std::move(text));
+  ScriptRunner runner(frame);
+  ScriptLine line;
+  while (!runner.HasEnded() && reader.Next(&line)) {
+    const int status = line.problem.empty() ? runner.Run(line.words) : kRefused;
+    if (status == kRefused) {
+      const std::string& problem = line.problem.empty() ? runner.Problem() : line.problem;
+      std::fprintf(stderr, "%s:%d: %s\n", script.c_str(), line.number, problem.c_str());
+    }
+    if (status != kDone) return status;
+  }
+  return kDone;
+}
+
+// Takes the windows away without asking anybody.
+void DestroyWindows(MainFrame* frame) {
+  if (platform::headless::HasQuit()) return;
+  for (CutWindow* cut : OpenCuts(*frame)) platform::DestroyMdiChild(frame->mdiClient, cut->window);
+  platform::DestroyWindow(frame->frameWindow);
+}
+
+}  // namespace
+
+int RunRun(const Arguments& arguments) {
+  const std::string& script = arguments.Plain()[0];
+  std::string text;
+  std::string problem;
+  if (!ReadScript(script, &text, &problem)) return Fail(script, problem);
+  const std::string* settingsPath = arguments.Find("--settings");
+  if (settingsPath != nullptr) {
+    std::string path;
+    if (!platform::Utf8ToShiftJis(FullPath(*settingsPath), &path)) {
+      return Fail(*settingsPath, "the path has letters that Shift JIS can't express");
+    }
+    UseSettingsFile(path.c_str());
+  }
+  MainFrame frame;
+  if (!StartProgram(&frame, "", kShowDefault)) return Fail(script, "the main window can't be made");
+  const int status = RunLines(script, std::move(text), &frame);
+  const bool hasEnded = platform::headless::HasQuit();
+  if (status == kDone && hasEnded) {
+    FinishProgram(&frame);
+  } else {
+    DestroyWindows(&frame);
+    ReleaseProgram();
+  }
+  return status;
+}
+
+}  // namespace sorvel::console

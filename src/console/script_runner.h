@@ -1,0 +1,88 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "console/commands.h"
+#include "shell/main_frame.h"
+
+namespace sorvel::console {
+
+// Carries out the actions of a script on the running program. It does what a user could do, by messages, notifications
+// and answers to dialogs, and changes no object itself.
+class ScriptRunner {
+ public:
+  // The frame is one that StartProgram has brought up; it isn't owned.
+  explicit ScriptRunner(MainFrame* mainFrame) : frame(mainFrame) {}
+
+  // Carries out one action, whose name is the first word. kDone; kFailed, with the line about a file written; or
+  // kRefused, with the reason in Problem(), for what can't be carried out.
+  int Run(const std::vector<std::string>& actionWords);
+
+  const std::string& Problem() const { return problem; }
+  // Whether the program has ended: the script is over then.
+  bool HasEnded() const;
+
+ private:
+  struct Action;
+  static const Action kActions[];
+
+  // The actions; words[0] is the name, and the number of words is right.
+  int RunClient();
+  int RunCommand();
+  int RunKey();
+  int RunChar();
+  int RunMouse();
+  int RunPicker();
+  int RunTimer();
+  int RunScroll();
+  int RunPanel();
+  int RunClick();
+  int RunSelect();
+  int RunDoubleClick();
+  int RunFocus();
+  int RunDialog();
+  int RunFile();
+  int RunAnswer();
+  int RunColor();
+  int RunClipboard();
+  int RunSaveClipboard();
+  int RunOpen();
+  int RunDrop();
+  int RunActivate();
+  int RunClose();
+  int RunTick();
+  int RunState();
+  int RunView();
+  int RunScreen();
+  int RunPlayer();
+  int RunExit();
+
+  int Refuse(const std::string& reason);
+  // Each gives false, with the reason in `problem`, for a word that doesn't fit.
+  bool ReadNumber(const std::string& word, int32_t lowest, int32_t highest, int32_t* number);
+  bool ReadText(const std::string& word, std::string* text);
+  bool ReadPath(const std::string& word, std::string* path);
+  bool ReadPoint(size_t index, Point* point);
+  bool ReadMouseMessage(const std::string& word, uint32_t* message);
+
+  // The number of a picture of the words, null with the reason if there is none.
+  CutWindow* NeedCut();
+  platform::WindowHandle NeedList(const std::string& word);
+  // The control that can have the focus.
+  platform::WindowHandle FindPanel(int32_t id) const;
+
+  int SendMouse(platform::WindowHandle window, uint32_t message, Point place, uint32_t modifiers);
+  void PaintWindows();
+
+  MainFrame* frame;
+  std::vector<std::string> words;
+  std::string problem;
+  uint32_t heldButtons = 0;  // platform::MouseKey bits of the mouse buttons that are down
+};
+
+// The open cuts in order of opening.
+std::vector<CutWindow*> OpenCuts(const MainFrame& frame);
+
+}  // namespace sorvel::console

@@ -1,0 +1,265 @@
+#include "console/state_writer.h"
+
+#include <zlib.h>
+
+#include <cstdio>
+#include <map>
+#include <nlohmann/json.hpp>
+
+#include "console/console_files.h"
+#include "imaging/color_table.h"
+#include "tools/tool_state.h"
+
+namespace sorvel::console {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// Puts the cursor of a list back: commands may rely on where they left it.
+template <typename T>
+class CursorKeeper {
+ public:
+  explicit CursorKeeper(CursorList<T>* kept) : list(kept), index(kept->CursorIndex()) {}
+  CursorKeeper(const CursorKeeper&) = delete;
+  CursorKeeper& operator=(const CursorKeeper&) = delete;
+  ~CursorKeeper() { list->Seek(index); }
+
+ private:
+  CursorList<T>* list;
+  int32_t index;
+};
+
+std::string Checksum(const CellImage& image) {
+  uLong crc = crc32(0, nullptr, 0);
+  if (image.ByteCount() > 0) crc = crc32(crc, image.bits, static_cast<uInt>(image.ByteCount()));
+  char text[9];
+  std::snprintf(text, sizeof(text), "%08lx", crc);
+  return text;
+}
+
+std::string TextOf(platform::WindowHandle window) {
+  std::string text(platform::TextLength(window) + 1, '\0');
+  text.resize(platform::ReadText(window, text.data(), text.size()));
+  return ShownText(text);
+}
+
+Json DescribeFrame(MainFrame* frame) {
+  const platform::MenuHandle menu = platform::FrameMenu(frame->frameWindow);
+  platform::headless::OpenMenuBar(frame->frameWindow);
+  return {{"title", TextOf(frame->frameWindow)},
+          {"status", TextOf(frame->statusBar)},
+          {"currentTool", frame->currentTool},
+          {"previousTool", frame->previousTool},
+          {"panelsShown", (frame->shellFlags & kPanelsShown) != 0},
+          {"statusBarVisible", (frame->shellFlags & kStatusBarVisible) != 0},
+          {"toolBarVisible", (frame->shellFlags & kToolBarVisible) != 0},
+          {"checked", platform::headless::CheckedEntries(menu)}};
+}
+
+Json DescribeList(platform::WindowHandle list) {
+  Json lines = Json::array();
+  Json selected = Json::array();
+  for (int32_t i = 0; i < platform::ListCount(list); ++i) {
+    std::string text(platform::ListLineLength(list, i) + 1, '\0');
+    text.resize(platform::ReadListLine(list, i, text.data(), text.size()));
+    lines.push_back(ShownText(text));
+    if (platform::IsListLineSelected(list, i)) selected.push_back(i);
+  }
+  return {{"lines", lines}, {"selected", selected}, {"caret", platform::ListCaret(list)}};
+}
+
+Json DescribePanels(MainFrame* frame) {
+  return {{"10002", TextOf(frame->frameTimeEdit)},
+          {"10005", TextOf(frame->loopEdit)},
+          {"10006", TextOf(frame->commentEdit)},
+          {"10007", TextOf(frame->brightnessEdit)},
+          {"10009", {{"text", TextOf(frame->keyFrameCheck)}, {"checked", platform::IsChecked(frame->keyFrameCheck)}}},
+          {"10003", DescribeList(frame->cutList)},
+          {"10004", DescribeList(frame->layerList)}};
+}
+
+Json DescribePen() {
+  return {{"shape", currentPen.shape},   {"tone", currentPen.tone}, {"colorA", currentPen.colorA},
+          {"colorB", currentPen.colorB}, {"penSign", penSign},      {"muraRemoval", muraRemoval},
+          {"maskFlags", maskFlags},      {"gridWidth", gridWidth},  {"gridHeight", gridHeight}};
+}
+
+Json DescribeFilm(Film* film) {
+  const CursorKeeper keeper(&film->cuts);
+  Json cuts = Json::array();
+  for (int32_t i = 0; i < film->cuts.Count(); ++i) {
+    const FilmEntry entry = film->cuts.At(i);
+    cuts.push_back({{"name", ShownText(entry.name)}, {"open", entry.cut != nullptr}});
+  }
+  return {{"path", ShownText(film->path)},
+          {"title", ShownText(film->title)},
+          {"author", ShownText(film->author)},
+          {"width", film->width},
+          {"height", film->height},
+          {"modified", film->modified != 0},
+          {"cuts", cuts}};
+}
+
+Json DescribeCutFrame(Frame* frame, const std::map<const Layer*, int32_t>& layerIndices) {
+  const CursorKeeper keeper(&frame->records);
+  Json records = Json::array();
+  for (int32_t i = 0; i < frame->records.Count(); ++i) {
+    const FrameRecord* record = frame->records.At(i);
+    const auto layer = layerIndices.find(record->layer);
+    records.push_back({{"layer", layer != layerIndices.end() ? layer->second : -1},
+                       {"cell", record->cell},
+                       {"x", record->x},
+                       {"y", record->y}});
+  }
+  return {{"time", frame->time},
+          {"loop", frame->loop},
+          {"x", frame->x},
+          {"y", frame->y},
+          {"brightness", frame->brightness},
+          {"comment", ShownText(frame->comment)},
+          {"currentRecord", frame->currentRecord},
+          {"records", records}};
+}
+
+Json DescribeLayer(Layer* layer) {
+  const CursorKeeper keeper(&layer->cells);
+  Json cells = Json::array();
+  for (int32_t i = 0; i < layer->cells.Count(); ++i) cells.push_back(Checksum(*layer->CellAt(i)));
+  return {{"name", layer->name != nullptr ? Json(ShownText(layer->name)) : Json(nullptr)},
+          {"width", layer->width},
+          {"height", layer->height},
+          {"followFrame", layer->followFrame},
+          {"cells", cells}};
+}
+
+Json DescribeCut(CutWindow* cut, bool isActive) {
+  const CursorKeeper frameKeeper(&cut->frames);
+  const CursorKeeper layerKeeper(&cut->layers);
+  Json layers = Json::array();
+  std::map<const Layer*, int32_t> layerIndices;
+  for (int32_t i = 0; i < cut->layers.Count(); ++i) {
+    layerIndices[cut->layers.At(i)] = i;
+    layers.push_back(DescribeLayer(cut->layers.At(i)));
+  }
+  Json frames = Json::array();
+  for (int32_t i = 0; i < cut->frames.Count(); ++i) {
+    frames.push_back(DescribeCutFrame(cut->frames.At(i), layerIndices));
+  }
+  const Bounds& selection = cut->selection;
+  const Rect& undo = cut->undoRect;
+  return {{"path", ShownText(cut->path)},
+          {"title", TextOf(cut->window)},
+          {"active", isActive},
+          {"width", cut->width},
+          {"height", cut->height},
+          {"frameWidth", cut->frameWidth},
+          {"frameHeight", cut->frameHeight},
+          {"fps", cut->fps},
+          {"credit", ShownText(cut->credit)},
+          {"antialias", cut->Antialias()},
+          {"currentFrame", cut->currentFrame},
+          {"modified", cut->Has(kModified)},
+          {"imagesStale", cut->Has(kImagesStale)},
+          {"timingStale", cut->Has(kTimingStale)},
+          {"viewFlags", cut->viewFlags},
+          {"lineEmphasis", (cut->viewOptions & kLineEmphasis) != 0},
+          {"floatingPaste", (cut->viewOptions & kFloatingPaste) != 0},
+          {"zoomNumerator", cut->zoomNumerator},
+          {"zoomDenominator", cut->zoomDenominator},
+          {"scrollX", cut->scrollX},
+          {"scrollY", cut->scrollY},
+          {"selection", Json::array({selection.left, selection.top, selection.right, selection.bottom})},
+          {"undoRect", Json::array({undo.x, undo.y, undo.width, undo.height})},
+          {"view", Checksum(cut->view)},
+          {"frames", frames},
+          {"layers", layers}};
+}
+
+Json DescribePlayer(const AnimationWindow& player) {
+  return {{"visible", platform::IsShown(player.window)},
+          {"title", TextOf(player.window)},
+          {"timer", platform::headless::RunningTimerPeriod() != 0}};
+}
+
+// Writes a file by a function that fills it; the file appears only when it is complete.
+template <typename Fill>
+bool WriteOutput(const std::string& path, std::string* problem, const Fill& fill) {
+  OutputFile file;
+  if (!file.Open(path, problem)) return false;
+  fill(&file);
+  return file.Commit(problem);
+}
+
+}  // namespace
+
+std::string DescribeState(MainFrame* frame, const std::vector<CutWindow*>& cuts) {
+  const CutWindow* active = frame->ActiveCut();
+  Json list = Json::array();
+  for (CutWindow* cut : cuts) list.push_back(DescribeCut(cut, cut == active));
+  const Json state = {{"frame", DescribeFrame(frame)},
+                      {"panels", DescribePanels(frame)},
+                      {"pen", DescribePen()},
+                      {"film", DescribeFilm(frame->film)},
+                      {"cuts", list},
+                      {"player", DescribePlayer(frame->animationWindow)}};
+  return state.dump() + "\n";
+}
+
+bool WriteText(const std::string& path, const std::string& text, std::string* problem) {
+  return WriteOutput(path, problem,
+                     [&text](OutputFile* file) { std::fwrite(text.data(), 1, text.size(), file->File()); });
+}
+
+bool WriteView(const std::string& path, const CutWindow& cut, std::string* problem) {
+  return WriteOutput(path, problem,
+                     [&cut](OutputFile* file) { WriteIndexedBitmap(file->Stream(), cut.view, ColorTable); });
+}
+
+bool WriteScreen(const std::string& path, const platform::Window& window, std::string* problem) {
+  constexpr int32_t headBytes = 14;
+  constexpr int32_t infoBytes = 40;
+  constexpr int32_t pixelOffset = headBytes + infoBytes;
+  const int32_t pitch = (window.width * 3 + 3) & ~3;
+  return WriteOutput(path, problem, [&window, pitch](OutputFile* file) {
+    ByteStream& stream = *file->Stream();
+    WriteField(stream, 'B' | 'M' << 8, 2);
+    WriteField(stream, pixelOffset + pitch * window.height, 4);
+    WriteField(stream, 0, 4);
+    WriteField(stream, pixelOffset, 4);
+    WriteField(stream, infoBytes, 4);
+    WriteField(stream, window.width, 4);
+    WriteField(stream, window.height, 4);
+    WriteField(stream, 1, 2);                                  // planes
+    WriteField(stream, 24, 2);                                 // bits per pixel
+    for (int32_t i = 0; i < 6; ++i) WriteField(stream, 0, 4);  // compression, image size, resolutions, colours
+    std::vector<uint8_t> row(static_cast<size_t>(pitch), 0);
+    for (int32_t y = window.height - 1; y >= 0; --y) {
+      const platform::ColorEntry* from = window.pixels.data() + static_cast<ptrdiff_t>(y) * window.width;
+      size_t place = 0;
+      for (int32_t x = 0; x < window.width; ++x) {
+        row[place++] = from[x].blue;
+        row[place++] = from[x].green;
+        row[place++] = from[x].red;
+      }
+      stream.Write(row.data(), pitch);
+    }
+  });
+}
+
+bool WriteGreyMap(const std::string& path, const platform::Window& window, std::string* problem) {
+  std::vector<uint8_t> greys;
+  greys.reserve(window.pixels.size());
+  for (const platform::ColorEntry& color : window.pixels) greys.push_back(color.red);
+  return WriteOutput(path, problem, [&window, &greys](OutputFile* file) {
+    std::fprintf(file->File(), "P5\n%d %d\n255\n", window.width, window.height);
+    std::fwrite(greys.data(), 1, greys.size(), file->File());
+  });
+}
+
+bool WriteBytes(const std::string& path, const std::vector<uint8_t>& bytes, std::string* problem) {
+  return WriteOutput(path, problem,
+                     [&bytes](OutputFile* file) { std::fwrite(bytes.data(), 1, bytes.size(), file->File()); });
+}
+
+}  // namespace sorvel::console

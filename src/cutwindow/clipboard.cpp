@@ -1,0 +1,181 @@
+#include "cutwindow/clipboard.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+#include "cutwindow/cut_window.h"
+#include "imaging/tone_conversion.h"
+#include "platform/clipboard.h"
+#include "tools/tool_handlers.h"
+#include "tools/tool_state.h"
+
+namespace sorvel {
+
+uint32_t clipTransparentColor = 0x0000FF00;
+bool clipTransparent = false;
+
+namespace {
+
+// The program's own clipboard: a picture of colour indices that knows where it came from.
+struct ClipboardBlock {
+  PackedImage image;
+  const Cut* owner = nullptr;  // never followed, only compared
+  Point place;                 // where it stood, in cut coordinates
+};
+
+ClipboardBlock& Block() {
+  static ClipboardBlock block;
+  return block;
+}
+
+// The head and the colours of the picture that goes out.
+constexpr int32_t kHeadSize = 40;
+constexpr int32_t kDibColors = 16;
+constexpr int32_t kDibStart = kHeadSize + kDibColors * 4;
+
+// Pictures come in by pieces of so many pixels a side.
+constexpr int32_t kTileSide = 200;
+
+// Turns a piece of a picture, 3 bytes a pixel with blue first, into the grey tones of ink. The dither goes by the place
+// in the whole picture, so that pieces have no seams.
+void TakeTile(CellImage* image, const Rect& area, const uint8_t* pixels) {
+  for (int32_t y = area.y; y < area.y + area.height; ++y) {
+    for (int32_t x = area.x; x < area.x + area.width; ++x, pixels += 3) {
+      const uint32_t color = static_cast<uint32_t>(pixels[2] | pixels[1] << 8 | pixels[0] << 16);
+      const bool isTransparent = clipTransparent && color == clipTransparentColor;
+      const int32_t ink = isTransparent ? kTransparent : ToneAt(LevelOfColor(pixels[2], pixels[1], pixels[0]), x, y);
+      if (!IsMasked(maskFlags, image->GetPixel(x, y))) image->SetPixel(x, y, ink);
+    }
+  }
+}
+
+}  // namespace
+
+CellImage* ClipboardImage() {
+  return &Block().image;
+}
+
+void ResetClipboardBlock() {
+  Block().image.Resize(0, 0, 0);
+  Block().owner = nullptr;
+  Block().place = Point{};
+  clipTransparent = false;
+  clipTransparentColor = 0x0000FF00;
+}
+
+bool CutWindow::CopyCellToClipboard() {
+  int32_t x = 0;
+  int32_t y = 0;
+  const CellImage* cell = CurrentCell(&x, &y);
+  if (cell == nullptr || !platform::OpenClipboard(window)) return false;
+  const size_t size = static_cast<size_t>(kDibStart) + static_cast<size_t>(cell->ByteCount());
+  uint8_t* data = static_cast<uint8_t*>(std::calloc(size, 1));
+  if (data != nullptr) {
+    BufferStream stream;
+    stream.buffer = data;
+    stream.capacity = kDibStart;
+    WriteField(stream, kHeadSize, 4);
+    WriteField(stream, cell->width, 4);
+    WriteField(stream, cell->height, 4);
+    WriteField(stream, 1, 2);
+    WriteField(stream, 4, 2);
+    stream.Seek(32, kFromStart);
+    WriteField(stream, kDibColors, 4);
+    // The built-in colours, whatever a colour file says.
+    std::memcpy(data + kHeadSize, DefaultColors.data(), static_cast<size_t>(kDibColors) * sizeof(ColorEntry));
+    for (int32_t row = 0; row < cell->height; ++row) {
+      std::memcpy(data + kDibStart + static_cast<ptrdiff_t>(row) * cell->pitch,
+                  cell->bits + static_cast<ptrdiff_t>(cell->height - 1 - row) * cell->pitch,
+                  static_cast<size_t>(cell->pitch));
+    }
+    platform::PutClipboardDib(data, size);
+    std::free(data);
+  }
+  platform::CloseClipboard();
+  return true;
+}
+
+bool CutWindow::StoreBlock(int32_t x, int32_t y, int32_t blockWidth, int32_t blockHeight, uint32_t mask) {
+  int32_t cellX = 0;
+  int32_t cellY = 0;
+  CellImage* cell = CurrentCell(&cellX, &cellY);
+  ClipboardBlock& block = Block();
+  if (cell == nullptr || blockWidth <= 0 || blockHeight <= 0 ||
+      !block.image.Resize(blockWidth, blockHeight, kTransparent)) {
+    return false;
+  }
+  // A resize keeps what was there before.
+  std::memset(block.image.bits, 0, static_cast<size_t>(block.image.ByteCount()));
+  block.image.Composite(0, 0, cell, x, y, blockWidth, blockHeight, 0, 0, mask, nullptr);
+  block.owner = this;
+  block.place = {cellX + x, cellY + y};
+  return true;
+}
+
+bool CutWindow::PlaceBlock(uint32_t mask, Rect* placed) {
+  int32_t cellX = 0;
+  int32_t cellY = 0;
+  CellImage* cell = CurrentCell(&cellX, &cellY);
+  ClipboardBlock& block = Block();
+  if (cell == nullptr || block.image.width == 0 || block.image.height == 0) return false;
+  Point target;
+  if (block.owner == this) target = {block.place.x - cellX, block.place.y - cellY};
+  *placed = {target.x, target.y, block.image.width, block.image.height};
+  cell->Composite(target.x, target.y, &block.image, 0, 0, placed->width, placed->height, kKeyed, mask, 0, nullptr);
+  MarkImages();
+  return true;
+}
+
+void CutWindow::PasteBuffer() {
+  const PackedImage& image = Block().image;
+  if (image.width == 0 || image.height == 0 || !SaveUndo()) return;
+  PlaceBlock(maskFlags, &undoRect);
+  Pulse();
+  Point corners[2] = {{undoRect.x, undoRect.y}, {undoRect.x + undoRect.width, undoRect.y + undoRect.height}};
+  LayerToCut(corners, 2);
+  RepaintArea(corners[0].x, corners[0].y, corners[1].x - corners[0].x, corners[1].y - corners[0].y, true);
+  CutToWindow(corners, 2);
+  const Bounds frame = {corners[0].x, corners[0].y, corners[1].x, corners[1].y};
+  platform::DeviceContext* context = platform::BeginDrawing(window);
+  platform::InvertFrame(context, frame);
+  platform::EndDrawing(window, context);
+  // The pulses of the tool change would end the selection, so it is set only now: the block floats.
+  host->SendCommand(kToolAreaSelect);
+  selection = frame;
+  viewOptions |= kFloatingPaste;
+}
+
+bool CutWindow::PasteClipboardImage() {
+  int32_t cellX = 0;
+  int32_t cellY = 0;
+  if (CurrentCell(&cellX, &cellY) == nullptr || !platform::HasClipboardPicture() || !platform::OpenClipboard(window)) {
+    return false;
+  }
+  Rect size;
+  platform::ClipboardPicture* picture = platform::TakeClipboardPicture(&size.width, &size.height);
+  uint8_t* tile = static_cast<uint8_t*>(std::malloc(static_cast<size_t>(kTileSide) * kTileSide * 3));
+  ClipboardBlock& block = Block();
+  if (picture != nullptr && tile != nullptr && block.image.Resize(size.width, size.height, kTransparent)) {
+    const platform::CursorShape old = platform::SetCursorShape(platform::CursorShape::kWait);
+    // The owner stays: the picture lands at this place only in the cut that a block was stored from last.
+    block.place = {cellX, cellY};
+    undoRect = size;
+    for (int32_t x = 0; x < size.width; x += kTileSide) {
+      for (int32_t y = 0; y < size.height; y += kTileSide) {
+        const Rect area = {x, y, std::min(kTileSide, size.width - x), std::min(kTileSide, size.height - y)};
+        if (platform::ReadClipboardPicture(picture, area.x, area.y, area.width, area.height, tile)) {
+          TakeTile(&block.image, area, tile);
+        }
+      }
+    }
+    PasteBuffer();
+    platform::SetCursorShape(old);
+  }
+  std::free(tile);
+  if (picture != nullptr) platform::ReleaseClipboardPicture(picture);
+  platform::CloseClipboard();
+  return true;
+}
+
+}  // namespace sorvel

@@ -1,0 +1,156 @@
+#include "cutwindow/cut_window.h"
+
+#include <cstdlib>
+
+#include "foundation/paths.h"
+#include "tools/tool_handlers.h"
+
+namespace sorvel {
+
+namespace {
+
+constexpr char kWindowClass[] = "SorvelinCutFrame";
+constexpr char kUntitled[] = "Cut";
+constexpr size_t kTitleSize = 80;
+
+// A right button that is held so long opens the popup of the tools.
+constexpr uintptr_t kPopupTimer = 1;
+constexpr uint32_t kPopupDelay = 500;
+
+constexpr uint32_t kClientHit = 1;
+
+}  // namespace
+
+platform::BrushHandle gMarginBrush = nullptr;
+platform::PaletteHandle gPalette = nullptr;
+bool pulseSuppressed = false;
+
+CutWindow::CutWindow(CutWindowHost* mainFrame, int32_t canvasWidth, int32_t canvasHeight, int32_t framesPerSecond,
+                     const char* creditText, int32_t antialias)
+    : Cut(canvasWidth, canvasHeight, framesPerSecond, creditText, antialias), host(mainFrame) {
+  stateFlags |= kHasWindow;
+  if (canvasWidth != 0 && canvasHeight != 0) FitView();
+}
+
+CutWindow::~CutWindow() {
+  // A drag that this window was in the middle of can't end any more.
+  EndPan();
+}
+
+bool CutWindow::Create(platform::WindowHandle mdiClient) {
+  return platform::MakeMdiChild(mdiClient, kWindowClass, kUntitled, this) != nullptr;
+}
+
+void CutWindow::UpdateTitle() {
+  if (path[0] == '\0') return;
+  char title[kTitleSize] = "";
+  FileNameOf(title, sizeof(title), path, true);
+  platform::SetText(window, title);
+}
+
+intptr_t CutWindow::WindowProc(uint32_t message, uintptr_t first, intptr_t second) {
+  const platform::WindowHandle self = window;
+  switch (message) {
+    case platform::kMessageCreate:
+      UpdateTitle();
+      return 0;
+    case platform::kMessageDestroy:
+      host->CutGone(this);
+      platform::ForgetObject(self);
+      delete this;
+      return platform::DefaultHandling(self, message, first, second);
+    case platform::kMessageSize:
+      UpdateScrollBars(static_cast<int32_t>(platform::LowHalf(static_cast<uintptr_t>(second))),
+                       static_cast<int32_t>(platform::HighHalf(static_cast<uintptr_t>(second))));
+      break;
+    case platform::kMessagePaint:
+      Paint();
+      return 0;
+    case platform::kMessagePrintClient:
+      PaintClient(platform::ContextOf(first), platform::ClientBounds(self));
+      return 0;
+    case platform::kMessageClose:
+      host->CommitPanels(this);
+      host->AskSaveCut(this);
+      break;
+    case platform::kMessageSetCursor:
+      if ((platform::LowHalf(static_cast<uintptr_t>(second)) & kClientHit) != 0) ChooseCursor();
+      break;
+    case platform::kMessageChar:
+      OnChar(first);
+      return 0;
+    case platform::kMessageCommand:
+      return OnCommand(static_cast<int32_t>(platform::HighHalf(first)), static_cast<int32_t>(platform::LowHalf(first)),
+                       reinterpret_cast<platform::WindowHandle>(second));
+    case platform::kMessageTimer:
+      platform::KillWindowTimer(self, kPopupTimer);
+      platform::OpenPopupMenu(platform::Submenu(host->toolPopupMenu, 0), platform::CursorPlace(), host->frameWindow);
+      break;
+    case platform::kMessageHorizontalScroll:
+    case platform::kMessageVerticalScroll:
+      Scroll(message == platform::kMessageHorizontalScroll ? platform::ScrollBar::kHorizontal
+                                                           : platform::ScrollBar::kVertical,
+             static_cast<int32_t>(platform::LowHalf(first)), static_cast<int32_t>(platform::HighHalf(first)));
+      return 0;
+    case platform::kMessageMdiActivate:
+      OnActivation(reinterpret_cast<platform::WindowHandle>(first) == self,
+                   reinterpret_cast<platform::WindowHandle>(second) == self);
+      break;
+    case platform::kMessageLeftDown:
+      platform::SetFocusTo(self);
+      return HandleMouse(message, first, second);
+    case platform::kMessageRightDown:
+      platform::SetWindowTimer(self, kPopupTimer, kPopupDelay);
+      platform::SetFocusTo(self);
+      return HandleMouse(message, first, second);
+    case platform::kMessageMouseMove:
+    case platform::kMessageLeftUp:
+    case platform::kMessageLeftDouble:
+    case platform::kMessageRightUp:
+    case platform::kMessageRightDouble:
+      return HandleMouse(message, first, second);
+    case platform::kMessageUser:
+      return RunTool(message, first, second);
+    default:
+      break;
+  }
+  return platform::DefaultHandling(self, message, first, second);
+}
+
+void CutWindow::OnActivation(bool loses, bool gains) {
+  if (loses) {
+    host->CommitPanels(this);
+    Pulse();
+  } else if (gains) {
+    host->RefreshPanels(this);
+    host->SelectCutLine(this);
+    Pulse();
+  }
+}
+
+void CutWindow::Pulse() {
+  if (window != nullptr) platform::Send(window, platform::kMessageUser, 0, 0);
+}
+
+intptr_t CutWindow::HandleMouse(uint32_t message, uintptr_t first, intptr_t second) {
+  if (HandlePan(message, first, second)) return platform::DefaultHandling(window, message, first, second);
+  return RunTool(message, first, second);
+}
+
+intptr_t CutWindow::RunTool(uint32_t message, uintptr_t first, intptr_t second) {
+  host->penPicker.Hide();
+  if (message == platform::kMessageRightUp) platform::KillWindowTimer(window, kPopupTimer);
+  if (host->ActiveCut() != this) return platform::DefaultHandling(window, message, first, second);
+  const ToolHandler handler = HandlerOfTool(host->currentTool);
+  if (handler != nullptr) handler(message, static_cast<uint32_t>(first), second, this);
+  return 0;
+}
+
+void CutWindow::ChooseCursor() {
+  Point place = platform::ScreenToClient(window, platform::CursorPlace());
+  WindowToCut(&place, 1);
+  const bool isInside = place.x >= 0 && place.y >= 0 && place.x < width && place.y < height;
+  platform::SetCursorShape(isInside ? platform::CursorShape::kCross : platform::CursorShape::kArrow);
+}
+
+}  // namespace sorvel

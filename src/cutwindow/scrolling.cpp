@@ -1,0 +1,99 @@
+#include <algorithm>
+
+#include "cutwindow/cut_window.h"
+
+namespace sorvel {
+
+namespace {
+
+// The place of a thumb has 16 bits, which a larger picture would overrun.
+constexpr int64_t kLargestThumb = 65535;
+
+int32_t Narrowed(int64_t value) {
+  return static_cast<int32_t>(value);
+}
+
+}  // namespace
+
+// The position may come out negative when the page is larger than the picture: a picture that doesn't scroll is
+// centred without regard to it, and the next update puts it back to 0.
+void CutWindow::UpdateScrollBar(platform::ScrollBar bar, int32_t clientSize, int32_t canvasSize, int32_t* position) {
+  const int32_t page = clientSize - clientSize % zoomNumerator;
+  const int32_t maximum = Narrowed(int64_t{canvasSize} * zoomNumerator / zoomDenominator);
+  if (*position < 0) {
+    *position = 0;
+  } else if (int64_t{*position} + page > maximum) {
+    *position = Narrowed(int64_t{maximum} - page);
+  }
+  platform::SetScrollBar(window, bar, {maximum, page, *position});
+}
+
+void CutWindow::UpdateScrollBars(int32_t clientWidth, int32_t clientHeight) {
+  UpdateScrollBar(platform::ScrollBar::kHorizontal, clientWidth, width, &scrollX);
+  UpdateScrollBar(platform::ScrollBar::kVertical, clientHeight, height, &scrollY);
+  lineStepX = Narrowed(int64_t{zoomNumerator} * 4);
+  lineStepY = lineStepX;
+  platform::InvalidateClient(window, true);
+}
+
+void CutWindow::Scroll(platform::ScrollBar bar, int32_t code, int32_t thumb) {
+  const bool isHorizontal = bar == platform::ScrollBar::kHorizontal;
+  int32_t& position = isHorizontal ? scrollX : scrollY;
+  const int32_t step = isHorizontal ? lineStepX : lineStepY;
+  // Only the height counts as it is shown: at a zoom below 1/1 a page to the right may go beyond the picture.
+  const int64_t total =
+      isHorizontal ? int64_t{width} * zoomNumerator : int64_t{height} * zoomNumerator / zoomDenominator;
+  const Bounds client = platform::ClientBounds(window);
+  const int32_t clientSize = isHorizontal ? client.right : client.bottom;
+  const int32_t page = clientSize - clientSize % zoomNumerator;
+  const bool isThumb = code == platform::kScrollThumbPosition || code == platform::kScrollThumbTrack;
+  if (isThumb && total > kLargestThumb) return;
+  const int32_t target = thumb - thumb % zoomNumerator;
+  const auto shift = [this, isHorizontal](int32_t distance) {
+    platform::ScrollClient(window, isHorizontal ? distance : 0, isHorizontal ? 0 : distance);
+  };
+
+  switch (code) {
+    case platform::kScrollLineUp:
+    case platform::kScrollLineDown: {
+      // The arrows know no limit; the next update of the bars brings the position back.
+      const int32_t distance = code == platform::kScrollLineUp ? -step : step;
+      Pulse();
+      position = Narrowed(int64_t{position} + distance);
+      platform::SetScrollPosition(window, bar, position);
+      shift(-distance);
+      Pulse();
+      break;
+    }
+    case platform::kScrollPageUp:
+      position = Narrowed(std::max<int64_t>(int64_t{position} - page, 0));
+      platform::SetScrollPosition(window, bar, position);
+      platform::InvalidateClient(window, false);
+      break;
+    case platform::kScrollPageDown:
+      position = Narrowed(std::min<int64_t>(int64_t{position} + page, total - page));
+      platform::SetScrollPosition(window, bar, position);
+      platform::InvalidateClient(window, false);
+      break;
+    case platform::kScrollThumbPosition:
+      Pulse();
+      pulseSuppressed = false;
+      position = target;
+      platform::SetScrollPosition(window, bar, position);
+      break;
+    case platform::kScrollThumbTrack:
+      if (position == target) break;
+      if (!pulseSuppressed) {
+        pulseSuppressed = true;
+        Pulse();
+      }
+      shift(Narrowed(int64_t{position} - target));
+      position = target;
+      platform::UpdateClient(window);
+      break;
+    default:
+      break;
+  }
+}
+
+}  // namespace sorvel

@@ -1,0 +1,186 @@
+#include <algorithm>
+
+#include "cutwindow/cut_window.h"
+#include "tools/tool_state.h"
+
+namespace sorvel {
+
+namespace {
+
+// The colours of line, shadow-boundary dark and shadow-boundary light, plain and as emphasis shows them.
+constexpr int32_t kLineColors = 3;
+constexpr ColorEntry kPlainLines[kLineColors] = {{0, 0, 0, 0}, {85, 85, 85, 0}, {170, 170, 170, 0}};
+constexpr ColorEntry kVividLines[kLineColors] = {{255, 0, 0, 0}, {0, 0, 255, 0}, {0, 255, 0, 0}};
+
+int32_t Narrowed(int64_t value) {
+  return static_cast<int32_t>(value);
+}
+
+// Lowers `value` to a multiple of `step`.
+int64_t LoweredTo(int64_t value, int32_t step) {
+  const int64_t rest = value % step;
+  return value - (rest < 0 ? rest + step : rest);
+}
+
+// Widens a stretch to whole groups of `step` pixels, each of which is one pixel of the window.
+void AlignToGroups(int64_t* start, int64_t* length, int32_t step) {
+  const int64_t end = *start + *length;
+  *start = LoweredTo(*start, step);
+  *length = LoweredTo(end - *start + step - 1, step);
+}
+
+bool DifferInParity(int64_t a, int64_t b) {
+  return (a % 2 == 0) != (b % 2 == 0);
+}
+
+}  // namespace
+
+bool CutWindow::FitView() {
+  if (!view.Resize(width, height, 0)) return false;
+  if ((viewOptions & kLineEmphasis) != 0) {
+    platform::SetBitmapColors(view.bitmapHandle, kLineBlack, kLineColors, kVividLines);
+  }
+  return true;
+}
+
+void CutWindow::RepaintAll() {
+  Pulse();
+  RepaintArea(0, 0, width, height, true);
+  Pulse();
+}
+
+bool CutWindow::RepaintArea(int32_t x, int32_t y, int32_t areaWidth, int32_t areaHeight, bool show) {
+  view.FillRect(x, y, areaWidth, areaHeight, kTransparent);
+  Frame* frame = CurrentFrame();
+  if (frame == nullptr) return false;
+  frame->ComposeFrame(&view, x, y, areaWidth, areaHeight, &viewFlags, nullptr);
+  return !show || RepaintAreaDirect(x, y, areaWidth, areaHeight);
+}
+
+bool CutWindow::RepaintAreaDirect(int32_t areaX, int32_t areaY, int32_t areaWidth, int32_t areaHeight) {
+  int64_t x = areaX;
+  int64_t y = areaY;
+  int64_t w = areaWidth;
+  int64_t h = areaHeight;
+  if (zoomNumerator > 1) {
+    const int64_t right = std::min<int64_t>(x + w, width);
+    const int64_t bottom = std::min<int64_t>(y + h, height);
+    if (x >= width || y >= height || right < 1 || bottom < 1) return false;
+    x = std::max<int64_t>(x, 0);
+    y = std::max<int64_t>(y, 0);
+    w = right - x;
+    h = bottom - y;
+    if (w <= 0 || h <= 0) return false;
+  }
+  // Only columns of the scroll position's parity begin an area.
+  if (DifferInParity(x, scrollX)) {
+    --x;
+    ++w;
+  }
+  if (window == nullptr) return true;
+  platform::DeviceContext* context = platform::BeginDrawing(window);
+  if (platform::HasPalette(context)) platform::SelectDrawingPalette(context, gPalette, true);
+  if (HasSelection()) {
+    platform::InvertFrame(context, selection);
+    selection = Bounds{};
+  }
+  if (zoomDenominator > 1) {
+    AlignToGroups(&x, &w, zoomDenominator);
+    AlignToGroups(&y, &h, zoomDenominator);
+  }
+  Point corner = {Narrowed(x), Narrowed(y)};
+  CutToWindow(&corner, 1);
+  const Bounds target = {corner.x, corner.y, Narrowed(corner.x + w * zoomNumerator / zoomDenominator),
+                         Narrowed(corner.y + h * zoomNumerator / zoomDenominator)};
+  platform::StretchBitmap(context, target, view.bitmapHandle,
+                          {Narrowed(x), Narrowed(y), Narrowed(x + w), Narrowed(y + h)});
+  platform::EndDrawing(window, context);
+  return true;
+}
+
+// The plain colours are fixed: they overrule a colour file once the emphasis has been switched off.
+void CutWindow::ToggleLineEmphasis() {
+  viewOptions ^= kLineEmphasis;
+  const bool isVivid = (viewOptions & kLineEmphasis) != 0;
+  platform::SetBitmapColors(view.bitmapHandle, kLineBlack, kLineColors, isVivid ? kVividLines : kPlainLines);
+  RepaintAll();
+}
+
+void CutWindow::Paint() {
+  if (!pulseSuppressed) Pulse();
+  Bounds update;
+  platform::DeviceContext* context = platform::BeginPainting(window, &update);
+  if (platform::HasPalette(context)) platform::SelectDrawingPalette(context, gPalette, false);
+  PaintClient(context, update);
+  platform::EndPainting(window, context);
+  if (!pulseSuppressed) Pulse();
+}
+
+// Copies `update`, in window coordinates, from the view. The margin is painted whatever was invalid.
+void CutWindow::PaintClient(platform::DeviceContext* context, const Bounds& update) {
+  const Bounds client = platform::ClientBounds(window);
+  Point corners[2] = {{0, 0}, {width, height}};
+  CutToWindow(corners, 2);
+  const auto fill = [context, &client](int32_t left, int32_t top, int32_t right, int32_t bottom) {
+    const Bounds band = {std::max(left, client.left), std::max(top, client.top), std::min(right, client.right),
+                         std::min(bottom, client.bottom)};
+    if (!band.IsEmpty()) platform::FillArea(context, band, gMarginBrush);
+  };
+  fill(0, 0, client.right, corners[0].y);
+  fill(0, corners[0].y, corners[0].x, corners[1].y);
+  fill(corners[1].x, corners[0].y, client.right, corners[1].y);
+  fill(0, corners[1].y, client.right, client.bottom);
+
+  Point source[2] = {{update.left, update.top}, {update.right, update.bottom}};
+  const Point grid = {gridWidth, gridHeight};
+  gridWidth = 1;
+  gridHeight = 1;
+  WindowToCut(source, 2);
+  gridWidth = grid.x;
+  gridHeight = grid.y;
+  int64_t w = int64_t{source[1].x} - source[0].x + 2;
+  int64_t h = int64_t{source[1].y} - source[0].y + 2;
+  Point from = {std::max(source[0].x, 0), std::max(source[0].y, 0)};
+  if (DifferInParity(from.x, scrollX)) {
+    --from.x;
+    ++w;
+  }
+  Point to = from;
+  CutToWindow(&to, 1);
+  w = std::min<int64_t>(w, int64_t{width} - from.x);
+  h = std::min<int64_t>(h, int64_t{height} - from.y);
+  if (from.x >= width || from.y >= height) return;
+  const Bounds target = {to.x, to.y, Narrowed(to.x + w * zoomNumerator / zoomDenominator),
+                         Narrowed(to.y + h * zoomNumerator / zoomDenominator)};
+  platform::StretchBitmap(context, target, view.bitmapHandle,
+                          {from.x, from.y, Narrowed(from.x + w), Narrowed(from.y + h)});
+}
+
+// Tools.
+
+void CutWindow::AddUndoRect(const Rect* rect) {
+  if (rect == nullptr) {
+    undoRect = Rect{};
+  } else if (undoRect.width == 0 || undoRect.height == 0) {
+    undoRect = *rect;
+  } else if (rect->width != 0 && rect->height != 0) {
+    undoRect = BoundingRect(undoRect, *rect);
+  }
+}
+
+void CutWindow::ShowPenMark(const Point* point) {
+  constexpr int32_t reach = 4;
+  constexpr int32_t side = 8;
+  const Rect old = {brushMarkX, brushMarkY, side, side};
+  RepaintArea(old.x, old.y, side, side, point == nullptr);
+  if (point == nullptr) return;
+  Point place = *point;
+  LayerToCut(&place, 1);
+  view.Stamp(place.x, place.y, currentPen, maskFlags, nullptr);
+  brushMarkX = Narrowed(int64_t{place.x} - reach);
+  brushMarkY = Narrowed(int64_t{place.y} - reach);
+  const Rect both = BoundingRect(old, {brushMarkX, brushMarkY, side, side});
+  RepaintAreaDirect(both.x, both.y, both.width, both.height);
+}
+
+}  // namespace sorvel

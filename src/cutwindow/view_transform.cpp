@@ -1,0 +1,137 @@
+#include "cutwindow/cut_window.h"
+#include "tools/tool_state.h"
+
+namespace sorvel {
+
+namespace {
+
+// `value` * numerator / denominator, truncated toward zero. There is no limit to the zoom; what leaves 32 bits wraps.
+int32_t Scaled(int64_t value, int32_t numerator, int32_t denominator) {
+  return static_cast<int32_t>(value * numerator / denominator);
+}
+
+// On to the grid: a remainder of more than half a step goes up, so that half a step itself goes down.
+int32_t Snapped(int32_t value, int32_t step) {
+  if (step <= 1) return value;
+  const int32_t rest = value % step;
+  const int64_t snapped = int64_t{value} - rest + (step / 2 < rest ? step : 0);
+  return static_cast<int32_t>(snapped);
+}
+
+int32_t Difference(int32_t a, int32_t b) {
+  return static_cast<int32_t>(int64_t{a} - b);
+}
+
+int32_t Sum(int32_t a, int32_t b) {
+  return static_cast<int32_t>(int64_t{a} + b);
+}
+
+}  // namespace
+
+// Where the left top corner of the canvas lies in the window: a picture that is smaller than the client area is
+// centred, whatever the scroll bars say.
+Point CutWindow::ViewOrigin() {
+  const Bounds client = platform::ClientBounds(window);
+  Point origin = {Difference(client.right, Scaled(width, zoomNumerator, zoomDenominator)) / 2,
+                  Difference(client.bottom, Scaled(height, zoomNumerator, zoomDenominator)) / 2};
+  if (origin.x < 0) origin.x = Difference(0, scrollX);
+  if (origin.y < 0) origin.y = Difference(0, scrollY);
+  return origin;
+}
+
+void CutWindow::CutToWindow(Point* points, int32_t count) {
+  const Point origin = ViewOrigin();
+  for (int32_t i = 0; i < count; ++i) {
+    points[i].x = Sum(Scaled(points[i].x, zoomNumerator, zoomDenominator), origin.x);
+    points[i].y = Sum(Scaled(points[i].y, zoomNumerator, zoomDenominator), origin.y);
+  }
+}
+
+void CutWindow::WindowToCutRaw(Point* points, int32_t count) {
+  const Point origin = ViewOrigin();
+  for (int32_t i = 0; i < count; ++i) {
+    points[i].x = Scaled(int64_t{points[i].x} - origin.x, zoomDenominator, zoomNumerator);
+    points[i].y = Scaled(int64_t{points[i].y} - origin.y, zoomDenominator, zoomNumerator);
+  }
+}
+
+void CutWindow::WindowToCut(Point* points, int32_t count) {
+  WindowToCutRaw(points, count);
+  for (int32_t i = 0; i < count; ++i) {
+    points[i].x = Snapped(points[i].x, gridWidth);
+    points[i].y = Snapped(points[i].y, gridHeight);
+  }
+}
+
+void CutWindow::CutToLayer(Point* points, int32_t count) {
+  int32_t x = 0;
+  int32_t y = 0;
+  Frame* frame = CurrentFrame();
+  if (frame == nullptr || !frame->GetRecordPosition(frame->currentRecord, &x, &y)) return;
+  for (int32_t i = 0; i < count; ++i) points[i] = {Difference(points[i].x, x), Difference(points[i].y, y)};
+}
+
+void CutWindow::LayerToCut(Point* points, int32_t count) {
+  int32_t x = 0;
+  int32_t y = 0;
+  Frame* frame = CurrentFrame();
+  if (frame == nullptr || !frame->GetRecordPosition(frame->currentRecord, &x, &y)) return;
+  for (int32_t i = 0; i < count; ++i) points[i] = {Sum(points[i].x, x), Sum(points[i].y, y)};
+}
+
+Rect CutWindow::SelectionInCut() {
+  Point corners[2] = {{selection.left, selection.top}, {selection.right, selection.bottom}};
+  WindowToCutRaw(corners, 2);
+  return {corners[0].x, corners[0].y, Difference(corners[1].x, corners[0].x), Difference(corners[1].y, corners[0].y)};
+}
+
+Rect CutWindow::SelectionInLayer() {
+  Point corners[2] = {{selection.left, selection.top}, {selection.right, selection.bottom}};
+  WindowToCut(corners, 2);
+  CutToLayer(corners, 2);
+  return {corners[0].x, corners[0].y, Difference(corners[1].x, corners[0].x), Difference(corners[1].y, corners[0].y)};
+}
+
+bool CutWindow::ToolArea(Rect* area) {
+  int32_t x = 0;
+  int32_t y = 0;
+  const CellImage* cell = CurrentCell(&x, &y);
+  if (cell == nullptr) return false;
+  *area = HasSelection() ? SelectionInLayer() : Rect{0, 0, cell->width, cell->height};
+  return true;
+}
+
+// Zoom. From 1/1 the levels go 1/2, 1/3 down and 2/1, 3/1 up.
+
+void CutWindow::ZoomIn(Point place) {
+  WindowToCut(&place, 1);
+  if (zoomDenominator >= 2) {
+    --zoomDenominator;
+  } else {
+    ++zoomNumerator;
+  }
+  CenterOn(place);
+}
+
+void CutWindow::ZoomOut(Point place) {
+  WindowToCut(&place, 1);
+  if (zoomNumerator >= 2) {
+    --zoomNumerator;
+  } else {
+    ++zoomDenominator;
+  }
+  CenterOn(place);
+}
+
+void CutWindow::CenterOn(Point cutPoint) {
+  const Bounds client = platform::ClientBounds(window);
+  Point corners[2] = {{client.left, client.top}, {client.right, client.bottom}};
+  WindowToCut(corners, 2);
+  const int32_t halfX = Scaled(int64_t{corners[0].x} - corners[1].x, zoomNumerator, zoomDenominator) / 2;
+  const int32_t halfY = Scaled(int64_t{corners[0].y} - corners[1].y, zoomNumerator, zoomDenominator) / 2;
+  scrollX = Sum(halfX, Scaled(cutPoint.x, zoomNumerator, zoomDenominator));
+  scrollY = Sum(halfY, Scaled(cutPoint.y, zoomNumerator, zoomDenominator));
+  UpdateScrollBars(client.right, client.bottom);
+}
+
+}  // namespace sorvel

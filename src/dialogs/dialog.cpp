@@ -1,0 +1,70 @@
+#include "dialogs/dialog.h"
+
+#include "platform/menus.h"
+
+namespace sorvel {
+
+namespace {
+
+enum DialogButton : int32_t { kOk = 1, kCancel = 2 };
+
+constexpr size_t kHelpSize = 256;
+
+intptr_t OnInit(platform::WindowHandle window, Dialog* dialog) {
+  gCurrentDialog = dialog;
+  dialog->WriteValues(window);
+  // Not kept on the screen: a dialog larger than its parent begins left of it or above it.
+  const Bounds own = platform::ScreenBounds(window);
+  const Bounds parent = platform::ScreenBounds(platform::ParentOf(window));
+  platform::MoveWindow(window, parent.Width() / 2 - own.Width() / 2 + parent.left,
+                       parent.Height() / 2 - own.Height() / 2 + parent.top, own.Width(), own.Height(), false);
+  return 1;
+}
+
+intptr_t OnCommand(platform::WindowHandle window, uintptr_t first, intptr_t second) {
+  const int32_t id = static_cast<int32_t>(platform::LowHalf(first));
+  if (id != kOk && id != kCancel) {
+    return gCurrentDialog->OnControl(window, static_cast<int32_t>(platform::HighHalf(first)), id,
+                                     reinterpret_cast<platform::WindowHandle>(second));
+  }
+  if (id == kOk) gCurrentDialog->ReadValues(window);
+  platform::EndDialog(window, id == kOk ? 1 : 0);
+  gCurrentDialog = nullptr;
+  return 1;
+}
+
+intptr_t DialogProc(platform::WindowHandle window, uint32_t message, uintptr_t first, intptr_t second) {
+  if (message == platform::kMessageInitDialog) return OnInit(window, reinterpret_cast<Dialog*>(second));
+  if (gCurrentDialog == nullptr || message != platform::kMessageCommand) return 0;
+  return OnCommand(window, first, second);
+}
+
+}  // namespace
+
+Dialog* gCurrentDialog = nullptr;
+
+bool Dialog::Run(platform::WindowHandle owner) {
+  return platform::RunDialog(templateId, owner, DialogProc, this) != 0;
+}
+
+// Edits, list boxes and buttons each tell of the focus by numbers of their own, which don't overlap.
+intptr_t Dialog::OnControl(platform::WindowHandle, int32_t code, int32_t id, platform::WindowHandle) {
+  switch (code) {
+    case platform::kEditSetFocus:
+    case platform::kListSetFocus:
+    case platform::kButtonSetFocus: {
+      char help[kHelpSize];
+      if (platform::ReadResourceText(id, help, sizeof(help)) != 0) platform::SetText(statusBar, help);
+      return 1;
+    }
+    case platform::kEditKillFocus:
+    case platform::kListKillFocus:
+    case platform::kButtonKillFocus:
+      platform::SetText(statusBar, "");
+      return 1;
+    default:
+      return 0;
+  }
+}
+
+}  // namespace sorvel

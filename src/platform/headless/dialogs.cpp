@@ -1,0 +1,381 @@
+#include "platform/dialogs.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <climits>
+#include <deque>
+#include <optional>
+
+#include "platform/controls.h"
+#include "platform/headless/internal.h"
+#include "platform/headless/resources.h"
+
+namespace sorvel::platform {
+
+namespace {
+
+constexpr int32_t kOk = 1;
+constexpr int32_t kCancel = 2;
+// Pixels of a dialog's font, and the units that they are.
+constexpr int32_t kFontWidth = 6;
+constexpr int32_t kFontHeight = 12;
+constexpr int32_t kUnitsAcross = 4;
+constexpr int32_t kUnitsDown = 8;
+
+// Answers of each kind wait in the order in which they are given; nothing stands for a cancel.
+std::deque<headless::DialogAnswer> gDialogs;
+std::deque<std::optional<std::string>> gFiles;
+std::deque<bool> gAnswers;
+std::deque<std::optional<uint32_t>> gColors;
+
+std::string gFailure;
+headless::BoxRecord gMessage;
+headless::BoxRecord gQuestion;
+int32_t gAlerts = 0;
+
+template <typename Answer>
+bool TakeAnswer(std::deque<Answer>* queue, const char* asker, Answer* answer) {
+  if (queue->empty()) {
+    headless::Fail(std::string(asker).append(" has no answer"));
+    return false;
+  }
+  *answer = queue->front();
+  queue->pop_front();
+  return true;
+}
+
+WindowKind KindOf(headless::DialogPart part) {
+  switch (part) {
+    case headless::DialogPart::kDialog:
+    case headless::DialogPart::kDialogEnd:
+      return WindowKind::kDialog;
+    case headless::DialogPart::kLabel:
+      return WindowKind::kLabel;
+    case headless::DialogPart::kEdit:
+    case headless::DialogPart::kNumber:
+    case headless::DialogPart::kTextBox:
+      return WindowKind::kEdit;
+    case headless::DialogPart::kList:
+      return WindowKind::kListBox;
+    case headless::DialogPart::kCheckBox:
+      return WindowKind::kCheckBox;
+    case headless::DialogPart::kFirstRadioButton:
+    case headless::DialogPart::kRadioButton:
+      return WindowKind::kRadioButton;
+    case headless::DialogPart::kGroupBox:
+      return WindowKind::kGroupBox;
+    case headless::DialogPart::kButton:
+      return WindowKind::kPushButton;
+  }
+  return WindowKind::kLabel;
+}
+
+Bounds PlaceOf(const headless::DialogResource& part) {
+  const int32_t left = part.x * kFontWidth / kUnitsAcross;
+  const int32_t top = part.y * kFontHeight / kUnitsDown;
+  return {left, top, left + part.width * kFontWidth / kUnitsAcross, top + part.height * kFontHeight / kUnitsDown};
+}
+
+Window* AddControl(Window* dialog, const headless::DialogResource& part) {
+  Window* control = headless::NewWindow(KindOf(part.part), dialog, nullptr, PlaceOf(part));
+  control->id = part.id;
+  control->text = headless::FromUtf8(part.text);
+  control->shown = true;
+  control->sorted = part.part == headless::DialogPart::kList;
+  control->multipleLines = part.part == headless::DialogPart::kTextBox;
+  control->scrolls = control->kind == WindowKind::kEdit;
+  return control;
+}
+
+void AddUpDown(Window* edit, int32_t id) {
+  const Bounds place = {edit->place.right, edit->place.top, edit->place.right, edit->place.bottom};
+  Window* upDown = headless::NewWindow(WindowKind::kUpDown, edit->parent, nullptr, place);
+  upDown->id = id;
+  upDown->shown = true;
+  upDown->buddy = edit;
+}
+
+std::string NameOf(const Window* control, int32_t resource) {
+  return "control " + std::to_string(control->id) + " of dialog " + std::to_string(resource);
+}
+
+std::string Quoted(const std::string& text) {
+  return std::string(" \"").append(headless::ToUtf8(text)).append("\"");
+}
+
+// As the key that ends a line types it.
+std::string WithLineEnds(const std::string& text) {
+  std::string result;
+  for (size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '\n' && (i == 0 || text[i - 1] != '\r')) result.push_back('\r');
+    result.push_back(text[i]);
+  }
+  return result;
+}
+
+bool Switch(Window* button, const std::string& value) {
+  if (value != "on" && value != "off") return false;
+  if (value == "on" && button->kind == WindowKind::kRadioButton) {
+    headless::ChooseRadioButton(button);
+  } else {
+    button->checked = value == "on";
+  }
+  return true;
+}
+
+bool ChooseLine(Window* list, const std::string& value) {
+  for (size_t i = 0; i < list->lines.size(); ++i) {
+    if (list->lines[i].text != value) continue;
+    SelectListLine(list, static_cast<int32_t>(i));
+    return true;
+  }
+  return false;
+}
+
+// Gives what is wrong, or an empty text.
+std::string SetValue(Window* dialog, int32_t resource, int32_t id, const std::string& value) {
+  Window* control = DialogControl(dialog, id);
+  if (control == nullptr) return "dialog " + std::to_string(resource) + " has no control " + std::to_string(id);
+  const std::string name = NameOf(control, resource);
+  switch (control->kind) {
+    case WindowKind::kEdit:
+      SetText(control, (control->multipleLines ? WithLineEnds(value) : value).c_str());
+      return "";
+    case WindowKind::kCheckBox:
+    case WindowKind::kRadioButton:
+      return Switch(control, value) ? "" : name + " takes on or off, not" + Quoted(value);
+    case WindowKind::kListBox:
+      return ChooseLine(control, value) ? "" : name + " has no line" + Quoted(value);
+    case WindowKind::kPushButton:
+      if (value != "click") return name + " takes click, not" + Quoted(value);
+      headless::ClickButton(control);
+      return "";
+    default:
+      return name + " takes no value";
+  }
+}
+
+// The user's part. False for an answer that doesn't fit.
+bool AnswerDialog(Window* dialog, const headless::DialogAnswer& answer) {
+  for (const auto& [id, value] : answer.values) {
+    if (dialog->ended) return true;
+    const std::string problem = SetValue(dialog, answer.resource, id, value);
+    if (!problem.empty()) {
+      headless::Fail(problem);
+      return false;
+    }
+  }
+  return true;
+}
+
+void PressButton(Window* dialog, int32_t id) {
+  if (dialog->ended) return;
+  Send(dialog, kMessageCommand, JoinHalves(id, kButtonClicked), reinterpret_cast<intptr_t>(DialogControl(dialog, id)));
+}
+
+bool TakeDialogAnswer(int32_t resource, headless::DialogAnswer* answer) {
+  const std::string name = "dialog " + std::to_string(resource);
+  if (!TakeAnswer(&gDialogs, name.c_str(), answer)) return false;
+  if (answer->resource == resource) return true;
+  headless::Fail(name + " came up, but the answer is for dialog " + std::to_string(answer->resource));
+  return false;
+}
+
+const Window* FirstControl(const Window* dialog) {
+  for (const Window* control : dialog->children) {
+    if (control->kind != WindowKind::kLabel && control->kind != WindowKind::kGroupBox) return control;
+  }
+  return nullptr;
+}
+
+// As it is if there is no working directory.
+std::string FullPath(const std::string& path) {
+  char folder[PATH_MAX];
+  if (path.empty() || path[0] == '/' || getcwd(folder, sizeof(folder)) == nullptr) return path;
+  return headless::FromUtf8(folder).append("/").append(path);
+}
+
+std::string WithExtension(const std::string& path, const char* extension) {
+  const size_t slash = path.rfind('/');
+  const size_t dot = path.rfind('.');
+  const bool has = dot != std::string::npos && (slash == std::string::npos || dot > slash);
+  if (has || extension == nullptr || extension[0] == '\0') return path;
+  return std::string(path).append(".").append(extension);
+}
+
+bool AskFile(const FileForm& form, char* path, size_t capacity) {
+  std::optional<std::string> answer;
+  if (!TakeAnswer(&gFiles, "a file dialog", &answer) || !answer.has_value()) return false;
+  const std::string full = FullPath(WithExtension(*answer, form.defaultExtension));
+  if (full.size() >= capacity) return false;
+  full.copy(path, full.size());
+  path[full.size()] = '\0';
+  return true;
+}
+
+}  // namespace
+
+namespace headless {
+
+bool LoadDialog(int32_t resource, Window* dialog) {
+  const std::span<const DialogResource> table = Dialogs();
+  const auto start = std::find_if(table.begin(), table.end(), [resource](const DialogResource& part) {
+    return part.part == DialogPart::kDialog && part.id == resource;
+  });
+  if (start == table.end()) return false;
+  const Bounds place = PlaceOf(*start);
+  MoveWindow(dialog, 0, 0, place.right, place.bottom, false);
+  dialog->text = FromUtf8(start->text);
+  int32_t group = 0;
+  for (auto part = start + 1; part != table.end() && part->part != DialogPart::kDialogEnd; ++part) {
+    Window* control = AddControl(dialog, *part);
+    if (part->part == DialogPart::kFirstRadioButton) ++group;
+    if (control->kind == WindowKind::kRadioButton) control->radioGroup = group;
+    if (part->part == DialogPart::kNumber) AddUpDown(control, part->upDown);
+  }
+  return true;
+}
+
+void Fail(const std::string& message) {
+  if (gFailure.empty()) gFailure = message;
+  std::replace(gFailure.begin(), gFailure.end(), '\n', ' ');
+}
+
+void QueueDialog(const DialogAnswer& answer) {
+  gDialogs.push_back(answer);
+}
+
+void QueueFile(const std::string& path) {
+  gFiles.push_back(path);
+}
+
+void QueueFileCancel() {
+  gFiles.push_back(std::nullopt);
+}
+
+void QueueYesNo(bool yes) {
+  gAnswers.push_back(yes);
+}
+
+void QueueColor(uint8_t red, uint8_t green, uint8_t blue) {
+  gColors.push_back(static_cast<uint32_t>(red | green << 8 | blue << 16));
+}
+
+void QueueColorCancel() {
+  gColors.push_back(std::nullopt);
+}
+
+size_t QueuedAnswers() {
+  return gDialogs.size() + gFiles.size() + gAnswers.size() + gColors.size();
+}
+
+const std::string& Failure() {
+  return gFailure;
+}
+
+void ClearFailure() {
+  gFailure.clear();
+}
+
+const BoxRecord& LastMessage() {
+  return gMessage;
+}
+
+const BoxRecord& LastQuestion() {
+  return gQuestion;
+}
+
+int32_t AlertCount() {
+  return gAlerts;
+}
+
+void ResetDialogs() {
+  gDialogs.clear();
+  gFiles.clear();
+  gAnswers.clear();
+  gColors.clear();
+  gFailure.clear();
+  gMessage = {};
+  gQuestion = {};
+  gAlerts = 0;
+}
+
+}  // namespace headless
+
+intptr_t RunDialog(int32_t resource, WindowHandle owner, DialogFunction function, void* parameter) {
+  headless::DialogAnswer answer;
+  if (!TakeDialogAnswer(resource, &answer)) return 0;
+  Window* dialog = headless::NewWindow(WindowKind::kDialog, nullptr, owner, {});
+  if (!headless::LoadDialog(resource, dialog)) {
+    headless::Fail("there is no dialog " + std::to_string(resource));
+    headless::EndWindow(dialog);
+    return 0;
+  }
+  dialog->function = function;
+  dialog->shown = true;
+  Send(dialog, kMessageInitDialog, reinterpret_cast<uintptr_t>(FirstControl(dialog)),
+       reinterpret_cast<intptr_t>(parameter));
+  const bool fits = AnswerDialog(dialog, answer);
+  PressButton(dialog, fits && answer.ok ? kOk : kCancel);
+  if (!dialog->ended) headless::Fail("dialog " + std::to_string(resource) + " wasn't ended by its button");
+  const intptr_t result = fits ? dialog->result : 0;
+  headless::EndWindow(dialog);
+  return result;
+}
+
+void EndDialog(WindowHandle dialog, intptr_t result) {
+  if (!headless::IsWindow(dialog)) return;
+  dialog->ended = true;
+  dialog->result = result;
+}
+
+WindowHandle DialogControl(WindowHandle dialog, int32_t id) {
+  if (!headless::IsWindow(dialog) || id == -1) return nullptr;
+  for (Window* control : dialog->children) {
+    if (control->id == id) return control;
+  }
+  return nullptr;
+}
+
+WindowHandle ParentOf(WindowHandle window) {
+  if (!headless::IsWindow(window)) return nullptr;
+  return window->parent != nullptr ? window->parent : window->owner;
+}
+
+bool AskYesNo(WindowHandle owner, const char* text, const char* title, BoxIcon icon) {
+  static_cast<void>(owner);
+  gQuestion = {text, title, icon, gQuestion.count + 1};
+  bool yes = false;
+  return TakeAnswer(&gAnswers, std::string("the question").append(Quoted(text)).c_str(), &yes) && yes;
+}
+
+void ShowMessage(WindowHandle owner, const char* text, const char* title, BoxIcon icon) {
+  static_cast<void>(owner);
+  gMessage = {text, title, icon, gMessage.count + 1};
+}
+
+void PlayAlert() {
+  ++gAlerts;
+}
+
+bool AskFileToOpen(WindowHandle owner, const FileForm& form, char* path, size_t capacity) {
+  static_cast<void>(owner);
+  return AskFile(form, path, capacity);
+}
+
+bool AskFileToSave(WindowHandle owner, const FileForm& form, char* path, size_t capacity) {
+  static_cast<void>(owner);
+  return AskFile(form, path, capacity);
+}
+
+bool AskColor(WindowHandle owner, uint32_t (&custom)[16], uint32_t* color) {
+  static_cast<void>(owner);
+  static_cast<void>(custom);
+  std::optional<uint32_t> answer;
+  if (!TakeAnswer(&gColors, "a colour dialog", &answer) || !answer.has_value()) return false;
+  *color = *answer;
+  return true;
+}
+
+}  // namespace sorvel::platform

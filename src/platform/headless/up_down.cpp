@@ -1,0 +1,67 @@
+#include <algorithm>
+#include <cstdlib>
+
+#include "platform/controls.h"
+#include "platform/headless/internal.h"
+
+// Up-down controls: a number of 16 bits beside an edit that shows it.
+namespace sorvel::platform {
+
+namespace {
+
+constexpr char kThousandsSeparator = ',';
+// Characters of the edit that the control looks at.
+constexpr size_t kLongestNumber = 19;
+
+// A range may run backwards.
+bool IsInRange(const Window* upDown, int32_t value) {
+  return value >= std::min(upDown->low, upDown->high) && value <= std::max(upDown->low, upDown->high);
+}
+
+int32_t Bounded(const Window* upDown, int32_t value) {
+  return std::clamp(value, std::min(upDown->low, upDown->high), std::max(upDown->low, upDown->high));
+}
+
+std::string NumberText(int32_t value) {
+  std::string text = std::to_string(std::abs(value));
+  if (text.size() > 3) text.insert(text.size() - 3, 1, kThousandsSeparator);
+  return value < 0 ? std::string(1, '-').append(text) : text;
+}
+
+// The number that the text is as a whole, blanks in front and separators left out; an empty text is 0. False if it is
+// something else, or outside the range.
+bool ReadNumber(const Window* upDown, std::string text, int32_t* value) {
+  text.resize(std::min(text.size(), kLongestNumber));
+  text.erase(std::remove(text.begin(), text.end(), kThousandsSeparator), text.end());
+  char* end = nullptr;
+  const long long number = std::strtoll(text.c_str(), &end, 10);
+  if (*end != '\0' || number < INT16_MIN || number > INT16_MAX) return false;
+  *value = static_cast<int32_t>(number);
+  return IsInRange(upDown, *value);
+}
+
+}  // namespace
+
+void SetUpDownRange(WindowHandle upDown, int32_t low, int32_t high) {
+  if (!headless::IsWindow(upDown)) return;
+  upDown->low = static_cast<int16_t>(low);
+  upDown->high = static_cast<int16_t>(high);
+}
+
+void SetUpDownPosition(WindowHandle upDown, int32_t position) {
+  if (!headless::IsWindow(upDown)) return;
+  upDown->position = Bounded(upDown, static_cast<int16_t>(position));
+  if (headless::IsWindow(upDown->buddy)) SetText(upDown->buddy, NumberText(upDown->position).c_str());
+}
+
+// The low half is the number that the edit holds, or else the last valid one with the high half 1.
+int32_t UpDownPosition(WindowHandle upDown) {
+  if (!headless::IsWindow(upDown)) return 0;
+  constexpr int32_t isInvalid = 1;
+  int32_t number = 0;
+  const bool valid = headless::IsWindow(upDown->buddy) && ReadNumber(upDown, upDown->buddy->text, &number);
+  if (valid) upDown->position = number;
+  return static_cast<int32_t>(JoinHalves(Bounded(upDown, upDown->position), valid ? 0 : isInvalid));
+}
+
+}  // namespace sorvel::platform

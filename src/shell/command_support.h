@@ -1,0 +1,88 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdio>
+
+#include "foundation/byte_stream.h"
+#include "platform/controls.h"
+#include "platform/dialogs.h"
+#include "platform/files.h"
+#include "platform/window.h"
+
+// What the commands share.
+namespace sorvel {
+
+// Room of a path in a file dialog, with its terminator.
+constexpr size_t kDialogPathSize = 261;
+
+// Room of a text of the settings that a dialog starts from.
+constexpr size_t kSettingTextSize = 80;
+
+// What the file dialogs of each kind of document offer.
+constexpr platform::FileForm kCutFiles = {"Cut Files (*.cut)\0*.cut\0All Files (*.*)\0*.*\0", "cut"};
+constexpr platform::FileForm kLayerFiles = {"Layer Files (*.lyr)\0*.lyr\0All Files (*.*)\0*.*\0", "lyr"};
+constexpr platform::FileForm kFilmFiles = {"Film Files (*.flm)\0*.flm\0All Files (*.*)\0*.*\0", "flm"};
+constexpr platform::FileForm kContainerFiles = {"Sorvel Files (*.sv)\0*.sv\0All Files (*.*)\0*.*\0", "sv"};
+constexpr platform::FileForm kBitmapFiles = {"Bitmap Files (*.bmp)\0*.bmp\0All Files (*.*)\0*.*\0", "bmp"};
+
+// The path that the user chooses in a file dialog, which begins empty.
+class ChosenPath {
+ public:
+  // Each gives false for a cancel.
+  bool AskToOpen(platform::WindowHandle owner, const platform::FileForm& form) {
+    return platform::AskFileToOpen(owner, form, path, sizeof(path));
+  }
+  bool AskToSave(platform::WindowHandle owner, const platform::FileForm& form) {
+    return platform::AskFileToSave(owner, form, path, sizeof(path));
+  }
+
+  char path[kDialogPathSize] = "";
+};
+
+// A file for the length of a command.
+class CommandFile {
+ public:
+  CommandFile(const char* path, const char* mode) : stream(platform::OpenStdioFile(path, mode)) {}
+  explicit CommandFile(FILE* file) : stream(file) {}
+  CommandFile(const CommandFile&) = delete;
+  CommandFile& operator=(const CommandFile&) = delete;
+  ~CommandFile() { stream.Close(); }
+
+  bool IsOpen() { return stream.IsOpen(); }
+
+  FileStream stream;
+};
+
+// A list doesn't redraw for the length of a scope.
+class QuietList {
+ public:
+  explicit QuietList(platform::WindowHandle list) : list_(list) { platform::SetListRedraw(list_, false); }
+  QuietList(const QuietList&) = delete;
+  QuietList& operator=(const QuietList&) = delete;
+  ~QuietList() { platform::SetListRedraw(list_, true); }
+
+ private:
+  platform::WindowHandle list_;
+};
+
+// The wait cursor for the length of a scope.
+class WaitCursor {
+ public:
+  WaitCursor() : before_(platform::SetCursorShape(platform::CursorShape::kWait)) {}
+  WaitCursor(const WaitCursor&) = delete;
+  WaitCursor& operator=(const WaitCursor&) = delete;
+  ~WaitCursor() {
+    if (isLeft_) return;
+    const bool isOurs = before_ != platform::CursorShape::kNone;
+    platform::SetCursorShape(isOurs ? before_ : platform::CursorShape::kArrow);
+  }
+
+  // It stays on the screen until the mouse moves.
+  void Leave() { isLeft_ = true; }
+
+ private:
+  platform::CursorShape before_;
+  bool isLeft_ = false;
+};
+
+}  // namespace sorvel

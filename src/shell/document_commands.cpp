@@ -1,0 +1,369 @@
+#include <cstdio>
+#include <cstring>
+
+#include "cutwindow/clipboard.h"
+#include "dialogs/dialogs.h"
+#include "foundation/settings.h"
+#include "shell/command_support.h"
+#include "shell/main_frame.h"
+#include "tools/tool_state.h"
+
+namespace sorvel {
+
+namespace {
+
+constexpr int32_t kFirstDotGap = 100;
+constexpr size_t kLayerLineSize = 512;
+
+// Draws on the current cell within an area that undo can take back, and shows it. `draw` gives false for nothing.
+template <typename Draw>
+void DrawOnCell(CutWindow* cut, const Rect& area, const Draw& draw) {
+  int32_t cellX = 0;
+  int32_t cellY = 0;
+  CellImage* cell = cut->CurrentCell(&cellX, &cellY);
+  if (cell == nullptr || !cut->SaveUndo()) return;
+  cut->undoRect = area;
+  if (!draw(cell)) return;
+  Point corner = {area.x, area.y};
+  cut->LayerToCut(&corner, 1);
+  cut->RepaintArea(corner.x, corner.y, area.width, area.height, true);
+}
+
+}  // namespace
+
+bool MainFrame::RunDocumentCommand(int32_t id) {
+  struct Command {
+    int32_t id;
+    void (*run)(MainFrame* frame, CutWindow* cut);
+  };
+  static constexpr Command commands[] = {
+      {40004, [](MainFrame* frame, CutWindow* cut) { frame->AddOrInsertFrame(cut, false); }},
+      {40005, [](MainFrame* frame, CutWindow* cut) { frame->AddOrInsertFrame(cut, true); }},
+      {40007, [](MainFrame* frame, CutWindow* cut) { frame->StepFrame(cut, &Cut::PreviousFrame); }},
+      {40008, [](MainFrame* frame, CutWindow* cut) { frame->StepFrame(cut, &Cut::NextFrame); }},
+      {40014, [](MainFrame* frame, CutWindow* cut) { frame->AddOrInsertLayer(cut, false); }},
+      {40015, [](MainFrame* frame, CutWindow* cut) { frame->DeleteLayer(cut); }},
+      {40016, [](MainFrame* frame, CutWindow* cut) { frame->MoveLayer(cut, true); }},
+      {40017, [](MainFrame* frame, CutWindow* cut) { frame->MoveLayer(cut, false); }},
+      {40022, [](MainFrame* frame, CutWindow*) { frame->EditLayerProperties(); }},
+      {40066, [](MainFrame* frame, CutWindow* cut) { frame->SaveLayer(cut); }},
+      {40068, [](MainFrame* frame, CutWindow* cut) { frame->OverwriteLayer(cut); }},
+      {40069, [](MainFrame* frame, CutWindow* cut) { frame->SpreadLayerPosition(cut); }},
+      {40076, [](MainFrame* frame, CutWindow* cut) { frame->ExportBitmap(cut); }},
+      {40077, [](MainFrame* frame, CutWindow* cut) { frame->EditCutProperties(cut); }},
+      {40080, [](MainFrame* frame, CutWindow* cut) { frame->AddOrInsertLayer(cut, true); }},
+      {40093, [](MainFrame* frame, CutWindow* cut) { frame->SpreadBrightness(cut); }},
+      {40094, [](MainFrame* frame, CutWindow* cut) { frame->AddFrames(cut); }},
+      {40101, [](MainFrame* frame, CutWindow* cut) { frame->SpreadFramePosition(cut); }},
+      {40104, [](MainFrame* frame, CutWindow* cut) { frame->StepToKeyFrame(cut, &Cut::NextKeyFrame); }},
+      {40105, [](MainFrame* frame, CutWindow* cut) { frame->StepToKeyFrame(cut, &Cut::PreviousKeyFrame); }},
+      {40106, [](MainFrame* frame, CutWindow* cut) { frame->MakeAllKeyFrames(cut); }},
+      {40112, [](MainFrame* frame, CutWindow* cut) { frame->EditFrameSize(cut); }},
+      {40126, [](MainFrame* frame, CutWindow* cut) { frame->DrawRandomDots(cut); }},
+      {40127, [](MainFrame* frame, CutWindow* cut) { frame->DrawGridLines(cut); }},
+      {40133, [](MainFrame* frame, CutWindow* cut) { frame->DeleteFrames(cut); }},
+  };
+  for (const Command& command : commands) {
+    if (command.id != id) continue;
+    if (CutWindow* cut = ActiveCut()) command.run(this, cut);
+    return true;
+  }
+  return RunToolOption(id);
+}
+
+// What all tools draw with belongs to no cut.
+bool MainFrame::RunToolOption(int32_t id) {
+  switch (id) {
+    case 40040:
+      EditGrid();
+      return true;
+    case 40046:
+      EditMask();
+      return true;
+    case 40072:
+      EditFont();
+      return true;
+    case 40074:
+      TogglePenShape();
+      return true;
+    case 40137:
+      ChooseTransparentColor();
+      return true;
+    default:
+      return false;
+  }
+}
+
+// The cut.
+
+void MainFrame::EditCutProperties(CutWindow* cut) {
+  CutDialog dialog(statusBar, cut->width, cut->height, cut->fps, cut->credit, cut->Antialias());
+  if (!dialog.Run(frameWindow)) return;
+  if (dialog.width != cut->width || dialog.height != cut->height) {
+    cut->width = dialog.width;
+    cut->height = dialog.height;
+    cut->FitView();
+  }
+  cut->fps = dialog.fps;
+  cut->SetAntialias(dialog.antialias);
+  AssignString(&cut->credit, dialog.credit);
+  platform::InvalidateClient(cut->window, true);
+  cut->MarkImages();
+  cut->RepaintAll();
+}
+
+void MainFrame::EditFrameSize(CutWindow* cut) {
+  FrameSizeDialog dialog(statusBar, cut->frameWidth, cut->frameHeight);
+  if (!dialog.Run(frameWindow)) return;
+  cut->frameWidth = dialog.width;
+  cut->frameHeight = dialog.height;
+  cut->MarkTiming();
+}
+
+// Frames.
+
+void MainFrame::AddFrameBody(CutWindow* cut) {
+  Frame* added = cut->AddFrame();
+  Frame* before = cut->frames.At(cut->currentFrame - 1);
+  if (before == nullptr) return;
+  added->CopyFrom(before);
+  // The new frame's time comes out of the stretch of the key frame.
+  if (before->IsKey() && before->time >= 2) added->time = before->time / 2;
+}
+
+void MainFrame::AddOrInsertFrame(CutWindow* cut, bool insert) {
+  CommitPanels(cut);
+  if (!insert) {
+    AddFrameBody(cut);
+  } else {
+    if (!cut->InsertFrame()) return;
+    cut->CurrentFrame()->CopyFrom(cut->frames.At(cut->currentFrame + 1));
+  }
+  RefreshPanels(cut);
+}
+
+void MainFrame::StepFrame(CutWindow* cut, bool (Cut::*step)()) {
+  CommitPanels(cut);
+  (cut->*step)();
+  cut->RepaintAll();
+  RefreshPanels(cut);
+}
+
+void MainFrame::StepToKeyFrame(CutWindow* cut, bool (Cut::*step)()) {
+  CommitPanels(cut);
+  if (!(cut->*step)()) return;
+  cut->RepaintAll();
+  RefreshPanels(cut);
+}
+
+void MainFrame::AddFrames(CutWindow* cut) {
+  CommitPanels(cut);
+  FrameCountDialog dialog(statusBar, 1);
+  if (!dialog.Run(frameWindow)) return;
+  for (int32_t i = 0; i < dialog.count; ++i) AddFrameBody(cut);
+  RefreshPanels(cut);
+}
+
+void MainFrame::DeleteFrames(CutWindow* cut) {
+  CommitPanels(cut);
+  FrameCountDialog dialog(statusBar, 1);
+  if (!dialog.Run(frameWindow)) return;
+  // The last frame stays, however many were asked for.
+  for (int32_t i = 0; i < dialog.count && cut->DeleteFrame(); ++i) {
+  }
+  RefreshPanels(cut);
+}
+
+void MainFrame::SpreadBrightness(CutWindow* cut) {
+  CommitPanels(cut);
+  BrightnessRampDialog dialog(statusBar, cut->frames.Count());
+  if (dialog.Run(frameWindow)) cut->BrightnessRamp(dialog.frame - 1);
+}
+
+void MainFrame::SpreadFramePosition(CutWindow* cut) {
+  FrameRampDialog dialog(statusBar, cut->frames.Count());
+  if (!dialog.Run(frameWindow)) return;
+  CommitPanels(cut);
+  cut->FramePositionRamp(dialog.frame - 1);
+}
+
+void MainFrame::MakeAllKeyFrames(CutWindow* cut) {
+  cut->MakeAllKeyFrames();
+  RefreshPanels(cut);
+}
+
+void MainFrame::ExportBitmap(CutWindow* cut) {
+  ChosenPath chosen;
+  if (!chosen.AskToSave(frameWindow, kBitmapFiles)) return;
+  CommandFile file(chosen.path, "wb");
+  if (file.IsOpen()) cut->ExportFrameBitmap(&file.stream, &animationWindow.bitmap, &cut->view);
+}
+
+// Layers.
+
+void MainFrame::AddOrInsertLayer(CutWindow* cut, bool insert) {
+  const bool isSelected = cut->HasSelection();
+  Rect area = {0, 0, cut->width, cut->height};
+  if (isSelected) area = cut->SelectionInCut();
+  LayerDialog dialog(statusBar, "", area.width, area.height, 0);
+  if (!dialog.Run(frameWindow)) return;
+  // A new layer never follows the frame, whatever the dialog says.
+  Layer* layer = cut->AddLayer(dialog.name, dialog.width, dialog.height, &cut->prototype);
+  cut->layers.SeekFirst();
+  const int32_t index = cut->layers.Find(layer);
+  // Over the selection, or in the middle of the canvas.
+  const int32_t x = isSelected ? area.x : (cut->width - layer->width) / 2;
+  const int32_t y = isSelected ? area.y : (cut->height - layer->height) / 2;
+  const bool isAttached = insert ? cut->AttachLayerBefore(index, x, y) : cut->AttachLayer(index, x, y);
+  if (isAttached) cut->RepaintAll();
+  RefreshPanels(cut);
+}
+
+void MainFrame::DeleteLayer(CutWindow* cut) {
+  Frame* frame = cut->CurrentFrame();
+  Layer* layer = frame != nullptr ? frame->LayerAt(frame->currentRecord) : nullptr;
+  cut->layers.SeekFirst();
+  if (layer == nullptr || !cut->DeleteLayer(cut->layers.Find(layer))) return;
+  cut->RepaintAll();
+  FillLayerList(cut);
+}
+
+void MainFrame::MoveLayer(CutWindow* cut, bool up) {
+  if (!(up ? cut->LayerUp() : cut->LayerDown())) return;
+  cut->RepaintAll();
+  Frame* frame = cut->CurrentFrame();
+  char text[kLayerLineSize];
+  FormatLayerLine(text, sizeof(text), frame, frame->currentRecord);
+  const QuietList quiet(layerList);
+  const int32_t line = platform::SelectedListLine(layerList);
+  const int32_t target = up ? line + 1 : line - 1;
+  platform::DeleteListLine(layerList, line);
+  platform::InsertListLine(layerList, target, text);
+  platform::SelectListLine(layerList, target);
+}
+
+void MainFrame::EditLayerProperties() {
+  CutWindow* cut = ActiveCut();
+  Frame* frame = cut != nullptr ? cut->CurrentFrame() : nullptr;
+  Layer* layer = frame != nullptr ? frame->LayerAt(frame->currentRecord) : nullptr;
+  if (layer == nullptr) return;
+  LayerDialog dialog(statusBar, layer->ShownName(), layer->width, layer->height, layer->followFrame);
+  if (!dialog.Run(frameWindow)) return;
+  if (std::strcmp(dialog.name, layer->ShownName()) != 0) {
+    layer->SetName(dialog.name);
+    RewriteLayerLines(frame, layer);
+  }
+  if (dialog.width != layer->width || dialog.height != layer->height) {
+    layer->Resize(dialog.width, dialog.height, 0);
+    cut->EnsureUndoBuffer(layer);
+    // The undo copy has the former size.
+    cut->ForgetUndoOf(layer);
+  }
+  layer->followFrame = dialog.followFrame;
+  cut->MarkImages();
+  cut->RepaintAll();
+}
+
+void MainFrame::RewriteLayerLines(Frame* frame, const Layer* layer) {
+  const QuietList quiet(layerList);
+  for (int32_t i = 0; i < frame->records.Count(); ++i) {
+    if (frame->LayerAt(i) != layer) continue;
+    char text[kLayerLineSize];
+    FormatLayerLine(text, sizeof(text), frame, i);
+    platform::DeleteListLine(layerList, i);
+    platform::InsertListLine(layerList, i, text);
+  }
+  platform::SelectListLine(layerList, frame->currentRecord);
+}
+
+void MainFrame::SelectLayerLine() {
+  CutWindow* cut = ActiveCut();
+  Frame* frame = cut != nullptr ? cut->CurrentFrame() : nullptr;
+  if (frame == nullptr || !frame->SelectRecord(platform::SelectedListLine(layerList))) return;
+  cut->RepaintAll();
+  if ((cut->viewFlags & kCurrentCellOnly) != 0) cut->stateFlags |= kImagesStale;
+}
+
+void MainFrame::SaveLayer(CutWindow* cut) {
+  ChosenPath chosen;
+  if (!chosen.AskToSave(frameWindow, kLayerFiles)) return;
+  CommandFile file(chosen.path, "wb");
+  if (!file.IsOpen()) return;
+  const WaitCursor wait;
+  cut->SaveLayer(&file.stream);
+}
+
+void MainFrame::OverwriteLayer(CutWindow* cut) {
+  ChosenPath chosen;
+  if (!chosen.AskToOpen(frameWindow, kLayerFiles)) return;
+  CommandFile file(chosen.path, "rb");
+  if (file.IsOpen() && cut->LoadLayer(&file.stream)) cut->RepaintAll();
+}
+
+void MainFrame::SpreadLayerPosition(CutWindow* cut) {
+  LayerRampDialog dialog(statusBar, cut->frames.Count());
+  if (dialog.Run(frameWindow)) cut->LayerPositionRamp(dialog.frame - 1);
+}
+
+// Options of the tools.
+
+void MainFrame::EditGrid() {
+  GridDialog dialog(statusBar, gridWidth, gridHeight);
+  if (!dialog.Run(frameWindow)) return;
+  gridWidth = dialog.width;
+  gridHeight = dialog.height;
+}
+
+void MainFrame::EditMask() {
+  MaskDialog dialog(statusBar, maskFlags);
+  if (dialog.Run(frameWindow)) maskFlags = dialog.mask;
+}
+
+void MainFrame::EditFont() {
+  FontDialog dialog(statusBar, textToolFont.faceName, textToolFont.size, textToolFont.spacing, textToolFont.weight);
+  if (dialog.Run(frameWindow)) SetTextToolFont(dialog.faceName, dialog.size, dialog.lineSpacing, dialog.weight);
+}
+
+// One command both chooses the colour and, while it is on, switches it off.
+void MainFrame::ChooseTransparentColor() {
+  if (clipTransparent) {
+    clipTransparent = false;
+    WriteSettingNumber(settings::kPasteTransparent, 0);
+    return;
+  }
+  uint32_t custom[16] = {};
+  uint32_t color = clipTransparentColor;
+  if (!platform::AskColor(frameWindow, custom, &color)) return;
+  clipTransparentColor = color;
+  clipTransparent = true;
+  char text[16];
+  std::snprintf(text, sizeof(text), "#%02X%02X%02X", color & 0xFF, color >> 8 & 0xFF, color >> 16 & 0xFF);
+  WriteSettingText(settings::kPasteTransparentColor, text);
+  WriteSettingNumber(settings::kPasteTransparent, 1);
+}
+
+// Drawing on the current cell, in the selection or all over.
+
+void MainFrame::DrawRandomDots(CutWindow* cut) {
+  Rect area;
+  if (!cut->ToolArea(&area)) return;
+  RandomDotsDialog dialog(statusBar, kFirstDotGap);
+  if (!dialog.Run(frameWindow)) return;
+  DrawOnCell(cut, area, [&](CellImage* cell) {
+    return dialog.gap > 0 &&
+           cell->RandomDots(area.x, area.y, area.width, area.height, dialog.gap, currentPen, maskFlags);
+  });
+}
+
+// The grid that points snap to stays as it is.
+void MainFrame::DrawGridLines(CutWindow* cut) {
+  Rect area;
+  if (!cut->ToolArea(&area)) return;
+  GridDialog dialog(statusBar, gridWidth, gridHeight);
+  if (!dialog.Run(frameWindow)) return;
+  DrawOnCell(cut, area, [&](CellImage* cell) {
+    return cell->DrawGrid(area.x, area.y, area.width, area.height, dialog.width, dialog.height, currentPen, maskFlags);
+  });
+}
+
+}  // namespace sorvel

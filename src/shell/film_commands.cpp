@@ -1,0 +1,337 @@
+#include <cstdio>
+#include <cstring>
+#include <vector>
+
+#include "animation/film_container.h"
+#include "dialogs/dialogs.h"
+#include "foundation/paths.h"
+#include "foundation/settings.h"
+#include "shell/command_support.h"
+#include "shell/main_frame.h"
+
+namespace sorvel {
+
+namespace {
+
+constexpr char kFrameTitle[] = "Sorvel Developer";
+
+// The file's name without directory and extension; empty if it is too long for a list or a title.
+struct BareName {
+  explicit BareName(const char* path) {
+    if (!FileNameOf(text, sizeof(text), path, false)) text[0] = '\0';
+  }
+  char text[kDialogPathSize];
+};
+
+std::vector<int32_t> SelectedLines(platform::WindowHandle list) {
+  std::vector<int32_t> lines;
+  for (int32_t i = 0; i < platform::ListCount(list); ++i) {
+    if (platform::IsListLineSelected(list, i)) lines.push_back(i);
+  }
+  return lines;
+}
+
+void CopyFile(const char* from, const char* to) {
+  CommandFile source(from, "rb");
+  CommandFile target(to, "wb");
+  if (source.IsOpen() && target.IsOpen()) CopyStream(source.stream, target.stream, -1);
+}
+
+}  // namespace
+
+bool MainFrame::RunFilmCommand(int32_t id) {
+  switch (id) {
+    case 40047:
+    case 40048:
+      AddOrInsertActiveCut(id == 40048);
+      return true;
+    case 40049:
+      RemoveActiveCut();
+      return true;
+    case 40051:
+      NewFilm();
+      return true;
+    case 40053:
+      OpenFilm();
+      return true;
+    case 40054:
+      SaveFilmAs();
+      return true;
+    case 40057:
+      PlaySelectedCuts();
+      return true;
+    case 40082:
+      EditFilmProperties();
+      return true;
+    case 40083:
+      ExportFilm();
+      return true;
+    case 40115:
+    case 40116:
+      NewNumberedCut(id == 40116);
+      return true;
+    case 40117:
+      DeleteCuts();
+      return true;
+    case 40118:
+      RenameListedCut();
+      return true;
+    case 40119:
+      OverwriteFilm();
+      return true;
+    case 40134:
+      ExtractCuts();
+      return true;
+    default:
+      return false;
+  }
+}
+
+// The film and its file.
+
+void MainFrame::SetFrameTitle(const char* filmPath) {
+  char title[sizeof(kFrameTitle) + kDialogPathSize + 3];
+  if (filmPath != nullptr) {
+    std::snprintf(title, sizeof(title), "%s - %s", kFrameTitle, BareName(filmPath).text);
+  } else {
+    std::snprintf(title, sizeof(title), "%s", kFrameTitle);
+  }
+  platform::SetText(frameWindow, title);
+}
+
+void MainFrame::InsertCutLine(int32_t index, const char* path) {
+  platform::InsertListLine(cutList, index, BareName(path).text);
+}
+
+void MainFrame::NewFilm() {
+  AskSaveFilm();
+  char title[kSettingTextSize];
+  char author[kSettingTextSize];
+  ReadSettingText(settings::kNewFilmTitle, title, sizeof(title));
+  ReadSettingText(settings::kNewFilmAuthor, author, sizeof(author));
+  FilmDialog dialog(statusBar, ReadSettingNumber(settings::kNewFilmWidth), ReadSettingNumber(settings::kNewFilmHeight),
+                    title, author);
+  if (!dialog.Run(frameWindow)) return;
+  // Cut windows stay open, in no film any more.
+  film->Reset();
+  film->width = dialog.width;
+  film->height = dialog.height;
+  AssignString(&film->title, dialog.title);
+  AssignString(&film->author, dialog.author);
+  platform::ClearList(cutList);
+  WriteSettingNumber(settings::kNewFilmWidth, dialog.width);
+  WriteSettingNumber(settings::kNewFilmHeight, dialog.height);
+  WriteSettingText(settings::kNewFilmTitle, dialog.title);
+  WriteSettingText(settings::kNewFilmAuthor, dialog.author);
+  SetFrameTitle(nullptr);
+}
+
+void MainFrame::OpenFilm() {
+  AskSaveFilm();
+  ChosenPath chosen;
+  if (chosen.AskToOpen(frameWindow, kFilmFiles)) OpenFilmFile(chosen.path);
+}
+
+bool MainFrame::OpenFilmFile(const char* path) {
+  // A failure leaves an empty film, while the list stays as it was: every command on a line meets entries that may not
+  // be there.
+  if (!film->Load(path, platform::kPathSeparator)) return false;
+  SetFrameTitle(film->path);
+  const QuietList quiet(cutList);
+  platform::ClearList(cutList);
+  for (int32_t i = 0; i < film->cuts.Count(); ++i) InsertCutLine(-1, film->CutName(i));
+  platform::SetListLineSelected(cutList, 0, true);
+  platform::SetListCaret(cutList, 0);
+  return true;
+}
+
+void MainFrame::SaveFilmAs() {
+  ChosenPath chosen;
+  if (!chosen.AskToSave(frameWindow, kFilmFiles)) return;
+  film->SaveTo(chosen.path, platform::kPathSeparator);
+  SetFrameTitle(chosen.path);
+}
+
+void MainFrame::OverwriteFilm() {
+  if (film->path[0] == '\0') {
+    SaveFilmAs();
+  } else {
+    film->Save(platform::kPathSeparator);
+  }
+}
+
+void MainFrame::EditFilmProperties() {
+  FilmDialog dialog(statusBar, film->width, film->height, film->title, film->author);
+  if (!dialog.Run(frameWindow)) return;
+  film->width = dialog.width;
+  film->height = dialog.height;
+  AssignString(&film->title, dialog.title);
+  AssignString(&film->author, dialog.author);
+  film->modified = 1;
+}
+
+// Cuts of the film. Line i of the list stands for entry i.
+
+void MainFrame::AddOrInsertActiveCut(bool insert) {
+  CutWindow* cut = ActiveCut();
+  if (cut == nullptr || (cut->path[0] == '\0' && !SaveCutAs(cut))) return;
+  const int32_t caret = platform::ListCaret(cutList);
+  if (!(insert ? film->InsertCut(cut, caret) : film->AddCut(cut, caret))) return;
+  const int32_t line = insert ? caret : caret + 1;
+  InsertCutLine(platform::ListCount(cutList) == 0 ? -1 : line, cut->path);
+  platform::SetListCaret(cutList, line);
+  if (!insert) SelectCutLine(cut);
+}
+
+void MainFrame::RemoveActiveCut() {
+  const int32_t index = film->FindCut(ActiveCut());
+  if (film->RemoveCut(index)) platform::DeleteListLine(cutList, index);
+}
+
+void MainFrame::OpenListedCut() {
+  const int32_t index = platform::ListCaret(cutList);
+  if (Cut* open = film->cuts.At(index).cut) {
+    platform::ActivateMdiChild(mdiClient, static_cast<CutWindow*>(open)->window);
+  } else {
+    OpenCutFile(film->CutName(index));
+  }
+}
+
+void MainFrame::NewNumberedCut(bool insert) {
+  if (film->cuts.Count() == 0) {
+    NewCut();
+    AddOrInsertActiveCut(false);
+    return;
+  }
+  const char* name = film->CutName(platform::ListCaret(cutList));
+  char path[kPathCapacity];
+  if (name[0] == '\0' || std::strlen(name) >= sizeof(path)) return;
+  std::strcpy(path, name);
+  // Behind number 999 the path stays, and the new cut takes the place of the one at the caret.
+  NextNumberedName(path);
+  CutDialog dialog(statusBar);
+  if (!dialog.Run(frameWindow)) return;
+  CutWindow* cut = MakeNewCut(dialog, path);
+  if (cut == nullptr) return;
+  cut->SaveToPath();
+  AddOrInsertLayer(cut, false);
+  AddOrInsertActiveCut(insert);
+}
+
+void MainFrame::DeleteCuts() {
+  if (film->cuts.Count() == 0) return;
+  char question[kTextBufferSize];
+  platform::ReadResourceText(kDeleteQuestion, question, sizeof(question));
+  // No keeps the files; the lines go with either answer.
+  const bool deletesFiles = platform::AskYesNo(frameWindow, question, kBoxTitle, platform::BoxIcon::kQuestion);
+  const std::vector<int32_t> lines = SelectedLines(cutList);
+  for (size_t i = lines.size(); i-- > 0;) {
+    if (deletesFiles) DeleteCutFiles(lines[i]);
+    film->RemoveCut(lines[i]);
+  }
+  // The line behind each deleted one comes out selected.
+  const QuietList quiet(layerList);
+  for (size_t i = lines.size(); i-- > 0;) {
+    platform::DeleteListLine(cutList, lines[i]);
+    platform::SetListCaret(cutList, lines[i]);
+    platform::SetListLineSelected(cutList, lines[i], true);
+  }
+}
+
+void MainFrame::DeleteCutFiles(int32_t index) {
+  const char* path = film->CutName(index);
+  if (path[0] == '\0') return;
+  platform::DeletePath(path);
+  char cachePath[kPathCapacity];
+  if (ChangeExtension(cachePath, path, "ca")) platform::DeletePath(cachePath);
+  CutWindow* open = static_cast<CutWindow*>(film->cuts.At(index).cut);
+  if (open == nullptr) return;
+  open->stateFlags &= ~static_cast<uint32_t>(kModified | kTimingStale);
+  open->stateFlags |= kImagesStale;
+  platform::DestroyMdiChild(mdiClient, open->window);
+}
+
+void MainFrame::RenameListedCut() {
+  if (film->cuts.Count() == 0) return;
+  const int32_t index = platform::ListCaret(cutList);
+  char path[kPathCapacity];
+  char newPath[kPathCapacity];
+  std::snprintf(path, sizeof(path), "%s", film->CutName(index));
+  if (path[0] == '\0') return;
+  RenameDialog dialog(statusBar, BareName(path).text);
+  char oldName[kDialogTextSize];
+  std::strcpy(oldName, dialog.name);
+  if (!dialog.Run(frameWindow) || std::strcmp(dialog.name, oldName) == 0) return;
+  std::strcpy(newPath, path);
+  if (!ReplaceName(newPath, dialog.name, nullptr)) return;
+
+  RenameCutLines(path, dialog.name);
+  platform::SetListCaret(cutList, index);
+  if (CutWindow* open = static_cast<CutWindow*>(film->cuts.At(index).cut)) {
+    AssignString(&open->path, newPath);
+    open->UpdateTitle();
+  }
+  platform::RenamePath(path, newPath);
+  film->RenameCut(index, newPath);
+}
+
+void MainFrame::RenameCutLines(const char* path, const char* name) {
+  const QuietList quiet(cutList);
+  for (int32_t i = 0; i < film->cuts.Count(); ++i) {
+    if (std::strcmp(film->CutName(i), path) != 0) continue;
+    platform::DeleteListLine(cutList, i);
+    platform::InsertListLine(cutList, i, name);
+  }
+}
+
+// A line holds the bare name, whatever the file was called: the new film has its cuts beside itself. A target that is
+// its own source ends up empty.
+void MainFrame::ExtractCuts() {
+  ChosenPath chosen;
+  if (!chosen.AskToSave(frameWindow, kFilmFiles)) return;
+  CommandFile file(chosen.path, "w");
+  if (!file.IsOpen()) return;
+  film->WriteHead(file.stream.file);
+  for (const int32_t line : SelectedLines(cutList)) {
+    const char* path = film->CutName(line);
+    if (path[0] == '\0') continue;
+    const BareName name(path);
+    std::fprintf(file.stream.file, "%s.cut\n", name.text);
+    char target[kPathCapacity];
+    std::strcpy(target, chosen.path);
+    if (ReplaceName(target, name.text, "cut")) CopyFile(path, target);
+  }
+}
+
+// Playback.
+
+void MainFrame::ExportFilm() {
+  if (film->cuts.Count() == 0) return;
+  ChosenPath chosen;
+  if (!chosen.AskToSave(frameWindow, kContainerFiles)) return;
+  WaitCursor wait;
+  CommandFile file(chosen.path, "wb");
+  std::vector<int32_t> order;
+  for (int32_t i = 0; i < film->cuts.Count(); ++i) order.push_back(i);
+  const bool isWritten = file.IsOpen() && WriteFilmContainer(film, order.data(), film->cuts.Count(), &file.stream,
+                                                             &animationWindow.bitmap, nullptr);
+  if (!isWritten) wait.Leave();
+  if (!isWritten && file.IsOpen()) platform::PlayAlert();
+}
+
+void MainFrame::PlaySelectedCuts() {
+  const std::vector<int32_t> lines = SelectedLines(cutList);
+  if (lines.empty()) return;
+  CommandFile file(platform::OpenTemporaryFile());
+  if (!file.IsOpen()) return;
+  StopAnimation();
+  if (!WriteFilmContainer(film, lines.data(), static_cast<int32_t>(lines.size()), &file.stream, &animationWindow.bitmap,
+                          nullptr)) {
+    platform::PlayAlert();
+    return;
+  }
+  BufferStream memory;
+  if (ReadWholeStream(file.stream, &memory)) PlayBuffer(memory.buffer, memory.size);
+}
+
+}  // namespace sorvel

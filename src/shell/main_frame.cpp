@@ -1,0 +1,263 @@
+#include "shell/main_frame.h"
+
+#include <cstdlib>
+#include <cstring>
+
+#include "dialogs/dialogs.h"
+#include "foundation/paths.h"
+#include "platform/files.h"
+#include "shell/tool_bar.h"
+
+namespace sorvel {
+
+namespace {
+
+constexpr int32_t kWindowMenu = 7;  // index of the popup that lists the cut windows
+constexpr int32_t kFirstChildId = 58000;
+constexpr int32_t kPopupMenu = 122;
+constexpr char kHelperClass[] = "SORVELIN";
+constexpr char kAnimationClass[] = "SorvelWnd";
+
+}  // namespace
+
+MainFrame* gMainFrame = nullptr;
+
+MainFrame::MainFrame() {
+  film = new Film;
+}
+
+MainFrame::~MainFrame() {
+  animationWindow.StopTimer();
+  std::free(streamBuffer.buffer);
+  delete film;
+}
+
+intptr_t MainFrame::WindowProc(uint32_t message, uintptr_t first, intptr_t second) {
+  const uintptr_t halves = static_cast<uintptr_t>(second);
+  switch (message) {
+    case platform::kMessageCreate:
+      OnCreate();
+      return 0;
+    case platform::kMessageDestroy:
+      platform::DeleteMenu(toolPopupMenu);
+      toolPopupMenu = nullptr;
+      platform::QuitLoop(0);
+      break;
+    case platform::kMessageSize:
+      platform::Send(statusBar, message, first, second);
+      platform::Send(toolBar, message, first, second);
+      LayoutPanels(static_cast<int32_t>(platform::LowHalf(halves)), static_cast<int32_t>(platform::HighHalf(halves)));
+      return 0;
+    case platform::kMessageActivate:
+      OnActivate(first);
+      return 0;
+    case platform::kMessagePaint:
+      PaintSplitter();
+      return 0;
+    case platform::kMessageClose:
+      CloseAllCuts();
+      break;
+    case platform::kMessageToolTip:
+      OnToolTip(static_cast<platform::ToolTipMoment>(first), reinterpret_cast<platform::ToolTip*>(second));
+      return 0;
+    case platform::kMessageCommand:
+      if (OnCommand(static_cast<int32_t>(platform::HighHalf(first)), static_cast<int32_t>(platform::LowHalf(first)),
+                    reinterpret_cast<platform::WindowHandle>(second)) == 0) {
+        return 0;
+      }
+      break;
+    case platform::kMessageInitMenu:
+      OnInitMenu();
+      break;
+    case platform::kMessageInitMenuPopup:
+      OnInitMenuPopup(platform::MenuOf(first));
+      break;
+    case platform::kMessageMenuSelect:
+      ShowMenuHelp(static_cast<int32_t>(platform::LowHalf(first)));
+      break;
+    case platform::kMessageMouseMove:
+    case platform::kMessageLeftDown:
+    case platform::kMessageLeftUp:
+      OnSplitter(message, second);
+      break;
+    case platform::kMessageDropFiles:
+      OnDropFiles(first);
+      return 0;
+    default:
+      break;
+  }
+  return platform::DefaultHandling(window, message, first, second);
+}
+
+void MainFrame::OnCreate() {
+  frameWindow = window;
+  mdiClient = platform::MakeMdiClient(window, kMdiClientId, kWindowMenu, kFirstChildId);
+  frameTimeEdit = platform::MakeEdit(window, kFrameTimeEdit, false);
+  loopEdit = platform::MakeEdit(window, kLoopEdit, false);
+  commentEdit = platform::MakeEdit(window, kCommentEdit, true);
+  brightnessEdit = platform::MakeEdit(window, kBrightnessEdit, false);
+  layerList = platform::MakeListBox(window, kLayerList, false);
+  cutList = platform::MakeListBox(window, kCutList, true);
+  statusBar = platform::MakeStatusBar(window, kStatusBar);
+  toolBar = platform::MakeToolBar(window, kToolBar, kToolBarBitmap, kToolBarImages, kToolButtons, kToolButtonCount);
+  keyFrameCheck = platform::MakeCheckBox(window, kKeyFrameCheck);
+  toolPopupMenu = platform::MakeMenu(kPopupMenu);
+  MarkTool(currentTool, true);
+  platform::MakePopupWindow(kHelperClass, window, PenPicker::kWindowWidth, PenPicker::kWindowHeight, &penPicker);
+  platform::MakeCaptionWindow(kAnimationClass, "", window, &animationWindow);
+  shellFlags = kStatusBarVisible | kToolBarVisible | kPanelsWanted | kPanelsShown;
+}
+
+CutWindow* MainFrame::ActiveCut() {
+  const platform::WindowHandle child = platform::ActiveMdiChild(mdiClient);
+  return child != nullptr ? static_cast<CutWindow*>(platform::ObjectOf(child)) : nullptr;
+}
+
+// On a display of 256 colours the program's palette takes effect when it comes to the front. One pulse is enough: the
+// activation of the cut window sends the other.
+void MainFrame::OnActivate(uintptr_t first) {
+  platform::DeviceContext* context = platform::BeginDrawing(window);
+  const bool isActivated = platform::LowHalf(first) != 0 && platform::HighHalf(first) == 0;
+  if (isActivated && platform::HasPalette(context)) {
+    platform::SelectDrawingPalette(context, gPalette, true);
+    platform::RealizeDrawingPalette(context);
+  }
+  platform::EndDrawing(window, context);
+  if (CutWindow* cut = ActiveCut()) cut->Pulse();
+}
+
+void MainFrame::OnDropFiles(uintptr_t drop) {
+  char path[kDropPathSize];
+  if (platform::TakeDroppedFile(drop, path, sizeof(path))) OpenByExtension(path);
+  platform::ActivateWindow(window);
+}
+
+// Bars and menus.
+
+void MainFrame::SetStatusText(const char* text) {
+  platform::SetText(statusBar, text != nullptr ? text : "");
+}
+
+void MainFrame::ShowHelp(int32_t id) {
+  char text[kTextBufferSize];
+  if (platform::ReadResourceText(id, text, sizeof(text)) > 0) SetStatusText(text);
+}
+
+// The help of a command is the second line of its text, or the whole of a text of one line.
+void MainFrame::ShowMenuHelp(int32_t id) {
+  char text[kTextBufferSize];
+  platform::ReadResourceText(id, text, sizeof(text));
+  char* help = text;
+  if (char* feed = std::strchr(text, '\n')) {
+    help = feed + 1;
+    if (char* end = std::strchr(help, '\n')) *end = '\0';
+  }
+  SetStatusText(help);
+}
+
+// Without the status bar the tool bar shows no tips either.
+void MainFrame::OnToolTip(platform::ToolTipMoment moment, platform::ToolTip* tip) {
+  switch (moment) {
+    case platform::ToolTipMoment::kNeedText: {
+      if ((shellFlags & kStatusBarVisible) == 0) break;
+      char text[kTextBufferSize];
+      platform::ReadResourceText(tip->id, text, sizeof(text));
+      if (char* feed = std::strchr(text, '\n')) *feed = '\0';
+      const size_t length = std::strlen(text);
+      if (length < sizeof(tip->text)) std::memcpy(tip->text, text, length + 1);
+      break;
+    }
+    case platform::ToolTipMoment::kShow:
+      ShowMenuHelp(tip->id);
+      break;
+    case platform::ToolTipMoment::kPop:
+      SetStatusText(nullptr);
+      break;
+  }
+}
+
+// Closing.
+
+void MainFrame::CutGone(CutWindow* cut) {
+  film->CutClosed(cut);
+}
+
+void MainFrame::CloseEveryCut() {
+  while (CutWindow* cut = ActiveCut()) platform::Send(cut->window, platform::kMessageClose, 0, 0);
+}
+
+void MainFrame::CloseAllCuts() {
+  CloseEveryCut();
+  AskSaveFilm();
+}
+
+bool MainFrame::AskToSave(const char* path) {
+  char name[kTextBufferSize] = "untitled.cut";
+  if (path[0] != '\0') FileNameOf(name, sizeof(name), path, true);
+  char format[kTextBufferSize];
+  platform::ReadResourceText(kSaveQuestion, format, sizeof(format));
+  char question[2 * kTextBufferSize];
+  std::snprintf(question, sizeof(question), format, name);
+  return platform::AskYesNo(frameWindow, question, kBoxTitle, platform::BoxIcon::kNone);
+}
+
+// There is no way back from closing: without a file to save to, what was drawn is lost.
+void MainFrame::AskSaveCut(CutWindow* cut) {
+  film->CutClosed(cut);
+  if (!cut->Has(kModified)) return;
+  if ((shellFlags & kCloseWithoutAsking) == 0 && !AskToSave(cut->path)) return;
+  const platform::CursorShape old = platform::SetCursorShape(platform::CursorShape::kWait);
+  cut->PurgeUnusedLayers();
+  const bool isSaved = cut->SaveToPath();
+  platform::SetCursorShape(old);
+  if (!isSaved) SaveCutAs(cut);
+}
+
+void MainFrame::AskSaveFilm() {
+  if (film->modified == 0 || !AskToSave(film->path)) return;
+  const platform::CursorShape old = platform::SetCursorShape(platform::CursorShape::kWait);
+  const bool isSaved = film->Save(platform::kPathSeparator);
+  platform::SetCursorShape(old);
+  if (!isSaved) SaveFilmAs();
+}
+
+// What isn't saved yet is saved without a question for each.
+void MainFrame::CloseAllWithoutFilm() {
+  char question[kTextBufferSize];
+  platform::ReadResourceText(kCloseAllQuestion, question, sizeof(question));
+  if (platform::AskYesNo(frameWindow, question, kBoxTitle, platform::BoxIcon::kNone)) {
+    shellFlags |= kCloseWithoutAsking;
+  }
+  CloseEveryCut();
+  shellFlags &= ~static_cast<uint32_t>(kCloseWithoutAsking);
+}
+
+// The player.
+
+void MainFrame::StopAnimation() {
+  animationWindow.StopTimer();
+  platform::Hide(animationWindow.window);
+}
+
+int32_t MainFrame::PlayBuffer(uint8_t* buffer, int32_t size) {
+  std::free(streamBuffer.buffer);
+  streamBuffer.buffer = buffer;
+  streamBuffer.position = 0;
+  streamBuffer.size = size;
+  streamBuffer.capacity = size;
+  char title[32];
+  std::snprintf(title, sizeof(title), "%d byte", size);
+  platform::SetText(animationWindow.window, title);
+  animationWindow.Play(&streamBuffer);
+  return 1;
+}
+
+bool MainFrame::EditText(char** text) {
+  TextDialog dialog(statusBar);
+  AssignString(&dialog.text, *text);
+  if (!dialog.Run(frameWindow)) return false;
+  AssignString(text, dialog.text);
+  return true;
+}
+
+}  // namespace sorvel

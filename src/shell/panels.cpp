@@ -1,0 +1,222 @@
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+
+#include "shell/main_frame.h"
+
+namespace sorvel {
+
+namespace {
+
+constexpr int32_t kSplitterWidth = 2;
+// Room in a line of an edit beside its letters.
+constexpr int32_t kLineMargin = 4;
+
+// What is read of the edits, with the terminator; an edit shows more than is read.
+constexpr size_t kTimeSize = 5;
+constexpr size_t kBrightnessSize = 4;
+constexpr size_t kCommentSize = 256;
+constexpr size_t kLineSize = 512;
+
+constexpr int32_t kBrightest = 100;
+
+void SetNumber(platform::WindowHandle edit, int32_t value) {
+  char text[16];
+  std::snprintf(text, sizeof(text), "%d", value);
+  platform::SetText(edit, text);
+}
+
+// The number that the text begins with; 0 for an empty field or none.
+int32_t ReadNumber(platform::WindowHandle edit, size_t size) {
+  char text[kTimeSize];
+  int32_t value = 0;
+  platform::ReadText(edit, text, std::min(size, sizeof(text)));
+  return std::sscanf(text, "%d", &value) == 1 ? value : 0;
+}
+
+void SelectIfFocused(platform::WindowHandle edit) {
+  if (platform::FocusedWindow() == edit) platform::SelectAllText(edit);
+}
+
+}  // namespace
+
+void MainFrame::LayoutPanels(int32_t clientWidth, int32_t clientHeight) {
+  if ((shellFlags & kPanelsShown) == 0) {
+    platform::MoveWindow(mdiClient, 0, 0, clientWidth, clientHeight, true);
+    return;
+  }
+  const auto heightOf = [](platform::WindowHandle bar) { return platform::ScreenBounds(bar).Height(); };
+  int32_t h = clientHeight;
+  if ((shellFlags & kStatusBarVisible) != 0) h -= heightOf(statusBar);
+  int32_t top = 0;
+  if ((shellFlags & kToolBarVisible) != 0) {
+    top = heightOf(toolBar);
+    h -= top;
+  }
+  const int32_t line = platform::LineHeight(window) + kLineMargin;
+  const int32_t half = panelWidth / 2;
+  const int32_t left = panelWidth + kSplitterWidth;
+  const int32_t rest = clientWidth - panelWidth - kSplitterWidth;
+  const int32_t lists = h - 2 * line;
+  const int32_t listTop = top + 2 * line;
+  platform::MoveWindow(mdiClient, left, top, rest, h - line, true);
+  platform::MoveWindow(commentEdit, left, top + h - line, rest, line, true);
+  platform::MoveWindow(keyFrameCheck, 0, top, half, line, true);
+  platform::MoveWindow(frameTimeEdit, half, top, panelWidth - half, line, true);
+  platform::MoveWindow(brightnessEdit, 0, top + line, half, line, true);
+  platform::MoveWindow(loopEdit, half, top + line, panelWidth - half, line, true);
+  platform::MoveWindow(layerList, 0, listTop, panelWidth, lists / 2, true);
+  platform::MoveWindow(cutList, 0, listTop + lists / 2, panelWidth, lists - lists / 2, true);
+}
+
+void MainFrame::Relayout() {
+  const Bounds client = platform::ClientBounds(window);
+  LayoutPanels(client.right, client.bottom);
+}
+
+void MainFrame::TogglePanels() {
+  shellFlags ^= kPanelsShown;
+  const auto show = [this](platform::WindowHandle control, uint32_t wanted) {
+    const bool isShown = (shellFlags & wanted) != 0 && (shellFlags & kPanelsShown) != 0;
+    isShown ? platform::Show(control) : platform::Hide(control);
+  };
+  show(statusBar, kStatusBarVisible);
+  show(toolBar, kToolBarVisible);
+  for (const platform::WindowHandle control :
+       {commentEdit, keyFrameCheck, frameTimeEdit, brightnessEdit, loopEdit, layerList, cutList}) {
+    show(control, kPanelsWanted);
+  }
+  Relayout();
+}
+
+// With the panels hidden the bar comes up over the cut windows until the next layout.
+void MainFrame::ToggleBar(uint32_t flag, platform::WindowHandle bar) {
+  shellFlags ^= flag;
+  (shellFlags & flag) != 0 ? platform::Show(bar) : platform::Hide(bar);
+  Relayout();
+}
+
+// The splitter: a strip of the frame's own client area between the panels and the cut windows.
+
+Bounds MainFrame::SplitterStrip() {
+  const Bounds client = platform::ClientBounds(window);
+  Bounds strip = {panelWidth, 0, panelWidth + kSplitterWidth, client.bottom};
+  if ((shellFlags & kToolBarVisible) != 0) strip.top = platform::ScreenBounds(toolBar).Height();
+  if ((shellFlags & kStatusBarVisible) != 0) strip.bottom -= platform::ScreenBounds(statusBar).Height();
+  return strip;
+}
+
+void MainFrame::PaintSplitter() {
+  platform::DeviceContext* context = platform::BeginPainting(window, nullptr);
+  platform::FillFace(context, SplitterStrip());
+  platform::EndPainting(window, context);
+}
+
+void MainFrame::InvertSplitter() {
+  platform::DeviceContext* context = platform::BeginDrawing(window);
+  platform::InvertFrame(context, SplitterStrip());
+  platform::EndDrawing(window, context);
+}
+
+// The column has no limits: it can be dragged to nothing or past the window's edge.
+void MainFrame::OnSplitter(uint32_t message, intptr_t second) {
+  const Point place = platform::PointOf(second);
+  if (message == platform::kMessageLeftDown) {
+    platform::CaptureMouse(window);
+    dragLast = place;
+    InvertSplitter();
+    return;
+  }
+  if (platform::CapturingWindow() != window) return;
+  if (message == platform::kMessageLeftUp) platform::ReleaseMouse();
+  InvertSplitter();
+  panelWidth += place.x - dragLast.x;
+  if (message == platform::kMessageLeftUp) {
+    Relayout();
+    return;
+  }
+  InvertSplitter();
+  dragLast = place;
+}
+
+// The panels as a view of the current frame.
+
+void MainFrame::FormatLayerLine(char* text, size_t capacity, Frame* frame, int32_t record) {
+  Layer* layer = nullptr;
+  int32_t x = 0;
+  int32_t y = 0;
+  int32_t cell = 0;
+  frame->GetRecord(record, &layer, &x, &y, &cell);
+  // A blank record counts as cell -1.
+  std::snprintf(text, capacity, "%s (%d/%d)", layer->ShownName(), cell < 0 ? 0 : cell + 1, layer->cells.Count());
+}
+
+void MainFrame::FillLayerList(CutWindow* cut) {
+  platform::SetListRedraw(layerList, false);
+  platform::ClearList(layerList);
+  Frame* frame = cut->CurrentFrame();
+  for (int32_t i = 0; i < frame->records.Count(); ++i) {
+    char text[kLineSize];
+    FormatLayerLine(text, sizeof(text), frame, i);
+    platform::AddListLine(layerList, text);
+  }
+  platform::SelectListLine(layerList, frame->currentRecord);
+  platform::SetListRedraw(layerList, true);
+}
+
+void MainFrame::RefreshPanels(CutWindow* cut) {
+  Frame* frame = cut->CurrentFrame();
+  if (frame == nullptr) return;
+  FillLayerList(cut);
+  SetNumber(frameTimeEdit, cut->EffectiveTime(cut->currentFrame));
+  platform::SetEditReadOnly(frameTimeEdit, frame->IsKey());
+  SelectIfFocused(frameTimeEdit);
+  SetNumber(loopEdit, frame->loop);
+  SelectIfFocused(loopEdit);
+  SetNumber(brightnessEdit, frame->DecodedBrightness());
+  // The loop again, and not the brightness: its text isn't selected by a refresh.
+  SelectIfFocused(loopEdit);
+  int32_t timing = 1;
+  for (int32_t i = 0; i < cut->currentFrame; ++i) timing += std::abs(cut->EffectiveTime(i));
+  char counter[32];
+  std::snprintf(counter, sizeof(counter), "%d(%df)", cut->currentFrame + 1, timing);
+  platform::SetText(keyFrameCheck, counter);
+  platform::SetChecked(keyFrameCheck, frame->IsKey());
+  platform::SetText(commentEdit, frame->comment);
+}
+
+void MainFrame::RefreshLayerLine(CutWindow* cut) {
+  if (cut != ActiveCut()) return;
+  Frame* frame = cut->CurrentFrame();
+  const int32_t line = platform::SelectedListLine(layerList);
+  if (line < 0 || frame == nullptr || frame->LayerAt(frame->currentRecord) == nullptr) return;
+  char text[kLineSize];
+  FormatLayerLine(text, sizeof(text), frame, frame->currentRecord);
+  platform::SetListRedraw(layerList, false);
+  platform::DeleteListLine(layerList, line);
+  platform::InsertListLine(layerList, line, text);
+  platform::SelectListLine(layerList, line);
+  platform::SetListRedraw(layerList, true);
+}
+
+void MainFrame::CommitPanels(CutWindow* cut) {
+  Frame* frame = cut != nullptr ? cut->CurrentFrame() : nullptr;
+  if (frame == nullptr) return;
+  char comment[kCommentSize];
+  platform::ReadText(commentEdit, comment, sizeof(comment));
+  // The edit of a key frame shows its effective time, which isn't its own.
+  const int32_t time = frame->IsKey() ? frame->time : ReadNumber(frameTimeEdit, kTimeSize);
+  const int32_t loop = ReadNumber(loopEdit, kTimeSize);
+  const bool isKey = platform::IsChecked(keyFrameCheck);
+  const int32_t brightness = std::clamp(ReadNumber(brightnessEdit, kBrightnessSize), 0, kBrightest);
+  cut->SetFrameProperties(comment, time, loop, isKey, brightness);
+}
+
+void MainFrame::SelectCutLine(CutWindow* cut) {
+  const int32_t line = film->FindCut(cut);
+  if (line < 0 || platform::IsListLineSelected(cutList, line)) return;
+  platform::SetListLineSelected(cutList, -1, false);
+  platform::SetListLineSelected(cutList, line, true);
+}
+
+}  // namespace sorvel

@@ -1,0 +1,70 @@
+#include "tools/tool_functions.h"
+#include "tools/tool_state.h"
+
+namespace sorvel {
+
+namespace {
+
+struct BoxTool {
+  bool isActive = false;
+  Point start;  // in layer coordinates
+};
+BoxTool gBox;
+
+void DrawBoxTo(const ToolInput& input) {
+  CutWindow* const window = input.window;
+  window->SaveUndo();
+  HideOverlay(window);
+  const int32_t width = input.point.x - gBox.start.x;
+  const int32_t height = input.point.y - gBox.start.y;
+  // The outline grows this rectangle. The fill stores left, top, right and bottom in it, which undo and repaint take as
+  // x, y, width and height: more is repainted than was filled, and undo rectangles that others rely on stay as they
+  // are.
+  Rect area = {gBox.start.x, gBox.start.y, width, height};
+  if (input.isControlDown) {
+    input.cell->FillBox(gBox.start.x, gBox.start.y, width, height, currentPen, maskFlags, &area);
+  } else {
+    input.cell->DrawBox(gBox.start.x, gBox.start.y, width, height, &currentPen, maskFlags, &area);
+  }
+  window->undoRect = area;
+  RepaintLayerArea(window, area);
+  gBox.isActive = false;
+}
+
+}  // namespace
+
+void RunBox(uint32_t message, const ToolInput& input) {
+  switch (message) {
+    case platform::kMessageLeftDown:
+      HideOverlay(input.window);
+      gBox.start = input.point;
+      gBox.isActive = true;
+      break;
+    case platform::kMessageMouseMove:
+      if (gBox.isActive) StretchFrame(input, gBox.start);
+      break;
+    case platform::kMessageLeftUp:
+      if (gBox.isActive) DrawBoxTo(input);
+      break;
+    case platform::kMessageRightUp:
+      if (!gBox.isActive) OpenPenPicker(input.window, input.mouse);
+      break;
+    case platform::kMessageUser:
+      // The drag goes on. Only the frame leaves the screen, for what repaints it would make the next inversion of it
+      // show it again.
+      HideOverlay(input.window);
+      break;
+    default:
+      break;
+  }
+}
+
+void EndBoxTool() {
+  gBox.isActive = false;
+}
+
+void ResetBoxTool() {
+  gBox = BoxTool{};
+}
+
+}  // namespace sorvel

@@ -29,7 +29,7 @@ class Desk {
     const std::string settings = std::filesystem::temp_directory_path() / "sorvel-bench.ini";
     UseSettingsFile(settings.c_str());
     StartProgram(&frame, "", 0);
-    platform::headless::QueueDialog({107, {{1005, "960"}, {1006, "720"}}, true});
+    platform::headless::QueueDialog({107, {{1002, "960"}, {1001, "720"}}, true});
     platform::headless::QueueDialog({106, {}, true});
     frame.SendCommand(kCommandNewCut);
     for (int32_t i = 1; i < layers; ++i) {

@@ -1,5 +1,3 @@
-#include <zlib.h>
-
 #include <cstdio>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -8,6 +6,7 @@
 #include "animation/stream_inspector.h"
 #include "console/commands.h"
 #include "console/console_files.h"
+#include "console/state_writer.h"
 #include "platform/text.h"
 
 namespace sorvel::console {
@@ -15,14 +14,6 @@ namespace sorvel::console {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-std::string Checksum(const CellImage& image) {
-  uLong crc = crc32(0, nullptr, 0);
-  if (image.ByteCount() > 0) crc = crc32(crc, image.bits, static_cast<uInt>(image.ByteCount()));
-  char text[9];
-  std::snprintf(text, sizeof(text), "%08lx", crc);
-  return text;
-}
 
 // Writes JSON as it goes along, since a file may hold a million records. Lists have an item a line.
 class JsonWriter {
@@ -78,7 +69,7 @@ void WriteLayer(JsonWriter& out, Layer* layer) {
               {"height", layer->height},
               {"followFrame", layer->followFrame}});
   out.BeginList("cells");
-  for (int32_t i = 0; i < layer->cells.Count(); ++i) out.Item(Checksum(*layer->CellAt(i)));
+  for (int32_t i = 0; i < layer->cells.Count(); ++i) out.Item(PixelChecksum(*layer->CellAt(i)));
   out.EndList();
 }
 

@@ -4,12 +4,12 @@
 #include <cstring>
 #include <filesystem>
 #include <string>
-#include <vector>
 
 #include "animation/animation_window.h"
 #include "animation/stream_inspector.h"
 #include "console/commands.h"
 #include "console/console_files.h"
+#include "console/state_writer.h"
 #include "platform/headless/headless.h"
 
 namespace sorvel::console {
@@ -47,18 +47,6 @@ std::string TickLine(int32_t tick, bool painted, const AnimationWindow& player) 
   return line;
 }
 
-bool WritePicture(const std::string& path, const platform::Window& window, std::string* problem) {
-  std::vector<uint8_t> greys;
-  greys.reserve(window.pixels.size());
-  // The colours of a play are greys.
-  for (const platform::ColorEntry& color : window.pixels) greys.push_back(color.red);
-  OutputFile file;
-  if (!file.Open(path, problem)) return false;
-  std::fprintf(file.File(), "P5\n%d %d\n255\n", window.width, window.height);
-  std::fwrite(greys.data(), 1, greys.size(), file.File());
-  return file.Commit(problem);
-}
-
 int PlayTicks(const std::string& in, const std::string& folder, ByteStream* stream, int32_t count, FILE* log) {
   std::string problem;
   Screen screen;
@@ -82,7 +70,7 @@ int PlayTicks(const std::string& in, const std::string& folder, ByteStream* stre
     if (painted) {
       char name[32];
       std::snprintf(name, sizeof(name), "/tick-%05d.pgm", tick);
-      if (!WritePicture(folder + name, *player.window, &problem)) return Fail(folder + name, problem);
+      if (!WriteGreyMap(folder + name, *player.window, &problem)) return Fail(folder + name, problem);
     }
     ShowProgress("tick", tick + 1, count);
   }

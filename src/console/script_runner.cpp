@@ -473,7 +473,7 @@ int ScriptRunner::RunSaveClipboard() {
   const std::vector<uint8_t>& bytes = headless::ClipboardDib();
   if (bytes.empty()) return Refuse("the program has put no picture on the clipboard");
   std::string reason;
-  return WriteBytes(words[1], bytes, &reason) ? kDone : Fail(words[1], reason);
+  return WriteBytes(words[1], bytes.data(), bytes.size(), &reason) ? kDone : Fail(words[1], reason);
 }
 
 int ScriptRunner::RunOpen() {
@@ -516,7 +516,8 @@ int ScriptRunner::RunTick() {
 
 int ScriptRunner::RunState() {
   std::string reason;
-  return WriteText(words[1], DescribeState(frame, OpenCuts(*frame)), &reason) ? kDone : Fail(words[1], reason);
+  const std::string state = DescribeState(frame, OpenCuts(*frame));
+  return WriteBytes(words[1], state.data(), state.size(), &reason) ? kDone : Fail(words[1], reason);
 }
 
 int ScriptRunner::RunView() {

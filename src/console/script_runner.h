@@ -67,10 +67,10 @@ class ScriptRunner {
   bool ReadPoint(size_t index, Point* point);
   bool ReadMouseMessage(const std::string& word, uint32_t* message);
 
-  // The number of a picture of the words, null with the reason if there is none.
+  // The active cut, and one of the two lists; null, with the reason in `problem`, if there is none.
   CutWindow* NeedCut();
   platform::WindowHandle NeedList(const std::string& word);
-  // The control that can have the focus.
+  // The panel of this number; null if there is none.
   platform::WindowHandle FindPanel(int32_t id) const;
 
   int SendMouse(platform::WindowHandle window, uint32_t message, Point place, uint32_t modifiers);

@@ -30,14 +30,6 @@ class CursorKeeper {
   int32_t index;
 };
 
-std::string Checksum(const CellImage& image) {
-  uLong crc = crc32(0, nullptr, 0);
-  if (image.ByteCount() > 0) crc = crc32(crc, image.bits, static_cast<uInt>(image.ByteCount()));
-  char text[9];
-  std::snprintf(text, sizeof(text), "%08lx", crc);
-  return text;
-}
-
 std::string TextOf(platform::WindowHandle window) {
   std::string text(platform::TextLength(window) + 1, '\0');
   text.resize(platform::ReadText(window, text.data(), text.size()));
@@ -125,7 +117,7 @@ Json DescribeCutFrame(Frame* frame, const std::map<const Layer*, int32_t>& layer
 Json DescribeLayer(Layer* layer) {
   const CursorKeeper keeper(&layer->cells);
   Json cells = Json::array();
-  for (int32_t i = 0; i < layer->cells.Count(); ++i) cells.push_back(Checksum(*layer->CellAt(i)));
+  for (int32_t i = 0; i < layer->cells.Count(); ++i) cells.push_back(PixelChecksum(*layer->CellAt(i)));
   return {{"name", layer->name != nullptr ? Json(ShownText(layer->name)) : Json(nullptr)},
           {"width", layer->width},
           {"height", layer->height},
@@ -171,7 +163,7 @@ Json DescribeCut(CutWindow* cut, bool isActive) {
           {"scrollY", cut->scrollY},
           {"selection", Json::array({selection.left, selection.top, selection.right, selection.bottom})},
           {"undoRect", Json::array({undo.x, undo.y, undo.width, undo.height})},
-          {"view", Checksum(cut->view)},
+          {"view", PixelChecksum(cut->view)},
           {"frames", frames},
           {"layers", layers}};
 }
@@ -193,6 +185,14 @@ bool WriteOutput(const std::string& path, std::string* problem, const Fill& fill
 
 }  // namespace
 
+std::string PixelChecksum(const CellImage& image) {
+  uLong crc = crc32(0, nullptr, 0);
+  if (image.ByteCount() > 0) crc = crc32(crc, image.bits, static_cast<uInt>(image.ByteCount()));
+  char text[9];
+  std::snprintf(text, sizeof(text), "%08lx", crc);
+  return text;
+}
+
 std::string DescribeState(MainFrame* frame, const std::vector<CutWindow*>& cuts) {
   const CutWindow* active = frame->ActiveCut();
   Json list = Json::array();
@@ -206,9 +206,8 @@ std::string DescribeState(MainFrame* frame, const std::vector<CutWindow*>& cuts)
   return state.dump() + "\n";
 }
 
-bool WriteText(const std::string& path, const std::string& text, std::string* problem) {
-  return WriteOutput(path, problem,
-                     [&text](OutputFile* file) { std::fwrite(text.data(), 1, text.size(), file->File()); });
+bool WriteBytes(const std::string& path, const void* bytes, size_t count, std::string* problem) {
+  return WriteOutput(path, problem, [bytes, count](OutputFile* file) { std::fwrite(bytes, 1, count, file->File()); });
 }
 
 bool WriteView(const std::string& path, const CutWindow& cut, std::string* problem) {
@@ -255,11 +254,6 @@ bool WriteGreyMap(const std::string& path, const platform::Window& window, std::
     std::fprintf(file->File(), "P5\n%d %d\n255\n", window.width, window.height);
     std::fwrite(greys.data(), 1, greys.size(), file->File());
   });
-}
-
-bool WriteBytes(const std::string& path, const std::vector<uint8_t>& bytes, std::string* problem) {
-  return WriteOutput(path, problem,
-                     [&bytes](OutputFile* file) { std::fwrite(bytes.data(), 1, bytes.size(), file->File()); });
 }
 
 }  // namespace sorvel::console

@@ -6,7 +6,7 @@
 // the tools are in tools/tool_handlers.h.
 namespace sorvel {
 
-enum Command : int32_t {
+enum CommandId : int32_t {
   kCommandExit = 40001,
   kCommandAddFrame = 40004,
   kCommandInsertFrame = 40005,

@@ -29,6 +29,24 @@ void AlignToGroups(int64_t* start, int64_t* length, int32_t step) {
   *length = LoweredTo(end - *start + step - 1, step);
 }
 
+// One axis of a copy from the view to the window.
+struct Stretch {
+  int32_t from;
+  int32_t fromEnd;
+  int32_t to;
+  int32_t toEnd;
+};
+
+Stretch ClipStretch(int64_t start, int64_t length, int32_t target, int32_t canvas, int32_t numerator,
+                    int32_t denominator) {
+  const int64_t from = std::max<int64_t>(start, 0);
+  const int64_t fromEnd = std::min<int64_t>(start + length, canvas);
+  const int64_t to = target + (from - start) * numerator / denominator;
+  const int64_t shown = std::max<int64_t>(fromEnd - from, 0);
+  return {Narrowed(from), Narrowed(from + shown), Narrowed(to),
+          Narrowed(to + (shown * numerator + denominator - 1) / denominator)};
+}
+
 bool DifferInParity(int64_t a, int64_t b) {
   return (a % 2 == 0) != (b % 2 == 0);
 }
@@ -90,10 +108,11 @@ bool CutWindow::RepaintAreaDirect(int32_t areaX, int32_t areaY, int32_t areaWidt
   }
   Point corner = {Narrowed(x), Narrowed(y)};
   CutToWindow(&corner, 1);
-  const Bounds target = {corner.x, corner.y, Narrowed(corner.x + w * zoomNumerator / zoomDenominator),
-                         Narrowed(corner.y + h * zoomNumerator / zoomDenominator)};
-  platform::StretchBitmap(context, target, view.bitmapHandle,
-                          {Narrowed(x), Narrowed(y), Narrowed(x + w), Narrowed(y + h)});
+  // Nothing lies outside the view; what is left of a group of pixels at its edge is still shown as one.
+  const Stretch across = ClipStretch(x, w, corner.x, width, zoomNumerator, zoomDenominator);
+  const Stretch down = ClipStretch(y, h, corner.y, height, zoomNumerator, zoomDenominator);
+  platform::StretchBitmap(context, {across.to, down.to, across.toEnd, down.toEnd}, view.bitmapHandle,
+                          {across.from, down.from, across.fromEnd, down.fromEnd});
   platform::EndDrawing(window, context);
   return true;
 }

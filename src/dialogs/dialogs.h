@@ -65,8 +65,7 @@ class MaskDialog final : public Dialog {
   MaskDialog(platform::WindowHandle helpBar, uint32_t flags);
   void ReadValues(platform::WindowHandle dialog) override;
   void WriteValues(platform::WindowHandle dialog) override;
-  intptr_t OnControl(platform::WindowHandle dialog, int32_t code, int32_t id,
-                     platform::WindowHandle control) override;
+  intptr_t OnControl(platform::WindowHandle dialog, int32_t code, int32_t id, platform::WindowHandle control) override;
 
   uint32_t mask;
 };

@@ -1,6 +1,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "cutwindow/commands.h"
 #include "dialogs/dialogs.h"
 #include "foundation/paths.h"
 #include "foundation/settings.h"
@@ -18,19 +19,19 @@ constexpr int32_t kUnreadFps = 20;
 
 bool MainFrame::RunCutFileCommand(int32_t id) {
   switch (id) {
-    case 40050:
+    case kCommandNewCut:
       NewCut();
       return true;
-    case 40056:
+    case kCommandOpenCut:
       OpenCut();
       return true;
-    case 40052:
+    case kCommandSaveCutAs:
       if (CutWindow* cut = ActiveCut()) SaveCutAs(cut);
       return true;
-    case 40088:
+    case kCommandOverwriteCut:
       if (CutWindow* cut = ActiveCut()) OverwriteCut(cut);
       return true;
-    case 40067:
+    case kCommandOpenLayer:
       OpenLayer();
       return true;
     default:

@@ -2,6 +2,7 @@
 #include <cstring>
 
 #include "cutwindow/clipboard.h"
+#include "cutwindow/commands.h"
 #include "dialogs/dialogs.h"
 #include "foundation/settings.h"
 #include "shell/command_support.h"
@@ -32,40 +33,41 @@ void DrawOnCell(CutWindow* cut, const Rect& area, const Draw& draw) {
 }  // namespace
 
 bool MainFrame::RunDocumentCommand(int32_t id) {
-  struct Command {
+  struct Entry {
     int32_t id;
     void (*run)(MainFrame* frame, CutWindow* cut);
   };
-  static constexpr Command commands[] = {
-      {40004, [](MainFrame* frame, CutWindow* cut) { frame->AddOrInsertFrame(cut, false); }},
-      {40005, [](MainFrame* frame, CutWindow* cut) { frame->AddOrInsertFrame(cut, true); }},
-      {40007, [](MainFrame* frame, CutWindow* cut) { frame->StepFrame(cut, &Cut::PreviousFrame); }},
-      {40008, [](MainFrame* frame, CutWindow* cut) { frame->StepFrame(cut, &Cut::NextFrame); }},
-      {40014, [](MainFrame* frame, CutWindow* cut) { frame->AddOrInsertLayer(cut, false); }},
-      {40015, [](MainFrame* frame, CutWindow* cut) { frame->DeleteLayer(cut); }},
-      {40016, [](MainFrame* frame, CutWindow* cut) { frame->MoveLayer(cut, true); }},
-      {40017, [](MainFrame* frame, CutWindow* cut) { frame->MoveLayer(cut, false); }},
-      {40022, [](MainFrame* frame, CutWindow*) { frame->EditLayerProperties(); }},
-      {40066, [](MainFrame* frame, CutWindow* cut) { frame->SaveLayer(cut); }},
-      {40068, [](MainFrame* frame, CutWindow* cut) { frame->OverwriteLayer(cut); }},
-      {40069, [](MainFrame* frame, CutWindow* cut) { frame->SpreadLayerPosition(cut); }},
-      {40076, [](MainFrame* frame, CutWindow* cut) { frame->ExportBitmap(cut); }},
-      {40077, [](MainFrame* frame, CutWindow* cut) { frame->EditCutProperties(cut); }},
-      {40080, [](MainFrame* frame, CutWindow* cut) { frame->AddOrInsertLayer(cut, true); }},
-      {40093, [](MainFrame* frame, CutWindow* cut) { frame->SpreadBrightness(cut); }},
-      {40094, [](MainFrame* frame, CutWindow* cut) { frame->AddFrames(cut); }},
-      {40101, [](MainFrame* frame, CutWindow* cut) { frame->SpreadFramePosition(cut); }},
-      {40104, [](MainFrame* frame, CutWindow* cut) { frame->StepToKeyFrame(cut, &Cut::NextKeyFrame); }},
-      {40105, [](MainFrame* frame, CutWindow* cut) { frame->StepToKeyFrame(cut, &Cut::PreviousKeyFrame); }},
-      {40106, [](MainFrame* frame, CutWindow* cut) { frame->MakeAllKeyFrames(cut); }},
-      {40112, [](MainFrame* frame, CutWindow* cut) { frame->EditFrameSize(cut); }},
-      {40126, [](MainFrame* frame, CutWindow* cut) { frame->DrawRandomDots(cut); }},
-      {40127, [](MainFrame* frame, CutWindow* cut) { frame->DrawGridLines(cut); }},
-      {40133, [](MainFrame* frame, CutWindow* cut) { frame->DeleteFrames(cut); }},
+  static constexpr Entry entries[] = {
+      {kCommandAddFrame, [](MainFrame* frame, CutWindow* cut) { frame->AddOrInsertFrame(cut, false); }},
+      {kCommandInsertFrame, [](MainFrame* frame, CutWindow* cut) { frame->AddOrInsertFrame(cut, true); }},
+      {kCommandPreviousFrame, [](MainFrame* frame, CutWindow* cut) { frame->StepFrame(cut, &Cut::PreviousFrame); }},
+      {kCommandNextFrame, [](MainFrame* frame, CutWindow* cut) { frame->StepFrame(cut, &Cut::NextFrame); }},
+      {kCommandAddLayer, [](MainFrame* frame, CutWindow* cut) { frame->AddOrInsertLayer(cut, false); }},
+      {kCommandDeleteLayer, [](MainFrame* frame, CutWindow* cut) { frame->DeleteLayer(cut); }},
+      {kCommandLayerUp, [](MainFrame* frame, CutWindow* cut) { frame->MoveLayer(cut, true); }},
+      {kCommandLayerDown, [](MainFrame* frame, CutWindow* cut) { frame->MoveLayer(cut, false); }},
+      {kCommandLayerProperties, [](MainFrame* frame, CutWindow*) { frame->EditLayerProperties(); }},
+      {kCommandSaveLayer, [](MainFrame* frame, CutWindow* cut) { frame->SaveLayer(cut); }},
+      {kCommandOverwriteLayer, [](MainFrame* frame, CutWindow* cut) { frame->OverwriteLayer(cut); }},
+      {kCommandLayerRamp, [](MainFrame* frame, CutWindow* cut) { frame->SpreadLayerPosition(cut); }},
+      {kCommandExportBitmap, [](MainFrame* frame, CutWindow* cut) { frame->ExportBitmap(cut); }},
+      {kCommandCutProperties, [](MainFrame* frame, CutWindow* cut) { frame->EditCutProperties(cut); }},
+      {kCommandInsertLayer, [](MainFrame* frame, CutWindow* cut) { frame->AddOrInsertLayer(cut, true); }},
+      {kCommandBrightnessRamp, [](MainFrame* frame, CutWindow* cut) { frame->SpreadBrightness(cut); }},
+      {kCommandAddFrames, [](MainFrame* frame, CutWindow* cut) { frame->AddFrames(cut); }},
+      {kCommandFrameRamp, [](MainFrame* frame, CutWindow* cut) { frame->SpreadFramePosition(cut); }},
+      {kCommandNextKeyFrame, [](MainFrame* frame, CutWindow* cut) { frame->StepToKeyFrame(cut, &Cut::NextKeyFrame); }},
+      {kCommandPreviousKeyFrame,
+       [](MainFrame* frame, CutWindow* cut) { frame->StepToKeyFrame(cut, &Cut::PreviousKeyFrame); }},
+      {kCommandAllKeyFrames, [](MainFrame* frame, CutWindow* cut) { frame->MakeAllKeyFrames(cut); }},
+      {kCommandFrameSize, [](MainFrame* frame, CutWindow* cut) { frame->EditFrameSize(cut); }},
+      {kCommandRandomDots, [](MainFrame* frame, CutWindow* cut) { frame->DrawRandomDots(cut); }},
+      {kCommandDrawGrid, [](MainFrame* frame, CutWindow* cut) { frame->DrawGridLines(cut); }},
+      {kCommandDeleteFrames, [](MainFrame* frame, CutWindow* cut) { frame->DeleteFrames(cut); }},
   };
-  for (const Command& command : commands) {
-    if (command.id != id) continue;
-    if (CutWindow* cut = ActiveCut()) command.run(this, cut);
+  for (const Entry& entry : entries) {
+    if (entry.id != id) continue;
+    if (CutWindow* cut = ActiveCut()) entry.run(this, cut);
     return true;
   }
   return RunToolOption(id);
@@ -74,19 +76,19 @@ bool MainFrame::RunDocumentCommand(int32_t id) {
 // What all tools draw with belongs to no cut.
 bool MainFrame::RunToolOption(int32_t id) {
   switch (id) {
-    case 40040:
+    case kCommandSnapGrid:
       EditGrid();
       return true;
-    case 40046:
+    case kCommandMask:
       EditMask();
       return true;
-    case 40072:
+    case kCommandFont:
       EditFont();
       return true;
-    case 40074:
+    case kCommandSquarePen:
       TogglePenShape();
       return true;
-    case 40137:
+    case kCommandTransparentColor:
       ChooseTransparentColor();
       return true;
     default:

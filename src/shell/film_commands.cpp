@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "animation/film_container.h"
+#include "cutwindow/commands.h"
 #include "dialogs/dialogs.h"
 #include "foundation/paths.h"
 #include "foundation/settings.h"
@@ -41,45 +42,45 @@ void CopyFile(const char* from, const char* to) {
 
 bool MainFrame::RunFilmCommand(int32_t id) {
   switch (id) {
-    case 40047:
-    case 40048:
-      AddOrInsertActiveCut(id == 40048);
+    case kCommandAddCutToFilm:
+    case kCommandInsertCutIntoFilm:
+      AddOrInsertActiveCut(id == kCommandInsertCutIntoFilm);
       return true;
-    case 40049:
+    case kCommandRemoveCutFromFilm:
       RemoveActiveCut();
       return true;
-    case 40051:
+    case kCommandNewFilm:
       NewFilm();
       return true;
-    case 40053:
+    case kCommandOpenFilm:
       OpenFilm();
       return true;
-    case 40054:
+    case kCommandSaveFilmAs:
       SaveFilmAs();
       return true;
-    case 40057:
+    case kCommandPlaySelection:
       PlaySelectedCuts();
       return true;
-    case 40082:
+    case kCommandFilmProperties:
       EditFilmProperties();
       return true;
-    case 40083:
+    case kCommandExportFilm:
       ExportFilm();
       return true;
-    case 40115:
-    case 40116:
-      NewNumberedCut(id == 40116);
+    case kCommandAddNumberedCut:
+    case kCommandInsertNumberedCut:
+      NewNumberedCut(id == kCommandInsertNumberedCut);
       return true;
-    case 40117:
+    case kCommandDeleteCuts:
       DeleteCuts();
       return true;
-    case 40118:
+    case kCommandRenameCut:
       RenameListedCut();
       return true;
-    case 40119:
+    case kCommandOverwriteFilm:
       OverwriteFilm();
       return true;
-    case 40134:
+    case kCommandExtractCuts:
       ExtractCuts();
       return true;
     default:

@@ -270,6 +270,13 @@ size_t QueuedAnswers() {
   return gDialogs.size() + gFiles.size() + gAnswers.size() + gColors.size();
 }
 
+void ClearAnswers() {
+  gDialogs.clear();
+  gFiles.clear();
+  gAnswers.clear();
+  gColors.clear();
+}
+
 const std::string& Failure() {
   return gFailure;
 }
@@ -291,10 +298,7 @@ int32_t AlertCount() {
 }
 
 void ResetDialogs() {
-  gDialogs.clear();
-  gFiles.clear();
-  gAnswers.clear();
-  gColors.clear();
+  ClearAnswers();
   gFailure.clear();
   gMessage = {};
   gQuestion = {};

@@ -125,7 +125,7 @@ std::vector<FontFile> FindFonts() {
   for (const char* path : kFontFiles) {
     FT_Long count = 1;
     for (FT_Long index = 0; index < count; ++index) {
-      const FT_Face face = Library().Open(path, index);
+      FT_Face face = Library().Open(path, index);
       if (face == nullptr) break;
       count = face->num_faces;
       FontFile file = {path, index, "", {}, FT_Get_Char_Index(face, kKana) != 0};
@@ -254,7 +254,7 @@ void DrawGlyph(const Font& font, uint32_t character, int64_t along, Point corner
                Bitmap* bitmap, int32_t* step) {
   *step = 0;
   if (!LoadGlyph(font, character, step)) return;
-  const FT_GlyphSlot slot = font.face->glyph;
+  FT_GlyphSlot slot = font.face->glyph;
   int64_t x = corner.x + along;
   int64_t y = int64_t{corner.y} + font.ascent;
   if (font.vertical && IsNarrow(character)) {

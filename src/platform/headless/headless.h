@@ -253,6 +253,7 @@ void QueueColor(uint8_t red, uint8_t green, uint8_t blue);
 void QueueColorCancel();
 // Answers that still wait, of all kinds.
 size_t QueuedAnswers();
+void ClearAnswers();
 
 // The first thing that had no answer, or one that doesn't fit: one line of English, UTF-8, empty for none. What asked
 // was told that the user cancelled.

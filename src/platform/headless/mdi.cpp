@@ -76,7 +76,8 @@ void EndChild(Window* child) {
 void SetClientSize(int32_t width, int32_t height) {
   gClientWidth = std::clamp(width, 0, kLargestSide);
   gClientHeight = std::clamp(height, 0, kLargestSide);
-  const std::vector<Window*> windows = AllWindows();
+  // A window may go while another is told.
+  const std::vector<Window*> windows(AllWindows().begin(), AllWindows().end());
   for (Window* window : windows) {
     if (!IsWindow(window) || window->kind != WindowKind::kMdiChild) continue;
     if (ResizeClient(window, gClientWidth, gClientHeight)) SendSize(window);

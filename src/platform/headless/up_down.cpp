@@ -28,14 +28,14 @@ std::string NumberText(int32_t value) {
   return value < 0 ? std::string(1, '-').append(text) : text;
 }
 
-// The number that the text is as a whole, blanks in front and separators left out; an empty text is 0. False if it is
-// something else, or outside the range.
+// The number that the text is as a whole, blanks in front and separators left out. False if it is something else,
+// nothing at all, or outside the range.
 bool ReadNumber(const Window* upDown, std::string text, int32_t* value) {
   text.resize(std::min(text.size(), kLongestNumber));
   text.erase(std::remove(text.begin(), text.end(), kThousandsSeparator), text.end());
   char* end = nullptr;
   const long long number = std::strtoll(text.c_str(), &end, 10);
-  if (*end != '\0' || number < INT16_MIN || number > INT16_MAX) return false;
+  if (end == text.c_str() || *end != '\0' || number < INT16_MIN || number > INT16_MAX) return false;
   *value = static_cast<int32_t>(number);
   return IsInRange(upDown, *value);
 }

@@ -54,7 +54,7 @@ WindowHandle MakeEdit(WindowHandle parent, int32_t id, bool scrolls) {
 
 WindowHandle MakeListBox(WindowHandle parent, int32_t id, bool extendedSelection) {
   return MakeControl(parent, "LISTBOX", id, WS_EX_CLIENTEDGE,
-                     LBS_NOTIFY | LBS_NOINTEGRALHEIGHT | (extendedSelection ? LBS_EXTENDEDSEL : 0));
+                     WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT | (extendedSelection ? LBS_EXTENDEDSEL : 0));
 }
 
 WindowHandle MakeCheckBox(WindowHandle parent, int32_t id) {

@@ -1,0 +1,578 @@
+#include "app.h"
+
+#include <commctrl.h>
+#include <psapi.h>
+#include <shellapi.h>
+#include <shlobj.h>
+
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <system_error>
+
+#include "text.h"
+
+namespace sorvel::desktop {
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing::AssertionFailure;
+using testing::AssertionResult;
+using testing::AssertionSuccess;
+
+constexpr UINT kAnswerTime = 3000;
+constexpr int kShortTime = 500;
+constexpr RECT kFramePlace = {60, 40, 1084, 808};
+constexpr int kNoCut = 16;  // the most child windows that a test may leave open
+
+std::string gOutput = ".";
+
+fs::path PathFrom(const std::string& utf8) {
+  return fs::path(Wide(utf8));
+}
+
+std::string ModulePath() {
+  wchar_t path[MAX_PATH] = L"";
+  GetModuleFileNameW(nullptr, path, MAX_PATH);
+  return Utf8(path);
+}
+
+std::string TemporaryFolder() {
+  wchar_t path[MAX_PATH] = L"";
+  GetTempPathW(MAX_PATH, path);
+  static int number = 0;
+  return Utf8(path) + "sorvel-desktop-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(number++);
+}
+
+double Now() {
+  LARGE_INTEGER frequency;
+  LARGE_INTEGER count;
+  QueryPerformanceFrequency(&frequency);
+  QueryPerformanceCounter(&count);
+  return static_cast<double>(count.QuadPart) * 1000 / static_cast<double>(frequency.QuadPart);
+}
+
+POINT MiddleOf(const RECT& area) {
+  return {(area.left + area.right) / 2, (area.top + area.bottom) / 2};
+}
+
+std::string Listed(const std::vector<std::string>& lines) {
+  std::string text;
+  for (const std::string& line : lines) text.append(text.empty() ? "" : " | ").append(line);
+  return text;
+}
+
+struct Search {
+  DWORD process;
+  const wchar_t* windowClass;
+  HWND found;
+};
+
+BOOL CALLBACK LookAt(HWND window, LPARAM parameter) {
+  Search* search = reinterpret_cast<Search*>(parameter);
+  DWORD process = 0;
+  GetWindowThreadProcessId(window, &process);
+  wchar_t name[64] = L"";
+  GetClassNameW(window, name, ARRAYSIZE(name));
+  if (process != search->process || !IsWindowVisible(window) || std::wcscmp(name, search->windowClass) != 0) return TRUE;
+  search->found = window;
+  return FALSE;
+}
+
+// Memory in another process, for messages that the window system doesn't carry over.
+class RemoteMemory {
+ public:
+  RemoteMemory(HANDLE owner, size_t length) : process(owner), size(length) {
+    place = VirtualAllocEx(process, nullptr, size, MEM_COMMIT, PAGE_READWRITE);
+  }
+  ~RemoteMemory() {
+    if (place != nullptr) VirtualFreeEx(process, place, 0, MEM_RELEASE);
+  }
+  RemoteMemory(const RemoteMemory&) = delete;
+  RemoteMemory& operator=(const RemoteMemory&) = delete;
+
+  bool Read(void* target) const { return ReadProcessMemory(process, place, target, size, nullptr) != FALSE; }
+  bool Write(const void* source) const { return WriteProcessMemory(process, place, source, size, nullptr) != FALSE; }
+  LPARAM Place() const { return reinterpret_cast<LPARAM>(place); }
+  // From now on the memory belongs to the other process.
+  void Leave() { place = nullptr; }
+
+ private:
+  HANDLE process;
+  size_t size;
+  void* place = nullptr;
+};
+
+}  // namespace
+
+App::App() : folder(TemporaryFolder()) {
+  std::error_code error;
+  fs::create_directories(PathFrom(folder), error);
+  fs::copy_file(PathFrom(ModulePath()).parent_path() / "sorvel.exe", PathFrom(PathOf("sorvel.exe")),
+                fs::copy_options::overwrite_existing, error);
+}
+
+App::~App() {
+  Kill();
+  std::error_code error;
+  fs::remove_all(PathFrom(folder), error);
+}
+
+AssertionResult App::Start(const std::string& commandLine) {
+  Kill();
+  const std::wstring program = Wide(PathOf("sorvel.exe"));
+  std::wstring line = L"\"" + program + L"\"";
+  if (!commandLine.empty()) line += L" " + Wide(commandLine);
+  STARTUPINFOW start = {};
+  start.cb = sizeof(start);
+  start.dwFlags = STARTF_USEPOSITION | STARTF_USESIZE | STARTF_USESHOWWINDOW;
+  start.dwX = static_cast<DWORD>(kFramePlace.left);
+  start.dwY = static_cast<DWORD>(kFramePlace.top);
+  start.dwXSize = static_cast<DWORD>(kFramePlace.right - kFramePlace.left);
+  start.dwYSize = static_cast<DWORD>(kFramePlace.bottom - kFramePlace.top);
+  start.wShowWindow = SW_SHOWNORMAL;
+  const double begin = Now();
+  if (!CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr, Wide(folder).c_str(), &start,
+                      &process)) {
+    return AssertionFailure() << "no process: error " << GetLastError();
+  }
+  WaitForInputIdle(process.hProcess, kPatience);
+  const auto shown = [this] {
+    frame = WindowOf(L"SorvelinFrame");
+    return frame != nullptr && SendMessageTimeoutW(frame, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, kAnswerTime, nullptr) != 0;
+  };
+  if (!Await(shown)) return AssertionFailure() << "the frame window doesn't come";
+  startTime = Now() - begin;
+  SetForegroundWindow(frame);
+  const auto inFront = [this] { return GetForegroundWindow() == frame; };
+  // Where a program may not bring another one to the front, a click does.
+  if (!Await(inFront, kShortTime)) Click(MiddleOf(Screen(Of(kStatusBar))));
+  if (!Await(inFront, kShortTime)) return AssertionFailure() << "the frame window doesn't come to the front";
+  ParkMouse();
+  return AssertionSuccess();
+}
+
+bool App::Runs() const {
+  return process.hProcess != nullptr && WaitForSingleObject(process.hProcess, 0) == WAIT_TIMEOUT;
+}
+
+void App::Kill() {
+  if (process.hProcess == nullptr) return;
+  if (Runs()) {
+    TerminateProcess(process.hProcess, 1);
+    WaitForSingleObject(process.hProcess, kPatience);
+  }
+  CloseHandle(process.hThread);
+  CloseHandle(process.hProcess);
+  process = {};
+  frame = nullptr;
+}
+
+AssertionResult App::Ends(DWORD code) {
+  if (WaitForSingleObject(process.hProcess, kPatience) != WAIT_OBJECT_0) {
+    return AssertionFailure() << "the program goes on" << (Dialog() != nullptr ? " with a dialog: " + Text(Dialog()) : "");
+  }
+  DWORD given = 0;
+  GetExitCodeProcess(process.hProcess, &given);
+  Kill();
+  if (given != code) return AssertionFailure() << "the exit code is " << given;
+  return AssertionSuccess();
+}
+
+AssertionResult App::Leave() {
+  if (const AssertionResult chosen = Choose('v', "x"); !chosen) return chosen;
+  for (int i = 0; i < kNoCut && Runs(); i++) {
+    Await([this] { return !Runs() || Dialog() != nullptr; });
+    const HWND box = Dialog();
+    if (box == nullptr) break;
+    ClickButton(box, IDNO);
+    Await([this, box] { return !Runs() || Dialog() != box; });
+  }
+  return Ends();
+}
+
+size_t App::WorkingSet() const {
+  PROCESS_MEMORY_COUNTERS counters = {};
+  GetProcessMemoryInfo(process.hProcess, &counters, sizeof(counters));
+  return counters.WorkingSetSize;
+}
+
+HWND App::WindowOf(const wchar_t* windowClass) const {
+  Search search = {process.dwProcessId, windowClass, nullptr};
+  EnumWindows(LookAt, reinterpret_cast<LPARAM>(&search));
+  return search.found;
+}
+
+HWND App::Of(int control) const {
+  return GetDlgItem(frame, control);
+}
+
+LRESULT App::Ask(HWND window, UINT message, WPARAM first, LPARAM second) const {
+  DWORD_PTR answer = 0;
+  SendMessageTimeoutW(window, message, first, second, SMTO_ABORTIFHUNG, kAnswerTime, &answer);
+  return static_cast<LRESULT>(answer);
+}
+
+HWND App::Cut() const {
+  return reinterpret_cast<HWND>(Ask(Of(kMdiClient), WM_MDIGETACTIVE));
+}
+
+HWND App::Player() const {
+  return WindowOf(L"SorvelWnd");
+}
+
+HWND App::Picker() const {
+  return WindowOf(L"SORVELIN");
+}
+
+HWND App::Dialog() const {
+  return WindowOf(L"#32770");
+}
+
+HWND App::PopupMenu() const {
+  return WindowOf(L"#32768");
+}
+
+HWND App::ToolTip() const {
+  return WindowOf(L"tooltips_class32");
+}
+
+HWND App::Focus() const {
+  GUITHREADINFO info = {};
+  info.cbSize = sizeof(info);
+  GetGUIThreadInfo(process.dwThreadId, &info);
+  return info.hwndFocus;
+}
+
+std::string App::Text(HWND window) const {
+  wchar_t text[1024] = L"";
+  // What an empty text leaves in the buffer is no text.
+  const LRESULT length = Ask(window, WM_GETTEXT, ARRAYSIZE(text), reinterpret_cast<LPARAM>(text));
+  return length > 0 ? Utf8(text) : "";
+}
+
+std::vector<std::string> App::Lines(HWND list) const {
+  std::vector<std::string> lines(static_cast<size_t>(Ask(list, LB_GETCOUNT)));
+  for (size_t i = 0; i < lines.size(); i++) {
+    wchar_t text[1024] = L"";
+    Ask(list, LB_GETTEXT, i, reinterpret_cast<LPARAM>(text));
+    lines[i] = Utf8(text);
+  }
+  return lines;
+}
+
+bool App::IsToolDown(int command) const {
+  return Ask(Of(kToolBar), TB_ISBUTTONCHECKED, static_cast<WPARAM>(command)) != 0;
+}
+
+AssertionResult App::Shows(HWND window, const std::string& text) const {
+  if (Await([&] { return Text(window) == text; }, kPatience / 2)) return AssertionSuccess();
+  return AssertionFailure() << "it shows \"" << Text(window) << "\" and not \"" << text << "\"";
+}
+
+AssertionResult App::Shows(int control, const std::string& text) const {
+  return Shows(Of(control), text);
+}
+
+AssertionResult App::Lists(int control, const std::vector<std::string>& lines) const {
+  if (Await([&] { return Lines(control) == lines; }, kPatience / 2)) return AssertionSuccess();
+  return AssertionFailure() << "it lists \"" << Listed(Lines(control)) << "\" and not \"" << Listed(lines) << "\"";
+}
+
+AssertionResult App::HasFocus(HWND window) const {
+  if (Await([&] { return Focus() == window; }, kPatience / 2)) return AssertionSuccess();
+  wchar_t name[64] = L"";
+  GetClassNameW(Focus(), name, ARRAYSIZE(name));
+  return AssertionFailure() << "the focus is in control " << GetDlgCtrlID(Focus()) << " of class " << Utf8(name);
+}
+
+HWND App::AwaitDialog(const std::string& title) const {
+  Await([&] { return Dialog() != nullptr && Text(Dialog()) == title; });
+  return Dialog() != nullptr && Text(Dialog()) == title ? Dialog() : nullptr;
+}
+
+AssertionResult App::DialogGoes() const {
+  if (Await([this] { return Dialog() == nullptr; })) return AssertionSuccess();
+  return AssertionFailure() << "the dialog \"" << Text(Dialog()) << "\" stays";
+}
+
+void App::ClickButton(HWND dialog, int control) const {
+  Click(MiddleOf(Screen(GetDlgItem(dialog, control))));
+}
+
+AssertionResult App::Enter(HWND edit, const std::string& text) const {
+  Click(MiddleOf(Screen(edit)));
+  if (const AssertionResult focus = HasFocus(edit); !focus) return focus;
+  Press(VK_HOME);
+  Press(VK_END, {VK_SHIFT});
+  Type(text);
+  return Shows(edit, text);
+}
+
+std::string App::BoxText(HWND box) const {
+  constexpr int textId = 0xFFFF;
+  return Text(GetDlgItem(box, textId));
+}
+
+HWND App::OpenMenu(char popup) {
+  Press(popup - 'a' + 'A', {VK_MENU});
+  Await([this] { return PopupMenu() != nullptr; }, kPatience / 2);
+  return PopupMenu();
+}
+
+void App::CloseMenus() {
+  for (int i = 0; i < 4 && PopupMenu() != nullptr; i++) {
+    Press(VK_ESCAPE);
+    const HWND before = PopupMenu();
+    Await([&] { return PopupMenu() != before; }, kShortTime);
+  }
+  // The last one leaves the menu bar itself.
+  Press(VK_ESCAPE);
+  Await([this] {
+    GUITHREADINFO info = {};
+    info.cbSize = sizeof(info);
+    return GetGUIThreadInfo(process.dwThreadId, &info) && (info.flags & GUI_INMENUMODE) == 0;
+  });
+}
+
+AssertionResult App::Choose(char popup, const std::string& item) {
+  const HWND menu = OpenMenu(popup);
+  if (menu == nullptr) return AssertionFailure() << "popup " << popup << " doesn't open";
+  Type(item);
+  if (!Await([this] { return !Runs() || PopupMenu() == nullptr; }, kPatience / 2)) {
+    return AssertionFailure() << "item " << item << " of popup " << popup << " isn't taken";
+  }
+  return AssertionSuccess();
+}
+
+RECT App::ToolRect(int command) const {
+  RECT rect = {};
+  const RemoteMemory memory(process.hProcess, sizeof(rect));
+  Ask(Of(kToolBar), TB_GETRECT, static_cast<WPARAM>(command), memory.Place());
+  memory.Read(&rect);
+  MapWindowPoints(Of(kToolBar), nullptr, reinterpret_cast<POINT*>(&rect), 2);
+  return rect;
+}
+
+AssertionResult App::ClickTool(int command) {
+  const RECT rect = ToolRect(command);
+  if (IsRectEmpty(&rect)) return AssertionFailure() << "the tool bar has no button " << command;
+  Click(MiddleOf(rect));
+  ParkMouse();
+  return AssertionSuccess();
+}
+
+AssertionResult App::NewCut(const std::string& layer, int width, int height) {
+  const HWND before = Cut();
+  Press('N', {VK_CONTROL});
+  HWND dialog = AwaitDialog("カットのプロパティ");
+  if (dialog == nullptr) return AssertionFailure() << "the cut dialog doesn't come";
+  if (width != canvas.width || Text(GetDlgItem(dialog, 1002)) != std::to_string(width)) {
+    if (const AssertionResult set = Enter(GetDlgItem(dialog, 1002), std::to_string(width)); !set) return set;
+  }
+  if (height != canvas.height || Text(GetDlgItem(dialog, 1001)) != std::to_string(height)) {
+    if (const AssertionResult set = Enter(GetDlgItem(dialog, 1001), std::to_string(height)); !set) return set;
+  }
+  Press(VK_RETURN);
+  dialog = AwaitDialog("レイヤのプロパティ");
+  if (dialog == nullptr) return AssertionFailure() << "the layer dialog doesn't come";
+  if (layer.empty()) {
+    Press(VK_ESCAPE);
+  } else {
+    if (const AssertionResult set = Enter(GetDlgItem(dialog, 1000), layer); !set) return set;
+    Press(VK_RETURN);
+  }
+  if (const AssertionResult gone = DialogGoes(); !gone) return gone;
+  if (!Await([&] { return Cut() != nullptr && Cut() != before; })) {
+    return AssertionFailure() << "the cut window doesn't come";
+  }
+  canvas = {width, height, 1, 1};
+  ParkMouse();
+  return HasFocus(Cut());
+}
+
+AssertionResult App::AnswerFileDialog(const std::string& path) {
+  if (!Await([this] { return Dialog() != nullptr; })) return AssertionFailure() << "no file dialog comes";
+  const HWND dialog = Dialog();
+  // The field for the name has the focus when the dialog comes up.
+  const auto inField = [&] {
+    wchar_t name[16] = L"";
+    GetClassNameW(Focus(), name, ARRAYSIZE(name));
+    return std::wcscmp(name, L"Edit") == 0 && IsChild(dialog, Focus());
+  };
+  if (!Await(inField)) return AssertionFailure() << "the file dialog's field hasn't got the focus";
+  const HWND field = Focus();
+  Press(VK_HOME);
+  Press(VK_END, {VK_SHIFT});
+  Type(path);
+  if (const AssertionResult typed = Shows(field, path); !typed) return typed;
+  Press(VK_RETURN);
+  if (!Await([&] { return Dialog() != dialog; })) return AssertionFailure() << "the file dialog stays";
+  return AssertionSuccess();
+}
+
+AssertionResult App::SaveCutAs(const std::string& path) {
+  Press('S', {VK_CONTROL});
+  if (const AssertionResult answered = AnswerFileDialog(path); !answered) return answered;
+  if (!Await([&] { return FileExists(path); })) return AssertionFailure() << "no file " << path;
+  return HasFocus(Cut());
+}
+
+AssertionResult App::Drop(const std::string& path) {
+  const std::wstring wide = Wide(path);
+  std::vector<char> drop(sizeof(DROPFILES) + (wide.size() + 2) * sizeof(wchar_t));
+  DROPFILES head = {};
+  head.pFiles = sizeof(head);
+  head.fWide = TRUE;
+  std::memcpy(drop.data(), &head, sizeof(head));
+  std::memcpy(drop.data() + sizeof(head), wide.data(), wide.size() * sizeof(wchar_t));
+  // Windows carries the memory of this message over to the other process; Wine doesn't, but takes any place there.
+  if (GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr) {
+    RemoteMemory memory(process.hProcess, drop.size());
+    if (!memory.Write(drop.data())) return AssertionFailure() << "no memory for the drop";
+    const bool posted = PostMessageW(frame, WM_DROPFILES, static_cast<WPARAM>(memory.Place()), 0) != FALSE;
+    memory.Leave();
+    return posted ? AssertionSuccess() : AssertionFailure() << "the drop can't be posted";
+  }
+  const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE | GMEM_SHARE, drop.size());
+  std::memcpy(GlobalLock(memory), drop.data(), drop.size());
+  GlobalUnlock(memory);
+  if (PostMessageW(frame, WM_DROPFILES, reinterpret_cast<WPARAM>(memory), 0)) return AssertionSuccess();
+  GlobalFree(memory);
+  return AssertionFailure() << "the drop can't be posted";
+}
+
+RECT App::Screen(HWND window) const {
+  RECT rect = {};
+  GetWindowRect(window, &rect);
+  return rect;
+}
+
+RECT App::ClientOnScreen(HWND window) const {
+  RECT rect = {};
+  GetClientRect(window, &rect);
+  MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&rect), 2);
+  return rect;
+}
+
+RECT App::InFrame(int control) const {
+  RECT rect = Screen(Of(control));
+  MapWindowPoints(nullptr, frame, reinterpret_cast<POINT*>(&rect), 2);
+  return rect;
+}
+
+POINT App::At(int x, int y) const {
+  const RECT client = ClientOnScreen(Cut());
+  const int left = client.left + (client.right - client.left - canvas.width * canvas.numerator / canvas.denominator) / 2;
+  const int top = client.top + (client.bottom - client.top - canvas.height * canvas.numerator / canvas.denominator) / 2;
+  return {left + x * canvas.numerator / canvas.denominator, top + y * canvas.numerator / canvas.denominator};
+}
+
+void App::ParkMouse() const {
+  MoveTo({kFramePlace.right + 40, kFramePlace.bottom + 40});
+}
+
+Picture App::WholePicture() const {
+  return Picture(Screen(frame));
+}
+
+Picture App::PictureOf(HWND client) const {
+  return Picture(ClientOnScreen(client));
+}
+
+Picture App::PictureOfCanvas() const {
+  const POINT first = At(0, 0);
+  const POINT last = At(canvas.width, canvas.height);
+  return Picture(RECT{first.x, first.y, last.x, last.y});
+}
+
+Color App::Pixel(int x, int y) const {
+  const POINT place = At(x, y);
+  return Picture(RECT{place.x, place.y, place.x + 1, place.y + 1}).At(0, 0);
+}
+
+AssertionResult App::HasPixel(int x, int y, Color color) const {
+  if (Await([&] { return Pixel(x, y) == color; }, kPatience / 2)) return AssertionSuccess();
+  return AssertionFailure() << "the pixel at " << x << ", " << y << " is " << std::hex << Pixel(x, y) << " and not "
+                            << color;
+}
+
+Picture App::StillPictureOf(HWND client) const {
+  constexpr int still = 4;  // looks without a change
+  Picture last = PictureOf(client);
+  int same = 0;
+  Await([&] {
+    Sleep(25);
+    Picture now = PictureOf(client);
+    same = now == last ? same + 1 : 0;
+    last = now;
+    return same >= still;
+  });
+  return last;
+}
+
+Picture App::StillPicture() const {
+  return StillPictureOf(frame);
+}
+
+AssertionResult App::Keep(const std::string& name) const {
+  StillPicture();
+  const Picture picture = WholePicture();
+  if (picture.Colors(3) < 3) return AssertionFailure() << "the picture " << name << " is empty";
+  if (!picture.Save(gOutput + "/" + name + ".bmp")) return AssertionFailure() << "can't write the picture " << name;
+  return AssertionSuccess();
+}
+
+AssertionResult App::KeepScreen(const std::string& name) const {
+  const Picture picture(RECT{0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)});
+  if (!picture.Save(gOutput + "/" + name + ".bmp")) return AssertionFailure() << "can't write the picture " << name;
+  return AssertionSuccess();
+}
+
+void DesktopTest::TearDown() {
+  if (HasFailure()) {
+    const testing::TestInfo* info = testing::UnitTest::GetInstance()->current_test_info();
+    app.KeepScreen(std::string("failed-") + info->test_suite_name() + "-" + info->name());
+  }
+}
+
+std::string ReadFile(const std::string& path) {
+  std::string bytes;
+  FILE* file = _wfopen(Wide(path).c_str(), L"rb");
+  if (file == nullptr) return bytes;
+  char block[4096];
+  for (size_t read = 0; (read = std::fread(block, 1, sizeof(block), file)) > 0;) bytes.append(block, read);
+  std::fclose(file);
+  return bytes;
+}
+
+bool WriteFile(const std::string& path, const std::string& bytes) {
+  FILE* file = _wfopen(Wide(path).c_str(), L"wb");
+  if (file == nullptr) return false;
+  const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+  return std::fclose(file) == 0 && written;
+}
+
+bool FileExists(const std::string& path) {
+  return GetFileAttributesW(Wide(path).c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+std::string Setting(const App& app, const std::string& section, const std::string& key) {
+  const std::string text = FromShiftJis(ReadFile(app.PathOf("sorvel.ini")));
+  size_t place = text.find("[" + section + "]");
+  const size_t end = place == std::string::npos ? place : text.find("\n[", place);
+  if (place == std::string::npos) return "";
+  place = text.find("\n" + key + "=", place);
+  if (place == std::string::npos || (end != std::string::npos && place > end)) return "";
+  place += key.size() + 2;
+  return text.substr(place, text.find_first_of("\r\n", place) - place);
+}
+
+void SetOutputFolder(const std::string& path) {
+  std::error_code error;
+  fs::create_directories(PathFrom(path), error);
+  gOutput = path;
+}
+
+}  // namespace sorvel::desktop

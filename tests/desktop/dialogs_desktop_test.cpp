@@ -1,0 +1,258 @@
+// The dialogs: their values, keys, up-down arrows and help.
+#include <utility>
+
+#include "app.h"
+#include "colors.h"
+
+namespace sorvel::desktop {
+namespace {
+
+constexpr int kMaskBoxes[] = {1013, 1009, 1011, 1012, 1010, 1017, 1018, 1019, 1046, 1045, 1047, 1048};
+
+class DialogsTest : public DesktopTest {
+ protected:
+  void SetUp() override { ASSERT_TRUE(app.Start()); }
+
+  HWND CutDialog() {
+    Press('N', {VK_CONTROL});
+    return app.AwaitDialog("カットのプロパティ");
+  }
+
+  int Checked(HWND dialog) const {
+    int count = 0;
+    for (const int box : kMaskBoxes) count += app.Ask(GetDlgItem(dialog, box), BM_GETCHECK) == BST_CHECKED;
+    return count;
+  }
+
+  testing::AssertionResult IsCentred(HWND dialog) const {
+    const RECT box = app.Screen(dialog);
+    const RECT frame = app.Screen(app.Frame());
+    const LONG left = frame.left + (frame.right - frame.left) / 2 - (box.right - box.left) / 2;
+    const LONG top = frame.top + (frame.bottom - frame.top) / 2 - (box.bottom - box.top) / 2;
+    if (box.left == left && box.top == top) return testing::AssertionSuccess();
+    return testing::AssertionFailure() << "it stands at " << box.left << ", " << box.top << " and not at " << left
+                                       << ", " << top;
+  }
+};
+
+TEST_F(DialogsTest, TheCutDialogShowsTheDefaults) {
+  const HWND dialog = CutDialog();
+  ASSERT_NE(dialog, nullptr);
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1002)), "240");
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1001)), "180");
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1041)), "24");
+  EXPECT_EQ(app.Ask(GetDlgItem(dialog, 1055), BM_GETCHECK), BST_CHECKED);
+  EXPECT_TRUE(IsCentred(dialog));
+  EXPECT_TRUE(app.Keep("cut-dialog"));
+  Press(VK_ESCAPE);
+  ASSERT_TRUE(app.DialogGoes());
+  EXPECT_EQ(app.Cut(), nullptr);
+}
+
+TEST_F(DialogsTest, TheArrowsCountUpAndDown) {
+  const HWND dialog = CutDialog();
+  ASSERT_NE(dialog, nullptr);
+  const HWND edit = GetDlgItem(dialog, 1002);
+  const RECT arrows = app.Screen(GetDlgItem(dialog, 1005));
+  const LONG x = (arrows.left + arrows.right) / 2;
+  Click({x, arrows.top + (arrows.bottom - arrows.top) / 4});
+  EXPECT_TRUE(app.Shows(edit, "241"));
+  Click({x, arrows.bottom - (arrows.bottom - arrows.top) / 4});
+  EXPECT_TRUE(app.Shows(edit, "240"));
+  Click({app.Screen(edit).left + 8, app.Screen(edit).top + 8});
+  ASSERT_TRUE(app.HasFocus(edit));
+  Press(VK_DOWN);
+  EXPECT_TRUE(app.Shows(edit, "239"));
+  Press(VK_UP);
+  Press(VK_UP);
+  EXPECT_TRUE(app.Shows(edit, "241"));
+  // Nothing goes below one.
+  ASSERT_TRUE(app.Enter(edit, "1"));
+  Press(VK_DOWN);
+  EXPECT_TRUE(app.Shows(edit, "1"));
+}
+
+TEST_F(DialogsTest, HelpFollowsTheFocus) {
+  const HWND dialog = CutDialog();
+  ASSERT_NE(dialog, nullptr);
+  const std::pair<int, const char*> controls[] = {
+      {1041, "1秒あたりに切り替えるフレームの数を指定します。映画だと24、テレビだと30だそうです。"},
+      {1037, "このカットを担当したスタッフの名前を記入します。"},
+  };
+  for (const auto& [id, help] : controls) {
+    for (int i = 0; i < 8 && app.Focus() != GetDlgItem(dialog, id); i++) {
+      const HWND before = app.Focus();
+      Press(VK_TAB);
+      Await([&] { return app.Focus() != before; });
+    }
+    ASSERT_TRUE(app.HasFocus(GetDlgItem(dialog, id)));
+    EXPECT_TRUE(app.Shows(kStatusBar, help));
+  }
+  EXPECT_TRUE(app.Keep("dialog-help"));
+  app.ClickButton(dialog, 1056);
+  EXPECT_TRUE(app.Shows(kStatusBar, "1/2に縮小されたサイズで出力します。"));
+  Press(VK_ESCAPE);
+  ASSERT_TRUE(app.DialogGoes());
+  EXPECT_TRUE(app.Shows(kStatusBar, ""));
+}
+
+TEST_F(DialogsTest, ValuesReachTheCut) {
+  HWND dialog = CutDialog();
+  ASSERT_NE(dialog, nullptr);
+  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1002), "300"));
+  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1041), "12"));
+  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1037), "作画 太郎"));
+  app.ClickButton(dialog, 1057);
+  app.ClickButton(dialog, IDOK);
+  dialog = app.AwaitDialog("レイヤのプロパティ");
+  ASSERT_NE(dialog, nullptr);
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1002)), "300");
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1001)), "180");
+  app.ClickButton(dialog, IDOK);
+  ASSERT_TRUE(app.DialogGoes());
+  // A layer without a name gets one with its number.
+  EXPECT_TRUE(app.Lists(kLayerList, {"LAYER 0 (1/1)"}));
+  ASSERT_TRUE(app.Choose('c', "p"));
+  dialog = app.AwaitDialog("カットのプロパティ");
+  ASSERT_NE(dialog, nullptr);
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1002)), "300");
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1041)), "12");
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1037)), "作画 太郎");
+  EXPECT_EQ(app.Ask(GetDlgItem(dialog, 1057), BM_GETCHECK), BST_CHECKED);
+  app.ClickButton(dialog, IDCANCEL);
+  EXPECT_TRUE(app.DialogGoes());
+  EXPECT_EQ(Setting(app, "OnNewCut", "width"), "300");
+  EXPECT_EQ(Setting(app, "OnNewCut", "anti"), "2");
+  EXPECT_EQ(Setting(app, "OnNewCut", "credit"), "作画 太郎");
+}
+
+TEST_F(DialogsTest, TheMaskIsClearedAndInvertedAndProtects) {
+  ASSERT_TRUE(app.NewCut());
+  ASSERT_TRUE(app.ClickTool(40046));
+  HWND dialog = app.AwaitDialog("マスク");
+  ASSERT_NE(dialog, nullptr);
+  EXPECT_EQ(Checked(dialog), 0);
+  app.ClickButton(dialog, 1050);
+  EXPECT_TRUE(Await([&] { return Checked(dialog) == 12; }));
+  EXPECT_TRUE(app.Shows(kStatusBar, "マスクを反転させます。"));
+  EXPECT_TRUE(app.Keep("mask-dialog"));
+  app.ClickButton(dialog, 1049);
+  EXPECT_TRUE(Await([&] { return Checked(dialog) == 0; }));
+  EXPECT_TRUE(app.Shows(kStatusBar, "マスクをクリアします。"));
+  app.ClickButton(dialog, 1013);
+  EXPECT_TRUE(Await([&] { return Checked(dialog) == 1; }));
+  Press(VK_RETURN);
+  ASSERT_TRUE(app.DialogGoes());
+  Drag(app.At(20, 30), app.At(100, 30));
+  app.ParkMouse();
+  app.StillPicture();
+  EXPECT_EQ(app.PictureOfCanvas().Count(kTransparent), 240 * 180) << "ink on protected pixels";
+  Type("g");
+  dialog = app.AwaitDialog("マスク");
+  ASSERT_NE(dialog, nullptr);
+  EXPECT_EQ(app.Ask(GetDlgItem(dialog, 1013), BM_GETCHECK), BST_CHECKED);
+  app.ClickButton(dialog, 1049);
+  Press(VK_ESCAPE);  // a cancel keeps the mask
+  ASSERT_TRUE(app.DialogGoes());
+  Type("h");
+  dialog = app.AwaitDialog("マスク");
+  ASSERT_NE(dialog, nullptr);
+  EXPECT_EQ(Checked(dialog), 1);
+}
+
+TEST_F(DialogsTest, TheGridSnapsThePen) {
+  ASSERT_TRUE(app.NewCut());
+  Type("G");
+  const HWND dialog = app.AwaitDialog("グリッド");
+  ASSERT_NE(dialog, nullptr);
+  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1022), "8"));
+  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1001), "8"));
+  EXPECT_TRUE(app.Keep("grid-dialog"));
+  Press(VK_RETURN);
+  ASSERT_TRUE(app.DialogGoes());
+  Click(app.At(12, 13));
+  app.ParkMouse();
+  EXPECT_TRUE(app.HasPixel(8, 16, kBlack));
+  EXPECT_EQ(app.Pixel(12, 13), kTransparent);
+}
+
+TEST_F(DialogsTest, TheFontDialogListsTheFontsAndKeepsTheChoice) {
+  ASSERT_TRUE(app.Choose('t', "o"));
+  HWND dialog = app.AwaitDialog("フォント指定");
+  ASSERT_NE(dialog, nullptr);
+  const HWND list = GetDlgItem(dialog, 1028);
+  const std::vector<std::string> fonts = app.Lines(list);
+  ASSERT_GT(fonts.size(), 1u);
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1001)), "24");
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1022)), "12");
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1042)), "400");
+  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1042), "5000"));
+  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1001), "32"));
+  Click({app.Screen(list).left + 30, app.Screen(list).top + 8});
+  EXPECT_TRUE(app.Shows(kStatusBar, "@で始まるフォント名は縦書きになります。"));
+  Press(VK_HOME);
+  EXPECT_TRUE(app.Keep("font-dialog"));
+  Press(VK_RETURN);
+  ASSERT_TRUE(app.DialogGoes());
+  ASSERT_TRUE(app.Leave());
+  EXPECT_EQ(Setting(app, "setup", "font"), fonts[0] + ", 32, 12, 1000");
+}
+
+TEST_F(DialogsTest, EveryOtherDialogComesUp) {
+  ASSERT_TRUE(app.NewCut());
+  Type("t");
+  ASSERT_TRUE(app.Shows(kKeyFrame, "2(2f)"));
+  Type("q");
+  ASSERT_TRUE(app.Shows(kKeyFrame, "1(1f)"));
+  const struct {
+    char popup;
+    const char* item;
+    const char* title;
+    const char* name;
+  } dialogs[] = {
+      {'f', "n", "フィルムのプロパティー", "film-dialog"},    {'r', "m", "フレームの複数指定", "count-dialog"},
+      {'r', "l", "明度の連続変化", "brightness-dialog"},      {'r', "o", "フレームの連続移動", "frame-ramp-dialog"},
+      {'r', "s", "フレームのプロパティ", "frame-dialog"},     {'l', "m", "レイヤの連続移動", "layer-ramp-dialog"},
+      {'e', "z", "ランダムに点描", "dots-dialog"},            {'e', "g", "グリッド", "draw-grid-dialog"},
+  };
+  for (const auto& entry : dialogs) {
+    ASSERT_TRUE(app.Choose(entry.popup, entry.item)) << entry.title;
+    const HWND dialog = app.AwaitDialog(entry.title);
+    ASSERT_NE(dialog, nullptr) << entry.title;
+    EXPECT_TRUE(IsCentred(dialog)) << entry.title;
+    EXPECT_TRUE(app.Keep(entry.name));
+    Press(VK_ESCAPE);
+    ASSERT_TRUE(app.DialogGoes()) << entry.title;
+  }
+}
+
+TEST_F(DialogsTest, TheRampEndsAtTheLastFrame) {
+  ASSERT_TRUE(app.NewCut());
+  ASSERT_TRUE(app.Choose('r', "m"));
+  HWND dialog = app.AwaitDialog("フレームの複数指定");
+  ASSERT_NE(dialog, nullptr);
+  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1001), "4"));
+  Press(VK_RETURN);
+  ASSERT_TRUE(app.DialogGoes());
+  ASSERT_TRUE(app.Shows(kKeyFrame, "5(5f)"));
+  Type("E");
+  ASSERT_TRUE(app.Shows(kKeyFrame, "1(1f)"));
+  // From 0 to the 50 of the last frame in four equal steps.
+  for (int i = 0; i < 4; i++) Press(VK_TAB);
+  ASSERT_TRUE(app.HasFocus(app.Of(kBrightness)));
+  Type("0");
+  ASSERT_TRUE(app.Choose('r', "l"));
+  dialog = app.AwaitDialog("明度の連続変化");
+  ASSERT_NE(dialog, nullptr);
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1065)), "5");
+  EXPECT_TRUE(app.Shows(kStatusBar, "終点のフレーム番号を指定します。現在のフレームからここまでが対象となります。"));
+  Press(VK_RETURN);
+  ASSERT_TRUE(app.DialogGoes());
+  Press(VK_F3);
+  Press(VK_F3);
+  ASSERT_TRUE(app.Shows(kKeyFrame, "3(3f)"));
+  EXPECT_TRUE(app.Shows(kBrightness, "25"));
+}
+
+}  // namespace
+}  // namespace sorvel::desktop

@@ -1,0 +1,363 @@
+// The tools on the canvas, with real mouse input and the pixels of the screen.
+#include "app.h"
+#include "colors.h"
+
+namespace sorvel::desktop {
+namespace {
+
+class DrawingTest : public DesktopTest {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(app.Start());
+    ASSERT_TRUE(app.NewCut());
+    ASSERT_TRUE(app.HasPixel(0, 0, kTransparent));
+    ASSERT_TRUE(app.HasPixel(239, 179, kTransparent));
+  }
+
+  void Stroke(int fromX, int fromY, int toX, int toY) {
+    Drag(app.At(fromX, fromY), app.At(toX, toY));
+    app.ParkMouse();
+  }
+};
+
+TEST_F(DrawingTest, ANewCanvasIsTransparentInABlackMargin) {
+  const Picture canvas = app.PictureOfCanvas();
+  EXPECT_EQ(canvas.Count(kTransparent), 240 * 180);
+  EXPECT_EQ(app.Pixel(-1, 90), kBlack);
+  EXPECT_EQ(app.Pixel(240, 90), kBlack);
+  EXPECT_EQ(app.Pixel(100, -1), kBlack);
+  EXPECT_EQ(app.Pixel(100, 180), kBlack);
+}
+
+TEST_F(DrawingTest, AStrokeDrawsExactlyItsPixels) {
+  Stroke(20, 30, 100, 30);
+  ASSERT_TRUE(app.HasPixel(100, 30, kBlack));
+  const Picture canvas = app.StillPictureOf(app.Cut());
+  const RECT client = app.ClientOnScreen(app.Cut());
+  const POINT first = app.At(0, 0);
+  int black = 0;
+  for (int y = 0; y < 180; y++) {
+    for (int x = 0; x < 240; x++) {
+      const Color pixel = canvas.At(first.x - client.left + x, first.y - client.top + y);
+      const bool inLine = y == 30 && x >= 20 && x <= 100;
+      ASSERT_EQ(pixel, inLine ? kBlack : kTransparent) << x << ", " << y;
+      black += pixel == kBlack;
+    }
+  }
+  EXPECT_EQ(black, 81);
+}
+
+TEST_F(DrawingTest, UndoTakesTheStrokeAwayAndBringsItBack) {
+  const Picture empty = app.StillPictureOf(app.Cut());
+  Stroke(20, 30, 100, 80);
+  ASSERT_TRUE(app.HasPixel(100, 80, kBlack));
+  const Picture drawn = app.StillPictureOf(app.Cut());
+  EXPECT_GT(Compare(empty, drawn).count, 60);
+  Type("z");
+  ASSERT_TRUE(app.HasPixel(100, 80, kTransparent));
+  EXPECT_EQ(Compare(empty, app.StillPictureOf(app.Cut())).count, 0);
+  ASSERT_TRUE(app.Choose('e', "u"));
+  ASSERT_TRUE(app.HasPixel(100, 80, kBlack));
+  EXPECT_EQ(Compare(drawn, app.StillPictureOf(app.Cut())).count, 0);
+}
+
+TEST_F(DrawingTest, ThePenMarkFollowsTheMouseAndGoes) {
+  Type("ffff");
+  const Picture empty = app.StillPictureOf(app.Cut());
+  MoveTo(app.At(60, 60));
+  ASSERT_TRUE(app.HasPixel(60, 60, kBlack));
+  MoveTo(app.At(150, 100));
+  ASSERT_TRUE(app.HasPixel(150, 100, kBlack));
+  ASSERT_TRUE(app.HasPixel(60, 60, kTransparent));
+  EXPECT_LE(Compare(empty, app.StillPictureOf(app.Cut())).Width(), 8);
+  // Another frame takes the mark off.
+  app.ParkMouse();
+  Press(VK_F3);
+  ASSERT_TRUE(app.HasPixel(150, 100, kTransparent));
+  EXPECT_EQ(Compare(empty, app.StillPictureOf(app.Cut())).count, 0);
+}
+
+TEST_F(DrawingTest, TheSizeKeysMakeThePenLargerAndSmaller) {
+  Type("fff");
+  Stroke(40, 40, 120, 40);
+  ASSERT_TRUE(app.HasPixel(80, 40, kBlack));
+  EXPECT_EQ(app.Pixel(80, 39), kBlack);
+  Type("ddd");
+  Stroke(40, 100, 120, 100);
+  ASSERT_TRUE(app.HasPixel(80, 100, kBlack));
+  EXPECT_EQ(app.Pixel(80, 99), kTransparent);
+  EXPECT_EQ(app.Pixel(80, 101), kTransparent);
+  EXPECT_TRUE(app.Keep("strokes"));
+}
+
+TEST_F(DrawingTest, TheEraserTurnsInkIntoUnderdrawingAndItsFrameGoes) {
+  Stroke(40, 60, 200, 60);
+  ASSERT_TRUE(app.HasPixel(100, 60, kBlack));
+  Type("2");
+  ASSERT_TRUE(Await([this] { return app.IsToolDown(40065); }));
+  EXPECT_FALSE(app.IsToolDown(40029));
+  const Picture inked = app.StillPictureOf(app.Cut());
+  MoveTo(app.At(100, 120));
+  ASSERT_TRUE(Await([&] { return Compare(inked, app.PictureOf(app.Cut())).count > 0; })) << "no frame at the mouse";
+  EXPECT_LE(Compare(inked, app.StillPictureOf(app.Cut())).Width(), 6);
+  Drag(app.At(100, 60), app.At(100, 61));
+  ASSERT_TRUE(app.HasPixel(99, 60, kSketch));
+  EXPECT_EQ(app.Pixel(60, 60), kBlack);
+  app.ParkMouse();
+  Type("1");
+  ASSERT_TRUE(Await([this] { return app.IsToolDown(40029); }));
+  const Picture picture = app.StillPictureOf(app.Cut());
+  const Difference change = Compare(inked, picture);
+  EXPECT_EQ(change.Height(), 1) << "something of the eraser's frame stays";
+  EXPECT_EQ(change.count, 5);
+}
+
+TEST_F(DrawingTest, ThePickerOpensByARightClickAndPicksAColorAndASize) {
+  RightClick(app.At(120, 90));
+  ASSERT_TRUE(Await([this] { return app.Picker() != nullptr; }));
+  const RECT picker = app.Screen(app.Picker());
+  EXPECT_EQ(picker.right - picker.left, 230);
+  EXPECT_EQ(picker.bottom - picker.top, 62);
+  EXPECT_EQ(picker.left, app.At(120, 90).x - 2);
+  EXPECT_EQ(picker.top, app.At(120, 90).y - 2);
+  EXPECT_EQ(GetForegroundWindow(), app.Frame()) << "the picker took the activation";
+  ASSERT_TRUE(app.Keep("pen-picker"));
+  // Cells are 12 pixels on a pitch of 14, the first at (4, 4); a right press picks and leaves it open.
+  RightClick({picker.left + 4 + 14 * 11 + 6, picker.top + 4 + 6});  // the fourth size
+  EXPECT_NE(app.Picker(), nullptr);
+  Click({picker.left + 4 + 14 * 1 + 6, picker.top + 4 + 6});  // dark
+  ASSERT_TRUE(Await([this] { return app.Picker() == nullptr; }));
+  Stroke(40, 40, 120, 40);
+  EXPECT_TRUE(app.HasPixel(80, 40, kDarkGrey));
+  EXPECT_EQ(app.Pixel(80, 39), kDarkGrey);
+}
+
+TEST_F(DrawingTest, AnyMouseMessageOfTheCanvasHidesThePicker) {
+  RightClick(app.At(60, 60));
+  ASSERT_TRUE(Await([this] { return app.Picker() != nullptr; }));
+  MoveTo(app.At(20, 20));
+  EXPECT_TRUE(Await([this] { return app.Picker() == nullptr; }));
+}
+
+TEST_F(DrawingTest, AHeldRightButtonOpensTheToolPopup) {
+  MoveTo(app.At(200, 60));
+  RightDown();
+  Sleep(250);
+  EXPECT_EQ(app.PopupMenu(), nullptr) << "too early";
+  ASSERT_TRUE(Await([this] { return app.PopupMenu() != nullptr; }, 1500));
+  const RECT popup = app.Screen(app.PopupMenu());
+  EXPECT_NEAR(popup.right, app.At(200, 60).x, 4);
+  EXPECT_NEAR(popup.top, app.At(200, 60).y, 4);
+  ASSERT_TRUE(app.Keep("tool-popup"));
+  RightUp();
+  if (app.PopupMenu() == nullptr) GTEST_FAIL() << "the release at its corner closes the popup";
+  Type("i");
+  ASSERT_TRUE(Await([this] { return app.PopupMenu() == nullptr; }));
+  EXPECT_TRUE(Await([this] { return app.IsToolDown(40031); }));
+}
+
+TEST_F(DrawingTest, FillingStopsAtTheLine) {
+  ASSERT_TRUE(app.ClickTool(40037));  // straight lines
+  ASSERT_TRUE(Await([this] { return app.IsToolDown(40037); }));
+  Drag(app.At(40, 40), app.At(120, 40));
+  Drag(app.At(120, 40), app.At(120, 100));
+  Drag(app.At(120, 100), app.At(40, 100));
+  Drag(app.At(40, 100), app.At(40, 40));
+  ASSERT_TRUE(app.HasPixel(40, 70, kBlack));
+  ASSERT_TRUE(app.ClickTool(40031));
+  ASSERT_TRUE(Await([this] { return app.IsToolDown(40031); }));
+  Click(app.At(80, 70));
+  app.ParkMouse();
+  ASSERT_TRUE(app.HasPixel(80, 70, kBlack));
+  EXPECT_EQ(app.Pixel(41, 41), kBlack);
+  EXPECT_EQ(app.Pixel(119, 99), kBlack);
+  EXPECT_EQ(app.Pixel(200, 150), kTransparent);
+  EXPECT_EQ(app.Pixel(30, 70), kTransparent);
+  EXPECT_TRUE(app.Keep("filled"));
+}
+
+TEST_F(DrawingTest, ARubberLineLeavesNothingBehind) {
+  const Picture empty = app.StillPictureOf(app.Cut());
+  Type("3");
+  ASSERT_TRUE(Await([this] { return app.IsToolDown(40037); }));
+  MoveTo(app.At(20, 20));
+  LeftDown();
+  MoveTo(app.At(200, 40));
+  MoveTo(app.At(180, 150));
+  ASSERT_TRUE(Await([&] { return Compare(empty, app.PictureOf(app.Cut())).count > 50; })) << "no rubber line";
+  ASSERT_TRUE(app.Keep("rubber-line"));
+  MoveTo(app.At(100, 20));
+  LeftUp();
+  app.ParkMouse();
+  ASSERT_TRUE(app.HasPixel(60, 20, kBlack));
+  Type("z");
+  ASSERT_TRUE(app.HasPixel(60, 20, kTransparent));
+  EXPECT_EQ(Compare(empty, app.StillPictureOf(app.Cut())).count, 0);
+}
+
+TEST_F(DrawingTest, TheKeysZoomAtTheMouse) {
+  Stroke(100, 90, 110, 90);
+  ASSERT_TRUE(app.HasPixel(105, 90, kBlack));
+  MoveTo(app.At(120, 90));
+  Type("s");
+  app.canvas.numerator = 2;
+  ASSERT_TRUE(app.HasPixel(1, 1, kTransparent));
+  ASSERT_TRUE(app.HasPixel(105, 90, kBlack));
+  const POINT place = app.At(105, 90);
+  EXPECT_EQ(Picture(RECT{place.x, place.y, place.x + 2, place.y + 2}).Count(kBlack), 4);
+  EXPECT_EQ(app.Pixel(-1, 90), kBlack);
+  ASSERT_TRUE(app.Keep("zoomed"));
+  Type("aa");
+  app.canvas.numerator = 1;
+  app.canvas.denominator = 2;
+  ASSERT_TRUE(Await([this] { return app.Pixel(60, 40) == kTransparent && app.Pixel(-4, 40) == kBlack; }));
+  EXPECT_EQ(app.Pixel(244, 90), kBlack);
+  // A thin line is still to be seen at half the size.
+  const POINT left = app.At(98, 88);
+  const POINT right = app.At(114, 94);
+  EXPECT_GT(Picture(RECT{left.x, left.y, right.x, right.y}).Count(kBlack), 2);
+}
+
+TEST_F(DrawingTest, TheViewOptionsShowInThePicture) {
+  Stroke(20, 30, 100, 30);
+  ASSERT_TRUE(app.HasPixel(60, 30, kBlack));
+  Type("b");
+  ASSERT_TRUE(app.Lists(kLayerList, {"A (2/2)"}));
+  ASSERT_TRUE(app.HasPixel(60, 30, kTransparent));
+  Type("D");  // the cell before shows through
+  ASSERT_TRUE(Await([this] { return app.Pixel(60, 30) != kTransparent; }));
+  EXPECT_NE(app.Pixel(60, 30), kBlack);
+  Stroke(20, 60, 100, 60);
+  ASSERT_TRUE(app.Keep("onion"));
+  Type("J");
+  EXPECT_TRUE(app.HasPixel(60, 30, kTransparent));
+}
+
+TEST_F(DrawingTest, TheTextToolWritesJapanese) {
+  const Picture empty = app.StillPictureOf(app.Cut());
+  ASSERT_TRUE(app.Choose('t', "t"));
+  Click(app.At(20, 60));
+  const HWND dialog = app.AwaitDialog("テキスト");
+  ASSERT_NE(dialog, nullptr);
+  const HWND edit = GetDlgItem(dialog, 1034);
+  ASSERT_TRUE(app.HasFocus(edit));
+  Type("表示と");
+  Press(VK_RETURN);
+  Type("十字");
+  ASSERT_TRUE(app.Shows(edit, "表示と\r\n十字"));
+  ASSERT_TRUE(app.Keep("text-dialog"));
+  app.ClickButton(dialog, IDOK);
+  ASSERT_TRUE(app.DialogGoes());
+  Click(app.At(20, 60));
+  app.ParkMouse();
+  ASSERT_TRUE(Await([&] { return app.PictureOfCanvas().Count(kBlack) > 200; })) << app.PictureOfCanvas().Count(kBlack);
+  EXPECT_TRUE(app.Keep("text"));
+  Type("z");
+  ASSERT_TRUE(Await([&] { return Compare(empty, app.PictureOf(app.Cut())).count == 0; }));
+}
+
+TEST_F(DrawingTest, ASelectionIsCutAndPasted) {
+  Stroke(20, 30, 60, 30);
+  ASSERT_TRUE(app.HasPixel(40, 30, kBlack));
+  Type("Q");
+  ASSERT_TRUE(Await([this] { return app.IsToolDown(40059); }));
+  const Picture plain = app.StillPictureOf(app.Cut());
+  Drag(app.At(10, 20), app.At(70, 40));
+  app.ParkMouse();
+  ASSERT_TRUE(Await([&] { return Compare(plain, app.PictureOf(app.Cut())).count > 20; })) << "no frame round it";
+  ASSERT_TRUE(app.Keep("selection"));
+  ASSERT_TRUE(app.Choose('e', "t"));
+  ASSERT_TRUE(app.HasPixel(40, 30, kTransparent));
+  ASSERT_TRUE(app.Choose('e', "p"));
+  ASSERT_TRUE(Await([this] { return app.PictureOfCanvas().Count(kBlack) >= 41; }));
+}
+
+TEST_F(DrawingTest, TheSystemsClipboardTakesTheCell) {
+  Stroke(20, 30, 60, 30);
+  ASSERT_TRUE(app.HasPixel(40, 30, kBlack));
+  ASSERT_TRUE(app.Choose('e', "bc"));
+  ASSERT_TRUE(Await([] { return IsClipboardFormatAvailable(CF_DIB) != FALSE; }));
+  ASSERT_TRUE(OpenClipboard(nullptr));
+  const void* data = GlobalLock(GetClipboardData(CF_DIB));
+  ASSERT_NE(data, nullptr);
+  const BITMAPINFOHEADER* header = static_cast<const BITMAPINFOHEADER*>(data);
+  EXPECT_EQ(header->biWidth, 240);
+  EXPECT_EQ(header->biHeight, 180);
+  GlobalUnlock(GetClipboardData(CF_DIB));
+  CloseClipboard();
+}
+
+// A canvas larger than the window.
+class ScrollingTest : public DesktopTest {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(app.Start());
+    ASSERT_TRUE(app.NewCut("A", 1600, 1200));
+    const RECT client = app.ClientOnScreen(app.Cut());
+    corner = {client.left, client.top};
+    Drag({corner.x + 100, corner.y + 100}, {corner.x + 160, corner.y + 100});
+    app.ParkMouse();
+    ASSERT_TRUE(Await([this] { return IsDrawnAt(100, 100); }));
+  }
+
+  // Whether the line begins at this place of the window.
+  bool IsDrawnAt(int x, int y) const {
+    const Picture picture(RECT{corner.x + x - 1, corner.y + y, corner.x + x + 61, corner.y + y + 1});
+    return picture.At(0, 0) == kTransparent && picture.At(1, 0) == kBlack && picture.At(61, 0) == kBlack;
+  }
+
+  POINT corner = {};
+};
+
+TEST_F(ScrollingTest, TheBarsArrowsScrollByFour) {
+  const RECT client = app.ClientOnScreen(app.Cut());
+  const int bar = GetSystemMetrics(SM_CXVSCROLL);
+  const POINT down = {client.right + bar / 2, client.bottom - bar / 2};
+  const POINT right = {client.right - bar / 2, client.bottom + bar / 2};
+  Click(down);
+  EXPECT_TRUE(Await([this] { return IsDrawnAt(100, 96); }));
+  Click(right);
+  EXPECT_TRUE(Await([this] { return IsDrawnAt(96, 96); }));
+  Click({client.right + bar / 2, client.top + bar / 2});
+  EXPECT_TRUE(Await([this] { return IsDrawnAt(96, 100); }));
+  EXPECT_TRUE(app.Keep("scrolled"));
+}
+
+TEST_F(ScrollingTest, TheThumbIsDragged) {
+  const Picture before = app.StillPictureOf(app.Cut());
+  const RECT client = app.ClientOnScreen(app.Cut());
+  const int bar = GetSystemMetrics(SM_CXVSCROLL);
+  const POINT thumb = {client.right + bar / 2, client.top + bar + 10};
+  MoveTo(thumb);
+  LeftDown();
+  MoveTo({thumb.x, thumb.y + 20});
+  ASSERT_TRUE(Await([&] { return Compare(before, app.PictureOf(app.Cut())).count > 0; })) << "nothing moves yet";
+  EXPECT_FALSE(IsDrawnAt(100, 100));
+  MoveTo(thumb);
+  LeftUp();
+  app.ParkMouse();
+  EXPECT_TRUE(Await([this] { return IsDrawnAt(100, 100); }));
+  EXPECT_EQ(Compare(before, app.StillPictureOf(app.Cut())).count, 0);
+}
+
+TEST_F(ScrollingTest, ShiftAndControlPan) {
+  const RECT client = app.ClientOnScreen(app.Cut());
+  const int bar = GetSystemMetrics(SM_CXVSCROLL);
+  const POINT down = {client.right + bar / 2, client.bottom - bar / 2};
+  for (int i = 0; i < 5; i++) Click(down);
+  ASSERT_TRUE(Await([this] { return IsDrawnAt(100, 80); }));
+  MoveTo({corner.x + 300, corner.y + 300});
+  Hold(VK_CONTROL);
+  Hold(VK_SHIFT);
+  MoveTo({corner.x + 301, corner.y + 300});
+  for (int i = 1; i <= 6; i++) MoveTo({corner.x + 301 - 5 * i, corner.y + 300 + 3 * i});
+  EXPECT_TRUE(Await([this] { return IsDrawnAt(70, 98); }));
+  Release(VK_SHIFT);
+  Release(VK_CONTROL);
+  MoveTo({corner.x + 200, corner.y + 320});
+  app.ParkMouse();
+  EXPECT_TRUE(Await([this] { return IsDrawnAt(70, 98); }));
+}
+
+}  // namespace
+}  // namespace sorvel::desktop

@@ -1,0 +1,134 @@
+#include "input.h"
+
+#include <vector>
+
+#include "text.h"
+
+namespace sorvel::desktop {
+
+namespace {
+
+constexpr DWORD kRest = 12;  // milliseconds
+constexpr int kDragSteps = 8;
+
+INPUT KeyInput(int key, bool down) {
+  INPUT input = {};
+  input.type = INPUT_KEYBOARD;
+  input.ki.wVk = static_cast<WORD>(key);
+  input.ki.wScan = static_cast<WORD>(MapVirtualKeyW(static_cast<UINT>(key), MAPVK_VK_TO_VSC));
+  input.ki.dwFlags = down ? 0 : KEYEVENTF_KEYUP;
+  return input;
+}
+
+INPUT CharacterInput(wchar_t character, bool down) {
+  INPUT input = {};
+  input.type = INPUT_KEYBOARD;
+  input.ki.wScan = character;
+  input.ki.dwFlags = KEYEVENTF_UNICODE | (down ? 0u : static_cast<DWORD>(KEYEVENTF_KEYUP));
+  return input;
+}
+
+void SendAll(std::vector<INPUT>* inputs) {
+  SendInput(static_cast<UINT>(inputs->size()), inputs->data(), sizeof(INPUT));
+  Sleep(kRest);
+}
+
+void SendButton(DWORD flag) {
+  std::vector<INPUT> inputs(1);
+  inputs[0].type = INPUT_MOUSE;
+  inputs[0].mi.dwFlags = flag;
+  SendAll(&inputs);
+}
+
+// The least number of 65536 parts of the screen that comes out as this pixel again.
+LONG PartOf(LONG pixel, int size) {
+  return static_cast<LONG>((static_cast<int64_t>(pixel) * 65536 + size - 1) / size);
+}
+
+}  // namespace
+
+void Press(int key, std::initializer_list<int> held) {
+  std::vector<INPUT> inputs;
+  for (const int other : held) inputs.push_back(KeyInput(other, true));
+  inputs.push_back(KeyInput(key, true));
+  inputs.push_back(KeyInput(key, false));
+  for (auto other = held.end(); other != held.begin();) inputs.push_back(KeyInput(*--other, false));
+  SendAll(&inputs);
+}
+
+void Hold(int key) {
+  std::vector<INPUT> inputs = {KeyInput(key, true)};
+  SendAll(&inputs);
+}
+
+void Release(int key) {
+  std::vector<INPUT> inputs = {KeyInput(key, false)};
+  SendAll(&inputs);
+}
+
+void Type(const std::string& text) {
+  std::vector<INPUT> inputs;
+  for (const wchar_t character : Wide(text)) {
+    const bool letter = character >= L'a' && character <= L'z';
+    if (letter || (character >= L'0' && character <= L'9') || character == L' ') {
+      const int key = letter ? character - L'a' + 'A' : character;
+      inputs.push_back(KeyInput(key, true));
+      inputs.push_back(KeyInput(key, false));
+    } else {
+      inputs.push_back(CharacterInput(character, true));
+      inputs.push_back(CharacterInput(character, false));
+    }
+  }
+  SendAll(&inputs);
+}
+
+void MoveTo(POINT place) {
+  std::vector<INPUT> inputs(1);
+  inputs[0].type = INPUT_MOUSE;
+  inputs[0].mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
+  inputs[0].mi.dx = PartOf(place.x, GetSystemMetrics(SM_CXSCREEN));
+  inputs[0].mi.dy = PartOf(place.y, GetSystemMetrics(SM_CYSCREEN));
+  SendAll(&inputs);
+}
+
+void LeftDown() {
+  SendButton(MOUSEEVENTF_LEFTDOWN);
+}
+void LeftUp() {
+  SendButton(MOUSEEVENTF_LEFTUP);
+}
+void RightDown() {
+  SendButton(MOUSEEVENTF_RIGHTDOWN);
+}
+void RightUp() {
+  SendButton(MOUSEEVENTF_RIGHTUP);
+}
+
+void Click(POINT place) {
+  MoveTo(place);
+  LeftDown();
+  LeftUp();
+}
+
+void DoubleClick(POINT place) {
+  Click(place);
+  LeftDown();
+  LeftUp();
+}
+
+void RightClick(POINT place) {
+  MoveTo(place);
+  RightDown();
+  RightUp();
+}
+
+void Drag(POINT from, POINT to) {
+  MoveTo(from);
+  LeftDown();
+  for (int i = 1; i <= kDragSteps; i++) {
+    MoveTo({from.x + (to.x - from.x) * i / kDragSteps, from.y + (to.y - from.y) * i / kDragSteps});
+  }
+  LeftUp();
+}
+
+}  // namespace sorvel::desktop

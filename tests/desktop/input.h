@@ -1,0 +1,31 @@
+#pragma once
+
+#include <windows.h>
+
+#include <initializer_list>
+#include <string>
+
+// The hands at the mouse and the keyboard. Places are those of the screen. A short rest follows each act, as it does
+// with real hands, so that what it moves can follow.
+namespace sorvel::desktop {
+
+// A key of the keyboard, with keys that are held meanwhile (VK_CONTROL, VK_SHIFT, VK_MENU).
+void Press(int key, std::initializer_list<int> held = {});
+void Hold(int key);
+void Release(int key);
+// The keys of digits, small letters and blanks; any other character without a key, as an input method sends it. The
+// text is UTF-8.
+void Type(const std::string& text);
+
+void MoveTo(POINT place);
+void LeftDown();
+void LeftUp();
+void RightDown();
+void RightUp();
+void Click(POINT place);
+void DoubleClick(POINT place);
+void RightClick(POINT place);
+// Down, over some places between, and up.
+void Drag(POINT from, POINT to);
+
+}  // namespace sorvel::desktop

@@ -1,0 +1,195 @@
+// Menus, the tool bar and the boxes that explain.
+#include "app.h"
+
+namespace sorvel::desktop {
+namespace {
+
+class MenusTest : public DesktopTest {
+ protected:
+  void SetUp() override { ASSERT_TRUE(app.Start()); }
+
+  // How an open popup looks.
+  Picture PictureOfMenu(char popup) {
+    const HWND menu = app.OpenMenu(popup);
+    EXPECT_NE(menu, nullptr) << popup;
+    if (menu == nullptr) return Picture();
+    const RECT area = app.Screen(menu);
+    Picture last(area);
+    Await([&] {
+      Sleep(25);
+      const Picture now(area);
+      const bool still = now == last && now.Colors(3) >= 2;
+      last = now;
+      return still;
+    });
+    app.CloseMenus();
+    return last;
+  }
+
+  // Two pictures of a popup differ by check marks alone.
+  static void ExpectOnlyMarksDiffer(const Picture& one, const Picture& other) {
+    constexpr int markColumn = 30;
+    const Difference difference = Compare(one, other);
+    EXPECT_GT(difference.count, 0);
+    EXPECT_LT(difference.bounds.right, markColumn);
+  }
+};
+
+TEST_F(MenusTest, EveryPopupOpensByItsKey) {
+  ASSERT_TRUE(app.NewCut());
+  for (const char popup : {'v', 'f', 'c', 'r', 'l', 'e', 't', 'w'}) {
+    ASSERT_NE(app.OpenMenu(popup), nullptr) << popup;
+    EXPECT_TRUE(app.Keep(std::string("menu-") + popup));
+    app.CloseMenus();
+  }
+}
+
+TEST_F(MenusTest, AMarkFollowsTheTool) {
+  const Picture pen = PictureOfMenu('t');
+  ASSERT_TRUE(app.Choose('t', "e"));
+  const Picture eraser = PictureOfMenu('t');
+  ExpectOnlyMarksDiffer(pen, eraser);
+  ASSERT_TRUE(app.Choose('t', "b"));
+  EXPECT_EQ(Compare(pen, PictureOfMenu('t')).count, 0);
+}
+
+TEST_F(MenusTest, AMarkFollowsASwitch) {
+  ASSERT_TRUE(app.NewCut());
+  for (const char* item : {"w", "k", "p"}) {
+    const Picture before = PictureOfMenu('t');
+    ASSERT_TRUE(app.Choose('t', item));
+    const Picture after = PictureOfMenu('t');
+    ExpectOnlyMarksDiffer(before, after);
+    ASSERT_TRUE(app.Choose('t', item));
+    EXPECT_EQ(Compare(before, PictureOfMenu('t')).count, 0) << item;
+  }
+  const Picture before = PictureOfMenu('v');
+  ASSERT_TRUE(app.Choose('v', "t"));
+  ExpectOnlyMarksDiffer(before, PictureOfMenu('v'));
+}
+
+TEST_F(MenusTest, TheStatusBarTellsTheHighlightedItem) {
+  ASSERT_NE(app.OpenMenu('f'), nullptr);
+  // The keyboard opens a popup with its first item highlighted.
+  EXPECT_TRUE(app.Shows(kStatusBar, "フィルムを新しく作成します。"));
+  Press(VK_DOWN);
+  EXPECT_TRUE(app.Shows(kStatusBar, "フィルムを開きます。"));
+  Press(VK_DOWN);
+  Press(VK_DOWN);
+  Press(VK_DOWN);
+  Press(VK_DOWN);
+  EXPECT_TRUE(
+      app.Shows(kStatusBar, "新しいカットをフィルムに追加します。ファイル名は自動的に番号付けされます。"));
+  EXPECT_TRUE(app.Keep("menu-help"));
+  app.CloseMenus();
+  EXPECT_TRUE(app.Shows(kStatusBar, ""));
+}
+
+TEST_F(MenusTest, TheToolBarIsClicked) {
+  ASSERT_TRUE(app.NewCut());
+  for (const int tool : {40065, 40037, 40038, 40031, 40059, 40028, 40029}) {
+    ASSERT_TRUE(app.ClickTool(tool));
+    EXPECT_TRUE(Await([&] { return app.IsToolDown(tool); })) << tool;
+    int down = 0;
+    for (const int other : {40065, 40037, 40038, 40031, 40059, 40028, 40029}) down += app.IsToolDown(other);
+    EXPECT_EQ(down, 1) << tool;
+  }
+  ASSERT_TRUE(app.ClickTool(40004));
+  EXPECT_TRUE(app.Shows(kKeyFrame, "2(2f)"));
+  ASSERT_TRUE(app.ClickTool(40007));
+  EXPECT_TRUE(app.Shows(kKeyFrame, "1(1f)"));
+  ASSERT_TRUE(app.ClickTool(40011));
+  EXPECT_TRUE(app.Lists(kLayerList, {"A (2/2)"}));
+}
+
+TEST_F(MenusTest, AClickOnTheChosenToolLeavesItsButtonDown) {
+  ASSERT_TRUE(app.ClickTool(40029));
+  // A button of this style lifts by itself at every second click.
+  app.StillPicture();
+  EXPECT_TRUE(app.IsToolDown(40029));
+}
+
+TEST_F(MenusTest, AToolTipNamesTheButtonAndTheStatusBarExplainsIt) {
+  const RECT button = app.ToolRect(40065);
+  MoveTo({(button.left + button.right) / 2 - 2, (button.top + button.bottom) / 2});
+  MoveTo({(button.left + button.right) / 2, (button.top + button.bottom) / 2});
+  ASSERT_TRUE(Await([this] { return app.ToolTip() != nullptr; }));
+  EXPECT_TRUE(app.Shows(app.ToolTip(), "消しゴム"));
+  EXPECT_TRUE(app.Shows(kStatusBar, "ドラッグした部分を下絵に転化します。"));
+  EXPECT_TRUE(app.Keep("tool-tip"));
+  app.ParkMouse();
+  EXPECT_TRUE(Await([this] { return app.ToolTip() == nullptr; }));
+  EXPECT_TRUE(app.Shows(kStatusBar, ""));
+}
+
+TEST_F(MenusTest, WithoutTheStatusBarThereAreNoToolTips) {
+  ASSERT_TRUE(app.Choose('v', "s"));
+  const RECT button = app.ToolRect(40065);
+  MoveTo({(button.left + button.right) / 2 - 2, (button.top + button.bottom) / 2});
+  MoveTo({(button.left + button.right) / 2, (button.top + button.bottom) / 2});
+  EXPECT_FALSE(Await([this] { return app.ToolTip() != nullptr; }, 1200));
+}
+
+TEST_F(MenusTest, TheToolIsExplained) {
+  Press(VK_F1);
+  HWND box = app.AwaitDialog("自由ペン");
+  ASSERT_NE(box, nullptr);
+  EXPECT_EQ(app.BoxText(box), "ドラッグして線を描きます。");
+  Press(VK_RETURN);
+  ASSERT_TRUE(app.DialogGoes());
+  ASSERT_TRUE(app.Choose('t', "n"));
+  Press(VK_F8);
+  box = app.AwaitDialog("直線");
+  ASSERT_NE(box, nullptr);
+  EXPECT_EQ(app.BoxText(box),
+            "ドラッグで直線を描きます。\nCtrl を押しながらクリックすると、連続直線モードとなります。\n"
+            "連続直線モードで Ctrl を押しながらクリックするとスキップします。\n"
+            "連続直線モードは右クリックで解除します。");
+  EXPECT_TRUE(app.Keep("tool-explanation"));
+  Press(VK_ESCAPE);
+  EXPECT_TRUE(app.DialogGoes());
+}
+
+TEST_F(MenusTest, TheAboutBoxTellsTheVersion) {
+  ASSERT_TRUE(app.Choose('v', "v"));
+  const HWND box = app.AwaitDialog("About Sorvelin");
+  ASSERT_NE(box, nullptr);
+  EXPECT_EQ(app.BoxText(box), "Sorvel Developer Version 1.0");
+  EXPECT_TRUE(app.Keep("about"));
+  Press(VK_RETURN);
+  EXPECT_TRUE(app.DialogGoes());
+}
+
+TEST_F(MenusTest, TheWindowMenuListsTheCuts) {
+  ASSERT_TRUE(app.NewCut("A"));
+  ASSERT_TRUE(app.SaveCutAs(app.PathOf("first.cut")));
+  const HWND first = app.Cut();
+  ASSERT_TRUE(app.NewCut("B"));
+  ASSERT_TRUE(app.SaveCutAs(app.PathOf("second.cut")));
+  const HWND second = app.Cut();
+  EXPECT_TRUE(app.Shows(app.Frame(), "Sorvel Developer - [second.cut]"));
+  ASSERT_NE(app.OpenMenu('w'), nullptr);
+  EXPECT_TRUE(app.Keep("window-list"));
+  Type("1");
+  ASSERT_TRUE(Await([&] { return app.Cut() == first; }));
+  EXPECT_TRUE(app.Shows(app.Frame(), "Sorvel Developer - [first.cut]"));
+  EXPECT_TRUE(app.Lists(kLayerList, {"A (1/1)"}));
+  // The window system's own key goes round the windows.
+  Press(VK_F6, {VK_CONTROL});
+  EXPECT_TRUE(Await([&] { return app.Cut() == second; }));
+  EXPECT_TRUE(app.Lists(kLayerList, {"B (1/1)"}));
+}
+
+TEST_F(MenusTest, CommandsWithoutACutDoNothing) {
+  const Picture before = app.StillPicture();
+  for (const char* item : {"n", "p", "h", "t", "k", "a", "i", "d"}) ASSERT_TRUE(app.Choose('r', item)) << item;
+  for (const char* item : {"m", "w", "a", "p"}) ASSERT_TRUE(app.Choose('c', item)) << item;
+  for (const char* item : {"a", "d", "u", "p"}) ASSERT_TRUE(app.Choose('l', item)) << item;
+  for (const char* item : {"n", "e", "a", "u", "c", "t", "p", "s", "f"}) ASSERT_TRUE(app.Choose('e', item)) << item;
+  EXPECT_TRUE(app.Runs());
+  EXPECT_EQ(app.Dialog(), nullptr);
+  EXPECT_EQ(Compare(before, app.StillPicture()).count, 0);
+}
+
+}  // namespace
+}  // namespace sorvel::desktop

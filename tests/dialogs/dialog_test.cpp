@@ -1,0 +1,161 @@
+#include "dialogs/dialog.h"
+
+#include "dialogs/dialog_fixture.h"
+
+namespace sorvel::testdialogs {
+namespace {
+
+constexpr int32_t kTemplate = 116;
+constexpr int32_t kEdit = 1001;
+
+// Notes what the framework does with it.
+class NotingDialog final : public Dialog {
+ public:
+  NotingDialog(platform::WindowHandle bar, std::string* log) : Dialog(bar, kTemplate), log_(log) {}
+
+  void ReadValues(platform::WindowHandle dialog) override {
+    *log_ += "read ";
+    EXPECT_EQ(gCurrentDialog, this);
+    place = platform::ScreenBounds(dialog);
+    if (atRead) atRead(dialog);
+  }
+  void WriteValues(platform::WindowHandle dialog) override {
+    *log_ += "write ";
+    EXPECT_EQ(gCurrentDialog, this);
+    if (atWrite) atWrite(dialog);
+  }
+
+  Bounds place;
+  std::function<void(platform::WindowHandle)> atWrite;
+  std::function<void(platform::WindowHandle)> atRead;
+
+ private:
+  std::string* log_;
+};
+
+class DialogFramework : public DialogTest {
+ protected:
+  std::string log;
+};
+
+TEST_F(DialogFramework, OkWritesThenReadsAndGivesTrue) {
+  NotingDialog dialog(bar, &log);
+  EXPECT_TRUE(Run(&dialog));
+  EXPECT_EQ(log, "write read ");
+}
+
+TEST_F(DialogFramework, CancelReadsNothingAndGivesFalse) {
+  NotingDialog dialog(bar, &log);
+  platform::headless::QueueDialog({kTemplate, {{kEdit, "7"}}, false});
+  EXPECT_FALSE(dialog.Run(owner));
+  EXPECT_EQ(log, "write ");
+}
+
+TEST_F(DialogFramework, ADialogThatCannotBeShownCountsAsCancelled) {
+  NotingDialog dialog(bar, &log);
+  dialog.templateId = 1;  // there is no such resource
+  EXPECT_FALSE(dialog.Run(owner));
+  EXPECT_EQ(log, "");
+  platform::headless::ClearFailure();
+}
+
+TEST_F(DialogFramework, NoDialogIsCurrentBetweenDialogs) {
+  EXPECT_EQ(gCurrentDialog, nullptr);
+  NotingDialog dialog(bar, &log);
+  Run(&dialog);
+  EXPECT_EQ(gCurrentDialog, nullptr);
+}
+
+TEST_F(DialogFramework, TheDialogIsCentredOverItsParent) {
+  platform::MoveWindow(owner, 100, 50, 801, 601, false);
+  NotingDialog dialog(bar, &log);
+  Run(&dialog);
+  EXPECT_EQ(dialog.place.left, 100 + 801 / 2 - dialog.place.Width() / 2);
+  EXPECT_EQ(dialog.place.top, 50 + 601 / 2 - dialog.place.Height() / 2);
+}
+
+TEST_F(DialogFramework, ADialogLargerThanItsParentReachesOverIt) {
+  platform::MoveWindow(owner, 0, 0, 20, 10, false);
+  NotingDialog dialog(bar, &log);
+  Run(&dialog);
+  ASSERT_GT(dialog.place.Width(), 20);
+  EXPECT_EQ(dialog.place.left, 10 - dialog.place.Width() / 2);
+  EXPECT_LT(dialog.place.left, 0);
+  EXPECT_EQ(dialog.place.top, 5 - dialog.place.Height() / 2);
+  EXPECT_LT(dialog.place.top, 0);
+}
+
+TEST_F(DialogFramework, CentringKeepsTheSize) {
+  Bounds before;
+  NotingDialog dialog(bar, &log);
+  dialog.atWrite = [&before](platform::WindowHandle window) { before = platform::ScreenBounds(window); };
+  Run(&dialog);
+  EXPECT_EQ(dialog.place.Width(), before.Width());
+  EXPECT_EQ(dialog.place.Height(), before.Height());
+}
+
+// The help of the credit's edit, of a list and of a check box: each kind tells of the focus by numbers of its own.
+TEST_F(DialogFramework, AControlThatGetsTheFocusShowsItsHelp) {
+  NotingDialog dialog(bar, &log);
+  EXPECT_EQ(HelpOf(&dialog, 1037, platform::kEditSetFocus),
+            ShiftJis("このカットを担当したスタッフの名前を記入します。"));
+  EXPECT_EQ(HelpOf(&dialog, 1028, platform::kListSetFocus), ShiftJis("@で始まるフォント名は縦書きになります。"));
+  EXPECT_EQ(HelpOf(&dialog, 1060, platform::kButtonSetFocus),
+            ShiftJis("レイヤの位置をフレームに対する相対位置にします。"));
+}
+
+TEST_F(DialogFramework, AControlThatLosesTheFocusClearsTheBar) {
+  NotingDialog dialog(bar, &log);
+  EXPECT_EQ(HelpOf(&dialog, 1037, platform::kEditKillFocus), "");
+  EXPECT_EQ(HelpOf(&dialog, 1028, platform::kListKillFocus), "");
+  EXPECT_EQ(HelpOf(&dialog, 1060, platform::kButtonKillFocus), "");
+}
+
+TEST_F(DialogFramework, AControlWithoutHelpKeepsTheBarsText) {
+  NotingDialog dialog(bar, &log);
+  EXPECT_EQ(HelpOf(&dialog, 1002, platform::kEditSetFocus), "before");
+}
+
+TEST_F(DialogFramework, OtherNotificationsAreNotHandled) {
+  NotingDialog dialog(bar, &log);
+  platform::SetText(bar, "before");
+  EXPECT_EQ(dialog.OnControl(owner, platform::kButtonClicked, 1060, nullptr), 0);
+  EXPECT_EQ(dialog.OnControl(owner, 0x300, 1037, nullptr), 0);
+  EXPECT_EQ(dialog.OnControl(owner, platform::kListSelectionChanged, 1028, nullptr), 0);
+  char text[16];
+  platform::ReadText(bar, text, sizeof(text));
+  EXPECT_STREQ(text, "before");
+}
+
+TEST_F(DialogFramework, TabbingThroughADialogShowsAndClearsHelp) {
+  std::string shown;
+  std::string left;
+  const auto barText = [this] {
+    char text[512];
+    platform::ReadText(bar, text, sizeof(text));
+    return std::string(text);
+  };
+  // Through the procedure of all dialogs: the notification goes from the control to the dialog that is shown.
+  class Tabbing final : public Dialog {
+   public:
+    Tabbing(platform::WindowHandle helpBar, std::function<void(platform::WindowHandle)> tab)
+        : Dialog(helpBar, 107), tab_(std::move(tab)) {}
+    void ReadValues(platform::WindowHandle window) override { tab_(window); }
+    void WriteValues(platform::WindowHandle) override {}
+
+   private:
+    std::function<void(platform::WindowHandle)> tab_;
+  };
+  Tabbing tabbing(bar, [&](platform::WindowHandle window) {
+    platform::SetFocusTo(Control(window, 1037));
+    shown = barText();
+    platform::SetFocusTo(Control(window, 1002));
+    left = barText();
+  });
+  Run(&tabbing);
+  EXPECT_EQ(shown, ShiftJis("このカットを担当したスタッフの名前を記入します。"));
+  EXPECT_EQ(left, "");
+}
+
+}  // namespace
+}  // namespace sorvel::testdialogs

@@ -1,0 +1,547 @@
+#include "dialogs/dialogs.h"
+
+#include "dialogs/dialog_fixture.h"
+#include "platform/fonts.h"
+
+namespace sorvel::testdialogs {
+namespace {
+
+class Dialogs : public DialogTest {};
+
+// What the control reports for a text that isn't a number of its range: the last valid position with a high half.
+constexpr int32_t kBadEntry = 0x10000;
+
+// Layer.
+
+TEST_F(Dialogs, LayerDialogShowsItsValues) {
+  LayerDialog dialog(bar, "line", 240, 180, 1);
+  Look(&dialog, [](platform::WindowHandle window) {
+    EXPECT_EQ(TextOf(window, 1000), "line");
+    EXPECT_EQ(Entry(window, 1002, 1004), "1 to 32767: 240");
+    EXPECT_EQ(Entry(window, 1001, 1003), "1 to 32767: 180");
+    EXPECT_TRUE(platform::IsChecked(Control(window, 1060)));
+  });
+  EXPECT_STREQ(dialog.name, "line");
+  EXPECT_EQ(dialog.width, 240);
+  EXPECT_EQ(dialog.height, 180);
+  EXPECT_EQ(dialog.followFrame, 1u);
+}
+
+TEST_F(Dialogs, LayerDialogReadsItsValues) {
+  LayerDialog dialog(bar, "", 240, 180, 1);
+  EXPECT_TRUE(Run(&dialog, {{1000, "shade"}, {1002, "32767"}, {1001, "1"}, {1060, "off"}}));
+  EXPECT_STREQ(dialog.name, "shade");
+  EXPECT_EQ(dialog.width, 32767);
+  EXPECT_EQ(dialog.height, 1);
+  EXPECT_EQ(dialog.followFrame, 0u);
+}
+
+TEST_F(Dialogs, LayerDialogRaisesSizesBelowOne) {
+  LayerDialog dialog(bar, "", 5, 5, 0);
+  Look(&dialog, [](platform::WindowHandle window) {
+    for (const int32_t id : {1004, 1003}) {
+      platform::SetUpDownRange(Control(window, id), 0, 9);
+      platform::SetUpDownPosition(Control(window, id), 0);
+    }
+  });
+  EXPECT_EQ(dialog.width, 1);
+  EXPECT_EQ(dialog.height, 1);
+}
+
+TEST_F(Dialogs, NamesAreCutTo255Bytes) {
+  const std::string typed(300, 'x');
+  LayerDialog dialog(bar, typed.c_str(), 1, 1, 0);
+  EXPECT_EQ(std::string(dialog.name), std::string(255, 'x'));
+  Run(&dialog, {{1000, std::string(300, 'y')}});
+  EXPECT_EQ(std::string(dialog.name), std::string(255, 'y'));
+}
+
+TEST_F(Dialogs, CancelLeavesTheValues) {
+  LayerDialog dialog(bar, "old", 5, 6, 0);
+  platform::headless::QueueDialog({106, {{1000, "new"}, {1002, "9"}}, false});
+  EXPECT_FALSE(dialog.Run(owner));
+  EXPECT_STREQ(dialog.name, "old");
+  EXPECT_EQ(dialog.width, 5);
+}
+
+// Cut.
+
+TEST_F(Dialogs, CutDialogShowsItsValues) {
+  CutDialog dialog(bar, 240, 180, 24, "staff", 1);
+  Look(&dialog, [](platform::WindowHandle window) {
+    EXPECT_EQ(Entry(window, 1002, 1005), "1 to 32767: 240");
+    EXPECT_EQ(Entry(window, 1001, 1006), "1 to 32767: 180");
+    EXPECT_EQ(Entry(window, 1041, 1036), "1 to 32767: 24");
+    EXPECT_EQ(TextOf(window, 1037), "staff");
+    EXPECT_FALSE(platform::IsChecked(Control(window, 1055)));
+    EXPECT_TRUE(platform::IsChecked(Control(window, 1056)));
+    EXPECT_FALSE(platform::IsChecked(Control(window, 1057)));
+  });
+  EXPECT_EQ(dialog.antialias, 1);
+}
+
+TEST_F(Dialogs, CutDialogReadsItsValues) {
+  CutDialog dialog(bar, 240, 180, 24, "", 0);
+  EXPECT_TRUE(Run(&dialog, {{1002, "960"}, {1001, "720"}, {1041, "30"}, {1037, "someone"}, {1057, "on"}}));
+  EXPECT_EQ(dialog.width, 960);
+  EXPECT_EQ(dialog.height, 720);
+  EXPECT_EQ(dialog.fps, 30);
+  EXPECT_STREQ(dialog.credit, "someone");
+  EXPECT_EQ(dialog.antialias, 2);
+}
+
+TEST_F(Dialogs, CutDialogTakesTheFirstOutputSizeThatIsOn) {
+  CutDialog dialog(bar, 1, 1, 1, "", 2);
+  Look(&dialog, [](platform::WindowHandle window) {
+    for (const int32_t id : {1055, 1056, 1057}) platform::SetChecked(Control(window, id), id != 1055);
+  });
+  EXPECT_EQ(dialog.antialias, 1);
+}
+
+TEST_F(Dialogs, CutDialogKeepsAnOutputSizeThatHasNoButton) {
+  CutDialog dialog(bar, 1, 1, 1, "", 3);
+  Look(&dialog, [](platform::WindowHandle window) {
+    for (const int32_t id : {1055, 1056, 1057}) EXPECT_FALSE(platform::IsChecked(Control(window, id)));
+  });
+  EXPECT_EQ(dialog.antialias, 3);
+}
+
+TEST_F(Dialogs, AWidthTypedAsZeroIsWhatTheControlReports) {
+  CutDialog dialog(bar, 240, 180, 24, "", 0);
+  Run(&dialog, {{1002, "0"}});
+  EXPECT_EQ(dialog.width, kBadEntry + 240);
+  EXPECT_EQ(dialog.height, 180);
+}
+
+TEST_F(Dialogs, CutDialogRaisesNumbersBelowOne) {
+  CutDialog dialog(bar, 5, 5, 5, "", 0);
+  Look(&dialog, [](platform::WindowHandle window) {
+    for (const int32_t id : {1005, 1006, 1036}) {
+      platform::SetUpDownRange(Control(window, id), 0, 9);
+      platform::SetUpDownPosition(Control(window, id), 0);
+    }
+  });
+  EXPECT_EQ(dialog.width, 1);
+  EXPECT_EQ(dialog.height, 1);
+  EXPECT_EQ(dialog.fps, 1);
+}
+
+TEST_F(Dialogs, CutDialogDefaultsStartAtLargeCuts) {
+  CutDialog dialog(bar);
+  EXPECT_EQ(dialog.width, 960);
+  EXPECT_EQ(dialog.height, 720);
+  EXPECT_EQ(dialog.fps, 24);
+  EXPECT_EQ(dialog.antialias, 2);
+  EXPECT_STREQ(dialog.credit, "");
+}
+
+TEST_F(Dialogs, CutDialogIsRememberedByOkWhoeverShowsIt) {
+  CutDialog given(bar, 1, 1, 1, "", 0);
+  Run(&given, {{1002, "10"}, {1001, "20"}, {1041, "30"}, {1037, "me"}, {1056, "on"}});
+  CutDialog remembered(bar);
+  EXPECT_EQ(remembered.width, 10);
+  EXPECT_EQ(remembered.height, 20);
+  EXPECT_EQ(remembered.fps, 30);
+  EXPECT_STREQ(remembered.credit, "me");
+  EXPECT_EQ(remembered.antialias, 1);
+  Run(&remembered, {{1002, "11"}});
+  EXPECT_EQ(CutDialogDefaults.width, 11);
+}
+
+TEST_F(Dialogs, CutDialogRemembersWhatTheClampsLeft) {
+  CutDialog dialog(bar, 5, 5, 5, "", 0);
+  Look(&dialog, [](platform::WindowHandle window) {
+    platform::SetUpDownRange(Control(window, 1036), 0, 9);
+    platform::SetUpDownPosition(Control(window, 1036), 0);
+  });
+  EXPECT_EQ(CutDialogDefaults.fps, 1);
+}
+
+TEST_F(Dialogs, ACancelledCutDialogIsNotRemembered) {
+  CutDialog dialog(bar, 1, 1, 1, "", 0);
+  platform::headless::QueueDialog({107, {{1002, "10"}}, false});
+  EXPECT_FALSE(dialog.Run(owner));
+  EXPECT_EQ(CutDialogDefaults.width, 960);
+}
+
+// Grid.
+
+TEST_F(Dialogs, GridDialogShowsAndReadsItsSteps) {
+  GridDialog dialog(bar, 8, 16);
+  Look(&dialog, [](platform::WindowHandle window) {
+    EXPECT_EQ(Entry(window, 1022, 1007), "1 to 32767: 8");
+    EXPECT_EQ(Entry(window, 1001, 1008), "1 to 32767: 16");
+  });
+  EXPECT_TRUE(Run(&dialog, {{1022, "4"}, {1001, "5"}}));
+  EXPECT_EQ(dialog.width, 4);
+  EXPECT_EQ(dialog.height, 5);
+}
+
+TEST_F(Dialogs, GridDialogKeepsAZeroThatTheControlReports) {
+  GridDialog dialog(bar, 8, 16);
+  Look(&dialog, [](platform::WindowHandle window) {
+    for (const int32_t id : {1007, 1008}) {
+      platform::SetUpDownRange(Control(window, id), 0, 9);
+      platform::SetUpDownPosition(Control(window, id), 0);
+    }
+  });
+  EXPECT_EQ(dialog.width, 0);
+  EXPECT_EQ(dialog.height, 0);
+}
+
+TEST_F(Dialogs, GridDialogKeepsTheHighHalfOfABadEntry) {
+  GridDialog dialog(bar, 8, 16);
+  Run(&dialog, {{1022, "0"}});
+  EXPECT_EQ(dialog.width, kBadEntry + 8);
+}
+
+// Mask.
+
+struct MaskBit {
+  int32_t control;
+  uint32_t value;
+};
+constexpr MaskBit kMaskBits[] = {{1013, 1},   {1009, 2},    {1011, 4},    {1012, 8},    {1010, 16},   {1017, 256},
+                                 {1018, 512}, {1019, 1024}, {1046, 2048}, {1045, 4096}, {1047, 8192}, {1048, 16384}};
+constexpr uint32_t kAllBoxes = 0x7F1F;
+
+TEST_F(Dialogs, EachMaskBoxIsOneBit) {
+  for (const MaskBit& bit : kMaskBits) {
+    MaskDialog dialog(bar, bit.value);
+    Look(&dialog, [&bit](platform::WindowHandle window) {
+      for (const MaskBit& other : kMaskBits) {
+        EXPECT_EQ(platform::IsChecked(Control(window, other.control)), &other == &bit) << other.control;
+      }
+    });
+    EXPECT_EQ(dialog.mask, bit.value);
+    MaskDialog clicked(bar, 0);
+    Run(&clicked, {{bit.control, "on"}});
+    EXPECT_EQ(clicked.mask, bit.value);
+  }
+}
+
+TEST_F(Dialogs, MaskClearTakesAllBoxesOff) {
+  MaskDialog dialog(bar, kAllBoxes);
+  EXPECT_TRUE(Run(&dialog, {{1049, "click"}}));
+  EXPECT_EQ(dialog.mask, 0u);
+}
+
+TEST_F(Dialogs, MaskInvertAfterClearChecksAllTwelveBoxes) {
+  MaskDialog dialog(bar, 3);
+  EXPECT_TRUE(Run(&dialog, {{1049, "click"}, {1050, "click"}}));
+  EXPECT_EQ(dialog.mask, kAllBoxes);
+}
+
+TEST_F(Dialogs, MaskBitsWithoutABoxFallAwayOnOk) {
+  MaskDialog dialog(bar, 0xFFFF80E0u | 2);
+  EXPECT_TRUE(Run(&dialog));
+  EXPECT_EQ(dialog.mask, 2u);
+}
+
+TEST_F(Dialogs, MaskInvertStartsFromTheFieldAndNotFromTheBoxes) {
+  MaskDialog dialog(bar, 0);
+  EXPECT_TRUE(Run(&dialog, {{1009, "on"}, {1050, "click"}}));
+  EXPECT_EQ(dialog.mask, kAllBoxes);
+}
+
+TEST_F(Dialogs, MaskButtonsAreHandledAndHaveHelp) {
+  MaskDialog dialog(bar, 0);
+  Look(&dialog, [&dialog](platform::WindowHandle window) {
+    EXPECT_EQ(dialog.OnControl(window, platform::kButtonClicked, 1050, nullptr), 1);
+    EXPECT_EQ(dialog.mask, ~0u);
+    EXPECT_EQ(dialog.OnControl(window, platform::kButtonClicked, 1049, nullptr), 1);
+    EXPECT_EQ(dialog.mask, 0u);
+    EXPECT_EQ(dialog.OnControl(window, platform::kButtonClicked, 1009, nullptr), 0);
+  });
+  EXPECT_EQ(HelpOf(&dialog, 1049, platform::kButtonSetFocus), ShiftJis("マスクをクリアします。"));
+  EXPECT_EQ(HelpOf(&dialog, 1050, platform::kButtonSetFocus), ShiftJis("マスクを反転させます。"));
+  EXPECT_EQ(HelpOf(&dialog, 1050, platform::kButtonKillFocus), "");
+}
+
+// Film.
+
+TEST_F(Dialogs, FilmDialogShowsAndReadsItsValues) {
+  FilmDialog dialog(bar, 320, 240, "film", "me");
+  Look(&dialog, [](platform::WindowHandle window) {
+    EXPECT_EQ(Entry(window, 1002, 1014), "1 to 32767: 320");
+    EXPECT_EQ(Entry(window, 1001, 1015), "1 to 32767: 240");
+    EXPECT_EQ(TextOf(window, 1039), "film");
+    EXPECT_EQ(TextOf(window, 1040), "me");
+  });
+  EXPECT_TRUE(Run(&dialog, {{1002, "640"}, {1001, "480"}, {1039, "other"}, {1040, "you"}}));
+  EXPECT_EQ(dialog.width, 640);
+  EXPECT_EQ(dialog.height, 480);
+  EXPECT_STREQ(dialog.title, "other");
+  EXPECT_STREQ(dialog.author, "you");
+}
+
+TEST_F(Dialogs, FilmDialogRaisesSizesBelowOne) {
+  FilmDialog dialog(bar, 5, 5, "", "");
+  Look(&dialog, [](platform::WindowHandle window) {
+    for (const int32_t id : {1014, 1015}) {
+      platform::SetUpDownRange(Control(window, id), 0, 9);
+      platform::SetUpDownPosition(Control(window, id), 0);
+    }
+  });
+  EXPECT_EQ(dialog.width, 1);
+  EXPECT_EQ(dialog.height, 1);
+}
+
+// End frames.
+
+TEST_F(Dialogs, TheThreeEndFrameDialogsHaveTheirTemplates) {
+  EXPECT_EQ(LayerRampDialog(bar, 1).templateId, 112);
+  EXPECT_EQ(BrightnessRampDialog(bar, 1).templateId, 115);
+  EXPECT_EQ(FrameRampDialog(bar, 1).templateId, 117);
+}
+
+TEST_F(Dialogs, EndFrameDialogsStartAtTheLastFrame) {
+  BrightnessRampDialog dialog(bar, 12);
+  Look(&dialog, [](platform::WindowHandle window) { EXPECT_EQ(Entry(window, 1065, 1026), "1 to 12: 12"); });
+  EXPECT_EQ(dialog.frame, 12);
+  EXPECT_TRUE(Run(&dialog, {{1065, "5"}}));
+  EXPECT_EQ(dialog.frame, 5);
+}
+
+TEST_F(Dialogs, EndFrameDialogsOnACutOfOneFrameOfferOnlyOne) {
+  FrameRampDialog dialog(bar, 1);
+  Look(&dialog, [](platform::WindowHandle window) { EXPECT_EQ(Entry(window, 1065, 1026), "1 to 1: 1"); });
+  EXPECT_EQ(dialog.frame, 1);
+}
+
+TEST_F(Dialogs, EndFrameDialogsDropTheHighHalfOfABadEntry) {
+  LayerRampDialog dialog(bar, 12);
+  EXPECT_TRUE(Run(&dialog, {{1065, "99"}}));
+  EXPECT_EQ(dialog.frame, 12);
+}
+
+TEST_F(Dialogs, AnEndFrameAbove32767Wraps) {
+  LayerRampDialog dialog(bar, 40000);
+  Look(&dialog, [](platform::WindowHandle window) {
+    EXPECT_EQ(Control(window, 1026)->low, 1);
+    EXPECT_EQ(Control(window, 1026)->high, 40000 - 65536);
+  });
+  EXPECT_EQ(dialog.frame, 40000 - 65536);
+}
+
+TEST_F(Dialogs, EndFrameHasHelp) {
+  LayerRampDialog dialog(bar, 1);
+  EXPECT_EQ(HelpOf(&dialog, 1065, platform::kEditSetFocus),
+            ShiftJis("終点のフレーム番号を指定します。現在のフレームからここまでが対象となります。"));
+}
+
+// Font.
+
+std::vector<std::string> FontNames() {
+  std::vector<std::string> names;
+  platform::ListFonts(
+      [](const char* name, void* user) { static_cast<std::vector<std::string>*>(user)->push_back(name); }, &names);
+  return names;
+}
+
+TEST_F(Dialogs, FontDialogListsTheFontsAndItsNumbers) {
+  FontDialog dialog(bar, "no such font", 24, 12, 400);
+  Look(&dialog, [](platform::WindowHandle window) {
+    EXPECT_EQ(platform::ListCount(Control(window, 1028)), static_cast<int32_t>(FontNames().size()));
+    EXPECT_EQ(Entry(window, 1001, 1033), "1 to 32767: 24");
+    EXPECT_EQ(Entry(window, 1022, 1029), "0 to 32767: 12");
+    EXPECT_EQ(Entry(window, 1042, 1035), "0 to 1000: 400");
+  });
+  EXPECT_EQ(dialog.size, 24);
+  EXPECT_EQ(dialog.lineSpacing, 12);
+  EXPECT_EQ(dialog.weight, 400);
+}
+
+TEST_F(Dialogs, FontDialogKeepsAFontOfTheList) {
+  const std::vector<std::string> names = FontNames();
+  ASSERT_FALSE(names.empty());
+  for (const std::string& name : names) {
+    FontDialog dialog(bar, name.c_str(), 1, 1, 1);
+    std::string selected;
+    Look(&dialog, [&selected](platform::WindowHandle window) {
+      const platform::WindowHandle list = Control(window, 1028);
+      char text[256];
+      platform::ReadListLine(list, platform::SelectedListLine(list), text, sizeof(text));
+      selected = text;
+    });
+    // A longer name that begins so may stand nearer to the search's start.
+    EXPECT_EQ(selected.substr(0, name.size()), name);
+    EXPECT_EQ(dialog.faceName, selected);
+  }
+}
+
+TEST_F(Dialogs, FontDialogTriesLineZeroLast) {
+  FontDialog dialog(bar, "", 1, 1, 1);
+  const bool hasSeveral = FontNames().size() > 1;
+  // Every line begins with the empty name.
+  Look(&dialog, [hasSeveral](platform::WindowHandle window) {
+    EXPECT_EQ(platform::SelectedListLine(Control(window, 1028)), hasSeveral ? 1 : 0);
+  });
+}
+
+TEST_F(Dialogs, AFontThatIsNotThereBecomesLineZero) {
+  FontDialog dialog(bar, "no such font", 1, 1, 1);
+  std::string first;
+  Look(&dialog, [&first](platform::WindowHandle window) {
+    EXPECT_EQ(platform::SelectedListLine(Control(window, 1028)), 0);
+    char text[256];
+    platform::ReadListLine(Control(window, 1028), 0, text, sizeof(text));
+    first = text;
+  });
+  EXPECT_EQ(dialog.faceName, first);
+}
+
+TEST_F(Dialogs, FontDialogReadsTheChosenFontAndNumbers) {
+  const std::string name = FontNames().back();
+  FontDialog dialog(bar, "", 1, 1, 1);
+  EXPECT_TRUE(Run(&dialog, {{1028, name}, {1001, "48"}, {1022, "0"}, {1042, "700"}}));
+  EXPECT_EQ(dialog.faceName, name);
+  EXPECT_EQ(dialog.size, 48);
+  EXPECT_EQ(dialog.lineSpacing, 0);
+  EXPECT_EQ(dialog.weight, 700);
+}
+
+TEST_F(Dialogs, FontWeightIsClampedTo1000) {
+  FontDialog dialog(bar, "", 24, 12, 400);
+  Run(&dialog, {{1042, "1001"}, {1001, "0"}, {1022, "x"}});
+  // Bad entries come with a high half, which the weight's limit cuts and the others keep.
+  EXPECT_EQ(dialog.weight, 1000);
+  EXPECT_EQ(dialog.size, kBadEntry + 24);
+  EXPECT_EQ(dialog.lineSpacing, kBadEntry + 12);
+}
+
+TEST_F(Dialogs, FontDialogWithAnEmptyListKeepsTheName) {
+  FontDialog dialog(bar, "kept", 1, 1, 1);
+  Look(&dialog, [](platform::WindowHandle window) { platform::ClearList(Control(window, 1028)); });
+  EXPECT_STREQ(dialog.faceName, "kept");
+}
+
+TEST_F(Dialogs, FontDialogHasHelpForItsListAndWeight) {
+  FontDialog dialog(bar, "", 1, 1, 1);
+  EXPECT_EQ(HelpOf(&dialog, 1028, platform::kListSetFocus), ShiftJis("@で始まるフォント名は縦書きになります。"));
+  EXPECT_EQ(HelpOf(&dialog, 1042, platform::kEditSetFocus),
+            ShiftJis("値の範囲は0から1000で、大きくなるほど太くなります。400で標準、700でボールドです。また0でデフォル"
+                     "トになります。"));
+}
+
+// Text.
+
+TEST_F(Dialogs, TextDialogHoldsATextOfAnyLength) {
+  TextDialog dialog(bar);
+  EXPECT_EQ(dialog.text, EmptyString);
+  const std::string longText(5000, 't');
+  EXPECT_TRUE(Run(&dialog, {{1034, longText}}));
+  EXPECT_EQ(dialog.text, longText);
+}
+
+TEST_F(Dialogs, TextDialogKeepsItsTextForTheNextUse) {
+  TextDialog dialog(bar);
+  Run(&dialog, {{1034, "first"}});
+  Look(&dialog, [](platform::WindowHandle window) { EXPECT_EQ(TextOf(window, 1034), "first"); });
+  EXPECT_STREQ(dialog.text, "first");
+}
+
+TEST_F(Dialogs, AnEmptyTextIsTheSharedEmptyString) {
+  TextDialog dialog(bar);
+  Run(&dialog, {{1034, "first"}});
+  Run(&dialog, {{1034, ""}});
+  EXPECT_EQ(dialog.text, EmptyString);
+}
+
+// Count of frames, size of frames, name, dots.
+
+TEST_F(Dialogs, FrameCountDialogShowsAndReadsItsCount) {
+  FrameCountDialog dialog(bar, 1);
+  EXPECT_EQ(dialog.templateId, 116);
+  Look(&dialog, [](platform::WindowHandle window) { EXPECT_EQ(Entry(window, 1001, 1044), "1 to 32767: 1"); });
+  EXPECT_TRUE(Run(&dialog, {{1001, "12"}}));
+  EXPECT_EQ(dialog.count, 12);
+}
+
+TEST_F(Dialogs, FrameCountDialogDropsTheHighHalfOfABadEntry) {
+  FrameCountDialog dialog(bar, 3);
+  Run(&dialog, {{1001, "40000"}});
+  EXPECT_EQ(dialog.count, 3);
+}
+
+TEST_F(Dialogs, FrameSizeDialogShowsAndReadsItsSize) {
+  FrameSizeDialog dialog(bar, 320, 240);
+  Look(&dialog, [](platform::WindowHandle window) {
+    EXPECT_EQ(Entry(window, 1002, 1005), "1 to 32767: 320");
+    EXPECT_EQ(Entry(window, 1001, 1006), "1 to 32767: 240");
+  });
+  EXPECT_TRUE(Run(&dialog, {{1002, "64"}, {1001, "48"}}));
+  EXPECT_EQ(dialog.width, 64);
+  EXPECT_EQ(dialog.height, 48);
+}
+
+TEST_F(Dialogs, FrameSizeDialogRaisesSizesBelowOne) {
+  FrameSizeDialog dialog(bar, 5, 5);
+  Look(&dialog, [](platform::WindowHandle window) {
+    for (const int32_t id : {1005, 1006}) {
+      platform::SetUpDownRange(Control(window, id), 0, 9);
+      platform::SetUpDownPosition(Control(window, id), 0);
+    }
+  });
+  EXPECT_EQ(dialog.width, 1);
+  EXPECT_EQ(dialog.height, 1);
+}
+
+TEST_F(Dialogs, RenameDialogShowsAndReadsTheName) {
+  RenameDialog dialog(bar, "cut1");
+  EXPECT_EQ(dialog.templateId, 126);
+  Look(&dialog, [](platform::WindowHandle window) { EXPECT_EQ(TextOf(window, 1058), "cut1"); });
+  EXPECT_TRUE(Run(&dialog, {{1058, "cut2"}}));
+  EXPECT_STREQ(dialog.name, "cut2");
+  EXPECT_EQ(HelpOf(&dialog, 1058, platform::kEditSetFocus),
+            ShiftJis("カット名はそのままファイル名となりますが、拡張子はいりません。"));
+}
+
+TEST_F(Dialogs, RandomDotsDialogShowsAndReadsTheGap) {
+  RandomDotsDialog dialog(bar, 100);
+  EXPECT_EQ(dialog.templateId, 127);
+  Look(&dialog, [](platform::WindowHandle window) { EXPECT_EQ(Entry(window, 1001, 1061), "1 to 32767: 100"); });
+  EXPECT_TRUE(Run(&dialog, {{1001, "3"}}));
+  EXPECT_EQ(dialog.gap, 3);
+}
+
+TEST_F(Dialogs, RandomDotsDialogDropsTheHighHalfOfABadEntry) {
+  RandomDotsDialog dialog(bar, 100);
+  Run(&dialog, {{1001, ""}});
+  EXPECT_EQ(dialog.gap, 100);
+}
+
+// Every text of the help that the table has.
+TEST_F(Dialogs, EveryHelpTextIsShown) {
+  const struct {
+    int32_t id;
+    const char* text;
+  } helps[] = {
+      {1005, "横幅を指定します。"},
+      {1006, "縦幅を指定します。"},
+      {1009, "黒とは、塗り潰しや矩形で描画した時の黒色のことです。"},
+      {1011, "濃とは、濃い灰色の事です。"},
+      {1012, "淡とは、薄い灰色の事です。"},
+      {1013, "透とは、下のレイヤを透過する、パレット上部の水色の事です。"},
+      {1017, "線とは、自由ペンや連続直線/曲線で描画した時の黒色のことです。"},
+      {1018, "暗とは、影の境界に使う、パレット上部の濃い灰色の事です。"},
+      {1019, "明とは、影の境界に使う、パレット上部の薄い灰色の事です。"},
+      {1037, "このカットを担当したスタッフの名前を記入します。"},
+      {1041, "1秒あたりに切り替えるフレームの数を指定します。映画だと24、テレビだと30だそうです。"},
+      {1045, "+1とは、1段階明るくして透過する色です。"},
+      {1046, "+2とは、2段階明るくして透過する色です。"},
+      {1047, "-1とは、1段階暗くして透過する色です。"},
+      {1048, "-2とは、2段階暗くして透過する色です。"},
+      {1055, "そのままのサイズで出力します。"},
+      {1056, "1/2に縮小されたサイズで出力します。"},
+      {1057, "1/4に縮小されたサイズで出力します。"},
+      {1060, "レイヤの位置をフレームに対する相対位置にします。"},
+  };
+  CutDialog dialog(bar);
+  for (const auto& help : helps) {
+    EXPECT_EQ(HelpOf(&dialog, help.id, platform::kEditSetFocus), ShiftJis(help.text)) << help.id;
+  }
+}
+
+}  // namespace
+}  // namespace sorvel::testdialogs

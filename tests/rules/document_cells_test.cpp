@@ -1,0 +1,765 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "rules/script_session.h"
+
+namespace {
+
+using nlohmann::json;
+using rules::CutFile;
+using rules::PlainCell;
+using rules::ScriptSession;
+
+// The cell number of the first record of each frame.
+std::vector<int> Numbers(const ScriptSession& session, int state) {
+  std::vector<int> numbers;
+  json cut = session.Cut(state);
+  for (json& frame : cut["frames"]) {
+    json cell = frame["records"][0]["cell"];
+    numbers.push_back(cell.is_number_integer() ? cell.get<int>() : -999);
+  }
+  return numbers;
+}
+
+json Colors(std::initializer_list<int> colors) {
+  json cells = json::array();
+  for (const int color : colors) cells.push_back(PlainCell(color));
+  return cells;
+}
+
+json Cells(const ScriptSession& session, int state, size_t layer = 0) {
+  json cut = session.Cut(state);
+  return cut["layers"][layer]["cells"];
+}
+
+json Line(const ScriptSession& session, int state) {
+  json whole = session.StateAt(state);
+  return whole["panels"]["10004"]["lines"][0];
+}
+
+TEST(DeleteCell, LeavesFramesThatShowedItOnItsNumber) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1, 2, 3, 4}, {2, 2, 3, 1, 0, 2})).Command(40009);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Numbers(session, state), (std::vector<int>{2, 2, 2, 1, 0, 2}));
+  EXPECT_EQ(Cells(session, state), Colors({1, 2, 4}));
+}
+
+TEST(DeleteCell, LastCellLeavesEveryFrameOfItOnTheNewLast) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1, 2, 3, 4}, {3, 1, 3})).Command(40009);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Numbers(session, state), (std::vector<int>{2, 1, 2}));
+  EXPECT_EQ(Cells(session, state), Colors({1, 2, 3}));
+}
+
+TEST(DeleteCell, IsRefusedForTheOnlyCell) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(40009);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Cells(session, state), Colors({1}));
+  EXPECT_EQ(session.Cut(state)["modified"], false);
+}
+
+TEST(DeleteCell, IsRefusedOnABlankRecord) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {-1})).Command(40009);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Cells(session, state), Colors({1, 2}));
+}
+
+TEST(DeleteCell, LeavesTheRememberedNumberOfABlankRecordStale) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1, 2, 3}, {-3, 0})).Command(40009);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Numbers(session, state), (std::vector<int>{-3, 0}));
+}
+
+TEST(DeleteCell, MarksImagesRepaintsAndRewritesTheLine) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {0})).Command(40026).Command(40009);
+  const int state = session.State();
+  const int view = session.View();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["modified"], true);
+  EXPECT_EQ(session.Cut(state)["imagesStale"], true);
+  EXPECT_EQ(Line(session, state), "A (1/1)");
+  EXPECT_EQ(session.ViewAt(view).Count(2), 24);
+}
+
+TEST(DeleteCell, TakesItsUndoWithIt) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {0})).Command(40092).Command(40009).Command(40030);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Cells(session, state), Colors({2}));
+}
+
+TEST(AddCell, LiftsTheNumbersBehindIt) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1, 2, 3}, {0, 1, 2, 1})).Command(40011);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Numbers(session, state), (std::vector<int>{0, 1, 3, 2}));
+  EXPECT_EQ(Cells(session, state), Colors({1, 2, 0, 3}));
+  EXPECT_EQ(Line(session, state), "A (3/4)");
+}
+
+TEST(AddCell, BehindTheLastCellShowsTheNewCell) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {1, 1})).Command(40011);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Numbers(session, state), (std::vector<int>{1, 2}));
+  EXPECT_EQ(Cells(session, state), Colors({1, 2, 0}));
+}
+
+TEST(AddCell, IsRefusedOnABlankRecord) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {-1})).Command(40011).Command(40010);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Cells(session, state), Colors({1, 2}));
+  EXPECT_EQ(session.Cut(state)["modified"], false);
+}
+
+TEST(AddCell, LeavesOtherLayersAlone) {
+  ScriptSession session;
+  CutFile file = CutFile::Showing({1, 2, 3}, {2, 0});
+  file.layers.push_back({.name = "B", .cells = {4, 5}});
+  for (auto& frame : file.frames) frame.records.push_back({.layer = 1, .cell = 1});
+  session.OpenCut("a.cut", file).Select(10004, {0}).Command(40011);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Numbers(session, state), (std::vector<int>{3, 1}));
+  EXPECT_EQ(session.Frame(state, 0)["records"][1]["cell"], 1);
+  EXPECT_EQ(Cells(session, state, 1), Colors({4, 5}));
+}
+
+TEST(InsertCell, LiftsItsOwnNumberAndThoseBehindInOtherFrames) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1, 2, 3}, {0, 1, 2, 1})).Command(40010);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Numbers(session, state), (std::vector<int>{0, 2, 3, 1}));
+  EXPECT_EQ(Cells(session, state), Colors({1, 0, 2, 3}));
+  EXPECT_EQ(Line(session, state), "A (2/4)");
+}
+
+TEST(StepCell, GoesBackAndForwardWithinTheLayer) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1, 2, 3}, {0, 1})).Command(40012);
+  const int back = session.State();
+  session.Command(40013).Command(40013);
+  const int forward = session.State();
+  session.Run();
+  EXPECT_EQ(Numbers(session, back), (std::vector<int>{0, 0}));
+  EXPECT_EQ(Line(session, back), "A (1/3)");
+  EXPECT_EQ(Numbers(session, forward), (std::vector<int>{0, 2}));
+  EXPECT_EQ(Line(session, forward), "A (3/3)");
+}
+
+TEST(StepCell, ToTheFirstAndTheLast) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1, 2, 3, 4}, {1})).Command(40044);
+  const int last = session.State();
+  session.Command(40043);
+  const int first = session.State();
+  session.Run();
+  EXPECT_EQ(Numbers(session, last), std::vector<int>{3});
+  EXPECT_EQ(Numbers(session, first), std::vector<int>{0});
+}
+
+TEST(StepCell, RepaintsAndMarksImages) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1, 3}, {0})).Command(40026).Command(40013);
+  const int state = session.State();
+  const int view = session.View();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["modified"], true);
+  EXPECT_EQ(session.Cut(state)["imagesStale"], true);
+  EXPECT_EQ(session.ViewAt(view).Count(3), 24);
+}
+
+class StepAtItsEnd : public testing::TestWithParam<std::pair<int, int>> {};
+
+TEST_P(StepAtItsEnd, MarksNothing) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1, 2, 3}, {GetParam().second})).Command(GetParam().first);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Numbers(session, state), std::vector<int>{GetParam().second});
+  EXPECT_EQ(session.Cut(state)["modified"], false);
+}
+
+INSTANTIATE_TEST_SUITE_P(Document, StepAtItsEnd,
+                         testing::Values(std::pair{40012, 0}, std::pair{40013, 2}, std::pair{40012, -2},
+                                         std::pair{40013, -2}, std::pair{40043, -2}, std::pair{40044, -2}));
+
+TEST(StepCell, ThatFailsLeavesTheScreenOverlayAlone) {
+  ScriptSession session;
+  session.NewCut().Command(40059).LeftDrag(306, 230, 316, 236).Command(40012);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["selection"], json::array({306, 230, 316, 236}));
+}
+
+TEST(ToggleBlank, KeepsTheNumberInItsComplement) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1, 2, 3}, {2, 2})).Command(40060);
+  const int blank = session.State();
+  const int view = session.View();
+  session.Command(40060);
+  const int shown = session.State();
+  session.Run();
+  EXPECT_EQ(Numbers(session, blank), (std::vector<int>{2, -3}));
+  EXPECT_EQ(Line(session, blank), "A (0/3)");
+  EXPECT_EQ(session.ViewAt(view).Count(0), 24);
+  EXPECT_EQ(Numbers(session, shown), (std::vector<int>{2, 2}));
+  EXPECT_EQ(Line(session, shown), "A (3/3)");
+}
+
+TEST(ToggleBlank, MarksImages) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(40026).Command(40060);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["modified"], true);
+  EXPECT_EQ(session.Cut(state)["imagesStale"], true);
+}
+
+TEST(ToggleBlankAll, TurnsEveryFrameAndTwiceRestores) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1, 2, 3}, {0, -2, 2})).Command(40007).Command(40103);
+  const int once = session.State();
+  session.Command(40103);
+  const int twice = session.State();
+  session.Run();
+  EXPECT_EQ(Numbers(session, once), (std::vector<int>{-1, 1, -3}));
+  EXPECT_EQ(session.Cut(once)["currentFrame"], 1);
+  EXPECT_EQ(Line(session, once), "A (2/3)");
+  EXPECT_EQ(Numbers(session, twice), (std::vector<int>{0, -2, 2}));
+}
+
+TEST(ToggleBlankAll, WorksOnACutOfOneFrame) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {1})).Command(40103);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Numbers(session, state), std::vector<int>{-2});
+}
+
+CutFile TwoLayers(int below, int above, int offset) {
+  CutFile file;
+  file.layers = {{.name = "A", .cells = {below}}, {.name = "B", .cells = {above}}};
+  file.frames.push_back({.records = {{.layer = 0}, {.layer = 1, .x = offset}}});
+  return file;
+}
+
+TEST(MergeDown, DrawsTheCellOntoTheLayerBelowAtItsOffset) {
+  ScriptSession session;
+  session.OpenCut("a.cut", TwoLayers(1, 3, 4)).Command(40071);
+  const int state = session.State();
+  session.Run();
+  const std::string row("\x11\x11\x33\x33", 4);
+  EXPECT_EQ(Cells(session, state, 0), json::array({rules::Checksum(row + row + row)}));
+  EXPECT_EQ(Cells(session, state, 1), Colors({3}));
+  EXPECT_EQ(session.Cut(state)["modified"], true);
+}
+
+TEST(MergeDown, LeavesPixelsOfTheMaskBelow) {
+  ScriptSession session;
+  session.OpenCut("a.cut", TwoLayers(1, 3, 4)).Dialog(109, {"1009=on"}).Command(40046).Command(40071);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Cells(session, state, 0), Colors({1}));
+}
+
+TEST(MergeDown, OfTheBottomRecordDrawsNothing) {
+  ScriptSession session;
+  session.OpenCut("a.cut", TwoLayers(1, 3, 0)).Select(10004, {0}).Command(40071);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Cells(session, state, 0), Colors({1}));
+  EXPECT_EQ(Cells(session, state, 1), Colors({3}));
+}
+
+TEST(Draft, WholeCellTurnsIntoUnderdrawing) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1, 2, 3, 8, 10, 4}, {0, 1, 2, 3, 4, 5}));
+  for (int i = 0; i < 6; ++i) session.Command(40024).Command(40007);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Cells(session, state), Colors({5, 6, 7, 5, 7, 0}));
+}
+
+TEST(Draft, OldUnderdrawingGoesBeforeTheInkTurns) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({5}, {0})).Command(40024);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Cells(session, state), Colors({0}));
+}
+
+TEST(Draft, MaskedInkStays) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Dialog(109, {"1009=on"}).Command(40046).Command(40024);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Cells(session, state), Colors({1}));
+}
+
+TEST(EraseDraft, ClearsTheUnderdrawingAlone) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({5, 1}, {1, 0})).Command(40025);
+  const int sketch = session.State();
+  session.Command(40007).Command(40025);
+  const int ink = session.State();
+  session.Run();
+  EXPECT_EQ(Cells(session, sketch), Colors({0, 1}));
+  EXPECT_EQ(Cells(session, ink), Colors({0, 1}));
+}
+
+TEST(EraseCell, ClearsTheWholeCellMarksImagesAndForgetsTheUndoArea) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {0})).Command(40026).Command(40092);
+  const int state = session.State();
+  const int view = session.View();
+  session.Run();
+  EXPECT_EQ(Cells(session, state), Colors({0, 2}));
+  EXPECT_EQ(session.Cut(state)["modified"], true);
+  EXPECT_EQ(session.Cut(state)["imagesStale"], true);
+  EXPECT_EQ(session.Cut(state)["undoRect"], json::array({0, 0, 0, 0}));
+  EXPECT_EQ(session.ViewAt(view).Count(0), 24);
+}
+
+// The 8 by 3 cell lies at (316, 238) in the window. The frame drawn here covers x 2 to 5 of the upper two rows.
+ScriptSession& SelectPart(ScriptSession& session) {
+  return session.Command(40059).LeftDrag(318, 238, 322, 240);
+}
+
+std::string CellOf(const std::string& first, const std::string& second, const std::string& third) {
+  std::string bytes;
+  const std::string digits = first + second + third;
+  for (size_t i = 0; i < digits.size(); i += 2) {
+    bytes.push_back(static_cast<char>((digits[i] - '0') * 16 + (digits[i + 1] - '0')));
+  }
+  return rules::Checksum(bytes);
+}
+
+TEST(AreaOperation, ErasesTheSelectionWithTheAreaTool) {
+  ScriptSession session;
+  SelectPart(session.OpenCut("a.cut", CutFile::Showing({1}, {0}))).Command(40092);
+  const int state = session.State();
+  const int view = session.View();
+  session.Run();
+  EXPECT_EQ(Cells(session, state), json::array({CellOf("11000011", "11000011", "11111111")}));
+  EXPECT_EQ(session.Cut(state)["undoRect"], json::array({2, 0, 4, 2}));
+  EXPECT_EQ(session.ViewAt(view).Count(0), 8);
+}
+
+TEST(AreaOperation, TurnsTheSelectionIntoUnderdrawing) {
+  ScriptSession session;
+  SelectPart(session.OpenCut("a.cut", CutFile::Showing({1}, {0}))).Command(40024);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Cells(session, state), json::array({CellOf("11555511", "11555511", "11111111")}));
+  EXPECT_EQ(session.Cut(state)["undoRect"], json::array({2, 0, 4, 2}));
+}
+
+TEST(AreaOperation, ErasesTheUnderdrawingOfTheSelection) {
+  ScriptSession session;
+  SelectPart(session.OpenCut("a.cut", CutFile::Showing({5}, {0}))).Command(40025);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Cells(session, state), json::array({CellOf("55000055", "55000055", "55555555")}));
+}
+
+TEST(AreaOperation, IsMovedByThePositionOfTheLayer) {
+  ScriptSession session;
+  CutFile file = CutFile::Showing({1}, {0});
+  file.frames[0].records[0].x = 2;
+  file.frames[0].records[0].y = 1;
+  SelectPart(session.OpenCut("a.cut", file)).Command(40092);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Cells(session, state), json::array({CellOf("00001111", "11111111", "11111111")}));
+  EXPECT_EQ(session.Cut(state)["undoRect"], json::array({0, -1, 4, 2}));
+}
+
+TEST(AreaOperation, ByAnotherToolIsOnTheWholeCell) {
+  ScriptSession session;
+  SelectPart(session.OpenCut("a.cut", CutFile::Showing({1}, {0}))).Command(40029).Command(40092);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Cells(session, state), Colors({0}));
+}
+
+TEST(AreaOperation, EndsTheSelection) {
+  ScriptSession session;
+  SelectPart(session.OpenCut("a.cut", CutFile::Showing({1}, {0}))).Command(40092);
+  const int state = session.State();
+  session.Run();
+  json selection = session.Cut(state)["selection"];
+  EXPECT_TRUE(selection[0] >= selection[2] || selection[1] >= selection[3]) << selection;
+}
+
+TEST(AreaOperation, OnABlankRecordChangesNoCell) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1}, {-1})).Command(40092).Command(40024).Command(40025);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Cells(session, state), Colors({1}));
+}
+
+TEST(Undo, SwapsSoThatASecondOneRedoes) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(40092).Command(40030);
+  const int undone = session.State();
+  const int view = session.View();
+  session.Command(40030);
+  const int redone = session.State();
+  session.Run();
+  EXPECT_EQ(Cells(session, undone), Colors({1}));
+  EXPECT_EQ(session.ViewAt(view).Count(1), 24);
+  EXPECT_EQ(Cells(session, redone), Colors({0}));
+}
+
+TEST(Undo, WithNothingToUndoMarksNothing) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(40030);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Cells(session, state), Colors({1}));
+  EXPECT_EQ(session.Cut(state)["modified"], false);
+}
+
+TEST(Undo, AfterMovingToAnotherCellChangesTheCellItBelongsTo) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {1, 0})).Command(40092).Command(40007).Command(40030);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Cells(session, state), Colors({1, 2}));
+  EXPECT_EQ(session.Cut(state)["currentFrame"], 0);
+}
+
+TEST(Undo, OfASelectionPartRepaintsIt) {
+  ScriptSession session;
+  SelectPart(session.OpenCut("a.cut", CutFile::Showing({1}, {0}))).Command(40092).Command(40030);
+  const int state = session.State();
+  const int view = session.View();
+  session.Run();
+  EXPECT_EQ(Cells(session, state), Colors({1}));
+  EXPECT_EQ(session.ViewAt(view).Count(1), 24);
+}
+
+TEST(Undo, MarksImages) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(40092).Command(40088).Command(40026).Command(40030);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["modified"], true);
+  EXPECT_EQ(session.Cut(state)["imagesStale"], true);
+}
+
+TEST(Copy, WithoutASelectionStoresNothing) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1, 0}, {1, 0})).Command(40061).Command(40007).Command(40062);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Cells(session, state), Colors({1, 0}));
+  EXPECT_EQ(session.Cut(state)["floatingPaste"], false);
+  EXPECT_EQ(session.StateAt(state)["frame"]["currentTool"], 40029);
+}
+
+TEST(Copy, PastesBackAtItsOldPlaceInTheSameCut) {
+  ScriptSession session;
+  SelectPart(session.OpenCut("a.cut", CutFile::Showing({1, 0}, {1, 0}))).Command(40061).Command(40007).Command(40062);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Cells(session, state), json::array({PlainCell(1), CellOf("00111100", "00111100", "00000000")}));
+}
+
+TEST(Copy, LeavesTheCellUnmodified) {
+  ScriptSession session;
+  SelectPart(session.OpenCut("a.cut", CutFile::Showing({1}, {0}))).Command(40061);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Cells(session, state), Colors({1}));
+  EXPECT_EQ(session.Cut(state)["modified"], false);
+}
+
+TEST(Cut, StoresErasesAndMarksImages) {
+  ScriptSession session;
+  SelectPart(session.OpenCut("a.cut", CutFile::Showing({1}, {0}))).Command(40063);
+  const int state = session.State();
+  const int view = session.View();
+  session.Run();
+  EXPECT_EQ(Cells(session, state), json::array({CellOf("11000011", "11000011", "11111111")}));
+  EXPECT_EQ(session.Cut(state)["undoRect"], json::array({2, 0, 4, 2}));
+  EXPECT_EQ(session.Cut(state)["modified"], true);
+  EXPECT_EQ(session.ViewAt(view).Count(0), 8);
+}
+
+TEST(Cut, LeavesMaskedPixels) {
+  ScriptSession session;
+  session.Dialog(109, {"1009=on"}).Command(40046);
+  SelectPart(session.OpenCut("a.cut", CutFile::Showing({1}, {0}))).Command(40063);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Cells(session, state), Colors({1}));
+}
+
+TEST(Cut, IsLimitedToTheCell) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(40059).LeftDrag(314, 236, 319, 240).Command(40063);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Cells(session, state), json::array({CellOf("00011111", "00011111", "11111111")}));
+  EXPECT_EQ(session.Cut(state)["undoRect"], json::array({0, 0, 3, 2}));
+}
+
+TEST(Cut, OutsideTheCellChangesNothing) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(40059).LeftDrag(330, 236, 340, 240).Command(40063);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Cells(session, state), Colors({1}));
+  EXPECT_EQ(session.Cut(state)["modified"], false);
+}
+
+TEST(Cut, WithoutASelectionDoesNothing) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(40063);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Cells(session, state), Colors({1}));
+  EXPECT_EQ(session.Cut(state)["modified"], false);
+}
+
+TEST(Paste, FloatsWithTheAreaToolSelected) {
+  ScriptSession session;
+  SelectPart(session.OpenCut("a.cut", CutFile::Showing({1}, {0}))).Command(40061).Command(40029).Command(40062);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["floatingPaste"], true);
+  EXPECT_EQ(session.StateAt(state)["frame"]["currentTool"], 40059);
+  EXPECT_EQ(session.Cut(state)["selection"], json::array({318, 238, 322, 240}));
+}
+
+struct ViewSwitch {
+  int command;
+  int flag;
+};
+
+class ViewSwitches : public testing::TestWithParam<ViewSwitch> {};
+
+TEST_P(ViewSwitches, FlipTheirFlagAndOnlyTheCurrentCellOneNeedsANewStream) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {0})).Command(40026).Command(GetParam().command);
+  const int on = session.State();
+  session.Command(GetParam().command);
+  const int off = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(on)["viewFlags"], GetParam().flag);
+  EXPECT_EQ(session.Cut(off)["viewFlags"], 0);
+  EXPECT_EQ(session.Cut(on)["imagesStale"], GetParam().command == 40034);
+  EXPECT_EQ(session.Cut(on)["timingStale"], false);
+  EXPECT_EQ(session.Cut(on)["modified"], false);
+}
+
+INSTANTIATE_TEST_SUITE_P(Document, ViewSwitches,
+                         testing::Values(ViewSwitch{40032, 1}, ViewSwitch{40033, 2}, ViewSwitch{40034, 4},
+                                         ViewSwitch{40097, 8}));
+
+TEST(ViewSwitch, PaleDisplayRepaints) {
+  ScriptSession session;
+  CutFile file = TwoLayers(1, 0, 0);
+  session.OpenCut("a.cut", file).Command(40097);
+  const int view = session.View();
+  session.Run();
+  EXPECT_EQ(session.ViewAt(view).Count(16), 24);
+}
+
+TEST(ViewSwitch, CurrentCellOnlyRepaints) {
+  ScriptSession session;
+  session.OpenCut("a.cut", TwoLayers(1, 0, 0)).Command(40034);
+  const int view = session.View();
+  session.Run();
+  EXPECT_EQ(session.ViewAt(view).Count(0), 24);
+}
+
+TEST(LineEmphasis, LeavesThePixelsOfTheView) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({8}, {0}));
+  const int before = session.State();
+  session.Command(40102);
+  const int on = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(on)["lineEmphasis"], true);
+  EXPECT_EQ(session.Cut(on)["view"], session.Cut(before)["view"]);
+}
+
+TEST(LineEmphasis, ShowsTheLineColoursPure) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({8, 9, 10}, {2, 1, 0})).Command(40102);
+  const int line = session.Screen();
+  session.Command(40007);
+  const int dark = session.Screen();
+  session.Command(40007);
+  const int light = session.Screen();
+  session.Command(40102);
+  const int normal = session.Screen();
+  session.Run();
+  EXPECT_EQ(session.ScreenAt(line).At(320, 239), 0x0000FFU);
+  EXPECT_EQ(session.ScreenAt(dark).At(320, 239), 0xFF0000U);
+  EXPECT_EQ(session.ScreenAt(light).At(320, 239), 0x00FF00U);
+  EXPECT_EQ(session.ScreenAt(normal).At(320, 239), 0xAAAAAAU);
+}
+
+TEST(SquarePen, MirrorsTheShape) {
+  ScriptSession session;
+  session.SetSettings("[setup]\r\nbrush=9, 0, 1, 0, 1, 0\r\n");
+  session.Command(40074);
+  const int square = session.State();
+  session.Command(40074);
+  const int round = session.State();
+  session.Run();
+  EXPECT_EQ(session.StateAt(square)["pen"]["shape"], 5);
+  EXPECT_EQ(session.StateAt(square)["pen"]["penSign"], -1);
+  EXPECT_EQ(session.StateAt(round)["pen"]["shape"], 9);
+  EXPECT_EQ(session.StateAt(round)["pen"]["penSign"], 1);
+}
+
+TEST(SquarePen, KeepsTheSmallestShape) {
+  ScriptSession session;
+  session.Command(40074);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.StateAt(state)["pen"]["shape"], 7);
+  EXPECT_EQ(session.StateAt(state)["pen"]["penSign"], -1);
+}
+
+TEST(SnapGrid, IsTakenFromItsDialogWithoutACut) {
+  ScriptSession session;
+  session.Dialog(108, {"1022=8", "1001=6"}).Command(40040);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.StateAt(state)["pen"]["gridWidth"], 8);
+  EXPECT_EQ(session.StateAt(state)["pen"]["gridHeight"], 6);
+}
+
+TEST(SnapGrid, CancelKeepsIt) {
+  ScriptSession session;
+  session.Dialog(108, {"1022=8", "1001=6"}, "cancel").Command(40040);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.StateAt(state)["pen"]["gridWidth"], 1);
+}
+
+TEST(SnapGrid, DialogStartsWithIt) {
+  ScriptSession session;
+  session.Dialog(108, {"1022=8", "1001=6"}).Command(40040).Dialog(108, {"1001=5"}).Command(40040);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.StateAt(state)["pen"]["gridWidth"], 8);
+  EXPECT_EQ(session.StateAt(state)["pen"]["gridHeight"], 5);
+}
+
+TEST(RandomDots, HaveTheWholeCellAsTheirArea) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({0}, {0})).Dialog(127, {"1001=2"}).Command(40126);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["undoRect"], json::array({0, 0, 8, 3}));
+}
+
+TEST(RandomDots, HaveTheSelectionAsTheirAreaWhateverTheTool) {
+  ScriptSession session;
+  SelectPart(session.OpenCut("a.cut", CutFile::Showing({0}, {0}))).Dialog(127, {}).Command(40126);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["undoRect"], json::array({2, 0, 4, 2}));
+}
+
+TEST(RandomDots, OnABlankRecordShowNoDialog) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({0}, {-1})).Command(40126).Command(40127);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["undoRect"], json::array({0, 0, 0, 0}));
+}
+
+TEST(DrawGrid, StartsWithTheSnapGridAndLeavesIt) {
+  ScriptSession session;
+  session.Dialog(108, {"1022=4", "1001=2"}).Command(40040);
+  session.OpenCut("a.cut", CutFile::Showing({0}, {0})).Dialog(108, {"1001=1"}).Command(40127);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.StateAt(state)["pen"]["gridWidth"], 4);
+  EXPECT_EQ(session.StateAt(state)["pen"]["gridHeight"], 2);
+  EXPECT_EQ(session.Cut(state)["undoRect"], json::array({0, 0, 8, 3}));
+}
+
+TEST(DrawGrid, CancelSavesNoUndo) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({0}, {0})).Dialog(108, {}, "cancel").Command(40127);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["undoRect"], json::array({0, 0, 0, 0}));
+  EXPECT_EQ(session.Cut(state)["modified"], false);
+}
+
+bool IsOn(const ScriptSession& session, int state) {
+  json whole = session.StateAt(state);
+  for (const json& id : whole["frame"]["checked"]) {
+    if (id == 40137) return true;
+  }
+  return false;
+}
+
+TEST(ClipTransparency, OffTakesAColourAndWritesIt) {
+  ScriptSession session;
+  session.Line("color 12AbF0").Command(40137);
+  const int state = session.State();
+  session.Run();
+  EXPECT_TRUE(IsOn(session, state));
+  EXPECT_EQ(session.Setting("OnClipTrans", "RGB"), "#12ABF0");
+  EXPECT_EQ(session.Setting("OnClipTrans", "Flag"), "1");
+}
+
+TEST(ClipTransparency, OnGoesOffWithoutADialogAndKeepsTheColour) {
+  ScriptSession session;
+  session.Line("color 12ABF0").Command(40137).Command(40137);
+  const int state = session.State();
+  session.Run();
+  EXPECT_FALSE(IsOn(session, state));
+  EXPECT_EQ(session.Setting("OnClipTrans", "RGB"), "#12ABF0");
+  EXPECT_EQ(session.Setting("OnClipTrans", "Flag"), "0");
+}
+
+TEST(ClipTransparency, CancelLeavesAllAsItWas) {
+  ScriptSession session;
+  session.Line("color cancel").Command(40137);
+  const int state = session.State();
+  session.Run();
+  EXPECT_FALSE(IsOn(session, state));
+  EXPECT_FALSE(session.Exists("settings.ini"));
+}
+
+TEST(PlayCommand, CommitsThePanels) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Panel(10006, "typed").Command(40026);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Frame(state)["comment"], "typed");
+}
+
+}  // namespace

@@ -1,0 +1,759 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "rules/script_session.h"
+
+namespace {
+
+using nlohmann::json;
+using rules::CutFile;
+using rules::FileFrame;
+using rules::ScriptSession;
+
+CutFile Frames(const std::vector<FileFrame>& frames) {
+  CutFile file;
+  file.frames = frames;
+  return file;
+}
+
+std::vector<int> Each(const ScriptSession& session, int state, const char* field) {
+  std::vector<int> values;
+  json cut = session.Cut(state);
+  for (json& frame : cut["frames"]) values.push_back(frame[field].is_number_integer() ? frame[field].get<int>() : -999);
+  return values;
+}
+
+std::string Panel(const ScriptSession& session, int state, const char* id) {
+  json whole = session.StateAt(state);
+  return whole["panels"][id].is_string() ? whole["panels"][id].get<std::string>() : "(none)";
+}
+
+TEST(AddFrame, StandsBehindTheCurrentFrameAndBecomesCurrent) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{.time = 1}, {.time = 2}, {.time = 3}})).Command(40007).Command(40004);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Each(session, state, "time"), (std::vector<int>{1, 2, 2, 3}));
+  EXPECT_EQ(session.Cut(state)["currentFrame"], 2);
+}
+
+TEST(AddFrame, CopiesRecordsPositionAndTimeOfTheFrameBefore) {
+  ScriptSession session;
+  CutFile file = CutFile::Showing({1, 2}, {1});
+  file.frames[0].x = 5;
+  file.frames[0].y = -6;
+  file.frames[0].time = 4;
+  file.frames[0].records[0].x = 3;
+  session.OpenCut("a.cut", file).Command(40004);
+  const int state = session.State();
+  session.Run();
+  json frame = session.Frame(state, 1);
+  EXPECT_EQ(frame["records"], session.Frame(state, 0)["records"]);
+  EXPECT_EQ(frame["records"].size(), 1U);
+  EXPECT_EQ(frame["currentRecord"], 0);
+  EXPECT_EQ(frame["x"], 5);
+  EXPECT_EQ(frame["y"], -6);
+  EXPECT_EQ(frame["time"], 4);
+}
+
+TEST(AddFrame, DoesNotCopyBrightnessKeyOrComment) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{.brightness = -21, .comment = "c"}})).Command(40004);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Frame(state, 1)["brightness"], 50);
+  EXPECT_EQ(session.Frame(state, 1)["comment"], "");
+}
+
+TEST(AddFrame, LoopOfOneIsCopiedAndAnyOtherBecomesZero) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{.loop = 3}})).Command(40004).OpenCut("b.cut", Frames({{.loop = 1}}));
+  session.Command(40004).OpenCut("c.cut", Frames({{.loop = 0}})).Command(40004);
+  const int state = session.State();
+  session.Run();
+  json cuts = session.StateAt(state)["cuts"];
+  ASSERT_EQ(cuts.size(), 3U);
+  EXPECT_EQ(cuts[0]["frames"][1]["loop"], 0);
+  EXPECT_EQ(cuts[1]["frames"][1]["loop"], 1);
+  EXPECT_EQ(cuts[2]["frames"][1]["loop"], 0);
+}
+
+TEST(AddFrame, BehindAKeyFrameTakesHalfItsTimeAndTheKeyFrameKeepsIt) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{.time = 5, .brightness = -51}})).Command(40004);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Each(session, state, "time"), (std::vector<int>{5, 2}));
+}
+
+TEST(AddFrame, BehindAKeyFrameOfTimeOneOrLessIsNotHalved) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{.time = 1, .brightness = -51}})).Command(40004);
+  const int one = session.State();
+  session.OpenCut("b.cut", Frames({{.time = -8, .brightness = -51}})).Command(40004);
+  const int negative = session.State();
+  session.Run();
+  EXPECT_EQ(Each(session, one, "time"), (std::vector<int>{1, 1}));
+  EXPECT_EQ(Each(session, negative, "time"), (std::vector<int>{-8, -8}));
+}
+
+TEST(AddFrame, CommitsBeforeItCopies) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{}})).Panel(10002, "9").Command(40004);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Each(session, state, "time"), (std::vector<int>{9, 9}));
+}
+
+TEST(AddFrame, RefreshesThePanels) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{.time = 3, .comment = "old"}})).Command(40004);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Panel(session, state, "10006"), "");
+  EXPECT_EQ(session.StateAt(state)["panels"]["10009"]["text"], "2(4f)");
+}
+
+TEST(AddFrame, MarksImages) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{}})).Command(40026).Command(40004);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["modified"], true);
+  EXPECT_EQ(session.Cut(state)["imagesStale"], true);
+  EXPECT_EQ(session.Cut(state)["timingStale"], true);
+}
+
+TEST(InsertFrame, StandsAtTheCurrentPlaceAndCopiesTheFrameBehindIt) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{.time = 1}, {.time = 2}, {.time = 3}})).Command(40007).Command(40005);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Each(session, state, "time"), (std::vector<int>{1, 2, 2, 3}));
+  EXPECT_EQ(session.Cut(state)["currentFrame"], 1);
+}
+
+TEST(InsertFrame, DoesNotHalveTheTimeOfAKeyFrame) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{.time = 6, .brightness = -51}})).Command(40005);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Each(session, state, "time"), (std::vector<int>{6, 6}));
+  EXPECT_EQ(Each(session, state, "brightness"), (std::vector<int>{50, -51}));
+}
+
+TEST(InsertFrame, MarksNothing) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{}})).Command(40026).Command(40005);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["frames"].size(), 2U);
+  EXPECT_EQ(session.Cut(state)["modified"], false);
+  EXPECT_EQ(session.Cut(state)["imagesStale"], false);
+  EXPECT_EQ(session.Cut(state)["timingStale"], false);
+}
+
+TEST(InsertFrame, CommitsToTheFrameThatMovesBack) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{}})).Panel(10006, "typed").Command(40005);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Frame(state, 0)["comment"], "");
+  EXPECT_EQ(session.Frame(state, 1)["comment"], "typed");
+  EXPECT_EQ(Panel(session, state, "10006"), "");
+}
+
+TEST(DeleteFrame, InTheMiddleShowsItsSuccessor) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{.time = 1}, {.time = 2}, {.time = 3}})).Command(40007).Command(40006);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Each(session, state, "time"), (std::vector<int>{1, 3}));
+  EXPECT_EQ(session.Cut(state)["currentFrame"], 1);
+  EXPECT_EQ(Panel(session, state, "10002"), "3");
+}
+
+TEST(DeleteFrame, LastOfSeveralLeavesTheNewLastFrameCurrent) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{.time = 1}, {.time = 2}})).Command(40006);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["currentFrame"], 0);
+  EXPECT_EQ(Panel(session, state, "10002"), "1");
+}
+
+TEST(DeleteFrame, DoesNotCommitSoThatTypedTextGoesWithTheFrame) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{}, {}})).Panel(10006, "typed").Command(40006);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Frame(state)["comment"], "");
+  EXPECT_EQ(Panel(session, state, "10006"), "");
+}
+
+TEST(DeleteFrame, IsRefusedForTheOnlyFrameWithoutARefresh) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{}})).Command(40026).Panel(10006, "typed").Command(40006);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["frames"].size(), 1U);
+  EXPECT_EQ(session.Cut(state)["modified"], false);
+  EXPECT_EQ(Panel(session, state, "10006"), "typed");
+  EXPECT_EQ(session.Frame(state)["comment"], "");
+}
+
+TEST(DeleteFrame, KeepsTheLayerUnderEdit) {
+  ScriptSession session;
+  CutFile file;
+  file.layers = {{.name = "A"}, {.name = "B"}};
+  file.frames = {{.records = {{.layer = 0}, {.layer = 1}}}, {.records = {{.layer = 0}, {.layer = 1}}}};
+  session.OpenCut("a.cut", file).Select(10004, {0}).Command(40006);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Frame(state)["currentRecord"], 0);
+}
+
+TEST(DeleteFrame, RepaintsTheView) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1, 3}, {0, 1})).Command(40006);
+  const int view = session.View();
+  session.Run();
+  EXPECT_EQ(session.ViewAt(view).Count(1), 24);
+}
+
+TEST(StepFrame, OnTheFirstFrameStillCommitsAndRefreshes) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{}})).Panel(10007, "250").Command(40007);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Frame(state)["brightness"], 100);
+  EXPECT_EQ(Panel(session, state, "10007"), "100");
+}
+
+TEST(StepFrame, OnTheLastFrameStillCommitsAndRefreshes) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{}})).Panel(10007, "250").Command(40008);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Frame(state)["brightness"], 100);
+  EXPECT_EQ(Panel(session, state, "10007"), "100");
+}
+
+TEST(StepFrame, KeepsTheLayerUnderEditWhereTheFrameHasIt) {
+  ScriptSession session;
+  CutFile file;
+  file.layers = {{.name = "A"}, {.name = "B"}};
+  file.frames = {{.records = {{.layer = 0}}},
+                 {.records = {{.layer = 0}, {.layer = 1}}},
+                 {.records = {{.layer = 1}, {.layer = 0}}}};
+  session.OpenCut("a.cut", file).Command(40007);
+  const int second = session.State();
+  session.Command(40007);
+  const int first = session.State();
+  session.Command(40008);
+  const int again = session.State();
+  session.Run();
+  EXPECT_EQ(session.Frame(second)["currentRecord"], 1);
+  EXPECT_EQ(session.Frame(first)["currentRecord"], 0);
+  EXPECT_EQ(session.Frame(again)["currentRecord"], 0);
+}
+
+TEST(StepFrame, RepaintsTheView) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1, 3}, {0, 1})).Command(40007);
+  const int view = session.View();
+  session.Run();
+  EXPECT_EQ(session.ViewAt(view).Count(1), 24);
+}
+
+TEST(StepFrame, MarksNothing) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{}, {}})).Command(40026).Command(40007).Command(40008);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["modified"], false);
+  EXPECT_EQ(session.Cut(state)["imagesStale"], false);
+}
+
+TEST(FirstAndLastFrame, MoveThere) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{}, {}, {}})).Command(40041);
+  const int first = session.State();
+  session.Command(40042);
+  const int last = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(first)["currentFrame"], 0);
+  EXPECT_EQ(session.Cut(last)["currentFrame"], 2);
+}
+
+class EndOfFrames : public testing::TestWithParam<int> {};
+
+TEST_P(EndOfFrames, InACutOfOneFrameCommitsWithoutARefresh) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{}})).Panel(10007, "250").Command(GetParam());
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Frame(state)["brightness"], 100);
+  EXPECT_EQ(Panel(session, state, "10007"), "250");
+}
+
+TEST_P(EndOfFrames, RefreshesAlsoWhenItDoesNotMove) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{}, {}})).Command(GetParam()).Panel(10007, "250").Command(GetParam());
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Panel(session, state, "10007"), "100");
+}
+
+INSTANTIATE_TEST_SUITE_P(Document, EndOfFrames, testing::Values(40041, 40042));
+
+TEST(KeyFrames, NextAndPreviousGoToTheNearest) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{.brightness = -51}, {}, {.brightness = -51}, {}, {.brightness = -51}, {}}));
+  session.Command(40105);
+  const int four = session.State();
+  session.Command(40105);
+  const int two = session.State();
+  session.Command(40104);
+  const int again = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(four)["currentFrame"], 4);
+  EXPECT_EQ(session.Cut(two)["currentFrame"], 2);
+  EXPECT_EQ(session.Cut(again)["currentFrame"], 4);
+}
+
+class NoKeyFrame : public testing::TestWithParam<int> {};
+
+TEST_P(NoKeyFrame, CommitsButNeitherMovesNorRefreshes) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{}, {}, {}})).Command(40007).Panel(10007, "250").Command(GetParam());
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["currentFrame"], 1);
+  EXPECT_EQ(session.Frame(state)["brightness"], 100);
+  EXPECT_EQ(Panel(session, state, "10007"), "250");
+}
+
+INSTANTIATE_TEST_SUITE_P(Document, NoKeyFrame, testing::Values(40104, 40105));
+
+TEST(KeyFrames, MoveRefreshesThePanels) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{.brightness = -31, .comment = "key"}, {}})).Command(40105);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Panel(session, state, "10006"), "key");
+  EXPECT_EQ(Panel(session, state, "10007"), "30");
+}
+
+TEST(AddFrames, RunsTheAdditionAsOftenAsAsked) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{.time = 8, .brightness = -51}})).Dialog(116, {"1001=3"}).Command(40094);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Each(session, state, "time"), (std::vector<int>{8, 4, 4, 4}));
+  EXPECT_EQ(session.Cut(state)["currentFrame"], 3);
+  EXPECT_EQ(session.StateAt(state)["panels"]["10009"]["text"], "4(10f)");
+}
+
+TEST(AddFrames, DialogStartsWithOne) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{}})).Dialog(116, {}).Command(40094);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["frames"].size(), 2U);
+}
+
+TEST(AddFrames, CancelStillCommits) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{}})).Panel(10006, "typed").Dialog(116, {"1001=3"}, "cancel").Command(40094);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["frames"].size(), 1U);
+  EXPECT_EQ(session.Frame(state)["comment"], "typed");
+}
+
+TEST(DeleteFrames, DeletesFromTheCurrentFrameOn) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{.time = 1}, {.time = 2}, {.time = 3}, {.time = 4}, {.time = 5}}));
+  session.Command(40041).Command(40008).Dialog(116, {"1001=2"}).Command(40133);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Each(session, state, "time"), (std::vector<int>{1, 4, 5}));
+  EXPECT_EQ(session.Cut(state)["currentFrame"], 1);
+  EXPECT_EQ(Panel(session, state, "10002"), "4");
+}
+
+TEST(DeleteFrames, MoreThanExistLeavesOneFrame) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{.time = 1}, {.time = 2}, {.time = 3}})).Command(40007);
+  session.Dialog(116, {"1001=10"}).Command(40133);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Each(session, state, "time"), (std::vector<int>{1}));
+}
+
+TEST(DeleteFrames, DoesNotRepaint) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1, 3}, {0, 1})).Dialog(116, {}).Command(40133);
+  const int view = session.View();
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["frames"].size(), 1U);
+  EXPECT_EQ(session.ViewAt(view).Count(3), 24);
+}
+
+CutFile BrightnessFrames(int first, int last) {
+  return Frames({{.brightness = first}, {}, {}, {}, {.brightness = last}});
+}
+
+TEST(BrightnessRamp, SpreadsEvenly) {
+  ScriptSession session;
+  session.OpenCut("a.cut", BrightnessFrames(0, 100)).Command(40041).Dialog(115, {"1065=5"}).Command(40093);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Each(session, state, "brightness"), (std::vector<int>{0, 25, 50, 75, 100}));
+}
+
+TEST(BrightnessRamp, FallsEvenly) {
+  ScriptSession session;
+  session.OpenCut("a.cut", BrightnessFrames(100, 0)).Command(40041).Dialog(115, {"1065=5"}).Command(40093);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Each(session, state, "brightness"), (std::vector<int>{100, 75, 50, 25, 0}));
+}
+
+TEST(BrightnessRamp, SmallFallRisesInstead) {
+  ScriptSession session;
+  session.OpenCut("a.cut", BrightnessFrames(50, 48)).Command(40041).Dialog(115, {"1065=5"}).Command(40093);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Each(session, state, "brightness"), (std::vector<int>{50, 51, 52, 52, 52}));
+}
+
+TEST(BrightnessRamp, FromALaterFrameRunsFromTheEndFrame) {
+  ScriptSession session;
+  session.OpenCut("a.cut", BrightnessFrames(0, 100)).Dialog(115, {"1065=1"}).Command(40093);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Each(session, state, "brightness"), (std::vector<int>{0, 25, 50, 75, 100}));
+  EXPECT_EQ(session.Cut(state)["currentFrame"], 4);
+}
+
+TEST(BrightnessRamp, DialogStartsWithTheLastFrame) {
+  ScriptSession session;
+  session.OpenCut("a.cut", BrightnessFrames(0, 100)).Command(40041).Dialog(115, {}).Command(40093);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Each(session, state, "brightness"), (std::vector<int>{0, 25, 50, 75, 100}));
+}
+
+TEST(BrightnessRamp, CommitsFirst) {
+  ScriptSession session;
+  session.OpenCut("a.cut", BrightnessFrames(50, 100)).Command(40041).Panel(10007, "0").Dialog(115, {}).Command(40093);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Each(session, state, "brightness"), (std::vector<int>{0, 25, 50, 75, 100}));
+}
+
+TEST(BrightnessRamp, DoesNotRefresh) {
+  ScriptSession session;
+  session.OpenCut("a.cut", BrightnessFrames(50, 48)).Dialog(115, {"1065=1"}).Command(40093);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Frame(state)["brightness"], 52);
+  EXPECT_EQ(Panel(session, state, "10007"), "48");
+}
+
+TEST(BrightnessRamp, KeepsKeyMarks) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{.brightness = -1}, {}, {.brightness = -51}, {}, {.brightness = -101}}));
+  session.Command(40041).Dialog(115, {}).Command(40093);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Each(session, state, "brightness"), (std::vector<int>{-1, 25, -51, 75, -101}));
+}
+
+TEST(BrightnessRamp, MarksTiming) {
+  ScriptSession session;
+  session.OpenCut("a.cut", BrightnessFrames(0, 100)).Command(40026).Command(40041).Dialog(115, {}).Command(40093);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["modified"], true);
+  EXPECT_EQ(session.Cut(state)["timingStale"], true);
+  EXPECT_EQ(session.Cut(state)["imagesStale"], false);
+}
+
+TEST(BrightnessRamp, OntoItselfChangesNothing) {
+  ScriptSession session;
+  session.OpenCut("a.cut", BrightnessFrames(0, 100)).Command(40026).Dialog(115, {}).Command(40093);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Each(session, state, "brightness"), (std::vector<int>{0, 50, 50, 50, 100}));
+  EXPECT_EQ(session.Cut(state)["modified"], false);
+}
+
+TEST(BrightnessRamp, NegativeTimeShortensTheSpanSoThatTheRampEndsBeforeTheEndFrame) {
+  ScriptSession session;
+  // 2 - 1 + 2 = 3 units, of which the first two frames already use three.
+  session.OpenCut("a.cut", Frames({{.time = 2, .brightness = 0}, {.time = -1}, {.time = 2}, {.brightness = 30}}));
+  session.Command(40041).Dialog(115, {}).Command(40093);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Each(session, state, "brightness"), (std::vector<int>{0, 20, 30, 30}));
+}
+
+TEST(FramePositionRamp, InterpolatesStraightAndTruncates) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{.x = 0, .y = 10}, {}, {}, {.x = 10, .y = -10}}));
+  session.Command(40041).Dialog(117, {"1065=4"}).Command(40101);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Each(session, state, "x"), (std::vector<int>{0, 3, 6, 10}));
+  EXPECT_EQ(Each(session, state, "y"), (std::vector<int>{10, 3, -3, -10}));
+}
+
+TEST(FramePositionRamp, CountsTheMagnitudeOfTimes) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{.time = -3, .x = 0}, {.time = 1}, {.x = 40}}));
+  session.Command(40041).Dialog(117, {}).Command(40101);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Each(session, state, "x"), (std::vector<int>{0, 30, 40}));
+}
+
+TEST(FramePositionRamp, CommitsAfterOk) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{.x = 0}, {.time = 1}, {.x = 40}}));
+  session.Command(40041).Panel(10002, "3").Dialog(117, {}).Command(40101);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Each(session, state, "x"), (std::vector<int>{0, 30, 40}));
+}
+
+TEST(FramePositionRamp, CancelDoesNotCommit) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{}, {}})).Panel(10006, "typed").Dialog(117, {}, "cancel").Command(40101);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Frame(state)["comment"], "");
+}
+
+TEST(FramePositionRamp, MarksTiming) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{}, {.x = 8}})).Command(40026).Dialog(117, {"1065=1"}).Command(40101);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["modified"], true);
+  EXPECT_EQ(session.Cut(state)["timingStale"], true);
+  EXPECT_EQ(session.Cut(state)["imagesStale"], false);
+}
+
+CutFile MovingRecord(const std::vector<int>& places) {
+  CutFile file = CutFile::Showing({1}, std::vector<int>(places.size(), 0));
+  for (size_t i = 0; i < places.size(); ++i) file.frames[i].records[0].x = places[i];
+  return file;
+}
+
+std::vector<int> RecordPlaces(const ScriptSession& session, int state) {
+  std::vector<int> places;
+  json cut = session.Cut(state);
+  for (json& frame : cut["frames"]) {
+    json x = frame["records"][0]["x"];
+    places.push_back(x.is_number_integer() ? x.get<int>() : -999);
+  }
+  return places;
+}
+
+TEST(LayerPositionRamp, SpreadsTheRemainderOverTheFirstUnits) {
+  ScriptSession session;
+  session.OpenCut("a.cut", MovingRecord({0, 0, 0, 0, 10})).Command(40041).Dialog(112, {"1065=5"}).Command(40069);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(RecordPlaces(session, state), (std::vector<int>{0, 3, 6, 8, 10}));
+}
+
+TEST(LayerPositionRamp, SmallStepBackMovesForward) {
+  ScriptSession session;
+  session.OpenCut("a.cut", MovingRecord({0, 0, 0, 0, -2})).Command(40041).Dialog(112, {}).Command(40069);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(RecordPlaces(session, state), (std::vector<int>{0, 1, 2, 2, 2}));
+}
+
+TEST(LayerPositionRamp, LargerStepBackSpreadsItsRemainderBackward) {
+  ScriptSession session;
+  session.OpenCut("a.cut", MovingRecord({0, 0, 0, 0, -10})).Command(40041).Dialog(112, {}).Command(40069);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(RecordPlaces(session, state), (std::vector<int>{0, -3, -6, -8, -10}));
+}
+
+TEST(LayerPositionRamp, DoesNotCommit) {
+  ScriptSession session;
+  session.OpenCut("a.cut", MovingRecord({0, 0, 8})).Command(40041).Panel(10006, "typed");
+  session.Dialog(112, {}).Command(40069);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(RecordPlaces(session, state), (std::vector<int>{0, 4, 8}));
+  EXPECT_EQ(session.Frame(state)["comment"], "");
+}
+
+TEST(LayerPositionRamp, MarksImages) {
+  ScriptSession session;
+  session.OpenCut("a.cut", MovingRecord({0, 0, 8})).Command(40026).Dialog(112, {"1065=1"}).Command(40069);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["modified"], true);
+  EXPECT_EQ(session.Cut(state)["imagesStale"], true);
+}
+
+TEST(MakeAllKeyFrames, KeepsTheBrightnessOfEachFrame) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{.brightness = 0}, {.brightness = 50}, {.brightness = -101}})).Command(40106);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Each(session, state, "brightness"), (std::vector<int>{-1, -51, -101}));
+}
+
+TEST(MakeAllKeyFrames, RefreshesWithoutACommit) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{}})).Panel(10006, "typed").Command(40106);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Frame(state)["comment"], "");
+  EXPECT_EQ(Panel(session, state, "10006"), "");
+  EXPECT_EQ(session.StateAt(state)["panels"]["10009"]["checked"], true);
+}
+
+TEST(MakeAllKeyFrames, MarksTiming) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Frames({{}})).Command(40026).Command(40106);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["modified"], true);
+  EXPECT_EQ(session.Cut(state)["timingStale"], true);
+  EXPECT_EQ(session.Cut(state)["imagesStale"], false);
+}
+
+TEST(FrameBitmap, IsWrittenToTheChosenFile) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).File(session.Path("out")).Command(40076).Run();
+  const rules::PixelMatrix picture = rules::PixelMatrix::FromBitmap(session.Path("out.bmp"));
+  EXPECT_EQ(picture.Width(), 8);
+  EXPECT_EQ(picture.Height(), 3);
+  EXPECT_EQ(picture.Count(0), 24);
+}
+
+TEST(FrameBitmap, CancelWritesNothing) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).File("cancel").Command(40076).Run();
+  EXPECT_EQ(session.Files(), std::vector<std::string>{"a.cut"});
+}
+
+TEST(FrameSize, IsTakenFromTheDialogAndMarksTiming) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(40026);
+  session.Dialog(123, {"1002=5", "1001=2"}).Command(40112);
+  const int state = session.State();
+  session.Run();
+  json cut = session.Cut(state);
+  EXPECT_EQ(cut["frameWidth"], 5);
+  EXPECT_EQ(cut["frameHeight"], 2);
+  EXPECT_EQ(cut["width"], 8);
+  EXPECT_EQ(cut["modified"], true);
+  EXPECT_EQ(cut["timingStale"], true);
+  EXPECT_EQ(cut["imagesStale"], false);
+}
+
+TEST(FrameSize, DialogStartsWithTheFrameSize) {
+  ScriptSession session;
+  CutFile file = CutFile::WithoutLayers(1);
+  file.frameWidth = 6;
+  file.frameHeight = 2;
+  session.OpenCut("a.cut", file).Dialog(123, {}).Command(40112);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["frameWidth"], 6);
+  EXPECT_EQ(session.Cut(state)["frameHeight"], 2);
+}
+
+TEST(FrameSize, CancelChangesNothing) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Dialog(123, {"1002=5"}, "cancel").Command(40112);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["frameWidth"], 8);
+  EXPECT_EQ(session.Cut(state)["modified"], false);
+}
+
+TEST(CutProperties, AreTakenFromTheDialog) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(40026);
+  session.Dialog(107, {"1002=20", "1001=10", "1041=30", "1057=on", "1037=Me"}).Command(40077);
+  const int state = session.State();
+  session.Run();
+  json cut = session.Cut(state);
+  EXPECT_EQ(cut["width"], 20);
+  EXPECT_EQ(cut["height"], 10);
+  EXPECT_EQ(cut["fps"], 30);
+  EXPECT_EQ(cut["antialias"], 2);
+  EXPECT_EQ(cut["credit"], "Me");
+}
+
+TEST(CutProperties, LeaveTheFrameSize) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Dialog(107, {"1002=20", "1001=10"}).Command(40077);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["frameWidth"], 8);
+  EXPECT_EQ(session.Cut(state)["frameHeight"], 3);
+}
+
+TEST(CutProperties, ResizeTheViewAndPaintIt) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({3}, {0})).Dialog(107, {"1002=20", "1001=10"}).Command(40077);
+  const int view = session.View();
+  session.Run();
+  EXPECT_EQ(session.ViewAt(view).Width(), 20);
+  EXPECT_EQ(session.ViewAt(view).Height(), 10);
+  EXPECT_EQ(session.ViewAt(view).Count(3), 24);
+  EXPECT_EQ(session.ViewAt(view).Count(0), 176);
+}
+
+TEST(CutProperties, StartWithTheCutsAndMarkImagesEvenWhenUnchanged) {
+  ScriptSession session;
+  CutFile file = CutFile::Showing({1}, {0});
+  file.fps = 11;
+  file.credit = "Who";
+  file.antialias = 1;
+  session.OpenCut("a.cut", file).Command(40026).Dialog(107, {}).Command(40077);
+  const int state = session.State();
+  session.Run();
+  json cut = session.Cut(state);
+  EXPECT_EQ(cut["width"], 8);
+  EXPECT_EQ(cut["height"], 3);
+  EXPECT_EQ(cut["fps"], 11);
+  EXPECT_EQ(cut["credit"], "Who");
+  EXPECT_EQ(cut["antialias"], 1);
+  EXPECT_EQ(cut["modified"], true);
+  EXPECT_EQ(cut["imagesStale"], true);
+}
+
+TEST(CutProperties, DoNotWriteTheNewCutSettings) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Dialog(107, {"1002=20"}).Command(40077).Run();
+  EXPECT_EQ(session.Setting("OnNewCut", "width"), "(none)");
+}
+
+TEST(CutProperties, CancelChangesNothing) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Dialog(107, {"1002=20"}, "cancel").Command(40077);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["width"], 8);
+  EXPECT_EQ(session.Cut(state)["modified"], false);
+}
+
+}  // namespace

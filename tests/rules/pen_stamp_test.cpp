@@ -1,0 +1,116 @@
+#include <gtest/gtest.h>
+
+#include "rules/drawing_session.h"
+#include "rules/ink_model.h"
+
+namespace rules {
+namespace {
+
+void PickShape(DrawingSession& session, int shape) {
+  if (shape < 7) session.Command(command::SquarePen);
+  session.PickSize(shape < 7 ? 7 - shape : shape - 7);
+}
+
+class PenShape : public testing::TestWithParam<int> {};
+
+TEST_P(PenShape, StampsItsRowsAroundThePoint) {
+  DrawingSession session;
+  PickShape(session, GetParam());
+  session.Press(20, 20);
+  InkModel model;
+  for (int row = 0; row < 8; ++row) {
+    for (int column = 0; column < 8; ++column) {
+      const int bits = gModelShapes[static_cast<size_t>(GetParam())][static_cast<size_t>(row)];
+      if ((bits & 0x80 >> column) != 0) model.Set(16 + column, 16 + row, 1);
+    }
+  }
+  EXPECT_TRUE(Shows(session.NowView(), model));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, PenShape, testing::Range(0, 15));
+
+TEST(PenStamp, TheFinestPenSetsThePointAlone) {
+  DrawingSession session;
+  session.Press(10, 10);
+  InkModel model;
+  model.Set(10, 10, 1);
+  EXPECT_TRUE(Shows(session.NowView(), model));
+}
+
+TEST(PenStamp, TheLargestSquareCoversFourToTheLeftAndThreeToTheRight) {
+  DrawingSession session;
+  PickShape(session, 0);
+  session.Press(10, 10);
+  InkModel model;
+  model.Fill(6, 6, 8, 8, 1);
+  EXPECT_TRUE(Shows(session.NowView(), model));
+}
+
+TEST(PenStamp, NearACornerOnlyThePixelsInsideAreSet) {
+  DrawingSession session;
+  PickShape(session, 0);
+  session.LeftClick(1, 2);
+  session.LeftClick(62, 46);
+  InkModel model;
+  model.Fill(0, 0, 5, 6, 8);
+  model.Fill(58, 42, 6, 6, 8);
+  EXPECT_TRUE(Shows(session.NowView(), model));
+}
+
+TEST(PenStamp, AMaskHoldsOverTheWholeWidthOfThePen) {
+  DrawingSession session;
+  session.FillArea(20, 18, 2, 9, 3);
+  session.FillArea(22, 18, 2, 9, 2);
+  session.Mask({3});
+  PickShape(session, 0);
+  session.Press(22, 22);
+  InkModel model;
+  model.Fill(20, 18, 2, 9, 3);
+  model.Fill(22, 18, 2, 9, 2);
+  model.Fill(18, 18, 8, 8, 1);
+  model.Fill(20, 18, 2, 9, 3);
+  EXPECT_TRUE(Shows(session.NowView(), model));
+}
+
+class PenTone : public testing::TestWithParam<int> {
+ protected:
+  PixelMatrix Filled(int tone) {
+    DrawingSession session;
+    session.Command(tool::Rectangle);
+    session.Pick(tone, 2);
+    session.Press(4, 4);
+    session.Release(20, 20, "ctrl");
+    return session.NowView();
+  }
+};
+
+TEST_P(PenTone, HasThatManySixteenthsOfTheFirstColour) {
+  const PixelMatrix view = Filled(GetParam());
+  EXPECT_EQ(view.Count(2), 16 * GetParam());
+  EXPECT_EQ(view.Count(3), 256 - 16 * GetParam());
+}
+
+TEST_P(PenTone, LiesOnTheTilesOfTheCell) {
+  InkModel model;
+  model.FillWith({.shape = 7, .tone = GetParam(), .colorA = 2, .colorB = 3}, 4, 4, 16, 16);
+  EXPECT_TRUE(Shows(Filled(GetParam()), model));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, PenTone, testing::Range(0, 16));
+
+TEST_F(PenTone, ToneNineIsPatternSevenWithTheColoursSwapped) {
+  const PixelMatrix seven = Filled(7);
+  const PixelMatrix nine = Filled(9);
+  for (int y = 4; y < 20; ++y) {
+    for (int x = 4; x < 20; ++x) EXPECT_EQ(nine.At(x, y), 5 - seven.At(x, y)) << x << ", " << y;
+  }
+}
+
+TEST_F(PenTone, ToneOneSetsTheFourthPixelOfTheTilesFirstRow) {
+  const PixelMatrix view = Filled(1);
+  EXPECT_EQ(view.At(7, 4), 2u);
+  EXPECT_EQ(view.Count(2, 4, 4, 4, 4), 1);
+}
+
+}  // namespace
+}  // namespace rules

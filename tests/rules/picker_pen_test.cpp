@@ -1,0 +1,219 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <utility>
+
+#include "rules/drawing_session.h"
+#include "rules/ink_model.h"
+
+namespace rules {
+namespace {
+
+using Json = nlohmann::json;
+// Shape, tone, first and second colour.
+using PenValues = std::array<int, 4>;
+
+PenValues PenOf(const Json& state) {
+  const Json& pen = state["pen"];
+  return {pen["shape"].get<int>(), pen["tone"].get<int>(), pen["colorA"].get<int>(), pen["colorB"].get<int>()};
+}
+
+PenValues PenNow(ScriptSession& session) {
+  const int state = session.State();
+  session.Run();
+  return PenOf(session.StateAt(state));
+}
+
+constexpr int Middle(int place) {
+  return 10 + 14 * place;
+}
+
+class PickerColour : public testing::TestWithParam<std::pair<int, int>> {};
+
+TEST_P(PickerColour, IsPlainInk) {
+  const auto& [column, index] = GetParam();
+  ScriptSession session;
+  session.Picker("ldown", Middle(5), Middle(2));
+  session.Picker("ldown", Middle(column), Middle(0));
+  EXPECT_EQ(PenNow(session), (PenValues{7, 0, 0, index}));
+}
+
+INSTANTIATE_TEST_SUITE_P(TopRow, PickerColour,
+                         testing::Values(std::pair(0, 1), std::pair(1, 9), std::pair(2, 10), std::pair(3, 11),
+                                         std::pair(4, 12), std::pair(5, 0), std::pair(6, 13), std::pair(7, 14)));
+
+TEST(Picker, TonesSetBothColoursAndTheTone) {
+  for (int row = 1; row <= 3; ++row) {
+    for (const int column : {0, 1, 8, 15}) {
+      ScriptSession session;
+      session.Picker("ldown", Middle(column), Middle(row));
+      EXPECT_EQ(PenNow(session), (PenValues{7, column, row, row + 1}));
+    }
+  }
+}
+
+TEST(Picker, SizesSetTheShapeAlone) {
+  for (int step = 0; step < 8; ++step) {
+    ScriptSession session;
+    session.Picker("ldown", Middle(5), Middle(2));
+    session.Picker("ldown", Middle(8 + step), Middle(0));
+    EXPECT_EQ(PenNow(session), (PenValues{7 + step, 5, 2, 3}));
+  }
+}
+
+TEST(Picker, SizesOfASquarePenCountDown) {
+  for (int step = 0; step < 8; ++step) {
+    ScriptSession session;
+    session.Command(command::SquarePen);
+    session.Picker("ldown", Middle(8 + step), Middle(0));
+    EXPECT_EQ(PenNow(session)[0], 7 - step);
+  }
+}
+
+TEST(Picker, ARightPressPicksToo) {
+  ScriptSession session;
+  session.Picker("rdown", Middle(3), Middle(1));
+  EXPECT_EQ(PenNow(session), (PenValues{7, 3, 1, 2}));
+}
+
+TEST(Picker, AReleaseAndAMovePickNothing) {
+  ScriptSession session;
+  session.Picker("move", Middle(3), Middle(1));
+  session.Picker("lup", Middle(3), Middle(1));
+  session.Picker("rup", Middle(3), Middle(1));
+  EXPECT_EQ(PenNow(session), (PenValues{7, 0, 0, 1}));
+}
+
+TEST(Picker, SquaresTakeInTheirEdges) {
+  const std::pair<int, int> corners[] = {{32, 18}, {44, 18}, {32, 30}, {44, 30}};
+  for (const auto& [x, y] : corners) {
+    ScriptSession session;
+    session.Picker("ldown", x, y);
+    EXPECT_EQ(PenNow(session), (PenValues{7, 2, 1, 2})) << x << ", " << y;
+  }
+}
+
+TEST(Picker, TheGapsBetweenTheSquaresPickNothing) {
+  const std::pair<int, int> gaps[] = {{31, 24}, {45, 24}, {38, 17}, {38, 31}, {3, 24}, {227, 24}, {38, 59}};
+  for (const auto& [x, y] : gaps) {
+    ScriptSession session;
+    session.Picker("ldown", x, y);
+    EXPECT_EQ(PenNow(session), (PenValues{7, 0, 0, 1})) << x << ", " << y;
+  }
+}
+
+TEST(Picker, TheTransparentPenErases) {
+  DrawingSession session;
+  session.FillArea(10, 10, 20, 20, 1);
+  session.Pick(5, 0);
+  session.Command(command::MuraRemoval);
+  session.LeftDrag(5, 15, 40, 15);
+  InkModel model;
+  model.Fill(10, 10, 20, 20, 1);
+  model.Fill(10, 15, 20, 1, 0);
+  EXPECT_TRUE(Shows(session.NowView(), model));
+}
+
+// A right click of the fill tool reads the pen out of the cell.
+struct PenFromTheCell : testing::Test {
+  PenValues At(int x, int y) {
+    session.PickSize(3);
+    session.Command(tool::Fill).RightClick(x, y);
+    return PenOf(session.NowState());
+  }
+  DrawingSession session;
+};
+
+TEST_F(PenFromTheCell, PlainFamiliesGiveTheIndexAndItsToneBelow) {
+  // Index, and the first colour that it gives.
+  const std::pair<int, int> pens[] = {{1, 0},  {2, 1},  {3, 2},  {4, 3},  {9, 1},
+                                      {10, 2}, {11, 3}, {12, 4}, {13, 5}, {14, 6}};
+  for (const auto& [index, first] : pens) {
+    DrawingSession fresh;
+    fresh.FillArea(10, 10, 20, 20, index);
+    fresh.Command(tool::Fill).RightClick(20, 20);
+    EXPECT_EQ(PenOf(fresh.NowState()), (PenValues{7, 0, first, index})) << index;
+  }
+}
+
+TEST_F(PenFromTheCell, LineBlackGivesLineBlack) {
+  session.PickSize(7);
+  session.Command(tool::Line).LeftClick(20, 20);
+  EXPECT_EQ(At(20, 20), (PenValues{10, 0, 0, 8}));
+}
+
+TEST_F(PenFromTheCell, TheShapeStays) {
+  session.FillArea(10, 10, 20, 20, 2);
+  EXPECT_EQ(At(20, 20)[0], 10);
+}
+
+class PenFromADither : public testing::TestWithParam<int> {};
+
+TEST_P(PenFromADither, ReadsTheToneBack) {
+  DrawingSession session;
+  session.Pick(GetParam(), 2);
+  session.Command(tool::Rectangle).Mouse("ldown", 10, 10).Mouse("lup", 40, 40, "ctrl");
+  session.PickPlain(1);
+  session.Command(tool::Fill).RightClick(23, 22);
+  EXPECT_EQ(PenOf(session.NowState()), (PenValues{7, GetParam(), 2, 3}));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, PenFromADither, testing::Range(1, 16));
+
+TEST_F(PenFromTheCell, ADitherOverTransparentCountsTheTransparentPixels) {
+  session.FillArea(20, 20, 10, 10, 3);
+  EXPECT_EQ(At(20, 25), (PenValues{10, 8, 0, 3}));
+}
+
+TEST_F(PenFromTheCell, TheBlockReachesTwoToTheUpperLeftAndOneToTheLowerRight) {
+  session.FillArea(20, 20, 1, 1, 3);
+  EXPECT_EQ(At(22, 22), (PenValues{10, 15, 0, 3}));
+  EXPECT_EQ(At(19, 19), (PenValues{10, 15, 0, 3}));
+  session.PickPlain(1);
+  session.Command(tool::Fill).RightClick(23, 20);
+  EXPECT_NE(PenOf(session.NowState())[3], 3);
+  session.RightClick(18, 20);
+  EXPECT_NE(PenOf(session.NowState())[3], 3);
+}
+
+TEST_F(PenFromTheCell, ThreeColoursKeepThePen) {
+  session.FillArea(20, 20, 10, 10, 3);
+  session.FillArea(20, 15, 10, 5, 2);
+  EXPECT_EQ(At(20, 20), (PenValues{10, 0, 0, 1}));
+}
+
+TEST_F(PenFromTheCell, PointsBeyondTheEdgeDoNotCount) {
+  session.FillArea(0, 0, 10, 10, 3);
+  EXPECT_EQ(At(0, 0), (PenValues{10, 0, 2, 3}));
+}
+
+TEST_F(PenFromTheCell, TheGradientToolPicksToo) {
+  session.FillArea(10, 10, 20, 20, 3);
+  session.Command(tool::Gradient).RightClick(20, 20);
+  EXPECT_EQ(PenOf(session.NowState()), (PenValues{7, 0, 2, 3}));
+}
+
+TEST_F(PenFromTheCell, TheGridDoesNotMoveThePoint) {
+  session.FillArea(10, 10, 5, 5, 3);
+  session.Grid(32, 32);
+  EXPECT_EQ(At(12, 12), (PenValues{10, 0, 2, 3}));
+}
+
+TEST_F(PenFromTheCell, OtherToolsDoNotPick) {
+  session.FillArea(10, 10, 20, 20, 3);
+  for (const int other : {tool::FreePen, tool::Line, tool::Curve, tool::Rectangle, tool::Edging, tool::FocusLines,
+                          tool::ParallelLines, tool::Text}) {
+    session.Command(other).RightClick(20, 20);
+  }
+  EXPECT_EQ(PenOf(session.NowState()), (PenValues{7, 0, 0, 1}));
+}
+
+TEST(PenOutsideTheCell, IsKept) {
+  DrawingSession session({.clientWidth = 84, .clientHeight = 68});
+  session.Pick(5, 2);
+  session.Command(tool::Fill).RightClick(3, 3);
+  EXPECT_EQ(PenOf(session.NowState()), (PenValues{7, 5, 2, 3}));
+}
+
+}  // namespace
+}  // namespace rules

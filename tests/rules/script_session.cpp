@@ -1,0 +1,550 @@
+#include "rules/script_session.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <thread>
+
+extern char** environ;
+
+namespace rules {
+
+namespace {
+
+constexpr std::chrono::seconds kTimeLimit{20};
+
+std::string ReadWhole(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+}
+
+uint32_t Little(const std::string& bytes, size_t offset, size_t count) {
+  uint32_t value = 0;
+  for (size_t i = 0; i < count; ++i) {
+    value |= static_cast<uint32_t>(static_cast<unsigned char>(bytes[offset + i])) << (8 * i);
+  }
+  return value;
+}
+
+void PutLittle(std::string& bytes, uint32_t value, size_t count) {
+  for (size_t i = 0; i < count; ++i) bytes.push_back(static_cast<char>((value >> (8 * i)) & 0xFF));
+}
+
+std::string Numbered(std::string_view stem, int number, std::string_view extension) {
+  std::string name(stem);
+  name.append("-").append(std::to_string(number)).append(extension);
+  return name;
+}
+
+}  // namespace
+
+PixelMatrix PixelMatrix::FromBitmap(const std::string& path) {
+  PixelMatrix matrix;
+  const std::string bytes = ReadWhole(path);
+  if (bytes.size() < 54 || bytes.compare(0, 2, "BM") != 0) {
+    ADD_FAILURE() << path << " is no bitmap file";
+    return matrix;
+  }
+  const size_t bits = Little(bytes, 10, 4);
+  const size_t header = Little(bytes, 14, 4);
+  const int width = static_cast<int32_t>(Little(bytes, 18, 4));
+  const int rows = static_cast<int32_t>(Little(bytes, 22, 4));
+  const size_t depth = Little(bytes, 28, 2);
+  const int height = rows < 0 ? -rows : rows;
+  const size_t pitch = (static_cast<size_t>(width) * depth + 31) / 32 * 4;
+  const bool known = depth == 4 || depth == 8 || depth == 24;
+  if (!known || Little(bytes, 30, 4) != 0 || width < 0 || bits + pitch * static_cast<size_t>(height) > bytes.size()) {
+    ADD_FAILURE() << path << " is no plain bitmap file of 4, 8 or 24 bits";
+    return matrix;
+  }
+  matrix.width = width;
+  matrix.height = height;
+  if (depth != 24) {
+    size_t count = Little(bytes, 46, 4);
+    if (count == 0) count = size_t{1} << depth;
+    for (size_t i = 0; i < count && 14 + header + 4 * i + 4 <= bytes.size(); ++i) {
+      matrix.colors.push_back(Little(bytes, 14 + header + 4 * i, 3));
+    }
+  }
+  for (int y = 0; y < height; ++y) {
+    const size_t row = bits + pitch * static_cast<size_t>(rows < 0 ? y : height - 1 - y);
+    for (int x = 0; x < width; ++x) {
+      const size_t column = static_cast<size_t>(x);
+      if (depth == 24) {
+        matrix.pixels.push_back(Little(bytes, row + 3 * column, 3));
+      } else if (depth == 8) {
+        matrix.pixels.push_back(Little(bytes, row + column, 1));
+      } else {
+        const uint32_t pair = Little(bytes, row + column / 2, 1);
+        matrix.pixels.push_back(column % 2 == 0 ? pair >> 4 : pair & 15);
+      }
+    }
+  }
+  return matrix;
+}
+
+PixelMatrix PixelMatrix::FromGreyMap(const std::string& path) {
+  PixelMatrix matrix;
+  const std::string bytes = ReadWhole(path);
+  int width = 0;
+  int height = 0;
+  int limit = 0;
+  int start = 0;
+  if (std::sscanf(bytes.c_str(), "P5 %d %d %d%n", &width, &height, &limit, &start) != 3 || limit != 255 ||
+      bytes.size() != static_cast<size_t>(start) + 1 + static_cast<size_t>(width) * static_cast<size_t>(height)) {
+    ADD_FAILURE() << path << " is no grey map";
+    return matrix;
+  }
+  matrix.width = width;
+  matrix.height = height;
+  for (size_t i = static_cast<size_t>(start) + 1; i < bytes.size(); ++i) {
+    matrix.pixels.push_back(static_cast<unsigned char>(bytes[i]));
+  }
+  return matrix;
+}
+
+uint32_t PixelMatrix::At(int x, int y) const {
+  if (x < 0 || y < 0 || x >= width || y >= height) {
+    ADD_FAILURE() << "point " << x << ", " << y << " is outside a picture of " << width << " by " << height;
+    return 0;
+  }
+  return pixels[static_cast<size_t>(y) * static_cast<size_t>(width) + static_cast<size_t>(x)];
+}
+
+int PixelMatrix::Count(uint32_t value, int left, int top, int areaWidth, int areaHeight) const {
+  int count = 0;
+  for (int y = std::max(top, 0); y < std::min(top + areaHeight, height); ++y) {
+    for (int x = std::max(left, 0); x < std::min(left + areaWidth, width); ++x) count += At(x, y) == value ? 1 : 0;
+  }
+  return count;
+}
+
+bool PixelMatrix::operator==(const PixelMatrix& other) const {
+  return width == other.width && height == other.height && pixels == other.pixels;
+}
+
+std::string CutFile::Bytes() const {
+  std::string bytes("Sorvelin Cut", 13);
+  for (const int size : {width, height, frameWidth, frameHeight}) PutLittle(bytes, static_cast<uint32_t>(size), 2);
+  PutLittle(bytes, static_cast<uint32_t>(fps), 1);
+  bytes.append(credit).append(1, '\0');
+  PutLittle(bytes, static_cast<uint32_t>(antialias), 1);
+  PutLittle(bytes, static_cast<uint32_t>(layers.size()), 1);
+  PutLittle(bytes, static_cast<uint32_t>(frames.size()), 2);
+  for (const FileLayer& layer : layers) {
+    bytes.append(layer.name).append(1, '\0');
+    PutLittle(bytes, 8, 2);
+    PutLittle(bytes, 3, 2);
+    PutLittle(bytes, layer.followFrame ? 1 : 0, 1);
+    PutLittle(bytes, static_cast<uint32_t>(layer.cells.size()), 2);
+    for (const int color : layer.cells) {
+      PutLittle(bytes, 2, 4);
+      PutLittle(bytes, 2, 4);
+      bytes.append("\x01\x01\x00\x10\x14", 5);
+      bytes.append(2, static_cast<char>(color * 17));
+    }
+  }
+  for (const FileFrame& frame : frames) {
+    for (const int value : {frame.x, frame.y, frame.time, frame.loop}) {
+      PutLittle(bytes, static_cast<uint32_t>(value), 2);
+    }
+    PutLittle(bytes, static_cast<uint32_t>(frame.brightness), 1);
+    bytes.append(frame.comment).append(1, '\0');
+    PutLittle(bytes, static_cast<uint32_t>(frame.records.size()), 1);
+    for (const FileRecord& record : frame.records) {
+      PutLittle(bytes, static_cast<uint32_t>(record.layer), 1);
+      for (const int value : {record.x, record.y, record.cell}) PutLittle(bytes, static_cast<uint32_t>(value), 2);
+    }
+  }
+  return bytes;
+}
+
+CutFile CutFile::Showing(const std::vector<int>& cells, const std::vector<int>& shown) {
+  CutFile file;
+  file.layers.push_back({.name = "A", .cells = cells});
+  for (const int cell : shown) file.frames.push_back({.records = {{.layer = 0, .cell = cell}}});
+  return file;
+}
+
+CutFile CutFile::WithoutLayers(size_t frameCount) {
+  CutFile file;
+  file.frames.resize(frameCount);
+  return file;
+}
+
+std::string PlainCell(int color) {
+  return Checksum(std::string(12, static_cast<char>(color * 17)));
+}
+
+ScriptSession::ScriptSession() {
+  std::string form = (std::filesystem::temp_directory_path() / "sorvel-rules-XXXXXX").string();
+  if (mkdtemp(form.data()) == nullptr) ADD_FAILURE() << "no temporary folder";
+  folder = form;
+}
+
+ScriptSession::~ScriptSession() {
+  std::error_code ignored;
+  std::filesystem::remove_all(folder, ignored);
+}
+
+ScriptSession& ScriptSession::Line(std::string_view text) {
+  script.append(text).append("\n");
+  return *this;
+}
+
+ScriptSession& ScriptSession::Command(int id) {
+  return Line("command " + std::to_string(id));
+}
+
+ScriptSession& ScriptSession::Key(std::string_view name) {
+  return Line(std::string("key ").append(name));
+}
+
+ScriptSession& ScriptSession::Keys(std::string_view name, int count) {
+  for (int i = 0; i < count; ++i) Key(name);
+  return *this;
+}
+
+ScriptSession& ScriptSession::Char(char character) {
+  return Line(std::string("char ").append(Quoted(std::string(1, character))));
+}
+
+ScriptSession& ScriptSession::Mouse(std::string_view message, int x, int y, std::string_view modifiers) {
+  std::string text = "mouse ";
+  text.append(message).append(" ").append(std::to_string(x)).append(" ").append(std::to_string(y));
+  if (!modifiers.empty()) text.append(" ").append(modifiers);
+  return Line(text);
+}
+
+ScriptSession& ScriptSession::LeftClick(int x, int y, std::string_view modifiers) {
+  return Mouse("ldown", x, y, modifiers).Mouse("lup", x, y, modifiers);
+}
+
+ScriptSession& ScriptSession::RightClick(int x, int y, std::string_view modifiers) {
+  return Mouse("rdown", x, y, modifiers).Mouse("rup", x, y, modifiers);
+}
+
+ScriptSession& ScriptSession::LeftDrag(int fromX, int fromY, int toX, int toY, std::string_view modifiers) {
+  return Mouse("ldown", fromX, fromY, modifiers).Mouse("move", toX, toY, modifiers).Mouse("lup", toX, toY, modifiers);
+}
+
+ScriptSession& ScriptSession::Picker(std::string_view message, int x, int y) {
+  std::string text = "picker ";
+  return Line(text.append(message).append(" ").append(std::to_string(x)).append(" ").append(std::to_string(y)));
+}
+
+ScriptSession& ScriptSession::Panel(int id, std::string_view text) {
+  return Line("panel " + std::to_string(id) + " " + Quoted(text));
+}
+
+ScriptSession& ScriptSession::Dialog(int templateId, const std::vector<std::string>& values, std::string_view button) {
+  std::string text = "dialog " + std::to_string(templateId);
+  for (const std::string& value : values) text.append(" ").append(Quoted(value));
+  return Line(text.append(" ").append(button));
+}
+
+ScriptSession& ScriptSession::File(std::string_view path) {
+  return Line(std::string("file ").append(path == "cancel" ? std::string(path) : Quoted(path)));
+}
+
+ScriptSession& ScriptSession::Answer(std::string_view yesOrNo) {
+  return Line(std::string("answer ").append(yesOrNo));
+}
+
+ScriptSession& ScriptSession::Open(std::string_view path) {
+  return Line(std::string("open ").append(Quoted(path)));
+}
+
+ScriptSession& ScriptSession::OpenCut(std::string_view name, const CutFile& file) {
+  Write(name, file.Bytes());
+  return Open(Path(name));
+}
+
+ScriptSession& ScriptSession::Select(int id, const std::vector<int>& lines) {
+  std::string text = "select " + std::to_string(id);
+  for (const int line : lines) text.append(" ").append(std::to_string(line));
+  return Line(text);
+}
+
+ScriptSession& ScriptSession::DoubleClick(int id, int line) {
+  return Line("dblclick " + std::to_string(id) + " " + std::to_string(line));
+}
+
+ScriptSession& ScriptSession::Focus(std::string_view place) {
+  return Line(std::string("focus ").append(place));
+}
+
+ScriptSession& ScriptSession::Activate(int window) {
+  return Line("activate " + std::to_string(window));
+}
+
+ScriptSession& ScriptSession::Close() {
+  return Line("close");
+}
+
+ScriptSession& ScriptSession::Exit() {
+  return Line("exit");
+}
+
+namespace {
+
+std::vector<std::string> CutDialogWords(const NewCutValues& values) {
+  return {"1002=" + std::to_string(values.width), "1001=" + std::to_string(values.height),
+          "1041=" + std::to_string(values.fps), std::to_string(1055 + values.antialias) + "=on",
+          "1037=" + values.credit};
+}
+
+}  // namespace
+
+ScriptSession& ScriptSession::NewCut(const NewCutValues& values) {
+  const int layerWidth = values.layerWidth < 0 ? values.width : values.layerWidth;
+  const int layerHeight = values.layerHeight < 0 ? values.height : values.layerHeight;
+  Dialog(107, CutDialogWords(values));
+  Dialog(106, {"1000=" + values.layerName, "1002=" + std::to_string(layerWidth), "1001=" + std::to_string(layerHeight),
+               values.followFrame ? "1060=on" : "1060=off"});
+  return Command(40050);
+}
+
+ScriptSession& ScriptSession::NewCutWithoutLayer(const NewCutValues& values) {
+  Dialog(107, CutDialogWords(values));
+  Dialog(106, {}, "cancel");
+  return Command(40050);
+}
+
+ScriptSession& ScriptSession::SaveCutAs(std::string_view name) {
+  return File(Path(name)).Command(40052);
+}
+
+int ScriptSession::State() {
+  Line("state " + Quoted(Path(Numbered("state", states, ".json"))));
+  return states++;
+}
+
+int ScriptSession::View() {
+  Line("view " + Quoted(Path(Numbered("view", views, ".bmp"))));
+  return views++;
+}
+
+int ScriptSession::Screen() {
+  Line("screen " + Quoted(Path(Numbered("screen", screens, ".bmp"))));
+  return screens++;
+}
+
+int ScriptSession::Player() {
+  Line("player " + Quoted(Path(Numbered("player", players, ".pgm"))));
+  return players++;
+}
+
+void ScriptSession::SetSettings(const std::string& bytes) {
+  Write("settings.ini", bytes);
+}
+
+std::string ScriptSession::Settings() const {
+  return Bytes("settings.ini");
+}
+
+std::string ScriptSession::Setting(const std::string& section, const std::string& key) const {
+  std::istringstream lines(Settings());
+  std::string line;
+  bool inside = false;
+  while (std::getline(lines, line)) {
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    if (!line.empty() && line.front() == '[') {
+      inside = line == "[" + section + "]";
+      continue;
+    }
+    const size_t equals = line.find('=');
+    if (inside && equals != std::string::npos && line.substr(0, equals) == key) return line.substr(equals + 1);
+  }
+  return "(none)";
+}
+
+std::string ScriptSession::Path(std::string_view name) const {
+  std::string path = folder;
+  return path.append("/").append(name);
+}
+
+bool ScriptSession::Exists(std::string_view name) const {
+  return std::filesystem::exists(Path(name));
+}
+
+std::string ScriptSession::Bytes(std::string_view name) const {
+  return ReadWhole(Path(name));
+}
+
+std::vector<std::string> ScriptSession::Files() const {
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    const std::string name = entry.path().filename().string();
+    const std::string stem = name.substr(0, name.find('-'));
+    const bool result = name.find('-') != std::string::npos &&
+                        (stem == "state" || stem == "view" || stem == "screen" || stem == "player");
+    const bool own = name == "script.txt" || name == "errors.txt" || name == "output.txt" || name == "settings.ini";
+    if (!result && !own) names.push_back(name);
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+void ScriptSession::Write(std::string_view name, std::string_view bytes) const {
+  std::ofstream(Path(name), std::ios::binary) << bytes;
+}
+
+void ScriptSession::WriteBitmap(std::string_view name, int width, int height,
+                                const std::vector<uint32_t>& pixels) const {
+  const size_t pitch = (static_cast<size_t>(width) * 3 + 3) / 4 * 4;
+  const size_t size = pitch * static_cast<size_t>(height);
+  std::string bytes = "BM";
+  PutLittle(bytes, static_cast<uint32_t>(54 + size), 4);
+  PutLittle(bytes, 0, 4);
+  PutLittle(bytes, 54, 4);
+  PutLittle(bytes, 40, 4);
+  PutLittle(bytes, static_cast<uint32_t>(width), 4);
+  PutLittle(bytes, static_cast<uint32_t>(height), 4);
+  PutLittle(bytes, 1, 2);
+  PutLittle(bytes, 24, 2);
+  PutLittle(bytes, 0, 4);
+  PutLittle(bytes, static_cast<uint32_t>(size), 4);
+  for (int i = 0; i < 4; ++i) PutLittle(bytes, 0, 4);
+  for (int y = height - 1; y >= 0; --y) {
+    const size_t start = bytes.size();
+    for (int x = 0; x < width; ++x) {
+      PutLittle(bytes, pixels[static_cast<size_t>(y) * static_cast<size_t>(width) + static_cast<size_t>(x)], 3);
+    }
+    bytes.resize(start + pitch, '\0');
+  }
+  Write(name, bytes);
+}
+
+void ScriptSession::Run(int expectedStatus) {
+  Write("script.txt", script);
+  std::array<std::string, 5> words = {SORVEL_PROGRAM, "run", Path("script.txt"), "--settings", Path("settings.ini")};
+  std::array<char*, 6> arguments{};
+  for (size_t i = 0; i < words.size(); ++i) arguments[i] = words[i].data();
+  const std::string errorPath = Path("errors.txt");
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+  posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, Path("output.txt").c_str(), O_WRONLY | O_CREAT | O_TRUNC,
+                                   0644);
+  posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errorPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+  pid_t child = 0;
+  const int spawned = posix_spawn(&child, SORVEL_PROGRAM, &actions, nullptr, arguments.data(), environ);
+  posix_spawn_file_actions_destroy(&actions);
+  ASSERT_EQ(spawned, 0) << "can't start " << SORVEL_PROGRAM;
+  const auto end = std::chrono::steady_clock::now() + kTimeLimit;
+  int status = 0;
+  while (waitpid(child, &status, WNOHANG) == 0) {
+    if (std::chrono::steady_clock::now() > end) {
+      kill(child, SIGKILL);
+      waitpid(child, &status, 0);
+      FAIL() << "the program took more than 20 s with\n" << script;
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+  }
+  errors = ReadWhole(errorPath);
+  ASSERT_TRUE(WIFEXITED(status)) << "ended by signal " << WTERMSIG(status) << " with\n" << script << errors;
+  ASSERT_EQ(WEXITSTATUS(status), expectedStatus) << errors << "\n" << script;
+}
+
+void ScriptSession::Restart() {
+  script.clear();
+  errors.clear();
+  states = views = screens = players = 0;
+}
+
+nlohmann::json ScriptSession::StateAt(int number) const {
+  const std::string text = ReadWhole(Path(Numbered("state", number, ".json")));
+  nlohmann::json state = nlohmann::json::parse(text, nullptr, false);
+  if (state.is_discarded()) {
+    ADD_FAILURE() << "state " << number << " can't be read: " << text;
+    return nullptr;
+  }
+  return state;
+}
+
+PixelMatrix ScriptSession::ViewAt(int number) const {
+  return PixelMatrix::FromBitmap(Path(Numbered("view", number, ".bmp")));
+}
+
+PixelMatrix ScriptSession::ScreenAt(int number) const {
+  return PixelMatrix::FromBitmap(Path(Numbered("screen", number, ".bmp")));
+}
+
+PixelMatrix ScriptSession::PlayerAt(int number) const {
+  return PixelMatrix::FromGreyMap(Path(Numbered("player", number, ".pgm")));
+}
+
+// Absent members give null here rather than ending the test program, so that the test fails with a value to see.
+nlohmann::json ScriptSession::Cut(int state) const {
+  const nlohmann::json whole = StateAt(state);
+  if (!whole.is_object() || !whole.contains("cuts")) return nullptr;
+  for (const nlohmann::json& cut : whole["cuts"]) {
+    if (cut.value("active", false)) return cut;
+  }
+  return nullptr;
+}
+
+nlohmann::json ScriptSession::Frame(int state) const {
+  const nlohmann::json cut = Cut(state);
+  if (!cut.is_object()) return nullptr;
+  return Frame(state, cut.value("currentFrame", size_t{0}));
+}
+
+nlohmann::json ScriptSession::Frame(int state, size_t frame) const {
+  const nlohmann::json cut = Cut(state);
+  if (!cut.is_object() || frame >= cut["frames"].size()) return nullptr;
+  return cut["frames"][frame];
+}
+
+nlohmann::json ScriptSession::Record(int state, size_t record) const {
+  const nlohmann::json frame = Frame(state);
+  if (!frame.is_object() || record >= frame["records"].size()) return nullptr;
+  return frame["records"][record];
+}
+
+nlohmann::json ScriptSession::CurrentRecord(int state) const {
+  const nlohmann::json frame = Frame(state);
+  if (!frame.is_object()) return nullptr;
+  return Record(state, frame.value("currentRecord", size_t{0}));
+}
+
+std::string Quoted(std::string_view word) {
+  std::string text = "\"";
+  for (const char character : word) {
+    if (character == '"' || character == '\\') {
+      text.append("\\").append(1, character);
+    } else if (character == '\n') {
+      text.append("\\n");
+    } else {
+      text.append(1, character);
+    }
+  }
+  return text.append("\"");
+}
+
+std::string Checksum(std::string_view bytes) {
+  uint32_t crc = 0xFFFFFFFF;
+  for (const char byte : bytes) {
+    crc ^= static_cast<unsigned char>(byte);
+    for (int i = 0; i < 8; ++i) crc = (crc & 1) != 0 ? (crc >> 1) ^ 0xEDB88320 : crc >> 1;
+  }
+  std::array<char, 9> text{};
+  std::snprintf(text.data(), text.size(), "%08x", crc ^ 0xFFFFFFFF);
+  return text.data();
+}
+
+}  // namespace rules

@@ -1,0 +1,211 @@
+#pragma once
+
+#include <cstdint>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace rules {
+
+// A picture as it was written to a file. Row 0 is the top row.
+class PixelMatrix {
+ public:
+  // Reads an uncompressed bitmap file of 4, 8 or 24 bits, bottom-up or top-down. On failure the matrix is empty and
+  // the running test fails.
+  static PixelMatrix FromBitmap(const std::string& path);
+  // The same for a binary grey map (P5, maxval 255).
+  static PixelMatrix FromGreyMap(const std::string& path);
+
+  int Width() const { return width; }
+  int Height() const { return height; }
+  // The colour table's index for 4 and 8 bits, the grey value for a grey map, 0xRRGGBB for 24 bits. A point outside
+  // the picture fails the running test and gives 0.
+  uint32_t At(int x, int y) const;
+  // Number of pixels with this value in the rectangle, which is cut to the picture.
+  int Count(uint32_t value, int left, int top, int areaWidth, int areaHeight) const;
+  int Count(uint32_t value) const { return Count(value, 0, 0, width, height); }
+  // The colour table as 0xRRGGBB; empty for 24 bits and grey maps.
+  const std::vector<uint32_t>& Colors() const { return colors; }
+  bool operator==(const PixelMatrix& other) const;
+
+ private:
+  int width = 0;
+  int height = 0;
+  std::vector<uint32_t> pixels;
+  std::vector<uint32_t> colors;
+};
+
+// Sizes and texts of a cut made through the new cut dialog; a negative layer size takes that of the cut.
+struct NewCutValues {
+  int width = 32;
+  int height = 24;
+  int fps = 24;
+  int antialias = 0;
+  std::string credit = {};
+  std::string layerName = "A";
+  int layerWidth = -1;
+  int layerHeight = -1;
+  bool followFrame = false;
+};
+
+// What a cut file is written from. Every layer is 8 by 3 and every cell of one colour, so that a cell is known by its
+// checksum.
+struct FileRecord {
+  int layer = 0;
+  int cell = 0;
+  int x = 0;
+  int y = 0;
+};
+
+struct FileFrame {
+  int time = 1;
+  int loop = 1;
+  // As it is stored: a key frame of brightness b has -1 - b.
+  int brightness = 50;
+  int x = 0;
+  int y = 0;
+  std::string comment = {};
+  std::vector<FileRecord> records = {};
+};
+
+struct FileLayer {
+  std::string name = "A";
+  // The colour index of each cell's pixels.
+  std::vector<int> cells = {0};
+  bool followFrame = false;
+};
+
+struct CutFile {
+  int width = 8;
+  int height = 3;
+  int frameWidth = 8;
+  int frameHeight = 3;
+  int fps = 24;
+  int antialias = 0;
+  std::string credit = {};
+  std::vector<FileLayer> layers = {};
+  std::vector<FileFrame> frames = {};
+
+  // The bytes of the file.
+  std::string Bytes() const;
+  // One layer with these cells, and one frame for each number, showing that cell of it (negative: blank).
+  static CutFile Showing(const std::vector<int>& cells, const std::vector<int>& shown);
+  // Frames without records and a cut without layers.
+  static CutFile WithoutLayers(size_t frameCount);
+};
+
+// The checksum of an 8 by 3 cell of one colour.
+std::string PlainCell(int color);
+
+// One script for the console program: lines are collected, then `Run` writes them to a file in a folder of this
+// object's own and runs the program with them. The folder goes away with the object. `State` and the pictures may
+// stand anywhere between the lines; they are read back by number after the run, in the order in which they were asked.
+class ScriptSession {
+ public:
+  ScriptSession();
+  ~ScriptSession();
+  ScriptSession(const ScriptSession&) = delete;
+  ScriptSession& operator=(const ScriptSession&) = delete;
+
+  // Adds one line as it stands.
+  ScriptSession& Line(std::string_view text);
+  ScriptSession& Command(int id);
+  ScriptSession& Key(std::string_view name);
+  ScriptSession& Keys(std::string_view name, int count);
+  // A blank is quoted here, so that ' ' is the Space key.
+  ScriptSession& Char(char character);
+  // `modifiers` is "", "ctrl", "shift" or "ctrl shift".
+  ScriptSession& Mouse(std::string_view message, int x, int y, std::string_view modifiers = "");
+  // Left button down and up on one point, without a move.
+  ScriptSession& LeftClick(int x, int y, std::string_view modifiers = "");
+  ScriptSession& RightClick(int x, int y, std::string_view modifiers = "");
+  // Left button: down on the first point, a move to the second, up there.
+  ScriptSession& LeftDrag(int fromX, int fromY, int toX, int toY, std::string_view modifiers = "");
+  ScriptSession& Picker(std::string_view message, int x, int y);
+  ScriptSession& Panel(int id, std::string_view text);
+  // `values` are words of the form ID=VALUE; words with blanks are quoted here. `button` is "ok" or "cancel".
+  ScriptSession& Dialog(int templateId, const std::vector<std::string>& values, std::string_view button = "ok");
+  // The answer to the next file dialog; `path` is quoted here. "cancel" without a folder cancels.
+  ScriptSession& File(std::string_view path);
+  ScriptSession& Answer(std::string_view yesOrNo);
+  ScriptSession& Open(std::string_view path);
+  // Writes the file into this session's folder at once, and opens it when the script comes to this line.
+  ScriptSession& OpenCut(std::string_view name, const CutFile& file);
+  ScriptSession& Select(int id, const std::vector<int>& lines);
+  ScriptSession& DoubleClick(int id, int line);
+  ScriptSession& Focus(std::string_view place);
+  ScriptSession& Activate(int window);
+  ScriptSession& Close();
+  ScriptSession& Exit();
+  // Queues the two dialogs and runs the new cut command: a cut of one frame with one record of one layer.
+  ScriptSession& NewCut(const NewCutValues& values = {});
+  // New cut with the layer dialog cancelled: one frame without records.
+  ScriptSession& NewCutWithoutLayer(const NewCutValues& values = {});
+  // Saves the active cut under a name in the folder of this session.
+  ScriptSession& SaveCutAs(std::string_view name);
+
+  // Each gives the number by which the result is asked after the run; numbers of each kind start at 0.
+  int State();
+  int View();
+  int Screen();
+  int Player();
+
+  // The text of the settings file that the run starts with; without it there is none. Bytes, not converted.
+  void SetSettings(const std::string& bytes);
+  // The settings file's bytes now; empty when there is none.
+  std::string Settings() const;
+  // The value of a key in the settings file, or "(none)".
+  std::string Setting(const std::string& section, const std::string& key) const;
+
+  // A full path in this session's folder.
+  std::string Path(std::string_view name) const;
+  bool Exists(std::string_view name) const;
+  // Bytes of a file in this session's folder; empty when it isn't there.
+  std::string Bytes(std::string_view name) const;
+  // Names of the files and folders in this session's folder that aren't this helper's own, sorted.
+  std::vector<std::string> Files() const;
+  void Write(std::string_view name, std::string_view bytes) const;
+  // Writes a 24-bit bitmap file, rows given from the top, 0xRRGGBB.
+  void WriteBitmap(std::string_view name, int width, int height, const std::vector<uint32_t>& pixels) const;
+
+  // Runs the program once; a later call runs the same lines again. The running test fails when the exit status isn't
+  // the one expected, when the program was ended by a signal, or when it took more than 20 s.
+  void Run(int expectedStatus = 0);
+  // Forgets the lines and the numbers given out, and keeps the folder and the settings file: the next start of the
+  // program by the same user.
+  void Restart();
+  // Standard error of the last run.
+  const std::string& Errors() const { return errors; }
+
+  // A state that doesn't exist fails the running test and gives null.
+  nlohmann::json StateAt(int number) const;
+  PixelMatrix ViewAt(int number) const;
+  PixelMatrix ScreenAt(int number) const;
+  PixelMatrix PlayerAt(int number) const;
+
+  // The active cut of that state, or null when there is none.
+  nlohmann::json Cut(int state) const;
+  // The active cut's current frame.
+  nlohmann::json Frame(int state) const;
+  nlohmann::json Frame(int state, size_t frame) const;
+  nlohmann::json Record(int state, size_t record) const;
+  nlohmann::json CurrentRecord(int state) const;
+
+ private:
+  std::string folder;
+  std::string script;
+  std::string errors;
+  int states = 0;
+  int views = 0;
+  int screens = 0;
+  int players = 0;
+};
+
+// The word in double quotes, with the escapes that a script needs.
+std::string Quoted(std::string_view word);
+
+// CRC-32 as zip and PNG have it, as eight lower-case hexadecimal digits.
+std::string Checksum(std::string_view bytes);
+
+}  // namespace rules

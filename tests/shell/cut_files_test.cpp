@@ -1,0 +1,253 @@
+#include "shell/shell_fixture.h"
+
+namespace sorvel::testshell {
+namespace {
+
+class CutFiles : public ShellTest {};
+
+TEST_F(CutFiles, WithoutACutSavingDoesNothing) {
+  EXPECT_EQ(frame->OnCommand(0, 40052, nullptr), 0);
+  EXPECT_EQ(frame->OnCommand(0, 40088, nullptr), 0);
+}
+
+// New cuts.
+
+TEST_F(CutFiles, ANewCutStartsFromTheDefaultsOfTheSettings) {
+  platform::headless::QueueDialog({107, {}, true});
+  platform::headless::QueueDialog({106, {}, false});
+  Command(40050);
+  ASSERT_NE(Cut(), nullptr);
+  EXPECT_EQ(Cut()->width, 240);
+  EXPECT_EQ(Cut()->height, 180);
+  EXPECT_EQ(Cut()->fps, 24);
+  EXPECT_EQ(Cut()->Antialias(), 0);
+  EXPECT_STREQ(Cut()->credit, "");
+  EXPECT_STREQ(Cut()->path, "");
+  EXPECT_EQ(TextOf(Cut()->window), "Cut");
+}
+
+TEST_F(CutFiles, ANewCutIsRememberedInTheSettings) {
+  const Values values = {{1002, "64"}, {1001, "48"}, {1041, "30"}, {1056, "on"}, {1037, "me"}};
+  platform::headless::QueueDialog({107, values, true});
+  platform::headless::QueueDialog({106, {}, false});
+  Command(40050);
+  EXPECT_EQ(Contents("sorvel.ini"), "[OnNewCut]\r\nwidth=64\r\nheight=48\r\nfps=30\r\nanti=1\r\ncredit=me\r\n");
+  platform::headless::QueueDialog({107, {}, true});
+  platform::headless::QueueDialog({106, {}, false});
+  Command(40050);
+  EXPECT_EQ(Cut()->width, 64);
+  EXPECT_EQ(Cut()->height, 48);
+  EXPECT_EQ(Cut()->fps, 30);
+  EXPECT_EQ(Cut()->Antialias(), 1);
+  EXPECT_STREQ(Cut()->credit, "me");
+}
+
+TEST_F(CutFiles, ACancelledNewCutLeavesNothing) {
+  CancelledCommand(40050, 107, {{1002, "64"}});
+  EXPECT_EQ(Cut(), nullptr);
+  EXPECT_FALSE(Exists("sorvel.ini"));
+}
+
+TEST_F(CutFiles, ANewCutHasOneFrameAndTheLayerOfTheDialog) {
+  MakeCut();
+  EXPECT_EQ(Cut()->frames.Count(), 1);
+  EXPECT_EQ(LayerLines(), "*A (1/1)|");
+  EXPECT_EQ(Marks(), "mit");
+}
+
+TEST_F(CutFiles, ANewCutWithoutALayerHasNothingToSave) {
+  MakeCut(40, 30, false);
+  EXPECT_EQ(Cut()->layers.Count(), 0);
+  EXPECT_EQ(Cut()->frames.Count(), 1);
+  EXPECT_EQ(Marks(), "i");
+  EXPECT_EQ(LayerLines(), "");
+}
+
+// Saving.
+
+TEST_F(CutFiles, SaveAsCommitsWritesAndTakesTheName) {
+  MakeCut();
+  Type(frame->commentEdit, "typed");
+  FileCommand(40052, folder.Path("a"));
+  EXPECT_EQ(Cut()->path, folder.Path("a.cut"));
+  EXPECT_EQ(TextOf(Cut()->window), "a.cut");
+  EXPECT_STREQ(CurrentFrame()->comment, "typed");
+  EXPECT_EQ(Contents("a.cut").substr(0, 12), "Sorvelin Cut");
+  EXPECT_FALSE(Cut()->Has(kModified));
+  EXPECT_TRUE(Cut()->Has(kImagesStale));
+}
+
+TEST_F(CutFiles, SaveAsDropsUnusedLayers) {
+  MakeCut();
+  Cut()->AddLayer("unused", 4, 4, nullptr);
+  FileCommand(40052, folder.Path("a.cut"));
+  EXPECT_EQ(Cut()->layers.Count(), 1);
+}
+
+TEST_F(CutFiles, ACancelledSaveAsHasCommitted) {
+  MakeCut();
+  Type(frame->commentEdit, "typed");
+  platform::headless::QueueFileCancel();
+  Command(40052);
+  EXPECT_STREQ(CurrentFrame()->comment, "typed");
+  EXPECT_STREQ(Cut()->path, "");
+  EXPECT_TRUE(Cut()->Has(kModified));
+}
+
+TEST_F(CutFiles, ASaveAsThatCannotOpenItsFileChangesNothing) {
+  MakeCut();
+  Cut()->AddLayer("unused", 4, 4, nullptr);
+  FileCommand(40052, folder.Path("no/such/folder.cut"));
+  EXPECT_STREQ(Cut()->path, "");
+  EXPECT_EQ(Cut()->layers.Count(), 2);
+  EXPECT_EQ(platform::headless::CurrentCursor(), platform::CursorShape::kArrow);
+}
+
+TEST_F(CutFiles, OverwriteWritesToThePathWithoutACommit) {
+  MakeSavedCut("a.cut");
+  CurrentCell()->Fill(1);
+  Cut()->MarkImages();
+  Cut()->AddLayer("unused", 4, 4, nullptr);
+  const std::string before = Contents("a.cut");
+  Type(frame->commentEdit, "typed");
+  Command(40088);
+  EXPECT_NE(Contents("a.cut"), before);
+  EXPECT_FALSE(Cut()->Has(kModified));
+  EXPECT_EQ(Cut()->layers.Count(), 1);
+  EXPECT_STREQ(CurrentFrame()->comment, "");
+}
+
+TEST_F(CutFiles, OverwriteWithoutAPathSavesAs) {
+  MakeCut();
+  FileCommand(40088, folder.Path("a.cut"));
+  EXPECT_EQ(Cut()->path, folder.Path("a.cut"));
+  EXPECT_TRUE(Exists("a.cut"));
+}
+
+TEST_F(CutFiles, OverwriteOfAPathThatCannotBeWrittenSavesAs) {
+  MakeCut();
+  AssignString(&Cut()->path, folder.Path("no/such/folder.cut").c_str());
+  FileCommand(40088, folder.Path("b.cut"));
+  EXPECT_EQ(Cut()->path, folder.Path("b.cut"));
+}
+
+// Opening.
+
+TEST_F(CutFiles, AnOpenedCutStandsOnItsLastFrameWithNothingToSave) {
+  MakeSavedCut("a.cut");
+  MakeFrames(3);
+  CurrentCell()->Fill(2);
+  Command(40041);
+  Command(40088);
+  CloseActiveCut();
+  ASSERT_EQ(Cut(), nullptr);
+  FileCommand(40056, folder.Path("a.cut"));
+  ASSERT_NE(Cut(), nullptr);
+  EXPECT_EQ(Cut()->frames.Count(), 3);
+  EXPECT_EQ(Cut()->currentFrame, 2);
+  EXPECT_EQ(Marks(), "i");
+  EXPECT_EQ(Cut()->path, folder.Path("a.cut"));
+  EXPECT_EQ(TextOf(Cut()->window), "a.cut");
+  EXPECT_EQ(TextOf(frame->keyFrameCheck), "3(3f)");
+  EXPECT_EQ(LayerLines(), "*A (1/1)|");
+  EXPECT_EQ(Cut()->view.width, 40);
+  EXPECT_TRUE(ViewIsCurrent());
+}
+
+TEST_F(CutFiles, LayersOfAnOpenedCutHaveItsPrototype) {
+  MakeSavedCut("a.cut");
+  CloseActiveCut();
+  FileCommand(40056, folder.Path("a.cut"));
+  EXPECT_EQ(Cut()->layers.At(0)->prototype, &Cut()->prototype);
+}
+
+TEST_F(CutFiles, AnOpenedCutIsKnownToTheFilm) {
+  MakeFilm(1);
+  CloseActiveCut();
+  EXPECT_EQ(frame->film->cuts.At(0).cut, nullptr);
+  FileCommand(40056, folder.Path("c1.cut"));
+  EXPECT_EQ(frame->film->cuts.At(0).cut, Cut());
+}
+
+TEST_F(CutFiles, AFileThatIsNoCutOpensNothing) {
+  testdoc::WriteFile(folder.Path("bad.cut"), "Sorvelin Layer");
+  FileCommand(40056, folder.Path("bad.cut"));
+  FileCommand(40056, folder.Path("missing.cut"));
+  platform::headless::QueueFileCancel();
+  Command(40056);
+  EXPECT_EQ(Cut(), nullptr);
+}
+
+TEST_F(CutFiles, ALayerFileOpensAsACutOfItsSize) {
+  MakeCut();
+  Command(40014, 106, {{1000, "part"}, {1002, "24"}, {1001, "12"}});
+  CurrentCell()->Fill(3);
+  FileCommand(40066, folder.Path("part.lyr"));
+  CloseCuts();
+  FileCommand(40067, folder.Path("part.lyr"));
+  ASSERT_NE(Cut(), nullptr);
+  EXPECT_EQ(Cut()->width, 24);
+  EXPECT_EQ(Cut()->height, 12);
+  EXPECT_EQ(Cut()->frameWidth, 24);
+  EXPECT_EQ(Cut()->frameHeight, 12);
+  EXPECT_EQ(Cut()->fps, 20);
+  EXPECT_EQ(Cut()->view.width, 24);
+  EXPECT_EQ(Cut()->prototype.width, 24);
+  EXPECT_STREQ(Cut()->path, "");
+  EXPECT_EQ(LayerLines(), "*part (1/1)|");
+  EXPECT_EQ(CurrentCell()->GetPixel(1, 1), 3);
+  EXPECT_TRUE(ViewIsCurrent());
+}
+
+TEST_F(CutFiles, ALayerFileOpenedAsACutCountsAsSavedAndCompiled) {
+  MakeCut();
+  FileCommand(40066, folder.Path("part.lyr"));
+  CloseCuts();
+  FileCommand(40067, folder.Path("part.lyr"));
+  EXPECT_EQ(Marks(), "");
+  CloseActiveCut();  // asks nothing
+  EXPECT_EQ(Cut(), nullptr);
+}
+
+TEST_F(CutFiles, AFileThatIsNoLayerOpensNothing) {
+  testdoc::WriteFile(folder.Path("bad.lyr"), "Sorvelin Cut");
+  FileCommand(40067, folder.Path("bad.lyr"));
+  FileCommand(40067, folder.Path("missing.lyr"));
+  platform::headless::QueueFileCancel();
+  Command(40067);
+  EXPECT_EQ(Cut(), nullptr);
+}
+
+// By the extension.
+
+TEST_F(CutFiles, TheExtensionChoosesTheKindInUpperOrLowerCase) {
+  MakeFilm(1);
+  FileCommand(40066, folder.Path("part.LyR"));
+  FileCommand(40054, folder.Path("film.Flm"));
+  FileCommand(40052, folder.Path("c2.CUT"));
+  CloseCuts();
+  EXPECT_TRUE(frame->OpenByExtension(folder.Path("c2.CUT").c_str()));
+  EXPECT_EQ(Cut()->path, folder.Path("c2.CUT"));
+  CloseCuts();
+  EXPECT_TRUE(frame->OpenByExtension(folder.Path("part.LyR").c_str()));
+  EXPECT_STREQ(Cut()->path, "");
+  CloseCuts();
+  EXPECT_TRUE(frame->OpenByExtension(folder.Path("film.Flm").c_str()));
+  EXPECT_EQ(CutLines(), "*c1|");
+  EXPECT_EQ(Cut(), nullptr);
+}
+
+TEST_F(CutFiles, OtherPathsOpenNothing) {
+  MakeSavedCut("a.cut");
+  CloseActiveCut();
+  testdoc::WriteFile(folder.Path("a"), Contents("a.cut"));
+  EXPECT_FALSE(frame->OpenByExtension(folder.Path("a").c_str()));
+  EXPECT_FALSE(frame->OpenByExtension(("\"" + folder.Path("a.cut") + "\"").c_str()));
+  EXPECT_FALSE(frame->OpenByExtension(folder.Path("missing.cut").c_str()));
+  EXPECT_FALSE(frame->OpenByExtension(folder.Path("missing.lyr").c_str()));
+  EXPECT_FALSE(frame->OpenByExtension(""));
+  EXPECT_EQ(Cut(), nullptr);
+}
+
+}  // namespace
+}  // namespace sorvel::testshell

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "support/test_streams.h"
+
+namespace sorvel::teststreams {
+
+// The checksum of zip and PNG as eight hexadecimal digits.
+inline std::string ZipChecksum(const Bytes& bytes) {
+  uint32_t crc = 0xFFFFFFFF;
+  for (uint8_t byte : bytes) {
+    crc ^= byte;
+    for (int i = 0; i < 8; ++i) crc = (crc & 1) != 0 ? crc >> 1 ^ 0xEDB88320 : crc >> 1;
+  }
+  char text[9];
+  std::snprintf(text, sizeof text, "%08x", ~crc);
+  return text;
+}
+
+// The number that a character stands for in a picture: '.' is 0, digits are themselves, and 'a' is 10.
+inline uint8_t PictureValue(char c) {
+  return static_cast<uint8_t>(c == '.' ? 0 : c <= '9' ? c - '0' : c - 'a' + 10);
+}
+
+// The checksums of a picture's byte image, of a cell with two pixels a byte and of a view with one. Rows take a
+// multiple of 4 bytes.
+inline std::string CellChecksum(const std::vector<std::string>& rows) {
+  Bytes bytes;
+  for (const std::string& row : rows) {
+    Bytes packed(((row.size() + 1) / 2 + 3) / 4 * 4, 0);
+    for (size_t x = 0; x < row.size(); ++x) {
+      const int shift = x % 2 == 0 ? 4 : 0;
+      packed[x / 2] = static_cast<uint8_t>(packed[x / 2] | PictureValue(row[x]) << shift);
+    }
+    bytes.insert(bytes.end(), packed.begin(), packed.end());
+  }
+  return ZipChecksum(bytes);
+}
+
+inline std::string ViewChecksum(const std::vector<std::string>& rows) {
+  Bytes bytes;
+  for (const std::string& row : rows) {
+    Bytes line((row.size() + 3) / 4 * 4, 0);
+    for (size_t x = 0; x < row.size(); ++x) line[x] = PictureValue(row[x]);
+    bytes.insert(bytes.end(), line.begin(), line.end());
+  }
+  return ZipChecksum(bytes);
+}
+
+// Runs a script of these lines, named test.sorvel, with the settings settings.ini.
+inline Answer RunScript(const Folder& folder, const std::string& lines) {
+  folder.Write("test.sorvel", Bytes(lines.begin(), lines.end()));
+  return folder.Sorvel({"run", "test.sorvel", "--settings", "settings.ini"});
+}
+
+}  // namespace sorvel::teststreams

@@ -1,0 +1,155 @@
+#include <random>
+
+#include "tools/tool_fixture.h"
+
+namespace sorvel {
+namespace {
+
+class ToolRulesTest : public testtools::ToolTest {};
+
+constexpr int32_t kTools[] = {40019, 40023, 40028, 40029, 40031, 40037, 40038, 40045,
+                              40059, 40065, 40070, 40073, 40075, 40086, 40090, 40132};
+constexpr uint32_t kMessages[] = {
+    platform::kMessageMouseMove,   platform::kMessageLeftDown,  platform::kMessageLeftUp,
+    platform::kMessageLeftDouble,  platform::kMessageRightDown, platform::kMessageRightUp,
+    platform::kMessageRightDouble, platform::kMessageUser,
+};
+
+TEST_F(ToolRulesTest, NoDrawingToolWorksOnABlankRecord) {
+  cut->CurrentFrame()->ToggleBlank();
+  for (int32_t tool : kTools) {
+    if (tool == kToolFramePosition || tool == kToolLayerPosition || tool == kToolZoom) continue;
+    UseTool(tool);
+    cut->stateFlags = 0;
+    for (uint32_t message : kMessages) Mouse(message, 20, 20);
+    EXPECT_EQ(cut->stateFlags, 0u) << tool;
+    EXPECT_FALSE(IsPickerOpen()) << tool;
+  }
+  EXPECT_EQ(cut->undoCell, nullptr);
+}
+
+TEST_F(ToolRulesTest, AnIdleRightReleaseOpensThePickerForAllToolsWithInk) {
+  for (int32_t tool : kTools) {
+    UseTool(tool);
+    RightRelease(20, 20);
+    const bool hasInk = tool != kToolFramePosition && tool != kToolLayerPosition && tool != kToolZoom &&
+                        tool != kToolEraser && tool != kToolAreaSelect && tool != kToolMosaic;
+    EXPECT_EQ(IsPickerOpen(), hasInk) << tool;
+    Move(20, 20);
+    EXPECT_FALSE(IsPickerOpen()) << tool;
+  }
+}
+
+TEST_F(ToolRulesTest, NoToolLeavesAnythingOnTheScreenWhenAnotherIsChosen) {
+  host.answeredText = "A";
+  SetTextToolFont("Sans", 16, 4, 400);
+  for (int32_t tool : kTools) {
+    UseTool(tool);
+    if (tool == kToolZoom) continue;
+    Move(15, 15);
+    Press(15, 15);
+    Move(40, 35);
+    UseTool(kToolZoom);
+    EXPECT_EQ(OverlaySize(), 0u) << tool;
+    EXPECT_TRUE(ViewIsComposed()) << tool;
+    UseTool(tool);
+    Release(40, 35);
+    Move(45, 45);
+    UseTool(kToolZoom);
+    EXPECT_EQ(OverlaySize(), 0u) << tool;
+    EXPECT_TRUE(ViewIsComposed()) << tool;
+  }
+}
+
+TEST_F(ToolRulesTest, HugeCoordinatesAtExtremeZoomsAreHarmless) {
+  for (const bool zoomsIn : {false, true}) {
+    for (int32_t i = 0; i < 300; ++i) zoomsIn ? cut->ZoomIn({32767, -32768}) : cut->ZoomOut({-32768, 32767});
+    for (int32_t tool : kTools) {
+      if (tool == kToolZoom || tool == kToolCurve) continue;
+      UseTool(tool);
+      Press(-32768, -32768);
+      Move(32767, 32767);
+      Release(32767, -32768, kControl);
+      Release(32767, 32767);
+      RightRelease(-32768, 32767, kControl);
+      RightRelease(0, 0);
+      RightRelease(0, 0);
+      cut->Pulse();
+    }
+  }
+}
+
+TEST_F(ToolRulesTest, AnUnlucyHandBreaksNothing) {
+  platform::headless::SetClientSize(90, 70);
+  cut->AddLayer("B", 40, 30, nullptr);
+  cut->AttachLayer(1, 9, 7);
+  AddFrameLikeCurrent();
+  CutWindow* second = OpenCut(50, 50);
+  SetTextToolFont("Sans", 12, 3, 400);
+  host.answeredText = "A\r\nB";
+  ASSERT_TRUE(cut->StoreBlock(0, 0, 10, 10, 0));
+  std::mt19937 random(20240607);
+  const auto below = [&random](size_t count) { return random() % count; };
+  constexpr int32_t commands[] = {40004, 40006, 40007, 40008, 40009, 40010, 40011, 40012, 40013,
+                                  40030, 40032, 40060, 40062, 40024, 40109, 40099, 40102, 40103};
+  for (int32_t step = 0; step < 6000; ++step) {
+    CutWindow* active = host.ActiveCut();
+    const int32_t x = static_cast<int32_t>(below(130)) - 20;
+    const int32_t y = static_cast<int32_t>(below(110)) - 20;
+    switch (below(24)) {
+      case 0:
+        UseTool(kTools[below(std::size(kTools))]);
+        break;
+      case 1:
+        Command(commands[below(std::size(commands))]);
+        break;
+      case 2:
+        Activate(active == cut ? second : cut);
+        break;
+      case 3:
+        platform::InvalidateClient(active->window, false);
+        platform::headless::DeliverPaint(active->window);
+        break;
+      case 4:
+        if (active->frames.Count() < 6) active->AddFrame()->CopyFrom(active->frames.At(0));
+        active->RepaintAll();
+        break;
+      case 5:
+        gridWidth = gridWidth == 1 ? 7 : 1;
+        break;
+      case 6:
+        active->OnChar("sa;ldfkj"[below(8)]);
+        break;
+      case 7:
+        if (below(20) != 0) break;
+        ForgetToolsOn(active);
+        CloseActive();
+        (active == cut ? cut : second) = OpenCut(40 + static_cast<int32_t>(below(40)), 48);
+        break;
+      default:
+        Mouse(kMessages[below(std::size(kMessages))], x, y, below(4) == 0 ? kControl : 0);
+        break;
+    }
+    active = host.ActiveCut();
+    ASSERT_NE(active, nullptr);
+    int32_t cellX = 0;
+    int32_t cellY = 0;
+    CellImage* cell = active->CurrentCell(&cellX, &cellY);
+    if (cell == nullptr) continue;
+    ASSERT_GE(currentPen.shape, 0);
+    ASSERT_LE(currentPen.shape, 14);
+  }
+  // With the zoom tool nothing is left over the picture, whatever went before.
+  UseTool(kToolFill);
+  UseTool(kToolZoom);
+  for (CutWindow* window : {cut, second}) {
+    Activate(window);
+    window->RepaintAll();
+    platform::InvalidateClient(window->window, true);
+    platform::headless::DeliverPaint(window->window);
+    EXPECT_EQ(OverlaySize(window), 0u);
+  }
+}
+
+}  // namespace
+}  // namespace sorvel

@@ -1,0 +1,122 @@
+#include "tools/tool_fixture.h"
+
+namespace sorvel {
+namespace {
+
+class ToolStateTest : public testtools::ToolTest {};
+
+TEST_F(ToolStateTest, StartsWithAOnePixelRoundPenOfPlainBlackAndNoMask) {
+  EXPECT_EQ(currentPen, (PenSpec{7, 0, 0, 1}));
+  EXPECT_EQ(maskFlags, 0u);
+  EXPECT_EQ(muraRemoval, 1);
+  EXPECT_EQ(penSign, 1);
+}
+
+TEST_F(ToolStateTest, SquareShapeFiveTogglesToRoundShapeNine) {
+  currentPen.shape = 5;
+  penSign = -1;
+  TogglePenShape();
+  EXPECT_EQ(currentPen.shape, 9);
+  EXPECT_EQ(penSign, 1);
+}
+
+TEST_F(ToolStateTest, TogglingTheSmallestPenOnlyFlipsTheSign) {
+  TogglePenShape();
+  EXPECT_EQ(currentPen.shape, 7);
+  EXPECT_EQ(penSign, -1);
+}
+
+TEST_F(ToolStateTest, SizeKeysStopAtSizeZeroAndSeven) {
+  currentPen.shape = 7;
+  cut->OnChar('d');
+  EXPECT_EQ(currentPen.shape, 7);
+  currentPen.shape = 14;
+  cut->OnChar('f');
+  EXPECT_EQ(currentPen.shape, 14);
+}
+
+TEST_F(ToolStateTest, SetBrushSettingsStoresAllFiveInTheOrderOfTheSettings) {
+  SetBrushSettings(9, 2, 3, 6, 0, 0);
+  EXPECT_EQ(currentPen, (PenSpec{9, 6, 2, 3}));
+  EXPECT_EQ(muraRemoval, 0);
+  EXPECT_EQ(penSign, 1);
+}
+
+TEST_F(ToolStateTest, ASquarePenComesBackMirroredAndMarkedSquare) {
+  currentPen.shape = 3;
+  penSign = -1;
+  int32_t values[6] = {};
+  GetBrushSettings(&values[0], &values[1], &values[2], &values[3], &values[4], &values[5]);
+  EXPECT_EQ(values[0], 3);
+  EXPECT_EQ(values[5], 1);
+  ResetTools();
+  SetBrushSettings(values[0], values[1], values[2], values[3], values[4], values[5]);
+  EXPECT_EQ(currentPen.shape, 11);
+  EXPECT_EQ(penSign, -1);
+}
+
+TEST_F(ToolStateTest, ARoundPenMakesTheRoundTripUnchanged) {
+  currentPen = {12, 7, 1, 2};
+  muraRemoval = 0;
+  int32_t values[6] = {};
+  GetBrushSettings(&values[0], &values[1], &values[2], &values[3], &values[4], &values[5]);
+  ResetTools();
+  SetBrushSettings(values[0], values[1], values[2], values[3], values[4], values[5]);
+  EXPECT_EQ(currentPen, (PenSpec{12, 7, 1, 2}));
+  EXPECT_EQ(muraRemoval, 0);
+}
+
+TEST_F(ToolStateTest, BrushSettingsOutOfRangeAreBroughtIntoRange) {
+  SetBrushSettings(1000, -7, 99, 77, 1, 1);
+  EXPECT_EQ(currentPen.shape, 0);
+  EXPECT_EQ(currentPen.tone, 15);
+  EXPECT_EQ(currentPen.colorA, 0);
+  EXPECT_EQ(currentPen.colorB, 15);
+  SetBrushSettings(-5, 0, 1, -1, 1, 0);
+  EXPECT_EQ(currentPen.shape, 0);
+  EXPECT_EQ(currentPen.tone, 0);
+}
+
+TEST_F(ToolStateTest, APenPickedFromTransparentGroundSurvivesTheSettings) {
+  SetBrushSettings(7, -1, 0, 0, 1, 0);
+  EXPECT_EQ(currentPen, (PenSpec{7, 0, -1, 0}));
+}
+
+TEST_F(ToolStateTest, AMaskOfBitZeroAllowsDrawingOnlyOverInk) {
+  maskFlags = 1;
+  Paint(10, 10, 1, 1, 3);
+  UseTool(kToolLine);
+  UseTool(kToolFreePen);
+  Click(10, 10);
+  Click(20, 20);
+  EXPECT_EQ(Pixel(10, 10), 8);
+  EXPECT_EQ(InkCount(), 1u);
+}
+
+TEST_F(ToolStateTest, AFontNeedsNameSizeSpacingAndWeight) {
+  SetTextToolFont("Sans", 24, 12, 400);
+  EXPECT_STREQ(textToolFont.faceName, "Sans");
+  EXPECT_FALSE(textToolFont.IsVertical());
+  SetTextToolFont("@Sans", 24, 0, 400);
+  EXPECT_EQ(textToolFont.handle, nullptr);
+  EXPECT_TRUE(textToolFont.IsVertical());
+  SetTextToolFont("Sans", 24, 12, 0);
+  EXPECT_EQ(textToolFont.handle, nullptr);
+  SetTextToolFont("Sans", 0, 12, 400);
+  EXPECT_EQ(textToolFont.handle, nullptr);
+  SetTextToolFont("", 24, 12, 400);
+  EXPECT_EQ(textToolFont.handle, nullptr);
+  EXPECT_EQ(textToolFont.size, 24);
+}
+
+TEST_F(ToolStateTest, ExactlySixteenNumbersAreTools) {
+  constexpr int32_t tools[] = {40019, 40023, 40028, 40029, 40031, 40037, 40038, 40045,
+                               40059, 40065, 40070, 40073, 40075, 40086, 40090, 40132};
+  size_t found = 0;
+  for (int32_t id = 40000; id < 40200; ++id) found += HandlerOfTool(id) != nullptr ? 1u : 0u;
+  EXPECT_EQ(found, std::size(tools));
+  for (int32_t id : tools) EXPECT_NE(HandlerOfTool(id), nullptr) << id;
+}
+
+}  // namespace
+}  // namespace sorvel

@@ -73,8 +73,12 @@ void PenMove(benchmark::State& state) {
   }
   desk.Mouse(platform::kMessageLeftUp, OnPath(step).x, OnPath(step).y);
 }
-BENCHMARK(PenMove)->ArgNames({"layers", "pen"})->Args({1, 7})->Args({5, 7})->Args({5, 14})->Unit(
-    benchmark::kMicrosecond);
+BENCHMARK(PenMove)
+    ->ArgNames({"layers", "pen"})
+    ->Args({1, 7})
+    ->Args({5, 7})
+    ->Args({5, 14})
+    ->Unit(benchmark::kMicrosecond);
 
 void RepaintAll(benchmark::State& state) {
   Desk desk(static_cast<int32_t>(state.range(0)));

@@ -94,6 +94,8 @@ bool AnimationDecoder::ReadContainerHead() {
 }
 
 bool AnimationDecoder::AllocateSections() {
+  sectionWidth = 0;
+  sectionHeight = 0;
   mapCapacity = CodeMapRowBytes(bitmap->width) * bitmap->height;
   codeCapacity = CodeRowBytes(bitmap->width) * bitmap->height;
   literalCapacity = UnitsOf(bitmap->width) * 2 * bitmap->height;
@@ -106,6 +108,8 @@ bool AnimationDecoder::AllocateSections() {
   literals = codes + codeCapacity;
   rowCodes = literals + literalCapacity;
   for (int32_t i = 0; i < kUnitCodes; ++i) codeOffsets[i] = kUnitOffsets[i].dy * bitmap->pitch + kUnitOffsets[i].dx;
+  sectionWidth = bitmap->width;
+  sectionHeight = bitmap->height;
   return true;
 }
 
@@ -155,6 +159,8 @@ bool AnimationDecoder::FitsPicture(const Rect& box) const {
 
 int32_t AnimationDecoder::DecodeNextFrame() {
   if (stream == nullptr) return 0;
+  // Compiling and exporting use the bitmap too, and may give it another size in the middle of a play.
+  if ((bitmap->width != sectionWidth || bitmap->height != sectionHeight) && !AllocateSections()) return 0;
   int32_t position = stream->Tell();
   if (position == streamEnd) {
     stream->Seek(firstCutOffset, kFromStart);

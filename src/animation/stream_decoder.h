@@ -80,6 +80,8 @@ class AnimationDecoder {
   uint8_t* codes = nullptr;
   uint8_t* literals = nullptr;
   uint8_t* rowCodes = nullptr;
+  int32_t sectionWidth = 0;  // of the picture that there is room for
+  int32_t sectionHeight = 0;
   int32_t mapCapacity = 0;
   int32_t codeCapacity = 0;
   int32_t literalCapacity = 0;

@@ -137,11 +137,11 @@ void CutWindow::PasteBuffer() {
   RepaintArea(corners[0].x, corners[0].y, corners[1].x - corners[0].x, corners[1].y - corners[0].y, true);
   CutToWindow(corners, 2);
   const Bounds frame = {corners[0].x, corners[0].y, corners[1].x, corners[1].y};
+  // The pulses of the tool change would repaint under the frame and end the selection, so both come after it.
+  host->SendCommand(kToolAreaSelect);
   platform::DeviceContext* context = platform::BeginDrawing(window);
   platform::InvertFrame(context, frame);
   platform::EndDrawing(window, context);
-  // The pulses of the tool change would end the selection, so it is set only now: the block floats.
-  host->SendCommand(kToolAreaSelect);
   selection = frame;
   viewOptions |= kFloatingPaste;
 }

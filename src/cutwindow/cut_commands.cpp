@@ -172,7 +172,9 @@ void CutWindow::ShowChange(const Rect& area) {
   undoRect = area;
   Point corner = {area.x, area.y};
   LayerToCut(&corner, 1);
+  Pulse();
   RepaintArea(corner.x, corner.y, area.width, area.height, true);
+  Pulse();
 }
 
 // Of these three commands a selection counts only while the tool that makes it is the current one.
@@ -206,9 +208,7 @@ void CutWindow::UndoCommand() {
     RepaintAll();
     return;
   }
-  Pulse();
   ShowChange(undoRect);
-  Pulse();
 }
 
 void CutWindow::CopySelection() {

@@ -117,6 +117,10 @@ class CutWindow final : public Cut, public platform::WindowObject {
   // Gives view the canvas's size.
   bool FitView();
 
+  // Shows what a command changed, a rectangle in layer coordinates, with a pulse before and after, and remembers it for
+  // the undo.
+  void ShowChange(const Rect& area);
+
   // Changes the zoom by one step; the place, in window coordinates, comes to the middle.
   void ZoomIn(Point place);
   void ZoomOut(Point place);
@@ -176,8 +180,6 @@ class CutWindow final : public Cut, public platform::WindowObject {
   void Paint();
   void PaintClient(platform::DeviceContext* context, const Bounds& update);
   void ChooseCursor();
-  // Shows a changed rectangle, in layer coordinates, and remembers it for the undo.
-  void ShowChange(const Rect& area);
 
   // Commands.
   void StepCell(bool (Cut::*step)());

@@ -29,23 +29,33 @@ void AlignToGroups(int64_t* start, int64_t* length, int32_t step) {
   *length = LoweredTo(end - *start + step - 1, step);
 }
 
-// One axis of a copy from the view to the window.
+// A stretch of one axis of a copy from the view to the window.
 struct Stretch {
   int32_t from;
   int32_t fromEnd;
   int32_t to;
   int32_t toEnd;
+
+  bool IsEmpty() const { return from >= fromEnd; }
 };
 
-Stretch ClipStretch(int64_t start, int64_t length, int32_t target, int32_t canvas, int32_t numerator,
-                    int32_t denominator) {
-  const int64_t from = std::max<int64_t>(start, 0);
-  const int64_t fromEnd = std::min<int64_t>(start + length, canvas);
-  const int64_t to = target + (from - start) * numerator / denominator;
-  const int64_t shown = std::max<int64_t>(fromEnd - from, 0);
-  return {Narrowed(from), Narrowed(from + shown), Narrowed(to),
-          Narrowed(to + (shown * numerator + denominator - 1) / denominator)};
-}
+// What of an axis lies on the canvas: its whole groups of pixels, and what is left of a group at its edge, which is
+// shown as one pixel. Both in one copy would be spread over other pixels than those of a copy beside it.
+struct AxisCopy {
+  AxisCopy(int64_t start, int64_t length, int32_t target, int32_t canvas, int32_t numerator, int32_t denominator) {
+    const int64_t from = std::max<int64_t>(start, 0);
+    const int64_t shown = std::max<int64_t>(std::min<int64_t>(start + length, canvas) - from, 0);
+    const int64_t rest = shown % denominator;
+    const int64_t split = from + shown - rest;
+    const int64_t to = target + (from - start) * numerator / denominator;
+    const int64_t toSplit = to + (shown - rest) * numerator / denominator;
+    groups = {Narrowed(from), Narrowed(split), Narrowed(to), Narrowed(toSplit)};
+    edge = {Narrowed(split), Narrowed(split + rest), Narrowed(toSplit), Narrowed(toSplit + 1)};
+  }
+
+  Stretch groups;
+  Stretch edge;
+};
 
 bool DifferInParity(int64_t a, int64_t b) {
   return (a % 2 == 0) != (b % 2 == 0);
@@ -108,11 +118,15 @@ bool CutWindow::RepaintAreaDirect(int32_t areaX, int32_t areaY, int32_t areaWidt
   }
   Point corner = {Narrowed(x), Narrowed(y)};
   CutToWindow(&corner, 1);
-  // Nothing lies outside the view; what is left of a group of pixels at its edge is still shown as one.
-  const Stretch across = ClipStretch(x, w, corner.x, width, zoomNumerator, zoomDenominator);
-  const Stretch down = ClipStretch(y, h, corner.y, height, zoomNumerator, zoomDenominator);
-  platform::StretchBitmap(context, {across.to, down.to, across.toEnd, down.toEnd}, view.bitmapHandle,
-                          {across.from, down.from, across.fromEnd, down.fromEnd});
+  const AxisCopy across(x, w, corner.x, width, zoomNumerator, zoomDenominator);
+  const AxisCopy down(y, h, corner.y, height, zoomNumerator, zoomDenominator);
+  for (const Stretch& rows : {down.groups, down.edge}) {
+    for (const Stretch& columns : {across.groups, across.edge}) {
+      if (rows.IsEmpty() || columns.IsEmpty()) continue;
+      platform::StretchBitmap(context, {columns.to, rows.to, columns.toEnd, rows.toEnd}, view.bitmapHandle,
+                              {columns.from, rows.from, columns.fromEnd, rows.fromEnd});
+    }
+  }
   platform::EndDrawing(window, context);
   return true;
 }

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdio>
 
+#include "cutwindow/wait_cursor.h"
 #include "foundation/byte_stream.h"
 #include "platform/controls.h"
 #include "platform/dialogs.h"
@@ -63,26 +64,6 @@ class QuietList {
 
  private:
   platform::WindowHandle list_;
-};
-
-// The wait cursor for the length of a scope.
-class WaitCursor {
- public:
-  WaitCursor() : before_(platform::SetCursorShape(platform::CursorShape::kWait)) {}
-  WaitCursor(const WaitCursor&) = delete;
-  WaitCursor& operator=(const WaitCursor&) = delete;
-  ~WaitCursor() {
-    if (isLeft_) return;
-    const bool isOurs = before_ != platform::CursorShape::kNone;
-    platform::SetCursorShape(isOurs ? before_ : platform::CursorShape::kArrow);
-  }
-
-  // It stays on the screen until the mouse moves.
-  void Leave() { isLeft_ = true; }
-
- private:
-  platform::CursorShape before_;
-  bool isLeft_ = false;
 };
 
 }  // namespace sorvel

@@ -24,10 +24,7 @@ void DrawOnCell(CutWindow* cut, const Rect& area, const Draw& draw) {
   CellImage* cell = cut->CurrentCell(&cellX, &cellY);
   if (cell == nullptr || !cut->SaveUndo()) return;
   cut->undoRect = area;
-  if (!draw(cell)) return;
-  Point corner = {area.x, area.y};
-  cut->LayerToCut(&corner, 1);
-  cut->RepaintArea(corner.x, corner.y, area.width, area.height, true);
+  if (draw(cell)) cut->ShowChange(area);
 }
 
 }  // namespace

@@ -17,9 +17,9 @@ void DrawBoxTo(const ToolInput& input) {
   HideOverlay(window);
   const int32_t width = input.point.x - gBox.start.x;
   const int32_t height = input.point.y - gBox.start.y;
-  // The outline grows this rectangle. The fill stores left, top, right and bottom in it, which undo and repaint take as
-  // x, y, width and height: more is repainted than was filled, and undo rectangles that others rely on stay as they
-  // are.
+  // The outline grows this rectangle. The fill stores left, top, right and bottom in it, and undo and repaint take them
+  // as x, y, width and height. Converting them would leave undoRect, which is seen from outside, with other values;
+  // what is repainted too much does no harm.
   Rect area = {gBox.start.x, gBox.start.y, width, height};
   if (input.isControlDown) {
     input.cell->FillBox(gBox.start.x, gBox.start.y, width, height, currentPen, maskFlags, &area);

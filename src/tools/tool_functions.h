@@ -4,8 +4,8 @@
 
 #include "tools/tool_rules.h"
 
-// The tools, as their table sees them. Each family has two more operations: End takes up nothing that was begun, for
-// the window it was begun on is gone; Reset puts back the sizes and texts that outlive a stroke as well. Neither draws.
+// The tools, as their table sees them. Each family has two more operations, neither of which draws: End gives up what
+// was begun, since the window it was begun on is gone; Reset also puts back what outlives a stroke.
 namespace sorvel {
 
 void RunFreePen(uint32_t message, const ToolInput& input);

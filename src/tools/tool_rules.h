@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "cutwindow/cut_window.h"
+#include "cutwindow/wait_cursor.h"
 #include "imaging/cell_image.h"
 #include "platform/geometry.h"
 #include "platform/window.h"
@@ -76,16 +77,5 @@ void StretchFrame(const ToolInput& input, Point start);
 
 // Opens the pen picker at a place of the window.
 void OpenPenPicker(CutWindow* window, Point place);
-
-class WaitCursor {
- public:
-  WaitCursor() : old(platform::SetCursorShape(platform::CursorShape::kWait)) {}
-  WaitCursor(const WaitCursor&) = delete;
-  WaitCursor& operator=(const WaitCursor&) = delete;
-  ~WaitCursor() { platform::SetCursorShape(old); }
-
- private:
-  platform::CursorShape old;
-};
 
 }  // namespace sorvel

@@ -59,7 +59,6 @@ class Screen {
   AnimationWindow player;
 
  private:
-  PlainWindow object;
   std::vector<std::unique_ptr<Input>> inputs;
 };
 

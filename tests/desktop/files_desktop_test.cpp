@@ -56,20 +56,23 @@ TEST_F(FilesTest, TheExtensionMayBeInCapitalsAndQuotesOpenNothing) {
   ASSERT_TRUE(WriteFile(app.PathOf("c2.CuT"), ReadFile(app.PathOf("c1.cut"))));
   ASSERT_TRUE(app.Start(app.PathOf("c2.CuT")));
   ExpectTheCut();
-  ASSERT_TRUE(app.Start("\"" + app.PathOf("c1.cut") + "\""));
+  std::string quoted = "\"";
+  quoted.append(app.PathOf("c1.cut")).append("\"");
+  ASSERT_TRUE(app.Start(quoted));
   EXPECT_EQ(app.Cut(), nullptr);
 }
 
 TEST_F(FilesTest, AJapaneseNameHolds) {
   // The second byte of each of these letters is a backslash in Shift JIS.
   const std::string name = "表ソ十 能.cut";
+  const std::string title = "Sorvel Developer - [表ソ十 能.cut]";
   ASSERT_TRUE(app.Start());
   MakeCut(name);
-  EXPECT_TRUE(app.Shows(app.Frame(), "Sorvel Developer - [" + name + "]"));
+  EXPECT_TRUE(app.Shows(app.Frame(), title));
   EXPECT_TRUE(app.Keep("japanese-name"));
   ASSERT_TRUE(app.Leave());
   ASSERT_TRUE(app.Start(app.PathOf(name)));
-  EXPECT_TRUE(app.Shows(app.Frame(), "Sorvel Developer - [" + name + "]"));
+  EXPECT_TRUE(app.Shows(app.Frame(), title));
   ExpectTheCut();
 }
 

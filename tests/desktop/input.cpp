@@ -10,6 +10,7 @@ namespace {
 
 constexpr DWORD kRest = 12;  // milliseconds
 constexpr int kDragSteps = 8;
+constexpr int kMoveTries = 5;
 
 INPUT KeyInput(int key, bool down) {
   INPUT input = {};
@@ -88,7 +89,13 @@ void MoveTo(POINT place) {
   inputs[0].mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
   inputs[0].mi.dx = PartOf(place.x, GetSystemMetrics(SM_CXSCREEN));
   inputs[0].mi.dy = PartOf(place.y, GetSystemMetrics(SM_CYSCREEN));
-  SendAll(&inputs);
+  // Under Wine the screen below may still tell of an earlier place after this one.
+  for (int i = 0; i < kMoveTries; i++) {
+    SendAll(&inputs);
+    POINT found = {};
+    GetCursorPos(&found);
+    if (found.x == place.x && found.y == place.y) break;
+  }
 }
 
 void LeftDown() {

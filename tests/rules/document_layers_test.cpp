@@ -444,7 +444,7 @@ TEST(SelectLayer, NeedsANewStreamWhenOnlyTheCurrentCellIsShown) {
 TEST(SaveLayer, WritesTheCurrentLayerAlone) {
   ScriptSession session;
   session.OpenCut("a.cut", ThreeLayers(1)).Select(10004, {1}).File(session.Path("b")).Command(40066).Run();
-  const std::string block("B\0\x08\0\x03\0\0\x01\0\x02\0\0\0\x02\0\0\0\x01\x01\0\x10\x14\x22\x22", 24);
+  const std::string block("B\0\x08\0\x03\0\0\x01\0\x03\0\0\0\x04\0\0\0\x01\x01\x01\x10\x14\x04\x22\x22\x22\x22", 27);
   EXPECT_EQ(session.Bytes("b.lyr"), std::string("Sorvelin Layer\0", 15) + block);
 }
 
@@ -453,7 +453,7 @@ TEST(SaveLayer, WorksOnABlankRecordAndChangesNoFlag) {
   session.OpenCut("a.cut", CutFile::Showing({1}, {-1})).File(session.Path("b.lyr")).Command(40066);
   const int state = session.State();
   session.Run();
-  EXPECT_EQ(session.Bytes("b.lyr").size(), 15U + 24U);
+  EXPECT_EQ(session.Bytes("b.lyr").size(), 15U + 27U);
   EXPECT_EQ(session.Cut(state)["modified"], false);
 }
 

@@ -248,7 +248,7 @@ TEST(RefreshPanels, TimingPositionSumsEffectiveTimes) {
   session.OpenCut("a.cut", file);
   const int state = session.State();
   session.Run();
-  EXPECT_EQ(Panels(session, state)["10009"]["text"], "3(11f)");
+  EXPECT_EQ(Panels(session, state)["10009"]["text"], "3(10f)");
 }
 
 TEST(RefreshPanels, LayerLinesStandInRecordOrderBottomFirst) {

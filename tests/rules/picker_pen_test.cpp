@@ -117,6 +117,7 @@ TEST(Picker, TheTransparentPenErases) {
 // A right click of the fill tool reads the pen out of the cell.
 struct PenFromTheCell : testing::Test {
   PenValues At(int x, int y) {
+    session.PickPlain(1);
     session.PickSize(3);
     session.Command(tool::Fill).RightClick(x, y);
     return PenOf(session.NowState());

@@ -151,10 +151,13 @@ std::string CutFile::Bytes() const {
     PutLittle(bytes, layer.followFrame ? 1 : 0, 1);
     PutLittle(bytes, static_cast<uint32_t>(layer.cells.size()), 2);
     for (const int color : layer.cells) {
-      PutLittle(bytes, 2, 4);
-      PutLittle(bytes, 2, 4);
-      bytes.append("\x01\x01\x00\x10\x14", 5);
-      bytes.append(2, static_cast<char>(color * 17));
+      // The very bytes that the program writes: the last group of a cell is compared with zeros behind it, so that it
+      // is a literal of its own in any colour but 0.
+      const bool blank = color == 0;
+      PutLittle(bytes, blank ? 2 : 3, 4);
+      PutLittle(bytes, blank ? 2 : 4, 4);
+      bytes.append(blank ? std::string("\x01\x01\x00\x10\x14", 5) : std::string("\x01\x01\x01\x10\x14\x04", 6));
+      bytes.append(blank ? 2 : 4, static_cast<char>(color * 17));
     }
   }
   for (const FileFrame& frame : frames) {

@@ -467,12 +467,16 @@ TEST(CloseCut, WindowThatWasActiveBeforeBecomesActive) {
   EXPECT_EQ(session.Cut(state)["path"], session.Path("a.cut"));
 }
 
-TEST(CloseAll, NoClosesNothing) {
+TEST(CloseAll, NoClosesTheWindowsAllTheSameButEachOneAsks) {
   ScriptSession session;
-  session.NewCut().NewCut().Answer("no").Command(40122);
+  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Panel(10006, "first");
+  session.OpenCut("b.cut", CutFile::WithoutLayers(1)).Panel(10006, "second");
+  session.Answer("no").Answer("no").Answer("yes").Command(40122);
   const int state = session.State();
   session.Run();
-  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 2U);
+  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 0U);
+  EXPECT_EQ(session.Bytes("b.cut").find("second"), std::string::npos);
+  EXPECT_NE(session.Bytes("a.cut").find("first"), std::string::npos);
 }
 
 TEST(CloseAll, YesSavesEveryModifiedCutWithoutAsking) {

@@ -8,14 +8,16 @@
 namespace rules {
 namespace {
 
+void PlaceText(DrawingSession& session, const std::string& text, int x, int y) {
+  session.Command(tool::Text).Dialog(114, {"1034=" + text}).LeftClick(8, 8);
+  session.Move(x, y);
+  session.LeftClick(x, y);
+}
+
 struct TextTool : testing::Test {
   TextTool() : session({.width = 160, .height = 120}) { session.Command(tool::Text); }
   void AskFor(const std::string& text) { session.Dialog(114, {"1034=" + text}); }
-  void Place(const std::string& text, int x, int y) {
-    AskFor(text);
-    session.LeftClick(8, 8);
-    session.LeftClick(x, y);
-  }
+  void Place(const std::string& text, int x, int y) { PlaceText(session, text, x, y); }
   int Ink(const PixelMatrix& view) { return 160 * 120 - view.Count(0); }
   DrawingSession session;
 };
@@ -80,6 +82,7 @@ TEST_F(TextTool, TheTextStaysForTheNextUse) {
   const int once = Ink(session.NowView());
   session.Dialog(114, {});
   session.LeftClick(8, 8);
+  session.Move(20, 65);
   session.LeftClick(20, 65);
   EXPECT_EQ(Ink(session.NowView()), 2 * once);
 }
@@ -88,7 +91,7 @@ TEST_F(TextTool, ALongerTextIsWider) {
   Place("HH", 10, 10);
   const Area two = session.NowUndoRect();
   DrawingSession other({.width = 160, .height = 120});
-  other.Command(tool::Text).Dialog(114, {"1034=HHHH"}).LeftClick(8, 8).LeftClick(10, 10);
+  PlaceText(other, "HHHH", 10, 10);
   const Area four = other.NowUndoRect();
   EXPECT_GT(four[2], two[2]);
   EXPECT_EQ(four[3], two[3]);
@@ -98,7 +101,7 @@ TEST_F(TextTool, ASecondLineAddsItsHeightAndTheSpacing) {
   Place("H", 10, 10);
   const Area one = session.NowUndoRect();
   DrawingSession other({.width = 160, .height = 120});
-  other.Command(tool::Text).Dialog(114, {"1034=H\nH"}).LeftClick(8, 8).LeftClick(10, 10);
+  PlaceText(other, "H\nH", 10, 10);
   const Area two = other.NowUndoRect();
   EXPECT_EQ(two[2], one[2]);
   EXPECT_EQ(two[3], 2 * one[3] + 12);
@@ -109,7 +112,7 @@ TEST_F(TextTool, TheLinesStepByTheirHeightAndTheSpacing) {
   const int height = session.NowUndoRect()[3];
   const PixelMatrix one = session.NowView();
   DrawingSession other({.width = 160, .height = 120});
-  other.Command(tool::Text).Dialog(114, {"1034=H\nH"}).LeftClick(8, 8).LeftClick(10, 10);
+  PlaceText(other, "H\nH", 10, 10);
   const PixelMatrix two = other.NowView();
   const int step = height + 12;
   ASSERT_LE(10 + step + height, 120);
@@ -136,7 +139,7 @@ TEST_F(TextTool, VerticalTextGrowsDownwards) {
   const Area one = session.NowUndoRect();
   DrawingSession other({.width = 160, .height = 120});
   other.StartWith("[setup]\r\nfont=@Gothic, 24, 12, 400\r\n");
-  other.Command(tool::Text).Dialog(114, {"1034=HH"}).LeftClick(8, 8).LeftClick(20, 10);
+  PlaceText(other, "HH", 20, 10);
   const Area two = other.NowUndoRect();
   EXPECT_EQ(two[2], one[2]);
   EXPECT_GT(two[3], one[3]);
@@ -148,7 +151,7 @@ TEST_F(TextTool, TheMaskDoesNotLookAtWhatLiesBelow) {
   DrawingSession other({.width = 160, .height = 120});
   other.FillArea(0, 0, 160, 120, 4);
   other.Mask({4});
-  other.Command(tool::Text).Dialog(114, {"1034=HH"}).LeftClick(8, 8).LeftClick(20, 30);
+  PlaceText(other, "HH", 20, 30);
   EXPECT_EQ(other.NowView().Count(1), free.Count(1));
 }
 

@@ -1,3 +1,6 @@
+#include <cstdlib>
+#include <cstring>
+
 #include "shell/shell_fixture.h"
 
 namespace sorvel::testshell {
@@ -577,6 +580,33 @@ TEST_F(FilmCommands, AnExportUnderARunningPlayKeepsThePlayerInItsMemory) {
   for (int32_t i = 0; i < 20 && platform::headless::RunTimer(); ++i) {
   }
   EXPECT_TRUE(platform::IsShown(frame->animationWindow.window));
+}
+
+TEST_F(FilmCommands, AnExportUnderThePlayOfADamagedStreamStaysInItsMemory) {
+  MakeSavedCut("large.cut", 200, 160);
+  MakeFrames(3);
+  Command(40011);
+  for (int32_t y = 0; y < 160; ++y) {
+    for (int32_t x = 0; x < 200; ++x) CurrentCell()->SetPixel(x, y, 1 + (x * 7 + y * 3) % 4);
+  }
+  Command(40088);
+  Command(40047);
+  FileCommand(40083, folder.Path("first.sv"));
+  std::string stream = Contents("large.ca");
+  ASSERT_GT(stream.size(), 100u);
+  // The head says that the picture is small; the frames' boxes are as large as before.
+  stream[7] = 8;
+  stream[8] = 0;
+  stream[9] = 8;
+  stream[10] = 0;
+  uint8_t* buffer = static_cast<uint8_t*>(std::malloc(stream.size()));
+  std::memcpy(buffer, stream.data(), stream.size());
+  frame->PlayBuffer(buffer, static_cast<int32_t>(stream.size()));
+  platform::DeletePath(folder.Path("large.ca").c_str());
+  FileCommand(40083, folder.Path("second.sv"));
+  EXPECT_EQ(frame->animationWindow.bitmap.width, 200);
+  for (int32_t i = 0; i < 20 && platform::headless::RunTimer(); ++i) {
+  }
 }
 
 }  // namespace

@@ -269,13 +269,16 @@ TEST_F(MosaicTest, ItTakesAllLayersUpToTheCurrentOne) {
 }
 
 TEST_F(MosaicTest, ATileCutBelowSixteenPixelsIsCopiedAsComposed) {
-  cut->CurrentFrame()->SetRecordPosition(0, 2, 0);
-  Cell()->FillRect(60, 20, 1, 1, 1);
+  Paint(62, 20, 1, 1, 9);
+  cut->AddLayer("B", 64, 64, nullptr);
+  cut->AttachLayer(1, 2, 0);
   cut->RepaintAll();
+  Cell()->FillRect(62, 20, 2, 4, 3);
   Click(63, 20);
-  // The tile is 60 to 63 of the cell, of which the canvas shows two columns.
-  EXPECT_EQ(Pixel(60, 20), 1);
-  EXPECT_EQ(InkCount(), 1u);
+  // The tile is 60 to 63 of the cell, of which the canvas shows two columns: 8 pixels are too few for an average.
+  EXPECT_EQ(Pixel(60, 20), 9);
+  EXPECT_EQ(CountOf(3), 8u);
+  EXPECT_EQ(InkCount(), 9u);
 }
 
 TEST_F(MosaicTest, RightClicksCycleTheSizeFromSixteenBackToFour) {

@@ -1,0 +1,836 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "rules/script_session.h"
+
+namespace {
+
+using nlohmann::json;
+using rules::CutFile;
+using rules::ScriptSession;
+
+using Names = std::vector<std::string>;
+
+CutFile Plain() {
+  return CutFile::WithoutLayers(1);
+}
+
+json Film(const ScriptSession& session, int state) {
+  json whole = session.StateAt(state);
+  return whole["film"];
+}
+
+// The file names of the film's entries, without their folder when they lie in the session's own.
+Names Entries(const ScriptSession& session, int state) {
+  Names names;
+  json film = Film(session, state);
+  for (json& cut : film["cuts"]) {
+    std::string name = cut["name"].is_string() ? cut["name"].get<std::string>() : "(none)";
+    if (name.rfind(session.Path(""), 0) == 0) name = name.substr(session.Path("").size());
+    names.push_back(name);
+  }
+  return names;
+}
+
+json List(const ScriptSession& session, int state) {
+  json whole = session.StateAt(state);
+  return whole["panels"]["10003"];
+}
+
+Names Lines(const ScriptSession& session, int state) {
+  Names lines;
+  json list = List(session, state);
+  for (json& line : list["lines"]) lines.push_back(line.is_string() ? line.get<std::string>() : "(none)");
+  return lines;
+}
+
+std::string Title(const ScriptSession& session, int state) {
+  json whole = session.StateAt(state);
+  json title = whole["frame"]["title"];
+  return title.is_string() ? title.get<std::string>() : "(none)";
+}
+
+// A film file with these cuts beside it, which exist, is opened.
+ScriptSession& OpenFilm(ScriptSession& session, const Names& cuts) {
+  std::string text = "title\nauthor\n100, 50\n";
+  for (const std::string& cut : cuts) {
+    text.append(cut).append("\n");
+    session.Write(cut, Plain().Bytes());
+  }
+  session.Write("film.flm", text);
+  return session.Open(session.Path("film.flm"));
+}
+
+TEST(NewFilm, TakesItsValuesFromTheDialog) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut"}).Dialog(110, {"1002=64", "1001=48", "1039=New", "1040=Me"}).Command(40051);
+  const int state = session.State();
+  session.Run();
+  json film = Film(session, state);
+  EXPECT_EQ(film["width"], 64);
+  EXPECT_EQ(film["height"], 48);
+  EXPECT_EQ(film["title"], "New");
+  EXPECT_EQ(film["author"], "Me");
+  EXPECT_EQ(film["path"], "");
+  EXPECT_EQ(film["modified"], false);
+  EXPECT_EQ(film["cuts"].size(), 0U);
+  EXPECT_EQ(Lines(session, state), Names{});
+  EXPECT_EQ(Title(session, state), "Sorvel Developer");
+}
+
+TEST(NewFilm, DialogStartsWithTheDefaults) {
+  ScriptSession session;
+  session.Dialog(110, {}).Command(40051);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Film(session, state)["width"], 320);
+  EXPECT_EQ(Film(session, state)["height"], 240);
+  EXPECT_EQ(Film(session, state)["title"], "");
+}
+
+TEST(NewFilm, DialogStartsWithTheSettings) {
+  ScriptSession session;
+  session.SetSettings("[OnNewFilm]\r\nwidth=11\r\nheight=12\r\ntitle=Old\r\nauthor=Who\r\n");
+  session.Dialog(110, {}).Command(40051);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Film(session, state)["width"], 11);
+  EXPECT_EQ(Film(session, state)["height"], 12);
+  EXPECT_EQ(Film(session, state)["title"], "Old");
+  EXPECT_EQ(Film(session, state)["author"], "Who");
+}
+
+TEST(NewFilm, OkWritesTheFourKeys) {
+  ScriptSession session;
+  session.Dialog(110, {"1002=64", "1001=48", "1039=New", "1040=Me"}).Command(40051).Run();
+  EXPECT_EQ(session.Setting("OnNewFilm", "width"), "64");
+  EXPECT_EQ(session.Setting("OnNewFilm", "height"), "48");
+  EXPECT_EQ(session.Setting("OnNewFilm", "title"), "New");
+  EXPECT_EQ(session.Setting("OnNewFilm", "author"), "Me");
+}
+
+TEST(NewFilm, CancelKeepsTheFilm) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut"}).Dialog(110, {"1039=New"}, "cancel").Command(40051);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Film(session, state)["title"], "title");
+  EXPECT_EQ(Entries(session, state), Names{"a.cut"});
+  EXPECT_EQ(session.Setting("OnNewFilm", "width"), "(none)");
+}
+
+TEST(NewFilm, AsksAboutAModifiedFilmAndGoesOnAfterNo) {
+  ScriptSession session;
+  session.Dialog(110, {"1039=Old"}).Command(40082).Answer("no").Dialog(110, {"1039=New"}).Command(40051);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Film(session, state)["title"], "New");
+}
+
+TEST(NewFilm, YesSavesTheOldFilmToItsPath) {
+  ScriptSession session;
+  OpenFilm(session, {}).Dialog(110, {"1039=Changed"}).Command(40082);
+  session.Answer("yes").Dialog(110, {"1039=New"}).Command(40051).Run();
+  EXPECT_EQ(session.Bytes("film.flm"), "Changed\nauthor\n100, 50\n");
+}
+
+TEST(NewFilm, YesOnAFilmWithoutPathComesToTheSaveDialog) {
+  ScriptSession session;
+  session.Dialog(110, {"1039=Old"}).Command(40082).Answer("yes").File(session.Path("old")).Dialog(110, {});
+  session.Command(40051).Run();
+  EXPECT_EQ(session.Bytes("old.flm"), "Old\n\n320, 240\n");
+}
+
+TEST(NewFilm, LeavesOpenCutsOpenOutsideTheFilm) {
+  ScriptSession session;
+  session.OpenCut("a.cut", Plain()).Command(40047).Answer("no").Dialog(110, {}).Command(40051);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 1U);
+  EXPECT_EQ(Entries(session, state), Names{});
+}
+
+TEST(OpenFilm, CommandFillsTheListAndSelectsTheFirstLine) {
+  ScriptSession session;
+  session.Write("film.flm", "T\nA\n10, 20\nsub/one.cut\ntwo.cut\n../three.cut\n");
+  session.File(session.Path("film")).Command(40053);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Lines(session, state), (Names{"one", "two", "three"}));
+  EXPECT_EQ(List(session, state)["selected"], json::array({0}));
+  EXPECT_EQ(List(session, state)["caret"], 0);
+  EXPECT_EQ(Title(session, state), "Sorvel Developer - film");
+}
+
+TEST(OpenFilm, ReadsTheHeadAndFullPaths) {
+  ScriptSession session;
+  session.Write("film.flm", "T\nA\n10, 20\nsub/one.cut\n\ntwo.cut");
+  session.Open(session.Path("film.flm"));
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Film(session, state)["title"], "T");
+  EXPECT_EQ(Film(session, state)["author"], "A");
+  EXPECT_EQ(Film(session, state)["width"], 10);
+  EXPECT_EQ(Film(session, state)["height"], 20);
+  EXPECT_EQ(Film(session, state)["path"], session.Path("film.flm"));
+  EXPECT_EQ(Film(session, state)["modified"], false);
+  EXPECT_EQ(Entries(session, state), (Names{"sub/one.cut", "two.cut"}));
+}
+
+TEST(OpenFilm, OpensNoCut) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut", "b.cut"});
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 0U);
+  EXPECT_EQ(Film(session, state)["cuts"][0]["open"], false);
+}
+
+TEST(OpenFilm, CommandAsksAboutAModifiedFilm) {
+  ScriptSession session;
+  session.Write("film.flm", "T\nA\n10, 20\n");
+  session.Dialog(110, {}).Command(40082).Command(40053).Run(3);
+}
+
+TEST(OpenFilm, CancelAfterTheQuestionKeepsTheFilm) {
+  ScriptSession session;
+  session.Dialog(110, {"1039=Old"}).Command(40082).Answer("no").File("cancel").Command(40053);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Film(session, state)["title"], "Old");
+}
+
+TEST(OpenFilm, FileThatDoesNotOpenEmptiesTheFilmButLeavesTheListAsItWas) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut"}).Open(session.Path("gone.flm"));
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), Names{});
+  EXPECT_EQ(Film(session, state)["path"], "");
+  EXPECT_EQ(Lines(session, state), Names{"a"});
+  EXPECT_EQ(Title(session, state), "Sorvel Developer - film");
+}
+
+TEST(OpenFilm, EmptyFilmHasAnEmptyList) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut"});
+  session.Write("empty.flm", "T\nA\n10, 20\n");
+  session.Open(session.Path("empty.flm"));
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Lines(session, state), Names{});
+  EXPECT_EQ(List(session, state)["selected"], json::array());
+}
+
+TEST(SaveFilm, WritesCutsRelativeToTheFile) {
+  ScriptSession session;
+  session.Write("film.flm", "T\nA\n10, 20\nsub/one.cut\ntwo.cut\n../x/three.cut\n");
+  session.Open(session.Path("film.flm")).File(session.Path("copy")).Command(40054).Run();
+  EXPECT_EQ(session.Bytes("copy.flm"), "T\nA\n10, 20\nsub/one.cut\ntwo.cut\n../x/three.cut\n");
+}
+
+TEST(SaveFilm, TakesPathAndTitleAndIsUnmodified) {
+  ScriptSession session;
+  session.Dialog(110, {"1039=T"}).Command(40082).File(session.Path("new.flm")).Command(40054);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Film(session, state)["path"], session.Path("new.flm"));
+  EXPECT_EQ(Film(session, state)["modified"], false);
+  EXPECT_EQ(Title(session, state), "Sorvel Developer - new");
+}
+
+TEST(SaveFilm, WithoutCutsHasThreeLines) {
+  ScriptSession session;
+  session.File(session.Path("new.flm")).Command(40054).Run();
+  EXPECT_EQ(session.Bytes("new.flm"), "\n\n320, 240\n");
+}
+
+TEST(SaveFilm, FailureChangesTheTitleAllTheSame) {
+  ScriptSession session;
+  session.Dialog(110, {"1039=T"}).Command(40082).File(session.Path("nofolder/new.flm")).Command(40054);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Title(session, state), "Sorvel Developer - new");
+  EXPECT_EQ(Film(session, state)["path"], "");
+  EXPECT_EQ(Film(session, state)["modified"], true);
+}
+
+TEST(SaveFilm, CancelSavesNothing) {
+  ScriptSession session;
+  session.File("cancel").Command(40054);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Title(session, state), "Sorvel Developer");
+  EXPECT_EQ(session.Files(), Names{});
+}
+
+TEST(OverwriteFilm, GoesToThePathWithoutADialog) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut"}).Dialog(110, {"1039=Changed"}).Command(40082).Command(40119);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Bytes("film.flm"), "Changed\nauthor\n100, 50\na.cut\n");
+  EXPECT_EQ(Film(session, state)["modified"], false);
+}
+
+TEST(OverwriteFilm, WithoutAPathAsksForOne) {
+  ScriptSession session;
+  session.File(session.Path("new")).Command(40119);
+  const int state = session.State();
+  session.Run();
+  EXPECT_TRUE(session.Exists("new.flm"));
+  EXPECT_EQ(Title(session, state), "Sorvel Developer - new");
+}
+
+TEST(FilmProperties, AreStoredAndModifyTheFilmEvenUnchanged) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut"}).Dialog(110, {}).Command(40082);
+  const int state = session.State();
+  session.Run();
+  json film = Film(session, state);
+  EXPECT_EQ(film["width"], 100);
+  EXPECT_EQ(film["height"], 50);
+  EXPECT_EQ(film["title"], "title");
+  EXPECT_EQ(film["author"], "author");
+  EXPECT_EQ(film["modified"], true);
+  EXPECT_EQ(Entries(session, state), Names{"a.cut"});
+}
+
+TEST(FilmProperties, DoNotWriteTheNewFilmSettings) {
+  ScriptSession session;
+  session.Dialog(110, {"1002=64"}).Command(40082).Run();
+  EXPECT_EQ(session.Setting("OnNewFilm", "width"), "(none)");
+}
+
+TEST(FilmProperties, CancelModifiesNothing) {
+  ScriptSession session;
+  session.Dialog(110, {"1002=64"}, "cancel").Command(40082);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Film(session, state)["width"], 320);
+  EXPECT_EQ(Film(session, state)["modified"], false);
+}
+
+TEST(AddCut, ToAnEmptyFilm) {
+  ScriptSession session;
+  session.OpenCut("one.cut", Plain()).Command(40047);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), Names{"one.cut"});
+  EXPECT_EQ(Lines(session, state), Names{"one"});
+  EXPECT_EQ(List(session, state)["selected"], json::array({0}));
+  EXPECT_EQ(Film(session, state)["modified"], true);
+  EXPECT_EQ(Film(session, state)["cuts"][0]["open"], true);
+}
+
+TEST(AddCut, StandsBehindTheCaretAndIsSelected) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut", "b.cut", "c.cut"}).OpenCut("new.cut", Plain()).Select(10003, {1}).Command(40047);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), (Names{"a.cut", "b.cut", "new.cut", "c.cut"}));
+  EXPECT_EQ(Lines(session, state), (Names{"a", "b", "new", "c"}));
+  EXPECT_EQ(List(session, state)["selected"], json::array({2}));
+  EXPECT_EQ(List(session, state)["caret"], 2);
+}
+
+TEST(AddCut, UnsavedCutIsSavedFirst) {
+  ScriptSession session;
+  session.NewCut().File(session.Path("saved")).Command(40047);
+  const int state = session.State();
+  session.Run();
+  EXPECT_TRUE(session.Exists("saved.cut"));
+  EXPECT_EQ(Entries(session, state), Names{"saved.cut"});
+}
+
+TEST(AddCut, CancelledSaveAddsNothing) {
+  ScriptSession session;
+  session.NewCut().File("cancel").Command(40047);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), Names{});
+  EXPECT_EQ(Lines(session, state), Names{});
+  EXPECT_EQ(Film(session, state)["modified"], false);
+}
+
+TEST(AddCut, MayStandInTheFilmTwice) {
+  ScriptSession session;
+  session.OpenCut("one.cut", Plain()).Command(40047).Command(40047);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), (Names{"one.cut", "one.cut"}));
+  EXPECT_EQ(Lines(session, state), (Names{"one", "one"}));
+  EXPECT_EQ(Film(session, state)["cuts"][1]["open"], true);
+}
+
+TEST(InsertCut, StandsAtTheCaretAndIsNotSelected) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut", "b.cut", "c.cut"}).OpenCut("new.cut", Plain()).Select(10003, {1}).Command(40048);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), (Names{"a.cut", "new.cut", "b.cut", "c.cut"}));
+  EXPECT_EQ(Lines(session, state), (Names{"a", "new", "b", "c"}));
+  EXPECT_EQ(List(session, state)["caret"], 1);
+  EXPECT_EQ(List(session, state)["selected"], json::array({2}));
+}
+
+TEST(InsertCut, IntoAnEmptyFilm) {
+  ScriptSession session;
+  session.OpenCut("one.cut", Plain()).Command(40048);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), Names{"one.cut"});
+  EXPECT_EQ(Lines(session, state), Names{"one"});
+}
+
+TEST(RemoveCut, LeavesFileAndWindow) {
+  ScriptSession session;
+  session.OpenCut("one.cut", Plain()).Command(40047).Command(40049);
+  const int removed = session.State();
+  session.Command(40047);
+  const int again = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, removed), Names{});
+  EXPECT_EQ(Lines(session, removed), Names{});
+  EXPECT_EQ(session.StateAt(removed)["cuts"].size(), 1U);
+  EXPECT_TRUE(session.Exists("one.cut"));
+  EXPECT_EQ(Entries(session, again), Names{"one.cut"});
+}
+
+TEST(RemoveCut, TakesTheFirstEntryOfTheActiveCutAlone) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut", "b.cut"});
+  session.Write("film.flm", "title\nauthor\n100, 50\na.cut\nb.cut\nc.cut\nb.cut\n");
+  session.Open(session.Path("b.cut")).Command(40049);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), (Names{"a.cut", "c.cut", "b.cut"}));
+  EXPECT_EQ(Lines(session, state), (Names{"a", "c", "b"}));
+}
+
+TEST(RemoveCut, OutsideTheFilmDoesNothing) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut"}).OpenCut("b.cut", Plain()).Command(40049);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), Names{"a.cut"});
+  EXPECT_EQ(Film(session, state)["modified"], false);
+}
+
+TEST(CutListDoubleClick, OpensTheCut) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut", "b.cut"}).DoubleClick(10003, 1);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["path"], session.Path("b.cut"));
+  EXPECT_EQ(session.Cut(state)["title"], "b.cut");
+  EXPECT_EQ(Film(session, state)["cuts"][1]["open"], true);
+  EXPECT_EQ(Film(session, state)["cuts"][0]["open"], false);
+}
+
+TEST(CutListDoubleClick, ActivatesACutThatIsOpen) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("a.cut")).Open(session.Path("b.cut"));
+  session.DoubleClick(10003, 0);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 2U);
+  EXPECT_EQ(session.Cut(state)["path"], session.Path("a.cut"));
+}
+
+TEST(CutListDoubleClick, FileThatIsNotThereDoesNothing) {
+  ScriptSession session;
+  session.Write("film.flm", "t\na\n1, 1\ngone.cut\n");
+  session.Open(session.Path("film.flm")).DoubleClick(10003, 0);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 0U);
+}
+
+TEST(CutListDoubleClick, OpenedCutShowsItsPicture) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut"});
+  session.Write("a.cut", CutFile::Showing({3}, {0}).Bytes());
+  session.DoubleClick(10003, 0);
+  const int view = session.View();
+  session.Run();
+  EXPECT_EQ(session.ViewAt(view).Count(3), 24);
+}
+
+TEST(NumberedCut, AddedBehindTheCaretWithTheDialogsStartDefaults) {
+  ScriptSession session;
+  OpenFilm(session, {"cut1.cut", "last.cut"}).Dialog(107, {}).Dialog(106, {}, "cancel").Command(40115);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), (Names{"cut1.cut", "cut002.cut", "last.cut"}));
+  EXPECT_EQ(Lines(session, state), (Names{"cut1", "cut002", "last"}));
+  EXPECT_EQ(List(session, state)["selected"], json::array({1}));
+  json cut = session.Cut(state);
+  EXPECT_EQ(cut["path"], session.Path("cut002.cut"));
+  EXPECT_EQ(cut["title"], "cut002.cut");
+  EXPECT_EQ(cut["width"], 960);
+  EXPECT_EQ(cut["height"], 720);
+  EXPECT_EQ(cut["fps"], 24);
+  EXPECT_EQ(cut["antialias"], 2);
+  EXPECT_EQ(cut["credit"], "");
+}
+
+TEST(NumberedCut, InsertedAtTheCaret) {
+  ScriptSession session;
+  OpenFilm(session, {"cut1.cut", "last.cut"}).Select(10003, {1}).Select(10003, {0});
+  session.Dialog(107, {"1002=8", "1001=3"}).Dialog(106, {}, "cancel").Command(40116);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), (Names{"cut002.cut", "cut1.cut", "last.cut"}));
+  EXPECT_EQ(List(session, state)["caret"], 0);
+}
+
+TEST(NumberedCut, DialogRemembersTheLastCutDialog) {
+  ScriptSession session;
+  OpenFilm(session, {"cut1.cut"});
+  session.NewCutWithoutLayer({.width = 20, .height = 10, .fps = 12, .antialias = 1, .credit = "Me"});
+  session.Dialog(107, {}).Dialog(106, {}, "cancel").Command(40115);
+  const int state = session.State();
+  session.Run();
+  json cut = session.Cut(state);
+  EXPECT_EQ(cut["width"], 20);
+  EXPECT_EQ(cut["height"], 10);
+  EXPECT_EQ(cut["fps"], 12);
+  EXPECT_EQ(cut["antialias"], 1);
+  EXPECT_EQ(cut["credit"], "Me");
+}
+
+TEST(NumberedCut, DialogRemembersTheCutPropertiesToo) {
+  ScriptSession session;
+  OpenFilm(session, {"cut1.cut"}).Open(session.Path("cut1.cut"));
+  session.Dialog(107, {"1002=30", "1001=20", "1041=15"}).Command(40077);
+  session.Dialog(107, {}).Dialog(106, {}, "cancel").Command(40115);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["width"], 30);
+  EXPECT_EQ(session.Cut(state)["height"], 20);
+  EXPECT_EQ(session.Cut(state)["fps"], 15);
+}
+
+TEST(NumberedCut, CancelledDialogIsNotRemembered) {
+  ScriptSession session;
+  OpenFilm(session, {"cut1.cut"}).Dialog(107, {"1002=30"}, "cancel").Command(40115);
+  session.Dialog(107, {}).Dialog(106, {}, "cancel").Command(40115);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["width"], 960);
+}
+
+TEST(NumberedCut, IsSavedBeforeItHasALayer) {
+  ScriptSession session;
+  OpenFilm(session, {"cut1.cut"});
+  session.Dialog(107, {"1002=8", "1001=3", "1055=on"}).Dialog(106, {}, "ok").Command(40115);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Bytes("cut002.cut"), Plain().Bytes());
+  EXPECT_EQ(session.Cut(state)["modified"], true);
+  EXPECT_EQ(session.Cut(state)["layers"].size(), 1U);
+}
+
+TEST(NumberedCut, WithoutLayerIsUnmodified) {
+  ScriptSession session;
+  OpenFilm(session, {"cut1.cut"}).Dialog(107, {}).Dialog(106, {}, "cancel").Command(40115);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["modified"], false);
+  EXPECT_EQ(session.Cut(state)["imagesStale"], true);
+  EXPECT_EQ(session.Cut(state)["frames"].size(), 1U);
+}
+
+TEST(NumberedCut, CancelMakesNoFile) {
+  ScriptSession session;
+  OpenFilm(session, {"cut1.cut"}).Dialog(107, {}, "cancel").Command(40115);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Files(), (Names{"cut1.cut", "film.flm"}));
+  EXPECT_EQ(Entries(session, state), Names{"cut1.cut"});
+}
+
+TEST(NumberedCut, PassesOverNumbersThatExist) {
+  ScriptSession session;
+  session.Write("cut002.cut", "taken");
+  session.Write("cut003.cut", "taken");
+  OpenFilm(session, {"cut1.cut"}).Dialog(107, {}).Dialog(106, {}, "cancel").Command(40115);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["path"], session.Path("cut004.cut"));
+}
+
+TEST(NumberedCut, NameWithoutDigitsGetsOne) {
+  ScriptSession session;
+  OpenFilm(session, {"abc.cut"}).Dialog(107, {}).Dialog(106, {}, "cancel").Command(40115);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["path"], session.Path("abc001.cut"));
+}
+
+TEST(NumberedCut, AllDigitNameLosesItsFirstCharacter) {
+  ScriptSession session;
+  OpenFilm(session, {"007.cut"}).Dialog(107, {}).Dialog(106, {}, "cancel").Command(40115);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["path"], session.Path("08.cut"));
+}
+
+TEST(NumberedCut, AtTheLimitGoesOverTheFileOfTheEntry) {
+  ScriptSession session;
+  OpenFilm(session, {"cut999.cut"});
+  session.Write("cut999.cut", CutFile::WithoutLayers(5).Bytes());
+  session.Dialog(107, {"1002=8", "1001=3", "1055=on"}).Dialog(106, {}, "cancel").Command(40115);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["path"], session.Path("cut999.cut"));
+  EXPECT_EQ(session.Bytes("cut999.cut"), Plain().Bytes());
+  EXPECT_EQ(Entries(session, state), (Names{"cut999.cut", "cut999.cut"}));
+}
+
+class NumberedCutInAnEmptyFilm : public testing::TestWithParam<int> {};
+
+TEST_P(NumberedCutInAnEmptyFilm, IsANewCutThatIsSavedAndAdded) {
+  ScriptSession session;
+  session.Dialog(107, {}).Dialog(106, {}, "cancel").File(session.Path("first")).Command(GetParam());
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["width"], 240);
+  EXPECT_EQ(session.Cut(state)["height"], 180);
+  EXPECT_EQ(Entries(session, state), Names{"first.cut"});
+  EXPECT_EQ(List(session, state)["selected"], json::array({0}));
+  EXPECT_EQ(session.Setting("OnNewCut", "width"), "240");
+}
+
+TEST_P(NumberedCutInAnEmptyFilm, CancelledLeavesTheActiveCutToBeAdded) {
+  ScriptSession session;
+  session.OpenCut("open.cut", Plain()).Dialog(107, {}, "cancel").Command(GetParam());
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), Names{"open.cut"});
+}
+
+INSTANTIATE_TEST_SUITE_P(Film, NumberedCutInAnEmptyFilm, testing::Values(40115, 40116));
+
+TEST(DeleteCuts, YesDeletesTheFilesAndTheirStreams) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut", "b.cut", "c.cut"});
+  session.Write("a.ca", "x");
+  session.Write("b.ca", "x");
+  session.Select(10003, {1}).Answer("yes").Command(40117);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut", "c.cut", "film.flm"}));
+  EXPECT_EQ(Entries(session, state), (Names{"a.cut", "c.cut"}));
+  EXPECT_EQ(Lines(session, state), (Names{"a", "c"}));
+  EXPECT_EQ(Film(session, state)["modified"], true);
+}
+
+TEST(DeleteCuts, NoRemovesTheLinesAndKeepsTheFiles) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut", "b.cut"});
+  session.Write("a.ca", "x");
+  session.Select(10003, {0}).Answer("no").Command(40117);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut", "b.cut", "film.flm"}));
+  EXPECT_EQ(Entries(session, state), Names{"b.cut"});
+  EXPECT_EQ(Lines(session, state), Names{"b"});
+}
+
+TEST(DeleteCuts, YesClosesAnOpenCutWithoutAsking) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("a.cut")).Panel(10006, "typed").Command(40007);
+  session.Answer("yes").Command(40117);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 0U);
+  EXPECT_FALSE(session.Exists("a.cut"));
+}
+
+TEST(DeleteCuts, NoLeavesAnOpenWindow) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("a.cut")).Answer("no").Command(40117);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 1U);
+  EXPECT_EQ(Entries(session, state), Names{"b.cut"});
+}
+
+TEST(DeleteCuts, SelectsTheLinesThatFollowedAndPutsTheCaretAtTheLowest) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut", "b.cut", "c.cut", "d.cut", "e.cut"}).Select(10003, {3, 1}).Answer("no").Command(40117);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Lines(session, state), (Names{"a", "c", "e"}));
+  EXPECT_EQ(List(session, state)["selected"], json::array({1, 2}));
+  EXPECT_EQ(List(session, state)["caret"], 1);
+}
+
+TEST(DeleteCuts, OfTheLastLineSelectsNothing) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut", "b.cut"}).Select(10003, {1}).Answer("no").Command(40117);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Lines(session, state), Names{"a"});
+  EXPECT_EQ(List(session, state)["selected"], json::array());
+}
+
+TEST(DeleteCuts, AsksEvenWhenNoLineIsSelected) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut", "b.cut"}).Select(10003, {1}).Answer("no").Command(40117).Command(40117).Run(3);
+}
+
+TEST(RenameCut, RenamesEntryLineFileAndWindow) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("b.cut")).Select(10003, {1});
+  session.Dialog(126, {"1058=new"}).Command(40118);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), (Names{"a.cut", "new.cut"}));
+  EXPECT_EQ(Lines(session, state), (Names{"a", "new"}));
+  EXPECT_EQ(List(session, state)["caret"], 1);
+  EXPECT_EQ(session.Files(), (Names{"a.cut", "film.flm", "new.cut"}));
+  EXPECT_EQ(session.Cut(state)["path"], session.Path("new.cut"));
+  EXPECT_EQ(session.Cut(state)["title"], "new.cut");
+  EXPECT_EQ(Film(session, state)["modified"], true);
+}
+
+TEST(RenameCut, GoesToEveryEntryOfTheSameFile) {
+  ScriptSession session;
+  session.Write("film.flm", "t\na\n1, 1\na.cut\nb.cut\na.cut\n");
+  session.Write("a.cut", Plain().Bytes());
+  session.Open(session.Path("film.flm")).Dialog(126, {"1058=new"}).Command(40118);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), (Names{"new.cut", "b.cut", "new.cut"}));
+  EXPECT_EQ(Lines(session, state), (Names{"new", "b", "new"}));
+  EXPECT_TRUE(session.Exists("new.cut"));
+}
+
+TEST(RenameCut, SameNameChangesNothing) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut"}).Dialog(126, {}).Command(40118);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Film(session, state)["modified"], false);
+  EXPECT_EQ(Entries(session, state), Names{"a.cut"});
+}
+
+TEST(RenameCut, CancelChangesNothing) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut"}).Dialog(126, {"1058=new"}, "cancel").Command(40118);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), Names{"a.cut"});
+  EXPECT_TRUE(session.Exists("a.cut"));
+}
+
+TEST(RenameCut, KeepsFolderAndExtension) {
+  ScriptSession session;
+  session.Write("film.flm", "t\na\n1, 1\nsub/a.b.CUT\n");
+  session.Open(session.Path("film.flm")).Dialog(126, {"1058=new"}).Command(40118);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), Names{"sub/new.CUT"});
+}
+
+TEST(RenameCut, FileThatIsNotThereIsRenamedInTheFilmAllTheSame) {
+  ScriptSession session;
+  session.Write("film.flm", "t\na\n1, 1\ngone.cut\n");
+  session.Open(session.Path("film.flm")).Dialog(126, {"1058=new"}).Command(40118);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), Names{"new.cut"});
+}
+
+TEST(Extract, WritesANewFilmOfTheSelectedCutsBesideTheirCopies) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut", "b.cut", "c.cut"});
+  session.Write("c.cut", CutFile::WithoutLayers(3).Bytes());
+  session.Select(10003, {2, 0}).File(session.Path("nofolder/x.flm")).Command(40134);
+  session.Run();
+  EXPECT_FALSE(session.Exists("nofolder"));
+}
+
+TEST(Extract, CopiesIntoTheFolderOfTheNewFilm) {
+  ScriptSession session;
+  ScriptSession target;
+  OpenFilm(session, {"a.cut", "b.cut", "c.cut"});
+  session.Write("c.cut", CutFile::WithoutLayers(3).Bytes());
+  session.Select(10003, {2, 0}).File(target.Path("x")).Command(40134);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(target.Files(), (Names{"a.cut", "c.cut", "x.flm"}));
+  EXPECT_EQ(target.Bytes("x.flm"), "title\nauthor\n100, 50\na.cut\nc.cut\n");
+  EXPECT_EQ(target.Bytes("c.cut"), CutFile::WithoutLayers(3).Bytes());
+  EXPECT_EQ(Film(session, state)["path"], session.Path("film.flm"));
+  EXPECT_EQ(Film(session, state)["modified"], false);
+  EXPECT_EQ(Title(session, state), "Sorvel Developer - film");
+}
+
+TEST(Extract, LineHasTheBareNameWhateverTheSource) {
+  ScriptSession session;
+  ScriptSession target;
+  session.Write("film.flm", "t\na\n1, 1\nother.dat\nsub/gone.cut\n");
+  session.Write("other.dat", "content");
+  session.Open(session.Path("film.flm")).Select(10003, {0, 1}).File(target.Path("x.flm")).Command(40134).Run();
+  EXPECT_EQ(target.Bytes("x.flm"), "t\na\n1, 1\nother.cut\ngone.cut\n");
+  EXPECT_EQ(target.Bytes("other.cut"), "content");
+  EXPECT_FALSE(target.Exists("gone.cut"));
+}
+
+TEST(Extract, OpenCutsUnsavedChangesStay) {
+  ScriptSession session;
+  ScriptSession target;
+  OpenFilm(session, {"a.cut"}).Open(session.Path("a.cut")).Panel(10006, "typed").Command(40007);
+  session.File(target.Path("x.flm")).Command(40134).Run();
+  EXPECT_EQ(target.Bytes("a.cut"), Plain().Bytes());
+}
+
+TEST(Extract, CancelWritesNothing) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut"}).File("cancel").Command(40134).Run();
+  EXPECT_EQ(session.Files(), (Names{"a.cut", "film.flm"}));
+}
+
+TEST(Stop, HidesThePlayer) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {0, 1})).Command(40026);
+  const int on = session.State();
+  session.Command(40027);
+  const int off = session.State();
+  session.Run();
+  EXPECT_EQ(session.StateAt(on)["player"]["visible"], true);
+  EXPECT_EQ(session.StateAt(on)["player"]["timer"], true);
+  EXPECT_EQ(session.StateAt(off)["player"]["visible"], false);
+  EXPECT_EQ(session.StateAt(off)["player"]["timer"], false);
+}
+
+TEST(PlayFilm, WithoutASelectionDoesNothingAndStopsNothing) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut", "b.cut"}).Select(10003, {1}).Answer("no").Command(40117);
+  session.OpenCut("c.cut", CutFile::Showing({1, 2}, {0, 1})).Command(40026);
+  const int before = session.State();
+  session.Command(40057);
+  const int after = session.State();
+  session.Run();
+  EXPECT_EQ(session.StateAt(before)["player"]["timer"], true);
+  EXPECT_EQ(session.StateAt(after)["player"], session.StateAt(before)["player"]);
+}
+
+TEST(PlayFilm, WithACutThatIsMissingStopsThePlay) {
+  ScriptSession session;
+  session.Write("film.flm", "t\na\n8, 3\ngone.cut\n");
+  session.Open(session.Path("film.flm")).OpenCut("c.cut", CutFile::Showing({1, 2}, {0, 1})).Command(40026);
+  session.Command(40057);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.StateAt(state)["player"]["visible"], false);
+}
+
+}  // namespace

@@ -1,0 +1,235 @@
+#include <gtest/gtest.h>
+
+#include <tuple>
+
+#include "rules/drawing_session.h"
+#include "rules/ink_model.h"
+
+namespace rules {
+namespace {
+
+// One layer with ink in every family: two cells, the second of which is shown and is blank.
+struct Ghosts : testing::Test {
+  Ghosts() {
+    Families(session);
+    session.Command(command::AddCell);
+  }
+  static void Families(DrawingSession& session) {
+    for (int i = 0; i < 3; ++i) {
+      session.FillArea(10 * i, 0, 5, 5, i + 1);
+      session.FillArea(10 * i, 10, 5, 5, i == 0 ? 4 : i + 8);
+      session.FillArea(10 * i, 20, 5, 5, i == 0 ? 11 : i + 11);
+    }
+    session.DrawInkLine(0, 30, 10, 30);
+  }
+  static InkModel Ghost(int first) {
+    InkModel model;
+    for (int i = 0; i < 3; ++i) {
+      model.Fill(10 * i, 0, 5, 5, first + i);
+      if (i != 0) model.Fill(10 * i, 10, 5, 5, first + i);
+    }
+    model.Fill(0, 30, 11, 1, first);
+    return model;
+  }
+  DrawingSession session;
+};
+
+TEST_F(Ghosts, ThePreviousCellShowsItsLinesInGreen) {
+  session.Command(40032);
+  EXPECT_TRUE(Shows(session.NowView(), Ghost(19)));
+}
+
+TEST_F(Ghosts, TheNextCellShowsItsLinesInRed) {
+  session.Command(40033);
+  EXPECT_TRUE(Shows(session.NowView(), Ghost(22)));
+}
+
+TEST_F(Ghosts, TheNextCellsGhostLiesOverThePreviousOnes) {
+  session.Command(40032).Command(40033);
+  EXPECT_TRUE(Shows(session.NowView(), Ghost(22)));
+}
+
+TEST_F(Ghosts, TheCellLiesOverItsGhosts) {
+  session.FillArea(0, 0, 64, 48, 4);
+  session.Command(40032).Command(40033);
+  EXPECT_TRUE(Shows(session.NowView(), InkModel(64, 48, 4)));
+}
+
+TEST_F(Ghosts, ABlankRecordHasNoGhosts) {
+  session.Command(40032).Command(40033).Command(command::ToggleBlank);
+  EXPECT_TRUE(Shows(session.NowView(), InkModel()));
+}
+
+TEST_F(Ghosts, GhostsStandWhereTheCurrentCellStands) {
+  session.Command(40032).Command(tool::LayerPosition).LeftDrag(0, 0, 7, 9);
+  const PixelMatrix view = session.NowView();
+  EXPECT_EQ(view.Count(19, 7, 9, 5, 5), 25);
+  EXPECT_EQ(view.At(6, 9), 0u);
+}
+
+TEST_F(Ghosts, ASecondCommandTakesThemAway) {
+  session.Command(40032).Command(40032);
+  EXPECT_TRUE(Shows(session.NowView(), InkModel()));
+}
+
+TEST_F(Ghosts, OnlyTheCurrentRecordHasGhosts) {
+  session.AddLayer("B", 64, 48);
+  session.Command(40032);
+  EXPECT_TRUE(Shows(session.NowView(), InkModel()));
+}
+
+TEST(PaleLayers, OthersShowTheirLinesAndDarksAndNoWhite) {
+  DrawingSession session;
+  Ghosts::Families(session);
+  session.AddLayer("B", 64, 48);
+  session.Command(40097);
+  EXPECT_TRUE(Shows(session.NowView(), Ghosts::Ghost(16)));
+}
+
+TEST(PaleLayers, TheCurrentLayerComesOnTop) {
+  DrawingSession session;
+  session.FillArea(10, 10, 10, 10, 2);
+  session.AddLayer("B", 64, 48);
+  session.FillArea(15, 10, 10, 10, 3);
+  session.Select(10004, {0});
+  session.Command(40097);
+  InkModel model;
+  model.Fill(15, 10, 10, 10, 18);
+  model.Fill(10, 10, 10, 10, 2);
+  EXPECT_TRUE(Shows(session.NowView(), model));
+}
+
+TEST(CurrentCellOnly, LeavesTheOtherLayersOut) {
+  DrawingSession session;
+  session.FillArea(10, 10, 10, 10, 2);
+  session.AddLayer("B", 64, 48);
+  session.FillArea(15, 10, 10, 10, 3);
+  session.Command(command::CurrentCellOnly);
+  InkModel model;
+  model.Fill(15, 10, 10, 10, 3);
+  EXPECT_TRUE(Shows(session.NowView(), model));
+}
+
+TEST(CurrentCellOnly, ABlankRecordShowsNothing) {
+  DrawingSession session;
+  session.FillArea(10, 10, 10, 10, 2);
+  session.AddLayer("B", 64, 48);
+  session.Command(command::CurrentCellOnly).Command(command::ToggleBlank);
+  EXPECT_TRUE(Shows(session.NowView(), InkModel()));
+}
+
+// Mark above, index below, and what they give.
+class ToneMark : public testing::TestWithParam<std::tuple<int, int, int>> {};
+
+TEST_P(ToneMark, ShiftsTheToneBelow) {
+  const auto& [mark, below, shown] = GetParam();
+  DrawingSession session;
+  session.FillArea(10, 10, 10, 10, below);
+  session.AddLayer("B", 64, 48);
+  session.FillArea(10, 10, 10, 10, mark);
+  InkModel model;
+  model.Fill(10, 10, 10, 10, shown);
+  EXPECT_TRUE(Shows(session.NowView(), model));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, ToneMark,
+    testing::Values(std::tuple(11, 1, 3), std::tuple(11, 2, 4), std::tuple(11, 3, 4), std::tuple(11, 9, 4),
+                    std::tuple(12, 1, 2), std::tuple(12, 3, 4), std::tuple(12, 4, 4), std::tuple(12, 10, 4),
+                    std::tuple(13, 1, 1), std::tuple(13, 4, 3), std::tuple(13, 9, 1), std::tuple(13, 10, 2),
+                    std::tuple(14, 4, 2), std::tuple(14, 3, 1), std::tuple(14, 2, 1), std::tuple(14, 10, 1),
+                    std::tuple(11, 0, 11), std::tuple(12, 0, 12), std::tuple(13, 0, 13), std::tuple(14, 0, 14),
+                    std::tuple(13, 11, 13)));
+
+TEST(ToneMarks, MarkedLineBlackBecomesAFillTone) {
+  DrawingSession session;
+  session.DrawInkLine(10, 10, 20, 10);
+  session.AddLayer("B", 64, 48);
+  session.FillArea(10, 10, 11, 1, 11);
+  InkModel model;
+  model.Fill(10, 10, 11, 1, 3);
+  EXPECT_TRUE(Shows(session.NowView(), model));
+}
+
+TEST(ToneMarks, MarksOverPaleInkBecomePlainTones) {
+  DrawingSession session;
+  session.FillArea(10, 10, 10, 10, 2);
+  session.AddLayer("B", 64, 48);
+  session.FillArea(10, 10, 10, 10, 12);
+  session.Command(40097);
+  InkModel model;
+  model.Fill(10, 10, 10, 10, 3);
+  EXPECT_TRUE(Shows(session.NowView(), model));
+}
+
+struct LineEmphasis : testing::Test {
+  LineEmphasis() {
+    session.DrawInkLine(10, 10, 20, 10);
+    session.FillArea(10, 20, 5, 5, 9);
+    session.FillArea(20, 20, 5, 5, 10);
+    session.FillArea(30, 20, 5, 5, 1);
+    session.Repaint();
+  }
+  void ExpectColours(unsigned line, unsigned dark, unsigned light) {
+    const PixelMatrix screen = session.NowScreen();
+    EXPECT_EQ(screen.At(15, 10), line);
+    EXPECT_EQ(screen.At(12, 22), dark);
+    EXPECT_EQ(screen.At(22, 22), light);
+    EXPECT_EQ(screen.At(32, 22), 0x000000u);
+  }
+  DrawingSession session;
+};
+
+TEST_F(LineEmphasis, ShowsTheThreeLineColoursInPrimaries) {
+  session.Command(command::LineEmphasis);
+  ExpectColours(0x0000FF, 0xFF0000, 0x00FF00);
+  EXPECT_EQ(session.NowCut()["lineEmphasis"], true);
+}
+
+TEST_F(LineEmphasis, ComesOffAgain) {
+  session.Command(command::LineEmphasis).Command(command::LineEmphasis);
+  ExpectColours(0x000000, 0x555555, 0xAAAAAA);
+  EXPECT_EQ(session.NowCut()["lineEmphasis"], false);
+}
+
+TEST_F(LineEmphasis, LeavesThePixelsOfTheView) {
+  const PixelMatrix before = session.NowView();
+  session.Command(command::LineEmphasis);
+  EXPECT_TRUE(session.NowView() == before);
+}
+
+TEST_F(LineEmphasis, BelongsToItsWindow) {
+  NewCutValues values;
+  values.width = 64;
+  values.height = 48;
+  session.Command(command::LineEmphasis).NewCut(values);
+  session.DrawInkLine(10, 10, 20, 10);
+  session.Repaint();
+  EXPECT_EQ(session.NowScreen().At(15, 10), 0x000000u);
+  EXPECT_EQ(session.NowCut()["lineEmphasis"], false);
+}
+
+TEST(ViewOnTheScreen, ARepaintShowsEveryPixelInItsZoom) {
+  DrawingSession session({.width = 32, .height = 24, .clientWidth = 64, .clientHeight = 48});
+  session.Command(tool::Zoom);
+  session.Press(32, 24);
+  session.Command(tool::Line).Mouse("ldown", 6, 6).Mouse("lup", 40, 30);
+  session.Repaint();
+  const PixelMatrix view = session.NowView();
+  const PixelMatrix screen = session.NowScreen();
+  for (int y = 0; y < 48; ++y) {
+    for (int x = 0; x < 64; ++x) {
+      EXPECT_EQ(screen.At(x, y), view.At(x / 2, y / 2) == 0 ? 0xE1FFFFu : 0x000000u) << x << ", " << y;
+    }
+  }
+}
+
+TEST(ViewOnTheScreen, InkReachesTheScreenWithoutARepaint) {
+  DrawingSession session;
+  session.LeftDrag(10, 10, 20, 10);
+  const PixelMatrix screen = session.NowScreen();
+  for (int x = 10; x <= 20; ++x) EXPECT_EQ(screen.At(x, 10), 0x000000u) << x;
+}
+
+}  // namespace
+}  // namespace rules

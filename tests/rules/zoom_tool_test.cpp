@@ -1,0 +1,192 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+
+#include "rules/drawing_session.h"
+#include "rules/ink_model.h"
+
+namespace rules {
+namespace {
+
+using Pair = std::pair<int, int>;
+
+struct ZoomTool : testing::Test {
+  ZoomTool() : session({.width = 200, .height = 150, .clientWidth = 64, .clientHeight = 48}) {
+    session.Command(tool::Zoom);
+  }
+  void In(int x = 32, int y = 24) { session.Press(x, y); }
+  void Out(int x = 32, int y = 24) { session.Mouse("rdown", x, y); }
+  Pair Level() {
+    const nlohmann::json cut = session.NowCut();
+    return {cut["zoomNumerator"].get<int>(), cut["zoomDenominator"].get<int>()};
+  }
+  Pair Scroll() {
+    const nlohmann::json cut = session.NowCut();
+    return {cut["scrollX"].get<int>(), cut["scrollY"].get<int>()};
+  }
+  DrawingSession session;
+};
+
+TEST_F(ZoomTool, LevelsGoUpByWholeNumbers) {
+  In();
+  EXPECT_EQ(Level(), (Pair{2, 1}));
+  In();
+  EXPECT_EQ(Level(), (Pair{3, 1}));
+  Out();
+  EXPECT_EQ(Level(), (Pair{2, 1}));
+}
+
+TEST_F(ZoomTool, LevelsGoDownByFractions) {
+  Out();
+  EXPECT_EQ(Level(), (Pair{1, 2}));
+  Out();
+  EXPECT_EQ(Level(), (Pair{1, 3}));
+  In();
+  EXPECT_EQ(Level(), (Pair{1, 2}));
+}
+
+TEST_F(ZoomTool, FromHalfSizeComesFullSize) {
+  Out();
+  In();
+  EXPECT_EQ(Level(), (Pair{1, 1}));
+}
+
+TEST_F(ZoomTool, OtherMessagesDoNothing) {
+  session.Release(32, 24);
+  session.Move(10, 10);
+  session.RightRelease(32, 24);
+  session.Mouse("ldblclk", 32, 24).Mouse("rdblclk", 32, 24);
+  EXPECT_EQ(Level(), (Pair{1, 1}));
+}
+
+TEST_F(ZoomTool, TheClickedPointComesToTheCentre) {
+  In(40, 30);
+  // The point 40, 30 stands at 80, 60 of the doubled picture.
+  EXPECT_EQ(Scroll(), (Pair{80 - 32, 60 - 24}));
+}
+
+TEST_F(ZoomTool, APointNearTheCornerStopsAtTheOrigin) {
+  In(20, 10);
+  EXPECT_EQ(Scroll(), (Pair{8, 0}));
+}
+
+TEST_F(ZoomTool, APointNearTheFarCornerStopsAtTheLastPage) {
+  session.Line("scroll h thumbposition 136").Line("scroll v thumbposition 102");
+  In(60, 45);
+  EXPECT_EQ(Scroll(), (Pair{400 - 64, 300 - 48}));
+}
+
+TEST_F(ZoomTool, ZoomingOutCentresThePointToo) {
+  session.Line("scroll h thumbposition 100").Line("scroll v thumbposition 80");
+  Out(20, 10);
+  // The point 120, 90 stands at 60, 45 of the halved picture.
+  EXPECT_EQ(Scroll(), (Pair{60 - 32, 45 - 24}));
+}
+
+TEST_F(ZoomTool, APictureSmallerThanTheClientGetsANegativePosition) {
+  for (int i = 0; i < 3; ++i) Out();
+  EXPECT_EQ(Level(), (Pair{1, 4}));
+  EXPECT_EQ(Scroll(), (Pair{50 - 64, 37 - 48}));
+}
+
+TEST_F(ZoomTool, TheGridSnapsThePoint) {
+  session.Grid(8, 8);
+  In(36, 30);
+  // 36 snaps to 32, 30 snaps to 32.
+  EXPECT_EQ(Scroll(), (Pair{64 - 32, 64 - 24}));
+}
+
+TEST_F(ZoomTool, ABlankRecordZoomsAllTheSame) {
+  session.Command(command::ToggleBlank);
+  In();
+  EXPECT_EQ(Level(), (Pair{2, 1}));
+}
+
+TEST_F(ZoomTool, KeysZoomAtTheCursor) {
+  for (const char key : {'s', 'l'}) {
+    DrawingSession other({.width = 200, .height = 150, .clientWidth = 64, .clientHeight = 48});
+    other.Move(40, 30);
+    other.Char(key);
+    const nlohmann::json cut = other.NowCut();
+    EXPECT_EQ(cut["zoomNumerator"], 2);
+    EXPECT_EQ(cut["scrollX"], 48);
+    EXPECT_EQ(cut["scrollY"], 36);
+  }
+}
+
+TEST_F(ZoomTool, KeysZoomOutToo) {
+  for (const char key : {'a', ';'}) {
+    DrawingSession other({.width = 200, .height = 150, .clientWidth = 64, .clientHeight = 48});
+    other.Move(40, 30);
+    other.Char(key);
+    EXPECT_EQ(other.NowCut()["zoomDenominator"], 2);
+  }
+}
+
+TEST_F(ZoomTool, KeysKeepTheTool) {
+  DrawingSession other;
+  other.Move(40, 30);
+  other.Char('s');
+  EXPECT_EQ(other.NowState()["frame"]["currentTool"], tool::FreePen);
+}
+
+TEST_F(ZoomTool, AnotherWindowBeginsAtFullSize) {
+  In();
+  NewCutValues values;
+  session.NewCut(values);
+  EXPECT_EQ(Level(), (Pair{1, 1}));
+}
+
+// The mapping between window and canvas.
+
+TEST(ViewTransform, ASmallPictureIsCentredWhateverItsPosition) {
+  DrawingSession session({.clientWidth = 640, .clientHeight = 480});
+  session.Line("scroll h linedown").Line("scroll v linedown");
+  session.Press(288 + 10, 216 + 7);
+  InkModel model;
+  model.Set(10, 7, 1);
+  EXPECT_TRUE(Shows(session.NowView(), model));
+}
+
+TEST(ViewTransform, AnOddMarginIsCutDown) {
+  DrawingSession session({.clientWidth = 71, .clientHeight = 53});
+  session.Press(3 + 10, 2 + 7);
+  InkModel model;
+  model.Set(10, 7, 1);
+  EXPECT_TRUE(Shows(session.NowView(), model));
+}
+
+TEST(ViewTransform, AtDoubleSizeTwoPixelsAreOne) {
+  DrawingSession session({.width = 32, .height = 24, .clientWidth = 64, .clientHeight = 48});
+  session.Command(tool::Zoom);
+  session.Press(32, 24);
+  session.Command(tool::FreePen);
+  session.Press(21, 10);
+  InkModel model(32, 24);
+  model.Set(10, 5, 1);
+  EXPECT_TRUE(Shows(session.NowView(), model));
+}
+
+TEST(ViewTransform, AtDoubleSizeTheMarginNextToThePictureIsItsEdge) {
+  DrawingSession session({.width = 32, .height = 24, .clientWidth = 84, .clientHeight = 68});
+  session.Command(tool::Zoom);
+  session.Press(32, 24);
+  session.Command(tool::FreePen);
+  session.Press(9, 20);
+  InkModel model(32, 24);
+  model.Set(0, 5, 1);
+  EXPECT_TRUE(Shows(session.NowView(), model));
+}
+
+TEST(ViewTransform, AtAThirdOnePixelIsThree) {
+  DrawingSession session({.width = 96, .height = 72, .clientWidth = 32, .clientHeight = 24});
+  session.Command(tool::Zoom).Mouse("rdown", 1, 1).Mouse("rdown", 1, 1).Command(tool::FreePen);
+  session.Press(10, 5);
+  InkModel model(96, 72);
+  model.Set(30, 15, 1);
+  EXPECT_TRUE(Shows(session.NowView(), model));
+}
+
+}  // namespace
+}  // namespace rules

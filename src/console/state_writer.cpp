@@ -252,7 +252,7 @@ bool WriteGreyMap(const std::string& path, const platform::Window& window, std::
   for (const platform::ColorEntry& color : window.pixels) greys.push_back(color.red);
   return WriteOutput(path, problem, [&window, &greys](OutputFile* file) {
     std::fprintf(file->File(), "P5\n%d %d\n255\n", window.width, window.height);
-    std::fwrite(greys.data(), 1, greys.size(), file->File());
+    if (!greys.empty()) std::fwrite(greys.data(), 1, greys.size(), file->File());
   });
 }
 

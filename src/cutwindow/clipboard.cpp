@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "cutwindow/cut_window.h"
+#include "cutwindow/wait_cursor.h"
 #include "imaging/tone_conversion.h"
 #include "platform/clipboard.h"
 #include "tools/tool_handlers.h"
@@ -157,7 +158,7 @@ bool CutWindow::PasteClipboardImage() {
   uint8_t* tile = static_cast<uint8_t*>(std::malloc(static_cast<size_t>(kTileSide) * kTileSide * 3));
   ClipboardBlock& block = Block();
   if (picture != nullptr && tile != nullptr && block.image.Resize(size.width, size.height, kTransparent)) {
-    const platform::CursorShape old = platform::SetCursorShape(platform::CursorShape::kWait);
+    const WaitCursor wait;
     // The owner stays: the picture lands at this place only in the cut that a block was stored from last.
     block.place = {cellX, cellY};
     undoRect = size;
@@ -170,7 +171,6 @@ bool CutWindow::PasteClipboardImage() {
       }
     }
     PasteBuffer();
-    platform::SetCursorShape(old);
   }
   std::free(tile);
   if (picture != nullptr) platform::ReleaseClipboardPicture(picture);

@@ -2,6 +2,7 @@
 
 #include "cutwindow/commands.h"
 #include "cutwindow/cut_window.h"
+#include "cutwindow/wait_cursor.h"
 #include "tools/tool_handlers.h"
 #include "tools/tool_state.h"
 
@@ -85,13 +86,12 @@ int32_t CutWindow::OnCommand(int32_t code, int32_t id, platform::WindowHandle co
       FlipCellVertical();
       break;
     case kCommandPlay: {
-      const platform::CursorShape old = platform::SetCursorShape(platform::CursorShape::kWait);
+      const WaitCursor wait;
       host->CommitPanels(this);
       PlayCut();
-      platform::SetCursorShape(old);
+    }
       RepaintAll();
       break;
-    }
     case kCommandPreview:
       PreviewFrame();
       break;
@@ -150,9 +150,10 @@ void CutWindow::SwitchBlank(bool allFrames) {
 }
 
 void CutWindow::EraseSketchOfLayer() {
-  const platform::CursorShape old = platform::SetCursorShape(platform::CursorShape::kWait);
-  EraseLayerDraft();
-  platform::SetCursorShape(old);
+  {
+    const WaitCursor wait;
+    EraseLayerDraft();
+  }
   RepaintAll();
 }
 

@@ -33,8 +33,9 @@ CutWindow::CutWindow(CutWindowHost* mainFrame, int32_t canvasWidth, int32_t canv
 }
 
 CutWindow::~CutWindow() {
-  // A drag that this window was in the middle of can't end any more.
+  // Drags and strokes that this window was in the middle of can't end any more.
   EndPan();
+  ForgetToolsOn(this);
 }
 
 bool CutWindow::Create(platform::WindowHandle mdiClient) {

@@ -71,7 +71,10 @@ Layer* Cut::AddLayer(const char* name, int32_t layerWidth, int32_t layerHeight, 
     name = numbered;
   }
   Layer* layer = new Layer(layerWidth, layerHeight, name, prototype, 0);
-  layer->AddCell(0, 0, nullptr);
+  if (!layer->AddCell(0, 0, nullptr)) {
+    delete layer;
+    return nullptr;
+  }
   layers.SeekLast();
   layers.InsertAfter(layer);
   EnsureUndoBuffer(layer);

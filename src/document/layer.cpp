@@ -4,6 +4,7 @@
 #include <new>
 
 #include "imaging/packed_image.h"
+#include "platform/bitmaps.h"
 
 namespace sorvel {
 
@@ -66,13 +67,16 @@ bool Layer::DeleteCell(int32_t index) {
   return true;
 }
 
-void Layer::Resize(int32_t newWidth, int32_t newHeight, int32_t fill) {
+bool Layer::Resize(int32_t newWidth, int32_t newHeight, int32_t fill) {
+  // Two pixels a byte are the least that a cell takes.
+  if (!platform::FitsMemory((int64_t{newWidth} + 1) / 2 + 3, newHeight)) return false;
   width = newWidth;
   height = newHeight;
-  if (!cells.SeekFirst()) return;
+  if (!cells.SeekFirst()) return true;
   do {
     cells.Current()->Resize(newWidth, newHeight, fill);
   } while (cells.SeekNext());
+  return true;
 }
 
 void Layer::Clear() {

@@ -39,8 +39,8 @@ class Layer {
   // Removes and destroys a cell; false for a bad number.
   bool DeleteCell(int32_t index);
 
-  // Gives the layer and all its cells another size.
-  void Resize(int32_t newWidth, int32_t newHeight, int32_t fill);
+  // Gives the layer and all its cells another size. False, with nothing changed, for a size that no cell can have.
+  bool Resize(int32_t newWidth, int32_t newHeight, int32_t fill);
 
   // No cells, no size, no name: the state before a layer is read from a file.
   void Clear();

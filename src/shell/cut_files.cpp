@@ -117,7 +117,7 @@ CutWindow* MainFrame::OpenLayerFile(const char* path) {
   const Layer* layer = frame->LayerAt(frame->currentRecord);
   cut->width = cut->frameWidth = layer->width;
   cut->height = cut->frameHeight = layer->height;
-  if (!cut->FitView() || !cut->prototype.Resize(cut->width, cut->height, 0)) {
+  if (!cut->FitView()) {
     delete cut;
     return nullptr;
   }

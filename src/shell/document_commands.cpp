@@ -1,6 +1,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "animation/stream_encoder.h"
 #include "cutwindow/clipboard.h"
 #include "cutwindow/commands.h"
 #include "dialogs/dialogs.h"
@@ -195,7 +196,8 @@ void MainFrame::ExportBitmap(CutWindow* cut) {
   ChosenPath chosen;
   if (!chosen.AskToSave(frameWindow, kBitmapFiles)) return;
   CommandFile file(chosen.path, "wb");
-  if (file.IsOpen()) cut->ExportFrameBitmap(&file.stream, &animationWindow.bitmap, &cut->view);
+  if (!file.IsOpen() || CanvasProblem(*cut) != nullptr) return;
+  cut->ExportFrameBitmap(&file.stream, &animationWindow.bitmap, &cut->view);
 }
 
 // Layers.
@@ -208,6 +210,7 @@ void MainFrame::AddOrInsertLayer(CutWindow* cut, bool insert) {
   if (!dialog.Run(frameWindow)) return;
   // A new layer never follows the frame, whatever the dialog says.
   Layer* layer = cut->AddLayer(dialog.name, dialog.width, dialog.height, &cut->prototype);
+  if (layer == nullptr) return;
   cut->layers.SeekFirst();
   const int32_t index = cut->layers.Find(layer);
   // Over the selection, or in the middle of the canvas.
@@ -253,7 +256,7 @@ void MainFrame::EditLayerProperties() {
     RewriteLayerLines(frame, layer);
   }
   if (dialog.width != layer->width || dialog.height != layer->height) {
-    layer->Resize(dialog.width, dialog.height, 0);
+    if (!layer->Resize(dialog.width, dialog.height, 0)) return;
     cut->EnsureUndoBuffer(layer);
     // The undo copy has the former size.
     cut->ForgetUndoOf(layer);

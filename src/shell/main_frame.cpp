@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "cutwindow/wait_cursor.h"
 #include "dialogs/dialogs.h"
 #include "foundation/paths.h"
 #include "platform/files.h"
@@ -206,18 +207,16 @@ void MainFrame::AskSaveCut(CutWindow* cut) {
   film->CutClosed(cut);
   if (!cut->Has(kModified)) return;
   if ((shellFlags & kCloseWithoutAsking) == 0 && !AskToSave(cut->path)) return;
-  const platform::CursorShape old = platform::SetCursorShape(platform::CursorShape::kWait);
-  cut->PurgeUnusedLayers();
-  const bool isSaved = cut->SaveToPath();
-  platform::SetCursorShape(old);
-  if (!isSaved) SaveCutAs(cut);
+  OverwriteCut(cut);
 }
 
 void MainFrame::AskSaveFilm() {
   if (film->modified == 0 || !AskToSave(film->path)) return;
-  const platform::CursorShape old = platform::SetCursorShape(platform::CursorShape::kWait);
-  const bool isSaved = film->Save(platform::kPathSeparator);
-  platform::SetCursorShape(old);
+  bool isSaved = false;
+  {
+    const WaitCursor wait;
+    isSaved = film->Save(platform::kPathSeparator);
+  }
   if (!isSaved) SaveFilmAs();
 }
 

@@ -75,7 +75,8 @@ BOOL CALLBACK LookAt(HWND window, LPARAM parameter) {
   GetWindowThreadProcessId(window, &process);
   wchar_t name[64] = L"";
   GetClassNameW(window, name, ARRAYSIZE(name));
-  if (process != search->process || !IsWindowVisible(window) || std::wcscmp(name, search->windowClass) != 0) return TRUE;
+  if (process != search->process || !IsWindowVisible(window) || std::wcscmp(name, search->windowClass) != 0)
+    return TRUE;
   search->found = window;
   return FALSE;
 }
@@ -171,7 +172,8 @@ void App::Kill() {
 
 AssertionResult App::Ends(DWORD code) {
   if (WaitForSingleObject(process.hProcess, kPatience) != WAIT_OBJECT_0) {
-    return AssertionFailure() << "the program goes on" << (Dialog() != nullptr ? " with a dialog: " + Text(Dialog()) : "");
+    return AssertionFailure() << "the program goes on"
+                              << (Dialog() != nullptr ? " with a dialog: " + Text(Dialog()) : "");
   }
   DWORD given = 0;
   GetExitCodeProcess(process.hProcess, &given);
@@ -293,7 +295,9 @@ HWND App::AwaitDialog(const std::string& title) const {
 }
 
 AssertionResult App::DialogGoes() const {
-  if (Await([this] { return Dialog() == nullptr; })) return AssertionSuccess();
+  // Keys that come before the frame is the active window again would be lost.
+  if (Await([this] { return Dialog() == nullptr && GetForegroundWindow() == frame; })) return AssertionSuccess();
+  if (Dialog() == nullptr) return AssertionFailure() << "the frame doesn't become the active window again";
   return AssertionFailure() << "the dialog \"" << Text(Dialog()) << "\" stays";
 }
 
@@ -346,6 +350,17 @@ AssertionResult App::Choose(char popup, const std::string& item) {
   return AssertionSuccess();
 }
 
+AssertionResult App::ChooseAt(char popup, int item) {
+  if (OpenMenu(popup) == nullptr) return AssertionFailure() << "popup " << popup << " doesn't open";
+  // A popup that the keyboard opened has its first item highlighted.
+  for (int i = 0; i < item; i++) Press(VK_DOWN);
+  Press(VK_RETURN);
+  if (!Await([this] { return PopupMenu() == nullptr; }, kPatience / 2)) {
+    return AssertionFailure() << "item " << item << " of popup " << popup << " isn't taken";
+  }
+  return AssertionSuccess();
+}
+
 RECT App::ToolRect(int command) const {
   RECT rect = {};
   const RemoteMemory memory(process.hProcess, sizeof(rect));
@@ -377,18 +392,17 @@ AssertionResult App::NewCut(const std::string& layer, int width, int height) {
   Press(VK_RETURN);
   dialog = AwaitDialog("レイヤのプロパティ");
   if (dialog == nullptr) return AssertionFailure() << "the layer dialog doesn't come";
-  if (layer.empty()) {
-    Press(VK_ESCAPE);
-  } else {
+  if (!layer.empty()) {
     if (const AssertionResult set = Enter(GetDlgItem(dialog, 1000), layer); !set) return set;
-    Press(VK_RETURN);
   }
+  // Over the canvas the mouse would leave its mark there.
+  ParkMouse();
+  Press(layer.empty() ? VK_ESCAPE : VK_RETURN);
   if (const AssertionResult gone = DialogGoes(); !gone) return gone;
   if (!Await([&] { return Cut() != nullptr && Cut() != before; })) {
     return AssertionFailure() << "the cut window doesn't come";
   }
   canvas = {width, height, 1, 1};
-  ParkMouse();
   return HasFocus(Cut());
 }
 
@@ -428,7 +442,7 @@ AssertionResult App::Drop(const std::string& path) {
   std::memcpy(drop.data(), &head, sizeof(head));
   std::memcpy(drop.data() + sizeof(head), wide.data(), wide.size() * sizeof(wchar_t));
   // Windows carries the memory of this message over to the other process; Wine doesn't, but takes any place there.
-  if (GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr) {
+  if (IsWine()) {
     RemoteMemory memory(process.hProcess, drop.size());
     if (!memory.Write(drop.data())) return AssertionFailure() << "no memory for the drop";
     const bool posted = PostMessageW(frame, WM_DROPFILES, static_cast<WPARAM>(memory.Place()), 0) != FALSE;
@@ -464,7 +478,8 @@ RECT App::InFrame(int control) const {
 
 POINT App::At(int x, int y) const {
   const RECT client = ClientOnScreen(Cut());
-  const int left = client.left + (client.right - client.left - canvas.width * canvas.numerator / canvas.denominator) / 2;
+  const int left =
+      client.left + (client.right - client.left - canvas.width * canvas.numerator / canvas.denominator) / 2;
   const int top = client.top + (client.bottom - client.top - canvas.height * canvas.numerator / canvas.denominator) / 2;
   return {left + x * canvas.numerator / canvas.denominator, top + y * canvas.numerator / canvas.denominator};
 }
@@ -474,7 +489,12 @@ void App::ParkMouse() const {
 }
 
 Picture App::WholePicture() const {
-  return Picture(Screen(frame));
+  // A maximised window reaches over the edges of the screen.
+  const RECT screen = {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+  const RECT window = Screen(frame);
+  RECT area = {};
+  IntersectRect(&area, &window, &screen);
+  return Picture(area);
 }
 
 Picture App::PictureOf(HWND client) const {
@@ -499,11 +519,11 @@ AssertionResult App::HasPixel(int x, int y, Color color) const {
 }
 
 Picture App::StillPictureOf(HWND client) const {
-  constexpr int still = 4;  // looks without a change
+  constexpr int still = 3;  // looks without a change
   Picture last = PictureOf(client);
   int same = 0;
   Await([&] {
-    Sleep(25);
+    Sleep(20);
     Picture now = PictureOf(client);
     same = now == last ? same + 1 : 0;
     last = now;
@@ -535,6 +555,10 @@ void DesktopTest::TearDown() {
     const testing::TestInfo* info = testing::UnitTest::GetInstance()->current_test_info();
     app.KeepScreen(std::string("failed-") + info->test_suite_name() + "-" + info->name());
   }
+}
+
+bool IsWine() {
+  return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
 }
 
 std::string ReadFile(const std::string& path) {

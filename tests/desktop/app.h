@@ -115,6 +115,8 @@ class App {
 
   // Chooses from the menu bar by access keys: the popup's, then the item's.
   testing::AssertionResult Choose(char popup, const std::string& item);
+  // The same by the arrow keys, for an item whose letter another one has too: items count from 0, without separators.
+  testing::AssertionResult ChooseAt(char popup, int item);
   // Opens a popup of the menu bar and waits for it; null if it doesn't come.
   HWND OpenMenu(char popup);
   void CloseMenus();
@@ -136,7 +138,7 @@ class App {
   // A place at which the mouse moves nothing and no tool sees it.
   void ParkMouse() const;
 
-  Picture WholePicture() const;  // the frame with all that stands over it
+  Picture WholePicture() const;          // the frame with all that stands over it
   Picture PictureOf(HWND client) const;  // the client area
   Picture PictureOfCanvas() const;
   Color Pixel(int x, int y) const;  // of the canvas
@@ -167,6 +169,9 @@ class DesktopTest : public testing::Test {
 
   App app;
 };
+
+// Whether the window system is Wine, which lacks this or that.
+bool IsWine();
 
 // Files. Empty if the file can't be read.
 std::string ReadFile(const std::string& path);

@@ -210,10 +210,10 @@ TEST_F(DialogsTest, EveryOtherDialogComesUp) {
     const char* title;
     const char* name;
   } dialogs[] = {
-      {'f', "n", "フィルムのプロパティー", "film-dialog"},    {'r', "m", "フレームの複数指定", "count-dialog"},
-      {'r', "l", "明度の連続変化", "brightness-dialog"},      {'r', "o", "フレームの連続移動", "frame-ramp-dialog"},
-      {'r', "s", "フレームのプロパティ", "frame-dialog"},     {'l', "m", "レイヤの連続移動", "layer-ramp-dialog"},
-      {'e', "z", "ランダムに点描", "dots-dialog"},            {'e', "g", "グリッド", "draw-grid-dialog"},
+      {'f', "n", "フィルムのプロパティー", "film-dialog"}, {'r', "m", "フレームの複数指定", "count-dialog"},
+      {'r', "l", "明度の連続変化", "brightness-dialog"},   {'r', "o", "フレームの連続移動", "frame-ramp-dialog"},
+      {'r', "s", "フレームのプロパティ", "frame-dialog"},  {'l', "m", "レイヤの連続移動", "layer-ramp-dialog"},
+      {'e', "g", "グリッド", "draw-grid-dialog"},
   };
   for (const auto& entry : dialogs) {
     ASSERT_TRUE(app.Choose(entry.popup, entry.item)) << entry.title;
@@ -224,6 +224,9 @@ TEST_F(DialogsTest, EveryOtherDialogComesUp) {
     Press(VK_ESCAPE);
     ASSERT_TRUE(app.DialogGoes()) << entry.title;
   }
+  ASSERT_TRUE(app.ChooseAt('e', 19));
+  ASSERT_NE(app.AwaitDialog("ランダムに点描"), nullptr);
+  EXPECT_TRUE(app.Keep("dots-dialog"));
 }
 
 TEST_F(DialogsTest, TheRampEndsAtTheLastFrame) {
@@ -237,7 +240,7 @@ TEST_F(DialogsTest, TheRampEndsAtTheLastFrame) {
   ASSERT_TRUE(app.Shows(kKeyFrame, "5(5f)"));
   Type("E");
   ASSERT_TRUE(app.Shows(kKeyFrame, "1(1f)"));
-  // From 0 to the 50 of the last frame in four equal steps.
+  // From 0 to the 50 of the last frame: steps of 12, and the remainder of 2 in the first two.
   for (int i = 0; i < 4; i++) Press(VK_TAB);
   ASSERT_TRUE(app.HasFocus(app.Of(kBrightness)));
   Type("0");
@@ -251,7 +254,7 @@ TEST_F(DialogsTest, TheRampEndsAtTheLastFrame) {
   Press(VK_F3);
   Press(VK_F3);
   ASSERT_TRUE(app.Shows(kKeyFrame, "3(3f)"));
-  EXPECT_TRUE(app.Shows(kBrightness, "25"));
+  EXPECT_TRUE(app.Shows(kBrightness, "26"));
 }
 
 }  // namespace

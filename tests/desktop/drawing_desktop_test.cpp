@@ -56,7 +56,7 @@ TEST_F(DrawingTest, UndoTakesTheStrokeAwayAndBringsItBack) {
   Type("z");
   ASSERT_TRUE(app.HasPixel(100, 80, kTransparent));
   EXPECT_EQ(Compare(empty, app.StillPictureOf(app.Cut())).count, 0);
-  ASSERT_TRUE(app.Choose('e', "u"));
+  ASSERT_TRUE(app.ChooseAt('e', 9));
   ASSERT_TRUE(app.HasPixel(100, 80, kBlack));
   EXPECT_EQ(Compare(drawn, app.StillPictureOf(app.Cut())).count, 0);
 }
@@ -268,7 +268,7 @@ TEST_F(DrawingTest, ASelectionIsCutAndPasted) {
   ASSERT_TRUE(app.Keep("selection"));
   ASSERT_TRUE(app.Choose('e', "t"));
   ASSERT_TRUE(app.HasPixel(40, 30, kTransparent));
-  ASSERT_TRUE(app.Choose('e', "p"));
+  ASSERT_TRUE(app.ChooseAt('e', 12));
   ASSERT_TRUE(Await([this] { return app.PictureOfCanvas().Count(kBlack) >= 41; }));
 }
 
@@ -347,13 +347,9 @@ TEST_F(ScrollingTest, ShiftAndControlPan) {
   for (int i = 0; i < 5; i++) Click(down);
   ASSERT_TRUE(Await([this] { return IsDrawnAt(100, 80); }));
   MoveTo({corner.x + 300, corner.y + 300});
-  Hold(VK_CONTROL);
-  Hold(VK_SHIFT);
-  MoveTo({corner.x + 301, corner.y + 300});
-  for (int i = 1; i <= 6; i++) MoveTo({corner.x + 301 - 5 * i, corner.y + 300 + 3 * i});
+  for (int i = 0; i <= 6; i++) MoveTo({corner.x + 301 - 5 * i, corner.y + 300 + 3 * i}, {VK_CONTROL, VK_SHIFT});
   EXPECT_TRUE(Await([this] { return IsDrawnAt(70, 98); }));
-  Release(VK_SHIFT);
-  Release(VK_CONTROL);
+  EXPECT_TRUE(app.Keep("panned"));
   MoveTo({corner.x + 200, corner.y + 320});
   app.ParkMouse();
   EXPECT_TRUE(Await([this] { return IsDrawnAt(70, 98); }));

@@ -57,16 +57,6 @@ void Press(int key, std::initializer_list<int> held) {
   SendAll(&inputs);
 }
 
-void Hold(int key) {
-  std::vector<INPUT> inputs = {KeyInput(key, true)};
-  SendAll(&inputs);
-}
-
-void Release(int key) {
-  std::vector<INPUT> inputs = {KeyInput(key, false)};
-  SendAll(&inputs);
-}
-
 void Type(const std::string& text) {
   std::vector<INPUT> inputs;
   for (const wchar_t character : Wide(text)) {
@@ -83,12 +73,17 @@ void Type(const std::string& text) {
   SendAll(&inputs);
 }
 
-void MoveTo(POINT place) {
-  std::vector<INPUT> inputs(1);
-  inputs[0].type = INPUT_MOUSE;
-  inputs[0].mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
-  inputs[0].mi.dx = PartOf(place.x, GetSystemMetrics(SM_CXSCREEN));
-  inputs[0].mi.dy = PartOf(place.y, GetSystemMetrics(SM_CYSCREEN));
+void MoveTo(POINT place, std::initializer_list<int> held) {
+  INPUT move = {};
+  move.type = INPUT_MOUSE;
+  move.mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
+  move.mi.dx = PartOf(place.x, GetSystemMetrics(SM_CXSCREEN));
+  move.mi.dy = PartOf(place.y, GetSystemMetrics(SM_CYSCREEN));
+  // All in one go: Wine lets go of keys that its screen knows nothing about.
+  std::vector<INPUT> inputs;
+  for (const int key : held) inputs.push_back(KeyInput(key, true));
+  inputs.push_back(move);
+  for (const int key : held) inputs.push_back(KeyInput(key, false));
   // Under Wine the screen below may still tell of an earlier place after this one.
   for (int i = 0; i < kMoveTries; i++) {
     SendAll(&inputs);

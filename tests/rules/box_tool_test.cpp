@@ -153,6 +153,14 @@ TEST_F(BoxTool, TheReleaseTakesTheFrameAway) {
   EXPECT_TRUE(plain.NowScreen() == dragged);
 }
 
+TEST_F(BoxTool, PositionsAreUnsigned) {
+  Drag(10, 10, -3, 20);
+  model.Fill(10, 10, 54, 1, 8);
+  model.Fill(10, 20, 54, 1, 8);
+  model.Fill(10, 10, 1, 11, 8);
+  EXPECT_TRUE(Shows(session.NowView(), model));
+}
+
 // The picture stands 10 pixels in from the window's edge on each side.
 struct BoxPastTheEdge : testing::Test {
   BoxPastTheEdge() : session({.clientWidth = 84, .clientHeight = 68}) { session.Command(tool::Rectangle); }

@@ -754,6 +754,19 @@ TEST(ClipTransparency, CancelLeavesAllAsItWas) {
   EXPECT_FALSE(session.Exists("settings.ini"));
 }
 
+TEST(ClipTransparency, ColourOfTheSettingsIsLeftOutOfAPaste) {
+  ScriptSession session;
+  session.SetSettings("[OnClipTrans]\r\nFlag=1\r\nRGB=#1020FF\r\n");
+  std::vector<uint32_t> pixels(24, 0xFFFFFF);
+  for (size_t i = 0; i < 24; i += 2) pixels[i] = 0x1020FF;
+  session.WriteBitmap("in.bmp", 8, 3, pixels);
+  session.Line("clipboard " + rules::Quoted(session.Path("in.bmp")));
+  session.OpenCut("a.cut", CutFile::Showing({0}, {0})).Command(40091);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Cells(session, state), json::array({CellOf("04040404", "04040404", "04040404")}));
+}
+
 TEST(PlayCommand, CommitsThePanels) {
   ScriptSession session;
   session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Panel(10006, "typed").Command(40026);

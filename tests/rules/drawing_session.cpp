@@ -85,8 +85,7 @@ void DrawingSession::DrawInkLine(int fromX, int fromY, int toX, int toY) {
 }
 
 void DrawingSession::AddLayer(std::string_view name, int width, int height) {
-  Dialog(106,
-         {std::string("1000=").append(name), "1002=" + std::to_string(width), "1001=" + std::to_string(height)});
+  Dialog(106, {std::string("1000=").append(name), "1002=" + std::to_string(width), "1001=" + std::to_string(height)});
   Command(command::AddLayer);
 }
 

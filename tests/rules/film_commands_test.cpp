@@ -592,6 +592,15 @@ TEST(NumberedCut, AtTheLimitGoesOverTheFileOfTheEntry) {
   EXPECT_EQ(Entries(session, state), (Names{"cut999.cut", "cut999.cut"}));
 }
 
+TEST(NumberedCut, CountsOnFromTheEntryAtTheCaret) {
+  ScriptSession session;
+  OpenFilm(session, {"a1.cut", "b5.cut", "c7.cut"}).Select(10003, {1});
+  session.Dialog(107, {}).Dialog(106, {}, "cancel").Command(40115);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), (Names{"a1.cut", "b5.cut", "b006.cut", "c7.cut"}));
+}
+
 class NumberedCutInAnEmptyFilm : public testing::TestWithParam<int> {};
 
 TEST_P(NumberedCutInAnEmptyFilm, IsANewCutThatIsSavedAndAdded) {
@@ -748,13 +757,11 @@ TEST(RenameCut, FileThatIsNotThereIsRenamedInTheFilmAllTheSame) {
   EXPECT_EQ(Entries(session, state), Names{"new.cut"});
 }
 
-TEST(Extract, WritesANewFilmOfTheSelectedCutsBesideTheirCopies) {
+TEST(Extract, FilmThatDoesNotOpenCopiesNothing) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut", "c.cut"});
-  session.Write("c.cut", CutFile::WithoutLayers(3).Bytes());
-  session.Select(10003, {2, 0}).File(session.Path("nofolder/x.flm")).Command(40134);
-  session.Run();
-  EXPECT_FALSE(session.Exists("nofolder"));
+  ScriptSession target;
+  OpenFilm(session, {"a.cut"}).File(target.Path("nofolder/x.flm")).Command(40134).Run();
+  EXPECT_EQ(target.Files(), Names{});
 }
 
 TEST(Extract, CopiesIntoTheFolderOfTheNewFilm) {
@@ -781,7 +788,7 @@ TEST(Extract, LineHasTheBareNameWhateverTheSource) {
   session.Open(session.Path("film.flm")).Select(10003, {0, 1}).File(target.Path("x.flm")).Command(40134).Run();
   EXPECT_EQ(target.Bytes("x.flm"), "t\na\n1, 1\nother.cut\ngone.cut\n");
   EXPECT_EQ(target.Bytes("other.cut"), "content");
-  EXPECT_FALSE(target.Exists("gone.cut"));
+  EXPECT_EQ(target.Bytes("gone.cut"), "");
 }
 
 TEST(Extract, OpenCutsUnsavedChangesStay) {
@@ -790,6 +797,13 @@ TEST(Extract, OpenCutsUnsavedChangesStay) {
   OpenFilm(session, {"a.cut"}).Open(session.Path("a.cut")).Panel(10006, "typed").Command(40007);
   session.File(target.Path("x.flm")).Command(40134).Run();
   EXPECT_EQ(target.Bytes("a.cut"), Plain().Bytes());
+}
+
+TEST(Extract, IntoItsOwnFolderDestroysTheFile) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut"}).File(session.Path("x.flm")).Command(40134).Run();
+  EXPECT_EQ(session.Bytes("x.flm"), "title\nauthor\n100, 50\na.cut\n");
+  EXPECT_EQ(session.Bytes("a.cut"), "");
 }
 
 TEST(Extract, CancelWritesNothing) {

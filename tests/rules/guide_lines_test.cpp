@@ -123,6 +123,13 @@ TEST_F(FocusLines, ThePressDoesNothing) {
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
+TEST_F(FocusLines, PositionsAreUnsigned) {
+  Click(10, 10);
+  Click(-3, 10);
+  model.Line(10, 10, 63, 10);
+  EXPECT_TRUE(Shows(session.NowView(), model));
+}
+
 TEST_F(FocusLines, TheBandRunsFromTheCentre) {
   Click(10, 10);
   session.Move(30, 10);

@@ -213,6 +213,12 @@ TEST(PenStroke, PositionsAreSigned) {
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
+TEST(PenStroke, ADoubleClickMessageIsNoPress) {
+  DrawingSession session;
+  session.Mouse("ldblclk", 10, 10).Mouse("lup", 10, 10).Command(tool::Fill);
+  EXPECT_TRUE(Shows(session.NowView(), InkModel()));
+}
+
 TEST(PenStroke, LayerPositionMovesThePointIntoTheLayer) {
   DrawingSession session;
   session.Command(tool::LayerPosition);

@@ -137,6 +137,22 @@ TEST_F(PenFromTheCell, PlainFamiliesGiveTheIndexAndItsToneBelow) {
   }
 }
 
+TEST_F(PenFromTheCell, UnderdrawingAndTransparentGiveTheirIndexToo) {
+  const std::pair<int, int> pens[] = {{5, 4}, {6, 5}, {7, 6}, {0, -1}};
+  for (const auto& [index, first] : pens) {
+    ScriptSession file;
+    file.Line("client 8 3").OpenCut("plain.cut", CutFile::Showing({index}, {0}));
+    file.Command(tool::Fill).RightClick(4, 1);
+    EXPECT_EQ(PenNow(file), (PenValues{7, 0, first, index})) << index;
+  }
+}
+
+TEST_F(PenFromTheCell, TheTwoBlacksMakeADither) {
+  session.FillArea(20, 20, 10, 10, 1);
+  session.DrawInkLine(20, 25, 29, 25);
+  EXPECT_EQ(At(25, 25), (PenValues{10, 12, 1, 8}));
+}
+
 TEST_F(PenFromTheCell, LineBlackGivesLineBlack) {
   session.PickSize(7);
   session.Command(tool::Line).LeftClick(20, 20);

@@ -141,6 +141,18 @@ TEST_F(FramePosition, ABlankRecordStopsTheTool) {
   EXPECT_EQ(Now(), (Place{0, 0}));
 }
 
+TEST_F(FramePosition, PositionsAreUnsigned) {
+  session.LeftDrag(10, 10, -3, 12);
+  EXPECT_EQ(Now(), (Place{65533 - 10, 2}));
+}
+
+TEST_F(FramePosition, APulseShowsTheBoxOnABlankRecordToo) {
+  session.Command(command::ToggleBlank).Command(tool::Zoom);
+  const PixelMatrix without = session.NowScreen();
+  session.Command(tool::FramePosition);
+  EXPECT_FALSE(session.NowScreen() == without);
+}
+
 class PositionBox : public testing::TestWithParam<int> {};
 
 TEST_P(PositionBox, ComesAndGoesWithTheTool) {
@@ -299,6 +311,37 @@ TEST_F(LayerPosition, TheCurrentRecordMovesAlone) {
   const Json records = session.NowFrame()["records"];
   EXPECT_EQ(PlaceOf(records[0]), (Place{0, 0}));
   EXPECT_EQ(PlaceOf(records[1]), (Place{5, 3}));
+}
+
+// Three frames of which the first lacks the record; the middle one is current.
+struct MissingRecord : testing::Test {
+  MissingRecord() {
+    CutFile file;
+    file.width = 64;
+    file.height = 48;
+    file.layers.push_back({.name = "A", .cells = {1}});
+    file.frames.push_back({});
+    file.frames.push_back({.records = {{.x = 10, .y = 20}}});
+    file.frames.push_back({.records = {{.x = 30, .y = 8}}});
+    session.Line("client 64 48").OpenCut("missing.cut", file);
+    session.Command(command::PreviousFrame).Command(tool::LayerPosition);
+  }
+  Place Now() {
+    const int state = session.State();
+    session.Run();
+    return PlaceOf(session.CurrentRecord(state));
+  }
+  ScriptSession session;
+};
+
+TEST_F(MissingRecord, CountsAsTheOriginForTheMiddle) {
+  session.RightClick(1, 1, "ctrl");
+  EXPECT_EQ(Now(), (Place{15, 4}));
+}
+
+TEST_F(MissingRecord, IsNotCopied) {
+  session.RightClick(1, 1);
+  EXPECT_EQ(Now(), (Place{10, 20}));
 }
 
 // The layer follows the frame, which stands at 16, 12.

@@ -6,7 +6,7 @@
 namespace rules {
 namespace {
 
-struct SelectTool : testing::Test {
+struct AreaSelection : testing::Test {
   void Area(int x, int y, int width, int height, int index) {
     session.FillArea(x, y, width, height, index);
     model.Fill(x, y, width, height, index);
@@ -19,12 +19,12 @@ struct SelectTool : testing::Test {
   InkModel model;
 };
 
-TEST_F(SelectTool, ADragMarksItsRectangle) {
+TEST_F(AreaSelection, ADragMarksItsRectangle) {
   Select(10, 12, 30, 25);
   EXPECT_EQ(session.NowSelection(), (rules::Area{10, 12, 30, 25}));
 }
 
-TEST_F(SelectTool, TheSelectionFollowsEveryMove) {
+TEST_F(AreaSelection, TheSelectionFollowsEveryMove) {
   session.Command(tool::AreaSelect);
   session.Press(10, 12);
   session.Move(30, 25);
@@ -32,7 +32,7 @@ TEST_F(SelectTool, TheSelectionFollowsEveryMove) {
   EXPECT_EQ(session.NowSelection(), (rules::Area{10, 12, 20, 40}));
 }
 
-TEST_F(SelectTool, MovesToTheUpperLeftDoNotCount) {
+TEST_F(AreaSelection, MovesToTheUpperLeftDoNotCount) {
   session.Command(tool::AreaSelect);
   session.Press(20, 20);
   session.Move(30, 30);
@@ -42,12 +42,12 @@ TEST_F(SelectTool, MovesToTheUpperLeftDoNotCount) {
   EXPECT_EQ(session.NowSelection(), (rules::Area{20, 20, 30, 30}));
 }
 
-TEST_F(SelectTool, ADragMarksNothingInTheCell) {
+TEST_F(AreaSelection, ADragMarksNothingInTheCell) {
   Select(10, 12, 30, 25);
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
-TEST_F(SelectTool, TheFrameStandsOnTheScreen) {
+TEST_F(AreaSelection, TheFrameStandsOnTheScreen) {
   session.Command(tool::AreaSelect);
   const PixelMatrix screen = session.NowScreen();
   session.LeftDrag(10, 12, 30, 25);
@@ -56,17 +56,17 @@ TEST_F(SelectTool, TheFrameStandsOnTheScreen) {
   EXPECT_TRUE(session.NowScreen() == screen);
 }
 
-TEST_F(SelectTool, ARightClickSelectsTheWholeCell) {
+TEST_F(AreaSelection, ARightClickSelectsTheWholeCell) {
   session.Command(tool::AreaSelect).RightClick(20, 20);
   EXPECT_EQ(session.NowSelection(), (rules::Area{0, 0, 64, 48}));
 }
 
-TEST_F(SelectTool, ASecondRightClickClearsTheSelection) {
+TEST_F(AreaSelection, ASecondRightClickClearsTheSelection) {
   session.Command(tool::AreaSelect).RightClick(20, 20).RightClick(20, 20);
   EXPECT_FALSE(session.HasSelection());
 }
 
-TEST_F(SelectTool, ARightClickSelectsTheCellWhereItStands) {
+TEST_F(AreaSelection, ARightClickSelectsTheCellWhereItStands) {
   session.AddLayer("B", 20, 10);
   session.Command(tool::LayerPosition);
   session.LeftDrag(10, 10, 13, 15);
@@ -74,7 +74,7 @@ TEST_F(SelectTool, ARightClickSelectsTheCellWhereItStands) {
   EXPECT_EQ(session.NowSelection(), (rules::Area{25, 24, 45, 34}));
 }
 
-TEST_F(SelectTool, ARightClickDuringADragIsIgnored) {
+TEST_F(AreaSelection, ARightClickDuringADragIsIgnored) {
   session.Command(tool::AreaSelect);
   session.Press(10, 12);
   session.Move(30, 25);
@@ -82,25 +82,25 @@ TEST_F(SelectTool, ARightClickDuringADragIsIgnored) {
   EXPECT_EQ(session.NowSelection(), (rules::Area{10, 12, 30, 25}));
 }
 
-TEST_F(SelectTool, APulseEndsTheSelection) {
+TEST_F(AreaSelection, APulseEndsTheSelection) {
   Select(10, 12, 30, 25);
   session.Repaint();
   EXPECT_FALSE(session.HasSelection());
 }
 
-TEST_F(SelectTool, AToolChangeEndsTheSelection) {
+TEST_F(AreaSelection, AToolChangeEndsTheSelection) {
   Select(10, 12, 30, 25);
   session.Command(tool::FreePen);
   EXPECT_FALSE(session.HasSelection());
 }
 
-TEST_F(SelectTool, APressBesideItBeginsANewOne) {
+TEST_F(AreaSelection, APressBesideItBeginsANewOne) {
   Select(10, 12, 30, 25);
   session.LeftDrag(40, 30, 50, 45);
   EXPECT_EQ(session.NowSelection(), (rules::Area{40, 30, 50, 45}));
 }
 
-class LeftEdge : public SelectTool, public testing::WithParamInterface<int> {};
+class LeftEdge : public AreaSelection, public testing::WithParamInterface<int> {};
 
 TEST_P(LeftEdge, IsCaughtWithinOnePixel) {
   Select(20, 15, 40, 30);
@@ -110,43 +110,43 @@ TEST_P(LeftEdge, IsCaughtWithinOnePixel) {
 
 INSTANTIATE_TEST_SUITE_P(All, LeftEdge, testing::Values(19, 20, 21));
 
-TEST_F(SelectTool, TheLeftEdgeShrinksTheFrameToo) {
+TEST_F(AreaSelection, TheLeftEdgeShrinksTheFrameToo) {
   Select(20, 15, 40, 30);
   session.LeftDrag(20, 20, 23, 28);
   EXPECT_EQ(session.NowSelection(), (rules::Area{23, 15, 37, 30}));
 }
 
-TEST_F(SelectTool, TwoPixelsFromTheLeftEdgeIsInside) {
+TEST_F(AreaSelection, TwoPixelsFromTheLeftEdgeIsInside) {
   Select(20, 15, 40, 30);
   session.LeftDrag(22, 20, 27, 20);
   EXPECT_EQ(session.NowSelection(), (rules::Area{25, 15, 45, 30}));
 }
 
-TEST_F(SelectTool, TwoPixelsLeftOfTheEdgeIsOutside) {
+TEST_F(AreaSelection, TwoPixelsLeftOfTheEdgeIsOutside) {
   Select(20, 15, 40, 30);
   session.LeftDrag(18, 20, 25, 25);
   EXPECT_EQ(session.NowSelection(), (rules::Area{18, 20, 25, 25}));
 }
 
-TEST_F(SelectTool, TheLeftEdgeIsCaughtAboveAndBelowTheFrameToo) {
+TEST_F(AreaSelection, TheLeftEdgeIsCaughtAboveAndBelowTheFrameToo) {
   Select(20, 15, 40, 30);
   session.LeftDrag(20, 45, 15, 45);
   EXPECT_EQ(session.NowSelection(), (rules::Area{15, 15, 45, 30}));
 }
 
-TEST_F(SelectTool, TheTopEdgeGrowsTheFrameUpAndDown) {
+TEST_F(AreaSelection, TheTopEdgeGrowsTheFrameUpAndDown) {
   Select(20, 15, 40, 30);
   session.LeftDrag(30, 16, 30, 11);
   EXPECT_EQ(session.NowSelection(), (rules::Area{20, 10, 40, 35}));
 }
 
-TEST_F(SelectTool, TheLeftEdgeComesBeforeTheTopEdge) {
+TEST_F(AreaSelection, TheLeftEdgeComesBeforeTheTopEdge) {
   Select(20, 15, 40, 30);
   session.LeftDrag(20, 15, 16, 5);
   EXPECT_EQ(session.NowSelection(), (rules::Area{16, 15, 44, 30}));
 }
 
-TEST_F(SelectTool, AnEdgeDragMovesNoInk) {
+TEST_F(AreaSelection, AnEdgeDragMovesNoInk) {
   Area(22, 17, 5, 5, 2);
   Select(20, 15, 40, 30);
   session.LeftDrag(20, 20, 15, 20);
@@ -154,7 +154,7 @@ TEST_F(SelectTool, AnEdgeDragMovesNoInk) {
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
-TEST_F(SelectTool, RightAndBottomEdgeLieOutside) {
+TEST_F(AreaSelection, RightAndBottomEdgeLieOutside) {
   Select(20, 15, 40, 30);
   session.LeftDrag(40, 20, 50, 40);
   EXPECT_EQ(session.NowSelection(), (rules::Area{40, 20, 50, 40}));
@@ -162,7 +162,7 @@ TEST_F(SelectTool, RightAndBottomEdgeLieOutside) {
   EXPECT_EQ(session.NowSelection(), (rules::Area{45, 40, 60, 45}));
 }
 
-TEST_F(SelectTool, ADragInsideMovesTheInk) {
+TEST_F(AreaSelection, ADragInsideMovesTheInk) {
   Area(12, 12, 4, 5, 2);
   Select(10, 10, 20, 20);
   session.LeftDrag(15, 15, 25, 18);
@@ -172,7 +172,7 @@ TEST_F(SelectTool, ADragInsideMovesTheInk) {
   EXPECT_EQ(session.NowSelection(), (rules::Area{20, 13, 30, 23}));
 }
 
-TEST_F(SelectTool, AMoveByOnePixelCarriesASolidBarInEveryDirection) {
+TEST_F(AreaSelection, AMoveByOnePixelCarriesASolidBarInEveryDirection) {
   const std::pair<int, int> steps[] = {{1, 0}, {-1, 0}, {0, 1}, {0, -1}, {1, 1}, {-1, -1}};
   for (const auto& [dx, dy] : steps) {
     DrawingSession fresh;
@@ -184,7 +184,7 @@ TEST_F(SelectTool, AMoveByOnePixelCarriesASolidBarInEveryDirection) {
   }
 }
 
-TEST_F(SelectTool, InkOutsideTheFrameStays) {
+TEST_F(AreaSelection, InkOutsideTheFrameStays) {
   Area(5, 12, 20, 4, 2);
   Select(10, 10, 20, 20);
   session.LeftDrag(15, 15, 15, 30);
@@ -195,7 +195,7 @@ TEST_F(SelectTool, InkOutsideTheFrameStays) {
   EXPECT_TRUE(Shows(session.NowView(), moved));
 }
 
-TEST_F(SelectTool, HolesInTheBlockShowWhatLayAtTheTarget) {
+TEST_F(AreaSelection, HolesInTheBlockShowWhatLayAtTheTarget) {
   Area(30, 10, 20, 20, 3);
   Area(12, 12, 2, 2, 2);
   Area(16, 12, 2, 2, 2);
@@ -207,7 +207,7 @@ TEST_F(SelectTool, HolesInTheBlockShowWhatLayAtTheTarget) {
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
-TEST_F(SelectTool, ProtectedPixelsStayBehind) {
+TEST_F(AreaSelection, ProtectedPixelsStayBehind) {
   Area(12, 12, 2, 4, 2);
   Area(14, 12, 2, 4, 3);
   session.Mask({3});
@@ -218,7 +218,7 @@ TEST_F(SelectTool, ProtectedPixelsStayBehind) {
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
-TEST_F(SelectTool, ProtectedTargetPixelsStay) {
+TEST_F(AreaSelection, ProtectedTargetPixelsStay) {
   Area(12, 12, 4, 4, 2);
   Area(34, 10, 10, 10, 3);
   session.Mask({3});
@@ -229,7 +229,7 @@ TEST_F(SelectTool, ProtectedTargetPixelsStay) {
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
-TEST_F(SelectTool, InkMovedOverTheEdgeIsLost) {
+TEST_F(AreaSelection, InkMovedOverTheEdgeIsLost) {
   Area(50, 12, 8, 4, 2);
   Select(48, 10, 60, 20);
   session.LeftDrag(54, 15, 62, 15);
@@ -238,7 +238,7 @@ TEST_F(SelectTool, InkMovedOverTheEdgeIsLost) {
   EXPECT_TRUE(Shows(session.NowView(), moved));
 }
 
-TEST_F(SelectTool, TwoMovesInARowAreOneMoveFromTheFirstPlace) {
+TEST_F(AreaSelection, TwoMovesInARowAreOneMoveFromTheFirstPlace) {
   Area(12, 12, 4, 4, 2);
   Area(24, 10, 8, 10, 3);
   Select(10, 10, 20, 20);
@@ -250,7 +250,7 @@ TEST_F(SelectTool, TwoMovesInARowAreOneMoveFromTheFirstPlace) {
   EXPECT_EQ(session.NowSelection(), (rules::Area{39, 20, 49, 30}));
 }
 
-TEST_F(SelectTool, ThreeMovesInARowAreOneMoveFromTheFirstPlace) {
+TEST_F(AreaSelection, ThreeMovesInARowAreOneMoveFromTheFirstPlace) {
   Area(12, 12, 4, 4, 2);
   Area(24, 10, 8, 10, 3);
   Select(10, 10, 20, 20);
@@ -262,7 +262,7 @@ TEST_F(SelectTool, ThreeMovesInARowAreOneMoveFromTheFirstPlace) {
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
-TEST_F(SelectTool, UndoAfterTwoMovesGivesTheFirstState) {
+TEST_F(AreaSelection, UndoAfterTwoMovesGivesTheFirstState) {
   Area(12, 12, 4, 4, 2);
   Area(24, 10, 8, 10, 3);
   Select(10, 10, 20, 20);
@@ -272,14 +272,14 @@ TEST_F(SelectTool, UndoAfterTwoMovesGivesTheFirstState) {
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
-TEST_F(SelectTool, TheUndoRectCoversSourceAndTarget) {
+TEST_F(AreaSelection, TheUndoRectCoversSourceAndTarget) {
   Area(12, 12, 4, 5, 2);
   Select(10, 10, 20, 20);
   session.LeftDrag(15, 15, 25, 18);
   EXPECT_EQ(session.NowUndoRect(), (rules::Area{10, 10, 20, 13}));
 }
 
-TEST_F(SelectTool, UndoTakesAMoveBack) {
+TEST_F(AreaSelection, UndoTakesAMoveBack) {
   Area(12, 12, 4, 5, 2);
   Select(10, 10, 20, 20);
   session.LeftDrag(15, 15, 25, 18);
@@ -287,24 +287,24 @@ TEST_F(SelectTool, UndoTakesAMoveBack) {
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
-TEST_F(SelectTool, PointsOfANewFrameSnapToTheGrid) {
+TEST_F(AreaSelection, PointsOfANewFrameSnapToTheGrid) {
   session.Grid(8, 8);
   Select(11, 13, 30, 27);
   EXPECT_EQ(session.NowSelection(), (rules::Area{8, 16, 32, 24}));
 }
 
-TEST_F(SelectTool, PositionsAreSigned) {
+TEST_F(AreaSelection, PositionsAreSigned) {
   Select(-5, -3, 20, 10);
   EXPECT_EQ(session.NowSelection(), (rules::Area{-5, -3, 20, 10}));
 }
 
-TEST_F(SelectTool, ABlankRecordCantBeSelectedOn) {
+TEST_F(AreaSelection, ABlankRecordCantBeSelectedOn) {
   session.Command(command::ToggleBlank);
   Select(10, 12, 30, 25);
   EXPECT_FALSE(session.HasSelection());
 }
 
-TEST_F(SelectTool, ALayerElsewhereMovesItsInkUnderTheFrame) {
+TEST_F(AreaSelection, ALayerElsewhereMovesItsInkUnderTheFrame) {
   Area(12, 12, 4, 5, 2);
   session.Command(tool::LayerPosition);
   session.LeftDrag(10, 10, 15, 13);
@@ -316,7 +316,7 @@ TEST_F(SelectTool, ALayerElsewhereMovesItsInkUnderTheFrame) {
 }
 
 // A pasted block floats until a press beside it.
-struct FloatingPaste : SelectTool {
+struct FloatingPaste : AreaSelection {
   FloatingPaste() {
     Area(12, 12, 4, 4, 2);
     Area(40, 10, 10, 20, 3);
@@ -355,6 +355,12 @@ TEST_F(FloatingPaste, ARightClickMakesItFinal) {
   EXPECT_FALSE(session.HasSelection());
 }
 
+TEST_F(FloatingPaste, AToolChangeEndsTheSelectionAndLeavesThePasteAfloat) {
+  session.Command(tool::FreePen);
+  EXPECT_FALSE(session.HasSelection());
+  EXPECT_EQ(session.NowCut()["floatingPaste"], true);
+}
+
 TEST_F(FloatingPaste, UndoAfterTheDragTakesThePasteAway) {
   session.LeftDrag(15, 15, 45, 25);
   session.Command(command::Undo);
@@ -363,7 +369,7 @@ TEST_F(FloatingPaste, UndoAfterTheDragTakesThePasteAway) {
 
 // The commands that take the selection as their area.
 
-TEST_F(SelectTool, UnderdrawingIsMadeInTheSelectionAlone) {
+TEST_F(AreaSelection, UnderdrawingIsMadeInTheSelectionAlone) {
   Area(10, 10, 20, 20, 1);
   Select(5, 5, 15, 15);
   session.Command(40024);
@@ -372,7 +378,7 @@ TEST_F(SelectTool, UnderdrawingIsMadeInTheSelectionAlone) {
   EXPECT_EQ(session.NowUndoRect(), (rules::Area{5, 5, 10, 10}));
 }
 
-TEST_F(SelectTool, OldUnderdrawingGoesAsNewIsMade) {
+TEST_F(AreaSelection, OldUnderdrawingGoesAsNewIsMade) {
   Area(10, 10, 20, 10, 1);
   session.Command(40024);
   Area(10, 20, 20, 10, 2);
@@ -382,7 +388,7 @@ TEST_F(SelectTool, OldUnderdrawingGoesAsNewIsMade) {
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
-TEST_F(SelectTool, UnderdrawingIsClearedInTheSelectionAlone) {
+TEST_F(AreaSelection, UnderdrawingIsClearedInTheSelectionAlone) {
   Area(10, 10, 20, 20, 1);
   session.Command(40024);
   Select(5, 5, 15, 15);
@@ -392,7 +398,7 @@ TEST_F(SelectTool, UnderdrawingIsClearedInTheSelectionAlone) {
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
-TEST_F(SelectTool, ACellIsErasedInTheSelectionAlone) {
+TEST_F(AreaSelection, ACellIsErasedInTheSelectionAlone) {
   Area(10, 10, 20, 20, 1);
   Select(5, 5, 15, 15);
   session.Command(40092);
@@ -400,7 +406,7 @@ TEST_F(SelectTool, ACellIsErasedInTheSelectionAlone) {
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
-TEST_F(SelectTool, RandomDotsWithAGapOfOneCoverTheSelection) {
+TEST_F(AreaSelection, RandomDotsWithAGapOfOneCoverTheSelection) {
   session.PickPlain(3);
   Select(10, 10, 20, 15);
   session.Dialog(127, {"1001=1"}).Command(40126);
@@ -408,7 +414,7 @@ TEST_F(SelectTool, RandomDotsWithAGapOfOneCoverTheSelection) {
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
-TEST_F(SelectTool, RandomDotsKeepToTheMask) {
+TEST_F(AreaSelection, RandomDotsKeepToTheMask) {
   Area(0, 0, 30, 48, 4);
   session.Mask({4});
   session.PickPlain(3);
@@ -417,7 +423,7 @@ TEST_F(SelectTool, RandomDotsKeepToTheMask) {
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
-TEST_F(SelectTool, AGridIsDrawnInUnderdrawingBetweenTheInk) {
+TEST_F(AreaSelection, AGridIsDrawnInUnderdrawingBetweenTheInk) {
   Area(10, 10, 20, 20, 4);
   session.Dialog(108, {"1022=8", "1001=12"}).Command(40127);
   for (int y = 0; y < 48; ++y) {
@@ -429,7 +435,7 @@ TEST_F(SelectTool, AGridIsDrawnInUnderdrawingBetweenTheInk) {
   EXPECT_EQ(session.NowState()["pen"]["gridWidth"], 1);
 }
 
-TEST_F(SelectTool, AGridStartsAtTheSelectionsCorner) {
+TEST_F(AreaSelection, AGridStartsAtTheSelectionsCorner) {
   Select(11, 13, 40, 40);
   session.Dialog(108, {"1022=8", "1001=12"}).Command(40127);
   const PixelMatrix view = session.NowView();

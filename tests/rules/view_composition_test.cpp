@@ -132,14 +132,14 @@ TEST_P(ToneMark, ShiftsTheToneBelow) {
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    All, ToneMark,
-    testing::Values(std::tuple(11, 1, 3), std::tuple(11, 2, 4), std::tuple(11, 3, 4), std::tuple(11, 9, 4),
-                    std::tuple(12, 1, 2), std::tuple(12, 3, 4), std::tuple(12, 4, 4), std::tuple(12, 10, 4),
-                    std::tuple(13, 1, 1), std::tuple(13, 4, 3), std::tuple(13, 9, 1), std::tuple(13, 10, 2),
-                    std::tuple(14, 4, 2), std::tuple(14, 3, 1), std::tuple(14, 2, 1), std::tuple(14, 10, 1),
-                    std::tuple(11, 0, 11), std::tuple(12, 0, 12), std::tuple(13, 0, 13), std::tuple(14, 0, 14),
-                    std::tuple(13, 11, 13)));
+INSTANTIATE_TEST_SUITE_P(All, ToneMark,
+                         testing::Values(std::tuple(11, 1, 3), std::tuple(11, 2, 4), std::tuple(11, 3, 4),
+                                         std::tuple(11, 9, 4), std::tuple(12, 1, 2), std::tuple(12, 3, 4),
+                                         std::tuple(12, 4, 4), std::tuple(12, 10, 4), std::tuple(13, 1, 1),
+                                         std::tuple(13, 4, 3), std::tuple(13, 9, 1), std::tuple(13, 10, 2),
+                                         std::tuple(14, 4, 2), std::tuple(14, 3, 1), std::tuple(14, 2, 1),
+                                         std::tuple(14, 10, 1), std::tuple(11, 0, 11), std::tuple(12, 0, 12),
+                                         std::tuple(13, 0, 13), std::tuple(14, 0, 14), std::tuple(13, 11, 13)));
 
 TEST(ToneMarks, MarkedLineBlackBecomesAFillTone) {
   DrawingSession session;
@@ -162,8 +162,8 @@ TEST(ToneMarks, MarksOverPaleInkBecomePlainTones) {
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
-struct LineEmphasis : testing::Test {
-  LineEmphasis() {
+struct EmphasisedLines : testing::Test {
+  EmphasisedLines() {
     session.DrawInkLine(10, 10, 20, 10);
     session.FillArea(10, 20, 5, 5, 9);
     session.FillArea(20, 20, 5, 5, 10);
@@ -180,25 +180,25 @@ struct LineEmphasis : testing::Test {
   DrawingSession session;
 };
 
-TEST_F(LineEmphasis, ShowsTheThreeLineColoursInPrimaries) {
+TEST_F(EmphasisedLines, ShowsTheThreeLineColoursInPrimaries) {
   session.Command(command::LineEmphasis);
   ExpectColours(0x0000FF, 0xFF0000, 0x00FF00);
   EXPECT_EQ(session.NowCut()["lineEmphasis"], true);
 }
 
-TEST_F(LineEmphasis, ComesOffAgain) {
+TEST_F(EmphasisedLines, ComesOffAgain) {
   session.Command(command::LineEmphasis).Command(command::LineEmphasis);
   ExpectColours(0x000000, 0x555555, 0xAAAAAA);
   EXPECT_EQ(session.NowCut()["lineEmphasis"], false);
 }
 
-TEST_F(LineEmphasis, LeavesThePixelsOfTheView) {
+TEST_F(EmphasisedLines, LeavesThePixelsOfTheView) {
   const PixelMatrix before = session.NowView();
   session.Command(command::LineEmphasis);
   EXPECT_TRUE(session.NowView() == before);
 }
 
-TEST_F(LineEmphasis, BelongsToItsWindow) {
+TEST_F(EmphasisedLines, BelongsToItsWindow) {
   NewCutValues values;
   values.width = 64;
   values.height = 48;

@@ -85,7 +85,7 @@ TEST_F(ZoomTool, ZoomingOutCentresThePointToo) {
 }
 
 TEST_F(ZoomTool, APictureSmallerThanTheClientGetsANegativePosition) {
-  for (int i = 0; i < 3; ++i) Out();
+  for (int i = 0; i < 3; ++i) Out(60, 45);
   EXPECT_EQ(Level(), (Pair{1, 4}));
   EXPECT_EQ(Scroll(), (Pair{50 - 64, 37 - 48}));
 }

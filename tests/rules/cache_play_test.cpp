@@ -1,0 +1,413 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "rules/script_session.h"
+
+namespace {
+
+using nlohmann::json;
+using rules::CutFile;
+using rules::ScriptSession;
+
+using Names = std::vector<std::string>;
+
+json Player(const ScriptSession& session, int state) {
+  json whole = session.StateAt(state);
+  return whole["player"];
+}
+
+std::string SizeTitle(const std::string& bytes) {
+  return std::to_string(bytes.size()) + " byte";
+}
+
+uint32_t Little(const std::string& bytes, size_t offset, size_t count) {
+  uint32_t value = 0;
+  for (size_t i = 0; i < count && offset + i < bytes.size(); ++i) {
+    value |= static_cast<uint32_t>(static_cast<unsigned char>(bytes[offset + i])) << (8 * i);
+  }
+  return value;
+}
+
+CutFile TwoPictures() {
+  return CutFile::Showing({1, 2}, {0, 1});
+}
+
+TEST(PlayCut, LeavesTheStreamBesideTheCut) {
+  ScriptSession session;
+  session.OpenCut("a.cut", TwoPictures()).Command(40026);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut"}));
+  EXPECT_EQ(Player(session, state)["title"], SizeTitle(session.Bytes("a.ca")));
+}
+
+TEST(PlayCut, StreamTellsItsOwnLengthAndTheCut) {
+  ScriptSession session;
+  CutFile file = TwoPictures();
+  file.credit = "Me";
+  file.fps = 12;
+  session.OpenCut("a.cut", file).Command(40026).Run();
+  const std::string bytes = session.Bytes("a.ca");
+  EXPECT_EQ(bytes.substr(0, 2), "CA");
+  EXPECT_EQ(Little(bytes, 2, 4), bytes.size());
+  EXPECT_EQ(bytes.substr(6, 3), std::string("Me\0", 3));
+  EXPECT_EQ(Little(bytes, 9, 2), 8U);
+  EXPECT_EQ(Little(bytes, 11, 2), 3U);
+  EXPECT_EQ(Little(bytes, 17, 1), 12U);
+  EXPECT_EQ(Little(bytes, 18, 1), 3U);
+}
+
+TEST(PlayCut, StartsTheTimerForSeveralFramesAndNoneForOne) {
+  ScriptSession session;
+  session.OpenCut("a.cut", TwoPictures()).Command(40026);
+  const int several = session.State();
+  session.OpenCut("b.cut", CutFile::Showing({1}, {0})).Command(40026);
+  const int one = session.State();
+  session.Run();
+  EXPECT_EQ(Player(session, several)["visible"], true);
+  EXPECT_EQ(Player(session, several)["timer"], true);
+  EXPECT_EQ(Player(session, one)["visible"], true);
+  EXPECT_EQ(Player(session, one)["timer"], false);
+}
+
+TEST(PlayCut, ClearsBothStaleBitsAndNotModified) {
+  ScriptSession session;
+  session.OpenCut("a.cut", TwoPictures()).Command(40060).Command(40026);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["modified"], true);
+  EXPECT_EQ(session.Cut(state)["imagesStale"], false);
+  EXPECT_EQ(session.Cut(state)["timingStale"], false);
+}
+
+TEST(PlayCut, WithoutAPathLeavesNoFile) {
+  ScriptSession session;
+  session.NewCut().Command(40026);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Files(), Names{});
+  EXPECT_EQ(Player(session, state)["visible"], true);
+  EXPECT_EQ(session.Cut(state)["imagesStale"], false);
+  EXPECT_EQ(session.Cut(state)["timingStale"], false);
+}
+
+TEST(PlayCut, WithoutAPathCompilesEachTime) {
+  ScriptSession session;
+  session.NewCut().Command(40026);
+  const int first = session.State();
+  session.Command(40026);
+  const int second = session.State();
+  session.Run();
+  EXPECT_EQ(Player(session, second), Player(session, first));
+  EXPECT_NE(Player(session, second)["title"], "0 byte");
+}
+
+TEST(PlayCut, CommitsThePanelsSoThatTheyCount) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Panel(10002, "258").Command(40026).Run();
+  // The time of the first frame stands behind the head of 17 bytes.
+  EXPECT_EQ(Little(session.Bytes("a.ca"), 17, 2), 258U);
+}
+
+TEST(PlayCut, ExtensionOfThePathIsReplaced) {
+  ScriptSession session;
+  session.OpenCut("a.b.CUT", TwoPictures()).Command(40026).Run();
+  EXPECT_EQ(session.Files(), (Names{"a.b.CUT", "a.b.ca"}));
+}
+
+// A view written over the stream between two plays stands for what another program may leave there: its size shows
+// whether the play took it as it was.
+TEST(PlayCut, SecondPlayWithNothingChangedReadsTheFileAsItIs) {
+  ScriptSession session;
+  session.OpenCut("a.cut", TwoPictures()).Command(40026).Line("view " + rules::Quoted(session.Path("a.ca")));
+  session.Command(40026);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Bytes("a.ca").substr(0, 2), "BM");
+  EXPECT_EQ(Player(session, state)["title"], SizeTitle(session.Bytes("a.ca")));
+}
+
+class ChangeBeforeAPlay : public testing::TestWithParam<int> {};
+
+TEST_P(ChangeBeforeAPlay, RebuildsTheFile) {
+  ScriptSession session;
+  session.OpenCut("a.cut", TwoPictures()).Command(40026).Line("view " + rules::Quoted(session.Path("a.ca")));
+  session.Command(GetParam()).Command(40026);
+  const int state = session.State();
+  session.Run();
+  const std::string bytes = session.Bytes("a.ca");
+  EXPECT_EQ(bytes.substr(0, 2), "CA");
+  EXPECT_EQ(Little(bytes, 2, 4), bytes.size());
+  EXPECT_EQ(Player(session, state)["title"], SizeTitle(bytes));
+}
+
+INSTANTIATE_TEST_SUITE_P(Cache, ChangeBeforeAPlay, testing::Values(40060, 40004, 40106, 40034));
+
+TEST(PlayCut, RebuildEmptiesALongerFile) {
+  ScriptSession session;
+  session.OpenCut("a.cut", TwoPictures());
+  session.Write("a.ca", std::string(10000, 'x'));
+  session.Command(40026).Run();
+  EXPECT_EQ(Little(session.Bytes("a.ca"), 2, 4), session.Bytes("a.ca").size());
+  EXPECT_LT(session.Bytes("a.ca").size(), 1000U);
+}
+
+TEST(PlayCut, ChangedFrameTimeRebuildsInsteadOfPatching) {
+  ScriptSession session;
+  session.OpenCut("a.cut", TwoPictures()).Command(40026).Panel(10002, "9").Command(40026).Run();
+  const std::string bytes = session.Bytes("a.ca");
+  EXPECT_EQ(Little(bytes, 2, 4), bytes.size());
+  EXPECT_EQ(Little(bytes, 15, 1), 24U);
+  EXPECT_EQ(Little(bytes, 16, 1), 3U);
+}
+
+TEST(PlayCut, FirstPlayAfterOpeningCompilesInSpiteOfAnOldStream) {
+  ScriptSession session;
+  session.Write("a.ca", std::string("CA\x11\0\0\0\0", 7));
+  session.OpenCut("a.cut", TwoPictures()).Command(40026).Run();
+  EXPECT_EQ(Little(session.Bytes("a.ca"), 2, 4), session.Bytes("a.ca").size());
+  EXPECT_GT(session.Bytes("a.ca").size(), 7U);
+}
+
+TEST(PlayCut, AfterASaveUnderANewNameUsesTheStreamOfThatName) {
+  ScriptSession session;
+  session.OpenCut("a.cut", TwoPictures()).Command(40026).Command(40060).SaveCutAs("b.cut").Command(40026).Run();
+  EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut", "b.ca", "b.cut"}));
+  EXPECT_EQ(Little(session.Bytes("b.ca"), 2, 4), session.Bytes("b.ca").size());
+  EXPECT_EQ(Little(session.Bytes("a.ca"), 2, 4), session.Bytes("a.ca").size());
+}
+
+TEST(PlayCut, FreshFileWithBothBitsClearStaysEmptyAndPlaysNothing) {
+  ScriptSession session;
+  session.OpenCut("a.cut", TwoPictures()).Command(40026).SaveCutAs("b.cut").Command(40026);
+  const int state = session.State();
+  session.Run();
+  EXPECT_TRUE(session.Exists("b.ca"));
+  EXPECT_EQ(session.Bytes("b.ca"), "");
+  EXPECT_EQ(Player(session, state)["title"], "0 byte");
+  EXPECT_EQ(Player(session, state)["timer"], false);
+  EXPECT_EQ(Player(session, state)["visible"], false);
+}
+
+TEST(PlayCut, NextChangeRepairsAnEmptyFile) {
+  ScriptSession session;
+  session.OpenCut("a.cut", TwoPictures()).Command(40026).SaveCutAs("b.cut").Command(40026).Command(40060);
+  session.Command(40026);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Little(session.Bytes("b.ca"), 2, 4), session.Bytes("b.ca").size());
+  EXPECT_EQ(Player(session, state)["visible"], true);
+}
+
+// With an empty credit and a file whose size field begins with zero, the comparison holds and the frame data are
+// written, beginning in the size field.
+TEST(PlayCut, PatchesAStreamWhoseSizeFieldReadsAsTheCredit) {
+  ScriptSession session;
+  CutFile file = CutFile::Showing({1}, {0});
+  file.width = 32;
+  file.height = 16;
+  file.frameWidth = 24;
+  file.frameHeight = 12;
+  file.fps = 30;
+  file.frames[0].x = 5;
+  file.frames[0].y = -2;
+  session.OpenCut("a.cut", file).Command(40026).Panel(10002, "7").Focus("cut").SaveCutAs("b.cut");
+  session.Write("b.ca", std::string("CA\0", 3) + std::string(61, '\0'));
+  session.Command(40026);
+  const int state = session.State();
+  session.Run();
+  const std::string head("CA\0\x20\0\x10\0\x18\0\x0C\0\x1E\x04\x07\0\x01\0\x32\x05\0\xFE\xFF", 22);
+  EXPECT_EQ(session.Bytes("b.ca"), head + std::string(42, '\0'));
+  EXPECT_EQ(Player(session, state)["title"], "64 byte");
+  EXPECT_EQ(session.Cut(state)["timingStale"], false);
+  EXPECT_EQ(session.Cut(state)["imagesStale"], false);
+}
+
+TEST(PlayCut, PatchIsNotTriedWithStalePictures) {
+  ScriptSession session;
+  session.OpenCut("a.cut", TwoPictures());
+  session.Write("a.ca", std::string("CA\0", 3) + std::string(61, '\0'));
+  session.Command(40026).Run();
+  EXPECT_EQ(Little(session.Bytes("a.ca"), 2, 4), session.Bytes("a.ca").size());
+}
+
+TEST(PlayCut, FileWithAnotherMagicIsRebuilt) {
+  ScriptSession session;
+  session.OpenCut("a.cut", TwoPictures()).Command(40026).Panel(10002, "7").Focus("cut").SaveCutAs("b.cut");
+  session.Write("b.ca", std::string("CB\0", 3) + std::string(61, '\0'));
+  session.Command(40026).Run();
+  EXPECT_EQ(session.Bytes("b.ca").substr(0, 2), "CA");
+  EXPECT_EQ(Little(session.Bytes("b.ca"), 2, 4), session.Bytes("b.ca").size());
+}
+
+TEST(PlayCut, StreamThatCanNotBeOpenedStartsNothingAndTheOldPlayGoesOn) {
+  ScriptSession session;
+  session.OpenCut("a.cut", TwoPictures()).Command(40026);
+  const int before = session.State();
+  std::filesystem::create_directory(session.Path("b.ca"));
+  session.OpenCut("b.cut", CutFile::Showing({1}, {0})).Command(40026);
+  const int after = session.State();
+  session.Run();
+  EXPECT_EQ(Player(session, before)["timer"], true);
+  EXPECT_EQ(Player(session, after), Player(session, before));
+  EXPECT_EQ(session.Cut(after)["imagesStale"], true);
+}
+
+TEST(PlayCut, BringsTheViewBack) {
+  ScriptSession session;
+  CutFile file = CutFile::Showing({1, 2}, {0, 1});
+  file.layers.push_back({.name = "B", .cells = {0}});
+  for (auto& frame : file.frames) frame.records.push_back({.layer = 1});
+  session.OpenCut("a.cut", file).Command(40097).Command(40041);
+  const int before = session.View();
+  session.Command(40026);
+  const int after = session.View();
+  session.Run();
+  EXPECT_EQ(session.ViewAt(before).Count(16), 24);
+  EXPECT_TRUE(session.ViewAt(after) == session.ViewAt(before));
+}
+
+TEST(PlayCut, PictureOfAStillIsItsGreys) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({2}, {0})).Command(40026);
+  const int player = session.Player();
+  session.Run();
+  EXPECT_EQ(session.PlayerAt(player).Width(), 8);
+  EXPECT_EQ(session.PlayerAt(player).Height(), 3);
+  EXPECT_EQ(session.PlayerAt(player).Count(85), 24);
+}
+
+TEST(PlayCut, StreamOfASharedPictureTakesTwentyFiveBytesMore) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(40026);
+  session.OpenCut("b.cut", CutFile::Showing({1}, {0, 0})).Command(40026).Run();
+  EXPECT_EQ(session.Bytes("b.ca").size(), session.Bytes("a.ca").size() + 25);
+}
+
+TEST(PlayCut, CacheStaysAfterTheCutIsClosed) {
+  ScriptSession session;
+  session.OpenCut("a.cut", TwoPictures()).Command(40026).Close();
+  const int state = session.State();
+  session.Run();
+  EXPECT_TRUE(session.Exists("a.ca"));
+  EXPECT_EQ(Player(session, state)["timer"], true);
+}
+
+TEST(PreviewFrame, PlaysOneFullFrameAsAStill) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1, 2, 3}, {0, 1, 2})).Command(40007).Command(40113);
+  const int state = session.State();
+  const int player = session.Player();
+  session.Run();
+  EXPECT_EQ(Player(session, state)["visible"], true);
+  EXPECT_EQ(Player(session, state)["timer"], false);
+  EXPECT_EQ(session.PlayerAt(player).Count(85), 24);
+}
+
+TEST(PreviewFrame, AppliesTheBrightness) {
+  ScriptSession session;
+  CutFile file = CutFile::Showing({4, 4}, {0, 1});
+  file.frames[1].brightness = 0;
+  session.OpenCut("a.cut", file).Command(40113);
+  const int player = session.Player();
+  session.Run();
+  EXPECT_EQ(session.PlayerAt(player).Count(0), 24);
+}
+
+TEST(PreviewFrame, IsAsLargeAsTheStreamOfThatFrameAlone) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {0, 1})).Command(40113);
+  const int preview = session.State();
+  session.OpenCut("b.cut", CutFile::Showing({2}, {0})).Command(40026);
+  const int play = session.State();
+  session.Run();
+  EXPECT_EQ(Player(session, preview)["title"], Player(session, play)["title"]);
+}
+
+TEST(PreviewFrame, LeavesNoFileAndTheStaleBits) {
+  ScriptSession session;
+  session.OpenCut("a.cut", TwoPictures()).Command(40113);
+  const int stale = session.State();
+  session.Command(40026).Command(40113);
+  const int clear = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(stale)["imagesStale"], true);
+  EXPECT_EQ(session.Cut(clear)["imagesStale"], false);
+  EXPECT_EQ(session.Cut(clear)["timingStale"], false);
+  EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut"}));
+}
+
+TEST(PreviewFrame, CommitsThePanels) {
+  ScriptSession session;
+  session.OpenCut("a.cut", TwoPictures()).Panel(10007, "0").Command(40113);
+  const int state = session.State();
+  const int player = session.Player();
+  session.Run();
+  EXPECT_EQ(session.Frame(state)["brightness"], 0);
+  EXPECT_EQ(session.PlayerAt(player).Count(0), 24);
+}
+
+TEST(PreviewFrame, StopsARunningPlay) {
+  ScriptSession session;
+  session.OpenCut("a.cut", TwoPictures()).Command(40026);
+  const int play = session.State();
+  session.Command(40113);
+  const int preview = session.State();
+  session.Run();
+  EXPECT_EQ(Player(session, play)["timer"], true);
+  EXPECT_EQ(Player(session, preview)["timer"], false);
+}
+
+TEST(PreviewFrame, LeavesTheOutputPictureInTheViewUntilTheNextRepaint) {
+  ScriptSession session;
+  CutFile file = CutFile::Showing({1}, {0});
+  file.layers.push_back({.name = "B", .cells = {0}});
+  file.frames[0].records.push_back({.layer = 1});
+  session.OpenCut("a.cut", file).Command(40097);
+  const int before = session.View();
+  session.Command(40113);
+  const int after = session.View();
+  session.Command(40007);
+  const int repainted = session.View();
+  session.Run();
+  EXPECT_EQ(session.ViewAt(before).Count(16), 24);
+  EXPECT_EQ(session.ViewAt(after).Count(1), 24);
+  EXPECT_EQ(session.ViewAt(repainted).Count(16), 24);
+}
+
+TEST(PreviewFrame, FirstPlayAfterItCompilesAsBefore) {
+  ScriptSession session;
+  session.OpenCut("a.cut", TwoPictures()).Command(40113).Command(40026).Run();
+  EXPECT_EQ(Little(session.Bytes("a.ca"), 2, 4), session.Bytes("a.ca").size());
+}
+
+TEST(Player, WindowTakesTheFrameSizeOfTheCut) {
+  ScriptSession session;
+  CutFile file = CutFile::Showing({1}, {0});
+  file.frameWidth = 20;
+  file.frameHeight = 9;
+  session.OpenCut("a.cut", file).Command(40026);
+  const int player = session.Player();
+  session.Run();
+  EXPECT_EQ(session.PlayerAt(player).Width(), 20);
+  EXPECT_EQ(session.PlayerAt(player).Height(), 9);
+}
+
+TEST(Player, TicksChangeThePicture) {
+  ScriptSession session;
+  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {0, 1})).Command(40026);
+  const int first = session.Player();
+  session.Line("tick 1");
+  const int second = session.Player();
+  session.Line("tick 1");
+  const int third = session.Player();
+  session.Run();
+  EXPECT_EQ(session.PlayerAt(first).Count(0), 24);
+  EXPECT_EQ(session.PlayerAt(second).Count(85), 24);
+  EXPECT_EQ(session.PlayerAt(third).Count(0), 24);
+}
+
+}  // namespace

@@ -1,9 +1,10 @@
 #include <algorithm>
+#include <array>
 #include <cstdlib>
-#include <cstring>
 #include <limits>
 
 #include "imaging/cell_image.h"
+#include "imaging/pixel_words.h"
 
 namespace sorvel {
 
@@ -58,6 +59,29 @@ void GrowSpan(int32_t* start, int32_t* size, int64_t position) {
   *size = ToCoordinate(end - *start);
 }
 
+// The bits of a row of a pen's shape with the leftmost column as the lowest.
+constexpr std::array<uint8_t, 256> kFirstColumnLow = [] {
+  std::array<uint8_t, 256> turned{};
+  for (uint32_t bits = 0; bits < 256; bits++) {
+    for (uint32_t column = 0; column < 8; column++) {
+      if ((bits & 0x80U >> column) != 0) turned[bits] = static_cast<uint8_t>(turned[bits] | 1U << column);
+    }
+  }
+  return turned;
+}();
+
+// Puts ink on the pixels from x to end - 1 of a row that the mask leaves free.
+void PaintUnmasked(CellImage* image, int32_t y, int32_t x, int32_t end, const InkRow& ink, uint32_t mask) {
+  const auto isFree = [mask](uint8_t pixel) { return static_cast<uint8_t>(IsMasked(mask, pixel) ? 0 : 1); };
+  for (int32_t word = x / kWordPixels; word * int64_t{kWordPixels} < end; word++) {
+    const int32_t start = word * kWordPixels;
+    const int32_t count = std::min(kWordPixels, image->width - start);
+    uint8_t run[kWordPixels];
+    TestPixels(RunPixels(*image, start, y, count, run), count, isFree,
+               [&](int32_t, uint64_t bits) { PaintWord(image, y, word, bits & SpanBits(word, x, end), ink); });
+  }
+}
+
 // Rounds to 32 bits, also on a machine that calculates with more: curves must come out the same everywhere.
 float Rounded(float value) {
   volatile float stored = value;
@@ -97,17 +121,19 @@ bool CellImage::ClipRect(int32_t* x, int32_t* y, int32_t* rectWidth, int32_t* re
 
 bool CellImage::Stamp(int32_t x, int32_t y, const PenSpec& pen, uint32_t mask, Rect* outRect) {
   if (outRect != nullptr) GrowRect(outRect, x, y);
-  const uint8_t* const shape = PenShapes[pen.shape];
-  for (int32_t column = 0; column < kStampSize; column++) {
-    const int64_t px = int64_t{x} - kReach + column;
-    if (px < 0 || px >= width) continue;
-    for (int32_t row = 0; row < kStampSize; row++) {
-      const int64_t py = int64_t{y} - kReach + row;
-      if (py < 0 || py >= height || (shape[row] & 0x80 >> column) == 0) continue;
-      const auto pixelX = static_cast<int32_t>(px);
-      const auto pixelY = static_cast<int32_t>(py);
-      if (!IsMasked(mask, GetPixel(pixelX, pixelY))) SetPixel(pixelX, pixelY, PenColorAt(pen, pixelX, pixelY));
-    }
+  const int64_t left = int64_t{x} - kReach;
+  const int64_t top = int64_t{y} - kReach;
+  // Columns that lie in the image, the first of them as bit 0.
+  if (left <= -kStampSize || left >= width) return true;
+  const auto cutLeft = static_cast<uint32_t>(std::max<int64_t>(-left, 0));
+  const auto first = static_cast<int32_t>(left + cutLeft);
+  const uint32_t inside = width - first >= kStampSize ? 0xFF : (1U << (width - first)) - 1;
+  for (int32_t row = 0; row < kStampSize; row++) {
+    const int64_t py = top + row;
+    const uint32_t inked = kFirstColumnLow[PenShapes[pen.shape][row]] >> cutLeft & inside;
+    if (inked == 0 || py < 0 || py >= height) continue;
+    const auto pixelY = static_cast<int32_t>(py);
+    PaintEight(this, pixelY, first, inked, PenGroup(pen, pixelY, IsPacked(*this)), mask);
   }
   return true;
 }
@@ -172,9 +198,12 @@ bool CellImage::FillBox(int32_t x, int32_t y, int32_t boxWidth, int32_t boxHeigh
   const int32_t right = box.x + box.width;
   const int32_t bottom = box.y + box.height;
   if (outBox != nullptr) *outBox = {box.x, box.y, right, bottom};
-  for (int32_t column = box.x; column < right; column++) {
-    for (int32_t row = box.y; row < bottom; row++) {
-      if (!IsMasked(mask, GetPixel(column, row))) SetPixel(column, row, PenColorAt(pen, column, row));
+  const PenInk ink(*this, pen);
+  for (int32_t row = box.y; row < bottom; row++) {
+    if (mask == 0) {
+      PaintRun(this, row, box.x, right, *ink.Row(row).groups);
+    } else {
+      PaintUnmasked(this, row, box.x, right, ink.Row(row), mask);
     }
   }
   return true;
@@ -186,14 +215,8 @@ bool CellImage::FillRect(int32_t x, int32_t y, int32_t rectWidth, int32_t rectHe
     Fill(value);
     return true;
   }
-  constexpr int32_t runPixels = 1024;
-  uint8_t run[runPixels];
-  std::memset(run, value, sizeof(run));
-  for (int32_t row = y; row < y + rectHeight; row++) {
-    for (int32_t column = 0; column < rectWidth; column += runPixels) {
-      WriteRow(x + column, row, std::min(runPixels, rectWidth - column), run);
-    }
-  }
+  const uint64_t ink = PenGroup({0, 0, 0, value}, 0, IsPacked(*this));
+  for (int32_t row = y; row < y + rectHeight; row++) PaintRun(this, row, x, x + rectWidth, ink);
   return true;
 }
 

@@ -23,6 +23,8 @@ using testing::AssertionSuccess;
 
 constexpr UINT kAnswerTime = 3000;
 constexpr int kShortTime = 500;
+constexpr int kMenuTries = 3;
+constexpr DWORD kMenuRest = 25;
 constexpr RECT kFramePlace = {60, 40, 1084, 808};
 constexpr int kNoCut = 16;  // the most child windows that a test may leave open
 
@@ -319,10 +321,23 @@ std::string App::BoxText(HWND box) const {
   return Text(GetDlgItem(box, textId));
 }
 
+bool App::InMenu() const {
+  GUITHREADINFO info = {};
+  info.cbSize = sizeof(info);
+  return GetGUIThreadInfo(process.dwThreadId, &info) && (info.flags & GUI_INMENUMODE) != 0;
+}
+
 HWND App::OpenMenu(char popup) {
-  Press(popup - 'a' + 'A', {VK_MENU});
-  Await([this] { return PopupMenu() != nullptr; }, kPatience / 2);
-  return PopupMenu();
+  // Right after a dialog has gone the window system may close a menu again that has just opened.
+  for (int i = 0; i < kMenuTries; i++) {
+    Press(popup - 'a' + 'A', {VK_MENU});
+    const bool opened = Await([this] { return PopupMenu() != nullptr; }, 2 * kShortTime);
+    Sleep(kMenuRest);
+    const HWND menu = PopupMenu();
+    if (opened && menu != nullptr) return menu;
+    CloseMenus();
+  }
+  return nullptr;
 }
 
 void App::CloseMenus() {
@@ -332,12 +347,8 @@ void App::CloseMenus() {
     Await([&] { return PopupMenu() != before; }, kShortTime);
   }
   // The last one leaves the menu bar itself.
-  Press(VK_ESCAPE);
-  Await([this] {
-    GUITHREADINFO info = {};
-    info.cbSize = sizeof(info);
-    return GetGUIThreadInfo(process.dwThreadId, &info) && (info.flags & GUI_INMENUMODE) == 0;
-  });
+  if (InMenu()) Press(VK_ESCAPE);
+  Await([this] { return !InMenu(); }, kShortTime);
 }
 
 AssertionResult App::Choose(char popup, const std::string& item) {

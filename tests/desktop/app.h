@@ -155,6 +155,7 @@ class App {
 
  private:
   HWND WindowOf(const wchar_t* windowClass) const;
+  bool InMenu() const;
 
   std::string folder;
   PROCESS_INFORMATION process = {};

@@ -8,7 +8,7 @@ namespace sorvel::desktop {
 
 namespace {
 
-constexpr DWORD kRest = 12;  // milliseconds
+constexpr DWORD kRest = 10;  // milliseconds
 constexpr int kDragSteps = 8;
 constexpr int kMoveTries = 5;
 
@@ -44,6 +44,12 @@ void SendButton(DWORD flag) {
 // The least number of 65536 parts of the screen that comes out as this pixel again.
 LONG PartOf(LONG pixel, int size) {
   return static_cast<LONG>((static_cast<int64_t>(pixel) * 65536 + size - 1) / size);
+}
+
+bool IsAt(POINT place) {
+  POINT found = {};
+  GetCursorPos(&found);
+  return found.x == place.x && found.y == place.y;
 }
 
 }  // namespace
@@ -87,9 +93,9 @@ void MoveTo(POINT place, std::initializer_list<int> held) {
   // Under Wine the screen below may still tell of an earlier place after this one.
   for (int i = 0; i < kMoveTries; i++) {
     SendAll(&inputs);
-    POINT found = {};
-    GetCursorPos(&found);
-    if (found.x == place.x && found.y == place.y) break;
+    if (!IsAt(place)) continue;
+    Sleep(kRest);
+    if (IsAt(place)) break;
   }
 }
 

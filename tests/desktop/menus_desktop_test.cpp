@@ -110,9 +110,12 @@ TEST_F(MenusTest, AClickOnTheChosenToolKeepsIt) {
 
 TEST_F(MenusTest, AToolTipNamesTheButtonAndTheStatusBarExplainsIt) {
   const RECT button = app.ToolRect(40065);
-  MoveTo({(button.left + button.right) / 2 - 2, (button.top + button.bottom) / 2});
-  MoveTo({(button.left + button.right) / 2, (button.top + button.bottom) / 2});
-  ASSERT_TRUE(Await([this] { return app.ToolTip() != nullptr; }));
+  for (int i = 0; i < 3 && app.ToolTip() == nullptr; i++) {
+    MoveTo({(button.left + button.right) / 2 - 2, (button.top + button.bottom) / 2});
+    MoveTo({(button.left + button.right) / 2, (button.top + button.bottom) / 2});
+    Await([this] { return app.ToolTip() != nullptr; }, 1500);
+  }
+  ASSERT_NE(app.ToolTip(), nullptr);
   EXPECT_TRUE(app.Shows(app.ToolTip(), "消しゴム"));
   // Wine's tool bar doesn't tell its parent when a tip comes up.
   if (!IsWine()) {

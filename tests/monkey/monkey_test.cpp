@@ -57,7 +57,7 @@ class MonkeyChecks : public testing::Test {
 
 TEST_F(MonkeyChecks, PassForASoundProgram) {
   for (const char* line : {"# saved", "# remember", "command 40030", "command 40030", "# same", "command 40032",
-                           "command 40032", "# clean", "exit"}) {
+                           "command 40032", "# clean", "answer no", "exit"}) {
     EXPECT_TRUE(session.Run(line)) << line << ": " << session.Failure();
   }
   EXPECT_TRUE(session.HasEnded());

@@ -194,6 +194,17 @@ TEST_P(RangeDialog, OfAnotherTemplateEndsTheScript) {
 INSTANTIATE_TEST_SUITE_P(Dialogs, RangeDialog,
                          testing::Values(std::pair{40093, 115}, std::pair{40101, 117}, std::pair{40069, 112}));
 
+TEST(RangeDialogOfManyFrames, WrapsSoThatItsStartIsNoFrame) {
+  ScriptSession session;
+  CutFile file = CutFile::WithoutLayers(40000);
+  file.frames[0].brightness = 0;
+  session.OpenCut("a.cut", file).Command(40041).Dialog(115, {}).Command(40093);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Frame(state, 1)["brightness"], 50);
+  EXPECT_EQ(session.Cut(state)["modified"], false);
+}
+
 TEST(FontDialog, NumbersGoIntoTheFont) {
   ScriptSession session;
   session.Dialog(113, {"1001=30", "1022=5", "1042=700"}).Command(40072).Exit().Run();

@@ -434,9 +434,21 @@ void ScriptSession::WriteBitmap(std::string_view name, int width, int height,
 
 void ScriptSession::Run(int expectedStatus) {
   Write("script.txt", script);
-  std::array<std::string, 5> words = {SORVEL_PROGRAM, "run", Path("script.txt"), "--settings", Path("settings.ini")};
-  std::array<char*, 6> arguments{};
-  for (size_t i = 0; i < words.size(); ++i) arguments[i] = words[i].data();
+  RunProgram({SORVEL_PROGRAM, "run", Path("script.txt"), "--settings", Path("settings.ini")}, expectedStatus);
+}
+
+void ScriptSession::RunCopy(const std::string& name, int expectedStatus) {
+  Write("script.txt", script);
+  std::error_code failure;
+  std::filesystem::copy_file(SORVEL_PROGRAM, Path(name), std::filesystem::copy_options::overwrite_existing, failure);
+  ASSERT_FALSE(failure) << failure.message();
+  RunProgram({Path(name), "run", Path("script.txt")}, expectedStatus);
+}
+
+void ScriptSession::RunProgram(std::vector<std::string> words, int expectedStatus) {
+  std::vector<char*> arguments;
+  for (std::string& word : words) arguments.push_back(word.data());
+  arguments.push_back(nullptr);
   const std::string errorPath = Path("errors.txt");
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
@@ -445,9 +457,9 @@ void ScriptSession::Run(int expectedStatus) {
                                    0644);
   posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errorPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
   pid_t child = 0;
-  const int spawned = posix_spawn(&child, SORVEL_PROGRAM, &actions, nullptr, arguments.data(), environ);
+  const int spawned = posix_spawn(&child, arguments[0], &actions, nullptr, arguments.data(), environ);
   posix_spawn_file_actions_destroy(&actions);
-  ASSERT_EQ(spawned, 0) << "can't start " << SORVEL_PROGRAM;
+  ASSERT_EQ(spawned, 0) << "can't start " << words[0];
   const auto end = std::chrono::steady_clock::now() + kTimeLimit;
   int status = 0;
   while (waitpid(child, &status, WNOHANG) == 0) {

@@ -172,6 +172,9 @@ class ScriptSession {
   // Runs the program once; a later call runs the same lines again. The running test fails when the exit status isn't
   // the one expected, when the program was ended by a signal, or when it took more than 20 s.
   void Run(int expectedStatus = 0);
+  // The same with a copy of the program under this name in the session's folder, and without naming a settings file:
+  // the program looks for its files beside itself.
+  void RunCopy(const std::string& name, int expectedStatus = 0);
   // Forgets the lines and the numbers given out, and keeps the folder and the settings file: the next start of the
   // program by the same user.
   void Restart();
@@ -193,6 +196,8 @@ class ScriptSession {
   nlohmann::json CurrentRecord(int state) const;
 
  private:
+  void RunProgram(std::vector<std::string> words, int expectedStatus);
+
   std::string folder;
   std::string script;
   std::string errors;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <vector>
 
 #include "rules/script_session.h"
 
@@ -323,6 +324,57 @@ TEST(ShellStartup, FilmSavedDuringExitIsTheOneRemembered) {
   session.Answer("yes").File(session.Path("late.flm")).Exit().Run();
   EXPECT_TRUE(session.Exists("late.flm"));
   EXPECT_EQ(session.Setting("setup", "film"), session.Path("late.flm"));
+}
+
+TEST(FilesBesideTheExecutable, SettingsHaveItsNameWithTheExtensionReplaced) {
+  ScriptSession session;
+  session.Command(40074).Exit().RunCopy("tool.bin");
+  EXPECT_EQ(session.Files(), (std::vector<std::string>{"tool.bin", "tool.ini"}));
+  EXPECT_NE(session.Bytes("tool.ini").find("brush=7, 0, 1, 0, 1, 1"), std::string::npos);
+}
+
+TEST(FilesBesideTheExecutable, SettingsAreReadFromThere) {
+  ScriptSession session;
+  session.Write("tool.ini", "[setup]\r\nbrush=9, 0, 1, 0, 1, 0\r\n");
+  const int state = session.State();
+  session.RunCopy("tool");
+  EXPECT_EQ(session.StateAt(state)["pen"]["shape"], 9);
+}
+
+// A bitmap file of 8 bits with these numbers of bits and declared colours; entry i is (i, 2 i, 3 i).
+std::string ColorsFile(uint8_t bits, uint8_t declared) {
+  std::string bytes("BM");
+  bytes.resize(14 + 40 + 256 * 4, '\0');
+  bytes[14] = 40;
+  bytes[28] = static_cast<char>(bits);
+  bytes[46] = static_cast<char>(declared);
+  for (size_t i = 0; i < 26; ++i) {
+    bytes[54 + 4 * i] = static_cast<char>(3 * i);
+    bytes[54 + 4 * i + 1] = static_cast<char>(2 * i);
+    bytes[54 + 4 * i + 2] = static_cast<char>(i);
+  }
+  return bytes;
+}
+
+uint32_t ColorOfWhite(const std::string& colorsFile) {
+  ScriptSession session;
+  session.Write("Colors.bmp", colorsFile);
+  session.OpenCut("a.cut", CutFile::Showing({4}, {0}));
+  const int screen = session.Screen();
+  session.RunCopy("tool");
+  return session.ScreenAt(screen).At(320, 239);
+}
+
+TEST(FilesBesideTheExecutable, ColorsOfAnEightBitBitmapReplaceTheBuiltInOnes) {
+  EXPECT_EQ(ColorOfWhite(ColorsFile(8, 26)), 0x04080CU);
+}
+
+TEST(FilesBesideTheExecutable, ColorsFileWithTooFewDeclaredColoursIsRejected) {
+  EXPECT_EQ(ColorOfWhite(ColorsFile(8, 16)), 0xFFFFFFU);
+}
+
+TEST(FilesBesideTheExecutable, ColorsFileOfAnotherDepthIsRejected) {
+  EXPECT_EQ(ColorOfWhite(ColorsFile(24, 26)), 0xFFFFFFU);
 }
 
 }  // namespace

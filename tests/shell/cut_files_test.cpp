@@ -192,7 +192,6 @@ TEST_F(CutFiles, ALayerFileOpensAsACutOfItsSize) {
   EXPECT_EQ(Cut()->frameHeight, 12);
   EXPECT_EQ(Cut()->fps, 20);
   EXPECT_EQ(Cut()->view.width, 24);
-  EXPECT_EQ(Cut()->prototype.width, 24);
   EXPECT_STREQ(Cut()->path, "");
   EXPECT_EQ(LayerLines(), "*part (1/1)|");
   EXPECT_EQ(CurrentCell()->GetPixel(1, 1), 3);

@@ -1,0 +1,145 @@
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+
+#include "imaging/cell_image.h"
+#include "imaging/pen.h"
+
+// Rows of pixels as words of 64 bits, for the operations that work on areas. They come in two forms:
+// - bits: pixel x of a row is bit x mod 64 of word x / 64 and tells whether the pixel belongs to something;
+// - groups: 8 bytes as the image stores them, which are 16 pixels of a PackedImage or 8 of an IndexedImage. Group g of
+//   a row begins at its byte 8 * g.
+namespace sorvel {
+
+constexpr int32_t kWordPixels = 64;
+
+inline int32_t WordCount(int32_t pixels) {
+  return pixels / kWordPixels + (pixels % kWordPixels != 0 ? 1 : 0);
+}
+
+// The bits of a word for the pixels from `first` to `end` - 1 of a row.
+inline uint64_t SpanBits(int32_t word, int32_t first, int32_t end) {
+  const int64_t start = int64_t{word} * kWordPixels;
+  const int64_t low = std::max<int64_t>(first - start, 0);
+  const int64_t high = std::min<int64_t>(end - start, kWordPixels);
+  if (low >= high) return 0;
+  return ~uint64_t{0} >> (kWordPixels - (high - low)) << low;
+}
+
+// Owned memory of zeros.
+template <typename Item>
+class ZeroedArray {
+ public:
+  ZeroedArray() = default;
+  ZeroedArray(const ZeroedArray&) = delete;
+  ZeroedArray& operator=(const ZeroedArray&) = delete;
+  ~ZeroedArray() { std::free(items); }
+
+  // Once. False if there is no memory for it.
+  bool Make(uint64_t count) {
+    if (count > std::numeric_limits<size_t>::max() / sizeof(Item)) return false;
+    items = static_cast<Item*>(std::calloc(static_cast<size_t>(count), sizeof(Item)));
+    return items != nullptr;
+  }
+  bool IsMade() const { return items != nullptr; }
+  Item& operator[](size_t index) { return items[index]; }
+  const Item& operator[](size_t index) const { return items[index]; }
+
+ private:
+  Item* items = nullptr;
+};
+
+inline bool IsPacked(const CellImage& image) {
+  return image.colors <= 16;
+}
+
+inline uint8_t* RowOf(const CellImage& image, int32_t y) {
+  return image.bits + y * image.pitch;
+}
+
+// Runs of a row are read and written in pieces that stay in the nearest cache.
+constexpr int32_t kRunPixels = 1024;
+
+// A run of a row as one byte each: the image's own bytes where it has them, else `run`, read for the purpose.
+inline const uint8_t* RunPixels(const CellImage& image, int32_t x, int32_t y, int32_t count, uint8_t* run) {
+  if (!IsPacked(image)) return RowOf(image, y) + x;
+  image.ReadRow(x, y, count, run);
+  return run;
+}
+
+// Makes the bits of `count` pixels, 1 where `test`, which takes a byte and gives 0 or 1, holds, and hands each word
+// with its number, from 0, to `take`.
+template <typename Test, typename Take>
+void TestPixels(const uint8_t* pixels, int32_t count, const Test& test, const Take& take) {
+  for (int32_t word = 0; count > 0; ++word, count -= kWordPixels, pixels += kWordPixels) {
+    // In bytes first, so that the compiler makes vectors of them. The product then brings the lowest bits of eight
+    // bytes together in the highest byte.
+    uint8_t flags[kWordPixels];
+    if (count >= kWordPixels) {
+      for (int32_t i = 0; i < kWordPixels; ++i) flags[i] = test(pixels[i]);
+    } else {
+      std::memset(flags, 0, sizeof(flags));
+      for (int32_t i = 0; i < count; ++i) flags[i] = test(pixels[i]);
+    }
+    uint64_t bits = 0;
+    for (int32_t i = 0; i < 8; ++i) {
+      uint64_t eight = 0;
+      std::memcpy(&eight, flags + 8 * i, sizeof(eight));
+      bits |= eight * 0x0102040810204080U >> 56 << 8 * i;
+    }
+    take(word, bits);
+  }
+}
+
+// Puts pixel `index` into a group.
+inline void PutPixel(uint64_t* group, int32_t index, int32_t color, bool isPacked) {
+  if (isPacked) {
+    *group |= static_cast<uint64_t>(color & 0x0F) << (index / 2 * 8 + (index % 2 == 0 ? 4 : 0));
+  } else {
+    *group |= static_cast<uint64_t>(color & 0xFF) << index * 8;
+  }
+}
+
+constexpr int32_t GroupPixels(bool isPacked) {
+  return isPacked ? 16 : 8;
+}
+
+// The ink of a pen in any group of row y: its dither repeats every four pixels.
+uint64_t PenGroup(const PenSpec& pen, int32_t y, bool isPacked);
+
+// Ink of one row by groups: all the same, or each its own.
+struct InkRow {
+  const uint64_t* groups;
+  int32_t step;  // 0 or 1
+
+  uint64_t At(int32_t group) const { return groups[group * step]; }
+};
+
+// The ink of a pen over an image.
+class PenInk {
+ public:
+  PenInk(const CellImage& image, const PenSpec& pen) {
+    for (int32_t y = 0; y < 4; ++y) groups[y] = PenGroup(pen, y, IsPacked(image));
+  }
+
+  InkRow Row(int32_t y) const { return {&groups[y & 3], 0}; }
+
+ private:
+  uint64_t groups[4];
+};
+
+// Puts ink on the pixels of a word whose bits are set; none of them lies behind the row.
+void PaintWord(CellImage* image, int32_t y, int32_t word, uint64_t bits, const InkRow& ink);
+
+// Puts ink on the pixels from x to end - 1 of a row, which lie inside the image.
+void PaintRun(CellImage* image, int32_t y, int32_t x, int32_t end, uint64_t group);
+
+// Puts ink on those of eight pixels from x on whose bits are set, bit 0 being the first of them, and which aren't
+// masked. x is inside the image, and so are all pixels with a set bit.
+void PaintEight(CellImage* image, int32_t y, int32_t x, uint32_t bits, uint64_t group, uint32_t mask);
+
+}  // namespace sorvel

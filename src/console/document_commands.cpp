@@ -163,7 +163,10 @@ int RunView(const Arguments& arguments) {
     return kUsage;
   }
   Cut cut(0, 0, 24, "", 0);
-  if (!LoadCut(in, &cut) || !CheckCanvas(in, cut)) return kFailed;
+  if (!LoadCut(in, &cut)) return kFailed;
+  // The editor shows every pixel, whatever the size that is put out.
+  cut.SetAntialias(0);
+  if (!CheckCanvas(in, cut)) return kFailed;
   const int status = SelectFrame(in, arguments.Plain()[1], &cut);
   if (status != kDone) return status;
   Frame* frame = cut.CurrentFrame();

@@ -1,0 +1,129 @@
+// Speed of long work: a cut of 1,000 frames and 10 layers of 200 cells at 960 by 720 is opened, saved, stepped through
+// and added to.
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "cutwindow/commands.h"
+#include "document/cut.h"
+#include "foundation/settings.h"
+#include "imaging/pen.h"
+#include "platform/headless/headless.h"
+#include "shell/entry.h"
+
+namespace sorvel {
+namespace {
+
+constexpr int32_t kWidth = 960;
+constexpr int32_t kHeight = 720;
+constexpr int32_t kLayers = 10;
+constexpr int32_t kCells = 200;
+constexpr int32_t kFrames = 1000;
+
+std::string Temporary(const char* name) {
+  return (std::filesystem::temp_directory_path() / name).string();
+}
+
+// A drawing of some long lines and a dithered area, another one for each number.
+void Draw(CellImage* cell, int32_t number) {
+  PenSpec pen = {9, 0, 0, 1};
+  for (int32_t i = 0; i < 12; ++i) {
+    const int32_t seed = number * 37 + i * 101;
+    const Point points[4] = {{seed % kWidth, seed * 7 % kHeight},
+                             {seed * 3 % kWidth, seed * 5 % kHeight},
+                             {seed * 11 % kWidth, seed * 13 % kHeight},
+                             {seed * 17 % kWidth, seed * 19 % kHeight}};
+    cell->DrawCurve(points, &pen, 0, nullptr);
+  }
+  const PenSpec tone = {7, number % 16, 2, 3};
+  cell->FillBox(number * 13 % 700, number * 29 % 500, 200, 160, tone, 0, nullptr);
+}
+
+// Writes the cut's file once.
+const std::string& LargeFile() {
+  static const std::string path = [] {
+    const std::string file = Temporary("sorvel-bench-large.cut");
+    Cut cut(kWidth, kHeight, 24, "", 2);
+    cut.AddFrame();
+    for (int32_t i = 0; i < kLayers; ++i) {
+      Layer* layer = cut.AddLayer(nullptr, kWidth, kHeight, nullptr);
+      for (int32_t cell = 1; cell < kCells; ++cell) layer->AddCell(cell - 1, 0, nullptr);
+      for (int32_t cell = 0; cell < kCells; ++cell) Draw(layer->CellAt(cell), i * kCells + cell);
+      cut.AttachLayer(i, 0, 0);
+    }
+    for (int32_t frame = 1; frame < kFrames; ++frame) {
+      Frame* before = cut.CurrentFrame();
+      Frame* added = cut.AddFrame();
+      added->CopyFrom(before);
+      for (int32_t i = 0; i < kLayers; ++i) added->records.At(i)->cell = (frame + i * 7) % kCells;
+    }
+    AssignString(&cut.path, file.c_str());
+    if (!cut.SaveToPath()) std::exit(1);
+    return file;
+  }();
+  return path;
+}
+
+// The program with the large cut open; its settings go to a file of their own.
+class Desk {
+ public:
+  Desk() {
+    platform::headless::Reset();
+    UseSettingsFile(Temporary("sorvel-bench.ini").c_str());
+    StartProgram(&frame, LargeFile().c_str(), 0);
+    if (frame.ActiveCut() == nullptr) std::exit(1);
+  }
+  Desk(const Desk&) = delete;
+  Desk& operator=(const Desk&) = delete;
+  ~Desk() {
+    platform::DestroyMdiChild(frame.mdiClient, frame.ActiveCut()->window);
+    platform::DestroyWindow(frame.frameWindow);
+    FinishProgram(&frame);
+  }
+
+  MainFrame frame;
+};
+
+void OpenLargeCut(benchmark::State& state) {
+  LargeFile();
+  for (auto _ : state) {
+    const auto desk = std::make_unique<Desk>();
+    benchmark::DoNotOptimize(desk->frame.ActiveCut());
+  }
+}
+BENCHMARK(OpenLargeCut)->Unit(benchmark::kMillisecond)->Iterations(2);
+
+void SaveLargeCut(benchmark::State& state) {
+  Desk desk;
+  for (auto _ : state) desk.frame.SendCommand(kCommandOverwriteCut);
+}
+BENCHMARK(SaveLargeCut)->Unit(benchmark::kMillisecond)->Iterations(2);
+
+void StepThroughLargeCut(benchmark::State& state) {
+  Desk desk;
+  for (auto _ : state) desk.frame.SendCommand(kCommandPreviousFrame);
+}
+BENCHMARK(StepThroughLargeCut)->Unit(benchmark::kMillisecond)->Iterations(900);
+
+void AddCellToLargeCut(benchmark::State& state) {
+  Desk desk;
+  for (auto _ : state) desk.frame.SendCommand(kCommandAddCell);
+}
+BENCHMARK(AddCellToLargeCut)->Unit(benchmark::kMillisecond)->Iterations(50);
+
+void AddLayerToLargeCut(benchmark::State& state) {
+  Desk desk;
+  for (auto _ : state) {
+    platform::headless::QueueDialog({106, {}, true});
+    desk.frame.SendCommand(kCommandAddLayer);
+  }
+}
+BENCHMARK(AddLayerToLargeCut)->Unit(benchmark::kMillisecond)->Iterations(20);
+
+}  // namespace
+}  // namespace sorvel

@@ -1,4 +1,6 @@
 // The tools on the canvas, with real mouse input and the pixels of the screen.
+#include <cstring>
+
 #include "app.h"
 #include "colors.h"
 
@@ -288,6 +290,36 @@ TEST_F(DrawingTest, TheSystemsClipboardTakesTheCell) {
   EXPECT_EQ(header->biHeight, 180);
   GlobalUnlock(GetClipboardData(CF_DIB));
   CloseClipboard();
+}
+
+TEST_F(DrawingTest, APictureOfTheSystemsClipboardIsPasted) {
+  constexpr int width = 40;
+  constexpr int height = 30;
+  const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, sizeof(BITMAPINFOHEADER) + width * height * 3);
+  BITMAPINFOHEADER* header = static_cast<BITMAPINFOHEADER*>(GlobalLock(memory));
+  ASSERT_NE(header, nullptr);
+  *header = {};
+  header->biSize = sizeof(*header);
+  header->biWidth = width;
+  header->biHeight = height;
+  header->biPlanes = 1;
+  header->biBitCount = 24;
+  std::memset(header + 1, 0, width * height * 3);
+  GlobalUnlock(memory);
+  ASSERT_TRUE(OpenClipboard(nullptr));
+  EmptyClipboard();
+  SetClipboardData(CF_DIB, memory);
+  CloseClipboard();
+  ASSERT_TRUE(app.Choose('e', "bp"));
+  // It floats in a frame at the corner of the canvas until it is dragged away.
+  ASSERT_TRUE(app.HasPixel(20, 15, kBlack));
+  EXPECT_TRUE(Await([this] { return app.IsToolDown(40059); }));
+  EXPECT_EQ(app.Pixel(width + 5, 15), kTransparent);
+  Drag(app.At(20, 15), app.At(120, 95));
+  app.ParkMouse();
+  EXPECT_TRUE(app.HasPixel(120, 95, kBlack));
+  EXPECT_TRUE(app.HasPixel(10, 10, kTransparent));
+  EXPECT_TRUE(app.Keep("pasted"));
 }
 
 // A canvas larger than the window.

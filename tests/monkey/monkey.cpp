@@ -214,10 +214,11 @@ bool Monkey::IsLaden(CutWindow* cut) {
 
 bool Monkey::DoSomething() {
   enum : int32_t { kGesture, kCommand, kFile, kKey, kChar, kPanel, kList, kView, kPlayer, kPicture, kWindow, kTool };
-  enum : int32_t { kCheck = kTool + 1, kRough, kExit };
+  enum : int32_t { kCheck = kTool + 1, kPen, kReplay, kRough, kExit };
   static constexpr Choice choices[] = {{kGesture, 150}, {kCommand, 170}, {kFile, 30},   {kKey, 12},    {kChar, 40},
                                        {kPanel, 30},    {kList, 25},     {kView, 25},   {kPlayer, 20}, {kPicture, 10},
-                                       {kWindow, 12},   {kTool, 35},     {kCheck, 40},  {kRough, 12},  {kExit, 1}};
+                                       {kWindow, 12},   {kTool, 35},     {kCheck, 40},  {kPen, 30},    {kReplay, 6},
+                                       {kRough, 12},    {kExit, 1}};
   switch (Weighted(choices)) {
     case kGesture:
       PlanGesture();
@@ -246,6 +247,10 @@ bool Monkey::DoSomething() {
       return DoCommand(OneOf(kTools));
     case kCheck:
       return DoCheck();
+    case kPen:
+      return DoPen();
+    case kReplay:
+      return DoReplay();
     case kRough:
       return options.isRough ? DoRough() : true;
     default:
@@ -437,6 +442,45 @@ bool Monkey::DoPlayer() {
   }
 }
 
+// A cut with a file is played, changes in its timing at the most, and is played again.
+bool Monkey::DoReplay() {
+  static constexpr int32_t changes[] = {kCommandAllKeyFrames, kCommandBrightnessRamp, kCommandFrameRamp,
+                                        kCommandFrameSize};
+  CutWindow* cut = session.ActiveCut();
+  if (cut == nullptr) return MakeCut();
+  plan.clear();
+  if (cut->path[0] == '\0' && !DoCommand(kCommandSaveCutAs)) return false;
+  if (!DoCommand(kCommandPlay)) return false;
+  for (int32_t count = Number(0, 4); count > 0; --count) {
+    if (!(Chance(60) ? DoPanel() : DoCommand(OneOf(changes)))) return false;
+  }
+  if (options.isRough && options.damagesFiles && Chance(20)) {
+    std::string path = FileName();
+    if (path.find(' ') != std::string::npos) path = "files/a";
+    if (!Do("# damage " + path + ".ca " + std::to_string(Number(1, INT32_MAX)))) return false;
+  }
+  return DoCommand(kCommandPlay) && Do("tick " + std::to_string(Number(1, 60)));
+}
+
+// A cell of the pen picker is pressed.
+bool Monkey::DoPen() {
+  int32_t column = Number(0, 15);
+  int32_t row = 0;
+  switch (Number(0, 3)) {
+    case 0:
+      row = Number(1, 3);
+      break;
+    case 1:
+      column = Number(8, 15);
+      break;
+    default:
+      column = Number(0, 7);
+      break;
+  }
+  const std::string place = Joined({std::to_string(9 + 14 * column), std::to_string(9 + 14 * row)});
+  return Do((Chance(80) ? "picker ldown " : "picker rdown ") + place) && Do("picker lup " + place);
+}
+
 // Pictures of the program itself go on its clipboard.
 bool Monkey::DoPicture() {
   CutWindow* cut = session.ActiveCut();
@@ -450,7 +494,8 @@ bool Monkey::DoPicture() {
       }
       return Do("screen files/screen.bmp");
     case 1:
-      if (cut->view.bits == nullptr) return true;
+      // What is wider can't be read back.
+      if (cut->view.bits == nullptr || cut->view.width > INT16_MAX) return true;
       if (std::find(pictures.begin(), pictures.end(), "files/view.bmp") == pictures.end()) {
         pictures.push_back("files/view.bmp");
       }
@@ -497,7 +542,8 @@ bool Monkey::DoRough() {
   const auto place = [this] {
     return static_cast<uint64_t>(platform::PackPoint({Number(-10, 700), Number(-10, 500)}));
   };
-  switch (Number(options.damagesFiles ? 0 : 4, 11)) {
+  static const char* const windows[] = {"frame", "picker", "player"};
+  switch (Number(options.damagesFiles ? 0 : 4, 12)) {
     case 0:
     case 1:
     case 2:
@@ -511,7 +557,7 @@ bool Monkey::DoRough() {
     case 4:
     case 5:
     case 6:
-      return cut == nullptr ? true : Do("# expose");
+      return Do(std::string("# expose ") + (cut != nullptr && Chance(70) ? "cut" : OneOf(windows)));
     case 7:
       return send("frame", platform::kMessageSize, 0, platform::JoinHalves(Number(0, 900), Number(0, 700)));
     case 8: {
@@ -522,6 +568,8 @@ bool Monkey::DoRough() {
     case 9:
       return send(Chance(50) ? "frame" : "cut", platform::kMessageSetCursor, 0, 1);
     case 10:
+      return send("player", Chance(70) ? platform::kMessageTimer : platform::kMessageClose, 0, 0);
+    case 11:
       return send("frame", platform::kMessageMenuSelect, static_cast<uint64_t>(Number(40000, 40145)), 0);
     default:
       return send("frame", platform::kMessageActivate, static_cast<uint64_t>(Number(0, 1)), 0);
@@ -532,7 +580,8 @@ bool Monkey::DoExit() {
   if (session.Steps() < 200) return true;
   plan.clear();
   QueueAnswers();
-  if (!Do("exit") || !Take()) return false;
+  const bool closes = options.isRough && Chance(30);
+  if (!Do(closes ? "# send frame 16 0 0" : "exit") || !Take()) return false;
   if (!options.isRough || Chance(50)) return true;
   files = 0;
   answers = 0;

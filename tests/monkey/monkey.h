@@ -74,6 +74,8 @@ class Monkey {
   bool DoList();
   bool DoView();
   bool DoPlayer();
+  bool DoReplay();
+  bool DoPen();
   bool DoPicture();
   bool DoWindow();
   bool DoCheck();

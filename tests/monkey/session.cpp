@@ -176,13 +176,17 @@ bool Session::CheckAlways(bool mayLoad) {
   return problem.empty() || Fail(problem);
 }
 
-bool Session::SendMessage(const std::vector<std::string>& words) {
+// Null for no window; the cut may not be there.
+platform::WindowHandle Session::FindWindow(const std::string& name) {
   CutWindow* cut = ActiveCut();
-  platform::WindowHandle window = nullptr;
-  if (words[2] == "cut" && cut != nullptr) window = cut->window;
-  if (words[2] == "frame") window = frame->frameWindow;
-  if (words[2] == "picker") window = frame->penPicker.window;
-  if (words[2] == "player") window = frame->animationWindow.window;
+  if (name == "cut") return cut != nullptr ? cut->window : nullptr;
+  if (name == "frame") return frame->frameWindow;
+  if (name == "picker") return frame->penPicker.window;
+  return name == "player" ? frame->animationWindow.window : nullptr;
+}
+
+bool Session::SendMessage(const std::vector<std::string>& words) {
+  const platform::WindowHandle window = FindWindow(words[2]);
   if (window == nullptr) return true;
   platform::Send(window, static_cast<uint32_t>(std::strtoul(words[3].c_str(), nullptr, 10)),
                  static_cast<uintptr_t>(std::strtoll(words[4].c_str(), nullptr, 10)),
@@ -206,18 +210,20 @@ bool Session::RunComment(const std::vector<std::string>& words) {
   CutWindow* cut = ActiveCut();
   if (HasEnded()) return true;
   if (name == "send" && words.size() == 6) return SendMessage(words);
+  if (name == "expose" && words.size() == 3) {
+    const platform::WindowHandle window = FindWindow(words[2]);
+    if (window == nullptr) return true;
+    platform::InvalidateClient(window, true);
+    headless::DeliverPaint(window);
+    ++steps;
+    return CheckAlways(false);
+  }
   if (cut == nullptr) return true;
   std::string problem;
   if (name == "remember") remembered = DrawingsOf(cut);
   if (name == "same" && !(DrawingsOf(cut) == remembered)) problem = "two undos changed the cut";
   if (name == "saved") problem = CompareSaved(cut);
   if (name == "clean") problem = CheckClean(*frame, cut);
-  if (name == "expose") {
-    platform::InvalidateClient(cut->window, true);
-    headless::DeliverPaint(cut->window);
-    ++steps;
-    return CheckAlways(false);
-  }
   return problem.empty() || Fail(problem);
 }
 

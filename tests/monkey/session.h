@@ -21,8 +21,8 @@ namespace sorvel::monkey {
 //   # saved               the active cut, and its current layer, come back from a stream as they were saved
 //   # clean               the view and the screen show the current frame, without selection or overlay
 //   # damage PATH NUMBER  bytes of a file change, in a way that the number tells
-//   # expose              the active cut window gets a paint message for all of it, pulses included
-//   # send WINDOW MESSAGE FIRST SECOND   a message to the window cut, frame, picker or player
+//   # expose WINDOW       the window cut, frame, picker or player gets a paint message for all of it
+//   # send WINDOW MESSAGE FIRST SECOND   such a window gets a message
 //   # restart             after an exit: the program starts again with the settings that it left
 class Session {
  public:
@@ -53,6 +53,7 @@ class Session {
   bool RunComment(const std::vector<std::string>& words);
   bool RunAction(const std::vector<std::string>& words);
   bool SendMessage(const std::vector<std::string>& words);
+  platform::WindowHandle FindWindow(const std::string& name);
   bool CheckAlways(bool mayLoad);
 
   FILE* script;

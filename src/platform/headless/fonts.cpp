@@ -2,6 +2,7 @@
 
 #include <ft2build.h>
 #include FT_FREETYPE_H
+#include FT_TRUETYPE_TABLES_H
 #include FT_OUTLINE_H
 #include FT_SFNT_NAMES_H
 #include FT_SYNTHESIS_H
@@ -155,17 +156,22 @@ int32_t Pixels(FT_Pos units) {
   return static_cast<int32_t>((units + 32) >> 6);
 }
 
-// A size above 0 is that of a line, one below 0 that of its letters.
+// A size above 0 is that of a line, one below 0 that of its letters. A line reaches as far up and down as the font says
+// for window systems; its other metrics leave no room for the tails of letters.
 bool SetSize(Font* font, int32_t size) {
   size = std::clamp(size, -kLargestSize, kLargestSize);
+  const auto* windows = static_cast<const TT_OS2*>(FT_Get_Sfnt_Table(font->face, FT_SFNT_OS2));
+  const int32_t up = windows != nullptr ? windows->usWinAscent : font->face->ascender;
+  const int32_t down = windows != nullptr ? windows->usWinDescent : -font->face->descender;
+  const int32_t line = std::max(up + down, 1);
+  const int32_t units = std::max<int32_t>(font->face->units_per_EM, 1);
+  const int32_t letters = std::max(std::abs(size), 1);
   FT_Size_RequestRec request = {};
-  request.type = size > 0 ? FT_SIZE_REQUEST_TYPE_REAL_DIM : FT_SIZE_REQUEST_TYPE_NOMINAL;
-  request.height = std::max(std::abs(size), 1) * 64;
+  request.type = FT_SIZE_REQUEST_TYPE_NOMINAL;
+  request.height = size > 0 ? static_cast<FT_Long>(int64_t{letters} * 64 * units / line) : letters * 64;
   if (FT_Request_Size(font->face, &request) != 0) return false;
-  const FT_Size_Metrics& metrics = font->face->size->metrics;
-  const int32_t descent = std::max(Pixels(-metrics.descender), 0);
-  font->ascent = size > 0 ? std::max(size - descent, 0) : Pixels(metrics.ascender);
-  font->height = font->ascent + descent;
+  font->height = size > 0 ? size : static_cast<int32_t>(int64_t{letters} * line / units);
+  font->ascent = static_cast<int32_t>((int64_t{font->height} * up + line / 2) / line);
   return true;
 }
 

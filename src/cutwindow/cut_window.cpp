@@ -82,7 +82,7 @@ intptr_t CutWindow::WindowProc(uint32_t message, uintptr_t first, intptr_t secon
       return 0;
     case platform::kMessageCommand:
       return OnCommand(static_cast<int32_t>(platform::HighHalf(first)), static_cast<int32_t>(platform::LowHalf(first)),
-                       reinterpret_cast<platform::WindowHandle>(second));
+                       platform::PointerIn<platform::Window>(second));
     case platform::kMessageTimer:
       platform::KillWindowTimer(self, kPopupTimer);
       platform::OpenPopupMenu(platform::Submenu(host->toolPopupMenu, 0), platform::CursorPlace(), host->frameWindow);
@@ -94,8 +94,8 @@ intptr_t CutWindow::WindowProc(uint32_t message, uintptr_t first, intptr_t secon
              static_cast<int32_t>(platform::LowHalf(first)), static_cast<int32_t>(platform::HighHalf(first)));
       return 0;
     case platform::kMessageMdiActivate:
-      OnActivation(reinterpret_cast<platform::WindowHandle>(first) == self,
-                   reinterpret_cast<platform::WindowHandle>(second) == self);
+      OnActivation(platform::PointerIn<platform::Window>(static_cast<intptr_t>(first)) == self,
+                   platform::PointerIn<platform::Window>(second) == self);
       break;
     case platform::kMessageLeftDown:
       platform::SetFocusTo(self);

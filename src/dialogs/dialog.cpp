@@ -25,7 +25,7 @@ intptr_t OnCommand(platform::WindowHandle window, uintptr_t first, intptr_t seco
   const int32_t id = static_cast<int32_t>(platform::LowHalf(first));
   if (id != kOk && id != kCancel) {
     return gCurrentDialog->OnControl(window, static_cast<int32_t>(platform::HighHalf(first)), id,
-                                     reinterpret_cast<platform::WindowHandle>(second));
+                                     platform::PointerIn<platform::Window>(second));
   }
   if (id == kOk) gCurrentDialog->ReadValues(window);
   platform::EndDialog(window, id == kOk ? 1 : 0);
@@ -34,7 +34,7 @@ intptr_t OnCommand(platform::WindowHandle window, uintptr_t first, intptr_t seco
 }
 
 intptr_t DialogProc(platform::WindowHandle window, uint32_t message, uintptr_t first, intptr_t second) {
-  if (message == platform::kMessageInitDialog) return OnInit(window, reinterpret_cast<Dialog*>(second));
+  if (message == platform::kMessageInitDialog) return OnInit(window, platform::PointerIn<Dialog>(second));
   if (gCurrentDialog == nullptr || message != platform::kMessageCommand) return 0;
   return OnCommand(window, first, second);
 }

@@ -1,41 +1,69 @@
 #include "imaging/cell_image.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <utility>
 
 #include "imaging/indexed_image.h"
 #include "imaging/packed_image.h"
+#include "imaging/pixel_words.h"
 
 namespace sorvel {
 
 namespace {
 
-// Rows are worked on in pieces that stay in the nearest cache.
-constexpr int32_t kRunPixels = 1024;
-
-bool IsToneMark(uint8_t value) {
+constexpr bool IsToneMark(uint8_t value) {
   return static_cast<uint8_t>(value - kMarkFirst) <= kMarkLast - kMarkFirst;
 }
 
+constexpr int32_t ShiftedTone(int32_t value, int32_t delta) {
+  int32_t tone = 0;
+  if (value >= 1 && value <= 4) {
+    tone = value - 1;
+  } else if (value >= 8 && value <= 10) {
+    tone = value - 8;
+  } else if (value >= 16 && value <= 18) {
+    tone = value - 16;
+  } else {
+    return 0;
+  }
+  return std::clamp(tone + delta, 0, 3) + 1;
+}
+
 // What a source pixel, not 0, leaves on a destination pixel in a keyed copy.
-uint8_t KeyedValue(uint8_t destination, uint8_t source) {
+constexpr uint8_t KeyedValue(uint8_t destination, uint8_t source) {
   if (!IsToneMark(source)) return source;
-  static constexpr int32_t kMarkDeltas[] = {2, 1, -1, -2};
-  const int32_t adjusted = AdjustTone(destination, kMarkDeltas[source - kMarkFirst]);
+  constexpr int32_t markDeltas[] = {2, 1, -1, -2};
+  const int32_t adjusted = ShiftedTone(destination, markDeltas[source - kMarkFirst]);
   return adjusted != 0 ? static_cast<uint8_t>(adjusted) : source;
 }
 
-// Lines and darks as the first of three indices, or 0 for what isn't drawn.
-uint8_t LineFamilyFrom(uint8_t source, uint8_t first) {
-  if (source >= 1 && source <= 3) return static_cast<uint8_t>(first + source - 1);
-  if (source >= 8 && source <= 10) return static_cast<uint8_t>(first + source - 8);
-  return 0;
+// The same for the values that pixels of a composed image have, by destination and source.
+constexpr uint8_t kComposedValues = 32;
+constexpr uint8_t kCellValues = 16;
+using KeyedTable = std::array<std::array<uint8_t, kCellValues>, kComposedValues>;
+constexpr KeyedTable kKeyedTable = [] {
+  KeyedTable table{};
+  for (uint8_t destination = 0; destination < kComposedValues; ++destination) {
+    for (uint8_t source = 0; source < kCellValues; ++source) {
+      table[destination][source] = source == 0 ? destination : KeyedValue(destination, source);
+    }
+  }
+  return table;
+}();
+
+// Lines and darks of the source as the first of three indices and the two behind it, or what is there where the source
+// has none. Without a branch, so that the compiler makes vectors of it.
+uint8_t LineFamilyFrom(uint8_t source, uint8_t first, uint8_t there) {
+  const auto tone = static_cast<uint8_t>(source - kToneBlack);
+  const auto line = static_cast<uint8_t>(source - kLineBlack);
+  const uint8_t index = line < 3 ? line : tone;
+  return index < 3 ? static_cast<uint8_t>(first + index) : there;
 }
 
-uint8_t PaleValue(uint8_t destination, uint8_t source) {
-  const uint8_t pale = LineFamilyFrom(source, kPaleFirst);
-  return pale != 0 ? pale : destination;
+void BlendLines(uint8_t* destination, const uint8_t* source, int32_t count, uint8_t first) {
+  for (int32_t i = 0; i < count; ++i) destination[i] = LineFamilyFrom(source[i], first, destination[i]);
 }
 
 void BlendKeyed(uint8_t* destination, const uint8_t* source, int32_t count) {
@@ -47,7 +75,11 @@ void BlendKeyed(uint8_t* destination, const uint8_t* source, int32_t count) {
     return;
   }
   for (int32_t i = 0; i < count; ++i) {
-    if (source[i] != 0) destination[i] = KeyedValue(destination[i], source[i]);
+    if (destination[i] < kComposedValues && source[i] < kCellValues) {
+      destination[i] = kKeyedTable[destination[i]][source[i]];
+    } else if (source[i] != 0) {
+      destination[i] = KeyedValue(destination[i], source[i]);
+    }
   }
 }
 
@@ -58,8 +90,10 @@ struct CompositeRule {
   uint32_t sourceMask;
 
   void Apply(uint8_t* destination, const uint8_t* source, int32_t count) const {
-    if (destMask == 0 && sourceMask == 0 && !pale) {
-      if (keyed) {
+    if (destMask == 0 && sourceMask == 0) {
+      if (pale) {
+        BlendLines(destination, source, count, kPaleFirst);
+      } else if (keyed) {
         BlendKeyed(destination, source, count);
       } else {
         std::memcpy(destination, source, static_cast<size_t>(count));
@@ -69,7 +103,9 @@ struct CompositeRule {
     for (int32_t i = 0; i < count; ++i) {
       const uint8_t s = source[i];
       if ((keyed && s == 0) || IsMasked(destMask, destination[i]) || IsMasked(sourceMask, s)) continue;
-      destination[i] = !keyed ? s : pale ? PaleValue(destination[i], s) : KeyedValue(destination[i], s);
+      destination[i] = !keyed ? s
+                       : pale ? LineFamilyFrom(s, kPaleFirst, destination[i])
+                              : KeyedValue(destination[i], s);
     }
   }
 };
@@ -98,17 +134,7 @@ void ForRun(CellImage* destination, int32_t dx, int32_t dy, const CellImage* sou
 }  // namespace
 
 int32_t AdjustTone(int32_t value, int32_t delta) {
-  int32_t tone = 0;
-  if (value >= 1 && value <= 4) {
-    tone = value - 1;
-  } else if (value >= 8 && value <= 10) {
-    tone = value - 8;
-  } else if (value >= 16 && value <= 18) {
-    tone = value - 16;
-  } else {
-    return 0;
-  }
-  return std::clamp(tone + delta, 0, 3) + 1;
+  return ShiftedTone(value, delta);
 }
 
 bool ClipBlock(int32_t* dx, int32_t* dy, int32_t* sx, int32_t* sy, int32_t* width, int32_t* height,
@@ -172,12 +198,7 @@ bool CellImage::Overlay(int32_t dx, int32_t dy, CellImage* source, int32_t sx, i
   if (colors <= 16) return false;
   if (!ClipBlock(&dx, &dy, &sx, &sy, &blockWidth, &blockHeight, *this, *source)) return false;
   const uint8_t first = variant == 0 ? kGreenFirst : kRedFirst;
-  const auto apply = [first](uint8_t* to, const uint8_t* from, int32_t count) {
-    for (int32_t i = 0; i < count; ++i) {
-      const uint8_t ghost = LineFamilyFrom(from[i], first);
-      if (ghost != 0) to[i] = ghost;
-    }
-  };
+  const auto apply = [first](uint8_t* to, const uint8_t* from, int32_t count) { BlendLines(to, from, count, first); };
   for (int32_t row = 0; row < blockHeight; ++row) ForRun(this, dx, dy + row, source, sx, sy + row, blockWidth, apply);
   return true;
 }

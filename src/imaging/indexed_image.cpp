@@ -10,11 +10,22 @@ IndexedImage::~IndexedImage() {
 
 int32_t IndexedImage::FindInk(int32_t x, int32_t y, int32_t end, int32_t forward) {
   const uint8_t* row = bits + y * pitch;
+  uint64_t eight = 0;
   if (forward != 0) {
+    while (end - x >= 8) {
+      std::memcpy(&eight, row + x, sizeof(eight));
+      if (eight != 0) break;
+      x += 8;
+    }
     while (x < end && row[x] == 0) ++x;
-  } else {
-    while (x > end && row[x] == 0) --x;
+    return x;
   }
+  while (x - end >= 8) {
+    std::memcpy(&eight, row + x - 7, sizeof(eight));
+    if (eight != 0) break;
+    x -= 8;
+  }
+  while (x > end && row[x] == 0) --x;
   return x;
 }
 

@@ -70,25 +70,32 @@ void FillBytes(uint8_t* at, int32_t count, uint64_t group) {
 }  // namespace
 
 uint64_t PenGroup(const PenSpec& pen, int32_t y, bool isPacked) {
-  uint64_t four = 0;
   if (pen.tone == 0) {
-    for (int32_t x = 0; x < 4; ++x) PutPixel(&four, x, pen.colorB, isPacked);
-  } else {
-    for (int32_t x = 0; x < 4; ++x) PutPixel(&four, x, PenColorAt(pen, x, y), isPacked);
+    return isPacked ? static_cast<uint64_t>(pen.colorB & 0x0F) * 0x1111111111111111U
+                    : static_cast<uint64_t>(pen.colorB & 0xFF) * 0x0101010101010101U;
   }
+  uint64_t four = 0;
+  for (int32_t x = 0; x < 4; ++x) PutPixel(&four, x, PenColorAt(pen, x, y), isPacked);
   return isPacked ? four * 0x0001000100010001U : four * 0x0000000100000001U;
 }
 
 void PaintWord(CellImage* image, int32_t y, int32_t word, uint64_t bits, const InkRow& ink) {
-  uint8_t* const row = RowOf(*image, y);
-  if (IsPacked(*image)) {
-    for (int32_t group = word * 4; bits != 0; ++group, bits >>= 16) {
-      if ((bits & 0xFFFF) != 0) Blend(row + group * 8, NibbleMask(bits), ink.At(group));
+  const int32_t groups = kWordPixels / GroupPixels(IsPacked(*image));
+  int32_t group = word * groups;
+  uint8_t* at = RowOf(*image, y) + group * 8;
+  if (bits == ~uint64_t{0}) {
+    for (const int32_t end = group + groups; group < end; ++group, at += 8) {
+      const uint64_t pixels = ink.At(group);
+      std::memcpy(at, &pixels, sizeof(pixels));
     }
-    return;
-  }
-  for (int32_t group = word * 8; bits != 0; ++group, bits >>= 8) {
-    if ((bits & 0xFF) != 0) Blend(row + group * 8, kByteMasks[bits & 0xFF], ink.At(group));
+  } else if (IsPacked(*image)) {
+    for (; bits != 0; ++group, at += 8, bits >>= 16) {
+      if ((bits & 0xFFFF) != 0) Blend(at, NibbleMask(bits), ink.At(group));
+    }
+  } else {
+    for (; bits != 0; ++group, at += 8, bits >>= 8) {
+      if ((bits & 0xFF) != 0) Blend(at, kByteMasks[bits & 0xFF], ink.At(group));
+    }
   }
 }
 

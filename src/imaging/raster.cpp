@@ -128,12 +128,14 @@ bool CellImage::Stamp(int32_t x, int32_t y, const PenSpec& pen, uint32_t mask, R
   const auto cutLeft = static_cast<uint32_t>(std::max<int64_t>(-left, 0));
   const auto first = static_cast<int32_t>(left + cutLeft);
   const uint32_t inside = width - first >= kStampSize ? 0xFF : (1U << (width - first)) - 1;
-  for (int32_t row = 0; row < kStampSize; row++) {
-    const int64_t py = top + row;
-    const uint32_t inked = kFirstColumnLow[PenShapes[pen.shape][row]] >> cutLeft & inside;
-    if (inked == 0 || py < 0 || py >= height) continue;
-    const auto pixelY = static_cast<int32_t>(py);
-    PaintEight(this, pixelY, first, inked, PenGroup(pen, pixelY, IsPacked(*this)), mask);
+  // Rows that lie four apart have the same row of the dither.
+  for (int32_t phase = 0; phase < 4; phase++) {
+    const uint64_t group = PenGroup(pen, static_cast<int32_t>((top + phase) & 3), IsPacked(*this));
+    for (int32_t row = phase; row < kStampSize; row += 4) {
+      const int64_t py = top + row;
+      const uint32_t inked = kFirstColumnLow[PenShapes[pen.shape][row]] >> cutLeft & inside;
+      if (inked != 0 && py >= 0 && py < height) PaintEight(this, static_cast<int32_t>(py), first, inked, group, mask);
+    }
   }
   return true;
 }

@@ -102,6 +102,12 @@ constexpr intptr_t PackPoint(Point point) {
   return static_cast<intptr_t>(JoinHalves(point.x, point.y));
 }
 
+// The pointer or handle that a parameter of a message carries.
+template <typename T>
+T* PointerIn(intptr_t parameter) {
+  return reinterpret_cast<T*>(parameter);  // NOLINT(performance-no-int-to-ptr)
+}
+
 // Hands out messages until QuitLoop was called. The MDI client's own keys come first, then the accelerators of table
 // `accelerators`, which become commands to the frame, then everything else. Gives the code that was given to QuitLoop.
 int RunLoop(WindowHandle frame, WindowHandle mdiClient, int32_t accelerators);

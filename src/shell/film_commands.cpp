@@ -1,5 +1,6 @@
 #include <cstdio>
 #include <cstring>
+#include <numeric>
 #include <vector>
 
 #include "animation/film_container.h"
@@ -312,8 +313,8 @@ void MainFrame::ExportFilm() {
   if (!chosen.AskToSave(frameWindow, kContainerFiles)) return;
   WaitCursor wait;
   CommandFile file(chosen.path, "wb");
-  std::vector<int32_t> order;
-  for (int32_t i = 0; i < film->cuts.Count(); ++i) order.push_back(i);
+  std::vector<int32_t> order(static_cast<size_t>(film->cuts.Count()));
+  std::iota(order.begin(), order.end(), 0);
   const bool isWritten = file.IsOpen() && WriteFilmContainer(film, order.data(), film->cuts.Count(), &file.stream,
                                                              &animationWindow.bitmap, nullptr);
   if (!isWritten) wait.Leave();

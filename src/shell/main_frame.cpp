@@ -59,11 +59,11 @@ intptr_t MainFrame::WindowProc(uint32_t message, uintptr_t first, intptr_t secon
       CloseAllCuts();
       break;
     case platform::kMessageToolTip:
-      OnToolTip(static_cast<platform::ToolTipMoment>(first), reinterpret_cast<platform::ToolTip*>(second));
+      OnToolTip(static_cast<platform::ToolTipMoment>(first), platform::PointerIn<platform::ToolTip>(second));
       return 0;
     case platform::kMessageCommand:
       if (OnCommand(static_cast<int32_t>(platform::HighHalf(first)), static_cast<int32_t>(platform::LowHalf(first)),
-                    reinterpret_cast<platform::WindowHandle>(second)) == 0) {
+                    platform::PointerIn<platform::Window>(second)) == 0) {
         return 0;
       }
       break;
@@ -181,6 +181,7 @@ void MainFrame::OnToolTip(platform::ToolTipMoment moment, platform::ToolTip* tip
 
 void MainFrame::CutGone(CutWindow* cut) {
   film->CutClosed(cut);
+  if (panelsCut == cut) panelsCut = nullptr;
 }
 
 void MainFrame::CloseEveryCut() {

@@ -114,10 +114,11 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   platform::WindowHandle keyFrameCheck = nullptr;
   platform::WindowHandle commentEdit = nullptr;
   platform::WindowHandle toolBar = nullptr;
-  Film* film = nullptr;       // owned, never null
-  BufferStream streamBuffer;  // of the player; owns its buffer
-  int32_t panelWidth = 160;   // pixels
-  Point dragLast;             // of the splitter
+  CutWindow* panelsCut = nullptr;  // whose values the panels hold, not owned; null when it is gone
+  Film* film = nullptr;            // owned, never null
+  BufferStream streamBuffer;       // of the player; owns its buffer
+  int32_t panelWidth = 160;        // pixels
+  Point dragLast;                  // of the splitter
   uint32_t shellFlags = 0;
   bool savedImeOpen = false;  // the input method state that isn't in force, the comment's or the program's
 

@@ -167,6 +167,7 @@ void MainFrame::FillLayerList(CutWindow* cut) {
 void MainFrame::RefreshPanels(CutWindow* cut) {
   Frame* frame = cut->CurrentFrame();
   if (frame == nullptr) return;
+  panelsCut = cut;
   FillLayerList(cut);
   SetNumber(frameTimeEdit, cut->EffectiveTime(cut->currentFrame));
   platform::SetEditReadOnly(frameTimeEdit, frame->IsKey());
@@ -201,7 +202,8 @@ void MainFrame::RefreshLayerLine(CutWindow* cut) {
 
 void MainFrame::CommitPanels(CutWindow* cut) {
   Frame* frame = cut != nullptr ? cut->CurrentFrame() : nullptr;
-  if (frame == nullptr) return;
+  // Between two cut windows a field may lose the focus when the next one is active already, but not shown yet.
+  if (frame == nullptr || cut != panelsCut) return;
   char comment[kCommentSize];
   platform::ReadText(commentEdit, comment, sizeof(comment));
   // The edit of a key frame shows its effective time, which isn't its own.

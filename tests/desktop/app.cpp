@@ -342,8 +342,8 @@ HWND App::OpenMenu(char popup) {
 
 void App::CloseMenus() {
   for (int i = 0; i < 4 && PopupMenu() != nullptr; i++) {
-    Press(VK_ESCAPE);
     const HWND before = PopupMenu();
+    Press(VK_ESCAPE);
     Await([&] { return PopupMenu() != before; }, kShortTime);
   }
   // The last one leaves the menu bar itself.
@@ -418,15 +418,15 @@ AssertionResult App::NewCut(const std::string& layer, int width, int height) {
 }
 
 AssertionResult App::AnswerFileDialog(const std::string& path) {
-  if (!Await([this] { return Dialog() != nullptr; })) return AssertionFailure() << "no file dialog comes";
-  const HWND dialog = Dialog();
-  // The field for the name has the focus when the dialog comes up.
+  // The field for the name has the focus when the dialog comes up. The box that asked before may still be there.
+  HWND dialog = nullptr;
   const auto inField = [&] {
+    dialog = Dialog();
     wchar_t name[16] = L"";
     GetClassNameW(Focus(), name, ARRAYSIZE(name));
-    return std::wcscmp(name, L"Edit") == 0 && IsChild(dialog, Focus());
+    return dialog != nullptr && std::wcscmp(name, L"Edit") == 0 && IsChild(dialog, Focus());
   };
-  if (!Await(inField)) return AssertionFailure() << "the file dialog's field hasn't got the focus";
+  if (!Await(inField)) return AssertionFailure() << "no file dialog comes with the focus in its field";
   const HWND field = Focus();
   Press(VK_HOME);
   Press(VK_END, {VK_SHIFT});

@@ -85,12 +85,12 @@ void MoveTo(POINT place, std::initializer_list<int> held) {
   move.mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
   move.mi.dx = PartOf(place.x, GetSystemMetrics(SM_CXSCREEN));
   move.mi.dy = PartOf(place.y, GetSystemMetrics(SM_CYSCREEN));
-  // All in one go: Wine lets go of keys that its screen knows nothing about.
+  // All in one go: Wine lets go of keys that the X server knows nothing about.
   std::vector<INPUT> inputs;
   for (const int key : held) inputs.push_back(KeyInput(key, true));
   inputs.push_back(move);
   for (const int key : held) inputs.push_back(KeyInput(key, false));
-  // Under Wine the screen below may still tell of an earlier place after this one.
+  // Under Wine the X server may still tell of an earlier place after this one.
   for (int i = 0; i < kMoveTries; i++) {
     SendAll(&inputs);
     if (!IsAt(place)) continue;

@@ -55,13 +55,12 @@ TEST_F(MenusTest, AMarkFollowsTheTool) {
 
 TEST_F(MenusTest, AMarkFollowsASwitch) {
   ASSERT_TRUE(app.NewCut());
-  for (const char* item : {"w", "k", "p"}) {
-    const Picture before = PictureOfMenu('t');
+  Picture last = PictureOfMenu('t');
+  for (const char* item : {"w", "k", "p", "w"}) {
     ASSERT_TRUE(app.Choose('t', item));
-    const Picture after = PictureOfMenu('t');
-    ExpectOnlyMarksDiffer(before, after);
-    ASSERT_TRUE(app.Choose('t', item));
-    EXPECT_EQ(Compare(before, PictureOfMenu('t')).count, 0) << item;
+    const Picture now = PictureOfMenu('t');
+    ExpectOnlyMarksDiffer(last, now);
+    last = now;
   }
   const Picture before = PictureOfMenu('v');
   ASSERT_TRUE(app.Choose('v', "t"));

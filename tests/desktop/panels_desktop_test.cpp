@@ -309,6 +309,7 @@ TEST_F(PanelsTest, ABarOverHiddenPanelsIsSeen) {
   ASSERT_TRUE(app.Choose('v', "t"));
   ASSERT_TRUE(Await([this] { return IsWindowVisible(app.Of(kToolBar)) != FALSE; }));
   EXPECT_TRUE(IsFresh());
+  EXPECT_GE(Picture(app.Screen(app.Of(kToolBar))).Colors(8), 8) << "the canvas hides the bar";
   EXPECT_TRUE(app.Keep("bar-over-canvas"));
 }
 

@@ -395,8 +395,9 @@ constexpr int32_t kPixelKinds = 7;
 Twins AnyTwins(Random* random) {
   Twins twins;
   twins.isPacked = random->OneIn(2);
-  const int32_t width = AnySize(random);
-  const int32_t height = width > 100 ? random->Between(1, 25) : AnySize(random);
+  // Seldom wider than the runs that rows are worked on in.
+  const int32_t width = random->OneIn(30) ? random->Between(1000, 2200) : AnySize(random);
+  const int32_t height = width > 999 ? random->Between(1, 4) : width > 100 ? random->Between(1, 25) : AnySize(random);
   twins.real = MakeImage(twins.isPacked, width, height);
   CellImage* image = twins.real.get();
   for (int32_t i = 0; i < image->ByteCount(); ++i) image->bits[i] = random->Byte();
@@ -702,7 +703,7 @@ TEST(InkExactness, ExchangeEqualsItsPlainForm) {
     const int32_t sy = random.Between(-9, other.real->height);
     const int32_t dx = random.Between(-9, twins.real->width);
     const int32_t dy = random.Between(-9, twins.real->height);
-    const int32_t width = random.Between(-9, 200);
+    const int32_t width = random.Between(-9, random.OneIn(4) ? 2200 : 200);
     const int32_t height = random.Between(-9, 50);
     ASSERT_EQ(twins.real->Exchange(dx, dy, withItself ? twins.real.get() : other.real.get(), sx, sy, width, height),
               PlainExchange(twins.plain.get(), dx, dy, withItself ? twins.plain.get() : other.plain.get(), sx, sy,
@@ -719,7 +720,7 @@ TEST(InkExactness, MoveBlockEqualsItsPlainForm) {
     const Twins twins = AnyTwins(&random);
     const Rect block = {random.Between(-10, twins.real->width), random.Between(-10, twins.real->height),
                         random.Between(-5, twins.real->width + 9), random.Between(-5, twins.real->height + 9)};
-    const int32_t reach = random.OneIn(3) ? 300 : 6;
+    const int32_t reach = random.OneIn(3) ? 1200 : 6;
     const int32_t toX = block.x + random.Between(-reach, reach);
     const int32_t toY = block.y + (random.OneIn(4) ? 0 : random.Between(-reach, reach));
     const int32_t fillValue = random.OneIn(2) ? 0 : random.Between(0, 15);
@@ -778,7 +779,7 @@ TEST(InkExactness, CompositeAndOverlayEqualTheirPlainForms) {
     const int32_t dy = random.Between(-20, twins.real->height);
     const int32_t sx = random.Between(-20, realSource->width);
     const int32_t sy = random.Between(-20, realSource->height);
-    const int32_t width = random.Between(-9, 200);
+    const int32_t width = random.Between(-9, random.OneIn(4) ? 2200 : 200);
     const int32_t height = random.Between(-9, 50);
     if (random.OneIn(4)) {
       const int32_t variant = random.Between(0, 1);

@@ -524,14 +524,36 @@ bool Monkey::DoWindow() {
 bool Monkey::DoCheck() {
   CutWindow* cut = session.ActiveCut();
   if (cut == nullptr) return true;
-  switch (Number(0, 3)) {
+  switch (Number(0, 4)) {
     case 0:
       return Do("# remember") && Do(Command(kCommandUndo)) && Do(Command(kCommandUndo)) && Do("# same");
     case 1:
       return Do("# saved");
+    case 2:
+      return DoPulseCheck();
     default:
       return Do(Command(kCommandShowPrevious)) && Do(Command(kCommandShowPrevious)) && Do("# clean");
   }
+}
+
+// After a repaint, a whole gesture and a single pulse: a thumb that is let go of where it is sends one.
+bool Monkey::DoPulseCheck() {
+  CutWindow* cut = session.ActiveCut();
+  // Layers that follow the frame stay where they are on the screen until the next repaint.
+  if (session.Frame()->currentTool == kToolFramePosition) return true;
+  plan.clear();
+  if (!Do(Command(kCommandShowPrevious)) || !Do(Command(kCommandShowPrevious))) return false;
+  for (PlanGesture(); !plan.empty(); plan.pop_front()) {
+    // A pan from a position between two pixels of the picture leaves a part of one until the next repaint.
+    const bool pans = plan.front().find(" ctrl shift") != std::string::npos;
+    if (!pans && !DoMouse(plan.front())) return false;
+  }
+  const int64_t total = int64_t{cut->height} * cut->zoomNumerator / cut->zoomDenominator;
+  if (total > UINT16_MAX || cut->scrollY < 0 || cut->scrollY > UINT16_MAX || cut->scrollY % cut->zoomNumerator != 0) {
+    return true;
+  }
+  const std::string position = std::to_string(cut->scrollY);
+  return Do("# at " + position) && Do("scroll v thumbposition " + position) && Do("# clean");
 }
 
 bool Monkey::DoRough() {
@@ -853,6 +875,12 @@ std::string Monkey::Dialog(int32_t resource, bool ok) {
       if (Chance(20)) set(1060, Chance(70) ? "on" : "off");
       break;
     case kCutDialog:
+      // Only a cut whose credit is what its width is as text has its compiled stream brought up to date in place.
+      if (Chance(8)) {
+        line += Chance(50) ? " 1002=65 1037=A" : " 1002=66 1037=B";
+        line += " 1001=" + std::to_string(Number(1, 48)) + " 1055=on";
+        break;
+      }
       line += " " + Sizes(1002, 1001);
       if (Chance(30)) set(1041, Chance(80) ? std::to_string(Number(1, 60)) : std::to_string(Number(-1, 40000)));
       if (Chance(60)) set(Number(1055, 1057), "on");

@@ -79,6 +79,7 @@ class Monkey {
   bool DoPicture();
   bool DoWindow();
   bool DoCheck();
+  bool DoPulseCheck();
   bool DoRough();
   bool DoExit();
   void PlanGesture();

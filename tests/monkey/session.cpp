@@ -222,6 +222,7 @@ bool Session::RunComment(const std::vector<std::string>& words) {
   std::string problem;
   if (name == "remember") remembered = DrawingsOf(cut);
   if (name == "same" && !(DrawingsOf(cut) == remembered)) problem = "two undos changed the cut";
+  if (name == "at" && words.size() == 3 && words[2] != std::to_string(cut->scrollY)) problem = "scrolled elsewhere";
   if (name == "saved") problem = CompareSaved(cut);
   if (name == "clean") problem = CheckClean(*frame, cut);
   return problem.empty() || Fail(problem);

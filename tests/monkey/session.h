@@ -19,6 +19,7 @@ namespace sorvel::monkey {
 //   # remember            the drawings of the active cut are noted
 //   # same                they are as they were noted
 //   # saved               the active cut, and its current layer, come back from a stream as they were saved
+//   # at POSITION         the active cut is scrolled down so far; else the script was shortened too much
 //   # clean               the view and the screen show the current frame, without selection or overlay
 //   # damage PATH NUMBER  bytes of a file change, in a way that the number tells
 //   # expose WINDOW       the window cut, frame, picker or player gets a paint message for all of it

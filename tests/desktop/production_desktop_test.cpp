@@ -1,0 +1,439 @@
+// A film from nothing to the exported file, by the mouse and the keyboard alone.
+#include <shellapi.h>
+
+#include <array>
+
+#include "app.h"
+#include "colors.h"
+#include "text.h"
+
+namespace sorvel::desktop {
+namespace {
+
+constexpr int kWidth = 160;  // of the film and of what each cut shows
+constexpr int kHeight = 120;
+constexpr int kPanWidth = 320;
+constexpr int kFrames = 5;  // of the fade and of the pan
+constexpr int kPanStep = (kPanWidth - kWidth) / (kFrames - 1);
+constexpr int kDissolve = 4;  // ticks
+// The fade, the pan, and the dissolve with a still ahead of it and one behind it.
+constexpr int kPictures = kFrames + kFrames + 1 + kDissolve + 1;
+constexpr int kPlayTime = 12000;  // milliseconds, several rounds
+
+// The folder that the pictures go to, the first argument of the tests.
+std::string OutputFolder() {
+  int count = 0;
+  wchar_t** words = CommandLineToArgvW(GetCommandLineW(), &count);
+  std::string folder = ".";
+  for (int i = count - 1; i > 0; i--) {
+    if (words[i][0] != L'-') folder = Utf8(words[i]);
+  }
+  LocalFree(words);
+  return folder;
+}
+
+// A click with a key held. All in one go: Wine lets go of keys that the X server knows nothing about.
+void ClickHeld(POINT place, int key) {
+  MoveTo(place);
+  INPUT inputs[4] = {};
+  for (const int i : {0, 3}) {
+    inputs[i].type = INPUT_KEYBOARD;
+    inputs[i].ki.wVk = static_cast<WORD>(key);
+    inputs[i].ki.wScan = static_cast<WORD>(MapVirtualKeyW(static_cast<UINT>(key), MAPVK_VK_TO_VSC));
+    inputs[i].ki.dwFlags = i == 0 ? 0 : KEYEVENTF_KEYUP;
+  }
+  for (const int i : {1, 2}) {
+    inputs[i].type = INPUT_MOUSE;
+    inputs[i].mi.dwFlags = i == 1 ? MOUSEEVENTF_LEFTDOWN : MOUSEEVENTF_LEFTUP;
+  }
+  SendInput(ARRAYSIZE(inputs), inputs, sizeof(INPUT));
+  Sleep(20);
+}
+
+// A drawing as it stands in the window, without the tool's mark.
+class Drawing {
+ public:
+  void Take(const App& app) {
+    const RECT client = app.ClientOnScreen(app.Cut());
+    const POINT first = app.At(0, 0);
+    picture = app.StillPictureOf(app.Cut());
+    left = first.x - client.left;
+    top = first.y - client.top;
+  }
+  // What a play at the usual brightness shows of it. The ground stands for paper.
+  int Grey(int x, int y) const { return picture.At(left + x, top + y) == kBlack ? 0 : 255; }
+  int Ink(int width, int height) const {
+    int count = 0;
+    for (int y = 0; y < height; y++) {
+      for (int x = 0; x < width; x++) count += Grey(x, y) == 0;
+    }
+    return count;
+  }
+
+ private:
+  Picture picture;
+  int left = 0;
+  int top = 0;
+};
+
+class ProductionTest : public DesktopTest {
+ protected:
+  // A cut of the film that numbers itself: its two dialogs, and for the first one the dialog for its name.
+  void NewFilmCut(int key, bool shift, int width, const std::string& path) {
+    const HWND before = app.Cut();
+    if (shift) {
+      Press(key, {VK_SHIFT});
+    } else {
+      Press(key);
+    }
+    HWND dialog = app.AwaitDialog("カットのプロパティ");
+    ASSERT_NE(dialog, nullptr);
+    ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1002), std::to_string(width)));
+    ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1001), std::to_string(kHeight)));
+    ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1041), "12"));
+    if (before == nullptr) {
+      EXPECT_TRUE(app.Keep("production-cut-dialog"));
+    }
+    Press(VK_RETURN);
+    dialog = app.AwaitDialog("レイヤのプロパティ");
+    ASSERT_NE(dialog, nullptr);
+    ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1000), "原画"));
+    app.ParkMouse();
+    Press(VK_RETURN);
+    if (!path.empty()) {
+      ASSERT_TRUE(Await([&] { return app.Dialog() != nullptr && app.Dialog() != dialog; }));
+      ASSERT_TRUE(app.AnswerFileDialog(path));
+    }
+    ASSERT_TRUE(app.DialogGoes());
+    ASSERT_TRUE(Await([&] { return app.Cut() != nullptr && app.Cut() != before; }));
+    app.canvas = {width, kHeight, 1, 1};
+    ASSERT_TRUE(app.HasFocus(app.Cut()));
+    ASSERT_TRUE(app.HasPixel(0, 0, kTransparent));
+    ASSERT_TRUE(app.HasPixel(width - 1, kHeight - 1, kTransparent));
+  }
+
+  void Stroke(const std::vector<POINT>& points) {
+    MoveTo(app.At(points[0].x, points[0].y));
+    LeftDown();
+    for (const POINT& point : points) MoveTo(app.At(point.x, point.y));
+    LeftUp();
+    app.ParkMouse();
+    ASSERT_TRUE(app.HasPixel(points.back().x, points.back().y, kBlack));
+  }
+
+  // Frames behind the last one, which they copy; "1(1f)" is the first one's counter.
+  void AddFrames(int count) {
+    for (int i = 0; i < count; i++) {
+      Type("t");
+      const std::string counter = std::to_string(i + 2);
+      ASSERT_TRUE(app.Shows(kKeyFrame, std::string(counter).append("(").append(counter).append("f)")));
+    }
+  }
+
+  bool IsKey() const { return app.Ask(app.Of(kKeyFrame), BM_GETCHECK) == BST_CHECKED; }
+
+  // From the canvas to the edit of the frame's time, and back with what was typed there.
+  void TypeTime(const std::string& time) {
+    Press(VK_TAB);
+    ASSERT_TRUE(app.HasFocus(app.Of(kFrameTime)));
+    Type(time);
+    ASSERT_TRUE(app.Shows(kFrameTime, time));
+    Press(VK_TAB, {VK_SHIFT});
+    ASSERT_TRUE(app.HasFocus(app.Cut()));
+  }
+
+  // A wave in a key frame that grows dark in five frames.
+  void MakeFade() {
+    NewFilmCut(VK_F10, false, kWidth, app.PathOf("表1.cut"));
+    ASSERT_FALSE(HasFatalFailure());
+    ASSERT_TRUE(app.Lists(kCutList, {"表1"}));
+    Type("ffff");
+    Stroke({{20, 70}, {40, 45}, {60, 60}, {80, 80}, {100, 55}, {120, 40}, {140, 60}});
+    ASSERT_FALSE(HasFatalFailure());
+    const RECT box = app.Screen(app.Of(kKeyFrame));
+    Click({box.left + 6, box.top + 10});
+    ASSERT_TRUE(Await([this] { return IsKey(); }));
+    Press(VK_TAB, {VK_SHIFT});
+    Press(VK_TAB, {VK_SHIFT});
+    ASSERT_TRUE(app.HasFocus(app.Cut()));
+    AddFrames(kFrames - 1);
+    ASSERT_FALSE(HasFatalFailure());
+    EXPECT_FALSE(IsKey());
+    // The last frame is a key as well, and black.
+    Press(VK_TAB);
+    Press(VK_TAB);
+    ASSERT_TRUE(app.HasFocus(app.Of(kKeyFrame)));
+    Press(VK_SPACE);
+    ASSERT_TRUE(Await([this] { return IsKey(); }));
+    Press(VK_TAB);
+    Press(VK_TAB);
+    ASSERT_TRUE(app.HasFocus(app.Of(kBrightness)));
+    Type("0");
+    ASSERT_TRUE(app.Shows(kBrightness, "0"));
+    for (int i = 0; i < 4; i++) Press(VK_TAB, {VK_SHIFT});
+    ASSERT_TRUE(app.HasFocus(app.Cut()));
+    Type("e");  // the key frame before
+    ASSERT_TRUE(app.Shows(kKeyFrame, "1(1f)"));
+    EXPECT_TRUE(IsKey());
+    ASSERT_TRUE(app.Choose('r', "l"));
+    const HWND dialog = app.AwaitDialog("明度の連続変化");
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(app.Text(GetDlgItem(dialog, 1065)), "5");
+    Press(VK_RETURN);
+    ASSERT_TRUE(app.DialogGoes());
+    for (const char* brightness : {"37", "24", "12", "0"}) {
+      Press(VK_F3);
+      ASSERT_TRUE(app.Shows(kBrightness, brightness));
+    }
+    EXPECT_TRUE(IsKey());
+    fade.Take(app);
+    EXPECT_TRUE(app.Keep("production-fade"));
+    Press('S', {VK_CONTROL});
+    ASSERT_TRUE(app.AnswerFileDialog(app.PathOf("表1.cut")));
+    ASSERT_TRUE(app.DialogGoes());
+  }
+
+  // A long landscape, along which the frame goes from the left to the right.
+  void MakePan() {
+    NewFilmCut(VK_F3, true, kPanWidth, "");
+    ASSERT_FALSE(HasFatalFailure());
+    ASSERT_TRUE(app.Lists(kCutList, {"表1", "表002"}));
+    Stroke({{5, 90}, {50, 40}, {90, 80}, {130, 30}, {190, 95}, {230, 60}, {260, 85}, {312, 50}});
+    Stroke({{80, 20}, {82, 20}});
+    ASSERT_FALSE(HasFatalFailure());
+    ASSERT_TRUE(app.Choose('r', "s"));
+    HWND dialog = app.AwaitDialog("フレームのプロパティ");
+    ASSERT_NE(dialog, nullptr);
+    ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1002), std::to_string(kWidth)));
+    EXPECT_EQ(app.Text(GetDlgItem(dialog, 1001)), std::to_string(kHeight));
+    app.ParkMouse();
+    Press(VK_RETURN);
+    ASSERT_TRUE(app.DialogGoes());
+    pan.Take(app);
+    Type("A");  // the tool that moves the frame
+    // In the middle first, and from there to the left end.
+    ClickHeld(app.At(kPanWidth / 2, 60), VK_CONTROL);
+    Drag(app.At(kPanWidth / 2, 60), app.At(kWidth / 2, 60));
+    app.ParkMouse();
+    EXPECT_TRUE(app.Keep("production-frame-position"));
+    AddFrames(kFrames - 1);
+    ASSERT_FALSE(HasFatalFailure());
+    Drag(app.At(kWidth / 2, 60), app.At(kPanWidth - kWidth / 2, 60));
+    app.ParkMouse();
+    Type("E");
+    ASSERT_TRUE(app.Shows(kKeyFrame, "1(1f)"));
+    ASSERT_TRUE(app.Choose('r', "o"));
+    dialog = app.AwaitDialog("フレームの連続移動");
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(app.Text(GetDlgItem(dialog, 1065)), "5");
+    Press(VK_RETURN);
+    ASSERT_TRUE(app.DialogGoes());
+    Type("1");
+    ASSERT_TRUE(Await([this] { return app.IsToolDown(40029); }));
+    ASSERT_TRUE(app.ChooseAt('c', 3));  // over its own file
+    ASSERT_TRUE(app.DialogGoes());
+  }
+
+  // Two drawings, the second of which comes up slowly over the first.
+  void MakeDissolve() {
+    NewFilmCut(VK_F10, false, kWidth, "");
+    ASSERT_FALSE(HasFatalFailure());
+    ASSERT_TRUE(app.Lists(kCutList, {"表1", "表002", "表003"}));
+    Stroke({{40, 30}, {120, 90}});
+    ASSERT_FALSE(HasFatalFailure());
+    TypeTime("2");
+    ASSERT_FALSE(HasFatalFailure());
+    first.Take(app);
+    Type("t");
+    ASSERT_TRUE(app.Shows(kKeyFrame, "2(3f)"));
+    Type("b");
+    ASSERT_TRUE(app.Lists(kLayerList, {"原画 (2/2)"}));
+    ASSERT_TRUE(app.HasPixel(80, 60, kTransparent));
+    Stroke({{120, 30}, {40, 90}});
+    ASSERT_FALSE(HasFatalFailure());
+    TypeTime("-4");
+    ASSERT_FALSE(HasFatalFailure());
+    Type("t");
+    ASSERT_TRUE(app.Shows(kFrameTime, "-4"));
+    ASSERT_TRUE(app.Shows(kKeyFrame, "3(7f)"));
+    TypeTime("2");
+    ASSERT_FALSE(HasFatalFailure());
+    second.Take(app);
+    ASSERT_TRUE(app.ChooseAt('c', 3));
+    ASSERT_TRUE(app.DialogGoes());
+  }
+
+  // The grey that this picture of the film has at this place of the player's window.
+  int Expected(int picture, int x, int y) const {
+    if (picture < kFrames) {
+      constexpr std::array<int, kFrames> brightness = {50, 37, 24, 12, 0};
+      return brightness[static_cast<size_t>(picture)] * fade.Grey(x, y) / 50;
+    }
+    if (picture < 2 * kFrames) return pan.Grey(x + kPanStep * (picture - kFrames), y);
+    // The dissolve never gets all the way within its own time.
+    const int part = picture == kPictures - 1 ? kDissolve + 1 : picture - 2 * kFrames;
+    return (first.Grey(x, y) * (kDissolve + 1 - part) + second.Grey(x, y) * part) / (kDissolve + 1);
+  }
+
+  // Which picture of the film this is; -1 if it is none.
+  int Recognised(const Picture& shown) const {
+    for (int i = 0; i < kPictures; i++) {
+      bool same = true;
+      for (int y = 0; same && y < kHeight; y++) {
+        for (int x = 0; same && x < kWidth; x++) {
+          same = shown.At(x, y) == static_cast<Color>(Expected(i, x, y)) * 0x010101;
+        }
+      }
+      if (same) return i;
+    }
+    return -1;
+  }
+
+  POINT LineOf(int index) const {
+    const RECT list = app.Screen(app.Of(kCutList));
+    const int height = static_cast<int>(app.Ask(app.Of(kCutList), LB_GETITEMHEIGHT));
+    return {list.left + 30, list.top + 2 + height * index + height / 2};
+  }
+
+  // Opens a line of the cut list.
+  void OpenLine(int index, int width, const std::string& name) {
+    DoubleClick(LineOf(index));
+    ASSERT_TRUE(Await([&] { return app.Cut() != nullptr && app.Text(app.Cut()) == name; })) << app.Text(app.Cut());
+    ASSERT_TRUE(app.HasFocus(app.Cut()));
+    app.canvas = {width, kHeight, 1, 1};
+    app.ParkMouse();
+  }
+
+  // The player runs through all of the film, picture by picture in its order.
+  void WatchTheFilm() {
+    ASSERT_TRUE(Await([this] { return app.Player() != nullptr; }));
+    const RECT client = app.ClientOnScreen(app.Player());
+    ASSERT_EQ(client.right - client.left, kWidth);
+    ASSERT_EQ(client.bottom - client.top, kHeight);
+    std::array<bool, kPictures> seen = {};
+    int count = 0;
+    int last = -1;
+    int forward = 0;
+    int changes = 0;
+    Picture before;
+    // The window may come up before its first picture.
+    ASSERT_TRUE(Await([&] { return Recognised(app.PictureOf(app.Player())) >= 0; }));
+    Await(
+        [&] {
+          const Picture shown = app.PictureOf(app.Player());
+          if (shown == before) return false;
+          before = shown;
+          const int picture = Recognised(shown);
+          if (picture < 0) {
+            // It may have been taken in the middle of a paint.
+            Sleep(5);
+            const Picture again = app.PictureOf(app.Player());
+            if (again == shown) {
+              ADD_FAILURE() << "a picture that isn't in the film";
+              again.Save(OutputFolder() + "/failed-production-picture.bmp");
+              return true;
+            }
+            return false;
+          }
+          if (last >= 0) {
+            changes++;
+            forward += (picture - last + kPictures) % kPictures;
+          }
+          last = picture;
+          if (seen[static_cast<size_t>(picture)]) return count == kPictures;
+          seen[static_cast<size_t>(picture)] = true;
+          count++;
+          shown.Save(OutputFolder() + "/played-" + std::to_string(100 + picture) + ".bmp");
+          return count == kPictures;
+        },
+        kPlayTime);
+    for (size_t i = 0; i < seen.size(); i++) EXPECT_TRUE(seen[i]) << "picture " << i << " never came";
+    // In order each step goes to the next picture, or past a few that went by unseen.
+    EXPECT_LT(forward, 4 * changes) << "the order isn't the film's";
+  }
+
+  Drawing fade;
+  Drawing pan;
+  Drawing first;
+  Drawing second;
+};
+
+TEST_F(ProductionTest, AFilmOfThreeCutsIsMadePlayedAndExported) {
+  ASSERT_TRUE(app.Start());
+  ASSERT_TRUE(app.Choose('f', "n"));
+  HWND dialog = app.AwaitDialog("フィルムのプロパティー");
+  ASSERT_NE(dialog, nullptr);
+  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1002), std::to_string(kWidth)));
+  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1001), std::to_string(kHeight)));
+  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1039), "十二夜"));
+  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1040), "表 太郎"));
+  EXPECT_TRUE(app.Keep("production-film-dialog"));
+  Press(VK_RETURN);
+  ASSERT_TRUE(app.DialogGoes());
+
+  MakeFade();
+  ASSERT_FALSE(HasFatalFailure());
+  MakePan();
+  ASSERT_FALSE(HasFatalFailure());
+  MakeDissolve();
+  ASSERT_FALSE(HasFatalFailure());
+  EXPECT_GT(fade.Ink(kWidth, kHeight), 200);
+  EXPECT_GT(pan.Ink(kPanWidth, kHeight), 400);
+  EXPECT_GT(first.Ink(kWidth, kHeight), 200);
+  EXPECT_GT(second.Ink(kWidth, kHeight), 200);
+  ASSERT_TRUE(app.Choose('f', "s"));
+  ASSERT_TRUE(app.AnswerFileDialog(app.PathOf("ソ.flm")));
+  ASSERT_TRUE(app.DialogGoes());
+  ASSERT_TRUE(Await([this] { return FileExists(app.PathOf("ソ.flm")); }));
+  EXPECT_TRUE(app.Keep("production-film"));
+  // All is saved, so that nothing is asked.
+  Press(VK_F4, {VK_MENU});
+  ASSERT_TRUE(app.Ends());
+
+  ASSERT_TRUE(app.Start());
+  ASSERT_TRUE(app.Shows(app.Frame(), "Sorvel Developer - ソ"));
+  ASSERT_TRUE(app.Lists(kCutList, {"表1", "表002", "表003"}));
+  EXPECT_EQ(app.Cut(), nullptr);
+  OpenLine(0, kWidth, "表1.cut");
+  ASSERT_FALSE(HasFatalFailure());
+  EXPECT_TRUE(app.Shows(kKeyFrame, "5(5f)"));
+  EXPECT_TRUE(IsKey());
+  Press(VK_F2);
+  ASSERT_TRUE(app.Shows(kKeyFrame, "4(4f)"));
+  EXPECT_TRUE(app.Shows(kBrightness, "12"));
+  OpenLine(2, kWidth, "表003.cut");
+  ASSERT_FALSE(HasFatalFailure());
+  Press(VK_F2);
+  ASSERT_TRUE(app.Shows(kKeyFrame, "2(3f)"));
+  EXPECT_TRUE(app.Shows(kFrameTime, "-4"));
+  EXPECT_TRUE(app.HasPixel(40, 90, kBlack));
+  EXPECT_TRUE(app.Keep("production-reopened"));
+
+  Click(LineOf(0));
+  ClickHeld(LineOf(2), VK_SHIFT);
+  app.ParkMouse();
+  ASSERT_TRUE(Await([this] { return app.Ask(app.Of(kCutList), LB_GETSELCOUNT) == 3; }))
+      << app.Ask(app.Of(kCutList), LB_GETSELCOUNT);
+  ASSERT_TRUE(app.Choose('f', "a"));
+  WatchTheFilm();
+  EXPECT_TRUE(app.KeepScreen("production-playing"));
+  const std::string title = app.Text(app.Player());
+  Press(VK_ESCAPE);
+  ASSERT_TRUE(Await([this] { return app.Player() == nullptr; }));
+
+  ASSERT_TRUE(app.Choose('f', "v"));
+  ASSERT_TRUE(app.AnswerFileDialog(app.PathOf("十二夜")));
+  ASSERT_TRUE(app.DialogGoes());
+  const std::string path = app.PathOf("十二夜.sv");
+  ASSERT_TRUE(Await([&] { return FileExists(path); }));
+  const std::string exported = ReadFile(path);
+  EXPECT_EQ(exported.substr(0, 2), "SV");
+  // What was played is the same file.
+  EXPECT_EQ(title, std::to_string(exported.size()) + " byte");
+  EXPECT_TRUE(WriteFile(OutputFolder() + "/production.sv", exported));
+  Press(VK_F4, {VK_MENU});
+  EXPECT_TRUE(app.Ends());
+}
+
+}  // namespace
+}  // namespace sorvel::desktop

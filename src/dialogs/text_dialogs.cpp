@@ -1,6 +1,7 @@
 // The dialogs of the text tool: its font and its text.
 
 #include <algorithm>
+#include <cstring>
 
 #include "dialogs/dialog_values.h"
 #include "dialogs/dialogs.h"
@@ -17,6 +18,19 @@ constexpr int32_t kHeaviest = 1000;
 }  // namespace font_dialog
 namespace text_dialog {
 enum : int32_t { kTemplate = 114, kText = 1034 };
+}
+
+// A font may be told once for each script that it holds; the sorted list shows it once.
+void AddFontName(const char* name, void* user) {
+  platform::WindowHandle list = static_cast<platform::WindowHandle>(user);
+  const int32_t line = platform::AddListLine(list, name);
+  for (const int32_t beside : {line - 1, line + 1}) {
+    char text[kDialogTextSize] = "";
+    platform::ReadListLine(list, beside, text, sizeof(text));
+    if (std::strcmp(text, name) != 0) continue;
+    platform::DeleteListLine(list, line);
+    return;
+  }
 }
 
 }  // namespace
@@ -50,9 +64,7 @@ void FontDialog::ReadValues(platform::WindowHandle dialog) {
 
 void FontDialog::WriteValues(platform::WindowHandle dialog) {
   platform::WindowHandle list = platform::DialogControl(dialog, font_dialog::kFaceName);
-  platform::ListFonts(
-      [](const char* name, void* user) { platform::AddListLine(static_cast<platform::WindowHandle>(user), name); },
-      list);
+  platform::ListFonts(AddFontName, list);
   // The search begins behind line 0, so of several names that begin alike line 0 is taken last.
   const int32_t line = platform::FindListLine(list, 0, faceName);
   platform::SelectListLine(list, std::max(line, 0));

@@ -162,7 +162,11 @@ void MainFrame::MoveFocus(bool forward) {
 
 // Tools. The pulse goes round the change: the old tool takes its overlay off, and the new one begins without any.
 void MainFrame::SelectTool(int32_t id) {
-  if (id == currentTool) return;
+  if (id == currentTool) {
+    // A click on the tool's own button has lifted it.
+    MarkTool(id, true);
+    return;
+  }
   if (CutWindow* cut = ActiveCut()) cut->Pulse();
   MarkTool(currentTool, false);
   previousTool = currentTool;

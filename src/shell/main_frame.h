@@ -32,7 +32,7 @@ enum PanelId : int32_t {
 constexpr size_t kTextBufferSize = 256;
 constexpr size_t kDropPathSize = 260;
 
-// Questions of the string table, and the title of their boxes. The last one has no text.
+// Questions of the string table, and the title of their boxes.
 constexpr int32_t kSaveQuestion = 40138;
 constexpr int32_t kDeleteQuestion = 40140;
 constexpr int32_t kCloseAllQuestion = 40139;

@@ -2,6 +2,7 @@
 #include <shellapi.h>
 
 #include <array>
+#include <cstring>
 
 #include "app.h"
 #include "colors.h"
@@ -425,8 +426,15 @@ TEST_F(ProductionTest, AFilmOfThreeCutsIsMadePlayedAndExported) {
   ASSERT_TRUE(app.AnswerFileDialog(app.PathOf("十二夜")));
   ASSERT_TRUE(app.DialogGoes());
   const std::string path = app.PathOf("十二夜.sv");
-  ASSERT_TRUE(Await([&] { return FileExists(path); }));
-  const std::string exported = ReadFile(path);
+  // Its length comes into its head last.
+  std::string exported;
+  const auto isWhole = [&] {
+    exported = ReadFile(path);
+    uint32_t size = 0;
+    if (exported.size() > 2 + sizeof(size)) std::memcpy(&size, exported.data() + 2, sizeof(size));
+    return size != 0 && size == exported.size();
+  };
+  ASSERT_TRUE(Await(isWhole)) << exported.size();
   EXPECT_EQ(exported.substr(0, 2), "SV");
   // What was played is the same file.
   EXPECT_EQ(title, std::to_string(exported.size()) + " byte");

@@ -40,6 +40,8 @@ using namespace sorvel::monkey;
 namespace fs = std::filesystem;
 
 constexpr unsigned kLongestStep = 60;  // seconds
+// A replay tells of actions that take longer.
+constexpr std::chrono::milliseconds kSlow(500);
 constexpr int kFailed = 1;
 constexpr int kUsage = 2;
 
@@ -173,7 +175,14 @@ int Replay(const Options& options) {
   for (const std::string& line : lines) {
     ++number;
     alarm(kLongestStep);
-    if (session.Run(line)) continue;
+    const auto start = std::chrono::steady_clock::now();
+    const bool isDone = session.Run(line);
+    const auto time = std::chrono::steady_clock::now() - start;
+    if (time > kSlow) {
+      std::printf("line %lld, %s: %lld ms\n", static_cast<long long>(number), line.c_str(),
+                  static_cast<long long>(std::chrono::duration_cast<std::chrono::milliseconds>(time).count()));
+    }
+    if (isDone) continue;
     std::fprintf(stderr, "monkey: SUMMARY: %s\nmonkey: in line %lld: %s\n", session.Failure().c_str(),
                  static_cast<long long>(number), line.c_str());
     return kFailed;

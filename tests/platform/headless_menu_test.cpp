@@ -101,7 +101,7 @@ TEST_F(HeadlessMenu, ATextIsShiftJisAndCutToTheBuffer) {
   EXPECT_EQ(text, whole);
   EXPECT_EQ(ReadResourceText(1005, text, 5), 4u);
   EXPECT_EQ(text, whole.substr(0, 4));
-  EXPECT_EQ(ReadResourceText(40139, text, sizeof(text)), 0u);
+  EXPECT_EQ(ReadResourceText(40120, text, sizeof(text)), 0u);
   EXPECT_STREQ(text, "");
 }
 

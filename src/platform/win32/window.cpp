@@ -244,7 +244,9 @@ Point ScreenToClient(WindowHandle window, Point point) {
 }
 
 void MoveWindow(WindowHandle window, int32_t x, int32_t y, int32_t width, int32_t height, bool repaint) {
-  ::MoveWindow(HandleOf(window), x, y, width, height, repaint);
+  // Windows that lie beside each other are moved one by one: pixels that were carried along could be a neighbour's.
+  SetWindowPos(HandleOf(window), nullptr, x, y, width, height,
+               SWP_NOZORDER | SWP_NOACTIVATE | static_cast<UINT>(repaint ? SWP_NOCOPYBITS : SWP_NOREDRAW));
 }
 
 void SetClientSize(WindowHandle window, int32_t width, int32_t height) {

@@ -55,8 +55,8 @@ class Cut {
   ~Cut();
 
   // Layers. The new layer has one blank cell and comes behind all others; a null or empty name becomes
-  // "LAYER" and the number of layers so far. No frame shows it yet. Marks images. Null, with nothing changed, if there is
-  // no memory for the cell.
+  // "LAYER" and the number of layers so far. No frame shows it yet. Marks images. Null, with nothing changed, if there
+  // is no memory for the cell.
   Layer* AddLayer(const char* name, int32_t layerWidth, int32_t layerHeight, CellImage* prototype);
   // Give the layer a record with its cell 0 in every frame, directly above or below the current record's index;
   // frames that have no such index are passed over. False when there is no such layer.

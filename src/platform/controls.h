@@ -21,8 +21,8 @@ struct ToolButton {
   bool check;  // stays down
 };
 // A tool bar with tool tips: kMessageToolTip comes to the parent. `bitmap` is the resource of its pictures.
-WindowHandle MakeToolBar(WindowHandle parent, int32_t id, int32_t bitmap, int32_t imageCount,
-                         const ToolButton* buttons, int32_t buttonCount);
+WindowHandle MakeToolBar(WindowHandle parent, int32_t id, int32_t bitmap, int32_t imageCount, const ToolButton* buttons,
+                         int32_t buttonCount);
 // No effect if there is no such button.
 void CheckToolButton(WindowHandle toolBar, int32_t command, bool checked);
 

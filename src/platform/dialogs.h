@@ -25,7 +25,8 @@ bool AskYesNo(WindowHandle owner, const char* text, const char* title, BoxIcon i
 void ShowMessage(WindowHandle owner, const char* text, const char* title, BoxIcon icon);
 void PlayAlert();
 
-// What a file dialog offers. The filter is pairs of a name and a pattern, each with its zero byte, and a zero byte more.
+// What a file dialog offers. The filter is pairs of a name and a pattern, each with its zero byte, and a zero byte
+// more.
 struct FileForm {
   const char* filter;
   const char* defaultExtension;

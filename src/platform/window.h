@@ -44,7 +44,8 @@ bool RegisterWindowClass(const char* name, int32_t icon, CursorShape cursor, Bru
 // Each gives null if the window can't be made. The object outlives its window unless it ends with it.
 // The main window: hidden, with a menu of the resources, takes dropped files.
 WindowHandle MakeFrameWindow(const char* windowClass, const char* title, int32_t menu, WindowObject* object);
-// The area of the child windows. `windowMenu` is the index of the popup that lists them, with numbers from `firstChild`.
+// The area of the child windows. `windowMenu` is the index of the popup that lists them, with numbers from
+// `firstChild`.
 WindowHandle MakeMdiClient(WindowHandle frame, int32_t id, int32_t windowMenu, int32_t firstChild);
 // A child window of the area, maximised, with both scroll bars. It becomes the active one and takes the focus.
 WindowHandle MakeMdiChild(WindowHandle mdiClient, const char* windowClass, const char* title, WindowObject* object);
@@ -106,7 +107,7 @@ void ReleaseMouse();
 WindowHandle CapturingWindow();
 
 // The mouse. The shape holds until the next mouse move over a window that sets another.
-Point CursorPlace();  // on the screen
+Point CursorPlace();                            // on the screen
 CursorShape SetCursorShape(CursorShape shape);  // gives the old one, kNone for one that isn't ours
 
 // A periodic timer of the window, which sends kMessageTimer.

@@ -215,9 +215,9 @@ bool Monkey::IsLaden(CutWindow* cut) {
 bool Monkey::DoSomething() {
   enum : int32_t { kGesture, kCommand, kFile, kKey, kChar, kPanel, kList, kView, kPlayer, kPicture, kWindow, kTool };
   enum : int32_t { kCheck = kTool + 1, kPen, kReplay, kRough, kExit };
-  static constexpr Choice choices[] = {{kGesture, 150}, {kCommand, 170}, {kFile, 30},   {kKey, 12},    {kChar, 40},
-                                       {kPanel, 30},    {kList, 25},     {kView, 25},   {kPlayer, 20}, {kPicture, 10},
-                                       {kWindow, 12},   {kTool, 35},     {kCheck, 40},  {kPen, 30},    {kReplay, 6},
+  static constexpr Choice choices[] = {{kGesture, 150}, {kCommand, 170}, {kFile, 30},  {kKey, 12},    {kChar, 40},
+                                       {kPanel, 30},    {kList, 25},     {kView, 25},  {kPlayer, 20}, {kPicture, 10},
+                                       {kWindow, 12},   {kTool, 35},     {kCheck, 40}, {kPen, 30},    {kReplay, 6},
                                        {kRough, 12},    {kExit, 1}};
   switch (Weighted(choices)) {
     case kGesture:
@@ -259,29 +259,72 @@ bool Monkey::DoSomething() {
 }
 
 bool Monkey::DoRandomCommand() {
-  static constexpr Choice choices[] = {
-      {kCommandAddFrame, 10},        {kCommandInsertFrame, 6},       {kCommandDeleteFrame, 6},
-      {kCommandPreviousFrame, 8},    {kCommandNextFrame, 8},         {kCommandFirstFrame, 3},
-      {kCommandLastFrame, 3},        {kCommandAddFrames, 2},         {kCommandDeleteFrames, 2},
-      {kCommandNextKeyFrame, 3},     {kCommandPreviousKeyFrame, 3},  {kCommandAllKeyFrames, 1},
-      {kCommandBrightnessRamp, 3},   {kCommandFrameRamp, 3},         {kCommandLayerRamp, 3},
-      {kCommandDeleteCell, 6},       {kCommandInsertCell, 6},        {kCommandAddCell, 10},
-      {kCommandPreviousCell, 6},     {kCommandNextCell, 6},          {kCommandFirstCell, 3},
-      {kCommandLastCell, 3},         {kCommandBlankCell, 4},         {kCommandBlankAll, 1},
-      {kCommandMergeDown, 5},        {kCommandAddLayer, 6},          {kCommandInsertLayer, 5},
-      {kCommandDeleteLayer, 3},      {kCommandLayerUp, 5},           {kCommandLayerDown, 5},
-      {kCommandLayerProperties, 4},  {kCommandToSketch, 5},          {kCommandEraseSketch, 4},
-      {kCommandEraseCell, 3},        {kCommandEraseLayerSketch, 2},  {kCommandUndo, 12},
-      {kCommandCopy, 6},             {kCommandCut, 6},               {kCommandPaste, 8},
-      {kCommandFlipHorizontal, 5},   {kCommandFlipVertical, 5},      {kCommandRandomDots, 4},
-      {kCommandDrawGrid, 3},         {kCommandShowPrevious, 3},      {kCommandShowNext, 3},
-      {kCommandCurrentCellOnly, 3},  {kCommandDimOthers, 3},         {kCommandMuraRemoval, 2},
-      {kCommandLineEmphasis, 2},     {kCommandStatusBar, 1},         {kCommandToolBar, 1},
-      {kCommandFocusForward, 3},     {kCommandFocusBackward, 2},     {kCommandExplainTool, 1},
-      {kCommandAbout, 1},            {kCommandTransparentColor, 2},  {kCommandFont, 3},
-      {kCommandSquarePen, 2},        {kCommandSnapGrid, 3},          {kCommandMask, 3},
-      {kCommandFrameSize, 2},        {kCommandCutProperties, 3},     {kCommandRemoveCutFromFilm, 1},
-      {kCommandFilmProperties, 1},   {kCommandPasteFromClipboard, 3}, {kCommandCopyToClipboard, 2}};
+  static constexpr Choice choices[] = {{kCommandAddFrame, 10},
+                                       {kCommandInsertFrame, 6},
+                                       {kCommandDeleteFrame, 6},
+                                       {kCommandPreviousFrame, 8},
+                                       {kCommandNextFrame, 8},
+                                       {kCommandFirstFrame, 3},
+                                       {kCommandLastFrame, 3},
+                                       {kCommandAddFrames, 2},
+                                       {kCommandDeleteFrames, 2},
+                                       {kCommandNextKeyFrame, 3},
+                                       {kCommandPreviousKeyFrame, 3},
+                                       {kCommandAllKeyFrames, 1},
+                                       {kCommandBrightnessRamp, 3},
+                                       {kCommandFrameRamp, 3},
+                                       {kCommandLayerRamp, 3},
+                                       {kCommandDeleteCell, 6},
+                                       {kCommandInsertCell, 6},
+                                       {kCommandAddCell, 10},
+                                       {kCommandPreviousCell, 6},
+                                       {kCommandNextCell, 6},
+                                       {kCommandFirstCell, 3},
+                                       {kCommandLastCell, 3},
+                                       {kCommandBlankCell, 4},
+                                       {kCommandBlankAll, 1},
+                                       {kCommandMergeDown, 5},
+                                       {kCommandAddLayer, 6},
+                                       {kCommandInsertLayer, 5},
+                                       {kCommandDeleteLayer, 3},
+                                       {kCommandLayerUp, 5},
+                                       {kCommandLayerDown, 5},
+                                       {kCommandLayerProperties, 4},
+                                       {kCommandToSketch, 5},
+                                       {kCommandEraseSketch, 4},
+                                       {kCommandEraseCell, 3},
+                                       {kCommandEraseLayerSketch, 2},
+                                       {kCommandUndo, 12},
+                                       {kCommandCopy, 6},
+                                       {kCommandCut, 6},
+                                       {kCommandPaste, 8},
+                                       {kCommandFlipHorizontal, 5},
+                                       {kCommandFlipVertical, 5},
+                                       {kCommandRandomDots, 4},
+                                       {kCommandDrawGrid, 3},
+                                       {kCommandShowPrevious, 3},
+                                       {kCommandShowNext, 3},
+                                       {kCommandCurrentCellOnly, 3},
+                                       {kCommandDimOthers, 3},
+                                       {kCommandMuraRemoval, 2},
+                                       {kCommandLineEmphasis, 2},
+                                       {kCommandStatusBar, 1},
+                                       {kCommandToolBar, 1},
+                                       {kCommandFocusForward, 3},
+                                       {kCommandFocusBackward, 2},
+                                       {kCommandExplainTool, 1},
+                                       {kCommandAbout, 1},
+                                       {kCommandTransparentColor, 2},
+                                       {kCommandFont, 3},
+                                       {kCommandSquarePen, 2},
+                                       {kCommandSnapGrid, 3},
+                                       {kCommandMask, 3},
+                                       {kCommandFrameSize, 2},
+                                       {kCommandCutProperties, 3},
+                                       {kCommandRemoveCutFromFilm, 1},
+                                       {kCommandFilmProperties, 1},
+                                       {kCommandPasteFromClipboard, 3},
+                                       {kCommandCopyToClipboard, 2}};
   if (Chance(2)) {
     const int32_t id = Chance(50) ? kFirstWindowCommand + Number(0, 6) : Number(0, 65535);
     return id == kCommandExit ? true : DoCommand(id);
@@ -301,12 +344,12 @@ bool Monkey::DoRandomCommand() {
 
 bool Monkey::DoFileCommand() {
   static constexpr Choice choices[] = {
-      {kCommandNewCut, 3},         {kCommandOpenCut, 6},          {kCommandSaveCutAs, 8},
-      {kCommandOverwriteCut, 6},   {kCommandOpenLayer, 4},        {kCommandSaveLayer, 5},
-      {kCommandOverwriteLayer, 5}, {kCommandExportBitmap, 4},     {kCommandNewFilm, 2},
-      {kCommandOpenFilm, 4},       {kCommandSaveFilmAs, 4},       {kCommandOverwriteFilm, 3},
-      {kCommandExportFilm, 3},     {kCommandExtractCuts, 3},      {kCommandDeleteCuts, 2},
-      {kCommandRenameCut, 3},      {kCommandAddCutToFilm, 8},     {kCommandInsertCutIntoFilm, 5},
+      {kCommandNewCut, 3},         {kCommandOpenCut, 6},           {kCommandSaveCutAs, 8},
+      {kCommandOverwriteCut, 6},   {kCommandOpenLayer, 4},         {kCommandSaveLayer, 5},
+      {kCommandOverwriteLayer, 5}, {kCommandExportBitmap, 4},      {kCommandNewFilm, 2},
+      {kCommandOpenFilm, 4},       {kCommandSaveFilmAs, 4},        {kCommandOverwriteFilm, 3},
+      {kCommandExportFilm, 3},     {kCommandExtractCuts, 3},       {kCommandDeleteCuts, 2},
+      {kCommandRenameCut, 3},      {kCommandAddCutToFilm, 8},      {kCommandInsertCutIntoFilm, 5},
       {kCommandAddNumberedCut, 3}, {kCommandInsertNumberedCut, 3}, {kCommandRemoveCutFromFilm, 2},
       {kCommandCloseAll, 1}};
   if (Chance(15)) {
@@ -328,12 +371,21 @@ bool Monkey::DoKey() {
     const char* name;
     int32_t command;
   };
-  static constexpr Key keys[] = {
-      {"Ctrl+N", kCommandNewCut},     {"Ctrl+O", kCommandOpenCut},           {"Ctrl+S", kCommandSaveCutAs},
-      {"Esc", kCommandStop},          {"F1", kCommandExplainTool},           {"F10", kCommandAddNumberedCut},
-      {"F2", kCommandPreviousFrame},  {"Shift+F2", kCommandInsertNumberedCut}, {"F3", kCommandNextFrame},
-      {"F4", kCommandPlay},           {"F9", kCommandStop},                  {"Enter", kCommandFocusForward},
-      {"Shift+Tab", kCommandFocusBackward}, {"Shift+F4", 0},                 {"Q", 0}};
+  static constexpr Key keys[] = {{"Ctrl+N", kCommandNewCut},
+                                 {"Ctrl+O", kCommandOpenCut},
+                                 {"Ctrl+S", kCommandSaveCutAs},
+                                 {"Esc", kCommandStop},
+                                 {"F1", kCommandExplainTool},
+                                 {"F10", kCommandAddNumberedCut},
+                                 {"F2", kCommandPreviousFrame},
+                                 {"Shift+F2", kCommandInsertNumberedCut},
+                                 {"F3", kCommandNextFrame},
+                                 {"F4", kCommandPlay},
+                                 {"F9", kCommandStop},
+                                 {"Enter", kCommandFocusForward},
+                                 {"Shift+Tab", kCommandFocusBackward},
+                                 {"Shift+F4", 0},
+                                 {"Q", 0}};
   const Key& key = OneOf(keys);
   QueueAnswers();
   return DoAll(DialogsOf(key.command)) && Do(std::string("key ") + key.name) && Take();
@@ -346,7 +398,8 @@ bool Monkey::DoChar() {
     // The second bytes of these are keys, the last one's is G.
     static const char* const wide[] = {"ア", "イ", "絵"};
     const int32_t index = Number(0, 2);
-    return DoAll(index == 2 ? DialogsOf(kCommandSnapGrid) : Lines{}) && Do(std::string("char ") + wide[index]) && Take();
+    return DoAll(index == 2 ? DialogsOf(kCommandSnapGrid) : Lines{}) && Do(std::string("char ") + wide[index]) &&
+           Take();
   }
   // Many at once for zooms and pen sizes.
   if (Chance(12)) {
@@ -400,7 +453,8 @@ bool Monkey::DoList() {
     return DoAll(lines) && Do("dblclick " + list + std::to_string(line)) && Take();
   }
   std::string action = "select " + list + std::to_string(line);
-  for (int32_t more = isLayers ? 0 : Number(0, 2); more > 0; --more) action += " " + std::to_string(Number(0, count - 1));
+  for (int32_t more = isLayers ? 0 : Number(0, 2); more > 0; --more)
+    action += " " + std::to_string(Number(0, count - 1));
   return Do(action);
 }
 
@@ -790,7 +844,8 @@ Monkey::Lines Monkey::DialogsOf(int32_t id) {
 }
 
 std::string Monkey::ShortText() {
-  static const char* const texts[] = {"A", "B", "C", "", "a b", "絵", "カット１", "ソ表", "say \"x\"", "%s%n", "back\\slash"};
+  static const char* const texts[] = {"A",        "B",    "C",         "",     "a b",        "絵",
+                                      "カット１", "ソ表", "say \"x\"", "%s%n", "back\\slash"};
   return OneOf(texts);
 }
 
@@ -853,7 +908,8 @@ std::string Monkey::Sizes(int32_t widthId, int32_t heightId) {
       break;
   }
   if (across.empty()) across = std::to_string(width);
-  return Joined({std::to_string(widthId) + "=" + Quoted(across), std::to_string(heightId) + "=" + std::to_string(height)});
+  return Joined(
+      {std::to_string(widthId) + "=" + Quoted(across), std::to_string(heightId) + "=" + std::to_string(height)});
 }
 
 std::string Monkey::FontLine() {
@@ -895,7 +951,8 @@ std::string Monkey::Dialog(int32_t resource, bool ok) {
       static constexpr int32_t boxes[] = {1009, 1010, 1011, 1012, 1013, 1017, 1018, 1019, 1045, 1046, 1047, 1048};
       if (Chance(50)) set(1049, "click");
       if (Chance(5)) set(1050, "click");
-      for (int32_t count = Chance(50) ? 0 : Number(1, 3); count > 0; --count) set(OneOf(boxes), Chance(60) ? "on" : "off");
+      for (int32_t count = Chance(50) ? 0 : Number(1, 3); count > 0; --count)
+        set(OneOf(boxes), Chance(60) ? "on" : "off");
       break;
     }
     case kFilmDialog:

@@ -24,7 +24,7 @@ inline void PlayInput(const uint8_t* data, size_t size) {
     if (head.outputWidth > largestSide || head.outputHeight > largestSide) return;
   }
   AnimationWindow player;
-  player.window = platform::MakeWindow("", nullptr);
+  platform::MakeCaptionWindow("", "", nullptr, &player);
   if (player.Play(input.Get()) != 0) {
     for (int32_t tick = 0; tick < 40 && platform::headless::RunTimer(); ++tick) {
     }

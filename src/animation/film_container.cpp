@@ -135,6 +135,7 @@ bool WriteFilmContainer(Film* film, const int32_t* indices, int32_t count, ByteS
     }
     maxWidth = std::max(maxWidth, width);
     maxHeight = std::max(maxHeight, height);
+    if (report != nullptr && report->progress != nullptr) report->progress(i + 1, count);
   }
   const int32_t size = container->Tell();
   container->Seek(2, kFromStart);

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "animation/stream_encoder.h"
 #include "document/film.h"
 #include "document/load_report.h"
 #include "foundation/byte_stream.h"
@@ -9,10 +10,11 @@
 
 namespace sorvel {
 
-// The cut that stopped a container from being written.
+// The cut that stopped a container from being written, and who is told of the cuts that are in it.
 struct ContainerReport {
   int32_t listIndex = -1;
   LoadReport report;
+  ProgressFunction progress = nullptr;  // told after each cut; null for nobody
 };
 
 // Writes entries of the film, `count` indices in the order of play, as one playback file at the start of an empty

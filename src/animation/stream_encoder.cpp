@@ -148,6 +148,7 @@ int32_t AnimationEncoder::EncodeCut(Cut* cut, CellImage* composition, int32_t fi
     WriteFrameHead(cut, index, scale, isFirst, box);
     EncodeBox(box, isFirst);
     previous = frame;
+    if (progress != nullptr) progress(index - first + 1, last - first + 1);
   }
   const int32_t size = stream->Tell();
   stream->Seek(2, kFromStart);

@@ -14,6 +14,9 @@ namespace sorvel {
 // pixels would take more memory than there is to spare.
 const char* CanvasProblem(const Cut& cut);
 
+// Told how far long work has come: so many of all frames or cuts are done.
+using ProgressFunction = void (*)(int32_t done, int32_t total);
+
 // Compiles a range of a cut's frames into a stream that plays: a head, then frames, each a box of changed pixels
 // coded against what the decoder has in hand at that moment. Lives for one call.
 class AnimationEncoder {
@@ -29,6 +32,8 @@ class AnimationEncoder {
   // nothing done for a range that the cut doesn't have, an unknown output size, a second cut, or no memory. The stream
   // stays at offset 6; a failed write goes unnoticed here.
   int32_t EncodeCut(Cut* cut, CellImage* composition, int32_t first, int32_t last);
+
+  ProgressFunction progress = nullptr;  // told after each frame; null for nobody
 
  private:
   struct ShownRecord;

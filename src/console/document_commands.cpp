@@ -113,7 +113,10 @@ int RunCompile(const Arguments& arguments) {
   }
   return WriteOutput(out, [&](OutputFile* file) {
     AnimationEncoder encoder(file->Stream(), &bitmap, 1);
-    return encoder.EncodeCut(&cut, &composition, first - 1, last - 1) != 0;
+    encoder.progress = [](int32_t done, int32_t total) { ShowProgress("frame", done, total); };
+    const bool isCompiled = encoder.EncodeCut(&cut, &composition, first - 1, last - 1) != 0;
+    ClearProgress();
+    return isCompiled;
   });
 }
 
@@ -135,7 +138,10 @@ int RunExport(const Arguments& arguments) {
   OutputFile file;
   std::string problem;
   if (!file.Open(out, &problem)) return Fail(out, problem);
-  if (!WriteFilmContainer(&film, order.data(), count, file.Stream(), &bitmap, &report)) {
+  report.progress = [](int32_t done, int32_t total) { ShowProgress("cut", done, total); };
+  const bool isWritten = WriteFilmContainer(&film, order.data(), count, file.Stream(), &bitmap, &report);
+  ClearProgress();
+  if (!isWritten) {
     return Fail(ShownText(film.CutName(report.listIndex)), report.report.problem);
   }
   return file.Commit(&problem) ? kDone : Fail(out, problem);

@@ -17,7 +17,7 @@ constexpr ColorEntry Rgb(uint8_t red, uint8_t green, uint8_t blue) {
 
 }  // namespace
 
-const std::array<ColorEntry, kColorCount> DefaultColors = {
+constexpr std::array<ColorEntry, kColorCount> kBuiltIn = {
     Rgb(225, 255, 255),  // 0 transparent
     Rgb(0, 0, 0),        // 1 black
     Rgb(85, 85, 85),     // 2 dark grey
@@ -46,7 +46,8 @@ const std::array<ColorEntry, kColorCount> DefaultColors = {
     Rgb(0, 0, 0),        // 25 background of the windows
 };
 
-constinit std::array<ColorEntry, kColorCount> ColorTable = DefaultColors;
+const std::array<ColorEntry, kColorCount> DefaultColors = kBuiltIn;
+constinit std::array<ColorEntry, kColorCount> ColorTable = kBuiltIn;
 
 bool LoadColors(const char* fileName) {
   char path[kPathCapacity];
@@ -77,11 +78,12 @@ bool LoadColors(const char* fileName) {
 
 void SetColor(int32_t index, int32_t red, int32_t green, int32_t blue) {
   if (index < 0 || index >= kColorCount) return;
-  ColorTable[index] = Rgb(static_cast<uint8_t>(red), static_cast<uint8_t>(green), static_cast<uint8_t>(blue));
+  ColorTable[static_cast<size_t>(index)] =
+      Rgb(static_cast<uint8_t>(red), static_cast<uint8_t>(green), static_cast<uint8_t>(blue));
 }
 
 void GetColor(int32_t index, int32_t* red, int32_t* green, int32_t* blue) {
-  const ColorEntry entry = index >= 0 && index < kColorCount ? ColorTable[index] : ColorEntry{};
+  const ColorEntry entry = index >= 0 && index < kColorCount ? ColorTable[static_cast<size_t>(index)] : ColorEntry{};
   *red = entry.red;
   *green = entry.green;
   *blue = entry.blue;

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <filesystem>
-#include <system_error>
+#include <initializer_list>
+#include <set>
 
 #include "cutwindow/clipboard.h"
 #include "cutwindow/commands.h"
@@ -66,6 +66,19 @@ bool HasCell(Cut* cut) {
   int32_t x = 0;
   int32_t y = 0;
   return cut->CurrentCell(&x, &y) != nullptr;
+}
+
+// A layer that was inserted into a frame without a current record is there twice. What is drawn on it at one place is
+// repainted only there.
+bool IsLayerShownTwice(Cut* cut) {
+  const KeepCursors keep(cut);
+  Frame* frame = cut->CurrentFrame();
+  if (frame == nullptr) return false;
+  std::set<const Layer*> layers;
+  for (const FrameRecord* record : Elements(&frame->records)) {
+    if (!layers.insert(record->layer).second) return true;
+  }
+  return false;
 }
 
 // Whether the caret of the list of cuts stands on an entry of the film.
@@ -594,7 +607,7 @@ bool Monkey::DoCheck() {
 bool Monkey::DoPulseCheck() {
   CutWindow* cut = session.ActiveCut();
   // Layers that follow the frame stay where they are on the screen until the next repaint.
-  if (session.Frame()->currentTool == kToolFramePosition) return true;
+  if (session.Frame()->currentTool == kToolFramePosition || IsLayerShownTwice(cut)) return true;
   plan.clear();
   if (!Do(Command(kCommandShowPrevious)) || !Do(Command(kCommandShowPrevious))) return false;
   for (PlanGesture(); !plan.empty(); plan.pop_front()) {

@@ -13,7 +13,7 @@ namespace {
 class MonkeySessions : public testing::TestWithParam<uint64_t> {};
 
 TEST_P(MonkeySessions, BreakNothing) {
-  constexpr int64_t steps = 500;
+  constexpr int64_t steps = 1000;
   const testdoc::TemporaryFolder folder;
   FILE* script = std::fopen(folder.Path("session.sorvel").c_str(), "w");
   ASSERT_NE(script, nullptr);

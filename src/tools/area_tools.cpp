@@ -183,6 +183,8 @@ void RunAreaSelect(uint32_t message, const ToolInput& input) {
       break;
     case platform::kMessageUser:
       ReplaceSelection(input.window, Bounds{});
+      // Without its frame a move can't go on; another tool's change must not be taken back in its stead.
+      if (gSelect.state == AreaSelect::State::kAfterMove) gSelect.state = AreaSelect::State::kIdle;
       break;
     default:
       break;

@@ -111,6 +111,8 @@ void RepaintLayerArea(CutWindow* window, const Rect& area) {
 
 void ReportChange(CutWindow* window, const Rect& area) {
   window->AddUndoRect(&area);
+  // The mark of the press is gone if the cut was saved or played in the middle of the stroke.
+  window->MarkImages();
   RepaintLayerArea(window, area);
 }
 

@@ -33,7 +33,7 @@ TEST_P(MonkeySessions, BreakNothing) {
                          << testdoc::ReadFile(folder.Path("session.sorvel"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Seeds, MonkeySessions, testing::Range<uint64_t>(1, 9));
+INSTANTIATE_TEST_SUITE_P(Seeds, MonkeySessions, testing::Range<uint64_t>(1, 33));
 
 // The checks see what they are there for.
 class MonkeyChecks : public testing::Test {

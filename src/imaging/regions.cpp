@@ -251,7 +251,7 @@ class Area {
     entered.waiting |= pixels;
   }
 
-  // All runs of open pixels that the seeds lie in.
+  // All runs of open pixels that the starting points lie in.
   static uint64_t RunsAround(uint64_t seeds, uint64_t open) {
     // The carry of a sum runs up from the lowest seed of a run to the run's end.
     uint64_t runs = (open & ~(open + seeds)) | seeds;
@@ -296,8 +296,8 @@ class Area {
 
 // Grows the dirty rectangle of a fill by both ends of each of its runs. Every point but the first of all moves an edge
 // one pixel further out than it lies itself, in whatever order they come; so the order must be right for the first one
-// alone. It is the left end of the boundary's run to the left of the run around the seed, else to its right, else that
-// of the seed's own run: starting anywhere else would make some rectangles one pixel wider.
+// alone. It is the left end of the boundary's run to the left of the run around the start, else to its right, else that
+// of the start's own run: starting anywhere else would make some rectangles one pixel wider.
 void GrowByRuns(Rect* rect, int32_t x, int32_t y, const Area& area, const Area& dark, const Area& light) {
   const auto runAround = [y](const Area& part, int32_t place) {
     Run run = {place, place};

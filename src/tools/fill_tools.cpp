@@ -14,7 +14,7 @@ FillTool gFill;
 
 struct GradientTool {
   bool isArmed = false;
-  Point first;  // the seed and the start of the ramp, in layer coordinates
+  Point first;  // where the fill starts, and the start of the ramp, in layer coordinates
   PenSpec firstPen;
 };
 GradientTool gGradient;

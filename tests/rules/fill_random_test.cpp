@@ -23,7 +23,7 @@ bool IsBoundary(int value) {
   return value == 9 || value == 10;
 }
 
-// What a fill reaches, told as sets: the area that is connected with the seed, and with it the connected areas of the
+// What a fill reaches, told as sets: the area that is connected with the start, and with it the connected areas of the
 // shadow boundaries that touch it.
 class Reach {
  public:

@@ -21,7 +21,6 @@ enum WindowMessage : uint32_t {
   kMessageClose = 0x0010,
   kMessageSetCursor = 0x0020,      // second: low half the hit-test code
   kMessageMouseActivate = 0x0021,  // the answer 3 leaves the window inactive
-  kMessageNotify = 0x004E,         // reaches only the seam; see kMessageToolTip
   kMessageChar = 0x0102,           // first: the character
   kMessageInitDialog = 0x0110,     // second: the parameter of RunDialog
   kMessageCommand = 0x0111,        // first: number in the low half, notification in the high; second: the control

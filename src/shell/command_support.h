@@ -57,13 +57,13 @@ class CommandFile {
 // A list doesn't redraw for the length of a scope.
 class QuietList {
  public:
-  explicit QuietList(platform::WindowHandle list) : list_(list) { platform::SetListRedraw(list_, false); }
+  explicit QuietList(platform::WindowHandle quietList) : list(quietList) { platform::SetListRedraw(list, false); }
   QuietList(const QuietList&) = delete;
   QuietList& operator=(const QuietList&) = delete;
-  ~QuietList() { platform::SetListRedraw(list_, true); }
+  ~QuietList() { platform::SetListRedraw(list, true); }
 
  private:
-  platform::WindowHandle list_;
+  platform::WindowHandle list;
 };
 
 }  // namespace sorvel

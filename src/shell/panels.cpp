@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "shell/command_support.h"
 #include "shell/main_frame.h"
 
 namespace sorvel {
@@ -152,7 +153,7 @@ void MainFrame::FormatLayerLine(char* text, size_t capacity, Frame* frame, int32
 }
 
 void MainFrame::FillLayerList(CutWindow* cut) {
-  platform::SetListRedraw(layerList, false);
+  const QuietList quiet(layerList);
   platform::ClearList(layerList);
   Frame* frame = cut->CurrentFrame();
   for (int32_t i = 0; i < frame->records.Count(); ++i) {
@@ -161,7 +162,6 @@ void MainFrame::FillLayerList(CutWindow* cut) {
     platform::AddListLine(layerList, text);
   }
   platform::SelectListLine(layerList, frame->currentRecord);
-  platform::SetListRedraw(layerList, true);
 }
 
 void MainFrame::RefreshPanels(CutWindow* cut) {
@@ -193,11 +193,10 @@ void MainFrame::RefreshLayerLine(CutWindow* cut) {
   if (line < 0 || frame == nullptr || frame->LayerAt(frame->currentRecord) == nullptr) return;
   char text[kLineSize];
   FormatLayerLine(text, sizeof(text), frame, frame->currentRecord);
-  platform::SetListRedraw(layerList, false);
+  const QuietList quiet(layerList);
   platform::DeleteListLine(layerList, line);
   platform::InsertListLine(layerList, line, text);
   platform::SelectListLine(layerList, line);
-  platform::SetListRedraw(layerList, true);
 }
 
 void MainFrame::CommitPanels(CutWindow* cut) {

@@ -902,5 +902,47 @@ TEST_F(DocumentCommands, LineEmphasisBelongsToTheWindow) {
   EXPECT_EQ(Cut()->viewOptions & kLineEmphasis, 0u);
 }
 
+// Commands in the middle of a tool's work.
+
+class CommandsAmongStrokes : public ShellTest {
+ protected:
+  // Points of the canvas, which has 40 by 30 pixels in the middle of the window.
+  void Mouse(uint32_t message, int32_t x, int32_t y) {
+    platform::Send(Cut()->window, message, 0, platform::PackPoint({x + (640 - 40) / 2, y + (480 - 30) / 2}));
+  }
+  void Drag(int32_t x, int32_t y, int32_t toX, int32_t toY) {
+    Mouse(platform::kMessageLeftDown, x, y);
+    Mouse(platform::kMessageMouseMove, toX, toY);
+    Mouse(platform::kMessageLeftUp, toX, toY);
+  }
+};
+
+TEST_F(CommandsAmongStrokes, InkDrawnAfterASaveInAStrokeIsStillToBeSaved) {
+  MakeCut();
+  Mouse(platform::kMessageLeftDown, 5, 5);
+  Mouse(platform::kMessageMouseMove, 10, 5);
+  FileCommand(40052, folder.Path("a.cut"));
+  ASSERT_FALSE(Cut()->Has(kModified));
+  Mouse(platform::kMessageMouseMove, 10, 20);
+  Mouse(platform::kMessageLeftUp, 10, 20);
+  EXPECT_EQ(Marks(), "mit");
+}
+
+TEST_F(CommandsAmongStrokes, AMovedSelectionTakesNoInkOfAnotherToolBack) {
+  MakeCut();
+  CurrentCell()->FillRect(4, 4, 4, 4, kToneBlack);
+  Command(40059);
+  Drag(2, 2, 12, 12);
+  Drag(6, 6, 16, 10);
+  ASSERT_EQ(CurrentCell()->GetPixel(15, 9), kToneBlack);
+  Command(40029);
+  Drag(30, 20, 35, 20);
+  ASSERT_NE(CurrentCell()->GetPixel(30, 20), kTransparent);
+  Command(40059);
+  Mouse(platform::kMessageRightUp, 20, 15);
+  Mouse(platform::kMessageLeftDown, 20, 15);
+  EXPECT_NE(CurrentCell()->GetPixel(30, 20), kTransparent);
+}
+
 }  // namespace
 }  // namespace sorvel::testshell

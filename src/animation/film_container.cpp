@@ -106,6 +106,13 @@ bool AppendCutToContainer(Film* film, int32_t outIndex, int32_t listIndex, ByteS
   WriteField(container, position, 4);
   container.Seek(position, kFromStart);
   FileStream cache(file);
+  // Whoever reads the film counts its bytes in 32 bits with a sign.
+  const int32_t length = StreamLength(cache);
+  if (length < 0 || length - kCutRecordOffset > INT32_MAX - position) {
+    NoteProblem(report, "the film grows beyond 2 GiB");
+    cache.Close();
+    return false;
+  }
   cache.Seek(kCutRecordOffset, kFromStart);
   while (cache.GetC() > 0) {
   }

@@ -33,7 +33,8 @@ bool FileStream::Seek(int32_t offset, int32_t origin) {
 }
 
 int32_t FileStream::Tell() {
-  return static_cast<int32_t>(std::ftell(file));
+  const int64_t position = std::ftell(file);
+  return position > INT32_MAX ? -1 : static_cast<int32_t>(position);
 }
 
 int32_t FileStream::GetC() {
@@ -258,6 +259,7 @@ int32_t ReadUpTo(ByteStream& stream, void* bytes, int32_t count) {
 
 bool ReadWholeStream(ByteStream& stream, BufferStream* memory) {
   const int32_t length = StreamLength(stream);
+  if (length < 0) return false;
   // An empty stream has memory too, so that null always means that there was none.
   memory->buffer = static_cast<uint8_t*>(std::malloc(static_cast<size_t>(length) + 1));
   if (memory->buffer == nullptr) return false;

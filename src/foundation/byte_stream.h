@@ -29,7 +29,8 @@ class ByteStream {
   ~ByteStream() = default;
 };
 
-// A stdio file in binary mode, opened by the caller. Close() closes the file; the destructor doesn't.
+// A stdio file in binary mode, opened by the caller. Close() closes the file; the destructor doesn't. Behind the first
+// 2 GiB Tell() gives -1.
 class FileStream final : public ByteStream {
  public:
   explicit FileStream(FILE* openFile) : file(openFile) {}
@@ -122,7 +123,7 @@ int32_t StreamLength(ByteStream& stream);
 int32_t ReadUpTo(ByteStream& stream, void* bytes, int32_t count);
 
 // Reads a whole stream, from its start, into memory that the caller frees with free(); `memory` then stands at its own
-// start. False if there is no memory for it.
+// start. False if there is no memory for it or it is longer than 2 GiB.
 bool ReadWholeStream(ByteStream& stream, BufferStream* memory);
 
 // The number that lies in `count` bytes, up to 4, the lowest first.

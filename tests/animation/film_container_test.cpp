@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -244,6 +245,25 @@ TEST_F(FilmContainer, ForeignCutFails) {
   EXPECT_EQ(report.listIndex, 0);
   EXPECT_EQ(folder.List(), "a.cut");
 }
+
+// The large file has no contents on the disk, and nothing of it is copied.
+class TooLongFilm : public FilmContainer, public testing::WithParamInterface<std::uintmax_t> {};
+
+TEST_P(TooLongFilm, IsRefused) {
+  folder.Write("a.ca", SmallCutCompiled());
+  folder.Write("large.ca", SmallCutCompiled());
+  std::filesystem::resize_file(folder.Path("large.ca"), GetParam());
+  Add("a.cut");
+  Add("large.cut");
+  EXPECT_FALSE(Write({0, 1}));
+  EXPECT_EQ(report.listIndex, 1);
+  EXPECT_STREQ(report.report.problem, "the film grows beyond 2 GiB");
+  EXPECT_LT(output.stream.Tell(), 1000);
+}
+
+INSTANTIATE_TEST_SUITE_P(Bytes, TooLongFilm,
+                         testing::Values(std::uintmax_t{INT32_MAX}, std::uintmax_t{INT32_MAX} + 1,
+                                         std::uintmax_t{UINT32_MAX} + 1000));
 
 TEST_F(FilmContainer, NoReportIsNeeded) {
   Add("gone.cut");

@@ -1,11 +1,13 @@
 // What becomes of the files that the console program writes.
 
 #include <gtest/gtest.h>
+#include <pty.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <cstdlib>
+#include <memory>
 #include <string>
 
 #include "support/test_streams.h"
@@ -22,6 +24,66 @@ int Shell(const std::string& command) {
 
 std::string Program() {
   return std::string("'") + SORVEL_PROGRAM + "' ";
+}
+
+// What a command whose standard error is a terminal shows there; its standard output goes to the file "out".
+std::string ShownOnATerminal(const Folder& folder, const std::string& arguments, int* status) {
+  const std::string command = "cd '" + folder.Path("") + "' && exec " + Program() + arguments + " > out";
+  int terminal = -1;
+  const pid_t process = forkpty(&terminal, nullptr, nullptr, nullptr);
+  if (process == 0) {
+    execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
+    _exit(127);
+  }
+  std::string shown;
+  char bytes[4096];
+  // The end of the program is an error of the read.
+  for (ssize_t count = 0; (count = read(terminal, bytes, sizeof(bytes))) > 0;) {
+    shown.append(bytes, static_cast<size_t>(count));
+  }
+  close(terminal);
+  int end = 0;
+  waitpid(process, &end, 0);
+  *status = WIFEXITED(end) ? WEXITSTATUS(end) : -1;
+  return shown;
+}
+
+// A cut of three frames, and a film that lists it and another one like it.
+void WriteFilm(const Folder& folder) {
+  for (const char* name : {"a.cut", "b.cut"}) {
+    const std::unique_ptr<Cut> cut = MakeCut(8, 4, {"1", "2", "3"}, 0);
+    AssignString(&cut->path, folder.Path(name).c_str());
+    ASSERT_TRUE(cut->SaveToPath());
+  }
+  const std::string film = "title\nauthor\n320, 240\na.cut\nb.cut\n";
+  folder.Write("f.flm", Bytes(film.begin(), film.end()));
+}
+
+TEST(ConsoleOutput, CompileShowsItsFramesOnATerminalAndTakesTheLineAway) {
+  const Folder folder;
+  WriteFilm(folder);
+  int status = -1;
+  const std::string shown = ShownOnATerminal(folder, "compile a.cut a.ca", &status);
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(shown, "\rframe 1 of 3\x1B[K\rframe 2 of 3\x1B[K\rframe 3 of 3\x1B[K\r\x1B[K");
+}
+
+TEST(ConsoleOutput, ExportShowsItsCutsOnATerminalAndTakesTheLineAway) {
+  const Folder folder;
+  WriteFilm(folder);
+  int status = -1;
+  const std::string shown = ShownOnATerminal(folder, "export f.flm f.sv", &status);
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(shown, "\rcut 1 of 2\x1B[K\rcut 2 of 2\x1B[K\r\x1B[K");
+}
+
+TEST(ConsoleOutput, WithoutATerminalNoProgressIsShown) {
+  const Folder folder;
+  WriteFilm(folder);
+  for (const Answer& run : {folder.Sorvel({"compile", "a.cut", "a.ca"}), folder.Sorvel({"export", "f.flm", "f.sv"})}) {
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.err, "");
+  }
 }
 
 TEST(ConsoleOutput, PipeGetsTheWholeStream) {

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -457,6 +458,23 @@ TEST(FileStream, WritesWhatGoesThroughIt) {
   EXPECT_EQ(stream.PutC(0), 0);
   stream.Close();
   EXPECT_EQ(ReadFile(path), std::string("aXc\xff\0", 5));
+}
+
+TEST(FileStream, APositionBehindTwoGigabytesIsNone) {
+  TemporaryFolder folder;
+  const std::string path = folder.Path("large");
+  WriteFile(path, "a");
+  std::filesystem::resize_file(path, std::uintmax_t{UINT32_MAX} + 1000);
+  FileStream stream(std::fopen(path.c_str(), "rb"));
+  ASSERT_TRUE(stream.IsOpen());
+  EXPECT_EQ(StreamLength(stream), -1);
+  EXPECT_TRUE(stream.Seek(INT32_MAX, kFromStart));
+  EXPECT_EQ(stream.Tell(), INT32_MAX);
+  EXPECT_EQ(stream.GetC(), 0);
+  EXPECT_EQ(stream.Tell(), -1);
+  BufferStream memory;
+  EXPECT_FALSE(ReadWholeStream(stream, &memory));
+  stream.Close();
 }
 
 TEST(FileStream, ReadsAndSeeks) {

@@ -1,0 +1,132 @@
+// The bitmap files that the program writes, as another program's reader sees them: ImageMagick's.
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "rules/drawing_session.h"
+
+namespace rules {
+namespace {
+
+constexpr int exportFrame = 40076;
+
+// What the other reader gives for a bitmap file: its size, and all pixels as red, green and blue bytes, the top row
+// first.
+struct OtherReading {
+  int width = 0;
+  int height = 0;
+  std::string bytes;
+
+  uint32_t At(int x, int y) const {
+    const size_t at = static_cast<size_t>(y * width + x) * 3;
+    const auto byte = [&](size_t i) { return static_cast<uint32_t>(static_cast<unsigned char>(bytes.at(at + i))); };
+    return byte(0) << 16 | byte(1) << 8 | byte(2);
+  }
+};
+
+OtherReading ReadElsewhere(ScriptSession& session, const std::string& name) {
+  const std::string command =
+      "convert 'bmp:" + session.Path(name) + "' -depth 8 'ppm:" + session.Path("read.ppm") + "'";
+  EXPECT_EQ(std::system(command.c_str()), 0) << command;
+  const std::string file = session.Bytes("read.ppm");
+  OtherReading reading;
+  int depth = 0;
+  int head = 0;
+  EXPECT_EQ(std::sscanf(file.c_str(), "P6 %d %d %d%n", &reading.width, &reading.height, &depth, &head), 3) << name;
+  EXPECT_EQ(depth, 255);
+  reading.bytes = file.substr(static_cast<size_t>(head) + 1);
+  EXPECT_EQ(reading.bytes.size(), static_cast<size_t>(reading.width * reading.height) * 3) << name;
+  return reading;
+}
+
+// Each pixel is what the colour table, or the pixel itself, says.
+void ExpectTheSamePicture(const OtherReading& reading, const PixelMatrix& picture) {
+  ASSERT_EQ(reading.width, picture.Width());
+  ASSERT_EQ(reading.height, picture.Height());
+  int different = 0;
+  for (int y = 0; y < picture.Height(); ++y) {
+    for (int x = 0; x < picture.Width(); ++x) {
+      const uint32_t value = picture.At(x, y);
+      const uint32_t color = picture.Colors().empty() ? value : picture.Colors().at(value);
+      different += reading.At(x, y) != color ? 1 : 0;
+    }
+  }
+  EXPECT_EQ(different, 0);
+}
+
+void DrawSomething(DrawingSession& session) {
+  session.FillArea(2, 2, 11, 7, 1);
+  session.FillArea(20, 5, 9, 13, 2);
+  session.FillArea(31, 1, 17, 6, 3);
+  session.DrawInkLine(1, 44, 60, 21);
+}
+
+TEST(BitmapElsewhere, AnExportedFrameIsReadWithItsGreys) {
+  DrawingSession session;
+  DrawSomething(session);
+  session.File(session.Path("out.bmp")).Command(exportFrame);
+  session.Run();
+  const OtherReading reading = ReadElsewhere(session, "out.bmp");
+  ASSERT_EQ(reading.width, 64);
+  ASSERT_EQ(reading.height, 48);
+  EXPECT_EQ(reading.At(3, 3), 0x000000u);
+  EXPECT_EQ(reading.At(21, 6), 0x555555u);
+  EXPECT_EQ(reading.At(32, 2), 0xAAAAAAu);
+  EXPECT_EQ(reading.At(60, 40), 0xFFFFFFu);
+  EXPECT_EQ(reading.At(1, 44), 0x000000u);
+  ExpectTheSamePicture(reading, PixelMatrix::FromBitmap(session.Path("out.bmp")));
+}
+
+TEST(BitmapElsewhere, AReducedDarkFrameIsReadWithItsBrightness) {
+  DrawingSession session({.antialias = 1});
+  DrawSomething(session);
+  session.Panel(10007, "25");
+  session.Repaint();
+  session.File(session.Path("out.bmp")).Command(exportFrame);
+  session.Run();
+  const OtherReading reading = ReadElsewhere(session, "out.bmp");
+  ASSERT_EQ(reading.width, 32);
+  ASSERT_EQ(reading.height, 24);
+  EXPECT_EQ(reading.At(2, 2), 0x000000u) << "black";
+  EXPECT_EQ(reading.At(30, 20), 0x7F7F7Fu) << "white at a quarter of the brightness's range";
+  ExpectTheSamePicture(reading, PixelMatrix::FromBitmap(session.Path("out.bmp")));
+}
+
+TEST(BitmapElsewhere, AFrameThatIsASectionOfTheCanvasIsReadTheRightWayUp) {
+  DrawingSession session;
+  session.FillArea(10, 5, 4, 3, 1);
+  session.Dialog(123, {"1002=32", "1001=24"}).Command(40112);
+  session.Command(tool::FramePosition).LeftDrag(0, 0, 8, 4);
+  session.File(session.Path("out.bmp")).Command(exportFrame);
+  session.Run();
+  const OtherReading reading = ReadElsewhere(session, "out.bmp");
+  ASSERT_EQ(reading.width, 32);
+  ASSERT_EQ(reading.height, 24);
+  for (int y = 0; y < 24; ++y) {
+    for (int x = 0; x < 32; ++x) {
+      const bool isInk = x >= 2 && x < 6 && y >= 1 && y < 4;
+      ASSERT_EQ(reading.At(x, y), isInk ? 0x000000u : 0xFFFFFFu) << x << ", " << y;
+    }
+  }
+}
+
+TEST(BitmapElsewhere, ViewAndScreenAreReadWithTheirColours) {
+  DrawingSession session({.width = 61, .height = 47});
+  DrawSomething(session);
+  session.Line("view \"" + session.Path("view.bmp") + "\"").Line("screen \"" + session.Path("screen.bmp") + "\"");
+  session.Run();
+  for (const char* name : {"view.bmp", "screen.bmp"}) {
+    SCOPED_TRACE(name);
+    const OtherReading reading = ReadElsewhere(session, name);
+    EXPECT_EQ(reading.width, 61);
+    EXPECT_EQ(reading.height, 47);
+    EXPECT_NE(reading.At(3, 3), reading.At(40, 40)) << "nothing is drawn";
+    ExpectTheSamePicture(reading, PixelMatrix::FromBitmap(session.Path(name)));
+  }
+}
+
+}  // namespace
+}  // namespace rules

@@ -1,6 +1,10 @@
+#include <clocale>
+
 #include "platform/win32/win32.h"
 #include "shell/entry.h"
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR commandLine, int showCommand) {
+  // Texts and file names are Japanese, whatever the system's own language is.
+  std::setlocale(LC_ALL, "jpn");
   return sorvel::EntryPoint(commandLine, showCommand);
 }

@@ -23,13 +23,14 @@ void KeepCache(FileStream* compiled, const char* cachePath) {
   if (!cache.Close() || !copied) platform::DeletePath(cachePath);
 }
 
-// Compiles all frames of the cut. Gives an open file, or null if that can't be done.
+// Compiles all frames of the cut. Gives an open file, or null if that can't be done. Who asks what is wrong gets none
+// of a cut without frames; else its stream is empty.
 FILE* CompileCut(Cut* cut, const char* cachePath, NibbleBitmap* bitmap, PackedImage* composition, LoadReport* report) {
   const char* problem = CanvasProblem(*cut);
-  if (problem == nullptr && cut->frames.Count() == 0) problem = "the cut has no frames";
+  if (report != nullptr && cut->frames.Count() == 0) problem = "the cut has no frames";
   FileStream stream(problem == nullptr ? platform::OpenTemporaryFile() : nullptr);
   if (problem == nullptr && !stream.IsOpen()) problem = "no file for the compiled stream";
-  if (problem == nullptr) {
+  if (problem == nullptr && cut->frames.Count() != 0) {
     const int32_t scale = OutputScale(cut->Antialias());
     AnimationEncoder encoder(&stream, bitmap, 1);
     const bool compiled = bitmap->Create(cut->width / scale, cut->height / scale) != 0 &&
@@ -93,7 +94,8 @@ ContainerHead WriteHead(const Film& film, ByteStream& container, int32_t count) 
   WriteField(container, 0, 4);
   WriteField(container, count, 2);
   head.tablePosition = container.Tell();
-  for (int32_t i = 0; i < count; ++i) WriteField(container, 0, 4);
+  // Stepped over and not written: a film that fails at its first cut ends before the table.
+  container.Seek(4 * count, kFromPosition);
   return head;
 }
 
@@ -119,7 +121,7 @@ bool AppendCutToContainer(Film* film, int32_t outIndex, int32_t listIndex, ByteS
   *width = static_cast<int16_t>(ReadSignedField(cache, 2));
   *height = static_cast<int16_t>(ReadSignedField(cache, 2));
   cache.Seek(kCutRecordOffset, kFromStart);
-  const bool copied = CopyStream(cache, container, -1);
+  const bool copied = CopyStream(cache, container, std::max(length - kCutRecordOffset, 0));
   cache.Close();
   if (!copied) NoteProblem(report, "can't be copied into the film");
   return copied;

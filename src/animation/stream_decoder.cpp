@@ -214,7 +214,7 @@ int32_t AnimationDecoder::DecodeNextFrame() {
     ReadSections(currentBox, codeBytes, literalBytes);
     const int32_t mapRowBytes = CodeMapRowBytes(currentBox.width);
     for (int32_t row = 0; row < currentBox.height; ++row) {
-      LoadCodeRow(changeMap + row * mapRowBytes, currentBox.width, &nextCode, codesEnd, rowCodes);
+      LoadCodeRow(changeMap + row * mapRowBytes, currentBox.width, &nextCode, codesEnd, kCodeOfRowAbove, rowCodes);
       DecodeRow(currentBox, row);
     }
   }

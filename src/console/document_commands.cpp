@@ -1,5 +1,7 @@
 #include <cstdio>
+#include <filesystem>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "animation/film_container.h"
@@ -44,7 +46,9 @@ int SelectFrame(const std::string& path, const std::string& word, Cut* cut) {
 bool CheckEntry(const char* cutPath) {
   char cachePath[kPathCapacity];
   std::string problem;
-  if (ChangeExtension(cachePath, cutPath, "ca") && platform::PathExists(cachePath)) {
+  std::error_code error;
+  if (ChangeExtension(cachePath, cutPath, "ca") && platform::PathExists(cachePath) &&
+      !std::filesystem::is_directory(ShownText(cachePath), error)) {
     InputFile cache;
     const bool isOpen = cache.Open(ShownText(cachePath), &problem);
     if (isOpen && IsCompleteStream(cache.Stream())) return true;

@@ -196,7 +196,7 @@ void CutWindow::AddUndoRect(const Rect* rect) {
     undoRect = Rect{};
   } else if (undoRect.width == 0 || undoRect.height == 0) {
     undoRect = *rect;
-  } else if (rect->width != 0 && rect->height != 0) {
+  } else {
     undoRect = BoundingRect(undoRect, *rect);
   }
 }

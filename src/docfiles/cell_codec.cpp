@@ -197,7 +197,8 @@ bool CellReader::ReadCell(CellImage* image, ByteStream* stream, int32_t length, 
   std::memset(rowCodes, kFirstRowCodes, static_cast<size_t>(rowBytes));
   const int32_t rows = groups > 0 ? image->height : 0;
   for (int32_t y = 0; y < rows; ++y) {
-    LoadCodeRow(rowMap + y * mapRowBytes, image->width, &code, codeEnd, rowCodes);
+    // Reading behind the end of the codes gives the byte FF.
+    LoadCodeRow(rowMap + y * mapRowBytes, image->width, &code, codeEnd, 0xFF, rowCodes);
     uint8_t* group = image->bits + y * image->pitch;
     for (int32_t k = 0; k < groups; ++k, group += 2) {
       const int32_t n = CodeAt(rowCodes, k);

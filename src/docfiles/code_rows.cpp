@@ -44,14 +44,19 @@ void CodeRowWriter::EndRow() {
   std::swap(currentRow, previousRow);
 }
 
-void LoadCodeRow(const uint8_t* mapRow, int32_t width, const uint8_t** next, const uint8_t* end, uint8_t* row) {
+void LoadCodeRow(const uint8_t* mapRow, int32_t width, const uint8_t** next, const uint8_t* end, int32_t behindEnd,
+                 uint8_t* row) {
   const int32_t rowBytes = CodeRowBytes(width);
   const int32_t mapRowBytes = CodeMapRowBytes(width);
   for (int32_t m = 0; m < mapRowBytes; ++m) {
     for (uint32_t set = mapRow[m]; set != 0; set &= set - 1) {
       const int32_t i = m * 8 + std::countr_zero(set);
-      if (i >= rowBytes || *next >= end) return;
-      row[i] = *(*next)++;
+      if (i >= rowBytes) return;
+      if (*next < end) {
+        row[i] = *(*next)++;
+      } else if (behindEnd != kCodeOfRowAbove) {
+        row[i] = static_cast<uint8_t>(behindEnd);
+      }
     }
   }
 }

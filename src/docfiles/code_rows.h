@@ -110,8 +110,10 @@ class CodeRowWriter {
   int32_t codeSize = 0;
 };
 
-// Brings a row of code bytes up to date by its row of the map, with the codes from *next on. Codes behind `end` leave
-// the row above as it is.
-void LoadCodeRow(const uint8_t* mapRow, int32_t width, const uint8_t** next, const uint8_t* end, uint8_t* row);
+// Brings a row of code bytes up to date by its row of the map, with the codes from *next on. What lies behind `end` is
+// this byte, or leaves the code of the row above as it is.
+constexpr int32_t kCodeOfRowAbove = -1;
+void LoadCodeRow(const uint8_t* mapRow, int32_t width, const uint8_t** next, const uint8_t* end, int32_t behindEnd,
+                 uint8_t* row);
 
 }  // namespace sorvel

@@ -49,13 +49,6 @@ void ReadFont() {
   SetTextToolFont(name, size, spacing, weight);
 }
 
-// A pen that can't exist would be drawn with tables that it lies outside of.
-bool IsPen(int32_t shape, int32_t colorA, int32_t colorB, int32_t tone) {
-  const auto isColor = [](int32_t color) { return color >= kTransparent && color <= kMarkLast; };
-  return shape >= 0 && shape <= kLargestShape && tone >= 0 && tone <= kLargestTone && isColor(colorA) &&
-         isColor(colorB);
-}
-
 void ReadBrush() {
   char text[kTextSize];
   PenSpec pen;
@@ -63,9 +56,7 @@ void ReadBrush() {
   int32_t square = 0;
   ReadSettingText(settings::kBrush, text, sizeof(text));
   std::sscanf(text, "%d, %d, %d, %d, %d, %d", &pen.shape, &pen.colorA, &pen.colorB, &pen.tone, &removal, &square);
-  if (IsPen(pen.shape, pen.colorA, pen.colorB, pen.tone)) {
-    SetBrushSettings(pen.shape, pen.colorA, pen.colorB, pen.tone, removal, square);
-  }
+  SetBrushSettings(pen.shape, pen.colorA, pen.colorB, pen.tone, removal, square);
 }
 
 void ReadTransparentColor() {

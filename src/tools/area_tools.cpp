@@ -243,13 +243,15 @@ void DrawMosaic(const ToolInput& input) {
   CutWindow* const window = input.window;
   const Point tile = TileCorner(input.point);
   const Point start = gMosaic.start;
-  HideOverlay(window);
   // What repainted in the middle of the drag took its start.
   if (!gMosaic.HasStart()) {
+    HideOverlay(window);
     gMosaic.isActive = false;
     return;
   }
+  // The drag goes on, and its frame stands.
   if (tile.x < start.x || tile.y < start.y) return;
+  HideOverlay(window);
   const Rect area = {start.x, start.y, tile.x - start.x + gMosaic.size, tile.y - start.y + gMosaic.size};
   window->SaveUndo();
   window->undoRect = area;

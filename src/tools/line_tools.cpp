@@ -81,17 +81,17 @@ struct CurveTool {
   Point points[4];     // clicked points, in layer coordinates
   bool skips = false;  // Ctrl was down at the click before
   int32_t shape = 7;   // of the pen at the click before
+  Rect area;           // of the segment; its width is 0 between two of them
   Point bandStart;     // in window coordinates
 };
 CurveTool gCurve;
 
 // Draws from the second of the points to the third with the pen's size at the click before.
-Rect DrawSegment(const ToolInput& input) {
-  Rect area;
+void DrawSegment(const ToolInput& input) {
   std::swap(currentPen.shape, gCurve.shape);
-  input.cell->DrawCurve(gCurve.points, &currentPen, maskFlags, &area);
+  input.cell->DrawCurve(gCurve.points, &currentPen, maskFlags, &gCurve.area);
   std::swap(currentPen.shape, gCurve.shape);
-  return area;
+  ReportChange(input.window, gCurve.area);
 }
 
 void BeginCurve(const ToolInput& input) {
@@ -102,6 +102,7 @@ void BeginCurve(const ToolInput& input) {
   gCurve.index = 1;
   gCurve.points[0] = input.point;
   gCurve.points[1] = input.point;
+  gCurve.area.width = 0;
 }
 
 void ContinueCurve(const ToolInput& input) {
@@ -109,9 +110,11 @@ void ContinueCurve(const ToolInput& input) {
   if (gCurve.index < 3) gCurve.index++;
   gCurve.points[gCurve.index] = input.point;
   if (gCurve.index == 3) {
-    if (!gCurve.skips) {
-      const Rect area = DrawSegment(input);
-      ReportChange(input.window, area);
+    if (gCurve.skips) {
+      // A segment that is left out is reported all the same, by its empty area.
+      input.window->AddUndoRect(&gCurve.area);
+    } else {
+      DrawSegment(input);
     }
     gCurve.points[0] = gCurve.points[1];
     gCurve.points[1] = gCurve.points[2];
@@ -119,6 +122,7 @@ void ContinueCurve(const ToolInput& input) {
   }
   gCurve.skips = input.isControlDown;
   gCurve.shape = currentPen.shape;
+  gCurve.area.width = 0;
 }
 
 void StopCurve() {
@@ -132,8 +136,7 @@ void FinishCurve(const ToolInput& input) {
   input.window->ShowPenMark(nullptr);
   if (gCurve.index > 1) {
     gCurve.points[3] = gCurve.points[2];
-    const Rect area = DrawSegment(input);
-    ReportChange(input.window, area);
+    DrawSegment(input);
   }
   StopCurve();
 }

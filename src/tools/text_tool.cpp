@@ -18,6 +18,7 @@ struct TextTool {
   int32_t width = 0;         // of the text, in pixels of the drawing
   int32_t height = 0;
   int32_t lineHeight = 0;
+  Point corner;  // of the frame, in layer coordinates
 };
 TextTool gText;
 
@@ -52,13 +53,14 @@ void MeasureText(const CutWindow& window) {
   gText.height = textToolFont.IsVertical() ? longest : Saturated(depth);
 }
 
-// The text's place at the mouse, in the given coordinates.
+// The text's place in the coordinates of its corner.
 Rect TextBlock(Point corner) {
   return {corner.x, corner.y, gText.width, gText.height};
 }
 
 void ShowTextFrame(const ToolInput& input) {
   const Point corner = input.point;
+  gText.corner = corner;
   const Point farCorner = {Saturated(int64_t{corner.x} + gText.width), Saturated(int64_t{corner.y} + gText.height)};
   ShowFrame(input.window, ToWindowBounds(input.window, corner, farCorner));
 }
@@ -90,16 +92,18 @@ void DrawTextOnView(CutWindow* window, const Rect& block) {
 void PlaceText(const ToolInput& input) {
   CutWindow* const window = input.window;
   window->SaveUndo();
+  // A frame that a repaint took away is where the mouse is now.
+  const Point place = IsOverlayShown(window) ? gText.corner : input.point;
   HideOverlay(window);
-  Point corner = input.point;
+  Point corner = place;
   window->LayerToCut(&corner, 1);
   const Rect block = TextBlock(corner);
   // The view serves as paper: what isn't 0 on it afterwards is glyph.
   window->view.FillRect(block.x, block.y, block.width, block.height, kTransparent);
   DrawTextOnView(window, block);
-  input.cell->StampImage(input.point.x, input.point.y, &window->view, block.x, block.y, block.width, block.height,
-                         currentPen, maskFlags);
-  window->undoRect = TextBlock(input.point);
+  input.cell->StampImage(place.x, place.y, &window->view, block.x, block.y, block.width, block.height, currentPen,
+                         maskFlags);
+  window->undoRect = TextBlock(place);
   // Glyphs may hang over the block by less than their height.
   const int64_t margin = gText.lineHeight;
   window->RepaintArea(Saturated(block.x - margin), Saturated(block.y - margin), Saturated(block.width + 2 * margin),

@@ -105,6 +105,31 @@ TEST_F(FilesTest, JapaneseTextsAreKept) {
   EXPECT_EQ(app.Text(GetDlgItem(dialog, 1037)), "表現 花子");
 }
 
+TEST_F(FilesTest, TheSystemReadsAnExportedFrame) {
+  ASSERT_TRUE(app.Start());
+  MakeCut("c1.cut");
+  const std::string path = app.PathOf("表.bmp");
+  ASSERT_TRUE(app.Choose('r', "b"));
+  ASSERT_TRUE(app.AnswerFileDialog(path));
+  ASSERT_TRUE(Await([&] { return ReadFile(path).size() == 118 + 180 * 120; })) << ReadFile(path).size();
+  const HANDLE image = LoadImageW(nullptr, Wide(path).c_str(), IMAGE_BITMAP, 0, 0, LR_LOADFROMFILE);
+  ASSERT_NE(image, nullptr) << GetLastError();
+  const HDC dc = CreateCompatibleDC(nullptr);
+  const HGDIOBJ before = SelectObject(dc, image);
+  BITMAP size = {};
+  GetObjectW(image, sizeof(size), &size);
+  EXPECT_EQ(size.bmWidth, 240);
+  EXPECT_EQ(size.bmHeight, 180);
+  // The second frame shows the line of its own cell, and no ink of the other one.
+  EXPECT_EQ(GetPixel(dc, 60, 60), RGB(0, 0, 0));
+  EXPECT_EQ(GetPixel(dc, 60, 30), RGB(255, 255, 255));
+  EXPECT_EQ(GetPixel(dc, 0, 0), RGB(255, 255, 255));
+  EXPECT_EQ(GetPixel(dc, 239, 179), RGB(255, 255, 255));
+  SelectObject(dc, before);
+  DeleteDC(dc);
+  DeleteObject(image);
+}
+
 TEST_F(FilesTest, AChangedCutAsksBeforeItCloses) {
   ASSERT_TRUE(app.Start());
   MakeCut("表.cut");

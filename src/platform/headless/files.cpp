@@ -1,5 +1,6 @@
 #include "platform/files.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <climits>
@@ -21,7 +22,13 @@ const char kPathSeparator = '/';
 
 FILE* OpenStdioFile(const char* path, const char* mode) {
   std::string native;
-  return ShiftJisToUtf8(path, &native) ? std::fopen(native.c_str(), mode) : nullptr;
+  if (!ShiftJisToUtf8(path, &native)) return nullptr;
+  FILE* file = std::fopen(native.c_str(), mode);
+  struct stat status = {};
+  // A folder opens for reading here, unlike on the system that this stands in for.
+  if (file == nullptr || fstat(fileno(file), &status) != 0 || !S_ISDIR(status.st_mode)) return file;
+  std::fclose(file);
+  return nullptr;
 }
 
 FILE* OpenTemporaryFile() {

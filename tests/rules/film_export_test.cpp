@@ -1,0 +1,1385 @@
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "rules/script_session.h"
+
+namespace {
+
+using nlohmann::json;
+using rules::CutFile;
+using rules::FileFrame;
+using rules::PixelMatrix;
+using rules::ScriptSession;
+
+using Names = std::vector<std::string>;
+
+constexpr int exportFilm = 40083;
+constexpr int playSelected = 40057;
+constexpr int playCut = 40026;
+constexpr int toggleBlank = 40060;
+
+// ---- The console program's other commands ----
+
+std::string InShell(const std::string& word) {
+  std::string text = "'";
+  for (const char character : word) text.append(character == '\'' ? std::string("'\\''") : std::string(1, character));
+  return text.append("'");
+}
+
+// Runs one command in the folder of the session, with its errors in errors.txt, and gives the exit status.
+int Console(const ScriptSession& session, const Names& words) {
+  std::string line = std::string("timeout 20 ").append(InShell(SORVEL_PROGRAM));
+  for (const std::string& word : words) line.append(" ").append(InShell(word));
+  line.append(" > ").append(InShell(session.Path("output.txt")));
+  line.append(" 2> ").append(InShell(session.Path("errors.txt")));
+  const int status = std::system(line.c_str());
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+int ConsoleExport(const ScriptSession& session) {
+  return Console(session, {"export", session.Path("film.flm"), session.Path("out.sv")});
+}
+
+// The stream of a cut that was just read from its file.
+std::string Stream(const CutFile& file) {
+  ScriptSession session;
+  session.Write("x.cut", file.Bytes());
+  EXPECT_EQ(Console(session, {"compile", session.Path("x.cut"), session.Path("x.ca")}), 0);
+  return session.Bytes("x.ca");
+}
+
+// ---- Writing what is expected ----
+
+std::string LittleBytes(int64_t value, size_t count) {
+  std::string bytes;
+  for (size_t i = 0; i < count; ++i) bytes.push_back(static_cast<char>(value >> (8 * i) & 0xFF));
+  return bytes;
+}
+
+struct Film {
+  std::string title = "title";
+  std::string author = "author";
+  int width = 24;
+  int height = 18;
+};
+
+// The container of these records.
+std::string Container(const Film& film, const Names& records, int maxWidth, int maxHeight) {
+  std::string head = film.title + '\0' + film.author + '\0';
+  for (const int value : {film.width, film.height, maxWidth, maxHeight, static_cast<int>(records.size())}) {
+    head.append(LittleBytes(value, 2));
+  }
+  std::string table;
+  std::string body;
+  const size_t start = 6 + head.size() + 4 * records.size();
+  for (const std::string& record : records) {
+    table.append(LittleBytes(static_cast<int64_t>(start + body.size()), 4));
+    body.append(record);
+  }
+  return "SV" + LittleBytes(static_cast<int64_t>(start + body.size()), 4) + head + table + body;
+}
+
+std::string RecordOf(const CutFile& file) {
+  const std::string stream = Stream(file);
+  return stream.size() < 6 ? std::string() : stream.substr(6);
+}
+
+void WriteFilm(const ScriptSession& session, const Names& lines, const Film& film = {}) {
+  std::string text = film.title + "\n" + film.author + "\n";
+  text.append(std::to_string(film.width)).append(", ").append(std::to_string(film.height)).append("\n");
+  for (const std::string& line : lines) text.append(line).append("\n");
+  session.Write("film.flm", text);
+}
+
+// The film, opened in the application.
+ScriptSession& OpenFilm(ScriptSession& session, const Names& lines, const Film& film = {}) {
+  WriteFilm(session, lines, film);
+  return session.Open(session.Path("film.flm"));
+}
+
+ScriptSession& Export(ScriptSession& session) {
+  return session.File(session.Path("out.sv")).Command(exportFilm);
+}
+
+json Player(const ScriptSession& session, int state) {
+  json whole = session.StateAt(state);
+  return whole["player"];
+}
+
+std::string SizeTitle(size_t size) {
+  return std::to_string(size) + " byte";
+}
+
+// ---- The cuts ----
+
+CutFile Still(int color) {
+  return CutFile::Showing({color}, {0});
+}
+
+// Full size, with a pan, two brightnesses and a picture that stays.
+CutFile WideCut() {
+  CutFile file;
+  file.width = 20;
+  file.height = 10;
+  file.frameWidth = 12;
+  file.frameHeight = 6;
+  file.fps = 24;
+  file.credit = "Ann";
+  file.layers = {{.name = "A", .cells = {1, 2}}, {.name = "B", .cells = {3}}};
+  file.frames = {
+      {.time = 2, .brightness = 50, .x = 4, .y = 2, .records = {{0, 0, 3, 2}, {1, 0, 9, 4}}},
+      {.time = 1, .brightness = 80, .x = 4, .y = 2, .records = {{0, 0, 3, 2}, {1, 0, 9, 4}}},
+      {.time = 3, .brightness = 20, .x = 5, .y = 3, .records = {{0, 1, 6, 4}, {1, 0, 9, 6}}},
+  };
+  return file;
+}
+
+// Half size of odd measures, with a dissolve.
+CutFile TallCut() {
+  CutFile file;
+  file.width = 21;
+  file.height = 27;
+  file.frameWidth = 16;
+  file.frameHeight = 20;
+  file.fps = 12;
+  file.antialias = 1;
+  file.layers = {{.name = "A", .cells = {1, 2, 9}}};
+  file.frames = {
+      {.time = 1, .x = 2, .y = 4, .records = {{0, 0, 5, 7}}},
+      {.time = -3, .brightness = 60, .x = 2, .y = 4, .records = {{0, 1, 6, 9}}},
+      {.time = 2, .x = 4, .y = 6, .records = {{0, 2, 9, 12}}},
+  };
+  return file;
+}
+
+// A quarter of the size, one frame.
+CutFile SmallCut() {
+  CutFile file;
+  file.width = 40;
+  file.height = 24;
+  file.frameWidth = 32;
+  file.frameHeight = 20;
+  file.fps = 30;
+  file.antialias = 2;
+  file.credit = "Bo";
+  file.layers = {{.name = "A", .cells = {1}}, {.name = "B", .cells = {2}}};
+  file.frames = {{.time = 4, .x = 4, .y = 4, .records = {{0, 0, 7, 9}, {1, 0, 12, 10}}}};
+  return file;
+}
+
+// Writes the three cuts, and a film of them.
+Names WriteThreeCuts(const ScriptSession& session, const Film& film = {}) {
+  session.Write("wide.cut", WideCut().Bytes());
+  session.Write("tall.cut", TallCut().Bytes());
+  session.Write("small.cut", SmallCut().Bytes());
+  const Names lines = {"wide.cut", "tall.cut", "small.cut"};
+  WriteFilm(session, lines, film);
+  return lines;
+}
+
+// ---- A reader of the container ----
+
+struct FrameHead {
+  int time = 0;
+  int loop = 0;
+  int brightness = 0;
+  int x = 0;
+  int y = 0;
+  int boxX = 0;
+  int boxY = 0;
+  int boxWidth = 0;
+  int boxHeight = 0;
+  bool operator==(const FrameHead&) const = default;
+};
+
+struct CutRecord {
+  std::string credit;
+  int width = 0;
+  int height = 0;
+  int frameWidth = 0;
+  int frameHeight = 0;
+  int fps = 0;
+  int levels = 0;
+  std::vector<FrameHead> frames;
+};
+
+struct ReadFilm {
+  uint32_t size = 0;
+  std::string title;
+  std::string author;
+  int width = 0;
+  int height = 0;
+  int maxWidth = 0;
+  int maxHeight = 0;
+  int count = 0;
+  size_t table = 0;
+  std::vector<size_t> offsets;
+  std::vector<CutRecord> cuts;
+};
+
+class ContainerReader {
+ public:
+  explicit ContainerReader(const std::string& wholeFile) : bytes(wholeFile) {}
+
+  ReadFilm Read() {
+    ReadFilm film;
+    EXPECT_EQ(bytes.substr(0, 2), "SV");
+    position = 2;
+    film.size = static_cast<uint32_t>(Unsigned(4));
+    film.title = Text();
+    film.author = Text();
+    film.width = Short();
+    film.height = Short();
+    film.maxWidth = Short();
+    film.maxHeight = Short();
+    film.count = Short();
+    film.table = position;
+    for (int i = 0; i < film.count && position < bytes.size(); ++i) {
+      film.offsets.push_back(static_cast<size_t>(Unsigned(4)));
+    }
+    for (size_t i = 0; i < film.offsets.size(); ++i) {
+      EXPECT_EQ(position, film.offsets[i]) << "record " << i << " doesn't begin where the one before it ends";
+      film.cuts.push_back(Record(i + 1 < film.offsets.size() ? film.offsets[i + 1] : bytes.size()));
+    }
+    EXPECT_EQ(position, bytes.size());
+    return film;
+  }
+
+ private:
+  int64_t Unsigned(size_t count) {
+    int64_t value = 0;
+    for (size_t i = 0; i < count; ++i, ++position) {
+      if (position < bytes.size()) value |= int64_t{static_cast<unsigned char>(bytes[position])} << (8 * i);
+    }
+    return value;
+  }
+  int Short() { return static_cast<int16_t>(Unsigned(2)); }
+  int Byte() { return static_cast<int>(Unsigned(1)); }
+  std::string Text() {
+    std::string text;
+    while (position < bytes.size() && bytes[position] != '\0') text.push_back(bytes[position++]);
+    ++position;
+    return text;
+  }
+  CutRecord Record(size_t end) {
+    CutRecord record;
+    record.credit = Text();
+    record.width = Short();
+    record.height = Short();
+    record.frameWidth = Short();
+    record.frameHeight = Short();
+    record.fps = Byte();
+    record.levels = Byte() + 1;
+    while (position < end) {
+      FrameHead frame;
+      frame.time = Short();
+      frame.loop = Short();
+      frame.brightness = Byte();
+      for (int* field : {&frame.x, &frame.y, &frame.boxX, &frame.boxY, &frame.boxWidth, &frame.boxHeight}) {
+        *field = Short();
+      }
+      const int64_t sections = Unsigned(4) + Unsigned(4);
+      const int rowBytes = (frame.boxWidth + 7) / 8;
+      position += static_cast<size_t>(frame.boxHeight * ((rowBytes + 7) / 8) + sections);
+      record.frames.push_back(frame);
+    }
+    EXPECT_EQ(position, end) << "a frame reaches over the end of its record";
+    return record;
+  }
+
+  const std::string& bytes;
+  size_t position = 0;
+};
+
+// ---- What a player should show ----
+
+int ScaleOf(const CutFile& file) {
+  return file.antialias == 0 ? 1 : file.antialias == 1 ? 2 : 4;
+}
+
+// The grey levels of a frame's whole picture at output size, row by row.
+std::vector<int> LevelsOf(const CutFile& file, const FileFrame& frame) {
+  std::vector<int> canvas(static_cast<size_t>(file.width * file.height), 3);
+  for (const rules::FileRecord& record : frame.records) {
+    if (record.cell < 0) continue;
+    const int color = file.layers[static_cast<size_t>(record.layer)].cells[static_cast<size_t>(record.cell)];
+    if (color == 0) continue;
+    const int tone = color <= 3 ? color - 1 : color >= 8 && color <= 10 ? color - 8 : 3;
+    for (int y = std::max(record.y, 0); y < std::min(record.y + 3, file.height); ++y) {
+      for (int x = std::max(record.x, 0); x < std::min(record.x + 8, file.width); ++x) {
+        canvas[static_cast<size_t>(y * file.width + x)] = tone;
+      }
+    }
+  }
+  const int scale = ScaleOf(file);
+  constexpr int dither[4][2][2] = {{{0, 0}, {0, 0}}, {{1, 0}, {0, 0}}, {{1, 0}, {0, 1}}, {{1, 1}, {0, 1}}};
+  std::vector<int> levels;
+  for (int y = 0; y < file.height / scale; ++y) {
+    for (int x = 0; x < file.width / scale; ++x) {
+      int sum = 0;
+      for (int j = 0; j < scale; ++j) {
+        for (int i = 0; i < scale; ++i) {
+          sum += canvas[static_cast<size_t>((y * scale + j) * file.width + x * scale + i)];
+        }
+      }
+      levels.push_back(scale == 4 ? sum / 4 + dither[sum % 4][y & 1][x & 1] : sum);
+    }
+  }
+  return levels;
+}
+
+int GreyOf(const CutFile& file, int level, int brightness) {
+  constexpr int four[] = {0, 85, 170, 255};
+  constexpr int thirteen[] = {0, 22, 44, 66, 87, 108, 129, 150, 171, 192, 213, 234, 255};
+  const int grey = file.antialias == 0 ? four[level] : thirteen[level];
+  const int stored = brightness < 0 ? -1 - brightness : brightness;
+  const int difference = stored - 50;
+  if (difference <= 0) return stored * grey / 50;
+  const int lift = 255 * difference / 50;
+  return (255 - lift) * grey / 255 + lift;
+}
+
+struct Tick {
+  json line;
+  // Empty when nothing was painted.
+  std::vector<int> picture;
+};
+
+// The ticks of a film of several cuts, or of one cut with several frames. No frame has the time 0, none is in a loop,
+// and every viewport lies inside its picture.
+std::vector<Tick> TicksOf(const Film& film, const std::vector<CutFile>& cuts, int count) {
+  struct Step {
+    const CutFile* cut;
+    const FileFrame* frame;
+    int time;
+    std::vector<int> levels;
+  };
+  std::vector<Step> steps;
+  for (const CutFile& cut : cuts) {
+    for (size_t i = 0; i < cut.frames.size(); ++i) {
+      const int time = i == 0 ? std::abs(cut.frames[i].time) : cut.frames[i].time;
+      steps.push_back({&cut, &cut.frames[i], time, LevelsOf(cut, cut.frames[i])});
+    }
+  }
+  std::vector<Tick> ticks;
+  std::array<int, 4> viewport{};
+  for (size_t number = 0; static_cast<int>(ticks.size()) < count; ++number) {
+    const Step& step = steps[number % steps.size()];
+    const Step& before = steps[(number + steps.size() - 1) % steps.size()];
+    const Step& next = steps[(number + 1) % steps.size()];
+    const CutFile& cut = *step.cut;
+    const int scale = ScaleOf(cut);
+    const std::array<int, 4> target = {step.frame->x / scale, step.frame->y / scale, cut.frameWidth / scale,
+                                       cut.frameHeight / scale};
+    const std::array<int, 4> from = viewport;
+    const int way = step.time > 0 ? -1 : 1;
+    for (int left = step.time; left != 0 && static_cast<int>(ticks.size()) < count; left += way) {
+      const int parts = step.time - 1;
+      const bool dissolve = step.time < 0;
+      const bool painted = dissolve || left == step.time;
+      for (size_t i = 0; i < 4; ++i) {
+        viewport[i] = dissolve ? (from[i] * left + target[i] * (parts - left)) / parts : target[i];
+      }
+      const int viewLeft = (film.width - viewport[2]) / 2;
+      const int viewTop = (film.height - viewport[3]) / 2;
+      Tick tick;
+      tick.line = {{"tick", ticks.size()},
+                   {"painted", painted},
+                   {"delay", 1000 / cut.fps},
+                   {"ticks", left},
+                   {"nextTime", std::abs(left) == 1 ? next.time : step.time},
+                   {"viewLeft", viewLeft},
+                   {"viewTop", viewTop},
+                   {"viewport", viewport}};
+      if (painted) {
+        tick.picture.assign(static_cast<size_t>(film.width * film.height), 0);
+        for (int y = 0; y < viewport[3]; ++y) {
+          for (int x = 0; x < viewport[2]; ++x) {
+            const int outX = viewLeft + x;
+            const int outY = viewTop + y;
+            if (outX < 0 || outY < 0 || outX >= film.width || outY >= film.height) continue;
+            const size_t place = static_cast<size_t>((viewport[1] + y) * (cut.width / scale) + viewport[0] + x);
+            int grey = GreyOf(cut, step.levels[place], step.frame->brightness);
+            if (dissolve) {
+              const int back = GreyOf(cut, before.levels[place], before.frame->brightness);
+              grey = (grey * (parts - left) + back * left) / parts;
+            }
+            tick.picture[static_cast<size_t>(outY * film.width + outX)] = grey;
+          }
+        }
+      }
+      ticks.push_back(tick);
+    }
+  }
+  return ticks;
+}
+
+testing::AssertionResult IsPicture(const PixelMatrix& picture, const Film& film, const std::vector<int>& greys) {
+  if (picture.Width() != film.width || picture.Height() != film.height) {
+    return testing::AssertionFailure() << "the picture is " << picture.Width() << " by " << picture.Height();
+  }
+  for (int y = 0; y < film.height; ++y) {
+    for (int x = 0; x < film.width; ++x) {
+      const int grey = greys[static_cast<size_t>(y * film.width + x)];
+      const int seen = static_cast<int>(picture.At(x, y));
+      if (seen != grey) {
+        return testing::AssertionFailure() << "(" << x << ", " << y << ") is " << seen << " instead of " << grey;
+      }
+    }
+  }
+  return testing::AssertionSuccess();
+}
+
+// A play by the console program: its lines, and its pictures by the number of their tick.
+class Played {
+ public:
+  Played(const ScriptSession& from, const std::string& name, int ticks) : session(from), folder("play-" + name) {
+    std::filesystem::create_directory(session.Path(folder));
+    status = Console(session, {"play", session.Path(name), session.Path(folder), "--ticks", std::to_string(ticks)});
+    std::istringstream text(session.Bytes(folder + "/ticks.jsonl"));
+    std::string line;
+    while (std::getline(text, line)) lines.push_back(json::parse(line, nullptr, false));
+  }
+  bool HasPicture(size_t tick) const { return session.Exists(Name(tick)); }
+  PixelMatrix Picture(size_t tick) const { return PixelMatrix::FromGreyMap(session.Path(Name(tick))); }
+
+  int status = -1;
+  std::vector<json> lines;
+
+ private:
+  std::string Name(size_t tick) const {
+    const std::string digits = std::to_string(tick);
+    return folder + "/tick-" + std::string(5 - digits.size(), '0') + digits + ".pgm";
+  }
+  const ScriptSession& session;
+  std::string folder;
+};
+
+void ExpectTicks(const Played& played, const Film& film, const std::vector<Tick>& ticks) {
+  EXPECT_EQ(played.status, 0);
+  ASSERT_EQ(played.lines.size(), ticks.size());
+  for (size_t i = 0; i < ticks.size(); ++i) {
+    EXPECT_EQ(played.lines[i], ticks[i].line);
+    ASSERT_EQ(played.HasPicture(i), !ticks[i].picture.empty()) << "tick " << i;
+    if (!ticks[i].picture.empty()) {
+      EXPECT_TRUE(IsPicture(played.Picture(i), film, ticks[i].picture)) << "tick " << i;
+    }
+  }
+}
+
+// ---- The fields of the container ----
+
+TEST(FilmContainer, HasTheFieldsOfTheFilmAndOfEachCut) {
+  ScriptSession session;
+  const Film film = {.title = "My film", .author = "Me", .width = 24, .height = 18};
+  WriteThreeCuts(session, film);
+  ASSERT_EQ(ConsoleExport(session), 0);
+  const std::string bytes = session.Bytes("out.sv");
+  const ReadFilm read = ContainerReader(bytes).Read();
+  EXPECT_EQ(read.size, bytes.size());
+  EXPECT_EQ(read.title, "My film");
+  EXPECT_EQ(read.author, "Me");
+  EXPECT_EQ(read.width, 24);
+  EXPECT_EQ(read.height, 18);
+  EXPECT_EQ(read.maxWidth, 20);
+  EXPECT_EQ(read.maxHeight, 13);
+  EXPECT_EQ(read.count, 3);
+  EXPECT_EQ(read.table, 8U + 7 + 2 + 10);
+  ASSERT_EQ(read.cuts.size(), 3U);
+  EXPECT_EQ(read.offsets[0], read.table + 4 * 3);
+  const std::vector<CutFile> cuts = {WideCut(), TallCut(), SmallCut()};
+  for (size_t i = 0; i < cuts.size(); ++i) {
+    const int scale = ScaleOf(cuts[i]);
+    EXPECT_EQ(read.cuts[i].credit, cuts[i].credit) << i;
+    EXPECT_EQ(read.cuts[i].width, cuts[i].width / scale) << i;
+    EXPECT_EQ(read.cuts[i].height, cuts[i].height / scale) << i;
+    EXPECT_EQ(read.cuts[i].frameWidth, cuts[i].frameWidth / scale) << i;
+    EXPECT_EQ(read.cuts[i].frameHeight, cuts[i].frameHeight / scale) << i;
+    EXPECT_EQ(read.cuts[i].fps, cuts[i].fps) << i;
+    EXPECT_EQ(read.cuts[i].levels, cuts[i].antialias == 0 ? 4 : 13) << i;
+    ASSERT_EQ(read.cuts[i].frames.size(), cuts[i].frames.size()) << i;
+    for (size_t j = 0; j < cuts[i].frames.size(); ++j) {
+      const FrameHead& head = read.cuts[i].frames[j];
+      const FileFrame& frame = cuts[i].frames[j];
+      EXPECT_EQ(head.time, frame.time) << i << ", " << j;
+      EXPECT_EQ(head.loop, frame.loop) << i << ", " << j;
+      EXPECT_EQ(head.brightness, frame.brightness) << i << ", " << j;
+      EXPECT_EQ(head.x, frame.x / scale) << i << ", " << j;
+      EXPECT_EQ(head.y, frame.y / scale) << i << ", " << j;
+    }
+    EXPECT_EQ(read.cuts[i].frames[0].boxX, 0);
+    EXPECT_EQ(read.cuts[i].frames[0].boxY, 0);
+    EXPECT_EQ(read.cuts[i].frames[0].boxWidth, cuts[i].width / scale);
+    EXPECT_EQ(read.cuts[i].frames[0].boxHeight, cuts[i].height / scale);
+  }
+  // The second frame of the first cut shows the same picture.
+  EXPECT_EQ(read.cuts[0].frames[1], (FrameHead{.time = 1, .loop = 1, .brightness = 80, .x = 4, .y = 2}));
+}
+
+TEST(FilmContainer, IsTheHeadTheTableAndTheStreamsWithoutTheirFirstSixBytes) {
+  ScriptSession session;
+  WriteThreeCuts(session);
+  ASSERT_EQ(ConsoleExport(session), 0);
+  EXPECT_EQ(session.Bytes("out.sv"),
+            Container({}, {RecordOf(WideCut()), RecordOf(TallCut()), RecordOf(SmallCut())}, 20, 13));
+}
+
+TEST(FilmContainer, EmptyTextsAreOneZeroByteEach) {
+  ScriptSession session;
+  const Film film = {.title = "", .author = ""};
+  session.Write("a.cut", Still(1).Bytes());
+  WriteFilm(session, {"a.cut"}, film);
+  ASSERT_EQ(ConsoleExport(session), 0);
+  EXPECT_EQ(session.Bytes("out.sv"), Container(film, {RecordOf(Still(1))}, 8, 3));
+}
+
+TEST(FilmContainer, KeepsTheBytesOfJapaneseTexts) {
+  ScriptSession session;
+  // The second byte of the first character is a backslash.
+  const Film film = {.title = "\x83\x5C\x83\x76", .author = "\x95\x5C"};
+  CutFile cut = Still(1);
+  cut.credit = "\x94\x5C";
+  session.Write("a.cut", cut.Bytes());
+  WriteFilm(session, {"a.cut"}, film);
+  ASSERT_EQ(ConsoleExport(session), 0);
+  EXPECT_EQ(session.Bytes("out.sv"), Container(film, {RecordOf(cut)}, 8, 3));
+  EXPECT_EQ(ContainerReader(session.Bytes("out.sv")).Read().cuts[0].credit, "\x94\x5C");
+}
+
+TEST(FilmContainer, FirstFrameOfEachCutStartsCleanly) {
+  ScriptSession session;
+  CutFile cut = CutFile::Showing({1, 2}, {0, 1});
+  cut.frames[0].time = -3;
+  cut.frames[0].loop = 0;
+  cut.frames[1].time = -2;
+  cut.frames[1].loop = 0;
+  session.Write("a.cut", cut.Bytes());
+  WriteFilm(session, {"a.cut", "a.cut"});
+  ASSERT_EQ(ConsoleExport(session), 0);
+  const std::string bytes = session.Bytes("out.sv");
+  const ReadFilm read = ContainerReader(bytes).Read();
+  ASSERT_EQ(read.cuts.size(), 2U);
+  for (const CutRecord& record : read.cuts) {
+    ASSERT_EQ(record.frames.size(), 2U);
+    EXPECT_EQ(record.frames[0].time, 3);
+    EXPECT_EQ(record.frames[0].loop, 1);
+    EXPECT_EQ(record.frames[1].time, -2);
+    EXPECT_EQ(record.frames[1].loop, 0);
+  }
+}
+
+TEST(FilmContainer, KeyFramesHaveTheirEffectiveTimes) {
+  ScriptSession session;
+  CutFile cut = CutFile::Showing({1, 2}, {0, 1, 0, 1});
+  const int times[] = {10, 2, 3, 4};
+  const int stored[] = {-51, 50, 50, -1 - 70};
+  for (size_t i = 0; i < 4; ++i) {
+    cut.frames[i].time = times[i];
+    cut.frames[i].brightness = stored[i];
+  }
+  session.Write("a.cut", cut.Bytes());
+  WriteFilm(session, {"a.cut"});
+  ASSERT_EQ(ConsoleExport(session), 0);
+  const std::string bytes = session.Bytes("out.sv");
+  const ReadFilm read = ContainerReader(bytes).Read();
+  ASSERT_EQ(read.cuts.size(), 1U);
+  ASSERT_EQ(read.cuts[0].frames.size(), 4U);
+  const int expected[] = {5, 2, 3, 4};
+  for (size_t i = 0; i < 4; ++i) EXPECT_EQ(read.cuts[0].frames[i].time, expected[i]) << i;
+  EXPECT_EQ(read.cuts[0].frames[0].brightness, 50);
+  EXPECT_EQ(read.cuts[0].frames[3].brightness, 70);
+}
+
+TEST(FilmContainer, ACutListedTwiceIsStoredTwice) {
+  ScriptSession session;
+  session.Write("a.cut", WideCut().Bytes());
+  session.Write("b.cut", SmallCut().Bytes());
+  WriteFilm(session, {"a.cut", "b.cut", "a.cut"});
+  ASSERT_EQ(ConsoleExport(session), 0);
+  const std::string wide = RecordOf(WideCut());
+  EXPECT_EQ(session.Bytes("out.sv"), Container({}, {wide, RecordOf(SmallCut()), wide}, 20, 10));
+  EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut", "b.ca", "b.cut", "film.flm", "out.sv"}));
+}
+
+TEST(FilmContainer, ACutWithoutFramesHasAnEmptyRecord) {
+  ScriptSession session;
+  session.Write("none.cut", CutFile::WithoutLayers(0).Bytes());
+  session.Write("a.cut", Still(1).Bytes());
+  OpenFilm(session, {"a.cut", "none.cut"});
+  Export(session).Run();
+  EXPECT_TRUE(session.Exists("none.ca"));
+  EXPECT_EQ(session.Bytes("none.ca"), "");
+  EXPECT_EQ(session.Bytes("out.sv"), Container({}, {RecordOf(Still(1)), ""}, 8, 3));
+}
+
+// ---- Cache files ----
+
+TEST(FilmExport, MakesTheCacheFilesThatAreMissing) {
+  ScriptSession session;
+  WriteThreeCuts(session);
+  ASSERT_EQ(ConsoleExport(session), 0);
+  EXPECT_EQ(session.Files(),
+            (Names{"film.flm", "out.sv", "small.ca", "small.cut", "tall.ca", "tall.cut", "wide.ca", "wide.cut"}));
+  EXPECT_EQ(session.Bytes("wide.ca"), Stream(WideCut()));
+  EXPECT_EQ(session.Bytes("tall.ca"), Stream(TallCut()));
+  EXPECT_EQ(session.Bytes("small.ca"), Stream(SmallCut()));
+}
+
+TEST(FilmExport, CacheFilesLieBesideTheirCutsUnderTheirNames) {
+  ScriptSession session;
+  std::filesystem::create_directory(session.Path("sub"));
+  session.Write("sub/x.cut", Still(1).Bytes());
+  session.Write("a.b.CUT", Still(2).Bytes());
+  session.Write("plain", Still(3).Bytes());
+  WriteFilm(session, {"sub/x.cut", "a.b.CUT", "plain"});
+  ASSERT_EQ(ConsoleExport(session), 0);
+  EXPECT_EQ(session.Files(), (Names{"a.b.CUT", "a.b.ca", "film.flm", "out.sv", "plain", "plain.ca", "sub"}));
+  EXPECT_EQ(session.Bytes("sub/x.ca"), Stream(Still(1)));
+  EXPECT_EQ(session.Bytes("a.b.ca"), Stream(Still(2)));
+  EXPECT_EQ(session.Bytes("plain.ca"), Stream(Still(3)));
+}
+
+TEST(FilmExport, TwoCutsOfOneNameShareTheCacheOfTheFirst) {
+  ScriptSession session;
+  session.Write("a.one", WideCut().Bytes());
+  session.Write("a.two", SmallCut().Bytes());
+  WriteFilm(session, {"a.one", "a.two"});
+  ASSERT_EQ(ConsoleExport(session), 0);
+  const std::string wide = RecordOf(WideCut());
+  EXPECT_EQ(session.Bytes("out.sv"), Container({}, {wide, wide}, 20, 10));
+  EXPECT_EQ(session.Bytes("a.ca"), Stream(WideCut()));
+}
+
+TEST(FilmExport, AnEntryThatIsAStreamItselfIsCopied) {
+  ScriptSession session;
+  session.Write("a.ca", Stream(WideCut()));
+  WriteFilm(session, {"a.ca"});
+  ASSERT_EQ(ConsoleExport(session), 0);
+  EXPECT_EQ(session.Bytes("out.sv"), Container({}, {RecordOf(WideCut())}, 20, 10));
+}
+
+// A cache of another picture than its cut's, older than the cut.
+struct StaleCache : testing::Test {
+  StaleCache() {
+    session.Write("a.cut", WideCut().Bytes());
+    session.Write("a.ca", old);
+    const auto then = std::filesystem::last_write_time(session.Path("a.cut")) - std::chrono::hours(48);
+    std::filesystem::last_write_time(session.Path("a.ca"), then);
+    WriteFilm(session, {"a.cut"});
+  }
+  void ExpectTheOldStream() {
+    EXPECT_EQ(session.Bytes("out.sv"), Container({}, {old.substr(6)}, 10, 6));
+    EXPECT_EQ(session.Bytes("a.ca"), old);
+    EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut", "film.flm", "out.sv"}));
+  }
+  const std::string old = Stream(SmallCut());
+  ScriptSession session;
+};
+
+TEST_F(StaleCache, IsTakenAsItIsByTheConsoleProgram) {
+  ASSERT_EQ(ConsoleExport(session), 0);
+  ExpectTheOldStream();
+}
+
+TEST_F(StaleCache, IsTakenAsItIsByTheApplication) {
+  session.Open(session.Path("film.flm"));
+  Export(session).Run();
+  ExpectTheOldStream();
+}
+
+TEST_F(StaleCache, IsTakenEvenForAnOpenCutThatNeedsCompiling) {
+  session.Open(session.Path("film.flm")).Open(session.Path("a.cut")).Command(toggleBlank);
+  Export(session);
+  const int state = session.State();
+  session.Run();
+  ExpectTheOldStream();
+  EXPECT_EQ(session.Cut(state)["imagesStale"], true);
+  EXPECT_EQ(session.Cut(state)["timingStale"], true);
+  EXPECT_EQ(session.Cut(state)["modified"], true);
+}
+
+TEST_F(StaleCache, IsReplacedByAPlayOfTheCutAndThenCounts) {
+  session.Open(session.Path("film.flm")).Open(session.Path("a.cut")).Command(playCut);
+  Export(session).Run();
+  EXPECT_EQ(session.Bytes("a.ca"), Stream(WideCut()));
+  EXPECT_EQ(session.Bytes("out.sv"), Container({}, {RecordOf(WideCut())}, 20, 10));
+}
+
+TEST_F(StaleCache, DoesWithoutItsCut) {
+  std::filesystem::remove(session.Path("a.cut"));
+  ASSERT_EQ(ConsoleExport(session), 0);
+  EXPECT_EQ(session.Bytes("out.sv"), Container({}, {old.substr(6)}, 10, 6));
+  EXPECT_EQ(session.Files(), (Names{"a.ca", "film.flm", "out.sv"}));
+}
+
+TEST_F(StaleCache, PlaysInASelection) {
+  session.Open(session.Path("film.flm")).Command(playSelected);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Player(session, state)["title"], SizeTitle(Container({}, {old.substr(6)}, 10, 6).size()));
+  EXPECT_EQ(session.Bytes("a.ca"), old);
+}
+
+TEST(FilmExport, AFreshCacheIsNotWrittenAgain) {
+  ScriptSession session;
+  session.Write("a.cut", WideCut().Bytes());
+  session.Write("a.ca", Stream(WideCut()));
+  const auto then = std::filesystem::last_write_time(session.Path("a.ca")) - std::chrono::hours(1);
+  std::filesystem::last_write_time(session.Path("a.ca"), then);
+  std::filesystem::permissions(session.Path("a.ca"), std::filesystem::perms::owner_read);
+  WriteFilm(session, {"a.cut"});
+  ASSERT_EQ(ConsoleExport(session), 0);
+  EXPECT_EQ(session.Bytes("out.sv"), Container({}, {RecordOf(WideCut())}, 20, 10));
+  EXPECT_EQ(std::filesystem::last_write_time(session.Path("a.ca")), then);
+}
+
+// A cut that is open and was changed without a save; the film's entry knows it.
+struct OpenChangedCut : testing::Test {
+  OpenChangedCut() {
+    session.Write("a.cut", WideCut().Bytes());
+    OpenFilm(session, {"a.cut"}).Open(session.Path("a.cut")).Command(toggleBlank);
+    changed.frames[2].records[1].cell = -1;
+  }
+  CutFile changed = WideCut();
+  ScriptSession session;
+};
+
+TEST_F(OpenChangedCut, IsCompiledAsItStandsInItsWindow) {
+  Export(session);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Bytes("a.ca"), Stream(changed));
+  EXPECT_EQ(session.Bytes("out.sv"), Container({}, {RecordOf(changed)}, 20, 10));
+  EXPECT_EQ(session.Bytes("a.cut"), WideCut().Bytes());
+  EXPECT_EQ(session.Cut(state)["imagesStale"], true);
+  EXPECT_EQ(session.Cut(state)["timingStale"], true);
+  EXPECT_EQ(session.Cut(state)["modified"], true);
+}
+
+TEST_F(OpenChangedCut, IsCompiledForASelectionToo) {
+  session.Command(playSelected);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Bytes("a.ca"), Stream(changed));
+  EXPECT_EQ(Player(session, state)["title"], SizeTitle(Container({}, {RecordOf(changed)}, 20, 10).size()));
+  EXPECT_EQ(session.Cut(state)["imagesStale"], true);
+}
+
+TEST_F(OpenChangedCut, AChangeAfterTheFirstExportDoesNotCount) {
+  Export(session).Command(toggleBlank);
+  session.File(session.Path("second.sv")).Command(exportFilm).Run();
+  EXPECT_EQ(session.Bytes("second.sv"), session.Bytes("out.sv"));
+  EXPECT_EQ(session.Bytes("a.ca"), Stream(changed));
+}
+
+TEST_F(OpenChangedCut, ItsViewStaysAsItWas) {
+  const int before = session.View();
+  Export(session);
+  const int after = session.View();
+  session.Run();
+  EXPECT_TRUE(session.ViewAt(after) == session.ViewAt(before));
+}
+
+TEST_F(OpenChangedCut, SavedUnderAnotherNameStillFillsTheCacheOfItsEntry) {
+  session.SaveCutAs("b.cut");
+  Export(session).Run();
+  EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut", "b.cut", "film.flm", "out.sv"}));
+  EXPECT_EQ(session.Bytes("a.ca"), Stream(changed));
+}
+
+TEST_F(OpenChangedCut, ClosedWithoutASaveIsReadFromItsFile) {
+  session.Answer("no").Close();
+  Export(session).Run();
+  EXPECT_EQ(session.Bytes("a.ca"), Stream(WideCut()));
+}
+
+TEST(FilmExport, ACutThatWasOpenBeforeItsFilmIsReadFromItsFile) {
+  ScriptSession session;
+  session.OpenCut("a.cut", WideCut()).Command(toggleBlank);
+  OpenFilm(session, {"a.cut"});
+  Export(session);
+  const int state = session.State();
+  session.Run();
+  json film = session.StateAt(state)["film"];
+  EXPECT_EQ(film["cuts"][0]["open"], false);
+  EXPECT_EQ(session.Bytes("a.ca"), Stream(WideCut()));
+}
+
+TEST(FilmExport, DoesNotCommitWhatIsStillInThePanels) {
+  ScriptSession session;
+  session.Write("a.cut", WideCut().Bytes());
+  OpenFilm(session, {"a.cut"}).Open(session.Path("a.cut")).Panel(10007, "90");
+  Export(session);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Bytes("a.ca"), Stream(WideCut()));
+  EXPECT_EQ(session.Frame(state)["brightness"], 20);
+}
+
+TEST(FilmExport, AnOpenCutThatShowsOneLayerIsCompiledSo) {
+  ScriptSession session;
+  session.Write("small.cut", SmallCut().Bytes());
+  OpenFilm(session, {"small.cut"}).Open(session.Path("small.cut")).Command(40034);
+  Export(session).Run();
+  CutFile upper = SmallCut();
+  upper.frames[0].records.erase(upper.frames[0].records.begin());
+  EXPECT_EQ(session.Bytes("small.ca"), Stream(upper));
+}
+
+TEST(FilmExport, CompilingSelectsTheCurrentRecordInTheFramesThatDiffer) {
+  ScriptSession session;
+  session.Write("a.cut", WideCut().Bytes());
+  OpenFilm(session, {"a.cut"}).Open(session.Path("a.cut")).Select(10004, {0});
+  const int before = session.State();
+  Export(session);
+  const int after = session.State();
+  session.Run();
+  EXPECT_EQ(session.Frame(before, 0)["currentRecord"], 1);
+  EXPECT_EQ(session.Frame(before, 1)["currentRecord"], 1);
+  EXPECT_EQ(session.Frame(before, 2)["currentRecord"], 0);
+  EXPECT_EQ(session.Frame(after, 0)["currentRecord"], 0);
+  EXPECT_EQ(session.Frame(after, 1)["currentRecord"], 1) << "it shows the same as the frame before it";
+  EXPECT_EQ(session.Frame(after, 2)["currentRecord"], 0);
+}
+
+// ---- Damaged caches ----
+
+TEST(DamagedCache, IsCopiedFromItsSeventhByteOn) {
+  ScriptSession session;
+  session.Write("a.cut", WideCut().Bytes());
+  session.Write("b.cut", SmallCut().Bytes());
+  const std::string record("no\0\x2C\x01\x02\x00garbage\xFF\x00\xFF", 17);
+  session.Write("b.ca", "XYabcd" + record);
+  OpenFilm(session, {"a.cut", "b.cut"});
+  Export(session).Run();
+  EXPECT_EQ(session.Bytes("out.sv"), Container({}, {RecordOf(WideCut()), record}, 300, 10));
+  EXPECT_EQ(session.Bytes("b.ca"), "XYabcd" + record);
+}
+
+TEST(DamagedCache, NegativeSizesNeverCount) {
+  ScriptSession session;
+  session.Write("a.ca", std::string("CAabcd\0\xFF\xFF\x00\x80", 11));
+  OpenFilm(session, {"a.cut"});
+  Export(session).Run();
+  EXPECT_EQ(session.Bytes("out.sv"), Container({}, {std::string("\0\xFF\xFF\x00\x80", 5)}, 0, 0));
+}
+
+class ShortCache : public testing::TestWithParam<size_t> {};
+
+TEST_P(ShortCache, GivesWhatIsBehindItsSixthByte) {
+  ScriptSession session;
+  session.Write("a.cut", WideCut().Bytes());
+  session.Write("b.cut", SmallCut().Bytes());
+  const std::string cache = std::string("CA\x09\0\0\0longcredit", 16).substr(0, GetParam());
+  session.Write("b.ca", cache);
+  OpenFilm(session, {"a.cut", "b.cut"});
+  Export(session).Run();
+  const std::string record = cache.size() < 6 ? std::string() : cache.substr(6);
+  EXPECT_EQ(session.Bytes("out.sv"), Container({}, {RecordOf(WideCut()), record}, 20, 10));
+  EXPECT_EQ(session.Bytes("b.ca"), cache);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cache, ShortCache, testing::Values(0, 1, 5, 6, 7, 16));
+
+// ---- Caches and cuts that can't be opened ----
+
+// A name that leads into a folder that isn't there can neither be read nor made.
+struct CacheThatCanNotBeMade : testing::Test {
+  CacheThatCanNotBeMade() {
+    session.Write("a.cut", WideCut().Bytes());
+    session.Write("b.cut", SmallCut().Bytes());
+    std::filesystem::create_symlink(session.Path("nofolder/b.ca"), session.Path("b.ca"));
+    WriteFilm(session, {"a.cut", "b.cut"});
+  }
+  ScriptSession session;
+};
+
+// The cut goes out without a cache, or the export fails as a whole; a broken container never comes out.
+TEST_F(CacheThatCanNotBeMade, GivesAWholeContainerOrNone) {
+  const int status = ConsoleExport(session);
+  if (status == 0) {
+    EXPECT_EQ(session.Bytes("out.sv"), Container({}, {RecordOf(WideCut()), RecordOf(SmallCut())}, 20, 10));
+  } else {
+    EXPECT_EQ(status, 1);
+    EXPECT_FALSE(session.Exists("out.sv"));
+  }
+  EXPECT_TRUE(std::filesystem::is_symlink(session.Path("b.ca")));
+  EXPECT_FALSE(session.Exists("b.ca"));
+}
+
+TEST_F(CacheThatCanNotBeMade, PlaysWhereTheConsoleProgramExports) {
+  const bool exported = ConsoleExport(session) == 0;
+  std::filesystem::remove(session.Path("out.sv"));
+  session.Open(session.Path("film.flm")).OpenCut("c.cut", CutFile::Showing({1, 2}, {0, 1})).Command(playCut);
+  session.Select(10003, {0, 1}).Command(playSelected);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Player(session, state)["visible"], exported);
+  EXPECT_EQ(Player(session, state)["timer"], exported);
+  if (exported) {
+    const std::string container = Container({}, {RecordOf(WideCut()), RecordOf(SmallCut())}, 20, 10);
+    EXPECT_EQ(Player(session, state)["title"], SizeTitle(container.size()));
+  }
+  EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut", "b.ca", "b.cut", "c.ca", "c.cut", "film.flm"}));
+  EXPECT_FALSE(session.Exists("b.ca"));
+}
+
+TEST(FilmExport, AFolderInTheCachesPlaceIsNoCache) {
+  ScriptSession session;
+  session.Write("a.cut", WideCut().Bytes());
+  std::filesystem::create_directory(session.Path("a.ca"));
+  WriteFilm(session, {"a.cut"});
+  EXPECT_EQ(ConsoleExport(session), 0);
+  EXPECT_EQ(session.Bytes("out.sv"), Container({}, {RecordOf(WideCut())}, 20, 10));
+  EXPECT_TRUE(std::filesystem::is_directory(session.Path("a.ca")));
+}
+
+TEST(FilmExport, AFolderInTheCachesPlaceDoesNotKeepTheCutFromPlaying) {
+  ScriptSession session;
+  session.Write("a.cut", WideCut().Bytes());
+  std::filesystem::create_directory(session.Path("a.ca"));
+  OpenFilm(session, {"a.cut"}).Command(playSelected);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Player(session, state)["visible"], true);
+  EXPECT_TRUE(std::filesystem::is_directory(session.Path("a.ca")));
+}
+
+// The file as it stood when the cut at this place failed: the sizes aren't patched, and the table is a gap up to there.
+std::string HalfWritten(const Names& records, int count) {
+  std::string head = "title" + std::string(1, '\0') + "author" + std::string(1, '\0');
+  head.append(LittleBytes(24, 2)).append(LittleBytes(18, 2)).append(4, '\0').append(LittleBytes(count, 2));
+  std::string bytes = "SV" + std::string(4, '\0') + head;
+  if (records.empty()) return bytes;
+  std::string table;
+  std::string body;
+  for (const std::string& record : records) {
+    table.append(LittleBytes(static_cast<int64_t>(bytes.size() + 4 * static_cast<size_t>(count) + body.size()), 4));
+    body.append(record);
+  }
+  table.resize(4 * static_cast<size_t>(count), '\0');
+  return bytes + table + body;
+}
+
+TEST(MissingCut, LeavesTheHalfWrittenFileInTheApplication) {
+  ScriptSession session;
+  session.Write("a.cut", WideCut().Bytes());
+  session.Write("c.cut", SmallCut().Bytes());
+  OpenFilm(session, {"a.cut", "gone.cut", "c.cut"});
+  Export(session).Run();
+  EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut", "c.cut", "film.flm", "out.sv"}));
+  EXPECT_EQ(session.Bytes("out.sv"), HalfWritten({RecordOf(WideCut())}, 3));
+}
+
+TEST(MissingCut, AtTheHeadLeavesTheHeadAlone) {
+  ScriptSession session;
+  session.Write("b.cut", WideCut().Bytes());
+  OpenFilm(session, {"gone.cut", "b.cut"});
+  Export(session).Run();
+  EXPECT_EQ(session.Files(), (Names{"b.cut", "film.flm", "out.sv"}));
+  EXPECT_EQ(session.Bytes("out.sv"), HalfWritten({}, 2));
+}
+
+TEST(MissingCut, FailsTheConsoleExportWhichLeavesNoFile) {
+  ScriptSession session;
+  session.Write("a.cut", WideCut().Bytes());
+  session.Write("c.cut", SmallCut().Bytes());
+  WriteFilm(session, {"a.cut", "gone.cut", "c.cut"});
+  EXPECT_EQ(ConsoleExport(session), 1);
+  EXPECT_FALSE(session.Exists("out.sv"));
+  const std::string errors = session.Bytes("errors.txt");
+  EXPECT_EQ(std::count(errors.begin(), errors.end(), '\n'), 1) << errors;
+  EXPECT_NE(errors.find("gone.cut"), std::string::npos) << errors;
+}
+
+TEST(MissingCut, OutsideTheSelectionDoesNotMatter) {
+  ScriptSession session;
+  session.Write("a.cut", WideCut().Bytes());
+  OpenFilm(session, {"gone.cut", "a.cut"}).Select(10003, {1}).Command(playSelected);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Player(session, state)["visible"], true);
+  EXPECT_EQ(Player(session, state)["title"], SizeTitle(Container({}, {RecordOf(WideCut())}, 20, 10).size()));
+}
+
+TEST(MissingCut, BehindOthersInTheSelectionLeavesTheirCachesAndNoPlay) {
+  ScriptSession session;
+  session.Write("a.cut", WideCut().Bytes());
+  session.Write("c.cut", SmallCut().Bytes());
+  OpenFilm(session, {"a.cut", "gone.cut", "c.cut"}).OpenCut("d.cut", CutFile::Showing({1, 2}, {0, 1}));
+  session.Command(playCut).Select(10003, {0, 1, 2}).Command(playSelected);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Player(session, state)["visible"], false);
+  EXPECT_EQ(Player(session, state)["timer"], false);
+  EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut", "c.cut", "d.ca", "d.cut", "film.flm"}));
+}
+
+TEST(ForeignCut, FailsLikeAMissingOneAndGetsNoCache) {
+  ScriptSession session;
+  session.Write("a.cut", "Sorvelin Layer");
+  OpenFilm(session, {"a.cut"});
+  Export(session).Run();
+  EXPECT_EQ(session.Files(), (Names{"a.cut", "film.flm", "out.sv"}));
+  EXPECT_EQ(session.Bytes("out.sv").substr(0, 2), "SV");
+  std::filesystem::remove(session.Path("out.sv"));
+  EXPECT_EQ(ConsoleExport(session), 1);
+  EXPECT_EQ(session.Files(), (Names{"a.cut", "film.flm"}));
+}
+
+TEST(FilmExport, AnAntialiasByteOfThreeIsAHalf) {
+  ScriptSession session;
+  CutFile cut = TallCut();
+  cut.antialias = 3;
+  session.Write("a.cut", cut.Bytes());
+  WriteFilm(session, {"a.cut"});
+  ASSERT_EQ(ConsoleExport(session), 0);
+  EXPECT_EQ(session.Bytes("out.sv"), Container({}, {RecordOf(TallCut())}, 10, 13));
+}
+
+// ---- The dialog and the target ----
+
+TEST(FilmExport, WithoutCutsShowsNoDialog) {
+  ScriptSession session;
+  OpenFilm(session, {}).Command(exportFilm).Run(0);
+  EXPECT_EQ(session.Files(), Names{"film.flm"});
+}
+
+TEST(FilmExport, WithoutCutsFailsInTheConsoleProgram) {
+  ScriptSession session;
+  WriteFilm(session, {});
+  EXPECT_EQ(ConsoleExport(session), 1);
+  EXPECT_EQ(session.Files(), Names{"film.flm"});
+}
+
+TEST(FilmExport, NameWithoutExtensionGetsSv) {
+  ScriptSession session;
+  session.Write("a.cut", WideCut().Bytes());
+  OpenFilm(session, {"a.cut"}).File(session.Path("named")).Command(exportFilm).Run();
+  EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut", "film.flm", "named.sv"}));
+}
+
+TEST(FilmExport, CancelWritesNothing) {
+  ScriptSession session;
+  session.Write("a.cut", WideCut().Bytes());
+  OpenFilm(session, {"a.cut"}).File("cancel").Command(exportFilm).Run();
+  EXPECT_EQ(session.Files(), (Names{"a.cut", "film.flm"}));
+}
+
+TEST(FilmExport, TargetThatCanNotBeOpenedIsSilentAndCompilesNothing) {
+  ScriptSession session;
+  session.Write("a.cut", WideCut().Bytes());
+  OpenFilm(session, {"a.cut"}).File(session.Path("nofolder/out.sv")).Command(exportFilm).Run();
+  EXPECT_EQ(session.Files(), (Names{"a.cut", "film.flm"}));
+}
+
+TEST(FilmExport, TargetThatCanNotBeOpenedFailsInTheConsoleProgram) {
+  ScriptSession session;
+  session.Write("a.cut", WideCut().Bytes());
+  WriteFilm(session, {"a.cut"});
+  EXPECT_EQ(Console(session, {"export", session.Path("film.flm"), session.Path("nofolder/out.sv")}), 1);
+  const std::string errors = session.Bytes("errors.txt");
+  EXPECT_NE(errors.find("out.sv"), std::string::npos) << errors;
+}
+
+TEST(FilmExport, ALongerFileOfTheSameNameIsReplaced) {
+  ScriptSession session;
+  session.Write("a.cut", Still(1).Bytes());
+  session.Write("out.sv", std::string(5000, 'x'));
+  OpenFilm(session, {"a.cut"});
+  Export(session).Run();
+  EXPECT_EQ(session.Bytes("out.sv"), Container({}, {RecordOf(Still(1))}, 8, 3));
+}
+
+TEST(FilmExport, LeavesARunningPlayAlone) {
+  ScriptSession session;
+  session.Write("a.cut", WideCut().Bytes());
+  session.Write("a.ca", Stream(WideCut()));
+  OpenFilm(session, {"a.cut"}).OpenCut("c.cut", CutFile::Showing({1, 2}, {0, 1})).Command(playCut);
+  const int before = session.State();
+  Export(session);
+  const int after = session.State();
+  session.Line("tick 1");
+  const int picture = session.Player();
+  session.Run();
+  EXPECT_EQ(Player(session, before)["timer"], true);
+  EXPECT_EQ(Player(session, after), Player(session, before));
+  EXPECT_EQ(session.PlayerAt(picture).Count(85), 24);
+}
+
+TEST(FilmExport, TakesEveryCutWhateverIsSelected) {
+  ScriptSession session;
+  const Names lines = WriteThreeCuts(session);
+  OpenFilm(session, lines).Select(10003, {1});
+  Export(session).Run();
+  EXPECT_EQ(ContainerReader(session.Bytes("out.sv")).Read().count, 3);
+}
+
+TEST(FilmExport, ApplicationAndConsoleProgramAgree) {
+  ScriptSession application;
+  ScriptSession console;
+  const Film film = {.title = "T", .author = "", .width = 321, .height = 1};
+  for (const ScriptSession* session : {&application, &console}) {
+    WriteThreeCuts(*session, film);
+    session->Write("stale.cut", Still(2).Bytes());
+    session->Write("stale.ca", Stream(Still(3)));
+    WriteFilm(*session, {"small.cut", "stale.cut", "wide.cut", "small.cut", "tall.cut"}, film);
+  }
+  application.Open(application.Path("film.flm"));
+  Export(application).Run();
+  ASSERT_EQ(ConsoleExport(console), 0);
+  ASSERT_EQ(application.Files(), console.Files());
+  for (const std::string& name : console.Files()) EXPECT_EQ(application.Bytes(name), console.Bytes(name)) << name;
+  const std::string small = RecordOf(SmallCut());
+  EXPECT_EQ(console.Bytes("out.sv"),
+            Container(film, {small, RecordOf(Still(3)), RecordOf(WideCut()), small, RecordOf(TallCut())}, 20, 13));
+}
+
+// ---- Playing the container ----
+
+TEST(PlayedContainer, ShowsEachCutInItsTurnAndStartsOver) {
+  ScriptSession session;
+  WriteThreeCuts(session);
+  ASSERT_EQ(ConsoleExport(session), 0);
+  // The three cuts take 6, 6 and 4 ticks.
+  ExpectTicks(Played(session, "out.sv", 40), {}, TicksOf({}, {WideCut(), TallCut(), SmallCut()}, 40));
+}
+
+TEST(PlayedContainer, ShowsThePicturesOfEachCutsOwnStream) {
+  ScriptSession session;
+  WriteThreeCuts(session);
+  ASSERT_EQ(ConsoleExport(session), 0);
+  const Played whole(session, "out.sv", 16);
+  ASSERT_EQ(whole.lines.size(), 16U);
+  struct Part {
+    std::string name;
+    size_t start;
+    size_t count;
+  };
+  // A stream of one frame is a still, of which there is one tick alone.
+  for (const Part& part : {Part{"wide.ca", 0, 6}, Part{"tall.ca", 6, 6}, Part{"small.ca", 12, 1}}) {
+    const Played alone(session, part.name, static_cast<int>(part.count));
+    ASSERT_EQ(alone.lines.size(), part.count) << part.name;
+    for (size_t i = 0; i < part.count; ++i) {
+      const json& ours = whole.lines[part.start + i];
+      const json& theirs = alone.lines[i];
+      EXPECT_EQ(ours["viewport"], theirs["viewport"]) << part.name << " " << i;
+      EXPECT_EQ(ours["painted"], theirs["painted"]) << part.name << " " << i;
+      ASSERT_EQ(whole.HasPicture(part.start + i), alone.HasPicture(i)) << part.name << " " << i;
+      if (!alone.HasPicture(i)) continue;
+      const PixelMatrix left = whole.Picture(part.start + i);
+      const PixelMatrix right = alone.Picture(i);
+      for (int y = 0; y < theirs["viewport"][3].get<int>(); ++y) {
+        for (int x = 0; x < theirs["viewport"][2].get<int>(); ++x) {
+          ASSERT_EQ(left.At(ours["viewLeft"].get<int>() + x, ours["viewTop"].get<int>() + y),
+                    right.At(theirs["viewLeft"].get<int>() + x, theirs["viewTop"].get<int>() + y))
+              << part.name << " " << i << ": " << x << ", " << y;
+        }
+      }
+    }
+  }
+}
+
+TEST(PlayedContainer, FilmSmallerThanItsCutsShowsTheirMiddle) {
+  ScriptSession session;
+  const Film film = {.width = 7, .height = 3};
+  WriteThreeCuts(session, film);
+  ASSERT_EQ(ConsoleExport(session), 0);
+  ExpectTicks(Played(session, "out.sv", 20), film, TicksOf(film, {WideCut(), TallCut(), SmallCut()}, 20));
+}
+
+TEST(PlayedContainer, OneCutOfOneFrameIsAStill) {
+  ScriptSession session;
+  session.Write("a.cut", SmallCut().Bytes());
+  WriteFilm(session, {"a.cut"});
+  ASSERT_EQ(ConsoleExport(session), 0);
+  const Played played(session, "out.sv", 10);
+  std::vector<Tick> ticks = TicksOf({}, {SmallCut()}, 1);
+  ticks[0].line["delay"] = 0;
+  ticks[0].line["ticks"] = 0;
+  ExpectTicks(played, {}, ticks);
+}
+
+TEST(PlayedContainer, TwoCutsOfOneFrameHaveTheirTimesAndRates) {
+  ScriptSession session;
+  CutFile first = Still(1);
+  first.fps = 10;
+  first.frames[0].time = 2;
+  CutFile second = Still(2);
+  second.fps = 24;
+  second.frames[0].time = -3;
+  session.Write("a.cut", first.Bytes());
+  session.Write("b.cut", second.Bytes());
+  WriteFilm(session, {"a.cut", "b.cut"});
+  ASSERT_EQ(ConsoleExport(session), 0);
+  ExpectTicks(Played(session, "out.sv", 12), {}, TicksOf({}, {first, second}, 12));
+}
+
+TEST(PlayedContainer, ACutThatStandsTwicePlaysTwice) {
+  ScriptSession session;
+  session.Write("a.cut", TallCut().Bytes());
+  session.Write("b.cut", WideCut().Bytes());
+  WriteFilm(session, {"a.cut", "a.cut", "b.cut"});
+  ASSERT_EQ(ConsoleExport(session), 0);
+  ExpectTicks(Played(session, "out.sv", 22), {}, TicksOf({}, {TallCut(), TallCut(), WideCut()}, 22));
+}
+
+TEST(PlayedContainer, StopsAtAFrameOfTimeZero) {
+  ScriptSession session;
+  CutFile last = Still(2);
+  last.frames[0].time = 0;
+  session.Write("a.cut", WideCut().Bytes());
+  session.Write("b.cut", last.Bytes());
+  WriteFilm(session, {"a.cut", "b.cut"});
+  ASSERT_EQ(ConsoleExport(session), 0);
+  const Played played(session, "out.sv", 20);
+  ASSERT_EQ(played.lines.size(), 7U);
+  EXPECT_EQ(played.lines[6]["painted"], true);
+  EXPECT_EQ(played.lines[6]["delay"], 0);
+  EXPECT_EQ(played.Picture(6).Count(85), 24);
+}
+
+// A loop whose body runs up to the end of its cut jumps back from the first frame of the next one.
+TEST(PlayedContainer, ALoopAtTheEndOfACutRunsBeforeTheNextCut) {
+  ScriptSession session;
+  CutFile looped = CutFile::Showing({1, 2, 3}, {0, 1, 2});
+  looped.frames[1].loop = 3;
+  looped.frames[2].loop = 0;
+  session.Write("a.cut", looped.Bytes());
+  session.Write("b.cut", Still(4).Bytes());
+  WriteFilm(session, {"a.cut", "b.cut"});
+  ASSERT_EQ(ConsoleExport(session), 0);
+  const Played played(session, "out.sv", 10);
+  ASSERT_EQ(played.lines.size(), 10U);
+  const int greys[] = {0, 85, 170, 85, 170, 85, 170, 255, 0, 85};
+  for (size_t i = 0; i < 10; ++i) {
+    ASSERT_TRUE(played.HasPicture(i)) << i;
+    const PixelMatrix picture = played.Picture(i);
+    // 8 by 3 in the middle of 24 by 18.
+    EXPECT_EQ(picture.Count(static_cast<uint32_t>(greys[i]), 8, 7, 8, 3), 24) << i;
+  }
+}
+
+// ---- Playing the selection ----
+
+// What the application's player shows, tick by tick.
+void ExpectPlayer(ScriptSession& session, const Film& film, const std::vector<Tick>& ticks) {
+  std::vector<int> pictures = {session.Player()};
+  for (size_t i = 1; i < ticks.size(); ++i) {
+    session.Line("tick 1");
+    pictures.push_back(session.Player());
+  }
+  session.Run();
+  std::vector<int> last;
+  for (size_t i = 0; i < ticks.size(); ++i) {
+    if (!ticks[i].picture.empty()) last = ticks[i].picture;
+    EXPECT_TRUE(IsPicture(session.PlayerAt(pictures[i]), film, last)) << "tick " << i;
+  }
+}
+
+TEST(PlaySelection, PlaysInTheOrderOfTheList) {
+  ScriptSession session;
+  OpenFilm(session, WriteThreeCuts(session)).Select(10003, {2, 0}).Command(playSelected);
+  const int state = session.State();
+  ExpectPlayer(session, {}, TicksOf({}, {WideCut(), SmallCut()}, 14));
+  EXPECT_EQ(Player(session, state)["visible"], true);
+  EXPECT_EQ(Player(session, state)["timer"], true);
+  const std::string container = Container({}, {RecordOf(WideCut()), RecordOf(SmallCut())}, 20, 10);
+  EXPECT_EQ(Player(session, state)["title"], SizeTitle(container.size()));
+  EXPECT_EQ(session.Files(), (Names{"film.flm", "small.ca", "small.cut", "tall.cut", "wide.ca", "wide.cut"}));
+}
+
+TEST(PlaySelection, AllCutsPlayAsTheExportedFilmDoes) {
+  ScriptSession session;
+  OpenFilm(session, WriteThreeCuts(session)).Select(10003, {0, 1, 2}).Command(playSelected);
+  const int state = session.State();
+  Export(session);
+  ExpectPlayer(session, {}, TicksOf({}, {WideCut(), TallCut(), SmallCut()}, 18));
+  EXPECT_EQ(Player(session, state)["title"], SizeTitle(session.Bytes("out.sv").size()));
+}
+
+TEST(PlaySelection, OfOneCutPlaysIt) {
+  ScriptSession session;
+  OpenFilm(session, WriteThreeCuts(session)).Select(10003, {1}).Command(playSelected);
+  const int state = session.State();
+  ExpectPlayer(session, {}, TicksOf({}, {TallCut()}, 14));
+  EXPECT_EQ(Player(session, state)["timer"], true);
+  EXPECT_EQ(Player(session, state)["title"], SizeTitle(Container({}, {RecordOf(TallCut())}, 10, 13).size()));
+}
+
+TEST(PlaySelection, OfOneCutOfOneFrameIsAStillOfTheFilmsSize) {
+  ScriptSession session;
+  OpenFilm(session, WriteThreeCuts(session)).Select(10003, {2}).Command(playSelected);
+  const int state = session.State();
+  ExpectPlayer(session, {}, TicksOf({}, {SmallCut()}, 1));
+  EXPECT_EQ(Player(session, state)["visible"], true);
+  EXPECT_EQ(Player(session, state)["timer"], false);
+}
+
+TEST(PlaySelection, OfACutThatStandsTwicePlaysBothLines) {
+  ScriptSession session;
+  session.Write("a.cut", SmallCut().Bytes());
+  OpenFilm(session, {"a.cut", "a.cut"}).Select(10003, {0, 1}).Command(playSelected);
+  const int state = session.State();
+  session.Run();
+  const std::string record = RecordOf(SmallCut());
+  EXPECT_EQ(Player(session, state)["title"], SizeTitle(Container({}, {record, record}, 10, 6).size()));
+  EXPECT_EQ(Player(session, state)["timer"], true);
+}
+
+TEST(PlaySelection, OfNothingMakesNoCache) {
+  ScriptSession session;
+  session.Write("a.cut", Still(1).Bytes());
+  session.Write("b.cut", Still(2).Bytes());
+  // The line that was deleted was the last one, so that no line is selected.
+  OpenFilm(session, {"a.cut", "b.cut"}).Select(10003, {1}).Answer("no").Command(40117).Command(playSelected);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Player(session, state)["visible"], false);
+  EXPECT_EQ(Player(session, state)["title"], "");
+  EXPECT_EQ(session.Files(), (Names{"a.cut", "b.cut", "film.flm"}));
+}
+
+TEST(PlaySelection, OfAnEmptyFilmDoesNothing) {
+  ScriptSession session;
+  OpenFilm(session, {}).OpenCut("c.cut", CutFile::Showing({1, 2}, {0, 1})).Command(playCut);
+  const int before = session.State();
+  session.Command(playSelected);
+  const int after = session.State();
+  session.Run();
+  EXPECT_EQ(Player(session, after), Player(session, before));
+  EXPECT_EQ(Player(session, after)["timer"], true);
+}
+
+TEST(PlaySelection, TakesTheTextsOfTheFilmAsTheyAreNow) {
+  ScriptSession session;
+  session.Write("a.cut", SmallCut().Bytes());
+  OpenFilm(session, {"a.cut"}).Dialog(110, {"1039=longer title", "1040=", "1002=30", "1001=20"}).Command(40082);
+  session.Command(playSelected);
+  const int state = session.State();
+  const Film film = {.title = "longer title", .author = "", .width = 30, .height = 20};
+  ExpectPlayer(session, film, TicksOf(film, {SmallCut()}, 1));
+  EXPECT_EQ(Player(session, state)["title"], SizeTitle(Container(film, {RecordOf(SmallCut())}, 10, 6).size()));
+}
+
+TEST(PlaySelection, OfADamagedCacheDoesNotHurt) {
+  ScriptSession session;
+  session.Write("a.cut", SmallCut().Bytes());
+  session.Write("a.ca", std::string("CA\0\0\0\0\0", 7) + std::string(40, '\xFF'));
+  session.Write("b.cut", WideCut().Bytes());
+  OpenFilm(session, {"a.cut", "b.cut"}).Select(10003, {0, 1}).Command(playSelected).Line("tick 50").Run();
+  EXPECT_EQ(session.Bytes("a.ca").size(), 47U);
+  EXPECT_EQ(session.Bytes("b.ca"), Stream(WideCut()));
+}
+
+}  // namespace

@@ -1,0 +1,515 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "rules/script_session.h"
+
+namespace {
+
+using nlohmann::json;
+using rules::CutFile;
+using rules::ScriptSession;
+
+using Names = std::vector<std::string>;
+
+const std::string kHead = "title\nauthor\n100, 50\n";
+
+// A numbered cut's file as it is made: of the size that `Numbered` gives, with one frame and no layer.
+CutFile Fresh() {
+  return CutFile::WithoutLayers(1);
+}
+
+CutFile Drawn(const std::string& credit) {
+  CutFile file = CutFile::Showing({1, 2}, {0, 1});
+  file.credit = credit;
+  return file;
+}
+
+json Film(const ScriptSession& session, int state) {
+  json whole = session.StateAt(state);
+  return whole["film"];
+}
+
+json List(const ScriptSession& session, int state) {
+  json whole = session.StateAt(state);
+  return whole["panels"]["10003"];
+}
+
+std::string WithoutFolder(const ScriptSession& session, const json& name) {
+  if (!name.is_string()) return "(none)";
+  const std::string text = name.get<std::string>();
+  const std::string folder = session.Path("");
+  return text.rfind(folder, 0) == 0 ? text.substr(folder.size()) : text;
+}
+
+Names Entries(const ScriptSession& session, int state) {
+  Names names;
+  json film = Film(session, state);
+  for (json& cut : film["cuts"]) names.push_back(WithoutFolder(session, cut["name"]));
+  return names;
+}
+
+std::vector<bool> OpenFlags(const ScriptSession& session, int state) {
+  std::vector<bool> flags;
+  json film = Film(session, state);
+  for (json& cut : film["cuts"]) flags.push_back(cut["open"] == true);
+  return flags;
+}
+
+Names Lines(const ScriptSession& session, int state) {
+  Names lines;
+  json list = List(session, state);
+  for (json& line : list["lines"]) lines.push_back(line.is_string() ? line.get<std::string>() : "(none)");
+  return lines;
+}
+
+Names WindowPaths(const ScriptSession& session, int state) {
+  Names names;
+  json whole = session.StateAt(state);
+  for (json& cut : whole["cuts"]) names.push_back(WithoutFolder(session, cut["path"]));
+  return names;
+}
+
+// A film with these lines, as bytes; no cut file is made.
+ScriptSession& OpenFilm(ScriptSession& session, const Names& lines) {
+  std::string text = kHead;
+  for (const std::string& line : lines) text.append(line).append("\n");
+  session.Write("film.flm", text);
+  return session.Open(session.Path("film.flm"));
+}
+
+// The command with its two dialogs, of a cut of 8 by 3 without a layer.
+ScriptSession& Numbered(ScriptSession& session, int command = 40115) {
+  return session.Dialog(107, {"1002=8", "1001=3", "1055=on"}).Dialog(106, {}, "cancel").Command(command);
+}
+
+TEST(CutNumbers, ThirtyCutsOneBehindTheOther) {
+  ScriptSession session;
+  OpenFilm(session, {"c1.cut", "end.cut"});
+  for (int i = 0; i < 30; ++i) Numbered(session);
+  const int state = session.State();
+  session.Command(40119).Run();
+  Names entries = {"c1.cut"};
+  Names files;
+  std::string text = kHead + "c1.cut\n";
+  for (int i = 2; i <= 31; ++i) {
+    std::string name = i < 10 ? "c00" : "c0";
+    name.append(std::to_string(i)).append(".cut");
+    entries.push_back(name);
+    files.push_back(name);
+    text.append(name).append("\n");
+    EXPECT_EQ(session.Bytes(name), Fresh().Bytes()) << name;
+  }
+  EXPECT_EQ(WindowPaths(session, state), files);
+  entries.emplace_back("end.cut");
+  files.emplace_back("film.flm");
+  EXPECT_EQ(Entries(session, state), entries);
+  EXPECT_EQ(session.Files(), files);
+  EXPECT_EQ(session.Bytes("film.flm"), text + "end.cut\n");
+  EXPECT_EQ(List(session, state)["selected"], json::array({30}));
+  EXPECT_EQ(List(session, state)["caret"], 30);
+}
+
+// Each one stands ahead of the caret's line, which is the one inserted before.
+TEST(CutNumbers, InsertedCutsStandInFallingOrder) {
+  ScriptSession session;
+  OpenFilm(session, {"first.cut", "c007.cut"}).Select(10003, {1});
+  for (int i = 0; i < 3; ++i) Numbered(session, 40116);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), (Names{"first.cut", "c010.cut", "c009.cut", "c008.cut", "c007.cut"}));
+  EXPECT_EQ(Lines(session, state), (Names{"first", "c010", "c009", "c008", "c007"}));
+  EXPECT_EQ(OpenFlags(session, state), (std::vector<bool>{false, true, true, true, false}));
+  EXPECT_EQ(List(session, state)["caret"], 1);
+}
+
+TEST(CutNumbers, HolesAreFilledInTheirOrder) {
+  ScriptSession session;
+  for (const char* name : {"c002.cut", "c004.cut", "c007.cut"}) session.Write(name, "taken");
+  // None of these is the name of a numbered cut.
+  for (const char* name : {"c003.ca", "c03.cut", "c3.cut", "c003.cut.old", "d003.cut"}) session.Write(name, "other");
+  OpenFilm(session, {"c001.cut"});
+  for (int i = 0; i < 4; ++i) Numbered(session);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), (Names{"c001.cut", "c003.cut", "c005.cut", "c006.cut", "c008.cut"}));
+  for (const char* name : {"c002.cut", "c004.cut", "c007.cut"}) EXPECT_EQ(session.Bytes(name), "taken") << name;
+  for (const char* name : {"c003.ca", "c03.cut", "c3.cut", "c003.cut.old", "d003.cut"}) {
+    EXPECT_EQ(session.Bytes(name), "other") << name;
+  }
+}
+
+TEST(CutNumbers, NumberFreedByADeletionIsGivenAgain) {
+  ScriptSession session;
+  OpenFilm(session, {"c001.cut"});
+  Numbered(session);
+  Numbered(session);
+  session.Select(10003, {1}).Answer("yes").Command(40117).Select(10003, {0});
+  Numbered(session);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), (Names{"c001.cut", "c002.cut", "c003.cut"}));
+  EXPECT_EQ(session.Files(), (Names{"c002.cut", "c003.cut", "film.flm"}));
+}
+
+// The name is counted from files, not from the film's lines.
+TEST(CutNumbers, LineWhoseFileIsMissingDoesNotTakeItsNumber) {
+  ScriptSession session;
+  OpenFilm(session, {"c001.cut", "c002.cut"});
+  Numbered(session);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), (Names{"c001.cut", "c002.cut", "c002.cut"}));
+  // Adding links the new entry alone.
+  EXPECT_EQ(OpenFlags(session, state), (std::vector<bool>{false, true, false}));
+}
+
+TEST(CutNumbers, CutRenamedAwayFreesItsNumber) {
+  ScriptSession session;
+  OpenFilm(session, {"c001.cut"});
+  Numbered(session);
+  session.Dialog(126, {"1058=other"}).Command(40118).Select(10003, {0});
+  Numbered(session);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), (Names{"c001.cut", "c002.cut", "other.cut"}));
+  EXPECT_EQ(WindowPaths(session, state), (Names{"other.cut", "c002.cut"}));
+  EXPECT_EQ(session.Files(), (Names{"c002.cut", "film.flm", "other.cut"}));
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// One name and the next.
+
+struct Step {
+  const char* line;
+  // As the state shows it.
+  const char* next;
+};
+
+class NextNumber : public testing::TestWithParam<Step> {};
+
+TEST_P(NextNumber, IsTheNameOfTheNewFile) {
+  ScriptSession session;
+  Numbered(OpenFilm(session, {GetParam().line}));
+  const int state = session.State();
+  session.Run();
+  const Names entries = Entries(session, state);
+  ASSERT_EQ(entries.size(), 2U);
+  EXPECT_EQ(entries[1], GetParam().next);
+  EXPECT_EQ(session.Cut(state)["path"], session.Path(GetParam().next));
+  EXPECT_EQ(session.Cut(state)["title"], GetParam().next);
+  EXPECT_EQ(session.Bytes(GetParam().next), Fresh().Bytes());
+  EXPECT_EQ(session.Files().size(), 2U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Plain, NextNumber,
+                         testing::Values(Step{"c0.cut", "c001.cut"}, Step{"c000.cut", "c001.cut"},
+                                         Step{"c009.cut", "c010.cut"}, Step{"c99.cut", "c100.cut"},
+                                         Step{"c099.cut", "c100.cut"}, Step{"c0000007.cut", "c008.cut"},
+                                         Step{"c998.cut", "c999.cut"}, Step{"5a.cut", "5a001.cut"},
+                                         Step{"c5a7.cut", "c5a008.cut"}, Step{"c 7.cut", "c 008.cut"},
+                                         Step{"c-7.cut", "c-008.cut"}, Step{"c.7.cut", "c.008.cut"},
+                                         Step{"c7.CUT", "c008.CUT"}, Step{"c7.dat", "c008.dat"}, Step{"c7", "c008"}));
+
+// The whole name is digits, or empty: the new text loses its first character.
+INSTANTIATE_TEST_SUITE_P(Digits, NextNumber,
+                         testing::Values(Step{"8.cut", "09.cut"}, Step{"09.cut", "10.cut"}, Step{"98.cut", "99.cut"},
+                                         Step{"99.cut", "00.cut"}, Step{"199.cut", "00.cut"}, Step{"00.cut", "01.cut"},
+                                         Step{"998.cut", "99.cut"}, Step{".cut", "01.cut"}));
+
+// A second byte is no digit, and a backslash ahead of the digits is no end of the folder.
+INSTANTIATE_TEST_SUITE_P(ShiftJis, NextNumber,
+                         testing::Values(Step{"\x83\x5C.cut", "ソ001.cut"},
+                                         Step{"\x83\x5C"
+                                              "7.cut",
+                                              "ソ008.cut"},
+                                         Step{"\x95\x5C"
+                                              "12.cut",
+                                              "表013.cut"},
+                                         Step{"7\x94\x5C.cut", "7能001.cut"}, Step{"\x82\x50.cut", "１001.cut"}));
+
+TEST(NextNumberOfDigits, PassesOverTheShortNamesThatExist) {
+  ScriptSession session;
+  session.Write("00.cut", "taken");
+  Numbered(OpenFilm(session, {"99.cut"}));
+  const int state = session.State();
+  session.Run();
+  // 101 without its first character.
+  EXPECT_EQ(Entries(session, state), (Names{"99.cut", "01.cut"}));
+  EXPECT_EQ(session.Bytes("00.cut"), "taken");
+}
+
+TEST(NextNumberOfDigits, StartsAgainBehindNinetyNine) {
+  ScriptSession session;
+  OpenFilm(session, {"97.cut"});
+  for (int i = 0; i < 4; ++i) Numbered(session);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), (Names{"97.cut", "98.cut", "99.cut", "00.cut", "01.cut"}));
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Folders.
+
+TEST(NumberedCutFolder, IsThatOfTheEntryAtTheCaret) {
+  ScriptSession session;
+  std::error_code failure;
+  for (const char* name : {"work/film/表", "work/beside"}) {
+    std::filesystem::create_directories(session.Path(name), failure);
+    ASSERT_FALSE(failure) << failure.message();
+  }
+  // A number is taken in its own folder alone.
+  session.Write("work/film/c002.cut", "taken");
+  session.Write("work/beside/c003.cut", "taken");
+  session.Write("work/film/film.flm", kHead + "c1.cut\n\x95\x5C/c1.cut\n../c1.cut\n../beside/c002.cut\n");
+  session.Open(session.Path("work/film/film.flm"));
+  for (const int line : {3, 2, 1, 0}) {
+    session.Select(10003, {line});
+    Numbered(session);
+  }
+  const int state = session.State();
+  session.Command(40119).Run();
+  EXPECT_EQ(Entries(session, state),
+            (Names{"work/film/c1.cut", "work/film/c003.cut", "work/film/表/c1.cut", "work/film/表/c002.cut",
+                   "work/c1.cut", "work/c002.cut", "work/beside/c002.cut", "work/beside/c004.cut"}));
+  EXPECT_EQ(session.Bytes("work/film/film.flm"),
+            kHead +
+                "c1.cut\nc003.cut\n\x95\x5C/c1.cut\n\x95\x5C/c002.cut\n../c1.cut\n../c002.cut\n../beside/c002.cut\n"
+                "../beside/c004.cut\n");
+  for (const char* name : {"work/film/c003.cut", "work/film/表/c002.cut", "work/c002.cut", "work/beside/c004.cut"}) {
+    EXPECT_EQ(session.Bytes(name), Fresh().Bytes()) << name;
+  }
+  EXPECT_EQ(session.Bytes("work/film/c002.cut"), "taken");
+  EXPECT_EQ(session.Bytes("work/beside/c003.cut"), "taken");
+}
+
+TEST(NumberedCutFolder, ThatDoesNotExistHasNoFileButTheCutIsThere) {
+  ScriptSession session;
+  Numbered(OpenFilm(session, {"none/c1.cut"}));
+  const int made = session.State();
+  session.File(session.Path("c.cut")).Command(40088);
+  const int saved = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, made), (Names{"none/c1.cut", "none/c002.cut"}));
+  EXPECT_EQ(session.Cut(made)["path"], session.Path("none/c002.cut"));
+  EXPECT_EQ(session.Cut(made)["title"], "c002.cut");
+  EXPECT_EQ(session.Cut(saved)["path"], session.Path("c.cut"));
+  EXPECT_EQ(Entries(session, saved), (Names{"none/c1.cut", "none/c002.cut"}));
+  EXPECT_EQ(OpenFlags(session, saved), (std::vector<bool>{false, true}));
+  EXPECT_EQ(session.Files(), (Names{"c.cut", "film.flm"}));
+  EXPECT_EQ(session.Bytes("c.cut"), Fresh().Bytes());
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// The limit.
+
+// From 997 on: two more numbers, and then every new cut goes to the file of the entry at the caret.
+TEST(NumberLimit, WorkUpToItAndPastIt) {
+  ScriptSession session;
+  OpenFilm(session, {"\x95\x5C"
+                     "997.cut"});
+  session.Write("表997.cut", Drawn("997").Bytes());
+  Numbered(session);
+  Numbered(session);
+  // The cut with the last number is drawn and saved.
+  session.Dialog(106, {"1000=A"}).Command(40014).Panel(10006, "last").Command(40041).Command(40088);
+  const int saved = session.State();
+  Numbered(session);
+  const int past = session.State();
+  // The window of the first one still has the drawing and writes it back.
+  session.Activate(1).Command(40088).Select(10003, {3}).DoubleClick(10003, 3);
+  const int back = session.State();
+  session.Command(40119).Run();
+
+  EXPECT_EQ(session.Cut(saved)["path"], session.Path("表999.cut"));
+  EXPECT_EQ(Entries(session, saved), (Names{"表997.cut", "表998.cut", "表999.cut"}));
+  EXPECT_EQ(Entries(session, past), (Names{"表997.cut", "表998.cut", "表999.cut", "表999.cut"}));
+  EXPECT_EQ(Lines(session, past), (Names{"表997", "表998", "表999", "表999"}));
+  EXPECT_EQ(OpenFlags(session, past), (std::vector<bool>{false, true, true, true}));
+  EXPECT_EQ(WindowPaths(session, past), (Names{"表998.cut", "表999.cut", "表999.cut"}));
+  EXPECT_EQ(session.Cut(past)["layers"].size(), 0U);
+  EXPECT_EQ(session.Cut(back)["layers"].size(), 0U);
+  CutFile last = CutFile::Showing({0}, {0});
+  last.frames[0].comment = "last";
+  EXPECT_EQ(session.Bytes("表999.cut"), last.Bytes());
+  EXPECT_EQ(session.Bytes("表998.cut"), Fresh().Bytes());
+  EXPECT_EQ(session.Bytes("表997.cut"), Drawn("997").Bytes());
+  EXPECT_EQ(session.Files(), (Names{"film.flm", "表997.cut", "表998.cut", "表999.cut"}));
+  EXPECT_EQ(session.Bytes("film.flm"), kHead +
+                                           "\x95\x5C"
+                                           "997.cut\n\x95\x5C"
+                                           "998.cut\n\x95\x5C"
+                                           "999.cut\n\x95\x5C"
+                                           "999.cut\n");
+}
+
+struct Full {
+  const char* name;
+  // Files that exist already.
+  Names taken;
+};
+
+class NumberPastTheLimit : public testing::TestWithParam<std::pair<Full, int>> {};
+
+TEST_P(NumberPastTheLimit, LeavesThePathAndGoesOverTheFileOfTheEntry) {
+  const auto& [full, command] = GetParam();
+  ScriptSession session;
+  OpenFilm(session, {"a.cut", full.name, "b.cut"});
+  session.Write(full.name, Drawn("old").Bytes());
+  for (const std::string& name : full.taken) session.Write(name, "taken");
+  session.Select(10003, {1});
+  Numbered(session, command);
+  const int made = session.State();
+  // The new window closes unasked, and both entries open the file as it is now.
+  session.Close().DoubleClick(10003, 1).DoubleClick(10003, 2);
+  const int opened = session.State();
+  session.Run();
+  for (const int state : {made, opened}) {
+    EXPECT_EQ(Entries(session, state), (Names{"a.cut", full.name, full.name, "b.cut"}));
+    EXPECT_EQ(WindowPaths(session, state), Names{full.name});
+    EXPECT_EQ(session.Cut(state)["layers"].size(), 0U);
+  }
+  const bool added = command == 40115;
+  EXPECT_EQ(OpenFlags(session, made), (std::vector<bool>{false, !added, added, false}));
+  EXPECT_EQ(OpenFlags(session, opened), (std::vector<bool>{false, true, true, false}));
+  EXPECT_EQ(session.Bytes(full.name), Fresh().Bytes());
+  for (const std::string& name : full.taken) EXPECT_EQ(session.Bytes(name), "taken") << name;
+  EXPECT_EQ(session.Files().size(), 2U + full.taken.size());
+}
+
+const Full kLast = {"c999.cut", {}};
+const Full kFourDigits = {"c1000.cut", {}};
+const Full kManyDigits = {"c99999999999999999999999.cut", {}};
+const Full kAllDigits = {"999.cut", {}};
+const Full kNoneFree = {"c996.cut", {"c997.cut", "c998.cut", "c999.cut"}};
+const Full kNoneFreeOfDigits = {"997.cut", {"98.cut", "99.cut"}};
+
+INSTANTIATE_TEST_SUITE_P(Film, NumberPastTheLimit,
+                         testing::Values(std::pair{kLast, 40115}, std::pair{kLast, 40116},
+                                         std::pair{kFourDigits, 40115}, std::pair{kManyDigits, 40115},
+                                         std::pair{kAllDigits, 40115}, std::pair{kAllDigits, 40116},
+                                         std::pair{kNoneFree, 40115}, std::pair{kNoneFree, 40116},
+                                         std::pair{kNoneFreeOfDigits, 40115}));
+
+TEST(NumberLimit, CancelledDialogLeavesTheFileOfTheEntry) {
+  ScriptSession session;
+  OpenFilm(session, {"c999.cut"});
+  session.Write("c999.cut", Drawn("old").Bytes());
+  session.Dialog(107, {}, "cancel").Command(40115);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), Names{"c999.cut"});
+  EXPECT_EQ(Film(session, state)["modified"], false);
+  EXPECT_EQ(session.Bytes("c999.cut"), Drawn("old").Bytes());
+}
+
+TEST(NumberLimit, RenameOfTheDoubledCutGoesToBothEntriesAndOneWindow) {
+  ScriptSession session;
+  OpenFilm(session, {"c999.cut"});
+  session.Write("c999.cut", Drawn("old").Bytes());
+  session.DoubleClick(10003, 0);
+  Numbered(session);
+  session.Select(10003, {1}).Dialog(126, {"1058=new"}).Command(40118);
+  const int renamed = session.State();
+  // The first window still has the old name, and what it holds.
+  session.Activate(0).Command(40088).Run();
+  EXPECT_EQ(Entries(session, renamed), (Names{"new.cut", "new.cut"}));
+  EXPECT_EQ(Lines(session, renamed), (Names{"new", "new"}));
+  EXPECT_EQ(WindowPaths(session, renamed), (Names{"c999.cut", "new.cut"}));
+  EXPECT_EQ(session.Files(), (Names{"c999.cut", "film.flm", "new.cut"}));
+  EXPECT_EQ(session.Bytes("c999.cut"), Drawn("old").Bytes());
+  EXPECT_EQ(session.Bytes("new.cut"), Fresh().Bytes());
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// The dialogs of the numbered cut.
+
+TEST(NumberedCutDialog, RemembersFromCutToCutAndWritesNoSettings) {
+  ScriptSession session;
+  OpenFilm(session, {"c001.cut"});
+  session.Dialog(107, {"1002=20", "1001=10", "1041=12", "1056=on", "1037=Me"}).Dialog(106, {}, "cancel");
+  session.Command(40115).Dialog(107, {"1002=30"}).Dialog(106, {}, "cancel").Command(40116);
+  const int state = session.State();
+  session.Run();
+  CutFile first = Fresh();
+  first.width = first.frameWidth = 20;
+  first.height = first.frameHeight = 10;
+  first.fps = 12;
+  first.antialias = 1;
+  first.credit = "Me";
+  CutFile second = first;
+  second.width = second.frameWidth = 30;
+  EXPECT_EQ(session.Bytes("c002.cut"), first.Bytes());
+  EXPECT_EQ(session.Bytes("c003.cut"), second.Bytes());
+  EXPECT_EQ(Entries(session, state), (Names{"c001.cut", "c003.cut", "c002.cut"}));
+  EXPECT_EQ(session.Setting("OnNewCut", "width"), "(none)");
+}
+
+TEST(NumberedCutDialog, IsNotThatOfTheNewCutSettings) {
+  ScriptSession session;
+  session.SetSettings("[OnNewCut]\r\nwidth=50\r\nheight=40\r\nfps=12\r\nanti=1\r\ncredit=Someone\r\n");
+  OpenFilm(session, {"c001.cut"}).Dialog(107, {}).Dialog(106, {}, "cancel").Command(40115).Run();
+  CutFile file = Fresh();
+  file.width = file.frameWidth = 960;
+  file.height = file.frameHeight = 720;
+  file.antialias = 2;
+  EXPECT_EQ(session.Bytes("c002.cut"), file.Bytes());
+}
+
+TEST(NumberedCutDialog, LayerIsInTheFileOnceTheCutIsSaved) {
+  ScriptSession session;
+  OpenFilm(session, {"c001.cut"}).Dialog(107, {"1002=8", "1001=3", "1055=on"}).Dialog(106, {"1000=L"});
+  session.Command(40115);
+  const int made = session.State();
+  session.Command(40088).Run();
+  CutFile file = CutFile::Showing({0}, {0});
+  file.layers[0].name = "L";
+  EXPECT_EQ(session.Bytes("c002.cut"), file.Bytes());
+  EXPECT_EQ(session.Cut(made)["modified"], true);
+  EXPECT_EQ(session.Cut(made)["layers"][0]["name"], "L");
+}
+
+TEST(NumberedCutDialog, LosesItsLayerWhenTheCutIsClosedUnsaved) {
+  ScriptSession session;
+  OpenFilm(session, {"c001.cut"}).Dialog(107, {"1002=8", "1001=3", "1055=on"}).Dialog(106, {"1000=L"});
+  session.Command(40115).Answer("no").Close().DoubleClick(10003, 1);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["path"], session.Path("c002.cut"));
+  EXPECT_EQ(session.Cut(state)["layers"].size(), 0U);
+  EXPECT_EQ(session.Bytes("c002.cut"), Fresh().Bytes());
+}
+
+class NumberedCutWithoutFilm : public testing::TestWithParam<int> {};
+
+// With no line to count from, the first cut is a new one that is saved under a name, and the next is numbered by it.
+TEST_P(NumberedCutWithoutFilm, StartsTheCountWithTheNameThatIsGiven) {
+  ScriptSession session;
+  session.Dialog(107, {"1002=8", "1001=3"}).Dialog(106, {"1000=A"}).File(session.Path("c7")).Command(GetParam());
+  session.Dialog(107, {}).Dialog(106, {}, "cancel").Command(40115);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), (Names{"c7.cut", "c008.cut"}));
+  EXPECT_EQ(OpenFlags(session, state), (std::vector<bool>{true, true}));
+  EXPECT_EQ(session.Bytes("c7.cut"), CutFile::Showing({0}, {0}).Bytes());
+  EXPECT_EQ(session.Bytes("c008.cut"), Fresh().Bytes());
+  EXPECT_EQ(session.Setting("OnNewCut", "width"), "8");
+}
+
+INSTANTIATE_TEST_SUITE_P(Film, NumberedCutWithoutFilm, testing::Values(40115, 40116));
+
+TEST(NumberedCutInNoFilm, CancelledWithNoCutOpenDoesNothing) {
+  ScriptSession session;
+  session.Dialog(107, {}, "cancel").Command(40115);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), Names{});
+  EXPECT_EQ(WindowPaths(session, state), Names{});
+  EXPECT_EQ(Film(session, state)["modified"], false);
+}
+
+}  // namespace

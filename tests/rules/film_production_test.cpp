@@ -1,0 +1,1357 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "rules/script_session.h"
+
+namespace {
+
+using nlohmann::json;
+using rules::CutFile;
+using rules::ScriptSession;
+
+using Names = std::vector<std::string>;
+// Paths under a folder and the bytes of the files there.
+using Tree = std::map<std::string, std::string>;
+
+// The characters that these tests use, as they stand in files. The second byte of many of them is the backslash.
+const std::map<std::string, std::string>& ShiftJisTable() {
+  static const std::map<std::string, std::string> table = {
+      {"表", "\x95\x5C"}, {"ソ", "\x83\x5C"}, {"予", "\x97\x5C"}, {"能", "\x94\x5C"}, {"十", "\x8F\x5C"},
+      {"噂", "\x89\x5C"}, {"構", "\x8D\x5C"}, {"貼", "\x93\x5C"}, {"空", "\x8B\xF3"}, {"夜", "\x96\xE9"},
+      {"映", "\x89\x66"}, {"画", "\x89\xE6"}, {"本", "\x96\x7B"}, {"編", "\x95\xD2"}, {"素", "\x91\x66"},
+      {"材", "\x8D\xDE"}, {"題", "\x91\xE8"}, {"作", "\x8D\xEC"}, {"者", "\x8E\xD2"}, {"渡", "\x93\x6E"},
+      {"の", "\x82\xCC"}, {"旧", "\x8B\x8C"}, {"雨", "\x89\x4A"}, {"月", "\x8C\x8E"}};
+  return table;
+}
+
+// Text as the program stores it.
+std::string Stored(std::string_view shown) {
+  std::string bytes;
+  for (size_t i = 0; i < shown.size();) {
+    if (static_cast<unsigned char>(shown[i]) < 0x80) {
+      bytes.append(1, shown[i]);
+      ++i;
+      continue;
+    }
+    const std::string character(shown.substr(i, 3));
+    const auto found = ShiftJisTable().find(character);
+    if (found == ShiftJisTable().end()) {
+      ADD_FAILURE() << "no bytes known for " << character;
+      return {};
+    }
+    bytes.append(found->second);
+    i += 3;
+  }
+  return bytes;
+}
+
+CutFile Plain() {
+  return CutFile::WithoutLayers(1);
+}
+
+void MakeFolder(const ScriptSession& session, std::string_view name) {
+  std::error_code failure;
+  std::filesystem::create_directories(session.Path(name), failure);
+  ASSERT_FALSE(failure) << failure.message();
+}
+
+Tree TreeOf(const ScriptSession& session, std::string_view folder) {
+  Tree tree;
+  const std::string root = session.Path(folder);
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) {
+    if (!entry.is_regular_file()) continue;
+    std::ifstream file(entry.path(), std::ios::binary);
+    const std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    tree[entry.path().string().substr(root.size() + 1)] = bytes;
+  }
+  return tree;
+}
+
+Names NamesOf(const Tree& tree) {
+  Names names;
+  for (const auto& [name, bytes] : tree) names.push_back(name);
+  return names;
+}
+
+// The names first, so that a difference is told in few words.
+void ExpectTree(const Tree& actual, const Tree& expected) {
+  ASSERT_EQ(NamesOf(actual), NamesOf(expected));
+  for (const auto& [name, bytes] : expected) EXPECT_EQ(actual.at(name), bytes) << name;
+}
+
+json Film(const ScriptSession& session, int state) {
+  json whole = session.StateAt(state);
+  return whole["film"];
+}
+
+json Windows(const ScriptSession& session, int state) {
+  json whole = session.StateAt(state);
+  return whole["cuts"];
+}
+
+std::string WithoutFolder(const ScriptSession& session, const json& name) {
+  if (!name.is_string()) return "(none)";
+  const std::string text = name.get<std::string>();
+  const std::string folder = session.Path("");
+  return text.rfind(folder, 0) == 0 ? text.substr(folder.size()) : text;
+}
+
+Names Entries(const ScriptSession& session, int state) {
+  Names names;
+  json film = Film(session, state);
+  for (json& cut : film["cuts"]) names.push_back(WithoutFolder(session, cut["name"]));
+  return names;
+}
+
+std::vector<bool> OpenFlags(const ScriptSession& session, int state) {
+  std::vector<bool> flags;
+  json film = Film(session, state);
+  for (json& cut : film["cuts"]) flags.push_back(cut["open"] == true);
+  return flags;
+}
+
+// The files of the open windows, in the order of opening.
+Names WindowPaths(const ScriptSession& session, int state) {
+  Names names;
+  json windows = Windows(session, state);
+  for (json& cut : windows) names.push_back(WithoutFolder(session, cut["path"]));
+  return names;
+}
+
+json List(const ScriptSession& session, int state) {
+  json whole = session.StateAt(state);
+  return whole["panels"]["10003"];
+}
+
+Names Lines(const ScriptSession& session, int state) {
+  Names lines;
+  json list = List(session, state);
+  for (json& line : list["lines"]) lines.push_back(line.is_string() ? line.get<std::string>() : "(none)");
+  return lines;
+}
+
+std::string FrameTitle(const ScriptSession& session, int state) {
+  json whole = session.StateAt(state);
+  json title = whole["frame"]["title"];
+  return title.is_string() ? title.get<std::string>() : "(none)";
+}
+
+const std::string kHead = "title\nauthor\n100, 50\n";
+
+// A film of these cuts in the session's folder, each with a cut file that differs from the others by its credit.
+CutFile Credited(const std::string& credit) {
+  CutFile file = Plain();
+  file.credit = credit;
+  return file;
+}
+
+ScriptSession& OpenFilm(ScriptSession& session, const Names& cuts) {
+  std::string text = kHead;
+  for (const std::string& cut : cuts) {
+    text.append(Stored(cut)).append("\n");
+    session.Write(cut, Credited(Stored(cut)).Bytes());
+  }
+  session.Write("film.flm", text);
+  return session.Open(session.Path("film.flm"));
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// A film of thirty lines, with its cuts in its own folder, below, above and beside it; some stand in it several times,
+// and some aren't there.
+
+enum Folder { kOwn, kBelow, kDeep, kAbove, kTop, kBeside, kAlike, kNowhere, kFolders };
+
+using FolderNames = std::array<const char*, kFolders>;
+
+constexpr FolderNames kRealFolders = {
+    "work/映画/本編/", "work/映画/本編/表/", "work/映画/本編/表/ソ/", "work/映画/",
+    "work/",           "work/映画/素材/",    "work/映画/本編2/",      "work/映画/本編/none/"};
+
+constexpr FolderNames kFromOwn = {"", "表/", "表/ソ/", "../", "../../", "../素材/", "../本編2/", "none/"};
+
+struct Row {
+  Folder folder;
+  const char* name;
+  bool exists = true;
+};
+
+const std::vector<Row>& Rows() {
+  static const std::vector<Row> rows = {{kOwn, "空001"},       {kOwn, "空002"},    {kBelow, "ソ1"},
+                                        {kDeep, "能"},         {kAbove, "表"},     {kTop, "十"},
+                                        {kBeside, "予"},       {kAlike, "空001"},  {kOwn, "空001"},
+                                        {kBelow, "旧", false}, {kOwn, "空003"},    {kDeep, "ソ"},
+                                        {kAbove, "ソ"},        {kBeside, "表"},    {kBeside, "予"},
+                                        {kAlike, "構"},        {kTop, "噂"},       {kOwn, "空010"},
+                                        {kOwn, "空011"},       {kBelow, "貼"},     {kNowhere, "月", false},
+                                        {kOwn, "空012"},       {kDeep, "ソ月"},    {kAbove, "雨", false},
+                                        {kBeside, "空020"},    {kBeside, "空021"}, {kOwn, "空001"},
+                                        {kAlike, "表"},        {kTop, "能"},       {kOwn, "空099"}};
+  return rows;
+}
+
+std::string FileOf(const Row& row) {
+  return std::string(kRealFolders[row.folder]).append(row.name).append(".cut");
+}
+
+std::string FilmText(const FolderNames& prefixes) {
+  std::string text = Stored("題ソ\n作者\n640, 480\n");
+  for (const Row& row : Rows()) text.append(Stored(std::string(prefixes[row.folder]) + row.name)).append(".cut\n");
+  return text;
+}
+
+class FilmOfThirtyCuts : public testing::Test {
+ protected:
+  void SetUp() override {
+    for (size_t i = 0; i < kFolders; ++i) {
+      if (i != kNowhere) MakeFolder(session, kRealFolders[i]);
+    }
+    MakeFolder(session, "work/渡");
+    session.Write(kFilm, FilmText(kFromOwn));
+    std::set<std::string> written;
+    for (size_t i = 0; i < Rows().size(); ++i) {
+      const Row& row = Rows()[i];
+      if (!row.exists || !written.insert(FileOf(row)).second) continue;
+      CutFile file = CutFile::Showing({static_cast<int>(i % 4) + 1, 0}, {0, 1, 0});
+      file.credit = Stored(row.name) + std::to_string(i);
+      session.Write(FileOf(row), file.Bytes());
+    }
+    before = TreeOf(session, "work");
+  }
+
+  ScriptSession& OpenIt() { return session.Open(session.Path(kFilm)); }
+
+  static Names AllEntries() {
+    Names names;
+    for (const Row& row : Rows()) names.push_back(FileOf(row));
+    return names;
+  }
+
+  static Names AllLines() {
+    Names names;
+    for (const Row& row : Rows()) names.emplace_back(row.name);
+    return names;
+  }
+
+  // The bytes that the file of this row had at the start.
+  std::string BytesOf(size_t row) const { return before.at(FileOf(Rows()[row]).substr(5)); }
+
+  const std::string kFilm = "work/映画/本編/予.flm";
+  const std::string kFilmInWork = "映画/本編/予.flm";
+  ScriptSession session;
+  Tree before;
+};
+
+TEST_F(FilmOfThirtyCuts, OpensInTheOrderOfItsFile) {
+  ASSERT_EQ(Rows().size(), 30U);
+  OpenIt();
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), AllEntries());
+  EXPECT_EQ(Lines(session, state), AllLines());
+  EXPECT_EQ(OpenFlags(session, state), std::vector<bool>(30, false));
+  EXPECT_EQ(List(session, state)["selected"], json::array({0}));
+  EXPECT_EQ(List(session, state)["caret"], 0);
+  EXPECT_EQ(FrameTitle(session, state), "Sorvel Developer - 予");
+  const json film = Film(session, state);
+  EXPECT_EQ(film["title"], "題ソ");
+  EXPECT_EQ(film["author"], "作者");
+  EXPECT_EQ(film["width"], 640);
+  EXPECT_EQ(film["height"], 480);
+  EXPECT_EQ(film["path"], session.Path(kFilm));
+  EXPECT_EQ(film["modified"], false);
+  EXPECT_EQ(Windows(session, state).size(), 0U);
+  ExpectTree(TreeOf(session, "work"), before);
+}
+
+struct Place {
+  const char* name;
+  const char* film;
+  FolderNames prefixes;
+};
+
+class FilmSavedElsewhere : public FilmOfThirtyCuts, public testing::WithParamInterface<Place> {};
+
+TEST_P(FilmSavedElsewhere, HasItsLinesRelativeToTheNewFolderAndOpensAgain) {
+  const Place& place = GetParam();
+  OpenIt().File(session.Path(std::string("work/") + place.film)).Command(40054);
+  const int saved = session.State();
+  session.Open(session.Path("gone.flm")).File(session.Path(std::string("work/") + place.film)).Command(40053);
+  const int opened = session.State();
+  session.File(session.Path("work/映画/本編/back.flm")).Command(40054).Run();
+
+  for (const int state : {saved, opened}) {
+    const json film = Film(session, state);
+    EXPECT_EQ(film["path"], session.Path(std::string("work/") + place.film));
+    EXPECT_EQ(film["modified"], false);
+    EXPECT_EQ(film["title"], "題ソ");
+    EXPECT_EQ(film["author"], "作者");
+    EXPECT_EQ(Entries(session, state), AllEntries());
+    EXPECT_EQ(Lines(session, state), AllLines());
+    EXPECT_EQ(OpenFlags(session, state), std::vector<bool>(30, false));
+  }
+  const std::string name = std::filesystem::path(place.film).stem().string();
+  EXPECT_EQ(FrameTitle(session, saved), "Sorvel Developer - " + name);
+  EXPECT_EQ(FrameTitle(session, opened), "Sorvel Developer - " + name);
+  Tree after = before;
+  after[place.film] = FilmText(place.prefixes);
+  after["映画/本編/back.flm"] = before.at(kFilmInWork);
+  ExpectTree(TreeOf(session, "work"), after);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Film, FilmSavedElsewhere,
+    testing::Values(
+        Place{"OverItself", "映画/本編/予.flm", kFromOwn}, Place{"UnderAnotherName", "映画/本編/ソ.flm", kFromOwn},
+        Place{"Below",
+              "映画/本編/表/能.flm",
+              {"../", "", "ソ/", "../../", "../../../", "../../素材/", "../../本編2/", "../none/"}},
+        Place{"TwoBelow",
+              "映画/本編/表/ソ/十.flm",
+              {"../../", "../", "", "../../../", "../../../../", "../../../素材/", "../../../本編2/", "../../none/"}},
+        Place{"TwoAbove",
+              "表.flm",
+              {"映画/本編/", "映画/本編/表/", "映画/本編/表/ソ/", "映画/", "", "映画/素材/", "映画/本編2/",
+               "映画/本編/none/"}},
+        Place{"Beside",
+              "映画/素材/構.flm",
+              {"../本編/", "../本編/表/", "../本編/表/ソ/", "../", "../../", "", "../本編2/", "../本編/none/"}},
+        // The bytes of the two folders' names are the same up to the 2: what is common ends at the last
+        // separator all the same.
+        Place{"InAFolderWhoseNameBeginsLikeTheFilms",
+              "映画/本編2/film.flm",
+              {"../本編/", "../本編/表/", "../本編/表/ソ/", "../", "../../", "../素材/", "", "../本編/none/"}}),
+    [](const testing::TestParamInfo<Place>& place) { return std::string(place.param.name); });
+
+TEST_F(FilmOfThirtyCuts, EveryLineOpensOnceByDoubleClickAndSavesAsItWas) {
+  OpenIt();
+  for (int i = 0; i < 30; ++i) session.DoubleClick(10003, i);
+  const int opened = session.State();
+  // Line 26 is the film's first cut once more: its window, the first, comes to the front.
+  session.DoubleClick(10003, 26);
+  const int again = session.State();
+  const int windows = 24;
+  for (int i = 0; i < windows; ++i) session.Activate(i).Command(40060).Command(40060).Command(40088);
+  const int written = session.State();
+  session.Answer("yes").Command(40122);
+  const int closed = session.State();
+  session.Run();
+
+  Names paths;
+  std::vector<bool> flags;
+  std::set<std::string> seen;
+  for (const Row& row : Rows()) {
+    flags.push_back(row.exists);
+    if (row.exists && seen.insert(FileOf(row)).second) paths.push_back(FileOf(row));
+  }
+  ASSERT_EQ(paths.size(), static_cast<size_t>(windows));
+  for (const int state : {opened, again, written}) {
+    EXPECT_EQ(WindowPaths(session, state), paths);
+    EXPECT_EQ(OpenFlags(session, state), flags);
+    EXPECT_EQ(Entries(session, state), AllEntries());
+  }
+  const json cuts = Windows(session, opened);
+  for (size_t i = 0; i < cuts.size(); ++i) {
+    EXPECT_EQ(cuts[i]["title"], std::filesystem::path(paths[i]).filename().string());
+    EXPECT_EQ(cuts[i]["modified"], false);
+    EXPECT_EQ(cuts[i]["active"], i == 23);
+    EXPECT_EQ(cuts[i]["frames"].size(), 3U);
+  }
+  EXPECT_EQ(session.Cut(again)["path"], session.Path(FileOf(Rows()[0])));
+  EXPECT_EQ(List(session, again)["selected"], json::array({0}));
+  EXPECT_EQ(Windows(session, closed).size(), 0U);
+  EXPECT_EQ(OpenFlags(session, closed), std::vector<bool>(30, false));
+  EXPECT_EQ(Film(session, closed)["modified"], false);
+  ExpectTree(TreeOf(session, "work"), before);
+}
+
+TEST_F(FilmOfThirtyCuts, RenamesOfAClosedAnOpenAndAMissingCut) {
+  OpenIt();
+  // Three lines show this cut; the one of the same name in another folder isn't it.
+  session.Select(10003, {26}).Dialog(126, {"1058=表夜"}).Command(40118);
+  const int first = session.State();
+  session.DoubleClick(10003, 22).Panel(10006, "雨");
+  session.Select(10003, {22}).Dialog(126, {"1058=ソ雨"}).Command(40118);
+  const int second = session.State();
+  session.Command(40042).Command(40088);
+  session.Select(10003, {23}).Dialog(126, {"1058=十"}).Command(40118).Command(40119);
+  const int third = session.State();
+  session.Run();
+
+  Names entries = AllEntries();
+  Names lines = AllLines();
+  for (const size_t i : {0U, 8U, 26U}) {
+    entries[i] = "work/映画/本編/表夜.cut";
+    lines[i] = "表夜";
+  }
+  EXPECT_EQ(Entries(session, first), entries);
+  EXPECT_EQ(Lines(session, first), lines);
+  EXPECT_EQ(List(session, first)["caret"], 26);
+  EXPECT_EQ(Film(session, first)["modified"], true);
+  entries[22] = "work/映画/本編/表/ソ/ソ雨.cut";
+  lines[22] = "ソ雨";
+  EXPECT_EQ(Entries(session, second), entries);
+  EXPECT_EQ(Lines(session, second), lines);
+  EXPECT_EQ(session.Cut(second)["path"], session.Path(entries[22]));
+  EXPECT_EQ(session.Cut(second)["title"], "ソ雨.cut");
+  std::vector<bool> flags(30, false);
+  flags[22] = true;
+  EXPECT_EQ(OpenFlags(session, second), flags);
+  entries[23] = "work/映画/十.cut";
+  lines[23] = "十";
+  EXPECT_EQ(Entries(session, third), entries);
+  EXPECT_EQ(Lines(session, third), lines);
+  EXPECT_EQ(Film(session, third)["modified"], false);
+
+  Tree after = before;
+  after.erase("映画/本編/空001.cut");
+  after["映画/本編/表夜.cut"] = BytesOf(0);
+  after.erase("映画/本編/表/ソ/ソ月.cut");
+  CutFile file = CutFile::Showing({22 % 4 + 1, 0}, {0, 1, 0});
+  file.credit = Stored("ソ月22");
+  ASSERT_EQ(BytesOf(22), file.Bytes());
+  file.frames[2].comment = Stored("雨");
+  after["映画/本編/表/ソ/ソ雨.cut"] = file.Bytes();
+  std::string text = Stored("題ソ\n作者\n640, 480\n");
+  for (size_t i = 0; i < 30; ++i) {
+    text.append(Stored(kFromOwn[Rows()[i].folder] + lines[i])).append(".cut\n");
+  }
+  after[kFilmInWork] = text;
+  ExpectTree(TreeOf(session, "work"), after);
+}
+
+TEST_F(FilmOfThirtyCuts, ExtractBringsCutsOfAllFoldersTogether) {
+  OpenIt().Select(10003, {22, 0, 29, 7, 14, 6}).File(session.Path("work/渡/十")).Command(40134);
+  const int state = session.State();
+  session.File(session.Path("work/渡/十")).Command(40053);
+  const int opened = session.State();
+  session.Command(40119).Run();
+  EXPECT_EQ(Film(session, state)["path"], session.Path(kFilm));
+  EXPECT_EQ(Film(session, state)["modified"], false);
+  EXPECT_EQ(FrameTitle(session, state), "Sorvel Developer - 予");
+  EXPECT_EQ(Entries(session, state), AllEntries());
+  EXPECT_EQ(Lines(session, opened), (Names{"空001", "予", "空001", "予", "ソ月", "空099"}));
+
+  Tree after = before;
+  after["渡/十.flm"] = Stored("題ソ\n作者\n640, 480\n空001.cut\n予.cut\n空001.cut\n予.cut\nソ月.cut\n空099.cut\n");
+  // Two cuts of one name go to one file, and the later one stays.
+  after["渡/空001.cut"] = BytesOf(7);
+  after["渡/予.cut"] = BytesOf(6);
+  after["渡/ソ月.cut"] = BytesOf(22);
+  after["渡/空099.cut"] = BytesOf(29);
+  ExpectTree(TreeOf(session, "work"), after);
+}
+
+TEST_F(FilmOfThirtyCuts, DeletesWithAndWithoutTheFiles) {
+  // Streams beside cuts that go, and one beside a cut that stays.
+  session.Write("work/映画/本編/空001.ca", "stream");
+  session.Write("work/映画/本編/表/ソ1.ca", "stream");
+  session.Write("work/映画/本編/空003.ca", "stream");
+  OpenIt().DoubleClick(10003, 2).Command(40060);
+  session.Select(10003, {0, 2, 9, 13}).Answer("yes").Command(40117);
+  const int deleted = session.State();
+  session.Select(10003, {0}).Answer("no").Command(40117);
+  const int removed = session.State();
+  // The cut's other lines still name the file that is gone.
+  session.DoubleClick(10003, 4);
+  const int clicked = session.State();
+  session.Command(40119).Run();
+
+  Names entries;
+  Names lines;
+  std::string text = Stored("題ソ\n作者\n640, 480\n");
+  for (size_t i = 0; i < 30; ++i) {
+    if (i == 0 || i == 2 || i == 9 || i == 13) continue;
+    entries.push_back(AllEntries()[i]);
+    lines.push_back(AllLines()[i]);
+    if (i != 1) text.append(Stored(std::string(kFromOwn[Rows()[i].folder]) + Rows()[i].name)).append(".cut\n");
+  }
+  EXPECT_EQ(Entries(session, deleted), entries);
+  EXPECT_EQ(Lines(session, deleted), lines);
+  EXPECT_EQ(Windows(session, deleted).size(), 0U);
+  // The lines that followed the four.
+  EXPECT_EQ(List(session, deleted)["selected"], json::array({0, 1, 7, 10}));
+  EXPECT_EQ(List(session, deleted)["caret"], 0);
+  entries.erase(entries.begin());
+  lines.erase(lines.begin());
+  EXPECT_EQ(Entries(session, removed), entries);
+  EXPECT_EQ(Lines(session, removed), lines);
+  ASSERT_EQ(lines[4], "空001");
+  EXPECT_EQ(Windows(session, clicked).size(), 1U);
+  EXPECT_EQ(WindowPaths(session, clicked), Names{"work/映画/本編2/空001.cut"});
+
+  Tree after = before;
+  after["映画/本編/空003.ca"] = "stream";
+  for (const size_t i : {0U, 2U, 13U}) after.erase(FileOf(Rows()[i]).substr(5));
+  after[kFilmInWork] = text;
+  ExpectTree(TreeOf(session, "work"), after);
+}
+
+TEST_F(FilmOfThirtyCuts, DeletingAllLeavesWhatTheFilmDoesNotName) {
+  session.Write("work/映画/本編/空004.cut", Plain().Bytes());
+  session.Write("work/映画/本編/空001.lyr", "layer");
+  session.Write("work/映画/素材/予.ca", "stream");
+  std::vector<int> all;
+  for (int i = 0; i < 30; ++i) all.push_back(i);
+  OpenIt().Select(10003, all).Answer("yes").Command(40117);
+  const int state = session.State();
+  session.Command(40117).Command(40118).Command(40049).Command(40119);
+  session.File(session.Path(kFilm)).Command(40053);
+  const int opened = session.State();
+  session.Run();
+  for (const int number : {state, opened}) {
+    EXPECT_EQ(Entries(session, number), Names{});
+    EXPECT_EQ(Lines(session, number), Names{});
+    EXPECT_EQ(List(session, number)["selected"], json::array());
+  }
+  EXPECT_EQ(Film(session, state)["modified"], true);
+  ExpectTree(TreeOf(session, "work"), Tree{{kFilmInWork, Stored("題ソ\n作者\n640, 480\n")},
+                                           {"映画/本編/空004.cut", Plain().Bytes()},
+                                           {"映画/本編/空001.lyr", "layer"}});
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Three days of work on one film, each one start of the program.
+
+class ThreeDays : public testing::Test {
+ protected:
+  void SetUp() override {
+    MakeFolder(session, "work/映画/本編");
+    MakeFolder(session, "work/素材");
+    MakeFolder(session, "work/渡");
+    session.Write("work/素材/能.cut", Stock().Bytes());
+  }
+
+  static CutFile Stock() { return CutFile::Showing({3}, {0, 0}); }
+  static CutFile StockWithComment() {
+    CutFile file = Stock();
+    file.frames[1].comment = Stored("予");
+    return file;
+  }
+  static CutFile First() {
+    CutFile file = CutFile::Showing({0}, {0});
+    file.frames[0].comment = Stored("ソ");
+    return file;
+  }
+  static CutFile Second() {
+    CutFile file = CutFile::Showing({0}, {0, 0});
+    file.layers[0].name = "B";
+    file.frames[0].comment = Stored("表");
+    file.frames[0].time = 3;
+    file.frames[1].time = 3;
+    return file;
+  }
+
+  void FirstDay() {
+    session.Dialog(110, {"1002=8", "1001=3", "1039=表の空", "1040=作者"}).Command(40051);
+    session.NewCut({.width = 8, .height = 3}).Panel(10006, "ソ");
+    session.File(session.Path("work/映画/本編/構001")).Command(40047);
+    session.File(session.Path("work/映画/本編/表")).Command(40119);
+    // A second cut behind the first, drawn in two frames and overwritten.
+    session.Dialog(107, {}).Dialog(106, {"1000=B"}).Command(40115);
+    session.Panel(10002, "3").Panel(10006, "表").Command(40004).Command(40088);
+    // A third one ahead of the first, without a layer.
+    session.Select(10003, {0}).Dialog(107, {}).Dialog(106, {}, "cancel").Command(40116);
+    // A cut from stock behind the second; it gets a comment, which is asked about at the end.
+    session.Open(session.Path("work/素材/能.cut")).Select(10003, {2}).Command(40047).Panel(10006, "予");
+  }
+
+  const std::string kTitle = Stored("表の空");
+
+  ScriptSession session;
+};
+
+TEST_F(ThreeDays, FirstDayMakesTheFilm) {
+  FirstDay();
+  const int state = session.State();
+  session.Answer("yes").Answer("yes").Exit().Run();
+  EXPECT_EQ(Entries(session, state), (Names{"work/映画/本編/構003.cut", "work/映画/本編/構001.cut",
+                                            "work/映画/本編/構002.cut", "work/素材/能.cut"}));
+  EXPECT_EQ(Lines(session, state), (Names{"構003", "構001", "構002", "能"}));
+  EXPECT_EQ(OpenFlags(session, state), std::vector<bool>(4, true));
+  EXPECT_EQ(WindowPaths(session, state), (Names{"work/映画/本編/構001.cut", "work/映画/本編/構002.cut",
+                                                "work/映画/本編/構003.cut", "work/素材/能.cut"}));
+  EXPECT_EQ(List(session, state)["selected"], json::array({3}));
+  EXPECT_EQ(List(session, state)["caret"], 3);
+  EXPECT_EQ(FrameTitle(session, state), "Sorvel Developer - 表");
+  EXPECT_EQ(Film(session, state)["modified"], true);
+
+  EXPECT_EQ(session.Setting("OnNewFilm", "width"), "8");
+  EXPECT_EQ(session.Setting("OnNewFilm", "height"), "3");
+  EXPECT_EQ(session.Setting("OnNewFilm", "title"), kTitle);
+  EXPECT_EQ(session.Setting("OnNewFilm", "author"), Stored("作者"));
+  EXPECT_EQ(session.Setting("setup", "film"), session.Path("") + Stored("work/映画/本編/表.flm"));
+  ExpectTree(
+      TreeOf(session, "work"),
+      Tree{{"映画/本編/表.flm", kTitle + Stored("\n作者\n8, 3\n構003.cut\n構001.cut\n構002.cut\n../../素材/能.cut\n")},
+           {"映画/本編/構001.cut", First().Bytes()},
+           {"映画/本編/構002.cut", Second().Bytes()},
+           {"映画/本編/構003.cut", Plain().Bytes()},
+           {"素材/能.cut", StockWithComment().Bytes()}});
+}
+
+TEST_F(ThreeDays, AnswersOfNoAtTheExitLoseWhatWasNotSaved) {
+  FirstDay();
+  session.Answer("no").Answer("no").Exit().Run();
+  EXPECT_EQ(session.Setting("setup", "film"), session.Path("") + Stored("work/映画/本編/表.flm"));
+  // The film as it was when it was overwritten, and all the files that were made.
+  ExpectTree(TreeOf(session, "work"), Tree{{"映画/本編/表.flm", kTitle + Stored("\n作者\n8, 3\n構001.cut\n")},
+                                           {"映画/本編/構001.cut", First().Bytes()},
+                                           {"映画/本編/構002.cut", Second().Bytes()},
+                                           {"映画/本編/構003.cut", Plain().Bytes()},
+                                           {"素材/能.cut", Stock().Bytes()}});
+}
+
+TEST_F(ThreeDays, TheWholeWork) {
+  FirstDay();
+  session.Answer("yes").Answer("yes").Exit().Run();
+  const Tree firstDay = TreeOf(session, "work");
+
+  session.Restart();
+  const int morning = session.State();
+  session.DoubleClick(10003, 2).Panel(10006, "空");
+  session.Select(10003, {2}).Dialog(126, {"1058=ソ夜"}).Command(40118);
+  const int renamed = session.State();
+  session.Command(40041).Command(40088);
+  session.Select(10003, {0}).Answer("yes").Command(40117);
+  const int deleted = session.State();
+  session.File(session.Path("work/素材/十")).Command(40054);
+  session.Select(10003, {1, 2}).File(session.Path("work/渡/表")).Command(40134);
+  const int evening = session.State();
+  session.Exit().Run();
+
+  EXPECT_EQ(Lines(session, morning), (Names{"構003", "構001", "構002", "能"}));
+  EXPECT_EQ(List(session, morning)["selected"], json::array({0}));
+  EXPECT_EQ(OpenFlags(session, morning), std::vector<bool>(4, false));
+  EXPECT_EQ(Film(session, morning)["title"], "表の空");
+  EXPECT_EQ(FrameTitle(session, morning), "Sorvel Developer - 表");
+  EXPECT_EQ(session.Cut(renamed)["path"], session.Path("work/映画/本編/ソ夜.cut"));
+  EXPECT_EQ(session.Cut(renamed)["title"], "ソ夜.cut");
+  EXPECT_EQ(session.Cut(renamed)["currentFrame"], 1);
+  EXPECT_EQ(Lines(session, deleted), (Names{"構001", "ソ夜", "能"}));
+  EXPECT_EQ(OpenFlags(session, deleted), (std::vector<bool>{false, true, false}));
+  EXPECT_EQ(WindowPaths(session, deleted), Names{"work/映画/本編/ソ夜.cut"});
+  EXPECT_EQ(Film(session, evening)["path"], session.Path("work/素材/十.flm"));
+  EXPECT_EQ(Film(session, evening)["modified"], false);
+  EXPECT_EQ(FrameTitle(session, evening), "Sorvel Developer - 十");
+  CutFile second = Second();
+  second.frames[1].comment = Stored("空");
+  Tree secondDay = firstDay;
+  secondDay.erase("映画/本編/構002.cut");
+  secondDay.erase("映画/本編/構003.cut");
+  secondDay["映画/本編/ソ夜.cut"] = second.Bytes();
+  secondDay["素材/十.flm"] = kTitle + Stored("\n作者\n8, 3\n../映画/本編/構001.cut\n../映画/本編/ソ夜.cut\n能.cut\n");
+  secondDay["渡/表.flm"] = kTitle + Stored("\n作者\n8, 3\nソ夜.cut\n能.cut\n");
+  secondDay["渡/ソ夜.cut"] = second.Bytes();
+  secondDay["渡/能.cut"] = StockWithComment().Bytes();
+  EXPECT_EQ(session.Setting("setup", "film"), session.Path("") + Stored("work/素材/十.flm"));
+  ExpectTree(TreeOf(session, "work"), secondDay);
+
+  // The film that was handed over, its cut changed there: the original isn't touched.
+  session.Restart();
+  const int start = session.State();
+  session.File(session.Path("work/渡/表.flm")).Command(40053).DoubleClick(10003, 0);
+  session.Command(40060).Answer("yes").Close();
+  session.Dialog(110, {"1002=16", "1040=ソ"}).Command(40082).Command(40119);
+  session.Dialog(110, {}).Command(40051);
+  const int fresh = session.State();
+  session.Exit().Run();
+  EXPECT_EQ(Lines(session, start), (Names{"構001", "ソ夜", "能"}));
+  EXPECT_EQ(Film(session, fresh)["title"], "表の空");
+  EXPECT_EQ(Film(session, fresh)["author"], "作者");
+  EXPECT_EQ(Film(session, fresh)["width"], 8);
+  EXPECT_EQ(Film(session, fresh)["path"], "");
+  second.frames[1].records[0].cell = -1;
+  Tree thirdDay = secondDay;
+  thirdDay["渡/表.flm"] = kTitle + Stored("\nソ\n16, 3\nソ夜.cut\n能.cut\n");
+  thirdDay["渡/ソ夜.cut"] = second.Bytes();
+  EXPECT_EQ(session.Setting("setup", "film"), "");
+  ExpectTree(TreeOf(session, "work"), thirdDay);
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Adding, inserting and removing.
+
+TEST(FilmEntries, CutAddedTwiceHasItsFirstLineSelected) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("a.cut")).Select(10003, {1}).Command(40047);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), (Names{"a.cut", "b.cut", "a.cut"}));
+  EXPECT_EQ(OpenFlags(session, state), (std::vector<bool>{true, false, true}));
+  EXPECT_EQ(List(session, state)["selected"], json::array({0}));
+}
+
+// The cut's first line is selected already, so the selection stays; the caret goes to the new line.
+TEST(FilmEntries, CutAddedTwiceLeavesASelectionThatHoldsItsFirstLine) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("a.cut")).Select(10003, {0, 1}).Command(40047);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Lines(session, state), (Names{"a", "b", "a"}));
+  EXPECT_EQ(List(session, state)["selected"], json::array({0, 1}));
+  EXPECT_EQ(List(session, state)["caret"], 2);
+}
+
+TEST(FilmEntries, AddedLineIsTheOnlySelectedOne) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut", "b.cut", "c.cut"}).OpenCut("表.cut", Plain());
+  session.Select(10003, {2, 0}).Command(40047);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), (Names{"a.cut", "表.cut", "b.cut", "c.cut"}));
+  EXPECT_EQ(List(session, state)["selected"], json::array({1}));
+  EXPECT_EQ(List(session, state)["caret"], 1);
+}
+
+TEST(FilmEntries, InsertedUnsavedCutIsSavedFirst) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut"}).NewCut({.width = 8, .height = 3}).Panel(10006, "予");
+  session.File(session.Path("ソ")).Command(40048);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), (Names{"ソ.cut", "a.cut"}));
+  EXPECT_EQ(Lines(session, state), (Names{"ソ", "a"}));
+  EXPECT_EQ(List(session, state)["caret"], 0);
+  EXPECT_EQ(session.Cut(state)["title"], "ソ.cut");
+  EXPECT_EQ(session.Cut(state)["modified"], false);
+  CutFile file = CutFile::Showing({0}, {0});
+  file.frames[0].comment = Stored("予");
+  EXPECT_EQ(session.Bytes("ソ.cut"), file.Bytes());
+}
+
+TEST(FilmEntries, InsertWithACancelledSaveInsertsNothing) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut"}).NewCut().File("cancel").Command(40048);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), Names{"a.cut"});
+  EXPECT_EQ(Lines(session, state), Names{"a"});
+  EXPECT_EQ(Film(session, state)["modified"], false);
+  EXPECT_EQ(session.Files(), (Names{"a.cut", "film.flm"}));
+}
+
+class UnsavedCutForTheFilm : public testing::TestWithParam<int> {};
+
+// The save dialog gives true even when its file didn't open, but the cut still has no path.
+TEST_P(UnsavedCutForTheFilm, WhoseFileDoesNotOpenStaysOut) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut"}).NewCut().File(session.Path("none/b.cut")).Command(GetParam());
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), Names{"a.cut"});
+  EXPECT_EQ(Lines(session, state), Names{"a"});
+  EXPECT_EQ(Film(session, state)["modified"], false);
+  EXPECT_EQ(session.Cut(state)["path"], "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Film, UnsavedCutForTheFilm, testing::Values(40047, 40048));
+
+class CutForTheFilm : public testing::TestWithParam<int> {};
+
+TEST_P(CutForTheFilm, WithAPathIsNotSavedThoughItIsModified) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut"}).OpenCut("b.cut", CutFile::Showing({1}, {0})).Command(40060).Command(GetParam());
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state).size(), 2U);
+  EXPECT_EQ(session.Cut(state)["modified"], true);
+  EXPECT_EQ(session.Bytes("b.cut"), CutFile::Showing({1}, {0}).Bytes());
+}
+
+TEST_P(CutForTheFilm, NeedsAnOpenCut) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut"}).Command(GetParam());
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), Names{"a.cut"});
+  EXPECT_EQ(Film(session, state)["modified"], false);
+}
+
+INSTANTIATE_TEST_SUITE_P(Film, CutForTheFilm, testing::Values(40047, 40048));
+
+TEST(FilmEntries, RemovedOneByOneAndAddedAgain) {
+  ScriptSession session;
+  session.Write("film.flm", kHead + "a.cut\nb.cut\na.cut\n");
+  session.Open(session.Path("film.flm")).OpenCut("a.cut", Plain()).Command(40049);
+  const int one = session.State();
+  session.Command(40049);
+  const int two = session.State();
+  session.Command(40049).Select(10003, {0}).Command(40048).Command(40119).Run();
+  EXPECT_EQ(Entries(session, one), (Names{"b.cut", "a.cut"}));
+  EXPECT_EQ(Lines(session, one), (Names{"b", "a"}));
+  EXPECT_EQ(Entries(session, two), Names{"b.cut"});
+  EXPECT_EQ(Lines(session, two), Names{"b"});
+  EXPECT_EQ(session.Bytes("film.flm"), kHead + "a.cut\nb.cut\n");
+  EXPECT_EQ(session.Bytes("a.cut"), Plain().Bytes());
+}
+
+TEST(FilmEntries, LeavesANewFilmWithoutLinesAndItsWindowsOpen) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("b.cut")).Dialog(110, {}).Command(40051);
+  // None of these has an entry to work on, and none asks.
+  session.Command(40049).Command(40117).Command(40118);
+  const int state = session.State();
+  session.Command(40047).File(session.Path("new")).Command(40119).Run();
+  EXPECT_EQ(Entries(session, state), Names{});
+  EXPECT_EQ(WindowPaths(session, state), Names{"b.cut"});
+  EXPECT_EQ(session.Bytes("new.flm"), "\n\n320, 240\nb.cut\n");
+  EXPECT_EQ(session.Bytes("film.flm"), kHead + "a.cut\nb.cut\n");
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// The link between an entry and an open cut.
+
+TEST(FilmLink, CutSavedUnderAnotherNameStaysBehindItsOldEntry) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("a.cut")).SaveCutAs("表.cut");
+  const int saved = session.State();
+  session.Open(session.Path("b.cut")).DoubleClick(10003, 0);
+  const int clicked = session.State();
+  session.Close();
+  const int closed = session.State();
+  session.DoubleClick(10003, 0);
+  const int opened = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, saved), (Names{"a.cut", "b.cut"}));
+  EXPECT_EQ(OpenFlags(session, saved), (std::vector<bool>{true, false}));
+  EXPECT_EQ(Film(session, saved)["modified"], false);
+  EXPECT_EQ(WindowPaths(session, clicked), (Names{"表.cut", "b.cut"}));
+  EXPECT_EQ(session.Cut(clicked)["path"], session.Path("表.cut"));
+  EXPECT_EQ(OpenFlags(session, closed), (std::vector<bool>{false, true}));
+  EXPECT_EQ(WindowPaths(session, opened), (Names{"b.cut", "a.cut"}));
+  EXPECT_EQ(session.Bytes("a.cut"), session.Bytes("表.cut"));
+}
+
+TEST(FilmLink, RenameTakesACutThatWasSavedUnderAnotherNameAlong) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("a.cut")).SaveCutAs("表.cut");
+  session.Select(10003, {0}).Dialog(126, {"1058=ソ"}).Command(40118);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), (Names{"ソ.cut", "b.cut"}));
+  EXPECT_EQ(session.Cut(state)["path"], session.Path("ソ.cut"));
+  EXPECT_EQ(session.Cut(state)["title"], "ソ.cut");
+  EXPECT_EQ(session.Files(), (Names{"b.cut", "film.flm", "ソ.cut", "表.cut"}));
+}
+
+TEST(FilmLink, FilmOpenedAgainKnowsNoneOfTheOpenCuts) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("a.cut")).Open(session.Path("film.flm"));
+  const int opened = session.State();
+  session.Command(40049);
+  const int removed = session.State();
+  session.Select(10003, {0}).Dialog(126, {"1058=表"}).Command(40118);
+  const int renamed = session.State();
+  session.Command(40088).DoubleClick(10003, 0);
+  const int clicked = session.State();
+  session.Run();
+  EXPECT_EQ(OpenFlags(session, opened), (std::vector<bool>{false, false}));
+  EXPECT_EQ(Entries(session, removed), (Names{"a.cut", "b.cut"}));
+  EXPECT_EQ(Entries(session, renamed), (Names{"表.cut", "b.cut"}));
+  EXPECT_EQ(WindowPaths(session, renamed), Names{"a.cut"});
+  EXPECT_EQ(session.Cut(renamed)["title"], "a.cut");
+  EXPECT_EQ(WindowPaths(session, clicked), (Names{"a.cut", "表.cut"}));
+  EXPECT_EQ(OpenFlags(session, clicked), (std::vector<bool>{true, false}));
+  // The window still writes to its own path.
+  EXPECT_EQ(session.Files(), (Names{"a.cut", "b.cut", "film.flm", "表.cut"}));
+  EXPECT_EQ(session.Bytes("a.cut"), Credited("a.cut").Bytes());
+  EXPECT_EQ(session.Bytes("表.cut"), Credited("a.cut").Bytes());
+}
+
+TEST(FilmLink, DeleteInAFilmOpenedAgainLeavesTheWindow) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("a.cut")).Open(session.Path("film.flm"));
+  session.Select(10003, {0}).Answer("yes").Command(40117);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), Names{"b.cut"});
+  EXPECT_EQ(WindowPaths(session, state), Names{"a.cut"});
+  EXPECT_EQ(session.Files(), (Names{"b.cut", "film.flm"}));
+}
+
+TEST(FilmLink, IsByTheBytesOfThePath) {
+  ScriptSession session;
+  session.Write("film.flm", kHead + "./a.cut\nA.cut\na.cut\n");
+  session.Write("A.cut", Credited("upper").Bytes());
+  session.Open(session.Path("film.flm")).OpenCut("a.cut", Plain());
+  const int opened = session.State();
+  session.DoubleClick(10003, 0);
+  const int clicked = session.State();
+  session.Run();
+  EXPECT_EQ(OpenFlags(session, opened), (std::vector<bool>{false, false, true}));
+  EXPECT_EQ(OpenFlags(session, clicked), (std::vector<bool>{true, false, true}));
+  EXPECT_EQ(WindowPaths(session, clicked), (Names{"a.cut", "./a.cut"}));
+  EXPECT_EQ(Lines(session, clicked), (Names{"a", "A", "a"}));
+}
+
+TEST(FilmLink, DoubleClickOnAnOpenCutCommitsTheOneThatIsLeft) {
+  ScriptSession session;
+  OpenFilm(session, {"表.cut", "b.cut"}).DoubleClick(10003, 0).DoubleClick(10003, 1).Panel(10006, "ソ");
+  session.DoubleClick(10003, 0);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Cut(state)["path"], session.Path("表.cut"));
+  EXPECT_EQ(Windows(session, state)[1]["modified"], true);
+  EXPECT_EQ(Windows(session, state)[1]["frames"][0]["comment"], "ソ");
+  EXPECT_EQ(session.StateAt(state)["panels"]["10006"], "");
+  EXPECT_EQ(List(session, state)["selected"], json::array({0}));
+}
+
+TEST(FilmLink, CutThatIsNoCutFileOpensNothing) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut"});
+  session.Write("a.cut", "Sorvelin Layer");
+  session.DoubleClick(10003, 0);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Windows(session, state).size(), 0U);
+  EXPECT_EQ(OpenFlags(session, state), std::vector<bool>{false});
+  EXPECT_EQ(session.Bytes("a.cut"), "Sorvelin Layer");
+}
+
+TEST(FilmLink, CutClosedAndSavedOpensAgainFromItsLine) {
+  ScriptSession session;
+  OpenFilm(session, {"能.cut"});
+  session.Write("能.cut", CutFile::Showing({1}, {0}).Bytes());
+  session.DoubleClick(10003, 0).Command(40060).Answer("yes").Close();
+  const int closed = session.State();
+  session.DoubleClick(10003, 0);
+  const int opened = session.State();
+  session.Run();
+  EXPECT_EQ(OpenFlags(session, closed), std::vector<bool>{false});
+  EXPECT_EQ(OpenFlags(session, opened), std::vector<bool>{true});
+  EXPECT_EQ(session.Record(opened, 0)["cell"], -1);
+  EXPECT_EQ(session.Bytes("能.cut"), CutFile::Showing({1}, {-1}).Bytes());
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Renaming.
+
+TEST(FilmRename, ModifiedCutKeepsItsOldBytesUntilItIsSaved) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut"});
+  const CutFile file = CutFile::Showing({1, 2}, {0, 1});
+  session.Write("a.cut", file.Bytes());
+  session.Write("a.ca", "stream");
+  session.DoubleClick(10003, 0).Command(40060).Dialog(126, {"1058=表"}).Command(40118);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Bytes("表.cut"), file.Bytes());
+  EXPECT_EQ(session.Cut(state)["modified"], true);
+  // Only the cut's own file is renamed.
+  EXPECT_EQ(session.Files(), (Names{"a.ca", "film.flm", "表.cut"}));
+}
+
+TEST(FilmRename, OverwriteAfterItGoesToTheNewName) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut"});
+  session.Write("a.cut", CutFile::Showing({1, 2}, {0, 1}).Bytes());
+  session.DoubleClick(10003, 0).Command(40060).Dialog(126, {"1058=表"}).Command(40118).Command(40088).Run();
+  EXPECT_EQ(session.Files(), (Names{"film.flm", "表.cut"}));
+  EXPECT_EQ(session.Bytes("表.cut"), CutFile::Showing({1, 2}, {0, -2}).Bytes());
+}
+
+TEST(FilmRename, OntoTheNameOfAnotherCutLeavesBothFiles) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut", "b.cut"}).Dialog(126, {"1058=b"}).Command(40118);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), (Names{"b.cut", "b.cut"}));
+  EXPECT_EQ(Lines(session, state), (Names{"b", "b"}));
+  EXPECT_EQ(session.Bytes("b.cut"), Credited("b.cut").Bytes());
+  EXPECT_EQ(session.Bytes("a.cut"), Credited("a.cut").Bytes());
+}
+
+// From then on the two entries are of one name.
+TEST(FilmRename, EntriesThatCameToOneNameAreRenamedTogether) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut", "b.cut"}).Dialog(126, {"1058=b"}).Command(40118);
+  session.Select(10003, {1}).Dialog(126, {"1058=ソ"}).Command(40118);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), (Names{"ソ.cut", "ソ.cut"}));
+  EXPECT_EQ(Lines(session, state), (Names{"ソ", "ソ"}));
+  EXPECT_EQ(session.Files(), (Names{"a.cut", "film.flm", "ソ.cut"}));
+  EXPECT_EQ(session.Bytes("ソ.cut"), Credited("b.cut").Bytes());
+}
+
+TEST(FilmRename, ToAnEmptyNameLeavesTheExtension) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut"}).Dialog(126, {"1058="}).Command(40118).Command(40119);
+  const int renamed = session.State();
+  session.File(session.Path("film.flm")).Command(40053);
+  const int opened = session.State();
+  session.Run();
+  for (const int state : {renamed, opened}) {
+    EXPECT_EQ(Entries(session, state), Names{".cut"});
+    EXPECT_EQ(Lines(session, state), Names{""});
+  }
+  EXPECT_EQ(session.Files(), (Names{".cut", "film.flm"}));
+  EXPECT_EQ(session.Bytes("film.flm"), kHead + ".cut\n");
+}
+
+TEST(FilmRename, NameMayHoldADot) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut"}).Dialog(126, {"1058=表.2"}).Command(40118).Command(40119);
+  session.File(session.Path("film.flm")).Command(40053);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Lines(session, state), Names{"表.2"});
+  EXPECT_EQ(session.Files(), (Names{"film.flm", "表.2.cut"}));
+  EXPECT_EQ(session.Bytes("film.flm"), kHead + Stored("表.2.cut\n"));
+}
+
+TEST(FilmRename, IntoAFolderMovesTheFile) {
+  ScriptSession session;
+  MakeFolder(session, "表");
+  OpenFilm(session, {"a.cut"}).DoubleClick(10003, 0).Dialog(126, {"1058=表/ソ"}).Command(40118).Command(40119);
+  const int renamed = session.State();
+  session.File(session.Path("film.flm")).Command(40053);
+  const int opened = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, renamed), Names{"表/ソ.cut"});
+  EXPECT_EQ(Lines(session, renamed), Names{"表/ソ"});
+  EXPECT_EQ(session.Cut(renamed)["title"], "ソ.cut");
+  EXPECT_EQ(Lines(session, opened), Names{"ソ"});
+  EXPECT_FALSE(session.Exists("a.cut"));
+  EXPECT_EQ(session.Bytes("表/ソ.cut"), Credited("a.cut").Bytes());
+  EXPECT_EQ(session.Bytes("film.flm"), kHead + Stored("表/ソ.cut\n"));
+}
+
+TEST(FilmRename, ToTheSameNameOfACutThatIsListedTwiceAsksOnceAndChangesNothing) {
+  ScriptSession session;
+  OpenFilm(session, {"表.cut"});
+  session.Write("film.flm", kHead + Stored("表.cut\n表.cut\n"));
+  session.Select(10003, {0}).Dialog(126, {"1058=表"}).Command(40118);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), (Names{"表.cut", "表.cut"}));
+  EXPECT_EQ(Film(session, state)["modified"], false);
+  EXPECT_EQ(session.Files(), (Names{"film.flm", "表.cut"}));
+}
+
+TEST(FilmRename, ChangesTheFilmFileOnlyWhenTheFilmIsSaved) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut"}).Dialog(126, {"1058=b"}).Command(40118);
+  session.Answer("no").File(session.Path("film.flm")).Command(40053);
+  const int state = session.State();
+  session.DoubleClick(10003, 0);
+  const int clicked = session.State();
+  session.Run();
+  EXPECT_EQ(session.Bytes("film.flm"), kHead + "a.cut\n");
+  EXPECT_EQ(Entries(session, state), Names{"a.cut"});
+  EXPECT_EQ(Windows(session, clicked).size(), 0U);
+  EXPECT_EQ(session.Files(), (Names{"b.cut", "film.flm"}));
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Deleting.
+
+TEST(FilmDelete, OfOneOfTwoEntriesOfAnOpenCutLeavesTheOtherClosed) {
+  ScriptSession session;
+  session.Write("film.flm", kHead + Stored("表.cut\nb.cut\n表.cut\n"));
+  session.Open(session.Path("film.flm")).OpenCut("表.cut", CutFile::Showing({1}, {0})).Command(40060);
+  session.Select(10003, {2}).Answer("yes").Command(40117);
+  const int deleted = session.State();
+  session.DoubleClick(10003, 0);
+  const int clicked = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, deleted), (Names{"表.cut", "b.cut"}));
+  EXPECT_EQ(Lines(session, deleted), (Names{"表", "b"}));
+  EXPECT_EQ(OpenFlags(session, deleted), (std::vector<bool>{false, false}));
+  EXPECT_EQ(Windows(session, deleted).size(), 0U);
+  EXPECT_EQ(Windows(session, clicked).size(), 0U);
+  EXPECT_EQ(session.Files(), Names{"film.flm"});
+}
+
+TEST(FilmDelete, OfBothEntriesOfAnOpenCut) {
+  ScriptSession session;
+  session.Write("film.flm", kHead + Stored("表.cut\nb.cut\n表.cut\n"));
+  session.Open(session.Path("film.flm")).OpenCut("表.cut", CutFile::Showing({1}, {0})).Command(40060);
+  session.Select(10003, {0, 2}).Answer("yes").Command(40117);
+  const int state = session.State();
+  session.Command(40119).Run();
+  EXPECT_EQ(Entries(session, state), Names{"b.cut"});
+  EXPECT_EQ(Lines(session, state), Names{"b"});
+  EXPECT_EQ(Windows(session, state).size(), 0U);
+  EXPECT_EQ(session.Files(), Names{"film.flm"});
+  EXPECT_EQ(session.Bytes("film.flm"), kHead + "b.cut\n");
+}
+
+class DeleteBesideOpenCuts : public testing::TestWithParam<int> {};
+
+// Another window comes to the front when the one of the deleted cut goes.
+TEST_P(DeleteBesideOpenCuts, TakesTheSelectedCutAlone) {
+  ScriptSession session;
+  const Names cuts = {"a.cut", "表.cut", "c.cut", "d.cut"};
+  OpenFilm(session, cuts);
+  for (const std::string& cut : cuts) session.Open(session.Path(cut));
+  session.Activate(GetParam()).Select(10003, {GetParam()}).Answer("yes").Command(40117);
+  const int state = session.State();
+  session.Run();
+  Names left = cuts;
+  left.erase(left.begin() + GetParam());
+  Names lines;
+  for (const std::string& cut : left) lines.push_back(cut.substr(0, cut.size() - 4));
+  EXPECT_EQ(Entries(session, state), left);
+  EXPECT_EQ(Lines(session, state), lines);
+  EXPECT_EQ(WindowPaths(session, state), left);
+  EXPECT_EQ(OpenFlags(session, state), std::vector<bool>(3, true));
+  for (size_t i = 0; i < cuts.size(); ++i) {
+    EXPECT_EQ(session.Exists(cuts[i]), static_cast<int>(i) != GetParam()) << cuts[i];
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Film, DeleteBesideOpenCuts, testing::Range(0, 4));
+
+TEST(FilmDelete, OfTheFilmsAllOpenCutsClosesEveryWindowOfThem) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut", "表.cut", "c.cut"}).OpenCut("other.cut", Plain());
+  for (const char* name : {"a.cut", "表.cut", "c.cut"}) session.Open(session.Path(name));
+  session.Select(10003, {0, 1, 2}).Answer("yes").Command(40117);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), Names{});
+  EXPECT_EQ(Lines(session, state), Names{});
+  EXPECT_EQ(WindowPaths(session, state), Names{"other.cut"});
+  EXPECT_EQ(session.Files(), (Names{"film.flm", "other.cut"}));
+}
+
+TEST(FilmDelete, WithoutTheFileTheOpenCutCanBeAddedAgain) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut", "表.cut"}).OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(40060);
+  session.Select(10003, {0}).Answer("no").Command(40117).Select(10003, {0}).Command(40047);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), (Names{"表.cut", "a.cut"}));
+  EXPECT_EQ(OpenFlags(session, state), (std::vector<bool>{false, true}));
+  EXPECT_EQ(session.Cut(state)["modified"], true);
+  EXPECT_EQ(session.Bytes("a.cut"), CutFile::Showing({1}, {0}).Bytes());
+}
+
+TEST(FilmDelete, OfACutWithAnotherExtensionTakesTheStreamOfItsName) {
+  ScriptSession session;
+  session.Write("film.flm", kHead + Stored("表.dat\n"));
+  session.Write("表.dat", Plain().Bytes());
+  session.Write("表.cut", Plain().Bytes());
+  session.Write("表.ca", "stream");
+  session.Open(session.Path("film.flm")).Answer("yes").Command(40117).Run();
+  EXPECT_EQ(session.Files(), (Names{"film.flm", "表.cut"}));
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Extracting.
+
+TEST(FilmExtract, WithNothingSelectedHasTheHeadAlone) {
+  ScriptSession session;
+  ScriptSession target;
+  OpenFilm(session, {"a.cut"}).Answer("no").Command(40117);
+  session.File(target.Path("表")).Command(40134).Run();
+  EXPECT_EQ(target.Files(), Names{"表.flm"});
+  EXPECT_EQ(target.Bytes("表.flm"), kHead);
+}
+
+TEST(FilmExtract, OverAnOldFilmAndOldCutsReplacesThem) {
+  ScriptSession session;
+  ScriptSession target;
+  target.Write("x.flm", std::string(1000, 'x'));
+  target.Write("表.cut", std::string(1000, 'x'));
+  target.Write("b.cut", "stays");
+  OpenFilm(session, {"表.cut", "b.cut"}).Select(10003, {0}).File(target.Path("x.flm")).Command(40134).Run();
+  EXPECT_EQ(target.Files(), (Names{"b.cut", "x.flm", "表.cut"}));
+  EXPECT_EQ(target.Bytes("x.flm"), kHead + Stored("表.cut\n"));
+  EXPECT_EQ(target.Bytes("表.cut"), Credited(Stored("表.cut")).Bytes());
+  EXPECT_EQ(target.Bytes("b.cut"), "stays");
+}
+
+// Source and target are both opened before it is seen that one of them isn't there.
+TEST(FilmExtract, MissingCutLeavesAnEmptyFile) {
+  ScriptSession session;
+  ScriptSession target;
+  session.Write("film.flm", kHead + Stored("表.cut\n"));
+  session.Open(session.Path("film.flm")).File(target.Path("x.flm")).Command(40134).Run();
+  EXPECT_EQ(target.Files(), (Names{"x.flm", "表.cut"}));
+  EXPECT_EQ(target.Bytes("x.flm"), kHead + Stored("表.cut\n"));
+  EXPECT_EQ(target.Bytes("表.cut"), "");
+}
+
+TEST(FilmExtract, DoesNotTakeStreamsOrTypedTextAlong) {
+  ScriptSession session;
+  ScriptSession target;
+  OpenFilm(session, {"表.cut"});
+  session.Write("表.ca", "stream");
+  session.DoubleClick(10003, 0).Panel(10006, "ソ").File(target.Path("x.flm")).Command(40134);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(target.Files(), (Names{"x.flm", "表.cut"}));
+  EXPECT_EQ(target.Bytes("表.cut"), Credited(Stored("表.cut")).Bytes());
+  EXPECT_EQ(session.StateAt(state)["panels"]["10006"], "ソ");
+}
+
+TEST(FilmExtract, TakesTheTitlesOfTheFilmAsItIsNow) {
+  ScriptSession session;
+  ScriptSession target;
+  OpenFilm(session, {"a.cut"}).Dialog(110, {"1039=表", "1040=ソ", "1002=7"}).Command(40082);
+  session.File(target.Path("x.flm")).Command(40134);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(target.Bytes("x.flm"), Stored("表\nソ\n7, 50\na.cut\n"));
+  EXPECT_EQ(Film(session, state)["modified"], true);
+  EXPECT_EQ(session.Bytes("film.flm"), kHead + "a.cut\n");
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// The film file.
+
+TEST(FilmFile, TitleOf255BytesComesBack) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut"});
+  const std::string title(255, 't');
+  session.Dialog(110, {"1039=" + title}).Command(40082).Command(40119);
+  session.File(session.Path("film.flm")).Command(40053);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Bytes("film.flm"), title + "\nauthor\n100, 50\na.cut\n");
+  EXPECT_EQ(Film(session, state)["title"], title);
+  EXPECT_EQ(Film(session, state)["author"], "author");
+  EXPECT_EQ(Entries(session, state), Names{"a.cut"});
+}
+
+TEST(FilmFile, LongerTitleSplitsAndShiftsWhatFollows) {
+  ScriptSession session;
+  const std::string title = std::string(255, 't') + "!" + std::string(44, 'u');
+  session.Write("film.flm", title + "\n12, 34\n100, 50\na.cut\n");
+  session.Open(session.Path("film.flm"));
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Film(session, state)["title"], std::string(255, 't'));
+  EXPECT_EQ(Film(session, state)["author"], std::string(44, 'u'));
+  EXPECT_EQ(Film(session, state)["width"], 12);
+  EXPECT_EQ(Film(session, state)["height"], 34);
+  EXPECT_EQ(Entries(session, state), (Names{"100, 50", "a.cut"}));
+}
+
+TEST(FilmFile, SizeThatDoesNotParseStaysThatOfTheFilmBefore) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut"});
+  session.Write("other.flm", "T\nA\nsize\n");
+  session.Open(session.Path("other.flm"));
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Film(session, state)["title"], "T");
+  EXPECT_EQ(Film(session, state)["width"], 100);
+  EXPECT_EQ(Film(session, state)["height"], 50);
+}
+
+TEST(FilmFile, BlankLinesAndAMissingLastNewlineAreGoneAfterASave) {
+  ScriptSession session;
+  session.Write("film.flm", kHead + Stored("\n\n表.cut\n\nソ/能.cut\n\n\n../十.cut"));
+  session.Open(session.Path("film.flm")).Command(40119);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Lines(session, state), (Names{"表", "能", "十"}));
+  EXPECT_EQ(session.Bytes("film.flm"), kHead + Stored("表.cut\nソ/能.cut\n../十.cut\n"));
+}
+
+TEST(FilmFile, WayUpInTheMiddleOfALineStays) {
+  ScriptSession session;
+  MakeFolder(session, "表");
+  session.Write("a.cut", Plain().Bytes());
+  session.Write("film.flm", kHead + Stored("表/../a.cut\n"));
+  session.Open(session.Path("film.flm")).DoubleClick(10003, 0).Command(40119);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), Names{"表/../a.cut"});
+  EXPECT_EQ(session.Cut(state)["path"], session.Path("表/../a.cut"));
+  EXPECT_EQ(session.Bytes("film.flm"), kHead + Stored("表/../a.cut\n"));
+}
+
+// A line that leads up to the root has nothing left that could be cut.
+TEST(FilmFile, LineThatLeadsUpToTheRootIsAnEmptyName) {
+  ScriptSession session;
+  std::string way;
+  const std::string path = session.Path("film.flm");
+  for (const char character : path.substr(1)) {
+    if (character == '/') way.append("../");
+  }
+  session.Write("film.flm", kHead + way + "a.cut\nb.cut\n");
+  session.Write("b.cut", Plain().Bytes());
+  session.Open(path).DoubleClick(10003, 0);
+  const int state = session.State();
+  session.DoubleClick(10003, 1);
+  const int other = session.State();
+  session.Run();
+  EXPECT_EQ(Entries(session, state), (Names{"", "b.cut"}));
+  EXPECT_EQ(Lines(session, state), (Names{"", "b"}));
+  EXPECT_EQ(Windows(session, state).size(), 0U);
+  EXPECT_EQ(WindowPaths(session, other), Names{"b.cut"});
+}
+
+TEST(FilmFile, OfAFolderFarAwayLeadsThereAndBack) {
+  ScriptSession session;
+  ScriptSession target;
+  OpenFilm(session, {"表.cut"}).File(target.Path("ソ.flm")).Command(40054);
+  session.File(target.Path("ソ.flm")).Command(40053).DoubleClick(10003, 0);
+  const int state = session.State();
+  session.Run();
+  const std::string folder = session.Path("").substr(session.Path("").rfind('/', session.Path("").size() - 2) + 1);
+  EXPECT_EQ(target.Bytes("ソ.flm"), kHead + "../" + folder + Stored("表.cut\n"));
+  EXPECT_EQ(session.Cut(state)["path"], session.Path("表.cut"));
+  EXPECT_EQ(session.Bytes("film.flm"), kHead + Stored("表.cut\n"));
+}
+
+TEST(FilmFile, YesToTheQuestionBeforeAnotherFilmSavesToTheFilmsOwnPath) {
+  ScriptSession session;
+  OpenFilm(session, {"表.cut"});
+  session.Write("other.flm", "T\nA\n1, 2\n");
+  session.Dialog(110, {"1039=ソ"}).Command(40082);
+  session.Answer("yes").File(session.Path("other.flm")).Command(40053);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Bytes("film.flm"), Stored("ソ\nauthor\n100, 50\n表.cut\n"));
+  EXPECT_EQ(session.Bytes("other.flm"), "T\nA\n1, 2\n");
+  EXPECT_EQ(FrameTitle(session, state), "Sorvel Developer - other");
+}
+
+TEST(FilmFile, SaveUnderAnotherNameLeavesTheOldFileAndGoesOnWithTheNew) {
+  ScriptSession session;
+  OpenFilm(session, {"a.cut"}).Dialog(110, {"1039=表"}).Command(40082);
+  session.File(session.Path("能")).Command(40054).Dialog(110, {"1039=ソ"}).Command(40082).Command(40119);
+  const int state = session.State();
+  session.Run();
+  EXPECT_EQ(session.Bytes("film.flm"), kHead + "a.cut\n");
+  EXPECT_EQ(session.Bytes("能.flm"), Stored("ソ\nauthor\n100, 50\na.cut\n"));
+  EXPECT_EQ(FrameTitle(session, state), "Sorvel Developer - 能");
+}
+
+TEST(FilmSettings, OfTheNewFilmComeBackInTheNextRunAndAreOfThatDialogAlone) {
+  ScriptSession session;
+  session.Dialog(110, {"1002=64", "1001=48", "1039=表 ソ", "1040=十"}).Command(40051);
+  session.Dialog(110, {"1002=1", "1001=2", "1039=x", "1040=y"}).Command(40082);
+  session.Answer("no").Exit().Run();
+  EXPECT_EQ(session.Setting("OnNewFilm", "title"), Stored("表 ソ"));
+  EXPECT_EQ(session.Setting("OnNewFilm", "author"), Stored("十"));
+  session.Restart();
+  session.Dialog(110, {}).Command(40051);
+  const int state = session.State();
+  session.Dialog(110, {"1039=能"}).Command(40051).Run();
+  const json film = Film(session, state);
+  EXPECT_EQ(film["title"], "表 ソ");
+  EXPECT_EQ(film["author"], "十");
+  EXPECT_EQ(film["width"], 64);
+  EXPECT_EQ(film["height"], 48);
+  EXPECT_EQ(session.Setting("OnNewFilm", "title"), Stored("能"));
+  EXPECT_EQ(session.Setting("OnNewFilm", "author"), Stored("十"));
+  EXPECT_EQ(session.Setting("OnNewFilm", "width"), "64");
+}
+
+}  // namespace

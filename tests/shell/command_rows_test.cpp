@@ -1011,20 +1011,5 @@ TEST(StartedWithAPath, InDoubleQuotesOpensNothing) {
   UseSettingsFile(nullptr);
 }
 
-// Commands that go on although there is little left to do.
-
-class PlainRows : public ShellTest {
- protected:
-  void TearDown() override {
-    ShellTest::TearDown();
-    ResetClipboardBlock();
-  }
-  void SelectInWindow(int32_t left, int32_t top, int32_t right, int32_t bottom) {
-    Point corners[2] = {{left, top}, {right, bottom}};
-    Cut()->CutToWindow(corners, 2);
-    Cut()->selection = {corners[0].x, corners[0].y, corners[1].x, corners[1].y};
-  }
-};
-
 }  // namespace
 }  // namespace sorvel::testshell

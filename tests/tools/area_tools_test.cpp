@@ -343,5 +343,15 @@ TEST_F(MosaicTest, ABlockFarOutsideIsQuick) {
   EXPECT_EQ(InkCount(), 64u * 64);
 }
 
+TEST_F(MosaicTest, AReleaseLeftOfTheMosaicsStartLeavesItsFrameOnTheScreen) {
+  UseTool(kToolMosaic);
+  Press(20, 20);
+  Move(30, 30);
+  const Screen before = ScreenOf(cut);
+  ASSERT_GT(OverlaySize(), 0u);
+  Release(8, 24);
+  EXPECT_EQ(Differences(ScreenOf(cut), before), 0u);
+}
+
 }  // namespace
 }  // namespace sorvel

@@ -317,6 +317,20 @@ TEST_F(CurveToolTest, APressDoesNothing) {
   EXPECT_EQ(cut->undoCell, nullptr);
 }
 
+TEST_F(CurveToolTest, ASkippedSegmentLeavesItsEmptyRectangleAsUndoRect) {
+  UseTool(kToolCurve);
+  Click(20, 20);
+  Click(20, 20);
+  RightClick(20, 20);
+  // One stamp, reported by both its ends.
+  ASSERT_EQ(cut->undoRect, (Rect{15, 15, 10, 10}));
+  Click(40, 40);
+  EXPECT_EQ(cut->undoRect, (Rect{0, 0, 0, 0}));
+  Click(44, 40, kControl);
+  Click(48, 40);
+  EXPECT_EQ(cut->undoRect, (Rect{15, 15, 0, 10}));
+}
+
 class BoxToolTest : public testtools::ToolTest {
  protected:
   void SetUp() override {

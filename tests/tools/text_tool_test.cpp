@@ -175,5 +175,15 @@ TEST_F(TextToolTest, WithoutAFontNothingIsDrawn) {
   EXPECT_TRUE(ViewIsComposed());
 }
 
+TEST_F(TextToolTest, ATextIsPlacedAtItsFrameAndNotAtTheClick) {
+  UseTool(kToolText);
+  SetTextToolFont("Sans", 16, 4, 400);
+  host.answeredText = "A";
+  Click(10, 12);
+  // No move brings the frame along.
+  Click(30, 30);
+  EXPECT_EQ((Point{cut->undoRect.x, cut->undoRect.y}), (Point{10, 12}));
+}
+
 }  // namespace
 }  // namespace sorvel

@@ -13,7 +13,7 @@ namespace {
 
 using testshell::ShellTest;
 
-class CompositionEdges : public ShellTest {
+class CutWindowPictures : public ShellTest {
  protected:
   void SetUp() override {
     ShellTest::SetUp();
@@ -69,7 +69,7 @@ class CompositionEdges : public ShellTest {
 
 // The view.
 
-TEST_F(CompositionEdges, AreaPartlyOutsideTheCanvasIsCleared) {
+TEST_F(CutWindowPictures, AreaPartlyOutsideTheCanvasIsCleared) {
   CutWindow* cut = MakeCut(40, 30);
   CurrentCell()->FillRect(0, 0, 40, 30, 2);
   CurrentCell()->FillRect(0, 0, 2, 2, kTransparent);
@@ -88,7 +88,7 @@ TEST_F(CompositionEdges, AreaPartlyOutsideTheCanvasIsCleared) {
   EXPECT_EQ(cut->view.GetPixel(39, 29), 2);
 }
 
-TEST_F(CompositionEdges, AreaBesideTheCanvasIsShownAtFullSizeAlone) {
+TEST_F(CutWindowPictures, AreaBesideTheCanvasIsShownAtFullSizeAlone) {
   CutWindow* cut = MakeShownCut(40, 30);
   EXPECT_TRUE(cut->RepaintAreaDirect(40, 0, 4, 4));
   EXPECT_TRUE(cut->RepaintArea(40, 0, 4, 4, true));
@@ -105,7 +105,7 @@ TEST_F(CompositionEdges, AreaBesideTheCanvasIsShownAtFullSizeAlone) {
   EXPECT_TRUE(cut->RepaintAreaDirect(39, 29, 4, 4));
 }
 
-TEST_F(CompositionEdges, OnePixelAtAThirdIsAWholePixelOfTheWindow) {
+TEST_F(CutWindowPictures, OnePixelAtAThirdIsAWholePixelOfTheWindow) {
   platform::headless::SetClientSize(10, 10);
   CutWindow* cut = MakeCut(30, 30);
   cut->ZoomOut({5, 5});
@@ -120,7 +120,7 @@ TEST_F(CompositionEdges, OnePixelAtAThirdIsAWholePixelOfTheWindow) {
   EXPECT_EQ(BlackOf(2), "..........");
 }
 
-TEST_F(CompositionEdges, AreaBeginsAtAColumnOfTheScrollPositionsParity) {
+TEST_F(CutWindowPictures, AreaBeginsAtAColumnOfTheScrollPositionsParity) {
   platform::headless::SetClientSize(20, 20);
   CutWindow* cut = MakeCut(40, 30);
   cut->scrollX = 3;
@@ -134,7 +134,7 @@ TEST_F(CompositionEdges, AreaBeginsAtAColumnOfTheScrollPositionsParity) {
 }
 
 // The limit has six bits, and 0 of them stands for all records.
-TEST_F(CompositionEdges, MosaicAtRecord63TakesTheRecordsAboveItToo) {
+TEST_F(CutWindowPictures, MosaicAtRecord63TakesTheRecordsAboveItToo) {
   CutWindow* cut = MakeShownCut(40, 30);
   Frame* shown = CurrentFrame();
   Layer* lower = CurrentLayer();
@@ -153,7 +153,7 @@ TEST_F(CompositionEdges, MosaicAtRecord63TakesTheRecordsAboveItToo) {
 
 // The clipboards.
 
-TEST_F(CompositionEdges, CopiedPictureHasTheBuiltInColours) {
+TEST_F(CutWindowPictures, CopiedPictureHasTheBuiltInColours) {
   MakeCut(8, 4);
   const auto kept = ColorTable;
   ColorTable[0] = {1, 2, 3, 0};
@@ -170,7 +170,7 @@ TEST_F(CompositionEdges, CopiedPictureHasTheBuiltInColours) {
   }
 }
 
-TEST_F(CompositionEdges, PastedPictureLeavesProtectedPixelsOfTheBlock) {
+TEST_F(CutWindowPictures, PastedPictureLeavesProtectedPixelsOfTheBlock) {
   MakeCut(8, 4);
   PastePicture(4, 2, 255);
   EXPECT_EQ(testdoc::Picture(ClipboardImage()), "4444/4444");
@@ -183,7 +183,7 @@ TEST_F(CompositionEdges, PastedPictureLeavesProtectedPixelsOfTheBlock) {
   EXPECT_EQ(testdoc::Picture(ClipboardImage()), "111110");
 }
 
-TEST_F(CompositionEdges, PastedPictureKeepsItsPlaceInTheCutThatStoredABlockLast) {
+TEST_F(CutWindowPictures, PastedPictureKeepsItsPlaceInTheCutThatStoredABlockLast) {
   CutWindow* cut = MakeCut(40, 30);
   PastePicture(8, 6, 255);
   CurrentFrame()->OffsetRecord(0, 5, 3);

@@ -1,11 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <string>
-#include <vector>
 
-#include "animation/film_container.h"
-#include "shell/shell_fixture.h"
+#include "animation/animation_window.h"
+#include "platform/headless/headless.h"
 #include "support/test_streams.h"
 
 namespace sorvel {
@@ -14,7 +12,6 @@ namespace {
 using namespace teststreams;
 
 // The messages of the player's window.
-
 class PlayerMessages : public testing::Test {
  protected:
   PlayerMessages() : input(Compiled({"", 4, 1, 4, 1, 24, 4}, {Block(3, 1, 0x00), Block(2, 0, 0xFF)})) {
@@ -76,10 +73,6 @@ TEST_F(PlayerMessages, TimerMessageIsATick) {
   platform::Send(window, platform::kMessageTimer, 5, 0);
   EXPECT_EQ(player.ticks, 2);
 }
-
-// The streams beside the cuts.
-
-class CacheEdges : public testshell::ShellTest {};
 
 }  // namespace
 }  // namespace sorvel

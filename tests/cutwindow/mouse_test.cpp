@@ -9,7 +9,7 @@ namespace {
 
 using testshell::ShellTest;
 
-class WindowEdges : public ShellTest {
+class CutWindowMouse : public ShellTest {
  protected:
   void TearDown() override {
     gridWidth = 1;
@@ -35,7 +35,7 @@ class WindowEdges : public ShellTest {
 
 using enum platform::CursorShape;
 
-TEST_F(WindowEdges, CursorIsTheCrossOnTheCanvasAndTheArrowBesideIt) {
+TEST_F(CutWindowMouse, CursorIsTheCrossOnTheCanvasAndTheArrowBesideIt) {
   platform::headless::SetClientSize(60, 50);
   MakeCut(40, 30);
   EXPECT_EQ(CursorAt(10, 10), kCross);
@@ -46,7 +46,7 @@ TEST_F(WindowEdges, CursorIsTheCrossOnTheCanvasAndTheArrowBesideIt) {
   EXPECT_EQ(CursorAt(49, 40), kArrow);
 }
 
-TEST_F(WindowEdges, CursorGoesByTheGrid) {
+TEST_F(CutWindowMouse, CursorGoesByTheGrid) {
   platform::headless::SetClientSize(60, 50);
   MakeCut(40, 30);
   gridWidth = 8;
@@ -56,13 +56,13 @@ TEST_F(WindowEdges, CursorGoesByTheGrid) {
   EXPECT_EQ(CursorAt(9, 20), kCross);
 }
 
-TEST_F(WindowEdges, CursorIsLeftAloneOverOtherPartsOfTheWindow) {
+TEST_F(CutWindowMouse, CursorIsLeftAloneOverOtherPartsOfTheWindow) {
   MakeCut(40, 30);
   EXPECT_EQ(CursorAt(320, 240, 2), kWait);
   EXPECT_EQ(CursorAt(320, 240, 6), kWait);
 }
 
-TEST_F(WindowEdges, HeldRightButtonOpensTheToolsAtTheCursor) {
+TEST_F(CutWindowMouse, HeldRightButtonOpensTheToolsAtTheCursor) {
   MakeCut(40, 30);
   const int32_t before = platform::headless::OpenedPopup().count;
   Mouse(platform::kMessageRightDown, 300, 200);
@@ -82,14 +82,14 @@ TEST_F(WindowEdges, HeldRightButtonOpensTheToolsAtTheCursor) {
   Mouse(platform::kMessageRightUp, 310, 210);
 }
 
-TEST_F(WindowEdges, ShorterRightClickOpensNoTools) {
+TEST_F(CutWindowMouse, ShorterRightClickOpensNoTools) {
   MakeCut(40, 30);
   Mouse(platform::kMessageRightDown, 300, 200);
   Mouse(platform::kMessageRightUp, 300, 200);
   EXPECT_FALSE(platform::headless::RunWindowTimers());
 }
 
-TEST_F(WindowEdges, ZoomToolZoomsOutOnThePressWhetherOrNotTheToolsOpen) {
+TEST_F(CutWindowMouse, ZoomToolZoomsOutOnThePressWhetherOrNotTheToolsOpen) {
   MakeCut(40, 30);
   Command(40028);
   Mouse(platform::kMessageRightDown, 300, 200);
@@ -100,7 +100,7 @@ TEST_F(WindowEdges, ZoomToolZoomsOutOnThePressWhetherOrNotTheToolsOpen) {
   EXPECT_EQ(Cut()->zoomDenominator, 2);
 }
 
-TEST_F(WindowEdges, HeldRightButtonInAnInactiveCutStartsTheTimer) {
+TEST_F(CutWindowMouse, HeldRightButtonInAnInactiveCutStartsTheTimer) {
   CutWindow* first = MakeCut(40, 30);
   MakeCut(40, 30);
   platform::Send(first->window, platform::kMessageRightDown, 0, platform::PackPoint({300, 200}));
@@ -108,7 +108,7 @@ TEST_F(WindowEdges, HeldRightButtonInAnInactiveCutStartsTheTimer) {
   EXPECT_EQ(Cut(), first);
 }
 
-TEST_F(WindowEdges, PanGoesOnInAWindowThatIsActivatedMeanwhile) {
+TEST_F(CutWindowMouse, PanGoesOnInAWindowThatIsActivatedMeanwhile) {
   platform::headless::SetClientSize(40, 30);
   CutWindow* first = MakeCut(100, 80);
   MakeCut(100, 80);

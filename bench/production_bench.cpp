@@ -1,5 +1,6 @@
 // Speed of long work: a cut of 1,000 frames and 10 layers of 200 cells at 960 by 720 is opened, saved, stepped through
-// and added to.
+// and added to; a film of such cuts is exported from the streams beside them, and the streams are copied for
+// comparison.
 
 #include <benchmark/benchmark.h>
 
@@ -7,11 +8,19 @@
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
+#include <numeric>
 #include <string>
+#include <vector>
 
+#include "animation/film_container.h"
+#include "animation/stream_encoder.h"
 #include "cutwindow/commands.h"
 #include "document/cut.h"
+#include "document/film.h"
+#include "foundation/byte_stream.h"
 #include "foundation/settings.h"
+#include "imaging/nibble_bitmap.h"
+#include "imaging/packed_image.h"
 #include "imaging/pen.h"
 #include "platform/headless/headless.h"
 #include "shell/entry.h"
@@ -124,6 +133,85 @@ void AddLayerToLargeCut(benchmark::State& state) {
   }
 }
 BENCHMARK(AddLayerToLargeCut)->Unit(benchmark::kMillisecond)->Iterations(20);
+
+// A film file with 100 cuts and the streams of half of the large cut's frames beside them; written once.
+const std::filesystem::path& FilmFolder() {
+  static const std::filesystem::path path = [] {
+    std::filesystem::path folder = Temporary("sorvel-bench-film");
+    std::filesystem::create_directories(folder);
+    constexpr int32_t cuts = 100;
+    FILE* film = std::fopen((folder / "film.flm").string().c_str(), "w");
+    if (film == nullptr) std::exit(1);
+    std::fprintf(film, "\n\n%d, %d\n", kWidth / 4, kHeight / 4);
+    for (int32_t i = 0; i < cuts; ++i) std::fprintf(film, "c%d.cut\n", i);
+    std::fclose(film);
+    const std::string first = (folder / "c0.ca").string();
+    FileStream stream(std::fopen(first.c_str(), "wb"));
+    FileStream file(std::fopen(LargeFile().c_str(), "rb"));
+    Cut cut(0, 0, 24, "", 0);
+    NibbleBitmap bitmap;
+    PackedImage composition;
+    AnimationEncoder encoder(&stream, &bitmap, 1);
+    if (!stream.IsOpen() || !file.IsOpen() || !cut.Load(&file, nullptr) ||
+        bitmap.Create(kWidth / 4, kHeight / 4) == 0 || !composition.Resize(kWidth, kHeight, 0) ||
+        encoder.EncodeCut(&cut, &composition, 0, kFrames / 2) == 0) {
+      std::exit(1);
+    }
+    stream.Close();
+    file.Close();
+    for (int32_t i = 1; i < cuts; ++i) {
+      std::string name = std::to_string(i);
+      name.append(".ca").insert(name.begin(), 'c');
+      std::filesystem::copy_file(first, folder / name, std::filesystem::copy_options::overwrite_existing);
+    }
+    return folder;
+  }();
+  return path;
+}
+
+void CountBytes(benchmark::State& state) {
+  int64_t bytes = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(FilmFolder())) {
+    if (entry.path().extension() == ".ca") bytes += static_cast<int64_t>(entry.file_size());
+  }
+  state.SetBytesProcessed(bytes * static_cast<int64_t>(state.iterations()));
+}
+
+void ExportFilm(benchmark::State& state) {
+  const std::string target = Temporary("sorvel-bench-film.sv");
+  Film film;
+  if (!film.Load((FilmFolder() / "film.flm").string().c_str(), '/')) std::exit(1);
+  std::vector<int32_t> order(static_cast<size_t>(film.cuts.Count()));
+  std::iota(order.begin(), order.end(), 0);
+  NibbleBitmap bitmap;
+  for (auto _ : state) {
+    FileStream container(std::fopen(target.c_str(), "wb"));
+    if (!WriteFilmContainer(&film, order.data(), film.cuts.Count(), &container, &bitmap, nullptr)) std::exit(1);
+    container.Close();
+    state.PauseTiming();
+    std::filesystem::remove(target);
+    state.ResumeTiming();
+  }
+  CountBytes(state);
+}
+BENCHMARK(ExportFilm)->Unit(benchmark::kMillisecond)->Iterations(3)->UseRealTime();
+
+// The same streams as files of their own.
+void CopyFilm(benchmark::State& state) {
+  const std::string target = Temporary("sorvel-bench-copy");
+  for (auto _ : state) {
+    std::filesystem::create_directories(target);
+    for (const auto& entry : std::filesystem::directory_iterator(FilmFolder())) {
+      std::filesystem::copy_file(entry.path(), target / entry.path().filename(),
+                                 std::filesystem::copy_options::overwrite_existing);
+    }
+    state.PauseTiming();
+    std::filesystem::remove_all(target);
+    state.ResumeTiming();
+  }
+  CountBytes(state);
+}
+BENCHMARK(CopyFilm)->Unit(benchmark::kMillisecond)->Iterations(3)->UseRealTime();
 
 }  // namespace
 }  // namespace sorvel

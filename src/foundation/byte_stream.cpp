@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 
 namespace sorvel {
 
@@ -270,12 +271,13 @@ bool ReadWholeStream(ByteStream& stream, BufferStream* memory) {
 }
 
 bool CopyStream(ByteStream& from, ByteStream& to, int32_t count) {
-  uint8_t block[16384];
-  const int32_t blockBytes = static_cast<int32_t>(sizeof(block));
+  // Large, since a whole film is copied this way.
+  constexpr int32_t blockBytes = 1 << 18;
+  const std::unique_ptr<uint8_t[]> block(new uint8_t[blockBytes]);
   while (count != 0) {
     const int32_t wanted = count < 0 ? blockBytes : std::min(count, blockBytes);
-    const int32_t got = ReadUpTo(from, block, wanted);
-    if (got > 0 && !to.Write(block, got)) return false;
+    const int32_t got = ReadUpTo(from, block.get(), wanted);
+    if (got > 0 && !to.Write(block.get(), got)) return false;
     if (count > 0) count -= got;
     if (got < wanted) return count <= 0;
   }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdlib>
 #include <cstring>
 
@@ -24,6 +25,18 @@ constexpr auto kTwoBitBlocks = [] {
   for (uint32_t i = 0; i < 256; ++i) blocks[i] = (i & 3) | (i & 12) << 6 | (i & 48) << 12 | (i & 192) << 18;
   return blocks;
 }();
+
+// How many code bytes a box's change map asks for. Bits behind a row's last code byte ask for none.
+int32_t CountCodes(const uint8_t* map, const Rect& box) {
+  const int32_t mapRowBytes = CodeMapRowBytes(box.width);
+  const int32_t spareBits = mapRowBytes * 8 - CodeRowBytes(box.width);
+  int32_t count = 0;
+  for (int32_t row = 0; row < box.height; ++row, map += mapRowBytes) {
+    for (int32_t i = 0; i < mapRowBytes - 1; ++i) count += std::popcount(map[i]);
+    count += std::popcount(static_cast<uint8_t>(map[mapRowBytes - 1] << spareBits));
+  }
+  return count;
+}
 
 }  // namespace
 
@@ -198,50 +211,58 @@ int32_t AnimationDecoder::DecodeNextFrame() {
   const uint32_t literalBytes = ReadField(*stream, 4);
   const bool fits = FitsPicture(currentBox);
   const int64_t mapBytes = currentBox.IsEmpty() ? 0 : int64_t{CodeMapRowBytes(currentBox.width)} * currentBox.height;
-  const int64_t sections = stream->Tell();
-  const int64_t next = std::min<int64_t>(sections + mapBytes + codeBytes + literalBytes, streamEnd);
+  const int64_t literalStart = stream->Tell() + mapBytes + codeBytes;
   if (!fits || bitmap->width < width || bitmap->height < height) {
     // Without a box to go by, the next frame's box covers all that can be out of date.
     if (!fits) currentBox = {0, 0, bitmap->width, bitmap->height};
-    stream->Seek(static_cast<int32_t>(next), kFromStart);
+    stream->Seek(static_cast<int32_t>(std::min<int64_t>(literalStart + literalBytes, streamEnd)), kFromStart);
     return head.time;
   }
+  const auto literalPlace = static_cast<int32_t>(std::min<int64_t>(literalStart, streamEnd));
+  int32_t literalsRead = 0;
 
   if (currentBox.IsEmpty()) {
     bitmap->CopyBackToFront(previousBox.x, previousBox.y, previousBox.width, previousBox.height);
   } else {
     bitmap->CopyBackToFrontAround(currentBox, previousBox);
-    ReadSections(currentBox, codeBytes, literalBytes);
+    ReadSections(currentBox, literalPlace, literalBytes);
     const int32_t mapRowBytes = CodeMapRowBytes(currentBox.width);
     for (int32_t row = 0; row < currentBox.height; ++row) {
       LoadCodeRow(changeMap + row * mapRowBytes, currentBox.width, &nextCode, codesEnd, kCodeOfRowAbove, rowCodes);
       DecodeRow(currentBox, row);
     }
+    literalsRead = static_cast<int32_t>(nextLiteral - literals) + literalsBehind;
   }
-  if (stream->Tell() != next) stream->Seek(static_cast<int32_t>(next), kFromStart);
+  // The next frame lies behind the last literal that was read, whatever the size of the section says.
+  const int32_t next = literalPlace + literalsRead;
+  if (stream->Tell() != next) stream->Seek(next, kFromStart);
   bitmap->SetBrightness(head.brightness);
   return head.time;
 }
 
-void AnimationDecoder::ReadSections(const Rect& box, uint32_t codeBytes, uint32_t literalBytes) {
+void AnimationDecoder::ReadSections(const Rect& box, int32_t literalPlace, uint32_t literalBytes) {
   const int32_t mapSize = CodeMapRowBytes(box.width) * box.height;
-  const int32_t codesWanted = static_cast<int32_t>(std::min<uint32_t>(codeBytes, static_cast<uint32_t>(codeCapacity)));
   const int32_t literalsWanted =
       static_cast<int32_t>(std::min<uint32_t>(literalBytes, static_cast<uint32_t>(literalCapacity)));
-  const int32_t literalStart =
-      static_cast<int32_t>(std::min<int64_t>(int64_t{stream->Tell()} + mapSize + codeBytes, streamEnd));
   const int32_t mapGot = ReadUpTo(*stream, changeMap, mapSize);
   std::memset(changeMap + mapGot, 0, static_cast<size_t>(mapSize - mapGot));
   nextCode = codes;
-  codesEnd = codes + ReadUpTo(*stream, codes, codesWanted);
-  if (stream->Tell() != literalStart) stream->Seek(literalStart, kFromStart);
+  // As many as the map asks for: they go on behind their section if its size is wrong.
+  codesEnd = codes + ReadUpTo(*stream, codes, CountCodes(changeMap, box));
+  if (stream->Tell() != literalPlace) stream->Seek(literalPlace, kFromStart);
   nextLiteral = literals;
   literalsEnd = literals + ReadUpTo(*stream, literals, literalsWanted);
+  literalsBehind = 0;
   std::memset(rowCodes, kFirstRowCodes, static_cast<size_t>(CodeRowBytes(box.width)));
 }
 
 uint32_t AnimationDecoder::NextLiteral() {
-  const auto nextByte = [this]() -> uint32_t { return nextLiteral < literalsEnd ? *nextLiteral++ : 0xFF; };
+  const auto nextByte = [this]() -> uint32_t {
+    if (nextLiteral < literalsEnd) return *nextLiteral++;
+    const int32_t byte = stream->GetC();
+    if (byte >= 0) ++literalsBehind;
+    return static_cast<uint8_t>(byte);
+  };
   const uint32_t first = nextByte();
   if (levels <= 4) return kTwoBitBlocks[first];
   const uint32_t second = nextByte();

@@ -71,7 +71,7 @@ class AnimationDecoder {
   void ReadCutRecord();
   FrameHead ReadFrameHead();
   bool FitsPicture(const Rect& box) const;
-  void ReadSections(const Rect& box, uint32_t codeBytes, uint32_t literalBytes);
+  void ReadSections(const Rect& box, int32_t literalPlace, uint32_t literalBytes);
   void DecodeRow(const Rect& box, int32_t row);
   uint32_t NextLiteral();
 
@@ -89,6 +89,7 @@ class AnimationDecoder {
   const uint8_t* codesEnd = nullptr;
   const uint8_t* nextLiteral = nullptr;
   const uint8_t* literalsEnd = nullptr;
+  int32_t literalsBehind = 0;    // bytes that were read behind the section
   int32_t codeOffsets[16] = {};  // of a block's source, in bytes
 };
 

@@ -221,6 +221,23 @@ TEST(StreamDecoder, EachCodeCopiesFromItsOffset) {
   }
 }
 
+// Two rows of one block. The code section says that it is a byte shorter than the map asks for, so that the second code
+// is the byte behind it, which is the first literal as well: 0F, the frame before.
+TEST(StreamDecoder, CodesGoOnBehindTheirSection) {
+  const Bytes frame = FrameBytes({1, 1, 50, 0, 0, {0, 0, 4, 2}}, {0x01, 0x01}, {0x00}, {0x0F});
+  Player player(Compiled({"", 4, 2, 4, 2, 24, 4}, {frame, Still(2, 0)}));
+  EXPECT_EQ(player.Frames(2), "1:3300/0000 2:3300/0000");
+}
+
+TEST(StreamDecoder, NextFrameLiesBehindTheLastLiteralThatWasRead) {
+  Bytes longer = FrameBytes({1, 1, 50, 0, 0, {0, 0, 4, 1}}, {0x01}, {0x00}, {0xE4, 0xFF});
+  longer.pop_back();
+  Bytes shorter = FrameBytes({2, 0, 50, 0, 0, {0, 0, 4, 1}}, {0x01}, {0x00}, {});
+  shorter.push_back(0x1B);
+  Player player(Compiled({"", 4, 1, 4, 1, 24, 4}, {longer, shorter, Still(3, 0)}));
+  EXPECT_EQ(player.Frames(3), "1:0123 2:3210 3:3210");
+}
+
 TEST(StreamDecoder, CodesStartAsOneInEachFrame) {
   // An empty map: each block is that to its left.
   Player player(

@@ -249,8 +249,9 @@ bool Frame::MergeDown(uint32_t destMask) {
   if (upper == nullptr || lower == nullptr) return false;
   const FrameRecord* above = RecordAt(currentRecord);
   const FrameRecord* below = RecordAt(currentRecord - 1);
-  return lower->Composite(above->x - below->x, above->y - below->y, upper, 0, 0, upper->width, upper->height, kKeyed,
-                          destMask, 0, nullptr);
+  lower->Composite(above->x - below->x, above->y - below->y, upper, 0, 0, upper->width, upper->height, kKeyed, destMask,
+                   0, nullptr);
+  return true;
 }
 
 void Frame::SetKey(bool key) {

@@ -80,7 +80,8 @@ class Frame {
   // Moves the numbers of the layer's records from `from` on by delta and keeps them below the layer's cell count. The
   // raw number is compared, so a blank record never changes and what it remembers goes stale.
   void ShiftCellRefs(const Layer* layer, int32_t from, int32_t delta);
-  // Draws the current cell on to the cell of the record below, leaving out pixels that the mask protects there.
+  // Draws the current cell on to the cell of the record below, leaving out pixels that the mask protects there. False
+  // when there is no record below or one of the two shows no cell.
   bool MergeDown(uint32_t destMask);
 
   bool IsKey() const { return brightness < 0; }

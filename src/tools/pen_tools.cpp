@@ -140,7 +140,7 @@ Rect EraserBlock(const ToolInput& input) {
 void Erase(const ToolInput& input) {
   const Rect block = EraserBlock(input);
   input.cell->ToSketch(block.x, block.y, block.width, block.height, kTransparent, maskFlags);
-  RepaintLayerArea(input.window, block);
+  ReportChange(input.window, block);
 }
 
 }  // namespace
@@ -151,16 +151,14 @@ void RunEraser(uint32_t message, const ToolInput& input) {
     case platform::kMessageLeftDown:
       HideOverlay(window);
       window->SaveUndo();
-      window->undoRect = EraserBlock(input);
+      window->AddUndoRect(nullptr);
       gEraser.isActive = true;
       Erase(input);
       ShowEraser(input);
       break;
     case platform::kMessageMouseMove:
       if (gEraser.isActive) {
-        const Rect block = EraserBlock(input);
         HideOverlay(window);
-        window->AddUndoRect(&block);
         Erase(input);
       }
       ShowEraser(input);

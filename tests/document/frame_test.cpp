@@ -737,6 +737,14 @@ TEST(Frame, MergeDownShiftsByTheDifferenceOfThePositions) {
   EXPECT_EQ(Picture(other.lower.CellAt(0)), "0000/2300");
 }
 
+TEST(Frame, MergeDownBesideTheCellBelowChangesNothingAndGivesTrue) {
+  MergePair pair(40, 0);
+  Paint(pair.lower.CellAt(0), "4444/4444");
+  Paint(pair.upper.CellAt(0), "888/888");
+  EXPECT_TRUE(pair.frame.MergeDown(0));
+  EXPECT_EQ(Picture(pair.lower.CellAt(0)), "4444/4444");
+}
+
 TEST(Frame, MergeDownComparesRawPositions) {
   MergePair pair(1, 0);
   pair.upper.followFrame = 1;

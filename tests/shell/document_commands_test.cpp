@@ -918,14 +918,18 @@ class CommandsAmongStrokes : public ShellTest {
 };
 
 TEST_F(CommandsAmongStrokes, InkDrawnAfterASaveInAStrokeIsStillToBeSaved) {
-  MakeCut();
-  Mouse(platform::kMessageLeftDown, 5, 5);
-  Mouse(platform::kMessageMouseMove, 10, 5);
-  FileCommand(40052, folder.Path("a.cut"));
-  ASSERT_FALSE(Cut()->Has(kModified));
-  Mouse(platform::kMessageMouseMove, 10, 20);
-  Mouse(platform::kMessageLeftUp, 10, 20);
-  EXPECT_EQ(Marks(), "mit");
+  for (const int32_t tool : {40029, 40065}) {
+    SCOPED_TRACE(tool);
+    MakeCut();
+    Command(tool);
+    Mouse(platform::kMessageLeftDown, 5, 5);
+    Mouse(platform::kMessageMouseMove, 10, 5);
+    FileCommand(40052, folder.Path("a.cut"));
+    ASSERT_FALSE(Cut()->Has(kModified));
+    Mouse(platform::kMessageMouseMove, 10, 20);
+    Mouse(platform::kMessageLeftUp, 10, 20);
+    EXPECT_EQ(Marks(), "mit");
+  }
 }
 
 TEST_F(CommandsAmongStrokes, AMovedSelectionTakesNoInkOfAnotherToolBack) {

@@ -2,34 +2,20 @@
 
 #include <filesystem>
 #include <string>
-#include <vector>
 
+#include "rules/little_bytes.h"
 #include "rules/script_session.h"
+#include "rules/session_state.h"
 
 namespace {
 
-using nlohmann::json;
 using rules::CutFile;
+using rules::LittleAt;
+using rules::MarksOf;
+using rules::Names;
+using rules::Player;
 using rules::ScriptSession;
-
-using Names = std::vector<std::string>;
-
-json Player(const ScriptSession& session, int state) {
-  json whole = session.StateAt(state);
-  return whole["player"];
-}
-
-std::string SizeTitle(const std::string& bytes) {
-  return std::to_string(bytes.size()) + " byte";
-}
-
-uint32_t Little(const std::string& bytes, size_t offset, size_t count) {
-  uint32_t value = 0;
-  for (size_t i = 0; i < count && offset + i < bytes.size(); ++i) {
-    value |= static_cast<uint32_t>(static_cast<unsigned char>(bytes[offset + i])) << (8 * i);
-  }
-  return value;
-}
+using rules::SizeTitle;
 
 CutFile TwoPictures() {
   return CutFile::Showing({1, 2}, {0, 1});
@@ -41,7 +27,7 @@ TEST(PlayCut, LeavesTheStreamBesideTheCut) {
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut"}));
-  EXPECT_EQ(Player(session, state)["title"], SizeTitle(session.Bytes("a.ca")));
+  EXPECT_EQ(Player(session, state)["title"], SizeTitle(session.Bytes("a.ca").size()));
 }
 
 TEST(PlayCut, StreamTellsItsOwnLengthAndTheCut) {
@@ -52,12 +38,12 @@ TEST(PlayCut, StreamTellsItsOwnLengthAndTheCut) {
   session.OpenCut("a.cut", file).Command(40026).Run();
   const std::string bytes = session.Bytes("a.ca");
   EXPECT_EQ(bytes.substr(0, 2), "CA");
-  EXPECT_EQ(Little(bytes, 2, 4), bytes.size());
+  EXPECT_EQ(LittleAt(bytes, 2, 4), bytes.size());
   EXPECT_EQ(bytes.substr(6, 3), std::string("Me\0", 3));
-  EXPECT_EQ(Little(bytes, 9, 2), 8U);
-  EXPECT_EQ(Little(bytes, 11, 2), 3U);
-  EXPECT_EQ(Little(bytes, 17, 1), 12U);
-  EXPECT_EQ(Little(bytes, 18, 1), 3U);
+  EXPECT_EQ(LittleAt(bytes, 9, 2), 8U);
+  EXPECT_EQ(LittleAt(bytes, 11, 2), 3U);
+  EXPECT_EQ(LittleAt(bytes, 17, 1), 12U);
+  EXPECT_EQ(LittleAt(bytes, 18, 1), 3U);
 }
 
 TEST(PlayCut, StartsTheTimerForSeveralFramesAndNoneForOne) {
@@ -78,9 +64,7 @@ TEST(PlayCut, ClearsBothStaleBitsAndNotModified) {
   session.OpenCut("a.cut", TwoPictures()).Command(40060).Command(40026);
   const int state = session.State();
   session.Run();
-  EXPECT_EQ(session.Cut(state)["modified"], true);
-  EXPECT_EQ(session.Cut(state)["imagesStale"], false);
-  EXPECT_EQ(session.Cut(state)["timingStale"], false);
+  EXPECT_EQ(MarksOf(session, state), "modified");
 }
 
 TEST(PlayCut, WithoutAPathLeavesNoFile) {
@@ -109,7 +93,7 @@ TEST(PlayCut, CommitsThePanelsSoThatTheyCount) {
   ScriptSession session;
   session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Panel(10002, "258").Command(40026).Run();
   // The time of the first frame stands behind the head of 17 bytes.
-  EXPECT_EQ(Little(session.Bytes("a.ca"), 17, 2), 258U);
+  EXPECT_EQ(LittleAt(session.Bytes("a.ca"), 17, 2), 258U);
 }
 
 TEST(PlayCut, ExtensionOfThePathIsReplaced) {
@@ -127,7 +111,7 @@ TEST(PlayCut, SecondPlayWithNothingChangedReadsTheFileAsItIs) {
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Bytes("a.ca").substr(0, 2), "BM");
-  EXPECT_EQ(Player(session, state)["title"], SizeTitle(session.Bytes("a.ca")));
+  EXPECT_EQ(Player(session, state)["title"], SizeTitle(session.Bytes("a.ca").size()));
 }
 
 class ChangeBeforeAPlay : public testing::TestWithParam<int> {};
@@ -140,8 +124,8 @@ TEST_P(ChangeBeforeAPlay, RebuildsTheFile) {
   session.Run();
   const std::string bytes = session.Bytes("a.ca");
   EXPECT_EQ(bytes.substr(0, 2), "CA");
-  EXPECT_EQ(Little(bytes, 2, 4), bytes.size());
-  EXPECT_EQ(Player(session, state)["title"], SizeTitle(bytes));
+  EXPECT_EQ(LittleAt(bytes, 2, 4), bytes.size());
+  EXPECT_EQ(Player(session, state)["title"], SizeTitle(bytes.size()));
 }
 
 INSTANTIATE_TEST_SUITE_P(Cache, ChangeBeforeAPlay, testing::Values(40060, 40004, 40106, 40034));
@@ -151,7 +135,7 @@ TEST(PlayCut, RebuildEmptiesALongerFile) {
   session.OpenCut("a.cut", TwoPictures());
   session.Write("a.ca", std::string(10000, 'x'));
   session.Command(40026).Run();
-  EXPECT_EQ(Little(session.Bytes("a.ca"), 2, 4), session.Bytes("a.ca").size());
+  EXPECT_EQ(LittleAt(session.Bytes("a.ca"), 2, 4), session.Bytes("a.ca").size());
   EXPECT_LT(session.Bytes("a.ca").size(), 1000U);
 }
 
@@ -159,16 +143,16 @@ TEST(PlayCut, ChangedFrameTimeRebuildsInsteadOfPatching) {
   ScriptSession session;
   session.OpenCut("a.cut", TwoPictures()).Command(40026).Panel(10002, "9").Command(40026).Run();
   const std::string bytes = session.Bytes("a.ca");
-  EXPECT_EQ(Little(bytes, 2, 4), bytes.size());
-  EXPECT_EQ(Little(bytes, 15, 1), 24U);
-  EXPECT_EQ(Little(bytes, 16, 1), 3U);
+  EXPECT_EQ(LittleAt(bytes, 2, 4), bytes.size());
+  EXPECT_EQ(LittleAt(bytes, 15, 1), 24U);
+  EXPECT_EQ(LittleAt(bytes, 16, 1), 3U);
 }
 
 TEST(PlayCut, FirstPlayAfterOpeningCompilesInSpiteOfAnOldStream) {
   ScriptSession session;
   session.Write("a.ca", std::string("CA\x11\0\0\0\0", 7));
   session.OpenCut("a.cut", TwoPictures()).Command(40026).Run();
-  EXPECT_EQ(Little(session.Bytes("a.ca"), 2, 4), session.Bytes("a.ca").size());
+  EXPECT_EQ(LittleAt(session.Bytes("a.ca"), 2, 4), session.Bytes("a.ca").size());
   EXPECT_GT(session.Bytes("a.ca").size(), 7U);
 }
 
@@ -176,8 +160,8 @@ TEST(PlayCut, AfterASaveUnderANewNameUsesTheStreamOfThatName) {
   ScriptSession session;
   session.OpenCut("a.cut", TwoPictures()).Command(40026).Command(40060).SaveCutAs("b.cut").Command(40026).Run();
   EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut", "b.ca", "b.cut"}));
-  EXPECT_EQ(Little(session.Bytes("b.ca"), 2, 4), session.Bytes("b.ca").size());
-  EXPECT_EQ(Little(session.Bytes("a.ca"), 2, 4), session.Bytes("a.ca").size());
+  EXPECT_EQ(LittleAt(session.Bytes("b.ca"), 2, 4), session.Bytes("b.ca").size());
+  EXPECT_EQ(LittleAt(session.Bytes("a.ca"), 2, 4), session.Bytes("a.ca").size());
 }
 
 TEST(PlayCut, FreshFileWithBothBitsClearStaysEmptyAndPlaysNothing) {
@@ -198,7 +182,7 @@ TEST(PlayCut, NextChangeRepairsAnEmptyFile) {
   session.Command(40026);
   const int state = session.State();
   session.Run();
-  EXPECT_EQ(Little(session.Bytes("b.ca"), 2, 4), session.Bytes("b.ca").size());
+  EXPECT_EQ(LittleAt(session.Bytes("b.ca"), 2, 4), session.Bytes("b.ca").size());
   EXPECT_EQ(Player(session, state)["visible"], true);
 }
 
@@ -231,7 +215,7 @@ TEST(PlayCut, PatchIsNotTriedWithStalePictures) {
   session.OpenCut("a.cut", TwoPictures());
   session.Write("a.ca", std::string("CA\0", 3) + std::string(61, '\0'));
   session.Command(40026).Run();
-  EXPECT_EQ(Little(session.Bytes("a.ca"), 2, 4), session.Bytes("a.ca").size());
+  EXPECT_EQ(LittleAt(session.Bytes("a.ca"), 2, 4), session.Bytes("a.ca").size());
 }
 
 TEST(PlayCut, FileWithAnotherMagicIsRebuilt) {
@@ -240,7 +224,7 @@ TEST(PlayCut, FileWithAnotherMagicIsRebuilt) {
   session.Write("b.ca", std::string("CB\0", 3) + std::string(61, '\0'));
   session.Command(40026).Run();
   EXPECT_EQ(session.Bytes("b.ca").substr(0, 2), "CA");
-  EXPECT_EQ(Little(session.Bytes("b.ca"), 2, 4), session.Bytes("b.ca").size());
+  EXPECT_EQ(LittleAt(session.Bytes("b.ca"), 2, 4), session.Bytes("b.ca").size());
 }
 
 TEST(PlayCut, StreamThatCanNotBeOpenedStartsNothingAndTheOldPlayGoesOn) {
@@ -258,7 +242,7 @@ TEST(PlayCut, StreamThatCanNotBeOpenedStartsNothingAndTheOldPlayGoesOn) {
 
 TEST(PlayCut, BringsTheViewBack) {
   ScriptSession session;
-  CutFile file = CutFile::Showing({1, 2}, {0, 1});
+  CutFile file = TwoPictures();
   file.layers.push_back({.name = "B", .cells = {0}});
   for (auto& frame : file.frames) frame.records.push_back({.layer = 1});
   session.OpenCut("a.cut", file).Command(40097).Command(40041);
@@ -319,7 +303,7 @@ TEST(PreviewFrame, AppliesTheBrightness) {
 
 TEST(PreviewFrame, IsAsLargeAsTheStreamOfThatFrameAlone) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {0, 1})).Command(40113);
+  session.OpenCut("a.cut", TwoPictures()).Command(40113);
   const int preview = session.State();
   session.OpenCut("b.cut", CutFile::Showing({2}, {0})).Command(40026);
   const int play = session.State();
@@ -381,7 +365,7 @@ TEST(PreviewFrame, LeavesTheOutputPictureInTheViewUntilTheNextRepaint) {
 TEST(PreviewFrame, FirstPlayAfterItCompilesAsBefore) {
   ScriptSession session;
   session.OpenCut("a.cut", TwoPictures()).Command(40113).Command(40026).Run();
-  EXPECT_EQ(Little(session.Bytes("a.ca"), 2, 4), session.Bytes("a.ca").size());
+  EXPECT_EQ(LittleAt(session.Bytes("a.ca"), 2, 4), session.Bytes("a.ca").size());
 }
 
 TEST(Player, WindowTakesTheFrameSizeOfTheCut) {
@@ -398,7 +382,7 @@ TEST(Player, WindowTakesTheFrameSizeOfTheCut) {
 
 TEST(Player, TicksChangeThePicture) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {0, 1})).Command(40026);
+  session.OpenCut("a.cut", TwoPictures()).Command(40026);
   const int first = session.Player();
   session.Line("tick 1");
   const int second = session.Player();

@@ -2,215 +2,166 @@
 
 #include <cstdint>
 #include <string>
-#include <vector>
 
-#include "rules/drawing_session.h"
-#include "rules/ink_model.h"
+#include "rules/clipboard_session.h"
+#include "rules/little_bytes.h"
 
 namespace rules {
 namespace {
 
 constexpr int copyPicture = 40124;
-constexpr int pastePicture = 40091;
-constexpr int transparentColour = 40137;
 
 uint32_t Grey(int value) {
   return static_cast<uint32_t>(value) * 0x010101u;
 }
 
-int LevelOf(uint32_t colour) {
-  const int red = static_cast<int>(colour >> 16);
-  const int green = static_cast<int>(colour >> 8 & 255);
-  const int blue = static_cast<int>(colour & 255);
-  return (blue + (red + 2 * green) * 2) / 7 * 49 / 256;
-}
+struct PastedPicture : BlockScene {
+  void PastePlain(int width, int height, uint32_t colour) {
+    PastePicture(session, PlainPicture(width, height, colour));
+  }
+  // 8 by 6 pixels.
+  void PasteWhite() { PastePlain(8, 6, 0xFFFFFF); }
+};
 
-void PutOnClipboard(DrawingSession& session, int width, int height, const std::vector<uint32_t>& pixels) {
-  session.WriteBitmap("picture.bmp", width, height, pixels);
-  session.Line("clipboard " + Quoted(session.Path("picture.bmp")));
-}
-
-void PastePlain(DrawingSession& session, int width, int height, uint32_t colour) {
-  PutOnClipboard(session, width, height,
-                 std::vector<uint32_t>(static_cast<size_t>(width) * static_cast<size_t>(height), colour));
-  session.Command(pastePicture);
-}
-
-TEST(PastedPicture, WhiteIsPlainWhite) {
-  DrawingSession session;
-  PastePlain(session, 8, 6, 0xFFFFFF);
-  InkModel model;
+TEST_F(PastedPicture, WhiteIsPlainWhite) {
+  PasteWhite();
   model.Fill(0, 0, 8, 6, 4);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
-TEST(PastedPicture, BlackIsFillBlack) {
-  DrawingSession session;
-  PastePlain(session, 8, 6, 0x000000);
-  InkModel model;
+TEST_F(PastedPicture, BlackIsFillBlack) {
+  PastePlain(8, 6, 0x000000);
   model.Fill(0, 0, 8, 6, 1);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
-TEST(PastedPicture, MiddleGreyIsAnEvenDitherOfTheTwoGreys) {
-  DrawingSession session;
-  PastePlain(session, 8, 8, 0x808080);
-  InkModel model;
+TEST_F(PastedPicture, MiddleGreyIsAnEvenDitherOfTheTwoGreys) {
+  PastePlain(8, 8, 0x808080);
   model.FillWith({.tone = 8, .colorA = 2, .colorB = 3}, 0, 0, 8, 8);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
-TEST(PastedPicture, TheLowestLevelHasOneSixteenthOfDarkGrey) {
-  DrawingSession session;
-  PastePlain(session, 16, 16, Grey(6));
+TEST_F(PastedPicture, TheLowestLevelHasOneSixteenthOfDarkGrey) {
+  PastePlain(16, 16, Grey(6));
   const PixelMatrix view = session.NowView();
   EXPECT_EQ(view.Count(1), 240);
   EXPECT_EQ(view.Count(2), 16);
 }
 
-TEST(PastedPicture, ColoursWeighTwoFourAndOneSevenths) {
+TEST_F(PastedPicture, ColoursWeighTwoFourAndOneSevenths) {
   const uint32_t colours[] = {0xFF0000, 0x00FF00, 0x0000FF, 0xC81E5A, 0x10E0A0, 0xFFFF00};
   const int levels[] = {13, 27, 6, 16, 29, 41};
   for (size_t i = 0; i < std::size(colours); ++i) {
-    DrawingSession session;
-    PastePlain(session, 8, 8, colours[i]);
-    InkModel model;
-    model.FillWith(ModelPenOfLevel(levels[i]), 0, 0, 8, 8);
-    EXPECT_TRUE(Shows(session.NowView(), model)) << std::hex << colours[i];
+    DrawingSession fresh;
+    PastePicture(fresh, PlainPicture(8, 8, colours[i]));
+    InkModel pasted;
+    pasted.FillWith(ModelPenOfLevel(levels[i]), 0, 0, 8, 8);
+    EXPECT_TRUE(Shows(fresh.NowView(), pasted)) << std::hex << colours[i];
   }
 }
 
-TEST(PastedPicture, EveryGreyHasItsLevel) {
+TEST(PastedPictureOfManyColours, EveryGreyHasItsLevel) {
   DrawingSession session({.width = 256, .height = 8});
-  std::vector<uint32_t> pixels;
-  for (int y = 0; y < 8; ++y) {
-    for (int x = 0; x < 256; ++x) pixels.push_back(Grey(x));
-  }
-  PutOnClipboard(session, 256, 8, pixels);
-  session.Command(pastePicture);
+  Picture picture{256, 8};
   InkModel model(256, 8);
   for (int y = 0; y < 8; ++y) {
-    for (int x = 0; x < 256; ++x) model.Set(x, y, ModelInkAt(ModelPenOfLevel(x * 49 / 256), x, y));
-  }
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
-
-TEST(PastedPicture, ALargePictureHasNoSeams) {
-  DrawingSession session({.width = 230, .height = 210});
-  std::vector<uint32_t> pixels;
-  for (uint32_t y = 0; y < 210; ++y) {
-    for (uint32_t x = 0; x < 230; ++x) pixels.push_back(x << 16 | y << 8 | ((x + y) & 255));
-  }
-  PutOnClipboard(session, 230, 210, pixels);
-  session.Command(pastePicture);
-  InkModel model(230, 210);
-  for (int y = 0; y < 210; ++y) {
-    for (int x = 0; x < 230; ++x) {
-      const uint32_t colour = pixels[static_cast<size_t>(y) * 230 + static_cast<size_t>(x)];
-      model.Set(x, y, ModelInkAt(ModelPenOfLevel(LevelOf(colour)), x, y));
+    for (int x = 0; x < 256; ++x) {
+      picture.pixels.push_back(Grey(x));
+      model.Set(x, y, ModelInkAt(ModelPenOfLevel(x * 49 / 256), x, y));
     }
   }
+  PastePicture(session, picture);
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
-TEST(PastedPicture, FloatsAsASelectionOfTheAreaTool) {
-  DrawingSession session;
-  PastePlain(session, 8, 6, 0xFFFFFF);
+TEST(PastedPictureOfManyColours, ThatIsLargeHasNoSeams) {
+  DrawingSession session({.width = 230, .height = 210});
+  Picture picture{230, 210};
+  for (uint32_t y = 0; y < 210; ++y) {
+    for (uint32_t x = 0; x < 230; ++x) picture.pixels.push_back(x << 16 | y << 8 | ((x + y) & 255));
+  }
+  PastePicture(session, picture);
+  InkModel model(230, 210);
+  DrawPasted(model, picture, 0, 0);
+  EXPECT_TRUE(Shows(session.NowView(), model));
+}
+
+TEST_F(PastedPicture, FloatsAsASelectionOfTheAreaTool) {
+  PasteWhite();
   EXPECT_EQ(session.NowSelection(), (Area{0, 0, 8, 6}));
   EXPECT_EQ(session.NowCut()["floatingPaste"], true);
   EXPECT_EQ(session.NowState()["frame"]["currentTool"], tool::AreaSelect);
   EXPECT_EQ(session.NowUndoRect(), (Area{0, 0, 8, 6}));
 }
 
-TEST(PastedPicture, LandsAtTheLayersOrigin) {
-  DrawingSession session;
+TEST_F(PastedPicture, LandsAtTheLayersOrigin) {
   session.Command(tool::LayerPosition).LeftDrag(10, 10, 15, 13);
-  PastePlain(session, 8, 6, 0xFFFFFF);
-  InkModel model;
+  PasteWhite();
   model.Fill(5, 3, 8, 6, 4);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
-TEST(PastedPicture, LeavesProtectedPixelsOfTheCell) {
-  DrawingSession session;
-  session.FillArea(2, 0, 3, 20, 3);
+TEST_F(PastedPicture, LeavesProtectedPixelsOfTheCell) {
+  Ink(2, 0, 3, 20, 3);
   session.Mask({3});
-  PastePlain(session, 8, 6, 0xFFFFFF);
-  InkModel model;
+  PasteWhite();
   model.Fill(0, 0, 8, 6, 4);
   model.Fill(2, 0, 3, 20, 3);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
-TEST(PastedPicture, IsOneUndoStep) {
-  DrawingSession session;
-  session.FillArea(2, 0, 3, 20, 3);
-  PastePlain(session, 8, 6, 0xFFFFFF);
-  session.Command(command::Undo);
-  InkModel model;
-  model.Fill(2, 0, 3, 20, 3);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+TEST_F(PastedPicture, IsOneUndoStep) {
+  Ink(2, 0, 3, 20, 3);
+  PasteWhite();
+  EXPECT_TRUE(UndoShows(model));
 }
 
-TEST(PastedPicture, AnEmptyClipboardPastesNothing) {
-  DrawingSession session;
+TEST_F(PastedPicture, AnEmptyClipboardPastesNothing) {
   session.Command(pastePicture);
   EXPECT_EQ(session.NowCut()["floatingPaste"], false);
   EXPECT_EQ(session.NowState()["frame"]["currentTool"], tool::FreePen);
 }
 
-TEST(PastedPicture, ABlankRecordTakesNone) {
-  DrawingSession session;
+TEST_F(PastedPicture, ABlankRecordTakesNone) {
   session.Command(command::ToggleBlank);
-  PastePlain(session, 8, 6, 0xFFFFFF);
+  PasteWhite();
   EXPECT_EQ(session.NowCut()["floatingPaste"], false);
 }
 
-TEST(PastedPicture, BecomesTheBlock) {
-  DrawingSession session;
-  PastePlain(session, 8, 6, 0xFFFFFF);
-  session.FillArea(0, 0, 64, 48, 0);
-  session.Command(40062);
-  InkModel model;
+TEST_F(PastedPicture, BecomesTheBlock) {
+  PasteWhite();
+  Clear();
   model.Fill(0, 0, 8, 6, 4);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(PasteShows(model));
 }
 
-TEST(PastedPicture, TheTransparentColourShowsWhatLiesBelow) {
-  DrawingSession session;
-  session.FillArea(2, 0, 3, 20, 3);
+TEST_F(PastedPicture, TheTransparentColourShowsWhatLiesBelow) {
+  Ink(2, 0, 3, 20, 3);
   session.Line("color FFFFFF").Command(transparentColour);
-  std::vector<uint32_t> pixels(48, 0xFFFFFF);
-  for (size_t x = 0; x < 8; ++x) pixels[x] = 0x000000;
-  PutOnClipboard(session, 8, 6, pixels);
-  session.Command(pastePicture);
-  InkModel model;
-  model.Fill(2, 0, 3, 20, 3);
+  Picture picture = PlainPicture(8, 6, 0xFFFFFF);
+  for (size_t x = 0; x < 8; ++x) picture.pixels[x] = 0x000000;
+  PastePicture(session, picture);
   model.Fill(0, 0, 8, 1, 1);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
-TEST(PastedPicture, OnlyTheExactColourIsTransparent) {
-  DrawingSession session;
+TEST_F(PastedPicture, OnlyTheExactColourIsTransparent) {
   session.Line("color FFFFFF").Command(transparentColour);
-  PastePlain(session, 8, 6, 0xFFFFFE);
+  PastePlain(8, 6, 0xFFFFFE);
   EXPECT_EQ(session.NowView().Count(4), 48);
 }
 
-TEST(PastedPicture, SettingsGiveTheTransparentColourInRedGreenAndBlue) {
-  DrawingSession session;
+TEST_F(PastedPicture, SettingsGiveTheTransparentColourInRedGreenAndBlue) {
   session.StartWith("[OnClipTrans]\r\nFlag=1\r\nRGB=#E0C0A0\r\n");
-  PutOnClipboard(session, 2, 1, {0xE0C0A0, 0xA0C0E0});
-  session.Command(pastePicture);
+  PastePicture(session, {2, 1, {0xE0C0A0, 0xA0C0E0}});
   const PixelMatrix view = session.NowView();
   EXPECT_EQ(view.At(0, 0), 0u);
   EXPECT_NE(view.At(1, 0), 0u);
 }
 
-TEST(PastedPicture, ASecondCommandSwitchesTheTransparencyOff) {
-  DrawingSession session;
+TEST_F(PastedPicture, ASecondCommandSwitchesTheTransparencyOff) {
   session.Line("color FFFFFF").Command(transparentColour).Command(transparentColour);
-  PastePlain(session, 8, 6, 0xFFFFFF);
+  PasteWhite();
   EXPECT_EQ(session.NowView().Count(4), 48);
 }
 
@@ -246,27 +197,20 @@ struct CopiedPicture : testing::Test {
     session.Run();
     return session.Bytes("clip.dib");
   }
-  static uint32_t Number(const std::string& bytes, size_t offset, size_t count) {
-    uint32_t value = 0;
-    for (size_t i = 0; i < count; ++i) {
-      value |= static_cast<uint32_t>(static_cast<unsigned char>(bytes.at(offset + i))) << 8 * i;
-    }
-    return value;
-  }
   DrawingSession session;
 };
 
 TEST_F(CopiedPicture, HasTheHeaderOfAFourBitPicture) {
   const std::string bytes = Copied();
   ASSERT_EQ(bytes.size(), 104u + 8 * 5);
-  EXPECT_EQ(Number(bytes, 0, 4), 40u);
-  EXPECT_EQ(Number(bytes, 4, 4), 13u);
-  EXPECT_EQ(Number(bytes, 8, 4), 5u);
-  EXPECT_EQ(Number(bytes, 12, 2), 1u);
-  EXPECT_EQ(Number(bytes, 14, 2), 4u);
-  for (size_t offset = 16; offset < 32; offset += 4) EXPECT_EQ(Number(bytes, offset, 4), 0u) << offset;
-  EXPECT_EQ(Number(bytes, 32, 4), 16u);
-  EXPECT_EQ(Number(bytes, 36, 4), 0u);
+  EXPECT_EQ(LittleAt(bytes, 0, 4), 40u);
+  EXPECT_EQ(LittleAt(bytes, 4, 4), 13u);
+  EXPECT_EQ(LittleAt(bytes, 8, 4), 5u);
+  EXPECT_EQ(LittleAt(bytes, 12, 2), 1u);
+  EXPECT_EQ(LittleAt(bytes, 14, 2), 4u);
+  for (size_t offset = 16; offset < 32; offset += 4) EXPECT_EQ(LittleAt(bytes, offset, 4), 0u) << offset;
+  EXPECT_EQ(LittleAt(bytes, 32, 4), 16u);
+  EXPECT_EQ(LittleAt(bytes, 36, 4), 0u);
 }
 
 TEST_F(CopiedPicture, HasTheColoursOfTheRoles) {
@@ -274,7 +218,7 @@ TEST_F(CopiedPicture, HasTheColoursOfTheRoles) {
                                   0x000000, 0x555555, 0xAAAAAA, 0xFFFF66, 0xD0D053, 0x70702D, 0x40401A, 0xFF0000};
   const std::string bytes = Copied();
   ASSERT_GE(bytes.size(), 104u);
-  for (size_t i = 0; i < 16; ++i) EXPECT_EQ(Number(bytes, 40 + 4 * i, 4), colours[i]) << i;
+  for (size_t i = 0; i < 16; ++i) EXPECT_EQ(LittleAt(bytes, 40 + 4 * i, 4), colours[i]) << i;
 }
 
 TEST_F(CopiedPicture, HasTheRowsFromTheBottom) {

@@ -3,7 +3,9 @@
 #include <string>
 #include <vector>
 
+#include "rules/clipboard_session.h"
 #include "rules/script_session.h"
+#include "rules/session_state.h"
 
 namespace {
 
@@ -14,16 +16,10 @@ using rules::ScriptSession;
 
 // The cell number of the first record of each frame.
 std::vector<int> Numbers(const ScriptSession& session, int state) {
-  std::vector<int> numbers;
-  json cut = session.Cut(state);
-  for (json& frame : cut["frames"]) {
-    json cell = frame["records"][0]["cell"];
-    numbers.push_back(cell.is_number_integer() ? cell.get<int>() : -999);
-  }
-  return numbers;
+  return rules::OfEachFrame(session, state, "/records/0/cell");
 }
 
-json Colors(std::initializer_list<int> colors) {
+json Colors(const std::vector<int>& colors) {
   json cells = json::array();
   for (const int color : colors) cells.push_back(PlainCell(color));
   return cells;
@@ -35,44 +31,86 @@ json Cells(const ScriptSession& session, int state, size_t layer = 0) {
 }
 
 json Line(const ScriptSession& session, int state) {
-  json whole = session.StateAt(state);
-  return whole["panels"]["10004"]["lines"][0];
+  return rules::PanelOf(session, state, "10004")["lines"][0];
 }
 
-TEST(DeleteCell, LeavesFramesThatShowedItOnItsNumber) {
+// A layer of cells of these colours, shown by these frames, the last of which is current.
+struct CellCase {
+  const char* name;
+  std::vector<int> cells;
+  std::vector<int> shown;
+  int command;
+  std::vector<int> numbersAfter;
+  std::vector<int> cellsAfter;
+  const char* lineAfter;
+};
+
+class CellCommand : public testing::TestWithParam<CellCase> {};
+
+TEST_P(CellCommand, ChangesTheCellsAndTheNumbersOfEveryFrame) {
+  const CellCase& test = GetParam();
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 2, 3, 4}, {2, 2, 3, 1, 0, 2})).Command(40009);
+  session.OpenCut("a.cut", CutFile::Showing(test.cells, test.shown)).Command(test.command);
   const int state = session.State();
   session.Run();
-  EXPECT_EQ(Numbers(session, state), (std::vector<int>{2, 2, 2, 1, 0, 2}));
-  EXPECT_EQ(Cells(session, state), Colors({1, 2, 4}));
+  EXPECT_EQ(Numbers(session, state), test.numbersAfter);
+  EXPECT_EQ(Cells(session, state), Colors(test.cellsAfter));
+  EXPECT_EQ(Line(session, state), test.lineAfter);
 }
 
-TEST(DeleteCell, LastCellLeavesEveryFrameOfItOnTheNewLast) {
-  ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 2, 3, 4}, {3, 1, 3})).Command(40009);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Numbers(session, state), (std::vector<int>{2, 1, 2}));
-  EXPECT_EQ(Cells(session, state), Colors({1, 2, 3}));
-}
+INSTANTIATE_TEST_SUITE_P(
+    Document, CellCommand,
+    testing::Values(
+        CellCase{"DeleteLeavesFramesThatShowedItOnItsNumber",
+                 {1, 2, 3, 4},
+                 {2, 2, 3, 1, 0, 2},
+                 40009,
+                 {2, 2, 2, 1, 0, 2},
+                 {1, 2, 4},
+                 "A (3/3)"},
+        CellCase{"DeleteOfTheLastCellLeavesEveryFrameOfItOnTheNewLast",
+                 {1, 2, 3, 4},
+                 {3, 1, 3},
+                 40009,
+                 {2, 1, 2},
+                 {1, 2, 3},
+                 "A (3/3)"},
+        CellCase{"AddLiftsTheNumbersBehindIt", {1, 2, 3}, {0, 1, 2, 1}, 40011, {0, 1, 3, 2}, {1, 2, 0, 3}, "A (3/4)"},
+        CellCase{"AddBehindTheLastCellShowsTheNewCell", {1, 2}, {1, 1}, 40011, {1, 2}, {1, 2, 0}, "A (3/3)"},
+        CellCase{"InsertLiftsItsOwnNumberAndThoseBehindInOtherFrames",
+                 {1, 2, 3},
+                 {0, 1, 2, 1},
+                 40010,
+                 {0, 2, 3, 1},
+                 {1, 0, 2, 3},
+                 "A (2/4)"}),
+    [](const testing::TestParamInfo<CellCase>& test) { return std::string(test.param.name); });
 
-TEST(DeleteCell, IsRefusedForTheOnlyCell) {
+struct RefusedCase {
+  const char* name;
+  std::vector<int> cells;
+  int shown;
+  int command;
+};
+
+class RefusedCellCommand : public testing::TestWithParam<RefusedCase> {};
+
+TEST_P(RefusedCellCommand, LeavesTheCells) {
+  const RefusedCase& test = GetParam();
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(40009);
+  session.OpenCut("a.cut", CutFile::Showing(test.cells, {test.shown})).Command(test.command);
   const int state = session.State();
   session.Run();
-  EXPECT_EQ(Cells(session, state), Colors({1}));
+  EXPECT_EQ(Cells(session, state), Colors(test.cells));
   EXPECT_EQ(session.Cut(state)["modified"], false);
 }
 
-TEST(DeleteCell, IsRefusedOnABlankRecord) {
-  ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {-1})).Command(40009);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Cells(session, state), Colors({1, 2}));
-}
+INSTANTIATE_TEST_SUITE_P(Document, RefusedCellCommand,
+                         testing::Values(RefusedCase{"DeleteOfTheOnlyCell", {1}, 0, 40009},
+                                         RefusedCase{"DeleteOnABlankRecord", {1, 2}, -1, 40009},
+                                         RefusedCase{"AddOnABlankRecord", {1, 2}, -1, 40011},
+                                         RefusedCase{"InsertOnABlankRecord", {1, 2}, -1, 40010}),
+                         [](const testing::TestParamInfo<RefusedCase>& test) { return std::string(test.param.name); });
 
 TEST(DeleteCell, LeavesTheRememberedNumberOfABlankRecordStale) {
   ScriptSession session;
@@ -102,34 +140,6 @@ TEST(DeleteCell, TakesItsUndoWithIt) {
   EXPECT_EQ(Cells(session, state), Colors({2}));
 }
 
-TEST(AddCell, LiftsTheNumbersBehindIt) {
-  ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 2, 3}, {0, 1, 2, 1})).Command(40011);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Numbers(session, state), (std::vector<int>{0, 1, 3, 2}));
-  EXPECT_EQ(Cells(session, state), Colors({1, 2, 0, 3}));
-  EXPECT_EQ(Line(session, state), "A (3/4)");
-}
-
-TEST(AddCell, BehindTheLastCellShowsTheNewCell) {
-  ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {1, 1})).Command(40011);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Numbers(session, state), (std::vector<int>{1, 2}));
-  EXPECT_EQ(Cells(session, state), Colors({1, 2, 0}));
-}
-
-TEST(AddCell, IsRefusedOnABlankRecord) {
-  ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {-1})).Command(40011).Command(40010);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Cells(session, state), Colors({1, 2}));
-  EXPECT_EQ(session.Cut(state)["modified"], false);
-}
-
 TEST(AddCell, LeavesOtherLayersAlone) {
   ScriptSession session;
   CutFile file = CutFile::Showing({1, 2, 3}, {2, 0});
@@ -141,16 +151,6 @@ TEST(AddCell, LeavesOtherLayersAlone) {
   EXPECT_EQ(Numbers(session, state), (std::vector<int>{3, 1}));
   EXPECT_EQ(session.Frame(state, 0)["records"][1]["cell"], 1);
   EXPECT_EQ(Cells(session, state, 1), Colors({4, 5}));
-}
-
-TEST(InsertCell, LiftsItsOwnNumberAndThoseBehindInOtherFrames) {
-  ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 2, 3}, {0, 1, 2, 1})).Command(40010);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Numbers(session, state), (std::vector<int>{0, 2, 3, 1}));
-  EXPECT_EQ(Cells(session, state), Colors({1, 0, 2, 3}));
-  EXPECT_EQ(Line(session, state), "A (2/4)");
 }
 
 TEST(StepCell, GoesBackAndForwardWithinTheLayer) {
@@ -759,8 +759,7 @@ TEST(ClipTransparency, ColourOfTheSettingsIsLeftOutOfAPaste) {
   session.SetSettings("[OnClipTrans]\r\nFlag=1\r\nRGB=#1020FF\r\n");
   std::vector<uint32_t> pixels(24, 0xFFFFFF);
   for (size_t i = 0; i < 24; i += 2) pixels[i] = 0x1020FF;
-  session.WriteBitmap("in.bmp", 8, 3, pixels);
-  session.Line("clipboard " + rules::Quoted(session.Path("in.bmp")));
+  rules::PutOnClipboard(session, rules::Picture{8, 3, pixels});
   session.OpenCut("a.cut", CutFile::Showing({0}, {0})).Command(40091);
   const int state = session.State();
   session.Run();

@@ -4,12 +4,15 @@
 #include <vector>
 
 #include "rules/script_session.h"
+#include "rules/session_state.h"
 
 namespace {
 
 using nlohmann::json;
 using rules::CutFile;
 using rules::FileFrame;
+using rules::MarksOf;
+using rules::PropertiesOf;
 using rules::ScriptSession;
 
 CutFile Frames(const std::vector<FileFrame>& frames) {
@@ -18,16 +21,13 @@ CutFile Frames(const std::vector<FileFrame>& frames) {
   return file;
 }
 
-std::vector<int> Each(const ScriptSession& session, int state, const char* field) {
-  std::vector<int> values;
-  json cut = session.Cut(state);
-  for (json& frame : cut["frames"]) values.push_back(frame[field].is_number_integer() ? frame[field].get<int>() : -999);
-  return values;
+// This field of every frame.
+std::vector<int> Each(const ScriptSession& session, int state, const std::string& field) {
+  return rules::OfEachFrame(session, state, "/" + field);
 }
 
-std::string Panel(const ScriptSession& session, int state, const char* id) {
-  json whole = session.StateAt(state);
-  return whole["panels"][id].is_string() ? whole["panels"][id].get<std::string>() : "(none)";
+std::string Panel(const ScriptSession& session, int state, const std::string& id) {
+  return rules::TextOf(rules::PanelOf(session, state, id));
 }
 
 TEST(AddFrame, StandsBehindTheCurrentFrameAndBecomesCurrent) {
@@ -121,9 +121,7 @@ TEST(AddFrame, MarksImages) {
   session.OpenCut("a.cut", Frames({{}})).Command(40026).Command(40004);
   const int state = session.State();
   session.Run();
-  EXPECT_EQ(session.Cut(state)["modified"], true);
-  EXPECT_EQ(session.Cut(state)["imagesStale"], true);
-  EXPECT_EQ(session.Cut(state)["timingStale"], true);
+  EXPECT_EQ(MarksOf(session, state), "modified imagesStale timingStale");
 }
 
 TEST(InsertFrame, StandsAtTheCurrentPlaceAndCopiesTheFrameBehindIt) {
@@ -150,9 +148,7 @@ TEST(InsertFrame, MarksNothing) {
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["frames"].size(), 2U);
-  EXPECT_EQ(session.Cut(state)["modified"], false);
-  EXPECT_EQ(session.Cut(state)["imagesStale"], false);
-  EXPECT_EQ(session.Cut(state)["timingStale"], false);
+  EXPECT_EQ(MarksOf(session, state), "");
 }
 
 TEST(InsertFrame, CommitsToTheFrameThatMovesBack) {
@@ -223,23 +219,18 @@ TEST(DeleteFrame, RepaintsTheView) {
   EXPECT_EQ(session.ViewAt(view).Count(1), 24);
 }
 
-TEST(StepFrame, OnTheFirstFrameStillCommitsAndRefreshes) {
+class StepPastTheEnd : public testing::TestWithParam<int> {};
+
+TEST_P(StepPastTheEnd, StillCommitsAndRefreshes) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{}})).Panel(10007, "250").Command(40007);
+  session.OpenCut("a.cut", Frames({{}})).Panel(10007, "250").Command(GetParam());
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(state)["brightness"], 100);
   EXPECT_EQ(Panel(session, state, "10007"), "100");
 }
 
-TEST(StepFrame, OnTheLastFrameStillCommitsAndRefreshes) {
-  ScriptSession session;
-  session.OpenCut("a.cut", Frames({{}})).Panel(10007, "250").Command(40008);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Frame(state)["brightness"], 100);
-  EXPECT_EQ(Panel(session, state, "10007"), "100");
-}
+INSTANTIATE_TEST_SUITE_P(Document, StepPastTheEnd, testing::Values(40007, 40008));
 
 TEST(StepFrame, KeepsTheLayerUnderEditWhereTheFrameHasIt) {
   ScriptSession session;
@@ -408,29 +399,34 @@ CutFile BrightnessFrames(int first, int last) {
   return Frames({{.brightness = first}, {}, {}, {}, {.brightness = last}});
 }
 
-TEST(BrightnessRamp, SpreadsEvenly) {
+// Five frames, of which the first and the last have these values of brightness; the first one is current.
+struct BrightnessCase {
+  const char* name;
+  int first;
+  int last;
+  rules::Names dialog;
+  std::vector<int> ramp;
+};
+
+class BrightnessRampFromTheFirstFrame : public testing::TestWithParam<BrightnessCase> {};
+
+TEST_P(BrightnessRampFromTheFirstFrame, IsSetInEveryFrame) {
+  const BrightnessCase& test = GetParam();
   ScriptSession session;
-  session.OpenCut("a.cut", BrightnessFrames(0, 100)).Command(40041).Dialog(115, {"1065=5"}).Command(40093);
+  session.OpenCut("a.cut", BrightnessFrames(test.first, test.last)).Command(40041).Dialog(115, test.dialog);
+  session.Command(40093);
   const int state = session.State();
   session.Run();
-  EXPECT_EQ(Each(session, state, "brightness"), (std::vector<int>{0, 25, 50, 75, 100}));
+  EXPECT_EQ(Each(session, state, "brightness"), test.ramp);
 }
 
-TEST(BrightnessRamp, FallsEvenly) {
-  ScriptSession session;
-  session.OpenCut("a.cut", BrightnessFrames(100, 0)).Command(40041).Dialog(115, {"1065=5"}).Command(40093);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Each(session, state, "brightness"), (std::vector<int>{100, 75, 50, 25, 0}));
-}
-
-TEST(BrightnessRamp, SmallFallRisesInstead) {
-  ScriptSession session;
-  session.OpenCut("a.cut", BrightnessFrames(50, 48)).Command(40041).Dialog(115, {"1065=5"}).Command(40093);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Each(session, state, "brightness"), (std::vector<int>{50, 51, 52, 52, 52}));
-}
+INSTANTIATE_TEST_SUITE_P(
+    Document, BrightnessRampFromTheFirstFrame,
+    testing::Values(BrightnessCase{"SpreadsEvenly", 0, 100, {"1065=5"}, {0, 25, 50, 75, 100}},
+                    BrightnessCase{"FallsEvenly", 100, 0, {"1065=5"}, {100, 75, 50, 25, 0}},
+                    BrightnessCase{"SmallFallRisesInstead", 50, 48, {"1065=5"}, {50, 51, 52, 52, 52}},
+                    BrightnessCase{"DialogStartsWithTheLastFrame", 0, 100, {}, {0, 25, 50, 75, 100}}),
+    [](const testing::TestParamInfo<BrightnessCase>& test) { return std::string(test.param.name); });
 
 TEST(BrightnessRamp, FromALaterFrameRunsFromTheEndFrame) {
   ScriptSession session;
@@ -439,14 +435,6 @@ TEST(BrightnessRamp, FromALaterFrameRunsFromTheEndFrame) {
   session.Run();
   EXPECT_EQ(Each(session, state, "brightness"), (std::vector<int>{0, 25, 50, 75, 100}));
   EXPECT_EQ(session.Cut(state)["currentFrame"], 4);
-}
-
-TEST(BrightnessRamp, DialogStartsWithTheLastFrame) {
-  ScriptSession session;
-  session.OpenCut("a.cut", BrightnessFrames(0, 100)).Command(40041).Dialog(115, {}).Command(40093);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Each(session, state, "brightness"), (std::vector<int>{0, 25, 50, 75, 100}));
 }
 
 TEST(BrightnessRamp, CommitsFirst) {
@@ -480,9 +468,7 @@ TEST(BrightnessRamp, MarksTiming) {
   session.OpenCut("a.cut", BrightnessFrames(0, 100)).Command(40026).Command(40041).Dialog(115, {}).Command(40093);
   const int state = session.State();
   session.Run();
-  EXPECT_EQ(session.Cut(state)["modified"], true);
-  EXPECT_EQ(session.Cut(state)["timingStale"], true);
-  EXPECT_EQ(session.Cut(state)["imagesStale"], false);
+  EXPECT_EQ(MarksOf(session, state), "modified timingStale");
 }
 
 TEST(BrightnessRamp, OntoItselfChangesNothing) {
@@ -545,9 +531,7 @@ TEST(FramePositionRamp, MarksTiming) {
   session.OpenCut("a.cut", Frames({{}, {.x = 8}})).Command(40026).Dialog(117, {"1065=1"}).Command(40101);
   const int state = session.State();
   session.Run();
-  EXPECT_EQ(session.Cut(state)["modified"], true);
-  EXPECT_EQ(session.Cut(state)["timingStale"], true);
-  EXPECT_EQ(session.Cut(state)["imagesStale"], false);
+  EXPECT_EQ(MarksOf(session, state), "modified timingStale");
 }
 
 CutFile MovingRecord(const std::vector<int>& places) {
@@ -556,39 +540,37 @@ CutFile MovingRecord(const std::vector<int>& places) {
   return file;
 }
 
+// Where the first record of every frame lies.
 std::vector<int> RecordPlaces(const ScriptSession& session, int state) {
+  return rules::OfEachFrame(session, state, "/records/0/x");
+}
+
+// Where the record lies in five frames, the first of which is current.
+struct PositionCase {
+  const char* name;
   std::vector<int> places;
-  json cut = session.Cut(state);
-  for (json& frame : cut["frames"]) {
-    json x = frame["records"][0]["x"];
-    places.push_back(x.is_number_integer() ? x.get<int>() : -999);
-  }
-  return places;
-}
+  rules::Names dialog;
+  std::vector<int> ramp;
+};
 
-TEST(LayerPositionRamp, SpreadsTheRemainderOverTheFirstUnits) {
+class LayerPositionRampOfFive : public testing::TestWithParam<PositionCase> {};
+
+TEST_P(LayerPositionRampOfFive, IsSetInEveryFrame) {
+  const PositionCase& test = GetParam();
   ScriptSession session;
-  session.OpenCut("a.cut", MovingRecord({0, 0, 0, 0, 10})).Command(40041).Dialog(112, {"1065=5"}).Command(40069);
+  session.OpenCut("a.cut", MovingRecord(test.places)).Command(40041).Dialog(112, test.dialog).Command(40069);
   const int state = session.State();
   session.Run();
-  EXPECT_EQ(RecordPlaces(session, state), (std::vector<int>{0, 3, 6, 8, 10}));
+  EXPECT_EQ(RecordPlaces(session, state), test.ramp);
 }
 
-TEST(LayerPositionRamp, SmallStepBackMovesForward) {
-  ScriptSession session;
-  session.OpenCut("a.cut", MovingRecord({0, 0, 0, 0, -2})).Command(40041).Dialog(112, {}).Command(40069);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(RecordPlaces(session, state), (std::vector<int>{0, 1, 2, 2, 2}));
-}
-
-TEST(LayerPositionRamp, LargerStepBackSpreadsItsRemainderBackward) {
-  ScriptSession session;
-  session.OpenCut("a.cut", MovingRecord({0, 0, 0, 0, -10})).Command(40041).Dialog(112, {}).Command(40069);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(RecordPlaces(session, state), (std::vector<int>{0, -3, -6, -8, -10}));
-}
+INSTANTIATE_TEST_SUITE_P(
+    Document, LayerPositionRampOfFive,
+    testing::Values(
+        PositionCase{"SpreadsTheRemainderOverTheFirstUnits", {0, 0, 0, 0, 10}, {"1065=5"}, {0, 3, 6, 8, 10}},
+        PositionCase{"SmallStepBackMovesForward", {0, 0, 0, 0, -2}, {}, {0, 1, 2, 2, 2}},
+        PositionCase{"LargerStepBackSpreadsItsRemainderBackward", {0, 0, 0, 0, -10}, {}, {0, -3, -6, -8, -10}}),
+    [](const testing::TestParamInfo<PositionCase>& test) { return std::string(test.param.name); });
 
 TEST(LayerPositionRamp, DoesNotCommit) {
   ScriptSession session;
@@ -632,9 +614,7 @@ TEST(MakeAllKeyFrames, MarksTiming) {
   session.OpenCut("a.cut", Frames({{}})).Command(40026).Command(40106);
   const int state = session.State();
   session.Run();
-  EXPECT_EQ(session.Cut(state)["modified"], true);
-  EXPECT_EQ(session.Cut(state)["timingStale"], true);
-  EXPECT_EQ(session.Cut(state)["imagesStale"], false);
+  EXPECT_EQ(MarksOf(session, state), "modified timingStale");
 }
 
 TEST(FrameBitmap, IsWrittenToTheChosenFile) {
@@ -662,9 +642,7 @@ TEST(FrameSize, IsTakenFromTheDialogAndMarksTiming) {
   EXPECT_EQ(cut["frameWidth"], 5);
   EXPECT_EQ(cut["frameHeight"], 2);
   EXPECT_EQ(cut["width"], 8);
-  EXPECT_EQ(cut["modified"], true);
-  EXPECT_EQ(cut["timingStale"], true);
-  EXPECT_EQ(cut["imagesStale"], false);
+  EXPECT_EQ(MarksOf(session, state), "modified timingStale");
 }
 
 TEST(FrameSize, DialogStartsWithTheFrameSize) {
@@ -694,12 +672,7 @@ TEST(CutProperties, AreTakenFromTheDialog) {
   session.Dialog(107, {"1002=20", "1001=10", "1041=30", "1057=on", "1037=Me"}).Command(40077);
   const int state = session.State();
   session.Run();
-  json cut = session.Cut(state);
-  EXPECT_EQ(cut["width"], 20);
-  EXPECT_EQ(cut["height"], 10);
-  EXPECT_EQ(cut["fps"], 30);
-  EXPECT_EQ(cut["antialias"], 2);
-  EXPECT_EQ(cut["credit"], "Me");
+  EXPECT_EQ(PropertiesOf(session, state), "20 x 10, 30 fps, antialias 2, credit [Me]");
 }
 
 TEST(CutProperties, LeaveTheFrameSize) {
@@ -731,14 +704,9 @@ TEST(CutProperties, StartWithTheCutsAndMarkImagesEvenWhenUnchanged) {
   session.OpenCut("a.cut", file).Command(40026).Dialog(107, {}).Command(40077);
   const int state = session.State();
   session.Run();
-  json cut = session.Cut(state);
-  EXPECT_EQ(cut["width"], 8);
-  EXPECT_EQ(cut["height"], 3);
-  EXPECT_EQ(cut["fps"], 11);
-  EXPECT_EQ(cut["credit"], "Who");
-  EXPECT_EQ(cut["antialias"], 1);
-  EXPECT_EQ(cut["modified"], true);
-  EXPECT_EQ(cut["imagesStale"], true);
+  EXPECT_EQ(PropertiesOf(session, state), "8 x 3, 11 fps, antialias 1, credit [Who]");
+  EXPECT_EQ(session.Cut(state)["modified"], true);
+  EXPECT_EQ(session.Cut(state)["imagesStale"], true);
 }
 
 TEST(CutProperties, DoNotWriteTheNewCutSettings) {

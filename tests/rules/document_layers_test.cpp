@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "rules/script_session.h"
+#include "rules/session_state.h"
 
 namespace {
 
@@ -16,8 +17,7 @@ using rules::ScriptSession;
 CutFile ThreeLayers(size_t frameCount) {
   CutFile file;
   file.layers = {{.name = "A", .cells = {1}}, {.name = "B", .cells = {2}}, {.name = "C", .cells = {3}}};
-  for (size_t i = 0; i < frameCount; ++i)
-    file.frames.push_back({.records = {{.layer = 0}, {.layer = 1}, {.layer = 2}}});
+  file.frames.assign(frameCount, {.records = {{.layer = 0}, {.layer = 1}, {.layer = 2}}});
   return file;
 }
 
@@ -35,13 +35,11 @@ std::string Order(const ScriptSession& session, int state, size_t frame) {
 }
 
 json Lines(const ScriptSession& session, int state) {
-  json whole = session.StateAt(state);
-  return whole["panels"]["10004"]["lines"];
+  return rules::PanelOf(session, state, "10004")["lines"];
 }
 
 json Selected(const ScriptSession& session, int state) {
-  json whole = session.StateAt(state);
-  return whole["panels"]["10004"]["selected"];
+  return rules::PanelOf(session, state, "10004")["selected"];
 }
 
 TEST(AddLayer, LiesAboveTheCurrentRecordInEveryFrame) {

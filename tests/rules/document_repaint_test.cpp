@@ -38,18 +38,26 @@ void Prepare(ScriptSession& session, const Case& test) {
   if (test.dialogId < 0) session.File(test.cancelled ? "cancel" : session.Path("out"));
 }
 
-class WithoutRepaint : public testing::TestWithParam<Case> {};
+class CommandOverSelection : public testing::TestWithParam<Case> {
+ protected:
+  // Whether the selection is still there after the command.
+  static bool Outlives() {
+    ScriptSession session;
+    WithSelection(session);
+    const int before = session.State();
+    Prepare(session, GetParam());
+    session.Command(GetParam().command);
+    const int after = session.State();
+    session.Run();
+    EXPECT_TRUE(HasSelection(session, before));
+    return HasSelection(session, after);
+  }
+};
+
+class WithoutRepaint : public CommandOverSelection {};
 
 TEST_P(WithoutRepaint, LeavesTheSelection) {
-  ScriptSession session;
-  WithSelection(session);
-  const int before = session.State();
-  Prepare(session, GetParam());
-  session.Command(GetParam().command);
-  const int after = session.State();
-  session.Run();
-  EXPECT_TRUE(HasSelection(session, before));
-  EXPECT_TRUE(HasSelection(session, after));
+  EXPECT_TRUE(Outlives());
 }
 
 INSTANTIATE_TEST_SUITE_P(Document, WithoutRepaint,
@@ -63,18 +71,10 @@ INSTANTIATE_TEST_SUITE_P(Document, WithoutRepaint,
                                          Case{40068, -1, true}, Case{40016}, Case{40059}, Case{40095}, Case{40084},
                                          Case{40085}));
 
-class WithRepaint : public testing::TestWithParam<Case> {};
+class WithRepaint : public CommandOverSelection {};
 
 TEST_P(WithRepaint, EndsTheSelection) {
-  ScriptSession session;
-  WithSelection(session);
-  const int before = session.State();
-  Prepare(session, GetParam());
-  session.Command(GetParam().command);
-  const int after = session.State();
-  session.Run();
-  EXPECT_TRUE(HasSelection(session, before));
-  EXPECT_FALSE(HasSelection(session, after));
+  EXPECT_FALSE(Outlives());
 }
 
 INSTANTIATE_TEST_SUITE_P(Document, WithRepaint,

@@ -4,64 +4,17 @@
 #include <string>
 #include <vector>
 
-#include "rules/script_session.h"
+#include "rules/film_session.h"
 
+namespace rules {
 namespace {
 
 using nlohmann::json;
-using rules::CutFile;
-using rules::ScriptSession;
-
-using Names = std::vector<std::string>;
-
-CutFile Plain() {
-  return CutFile::WithoutLayers(1);
-}
-
-json Film(const ScriptSession& session, int state) {
-  json whole = session.StateAt(state);
-  return whole["film"];
-}
-
-// The file names of the film's entries, without their folder when they lie in the session's own.
-Names Entries(const ScriptSession& session, int state) {
-  Names names;
-  json film = Film(session, state);
-  for (json& cut : film["cuts"]) {
-    std::string name = cut["name"].is_string() ? cut["name"].get<std::string>() : "(none)";
-    if (name.rfind(session.Path(""), 0) == 0) name = name.substr(session.Path("").size());
-    names.push_back(name);
-  }
-  return names;
-}
-
-json List(const ScriptSession& session, int state) {
-  json whole = session.StateAt(state);
-  return whole["panels"]["10003"];
-}
-
-Names Lines(const ScriptSession& session, int state) {
-  Names lines;
-  json list = List(session, state);
-  for (json& line : list["lines"]) lines.push_back(line.is_string() ? line.get<std::string>() : "(none)");
-  return lines;
-}
-
-std::string Title(const ScriptSession& session, int state) {
-  json whole = session.StateAt(state);
-  json title = whole["frame"]["title"];
-  return title.is_string() ? title.get<std::string>() : "(none)";
-}
 
 // A film file with these cuts beside it, which exist, is opened.
 ScriptSession& OpenFilm(ScriptSession& session, const Names& cuts) {
-  std::string text = "title\nauthor\n100, 50\n";
-  for (const std::string& cut : cuts) {
-    text.append(cut).append("\n");
-    session.Write(cut, Plain().Bytes());
-  }
-  session.Write("film.flm", text);
-  return session.Open(session.Path("film.flm"));
+  for (const std::string& cut : cuts) session.Write(cut, PlainCut().Bytes());
+  return OpenFilmFile(session, FilmText(cuts));
 }
 
 TEST(NewFilm, TakesItsValuesFromTheDialog) {
@@ -78,7 +31,7 @@ TEST(NewFilm, TakesItsValuesFromTheDialog) {
   EXPECT_EQ(film["modified"], false);
   EXPECT_EQ(film["cuts"].size(), 0U);
   EXPECT_EQ(Lines(session, state), Names{});
-  EXPECT_EQ(Title(session, state), "Sorvel Developer");
+  EXPECT_EQ(FrameTitle(session, state), "Sorvel Developer");
 }
 
 TEST(NewFilm, DialogStartsWithTheDefaults) {
@@ -146,7 +99,7 @@ TEST(NewFilm, YesOnAFilmWithoutPathComesToTheSaveDialog) {
 
 TEST(NewFilm, LeavesOpenCutsOpenOutsideTheFilm) {
   ScriptSession session;
-  session.OpenCut("a.cut", Plain()).Command(40047).Answer("no").Dialog(110, {}).Command(40051);
+  session.OpenCut("a.cut", PlainCut()).Command(40047).Answer("no").Dialog(110, {}).Command(40051);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(state)["cuts"].size(), 1U);
@@ -162,13 +115,12 @@ TEST(OpenFilm, CommandFillsTheListAndSelectsTheFirstLine) {
   EXPECT_EQ(Lines(session, state), (Names{"one", "two", "three"}));
   EXPECT_EQ(List(session, state)["selected"], json::array({0}));
   EXPECT_EQ(List(session, state)["caret"], 0);
-  EXPECT_EQ(Title(session, state), "Sorvel Developer - film");
+  EXPECT_EQ(FrameTitle(session, state), "Sorvel Developer - film");
 }
 
 TEST(OpenFilm, ReadsTheHeadAndFullPaths) {
   ScriptSession session;
-  session.Write("film.flm", "T\nA\n10, 20\nsub/one.cut\n\ntwo.cut");
-  session.Open(session.Path("film.flm"));
+  OpenFilmFile(session, "T\nA\n10, 20\nsub/one.cut\n\ntwo.cut");
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Film(session, state)["title"], "T");
@@ -211,7 +163,7 @@ TEST(OpenFilm, FileThatDoesNotOpenEmptiesTheFilmButLeavesTheListAsItWas) {
   EXPECT_EQ(Entries(session, state), Names{});
   EXPECT_EQ(Film(session, state)["path"], "");
   EXPECT_EQ(Lines(session, state), Names{"a"});
-  EXPECT_EQ(Title(session, state), "Sorvel Developer - film");
+  EXPECT_EQ(FrameTitle(session, state), "Sorvel Developer - film");
 }
 
 TEST(OpenFilm, EmptyFilmHasAnEmptyList) {
@@ -227,8 +179,10 @@ TEST(OpenFilm, EmptyFilmHasAnEmptyList) {
 
 TEST(SaveFilm, WritesCutsRelativeToTheFile) {
   ScriptSession session;
-  session.Write("film.flm", "T\nA\n10, 20\nsub/one.cut\ntwo.cut\n../x/three.cut\n");
-  session.Open(session.Path("film.flm")).File(session.Path("copy")).Command(40054).Run();
+  OpenFilmFile(session, "T\nA\n10, 20\nsub/one.cut\ntwo.cut\n../x/three.cut\n")
+      .File(session.Path("copy"))
+      .Command(40054)
+      .Run();
   EXPECT_EQ(session.Bytes("copy.flm"), "T\nA\n10, 20\nsub/one.cut\ntwo.cut\n../x/three.cut\n");
 }
 
@@ -239,7 +193,7 @@ TEST(SaveFilm, TakesPathAndTitleAndIsUnmodified) {
   session.Run();
   EXPECT_EQ(Film(session, state)["path"], session.Path("new.flm"));
   EXPECT_EQ(Film(session, state)["modified"], false);
-  EXPECT_EQ(Title(session, state), "Sorvel Developer - new");
+  EXPECT_EQ(FrameTitle(session, state), "Sorvel Developer - new");
 }
 
 TEST(SaveFilm, WithoutCutsHasThreeLines) {
@@ -253,7 +207,7 @@ TEST(SaveFilm, FailureChangesTheTitleAllTheSame) {
   session.Dialog(110, {"1039=T"}).Command(40082).File(session.Path("nofolder/new.flm")).Command(40054);
   const int state = session.State();
   session.Run();
-  EXPECT_EQ(Title(session, state), "Sorvel Developer - new");
+  EXPECT_EQ(FrameTitle(session, state), "Sorvel Developer - new");
   EXPECT_EQ(Film(session, state)["path"], "");
   EXPECT_EQ(Film(session, state)["modified"], true);
 }
@@ -263,7 +217,7 @@ TEST(SaveFilm, CancelSavesNothing) {
   session.File("cancel").Command(40054);
   const int state = session.State();
   session.Run();
-  EXPECT_EQ(Title(session, state), "Sorvel Developer");
+  EXPECT_EQ(FrameTitle(session, state), "Sorvel Developer");
   EXPECT_EQ(session.Files(), Names{});
 }
 
@@ -282,7 +236,7 @@ TEST(OverwriteFilm, WithoutAPathAsksForOne) {
   const int state = session.State();
   session.Run();
   EXPECT_TRUE(session.Exists("new.flm"));
-  EXPECT_EQ(Title(session, state), "Sorvel Developer - new");
+  EXPECT_EQ(FrameTitle(session, state), "Sorvel Developer - new");
 }
 
 TEST(FilmProperties, AreStoredAndModifyTheFilmEvenUnchanged) {
@@ -316,7 +270,7 @@ TEST(FilmProperties, CancelModifiesNothing) {
 
 TEST(AddCut, ToAnEmptyFilm) {
   ScriptSession session;
-  session.OpenCut("one.cut", Plain()).Command(40047);
+  session.OpenCut("one.cut", PlainCut()).Command(40047);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), Names{"one.cut"});
@@ -328,7 +282,7 @@ TEST(AddCut, ToAnEmptyFilm) {
 
 TEST(AddCut, StandsBehindTheCaretAndIsSelected) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut", "c.cut"}).OpenCut("new.cut", Plain()).Select(10003, {1}).Command(40047);
+  OpenFilm(session, {"a.cut", "b.cut", "c.cut"}).OpenCut("new.cut", PlainCut()).Select(10003, {1}).Command(40047);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), (Names{"a.cut", "b.cut", "new.cut", "c.cut"}));
@@ -358,7 +312,7 @@ TEST(AddCut, CancelledSaveAddsNothing) {
 
 TEST(AddCut, MayStandInTheFilmTwice) {
   ScriptSession session;
-  session.OpenCut("one.cut", Plain()).Command(40047).Command(40047);
+  session.OpenCut("one.cut", PlainCut()).Command(40047).Command(40047);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), (Names{"one.cut", "one.cut"}));
@@ -368,7 +322,7 @@ TEST(AddCut, MayStandInTheFilmTwice) {
 
 TEST(InsertCut, StandsAtTheCaretAndIsNotSelected) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut", "c.cut"}).OpenCut("new.cut", Plain()).Select(10003, {1}).Command(40048);
+  OpenFilm(session, {"a.cut", "b.cut", "c.cut"}).OpenCut("new.cut", PlainCut()).Select(10003, {1}).Command(40048);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), (Names{"a.cut", "new.cut", "b.cut", "c.cut"}));
@@ -379,7 +333,7 @@ TEST(InsertCut, StandsAtTheCaretAndIsNotSelected) {
 
 TEST(InsertCut, IntoAnEmptyFilm) {
   ScriptSession session;
-  session.OpenCut("one.cut", Plain()).Command(40048);
+  session.OpenCut("one.cut", PlainCut()).Command(40048);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), Names{"one.cut"});
@@ -388,7 +342,7 @@ TEST(InsertCut, IntoAnEmptyFilm) {
 
 TEST(RemoveCut, LeavesFileAndWindow) {
   ScriptSession session;
-  session.OpenCut("one.cut", Plain()).Command(40047).Command(40049);
+  session.OpenCut("one.cut", PlainCut()).Command(40047).Command(40049);
   const int removed = session.State();
   session.Command(40047);
   const int again = session.State();
@@ -413,7 +367,7 @@ TEST(RemoveCut, TakesTheFirstEntryOfTheActiveCutAlone) {
 
 TEST(RemoveCut, OutsideTheFilmDoesNothing) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut"}).OpenCut("b.cut", Plain()).Command(40049);
+  OpenFilm(session, {"a.cut"}).OpenCut("b.cut", PlainCut()).Command(40049);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), Names{"a.cut"});
@@ -443,8 +397,7 @@ TEST(CutListDoubleClick, ActivatesACutThatIsOpen) {
 
 TEST(CutListDoubleClick, FileThatIsNotThereDoesNothing) {
   ScriptSession session;
-  session.Write("film.flm", "t\na\n1, 1\ngone.cut\n");
-  session.Open(session.Path("film.flm")).DoubleClick(10003, 0);
+  OpenFilmFile(session, "t\na\n1, 1\ngone.cut\n").DoubleClick(10003, 0);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(state)["cuts"].size(), 0U);
@@ -462,26 +415,21 @@ TEST(CutListDoubleClick, OpenedCutShowsItsPicture) {
 
 TEST(NumberedCut, AddedBehindTheCaretWithTheDialogsStartDefaults) {
   ScriptSession session;
-  OpenFilm(session, {"cut1.cut", "last.cut"}).Dialog(107, {}).Dialog(106, {}, "cancel").Command(40115);
+  NumberedCut(OpenFilm(session, {"cut1.cut", "last.cut"}));
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), (Names{"cut1.cut", "cut002.cut", "last.cut"}));
   EXPECT_EQ(Lines(session, state), (Names{"cut1", "cut002", "last"}));
   EXPECT_EQ(List(session, state)["selected"], json::array({1}));
-  json cut = session.Cut(state);
-  EXPECT_EQ(cut["path"], session.Path("cut002.cut"));
-  EXPECT_EQ(cut["title"], "cut002.cut");
-  EXPECT_EQ(cut["width"], 960);
-  EXPECT_EQ(cut["height"], 720);
-  EXPECT_EQ(cut["fps"], 24);
-  EXPECT_EQ(cut["antialias"], 2);
-  EXPECT_EQ(cut["credit"], "");
+  EXPECT_EQ(session.Cut(state)["path"], session.Path("cut002.cut"));
+  EXPECT_EQ(session.Cut(state)["title"], "cut002.cut");
+  EXPECT_EQ(PropertiesOf(session, state), "960 x 720, 24 fps, antialias 2, credit []");
 }
 
 TEST(NumberedCut, InsertedAtTheCaret) {
   ScriptSession session;
   OpenFilm(session, {"cut1.cut", "last.cut"}).Select(10003, {1}).Select(10003, {0});
-  session.Dialog(107, {"1002=8", "1001=3"}).Dialog(106, {}, "cancel").Command(40116);
+  NumberedCut(session, {"1002=8", "1001=3"}, 40116);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), (Names{"cut002.cut", "cut1.cut", "last.cut"}));
@@ -492,22 +440,17 @@ TEST(NumberedCut, DialogRemembersTheLastCutDialog) {
   ScriptSession session;
   OpenFilm(session, {"cut1.cut"});
   session.NewCutWithoutLayer({.width = 20, .height = 10, .fps = 12, .antialias = 1, .credit = "Me"});
-  session.Dialog(107, {}).Dialog(106, {}, "cancel").Command(40115);
+  NumberedCut(session);
   const int state = session.State();
   session.Run();
-  json cut = session.Cut(state);
-  EXPECT_EQ(cut["width"], 20);
-  EXPECT_EQ(cut["height"], 10);
-  EXPECT_EQ(cut["fps"], 12);
-  EXPECT_EQ(cut["antialias"], 1);
-  EXPECT_EQ(cut["credit"], "Me");
+  EXPECT_EQ(PropertiesOf(session, state), "20 x 10, 12 fps, antialias 1, credit [Me]");
 }
 
 TEST(NumberedCut, DialogRemembersTheCutPropertiesToo) {
   ScriptSession session;
   OpenFilm(session, {"cut1.cut"}).Open(session.Path("cut1.cut"));
   session.Dialog(107, {"1002=30", "1001=20", "1041=15"}).Command(40077);
-  session.Dialog(107, {}).Dialog(106, {}, "cancel").Command(40115);
+  NumberedCut(session);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["width"], 30);
@@ -518,7 +461,7 @@ TEST(NumberedCut, DialogRemembersTheCutPropertiesToo) {
 TEST(NumberedCut, CancelledDialogIsNotRemembered) {
   ScriptSession session;
   OpenFilm(session, {"cut1.cut"}).Dialog(107, {"1002=30"}, "cancel").Command(40115);
-  session.Dialog(107, {}).Dialog(106, {}, "cancel").Command(40115);
+  NumberedCut(session);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["width"], 960);
@@ -530,14 +473,14 @@ TEST(NumberedCut, IsSavedBeforeItHasALayer) {
   session.Dialog(107, {"1002=8", "1001=3", "1055=on"}).Dialog(106, {}, "ok").Command(40115);
   const int state = session.State();
   session.Run();
-  EXPECT_EQ(session.Bytes("cut002.cut"), Plain().Bytes());
+  EXPECT_EQ(session.Bytes("cut002.cut"), PlainCut().Bytes());
   EXPECT_EQ(session.Cut(state)["modified"], true);
   EXPECT_EQ(session.Cut(state)["layers"].size(), 1U);
 }
 
 TEST(NumberedCut, WithoutLayerIsUnmodified) {
   ScriptSession session;
-  OpenFilm(session, {"cut1.cut"}).Dialog(107, {}).Dialog(106, {}, "cancel").Command(40115);
+  NumberedCut(OpenFilm(session, {"cut1.cut"}));
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["modified"], false);
@@ -558,44 +501,28 @@ TEST(NumberedCut, PassesOverNumbersThatExist) {
   ScriptSession session;
   session.Write("cut002.cut", "taken");
   session.Write("cut003.cut", "taken");
-  OpenFilm(session, {"cut1.cut"}).Dialog(107, {}).Dialog(106, {}, "cancel").Command(40115);
+  NumberedCut(OpenFilm(session, {"cut1.cut"}));
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["path"], session.Path("cut004.cut"));
-}
-
-TEST(NumberedCut, NameWithoutDigitsGetsOne) {
-  ScriptSession session;
-  OpenFilm(session, {"abc.cut"}).Dialog(107, {}).Dialog(106, {}, "cancel").Command(40115);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["path"], session.Path("abc001.cut"));
-}
-
-TEST(NumberedCut, AllDigitNameLosesItsFirstCharacter) {
-  ScriptSession session;
-  OpenFilm(session, {"007.cut"}).Dialog(107, {}).Dialog(106, {}, "cancel").Command(40115);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["path"], session.Path("08.cut"));
 }
 
 TEST(NumberedCut, AtTheLimitGoesOverTheFileOfTheEntry) {
   ScriptSession session;
   OpenFilm(session, {"cut999.cut"});
   session.Write("cut999.cut", CutFile::WithoutLayers(5).Bytes());
-  session.Dialog(107, {"1002=8", "1001=3", "1055=on"}).Dialog(106, {}, "cancel").Command(40115);
+  NumberedCut(session, {"1002=8", "1001=3", "1055=on"});
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["path"], session.Path("cut999.cut"));
-  EXPECT_EQ(session.Bytes("cut999.cut"), Plain().Bytes());
+  EXPECT_EQ(session.Bytes("cut999.cut"), PlainCut().Bytes());
   EXPECT_EQ(Entries(session, state), (Names{"cut999.cut", "cut999.cut"}));
 }
 
 TEST(NumberedCut, CountsOnFromTheEntryAtTheCaret) {
   ScriptSession session;
   OpenFilm(session, {"a1.cut", "b5.cut", "c7.cut"}).Select(10003, {1});
-  session.Dialog(107, {}).Dialog(106, {}, "cancel").Command(40115);
+  NumberedCut(session);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), (Names{"a1.cut", "b5.cut", "b006.cut", "c7.cut"}));
@@ -617,7 +544,7 @@ TEST_P(NumberedCutInAnEmptyFilm, IsANewCutThatIsSavedAndAdded) {
 
 TEST_P(NumberedCutInAnEmptyFilm, CancelledLeavesTheActiveCutToBeAdded) {
   ScriptSession session;
-  session.OpenCut("open.cut", Plain()).Dialog(107, {}, "cancel").Command(GetParam());
+  session.OpenCut("open.cut", PlainCut()).Dialog(107, {}, "cancel").Command(GetParam());
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), Names{"open.cut"});
@@ -712,7 +639,7 @@ TEST(RenameCut, RenamesEntryLineFileAndWindow) {
 TEST(RenameCut, GoesToEveryEntryOfTheSameFile) {
   ScriptSession session;
   session.Write("film.flm", "t\na\n1, 1\na.cut\nb.cut\na.cut\n");
-  session.Write("a.cut", Plain().Bytes());
+  session.Write("a.cut", PlainCut().Bytes());
   session.Open(session.Path("film.flm")).Dialog(126, {"1058=new"}).Command(40118);
   const int state = session.State();
   session.Run();
@@ -741,8 +668,7 @@ TEST(RenameCut, CancelChangesNothing) {
 
 TEST(RenameCut, KeepsFolderAndExtension) {
   ScriptSession session;
-  session.Write("film.flm", "t\na\n1, 1\nsub/a.b.CUT\n");
-  session.Open(session.Path("film.flm")).Dialog(126, {"1058=new"}).Command(40118);
+  OpenFilmFile(session, "t\na\n1, 1\nsub/a.b.CUT\n").Dialog(126, {"1058=new"}).Command(40118);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), Names{"sub/new.CUT"});
@@ -750,8 +676,7 @@ TEST(RenameCut, KeepsFolderAndExtension) {
 
 TEST(RenameCut, FileThatIsNotThereIsRenamedInTheFilmAllTheSame) {
   ScriptSession session;
-  session.Write("film.flm", "t\na\n1, 1\ngone.cut\n");
-  session.Open(session.Path("film.flm")).Dialog(126, {"1058=new"}).Command(40118);
+  OpenFilmFile(session, "t\na\n1, 1\ngone.cut\n").Dialog(126, {"1058=new"}).Command(40118);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), Names{"new.cut"});
@@ -777,7 +702,7 @@ TEST(Extract, CopiesIntoTheFolderOfTheNewFilm) {
   EXPECT_EQ(target.Bytes("c.cut"), CutFile::WithoutLayers(3).Bytes());
   EXPECT_EQ(Film(session, state)["path"], session.Path("film.flm"));
   EXPECT_EQ(Film(session, state)["modified"], false);
-  EXPECT_EQ(Title(session, state), "Sorvel Developer - film");
+  EXPECT_EQ(FrameTitle(session, state), "Sorvel Developer - film");
 }
 
 TEST(Extract, LineHasTheBareNameWhateverTheSource) {
@@ -796,7 +721,7 @@ TEST(Extract, OpenCutsUnsavedChangesStay) {
   ScriptSession target;
   OpenFilm(session, {"a.cut"}).Open(session.Path("a.cut")).Panel(10006, "typed").Command(40007);
   session.File(target.Path("x.flm")).Command(40134).Run();
-  EXPECT_EQ(target.Bytes("a.cut"), Plain().Bytes());
+  EXPECT_EQ(target.Bytes("a.cut"), PlainCut().Bytes());
 }
 
 TEST(Extract, IntoItsOwnFolderDestroysTheFile) {
@@ -839,8 +764,7 @@ TEST(PlayFilm, WithoutASelectionDoesNothingAndStopsNothing) {
 
 TEST(PlayFilm, WithACutThatIsMissingStopsThePlay) {
   ScriptSession session;
-  session.Write("film.flm", "t\na\n8, 3\ngone.cut\n");
-  session.Open(session.Path("film.flm")).OpenCut("c.cut", CutFile::Showing({1, 2}, {0, 1})).Command(40026);
+  OpenFilmFile(session, "t\na\n8, 3\ngone.cut\n").OpenCut("c.cut", CutFile::Showing({1, 2}, {0, 1})).Command(40026);
   session.Command(40057);
   const int state = session.State();
   session.Run();
@@ -848,3 +772,4 @@ TEST(PlayFilm, WithACutThatIsMissingStopsThePlay) {
 }
 
 }  // namespace
+}  // namespace rules

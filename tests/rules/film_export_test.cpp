@@ -11,17 +11,23 @@
 #include <string>
 #include <vector>
 
+#include "rules/film_session.h"
+#include "rules/little_bytes.h"
 #include "rules/script_session.h"
+#include "rules/session_state.h"
 
 namespace {
 
 using nlohmann::json;
 using rules::CutFile;
 using rules::FileFrame;
+using rules::LittleBytes;
+using rules::MarksOf;
+using rules::Names;
 using rules::PixelMatrix;
+using rules::Player;
 using rules::ScriptSession;
-
-using Names = std::vector<std::string>;
+using rules::SizeTitle;
 
 constexpr int exportFilm = 40083;
 constexpr int playSelected = 40057;
@@ -60,12 +66,6 @@ std::string Stream(const CutFile& file) {
 
 // ---- Writing what is expected ----
 
-std::string LittleBytes(int64_t value, size_t count) {
-  std::string bytes;
-  for (size_t i = 0; i < count; ++i) bytes.push_back(static_cast<char>(value >> (8 * i) & 0xFF));
-  return bytes;
-}
-
 struct Film {
   std::string title = "title";
   std::string author = "author";
@@ -95,10 +95,8 @@ std::string RecordOf(const CutFile& file) {
 }
 
 void WriteFilm(const ScriptSession& session, const Names& lines, const Film& film = {}) {
-  std::string text = film.title + "\n" + film.author + "\n";
-  text.append(std::to_string(film.width)).append(", ").append(std::to_string(film.height)).append("\n");
-  for (const std::string& line : lines) text.append(line).append("\n");
-  session.Write("film.flm", text);
+  const std::string size = std::to_string(film.width) + ", " + std::to_string(film.height);
+  session.Write("film.flm", rules::FilmText(lines, film.title + "\n" + film.author + "\n" + size + "\n"));
 }
 
 // The film, opened in the application.
@@ -111,15 +109,6 @@ ScriptSession& Export(ScriptSession& session) {
   return session.File(session.Path("out.sv")).Command(exportFilm);
 }
 
-json Player(const ScriptSession& session, int state) {
-  json whole = session.StateAt(state);
-  return whole["player"];
-}
-
-std::string SizeTitle(size_t size) {
-  return std::to_string(size) + " byte";
-}
-
 // ---- The cuts ----
 
 CutFile Still(int color) {
@@ -128,63 +117,69 @@ CutFile Still(int color) {
 
 // Full size, with a pan, two brightnesses and a picture that stays.
 CutFile WideCut() {
-  CutFile file;
-  file.width = 20;
-  file.height = 10;
-  file.frameWidth = 12;
-  file.frameHeight = 6;
-  file.fps = 24;
-  file.credit = "Ann";
-  file.layers = {{.name = "A", .cells = {1, 2}}, {.name = "B", .cells = {3}}};
-  file.frames = {
-      {.time = 2, .brightness = 50, .x = 4, .y = 2, .records = {{0, 0, 3, 2}, {1, 0, 9, 4}}},
-      {.time = 1, .brightness = 80, .x = 4, .y = 2, .records = {{0, 0, 3, 2}, {1, 0, 9, 4}}},
-      {.time = 3, .brightness = 20, .x = 5, .y = 3, .records = {{0, 1, 6, 4}, {1, 0, 9, 6}}},
-  };
-  return file;
+  return {.width = 20,
+          .height = 10,
+          .frameWidth = 12,
+          .frameHeight = 6,
+          .fps = 24,
+          .credit = "Ann",
+          .layers = {{.name = "A", .cells = {1, 2}}, {.name = "B", .cells = {3}}},
+          .frames = {{.time = 2, .brightness = 50, .x = 4, .y = 2, .records = {{0, 0, 3, 2}, {1, 0, 9, 4}}},
+                     {.time = 1, .brightness = 80, .x = 4, .y = 2, .records = {{0, 0, 3, 2}, {1, 0, 9, 4}}},
+                     {.time = 3, .brightness = 20, .x = 5, .y = 3, .records = {{0, 1, 6, 4}, {1, 0, 9, 6}}}}};
 }
 
 // Half size of odd measures, with a dissolve.
 CutFile TallCut() {
-  CutFile file;
-  file.width = 21;
-  file.height = 27;
-  file.frameWidth = 16;
-  file.frameHeight = 20;
-  file.fps = 12;
-  file.antialias = 1;
-  file.layers = {{.name = "A", .cells = {1, 2, 9}}};
-  file.frames = {
-      {.time = 1, .x = 2, .y = 4, .records = {{0, 0, 5, 7}}},
-      {.time = -3, .brightness = 60, .x = 2, .y = 4, .records = {{0, 1, 6, 9}}},
-      {.time = 2, .x = 4, .y = 6, .records = {{0, 2, 9, 12}}},
-  };
-  return file;
+  return {.width = 21,
+          .height = 27,
+          .frameWidth = 16,
+          .frameHeight = 20,
+          .fps = 12,
+          .antialias = 1,
+          .layers = {{.name = "A", .cells = {1, 2, 9}}},
+          .frames = {{.time = 1, .x = 2, .y = 4, .records = {{0, 0, 5, 7}}},
+                     {.time = -3, .brightness = 60, .x = 2, .y = 4, .records = {{0, 1, 6, 9}}},
+                     {.time = 2, .x = 4, .y = 6, .records = {{0, 2, 9, 12}}}}};
 }
 
 // A quarter of the size, one frame.
 CutFile SmallCut() {
+  return {.width = 40,
+          .height = 24,
+          .frameWidth = 32,
+          .frameHeight = 20,
+          .fps = 30,
+          .antialias = 2,
+          .credit = "Bo",
+          .layers = {{.name = "A", .cells = {1}}, {.name = "B", .cells = {2}}},
+          .frames = {{.time = 4, .x = 4, .y = 4, .records = {{0, 0, 7, 9}, {1, 0, 12, 10}}}}};
+}
+
+struct NamedCut {
+  std::string name;
   CutFile file;
-  file.width = 40;
-  file.height = 24;
-  file.frameWidth = 32;
-  file.frameHeight = 20;
-  file.fps = 30;
-  file.antialias = 2;
-  file.credit = "Bo";
-  file.layers = {{.name = "A", .cells = {1}}, {.name = "B", .cells = {2}}};
-  file.frames = {{.time = 4, .x = 4, .y = 4, .records = {{0, 0, 7, 9}, {1, 0, 12, 10}}}};
-  return file;
+};
+
+// Writes these cuts, and a film of them.
+Names WriteFilmOf(const ScriptSession& session, const std::vector<NamedCut>& cuts, const Film& film = {}) {
+  Names lines;
+  for (const NamedCut& cut : cuts) {
+    session.Write(cut.name, cut.file.Bytes());
+    lines.push_back(cut.name);
+  }
+  WriteFilm(session, lines, film);
+  return lines;
+}
+
+ScriptSession& OpenFilmOf(ScriptSession& session, const std::vector<NamedCut>& cuts) {
+  WriteFilmOf(session, cuts);
+  return session.Open(session.Path("film.flm"));
 }
 
 // Writes the three cuts, and a film of them.
 Names WriteThreeCuts(const ScriptSession& session, const Film& film = {}) {
-  session.Write("wide.cut", WideCut().Bytes());
-  session.Write("tall.cut", TallCut().Bytes());
-  session.Write("small.cut", SmallCut().Bytes());
-  const Names lines = {"wide.cut", "tall.cut", "small.cut"};
-  WriteFilm(session, lines, film);
-  return lines;
+  return WriteFilmOf(session, {{"wide.cut", WideCut()}, {"tall.cut", TallCut()}, {"small.cut", SmallCut()}}, film);
 }
 
 // ---- A reader of the container ----
@@ -537,8 +532,7 @@ TEST(FilmContainer, IsTheHeadTheTableAndTheStreamsWithoutTheirFirstSixBytes) {
 TEST(FilmContainer, EmptyTextsAreOneZeroByteEach) {
   ScriptSession session;
   const Film film = {.title = "", .author = ""};
-  session.Write("a.cut", Still(1).Bytes());
-  WriteFilm(session, {"a.cut"}, film);
+  WriteFilmOf(session, {{"a.cut", Still(1)}}, film);
   ASSERT_EQ(ConsoleExport(session), 0);
   EXPECT_EQ(session.Bytes("out.sv"), Container(film, {RecordOf(Still(1))}, 8, 3));
 }
@@ -549,8 +543,7 @@ TEST(FilmContainer, KeepsTheBytesOfJapaneseTexts) {
   const Film film = {.title = "\x83\x5C\x83\x76", .author = "\x95\x5C"};
   CutFile cut = Still(1);
   cut.credit = "\x94\x5C";
-  session.Write("a.cut", cut.Bytes());
-  WriteFilm(session, {"a.cut"}, film);
+  WriteFilmOf(session, {{"a.cut", cut}}, film);
   ASSERT_EQ(ConsoleExport(session), 0);
   EXPECT_EQ(session.Bytes("out.sv"), Container(film, {RecordOf(cut)}, 8, 3));
   EXPECT_EQ(ContainerReader(session.Bytes("out.sv")).Read().cuts[0].credit, "\x94\x5C");
@@ -587,8 +580,7 @@ TEST(FilmContainer, KeyFramesHaveTheirEffectiveTimes) {
     cut.frames[i].time = times[i];
     cut.frames[i].brightness = stored[i];
   }
-  session.Write("a.cut", cut.Bytes());
-  WriteFilm(session, {"a.cut"});
+  WriteFilmOf(session, {{"a.cut", cut}});
   ASSERT_EQ(ConsoleExport(session), 0);
   const std::string bytes = session.Bytes("out.sv");
   const ReadFilm read = ContainerReader(bytes).Read();
@@ -651,9 +643,7 @@ TEST(FilmExport, CacheFilesLieBesideTheirCutsUnderTheirNames) {
 
 TEST(FilmExport, TwoCutsOfOneNameShareTheCacheOfTheFirst) {
   ScriptSession session;
-  session.Write("a.one", WideCut().Bytes());
-  session.Write("a.two", SmallCut().Bytes());
-  WriteFilm(session, {"a.one", "a.two"});
+  WriteFilmOf(session, {{"a.one", WideCut()}, {"a.two", SmallCut()}});
   ASSERT_EQ(ConsoleExport(session), 0);
   const std::string wide = RecordOf(WideCut());
   EXPECT_EQ(session.Bytes("out.sv"), Container({}, {wide, wide}, 20, 10));
@@ -703,9 +693,7 @@ TEST_F(StaleCache, IsTakenEvenForAnOpenCutThatNeedsCompiling) {
   const int state = session.State();
   session.Run();
   ExpectTheOldStream();
-  EXPECT_EQ(session.Cut(state)["imagesStale"], true);
-  EXPECT_EQ(session.Cut(state)["timingStale"], true);
-  EXPECT_EQ(session.Cut(state)["modified"], true);
+  EXPECT_EQ(MarksOf(session, state), "modified imagesStale timingStale");
 }
 
 TEST_F(StaleCache, IsReplacedByAPlayOfTheCutAndThenCounts) {
@@ -746,8 +734,7 @@ TEST(FilmExport, AFreshCacheIsNotWrittenAgain) {
 // A cut that is open and was changed without a save; the film's entry knows it.
 struct OpenChangedCut : testing::Test {
   OpenChangedCut() {
-    session.Write("a.cut", WideCut().Bytes());
-    OpenFilm(session, {"a.cut"}).Open(session.Path("a.cut")).Command(toggleBlank);
+    OpenFilmOf(session, {{"a.cut", WideCut()}}).Open(session.Path("a.cut")).Command(toggleBlank);
     changed.frames[2].records[1].cell = -1;
   }
   CutFile changed = WideCut();
@@ -761,9 +748,7 @@ TEST_F(OpenChangedCut, IsCompiledAsItStandsInItsWindow) {
   EXPECT_EQ(session.Bytes("a.ca"), Stream(changed));
   EXPECT_EQ(session.Bytes("out.sv"), Container({}, {RecordOf(changed)}, 20, 10));
   EXPECT_EQ(session.Bytes("a.cut"), WideCut().Bytes());
-  EXPECT_EQ(session.Cut(state)["imagesStale"], true);
-  EXPECT_EQ(session.Cut(state)["timingStale"], true);
-  EXPECT_EQ(session.Cut(state)["modified"], true);
+  EXPECT_EQ(MarksOf(session, state), "modified imagesStale timingStale");
 }
 
 TEST_F(OpenChangedCut, IsCompiledForASelectionToo) {
@@ -817,8 +802,7 @@ TEST(FilmExport, ACutThatWasOpenBeforeItsFilmIsReadFromItsFile) {
 
 TEST(FilmExport, DoesNotCommitWhatIsStillInThePanels) {
   ScriptSession session;
-  session.Write("a.cut", WideCut().Bytes());
-  OpenFilm(session, {"a.cut"}).Open(session.Path("a.cut")).Panel(10007, "90");
+  OpenFilmOf(session, {{"a.cut", WideCut()}}).Open(session.Path("a.cut")).Panel(10007, "90");
   Export(session);
   const int state = session.State();
   session.Run();
@@ -828,8 +812,7 @@ TEST(FilmExport, DoesNotCommitWhatIsStillInThePanels) {
 
 TEST(FilmExport, AnOpenCutThatShowsOneLayerIsCompiledSo) {
   ScriptSession session;
-  session.Write("small.cut", SmallCut().Bytes());
-  OpenFilm(session, {"small.cut"}).Open(session.Path("small.cut")).Command(40034);
+  OpenFilmOf(session, {{"small.cut", SmallCut()}}).Open(session.Path("small.cut")).Command(40034);
   Export(session).Run();
   CutFile upper = SmallCut();
   upper.frames[0].records.erase(upper.frames[0].records.begin());
@@ -838,8 +821,7 @@ TEST(FilmExport, AnOpenCutThatShowsOneLayerIsCompiledSo) {
 
 TEST(FilmExport, CompilingSelectsTheCurrentRecordInTheFramesThatDiffer) {
   ScriptSession session;
-  session.Write("a.cut", WideCut().Bytes());
-  OpenFilm(session, {"a.cut"}).Open(session.Path("a.cut")).Select(10004, {0});
+  OpenFilmOf(session, {{"a.cut", WideCut()}}).Open(session.Path("a.cut")).Select(10004, {0});
   const int before = session.State();
   Export(session);
   const int after = session.State();
@@ -1041,8 +1023,7 @@ TEST(FilmExport, AnAntialiasByteOfThreeIsAHalf) {
   ScriptSession session;
   CutFile cut = TallCut();
   cut.antialias = 3;
-  session.Write("a.cut", cut.Bytes());
-  WriteFilm(session, {"a.cut"});
+  WriteFilmOf(session, {{"a.cut", cut}});
   ASSERT_EQ(ConsoleExport(session), 0);
   EXPECT_EQ(session.Bytes("out.sv"), Container({}, {RecordOf(TallCut())}, 10, 13));
 }
@@ -1064,29 +1045,25 @@ TEST(FilmExport, WithoutCutsFailsInTheConsoleProgram) {
 
 TEST(FilmExport, NameWithoutExtensionGetsSv) {
   ScriptSession session;
-  session.Write("a.cut", WideCut().Bytes());
-  OpenFilm(session, {"a.cut"}).File(session.Path("named")).Command(exportFilm).Run();
+  OpenFilmOf(session, {{"a.cut", WideCut()}}).File(session.Path("named")).Command(exportFilm).Run();
   EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut", "film.flm", "named.sv"}));
 }
 
 TEST(FilmExport, CancelWritesNothing) {
   ScriptSession session;
-  session.Write("a.cut", WideCut().Bytes());
-  OpenFilm(session, {"a.cut"}).File("cancel").Command(exportFilm).Run();
+  OpenFilmOf(session, {{"a.cut", WideCut()}}).File("cancel").Command(exportFilm).Run();
   EXPECT_EQ(session.Files(), (Names{"a.cut", "film.flm"}));
 }
 
 TEST(FilmExport, TargetThatCanNotBeOpenedIsSilentAndCompilesNothing) {
   ScriptSession session;
-  session.Write("a.cut", WideCut().Bytes());
-  OpenFilm(session, {"a.cut"}).File(session.Path("nofolder/out.sv")).Command(exportFilm).Run();
+  OpenFilmOf(session, {{"a.cut", WideCut()}}).File(session.Path("nofolder/out.sv")).Command(exportFilm).Run();
   EXPECT_EQ(session.Files(), (Names{"a.cut", "film.flm"}));
 }
 
 TEST(FilmExport, TargetThatCanNotBeOpenedFailsInTheConsoleProgram) {
   ScriptSession session;
-  session.Write("a.cut", WideCut().Bytes());
-  WriteFilm(session, {"a.cut"});
+  WriteFilmOf(session, {{"a.cut", WideCut()}});
   EXPECT_EQ(Console(session, {"export", session.Path("film.flm"), session.Path("nofolder/out.sv")}), 1);
   const std::string errors = session.Bytes("errors.txt");
   EXPECT_NE(errors.find("out.sv"), std::string::npos) << errors;
@@ -1200,8 +1177,7 @@ TEST(PlayedContainer, FilmSmallerThanItsCutsShowsTheirMiddle) {
 
 TEST(PlayedContainer, OneCutOfOneFrameIsAStill) {
   ScriptSession session;
-  session.Write("a.cut", SmallCut().Bytes());
-  WriteFilm(session, {"a.cut"});
+  WriteFilmOf(session, {{"a.cut", SmallCut()}});
   ASSERT_EQ(ConsoleExport(session), 0);
   const Played played(session, "out.sv", 10);
   std::vector<Tick> ticks = TicksOf({}, {SmallCut()}, 1);
@@ -1218,9 +1194,7 @@ TEST(PlayedContainer, TwoCutsOfOneFrameHaveTheirTimesAndRates) {
   CutFile second = Still(2);
   second.fps = 24;
   second.frames[0].time = -3;
-  session.Write("a.cut", first.Bytes());
-  session.Write("b.cut", second.Bytes());
-  WriteFilm(session, {"a.cut", "b.cut"});
+  WriteFilmOf(session, {{"a.cut", first}, {"b.cut", second}});
   ASSERT_EQ(ConsoleExport(session), 0);
   ExpectTicks(Played(session, "out.sv", 12), {}, TicksOf({}, {first, second}, 12));
 }
@@ -1238,9 +1212,7 @@ TEST(PlayedContainer, StopsAtAFrameOfTimeZero) {
   ScriptSession session;
   CutFile last = Still(2);
   last.frames[0].time = 0;
-  session.Write("a.cut", WideCut().Bytes());
-  session.Write("b.cut", last.Bytes());
-  WriteFilm(session, {"a.cut", "b.cut"});
+  WriteFilmOf(session, {{"a.cut", WideCut()}, {"b.cut", last}});
   ASSERT_EQ(ConsoleExport(session), 0);
   const Played played(session, "out.sv", 20);
   ASSERT_EQ(played.lines.size(), 7U);
@@ -1255,9 +1227,7 @@ TEST(PlayedContainer, ALoopAtTheEndOfACutRunsBeforeTheNextCut) {
   CutFile looped = CutFile::Showing({1, 2, 3}, {0, 1, 2});
   looped.frames[1].loop = 3;
   looped.frames[2].loop = 0;
-  session.Write("a.cut", looped.Bytes());
-  session.Write("b.cut", Still(4).Bytes());
-  WriteFilm(session, {"a.cut", "b.cut"});
+  WriteFilmOf(session, {{"a.cut", looped}, {"b.cut", Still(4)}});
   ASSERT_EQ(ConsoleExport(session), 0);
   const Played played(session, "out.sv", 10);
   ASSERT_EQ(played.lines.size(), 10U);
@@ -1363,8 +1333,9 @@ TEST(PlaySelection, OfAnEmptyFilmDoesNothing) {
 
 TEST(PlaySelection, TakesTheTextsOfTheFilmAsTheyAreNow) {
   ScriptSession session;
-  session.Write("a.cut", SmallCut().Bytes());
-  OpenFilm(session, {"a.cut"}).Dialog(110, {"1039=longer title", "1040=", "1002=30", "1001=20"}).Command(40082);
+  OpenFilmOf(session, {{"a.cut", SmallCut()}})
+      .Dialog(110, {"1039=longer title", "1040=", "1002=30", "1001=20"})
+      .Command(40082);
   session.Command(playSelected);
   const int state = session.State();
   const Film film = {.title = "longer title", .author = "", .width = 30, .height = 20};

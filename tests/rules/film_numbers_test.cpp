@@ -6,22 +6,12 @@
 #include <utility>
 #include <vector>
 
-#include "rules/script_session.h"
+#include "rules/film_session.h"
 
+namespace rules {
 namespace {
 
 using nlohmann::json;
-using rules::CutFile;
-using rules::ScriptSession;
-
-using Names = std::vector<std::string>;
-
-const std::string kHead = "title\nauthor\n100, 50\n";
-
-// A numbered cut's file as it is made: of the size that `Numbered` gives, with one frame and no layer.
-CutFile Fresh() {
-  return CutFile::WithoutLayers(1);
-}
 
 CutFile Drawn(const std::string& credit) {
   CutFile file = CutFile::Showing({1, 2}, {0, 1});
@@ -29,62 +19,14 @@ CutFile Drawn(const std::string& credit) {
   return file;
 }
 
-json Film(const ScriptSession& session, int state) {
-  json whole = session.StateAt(state);
-  return whole["film"];
-}
-
-json List(const ScriptSession& session, int state) {
-  json whole = session.StateAt(state);
-  return whole["panels"]["10003"];
-}
-
-std::string WithoutFolder(const ScriptSession& session, const json& name) {
-  if (!name.is_string()) return "(none)";
-  const std::string text = name.get<std::string>();
-  const std::string folder = session.Path("");
-  return text.rfind(folder, 0) == 0 ? text.substr(folder.size()) : text;
-}
-
-Names Entries(const ScriptSession& session, int state) {
-  Names names;
-  json film = Film(session, state);
-  for (json& cut : film["cuts"]) names.push_back(WithoutFolder(session, cut["name"]));
-  return names;
-}
-
-std::vector<bool> OpenFlags(const ScriptSession& session, int state) {
-  std::vector<bool> flags;
-  json film = Film(session, state);
-  for (json& cut : film["cuts"]) flags.push_back(cut["open"] == true);
-  return flags;
-}
-
-Names Lines(const ScriptSession& session, int state) {
-  Names lines;
-  json list = List(session, state);
-  for (json& line : list["lines"]) lines.push_back(line.is_string() ? line.get<std::string>() : "(none)");
-  return lines;
-}
-
-Names WindowPaths(const ScriptSession& session, int state) {
-  Names names;
-  json whole = session.StateAt(state);
-  for (json& cut : whole["cuts"]) names.push_back(WithoutFolder(session, cut["path"]));
-  return names;
-}
-
 // A film with these lines, as bytes; no cut file is made.
 ScriptSession& OpenFilm(ScriptSession& session, const Names& lines) {
-  std::string text = kHead;
-  for (const std::string& line : lines) text.append(line).append("\n");
-  session.Write("film.flm", text);
-  return session.Open(session.Path("film.flm"));
+  return OpenFilmFile(session, FilmText(lines));
 }
 
 // The command with its two dialogs, of a cut of 8 by 3 without a layer.
 ScriptSession& Numbered(ScriptSession& session, int command = 40115) {
-  return session.Dialog(107, {"1002=8", "1001=3", "1055=on"}).Dialog(106, {}, "cancel").Command(command);
+  return NumberedCut(session, {"1002=8", "1001=3", "1055=on"}, command);
 }
 
 TEST(CutNumbers, ThirtyCutsOneBehindTheOther) {
@@ -95,14 +37,14 @@ TEST(CutNumbers, ThirtyCutsOneBehindTheOther) {
   session.Command(40119).Run();
   Names entries = {"c1.cut"};
   Names files;
-  std::string text = kHead + "c1.cut\n";
+  std::string text = kFilmHead + "c1.cut\n";
   for (int i = 2; i <= 31; ++i) {
     std::string name = i < 10 ? "c00" : "c0";
     name.append(std::to_string(i)).append(".cut");
     entries.push_back(name);
     files.push_back(name);
     text.append(name).append("\n");
-    EXPECT_EQ(session.Bytes(name), Fresh().Bytes()) << name;
+    EXPECT_EQ(session.Bytes(name), PlainCut().Bytes()) << name;
   }
   EXPECT_EQ(WindowPaths(session, state), files);
   entries.emplace_back("end.cut");
@@ -202,7 +144,7 @@ TEST_P(NextNumber, IsTheNameOfTheNewFile) {
   EXPECT_EQ(entries[1], GetParam().next);
   EXPECT_EQ(session.Cut(state)["path"], session.Path(GetParam().next));
   EXPECT_EQ(session.Cut(state)["title"], GetParam().next);
-  EXPECT_EQ(session.Bytes(GetParam().next), Fresh().Bytes());
+  EXPECT_EQ(session.Bytes(GetParam().next), PlainCut().Bytes());
   EXPECT_EQ(session.Files().size(), 2U);
 }
 
@@ -210,16 +152,17 @@ INSTANTIATE_TEST_SUITE_P(Plain, NextNumber,
                          testing::Values(Step{"c0.cut", "c001.cut"}, Step{"c000.cut", "c001.cut"},
                                          Step{"c009.cut", "c010.cut"}, Step{"c99.cut", "c100.cut"},
                                          Step{"c099.cut", "c100.cut"}, Step{"c0000007.cut", "c008.cut"},
-                                         Step{"c998.cut", "c999.cut"}, Step{"5a.cut", "5a001.cut"},
-                                         Step{"c5a7.cut", "c5a008.cut"}, Step{"c 7.cut", "c 008.cut"},
-                                         Step{"c-7.cut", "c-008.cut"}, Step{"c.7.cut", "c.008.cut"},
-                                         Step{"c7.CUT", "c008.CUT"}, Step{"c7.dat", "c008.dat"}, Step{"c7", "c008"}));
+                                         Step{"c998.cut", "c999.cut"}, Step{"abc.cut", "abc001.cut"},
+                                         Step{"5a.cut", "5a001.cut"}, Step{"c5a7.cut", "c5a008.cut"},
+                                         Step{"c 7.cut", "c 008.cut"}, Step{"c-7.cut", "c-008.cut"},
+                                         Step{"c.7.cut", "c.008.cut"}, Step{"c7.CUT", "c008.CUT"},
+                                         Step{"c7.dat", "c008.dat"}, Step{"c7", "c008"}));
 
 // The whole name is digits, or empty: the new text loses its first character.
 INSTANTIATE_TEST_SUITE_P(Digits, NextNumber,
-                         testing::Values(Step{"8.cut", "09.cut"}, Step{"09.cut", "10.cut"}, Step{"98.cut", "99.cut"},
-                                         Step{"99.cut", "00.cut"}, Step{"199.cut", "00.cut"}, Step{"00.cut", "01.cut"},
-                                         Step{"998.cut", "99.cut"}, Step{".cut", "01.cut"}));
+                         testing::Values(Step{"8.cut", "09.cut"}, Step{"007.cut", "08.cut"}, Step{"09.cut", "10.cut"},
+                                         Step{"98.cut", "99.cut"}, Step{"99.cut", "00.cut"}, Step{"199.cut", "00.cut"},
+                                         Step{"00.cut", "01.cut"}, Step{"998.cut", "99.cut"}, Step{".cut", "01.cut"}));
 
 // A second byte is no digit, and a backslash ahead of the digits is no end of the folder.
 INSTANTIATE_TEST_SUITE_P(ShiftJis, NextNumber,
@@ -265,7 +208,7 @@ TEST(NumberedCutFolder, IsThatOfTheEntryAtTheCaret) {
   // A number is taken in its own folder alone.
   session.Write("work/film/c002.cut", "taken");
   session.Write("work/beside/c003.cut", "taken");
-  session.Write("work/film/film.flm", kHead + "c1.cut\n\x95\x5C/c1.cut\n../c1.cut\n../beside/c002.cut\n");
+  session.Write("work/film/film.flm", kFilmHead + "c1.cut\n\x95\x5C/c1.cut\n../c1.cut\n../beside/c002.cut\n");
   session.Open(session.Path("work/film/film.flm"));
   for (const int line : {3, 2, 1, 0}) {
     session.Select(10003, {line});
@@ -277,11 +220,11 @@ TEST(NumberedCutFolder, IsThatOfTheEntryAtTheCaret) {
             (Names{"work/film/c1.cut", "work/film/c003.cut", "work/film/表/c1.cut", "work/film/表/c002.cut",
                    "work/c1.cut", "work/c002.cut", "work/beside/c002.cut", "work/beside/c004.cut"}));
   EXPECT_EQ(session.Bytes("work/film/film.flm"),
-            kHead +
+            kFilmHead +
                 "c1.cut\nc003.cut\n\x95\x5C/c1.cut\n\x95\x5C/c002.cut\n../c1.cut\n../c002.cut\n../beside/c002.cut\n"
                 "../beside/c004.cut\n");
   for (const char* name : {"work/film/c003.cut", "work/film/表/c002.cut", "work/c002.cut", "work/beside/c004.cut"}) {
-    EXPECT_EQ(session.Bytes(name), Fresh().Bytes()) << name;
+    EXPECT_EQ(session.Bytes(name), PlainCut().Bytes()) << name;
   }
   EXPECT_EQ(session.Bytes("work/film/c002.cut"), "taken");
   EXPECT_EQ(session.Bytes("work/beside/c003.cut"), "taken");
@@ -301,7 +244,7 @@ TEST(NumberedCutFolder, ThatDoesNotExistHasNoFileButTheCutIsThere) {
   EXPECT_EQ(Entries(session, saved), (Names{"none/c1.cut", "none/c002.cut"}));
   EXPECT_EQ(OpenFlags(session, saved), (std::vector<bool>{false, true}));
   EXPECT_EQ(session.Files(), (Names{"c.cut", "film.flm"}));
-  EXPECT_EQ(session.Bytes("c.cut"), Fresh().Bytes());
+  EXPECT_EQ(session.Bytes("c.cut"), PlainCut().Bytes());
 }
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -336,10 +279,10 @@ TEST(NumberLimit, WorkUpToItAndPastIt) {
   CutFile last = CutFile::Showing({0}, {0});
   last.frames[0].comment = "last";
   EXPECT_EQ(session.Bytes("表999.cut"), last.Bytes());
-  EXPECT_EQ(session.Bytes("表998.cut"), Fresh().Bytes());
+  EXPECT_EQ(session.Bytes("表998.cut"), PlainCut().Bytes());
   EXPECT_EQ(session.Bytes("表997.cut"), Drawn("997").Bytes());
   EXPECT_EQ(session.Files(), (Names{"film.flm", "表997.cut", "表998.cut", "表999.cut"}));
-  EXPECT_EQ(session.Bytes("film.flm"), kHead +
+  EXPECT_EQ(session.Bytes("film.flm"), kFilmHead +
                                            "\x95\x5C"
                                            "997.cut\n\x95\x5C"
                                            "998.cut\n\x95\x5C"
@@ -376,7 +319,7 @@ TEST_P(NumberPastTheLimit, LeavesThePathAndGoesOverTheFileOfTheEntry) {
   const bool added = command == 40115;
   EXPECT_EQ(OpenFlags(session, made), (std::vector<bool>{false, !added, added, false}));
   EXPECT_EQ(OpenFlags(session, opened), (std::vector<bool>{false, true, true, false}));
-  EXPECT_EQ(session.Bytes(full.name), Fresh().Bytes());
+  EXPECT_EQ(session.Bytes(full.name), PlainCut().Bytes());
   for (const std::string& name : full.taken) EXPECT_EQ(session.Bytes(name), "taken") << name;
   EXPECT_EQ(session.Files().size(), 2U + full.taken.size());
 }
@@ -422,7 +365,7 @@ TEST(NumberLimit, RenameOfTheDoubledCutGoesToBothEntriesAndOneWindow) {
   EXPECT_EQ(WindowPaths(session, renamed), (Names{"c999.cut", "new.cut"}));
   EXPECT_EQ(session.Files(), (Names{"c999.cut", "film.flm", "new.cut"}));
   EXPECT_EQ(session.Bytes("c999.cut"), Drawn("old").Bytes());
-  EXPECT_EQ(session.Bytes("new.cut"), Fresh().Bytes());
+  EXPECT_EQ(session.Bytes("new.cut"), PlainCut().Bytes());
 }
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -431,11 +374,11 @@ TEST(NumberLimit, RenameOfTheDoubledCutGoesToBothEntriesAndOneWindow) {
 TEST(NumberedCutDialog, RemembersFromCutToCutAndWritesNoSettings) {
   ScriptSession session;
   OpenFilm(session, {"c001.cut"});
-  session.Dialog(107, {"1002=20", "1001=10", "1041=12", "1056=on", "1037=Me"}).Dialog(106, {}, "cancel");
-  session.Command(40115).Dialog(107, {"1002=30"}).Dialog(106, {}, "cancel").Command(40116);
+  NumberedCut(session, {"1002=20", "1001=10", "1041=12", "1056=on", "1037=Me"});
+  NumberedCut(session, {"1002=30"}, 40116);
   const int state = session.State();
   session.Run();
-  CutFile first = Fresh();
+  CutFile first = PlainCut();
   first.width = first.frameWidth = 20;
   first.height = first.frameHeight = 10;
   first.fps = 12;
@@ -452,8 +395,8 @@ TEST(NumberedCutDialog, RemembersFromCutToCutAndWritesNoSettings) {
 TEST(NumberedCutDialog, IsNotThatOfTheNewCutSettings) {
   ScriptSession session;
   session.SetSettings("[OnNewCut]\r\nwidth=50\r\nheight=40\r\nfps=12\r\nanti=1\r\ncredit=Someone\r\n");
-  OpenFilm(session, {"c001.cut"}).Dialog(107, {}).Dialog(106, {}, "cancel").Command(40115).Run();
-  CutFile file = Fresh();
+  NumberedCut(OpenFilm(session, {"c001.cut"})).Run();
+  CutFile file = PlainCut();
   file.width = file.frameWidth = 960;
   file.height = file.frameHeight = 720;
   file.antialias = 2;
@@ -481,7 +424,7 @@ TEST(NumberedCutDialog, LosesItsLayerWhenTheCutIsClosedUnsaved) {
   session.Run();
   EXPECT_EQ(session.Cut(state)["path"], session.Path("c002.cut"));
   EXPECT_EQ(session.Cut(state)["layers"].size(), 0U);
-  EXPECT_EQ(session.Bytes("c002.cut"), Fresh().Bytes());
+  EXPECT_EQ(session.Bytes("c002.cut"), PlainCut().Bytes());
 }
 
 class NumberedCutWithoutFilm : public testing::TestWithParam<int> {};
@@ -490,13 +433,13 @@ class NumberedCutWithoutFilm : public testing::TestWithParam<int> {};
 TEST_P(NumberedCutWithoutFilm, StartsTheCountWithTheNameThatIsGiven) {
   ScriptSession session;
   session.Dialog(107, {"1002=8", "1001=3"}).Dialog(106, {"1000=A"}).File(session.Path("c7")).Command(GetParam());
-  session.Dialog(107, {}).Dialog(106, {}, "cancel").Command(40115);
+  NumberedCut(session);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), (Names{"c7.cut", "c008.cut"}));
   EXPECT_EQ(OpenFlags(session, state), (std::vector<bool>{true, true}));
   EXPECT_EQ(session.Bytes("c7.cut"), CutFile::Showing({0}, {0}).Bytes());
-  EXPECT_EQ(session.Bytes("c008.cut"), Fresh().Bytes());
+  EXPECT_EQ(session.Bytes("c008.cut"), PlainCut().Bytes());
   EXPECT_EQ(session.Setting("OnNewCut", "width"), "8");
 }
 
@@ -513,3 +456,4 @@ TEST(NumberedCutInNoFilm, CancelledWithNoCutOpenDoesNothing) {
 }
 
 }  // namespace
+}  // namespace rules

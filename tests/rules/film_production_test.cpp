@@ -10,15 +10,13 @@
 #include <string_view>
 #include <vector>
 
-#include "rules/script_session.h"
+#include "rules/film_session.h"
 
+namespace rules {
 namespace {
 
 using nlohmann::json;
-using rules::CutFile;
-using rules::ScriptSession;
 
-using Names = std::vector<std::string>;
 // Paths under a folder and the bytes of the files there.
 using Tree = std::map<std::string, std::string>;
 
@@ -54,10 +52,6 @@ std::string Stored(std::string_view shown) {
   return bytes;
 }
 
-CutFile Plain() {
-  return CutFile::WithoutLayers(1);
-}
-
 void MakeFolder(const ScriptSession& session, std::string_view name) {
   std::error_code failure;
   std::filesystem::create_directories(session.Path(name), failure);
@@ -88,80 +82,20 @@ void ExpectTree(const Tree& actual, const Tree& expected) {
   for (const auto& [name, bytes] : expected) EXPECT_EQ(actual.at(name), bytes) << name;
 }
 
-json Film(const ScriptSession& session, int state) {
-  json whole = session.StateAt(state);
-  return whole["film"];
-}
-
-json Windows(const ScriptSession& session, int state) {
-  json whole = session.StateAt(state);
-  return whole["cuts"];
-}
-
-std::string WithoutFolder(const ScriptSession& session, const json& name) {
-  if (!name.is_string()) return "(none)";
-  const std::string text = name.get<std::string>();
-  const std::string folder = session.Path("");
-  return text.rfind(folder, 0) == 0 ? text.substr(folder.size()) : text;
-}
-
-Names Entries(const ScriptSession& session, int state) {
-  Names names;
-  json film = Film(session, state);
-  for (json& cut : film["cuts"]) names.push_back(WithoutFolder(session, cut["name"]));
-  return names;
-}
-
-std::vector<bool> OpenFlags(const ScriptSession& session, int state) {
-  std::vector<bool> flags;
-  json film = Film(session, state);
-  for (json& cut : film["cuts"]) flags.push_back(cut["open"] == true);
-  return flags;
-}
-
-// The files of the open windows, in the order of opening.
-Names WindowPaths(const ScriptSession& session, int state) {
-  Names names;
-  json windows = Windows(session, state);
-  for (json& cut : windows) names.push_back(WithoutFolder(session, cut["path"]));
-  return names;
-}
-
-json List(const ScriptSession& session, int state) {
-  json whole = session.StateAt(state);
-  return whole["panels"]["10003"];
-}
-
-Names Lines(const ScriptSession& session, int state) {
-  Names lines;
-  json list = List(session, state);
-  for (json& line : list["lines"]) lines.push_back(line.is_string() ? line.get<std::string>() : "(none)");
-  return lines;
-}
-
-std::string FrameTitle(const ScriptSession& session, int state) {
-  json whole = session.StateAt(state);
-  json title = whole["frame"]["title"];
-  return title.is_string() ? title.get<std::string>() : "(none)";
-}
-
-const std::string kHead = "title\nauthor\n100, 50\n";
-
-// A film of these cuts in the session's folder, each with a cut file that differs from the others by its credit.
 CutFile Credited(const std::string& credit) {
-  CutFile file = Plain();
+  CutFile file = PlainCut();
   file.credit = credit;
   return file;
 }
 
+// A film of these cuts in the session's folder, each with a cut file that differs from the others by its credit.
 ScriptSession& OpenFilm(ScriptSession& session, const Names& cuts) {
-  std::string text = kHead;
+  Names lines;
   for (const std::string& cut : cuts) {
-    text.append(Stored(cut)).append("\n");
+    lines.push_back(Stored(cut));
     session.Write(cut, Credited(Stored(cut)).Bytes());
   }
-  session.Write("film.flm", text);
-  return session.Open(session.Path("film.flm"));
+  return OpenFilmFile(session, FilmText(lines));
 }
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -202,7 +136,7 @@ std::string FileOf(const Row& row) {
   return std::string(kRealFolders[row.folder]).append(row.name).append(".cut");
 }
 
-std::string FilmText(const FolderNames& prefixes) {
+std::string TextOfRows(const FolderNames& prefixes) {
   std::string text = Stored("題ソ\n作者\n640, 480\n");
   for (const Row& row : Rows()) text.append(Stored(std::string(prefixes[row.folder]) + row.name)).append(".cut\n");
   return text;
@@ -215,7 +149,7 @@ class FilmOfThirtyCuts : public testing::Test {
       if (i != kNowhere) MakeFolder(session, kRealFolders[i]);
     }
     MakeFolder(session, "work/渡");
-    session.Write(kFilm, FilmText(kFromOwn));
+    session.Write(kFilm, TextOfRows(kFromOwn));
     std::set<std::string> written;
     for (size_t i = 0; i < Rows().size(); ++i) {
       const Row& row = Rows()[i];
@@ -302,7 +236,7 @@ TEST_P(FilmSavedElsewhere, HasItsLinesRelativeToTheNewFolderAndOpensAgain) {
   EXPECT_EQ(FrameTitle(session, saved), "Sorvel Developer - " + name);
   EXPECT_EQ(FrameTitle(session, opened), "Sorvel Developer - " + name);
   Tree after = before;
-  after[place.film] = FilmText(place.prefixes);
+  after[place.film] = TextOfRows(place.prefixes);
   after["映画/本編/back.flm"] = before.at(kFilmInWork);
   ExpectTree(TreeOf(session, "work"), after);
 }
@@ -496,7 +430,7 @@ TEST_F(FilmOfThirtyCuts, DeletesWithAndWithoutTheFiles) {
 }
 
 TEST_F(FilmOfThirtyCuts, DeletingAllLeavesWhatTheFilmDoesNotName) {
-  session.Write("work/映画/本編/空004.cut", Plain().Bytes());
+  session.Write("work/映画/本編/空004.cut", PlainCut().Bytes());
   session.Write("work/映画/本編/空001.lyr", "layer");
   session.Write("work/映画/素材/予.ca", "stream");
   std::vector<int> all;
@@ -514,7 +448,7 @@ TEST_F(FilmOfThirtyCuts, DeletingAllLeavesWhatTheFilmDoesNotName) {
   }
   EXPECT_EQ(Film(session, state)["modified"], true);
   ExpectTree(TreeOf(session, "work"), Tree{{kFilmInWork, Stored("題ソ\n作者\n640, 480\n")},
-                                           {"映画/本編/空004.cut", Plain().Bytes()},
+                                           {"映画/本編/空004.cut", PlainCut().Bytes()},
                                            {"映画/本編/空001.lyr", "layer"}});
 }
 
@@ -559,7 +493,7 @@ class ThreeDays : public testing::Test {
     session.Dialog(107, {}).Dialog(106, {"1000=B"}).Command(40115);
     session.Panel(10002, "3").Panel(10006, "表").Command(40004).Command(40088);
     // A third one ahead of the first, without a layer.
-    session.Select(10003, {0}).Dialog(107, {}).Dialog(106, {}, "cancel").Command(40116);
+    NumberedCut(session.Select(10003, {0}), {}, 40116);
     // A cut from stock behind the second; it gets a comment, which is asked about at the end.
     session.Open(session.Path("work/素材/能.cut")).Select(10003, {2}).Command(40047).Panel(10006, "予");
   }
@@ -594,7 +528,7 @@ TEST_F(ThreeDays, FirstDayMakesTheFilm) {
       Tree{{"映画/本編/表.flm", kTitle + Stored("\n作者\n8, 3\n構003.cut\n構001.cut\n構002.cut\n../../素材/能.cut\n")},
            {"映画/本編/構001.cut", First().Bytes()},
            {"映画/本編/構002.cut", Second().Bytes()},
-           {"映画/本編/構003.cut", Plain().Bytes()},
+           {"映画/本編/構003.cut", PlainCut().Bytes()},
            {"素材/能.cut", StockWithComment().Bytes()}});
 }
 
@@ -606,7 +540,7 @@ TEST_F(ThreeDays, AnswersOfNoAtTheExitLoseWhatWasNotSaved) {
   ExpectTree(TreeOf(session, "work"), Tree{{"映画/本編/表.flm", kTitle + Stored("\n作者\n8, 3\n構001.cut\n")},
                                            {"映画/本編/構001.cut", First().Bytes()},
                                            {"映画/本編/構002.cut", Second().Bytes()},
-                                           {"映画/本編/構003.cut", Plain().Bytes()},
+                                           {"映画/本編/構003.cut", PlainCut().Bytes()},
                                            {"素材/能.cut", Stock().Bytes()}});
 }
 
@@ -703,7 +637,7 @@ TEST(FilmEntries, CutAddedTwiceLeavesASelectionThatHoldsItsFirstLine) {
 
 TEST(FilmEntries, AddedLineIsTheOnlySelectedOne) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut", "c.cut"}).OpenCut("表.cut", Plain());
+  OpenFilm(session, {"a.cut", "b.cut", "c.cut"}).OpenCut("表.cut", PlainCut());
   session.Select(10003, {2, 0}).Command(40047);
   const int state = session.State();
   session.Run();
@@ -780,8 +714,7 @@ INSTANTIATE_TEST_SUITE_P(Film, CutForTheFilm, testing::Values(40047, 40048));
 
 TEST(FilmEntries, RemovedOneByOneAndAddedAgain) {
   ScriptSession session;
-  session.Write("film.flm", kHead + "a.cut\nb.cut\na.cut\n");
-  session.Open(session.Path("film.flm")).OpenCut("a.cut", Plain()).Command(40049);
+  OpenFilmFile(session, kFilmHead + "a.cut\nb.cut\na.cut\n").OpenCut("a.cut", PlainCut()).Command(40049);
   const int one = session.State();
   session.Command(40049);
   const int two = session.State();
@@ -790,8 +723,8 @@ TEST(FilmEntries, RemovedOneByOneAndAddedAgain) {
   EXPECT_EQ(Lines(session, one), (Names{"b", "a"}));
   EXPECT_EQ(Entries(session, two), Names{"b.cut"});
   EXPECT_EQ(Lines(session, two), Names{"b"});
-  EXPECT_EQ(session.Bytes("film.flm"), kHead + "a.cut\nb.cut\n");
-  EXPECT_EQ(session.Bytes("a.cut"), Plain().Bytes());
+  EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + "a.cut\nb.cut\n");
+  EXPECT_EQ(session.Bytes("a.cut"), PlainCut().Bytes());
 }
 
 TEST(FilmEntries, LeavesANewFilmWithoutLinesAndItsWindowsOpen) {
@@ -804,7 +737,7 @@ TEST(FilmEntries, LeavesANewFilmWithoutLinesAndItsWindowsOpen) {
   EXPECT_EQ(Entries(session, state), Names{});
   EXPECT_EQ(WindowPaths(session, state), Names{"b.cut"});
   EXPECT_EQ(session.Bytes("new.flm"), "\n\n320, 240\nb.cut\n");
-  EXPECT_EQ(session.Bytes("film.flm"), kHead + "a.cut\nb.cut\n");
+  EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + "a.cut\nb.cut\n");
 }
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -880,9 +813,9 @@ TEST(FilmLink, DeleteInAFilmOpenedAgainLeavesTheWindow) {
 
 TEST(FilmLink, IsByTheBytesOfThePath) {
   ScriptSession session;
-  session.Write("film.flm", kHead + "./a.cut\nA.cut\na.cut\n");
+  session.Write("film.flm", FilmText({"./a.cut", "A.cut", "a.cut"}));
   session.Write("A.cut", Credited("upper").Bytes());
-  session.Open(session.Path("film.flm")).OpenCut("a.cut", Plain());
+  session.Open(session.Path("film.flm")).OpenCut("a.cut", PlainCut());
   const int opened = session.State();
   session.DoubleClick(10003, 0);
   const int clicked = session.State();
@@ -996,7 +929,7 @@ TEST(FilmRename, ToAnEmptyNameLeavesTheExtension) {
     EXPECT_EQ(Lines(session, state), Names{""});
   }
   EXPECT_EQ(session.Files(), (Names{".cut", "film.flm"}));
-  EXPECT_EQ(session.Bytes("film.flm"), kHead + ".cut\n");
+  EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + ".cut\n");
 }
 
 TEST(FilmRename, NameMayHoldADot) {
@@ -1007,7 +940,7 @@ TEST(FilmRename, NameMayHoldADot) {
   session.Run();
   EXPECT_EQ(Lines(session, state), Names{"表.2"});
   EXPECT_EQ(session.Files(), (Names{"film.flm", "表.2.cut"}));
-  EXPECT_EQ(session.Bytes("film.flm"), kHead + Stored("表.2.cut\n"));
+  EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + Stored("表.2.cut\n"));
 }
 
 TEST(FilmRename, IntoAFolderMovesTheFile) {
@@ -1024,13 +957,13 @@ TEST(FilmRename, IntoAFolderMovesTheFile) {
   EXPECT_EQ(Lines(session, opened), Names{"ソ"});
   EXPECT_FALSE(session.Exists("a.cut"));
   EXPECT_EQ(session.Bytes("表/ソ.cut"), Credited("a.cut").Bytes());
-  EXPECT_EQ(session.Bytes("film.flm"), kHead + Stored("表/ソ.cut\n"));
+  EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + Stored("表/ソ.cut\n"));
 }
 
 TEST(FilmRename, ToTheSameNameOfACutThatIsListedTwiceAsksOnceAndChangesNothing) {
   ScriptSession session;
   OpenFilm(session, {"表.cut"});
-  session.Write("film.flm", kHead + Stored("表.cut\n表.cut\n"));
+  session.Write("film.flm", kFilmHead + Stored("表.cut\n表.cut\n"));
   session.Select(10003, {0}).Dialog(126, {"1058=表"}).Command(40118);
   const int state = session.State();
   session.Run();
@@ -1047,7 +980,7 @@ TEST(FilmRename, ChangesTheFilmFileOnlyWhenTheFilmIsSaved) {
   session.DoubleClick(10003, 0);
   const int clicked = session.State();
   session.Run();
-  EXPECT_EQ(session.Bytes("film.flm"), kHead + "a.cut\n");
+  EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + "a.cut\n");
   EXPECT_EQ(Entries(session, state), Names{"a.cut"});
   EXPECT_EQ(Windows(session, clicked).size(), 0U);
   EXPECT_EQ(session.Files(), (Names{"b.cut", "film.flm"}));
@@ -1058,8 +991,9 @@ TEST(FilmRename, ChangesTheFilmFileOnlyWhenTheFilmIsSaved) {
 
 TEST(FilmDelete, OfOneOfTwoEntriesOfAnOpenCutLeavesTheOtherClosed) {
   ScriptSession session;
-  session.Write("film.flm", kHead + Stored("表.cut\nb.cut\n表.cut\n"));
-  session.Open(session.Path("film.flm")).OpenCut("表.cut", CutFile::Showing({1}, {0})).Command(40060);
+  OpenFilmFile(session, kFilmHead + Stored("表.cut\nb.cut\n表.cut\n"))
+      .OpenCut("表.cut", CutFile::Showing({1}, {0}))
+      .Command(40060);
   session.Select(10003, {2}).Answer("yes").Command(40117);
   const int deleted = session.State();
   session.DoubleClick(10003, 0);
@@ -1075,8 +1009,9 @@ TEST(FilmDelete, OfOneOfTwoEntriesOfAnOpenCutLeavesTheOtherClosed) {
 
 TEST(FilmDelete, OfBothEntriesOfAnOpenCut) {
   ScriptSession session;
-  session.Write("film.flm", kHead + Stored("表.cut\nb.cut\n表.cut\n"));
-  session.Open(session.Path("film.flm")).OpenCut("表.cut", CutFile::Showing({1}, {0})).Command(40060);
+  OpenFilmFile(session, kFilmHead + Stored("表.cut\nb.cut\n表.cut\n"))
+      .OpenCut("表.cut", CutFile::Showing({1}, {0}))
+      .Command(40060);
   session.Select(10003, {0, 2}).Answer("yes").Command(40117);
   const int state = session.State();
   session.Command(40119).Run();
@@ -1084,7 +1019,7 @@ TEST(FilmDelete, OfBothEntriesOfAnOpenCut) {
   EXPECT_EQ(Lines(session, state), Names{"b"});
   EXPECT_EQ(Windows(session, state).size(), 0U);
   EXPECT_EQ(session.Files(), Names{"film.flm"});
-  EXPECT_EQ(session.Bytes("film.flm"), kHead + "b.cut\n");
+  EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + "b.cut\n");
 }
 
 class DeleteBesideOpenCuts : public testing::TestWithParam<int> {};
@@ -1115,7 +1050,7 @@ INSTANTIATE_TEST_SUITE_P(Film, DeleteBesideOpenCuts, testing::Range(0, 4));
 
 TEST(FilmDelete, OfTheFilmsAllOpenCutsClosesEveryWindowOfThem) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut", "表.cut", "c.cut"}).OpenCut("other.cut", Plain());
+  OpenFilm(session, {"a.cut", "表.cut", "c.cut"}).OpenCut("other.cut", PlainCut());
   for (const char* name : {"a.cut", "表.cut", "c.cut"}) session.Open(session.Path(name));
   session.Select(10003, {0, 1, 2}).Answer("yes").Command(40117);
   const int state = session.State();
@@ -1140,9 +1075,9 @@ TEST(FilmDelete, WithoutTheFileTheOpenCutCanBeAddedAgain) {
 
 TEST(FilmDelete, OfACutWithAnotherExtensionTakesTheStreamOfItsName) {
   ScriptSession session;
-  session.Write("film.flm", kHead + Stored("表.dat\n"));
-  session.Write("表.dat", Plain().Bytes());
-  session.Write("表.cut", Plain().Bytes());
+  session.Write("film.flm", kFilmHead + Stored("表.dat\n"));
+  session.Write("表.dat", PlainCut().Bytes());
+  session.Write("表.cut", PlainCut().Bytes());
   session.Write("表.ca", "stream");
   session.Open(session.Path("film.flm")).Answer("yes").Command(40117).Run();
   EXPECT_EQ(session.Files(), (Names{"film.flm", "表.cut"}));
@@ -1157,7 +1092,7 @@ TEST(FilmExtract, WithNothingSelectedHasTheHeadAlone) {
   OpenFilm(session, {"a.cut"}).Answer("no").Command(40117);
   session.File(target.Path("表")).Command(40134).Run();
   EXPECT_EQ(target.Files(), Names{"表.flm"});
-  EXPECT_EQ(target.Bytes("表.flm"), kHead);
+  EXPECT_EQ(target.Bytes("表.flm"), kFilmHead);
 }
 
 TEST(FilmExtract, OverAnOldFilmAndOldCutsReplacesThem) {
@@ -1168,7 +1103,7 @@ TEST(FilmExtract, OverAnOldFilmAndOldCutsReplacesThem) {
   target.Write("b.cut", "stays");
   OpenFilm(session, {"表.cut", "b.cut"}).Select(10003, {0}).File(target.Path("x.flm")).Command(40134).Run();
   EXPECT_EQ(target.Files(), (Names{"b.cut", "x.flm", "表.cut"}));
-  EXPECT_EQ(target.Bytes("x.flm"), kHead + Stored("表.cut\n"));
+  EXPECT_EQ(target.Bytes("x.flm"), kFilmHead + Stored("表.cut\n"));
   EXPECT_EQ(target.Bytes("表.cut"), Credited(Stored("表.cut")).Bytes());
   EXPECT_EQ(target.Bytes("b.cut"), "stays");
 }
@@ -1177,10 +1112,9 @@ TEST(FilmExtract, OverAnOldFilmAndOldCutsReplacesThem) {
 TEST(FilmExtract, MissingCutLeavesAnEmptyFile) {
   ScriptSession session;
   ScriptSession target;
-  session.Write("film.flm", kHead + Stored("表.cut\n"));
-  session.Open(session.Path("film.flm")).File(target.Path("x.flm")).Command(40134).Run();
+  OpenFilmFile(session, kFilmHead + Stored("表.cut\n")).File(target.Path("x.flm")).Command(40134).Run();
   EXPECT_EQ(target.Files(), (Names{"x.flm", "表.cut"}));
-  EXPECT_EQ(target.Bytes("x.flm"), kHead + Stored("表.cut\n"));
+  EXPECT_EQ(target.Bytes("x.flm"), kFilmHead + Stored("表.cut\n"));
   EXPECT_EQ(target.Bytes("表.cut"), "");
 }
 
@@ -1206,7 +1140,7 @@ TEST(FilmExtract, TakesTheTitlesOfTheFilmAsItIsNow) {
   session.Run();
   EXPECT_EQ(target.Bytes("x.flm"), Stored("表\nソ\n7, 50\na.cut\n"));
   EXPECT_EQ(Film(session, state)["modified"], true);
-  EXPECT_EQ(session.Bytes("film.flm"), kHead + "a.cut\n");
+  EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + "a.cut\n");
 }
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -1229,8 +1163,7 @@ TEST(FilmFile, TitleOf255BytesComesBack) {
 TEST(FilmFile, LongerTitleSplitsAndShiftsWhatFollows) {
   ScriptSession session;
   const std::string title = std::string(255, 't') + "!" + std::string(44, 'u');
-  session.Write("film.flm", title + "\n12, 34\n100, 50\na.cut\n");
-  session.Open(session.Path("film.flm"));
+  OpenFilmFile(session, title + "\n12, 34\n100, 50\na.cut\n");
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Film(session, state)["title"], std::string(255, 't'));
@@ -1254,25 +1187,23 @@ TEST(FilmFile, SizeThatDoesNotParseStaysThatOfTheFilmBefore) {
 
 TEST(FilmFile, BlankLinesAndAMissingLastNewlineAreGoneAfterASave) {
   ScriptSession session;
-  session.Write("film.flm", kHead + Stored("\n\n表.cut\n\nソ/能.cut\n\n\n../十.cut"));
-  session.Open(session.Path("film.flm")).Command(40119);
+  OpenFilmFile(session, kFilmHead + Stored("\n\n表.cut\n\nソ/能.cut\n\n\n../十.cut")).Command(40119);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Lines(session, state), (Names{"表", "能", "十"}));
-  EXPECT_EQ(session.Bytes("film.flm"), kHead + Stored("表.cut\nソ/能.cut\n../十.cut\n"));
+  EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + Stored("表.cut\nソ/能.cut\n../十.cut\n"));
 }
 
 TEST(FilmFile, WayUpInTheMiddleOfALineStays) {
   ScriptSession session;
   MakeFolder(session, "表");
-  session.Write("a.cut", Plain().Bytes());
-  session.Write("film.flm", kHead + Stored("表/../a.cut\n"));
-  session.Open(session.Path("film.flm")).DoubleClick(10003, 0).Command(40119);
+  session.Write("a.cut", PlainCut().Bytes());
+  OpenFilmFile(session, kFilmHead + Stored("表/../a.cut\n")).DoubleClick(10003, 0).Command(40119);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), Names{"表/../a.cut"});
   EXPECT_EQ(session.Cut(state)["path"], session.Path("表/../a.cut"));
-  EXPECT_EQ(session.Bytes("film.flm"), kHead + Stored("表/../a.cut\n"));
+  EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + Stored("表/../a.cut\n"));
 }
 
 // A line that leads up to the root has nothing left that could be cut.
@@ -1283,8 +1214,8 @@ TEST(FilmFile, LineThatLeadsUpToTheRootIsAnEmptyName) {
   for (const char character : path.substr(1)) {
     if (character == '/') way.append("../");
   }
-  session.Write("film.flm", kHead + way + "a.cut\nb.cut\n");
-  session.Write("b.cut", Plain().Bytes());
+  session.Write("film.flm", kFilmHead + way + "a.cut\nb.cut\n");
+  session.Write("b.cut", PlainCut().Bytes());
   session.Open(path).DoubleClick(10003, 0);
   const int state = session.State();
   session.DoubleClick(10003, 1);
@@ -1304,9 +1235,9 @@ TEST(FilmFile, OfAFolderFarAwayLeadsThereAndBack) {
   const int state = session.State();
   session.Run();
   const std::string folder = session.Path("").substr(session.Path("").rfind('/', session.Path("").size() - 2) + 1);
-  EXPECT_EQ(target.Bytes("ソ.flm"), kHead + "../" + folder + Stored("表.cut\n"));
+  EXPECT_EQ(target.Bytes("ソ.flm"), kFilmHead + "../" + folder + Stored("表.cut\n"));
   EXPECT_EQ(session.Cut(state)["path"], session.Path("表.cut"));
-  EXPECT_EQ(session.Bytes("film.flm"), kHead + Stored("表.cut\n"));
+  EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + Stored("表.cut\n"));
 }
 
 TEST(FilmFile, YesToTheQuestionBeforeAnotherFilmSavesToTheFilmsOwnPath) {
@@ -1328,7 +1259,7 @@ TEST(FilmFile, SaveUnderAnotherNameLeavesTheOldFileAndGoesOnWithTheNew) {
   session.File(session.Path("能")).Command(40054).Dialog(110, {"1039=ソ"}).Command(40082).Command(40119);
   const int state = session.State();
   session.Run();
-  EXPECT_EQ(session.Bytes("film.flm"), kHead + "a.cut\n");
+  EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + "a.cut\n");
   EXPECT_EQ(session.Bytes("能.flm"), Stored("ソ\nauthor\n100, 50\na.cut\n"));
   EXPECT_EQ(FrameTitle(session, state), "Sorvel Developer - 能");
 }
@@ -1355,3 +1286,4 @@ TEST(FilmSettings, OfTheNewFilmComeBackInTheNextRunAndAreOfThatDialogAlone) {
 }
 
 }  // namespace
+}  // namespace rules

@@ -18,6 +18,8 @@
 #include <sstream>
 #include <thread>
 
+#include "rules/little_bytes.h"
+
 extern char** environ;
 
 namespace rules {
@@ -29,18 +31,6 @@ constexpr std::chrono::seconds kTimeLimit{20};
 std::string ReadWhole(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-}
-
-uint32_t Little(const std::string& bytes, size_t offset, size_t count) {
-  uint32_t value = 0;
-  for (size_t i = 0; i < count; ++i) {
-    value |= static_cast<uint32_t>(static_cast<unsigned char>(bytes[offset + i])) << (8 * i);
-  }
-  return value;
-}
-
-void PutLittle(std::string& bytes, uint32_t value, size_t count) {
-  for (size_t i = 0; i < count; ++i) bytes.push_back(static_cast<char>((value >> (8 * i)) & 0xFF));
 }
 
 std::string Numbered(std::string_view stem, int number, std::string_view extension) {
@@ -58,25 +48,25 @@ PixelMatrix PixelMatrix::FromBitmap(const std::string& path) {
     ADD_FAILURE() << path << " is no bitmap file";
     return matrix;
   }
-  const size_t bits = Little(bytes, 10, 4);
-  const size_t header = Little(bytes, 14, 4);
-  const int width = static_cast<int32_t>(Little(bytes, 18, 4));
-  const int rows = static_cast<int32_t>(Little(bytes, 22, 4));
-  const size_t depth = Little(bytes, 28, 2);
+  const size_t bits = LittleAt(bytes, 10, 4);
+  const size_t header = LittleAt(bytes, 14, 4);
+  const int width = static_cast<int32_t>(LittleAt(bytes, 18, 4));
+  const int rows = static_cast<int32_t>(LittleAt(bytes, 22, 4));
+  const size_t depth = LittleAt(bytes, 28, 2);
   const int height = rows < 0 ? -rows : rows;
   const size_t pitch = (static_cast<size_t>(width) * depth + 31) / 32 * 4;
   const bool known = depth == 4 || depth == 8 || depth == 24;
-  if (!known || Little(bytes, 30, 4) != 0 || width < 0 || bits + pitch * static_cast<size_t>(height) > bytes.size()) {
+  if (!known || LittleAt(bytes, 30, 4) != 0 || width < 0 || bits + pitch * static_cast<size_t>(height) > bytes.size()) {
     ADD_FAILURE() << path << " is no plain bitmap file of 4, 8 or 24 bits";
     return matrix;
   }
   matrix.width = width;
   matrix.height = height;
   if (depth != 24) {
-    size_t count = Little(bytes, 46, 4);
+    size_t count = LittleAt(bytes, 46, 4);
     if (count == 0) count = size_t{1} << depth;
     for (size_t i = 0; i < count && 14 + header + 4 * i + 4 <= bytes.size(); ++i) {
-      matrix.colors.push_back(Little(bytes, 14 + header + 4 * i, 3));
+      matrix.colors.push_back(LittleAt(bytes, 14 + header + 4 * i, 3));
     }
   }
   for (int y = 0; y < height; ++y) {
@@ -84,11 +74,11 @@ PixelMatrix PixelMatrix::FromBitmap(const std::string& path) {
     for (int x = 0; x < width; ++x) {
       const size_t column = static_cast<size_t>(x);
       if (depth == 24) {
-        matrix.pixels.push_back(Little(bytes, row + 3 * column, 3));
+        matrix.pixels.push_back(LittleAt(bytes, row + 3 * column, 3));
       } else if (depth == 8) {
-        matrix.pixels.push_back(Little(bytes, row + column, 1));
+        matrix.pixels.push_back(LittleAt(bytes, row + column, 1));
       } else {
-        const uint32_t pair = Little(bytes, row + column / 2, 1);
+        const uint32_t pair = LittleAt(bytes, row + column / 2, 1);
         matrix.pixels.push_back(column % 2 == 0 ? pair >> 4 : pair & 15);
       }
     }

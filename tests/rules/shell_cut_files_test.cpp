@@ -3,24 +3,28 @@
 #include <string>
 
 #include "rules/script_session.h"
+#include "rules/session_state.h"
 
 namespace {
 
 using nlohmann::json;
 using rules::CutFile;
+using rules::MarksOf;
+using rules::NewCutValues;
+using rules::PropertiesOf;
 using rules::ScriptSession;
+
+// A new cut whose layer is saved and opened as a cut of its own.
+ScriptSession& OpenLayerOf(ScriptSession& session, const NewCutValues& values = {}) {
+  return session.NewCut(values).File(session.Path("a.lyr")).Command(40066).Open(session.Path("a.lyr"));
+}
 
 TEST(NewCut, DialogStartsWithTheDefaults) {
   ScriptSession session;
   session.Dialog(107, {}).Dialog(106, {}, "cancel").Command(40050);
   const int state = session.State();
   session.Run();
-  json cut = session.Cut(state);
-  EXPECT_EQ(cut["width"], 240);
-  EXPECT_EQ(cut["height"], 180);
-  EXPECT_EQ(cut["fps"], 24);
-  EXPECT_EQ(cut["antialias"], 0);
-  EXPECT_EQ(cut["credit"], "");
+  EXPECT_EQ(PropertiesOf(session, state), "240 x 180, 24 fps, antialias 0, credit []");
 }
 
 TEST(NewCut, DialogStartsWithTheSettings) {
@@ -29,12 +33,7 @@ TEST(NewCut, DialogStartsWithTheSettings) {
   session.Dialog(107, {}).Dialog(106, {}, "cancel").Command(40050);
   const int state = session.State();
   session.Run();
-  json cut = session.Cut(state);
-  EXPECT_EQ(cut["width"], 50);
-  EXPECT_EQ(cut["height"], 40);
-  EXPECT_EQ(cut["fps"], 12);
-  EXPECT_EQ(cut["antialias"], 2);
-  EXPECT_EQ(cut["credit"], "Someone");
+  EXPECT_EQ(PropertiesOf(session, state), "50 x 40, 12 fps, antialias 2, credit [Someone]");
 }
 
 TEST(NewCut, OkWritesTheFiveKeys) {
@@ -61,10 +60,7 @@ TEST(NewCut, WithoutLayerIsUnmodifiedAndNeedsCompiling) {
   session.NewCutWithoutLayer();
   const int state = session.State();
   session.Run();
-  json cut = session.Cut(state);
-  EXPECT_EQ(cut["modified"], false);
-  EXPECT_EQ(cut["imagesStale"], true);
-  EXPECT_EQ(cut["timingStale"], false);
+  EXPECT_EQ(MarksOf(session, state), "imagesStale");
 }
 
 TEST(NewCut, LayerDialogCancelledLeavesOneFrameWithoutRecords) {
@@ -83,10 +79,7 @@ TEST(NewCut, WithLayerIsModified) {
   session.NewCut();
   const int state = session.State();
   session.Run();
-  json cut = session.Cut(state);
-  EXPECT_EQ(cut["modified"], true);
-  EXPECT_EQ(cut["imagesStale"], true);
-  EXPECT_EQ(cut["timingStale"], true);
+  EXPECT_EQ(MarksOf(session, state), "modified imagesStale timingStale");
 }
 
 TEST(NewCut, WindowIsTitledCutUntilItHasAFile) {
@@ -127,10 +120,7 @@ TEST(OpenCut, IsUnmodifiedButNeedsCompiling) {
   session.OpenCut("a.cut", CutFile::Showing({1}, {0}));
   const int state = session.State();
   session.Run();
-  json cut = session.Cut(state);
-  EXPECT_EQ(cut["modified"], false);
-  EXPECT_EQ(cut["imagesStale"], true);
-  EXPECT_EQ(cut["timingStale"], false);
+  EXPECT_EQ(MarksOf(session, state), "imagesStale");
 }
 
 TEST(OpenCut, WindowHasPathAndTitleOfTheFile) {
@@ -194,35 +184,26 @@ TEST(OpenCut, MarksTheFilmsEntryOpen) {
 
 TEST(OpenLayer, CutTakesItsSizesFromTheLayer) {
   ScriptSession session;
-  session.NewCut({.width = 50, .height = 40, .layerWidth = 21, .layerHeight = 17});
-  session.File(session.Path("a.lyr")).Command(40066).Open(session.Path("a.lyr"));
+  OpenLayerOf(session, {.width = 50, .height = 40, .layerWidth = 21, .layerHeight = 17});
   const int state = session.State();
   session.Run();
-  json cut = session.Cut(state);
-  EXPECT_EQ(cut["width"], 21);
-  EXPECT_EQ(cut["height"], 17);
-  EXPECT_EQ(cut["frameWidth"], 21);
-  EXPECT_EQ(cut["frameHeight"], 17);
-  EXPECT_EQ(cut["fps"], 20);
-  EXPECT_EQ(cut["credit"], "");
-  EXPECT_EQ(cut["antialias"], 0);
-  EXPECT_EQ(cut["path"], "");
+  EXPECT_EQ(PropertiesOf(session, state), "21 x 17, 20 fps, antialias 0, credit []");
+  EXPECT_EQ(session.Cut(state)["frameWidth"], 21);
+  EXPECT_EQ(session.Cut(state)["frameHeight"], 17);
+  EXPECT_EQ(session.Cut(state)["path"], "");
 }
 
 TEST(OpenLayer, CountsAsSavedAndCompiled) {
   ScriptSession session;
-  session.NewCut().File(session.Path("a.lyr")).Command(40066).Open(session.Path("a.lyr"));
+  OpenLayerOf(session);
   const int state = session.State();
   session.Run();
-  json cut = session.Cut(state);
-  EXPECT_EQ(cut["modified"], false);
-  EXPECT_EQ(cut["imagesStale"], false);
-  EXPECT_EQ(cut["timingStale"], false);
+  EXPECT_EQ(MarksOf(session, state), "");
 }
 
 TEST(OpenLayer, ClosingAtOnceAsksNothing) {
   ScriptSession session;
-  session.NewCut().File(session.Path("a.lyr")).Command(40066).Open(session.Path("a.lyr")).Close();
+  OpenLayerOf(session).Close();
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(state)["cuts"].size(), 1U);
@@ -230,7 +211,7 @@ TEST(OpenLayer, ClosingAtOnceAsksNothing) {
 
 TEST(OpenLayer, HasOneFrameShowingTheLayerAtTheOrigin) {
   ScriptSession session;
-  session.NewCut({.layerName = "L"}).File(session.Path("a.lyr")).Command(40066).Open(session.Path("a.lyr"));
+  OpenLayerOf(session, {.layerName = "L"});
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["frames"].size(), 1U);
@@ -277,9 +258,7 @@ TEST(SaveCutAs, ClearsModifiedAloneAndKeepsTheStaleBits) {
   session.NewCut().SaveCutAs("a.cut");
   const int state = session.State();
   session.Run();
-  EXPECT_EQ(session.Cut(state)["modified"], false);
-  EXPECT_EQ(session.Cut(state)["imagesStale"], true);
-  EXPECT_EQ(session.Cut(state)["timingStale"], true);
+  EXPECT_EQ(MarksOf(session, state), "imagesStale timingStale");
 }
 
 TEST(SaveCutAs, NameWithoutExtensionGetsCut) {

@@ -1,0 +1,120 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+#include "rules/drawing_session.h"
+#include "rules/ink_model.h"
+
+namespace rules {
+
+constexpr int copyBlock = 40061;
+constexpr int pasteBlock = 40062;
+constexpr int cutBlock = 40063;
+constexpr int pastePicture = 40091;
+constexpr int transparentColour = 40137;
+
+// A picture of another program. Rows from the top, 0xRRGGBB.
+struct Picture {
+  int width = 0;
+  int height = 0;
+  std::vector<uint32_t> pixels = {};
+  uint32_t At(int x, int y) const {
+    return pixels[static_cast<size_t>(y) * static_cast<size_t>(width) + static_cast<size_t>(x)];
+  }
+};
+
+inline Picture PlainPicture(int width, int height, uint32_t colour) {
+  return {width, height, std::vector<uint32_t>(static_cast<size_t>(width) * static_cast<size_t>(height), colour)};
+}
+
+// The grey level, 0 to 48, that a colour is pasted as.
+inline int LevelOf(uint32_t colour) {
+  const int red = static_cast<int>(colour >> 16 & 255);
+  const int green = static_cast<int>(colour >> 8 & 255);
+  const int blue = static_cast<int>(colour & 255);
+  return (blue + (red + 2 * green) * 2) / 7 * 49 / 256;
+}
+
+// Draws the picture as it is pasted into the model with its left upper corner at (x, y). The place of a pixel in the
+// picture decides its dither. Pixels of the transparent colour are left out.
+inline void DrawPasted(InkModel& model, const Picture& picture, int x, int y, int64_t transparent = -1) {
+  for (int j = 0; j < picture.height; ++j) {
+    for (int i = 0; i < picture.width; ++i) {
+      const uint32_t colour = picture.At(i, j);
+      if (int64_t{colour} == transparent) continue;
+      model.Set(x + i, y + j, ModelInkAt(ModelPenOfLevel(LevelOf(colour)), i, j));
+    }
+  }
+}
+
+// Puts a bitmap file of the session's folder on the clipboard.
+inline void PutOnClipboard(ScriptSession& session, const std::string& name) {
+  session.Line("clipboard " + Quoted(session.Path(name)));
+}
+
+inline void PutOnClipboard(ScriptSession& session, const Picture& picture) {
+  session.WriteBitmap("picture.bmp", picture.width, picture.height, picture.pixels);
+  PutOnClipboard(session, "picture.bmp");
+}
+
+inline void PastePicture(ScriptSession& session, const Picture& picture) {
+  PutOnClipboard(session, picture);
+  session.Command(pastePicture);
+}
+
+// A drawing, and a model of what its view should show.
+struct BlockScene : testing::Test {
+  explicit BlockScene(const Canvas& canvas = {}) : session(canvas), model(canvas.width, canvas.height) {}
+
+  // Fills a rectangle with one index, in the drawing and in the model.
+  void Ink(int x, int y, int width, int height, int index) {
+    session.FillArea(x, y, width, height, index);
+    model.Fill(x, y, width, height, index);
+  }
+  // Empties the cell.
+  void Clear() { Ink(0, 0, model.Width(), model.Height(), 0); }
+  void Select(int left, int top, int right, int bottom) {
+    session.Command(tool::AreaSelect).LeftDrag(left, top, right, bottom);
+  }
+  // Copies the block from (10, 10) to (20, 20), under a mask of these indices, and empties the cell and the mask.
+  void CopyBlockAndClear(std::initializer_list<int> mask = {}) {
+    Select(10, 10, 20, 20);
+    if (mask.size() != 0) session.Mask(mask);
+    session.Command(copyBlock);
+    Clear();
+  }
+  // The same of a cell that has ink of index 2 at (12, 12), 4 by 4.
+  void CopyAndClear(std::initializer_list<int> mask = {}) {
+    session.FillArea(12, 12, 4, 4, 2);
+    CopyBlockAndClear(mask);
+  }
+  // A layer of 20 by 10 in the middle of a canvas of 64 by 48, from (22, 19) to (41, 28), which becomes current.
+  void AddSmallLayer() { session.AddLayer("B", 20, 10); }
+  // Another cut of 64 by 48; its only layer is as large.
+  void NewCutOfTheSameSize() { session.NewCut({.width = 64, .height = 48}); }
+  // The same with a layer as `AddSmallLayer` adds it.
+  void NewCutWithSmallLayer() { session.NewCut({.width = 64, .height = 48, .layerWidth = 20, .layerHeight = 10}); }
+
+  testing::AssertionResult ViewShows(const InkModel& expected) { return Shows(session.NowView(), expected); }
+  // Compares the view after a paste of the block.
+  testing::AssertionResult PasteShows(const InkModel& expected) {
+    session.Command(pasteBlock);
+    return ViewShows(expected);
+  }
+  // Compares the view after an undo, which brings back what the undo before it took away.
+  testing::AssertionResult UndoShows(const InkModel& expected) {
+    session.Command(command::Undo);
+    return ViewShows(expected);
+  }
+
+  DrawingSession session;
+  InkModel model;
+};
+
+}  // namespace rules

@@ -66,16 +66,20 @@ struct AnimationEncoder::ShownRecord {
   }
 };
 
+constexpr int64_t kMostPixels = int64_t{1} << 28;
+
 const char* CanvasProblem(const Cut& cut) {
   constexpr int32_t largestSide = INT16_MAX;
-  constexpr int64_t mostPixels = int64_t{1} << 28;
   const int32_t scale = OutputScale(cut.Antialias());
   if (cut.width < scale || cut.height < scale) return "the canvas is too small for its output size";
-  const auto isTooLarge = [scale](int64_t width, int64_t height) {
-    return width / scale > largestSide || height / scale > largestSide || width * height > mostPixels;
-  };
-  if (isTooLarge(cut.width, cut.height)) return "the canvas is too large";
-  return isTooLarge(cut.frameWidth, cut.frameHeight) ? "the frame is too large" : nullptr;
+  const bool isTooLarge = cut.width / scale > largestSide || cut.height / scale > largestSide ||
+                          int64_t{cut.width} * cut.height > kMostPixels;
+  return isTooLarge ? "the canvas is too large" : nullptr;
+}
+
+const char* FrameProblem(const Cut& cut) {
+  if (const char* problem = CanvasProblem(cut)) return problem;
+  return int64_t{cut.frameWidth} * cut.frameHeight > kMostPixels ? "the frame is too large" : nullptr;
 }
 
 AnimationEncoder::AnimationEncoder(ByteStream* outputStream, NibbleBitmap* planes, int32_t capacity)

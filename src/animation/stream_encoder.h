@@ -9,10 +9,12 @@
 
 namespace sorvel {
 
-// What keeps a cut's canvas or frame rectangle from being compiled or put out, in plain English; null if nothing does.
-// A stream has no pictures without pixels and none of more than 32767 pixels a side, and a canvas of more than 2^28
-// pixels would take more memory than there is to spare.
+// What keeps a cut's canvas from being compiled, in plain English; null if nothing does. A stream has no pictures
+// without pixels and none of more than 32767 pixels a side, and a canvas of more than 2^28 pixels would take more
+// memory than there is to spare. Of the size of the frame rectangle a stream keeps the low 16 bits.
 const char* CanvasProblem(const Cut& cut);
+// What keeps a frame from being put out as a picture: its canvas, or a frame rectangle of more than 2^28 pixels.
+const char* FrameProblem(const Cut& cut);
 
 // Told how far long work has come: so many of all frames or cuts are done.
 using ProgressFunction = void (*)(int32_t done, int32_t total);

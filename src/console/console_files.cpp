@@ -224,10 +224,22 @@ bool LoadFilm(const std::string& path, Film* film) {
   return false;
 }
 
-bool CheckCanvas(const std::string& path, const Cut& cut) {
-  const char* problem = CanvasProblem(cut);
+namespace {
+
+// Says what is wrong, if something is.
+bool Check(const std::string& path, const char* problem) {
   if (problem != nullptr) Fail(path, problem);
   return problem == nullptr;
+}
+
+}  // namespace
+
+bool CheckCanvas(const std::string& path, const Cut& cut) {
+  return Check(path, CanvasProblem(cut));
+}
+
+bool CheckFrame(const std::string& path, const Cut& cut) {
+  return Check(path, FrameProblem(cut));
 }
 
 void WriteIndexedBitmap(ByteStream* stream, const CellImage& image, const std::array<ColorEntry, kColorCount>& colors) {

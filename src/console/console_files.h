@@ -75,8 +75,9 @@ bool LoadCut(const std::string& path, Cut* cut);
 bool LoadLayer(const std::string& path, Cut* cut);
 bool LoadFilm(const std::string& path, Film* film);
 
-// False, with the one line written, for a canvas that can't be compiled or put out.
+// False, with the one line written, for a canvas that can't be compiled, or a frame that can't be put out.
 bool CheckCanvas(const std::string& path, const Cut& cut);
+bool CheckFrame(const std::string& path, const Cut& cut);
 
 // Writes an image as a bitmap file of 8 bits a pixel with these 26 colours, bottom row first.
 void WriteIndexedBitmap(ByteStream* stream, const CellImage& image, const std::array<ColorEntry, kColorCount>& colors);

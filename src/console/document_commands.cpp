@@ -154,7 +154,7 @@ int RunExport(const Arguments& arguments) {
 int RunFrame(const Arguments& arguments) {
   const std::string& in = arguments.Plain()[0];
   Cut cut(0, 0, 24, "", 0);
-  if (!LoadCut(in, &cut) || !CheckCanvas(in, cut)) return kFailed;
+  if (!LoadCut(in, &cut) || !CheckFrame(in, cut)) return kFailed;
   const int status = SelectFrame(in, arguments.Plain()[1], &cut);
   if (status != kDone) return status;
   NibbleBitmap bitmap;

@@ -196,7 +196,7 @@ void MainFrame::ExportBitmap(CutWindow* cut) {
   ChosenPath chosen;
   if (!chosen.AskToSave(frameWindow, kBitmapFiles)) return;
   CommandFile file(chosen.path, "wb");
-  if (!file.IsOpen() || CanvasProblem(*cut) != nullptr) return;
+  if (!file.IsOpen() || FrameProblem(*cut) != nullptr) return;
   cut->ExportFrameBitmap(&file.stream, &animationWindow.bitmap, &cut->view);
 }
 

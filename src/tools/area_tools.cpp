@@ -149,6 +149,8 @@ void ReleaseSelection(const ToolInput& input) {
   }
   window->AddUndoRect(&source);
   window->AddUndoRect(&target);
+  // The mark of the press is gone if the cut was saved or played with the button down.
+  window->MarkImages();
   RepaintLayerArea(window, window->undoRect);
   // What was repainted took the frame away.
   if (!window->HasSelection()) ReplaceSelection(window, frame);

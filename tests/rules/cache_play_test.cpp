@@ -67,6 +67,17 @@ TEST(PlayCut, ClearsBothStaleBitsAndNotModified) {
   EXPECT_EQ(MarksOf(session, state), "modified");
 }
 
+// 0 in place of 8 is kept with the upper half of a number whose lower half is 8.
+TEST(PlayCut, AFrameSizeBeyondAStreamsGoesInWithItsLowHalf) {
+  ScriptSession session;
+  session.OpenCut("a.cut", TwoPictures()).Dialog(123, {"1002=0"}).Command(40112);
+  const int state = session.State();
+  session.Command(40026).Run();
+  const int width = session.StateAt(state)["cuts"][0]["frameWidth"];
+  EXPECT_GT(width, 32767);
+  EXPECT_EQ(LittleAt(session.Bytes("a.ca"), 11, 2), static_cast<unsigned>(width) & 0xFFFFU);
+}
+
 TEST(PlayCut, WithoutAPathLeavesNoFile) {
   ScriptSession session;
   session.NewCut().Command(40026);

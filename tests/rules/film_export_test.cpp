@@ -1278,6 +1278,17 @@ TEST(PlaySelection, AllCutsPlayAsTheExportedFilmDoes) {
   EXPECT_EQ(Player(session, state)["title"], SizeTitle(session.Bytes("out.sv").size()));
 }
 
+// The next cut's first frame is decoded at once, into the plane that is shown.
+TEST(PlaySelection, ShowsAFirstCutOfOneTickWithItsOwnPicture) {
+  ScriptSession session;
+  CutFile flash = SmallCut();
+  flash.frames[0].time = 1;
+  session.Write("a.cut", flash.Bytes());
+  session.Write("b.cut", WideCut().Bytes());
+  OpenFilm(session, {"a.cut", "b.cut"}).Select(10003, {0, 1}).Command(playSelected);
+  ExpectPlayer(session, {}, TicksOf({}, {flash, WideCut()}, 4));
+}
+
 TEST(PlaySelection, OfOneCutPlaysIt) {
   ScriptSession session;
   OpenFilm(session, WriteThreeCuts(session)).Select(10003, {1}).Command(playSelected);

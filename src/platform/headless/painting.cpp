@@ -55,6 +55,12 @@ void Validate(Window* window) {
   window->eraseInvalid = false;
 }
 
+void EraseInvalid(Window* window, DeviceContext* context) {
+  if (!window->eraseInvalid || !window->hasBackground) return;
+  Brush brush = {window->background};
+  FillArea(context, window->invalid, &brush);
+}
+
 }  // namespace
 
 namespace headless {
@@ -67,8 +73,9 @@ void InvalidateArea(Window* window, const Bounds& area, bool erase) {
 
 bool PaintInvalid(WindowHandle window) {
   if (!IsWindow(window) || window->invalid.IsEmpty()) return false;
-  Validate(window);
   DeviceContext* context = static_cast<DeviceContext*>(window);
+  EraseInvalid(window, context);
+  Validate(window);
   Send(window, kMessagePrintClient, reinterpret_cast<uintptr_t>(context), 0);
   return true;
 }
@@ -106,10 +113,7 @@ DeviceContext* BeginPainting(WindowHandle window, Bounds* update) {
   if (context == nullptr) return nullptr;
   window->clip = window->invalid;
   if (update != nullptr) *update = window->invalid;
-  if (window->eraseInvalid && window->hasBackground) {
-    Brush brush = {window->background};
-    FillArea(context, window->invalid, &brush);
-  }
+  EraseInvalid(window, context);
   Validate(window);
   return context;
 }
@@ -133,7 +137,12 @@ void ValidateClient(WindowHandle window) {
 }
 
 void UpdateClient(WindowHandle window) {
-  if (gLivePainting && headless::IsWindow(window) && window->shown) headless::DeliverPaint(window);
+  if (!headless::IsWindow(window) || !window->shown) return;
+  if (gLivePainting) {
+    headless::DeliverPaint(window);
+  } else {
+    headless::PaintInvalid(window);
+  }
 }
 
 void ScrollClient(WindowHandle window, int32_t dx, int32_t dy) {

@@ -164,7 +164,7 @@ bool ResizeClient(Window* window, int32_t width, int32_t height) {
   width = std::max(width, 0);
   height = std::max(height, 0);
   const bool hasPixels = !IsControl(window) && window->kind != WindowKind::kMdiClient;
-  if (hasPixels) height = std::min(height, width == 0 ? 0 : kMostPixels / width);
+  if (hasPixels && width != 0) height = std::min(height, kMostPixels / width);
   if (width == window->width && height == window->height) return false;
   window->width = width;
   window->height = height;

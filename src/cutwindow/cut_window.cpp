@@ -33,8 +33,7 @@ CutWindow::CutWindow(CutWindowHost* mainFrame, int32_t canvasWidth, int32_t canv
 }
 
 CutWindow::~CutWindow() {
-  // Drags and strokes that this window was in the middle of can't end any more.
-  EndPan();
+  // Strokes that this window was in the middle of can't end any more. A pan goes on in the next one.
   ForgetToolsOn(this);
 }
 

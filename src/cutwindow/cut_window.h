@@ -169,7 +169,6 @@ class CutWindow final : public Cut, public platform::WindowObject {
   void OnActivation(bool loses, bool gains);
   bool HandlePan(uint32_t message, uintptr_t first, intptr_t second);
   void PanTo(Point place);
-  void EndPan();
   void ShowStrip(const Bounds& strip);
   intptr_t HandleMouse(uint32_t message, uintptr_t first, intptr_t second);
   intptr_t RunTool(uint32_t message, uintptr_t first, intptr_t second);

@@ -41,11 +41,6 @@ bool CutWindow::HandlePan(uint32_t message, uintptr_t first, intptr_t second) {
   return false;
 }
 
-void CutWindow::EndPan() {
-  gPan.panning = false;
-  pulseSuppressed = false;
-}
-
 void CutWindow::PanTo(Point place) {
   if (!gPan.panning) {
     Pulse();

@@ -93,7 +93,8 @@ int32_t StepWithin(int32_t value, int32_t step) {
 // What both tools do alike: show the box, press, drag and cancel. False if the message is the tool's own affair.
 bool RunDrag(PositionTool* tool, uint32_t message, Point point, CutWindow* window, BoxReader readBox) {
   // The pulses of a repaint must find the box on the screen.
-  if (!tool->IsUpOn(window)) ShowBox(tool, window, readBox);
+  const bool mayRepaint = message == platform::kMessageLeftUp || message == platform::kMessageRightUp;
+  if (mayRepaint && !tool->IsUpOn(window)) ShowBox(tool, window, readBox);
   switch (message) {
     case platform::kMessageLeftDown:
       ShowBoxIfHidden(tool, window, readBox);

@@ -120,5 +120,19 @@ TEST_F(CutWindowMouse, PanGoesOnInAWindowThatIsActivatedMeanwhile) {
   Mouse(platform::kMessageMouseMove, 5, 4);
 }
 
+TEST_F(CutWindowMouse, PanGoesOnInTheNextWindowWhenItsOwnIsClosed) {
+  platform::headless::SetClientSize(40, 30);
+  CutWindow* first = MakeCut(100, 80);
+  CutWindow* second = MakeCut(100, 80);
+  Mouse(platform::kMessageMouseMove, 10, 10, kPanKeys);
+  second->stateFlags &= ~static_cast<uint32_t>(kModified);
+  platform::DestroyMdiChild(frame->mdiClient, second->window);
+  ASSERT_EQ(Cut(), first);
+  Mouse(platform::kMessageMouseMove, 5, 4, kPanKeys);
+  EXPECT_EQ(first->scrollX, 5);
+  EXPECT_EQ(first->scrollY, 6);
+  Mouse(platform::kMessageMouseMove, 5, 4);
+}
+
 }  // namespace
 }  // namespace sorvel

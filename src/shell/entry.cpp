@@ -20,8 +20,6 @@ constexpr int32_t kCutIcon = 104;
 constexpr int32_t kAccelerators = 105;
 constexpr size_t kTextSize = 256;
 constexpr size_t kFilmPathSize = 260;
-constexpr int32_t kLargestShape = 14;
-constexpr int32_t kLargestTone = 15;
 
 void MakePalette() {
   ColorEntry entries[kDrawPaletteSize];

@@ -10,6 +10,8 @@ namespace sorvel {
 
 namespace {
 
+constexpr int64_t kMostPixels = int64_t{1} << 28;
+
 constexpr CodeSearch kSearch({1, 4, 5, 6, 15, 7, 9, 10, 2, 8, 11, 12, 13, 14, 3, 0});
 
 // The parts of a rectangle that a division by scale takes in: its edges go outward to multiples.
@@ -65,8 +67,6 @@ struct AnimationEncoder::ShownRecord {
     return shown;
   }
 };
-
-constexpr int64_t kMostPixels = int64_t{1} << 28;
 
 const char* CanvasProblem(const Cut& cut) {
   constexpr int32_t largestSide = INT16_MAX;

@@ -47,6 +47,12 @@ bool LoadDocument(const std::string& path, const Load& load) {
   return false;
 }
 
+// Says what is wrong, if something is.
+bool Check(const std::string& path, const char* problem) {
+  if (problem != nullptr) Fail(path, problem);
+  return problem == nullptr;
+}
+
 }  // namespace
 
 void CatchInterrupts() {
@@ -223,16 +229,6 @@ bool LoadFilm(const std::string& path, Film* film) {
   Fail(path, report.problem);
   return false;
 }
-
-namespace {
-
-// Says what is wrong, if something is.
-bool Check(const std::string& path, const char* problem) {
-  if (problem != nullptr) Fail(path, problem);
-  return problem == nullptr;
-}
-
-}  // namespace
 
 bool CheckCanvas(const std::string& path, const Cut& cut) {
   return Check(path, CanvasProblem(cut));

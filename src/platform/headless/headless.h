@@ -166,13 +166,13 @@ WindowHandle FindWindowOfKind(WindowKind kind);
 // kMessageSize.
 void SetClientSize(int32_t width, int32_t height);
 
-// If something is invalid: the object draws the whole client area by kMessagePrintClient, and all is valid. False if
-// nothing was.
+// If something is invalid: it is erased if that was asked for, the object draws the whole client area by
+// kMessagePrintClient, and all is valid. False if nothing was.
 bool PaintInvalid(WindowHandle window);
 // If something is invalid: the object gets kMessagePaint, as from the window system. False if nothing was. Without it
 // BeginPainting has nothing to paint, and drawing has no effect until EndPainting.
 bool DeliverPaint(WindowHandle window);
-// Whether UpdateClient delivers paint messages; off at first.
+// Whether UpdateClient delivers paint messages; off at first, when it does what PaintInvalid does.
 void SetLivePainting(bool live);
 
 // Whether QuitLoop was called, and with which code. RunLoop itself gives that code, or 0, at once: a script drives the

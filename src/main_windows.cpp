@@ -4,7 +4,7 @@
 #include "shell/entry.h"
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR commandLine, int showCommand) {
-  // Texts and file names are Japanese, whatever the system's own language is.
+  // The run-time takes the bytes of texts as Shift JIS, whatever the system's own language is.
   std::setlocale(LC_ALL, "jpn");
   return sorvel::EntryPoint(commandLine, showCommand);
 }

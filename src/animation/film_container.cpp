@@ -23,8 +23,8 @@ void KeepCache(FileStream* compiled, const char* cachePath) {
   if (!cache.Close() || !copied) platform::DeletePath(cachePath);
 }
 
-// Compiles all frames of the cut. Gives an open file, or null if that can't be done. Who asks what is wrong gets none
-// of a cut without frames; else its stream is empty.
+// Compiles all frames of the cut. Gives an open file, or null if that can't be done. A cut without frames can't be
+// compiled with a report, and has an empty stream without one.
 FILE* CompileCut(Cut* cut, const char* cachePath, NibbleBitmap* bitmap, PackedImage* composition, LoadReport* report) {
   const char* problem = CanvasProblem(*cut);
   if (report != nullptr && cut->frames.Count() == 0) problem = "the cut has no frames";
@@ -37,7 +37,7 @@ FILE* CompileCut(Cut* cut, const char* cachePath, NibbleBitmap* bitmap, PackedIm
                           composition->Resize(cut->width, cut->height, 0) &&
                           encoder.EncodeCut(cut, composition, 0, cut->frames.Count() - 1) != 0;
     if (!compiled) problem = "no memory for the picture";
-    if (compiled && (std::fflush(stream.file) != 0 || std::ferror(stream.file) != 0)) {
+    if (compiled && (std::fflush(stream.file) != 0 || std::ferror(stream.file) != 0 || StreamLength(stream) < 0)) {
       problem = "the compiled stream can't be written";
     }
   }
@@ -110,7 +110,7 @@ bool AppendCutToContainer(Film* film, int32_t outIndex, int32_t listIndex, ByteS
   FileStream cache(file);
   // Whoever reads the film counts its bytes in 32 bits with a sign.
   const int32_t length = StreamLength(cache);
-  if (length < 0 || length - kCutRecordOffset > INT32_MAX - position) {
+  if (length < 0 || position < 0 || length - kCutRecordOffset > INT32_MAX - position) {
     NoteProblem(report, "the film grows beyond 2 GiB");
     cache.Close();
     return false;

@@ -20,8 +20,8 @@ struct ContainerReport {
 // Writes entries of the film, `count` indices in the order of play, as one playback file at the start of an empty
 // stream. A compiled stream beside a cut's file is taken as it is; otherwise the cut is compiled and the stream left
 // there, for which the bitmap's picture is given up. False when a cut can't be had; what was written so far stays. The
-// report says which. A damaged cut counts as one that can't be had; with a null report it is compiled as far as it
-// could be read.
+// report says which. A film beyond 2 GiB can't be had either. A damaged cut and one without frames count as cuts that
+// can't be had; with a null report they are compiled as far as they could be read.
 bool WriteFilmContainer(Film* film, const int32_t* indices, int32_t count, ByteStream* container, NibbleBitmap* bitmap,
                         ContainerReport* report);
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cstdlib>
 #include <cstring>
 
@@ -25,18 +24,6 @@ constexpr auto kTwoBitBlocks = [] {
   for (uint32_t i = 0; i < 256; ++i) blocks[i] = (i & 3) | (i & 12) << 6 | (i & 48) << 12 | (i & 192) << 18;
   return blocks;
 }();
-
-// How many code bytes a box's change map asks for. Bits behind a row's last code byte ask for none.
-int32_t CountCodes(const uint8_t* map, const Rect& box) {
-  const int32_t mapRowBytes = CodeMapRowBytes(box.width);
-  const int32_t spareBits = mapRowBytes * 8 - CodeRowBytes(box.width);
-  int32_t count = 0;
-  for (int32_t row = 0; row < box.height; ++row, map += mapRowBytes) {
-    for (int32_t i = 0; i < mapRowBytes - 1; ++i) count += std::popcount(map[i]);
-    count += std::popcount(static_cast<uint8_t>(map[mapRowBytes - 1] << spareBits));
-  }
-  return count;
-}
 
 }  // namespace
 
@@ -233,7 +220,7 @@ int32_t AnimationDecoder::DecodeNextFrame() {
     }
     literalsRead = static_cast<int32_t>(nextLiteral - literals) + literalsBehind;
   }
-  // The next frame lies behind the last literal that was read, whatever the size of the section says.
+  // Behind a frame that was decoded the next one lies after its last literal, whatever the size of the section says.
   const int32_t next = literalPlace + literalsRead;
   if (stream->Tell() != next) stream->Seek(next, kFromStart);
   bitmap->SetBrightness(head.brightness);
@@ -248,7 +235,11 @@ void AnimationDecoder::ReadSections(const Rect& box, int32_t literalPlace, uint3
   std::memset(changeMap + mapGot, 0, static_cast<size_t>(mapSize - mapGot));
   nextCode = codes;
   // As many as the map asks for: they go on behind their section if its size is wrong.
-  codesEnd = codes + ReadUpTo(*stream, codes, CountCodes(changeMap, box));
+  int32_t codesWanted = 0;
+  for (int32_t row = 0; row < box.height; ++row) {
+    codesWanted += CountCodes(changeMap + row * CodeMapRowBytes(box.width), box.width);
+  }
+  codesEnd = codes + ReadUpTo(*stream, codes, codesWanted);
   if (stream->Tell() != literalPlace) stream->Seek(literalPlace, kFromStart);
   nextLiteral = literals;
   literalsEnd = literals + ReadUpTo(*stream, literals, literalsWanted);

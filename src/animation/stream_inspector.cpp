@@ -190,7 +190,7 @@ bool Inspector::CheckBlocks(const StreamFrameInfo& frame, int64_t number) {
   int64_t literalsUsed = 0;
   for (int32_t y = 0; y < box.height; ++y) {
     const uint8_t* mapRow = map.data() + y * mapRowBytes;
-    for (int32_t i = 0; i < rowBytes; ++i) codesWanted += mapRow[i / 8] >> (i % 8) & 1;
+    codesWanted += CountCodes(mapRow, box.width);
     LoadCodeRow(mapRow, box.width, &next, end, kCodeOfRowAbove, row.data());
     for (int32_t k = 0; k < blocks; ++k) {
       const int32_t code = CodeAt(row.data(), k);

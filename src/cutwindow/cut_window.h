@@ -69,6 +69,8 @@ extern platform::PaletteHandle gPalette;
 
 // While this is set, painting sends no pulses: a scroll drag is on, and the tool's overlay is already off.
 extern bool pulseSuppressed;
+// No canvas is being dragged and pulses are sent, as at a start of the program.
+void ResetPan();
 
 // A cut with a window: it shows the current frame at a zoom and turns messages of the window into calls of the current
 // tool, commands and scrolling. The window ends the object.

@@ -23,6 +23,11 @@ int32_t LimitScroll(int64_t wanted, int32_t current, const platform::ScrollState
 
 }  // namespace
 
+void ResetPan() {
+  gPan = Pan{};
+  pulseSuppressed = false;
+}
+
 // Takes the moves of a drag with both keys down; the tool sees none of them.
 bool CutWindow::HandlePan(uint32_t message, uintptr_t first, intptr_t second) {
   constexpr uintptr_t keys = platform::kKeyShift | platform::kKeyControl;

@@ -1,6 +1,7 @@
 #include "docfiles/code_rows.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstdlib>
 #include <cstring>
 #include <utility>
@@ -42,6 +43,14 @@ void CodeRowWriter::EndRow() {
   }
   mapRow += mapRowBytes;
   std::swap(currentRow, previousRow);
+}
+
+int32_t CountCodes(const uint8_t* mapRow, int32_t width) {
+  const int32_t mapRowBytes = CodeMapRowBytes(width);
+  const int32_t spareBits = mapRowBytes * 8 - CodeRowBytes(width);
+  int32_t count = 0;
+  for (int32_t i = 0; i < mapRowBytes - 1; ++i) count += std::popcount(mapRow[i]);
+  return count + std::popcount(static_cast<uint8_t>(mapRow[mapRowBytes - 1] << spareBits));
 }
 
 void LoadCodeRow(const uint8_t* mapRow, int32_t width, const uint8_t** next, const uint8_t* end, int32_t behindEnd,

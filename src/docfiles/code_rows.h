@@ -110,9 +110,13 @@ class CodeRowWriter {
   int32_t codeSize = 0;
 };
 
-// Brings a row of code bytes up to date by its row of the map, with the codes from *next on. What lies behind `end` is
-// this byte, or leaves the code of the row above as it is.
+// How many code bytes a row of the map asks for. Bits behind the row's last code byte ask for none.
+int32_t CountCodes(const uint8_t* mapRow, int32_t width);
+
+// In place of a byte behind the end: the code of the row above stays.
 constexpr int32_t kCodeOfRowAbove = -1;
+// Brings a row of code bytes up to date by its row of the map, with the codes from *next on. Behind `end` every code is
+// the byte `behindEnd`.
 void LoadCodeRow(const uint8_t* mapRow, int32_t width, const uint8_t** next, const uint8_t* end, int32_t behindEnd,
                  uint8_t* row);
 

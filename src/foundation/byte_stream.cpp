@@ -279,7 +279,8 @@ bool CopyStream(ByteStream& from, ByteStream& to, int32_t count) {
     const int32_t got = ReadUpTo(from, block.get(), wanted);
     if (got > 0 && !to.Write(block.get(), got)) return false;
     if (count > 0) count -= got;
-    if (got < wanted) return count <= 0;
+    // A source that can't tell its position any more goes on.
+    if (got < wanted) return count <= 0 && from.Tell() >= 0;
   }
   return true;
 }

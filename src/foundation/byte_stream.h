@@ -116,7 +116,7 @@ void WriteText(ByteStream& stream, const char* text);
 // taken counts as the terminator, and the stream stays right behind it. `text` has room for `limit` bytes.
 void ReadText(ByteStream& stream, char* text, int32_t limit);
 
-// The length of the whole stream in bytes; the position stays.
+// The length of the whole stream in bytes, -1 beyond 2 GiB; the position stays.
 int32_t StreamLength(ByteStream& stream);
 
 // Reads up to `count` bytes and gives how many there were. Unlike Read() it isn't stopped by a byte 0xFF.

@@ -76,6 +76,7 @@ bool StartProgram(MainFrame* frame, const char* commandLine, int32_t showCommand
   MakeMarginBrush();
   platform::RegisterWindowClass("SorvelinCutFrame", kCutIcon, platform::CursorShape::kNone, gMarginBrush);
   ResetTools();
+  ResetPan();
   ReadFont();
   ReadBrush();
   platform::RegisterWindowClass("SORVELIN", 0, platform::CursorShape::kArrow, nullptr);

@@ -111,7 +111,7 @@ void ContinueCurve(const ToolInput& input) {
   gCurve.points[gCurve.index] = input.point;
   if (gCurve.index == 3) {
     if (gCurve.skips) {
-      // A segment that is left out is reported all the same, by its empty area.
+      // A segment that is left out is reported all the same, by an area without width at the place of the last one.
       input.window->AddUndoRect(&gCurve.area);
     } else {
       DrawSegment(input);

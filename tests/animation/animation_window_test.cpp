@@ -615,5 +615,60 @@ TEST(AnimationWindow, LevelsThatNobodyWritesDoNoHarm) {
   }
 }
 
+// The messages of its window.
+
+// A black frame of three ticks and a white one of two.
+Bytes TwoFrames() {
+  return Compiled({"", 4, 1, 4, 1, 24, 4}, {Block(3, 1, 0x00), Block(2, 0, 0xFF)});
+}
+
+TEST(PlayerMessages, CloseStopsThePlayAndKeepsThePicture) {
+  Screen screen;
+  ASSERT_EQ(screen.Play(TwoFrames()), 1);
+  for (int32_t i = 0; i < 3; ++i) ASSERT_TRUE(platform::headless::RunTimer());
+  EXPECT_EQ(screen.Grey(), 255);
+  EXPECT_EQ(platform::Send(screen.window, platform::kMessageClose, 0, 0), 0);
+  EXPECT_FALSE(platform::headless::RunTimer());
+  EXPECT_EQ(platform::ObjectOf(screen.window), &screen.player);
+  EXPECT_TRUE(platform::IsShown(screen.window));
+  EXPECT_EQ(screen.Grey(), 255);
+  ASSERT_EQ(screen.Play(TwoFrames()), 1);
+  EXPECT_EQ(screen.Grey(), 0);
+  EXPECT_TRUE(platform::headless::RunTimer());
+}
+
+TEST(PlayerMessages, CloseOfAWindowThatPlaysNothingKeepsItToo) {
+  Screen screen;
+  EXPECT_EQ(platform::Send(screen.window, platform::kMessageClose, 0, 0), 0);
+  EXPECT_EQ(platform::ObjectOf(screen.window), &screen.player);
+}
+
+TEST(PlayerMessages, AnotherSizeIsPutBack) {
+  Screen screen;
+  ASSERT_EQ(screen.Play(TwoFrames()), 1);
+  platform::MoveWindow(screen.window, 7, 9, 50, 40, true);
+  EXPECT_EQ(screen.window->width, 4);
+  EXPECT_EQ(screen.window->height, 1);
+  EXPECT_EQ(screen.window->place.left, 7);
+  EXPECT_EQ(screen.window->place.top, 9);
+}
+
+TEST(PlayerMessages, PaintShowsThePictureAgain) {
+  Screen screen;
+  ASSERT_EQ(screen.Play(TwoFrames()), 1);
+  screen.SetAll(99);
+  platform::InvalidateClient(screen.window, true);
+  EXPECT_EQ(platform::Send(screen.window, platform::kMessagePaint, 0, 0), 0);
+  EXPECT_EQ(screen.Grey(), 0);
+}
+
+TEST(PlayerMessages, TimerMessageIsATick) {
+  Screen screen;
+  ASSERT_EQ(screen.Play(TwoFrames()), 1);
+  EXPECT_EQ(screen.player.ticks, 3);
+  platform::Send(screen.window, platform::kMessageTimer, 5, 0);
+  EXPECT_EQ(screen.player.ticks, 2);
+}
+
 }  // namespace
 }  // namespace sorvel

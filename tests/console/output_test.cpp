@@ -31,6 +31,10 @@ std::string ShownOnATerminal(const Folder& folder, const std::string& arguments,
   const std::string command = "cd '" + folder.Path("") + "' && exec " + Program() + arguments + " > out";
   int terminal = -1;
   const pid_t process = forkpty(&terminal, nullptr, nullptr, nullptr);
+  if (process < 0) {
+    ADD_FAILURE() << "no terminal";
+    return "";
+  }
   if (process == 0) {
     execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
     _exit(127);

@@ -20,8 +20,6 @@ class CutWindowPictures : public ShellTest {
     ResetClipboardBlock();
   }
   void TearDown() override {
-    gridWidth = 1;
-    gridHeight = 1;
     maskFlags = 0;
     ShellTest::TearDown();
     ResetClipboardBlock();
@@ -57,7 +55,6 @@ class CutWindowPictures : public ShellTest {
     const platform::ColorEntry& pixel = Cut()->window->pixels.at(static_cast<size_t>(y * Cut()->window->width + x));
     return pixel.red == color.red && pixel.green == color.green && pixel.blue == color.blue;
   }
-  bool IsPlain(int32_t x, int32_t y) { return IsColor(x, y, ColorTable[kTransparent]); }
 
   // A picture of one grey on the clipboard, pasted.
   void PastePicture(int32_t width, int32_t height, uint8_t grey) {

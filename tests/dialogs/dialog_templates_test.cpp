@@ -126,7 +126,7 @@ TEST(DialogTemplates, HaveTheirTitlesSizesAndControls) {
   }
 }
 
-TEST(DialogTemplates, TheSearchOfCommentsIsThereUnused) {
+TEST(DialogTemplates, TheSearchOfCommentsIsThere) {
   const DialogResource* head = Find(128);
   ASSERT_NE(head, nullptr);
   EXPECT_STREQ(head->text, "コメントの検索");

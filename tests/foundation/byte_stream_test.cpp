@@ -474,6 +474,9 @@ TEST(FileStream, APositionBehindTwoGigabytesIsNone) {
   EXPECT_EQ(stream.Tell(), -1);
   BufferStream memory;
   EXPECT_FALSE(ReadWholeStream(stream, &memory));
+  stream.Seek(INT32_MAX - 10, kFromStart);
+  ChunkStream copy;
+  EXPECT_FALSE(CopyStream(stream, copy, -1));
   stream.Close();
 }
 

@@ -116,7 +116,6 @@ Session::~Session() {
 
 void Session::Start() {
   headless::Reset();
-  pulseSuppressed = false;
   frame = std::make_unique<MainFrame>();
   if (!StartProgram(frame.get(), "", kShowDefault)) Fail("the main window can't be made");
   runner = std::make_unique<console::ScriptRunner>(frame.get());

@@ -67,7 +67,7 @@ TEST(PlayCut, ClearsBothStaleBitsAndNotModified) {
   EXPECT_EQ(MarksOf(session, state), "modified");
 }
 
-// 0 in place of 8 is kept with the upper half of a number whose lower half is 8.
+// A 0 typed over an 8 is stored as a number beyond 16 bits whose low half is 8.
 TEST(PlayCut, AFrameSizeBeyondAStreamsGoesInWithItsLowHalf) {
   ScriptSession session;
   session.OpenCut("a.cut", TwoPictures()).Dialog(123, {"1002=0"}).Command(40112);

@@ -2,7 +2,7 @@
 
 #include <filesystem>
 #include <string>
-#include <string_view>
+#include <system_error>
 #include <utility>
 #include <vector>
 

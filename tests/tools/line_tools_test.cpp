@@ -328,6 +328,7 @@ TEST_F(CurveToolTest, ASkippedSegmentLeavesItsEmptyRectangleAsUndoRect) {
   EXPECT_EQ(cut->undoRect, (Rect{0, 0, 0, 0}));
   Click(44, 40, kControl);
   Click(48, 40);
+  // Place and height are still those of the segment that was drawn last.
   EXPECT_EQ(cut->undoRect, (Rect{15, 15, 0, 10}));
 }
 

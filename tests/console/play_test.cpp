@@ -85,6 +85,14 @@ TEST(ConsolePlay, DissolveIsMixedInThePictures) {
   }
 }
 
+TEST(ConsolePlay, PictureAreaMayHaveNoWidth) {
+  const Folder folder;
+  folder.Write("a.ca", Compiled({"", 4, 1, 0, 1, 24, 4}, {Block(1, 1, 0xE4)}));
+  const Answer run = folder.Sorvel({"play", "a.ca", "out", "--ticks", "1"});
+  EXPECT_EQ(run.status, 0) << run;
+  EXPECT_EQ(folder.Read("out/tick-00000.pgm"), Map("P5\n0 1\n255\n", ""));
+}
+
 TEST(ConsolePlay, StillHasTickZeroAlone) {
   const Folder folder;
   Play(folder, "a.ca", Compiled({"", 4, 1, 4, 1, 24, 4}, {Block(7, 3, 0xE4)}), "100");

@@ -134,5 +134,19 @@ TEST_F(CutWindowMouse, PanGoesOnInTheNextWindowWhenItsOwnIsClosed) {
   Mouse(platform::kMessageMouseMove, 5, 4);
 }
 
+TEST_F(CutWindowMouse, AStartOfTheProgramEndsAPan) {
+  platform::headless::SetClientSize(40, 30);
+  MakeCut(100, 80);
+  Mouse(platform::kMessageMouseMove, 10, 10, kPanKeys);
+  TearDown();
+  SetUp();
+  platform::headless::SetClientSize(40, 30);
+  CutWindow* cut = MakeCut(100, 80);
+  Mouse(platform::kMessageMouseMove, 5, 4, kPanKeys);
+  EXPECT_EQ(cut->scrollX, 0);
+  EXPECT_EQ(cut->scrollY, 0);
+  Mouse(platform::kMessageMouseMove, 5, 4);
+}
+
 }  // namespace
 }  // namespace sorvel

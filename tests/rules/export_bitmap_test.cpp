@@ -5,19 +5,12 @@
 
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
+#include "rules/little_bytes.h"
 
 namespace rules {
 namespace {
 
 constexpr int exportFrame = 40076;
-
-uint32_t Number(const std::string& bytes, size_t offset, size_t count) {
-  uint32_t value = 0;
-  for (size_t i = 0; i < count; ++i) {
-    value |= static_cast<uint32_t>(static_cast<unsigned char>(bytes.at(offset + i))) << 8 * i;
-  }
-  return value;
-}
 
 std::string Exported(DrawingSession& session) {
   session.File(session.Path("out.bmp")).Command(exportFrame);
@@ -41,17 +34,17 @@ TEST(ExportedBitmap, HasItsHeader) {
   const std::string bytes = Exported(session);
   ASSERT_EQ(bytes.size(), 118u + 48 * 32);
   EXPECT_EQ(bytes.substr(0, 2), "BM");
-  EXPECT_EQ(Number(bytes, 2, 4), 118u + 48 * 32);
-  EXPECT_EQ(Number(bytes, 6, 4), 0u);
-  EXPECT_EQ(Number(bytes, 10, 4), 118u);
-  EXPECT_EQ(Number(bytes, 14, 4), 40u);
-  EXPECT_EQ(Number(bytes, 18, 4), 64u);
-  EXPECT_EQ(Number(bytes, 22, 4), 48u);
-  EXPECT_EQ(Number(bytes, 26, 2), 1u);
-  EXPECT_EQ(Number(bytes, 28, 2), 4u);
-  for (size_t offset = 30; offset < 46; offset += 4) EXPECT_EQ(Number(bytes, offset, 4), 0u) << offset;
-  EXPECT_EQ(Number(bytes, 46, 4), 16u);
-  EXPECT_EQ(Number(bytes, 50, 4), 0u);
+  EXPECT_EQ(LittleAt(bytes, 2, 4), 118u + 48 * 32);
+  EXPECT_EQ(LittleAt(bytes, 6, 4), 0u);
+  EXPECT_EQ(LittleAt(bytes, 10, 4), 118u);
+  EXPECT_EQ(LittleAt(bytes, 14, 4), 40u);
+  EXPECT_EQ(LittleAt(bytes, 18, 4), 64u);
+  EXPECT_EQ(LittleAt(bytes, 22, 4), 48u);
+  EXPECT_EQ(LittleAt(bytes, 26, 2), 1u);
+  EXPECT_EQ(LittleAt(bytes, 28, 2), 4u);
+  for (size_t offset = 30; offset < 46; offset += 4) EXPECT_EQ(LittleAt(bytes, offset, 4), 0u) << offset;
+  EXPECT_EQ(LittleAt(bytes, 46, 4), 16u);
+  EXPECT_EQ(LittleAt(bytes, 50, 4), 0u);
 }
 
 TEST(ExportedBitmap, ReducesTheRolesToFourLevels) {
@@ -154,9 +147,9 @@ TEST(ExportedBitmap, RowsHaveNoPadding) {
   session.FillArea(0, 46, 2, 1, 1);
   const std::string bytes = Exported(session);
   ASSERT_EQ(bytes.size(), 118u + 48 * 50);
-  EXPECT_EQ(Number(bytes, 2, 4), 118u + 48 * 52);
-  EXPECT_EQ(Number(bytes, 118 + 50, 1), 0x00u);
-  EXPECT_EQ(Number(bytes, 118 + 51, 1), 0x33u);
+  EXPECT_EQ(LittleAt(bytes, 2, 4), 118u + 48 * 52);
+  EXPECT_EQ(LittleAt(bytes, 118 + 50, 1), 0x00u);
+  EXPECT_EQ(LittleAt(bytes, 118 + 51, 1), 0x33u);
 }
 
 TEST(ExportedBitmap, AnOddWidthEndsInTheColumnBehindTheFrame) {
@@ -165,9 +158,9 @@ TEST(ExportedBitmap, AnOddWidthEndsInTheColumnBehindTheFrame) {
   session.Dialog(123, {"1002=31", "1001=24"}).Command(40112);
   const std::string bytes = Exported(session);
   ASSERT_EQ(bytes.size(), 118u + 24 * 16);
-  EXPECT_EQ(Number(bytes, 18, 4), 31u);
-  EXPECT_EQ(Number(bytes, 118 + 15, 1), 0x33u);
-  EXPECT_EQ(Number(bytes, 118 + 23 * 16 + 15, 1), 0x30u);
+  EXPECT_EQ(LittleAt(bytes, 18, 4), 31u);
+  EXPECT_EQ(LittleAt(bytes, 118 + 15, 1), 0x33u);
+  EXPECT_EQ(LittleAt(bytes, 118 + 23 * 16 + 15, 1), 0x30u);
 }
 
 TEST(ExportedBitmap, AtHalfSizeFourPixelsAddUp) {

@@ -932,6 +932,20 @@ TEST_F(CommandsAmongStrokes, InkDrawnAfterASaveInAStrokeIsStillToBeSaved) {
   }
 }
 
+TEST_F(CommandsAmongStrokes, InkMovedAfterASaveWithTheButtonDownIsStillToBeSaved) {
+  MakeCut();
+  CurrentCell()->FillRect(4, 4, 4, 4, kToneBlack);
+  Command(40059);
+  Drag(2, 2, 12, 12);
+  Mouse(platform::kMessageLeftDown, 6, 6);
+  FileCommand(40052, folder.Path("a.cut"));
+  ASSERT_FALSE(Cut()->Has(kModified));
+  Mouse(platform::kMessageMouseMove, 16, 10);
+  Mouse(platform::kMessageLeftUp, 16, 10);
+  ASSERT_EQ(CurrentCell()->GetPixel(15, 9), kToneBlack);
+  EXPECT_EQ(Marks(), "mit");
+}
+
 TEST_F(CommandsAmongStrokes, AMovedSelectionTakesNoInkOfAnotherToolBack) {
   MakeCut();
   CurrentCell()->FillRect(4, 4, 4, 4, kToneBlack);

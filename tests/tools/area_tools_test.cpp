@@ -353,5 +353,21 @@ TEST_F(MosaicTest, AReleaseLeftOfTheMosaicsStartLeavesItsFrameOnTheScreen) {
   EXPECT_EQ(Differences(ScreenOf(cut), before), 0u);
 }
 
+// The limit has six bits, and 0 of them stands for all records.
+TEST_F(MosaicTest, AtRecord63ItTakesTheRecordsAboveToo) {
+  Frame* shown = cut->CurrentFrame();
+  Layer* lower = shown->LayerAt(0);
+  while (shown->records.Count() < 64) shown->AddRecord(lower, 0, 0, 0);
+  Layer* top = cut->AddLayer("B", 64, 64, nullptr);
+  top->CellAt(0)->Fill(1);
+  shown->AddRecord(top, 0, 0, 0);
+  shown->SelectRecord(62);
+  Click(8, 8);
+  EXPECT_EQ(lower->CellAt(0)->GetPixel(8, 8), 4);
+  shown->SelectRecord(63);
+  Click(16, 8);
+  EXPECT_EQ(lower->CellAt(0)->GetPixel(16, 8), 1);
+}
+
 }  // namespace
 }  // namespace sorvel

@@ -84,6 +84,15 @@ TEST_F(FramePositionTest, AfterACancelARepaintOrToolChangeLeavesNoBox) {
   EXPECT_EQ(OverlaySize(), 0u);
 }
 
+TEST_F(FramePositionTest, APressOfTheRightButtonDoesNotShowTheBox) {
+  cut->Pulse();
+  ASSERT_EQ(OverlaySize(), 0u);
+  Mouse(platform::kMessageRightDown, 5, 5);
+  EXPECT_EQ(OverlaySize(), 0u);
+  Move(5, 5);
+  EXPECT_GT(OverlaySize(), 0u);
+}
+
 TEST_F(FramePositionTest, WithOneFrameARightClickCopiesItOnToItself) {
   SetPlaces({{7, 9}});
   RightClick(10, 10);

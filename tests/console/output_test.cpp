@@ -23,7 +23,7 @@ int Shell(const std::string& command) {
 }
 
 std::string Program() {
-  return std::string("'") + SORVEL_PROGRAM + "' ";
+  return std::string("'") + kProgramPath + "' ";
 }
 
 // What a command whose standard error is a terminal shows there; its standard output goes to the file "out".

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/text.h"
+#include "support/places.h"
 #include "support/test_scripts.h"
 
 namespace sorvel {
@@ -755,7 +756,7 @@ TEST(Run, TheNextRunOpensTheFilmOfTheLast) {
 TEST(Run, WithoutSettingsTheFileBesideTheProgramCounts) {
   const Folder folder;
   std::error_code error;
-  std::filesystem::copy_file(SORVEL_PROGRAM, folder.Path("program"), error);
+  std::filesystem::copy_file(kProgramPath, folder.Path("program"), error);
   ASSERT_FALSE(error);
   folder.Write("a.sorvel", TextFile("exit\n"));
   EXPECT_EQ(std::system(("cd / && " + folder.Path("program") + " run " + folder.Path("a.sorvel")).c_str()), 0);

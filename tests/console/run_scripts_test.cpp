@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/text.h"
+#include "support/places.h"
 #include "support/test_scripts.h"
 
 namespace sorvel {
@@ -28,7 +29,7 @@ std::string ReadText(const std::string& path) {
 
 std::vector<std::string> ScriptNames() {
   std::vector<std::string> names;
-  for (const auto& entry : std::filesystem::directory_iterator(SORVEL_SCRIPTS)) {
+  for (const auto& entry : std::filesystem::directory_iterator(kScriptsPath)) {
     if (entry.path().extension() == ".sorvel") names.push_back(entry.path().stem().string());
   }
   std::sort(names.begin(), names.end());
@@ -75,7 +76,7 @@ class Scripts : public testing::TestWithParam<std::string> {};
 
 TEST_P(Scripts, LeavesWhatIsExpected) {
   const std::string name = GetParam();
-  const std::string base = std::string(SORVEL_SCRIPTS) + "/" + name;
+  const std::string base = std::string(kScriptsPath) + "/" + name;
   const Folder folder;
   const Answer run = folder.Sorvel({"run", base + ".sorvel", "--settings", "settings.ini"});
   EXPECT_EQ(run.status, 0) << run;
@@ -83,7 +84,7 @@ TEST_P(Scripts, LeavesWhatIsExpected) {
   EXPECT_EQ(run.err, "");
 
   std::vector<std::string> compared;
-  for (const auto& entry : std::filesystem::directory_iterator(SORVEL_SCRIPTS)) {
+  for (const auto& entry : std::filesystem::directory_iterator(kScriptsPath)) {
     const std::string file = entry.path().filename().string();
     if (file.rfind(name + ".", 0) != 0 || file == name + ".sorvel") continue;
     const std::string output = file.substr(name.size() + 1);

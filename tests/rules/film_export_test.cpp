@@ -15,6 +15,7 @@
 #include "rules/little_bytes.h"
 #include "rules/script_session.h"
 #include "rules/session_state.h"
+#include "support/places.h"
 
 namespace {
 
@@ -45,7 +46,7 @@ std::string InShell(const std::string& word) {
 
 // Runs one command and gives its exit status. Its output and its errors are in files of the session's folder.
 int Console(const ScriptSession& session, const Names& words) {
-  std::string line = std::string("timeout 20 ").append(InShell(SORVEL_PROGRAM));
+  std::string line = std::string("timeout 20 ").append(InShell(kProgramPath));
   for (const std::string& word : words) line.append(" ").append(InShell(word));
   line.append(" > ").append(InShell(session.Path("output.txt")));
   line.append(" 2> ").append(InShell(session.Path("errors.txt")));

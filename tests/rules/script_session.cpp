@@ -19,6 +19,7 @@
 #include <thread>
 
 #include "rules/little_bytes.h"
+#include "support/places.h"
 
 extern char** environ;
 
@@ -424,13 +425,13 @@ void ScriptSession::WriteBitmap(std::string_view name, int width, int height,
 
 void ScriptSession::Run(int expectedStatus) {
   Write("script.txt", script);
-  RunProgram({SORVEL_PROGRAM, "run", Path("script.txt"), "--settings", Path("settings.ini")}, expectedStatus);
+  RunProgram({kProgramPath, "run", Path("script.txt"), "--settings", Path("settings.ini")}, expectedStatus);
 }
 
 void ScriptSession::RunCopy(const std::string& name, int expectedStatus) {
   Write("script.txt", script);
   std::error_code failure;
-  std::filesystem::copy_file(SORVEL_PROGRAM, Path(name), std::filesystem::copy_options::overwrite_existing, failure);
+  std::filesystem::copy_file(kProgramPath, Path(name), std::filesystem::copy_options::overwrite_existing, failure);
   ASSERT_FALSE(failure) << failure.message();
   RunProgram({Path(name), "run", Path("script.txt")}, expectedStatus);
 }

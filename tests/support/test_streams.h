@@ -25,6 +25,7 @@
 #include "foundation/byte_stream.h"
 #include "imaging/indexed_image.h"
 #include "imaging/nibble_bitmap.h"
+#include "support/places.h"
 
 namespace sorvel::teststreams {
 
@@ -340,7 +341,7 @@ class Folder {
     posix_spawn_file_actions_adddup2(&actions, fileno(out), 1);
     posix_spawn_file_actions_adddup2(&actions, fileno(err), 2);
     pid_t child = 0;
-    const int spawned = posix_spawn(&child, SORVEL_PROGRAM, &actions, nullptr, arguments.data(), environ);
+    const int spawned = posix_spawn(&child, kProgramPath, &actions, nullptr, arguments.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
     EXPECT_EQ(spawned, 0);
     if (spawned != 0) return {};

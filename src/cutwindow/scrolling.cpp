@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "cutwindow/cut_window.h"
+#include "foundation/arithmetic.h"
 
 namespace sorvel {
 
@@ -9,21 +10,17 @@ namespace {
 // The place of a thumb has 16 bits, which a larger picture would overrun.
 constexpr int64_t kLargestThumb = 65535;
 
-int32_t Narrowed(int64_t value) {
-  return static_cast<int32_t>(value);
-}
-
 }  // namespace
 
 // The position may come out negative when the page is larger than the picture: a picture that doesn't scroll is
 // centred without regard to it, and the next update puts it back to 0.
 void CutWindow::UpdateScrollBar(platform::ScrollBar bar, int32_t clientSize, int32_t canvasSize, int32_t* position) {
   const int32_t page = clientSize - clientSize % zoomNumerator;
-  const int32_t maximum = Narrowed(int64_t{canvasSize} * zoomNumerator / zoomDenominator);
+  const int32_t maximum = WrappingScale(canvasSize, zoomNumerator, zoomDenominator);
   if (*position < 0) {
     *position = 0;
   } else if (int64_t{*position} + page > maximum) {
-    *position = Narrowed(int64_t{maximum} - page);
+    *position = WrappingSubtract(maximum, page);
   }
   platform::SetScrollBar(window, bar, {maximum, page, *position});
 }
@@ -31,7 +28,7 @@ void CutWindow::UpdateScrollBar(platform::ScrollBar bar, int32_t clientSize, int
 void CutWindow::UpdateScrollBars(int32_t clientWidth, int32_t clientHeight) {
   UpdateScrollBar(platform::ScrollBar::kHorizontal, clientWidth, width, &scrollX);
   UpdateScrollBar(platform::ScrollBar::kVertical, clientHeight, height, &scrollY);
-  lineStepX = Narrowed(int64_t{zoomNumerator} * 4);
+  lineStepX = Wrapped(int64_t{zoomNumerator} * 4);
   lineStepY = lineStepX;
   platform::InvalidateClient(window, true);
 }
@@ -59,19 +56,19 @@ void CutWindow::Scroll(platform::ScrollBar bar, int32_t code, int32_t thumb) {
       // The arrows know no limit; the next update of the bars brings the position back.
       const int32_t distance = code == platform::kScrollLineUp ? -step : step;
       Pulse();
-      position = Narrowed(int64_t{position} + distance);
+      position = WrappingAdd(position, distance);
       platform::SetScrollPosition(window, bar, position);
       shift(-distance);
       Pulse();
       break;
     }
     case platform::kScrollPageUp:
-      position = Narrowed(std::max<int64_t>(int64_t{position} - page, 0));
+      position = Wrapped(std::max<int64_t>(int64_t{position} - page, 0));
       platform::SetScrollPosition(window, bar, position);
       platform::InvalidateClient(window, false);
       break;
     case platform::kScrollPageDown:
-      position = Narrowed(std::min<int64_t>(int64_t{position} + page, total - page));
+      position = Wrapped(std::min<int64_t>(int64_t{position} + page, total - page));
       platform::SetScrollPosition(window, bar, position);
       platform::InvalidateClient(window, false);
       break;
@@ -87,7 +84,7 @@ void CutWindow::Scroll(platform::ScrollBar bar, int32_t code, int32_t thumb) {
         pulseSuppressed = true;
         Pulse();
       }
-      shift(Narrowed(int64_t{position} - target));
+      shift(Wrapped(int64_t{position} - target));
       position = target;
       platform::UpdateClient(window);
       break;

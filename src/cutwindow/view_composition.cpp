@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "cutwindow/cut_window.h"
+#include "foundation/arithmetic.h"
 #include "tools/tool_state.h"
 
 namespace sorvel {
@@ -11,10 +12,6 @@ namespace {
 constexpr int32_t kLineColors = 3;
 constexpr ColorEntry kPlainLines[kLineColors] = {{0, 0, 0, 0}, {85, 85, 85, 0}, {170, 170, 170, 0}};
 constexpr ColorEntry kVividLines[kLineColors] = {{255, 0, 0, 0}, {0, 0, 255, 0}, {0, 255, 0, 0}};
-
-int32_t Narrowed(int64_t value) {
-  return static_cast<int32_t>(value);
-}
 
 // Lowers `value` to a multiple of `step`.
 int64_t LoweredTo(int64_t value, int32_t step) {
@@ -49,8 +46,8 @@ struct AxisCopy {
     const int64_t split = from + shown - rest;
     const int64_t to = target + (from - start) * numerator / denominator;
     const int64_t toSplit = to + (shown - rest) * numerator / denominator;
-    groups = {Narrowed(from), Narrowed(split), Narrowed(to), Narrowed(toSplit)};
-    edge = {Narrowed(split), Narrowed(split + rest), Narrowed(toSplit), Narrowed(toSplit + 1)};
+    groups = {Wrapped(from), Wrapped(split), Wrapped(to), Wrapped(toSplit)};
+    edge = {Wrapped(split), Wrapped(split + rest), Wrapped(toSplit), Wrapped(toSplit + 1)};
   }
 
   Stretch groups;
@@ -116,7 +113,7 @@ bool CutWindow::RepaintAreaDirect(int32_t areaX, int32_t areaY, int32_t areaWidt
     AlignToGroups(&x, &w, zoomDenominator);
     AlignToGroups(&y, &h, zoomDenominator);
   }
-  Point corner = {Narrowed(x), Narrowed(y)};
+  Point corner = {Wrapped(x), Wrapped(y)};
   CutToWindow(&corner, 1);
   const AxisCopy across(x, w, corner.x, width, zoomNumerator, zoomDenominator);
   const AxisCopy down(y, h, corner.y, height, zoomNumerator, zoomDenominator);
@@ -183,10 +180,10 @@ void CutWindow::PaintClient(platform::DeviceContext* context, const Bounds& upda
   w = std::min<int64_t>(w, int64_t{width} - from.x);
   h = std::min<int64_t>(h, int64_t{height} - from.y);
   if (from.x >= width || from.y >= height) return;
-  const Bounds target = {to.x, to.y, Narrowed(to.x + w * zoomNumerator / zoomDenominator),
-                         Narrowed(to.y + h * zoomNumerator / zoomDenominator)};
+  const Bounds target = {to.x, to.y, Wrapped(to.x + w * zoomNumerator / zoomDenominator),
+                         Wrapped(to.y + h * zoomNumerator / zoomDenominator)};
   platform::StretchBitmap(context, target, view.bitmapHandle,
-                          {from.x, from.y, Narrowed(from.x + w), Narrowed(from.y + h)});
+                          {from.x, from.y, Wrapped(from.x + w), Wrapped(from.y + h)});
 }
 
 // Tools.
@@ -210,8 +207,8 @@ void CutWindow::ShowPenMark(const Point* point) {
   Point place = *point;
   LayerToCut(&place, 1);
   view.Stamp(place.x, place.y, currentPen, maskFlags, nullptr);
-  brushMarkX = Narrowed(int64_t{place.x} - reach);
-  brushMarkY = Narrowed(int64_t{place.y} - reach);
+  brushMarkX = WrappingSubtract(place.x, reach);
+  brushMarkY = WrappingSubtract(place.y, reach);
   const Rect both = BoundingRect(old, {brushMarkX, brushMarkY, side, side});
   RepaintAreaDirect(both.x, both.y, both.width, both.height);
 }

@@ -1,29 +1,16 @@
 #include "cutwindow/cut_window.h"
+#include "foundation/arithmetic.h"
 #include "tools/tool_state.h"
 
 namespace sorvel {
 
 namespace {
 
-// `value` * numerator / denominator, truncated toward zero. There is no limit to the zoom; what leaves 32 bits wraps.
-int32_t Scaled(int64_t value, int32_t numerator, int32_t denominator) {
-  return static_cast<int32_t>(value * numerator / denominator);
-}
-
 // On to the grid: a remainder of more than half a step goes up, so that half a step itself goes down.
 int32_t Snapped(int32_t value, int32_t step) {
   if (step <= 1) return value;
   const int32_t rest = value % step;
-  const int64_t snapped = int64_t{value} - rest + (step / 2 < rest ? step : 0);
-  return static_cast<int32_t>(snapped);
-}
-
-int32_t Difference(int32_t a, int32_t b) {
-  return static_cast<int32_t>(int64_t{a} - b);
-}
-
-int32_t Sum(int32_t a, int32_t b) {
-  return static_cast<int32_t>(int64_t{a} + b);
+  return Wrapped(int64_t{value} - rest + (step / 2 < rest ? step : 0));
 }
 
 }  // namespace
@@ -32,26 +19,26 @@ int32_t Sum(int32_t a, int32_t b) {
 // centred, whatever the scroll bars say.
 Point CutWindow::ViewOrigin() {
   const Bounds client = platform::ClientBounds(window);
-  Point origin = {Difference(client.right, Scaled(width, zoomNumerator, zoomDenominator)) / 2,
-                  Difference(client.bottom, Scaled(height, zoomNumerator, zoomDenominator)) / 2};
-  if (origin.x < 0) origin.x = Difference(0, scrollX);
-  if (origin.y < 0) origin.y = Difference(0, scrollY);
+  Point origin = {WrappingSubtract(client.right, WrappingScale(width, zoomNumerator, zoomDenominator)) / 2,
+                  WrappingSubtract(client.bottom, WrappingScale(height, zoomNumerator, zoomDenominator)) / 2};
+  if (origin.x < 0) origin.x = WrappingSubtract(0, scrollX);
+  if (origin.y < 0) origin.y = WrappingSubtract(0, scrollY);
   return origin;
 }
 
 void CutWindow::CutToWindow(Point* points, int32_t count) {
   const Point origin = ViewOrigin();
   for (int32_t i = 0; i < count; ++i) {
-    points[i].x = Sum(Scaled(points[i].x, zoomNumerator, zoomDenominator), origin.x);
-    points[i].y = Sum(Scaled(points[i].y, zoomNumerator, zoomDenominator), origin.y);
+    points[i].x = WrappingAdd(WrappingScale(points[i].x, zoomNumerator, zoomDenominator), origin.x);
+    points[i].y = WrappingAdd(WrappingScale(points[i].y, zoomNumerator, zoomDenominator), origin.y);
   }
 }
 
 void CutWindow::WindowToCutRaw(Point* points, int32_t count) {
   const Point origin = ViewOrigin();
   for (int32_t i = 0; i < count; ++i) {
-    points[i].x = Scaled(int64_t{points[i].x} - origin.x, zoomDenominator, zoomNumerator);
-    points[i].y = Scaled(int64_t{points[i].y} - origin.y, zoomDenominator, zoomNumerator);
+    points[i].x = WrappingScale(int64_t{points[i].x} - origin.x, zoomDenominator, zoomNumerator);
+    points[i].y = WrappingScale(int64_t{points[i].y} - origin.y, zoomDenominator, zoomNumerator);
   }
 }
 
@@ -68,7 +55,7 @@ void CutWindow::CutToLayer(Point* points, int32_t count) {
   int32_t y = 0;
   Frame* frame = CurrentFrame();
   if (frame == nullptr || !frame->GetRecordPosition(frame->currentRecord, &x, &y)) return;
-  for (int32_t i = 0; i < count; ++i) points[i] = {Difference(points[i].x, x), Difference(points[i].y, y)};
+  for (int32_t i = 0; i < count; ++i) points[i] = {WrappingSubtract(points[i].x, x), WrappingSubtract(points[i].y, y)};
 }
 
 void CutWindow::LayerToCut(Point* points, int32_t count) {
@@ -76,20 +63,22 @@ void CutWindow::LayerToCut(Point* points, int32_t count) {
   int32_t y = 0;
   Frame* frame = CurrentFrame();
   if (frame == nullptr || !frame->GetRecordPosition(frame->currentRecord, &x, &y)) return;
-  for (int32_t i = 0; i < count; ++i) points[i] = {Sum(points[i].x, x), Sum(points[i].y, y)};
+  for (int32_t i = 0; i < count; ++i) points[i] = {WrappingAdd(points[i].x, x), WrappingAdd(points[i].y, y)};
 }
 
 Rect CutWindow::SelectionInCut() {
   Point corners[2] = {{selection.left, selection.top}, {selection.right, selection.bottom}};
   WindowToCutRaw(corners, 2);
-  return {corners[0].x, corners[0].y, Difference(corners[1].x, corners[0].x), Difference(corners[1].y, corners[0].y)};
+  return {corners[0].x, corners[0].y, WrappingSubtract(corners[1].x, corners[0].x),
+          WrappingSubtract(corners[1].y, corners[0].y)};
 }
 
 Rect CutWindow::SelectionInLayer() {
   Point corners[2] = {{selection.left, selection.top}, {selection.right, selection.bottom}};
   WindowToCut(corners, 2);
   CutToLayer(corners, 2);
-  return {corners[0].x, corners[0].y, Difference(corners[1].x, corners[0].x), Difference(corners[1].y, corners[0].y)};
+  return {corners[0].x, corners[0].y, WrappingSubtract(corners[1].x, corners[0].x),
+          WrappingSubtract(corners[1].y, corners[0].y)};
 }
 
 bool CutWindow::ToolArea(Rect* area) {
@@ -127,10 +116,10 @@ void CutWindow::CenterOn(Point cutPoint) {
   const Bounds client = platform::ClientBounds(window);
   Point corners[2] = {{client.left, client.top}, {client.right, client.bottom}};
   WindowToCut(corners, 2);
-  const int32_t halfX = Scaled(int64_t{corners[0].x} - corners[1].x, zoomNumerator, zoomDenominator) / 2;
-  const int32_t halfY = Scaled(int64_t{corners[0].y} - corners[1].y, zoomNumerator, zoomDenominator) / 2;
-  scrollX = Sum(halfX, Scaled(cutPoint.x, zoomNumerator, zoomDenominator));
-  scrollY = Sum(halfY, Scaled(cutPoint.y, zoomNumerator, zoomDenominator));
+  const int32_t halfX = WrappingScale(int64_t{corners[0].x} - corners[1].x, zoomNumerator, zoomDenominator) / 2;
+  const int32_t halfY = WrappingScale(int64_t{corners[0].y} - corners[1].y, zoomNumerator, zoomDenominator) / 2;
+  scrollX = WrappingAdd(halfX, WrappingScale(cutPoint.x, zoomNumerator, zoomDenominator));
+  scrollY = WrappingAdd(halfY, WrappingScale(cutPoint.y, zoomNumerator, zoomDenominator));
   UpdateScrollBars(client.right, client.bottom);
 }
 

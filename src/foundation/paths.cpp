@@ -4,16 +4,12 @@
 #include <cstdio>
 #include <cstring>
 
+#include "foundation/shift_jis.h"
 #include "platform/files.h"
 
 namespace sorvel {
 
 namespace {
-
-bool IsLeadByte(char byte) {
-  const unsigned char value = static_cast<unsigned char>(byte);
-  return (value >= 0x81 && value <= 0x9F) || (value >= 0xE0 && value <= 0xFC);
-}
 
 bool IsDigit(char byte) {
   return byte >= '0' && byte <= '9';

@@ -1,11 +1,8 @@
 #pragma once
 
 #include <algorithm>
-#include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
-#include <limits>
 
 #include "imaging/cell_image.h"
 #include "imaging/pen.h"
@@ -30,29 +27,6 @@ inline uint64_t SpanBits(int32_t word, int32_t first, int32_t end) {
   if (low >= high) return 0;
   return ~uint64_t{0} >> (kWordPixels - (high - low)) << low;
 }
-
-// Owned memory of zeros.
-template <typename Item>
-class ZeroedArray {
- public:
-  ZeroedArray() = default;
-  ZeroedArray(const ZeroedArray&) = delete;
-  ZeroedArray& operator=(const ZeroedArray&) = delete;
-  ~ZeroedArray() { std::free(items); }
-
-  // Once. False if there is no memory for it.
-  bool Make(uint64_t count) {
-    if (count > std::numeric_limits<size_t>::max() / sizeof(Item)) return false;
-    items = static_cast<Item*>(std::calloc(static_cast<size_t>(count), sizeof(Item)));
-    return items != nullptr;
-  }
-  bool IsMade() const { return items != nullptr; }
-  Item& operator[](size_t index) { return items[index]; }
-  const Item& operator[](size_t index) const { return items[index]; }
-
- private:
-  Item* items = nullptr;
-};
 
 inline bool IsPacked(const CellImage& image) {
   return image.colors <= 16;

@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
-#include <limits>
 
+#include "foundation/arithmetic.h"
 #include "imaging/cell_image.h"
 #include "imaging/pixel_words.h"
 
@@ -13,11 +13,6 @@ namespace {
 // A stamp covers kReach columns and rows before its point, and the point with kReach - 1 behind it.
 constexpr int32_t kReach = 4;
 constexpr int32_t kStampSize = 2 * kReach;
-
-int32_t ToCoordinate(int64_t value) {
-  return static_cast<int32_t>(
-      std::clamp<int64_t>(value, std::numeric_limits<int32_t>::min(), std::numeric_limits<int32_t>::max()));
-}
 
 int64_t SignOf(int64_t value) {
   return (value > 0) - (value < 0);
@@ -45,7 +40,7 @@ Span BoxSpan(int32_t start, int32_t size) {
 
 bool ClipSpans(const CellImage& image, Span across, Span down, Rect* rect) {
   if (!ClipSpan(&across, image.width) || !ClipSpan(&down, image.height)) return false;
-  *rect = {ToCoordinate(across.start), ToCoordinate(down.start), ToCoordinate(across.size), ToCoordinate(down.size)};
+  *rect = {Saturated(across.start), Saturated(down.start), Saturated(across.size), Saturated(down.size)};
   return true;
 }
 
@@ -55,8 +50,8 @@ void GrowSpan(int32_t* start, int32_t* size, int64_t position) {
   int64_t end = first + *size;
   if (position - kReach <= first) first = position - kReach - 1;
   if (end <= position + kReach) end = position + kReach + 1;
-  *start = ToCoordinate(first);
-  *size = ToCoordinate(end - *start);
+  *start = Saturated(first);
+  *size = Saturated(end - *start);
 }
 
 // The bits of a row of a pen's shape with the leftmost column as the lowest.
@@ -95,14 +90,14 @@ float Weight(float a, float b, float c, float factor) {
 // Rounds a positive value to the nearest, ties up, and a negative one towards zero.
 int32_t CurveCoordinate(long double value) {
   const auto whole = static_cast<int64_t>(value);
-  return ToCoordinate(value - static_cast<long double>(whole) >= 0.5L ? whole + 1 : whole);
+  return Saturated(value - static_cast<long double>(whole) >= 0.5L ? whole + 1 : whole);
 }
 
 }  // namespace
 
 void GrowRect(Rect* rect, int32_t x, int32_t y) {
   if (rect->width == 0 || rect->height == 0) {
-    *rect = {ToCoordinate(int64_t{x} - kReach), ToCoordinate(int64_t{y} - kReach), kStampSize, kStampSize};
+    *rect = {SaturatingSubtract(x, kReach), SaturatingSubtract(y, kReach), kStampSize, kStampSize};
     return;
   }
   GrowSpan(&rect->x, &rect->width, x);

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "foundation/buffer.h"
 #include "imaging/cell_image.h"
 #include "imaging/pixel_words.h"
 
@@ -76,7 +77,7 @@ class GradientInk {
   bool Make(int32_t imageWidth) {
     if (!isHorizontal) return true;
     rowGroups = WordCount(imageWidth) * (kWordPixels / GroupPixels(isPacked));
-    if (!groups.Make(uint64_t{4} * static_cast<uint64_t>(rowGroups))) return false;
+    if (!groups.AllocateZeroed(uint64_t{4} * static_cast<uint64_t>(rowGroups))) return false;
     for (int32_t x = 0; x < imageWidth; x++) {
       const PenSpec pen = PenAt(x);
       for (int32_t y = 0; y < 4; y++) {
@@ -106,7 +107,7 @@ class GradientInk {
   int64_t delta;
   int64_t origin = 0;
   int64_t span = 0;
-  ZeroedArray<uint64_t> groups;  // four rows of them; what lies across repeats as the dither does
+  Buffer<uint64_t> groups;  // four rows of them; what lies across repeats as the dither does
   int32_t rowGroups = 0;
   uint64_t rowGroup = 0;
 };
@@ -139,7 +140,9 @@ class Area {
     // A word and a row of nothing to each side, so that no step has to ask where the image ends.
     stride = int64_t{rowWords} + 1;
     const int64_t rows = int64_t{image.height} + 2;
-    if (!words.Make(static_cast<uint64_t>(stride * rows + 1)) || !flags.Make(static_cast<uint64_t>(rows))) return false;
+    if (!words.AllocateZeroed(static_cast<uint64_t>(stride * rows + 1)) ||
+        !flags.AllocateZeroed(static_cast<uint64_t>(rows)))
+      return false;
     flags[0] = kIsRead;
     flags[static_cast<size_t>(rows) - 1] = kIsRead;
     return true;
@@ -165,7 +168,7 @@ class Area {
     Spread();
   }
 
-  bool HasMemory() const { return words.IsMade(); }
+  bool HasMemory() const { return words.IsAllocated(); }
   bool IsEmpty() const { return top > bottom; }
 
   bool Contains(int32_t x, int32_t y) const {
@@ -289,8 +292,8 @@ class Area {
   int32_t top;
   int32_t bottom = -1;
   uint8_t seen = 0;
-  ZeroedArray<Word> words;
-  ZeroedArray<uint8_t> flags;  // of each row; 0 before it was read
+  Buffer<Word> words;
+  Buffer<uint8_t> flags;  // of each row; 0 before it was read
   std::vector<Place> places;
 };
 
@@ -364,7 +367,8 @@ class Border {
   // Reads the pixels. False if there is no memory.
   bool Make() {
     const uint64_t columns = static_cast<uint64_t>(wordCount);
-    if (!words.Make(columns * (static_cast<uint64_t>(bottom - top) + 1)) || !above.Make(columns)) return false;
+    if (!words.AllocateZeroed(columns * (static_cast<uint64_t>(bottom - top) + 1)) || !above.AllocateZeroed(columns))
+      return false;
     const auto isKey = [this](uint8_t pixel) { return static_cast<uint8_t>(pixel == key ? 1 : 0); };
     const auto isMarker = [](uint8_t pixel) { return static_cast<uint8_t>(pixel == kWorkMarker ? 1 : 0); };
     const int32_t firstX = firstWord * kWordPixels;
@@ -457,8 +461,8 @@ class Border {
   int32_t wordCount;  // with the columns next to the rectangle
   int32_t top;
   int32_t bottom;  // with the rows next to it
-  ZeroedArray<Word> words;
-  ZeroedArray<uint64_t> above;  // the row above as it was before the pass
+  Buffer<Word> words;
+  Buffer<uint64_t> above;  // the row above as it was before the pass
 };
 
 // What each value of a pixel becomes.

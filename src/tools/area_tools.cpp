@@ -2,6 +2,7 @@
 #include <cstdlib>
 
 #include "cutwindow/clipboard.h"
+#include "foundation/arithmetic.h"
 #include "platform/drawing.h"
 #include "tools/tool_functions.h"
 #include "tools/tool_state.h"
@@ -232,8 +233,8 @@ void ComposeMosaic(CutWindow* window, const Rect& block) {
   view.FillRect(block.x, block.y, block.width, block.height, kTransparent);
   const uint32_t flags = (static_cast<uint32_t>(frame->currentRecord + 1) & kDrawLimitMask) << kDrawLimitShift;
   frame->ComposeFrame(&view, block.x, block.y, block.width, block.height, &flags, nullptr);
-  const int32_t lastX = std::min(block.width, Saturated(int64_t{view.width} - block.x));
-  const int32_t lastY = std::min(block.height, Saturated(int64_t{view.height} - block.y));
+  const int32_t lastX = std::min(block.width, SaturatingSubtract(view.width, block.x));
+  const int32_t lastY = std::min(block.height, SaturatingSubtract(view.height, block.y));
   for (int32_t j = FirstTile(block.y); j < lastY; j += gMosaic.size) {
     for (int32_t i = FirstTile(block.x); i < lastX; i += gMosaic.size) {
       view.Mosaic(block.x + i, block.y + j, gMosaic.size, gMosaic.size);

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "foundation/arithmetic.h"
 #include "tools/tool_functions.h"
 #include "tools/tool_state.h"
 

@@ -1,5 +1,6 @@
 #include <limits>
 
+#include "foundation/arithmetic.h"
 #include "tools/tool_functions.h"
 
 namespace sorvel {
@@ -25,7 +26,7 @@ PositionTool gFrameTool;
 PositionTool gLayerTool;
 
 Bounds BoxAt(int32_t x, int32_t y, int32_t width, int32_t height) {
-  return {x, y, Saturated(int64_t{x} + width), Saturated(int64_t{y} + height)};
+  return {x, y, SaturatingAdd(x, width), SaturatingAdd(y, height)};
 }
 
 bool ReadFrameBox(CutWindow* window, Bounds* box) {
@@ -46,8 +47,8 @@ bool ReadLayerBox(CutWindow* window, Bounds* box) {
 }
 
 void ShowMovedBox(CutWindow* window, const Bounds& box, int32_t dx, int32_t dy) {
-  Point corners[2] = {{Saturated(int64_t{box.left} + dx), Saturated(int64_t{box.top} + dy)},
-                      {Saturated(int64_t{box.right} + dx), Saturated(int64_t{box.bottom} + dy)}};
+  Point corners[2] = {{SaturatingAdd(box.left, dx), SaturatingAdd(box.top, dy)},
+                      {SaturatingAdd(box.right, dx), SaturatingAdd(box.bottom, dy)}};
   window->CutToWindow(corners, 2);
   ShowFrame(window, {corners[0].x, corners[0].y, corners[1].x, corners[1].y});
 }
@@ -77,17 +78,13 @@ Point CutPoint(intptr_t place, CutWindow* window) {
   return point;
 }
 
-int32_t Difference(int32_t a, int32_t b) {
-  return Saturated(int64_t{a} - b);
-}
-
 int32_t Middle(int32_t a, int32_t b) {
   return static_cast<int32_t>((int64_t{a} + b) / 2);
 }
 
 // How far `value` can go in this direction without leaving 32 bits.
 int32_t StepWithin(int32_t value, int32_t step) {
-  return Difference(Saturated(int64_t{value} + step), value);
+  return SaturatingSubtract(SaturatingAdd(value, step), value);
 }
 
 // What both tools do alike: show the box, press, drag and cancel. False if the message is the tool's own affair.
@@ -104,7 +101,8 @@ bool RunDrag(PositionTool* tool, uint32_t message, Point point, CutWindow* windo
     case platform::kMessageMouseMove:
       ShowBoxIfHidden(tool, window, readBox);
       if (tool->isDragging) {
-        ShowMovedBox(window, tool->box, Difference(point.x, tool->start.x), Difference(point.y, tool->start.y));
+        ShowMovedBox(window, tool->box, SaturatingSubtract(point.x, tool->start.x),
+                     SaturatingSubtract(point.y, tool->start.y));
       }
       return true;
     case platform::kMessageRightUp:
@@ -160,8 +158,8 @@ void ReleaseLayer(CutWindow* window, Frame* frame, Point point, bool isControlDo
     frame->SetRecordPosition(index, 0, 0);
   } else if (gLayerTool.isDragging) {
     const FrameRecord* record = frame->records.At(index);
-    frame->OffsetRecord(index, StepWithin(record->x, Difference(point.x, gLayerTool.start.x)),
-                        StepWithin(record->y, Difference(point.y, gLayerTool.start.y)));
+    frame->OffsetRecord(index, StepWithin(record->x, SaturatingSubtract(point.x, gLayerTool.start.x)),
+                        StepWithin(record->y, SaturatingSubtract(point.y, gLayerTool.start.y)));
     gLayerTool.start = point;
   } else {
     return;

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "foundation/arithmetic.h"
 #include "foundation/shared_string.h"
 #include "platform/fonts.h"
 #include "tools/tool_functions.h"
@@ -61,7 +62,7 @@ Rect TextBlock(Point corner) {
 void ShowTextFrame(const ToolInput& input) {
   const Point corner = input.point;
   gText.corner = corner;
-  const Point farCorner = {Saturated(int64_t{corner.x} + gText.width), Saturated(int64_t{corner.y} + gText.height)};
+  const Point farCorner = {SaturatingAdd(corner.x, gText.width), SaturatingAdd(corner.y, gText.height)};
   ShowFrame(input.window, ToWindowBounds(input.window, corner, farCorner));
 }
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <limits>
 
 #include "platform/drawing.h"
 #include "tools/tool_state.h"
@@ -59,11 +58,6 @@ bool ReadInput(uint32_t keys, intptr_t place, CutWindow* window, CoordinateForm 
   input->point = ToLayer(window, input->mouse);
   input->isControlDown = (keys & platform::kKeyControl) != 0;
   return true;
-}
-
-int32_t Saturated(int64_t value) {
-  return static_cast<int32_t>(
-      std::clamp<int64_t>(value, std::numeric_limits<int32_t>::min(), std::numeric_limits<int32_t>::max()));
 }
 
 Point Limited(Point point) {

@@ -30,8 +30,6 @@ Point UnpackPlace(intptr_t place, CoordinateForm form);
 // False if there is no drawing to work on, which is the case of a blank record.
 bool ReadInput(uint32_t keys, intptr_t place, CutWindow* window, CoordinateForm form, ToolInput* input);
 
-// The nearest value of 32 bits.
-int32_t Saturated(int64_t value);
 // The nearest point of a range, far wider than any canvas, in which sums of a few coordinates can't overflow.
 Point Limited(Point point);
 // Layer coordinates and window coordinates of the same point, limited. Those of ToLayer lie on the grid.

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "foundation/shift_jis.h"
 #include "platform/headless/internal.h"
 
 namespace sorvel::platform {
@@ -180,9 +181,7 @@ std::vector<uint32_t> Characters(const char* text, int32_t length) {
   std::vector<uint32_t> characters;
   const std::string_view whole(text, static_cast<size_t>(std::max(length, 0)));
   for (size_t i = 0; i < whole.size();) {
-    const uint8_t byte = static_cast<uint8_t>(whole[i]);
-    const bool isDouble = (byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xFC);
-    const size_t count = std::min<size_t>(isDouble ? 2 : 1, whole.size() - i);
+    const size_t count = std::min<size_t>(IsLeadByte(whole[i]) ? 2 : 1, whole.size() - i);
     const std::string utf8 = headless::ToUtf8(whole.substr(i, count));
     i += count;
     if (utf8.empty() || static_cast<uint8_t>(utf8[0]) < 0x20) continue;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "foundation/shift_jis.h"
 #include "platform/headless/internal.h"
 #include "platform/headless/resources.h"
 #include "platform/text.h"
@@ -46,12 +47,6 @@ void CollectChecked(const Menu* menu, std::vector<int32_t>* ids) {
     if (line.popup != nullptr) CollectChecked(line.popup, ids);
     if (line.checked) ids->push_back(line.id);
   }
-}
-
-// A double byte begins with one of these.
-bool IsLeadByte(char byte) {
-  const uint8_t value = static_cast<uint8_t>(byte);
-  return (value >= 0x81 && value <= 0x9F) || (value >= 0xE0 && value <= 0xFC);
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 
 #include <strings.h>
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
@@ -10,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "foundation/arithmetic.h"
 #include "platform/files.h"
 
 namespace sorvel::platform {
@@ -112,7 +112,7 @@ int32_t ReadProfileNumber(const char* path, const char* section, const char* key
   std::string value;
   if (!ReadValue(path, section, key, &value)) return fallback;
   const long long number = std::strtoll(value.c_str(), nullptr, 10);
-  return static_cast<int32_t>(std::clamp<long long>(number, INT32_MIN, INT32_MAX));
+  return Saturated(number);
 }
 
 void ReadProfileText(const char* path, const char* section, const char* key, const char* fallback, char* text,

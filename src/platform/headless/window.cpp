@@ -4,6 +4,7 @@
 #include <cstring>
 #include <map>
 
+#include "foundation/arithmetic.h"
 #include "platform/headless/internal.h"
 
 namespace sorvel::platform {
@@ -42,14 +43,6 @@ struct AllOfThem {
 
 AllOfThem gAll;
 std::map<std::string, WindowClass> gClasses;
-
-int32_t Add(int32_t left, int32_t right) {
-  return static_cast<int32_t>(static_cast<uint32_t>(left) + static_cast<uint32_t>(right));
-}
-
-int32_t Subtract(int32_t left, int32_t right) {
-  return static_cast<int32_t>(static_cast<uint32_t>(left) - static_cast<uint32_t>(right));
-}
 
 void Remove(std::vector<Window*>* list, const Window* window) {
   list->erase(std::remove(list->begin(), list->end(), window), list->end());
@@ -112,7 +105,7 @@ Window* Create(Window* window, WindowObject* object) {
 Point Origin(const Window* window) {
   Point origin;
   for (const Window* each = window; each != nullptr; each = each->parent) {
-    origin = {Add(origin.x, each->place.left), Add(origin.y, each->place.top)};
+    origin = {WrappingAdd(origin.x, each->place.left), WrappingAdd(origin.y, each->place.top)};
   }
   return origin;
 }
@@ -168,8 +161,8 @@ bool ResizeClient(Window* window, int32_t width, int32_t height) {
   if (width == window->width && height == window->height) return false;
   window->width = width;
   window->height = height;
-  window->place.right = Add(window->place.left, width);
-  window->place.bottom = Add(window->place.top, height);
+  window->place.right = WrappingAdd(window->place.left, width);
+  window->place.bottom = WrappingAdd(window->place.top, height);
   if (hasPixels) {
     window->pixels.assign(static_cast<size_t>(width) * static_cast<size_t>(height), ColorEntry{});
     window->clip = WholeClient(window);
@@ -315,7 +308,7 @@ Bounds ClientBounds(WindowHandle window) {
 Bounds ScreenBounds(WindowHandle window) {
   if (!headless::IsWindow(window)) return {};
   const Point origin = Origin(window);
-  return {origin.x, origin.y, Add(origin.x, window->width), Add(origin.y, window->height)};
+  return {origin.x, origin.y, WrappingAdd(origin.x, window->width), WrappingAdd(origin.y, window->height)};
 }
 
 Point ScreenSize() {
@@ -325,19 +318,19 @@ Point ScreenSize() {
 Point ClientToScreen(WindowHandle window, Point point) {
   if (!headless::IsWindow(window)) return point;
   const Point origin = Origin(window);
-  return {Add(point.x, origin.x), Add(point.y, origin.y)};
+  return {WrappingAdd(point.x, origin.x), WrappingAdd(point.y, origin.y)};
 }
 
 Point ScreenToClient(WindowHandle window, Point point) {
   if (!headless::IsWindow(window)) return point;
   const Point origin = Origin(window);
-  return {Subtract(point.x, origin.x), Subtract(point.y, origin.y)};
+  return {WrappingSubtract(point.x, origin.x), WrappingSubtract(point.y, origin.y)};
 }
 
 void MoveWindow(WindowHandle window, int32_t x, int32_t y, int32_t width, int32_t height, bool repaint) {
   static_cast<void>(repaint);
   if (!headless::IsWindow(window)) return;
-  window->place = {x, y, Add(x, window->width), Add(y, window->height)};
+  window->place = {x, y, WrappingAdd(x, window->width), WrappingAdd(y, window->height)};
   if (headless::ResizeClient(window, width, height) && !headless::IsControl(window)) headless::SendSize(window);
 }
 

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <limits>
+#include <type_traits>
+
+namespace sorvel {
+
+// Owned memory for items without constructors. The memory is freed with the buffer.
+//
+// An allocation that fails gives false and leaves the buffer empty: the operation that needs the memory then fails.
+// No allocation throws or ends the program. A count of 0 succeeds.
+template <typename Item>
+class Buffer {
+  static_assert(std::is_trivially_copyable_v<Item>);
+
+ public:
+  Buffer() = default;
+  Buffer(const Buffer&) = delete;
+  Buffer& operator=(const Buffer&) = delete;
+  ~Buffer() { std::free(items); }
+
+  // Both free what the buffer held. The items of Allocate() have no defined value.
+  [[nodiscard]] bool Allocate(uint64_t newCount) {
+    return Replace(newCount, Fits(newCount) ? std::malloc(Bytes(newCount)) : nullptr);
+  }
+  [[nodiscard]] bool AllocateZeroed(uint64_t newCount) {
+    return Replace(newCount, Fits(newCount) ? std::calloc(Bytes(newCount), 1) : nullptr);
+  }
+
+  // Gives up the memory, which the caller frees with std::free().
+  [[nodiscard]] Item* Release() {
+    Item* released = items;
+    items = nullptr;
+    count = 0;
+    return released;
+  }
+
+  bool IsAllocated() const { return items != nullptr; }
+  size_t Count() const { return count; }
+  Item* Data() { return items; }
+  const Item* Data() const { return items; }
+  Item& operator[](size_t index) { return items[index]; }
+  const Item& operator[](size_t index) const { return items[index]; }
+
+ private:
+  static bool Fits(uint64_t newCount) { return newCount <= std::numeric_limits<size_t>::max() / sizeof(Item); }
+  // At least one byte: malloc(0) may give null.
+  static size_t Bytes(uint64_t newCount) { return std::max<size_t>(static_cast<size_t>(newCount) * sizeof(Item), 1); }
+
+  bool Replace(uint64_t newCount, void* memory) {
+    std::free(items);
+    items = static_cast<Item*>(memory);
+    count = items != nullptr ? static_cast<size_t>(newCount) : 0;
+    return items != nullptr;
+  }
+
+  Item* items = nullptr;
+  size_t count = 0;
+};
+
+}  // namespace sorvel

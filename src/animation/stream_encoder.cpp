@@ -27,46 +27,38 @@ Rect ReduceArea(const Rect& area, int32_t scale, const NibbleBitmap& bitmap) {
   return {x0, y0, x1 - x0, y1 - y0};
 }
 
-Rect MovedBy(const Rect& box, int32_t x, int32_t y) {
-  return {box.x + x, box.y + y, box.width, box.height};
+// The part of a cell's ink that lies on the canvas when the cell stands at (x, y).
+Rect OnCanvas(const Rect& ink, int32_t x, int32_t y, const Cut& cut) {
+  const auto clip = [](int64_t from, int32_t length, int32_t limit, int32_t* start, int32_t* size) {
+    const int64_t end = std::clamp<int64_t>(from + length, 0, limit);
+    from = std::clamp<int64_t>(from, 0, limit);
+    *start = static_cast<int32_t>(from);
+    *size = static_cast<int32_t>(end - from);
+  };
+  Rect area;
+  clip(int64_t{x} + ink.x, ink.width, cut.width, &area.x, &area.width);
+  clip(int64_t{y} + ink.y, ink.height, cut.height, &area.y, &area.height);
+  return area;
+}
+
+// The box of all pixels that aren't transparent.
+Rect FindInkBox(CellImage* image) {
+  int32_t left = image->width;
+  int32_t right = 0;
+  int32_t top = -1;
+  int32_t bottom = 0;
+  for (int32_t y = 0; y < image->height; ++y) {
+    const int32_t first = image->FindInk(0, y, image->width, 1);
+    if (first == image->width) continue;
+    if (top < 0) top = y;
+    bottom = y + 1;
+    left = std::min(left, first);
+    right = std::max(right, image->FindInk(image->width - 1, y, right - 1, 0) + 1);
+  }
+  return top < 0 ? Rect{} : Rect{left, top, right - left, bottom - top};
 }
 
 }  // namespace
-
-// What a record shows and where; a missing or blank record is all zeros with no layer and cell -1.
-struct AnimationEncoder::ShownRecord {
-  const Layer* layer = nullptr;
-  const CellImage* image = nullptr;  // known only when the current cell alone is shown
-  int32_t cell = -1;
-  Rect rect;
-  Rect ink;
-
-  static ShownRecord OfRecord(Frame* frame, int32_t index, const Rect* boxes) {
-    ShownRecord shown;
-    Layer* layer = nullptr;
-    int32_t x = 0;
-    int32_t y = 0;
-    int32_t cell = 0;
-    if (!frame->GetRecord(index, &layer, &x, &y, &cell) || cell < 0) return shown;
-    frame->GetRecordPosition(index, &x, &y);
-    shown.layer = layer;
-    shown.cell = cell;
-    shown.rect = {x, y, layer->width, layer->height};
-    if (boxes != nullptr) shown.ink = MovedBy(boxes[index], x, y);
-    return shown;
-  }
-
-  static ShownRecord OfCurrentCell(Frame* frame, const Rect* boxes) {
-    ShownRecord shown;
-    int32_t x = 0;
-    int32_t y = 0;
-    shown.image = frame->VisibleCell(frame->currentRecord, &x, &y);
-    if (shown.image == nullptr) return shown;
-    shown.rect = {x, y, shown.image->width, shown.image->height};
-    if (boxes != nullptr) shown.ink = MovedBy(boxes[0], x, y);
-    return shown;
-  }
-};
 
 const char* CanvasProblem(const Cut& cut) {
   constexpr int32_t largestSide = INT16_MAX;
@@ -86,8 +78,6 @@ AnimationEncoder::AnimationEncoder(ByteStream* outputStream, NibbleBitmap* plane
     : stream(outputStream), bitmap(planes), cutCapacity(capacity) {}
 
 AnimationEncoder::~AnimationEncoder() {
-  std::free(currentBoxes);
-  std::free(previousBoxes);
   std::free(literals);
   std::free(matches);
 }
@@ -99,14 +89,6 @@ bool AnimationEncoder::AllocateSections() {
   literals = static_cast<uint8_t*>(std::malloc(blocks * 2 * static_cast<size_t>(bitmap->height) + 1));
   matches = static_cast<uint32_t*>(std::malloc(blocks * sizeof(uint32_t)));
   return literals != nullptr && matches != nullptr && rows.Allocate(bitmap->width, bitmap->height);
-}
-
-bool AnimationEncoder::MakeRoomForBoxes(int32_t count) {
-  if (currentCapacity >= count) return true;
-  std::free(currentBoxes);
-  currentBoxes = static_cast<Rect*>(std::calloc(static_cast<size_t>(count), sizeof(Rect)));
-  currentCapacity = currentBoxes != nullptr ? count : 0;
-  return currentBoxes != nullptr;
 }
 
 int32_t AnimationEncoder::EncodeCut(Cut* cut, CellImage* composition, int32_t first, int32_t last) {
@@ -124,8 +106,12 @@ int32_t AnimationEncoder::EncodeCut(Cut* cut, CellImage* composition, int32_t fi
   cut->frames.Seek(cut->currentFrame);
   const int32_t record = cut->frames.Current()->currentRecord;
   int32_t frameSlot = 0;
+  inkBoxes.clear();
   previousArea = Rect{};
   Frame* previous = nullptr;
+  // A frame that shows what the one before it shows isn't composed, and its current record says nothing about the
+  // picture; the next change is measured from the frame whose picture stands.
+  Frame* composed = nullptr;
   for (int32_t index = first; index <= last; ++index) {
     Frame* frame = cut->frames.At(index);
     const bool isFirst = index == first;
@@ -134,19 +120,16 @@ int32_t AnimationEncoder::EncodeCut(Cut* cut, CellImage* composition, int32_t fi
       box = Rect{};
     } else {
       frame->SelectRecord(record);
-      const Rect area = isFirst ? Rect{0, 0, cut->width, cut->height} : CandidateArea(frame, previous);
+      const Rect area = isFirst ? Rect{0, 0, cut->width, cut->height} : ChangedArea(*cut, frame, composed);
+      composed = frame;
       composition->FillRect(area.x, area.y, area.width, area.height, kTransparent);
-      std::swap(currentBoxes, previousBoxes);
-      std::swap(currentCapacity, previousCapacity);
-      if (!MakeRoomForBoxes(currentCellOnly ? 1 : frame->records.Count())) return 0;
-      frame->ComposeFrame(composition, area.x, area.y, area.width, area.height, &flags, currentBoxes);
-      const Rect inkArea = isFirst ? Rect{} : InkArea(frame, previous);
+      frame->ComposeFrame(composition, area.x, area.y, area.width, area.height, &flags, nullptr);
       bitmap->frontIsHigh = frameSlot++ & 1;
       if (isFirst) {
         previousArea = box;
         bitmap->ReduceFrom(*composition, nullptr, scale, nullptr);
       } else {
-        box = ReduceFrame(*composition, scale, inkArea);
+        box = ReduceFrame(*composition, scale, area);
       }
     }
     WriteFrameHead(cut, index, scale, isFirst, box);
@@ -193,57 +176,39 @@ void AnimationEncoder::WriteFrameHead(Cut* cut, int32_t index, int32_t scale, bo
   WriteField(*stream, box.height, 2);
 }
 
-// What two frames may show differently, in canvas coordinates, by their records alone.
-Rect AnimationEncoder::CandidateArea(Frame* frame, Frame* previous) const {
-  Rect area;
-  const auto compare = [&area](const ShownRecord& now, const ShownRecord& before) {
-    if (now.layer == before.layer && now.image == before.image && now.cell == before.cell && now.rect == before.rect) {
-      return;
-    }
-    UnionRect(&area, before.rect);
-    UnionRect(&area, now.rect);
-  };
-  if (currentCellOnly) {
-    compare(ShownRecord::OfCurrentCell(frame, nullptr), ShownRecord::OfCurrentCell(previous, nullptr));
-  } else {
-    const int32_t count = std::max(frame->records.Count(), previous->records.Count());
-    for (int32_t i = 0; i < count; ++i) {
-      compare(ShownRecord::OfRecord(frame, i, nullptr), ShownRecord::OfRecord(previous, i, nullptr));
-    }
-  }
-  return area;
+// The ink of record `index`, or no image for a missing or blank one.
+AnimationEncoder::ShownInk AnimationEncoder::InkOf(const Cut& cut, Frame* frame, int32_t index) {
+  ShownInk shown;
+  shown.image = frame->VisibleCell(index, &shown.x, &shown.y);
+  if (shown.image == nullptr) return {};
+  const auto [entry, isNew] = inkBoxes.try_emplace(shown.image);
+  if (isNew) entry->second = FindInkBox(shown.image);
+  shown.area = OnCanvas(entry->second, shown.x, shown.y, cut);
+  return shown;
 }
 
-// The same by the ink that the records had.
-Rect AnimationEncoder::InkArea(Frame* frame, Frame* previous) const {
+Rect AnimationEncoder::ChangedArea(const Cut& cut, Frame* frame, Frame* before) {
   Rect area;
+  const auto compare = [&](int32_t nowIndex, int32_t beforeIndex) {
+    const ShownInk now = InkOf(cut, frame, nowIndex);
+    const ShownInk then = InkOf(cut, before, beforeIndex);
+    if (now == then) return;
+    UnionRect(&area, then.area);
+    UnionRect(&area, now.area);
+  };
   if (currentCellOnly) {
-    const ShownRecord now = ShownRecord::OfCurrentCell(frame, currentBoxes);
-    const ShownRecord before = ShownRecord::OfCurrentCell(previous, previousBoxes);
-    if (now.image != before.image || !(now.ink == before.ink)) {
-      UnionRect(&area, before.ink);
-      UnionRect(&area, now.ink);
-    }
-    return area;
-  }
-  const int32_t count = std::max(frame->records.Count(), previous->records.Count());
-  for (int32_t i = 0; i < count; ++i) {
-    const ShownRecord now = ShownRecord::OfRecord(frame, i, currentBoxes);
-    const ShownRecord before = ShownRecord::OfRecord(previous, i, previousBoxes);
-    if (now.layer == before.layer && now.cell == before.cell && now.rect.x == before.rect.x &&
-        now.rect.y == before.rect.y) {
-      continue;
-    }
-    UnionRect(&area, before.ink);
-    UnionRect(&area, now.ink);
+    compare(frame->currentRecord, before->currentRecord);
+  } else {
+    const int32_t count = std::max(frame->records.Count(), before->records.Count());
+    for (int32_t i = 0; i < count; ++i) compare(i, i);
   }
   return area;
 }
 
 // Brings the front plane up to date with the back plane and draws the changed area into it. Gives the box of what
 // really differs.
-Rect AnimationEncoder::ReduceFrame(const CellImage& composition, int32_t scale, const Rect& inkArea) {
-  const Rect area = ReduceArea(inkArea, scale, *bitmap);
+Rect AnimationEncoder::ReduceFrame(const CellImage& composition, int32_t scale, const Rect& changed) {
+  const Rect area = ReduceArea(changed, scale, *bitmap);
   if (area.IsEmpty()) {
     bitmap->CopyBackToFront(previousArea.x, previousArea.y, previousArea.width, previousArea.height);
   } else {

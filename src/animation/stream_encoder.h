@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <unordered_map>
 
 #include "docfiles/code_rows.h"
 #include "document/cut.h"
@@ -38,15 +39,22 @@ class AnimationEncoder {
   ProgressFunction progress = nullptr;  // told after each frame; null for nobody
 
  private:
-  struct ShownRecord;
+  // A cell as a frame shows it.
+  struct ShownInk {
+    CellImage* image = nullptr;
+    int32_t x = 0;
+    int32_t y = 0;
+    Rect area;  // its ink, in canvas coordinates, cut to the canvas
+    bool operator==(const ShownInk&) const = default;
+  };
 
   bool AllocateSections();
-  bool MakeRoomForBoxes(int32_t count);
   void WriteHead(const Cut& cut, int32_t scale);
   void WriteFrameHead(Cut* cut, int32_t index, int32_t scale, bool isFirst, const Rect& box);
-  Rect CandidateArea(Frame* frame, Frame* previous) const;
-  Rect InkArea(Frame* frame, Frame* previous) const;
-  Rect ReduceFrame(const CellImage& composition, int32_t scale, const Rect& inkArea);
+  ShownInk InkOf(const Cut& cut, Frame* frame, int32_t index);
+  // Holds every canvas pixel in which two frames may differ, and is empty if there is none.
+  Rect ChangedArea(const Cut& cut, Frame* frame, Frame* before);
+  Rect ReduceFrame(const CellImage& composition, int32_t scale, const Rect& changed);
   void EncodeBox(const Rect& box, bool isFirst);
   void FindMatches(const Rect& box, int32_t y, bool isFirst);
   void EncodeRow(const Rect& box, int32_t y);
@@ -58,13 +66,7 @@ class AnimationEncoder {
   int32_t cutsDone = 0;
   bool currentCellOnly = false;
 
-  // Boxes of the ink of each record, of this frame and of the frame composed before. The two change places at every
-  // composed frame and are never cleared: an entry of a record that drew nothing inside the area holds what it held
-  // two composed frames ago, and compiled streams depend on the areas that come out of that.
-  Rect* currentBoxes = nullptr;
-  Rect* previousBoxes = nullptr;
-  int32_t currentCapacity = 0;
-  int32_t previousCapacity = 0;
+  std::unordered_map<const CellImage*, Rect> inkBoxes;  // of the cells met so far, in cell coordinates
   Rect previousArea;
 
   // The sections of the frame at work, made once for the largest box.

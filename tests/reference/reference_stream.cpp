@@ -11,17 +11,16 @@ namespace {
 struct Shown {
   int layer = -1;
   int cell = -1;
-  int x = 0;
-  int y = 0;
   Box rectangle;  // the whole cell
-  Box ink;        // its ink as last composed, moved to the canvas
+  bool operator==(const Shown&) const = default;
 };
 
 bool IsShown(const FrameData& frame, int record) {
-  return record < static_cast<int>(frame.records.size()) && frame.records[static_cast<std::size_t>(record)].cell >= 0;
+  return record >= 0 && record < static_cast<int>(frame.records.size()) &&
+         frame.records[static_cast<std::size_t>(record)].cell >= 0;
 }
 
-Shown ShownOf(const CutData& cut, const FrameData& frame, int record, const std::vector<Box>& inkBoxes) {
+Shown ShownOf(const CutData& cut, const FrameData& frame, int record) {
   Shown shown;
   if (!IsShown(frame, record)) {
     return shown;
@@ -30,36 +29,10 @@ Shown ShownOf(const CutData& cut, const FrameData& frame, int record, const std:
   const LayerData& layer = cut.layers[static_cast<std::size_t>(r.layer)];
   shown.layer = r.layer;
   shown.cell = r.cell;
-  RecordPosition(cut, frame, record, &shown.x, &shown.y);
-  shown.rectangle = Box{shown.x, shown.y, layer.width, layer.height};
-  if (record < static_cast<int>(inkBoxes.size())) {
-    shown.ink = inkBoxes[static_cast<std::size_t>(record)];
-    shown.ink.x = shown.ink.x + shown.x;
-    shown.ink.y = shown.ink.y + shown.y;
-  }
-  return shown;
-}
-
-// The same for the one cell of a frame that currentCellOnly shows.
-struct ShownCell {
-  const Cell* cell = nullptr;
-  Box rectangle;
-  Box ink;
-};
-
-ShownCell ShownCellOf(const CutData& cut, const FrameData& frame, const std::vector<Box>& inkBoxes) {
-  ShownCell shown;
   int x = 0;
   int y = 0;
-  shown.cell = VisibleCell(cut, frame, frame.currentRecord, &x, &y);
-  if (shown.cell != nullptr) {
-    shown.rectangle = Box{x, y, shown.cell->width, shown.cell->height};
-    if (!inkBoxes.empty()) {
-      shown.ink = inkBoxes[0];
-      shown.ink.x = shown.ink.x + x;
-      shown.ink.y = shown.ink.y + y;
-    }
-  }
+  RecordPosition(cut, frame, record, &x, &y);
+  shown.rectangle = Box{x, y, layer.width, layer.height};
   return shown;
 }
 
@@ -210,10 +183,9 @@ Bytes EncodeFrames(const CutData& given, int first, int last, bool* refused, std
     record = cut.frames[static_cast<std::size_t>(cut.currentFrame)].currentRecord;
   }
 
-  std::vector<Box> currentBoxes;
-  std::vector<Box> previousBoxes;
   int frameSlot = 0;
   Box previousArea;
+  int composed = 0;  // the frame whose picture stands; a held frame is not composed
 
   for (int i = 0; i <= last - first; i++) {
     FrameData& frame = cut.frames[static_cast<std::size_t>(first + i)];
@@ -224,65 +196,33 @@ Bytes EncodeFrames(const CutData& given, int first, int last, bool* refused, std
       box = Box{};
     } else {
       SelectRecord(&frame, record);
-      int records = static_cast<int>(frame.records.size());
-      int slots = records;
-      if (previous != nullptr) {
-        slots = std::max(slots, static_cast<int>(previous->records.size()));
-      }
 
-      // The area that has to be composed anew.
+      // The area that has to be composed anew: all that the records which differ cover.
       Box area;
       if (previous == nullptr) {
         area = Box{0, 0, cut.width, cut.height};
-      } else if (single) {
-        ShownCell before = ShownCellOf(cut, *previous, currentBoxes);
-        ShownCell now = ShownCellOf(cut, frame, currentBoxes);
-        if (before.cell != now.cell || before.rectangle != now.rectangle) {
-          AddBox(&area, before.rectangle);
-          AddBox(&area, now.rectangle);
-        }
       } else {
-        for (int s = 0; s < slots; s++) {
-          Shown before = ShownOf(cut, *previous, s, currentBoxes);
-          Shown now = ShownOf(cut, frame, s, currentBoxes);
-          if (before.layer != now.layer || before.cell != now.cell || before.rectangle != now.rectangle) {
-            AddBox(&area, before.rectangle);
+        const FrameData& before = cut.frames[static_cast<std::size_t>(composed)];
+        const auto compare = [&](int nowRecord, int beforeRecord) {
+          Shown now = ShownOf(cut, frame, nowRecord);
+          Shown then = ShownOf(cut, before, beforeRecord);
+          if (!(now == then)) {
+            AddBox(&area, then.rectangle);
             AddBox(&area, now.rectangle);
           }
-        }
-      }
-
-      // The two arrays change places and are never cleared. An entry
-      // whose record lies outside the area keeps what it held two
-      // composed frames ago, and the stream carries what follows from
-      // it.
-      composition.Clear(area);
-      std::swap(currentBoxes, previousBoxes);
-      int needed = single ? 1 : records;
-      if (static_cast<int>(currentBoxes.size()) < needed) {
-        currentBoxes.assign(static_cast<std::size_t>(needed), Box{});
-      }
-      ComposeFrame(&composition, cut, frame, area, flags, &currentBoxes);
-
-      // The area where ink changed.
-      Box inked;
-      if (previous != nullptr && single) {
-        ShownCell before = ShownCellOf(cut, *previous, previousBoxes);
-        ShownCell now = ShownCellOf(cut, frame, currentBoxes);
-        if (before.cell != now.cell || before.ink != now.ink) {
-          AddBox(&inked, before.ink);
-          AddBox(&inked, now.ink);
-        }
-      } else if (previous != nullptr) {
-        for (int s = 0; s < slots; s++) {
-          Shown before = ShownOf(cut, *previous, s, previousBoxes);
-          Shown now = ShownOf(cut, frame, s, currentBoxes);
-          if (before.layer != now.layer || before.cell != now.cell || before.x != now.x || before.y != now.y) {
-            AddBox(&inked, before.ink);
-            AddBox(&inked, now.ink);
+        };
+        if (single) {
+          compare(frame.currentRecord, before.currentRecord);
+        } else {
+          int records = static_cast<int>(std::max(frame.records.size(), before.records.size()));
+          for (int s = 0; s < records; s++) {
+            compare(s, s);
           }
         }
       }
+      composed = first + i;
+      composition.Clear(area);
+      ComposeFrame(&composition, cut, frame, area, flags, nullptr);
 
       planes.frontIsHigh = frameSlot & 1;
       frameSlot = frameSlot + 1;
@@ -291,7 +231,7 @@ Bytes EncodeFrames(const CutData& given, int first, int last, bool* refused, std
         previousArea = Box{0, 0, planes.width, planes.height};
         planes.ReduceFrom(composition, nullptr, scale, nullptr);
       } else {
-        Box reduced = Reduced(inked, scale, planes.width, planes.height);
+        Box reduced = Reduced(area, scale, planes.width, planes.height);
         if (IsEmpty(reduced)) {
           planes.CopyBackToFront(previousArea);
         } else {

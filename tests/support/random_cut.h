@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <random>
 #include <string>
+#include <vector>
 
 #include "reference/reference.h"
 
@@ -33,6 +34,44 @@ class RandomCuts {
     const int frames = Number(1, 9);
     for (int i = 0; i < frames; ++i) {
       cut.frames.push_back(i > 0 && Chance(80) ? Changed(cut, cut.frames.back()) : MakeFrame(cut));
+    }
+    cut.currentFrame = frames - 1;
+    return cut;
+  }
+
+  // A scene as artists time it: a camera that pans on ones, drawings that change on ones to fours, each layer at its
+  // own pace, some layers drifting, frames that hold still in between.
+  reference::CutData MakeScene() {
+    reference::CutData cut = Make();
+    const int layers = static_cast<int>(cut.layers.size());
+    std::vector<int> exposures;
+    reference::FrameData frame;
+    for (int i = 0; i < layers; ++i) {
+      exposures.push_back(Number(1, 4));
+      frame.records.push_back(MakeRecord(cut));
+      frame.records.back().layer = i;
+      frame.records.back().cell = 0;
+      if (Chance(50)) frame.records.back().x = frame.records.back().y = 0;
+    }
+    const int panX = Chance(80) ? Number(-4, 4) : 0;
+    const int panY = Chance(40) ? Number(-4, 4) : 0;
+    const int drifting = Chance(40) ? Number(0, layers) : layers;
+    cut.frames.clear();
+    const int frames = Number(8, 16);
+    for (int i = 0; i < frames; ++i) {
+      const int x = frame.x;
+      const int y = frame.y;
+      Retime(cut, &frame);
+      const bool isHeld = Chance(10);
+      frame.x = isHeld ? x : x + panX;
+      frame.y = isHeld ? y : y + panY;
+      for (int layer = 0; layer < layers && !isHeld; ++layer) {
+        const int cells = static_cast<int>(cut.layers[static_cast<size_t>(layer)].cells.size());
+        reference::RecordData& record = frame.records[static_cast<size_t>(layer)];
+        record.cell = i / exposures[static_cast<size_t>(layer)] % cells;
+        if (layer == drifting) record.x += 2;
+      }
+      cut.frames.push_back(frame);
     }
     cut.currentFrame = frames - 1;
     return cut;

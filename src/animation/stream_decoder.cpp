@@ -27,11 +27,6 @@ constexpr auto kTwoBitBlocks = [] {
 
 }  // namespace
 
-AnimationDecoder::~AnimationDecoder() {
-  std::free(cutOffsets);
-  std::free(changeMap);
-}
-
 int32_t AnimationDecoder::OpenStream(ByteStream* input) {
   stream = input;
   stream->Seek(0, kFromStart);
@@ -59,10 +54,8 @@ bool AnimationDecoder::CreatePicture(int64_t freePixels) {
 }
 
 bool AnimationDecoder::MakeCutTable(int32_t count) {
-  std::free(cutOffsets);
   cutCount = count;
-  cutOffsets = static_cast<int32_t*>(std::calloc(static_cast<size_t>(count), sizeof(int32_t)));
-  return cutOffsets != nullptr;
+  return cutOffsets.AllocateZeroed(static_cast<size_t>(count));
 }
 
 bool AnimationDecoder::ReadCompiledHead() {
@@ -88,7 +81,7 @@ bool AnimationDecoder::ReadContainerHead() {
   if (!CreatePicture(kFreeFilmPixels)) return false;
   const int32_t count = ReadSignedField(*stream, 2);
   if (count < 1 || !MakeCutTable(count)) return false;
-  for (int32_t i = 0; i < count; ++i) cutOffsets[i] = static_cast<int32_t>(ReadField(*stream, 4));
+  for (int32_t i = 0; i < count; ++i) cutOffsets[static_cast<size_t>(i)] = ReadSignedField(*stream, 4);
   firstCutOffset = stream->Tell();
   return true;
 }
@@ -101,10 +94,8 @@ bool AnimationDecoder::AllocateSections() {
   literalCapacity = UnitsOf(bitmap->width) * 2 * bitmap->height;
   const size_t total = static_cast<size_t>(mapCapacity) + static_cast<size_t>(codeCapacity) +
                        static_cast<size_t>(literalCapacity) + static_cast<size_t>(CodeRowBytes(bitmap->width));
-  std::free(changeMap);
-  changeMap = static_cast<uint8_t*>(std::malloc(total));
-  if (changeMap == nullptr) return false;
-  codes = changeMap + mapCapacity;
+  if (!changeMap.Allocate(total)) return false;
+  codes = changeMap.Data() + mapCapacity;
   literals = codes + codeCapacity;
   rowCodes = literals + literalCapacity;
   for (int32_t i = 0; i < kUnitCodes; ++i) codeOffsets[i] = kUnitOffsets[i].dy * bitmap->pitch + kUnitOffsets[i].dx;
@@ -167,7 +158,7 @@ int32_t AnimationDecoder::DecodeNextFrame() {
     position = stream->Tell();
     cutIndex = 0;
   }
-  if (cutIndex < cutCount && cutOffsets[cutIndex] == position) {
+  if (cutIndex < cutCount && cutOffsets[static_cast<size_t>(cutIndex)] == position) {
     ReadCutRecord();
     position = stream->Tell();
   }
@@ -215,7 +206,8 @@ int32_t AnimationDecoder::DecodeNextFrame() {
     ReadSections(currentBox, literalPlace, literalBytes);
     const int32_t mapRowBytes = CodeMapRowBytes(currentBox.width);
     for (int32_t row = 0; row < currentBox.height; ++row) {
-      LoadCodeRow(changeMap + row * mapRowBytes, currentBox.width, &nextCode, codesEnd, kCodeOfRowAbove, rowCodes);
+      LoadCodeRow(changeMap.Data() + row * mapRowBytes, currentBox.width, &nextCode, codesEnd, kCodeOfRowAbove,
+                  rowCodes);
       DecodeRow(currentBox, row);
     }
     literalsRead = static_cast<int32_t>(nextLiteral - literals) + literalsBehind;
@@ -231,13 +223,13 @@ void AnimationDecoder::ReadSections(const Rect& box, int32_t literalPlace, uint3
   const int32_t mapSize = CodeMapRowBytes(box.width) * box.height;
   const int32_t literalsWanted =
       static_cast<int32_t>(std::min<uint32_t>(literalBytes, static_cast<uint32_t>(literalCapacity)));
-  const int32_t mapGot = ReadUpTo(*stream, changeMap, mapSize);
-  std::memset(changeMap + mapGot, 0, static_cast<size_t>(mapSize - mapGot));
+  const int32_t mapGot = ReadUpTo(*stream, changeMap.Data(), mapSize);
+  std::memset(changeMap.Data() + mapGot, 0, static_cast<size_t>(mapSize - mapGot));
   nextCode = codes;
   // As many as the map asks for: they go on behind their section if its size is wrong.
   int32_t codesWanted = 0;
   for (int32_t row = 0; row < box.height; ++row) {
-    codesWanted += CountCodes(changeMap + row * CodeMapRowBytes(box.width), box.width);
+    codesWanted += CountCodes(changeMap.Data() + row * CodeMapRowBytes(box.width), box.width);
   }
   codesEnd = codes + ReadUpTo(*stream, codes, codesWanted);
   if (stream->Tell() != literalPlace) stream->Seek(literalPlace, kFromStart);

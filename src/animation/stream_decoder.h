@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "foundation/buffer.h"
 #include "foundation/byte_stream.h"
 #include "imaging/nibble_bitmap.h"
 
@@ -14,11 +15,6 @@ namespace sorvel {
 // that ends early leaves garbage inside the box. Nothing is reported while playing.
 class AnimationDecoder {
  public:
-  AnimationDecoder() = default;
-  AnimationDecoder(const AnimationDecoder&) = delete;
-  AnimationDecoder& operator=(const AnimationDecoder&) = delete;
-  ~AnimationDecoder();
-
   // Reads the head. The stream isn't owned and stays alive as long as it plays. 1, or 0 for an unknown magic, for a
   // picture that the stream's length can't account for, or without memory; the decoder then has no stream.
   int32_t OpenStream(ByteStream* input);
@@ -44,7 +40,7 @@ class AnimationDecoder {
   int32_t fps = 0;
   int32_t levels = 0;
   NibbleBitmap* bitmap = nullptr;  // not owned
-  int32_t* cutOffsets = nullptr;   // owned
+  Buffer<int32_t> cutOffsets;
   int32_t firstCutOffset = 0;
   int32_t streamEnd = 0;
   int32_t loopCount = 1;  // runs of the running loop that are left, counting this one
@@ -76,7 +72,7 @@ class AnimationDecoder {
   uint32_t NextLiteral();
 
   // One frame's sections, made when a stream is opened for the largest box that fits the bitmap.
-  uint8_t* changeMap = nullptr;  // owns the memory of all four
+  Buffer<uint8_t> changeMap;  // and the memory of the next three behind it
   uint8_t* codes = nullptr;
   uint8_t* literals = nullptr;
   uint8_t* rowCodes = nullptr;

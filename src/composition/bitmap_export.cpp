@@ -1,32 +1,11 @@
 #include "document/cut.h"
+#include "foundation/bitmap_head.h"
 
 namespace sorvel {
 
 namespace {
 
-constexpr int32_t kFileHeadBytes = 14;
-constexpr int32_t kInfoHeadBytes = 40;
 constexpr int32_t kColors = 16;
-constexpr int32_t kPixelOffset = kFileHeadBytes + kInfoHeadBytes + kColors * 4;
-
-void WriteHeads(ByteStream& stream, int32_t width, int32_t height, int32_t rowBytes) {
-  WriteField(stream, 'B' | 'M' << 8, 2);
-  // The size counts padded rows although the rows are written without padding: readers of these files know.
-  WriteField(stream, kPixelOffset + height * ((rowBytes + 3) & ~3), 4);
-  WriteField(stream, 0, 4);
-  WriteField(stream, kPixelOffset, 4);
-  WriteField(stream, kInfoHeadBytes, 4);
-  WriteField(stream, width, 4);
-  WriteField(stream, height, 4);
-  WriteField(stream, 1, 2);  // planes
-  WriteField(stream, 4, 2);  // bits per pixel
-  WriteField(stream, 0, 4);  // compression
-  WriteField(stream, 0, 4);  // image size
-  WriteField(stream, 0, 4);  // resolutions
-  WriteField(stream, 0, 4);
-  WriteField(stream, kColors, 4);
-  WriteField(stream, 0, 4);  // important colours
-}
 
 }  // namespace
 
@@ -46,7 +25,9 @@ bool Cut::ExportFrameBitmap(ByteStream* stream, NibbleBitmap* bitmap, CellImage*
 
   const int32_t outputWidth = frameWidth / scale;
   const int32_t outputHeight = frameHeight / scale;
-  WriteHeads(*stream, outputWidth, outputHeight, (outputWidth + 1) / 2);
+  // The size counts padded rows although the rows are written without padding: readers of these files know.
+  WriteBitmapHeads(*stream, {outputWidth, outputHeight, 4, 0, kColors},
+                   outputHeight * (((outputWidth + 1) / 2 + 3) & ~3));
   for (int32_t i = 0; i < kColors; ++i) {
     int32_t red = 0;
     int32_t green = 0;

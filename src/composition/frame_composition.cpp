@@ -14,11 +14,11 @@ struct Placement {
   int32_t height;
 
   void Draw(CellImage* image, int32_t imageX, int32_t imageY, int32_t flags, Rect* inkBox) const {
-    destination->Composite(x, y, image, x - imageX, y - imageY, width, height, flags, 0, 0, inkBox);
+    destination->Composite({x, y}, image, {x - imageX, y - imageY, width, height}, {.flags = flags, .inkBox = inkBox});
   }
 
   void DrawGhost(CellImage* image, int32_t imageX, int32_t imageY, int32_t variant) const {
-    if (image != nullptr) destination->Overlay(x, y, image, x - imageX, y - imageY, width, height, variant);
+    if (image != nullptr) destination->Overlay({x, y}, image, {x - imageX, y - imageY, width, height}, variant);
   }
 };
 

@@ -14,6 +14,7 @@
 
 #include "animation/stream_encoder.h"
 #include "console/arguments.h"
+#include "foundation/bitmap_head.h"
 #include "platform/text.h"
 
 namespace sorvel::console {
@@ -239,21 +240,7 @@ bool CheckFrame(const std::string& path, const Cut& cut) {
 }
 
 void WriteIndexedBitmap(ByteStream* stream, const CellImage& image, const std::array<ColorEntry, kColorCount>& colors) {
-  constexpr int32_t headBytes = 14;
-  constexpr int32_t infoBytes = 40;
-  constexpr int32_t pixelOffset = headBytes + infoBytes + kColorCount * 4;
-  WriteField(*stream, 'B' | 'M' << 8, 2);
-  WriteField(*stream, pixelOffset + image.ByteCount(), 4);
-  WriteField(*stream, 0, 4);
-  WriteField(*stream, pixelOffset, 4);
-  WriteField(*stream, infoBytes, 4);
-  WriteField(*stream, image.width, 4);
-  WriteField(*stream, image.height, 4);
-  WriteField(*stream, 1, 2);                                  // planes
-  WriteField(*stream, 8, 2);                                  // bits per pixel
-  for (int32_t i = 0; i < 4; ++i) WriteField(*stream, 0, 4);  // compression, image size, resolutions
-  WriteField(*stream, kColorCount, 4);
-  WriteField(*stream, 0, 4);  // important colours
+  WriteBitmapHeads(*stream, {image.width, image.height, 8, 0, kColorCount}, image.ByteCount());
   for (const ColorEntry& color : colors) WriteField(*stream, color.blue | color.green << 8 | color.red << 16, 4);
   for (int32_t y = image.height - 1; y >= 0; --y) stream->Write(image.bits + y * image.pitch, image.pitch);
 }

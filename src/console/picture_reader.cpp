@@ -9,7 +9,7 @@
 #include <cstring>
 #include <vector>
 
-#include "foundation/byte_stream.h"
+#include "foundation/bitmap_head.h"
 
 namespace sorvel::console {
 
@@ -20,7 +20,8 @@ constexpr int64_t kMostPixelsPerByte = 1100 * 8;
 
 constexpr char kTooLarge[] = "the picture is too large";
 
-constexpr uint32_t kBitmapHeadBytes = 14 + 12;
+constexpr int32_t kCoreHeadBytes = 12;
+constexpr uint32_t kSmallestHeads = kBitmapFileHeadBytes + kCoreHeadBytes;
 
 bool IsReasonable(int64_t width, int64_t height) {
   return width >= 1 && height >= 1 && width <= kLargestPictureSide && height <= kLargestPictureSide;
@@ -46,37 +47,36 @@ struct BitmapHead {
 };
 
 bool ReadBitmapHead(FILE* file, BitmapHead* head, std::string* problem) {
-  uint8_t bytes[18];
-  uint8_t info[36] = {};
-  if (std::fread(bytes, sizeof(bytes), 1, file) != 1) {
+  uint8_t bytes[kBitmapHeadBytes] = {};
+  uint8_t* const info = bytes + kBitmapFileHeadBytes;
+  constexpr size_t sizeFieldEnd = kBitmapFileHeadBytes + 4;
+  if (std::fread(bytes, sizeFieldEnd, 1, file) != 1) {
     *problem = "the file ends in its head";
     return false;
   }
   head->pixelOffset = LittleEndian(bytes + 10, 4);
-  const uint32_t infoSize = LittleEndian(bytes + 14, 4);
+  const uint32_t infoSize = LittleEndian(info, 4);
   // A core header has 16-bit sizes and colours of three bytes.
-  const bool isCore = infoSize == 12;
-  if (!isCore && (infoSize < 40 || infoSize > 4096)) {
+  const bool isCore = infoSize == kCoreHeadBytes;
+  if (!isCore && (infoSize < kBitmapInfoHeadBytes || infoSize > 4096)) {
     *problem = "an unknown kind of bitmap file";
     return false;
   }
-  if (std::fread(info, isCore ? 8 : 36, 1, file) != 1) {
+  if (std::fread(info + 4, isCore ? kCoreHeadBytes - 4 : kBitmapInfoHeadBytes - 4, 1, file) != 1) {
     *problem = "the file ends in its head";
     return false;
   }
-  uint32_t compression = 0;
-  uint32_t colorsUsed = 0;
+  BitmapInfo fields;
   if (isCore) {
-    head->width = LittleEndian(info, 2);
-    head->height = LittleEndian(info + 2, 2);
-    head->bits = static_cast<int32_t>(LittleEndian(info + 6, 2));
+    fields.width = static_cast<int32_t>(LittleEndian(info + 4, 2));
+    fields.height = static_cast<int32_t>(LittleEndian(info + 6, 2));
+    fields.bitsPerPixel = static_cast<int32_t>(LittleEndian(info + 10, 2));
   } else {
-    head->width = static_cast<int32_t>(LittleEndian(info, 4));
-    head->height = static_cast<int32_t>(LittleEndian(info + 4, 4));
-    head->bits = static_cast<int32_t>(LittleEndian(info + 10, 2));
-    compression = LittleEndian(info + 12, 4);
-    colorsUsed = LittleEndian(info + 28, 4);
+    fields = GetBitmapInfo(info);
   }
+  head->width = fields.width;
+  head->height = fields.height;
+  head->bits = fields.bitsPerPixel;
   head->topDown = head->height < 0;
   if (head->topDown) head->height = -head->height;
   if (!IsReasonable(head->width, head->height)) {
@@ -84,13 +84,13 @@ bool ReadBitmapHead(FILE* file, BitmapHead* head, std::string* problem) {
     return false;
   }
   const bool knownBits = head->bits == 1 || head->bits == 4 || head->bits == 8 || head->bits == 24 || head->bits == 32;
-  if (!knownBits || compression != 0) {
+  if (!knownBits || fields.compression != 0) {
     // Masks that name the usual order of bytes are no compression.
     uint8_t masks[12] = {};
     constexpr uint32_t bitFields = 3;
-    const bool usualMasks = head->bits == 32 && compression == bitFields && std::fread(masks, 12, 1, file) == 1 &&
-                            LittleEndian(masks, 4) == 0xFF0000 && LittleEndian(masks + 4, 4) == 0xFF00 &&
-                            LittleEndian(masks + 8, 4) == 0xFF;
+    const bool usualMasks = head->bits == 32 && fields.compression == bitFields &&
+                            std::fread(masks, 12, 1, file) == 1 && LittleEndian(masks, 4) == 0xFF0000 &&
+                            LittleEndian(masks + 4, 4) == 0xFF00 && LittleEndian(masks + 8, 4) == 0xFF;
     if (!usualMasks) {
       *problem = "a bitmap file of this compression or depth can't be read";
       return false;
@@ -98,10 +98,10 @@ bool ReadBitmapHead(FILE* file, BitmapHead* head, std::string* problem) {
   }
   if (head->bits <= 8) {
     const uint32_t most = 1u << head->bits;
-    const uint32_t count = colorsUsed == 0 || colorsUsed > most ? most : colorsUsed;
+    const uint32_t count = fields.colorsUsed == 0 || fields.colorsUsed > most ? most : fields.colorsUsed;
     const uint32_t entryBytes = isCore ? 3 : 4;
     head->colors.assign(most * 3, 0);
-    std::fseek(file, 14 + static_cast<long>(infoSize), SEEK_SET);
+    std::fseek(file, kBitmapFileHeadBytes + static_cast<long>(infoSize), SEEK_SET);
     uint8_t* color = head->colors.data();
     for (uint32_t i = 0; i < count; ++i, color += 3) {
       uint8_t entry[4];
@@ -118,8 +118,8 @@ bool ReadBitmapHead(FILE* file, BitmapHead* head, std::string* problem) {
 bool ReadBitmap(FILE* file, Picture* picture, std::string* problem) {
   BitmapHead head;
   if (!ReadBitmapHead(file, &head, problem)) return false;
-  const int64_t rowBytes = (head.width * head.bits + 31) / 32 * 4;
-  if (head.pixelOffset < kBitmapHeadBytes) {
+  const int64_t rowBytes = BitmapRowBytes(head.width, head.bits);
+  if (head.pixelOffset < kSmallestHeads) {
     *problem = "the pixels lie in the head of the file";
     return false;
   }
@@ -285,8 +285,7 @@ bool ReadPng(FILE* file, Picture* picture, std::string* problem) {
 bool Picture::Allocate(int64_t newWidth, int64_t newHeight) {
   if (newWidth * newHeight > kMostPicturePixels) return false;
   // Memory that is never written to is never taken.
-  rgb.reset(static_cast<uint8_t*>(std::calloc(static_cast<size_t>(newWidth * newHeight), 3)));
-  if (rgb == nullptr) return false;
+  if (!rgb.AllocateZeroed(static_cast<uint64_t>(newWidth * newHeight) * 3)) return false;
   width = static_cast<int32_t>(newWidth);
   height = static_cast<int32_t>(newHeight);
   return true;
@@ -296,7 +295,7 @@ bool ReadPicture(FILE* file, Picture* picture, std::string* problem) {
   uint8_t start[8] = {};
   const size_t got = std::fread(start, 1, sizeof(start), file);
   std::rewind(file);
-  if (got >= 2 && start[0] == 'B' && start[1] == 'M') return ReadBitmap(file, picture, problem);
+  if (got >= 2 && IsBitmapFile(start)) return ReadBitmap(file, picture, problem);
   if (got >= 2 && start[0] == 'P' && std::strchr("2356", start[1]) != nullptr && start[1] != '\0') {
     return ReadMap(file, picture, problem);
   }

@@ -2,9 +2,9 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
-#include <memory>
 #include <string>
+
+#include "foundation/buffer.h"
 
 namespace sorvel::console {
 
@@ -12,16 +12,12 @@ namespace sorvel::console {
 struct Picture {
   // False if there is no memory for it, or if it is larger than a canvas or a scan can be.
   bool Allocate(int64_t newWidth, int64_t newHeight);
-  const uint8_t* Row(int32_t y) const { return rgb.get() + static_cast<size_t>(y) * static_cast<size_t>(width) * 3; }
-  uint8_t* Row(int32_t y) { return rgb.get() + static_cast<size_t>(y) * static_cast<size_t>(width) * 3; }
-
-  struct Free {
-    void operator()(uint8_t* bytes) const { std::free(bytes); }
-  };
+  const uint8_t* Row(int32_t y) const { return rgb.Data() + static_cast<size_t>(y) * static_cast<size_t>(width) * 3; }
+  uint8_t* Row(int32_t y) { return rgb.Data() + static_cast<size_t>(y) * static_cast<size_t>(width) * 3; }
 
   int32_t width = 0;
   int32_t height = 0;
-  std::unique_ptr<uint8_t, Free> rgb;
+  Buffer<uint8_t> rgb;
 };
 
 constexpr int32_t kLargestPictureSide = 32767;

@@ -1,6 +1,5 @@
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <string>
@@ -15,16 +14,6 @@
 namespace sorvel::console {
 
 namespace {
-
-// The whole stream in memory, where the player wants it.
-struct StreamMemory {
-  StreamMemory() = default;
-  StreamMemory(const StreamMemory&) = delete;
-  StreamMemory& operator=(const StreamMemory&) = delete;
-  ~StreamMemory() { std::free(stream.buffer); }
-
-  BufferStream stream;
-};
 
 // The player with a window of its own.
 struct Screen {
@@ -87,14 +76,16 @@ int RunPlay(const Arguments& arguments) {
   if (!arguments.Has("--ticks")) return FailUsage("play needs --ticks N");
   if (!NumberOption(arguments, "--ticks", 0, INT32_MAX, &count)) return kUsage;
   std::string problem;
-  StreamMemory memory;
+  Buffer<uint8_t> bytes;
+  BufferStream stream;
   {
     InputFile file;
     if (!file.Open(in, &problem)) return Fail(in, problem);
     StreamInfo info;
     LoadReport report;
     if (!InspectStream(file.Stream(), &info, &report) || report.IsDamaged()) return Fail(in, report.problem);
-    if (!ReadWholeStream(*file.Stream(), &memory.stream)) return Fail(in, "no memory for the stream");
+    if (!ReadWholeStream(*file.Stream(), &bytes, &stream.size)) return Fail(in, "no memory for the stream");
+    stream.buffer = bytes.Data();
   }
   std::error_code error;
   std::filesystem::create_directories(folder, error);
@@ -103,7 +94,7 @@ int RunPlay(const Arguments& arguments) {
   const std::string logPath = folder + "/ticks.jsonl";
   FileStream log(std::fopen(logPath.c_str(), "wb"));
   if (!log.IsOpen()) return Fail(logPath, std::strerror(errno));
-  const int status = PlayTicks(in, folder, &memory.stream, count, log.file);
+  const int status = PlayTicks(in, folder, &stream, count, log.file);
   const bool logged = std::ferror(log.file) == 0;
   return log.Close() && logged ? status : Fail(logPath, "can't be written");
 }

@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "console/console_files.h"
+#include "foundation/bitmap_head.h"
 #include "imaging/color_table.h"
 #include "tools/tool_state.h"
 
@@ -216,22 +217,10 @@ bool WriteView(const std::string& path, const CutWindow& cut, std::string* probl
 }
 
 bool WriteScreen(const std::string& path, const platform::Window& window, std::string* problem) {
-  constexpr int32_t headBytes = 14;
-  constexpr int32_t infoBytes = 40;
-  constexpr int32_t pixelOffset = headBytes + infoBytes;
   const int32_t pitch = (window.width * 3 + 3) & ~3;
   return WriteOutput(path, problem, [&window, pitch](OutputFile* file) {
     ByteStream& stream = *file->Stream();
-    WriteField(stream, 'B' | 'M' << 8, 2);
-    WriteField(stream, pixelOffset + pitch * window.height, 4);
-    WriteField(stream, 0, 4);
-    WriteField(stream, pixelOffset, 4);
-    WriteField(stream, infoBytes, 4);
-    WriteField(stream, window.width, 4);
-    WriteField(stream, window.height, 4);
-    WriteField(stream, 1, 2);                                  // planes
-    WriteField(stream, 24, 2);                                 // bits per pixel
-    for (int32_t i = 0; i < 6; ++i) WriteField(stream, 0, 4);  // compression, image size, resolutions, colours
+    WriteBitmapHeads(stream, {window.width, window.height, 24, 0, 0}, pitch * window.height);
     std::vector<uint8_t> row(static_cast<size_t>(pitch), 0);
     for (int32_t y = window.height - 1; y >= 0; --y) {
       const platform::ColorEntry* from = window.pixels.data() + static_cast<ptrdiff_t>(y) * window.width;

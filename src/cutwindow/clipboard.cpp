@@ -1,11 +1,12 @@
 #include "cutwindow/clipboard.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 
 #include "cutwindow/cut_window.h"
 #include "cutwindow/wait_cursor.h"
+#include "foundation/bitmap_head.h"
+#include "foundation/buffer.h"
 #include "imaging/tone_conversion.h"
 #include "platform/clipboard.h"
 #include "tools/tool_handlers.h"
@@ -30,10 +31,8 @@ ClipboardBlock& Block() {
   return block;
 }
 
-// The head and the colours of the picture that goes out.
-constexpr int32_t kHeadSize = 40;
 constexpr int32_t kDibColors = 16;
-constexpr int32_t kDibStart = kHeadSize + kDibColors * 4;
+constexpr int32_t kDibStart = kBitmapInfoHeadBytes + kDibColors * 4;
 
 // Pictures come in by pieces of so many pixels a side.
 constexpr int32_t kTileSide = 200;
@@ -69,30 +68,20 @@ bool CutWindow::CopyCellToClipboard() {
   int32_t x = 0;
   int32_t y = 0;
   const CellImage* cell = CurrentCell(&x, &y);
-  if (cell == nullptr || !platform::OpenClipboard(window)) return false;
+  if (cell == nullptr) return false;
   const size_t size = static_cast<size_t>(kDibStart) + static_cast<size_t>(cell->ByteCount());
-  uint8_t* data = static_cast<uint8_t*>(std::calloc(size, 1));
-  if (data != nullptr) {
-    BufferStream stream;
-    stream.buffer = data;
-    stream.capacity = kDibStart;
-    WriteField(stream, kHeadSize, 4);
-    WriteField(stream, cell->width, 4);
-    WriteField(stream, cell->height, 4);
-    WriteField(stream, 1, 2);
-    WriteField(stream, 4, 2);
-    stream.Seek(32, kFromStart);
-    WriteField(stream, kDibColors, 4);
-    // The built-in colours, whatever a colour file says.
-    std::memcpy(data + kHeadSize, DefaultColors.data(), static_cast<size_t>(kDibColors) * sizeof(ColorEntry));
-    for (int32_t row = 0; row < cell->height; ++row) {
-      std::memcpy(data + kDibStart + static_cast<ptrdiff_t>(row) * cell->pitch,
-                  cell->bits + static_cast<ptrdiff_t>(cell->height - 1 - row) * cell->pitch,
-                  static_cast<size_t>(cell->pitch));
-    }
-    platform::PutClipboardDib(data, size);
-    std::free(data);
+  Buffer<uint8_t> data;
+  if (!data.AllocateZeroed(size) || !platform::OpenClipboard(window)) return false;
+  uint8_t head[kBitmapInfoHeadBytes];
+  PutBitmapInfo(head, {cell->width, cell->height, 4, 0, kDibColors});
+  std::memcpy(data.Data(), head, sizeof(head));
+  // The built-in colours, whatever a colour file says.
+  std::memcpy(data.Data() + sizeof(head), DefaultColors.data(), static_cast<size_t>(kDibColors) * sizeof(ColorEntry));
+  uint8_t* to = data.Data() + kDibStart;
+  for (int32_t row = cell->height - 1; row >= 0; --row, to += cell->pitch) {
+    std::memcpy(to, cell->bits + static_cast<ptrdiff_t>(row) * cell->pitch, static_cast<size_t>(cell->pitch));
   }
+  platform::PutClipboardDib(data.Data(), size);
   platform::CloseClipboard();
   return true;
 }
@@ -108,7 +97,7 @@ bool CutWindow::StoreBlock(int32_t x, int32_t y, int32_t blockWidth, int32_t blo
   }
   // A resize keeps what was there before.
   std::memset(block.image.bits, 0, static_cast<size_t>(block.image.ByteCount()));
-  block.image.Composite(0, 0, cell, x, y, blockWidth, blockHeight, 0, 0, mask, nullptr);
+  block.image.Composite({0, 0}, cell, {x, y, blockWidth, blockHeight}, {.sourceMask = mask});
   block.owner = this;
   block.place = {cellX + x, cellY + y};
   return true;
@@ -123,7 +112,7 @@ bool CutWindow::PlaceBlock(uint32_t mask, Rect* placed) {
   Point target;
   if (block.owner == this) target = {block.place.x - cellX, block.place.y - cellY};
   *placed = {target.x, target.y, block.image.width, block.image.height};
-  cell->Composite(target.x, target.y, &block.image, 0, 0, placed->width, placed->height, kKeyed, mask, 0, nullptr);
+  cell->Composite(target, &block.image, {0, 0, placed->width, placed->height}, {.flags = kKeyed, .destMask = mask});
   MarkImages();
   return true;
 }
@@ -150,14 +139,15 @@ void CutWindow::PasteBuffer() {
 bool CutWindow::PasteClipboardImage() {
   int32_t cellX = 0;
   int32_t cellY = 0;
-  if (CurrentCell(&cellX, &cellY) == nullptr || !platform::HasClipboardPicture() || !platform::OpenClipboard(window)) {
+  Buffer<uint8_t> tile;
+  if (CurrentCell(&cellX, &cellY) == nullptr || !platform::HasClipboardPicture() ||
+      !tile.Allocate(kTileSide * kTileSide * 3) || !platform::OpenClipboard(window)) {
     return false;
   }
   Rect size;
   platform::ClipboardPicture* picture = platform::TakeClipboardPicture(&size.width, &size.height);
-  uint8_t* tile = static_cast<uint8_t*>(std::malloc(static_cast<size_t>(kTileSide) * kTileSide * 3));
   ClipboardBlock& block = Block();
-  if (picture != nullptr && tile != nullptr && block.image.Resize(size.width, size.height, kTransparent)) {
+  if (picture != nullptr && block.image.Resize(size.width, size.height, kTransparent)) {
     const WaitCursor wait;
     // The owner stays: the picture lands at this place only in the cut that a block was stored from last.
     block.place = {cellX, cellY};
@@ -165,14 +155,13 @@ bool CutWindow::PasteClipboardImage() {
     for (int32_t x = 0; x < size.width; x += kTileSide) {
       for (int32_t y = 0; y < size.height; y += kTileSide) {
         const Rect area = {x, y, std::min(kTileSide, size.width - x), std::min(kTileSide, size.height - y)};
-        if (platform::ReadClipboardPicture(picture, area.x, area.y, area.width, area.height, tile)) {
-          TakeTile(&block.image, area, tile);
+        if (platform::ReadClipboardPicture(picture, area.x, area.y, area.width, area.height, tile.Data())) {
+          TakeTile(&block.image, area, tile.Data());
         }
       }
     }
     PasteBuffer();
   }
-  std::free(tile);
   if (picture != nullptr) platform::ReleaseClipboardPicture(picture);
   platform::CloseClipboard();
   return true;

@@ -17,8 +17,9 @@ bool CutWindow::CompileFrames(ByteStream* stream, int32_t first, int32_t last) {
 
 // The player works from memory: its timer must not touch the disk.
 void CutWindow::PlayFile(ByteStream* file) {
-  BufferStream memory;
-  if (ReadWholeStream(*file, &memory)) host->PlayBuffer(memory.buffer, memory.size);
+  Buffer<uint8_t> bytes;
+  int32_t size = 0;
+  if (ReadWholeStream(*file, &bytes, &size)) host->PlayBuffer(bytes.Release(), size);
 }
 
 bool CutWindow::PlayCut() {

@@ -199,17 +199,15 @@ void CutWindow::AddUndoRect(const Rect* rect) {
 }
 
 void CutWindow::ShowPenMark(const Point* point) {
-  constexpr int32_t reach = 4;
-  constexpr int32_t side = 8;
-  const Rect old = {brushMarkX, brushMarkY, side, side};
-  RepaintArea(old.x, old.y, side, side, point == nullptr);
+  const Rect old = {brushMarkX, brushMarkY, kPenSize, kPenSize};
+  RepaintArea(old.x, old.y, kPenSize, kPenSize, point == nullptr);
   if (point == nullptr) return;
   Point place = *point;
   LayerToCut(&place, 1);
   view.Stamp(place.x, place.y, currentPen, maskFlags, nullptr);
-  brushMarkX = WrappingSubtract(place.x, reach);
-  brushMarkY = WrappingSubtract(place.y, reach);
-  const Rect both = BoundingRect(old, {brushMarkX, brushMarkY, side, side});
+  brushMarkX = WrappingSubtract(place.x, kPenReach);
+  brushMarkY = WrappingSubtract(place.y, kPenReach);
+  const Rect both = BoundingRect(old, {brushMarkX, brushMarkY, kPenSize, kPenSize});
   RepaintAreaDirect(both.x, both.y, both.width, both.height);
 }
 

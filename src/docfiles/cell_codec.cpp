@@ -1,7 +1,6 @@
 #include "docfiles/cell_codec.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 
 #include "docfiles/stream_check.h"
@@ -34,20 +33,11 @@ constexpr int64_t kFreeMemory = 1 << 16;
 
 }  // namespace
 
-CellWriter::~CellWriter() {
-  std::free(literals);
-  std::free(matches);
-}
-
 bool CellWriter::Allocate(const Layer& layer) {
   groups = UnitsOf(layer.width);
-  std::free(literals);
-  std::free(matches);
-  literals = static_cast<uint8_t*>(
-      std::malloc(static_cast<size_t>(groups) * 2 * static_cast<size_t>(std::max(layer.height, 0)) + 1));
   // The group behind a row's last takes part in its comparison.
-  matches = static_cast<uint16_t*>(std::malloc(static_cast<size_t>(groups + 1) * sizeof(uint16_t)));
-  return literals != nullptr && matches != nullptr && rows.Allocate(layer.width, layer.height);
+  return literals.Allocate(static_cast<size_t>(groups) * 2 * static_cast<size_t>(std::max(layer.height, 0))) &&
+         matches.Allocate(static_cast<size_t>(groups + 1)) && rows.Allocate(layer.width, layer.height);
 }
 
 bool CellWriter::Write(Layer* layer, ByteStream* stream) {
@@ -77,14 +67,15 @@ void CellWriter::WriteCell(const CellImage& image, ByteStream* stream) {
   WriteField(*stream, literalSize, 4);
   stream->Write(rows.Map(), rows.MapSize());
   stream->Write(rows.Codes(), rows.CodeSize());
-  stream->Write(literals, literalSize);
+  stream->Write(literals.Data(), literalSize);
 }
 
 // For each group of the row the set of codes whose source equals it. A group is compared together with the one behind
 // it in memory: that costs some compression, and it is what files of this program have always been written by.
 void CellWriter::FindMatches(const CellImage& image, int32_t y) {
   const uint8_t* row = image.bits + y * image.pitch;
-  std::fill(matches, matches + groups + 1, static_cast<uint16_t>(kLiteralFound));
+  uint16_t* const found = matches.Data();
+  std::fill(found, found + groups + 1, static_cast<uint16_t>(kLiteralFound));
   for (int32_t rank = 0; rank < kUnitCodes - 1; ++rank) {
     const int32_t code = kSearch.CodeOf(rank);
     const UnitOffset offset = kUnitOffsets[code];
@@ -93,28 +84,23 @@ void CellWriter::FindMatches(const CellImage& image, int32_t y) {
     const uint16_t bit = static_cast<uint16_t>(1u << rank);
     for (int32_t k = -offset.dx / 4; k <= groups; ++k) {
       const uint16_t match = LoadGroup(row + 2 * k) == LoadGroup(source + 2 * k) ? bit : uint16_t{0};
-      matches[k] = static_cast<uint16_t>(matches[k] | match);
+      found[k] = static_cast<uint16_t>(found[k] | match);
     }
   }
 }
 
 void CellWriter::EncodeRow(const CellImage& image, int32_t y) {
   const uint8_t* row = image.bits + y * image.pitch;
+  const uint16_t* const found = matches.Data();
   for (int32_t k = 0; k < groups; ++k) {
-    const int32_t code = kSearch.Choose(matches[k] & matches[k + 1], rows.Above(k));
+    const int32_t code = kSearch.Choose(found[k] & found[k + 1], rows.Above(k));
     if (code == kLiteralUnit) {
-      std::memcpy(literals + literalSize, row + 2 * k, 2);
+      std::memcpy(literals.Data() + literalSize, row + 2 * k, 2);
       literalSize += 2;
     }
     rows.Put(k, code);
   }
   rows.EndRow();
-}
-
-CellReader::~CellReader() {
-  std::free(rowMap);
-  std::free(rowCodes);
-  std::free(data);
 }
 
 bool CellReader::Allocate(const Layer& layer) {
@@ -124,11 +110,7 @@ bool CellReader::Allocate(const Layer& layer) {
   const int64_t mapSize = static_cast<int64_t>(mapRowBytes) * layer.height;
   if (mapSize > INT32_MAX) return false;
   mapBytes = static_cast<int32_t>(mapSize);
-  std::free(rowMap);
-  std::free(rowCodes);
-  rowMap = static_cast<uint8_t*>(std::malloc(static_cast<size_t>(mapBytes) + 1));
-  rowCodes = static_cast<uint8_t*>(std::malloc(static_cast<size_t>(rowBytes) + 1));
-  return rowMap != nullptr && rowCodes != nullptr;
+  return rowMap.Allocate(static_cast<size_t>(mapBytes)) && rowCodes.Allocate(static_cast<size_t>(rowBytes));
 }
 
 bool CellReader::Read(Layer* layer, ByteStream* stream, LoadReport* report) {
@@ -166,42 +148,38 @@ bool CellReader::ReadCell(CellImage* image, ByteStream* stream, int32_t length, 
   NoteShortStream(*stream, length, kCellHeadBytes, report);
   const uint32_t codeSize = ReadField(*stream, 4);
   const uint32_t literalSize = ReadField(*stream, 4);
-  std::memset(rowMap, 0, static_cast<size_t>(mapBytes));
-  const int32_t mapGot = ReadUpTo(*stream, rowMap, mapBytes);
+  std::memset(rowMap.Data(), 0, static_cast<size_t>(mapBytes));
+  const int32_t mapGot = ReadUpTo(*stream, rowMap.Data(), mapBytes);
   const int32_t start = stream->Tell();
   const int32_t rest = std::max(length - start, 0);
   const int32_t wanted = static_cast<int32_t>(std::min<int64_t>(static_cast<int64_t>(codeSize) + literalSize, rest));
   if (mapGot < mapBytes || wanted < static_cast<int64_t>(codeSize) + literalSize) {
     NoteProblem(report, "the data of cell %lld of a layer ends early", number);
   }
-  if (wanted > dataCapacity) {
-    std::free(data);
-    data = static_cast<uint8_t*>(std::malloc(static_cast<size_t>(wanted)));
-    dataCapacity = data != nullptr ? wanted : 0;
-    if (data == nullptr) {
-      NoteProblem(report, "no memory for the data of cell %lld of a layer", number);
-      return false;
-    }
+  if (static_cast<size_t>(wanted) > data.Count() && !data.Allocate(static_cast<size_t>(wanted))) {
+    NoteProblem(report, "no memory for the data of cell %lld of a layer", number);
+    return false;
   }
-  const int32_t got = ReadUpTo(*stream, data, wanted);
+  const int32_t got = ReadUpTo(*stream, data.Data(), wanted);
   const int32_t codesGot = static_cast<int32_t>(std::min<int64_t>(codeSize, got));
-  const uint8_t* code = data;
-  const uint8_t* const codeEnd = data + codesGot;
+  const uint8_t* code = data.Data();
+  const uint8_t* const codeEnd = code + codesGot;
   const uint8_t* literal = codeEnd;
-  const uint8_t* const literalEnd = data + got;
+  const uint8_t* const literalEnd = code + got;
   int64_t literalsUsed = 0;
   uint8_t stale[2] = {0, 0};
 
   int32_t offsets[kUnitCodes];
   for (int32_t i = 0; i < kUnitCodes; ++i) offsets[i] = ByteOffset(i, image->pitch);
-  std::memset(rowCodes, kFirstRowCodes, static_cast<size_t>(rowBytes));
+  uint8_t* const codes = rowCodes.Data();
+  std::memset(codes, kFirstRowCodes, static_cast<size_t>(rowBytes));
   const int32_t rows = groups > 0 ? image->height : 0;
   for (int32_t y = 0; y < rows; ++y) {
     // Reading behind the end of the codes gives the byte FF.
-    LoadCodeRow(rowMap + y * mapRowBytes, image->width, &code, codeEnd, 0xFF, rowCodes);
+    LoadCodeRow(rowMap.Data() + y * mapRowBytes, image->width, &code, codeEnd, 0xFF, codes);
     uint8_t* group = image->bits + y * image->pitch;
     for (int32_t k = 0; k < groups; ++k, group += 2) {
-      const int32_t n = CodeAt(rowCodes, k);
+      const int32_t n = CodeAt(codes, k);
       if (n == kLiteralUnit) {
         if (literalEnd - literal >= 2) {
           std::memcpy(group, literal, 2);

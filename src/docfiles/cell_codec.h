@@ -5,6 +5,7 @@
 #include "docfiles/code_rows.h"
 #include "document/layer.h"
 #include "document/load_report.h"
+#include "foundation/buffer.h"
 #include "foundation/byte_stream.h"
 
 namespace sorvel {
@@ -14,11 +15,6 @@ namespace sorvel {
 
 class CellWriter {
  public:
-  CellWriter() = default;
-  CellWriter(const CellWriter&) = delete;
-  CellWriter& operator=(const CellWriter&) = delete;
-  ~CellWriter();
-
   // Writes the block at the stream's position. False if there is no memory for its buffers.
   bool Write(Layer* layer, ByteStream* stream);
 
@@ -30,18 +26,13 @@ class CellWriter {
 
   int32_t groups = 0;  // of four pixels in a row
   CodeRowWriter rows;
-  uint8_t* literals = nullptr;
+  Buffer<uint8_t> literals;
   int32_t literalSize = 0;
-  uint16_t* matches = nullptr;  // for each group of a row the codes that would do
+  Buffer<uint16_t> matches;  // for each group of a row the codes that would do
 };
 
 class CellReader {
  public:
-  CellReader() = default;
-  CellReader(const CellReader&) = delete;
-  CellReader& operator=(const CellReader&) = delete;
-  ~CellReader();
-
   // Clears the layer and fills it from the block at the stream's position. False when a cell's data isn't as long as
   // it says, or asks for more memory than a stream of this length can account for; the cells read so far stay.
   bool Read(Layer* layer, ByteStream* stream, LoadReport* report = nullptr);
@@ -54,10 +45,9 @@ class CellReader {
   int32_t rowBytes = 0;
   int32_t mapRowBytes = 0;
   int32_t mapBytes = 0;
-  uint8_t* rowMap = nullptr;
-  uint8_t* rowCodes = nullptr;
-  uint8_t* data = nullptr;  // codes and literals of the cell in hand
-  int32_t dataCapacity = 0;
+  Buffer<uint8_t> rowMap;
+  Buffer<uint8_t> rowCodes;
+  Buffer<uint8_t> data;  // codes and literals of the cell in hand
 };
 
 }  // namespace sorvel

@@ -2,24 +2,17 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstdlib>
 #include <cstring>
 #include <utility>
 
 namespace sorvel {
 
-CodeRowWriter::~CodeRowWriter() {
-  std::free(map);
-}
-
 bool CodeRowWriter::Allocate(int32_t width, int32_t height) {
   const size_t rows = static_cast<size_t>(std::max(height, 0));
   const size_t mapSpace = static_cast<size_t>(CodeMapRowBytes(width)) * rows;
   const size_t rowSpace = static_cast<size_t>(CodeRowBytes(width));
-  std::free(map);
-  map = static_cast<uint8_t*>(std::malloc(mapSpace + rowSpace * (rows + 2) + 1));
-  if (map == nullptr) return false;
-  codes = map + mapSpace;
+  if (!map.Allocate(mapSpace + rowSpace * (rows + 2))) return false;
+  codes = map.Data() + mapSpace;
   previousRow = codes + rowSpace * rows;
   currentRow = previousRow + rowSpace;
   return true;
@@ -30,8 +23,8 @@ void CodeRowWriter::Begin(int32_t width, int32_t height) {
   mapRowBytes = CodeMapRowBytes(width);
   mapSize = mapRowBytes * height;
   codeSize = 0;
-  mapRow = map;
-  std::memset(map, 0, static_cast<size_t>(mapSize));
+  mapRow = map.Data();
+  std::memset(mapRow, 0, static_cast<size_t>(mapSize));
   std::memset(previousRow, kFirstRowCodes, static_cast<size_t>(rowBytes));
 }
 

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "foundation/buffer.h"
+
 namespace sorvel {
 
 // What the code of cells and that of compiled streams share: a picture is cut into units of four pixels, and each has
@@ -75,11 +77,6 @@ constexpr uint32_t kLiteralFound = 1u << (kUnitCodes - 1);
 // Gathers the code rows of one picture after another.
 class CodeRowWriter {
  public:
-  CodeRowWriter() = default;
-  CodeRowWriter(const CodeRowWriter&) = delete;
-  CodeRowWriter& operator=(const CodeRowWriter&) = delete;
-  ~CodeRowWriter();
-
   // Makes room for pictures up to this size; false if there is no memory for it.
   bool Allocate(int32_t width, int32_t height);
   void Begin(int32_t width, int32_t height);
@@ -93,13 +90,13 @@ class CodeRowWriter {
   void EndRow();
 
   // What has been gathered of the picture.
-  const uint8_t* Map() const { return map; }
+  const uint8_t* Map() const { return map.Data(); }
   int32_t MapSize() const { return mapSize; }
   const uint8_t* Codes() const { return codes; }
   int32_t CodeSize() const { return codeSize; }
 
  private:
-  uint8_t* map = nullptr;  // owns the memory of all four
+  Buffer<uint8_t> map;  // and the memory of the next three behind it
   uint8_t* codes = nullptr;
   uint8_t* previousRow = nullptr;
   uint8_t* currentRow = nullptr;

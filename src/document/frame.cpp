@@ -249,8 +249,8 @@ bool Frame::MergeDown(uint32_t destMask) {
   if (upper == nullptr || lower == nullptr) return false;
   const FrameRecord* above = RecordAt(currentRecord);
   const FrameRecord* below = RecordAt(currentRecord - 1);
-  lower->Composite(above->x - below->x, above->y - below->y, upper, 0, 0, upper->width, upper->height, kKeyed, destMask,
-                   0, nullptr);
+  lower->Composite({above->x - below->x, above->y - below->y}, upper, {0, 0, upper->width, upper->height},
+                   {.flags = kKeyed, .destMask = destMask});
   return true;
 }
 

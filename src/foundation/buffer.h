@@ -23,12 +23,19 @@ class Buffer {
   Buffer& operator=(const Buffer&) = delete;
   ~Buffer() { std::free(items); }
 
-  // Both free what the buffer held. The items of Allocate() have no defined value.
+  // Both free first what the buffer held. The items of Allocate() have no defined value.
   [[nodiscard]] bool Allocate(uint64_t newCount) {
-    return Replace(newCount, Fits(newCount) ? std::malloc(Bytes(newCount)) : nullptr);
+    Free();
+    if (Fits(newCount)) items = static_cast<Item*>(std::malloc(Bytes(newCount)));
+    if (items != nullptr) count = static_cast<size_t>(newCount);
+    return items != nullptr;
   }
+  // The system provides zeroed memory page by page as it is first written to.
   [[nodiscard]] bool AllocateZeroed(uint64_t newCount) {
-    return Replace(newCount, Fits(newCount) ? std::calloc(Bytes(newCount), 1) : nullptr);
+    Free();
+    if (Fits(newCount)) items = static_cast<Item*>(std::calloc(Bytes(newCount), 1));
+    if (items != nullptr) count = static_cast<size_t>(newCount);
+    return items != nullptr;
   }
 
   // Gives up the memory, which the caller frees with std::free().
@@ -51,11 +58,10 @@ class Buffer {
   // At least one byte: malloc(0) may give null.
   static size_t Bytes(uint64_t newCount) { return std::max<size_t>(static_cast<size_t>(newCount) * sizeof(Item), 1); }
 
-  bool Replace(uint64_t newCount, void* memory) {
+  void Free() {
     std::free(items);
-    items = static_cast<Item*>(memory);
-    count = items != nullptr ? static_cast<size_t>(newCount) : 0;
-    return items != nullptr;
+    items = nullptr;
+    count = 0;
   }
 
   Item* items = nullptr;

@@ -1,9 +1,7 @@
 #include "foundation/byte_stream.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
 
 namespace sorvel {
 
@@ -97,7 +95,7 @@ bool ChunkStream::Read(void* bytes, int32_t count) {
   uint8_t* to = static_cast<uint8_t*>(bytes);
   for (int32_t i = 0; i < count; ++i) {
     to[i] = static_cast<uint8_t>(GetC());
-    // A real byte of this value ends the read as well; callers count on it.
+    // Data of this value ends the read too: callers rely on it.
     if (to[i] == 0xFF) return false;
   }
   return true;
@@ -258,28 +256,25 @@ int32_t ReadUpTo(ByteStream& stream, void* bytes, int32_t count) {
   return done;
 }
 
-bool ReadWholeStream(ByteStream& stream, BufferStream* memory) {
+bool ReadWholeStream(ByteStream& stream, Buffer<uint8_t>* bytes, int32_t* size) {
   const int32_t length = StreamLength(stream);
-  if (length < 0) return false;
-  // An empty stream has memory too, so that null always means that there was none.
-  memory->buffer = static_cast<uint8_t*>(std::malloc(static_cast<size_t>(length) + 1));
-  if (memory->buffer == nullptr) return false;
+  if (length < 0 || !bytes->Allocate(static_cast<size_t>(length))) return false;
   stream.Seek(0, kFromStart);
-  memory->position = 0;
-  memory->size = memory->capacity = ReadUpTo(stream, memory->buffer, length);
+  *size = ReadUpTo(stream, bytes->Data(), length);
   return true;
 }
 
 bool CopyStream(ByteStream& from, ByteStream& to, int32_t count) {
   // Large, since a whole film is copied this way.
   constexpr int32_t blockBytes = 1 << 18;
-  const std::unique_ptr<uint8_t[]> block(new uint8_t[blockBytes]);
+  Buffer<uint8_t> block;
+  if (!block.Allocate(blockBytes)) return false;
   while (count != 0) {
     const int32_t wanted = count < 0 ? blockBytes : std::min(count, blockBytes);
-    const int32_t got = ReadUpTo(from, block.get(), wanted);
-    if (got > 0 && !to.Write(block.get(), got)) return false;
+    const int32_t got = ReadUpTo(from, block.Data(), wanted);
+    if (got > 0 && !to.Write(block.Data(), got)) return false;
     if (count > 0) count -= got;
-    // A source that can't tell its position any more goes on.
+    // A source whose position is -1 has more data than can be counted.
     if (got < wanted) return count <= 0 && from.Tell() >= 0;
   }
   return true;

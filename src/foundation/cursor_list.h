@@ -4,12 +4,11 @@
 
 namespace sorvel {
 
-// The one ordered container of the document model: a doubly linked list that remembers the position it was asked
-// for last, so that access by integer index costs one step for the same index or its neighbour.
+// The list of the document model: a doubly linked list with a cursor, the position of the last access, so that access
+// by index to the same element or its neighbour is one step.
 //
-// The list owns its nodes and never its elements: a list of pointers is walked and its elements are freed by their
-// owner before the list is cleared. Reads by index move the cursor, so a list is never read from two places at once,
-// and a caller that relies on the cursor across a call into other code seeks again.
+// The list owns its nodes but not its elements: the owner of a list of pointers frees them, see ReleaseElements().
+// Reading by index moves the cursor. Code that calls other code while it walks a list must seek again afterwards.
 template <typename T>
 class CursorList {
  public:
@@ -24,7 +23,7 @@ class CursorList {
     int32_t distance = cursorIndex - index;
     bool backward = distance > 0;
     int32_t steps = backward ? distance : -distance;
-    // An end is used only when it is strictly nearer than the cursor; the tail is tested first.
+    // Start at an end of the list if that is nearer than the cursor.
     if (count - index - 1 < steps) {
       cursor = tail;
       cursorIndex = count - 1;
@@ -48,7 +47,7 @@ class CursorList {
     return true;
   }
 
-  // Each of these four moves the cursor and gives true, or gives false without a move when there is no such node.
+  // Each moves the cursor, or gives false and leaves it when there is no such node.
   bool SeekFirst() {
     if (head == nullptr) return false;
     cursor = head;
@@ -80,11 +79,10 @@ class CursorList {
   // The element under the cursor, for a change in place; null on an empty list.
   T* CurrentSlot() { return cursor != nullptr ? &cursor->element : nullptr; }
 
-  // The element at `index`, or the default element for a bad index. A good index moves the cursor there.
-  // This differs from Seek() with its result ignored and then Current(), which stays on the old element.
+  // The element at `index`, to which the cursor moves, or the default element for an index out of range.
   T At(int32_t index) { return Seek(index) ? cursor->element : defaultElement; }
 
-  // Put a new node behind, or ahead of, the cursor; the new node becomes the cursor.
+  // Insert a new node after, or before, the cursor; the cursor moves to it.
   void InsertAfter(T element) {
     Node* node = new Node{cursor, cursor != nullptr ? cursor->next : nullptr, element};
     if (cursor != nullptr) ++cursorIndex;
@@ -95,7 +93,7 @@ class CursorList {
     Link(node);
   }
 
-  // Unlinks and frees the cursor's node. The cursor goes to the successor, or to the predecessor at the tail.
+  // Removes the cursor's node. The cursor moves to the next node, or from the tail to the previous one.
   bool RemoveCurrent() {
     Node* node = cursor;
     if (node == nullptr) return false;
@@ -123,9 +121,8 @@ class CursorList {
     }
   }
 
-  // The index of the first node, from the cursor on, whose element is `element`; the cursor goes there. Without a
-  // match -1, and the cursor stays. It doesn't look ahead of the cursor: a search of the whole list starts with
-  // SeekFirst().
+  // Searches from the cursor to the tail: the index of the first match, to which the cursor moves, or -1. Call
+  // SeekFirst() first to search the whole list.
   int32_t Find(T element) {
     int32_t index = cursorIndex;
     for (Node* node = cursor; node != nullptr; node = node->next, ++index) {
@@ -173,7 +170,7 @@ class CursorList {
   T defaultElement{};
 };
 
-// How an owner lets go of a list: each element is freed by `release`, and then the list is empty.
+// Calls `release` for each element, then empties the list.
 template <typename T, typename Release>
 void ReleaseElements(CursorList<T>* list, const Release& release) {
   if (list->SeekFirst()) {

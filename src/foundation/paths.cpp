@@ -146,7 +146,6 @@ bool MakeAbsolutePath(char* destination, const char* relative, const char* base,
   }
   char* end = destination + std::strlen(destination);
   for (; cuts > 0; --cuts) {
-    // The separator that the pass before stopped at is put back; it lies behind the part that is searched now.
     do {
       if (end == destination) {
         destination[0] = '\0';
@@ -181,8 +180,7 @@ bool NextNumberedName(char* path) {
   }
   int number = 0;
   for (size_t i = digits; i < length && number < 1000; ++i) number = number * 10 + (parts.name[i] - '0');
-  // A name of digits alone, or none, gets its number one byte ahead of its start and so loses the first digit of it:
-  // files of such names already carry that numbering.
+  // A name without anything before its number loses the first of the three digits: existing files are numbered so.
   const bool loseFirst = digits == 0;
   for (++number; number < 1000; ++number) {
     char text[16];

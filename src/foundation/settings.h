@@ -5,14 +5,14 @@
 
 namespace sorvel {
 
-// One key of the settings file with the text that stands for it while the file doesn't have it.
+// A key of the settings file, with the text that it has when the file lacks it.
 struct SettingKey {
   const char* section;
   const char* key;
   const char* fallback;
 };
 
-// All the keys there are.
+// All keys.
 namespace settings {
 extern const SettingKey kFont;   // face name, size, line spacing, weight
 extern const SettingKey kBrush;  // shape, colorA, colorB, tone, muraRemoval, square
@@ -30,18 +30,18 @@ extern const SettingKey kPasteTransparent;       // 0 or 1
 extern const SettingKey kPasteTransparentColor;  // "#RRGGBB"
 }  // namespace settings
 
-// Where the settings are kept; null goes back to the file beside the executable, with its name and the extension
-// "ini". The path is copied.
+// Sets the path of the settings file, which is copied. Null means the default: beside the executable, with its name and
+// the extension "ini".
 void UseSettingsFile(const char* path);
 
-// Nothing is cached: each call reads or writes the file. A missing file or key gives the key's fallback. Text is
-// Shift JIS and cut to capacity - 1 bytes.
+// Each call reads or writes the file. A missing file or key gives the key's fallback. Text is Shift JIS; a longer one
+// is cut to capacity - 1 bytes.
 int32_t ReadSettingNumber(const SettingKey& key);
 void ReadSettingText(const SettingKey& key, char* text, size_t capacity);
 void WriteSettingNumber(const SettingKey& key, int32_t value);
 void WriteSettingText(const SettingKey& key, const char* text);
 
-// The colour of "#RRGGBB", with red in the low byte. False, and no change, for a text that doesn't begin so.
+// Reads "#RRGGBB" in hexadecimal into a colour with red in the low byte. False, and no change, for other text.
 bool ParseColorText(const char* text, uint32_t* color);
 
 }  // namespace sorvel

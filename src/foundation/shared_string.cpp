@@ -12,7 +12,7 @@ bool AssignString(char** field, const char* text) {
   const size_t length = std::strlen(text);
   if (oldLength != length) {
     char* old = *field;
-    // The text may lie in the very buffer that is let go, so that goes last.
+    // `text` may lie in the old buffer, which is therefore freed last.
     *field = EmptyString;
     if (length != 0) {
       *field = new char[length + 1];

@@ -2,12 +2,12 @@
 
 namespace sorvel {
 
-// The one empty text that every empty string field points at. Never written through and never freed.
+// What every empty string field points at. Never written to and never freed.
 extern char EmptyString[1];
 
-// Replaces the text of a string field. A field is never null: it starts as EmptyString, owns a buffer while its
-// text isn't empty, and is released by assigning the empty text. Text is Shift JIS; lengths are bytes.
-// Gives true when the field changed. A text of equal length is copied into the buffer that the field has.
+// Replaces the text, in Shift JIS, of a string field. A field is never null: it starts as EmptyString and owns its
+// buffer while it isn't empty; assigning an empty text frees it. Text of equal length is copied into the existing
+// buffer. True when the field changed.
 bool AssignString(char** field, const char* text);
 
 }  // namespace sorvel

@@ -39,7 +39,7 @@ constexpr uint8_t KeyedValue(uint8_t destination, uint8_t source) {
   return adjusted != 0 ? static_cast<uint8_t>(adjusted) : source;
 }
 
-// The same for the values that pixels of a composed image have, by destination and source.
+// The same as a table by destination and source, for all values that occur in composed images.
 constexpr uint8_t kComposedValues = 32;
 constexpr uint8_t kCellValues = 16;
 using KeyedTable = std::array<std::array<uint8_t, kCellValues>, kComposedValues>;
@@ -53,8 +53,8 @@ constexpr KeyedTable kKeyedTable = [] {
   return table;
 }();
 
-// Lines and darks of the source as the first of three indices and the two behind it, or what is there where the source
-// has none. Without a branch, so that the compiler makes vectors of it.
+// Maps black, dark and light of the tone or line family to `first` and the two indices after it; any other source
+// leaves `there`. Free of branches, so that the compiler can vectorize.
 uint8_t LineFamilyFrom(uint8_t source, uint8_t first, uint8_t there) {
   const auto tone = static_cast<uint8_t>(source - kToneBlack);
   const auto line = static_cast<uint8_t>(source - kLineBlack);
@@ -67,7 +67,7 @@ void BlendLines(uint8_t* destination, const uint8_t* source, int32_t count, uint
 }
 
 void BlendKeyed(uint8_t* destination, const uint8_t* source, int32_t count) {
-  // In bytes throughout, so that the compiler makes vectors of them.
+  // Bytes only, so that the compiler can vectorize.
   uint8_t marks = 0;
   for (int32_t i = 0; i < count; ++i) marks = static_cast<uint8_t>(marks | (IsToneMark(source[i]) ? 1 : 0));
   if (marks == 0) {
@@ -110,8 +110,8 @@ struct CompositeRule {
   }
 };
 
-// Runs `apply` over a run of a row of both images, piece by piece. An image that is copied into itself goes pixel by
-// pixel: what a step writes is what the next one reads.
+// Calls `apply` for a run of a row of both images, piece by piece. An image that is copied into itself goes pixel by
+// pixel, since a step may read what the one before wrote.
 template <typename Apply>
 void ForRun(CellImage* destination, int32_t dx, int32_t dy, const CellImage* source, int32_t sx, int32_t sy,
             int32_t count, const Apply& apply) {

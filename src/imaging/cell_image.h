@@ -14,97 +14,115 @@ enum CompositeFlag : int32_t {
   kPale = 2,   // only lines and darks are drawn, in the pale family
 };
 
-// The common interface of all raster work. A pixel is a colour index; PackedImage holds 0 to 15, IndexedImage 0 to 24.
+struct CompositeOptions {
+  int32_t flags = 0;        // of CompositeFlag
+  uint32_t destMask = 0;    // protects pixels of the destination
+  uint32_t sourceMask = 0;  // leaves out pixels of the source
+  Rect* inkBox = nullptr;   // receives what the ink covers in the source
+};
+
+// An image of colour indices, and all drawing operations. PackedImage holds indices 0 to 15, IndexedImage 0 to 24.
 //
-// GetPixel, SetPixel, GetRaw and SetRaw check no bounds. Everything above them clips, and a read outside counts as
-// the value -1, which a mask sees as bit 31. A mask is 32 bits; bit n set protects pixels of index n.
-// Operations give false for an area that is empty after clipping, and true otherwise, unless told differently.
-// An outRect may be null. As a dirty rectangle it starts as all zeros.
+// GetPixel, SetPixel, GetRaw and SetRaw check no bounds; all other operations clip. A pixel outside reads as -1. Bit n
+// of a `mask` protects pixels of index n; bit 31 stands for pixels outside. Unless they say otherwise, operations give
+// false when nothing is left of their area after clipping, and true otherwise. An outRect may be null; a dirty
+// rectangle starts as all zeros and grows.
 //
-// The order of the virtual operations is a contract. There is no virtual destructor: an owner that holds an image by
-// this type lets go of it with DestroyImage().
+// The order of the virtual operations is fixed. There is no virtual destructor: DestroyImage() deletes an image that is
+// known by this type only.
 class CellImage {
  public:
-  // The first x of row y, going from x towards `end` (upwards when `forward` isn't 0) whose pixel isn't 0; `end`,
-  // which is not looked at itself, if there is none.
+  // Searches row y from x towards `end`, to the right if `forward` isn't 0 and to the left otherwise: the column of the
+  // first pixel that isn't 0, or `end`. The pixel at `end` isn't tested.
   virtual int32_t FindInk(int32_t x, int32_t y, int32_t end, int32_t forward) = 0;
-  // Reads twice what SetRaw writes: 32 bits (8 pixels) on a PackedImage, 16 bits (2 pixels) on an IndexedImage.
+  // Reads 32 bits (8 pixels) of a PackedImage, or 16 bits (2 pixels) of an IndexedImage.
   virtual uint32_t GetRaw(int32_t x, int32_t y) = 0;
-  // Writes the low 16 bits: 4 pixels on a PackedImage, 2 on an IndexedImage.
+  // Writes the low 16 bits: 4 pixels of a PackedImage, 2 of an IndexedImage.
   virtual void SetRaw(int32_t x, int32_t y, uint32_t value) = 0;
   // Sets every pixel, padding included.
   virtual void Fill(int32_t value) = 0;
-  // Fills the area around a point with ink. It flows across sketch pixels, stops at all other colours and takes
-  // shadow boundaries that it touches with it. False when nothing happened.
+  // Fills the area of one colour around a point. Sketch pixels count as part of the area, and shadow boundaries that
+  // touch it are filled too. False when nothing happened.
   virtual bool FloodFill(int32_t x, int32_t y, const PenSpec& pen, uint32_t mask, Rect* outRect);
-  // Draws a border inward along the boundary of the colour at the rectangle's top left corner. False when nothing
-  // happened.
+  // Draws a border on the inside of the area that has the colour of the rectangle's top left pixel. The shape of the
+  // pen gives the width. False when nothing happened.
   virtual bool EdgeFill(int32_t x, int32_t y, int32_t width, int32_t height, const PenSpec& pen, uint32_t mask);
-  // Swaps a block of this image with one of another.
+  // Swaps a block of this image with one of another. No tool uses it.
   virtual bool Exchange(int32_t dx, int32_t dy, CellImage* other, int32_t sx, int32_t sy, int32_t width,
                         int32_t height);
-  // Turns ink into underdrawing; white becomes `whiteValue`.
+  // Replaces lines and tones by their sketch colours, and white by `whiteValue`.
   virtual bool ToSketch(int32_t x, int32_t y, int32_t width, int32_t height, int32_t whiteValue, uint32_t mask);
-  // Fills a box, whose width and height may be negative. outBox receives left, top, right, bottom in its four fields.
+  // Fills a box, whose width and height may be negative. outBox receives the pixels of it that lie in the image.
   virtual bool FillBox(int32_t x, int32_t y, int32_t width, int32_t height, const PenSpec& pen, uint32_t mask,
-                       Rect* outBox);
+                       Bounds* outBox);
   virtual int32_t GetPixel(int32_t x, int32_t y) = 0;
   virtual void SetPixel(int32_t x, int32_t y, int32_t value) = 0;
-  // Copies a block of another image into this one by the rules of the roles. outRect receives the box of the ink in
-  // source coordinates after a keyed copy, and zeros after a plain one; it stays untouched when the result is false.
+  // Copies a block of another image into this one; a keyed copy applies tone marks to what lies below them. outRect
+  // receives the bounding box, in source coordinates, of the pixels that a keyed copy drew, and zeros after any other
+  // copy. It is unchanged when the result is false.
   virtual bool Composite(int32_t dx, int32_t dy, CellImage* source, int32_t sx, int32_t sy, int32_t width,
                          int32_t height, int32_t flags, uint32_t destMask, uint32_t sourceMask, Rect* outRect);
   // Draws lines and darks of a neighbouring cell as a ghost: variant 0 green, 1 red. False on an image of 16 colours.
   virtual bool Overlay(int32_t dx, int32_t dy, CellImage* source, int32_t sx, int32_t sy, int32_t width, int32_t height,
                        int32_t variant);
-  // A new image of the same class and size, all 0. The caller owns it. Null if there is no memory for it.
+  // A new image of the same class and size, all 0, which the caller owns. Null if memory runs out.
   virtual CellImage* MakeBlank() = 0;
   // Gives the image a new size. A PackedImage keeps its picture at the top left and grows with `fill`; an
-  // IndexedImage is all `fill` afterwards. False if there is no memory for it; the image is then empty.
+  // IndexedImage is all `fill` afterwards. False if memory runs out; the image is then empty.
   virtual bool Resize(int32_t newWidth, int32_t newHeight, int32_t fill) = 0;
-  // Prints the pen's shape around the point. Always true.
+  // Draws the pen's shape around the point. Always true.
   virtual bool Stamp(int32_t x, int32_t y, const PenSpec& pen, uint32_t mask, Rect* outRect);
   // Draws the outline of a box by four lines; the right and bottom ones run at x + width and y + height.
   virtual bool DrawBox(int32_t x, int32_t y, int32_t width, int32_t height, PenSpec* pen, uint32_t mask, Rect* outRect);
 
-  // Lines, curves and rectangles. A solid pen of black draws line black, for which the caller's pen is changed during
-  // the call; at its end a colorB of 8 is 1.
+  // The same two with the block of the source as one rectangle.
+  bool Composite(Point to, CellImage* source, const Rect& block, const CompositeOptions& options = {}) {
+    return Composite(to.x, to.y, source, block.x, block.y, block.width, block.height, options.flags, options.destMask,
+                     options.sourceMask, options.inkBox);
+  }
+  bool Overlay(Point to, CellImage* source, const Rect& block, int32_t variant) {
+    return Overlay(to.x, to.y, source, block.x, block.y, block.width, block.height, variant);
+  }
+
+  // Lines, curves and rectangles. A solid black pen (colorB 1) draws in line black (8): the call changes *pen for its
+  // duration, and sets a colorB of 8 to 1 at its end.
   bool DrawLine(int32_t x0, int32_t y0, int32_t x1, int32_t y1, PenSpec* pen, uint32_t mask, Rect* outRect);
-  // Writes one index without regard to a mask.
+  // Sets all pixels of the rectangle to one index.
   bool FillRect(int32_t x, int32_t y, int32_t width, int32_t height, int32_t value);
   // Cuts a rectangle to the image; false if nothing of it lies inside.
   bool ClipRect(int32_t* x, int32_t* y, int32_t* rectWidth, int32_t* rectHeight) const;
-  // Paints the pixels of a small image that aren't 0 with ink. The mask is tested against the source's values.
+  // Draws with the pen's ink wherever a small image isn't 0. The mask is tested against the values of the source.
   bool StampImage(int32_t dx, int32_t dy, CellImage* source, int32_t sx, int32_t sy, int32_t blockWidth,
                   int32_t blockHeight, const PenSpec& pen, uint32_t mask);
-  // Draws the middle segment, from points[1] to points[2], of the cubic through four points. Always true.
+  // Draws the segment from points[1] to points[2] of the cubic curve through four points. Always true.
   bool DrawCurve(const Point (&points)[4], PenSpec* pen, uint32_t mask, Rect* outRect);
 
-  // Whole regions. Sketch pixels within the rectangle become `value`, regardless of any mask.
+  // Regions. Sets the sketch pixels of the rectangle to `value`.
   bool ClearSketch(int32_t x, int32_t y, int32_t rectWidth, int32_t rectHeight, int32_t value);
-  // Fills the area around a point with a run of tones from one point to another. False when nothing happened.
+  // Fills the area around a point with a gradient from the tone of startPen there to that of endPen at (endX, endY).
+  // False when nothing happened.
   bool GradientFill(int32_t x, int32_t y, const PenSpec& startPen, int32_t endX, int32_t endY, const PenSpec& endPen,
                     uint32_t mask, Rect* outRect);
-  // Carries the ink of a block to another place in the image and leaves `fillValue` behind.
+  // Moves the pixels of a block that aren't 0, `fillValue` or masked, and sets them to `fillValue` where they were.
   void MoveBlock(int32_t x, int32_t y, int32_t blockWidth, int32_t blockHeight, int32_t toX, int32_t toY,
                  int32_t fillValue, uint32_t mask);
-  // Fills the block with its own average grey as a dither. False when it has fewer than 16 pixels.
+  // Fills the block with a dither of its average grey. False when it has fewer than 16 pixels.
   bool Mosaic(int32_t x, int32_t y, int32_t blockWidth, int32_t blockHeight);
-  // Mirror a block; a pixel goes over only where the value that it replaces isn't masked. Always true.
+  // Mirror a block. A pixel is replaced only if it isn't masked. Always true.
   bool FlipVertical(int32_t x, int32_t y, int32_t blockWidth, int32_t blockHeight, uint32_t mask);
   bool FlipHorizontal(int32_t x, int32_t y, int32_t blockWidth, int32_t blockHeight, uint32_t mask);
   // Stamps the pen at about one pixel in interval * interval. `interval` is above 0.
   bool RandomDots(int32_t x, int32_t y, int32_t blockWidth, int32_t blockHeight, int32_t interval, const PenSpec& pen,
                   uint32_t mask);
-  // A grid, and a line, in the sketch colours of the pen; both touch nothing but transparent and sketch pixels.
+  // A grid, and a line, in the sketch colour of the pen. Both change only transparent and sketch pixels.
   bool DrawGrid(int32_t x, int32_t y, int32_t blockWidth, int32_t blockHeight, int32_t stepX, int32_t stepY,
                 PenSpec pen, uint32_t mask);
   bool DrawSketchLine(int32_t x0, int32_t y0, int32_t x1, int32_t y1, PenSpec pen, Rect* outRect);
-  // Reads the pen that drew a spot out of the 4 by 4 pixels around it. False, and no change, when the spot has more
-  // than two colours or lies outside.
+  // Derives tone and colours of the pen from the 4 by 4 pixels around the point. False, and no change, when they have
+  // more than two colours or all lie outside.
   bool PickPen(int32_t x, int32_t y, PenSpec* pen);
 
-  // Exchanges every byte of the image with the buffer, which has ByteCount() bytes: one call undoes, the next redoes.
+  // Swaps all bytes of the image with the buffer, which has ByteCount() bytes.
   void SwapBits(uint8_t* buffer);
 
   // The pixel, or -1 outside.
@@ -116,7 +134,7 @@ class CellImage {
   void ReadRow(int32_t x, int32_t y, int32_t count, uint8_t* pixels) const;
   void WriteRow(int32_t x, int32_t y, int32_t count, const uint8_t* pixels);
 
-  // Size of the byte image in bytes.
+  // Size of the pixels in bytes, padding included.
   int32_t ByteCount() const { return pitch * height; }
 
   int32_t width = 0;
@@ -135,18 +153,18 @@ inline bool IsMasked(uint32_t mask, int32_t value) {
   return (mask >> (value & 31) & 1) != 0;
 }
 
-// The tone of the scale that a pixel belongs to, moved by delta and put back as an index of the tone family; 0 for a
-// pixel that belongs to no scale.
+// Lightens (delta > 0) or darkens the tone of a tone, line or pale pixel, and gives it as an index of the tone family;
+// 0 for any other pixel.
 int32_t AdjustTone(int32_t value, int32_t delta);
 
 // Clips a block that is copied between two images of the given sizes. False if nothing is left.
 bool ClipBlock(int32_t* dx, int32_t* dy, int32_t* sx, int32_t* sy, int32_t* width, int32_t* height,
                const CellImage& destination, const CellImage& source);
 
-// Extends a dirty rectangle by the footprint of a stamp at the point, with one pixel to spare.
+// Extends a dirty rectangle to cover a stamp at the point. A side that moves leaves a margin of one pixel.
 void GrowRect(Rect* rect, int32_t x, int32_t y);
 
-// Destroys an image that was made on the heap. Null is allowed.
+// Deletes an image that was made with new. Null is allowed.
 void DestroyImage(CellImage* image);
 
 }  // namespace sorvel

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "foundation/byte_stream.h"
+#include "foundation/bitmap_head.h"
 #include "foundation/paths.h"
 #include "platform/files.h"
 
@@ -60,11 +60,12 @@ bool LoadColors(const char* fileName) {
   }
   FILE* file = platform::OpenStdioFile(fileName, "rb");
   if (file == nullptr) return false;
-  uint8_t head[14];
-  uint8_t info[40];
-  const bool fits = std::fread(head, sizeof(head), 1, file) == 1 && head[0] == 'B' && head[1] == 'M' &&
-                    std::fread(info, sizeof(info), 1, file) == 1 && LittleEndian(info + 14, 2) == 8 &&
-                    LittleEndian(info + 16, 4) == 0 && LittleEndian(info + 32, 4) >= kColorCount;
+  uint8_t heads[kBitmapHeadBytes];
+  bool fits = std::fread(heads, sizeof(heads), 1, file) == 1 && IsBitmapFile(heads);
+  if (fits) {
+    const BitmapInfo info = GetBitmapInfo(heads + kBitmapFileHeadBytes);
+    fits = info.bitsPerPixel == 8 && info.compression == 0 && info.colorsUsed >= kColorCount;
+  }
   if (fits) {
     // A short file leaves the colours that it doesn't reach black.
     ColorEntry entries[kColorCount] = {};

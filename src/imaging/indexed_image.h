@@ -4,8 +4,8 @@
 
 namespace sorvel {
 
-// Eight bits a pixel over a bitmap of the platform, with the colour table of the moment of its creation. What a frame
-// is composed into. Owns the bitmap; rows take a multiple of 4 bytes.
+// Eight bits a pixel in a bitmap of the platform, which it owns; frames are composed into it. Resize() gives the bitmap
+// the current colour table. Rows are padded to a multiple of 4 bytes.
 class IndexedImage final : public CellImage {
  public:
   IndexedImage() : CellImage(256) {}

@@ -23,7 +23,8 @@ void Load(const platform::ColorEntry& entry, int32_t* red, int32_t* green, int32
   *blue = entry.blue;
 }
 
-// 0 black to 3 white. Whatever isn't of the tone or the line family is white: the subtractions wrap round for those.
+// 0 black to 3 white. Pixels of neither the tone nor the line family are white: their differences wrap to large
+// numbers.
 void TonesOf(const uint8_t* pixels, int32_t count, uint8_t* tones) {
   for (int32_t i = 0; i < count; ++i) {
     const uint8_t fill = static_cast<uint8_t>(pixels[i] - kToneBlack);
@@ -45,8 +46,8 @@ void AddNeighbours(const uint8_t* tones, int32_t count, int32_t scale, uint8_t* 
   }
 }
 
-// Brings sums of 0 to 48 down to 0 to 12. What the division leaves over is spread by place; the threshold of the
-// place is the smallest remainder that counts there.
+// Divides sums of 0 to 48 by 4 with an ordered dither: the threshold of a place is the smallest remainder that rounds
+// up there.
 void DitherSums(uint8_t* sums, int32_t count, int32_t dx, int32_t dy) {
   static constexpr uint8_t kThresholds[2][2] = {{1, 3}, {4, 2}};
   for (int32_t i = 0; i < count; ++i) {
@@ -252,7 +253,7 @@ void NibbleBitmap::ReduceFrom(const CellImage& composition, Rect* outBox, int32_
     }
   }
   if (outBox == nullptr) return;
-  // Changes in column 0 alone or in row 0 alone count as none: streams made so far don't carry them.
+  // Changes in column 0 only, or in row 0 only, count as none, so that a cut compiles to the same stream as ever.
   if (maxX == 0 || maxY == 0) {
     *outBox = Rect{};
     return;

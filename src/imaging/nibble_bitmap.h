@@ -40,14 +40,14 @@ class NibbleBitmap final : public PlaneBitmap {
   // Copies the back numbers of the rectangle, cut to the picture, to the front plane.
   void CopyBackToFront(int32_t x, int32_t y, int32_t w, int32_t h);
 
-  // The same for all that lies around `inner` in the bounding box of the two: above and below at full width, left and
-  // right at the height of `inner`. An empty `outer` counts as the point at its place.
+  // The same for the bounding box of the two rectangles, except `inner` itself. An empty `outer` counts as a point at
+  // its left top corner.
   void CopyBackToFrontAround(const Rect& inner, const Rect& outer);
 
-  // Fills the front plane, inside `area` or wholly with null, from a composed image: the grey steps of scale * scale
-  // pixels added up, 1 to 4 levels each, with a dither at scale 4. `area` is in pixels of this picture. outBox, if
-  // given, receives the box of the pixels that differ from the back plane, its x even; four zeros if there is none,
-  // or if they all lie in column 0 or all in row 0.
+  // Fills the front plane from a composed image. A pixel is the sum of the grey steps, 0 to 3, of scale * scale pixels;
+  // at scale 4 the sum is dithered down to a quarter. `area`, in pixels of this picture, limits the work; null is all
+  // of it. outBox, if not null, receives the bounding box of the pixels that differ from the back plane, extended to an
+  // even x; four zeros if there are none, or if they all lie in column 0 or all in row 0.
   void ReduceFrom(const CellImage& composition, Rect* outBox, int32_t scale, const Rect* area);
 
   platform::BitmapHandle bitmapHandle = nullptr;

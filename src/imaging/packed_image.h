@@ -4,8 +4,8 @@
 
 namespace sorvel {
 
-// Four bits a pixel, the even x in the high nibble. The image of a cell, its undo copy and the clipboard block.
-// Owns its pixels. Rows take a multiple of 4 bytes, and 16 bytes of 0 lie behind the last row.
+// Four bits a pixel, even columns in the high nibble: the image of a cell, and the program's own clipboard. Owns its
+// pixels. Rows are padded to a multiple of 4 bytes, and 16 bytes of 0 follow the last row.
 class PackedImage final : public CellImage {
  public:
   PackedImage() : CellImage(16) {}

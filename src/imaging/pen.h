@@ -2,24 +2,36 @@
 
 #include <cstdint>
 
+#include "foundation/arithmetic.h"
+#include "imaging/rect.h"
+
 namespace sorvel {
 
-// Ink. With tone 0 it is plain colorB.
+// A pen: its shape and its ink, a dither of two colours. With tone 0 the ink is solid colorB.
 struct PenSpec {
-  int32_t shape = 7;   // 0 to 14, row of the table of pen shapes; only a stamp looks at it
+  int32_t shape = 7;   // 0 to 14, index in PenShapes; only stamps and EdgeFill() use it
   int32_t tone = 0;    // 0 to 15: how many pixels of each tile of 4 by 4 are colorA
-  int32_t colorA = 0;  // colour indices of the dither
+  int32_t colorA = 0;  // colour index
   int32_t colorB = 1;
 
   bool operator==(const PenSpec&) const = default;
 };
 
+// A stamp covers kPenReach columns and rows before its point, and the point with kPenReach - 1 behind it.
+constexpr int32_t kPenReach = 4;
+constexpr int32_t kPenSize = 2 * kPenReach;
+
+// What a stamp at the point may cover. Saturates.
+inline Rect StampRect(Point point) {
+  return {SaturatingSubtract(point.x, kPenReach), SaturatingSubtract(point.y, kPenReach), kPenSize, kPenSize};
+}
+
 // The shapes of the pen, 8 by 8 bits each, top row first; bit 0x80 is the leftmost column. Round pens are shape
 // 7 + n and square pens 7 - n for a size step n of 0 to 7.
 extern const uint8_t PenShapes[15][8];
 
-// The index of the ink at a pixel of the image. The dither is fixed to the image's coordinates, so that two strokes
-// of one pen line up. x and y are not negative.
+// The colour index of the ink at a pixel. The dither is fixed to the coordinates of the image, so that the dither of
+// strokes that meet lines up. x and y aren't negative.
 int32_t PenColorAt(const PenSpec& pen, int32_t x, int32_t y);
 
 // Levels 0 to 48 run from black to white over the tone family, with 16 steps of dither between two neighbours.

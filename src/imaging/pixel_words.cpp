@@ -47,7 +47,7 @@ void Blend(uint8_t* at, uint64_t mask, uint64_t ink) {
   std::memcpy(at, &pixels, sizeof(pixels));
 }
 
-// The group as it goes on from one of its bytes.
+// The group as seen from one of its bytes on.
 uint64_t FromByte(uint64_t group, int32_t byte) {
   return std::rotr(group, (byte & 7) * 8);
 }

@@ -7,10 +7,11 @@
 #include "imaging/cell_image.h"
 #include "imaging/pen.h"
 
-// Rows of pixels as words of 64 bits, for the operations that work on areas. They come in two forms:
-// - bits: pixel x of a row is bit x mod 64 of word x / 64 and tells whether the pixel belongs to something;
-// - groups: 8 bytes as the image stores them, which are 16 pixels of a PackedImage or 8 of an IndexedImage. Group g of
-//   a row begins at its byte 8 * g.
+// Rows of pixels as 64-bit numbers, for operations on areas. There are two kinds:
+// - a word is a set of 64 pixels: bit x % 64 of word x / 64 stands for column x;
+// - a group is 8 bytes of pixels as the image stores them, 16 of a PackedImage or 8 of an IndexedImage. Group g of a
+// row
+//   starts at byte 8 * g.
 namespace sorvel {
 
 constexpr int32_t kWordPixels = 64;
@@ -36,23 +37,23 @@ inline uint8_t* RowOf(const CellImage& image, int32_t y) {
   return image.bits + y * image.pitch;
 }
 
-// Runs of a row are read and written in pieces that stay in the nearest cache.
+// Rows are processed in runs of at most so many pixels, which fit in the L1 cache.
 constexpr int32_t kRunPixels = 1024;
 
-// A run of a row as one byte each: the image's own bytes where it has them, else `run`, read for the purpose.
+// A run of a row with one byte a pixel: a pointer into an IndexedImage, or `run` with an unpacked copy.
 inline const uint8_t* RunPixels(const CellImage& image, int32_t x, int32_t y, int32_t count, uint8_t* run) {
   if (!IsPacked(image)) return RowOf(image, y) + x;
   image.ReadRow(x, y, count, run);
   return run;
 }
 
-// Makes the bits of `count` pixels, 1 where `test`, which takes a byte and gives 0 or 1, holds, and hands each word
-// with its number, from 0, to `take`.
+// Calls `take(number, word)` for each 64 of `count` pixels: bit i of the word is the result, 0 or 1, of `test` for
+// pixel i.
 template <typename Test, typename Take>
 void TestPixels(const uint8_t* pixels, int32_t count, const Test& test, const Take& take) {
   for (int32_t word = 0; count > 0; ++word, count -= kWordPixels, pixels += kWordPixels) {
-    // In bytes first, so that the compiler makes vectors of them. The product then brings the lowest bits of eight
-    // bytes together in the highest byte.
+    // Bytes first, so that the compiler can vectorize. The multiplication then gathers the lowest bits of eight bytes
+    // in the highest byte.
     uint8_t flags[kWordPixels];
     if (count >= kWordPixels) {
       for (int32_t i = 0; i < kWordPixels; ++i) flags[i] = test(pixels[i]);
@@ -70,7 +71,7 @@ void TestPixels(const uint8_t* pixels, int32_t count, const Test& test, const Ta
   }
 }
 
-// Puts pixel `index` into a group.
+// Sets pixel `index` of a group that has 0 there.
 inline void PutPixel(uint64_t* group, int32_t index, int32_t color, bool isPacked) {
   if (isPacked) {
     *group |= static_cast<uint64_t>(color & 0x0F) << (index / 2 * 8 + (index % 2 == 0 ? 4 : 0));
@@ -83,10 +84,10 @@ constexpr int32_t GroupPixels(bool isPacked) {
   return isPacked ? 16 : 8;
 }
 
-// The ink of a pen in any group of row y: its dither repeats every four pixels.
+// The ink of a pen in row y: the same for every group, since the dither repeats every four pixels.
 uint64_t PenGroup(const PenSpec& pen, int32_t y, bool isPacked);
 
-// Ink of one row by groups: all the same, or each its own.
+// The groups of ink of one row: one for the whole row (step 0), or one for each group (step 1).
 struct InkRow {
   const uint64_t* groups;
   int32_t step;  // 0 or 1
@@ -107,14 +108,14 @@ class PenInk {
   uint64_t groups[4];
 };
 
-// Puts ink on the pixels of a word whose bits are set; none of them lies behind the row.
+// Draws the pixels of a word whose bits are set. They must lie inside the image.
 void PaintWord(CellImage* image, int32_t y, int32_t word, uint64_t bits, const InkRow& ink);
 
-// Puts ink on the pixels from x to end - 1 of a row, which lie inside the image.
+// Draws the pixels from x to end - 1 of a row, which must lie inside the image.
 void PaintRun(CellImage* image, int32_t y, int32_t x, int32_t end, uint64_t group);
 
-// Puts ink on those of eight pixels from x on whose bits are set, bit 0 being the first of them, and which aren't
-// masked. x is inside the image, and so are all pixels with a set bit.
+// Draws those of the eight pixels from x on whose bits are set (bit 0 for x) and that aren't masked. They, and x, must
+// lie inside the image.
 void PaintEight(CellImage* image, int32_t y, int32_t x, uint32_t bits, uint64_t group, uint32_t mask);
 
 }  // namespace sorvel

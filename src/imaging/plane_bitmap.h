@@ -4,39 +4,38 @@
 
 namespace sorvel {
 
-// A picture whose pixels hold two grey-level numbers at once: the front plane is the frame being built or shown, the
-// back plane the frame before it. A colour for each pair of numbers decides what the screen shows, so a flip, a
-// dissolve or a fade touches no pixel.
+// A picture whose pixels hold two numbers of 4 bits: the front plane is the frame being built or shown, the back plane
+// the frame before it. A palette entry for each pair of numbers decides what the screen shows, so a flip, a dissolve or
+// a fade changes colours only.
 //
-// The order of the virtual operations is a contract. There is no clipping: coordinates are the caller's duty. Colours
-// are 0 to 255 each.
+// The order of the virtual operations is fixed. Coordinates must lie inside the picture. Colour channels are 0 to 255.
 class PlaneBitmap {
  public:
   // The ramp of the levels before brightness. All colour operations give 1.
   virtual int32_t SetBaseColor(int32_t index, int32_t red, int32_t green, int32_t blue) = 0;
   virtual int32_t GetBaseColor(int32_t index, int32_t* red, int32_t* green, int32_t* blue) = 0;
-  // The colours of a plane's 16 numbers. They stay with the picture they were made for when the planes flip.
+  // The colours of a plane's 16 numbers. When the planes flip, each frame keeps its colours.
   virtual int32_t GetFrontColor(int32_t index, int32_t* red, int32_t* green, int32_t* blue) = 0;
   virtual int32_t SetFrontColor(int32_t index, int32_t red, int32_t green, int32_t blue) = 0;
   virtual int32_t GetBackColor(int32_t index, int32_t* red, int32_t* green, int32_t* blue) = 0;
   virtual int32_t SetBackColor(int32_t index, int32_t red, int32_t green, int32_t blue) = 0;
-  // The colour of a pair. The getter takes the back number first and the setter the front number first: callers of
-  // either count on its own order.
+  // The colour of a pair. Beware: the getter takes the back number first, the setter the front number.
   virtual int32_t GetMixColor(int32_t a, int32_t b, int32_t* red, int32_t* green, int32_t* blue) = 0;
   virtual int32_t SetMixColor(int32_t front, int32_t back, int32_t red, int32_t green, int32_t blue) = 0;
-  // Keep both planes aside and bring them back; nothing happens before the first Create.
+  // Save both planes and restore them. Both do nothing before the first Create.
   virtual void SaveBits() = 0;
   virtual void RestoreBits() = 0;
-  // Sets every byte, padding included, to the low 8 bits: both planes are overwritten.
+  // Sets every byte, padding included, to the low 8 bits of `value`, which overwrites both planes.
   virtual void FillBits(int32_t value) = 0;
   virtual int32_t GetFront(int32_t x, int32_t y) = 0;
   virtual int32_t GetBack(int32_t x, int32_t y) = 0;
   // `value` is 0 to 15; the back number stays.
   virtual void SetFront(int32_t x, int32_t y, int32_t value) = 0;
-  // Makes the picture; the same size as before keeps everything. 1 on success, 0 for an empty size or no memory.
+  // Allocates the picture; a call with the size that it has changes nothing. 1 on success, 0 for an empty size or if
+  // memory runs out.
   virtual int32_t Create(int32_t newWidth, int32_t newHeight) = 0;
-  // Four pixels from x on in row y, as they lie in memory: the last ones of a row are the padding and then the first
-  // of the next row.
+  // The four pixels from x on in row y, as they lie in memory: they may reach into the padding and the next row. Gives
+  // `out`.
   virtual uint8_t* GetFront4(uint8_t (*out)[4], int32_t x, int32_t y) = 0;
   virtual uint8_t* GetBack4(uint8_t (*out)[4], int32_t x, int32_t y) = 0;
   virtual void SetFront4(int32_t x, int32_t y, const uint8_t (&bytes)[4]) = 0;
@@ -45,8 +44,8 @@ class PlaneBitmap {
   void SetLevels(int32_t count);
   // Derives the front colours from the ramp: 0 is all black, 50 leaves the ramp, 100 is all white.
   void SetBrightness(int32_t value);
-  // Derives the 256 colours of the pairs. The back plane has the weight a / b, the front plane the rest; a and b may
-  // both be negative. b is not 0.
+  // Derives the 256 colours of the pairs. The back plane has the weight a / b, the front plane 1 - a / b. b isn't 0;
+  // both may be negative.
   void MixPlanes(int32_t a, int32_t b);
 
   int32_t frontIsHigh = 0;  // 0: the low nibble is the front plane; 1: the high nibble

@@ -10,15 +10,11 @@ namespace sorvel {
 
 namespace {
 
-// A stamp covers kReach columns and rows before its point, and the point with kReach - 1 behind it.
-constexpr int32_t kReach = 4;
-constexpr int32_t kStampSize = 2 * kReach;
-
 int64_t SignOf(int64_t value) {
   return (value > 0) - (value < 0);
 }
 
-// A stretch of one axis. 64 bits hold every sum of a position and a size.
+// An interval on one axis. The sum of a position and a size needs 64 bits.
 struct Span {
   int64_t start;
   int64_t size;
@@ -32,7 +28,7 @@ bool ClipSpan(Span* span, int32_t limit) {
   return span->size > 0;
 }
 
-// A negative size runs back from the start, which it includes.
+// With a negative size the interval ends at `start`, which belongs to it.
 Span BoxSpan(int32_t start, int32_t size) {
   if (size >= 0) return {start, size};
   return {int64_t{start} + size + 1, -int64_t{size}};
@@ -44,17 +40,17 @@ bool ClipSpans(const CellImage& image, Span across, Span down, Rect* rect) {
   return true;
 }
 
-// Makes one axis of a dirty rectangle cover a stamp, with one pixel to spare where the rectangle grows.
+// Extends one axis of a dirty rectangle to cover a stamp. A side that moves leaves a margin of one pixel.
 void GrowSpan(int32_t* start, int32_t* size, int64_t position) {
   int64_t first = *start;
   int64_t end = first + *size;
-  if (position - kReach <= first) first = position - kReach - 1;
-  if (end <= position + kReach) end = position + kReach + 1;
+  if (position - kPenReach <= first) first = position - kPenReach - 1;
+  if (end <= position + kPenReach) end = position + kPenReach + 1;
   *start = Saturated(first);
   *size = Saturated(end - *start);
 }
 
-// The bits of a row of a pen's shape with the leftmost column as the lowest.
+// Reverses the bits of a row of a pen's shape, so that bit 0 is the leftmost column.
 constexpr std::array<uint8_t, 256> kFirstColumnLow = [] {
   std::array<uint8_t, 256> turned{};
   for (uint32_t bits = 0; bits < 256; bits++) {
@@ -65,7 +61,7 @@ constexpr std::array<uint8_t, 256> kFirstColumnLow = [] {
   return turned;
 }();
 
-// Puts ink on the pixels from x to end - 1 of a row that the mask leaves free.
+// Draws the pixels from x to end - 1 of a row that aren't masked.
 void PaintUnmasked(CellImage* image, int32_t y, int32_t x, int32_t end, const InkRow& ink, uint32_t mask) {
   const auto isFree = [mask](uint8_t pixel) { return static_cast<uint8_t>(IsMasked(mask, pixel) ? 0 : 1); };
   for (int32_t word = x / kWordPixels; word * int64_t{kWordPixels} < end; word++) {
@@ -77,7 +73,7 @@ void PaintUnmasked(CellImage* image, int32_t y, int32_t x, int32_t end, const In
   }
 }
 
-// Rounds to 32 bits, also on a machine that calculates with more: curves must come out the same everywhere.
+// Forces rounding to 32 bits where the CPU calculates with more, so that curves are the same everywhere.
 float Rounded(float value) {
   volatile float stored = value;
   return stored;
@@ -97,7 +93,7 @@ int32_t CurveCoordinate(long double value) {
 
 void GrowRect(Rect* rect, int32_t x, int32_t y) {
   if (rect->width == 0 || rect->height == 0) {
-    *rect = {SaturatingSubtract(x, kReach), SaturatingSubtract(y, kReach), kStampSize, kStampSize};
+    *rect = StampRect({x, y});
     return;
   }
   GrowSpan(&rect->x, &rect->width, x);
@@ -116,17 +112,17 @@ bool CellImage::ClipRect(int32_t* x, int32_t* y, int32_t* rectWidth, int32_t* re
 
 bool CellImage::Stamp(int32_t x, int32_t y, const PenSpec& pen, uint32_t mask, Rect* outRect) {
   if (outRect != nullptr) GrowRect(outRect, x, y);
-  const int64_t left = int64_t{x} - kReach;
-  const int64_t top = int64_t{y} - kReach;
+  const int64_t left = int64_t{x} - kPenReach;
+  const int64_t top = int64_t{y} - kPenReach;
   // Columns that lie in the image, the first of them as bit 0.
-  if (left <= -kStampSize || left >= width) return true;
+  if (left <= -kPenSize || left >= width) return true;
   const auto cutLeft = static_cast<uint32_t>(std::max<int64_t>(-left, 0));
   const auto first = static_cast<int32_t>(left + cutLeft);
-  const uint32_t inside = width - first >= kStampSize ? 0xFF : (1U << (width - first)) - 1;
+  const uint32_t inside = width - first >= kPenSize ? 0xFF : (1U << (width - first)) - 1;
   // Rows that lie four apart have the same row of the dither.
   for (int32_t phase = 0; phase < 4; phase++) {
     const uint64_t group = PenGroup(pen, static_cast<int32_t>((top + phase) & 3), IsPacked(*this));
-    for (int32_t row = phase; row < kStampSize; row += 4) {
+    for (int32_t row = phase; row < kPenSize; row += 4) {
       const int64_t py = top + row;
       const uint32_t inked = kFirstColumnLow[PenShapes[pen.shape][row]] >> cutLeft & inside;
       if (inked != 0 && py >= 0 && py < height) PaintEight(this, static_cast<int32_t>(py), first, inked, group, mask);
@@ -154,8 +150,8 @@ bool CellImage::DrawLine(int32_t x0, int32_t y0, int32_t x1, int32_t y1, PenSpec
   const auto rise = static_cast<uint64_t>(std::abs(isFlat ? dy : dx));
 
   // Only the steps whose stamp can touch the image are taken, so that a line from far away costs nothing.
-  const int64_t lowest = 1 - kReach;
-  const int64_t highest = int64_t{isFlat ? width : height} + kReach - 1;
+  const int64_t lowest = 1 - kPenReach;
+  const int64_t highest = int64_t{isFlat ? width : height} + kPenReach - 1;
   const int64_t first = std::max<int64_t>(1, mainStep > 0 ? lowest - mainStart : mainStart - highest);
   const int64_t last = std::min(static_cast<int64_t>(length), mainStep > 0 ? highest - mainStart : mainStart - lowest);
   for (int64_t step = first; step <= last; step++) {
@@ -189,7 +185,7 @@ bool CellImage::DrawBox(int32_t x, int32_t y, int32_t boxWidth, int32_t boxHeigh
 }
 
 bool CellImage::FillBox(int32_t x, int32_t y, int32_t boxWidth, int32_t boxHeight, const PenSpec& pen, uint32_t mask,
-                        Rect* outBox) {
+                        Bounds* outBox) {
   Rect box;
   if (!ClipSpans(*this, BoxSpan(x, boxWidth), BoxSpan(y, boxHeight), &box)) return false;
   const int32_t right = box.x + box.width;

@@ -17,8 +17,8 @@ struct Rect {
   bool operator==(const Rect&) const = default;
 };
 
-// The smallest rectangle around both. An empty one adds nothing: the other is then taken as it is; of two empty ones
-// the first.
+// The smallest rectangle around both. If one has a width or height of 0 the result is the other; if both have, it is
+// `a`.
 Rect BoundingRect(const Rect& a, const Rect& b);
 void UnionRect(Rect* rect, const Rect& other);
 

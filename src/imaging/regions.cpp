@@ -60,7 +60,7 @@ bool InkHolds(const CellImage& image, const PenSpec& pen, int32_t value) {
   return (pen.colorB & stored) == value || (pen.tone != 0 && (pen.colorA & stored) == value);
 }
 
-// The ink of a gradient over an image. 64 bits hold every difference of coordinates and of levels.
+// The ink of a gradient over an image. Differences of coordinates need 64 bits.
 class GradientInk {
  public:
   GradientInk(const CellImage& image, int32_t x, int32_t y, const PenSpec& startPen, int32_t endX, int32_t endY,
@@ -107,7 +107,7 @@ class GradientInk {
   int64_t delta;
   int64_t origin = 0;
   int64_t span = 0;
-  Buffer<uint64_t> groups;  // four rows of them; what lies across repeats as the dither does
+  Buffer<uint64_t> groups;  // of a horizontal gradient: four rows, as the dither repeats every four rows
   int32_t rowGroups = 0;
   uint64_t rowGroup = 0;
 };
@@ -118,13 +118,13 @@ struct Run {
   int32_t right;
 };
 
-// Values that a row may hold and a fill has to know of, as bits.
+// What is known of a row: that it was read, and which values it holds that a fill must treat apart.
 enum RowFlag : uint8_t { kIsRead = 1, kHoldsDark = 2, kHoldsLight = 4, kHoldsMarker = 8 };
 
-// A connected area of an image, by four, of pixels of one value; a soft one has sketch pixels too. It grows by words:
-// each takes all of its open pixels that hang together with those it was entered at, and enters its four neighbours. So
-// the work follows the area and not the image, a passage of any length needs no depth, and at most one entry for each
-// word waits. Nothing is written to the image before all of the area is known.
+// A 4-connected area of pixels of one value, for a flood fill; if asked for, sketch pixels belong to it too. The search
+// works on words of 64 pixels with a stack of its own: a word takes all of its open pixels that are connected to the
+// pixels it was entered at, and enters its four neighbours. The cost depends on the area and not on the image, there is
+// no recursion, and a word is at most once on the stack. Nothing is drawn before the whole area is known.
 class Area {
  public:
   Area(const CellImage& wholeImage, int32_t pixelValue, bool takesSketch)
@@ -134,10 +134,9 @@ class Area {
         rowWords(WordCount(wholeImage.width)),
         top(wholeImage.height) {}
 
-  // Memory for it all, of which the system has to provide only what is used.
-  // False if there is none.
+  // Allocates; false if memory runs out. The system provides only the pages that are used.
   bool Make() {
-    // A word and a row of nothing to each side, so that no step has to ask where the image ends.
+    // An empty word and an empty row on each side, so that no step has to test for the edge of the image.
     stride = int64_t{rowWords} + 1;
     const int64_t rows = int64_t{image.height} + 2;
     if (!words.AllocateZeroed(static_cast<uint64_t>(stride * rows + 1)) ||
@@ -148,13 +147,13 @@ class Area {
     return true;
   }
 
-  // Takes the area around a pixel.
+  // Adds the area around a pixel.
   void GrowFrom(int32_t x, int32_t y) {
     Enter(y, x / kWordPixels, uint64_t{1} << x % kWordPixels);
     Spread();
   }
 
-  // Takes all areas that touch another, whose rows, and the rows next to them, say whether they hold the value.
+  // Adds all areas that touch another. `flag` tells which rows of the other area need a look.
   void GrowAround(const Area& other, RowFlag flag) {
     for (int32_t y = std::max(other.top - 1, 0); y <= std::min(other.bottom + 1, image.height - 1); y++) {
       if ((other.flags[static_cast<size_t>(y) + 1] & flag) == 0) continue;
@@ -204,9 +203,9 @@ class Area {
 
  private:
   struct Word {
-    uint64_t open;     // pixels that may be taken
-    uint64_t waiting;  // open pixels that it was entered at
-    uint64_t taken;
+    uint64_t open;     // pixels of the value that aren't in the area yet
+    uint64_t waiting;  // open pixels that the search has reached
+    uint64_t taken;    // pixels in the area
   };
 
   struct Place {
@@ -223,7 +222,7 @@ class Area {
                                   (static_cast<uint8_t>(pixel - kSketchFirst) < sketchCount ? 1 : 0));
     };
     uint8_t run[kRunPixels];
-    uint64_t holds[kRunPixels / 8] = {};  // flags by columns, for the compiler to make vectors of
+    uint64_t holds[kRunPixels / 8] = {};  // a RowFlag byte for each column, so that the compiler can vectorize
     const auto holdsAt = reinterpret_cast<uint8_t*>(holds);
     for (int32_t x = 0, count = 0; x < image.width; x += count) {
       count = std::min(kRunPixels, image.width - x);
@@ -254,9 +253,9 @@ class Area {
     entered.waiting |= pixels;
   }
 
-  // All runs of open pixels that the starting points lie in.
+  // All runs of open pixels that contain a seed.
   static uint64_t RunsAround(uint64_t seeds, uint64_t open) {
-    // The carry of a sum runs up from the lowest seed of a run to the run's end.
+    // The carry of the sum extends a run upwards from its lowest seed to its end; the loop extends it downwards.
     uint64_t runs = (open & ~(open + seeds)) | seeds;
     uint64_t way = open;
     for (int32_t step = 1; step < kWordPixels; step *= 2) {
@@ -297,10 +296,10 @@ class Area {
   std::vector<Place> places;
 };
 
-// Grows the dirty rectangle of a fill by both ends of each of its runs. Every point but the first of all moves an edge
-// one pixel further out than it lies itself, in whatever order they come; so the order must be right for the first one
-// alone. It is the left end of the boundary's run to the left of the run around the start, else to its right, else that
-// of the start's own run: starting anywhere else would make some rectangles one pixel wider.
+// Grows the dirty rectangle of a fill by both ends of each of its runs. GrowRect() adds a margin for every point except
+// the first, so the result depends on which point is first, and on nothing else in the order. The first point is the
+// left end of one run: the boundary run directly left of the start's own run, else the one directly right of it, else
+// the start's own run. Another choice would make some rectangles one pixel wider.
 void GrowByRuns(Rect* rect, int32_t x, int32_t y, const Area& area, const Area& dark, const Area& light) {
   const auto runAround = [y](const Area& part, int32_t place) {
     Run run = {place, place};
@@ -320,9 +319,9 @@ void GrowByRuns(Rect* rect, int32_t x, int32_t y, const Area& area, const Area& 
   for (const Area* part : {&area, &dark, &light}) part->GrowRectExcept(rect, {first.left, y});
 }
 
-// Puts the ink on the area of `value` around a point: as far as pixels of the value and, if it is no boundary, of the
-// sketch family hang together, and then on each boundary that touches them and isn't masked. False, and nothing
-// changed, if there is no memory.
+// Fills the connected area of `value` around a point. Unless the value is a boundary, sketch pixels count as part of
+// the area, and boundaries that touch it are filled too if they aren't masked. False, and no change, if memory runs
+// out.
 template <typename Ink>
 bool FillArea(CellImage* image, int32_t x, int32_t y, int32_t value, uint32_t mask, Rect* outRect, Ink* ink) {
   const bool isSoft = !IsBoundary(value);
@@ -339,7 +338,7 @@ bool FillArea(CellImage* image, int32_t x, int32_t y, int32_t value, uint32_t ma
   };
   if (isSoft && !IsMasked(mask, kBoundaryFirst) && !growAround(&dark, kHoldsDark)) return false;
   if (isSoft && !IsMasked(mask, kLineLast) && !growAround(&light, kHoldsLight)) return false;
-  // Where a damaged cell holds the marker already, the ink runs on into it.
+  // A damaged cell may hold the marker; the fill flows into it.
   Area marked(*image, kWorkMarker, false);
   for (const Area* part : {&area, &dark, &light}) {
     if (part->IsEmpty() || !part->SawValue(kHoldsMarker)) continue;
@@ -351,8 +350,8 @@ bool FillArea(CellImage* image, int32_t x, int32_t y, int32_t value, uint32_t ma
   return true;
 }
 
-// The border of a colour within a rectangle, which grows inward by one pixel in each pass. The whole image counts as
-// neighbourhood, what lies beyond it doesn't.
+// The border of the area of one colour within a rectangle; it grows inward by one pixel a pass. A pixel of another
+// colour anywhere in the image makes its neighbour a border pixel; the edge of the image doesn't.
 class Border {
  public:
   Border(const CellImage& wholeImage, const Rect& rect, int32_t keyColor)
@@ -391,7 +390,7 @@ class Border {
     return true;
   }
 
-  // One pass. False when all further ones would change nothing.
+  // One pass. False when further passes would change nothing.
   bool Grow(const PenSpec& pen) {
     for (int32_t word = 0; word < wordCount; word++) above[static_cast<size_t>(word)] = 0;
     if (top < area.y) {
@@ -409,13 +408,13 @@ class Border {
         const uint64_t behind = word + 1 < wordCount ? row[word + 1].foreign : 0;
         uint64_t beside = foreign << 1 | before >> 63 | foreign >> 1 | behind << 63;
         beside |= above[static_cast<size_t>(word)] | (below != nullptr ? below[word].foreign : 0);
-        // What was marked before any pass is painted too.
+        // Pixels that held the marker from the start are painted too.
         const uint64_t painted =
             ((at.key & beside) | at.marker) & SpanBits(firstWord + word, area.x, area.x + area.width);
-        // What this pass looks at is how things were before it.
+        // A pass sees the state before it.
         above[static_cast<size_t>(word)] = foreign;
         before = foreign;
-        // What is painted in the colour that it had is still no neighbour of another colour.
+        // A pixel that is painted in the colour it had doesn't count as one of another colour.
         at.painted |= painted;
         at.foreign |= painted & foreignInk;
         change |= foreign ^ at.foreign;
@@ -445,7 +444,7 @@ class Border {
 
   Word* RowAt(int32_t y) { return &words[static_cast<size_t>(int64_t{y - top} * wordCount)]; }
 
-  // Where a row of ink gives pixels of a value.
+  // The pixels of row y that the ink sets to `value`.
   uint64_t InkBits(const PenSpec& pen, int32_t y, int32_t value) const {
     uint64_t found = 0;
     for (int32_t x = 0; x < 4; x++) {
@@ -502,7 +501,7 @@ bool CellImage::FloodFill(int32_t x, int32_t y, const PenSpec& pen, uint32_t mas
   if (value < 0) return false;
   if (IsSketch(value)) value = kTransparent;
   if (IsMasked(mask, value)) return false;
-  // The marker can neither be marked nor replaced by itself. Only a damaged cell or pen holds it.
+  // A fill of the marker, or with it, has no effect. Only a damaged cell or pen holds it.
   if (value == kWorkMarker || InkHolds(*this, pen, kWorkMarker)) return false;
   PenInk ink(*this, pen);
   return FillArea(this, x, y, value, mask, outRect, &ink);
@@ -514,8 +513,7 @@ bool CellImage::GradientFill(int32_t x, int32_t y, const PenSpec& startPen, int3
   if (value < 0 || IsMasked(mask, value) || value == kWorkMarker) return false;
   GradientInk ink(*this, x, y, startPen, endX, endY, endPen);
   if (!ink.Make(width)) return false;
-  // The mask guards only the point itself: shadow boundaries inside a gradient would stand out as lines if it kept
-  // them.
+  // The mask protects only the starting pixel: protected shadow boundaries would show as lines inside a gradient.
   return FillArea(this, x, y, value, 0, outRect, &ink);
 }
 
@@ -560,7 +558,7 @@ bool CellImage::Exchange(int32_t dx, int32_t dy, CellImage* other, int32_t sx, i
                          int32_t blockHeight) {
   if (!ClipBlock(&dx, &dy, &sx, &sy, &blockWidth, &blockHeight, *this, *other)) return false;
   if (other == this) {
-    // Column by column: where the two blocks overlap, a pixel moves on with each exchange.
+    // Column by column and pixel by pixel: where the blocks overlap, a pixel is swapped more than once.
     for (int32_t column = 0; column < blockWidth; column++) {
       for (int32_t row = 0; row < blockHeight; row++) {
         const int32_t mine = GetPixel(dx + column, dy + row);
@@ -588,12 +586,12 @@ void CellImage::MoveBlock(int32_t x, int32_t y, int32_t blockWidth, int32_t bloc
                           int32_t fillValue, uint32_t mask) {
   const int64_t moveX = int64_t{toX} - x;
   const int64_t moveY = int64_t{toY} - y;
-  // What lies outside has no ink to carry.
+  // Outside of the image there is nothing to move.
   if (!ClipRect(&x, &y, &blockWidth, &blockHeight)) return;
-  // The columns of a row that come to lie in the image.
+  // The columns whose target lies in the image.
   const auto first = static_cast<int32_t>(std::clamp<int64_t>(-moveX, x, int64_t{x} + blockWidth));
   const auto end = static_cast<int32_t>(std::clamp<int64_t>(width - moveX, first, int64_t{x} + blockWidth));
-  // What is left of each value, what goes along, with transparent for nothing, and which are protected.
+  // By value: what stays behind, what moves (transparent: nothing), and whether it is protected at the target.
   PixelMap left = KeepAll();
   PixelMap taken{};
   PixelMap covered{};
@@ -605,8 +603,7 @@ void CellImage::MoveBlock(int32_t x, int32_t y, int32_t blockWidth, int32_t bloc
   }
   uint8_t carried[kRunPixels];
   uint8_t target[kRunPixels];
-  // From the far side of the move, so that nothing is written over before it was carried away. Pieces of a row go the
-  // same way.
+  // Rows, and pieces of a row, are moved in the order that reads each pixel before it is overwritten, as memmove does.
   for (int32_t j = 0; j < blockHeight; j++) {
     const int32_t row = moveY < 0 ? y + j : y + blockHeight - 1 - j;
     const int64_t targetRow = row + moveY;
@@ -708,8 +705,8 @@ bool CellImage::DrawGrid(int32_t x, int32_t y, int32_t blockWidth, int32_t block
   mask |= kFinishedMask;
   const int32_t right = x + blockWidth;
   const int32_t bottom = y + blockHeight;
-  // Lines end at right and bottom as those of a box do: one pixel less would leave a grid short of its frame. A step
-  // that doesn't go forward gives the one line at the edge.
+  // Lines end at right and bottom, as those of DrawBox() do: one pixel less would leave a gap to a frame around the
+  // grid. A step of 0 or less gives one line at the left or top edge.
   const int64_t columnStep = stepX > 0 ? stepX : blockWidth;
   const int64_t rowStep = stepY > 0 ? stepY : blockHeight;
   for (int64_t column = x; column < right; column += columnStep) {
@@ -746,8 +743,8 @@ bool CellImage::PickPen(int32_t x, int32_t y, PenSpec* pen) {
   }
   if (counts[0] == 0) return false;
   if (counts[1] == 0) {
-    // Plain ink: colorA goes unused, but gives plain tones and lines their level. Transparent gets -1: a 0, as black
-    // has it, would make the two the same start of a gradient.
+    // Solid ink. PenToLevel() needs a colorA for tones and lines. Transparent gets -1, since 0 would make a gradient
+    // from transparent start like one from black.
     pen->colorA = values[0] > kSketchLast ? values[0] - 8 : values[0] - 1;
     pen->colorB = values[0];
     pen->tone = 0;

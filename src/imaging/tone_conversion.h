@@ -4,13 +4,13 @@
 
 namespace sorvel {
 
-// How a colour from outside becomes ink: a grey of 49 levels, dithered between two neighbours of the tone family at
-// the place of the pixel in its picture.
+// Converts colours of imported pictures to ink: a grey of 49 levels, which is a dither of two neighbours of the tone
+// family.
 
 // 0 black to 48 white.
 int32_t LevelOfColor(int32_t red, int32_t green, int32_t blue);
 
-// The colour index of a level at (x, y).
+// The colour index that the dither of a level has at (x, y).
 int32_t ToneAt(int32_t level, int32_t x, int32_t y);
 
 }  // namespace sorvel

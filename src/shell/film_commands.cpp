@@ -332,8 +332,9 @@ void MainFrame::PlaySelectedCuts() {
     platform::PlayAlert();
     return;
   }
-  BufferStream memory;
-  if (ReadWholeStream(file.stream, &memory)) PlayBuffer(memory.buffer, memory.size);
+  Buffer<uint8_t> bytes;
+  int32_t size = 0;
+  if (ReadWholeStream(file.stream, &bytes, &size)) PlayBuffer(bytes.Release(), size);
 }
 
 }  // namespace sorvel

@@ -143,8 +143,8 @@ void ReleaseSelection(const ToolInput& input) {
   const Rect source = {target.x - input.point.x + gSelect.origin.x, target.y - input.point.y + gSelect.origin.y,
                        target.width, target.height};
   if ((window->viewOptions & kFloatingPaste) != 0) {
-    input.cell->Composite(target.x, target.y, ClipboardImage(), 0, 0, target.width, target.height, kKeyed, maskFlags, 0,
-                          nullptr);
+    input.cell->Composite({target.x, target.y}, ClipboardImage(), {0, 0, target.width, target.height},
+                          {.flags = kKeyed, .destMask = maskFlags});
   } else {
     input.cell->MoveBlock(source.x, source.y, source.width, source.height, target.x, target.y, kTransparent, maskFlags);
   }
@@ -261,7 +261,7 @@ void DrawMosaic(const ToolInput& input) {
   Point corner = start;
   window->LayerToCut(&corner, 1);
   ComposeMosaic(window, {corner.x, corner.y, area.width, area.height});
-  input.cell->Composite(start.x, start.y, &window->view, corner.x, corner.y, area.width, area.height, 0, 0, 0, nullptr);
+  input.cell->Composite(start, &window->view, {corner.x, corner.y, area.width, area.height});
   RepaintLayerArea(window, area);
   gMosaic.isActive = false;
 }

@@ -17,12 +17,14 @@ void DrawBoxTo(const ToolInput& input) {
   HideOverlay(window);
   const int32_t width = input.point.x - gBox.start.x;
   const int32_t height = input.point.y - gBox.start.y;
-  // The outline grows this rectangle. The fill stores left, top, right and bottom in it, and undo and repaint take them
-  // as x, y, width and height. Converting them would leave undoRect, which is seen from outside, with other values;
-  // what is repainted too much does no harm.
+  // The outline grows this rectangle. After a fill undoRect holds the right and bottom edges as its width and height:
+  // it is seen from outside, so it stays as it has always been, and what is repainted too much does no harm.
   Rect area = {gBox.start.x, gBox.start.y, width, height};
   if (input.isControlDown) {
-    input.cell->FillBox(gBox.start.x, gBox.start.y, width, height, currentPen, maskFlags, &area);
+    Bounds filled;
+    if (input.cell->FillBox(gBox.start.x, gBox.start.y, width, height, currentPen, maskFlags, &filled)) {
+      area = {filled.left, filled.top, filled.right, filled.bottom};
+    }
   } else {
     input.cell->DrawBox(gBox.start.x, gBox.start.y, width, height, &currentPen, maskFlags, &area);
   }

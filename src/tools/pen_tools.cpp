@@ -8,9 +8,6 @@ namespace sorvel {
 
 namespace {
 
-constexpr int32_t kPenReach = 4;
-constexpr int32_t kPenBlock = 2 * kPenReach;
-
 struct FreePen {
   bool isDrawing = false;
   Point last;  // the last stroked point, in layer coordinates
@@ -40,7 +37,7 @@ void BeginStroke(const ToolInput& input) {
   gFreePen.last = point;
   gFreePen.isDrawing = true;
   std::fill_n(gFreePen.trail, 3, IsTrailInWindow(*window) ? ToWindow(window, point) : point);
-  window->undoRect = {point.x - kPenReach, point.y - kPenReach, kPenBlock, kPenBlock};
+  window->undoRect = StampRect(point);
   RepaintLayerArea(window, window->undoRect);
   platform::CaptureMouse(window->window);
 }

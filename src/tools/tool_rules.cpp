@@ -12,10 +12,6 @@ namespace {
 
 constexpr int32_t kFarthest = 1 << 22;
 
-// What the largest pen covers before its point, and beyond it.
-constexpr int32_t kPenReach = 4;
-constexpr int32_t kPenSpan = 9;
-
 struct Overlay {
   enum class Kind { kNone, kBand, kFrame };
 
@@ -93,8 +89,8 @@ bool IsRightAndBelow(Point point, Point origin) {
 }
 
 Rect SegmentArea(Point a, Point b) {
-  return {std::min(a.x, b.x) - kPenReach, std::min(a.y, b.y) - kPenReach, std::abs(a.x - b.x) + kPenSpan,
-          std::abs(a.y - b.y) + kPenSpan};
+  return {std::min(a.x, b.x) - kPenReach, std::min(a.y, b.y) - kPenReach, std::abs(a.x - b.x) + kPenSize + 1,
+          std::abs(a.y - b.y) + kPenSize + 1};
 }
 
 void RepaintLayerArea(CutWindow* window, const Rect& area) {

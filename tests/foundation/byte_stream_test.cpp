@@ -472,8 +472,9 @@ TEST(FileStream, APositionBehindTwoGigabytesIsNone) {
   EXPECT_EQ(stream.Tell(), INT32_MAX);
   EXPECT_EQ(stream.GetC(), 0);
   EXPECT_EQ(stream.Tell(), -1);
-  BufferStream memory;
-  EXPECT_FALSE(ReadWholeStream(stream, &memory));
+  Buffer<uint8_t> bytes;
+  int32_t size = 0;
+  EXPECT_FALSE(ReadWholeStream(stream, &bytes, &size));
   stream.Seek(INT32_MAX - 10, kFromStart);
   ChunkStream copy;
   EXPECT_FALSE(CopyStream(stream, copy, -1));

@@ -114,7 +114,7 @@ void PlainLine(CellImage* image, int32_t x0, int32_t y0, int32_t x1, int32_t y1,
   if (pen->colorB == 8) pen->colorB = 1;
 }
 
-bool PlainFillBox(CellImage* image, Rect box, const PenSpec& pen, uint32_t mask, Rect* outBox) {
+bool PlainFillBox(CellImage* image, Rect box, const PenSpec& pen, uint32_t mask, Bounds* outBox) {
   if (!PlainClip(*image, &box, true)) return false;
   if (outBox != nullptr) *outBox = {box.x, box.y, box.x + box.width, box.y + box.height};
   for (int32_t x = box.x; x < box.x + box.width; ++x) {
@@ -526,8 +526,8 @@ TEST(InkExactness, FillBoxEqualsItsPlainForm) {
     const Rect box = AnyRect(&random, *twins.real);
     const PenSpec pen = AnyPen(&random, twins.isPacked);
     const uint32_t mask = AnyMask(&random);
-    Rect real = {-1, -2, -3, -4};
-    Rect plain = real;
+    Bounds real = {-1, -2, -3, -4};
+    Bounds plain = real;
     ASSERT_EQ(twins.real->FillBox(box.x, box.y, box.width, box.height, pen, mask, &real),
               PlainFillBox(twins.plain.get(), box, pen, mask, &plain))
         << round;

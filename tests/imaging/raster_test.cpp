@@ -663,23 +663,23 @@ TYPED_TEST(Raster, FillBoxOfNegativeSizeFillsTheNormalisedBox) {
 TYPED_TEST(Raster, FillBoxGivesLeftTopRightBottom) {
   TypeParam image;
   this->Make(&image, 10, 12);
-  Rect box = {1, 2, 3, 4};
+  Bounds box = {1, 2, 3, 4};
   EXPECT_TRUE(image.FillBox(-2, 3, 6, 5, kFinest, 0, &box));
-  ExpectRect(box, 0, 3, 4, 8);
+  EXPECT_EQ(box, (Bounds{0, 3, 4, 8}));
   EXPECT_TRUE(image.FillBox(8, 10, 9, 9, kFinest, 0, &box));
-  ExpectRect(box, 8, 10, 10, 12);
+  EXPECT_EQ(box, (Bounds{8, 10, 10, 12}));
   EXPECT_FALSE(image.FillBox(10, 3, 6, 5, kFinest, 0, &box));
-  ExpectRect(box, 8, 10, 10, 12);
+  EXPECT_EQ(box, (Bounds{8, 10, 10, 12}));
 }
 
 TYPED_TEST(Raster, FillBoxTakesHostileSizes) {
   TypeParam image;
   this->Make(&image, 5, 5);
-  Rect box;
+  Bounds box;
   EXPECT_TRUE(image.FillBox(2, 2, kHighest, kHighest, kFinest, 0, &box));
-  ExpectRect(box, 2, 2, 5, 5);
+  EXPECT_EQ(box, (Bounds{2, 2, 5, 5}));
   EXPECT_TRUE(image.FillBox(2, 2, kLowest, kLowest, kFinest, 0, &box));
-  ExpectRect(box, 0, 0, 3, 3);
+  EXPECT_EQ(box, (Bounds{0, 0, 3, 3}));
   EXPECT_FALSE(image.FillBox(kLowest, kLowest, kLowest, kHighest, kFinest, 0, &box));
   EXPECT_EQ(CountOf(&image, 2), 17);
 }

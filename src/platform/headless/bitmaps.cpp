@@ -1,7 +1,5 @@
 #include "platform/bitmaps.h"
 
-#include <cstdlib>
-
 #include "platform/headless/headless.h"
 
 namespace sorvel::platform {
@@ -10,15 +8,13 @@ BitmapHandle CreateBitmap(int32_t width, int32_t height, const ColorEntry* color
                           int32_t colorsUsed, uint8_t** bits) {
   static_cast<void>(colorsUsed);
   const int32_t pitch = (width + 3) & ~3;
-  Bitmap* bitmap = new Bitmap{width, height, pitch, nullptr, {}};
-  bitmap->bits =
-      static_cast<uint8_t*>(std::calloc(static_cast<size_t>(pitch) * static_cast<size_t>(height) + kSpareBytes, 1));
-  if (bitmap->bits == nullptr) {
+  Bitmap* bitmap = new Bitmap{width, height, pitch, {}, {}};
+  if (!bitmap->bits.AllocateZeroed(static_cast<size_t>(pitch) * static_cast<size_t>(height) + kSpareBytes)) {
     delete bitmap;
     return nullptr;
   }
   for (int32_t i = 0; i < colorCount; ++i) bitmap->colors[i] = colors[i];
-  *bits = bitmap->bits;
+  *bits = bitmap->bits.Data();
   return bitmap;
 }
 
@@ -28,8 +24,6 @@ void SetBitmapColors(BitmapHandle bitmap, int32_t first, int32_t count, const Co
 }
 
 void DeleteBitmap(BitmapHandle bitmap) {
-  if (bitmap == nullptr) return;
-  std::free(bitmap->bits);
   delete bitmap;
 }
 

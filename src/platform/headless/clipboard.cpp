@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "foundation/bitmap_head.h"
 #include "platform/headless/internal.h"
 
 namespace sorvel::platform {
@@ -15,7 +16,7 @@ struct ClipboardPicture {
 
 namespace {
 
-constexpr size_t kHeadSize = 40;
+constexpr size_t kHeadSize = kBitmapInfoHeadBytes;
 constexpr size_t kBytesPerPixel = 3;
 // A picture beyond this is none that the program can take.
 constexpr int64_t kMostPixels = 1 << 26;
@@ -23,11 +24,6 @@ constexpr int64_t kMostPixels = 1 << 26;
 bool gOpen = false;
 std::vector<uint8_t> gDib;
 ClipboardPicture gPicture;
-
-int32_t ReadNumber(const uint8_t* bytes) {
-  return static_cast<int32_t>(bytes[0] | static_cast<uint32_t>(bytes[1]) << 8 | static_cast<uint32_t>(bytes[2]) << 16 |
-                              static_cast<uint32_t>(bytes[3]) << 24);
-}
 
 // The fields of a bitmap's head, of which the size is checked against the bytes.
 struct Dib {
@@ -42,23 +38,23 @@ struct Dib {
 };
 
 bool ReadHead(const uint8_t* data, size_t size, Dib* dib) {
-  if (size < kHeadSize || ReadNumber(data) != static_cast<int32_t>(kHeadSize)) return false;
-  const int64_t width = ReadNumber(data + 4);
-  const int64_t height = ReadNumber(data + 8);
-  const int32_t depth = data[14] | data[15] << 8;
-  const int32_t compression = ReadNumber(data + 16);
-  const int64_t colorsUsed = ReadNumber(data + 32);
-  if (width <= 0 || height == 0 || width * std::abs(height) > kMostPixels || compression != 0) return false;
+  if (size < kHeadSize || LittleEndian(data, 4) != kHeadSize) return false;
+  const BitmapInfo info = GetBitmapInfo(data);
+  const int64_t width = info.width;
+  const int64_t height = info.height;
+  const int32_t depth = info.bitsPerPixel;
+  const int64_t colorsUsed = info.colorsUsed;
+  if (width <= 0 || height == 0 || width * std::abs(height) > kMostPixels || info.compression != 0) return false;
   if (depth != 4 && depth != 8 && depth != 24 && depth != 32) return false;
   const int64_t most = depth <= 8 ? int64_t{1} << depth : 256;
-  if (colorsUsed < 0 || colorsUsed > most) return false;
+  if (colorsUsed > most) return false;
   dib->width = static_cast<int32_t>(width);
   dib->height = static_cast<int32_t>(std::abs(height));
   dib->bottomUp = height > 0;
   dib->depth = depth;
   dib->colorCount = static_cast<size_t>(colorsUsed == 0 && depth <= 8 ? most : colorsUsed);
   dib->colors = data + kHeadSize;
-  dib->pitch = static_cast<size_t>((width * depth + 31) / 32 * 4);
+  dib->pitch = static_cast<size_t>(BitmapRowBytes(width, depth));
   const size_t needed = kHeadSize + dib->colorCount * 4 + dib->pitch * static_cast<size_t>(dib->height);
   dib->rows = data + kHeadSize + dib->colorCount * 4;
   return needed <= size;

@@ -58,7 +58,7 @@ Span SourceSpan(int64_t index, int64_t sourceStart, int64_t sourceLength, int64_
 ColorEntry JoinedColor(const Bitmap& bitmap, const Span& columns, const Span& rows) {
   ColorEntry joined = {255, 255, 255, 0};
   for (int64_t y = rows.first; y < rows.last; ++y) {
-    const uint8_t* row = bitmap.bits + y * bitmap.pitch;
+    const uint8_t* row = bitmap.bits.Data() + y * bitmap.pitch;
     for (int64_t x = columns.first; x < columns.last; ++x) {
       const ColorEntry& color = bitmap.colors[row[x]];
       joined.blue &= color.blue;
@@ -127,7 +127,7 @@ void DrawBitmap(DeviceContext* context, int32_t x, int32_t y, int32_t width, int
   const int64_t bottom = std::min<int64_t>({height, int64_t{clip.bottom} - y, int64_t{bitmap->height} - sourceY});
   if (first >= last) return;
   for (int64_t row = top; row < bottom; ++row) {
-    const uint8_t* from = bitmap->bits + (sourceY + row) * bitmap->pitch + sourceX + first;
+    const uint8_t* from = bitmap->bits.Data() + (sourceY + row) * bitmap->pitch + sourceX + first;
     ColorEntry* to = PixelOf(context, x + first, y + row);
     for (int64_t i = 0; i < last - first; ++i) to[i] = colors[from[i]];
   }

@@ -234,7 +234,7 @@ void PutGlyph(FT_GlyphSlot slot, int64_t x, int64_t y, const Bounds& part, uint8
     for (int64_t column = 0; column < static_cast<int64_t>(dots.width); ++column) {
       const int64_t across = x + slot->bitmap_left + column;
       if (across < part.left || across >= part.right || (from[column / 8] >> (7 - column % 8) & 1) == 0) continue;
-      bitmap->bits[to * bitmap->pitch + across] = ink;
+      bitmap->bits[static_cast<size_t>(to * bitmap->pitch + across)] = ink;
     }
   }
 }

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "foundation/buffer.h"
 #include "platform/bitmaps.h"
 #include "platform/dialogs.h"
 #include "platform/drawing.h"
@@ -22,7 +23,7 @@ struct Bitmap {
   int32_t width;
   int32_t height;
   int32_t pitch;
-  uint8_t* bits;
+  Buffer<uint8_t> bits;
   ColorEntry colors[256];
 };
 

@@ -172,24 +172,6 @@ TEST_P(EachClass, FindInkIsNotFooledByThePadding) {
   EXPECT_EQ(image->FindInk(4, 0, -1, 0), -1);
 }
 
-TEST_P(EachClass, FindInkAgreesWithPixelReads) {
-  Random random(11);
-  for (int32_t round = 0; round < 300; ++round) {
-    OwnedImage image = MakeImage(Packed(), random.Between(1, 40), 2);
-    Scatter(image.get(), random, 15, random.Between(1, 20));
-    int32_t y = random.Between(0, 1);
-    int32_t from = random.Between(0, image->width - 1);
-    int32_t end = random.Between(from, image->width);
-    int32_t expected = from;
-    while (expected < end && image->GetPixel(expected, y) == 0) ++expected;
-    ASSERT_EQ(image->FindInk(from, y, end, random.Between(1, 9)), expected) << Picture(*image);
-    end = random.Between(-1, from);
-    expected = from;
-    while (expected > end && image->GetPixel(expected, y) == 0) --expected;
-    ASSERT_EQ(image->FindInk(from, y, end, 0), expected) << Picture(*image);
-  }
-}
-
 TEST_P(EachClass, MakeBlankGivesAnEmptyImageOfTheSameClassAndSize) {
   OwnedImage image = ImageOf(Packed(), "123\n456\n");
   OwnedImage blank(image->MakeBlank());
@@ -205,26 +187,6 @@ TEST_P(EachClass, PixelReadOutsideIsMinusOne) {
   EXPECT_EQ(image->PixelOrOutside(0, -1), -1);
   EXPECT_EQ(image->PixelOrOutside(2, 0), -1);
   EXPECT_EQ(image->PixelOrOutside(0, 2), -1);
-}
-
-TEST_P(EachClass, RowsOfPixelsComeAndGoAsBytes) {
-  Random random(12);
-  for (int32_t round = 0; round < 200; ++round) {
-    OwnedImage image = MakeImage(Packed(), random.Between(1, 30), 3);
-    Scatter(image.get(), random, 15, 1);
-    OwnedImage expected = ImageOf(Packed(), Picture(*image));
-    int32_t x = random.Between(0, image->width - 1);
-    int32_t count = random.Between(0, image->width - x);
-    std::vector<uint8_t> pixels(static_cast<size_t>(count + 1));
-    image->ReadRow(x, 1, count, pixels.data());
-    for (int32_t i = 0; i < count; ++i) {
-      ASSERT_EQ(pixels[static_cast<size_t>(i)], image->GetPixel(x + i, 1));
-      pixels[static_cast<size_t>(i)] = static_cast<uint8_t>(random.Between(0, 15));
-      expected->SetPixel(x + i, 1, pixels[static_cast<size_t>(i)]);
-    }
-    image->WriteRow(x, 1, count, pixels.data());
-    ASSERT_EQ(Picture(*image), Picture(*expected));
-  }
 }
 
 // Resizing.
@@ -543,66 +505,6 @@ TEST_P(EachClass, NegativeDestinationCutsTheSource) {
   EXPECT_EQ(Picture(*destination), "89.\n...\n...\n");
 }
 
-TEST(Composite, AgreesWithThePixelRules) {
-  Random random(15);
-  for (int32_t round = 0; round < 6000; ++round) {
-    bool packedDestination = random.OneIn(2);
-    bool packedSource = random.OneIn(2);
-    OwnedImage destination = MakeImage(packedDestination, random.Between(1, 20), random.Between(1, 12));
-    OwnedImage source = MakeImage(packedSource, random.Between(1, 20), random.Between(1, 12));
-    int32_t top = packedDestination || packedSource ? 15 : 24;
-    Scatter(destination.get(), random, packedDestination ? 15 : 24, random.Between(1, 4));
-    Scatter(source.get(), random, top, random.Between(1, 30));
-    OwnedImage expected = ImageOf(packedDestination, Picture(*destination));
-    // A packed image has no room for the pale family.
-    int32_t flags = packedDestination ? random.Between(0, 2) : random.Between(0, 3);
-    uint32_t destMask = random.OneIn(2) ? 0 : random.Word();
-    uint32_t sourceMask = random.OneIn(2) ? 0 : random.Word();
-    int32_t dx = random.Between(-8, 20);
-    int32_t dy = random.Between(-8, 12);
-    int32_t sx = random.Between(-8, 20);
-    int32_t sy = random.Between(-8, 12);
-    int32_t width = random.Between(-1, 30);
-    int32_t height = random.Between(-1, 30);
-    Rect box = kUntouched;
-    Rect expectedBox = kUntouched;
-    bool result =
-        destination->Composite(dx, dy, source.get(), sx, sy, width, height, flags, destMask, sourceMask, &box);
-    bool expectedResult = PlainComposite(expected.get(), dx, dy, source.get(), sx, sy, width, height, flags, destMask,
-                                         sourceMask, &expectedBox);
-    ASSERT_EQ(result, expectedResult) << round;
-    ASSERT_EQ(Picture(*destination), Picture(*expected)) << round << " flags " << flags;
-    ASSERT_EQ(box, expectedBox) << round << " flags " << flags << "\n" << Picture(*source);
-  }
-}
-
-TEST(Composite, AgreesWithThePixelRulesOnWideRows) {
-  Random random(19);
-  for (int32_t round = 0; round < 150; ++round) {
-    bool packedDestination = random.OneIn(2);
-    bool packedSource = random.OneIn(2);
-    OwnedImage destination = MakeImage(packedDestination, random.Between(900, 3500), 2);
-    OwnedImage source = MakeImage(packedSource, random.Between(900, 3500), 2);
-    Scatter(destination.get(), random, packedDestination ? 15 : 24, 2);
-    Scatter(source.get(), random, packedDestination || packedSource ? 15 : 24, random.Between(1, 600));
-    OwnedImage expected = ImageOf(packedDestination, Picture(*destination));
-    int32_t flags = packedDestination ? random.Between(0, 2) : random.Between(0, 3);
-    uint32_t mask = random.OneIn(2) ? 0 : random.Word();
-    int32_t dx = random.Between(-5, 700);
-    int32_t sx = random.Between(-5, 700);
-    Rect box = kUntouched;
-    Rect expectedBox = kUntouched;
-    ASSERT_TRUE(destination->Composite(dx, 0, source.get(), sx, 0, 4000, 2, flags, mask, 0, &box));
-    ASSERT_TRUE(PlainComposite(expected.get(), dx, 0, source.get(), sx, 0, 4000, 2, flags, mask, 0, &expectedBox));
-    ASSERT_TRUE(Picture(*destination) == Picture(*expected)) << round << " flags " << flags;
-    ASSERT_EQ(box, expectedBox);
-    if (packedDestination) continue;
-    ASSERT_TRUE(destination->Overlay(dx, 0, source.get(), sx, 0, 4000, 2, round % 2));
-    ASSERT_TRUE(PlainOverlay(expected.get(), dx, 0, source.get(), sx, 0, 4000, 2, round % 2));
-    ASSERT_TRUE(Picture(*destination) == Picture(*expected)) << round;
-  }
-}
-
 TEST_P(EachClass, PlainCopyIntoItselfRunsThroughTheRowsPixelByPixel) {
   Random random(20);
   for (int32_t round = 0; round < 300; ++round) {
@@ -668,27 +570,6 @@ TEST(Overlay, BlockWithoutInkGivesTrue) {
   OwnedImage destination = ImageOf(false, "12\n34\n");
   EXPECT_TRUE(destination->Overlay(0, 0, source.get(), 0, 0, 2, 2, 1));
   EXPECT_EQ(Picture(*destination), "12\n34\n");
-}
-
-TEST(Overlay, AgreesWithThePixelRules) {
-  Random random(16);
-  for (int32_t round = 0; round < 2000; ++round) {
-    OwnedImage destination = MakeImage(false, random.Between(1, 20), random.Between(1, 12));
-    OwnedImage source = MakeImage(random.OneIn(2), random.Between(1, 20), random.Between(1, 12));
-    Scatter(destination.get(), random, 24, 2);
-    Scatter(source.get(), random, source->colors == 16 ? 15 : 24, random.Between(1, 9));
-    OwnedImage expected = ImageOf(false, Picture(*destination));
-    int32_t dx = random.Between(-8, 20);
-    int32_t dy = random.Between(-8, 12);
-    int32_t sx = random.Between(-8, 20);
-    int32_t sy = random.Between(-8, 12);
-    int32_t width = random.Between(-1, 30);
-    int32_t height = random.Between(-1, 30);
-    int32_t variant = random.Between(0, 1);
-    bool result = destination->Overlay(dx, dy, source.get(), sx, sy, width, height, variant);
-    ASSERT_EQ(result, PlainOverlay(expected.get(), dx, dy, source.get(), sx, sy, width, height, variant));
-    ASSERT_EQ(Picture(*destination), Picture(*expected)) << round;
-  }
 }
 
 TEST(ClipBlock, FollowsItsStepsInOrder) {

@@ -13,8 +13,10 @@
 #include <utility>
 #include <vector>
 
+#include "foundation/arithmetic.h"
 #include "imaging/cell_image.h"
 #include "platform/bitmaps.h"
+#include "support/ink_rules.h"
 #include "support/test_images.h"
 
 namespace sorvel {
@@ -26,10 +28,6 @@ using testimages::Random;
 
 constexpr int32_t kLowest = std::numeric_limits<int32_t>::min();
 constexpr int32_t kHighest = std::numeric_limits<int32_t>::max();
-
-int32_t Saturated(int64_t value) {
-  return static_cast<int32_t>(std::clamp<int64_t>(value, kLowest, kHighest));
-}
 
 // ---- The plain forms.
 
@@ -71,17 +69,18 @@ void PlainGrow(Rect* rect, int32_t x, int32_t y) {
   *rect = {Saturated(left), Saturated(top), Saturated(right - left), Saturated(bottom - top)};
 }
 
+int32_t PlainInk(const PenSpec& pen, int32_t x, int32_t y) {
+  return inkrules::InkAt(pen.tone, pen.colorA, pen.colorB, x, y);
+}
+
 void PlainStamp(CellImage* image, int32_t x, int32_t y, const PenSpec& pen, uint32_t mask, Rect* outRect) {
   if (outRect != nullptr) GrowRect(outRect, x, y);
-  for (int32_t column = 0; column < 8; ++column) {
-    for (int32_t row = 0; row < 8; ++row) {
-      const int64_t px = int64_t{x} - 4 + column;
-      const int64_t py = int64_t{y} - 4 + row;
-      if ((PenShapes[pen.shape][row] & 0x80 >> column) == 0) continue;
-      if (px < 0 || py < 0 || px >= image->width || py >= image->height) continue;
-      const auto atX = static_cast<int32_t>(px);
-      const auto atY = static_cast<int32_t>(py);
-      if (!PlainMasked(mask, image->GetPixel(atX, atY))) image->SetPixel(atX, atY, PenColorAt(pen, atX, atY));
+  for (int32_t dx = -4; dx < 4; ++dx) {
+    for (int32_t dy = -4; dy < 4; ++dy) {
+      const int32_t atX = SaturatingAdd(x, dx);
+      const int32_t atY = SaturatingAdd(y, dy);
+      if (!inkrules::Covers(pen.shape, dx, dy) || image->PixelOrOutside(atX, atY) < 0) continue;
+      if (!PlainMasked(mask, image->GetPixel(atX, atY))) image->SetPixel(atX, atY, PlainInk(pen, atX, atY));
     }
   }
 }
@@ -93,24 +92,7 @@ void PlainLine(CellImage* image, int32_t x0, int32_t y0, int32_t x1, int32_t y1,
     GrowRect(outRect, x0, y0);
     GrowRect(outRect, x1, y1);
   }
-  const int32_t sx = (x1 > x0) - (x1 < x0);
-  const int32_t sy = (y1 > y0) - (y1 < y0);
-  const int32_t ax = std::abs(x1 - x0);
-  const int32_t ay = std::abs(y1 - y0);
-  const bool isFlat = ay < ax;
-  int32_t x = x0;
-  int32_t y = y0;
-  PlainStamp(image, x, y, *pen, mask, nullptr);
-  int32_t error = isFlat ? -ax : -ay;
-  for (int32_t i = 0; i < (isFlat ? ax : ay); ++i) {
-    (isFlat ? x : y) += isFlat ? sx : sy;
-    error += 2 * (isFlat ? ay : ax);
-    if (error >= 0) {
-      (isFlat ? y : x) += isFlat ? sy : sx;
-      error -= 2 * (isFlat ? ax : ay);
-    }
-    PlainStamp(image, x, y, *pen, mask, nullptr);
-  }
+  inkrules::ForLine(x0, y0, x1, y1, [&](int32_t x, int32_t y) { PlainStamp(image, x, y, *pen, mask, nullptr); });
   if (pen->colorB == 8) pen->colorB = 1;
 }
 
@@ -119,7 +101,7 @@ bool PlainFillBox(CellImage* image, Rect box, const PenSpec& pen, uint32_t mask,
   if (outBox != nullptr) *outBox = {box.x, box.y, box.x + box.width, box.y + box.height};
   for (int32_t x = box.x; x < box.x + box.width; ++x) {
     for (int32_t y = box.y; y < box.y + box.height; ++y) {
-      if (!PlainMasked(mask, image->GetPixel(x, y))) image->SetPixel(x, y, PenColorAt(pen, x, y));
+      if (!PlainMasked(mask, image->GetPixel(x, y))) image->SetPixel(x, y, PlainInk(pen, x, y));
     }
   }
   return true;
@@ -132,7 +114,7 @@ bool PlainStampImage(CellImage* image, int32_t dx, int32_t dy, CellImage* source
     for (int32_t column = 0; column < width; ++column) {
       const int32_t value = source->GetPixel(sx + column, sy + row);
       if (value == 0 || PlainMasked(mask, value)) continue;
-      image->SetPixel(dx + column, dy + row, PenColorAt(pen, dx + column, dx + row));
+      image->SetPixel(dx + column, dy + row, PlainInk(pen, dx + column, dx + row));
     }
   }
   return true;
@@ -206,7 +188,7 @@ bool PlainFloodFill(CellImage* image, int32_t x, int32_t y, const PenSpec& pen, 
   // Ink that is the marker would never come to an end.
   if (value == 15 || pen.colorB == 15 || (pen.tone != 0 && pen.colorA == 15)) return false;
   PlainFill(
-      image, x, y, value, [&pen](int32_t px, int32_t py) { return PenColorAt(pen, px, py); }, mask, outRect);
+      image, x, y, value, [&pen](int32_t px, int32_t py) { return PlainInk(pen, px, py); }, mask, outRect);
   return true;
 }
 
@@ -223,7 +205,7 @@ bool PlainGradientFill(CellImage* image, int32_t x, int32_t y, const PenSpec& st
   const auto ink = [&](int32_t px, int32_t py) {
     const int64_t way = across ? px - x : py - y;
     const int64_t level = startLevel + (delta == 0 || span == 0 ? 0 : way * delta / span);
-    return PenColorAt(LevelToPen(static_cast<int32_t>(std::clamp<int64_t>(level, 0, 48))), px, py);
+    return PlainInk(LevelToPen(static_cast<int32_t>(std::clamp<int64_t>(level, 0, 48))), px, py);
   };
   PlainFill(image, x, y, value, ink, 0, outRect);
   return true;
@@ -248,7 +230,7 @@ bool PlainEdgeFill(CellImage* image, Rect rect, const PenSpec& pen, uint32_t mas
     }
     for (int32_t x = rect.x; x < rect.x + rect.width; ++x) {
       for (int32_t y = rect.y; y < rect.y + rect.height; ++y) {
-        if (image->GetPixel(x, y) == 15) image->SetPixel(x, y, PenColorAt(pen, x, y));
+        if (image->GetPixel(x, y) == 15) image->SetPixel(x, y, PlainInk(pen, x, y));
       }
     }
   }

@@ -1,144 +1,18 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstdlib>
-#include <limits>
-#include <random>
-#include <string>
-#include <utility>
 #include <vector>
 
-#include "imaging/cell_image.h"
-#include "imaging/indexed_image.h"
-#include "imaging/packed_image.h"
+#include "imaging/raster_fixture.h"
+#include "support/ink_rules.h"
 
 namespace sorvel {
 namespace {
 
-constexpr int32_t kLowest = std::numeric_limits<int32_t>::min();
-constexpr int32_t kHighest = std::numeric_limits<int32_t>::max();
-
 constexpr PenSpec kFinest = {7, 0, 0, 2};
 constexpr PenSpec kWide = {0, 0, 0, 2};
 
-// Every pixel, row by row, as a digit of base 36.
-std::vector<std::string> Picture(CellImage* image) {
-  std::vector<std::string> rows;
-  for (int32_t y = 0; y < image->height; y++) {
-    std::string row;
-    for (int32_t x = 0; x < image->width; x++) {
-      const int32_t pixel = image->GetPixel(x, y);
-      row += pixel == 0 ? '.' : "0123456789abcdefghijklmnopqrstuvwxyz"[pixel];
-    }
-    rows.push_back(row);
-  }
-  return rows;
-}
-
-int32_t CountOf(CellImage* image, int32_t value) {
-  int32_t count = 0;
-  for (int32_t y = 0; y < image->height; y++) {
-    for (int32_t x = 0; x < image->width; x++) count += image->GetPixel(x, y) == value ? 1 : 0;
-  }
-  return count;
-}
-
-void Scatter(CellImage* image, std::mt19937* random) {
-  for (int32_t y = 0; y < image->height; y++) {
-    for (int32_t x = 0; x < image->width; x++) image->SetPixel(x, y, static_cast<int32_t>((*random)() % 15));
-  }
-}
-
-int32_t Between(std::mt19937* random, int32_t low, int32_t high) {
-  return low + static_cast<int32_t>((*random)() % static_cast<uint32_t>(high - low + 1));
-}
-
-PenSpec AnyPen(std::mt19937* random) {
-  return {Between(random, 0, 14), Between(random, 0, 15), Between(random, 0, 14), Between(random, 0, 14)};
-}
-
-// A mask that protects about a quarter of the indices.
-uint32_t AnyMask(std::mt19937* random) {
-  return static_cast<uint32_t>((*random)()) & static_cast<uint32_t>((*random)());
-}
-
-constexpr uint8_t kShapeRows[15][8] = {
-    {0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF}, {0x00, 0x7F, 0x7F, 0x7F, 0x7F, 0x7F, 0x7F, 0x7F},
-    {0x00, 0x7E, 0x7E, 0x7E, 0x7E, 0x7E, 0x7E, 0x00}, {0x00, 0x00, 0x3E, 0x3E, 0x3E, 0x3E, 0x3E, 0x00},
-    {0x00, 0x00, 0x3C, 0x3C, 0x3C, 0x3C, 0x00, 0x00}, {0x00, 0x00, 0x00, 0x1C, 0x1C, 0x1C, 0x00, 0x00},
-    {0x00, 0x00, 0x00, 0x18, 0x18, 0x00, 0x00, 0x00}, {0x00, 0x00, 0x00, 0x00, 0x08, 0x00, 0x00, 0x00},
-    {0x00, 0x00, 0x00, 0x18, 0x18, 0x00, 0x00, 0x00}, {0x00, 0x00, 0x00, 0x08, 0x1C, 0x08, 0x00, 0x00},
-    {0x00, 0x00, 0x18, 0x3C, 0x3C, 0x18, 0x00, 0x00}, {0x00, 0x00, 0x1C, 0x3E, 0x3E, 0x3E, 0x1C, 0x00},
-    {0x00, 0x18, 0x3C, 0x7E, 0x7E, 0x3C, 0x18, 0x00}, {0x00, 0x1C, 0x3E, 0x7F, 0x7F, 0x7F, 0x3E, 0x1C},
-    {0x3C, 0x7E, 0xFF, 0xFF, 0xFF, 0xFF, 0x7E, 0x3C},
-};
-
-constexpr uint8_t kToneBytes[9][2] = {
-    {0x00, 0x00}, {0x08, 0x00}, {0x08, 0x02}, {0x08, 0x0A}, {0x0A, 0x0A},
-    {0x4A, 0x0A}, {0x4A, 0x1A}, {0x5A, 0x1A}, {0x5A, 0x5A},
-};
-
-int32_t NaiveInk(const PenSpec& pen, int32_t x, int32_t y) {
-  int32_t tone = pen.tone;
-  int32_t a = pen.colorA;
-  int32_t b = pen.colorB;
-  if (tone >= 9) {
-    std::swap(a, b);
-    tone = 16 - tone;
-  }
-  const int32_t bit = x % 4 + y % 2 * 4;
-  return (kToneBytes[tone][y % 4 / 2] & 1 << bit) != 0 ? a : b;
-}
-
-void NaiveStamp(CellImage* image, int32_t x, int32_t y, const PenSpec& pen, uint32_t mask) {
-  for (int32_t c = 0; c < 8; c++) {
-    for (int32_t r = 0; r < 8; r++) {
-      if ((kShapeRows[pen.shape][r] & 0x80 >> c) == 0) continue;
-      const int32_t px = x - 4 + c;
-      const int32_t py = y - 4 + r;
-      const bool isInside = px >= 0 && py >= 0 && px < image->width && py < image->height;
-      const int32_t value = isInside ? image->GetPixel(px, py) : 0xFF;
-      if ((mask >> (value % 32) & 1) != 0) continue;
-      if (isInside) image->SetPixel(px, py, NaiveInk(pen, px, py));
-    }
-  }
-}
-
-// The points that a line stamps, step by step.
-std::vector<Point> NaiveLine(int32_t x0, int32_t y0, int32_t x1, int32_t y1) {
-  std::vector<Point> points = {{x0, y0}};
-  const int32_t dx = x1 - x0;
-  const int32_t dy = y1 - y0;
-  const int32_t sx = dx > 0 ? 1 : dx < 0 ? -1 : 0;
-  const int32_t sy = dy > 0 ? 1 : dy < 0 ? -1 : 0;
-  const int32_t ax = std::abs(dx);
-  const int32_t ay = std::abs(dy);
-  int32_t x = x0;
-  int32_t y = y0;
-  if (ay < ax) {
-    int32_t error = -ax;
-    for (int32_t i = 0; i < ax; i++) {
-      x += sx;
-      error += 2 * ay;
-      if (error >= 0) {
-        y += sy;
-        error -= 2 * ax;
-      }
-      points.push_back({x, y});
-    }
-  } else {
-    int32_t error = -ay;
-    for (int32_t i = 0; i < ay; i++) {
-      y += sy;
-      error += 2 * ax;
-      if (error >= 0) {
-        x += sx;
-        error -= 2 * ay;
-      }
-      points.push_back({x, y});
-    }
-  }
-  return points;
+int32_t InkOf(const PenSpec& pen, int32_t x, int32_t y) {
+  return inkrules::InkAt(pen.tone, pen.colorA, pen.colorB, x, y);
 }
 
 // Writes down where it is stamped and with which ink; has no pixels.
@@ -164,12 +38,11 @@ class StampLog final : public CellImage {
   std::vector<int32_t> inks;
 };
 
+// The points that the lines along a path stamp.
 std::vector<Point> PathStamps(const std::vector<Point>& path) {
   std::vector<Point> stamps;
-  for (size_t i = 1; i < path.size(); i++) {
-    const std::vector<Point> line = NaiveLine(path[i - 1].x, path[i - 1].y, path[i].x, path[i].y);
-    stamps.insert(stamps.end(), line.begin(), line.end());
-  }
+  const auto stamp = [&stamps](int32_t x, int32_t y) { stamps.push_back({x, y}); };
+  for (size_t i = 1; i < path.size(); i++) inkrules::ForLine(path[i - 1].x, path[i - 1].y, path[i].x, path[i].y, stamp);
   return stamps;
 }
 
@@ -182,80 +55,62 @@ void ExpectPoints(const std::vector<Point>& actual, const std::vector<Point>& ex
   }
 }
 
-void ExpectRect(const Rect& actual, int32_t x, int32_t y, int32_t width, int32_t height) {
-  EXPECT_EQ(actual.x, x);
-  EXPECT_EQ(actual.y, y);
-  EXPECT_EQ(actual.width, width);
-  EXPECT_EQ(actual.height, height);
-}
-
 TEST(GrowRect, FirstPointGivesTheBlockOfOneStamp) {
   Rect rect;
   GrowRect(&rect, 20, 30);
-  ExpectRect(rect, 16, 26, 8, 8);
+  EXPECT_EQ(rect, (Rect{16, 26, 8, 8}));
 }
 
 TEST(GrowRect, SecondPointAddsAMarginOfOne) {
   Rect rect;
   GrowRect(&rect, 20, 30);
   GrowRect(&rect, 20, 30);
-  ExpectRect(rect, 15, 25, 10, 10);
+  EXPECT_EQ(rect, (Rect{15, 25, 10, 10}));
 }
 
 TEST(GrowRect, EachSideMovesByItself) {
   Rect rect = {0, 0, 100, 100};
   GrowRect(&rect, 50, 50);
-  ExpectRect(rect, 0, 0, 100, 100);
+  EXPECT_EQ(rect, (Rect{0, 0, 100, 100}));
   GrowRect(&rect, 4, 50);
-  ExpectRect(rect, -1, 0, 101, 100);
+  EXPECT_EQ(rect, (Rect{-1, 0, 101, 100}));
   GrowRect(&rect, 50, 4);
-  ExpectRect(rect, -1, -1, 101, 101);
+  EXPECT_EQ(rect, (Rect{-1, -1, 101, 101}));
   GrowRect(&rect, 96, 50);
-  ExpectRect(rect, -1, -1, 102, 101);
+  EXPECT_EQ(rect, (Rect{-1, -1, 102, 101}));
   GrowRect(&rect, 50, 96);
-  ExpectRect(rect, -1, -1, 102, 102);
+  EXPECT_EQ(rect, (Rect{-1, -1, 102, 102}));
 }
 
 TEST(GrowRect, SideOnePixelFurtherOutStays) {
   Rect rect = {0, 0, 100, 100};
   GrowRect(&rect, 5, 5);
   GrowRect(&rect, 95, 95);
-  ExpectRect(rect, 0, 0, 100, 100);
+  EXPECT_EQ(rect, (Rect{0, 0, 100, 100}));
 }
 
 TEST(GrowRect, MissingWidthOrHeightStartsOver) {
   Rect flat = {90, 90, 5, 0};
   GrowRect(&flat, 20, 30);
-  ExpectRect(flat, 16, 26, 8, 8);
+  EXPECT_EQ(flat, (Rect{16, 26, 8, 8}));
   Rect thin = {90, 90, 0, 5};
   GrowRect(&thin, 20, 30);
-  ExpectRect(thin, 16, 26, 8, 8);
+  EXPECT_EQ(thin, (Rect{16, 26, 8, 8}));
 }
 
 TEST(GrowRect, StopsAtTheEndsOfTheCoordinates) {
   Rect rect;
   GrowRect(&rect, kLowest, kLowest);
-  ExpectRect(rect, kLowest, kLowest, 8, 8);
+  EXPECT_EQ(rect, (Rect{kLowest, kLowest, 8, 8}));
   GrowRect(&rect, kHighest, kHighest);
-  ExpectRect(rect, kLowest, kLowest, kHighest, kHighest);
+  EXPECT_EQ(rect, (Rect{kLowest, kLowest, kHighest, kHighest}));
 }
 
 template <typename Image>
-class Raster : public testing::Test {
+class Raster : public OnBothImages<Image> {
  protected:
-  static void Make(Image* image, int32_t width, int32_t height, int32_t fill = 0) {
-    ASSERT_TRUE(image->Resize(width, height, fill));
-  }
-
-  static void Copy(CellImage* from, Image* to) {
-    Make(to, from->width, from->height);
-    for (int32_t y = 0; y < from->height; y++) {
-      for (int32_t x = 0; x < from->width; x++) to->SetPixel(x, y, from->GetPixel(x, y));
-    }
-  }
+  static void Copy(CellImage* from, Image* to) { OnBothImages<Image>::Draw(to, Picture(from)); }
 };
-
-using Images = testing::Types<PackedImage, IndexedImage>;
 TYPED_TEST_SUITE(Raster, Images);
 
 TYPED_TEST(Raster, StampWithFinestPenSetsOnePixel) {
@@ -285,11 +140,8 @@ TYPED_TEST(Raster, StampPrintsTheFootprintOfEachShape) {
     image.Stamp(6, 6, {shape, 0, 0, 3}, 0, nullptr);
     for (int32_t y = 0; y < 13; y++) {
       for (int32_t x = 0; x < 12; x++) {
-        const int32_t column = x - 2;
-        const int32_t row = y - 2;
-        const bool isInk =
-            column >= 0 && column < 8 && row >= 0 && row < 8 && (kShapeRows[shape][row] >> (7 - column) & 1) != 0;
-        EXPECT_EQ(image.GetPixel(x, y), isInk ? 3 : 0) << shape << ": " << x << ", " << y;
+        EXPECT_EQ(image.GetPixel(x, y), inkrules::Covers(shape, x - 6, y - 6) ? 3 : 0)
+            << shape << ": " << x << ", " << y;
       }
     }
   }
@@ -299,12 +151,12 @@ TYPED_TEST(Raster, StampNearACornerSetsOnlyThePixelsInside) {
   TypeParam image;
   this->Make(&image, 9, 7);
   image.Stamp(-2, -3, kWide, 0, nullptr);
-  EXPECT_EQ(Picture(&image), (std::vector<std::string>{"22.......", ".........", ".........", ".........", ".........",
-                                                       ".........", "........."}));
+  EXPECT_EQ(Picture(&image),
+            (Rows{"22.......", ".........", ".........", ".........", ".........", ".........", "........."}));
   image.Fill(0);
   image.Stamp(11, 8, kWide, 0, nullptr);
-  EXPECT_EQ(Picture(&image), (std::vector<std::string>{".........", ".........", ".........", ".........", ".......22",
-                                                       ".......22", ".......22"}));
+  EXPECT_EQ(Picture(&image),
+            (Rows{".........", ".........", ".........", ".........", ".......22", ".......22", ".......22"}));
 }
 
 TYPED_TEST(Raster, StampFarOutsideSetsNothing) {
@@ -340,25 +192,7 @@ TYPED_TEST(Raster, StampGrowsTheDirtyRectangleEvenOutside) {
   this->Make(&image, 8, 8);
   Rect rect;
   image.Stamp(-20, 5, kFinest, 0, &rect);
-  ExpectRect(rect, -24, 1, 8, 8);
-}
-
-TYPED_TEST(Raster, StampMatchesTheRuleForAnyPenMaskAndPlace) {
-  std::mt19937 random(11);
-  for (int32_t round = 0; round < 300; round++) {
-    TypeParam image;
-    TypeParam expected;
-    this->Make(&image, Between(&random, 1, 17), Between(&random, 1, 17));
-    Scatter(&image, &random);
-    this->Copy(&image, &expected);
-    const PenSpec pen = AnyPen(&random);
-    const uint32_t mask = AnyMask(&random);
-    const int32_t x = Between(&random, -6, 22);
-    const int32_t y = Between(&random, -6, 22);
-    EXPECT_TRUE(image.Stamp(x, y, pen, mask, nullptr));
-    NaiveStamp(&expected, x, y, pen, mask);
-    ASSERT_EQ(Picture(&image), Picture(&expected)) << round;
-  }
+  EXPECT_EQ(rect, (Rect{-24, 1, 8, 8}));
 }
 
 TYPED_TEST(Raster, ToneIsTheNumberOfPixelsOfTheFirstColour) {
@@ -382,7 +216,7 @@ TYPED_TEST(Raster, ToneEightIsAnEvenMixture) {
   TypeParam image;
   this->Make(&image, 4, 4);
   image.FillBox(0, 0, 4, 4, {7, 8, 3, 4}, 0, nullptr);
-  EXPECT_EQ(Picture(&image), (std::vector<std::string>{"4343", "3434", "4343", "3434"}));
+  EXPECT_EQ(Picture(&image), (Rows{"4343", "3434", "4343", "3434"}));
 }
 
 TYPED_TEST(Raster, ToneNineIsToneSevenWithTheColoursSwapped) {
@@ -472,10 +306,10 @@ TYPED_TEST(Raster, DrawLineGrowsTheDirtyRectangleByItsEndPoints) {
   PenSpec pen = kFinest;
   Rect rect;
   image.DrawLine(10, 12, 30, 16, &pen, 0, &rect);
-  ExpectRect(rect, 6, 8, 29, 13);
+  EXPECT_EQ(rect, (Rect{6, 8, 29, 13}));
   Rect single;
   image.DrawLine(10, 12, 10, 12, &pen, 0, &single);
-  ExpectRect(single, 5, 7, 10, 10);
+  EXPECT_EQ(single, (Rect{5, 7, 10, 10}));
 }
 
 TYPED_TEST(Raster, DrawLineHoldsTheMaskOverTheWholeWidth) {
@@ -494,10 +328,10 @@ TEST(LineSteps, DrawLineStampsStepByStepInAllDirections) {
       StampLog log;
       PenSpec pen = kFinest;
       log.DrawLine(32, 32, x, y, &pen, 0, nullptr);
-      ExpectPoints(log.points, NaiveLine(32, 32, x, y));
+      ExpectPoints(log.points, PathStamps({{32, 32}, {x, y}}));
       StampLog back;
       back.DrawLine(x, y, 32, 32, &pen, 0, nullptr);
-      ExpectPoints(back.points, NaiveLine(x, y, 32, 32));
+      ExpectPoints(back.points, PathStamps({{x, y}, {32, 32}}));
     }
   }
 }
@@ -539,38 +373,15 @@ TEST(LineSteps, DrawLineFromFarAwayTakesOnlyTheStepsNearTheImage) {
   EXPECT_EQ(beyond.points.size(), 1U);
 }
 
-TYPED_TEST(Raster, DrawLineMatchesTheRuleForAnyPenMaskAndPlace) {
-  std::mt19937 random(12);
-  for (int32_t round = 0; round < 200; round++) {
-    TypeParam image;
-    TypeParam expected;
-    this->Make(&image, Between(&random, 1, 33), Between(&random, 1, 33));
-    Scatter(&image, &random);
-    this->Copy(&image, &expected);
-    PenSpec pen = AnyPen(&random);
-    PenSpec ink = pen;
-    if (ink.tone == 0 && ink.colorB == 1) ink.colorB = 8;
-    const uint32_t mask = AnyMask(&random);
-    const int32_t spread = round % 4 == 0 ? 2000 : 50;
-    const int32_t x0 = Between(&random, -spread, spread);
-    const int32_t y0 = Between(&random, -spread, spread);
-    const int32_t x1 = Between(&random, -spread, spread);
-    const int32_t y1 = Between(&random, -spread, spread);
-    image.DrawLine(x0, y0, x1, y1, &pen, mask, nullptr);
-    for (const Point& point : NaiveLine(x0, y0, x1, y1)) NaiveStamp(&expected, point.x, point.y, ink, mask);
-    ASSERT_EQ(Picture(&image), Picture(&expected)) << round;
-  }
-}
-
 TYPED_TEST(Raster, DrawBoxRunsOnePixelBeyondItsBlock) {
   TypeParam image;
   this->Make(&image, 8, 8);
   PenSpec pen = kFinest;
   Rect rect;
   EXPECT_TRUE(image.DrawBox(2, 2, 3, 3, &pen, 0, &rect));
-  EXPECT_EQ(Picture(&image), (std::vector<std::string>{"........", "........", "..2222..", "..2..2..", "..2..2..",
-                                                       "..2222..", "........", "........"}));
-  ExpectRect(rect, -3, -3, 13, 13);
+  EXPECT_EQ(Picture(&image),
+            (Rows{"........", "........", "..2222..", "..2..2..", "..2..2..", "..2222..", "........", "........"}));
+  EXPECT_EQ(rect, (Rect{-3, -3, 13, 13}));
 }
 
 TYPED_TEST(Raster, DrawBoxOfNegativeSizeRunsBack) {
@@ -590,7 +401,7 @@ TYPED_TEST(Raster, DrawBoxClosesAlongTheEdgeWhereItIsCut) {
   this->Make(&image, 6, 6);
   PenSpec pen = kFinest;
   EXPECT_TRUE(image.DrawBox(-4, -4, 7, 7, &pen, 0, nullptr));
-  EXPECT_EQ(Picture(&image), (std::vector<std::string>{"2222..", "2..2..", "2..2..", "2222..", "......", "......"}));
+  EXPECT_EQ(Picture(&image), (Rows{"2222..", "2..2..", "2..2..", "2222..", "......", "......"}));
 }
 
 TYPED_TEST(Raster, DrawBoxOutsideOrWithoutSizeDoesNothing) {
@@ -603,7 +414,7 @@ TYPED_TEST(Raster, DrawBoxOutsideOrWithoutSizeDoesNothing) {
   EXPECT_FALSE(image.DrawBox(-3, 0, 3, 3, &pen, 0, &rect));
   EXPECT_EQ(CountOf(&image, 0), 36);
   EXPECT_EQ(pen.colorB, 8);
-  ExpectRect(rect, 0, 0, 0, 0);
+  EXPECT_EQ(rect, (Rect{0, 0, 0, 0}));
 }
 
 TYPED_TEST(Raster, DrawBoxTakesHostileSizes) {
@@ -612,7 +423,7 @@ TYPED_TEST(Raster, DrawBoxTakesHostileSizes) {
   PenSpec pen = kFinest;
   EXPECT_TRUE(image.DrawBox(kHighest, kHighest, kLowest, kLowest, &pen, 0, nullptr));
   EXPECT_FALSE(image.DrawBox(kLowest, kLowest, kLowest, kLowest, &pen, 0, nullptr));
-  EXPECT_EQ(Picture(&image), (std::vector<std::string>{"222222", "2.....", "2.....", "2.....", "2.....", "2....."}));
+  EXPECT_EQ(Picture(&image), (Rows{"222222", "2.....", "2.....", "2.....", "2.....", "2....."}));
 }
 
 TEST(LineSteps, DrawBoxDrawsTopRightBottomLeft) {
@@ -632,32 +443,10 @@ TEST(LineSteps, DrawBoxKeepsADitheredLineBlackForItsFirstLineOnly) {
 }
 
 TYPED_TEST(Raster, FillBoxOfNegativeSizeFillsTheNormalisedBox) {
-  std::mt19937 random(13);
-  for (int32_t round = 0; round < 100; round++) {
-    TypeParam image;
-    TypeParam expected;
-    this->Make(&image, 13, 12);
-    Scatter(&image, &random);
-    this->Copy(&image, &expected);
-    const PenSpec pen = AnyPen(&random);
-    const uint32_t mask = AnyMask(&random);
-    const int32_t x = Between(&random, -15, 25);
-    const int32_t y = Between(&random, -15, 25);
-    const int32_t width = Between(&random, -20, 20);
-    const int32_t height = Between(&random, -20, 20);
-    bool isAny = false;
-    for (int32_t px = 0; px < 13; px++) {
-      for (int32_t py = 0; py < 12; py++) {
-        const bool isAcross = width < 0 ? px <= x && px > x + width : px >= x && px < x + width;
-        const bool isDown = height < 0 ? py <= y && py > y + height : py >= y && py < y + height;
-        if (!isAcross || !isDown) continue;
-        isAny = true;
-        if ((mask >> expected.GetPixel(px, py) & 1) == 0) expected.SetPixel(px, py, NaiveInk(pen, px, py));
-      }
-    }
-    EXPECT_EQ(image.FillBox(x, y, width, height, pen, mask, nullptr), isAny);
-    ASSERT_EQ(Picture(&image), Picture(&expected)) << round;
-  }
+  TypeParam image;
+  this->Make(&image, 7, 6);
+  EXPECT_TRUE(image.FillBox(5, 4, -3, -2, kFinest, 0, nullptr));
+  EXPECT_EQ(Picture(&image), (Rows{".......", ".......", ".......", "...222.", "...222.", "......."}));
 }
 
 TYPED_TEST(Raster, FillBoxGivesLeftTopRightBottom) {
@@ -714,7 +503,9 @@ TYPED_TEST(Raster, ClipRectCutsToTheImage) {
   for (const Case& one : cases) {
     Rect rect = one.in;
     EXPECT_EQ(image.ClipRect(&rect.x, &rect.y, &rect.width, &rect.height), one.result) << one.in.x << ", " << one.in.y;
-    if (one.result) ExpectRect(rect, one.out.x, one.out.y, one.out.width, one.out.height);
+    if (one.result) {
+      EXPECT_EQ(rect, one.out);
+    }
   }
 }
 
@@ -722,7 +513,7 @@ TYPED_TEST(Raster, FillRectWritesOneIndex) {
   TypeParam image;
   this->Make(&image, 6, 4, 8);
   EXPECT_TRUE(image.FillRect(4, -1, 9, 3, 3));
-  EXPECT_EQ(Picture(&image), (std::vector<std::string>{"888833", "888833", "888888", "888888"}));
+  EXPECT_EQ(Picture(&image), (Rows{"888833", "888833", "888888", "888888"}));
   EXPECT_FALSE(image.FillRect(6, 0, 2, 2, 3));
   EXPECT_EQ(CountOf(&image, 3), 4);
 }
@@ -761,7 +552,7 @@ TYPED_TEST(Raster, StampImageCountsTheRowOfTheToneFromTheColumnOfItsPlace) {
       this->Make(&source, 8, 8, 1);
       EXPECT_TRUE(image.StampImage(dx, dy, &source, 0, 0, 8, 8, pen, 0));
       for (int32_t i = 0; i < 8; i++) {
-        for (int32_t j = 0; j < 8; j++) EXPECT_EQ(image.GetPixel(dx + i, dy + j), NaiveInk(pen, dx + i, dx + j));
+        for (int32_t j = 0; j < 8; j++) EXPECT_EQ(image.GetPixel(dx + i, dy + j), InkOf(pen, dx + i, dx + j));
       }
       EXPECT_EQ(CountOf(&image, 0), 144 - 64);
     }
@@ -774,7 +565,7 @@ TYPED_TEST(Raster, StampImageClipsToBothImages) {
   this->Make(&image, 5, 5);
   ASSERT_TRUE(source.Resize(3, 3, 8));
   EXPECT_TRUE(image.StampImage(3, -1, &source, -1, 0, 9, 9, {7, 0, 0, 2}, 0));
-  EXPECT_EQ(Picture(&image), (std::vector<std::string>{"....2", "....2", ".....", ".....", "....."}));
+  EXPECT_EQ(Picture(&image), (Rows{"....2", "....2", ".....", ".....", "....."}));
   EXPECT_FALSE(image.StampImage(5, 0, &source, 0, 0, 3, 3, {7, 0, 0, 2}, 0));
   EXPECT_FALSE(image.StampImage(0, 0, &source, 3, 0, 3, 3, {7, 0, 0, 2}, 0));
 }

@@ -2,23 +2,12 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <limits>
-#include <random>
 #include <string>
-#include <vector>
 
-#include "imaging/cell_image.h"
-#include "imaging/indexed_image.h"
-#include "imaging/packed_image.h"
+#include "imaging/raster_fixture.h"
 
 namespace sorvel {
 namespace {
-
-constexpr int32_t kLowest = std::numeric_limits<int32_t>::min();
-constexpr int32_t kHighest = std::numeric_limits<int32_t>::max();
-constexpr char kDigits[] = "0123456789abcdefghijklmnopqrstuvwxyz";
-
-using Rows = std::vector<std::string>;
 
 constexpr PenSpec Plain(int32_t color) {
   return {7, 0, 0, color};
@@ -28,270 +17,8 @@ constexpr uint32_t Bit(int32_t index) {
   return 1U << index;
 }
 
-// Every pixel, row by row, as a digit of base 36; a dot is 0.
-Rows Picture(CellImage* image) {
-  Rows rows;
-  for (int32_t y = 0; y < image->height; y++) {
-    std::string row;
-    for (int32_t x = 0; x < image->width; x++) {
-      const int32_t pixel = image->GetPixel(x, y);
-      row += pixel == 0 ? '.' : kDigits[pixel];
-    }
-    rows.push_back(row);
-  }
-  return rows;
-}
-
-int32_t CountOf(CellImage* image, int32_t value) {
-  int32_t count = 0;
-  for (int32_t y = 0; y < image->height; y++) {
-    for (int32_t x = 0; x < image->width; x++) count += image->GetPixel(x, y) == value ? 1 : 0;
-  }
-  return count;
-}
-
-int32_t Between(std::mt19937* random, int32_t low, int32_t high) {
-  return low + static_cast<int32_t>((*random)() % static_cast<uint32_t>(high - low + 1));
-}
-
-PenSpec AnyPen(std::mt19937* random) {
-  return {Between(random, 0, 14), Between(random, 0, 15), Between(random, 0, 14), Between(random, 0, 14)};
-}
-
-// Nothing, about a quarter of the indices, or anything.
-uint32_t AnyMask(std::mt19937* random) {
-  const auto first = static_cast<uint32_t>((*random)());
-  const auto second = static_cast<uint32_t>((*random)());
-  switch (Between(random, 0, 2)) {
-    case 0:
-      return 0;
-    case 1:
-      return first & second;
-    default:
-      return first;
-  }
-}
-
-// A plain grid with the rules of regions written out one by one.
-class Naive {
- public:
-  explicit Naive(CellImage* image) : width(image->width), height(image->height) {
-    for (int32_t y = 0; y < height; y++) {
-      for (int32_t x = 0; x < width; x++) pixels.push_back(image->GetPixel(x, y));
-    }
-  }
-
-  int32_t P(int32_t x, int32_t y) const { return IsInside(x, y) ? pixels[Place(x, y)] : -1; }
-
-  void Set(int32_t x, int32_t y, int32_t value) { pixels[Place(x, y)] = value; }
-
-  bool IsInside(int32_t x, int32_t y) const { return x >= 0 && y >= 0 && x < width && y < height; }
-
-  Rows Picture() const {
-    Rows rows;
-    for (int32_t y = 0; y < height; y++) {
-      std::string row;
-      for (int32_t x = 0; x < width; x++) row += P(x, y) == 0 ? '.' : kDigits[P(x, y)];
-      rows.push_back(row);
-    }
-    return rows;
-  }
-
-  struct Gradient {
-    int32_t startLevel;
-    int32_t origin;
-    int32_t span;
-    int32_t delta;
-    int32_t horizontal;
-  };
-
-  static bool HasBit(uint32_t mask, int32_t value) { return (mask >> ((value < 0 ? 0xFF : value) % 32) & 1) != 0; }
-
-  static bool Passes(int32_t pixel, int32_t value, bool soft) {
-    return pixel == value || (soft && pixel >= 5 && pixel <= 7);
-  }
-
-  static bool IsTaken(int32_t pixel, bool soft, uint32_t mask) {
-    return soft && (pixel == 9 || pixel == 10) && !HasBit(mask, pixel);
-  }
-
-  int32_t Ink(const PenSpec& pen, const Gradient* gradient, int32_t x, int32_t y) const {
-    if (gradient == nullptr) return PenColorAt(pen, x, y);
-    const int32_t c = gradient->horizontal != 0 ? x : y;
-    int32_t level = gradient->startLevel;
-    if (gradient->delta != 0 && gradient->span != 0) {
-      level += (c - gradient->origin) * gradient->delta / gradient->span;
-    }
-    return PenColorAt(LevelToPen(std::min(std::max(level, 0), 48)), x, y);
-  }
-
-  void FloodSpan(int32_t y, int32_t left, int32_t right, int32_t value, const PenSpec& pen, const Gradient* gradient,
-                 Rect* outRect, bool soft, uint32_t mask) {
-    while (Passes(P(left - 1, y), value, soft)) left--;
-    const int32_t before = P(left - 1, y);
-    if (IsTaken(before, soft, mask)) FloodSpan(y, left - 1, left - 1, before, pen, gradient, outRect, false, 0);
-    while (Passes(P(right + 1, y), value, soft)) right++;
-    const int32_t behind = P(right + 1, y);
-    if (IsTaken(behind, soft, mask)) FloodSpan(y, right + 1, right + 1, behind, pen, gradient, outRect, false, 0);
-    if (outRect != nullptr) {
-      GrowRect(outRect, left, y);
-      GrowRect(outRect, right, y);
-    }
-    for (int32_t x = left; x <= right; x++) Set(x, y, Ink(pen, gradient, x, y));
-    for (const int32_t row : {y - 1, y + 1}) {
-      for (int32_t x = left; x <= right; x++) {
-        int32_t pixel = P(x, row);
-        if (Passes(pixel, value, soft)) {
-          const int32_t start = x;
-          while (x <= right && Passes(pixel, value, soft)) pixel = P(++x, row);
-          FloodSpan(row, start, x - 1, value, pen, gradient, outRect, soft, mask);
-          if (x > right) break;
-        }
-        if (IsTaken(pixel, soft, mask)) FloodSpan(row, x, x, pixel, pen, gradient, outRect, false, 0);
-      }
-    }
-  }
-
-  bool FloodFill(int32_t x, int32_t y, const PenSpec& pen, uint32_t mask, Rect* outRect) {
-    if (!IsInside(x, y)) return false;
-    int32_t v = P(x, y);
-    if (v >= 5 && v <= 7) v = 0;
-    if (HasBit(mask, v)) return false;
-    FloodSpan(y, x, x, v, {0, 0, 15, 15}, nullptr, outRect, v != 9 && v != 10, mask);
-    FloodSpan(y, x, x, 15, pen, nullptr, nullptr, false, 0);
-    return true;
-  }
-
-  bool GradientFill(int32_t x, int32_t y, const PenSpec& startPen, int32_t endX, int32_t endY, const PenSpec& endPen,
-                    uint32_t mask, Rect* outRect) {
-    if (!IsInside(x, y)) return false;
-    const int32_t v = P(x, y);
-    if (HasBit(mask, v)) return false;
-    FloodSpan(y, x, x, v, {0, 0, 15, 15}, nullptr, outRect, v != 9 && v != 10, 0);
-    Gradient gradient;
-    gradient.horizontal = std::abs(endX - x) > std::abs(endY - y) ? 1 : 0;
-    gradient.startLevel = PenToLevel(startPen);
-    gradient.origin = gradient.horizontal != 0 ? x : y;
-    gradient.span = gradient.horizontal != 0 ? endX - x : endY - y;
-    gradient.delta = PenToLevel(endPen) - gradient.startLevel;
-    FloodSpan(y, x, x, 15, {}, &gradient, nullptr, false, 0);
-    return true;
-  }
-
-  bool ClipRect(Rect* rect) const {
-    if (rect->x >= width || rect->y >= height) return false;
-    const int32_t right = std::min(rect->x + rect->width, width);
-    const int32_t bottom = std::min(rect->y + rect->height, height);
-    if (right <= 0 || bottom <= 0) return false;
-    rect->x = std::max(rect->x, 0);
-    rect->y = std::max(rect->y, 0);
-    rect->width = right - rect->x;
-    rect->height = bottom - rect->y;
-    return rect->width > 0 && rect->height > 0;
-  }
-
-  bool EdgeFill(Rect rect, const PenSpec& pen, uint32_t mask) {
-    if (!ClipRect(&rect)) return false;
-    const int32_t k = P(rect.x, rect.y);
-    if (HasBit(mask, k)) return false;
-    for (int32_t pass = 0; pass < std::abs(pen.shape - 7) + 1; pass++) {
-      for (int32_t x = rect.x; x < rect.x + rect.width; x++) {
-        for (int32_t y = rect.y; y < rect.y + rect.height; y++) {
-          if (P(x, y) != k) continue;
-          const Point neighbours[4] = {{x - 1, y}, {x, y - 1}, {x + 1, y}, {x, y + 1}};
-          for (const Point& at : neighbours) {
-            if (IsInside(at.x, at.y) && P(at.x, at.y) != 15 && P(at.x, at.y) != k) Set(x, y, 15);
-          }
-        }
-      }
-      for (int32_t x = rect.x; x < rect.x + rect.width; x++) {
-        for (int32_t y = rect.y; y < rect.y + rect.height; y++) {
-          if (P(x, y) == 15) Set(x, y, PenColorAt(pen, x, y));
-        }
-      }
-    }
-    return true;
-  }
-
-  void MoveBlock(const Rect& rect, int32_t toX, int32_t toY, int32_t fillValue, uint32_t mask) {
-    for (int32_t a = 0; a < rect.width; a++) {
-      const int32_t i = toX < rect.x ? a : rect.width - 1 - a;
-      for (int32_t b = 0; b < rect.height; b++) {
-        const int32_t j = toY < rect.y ? b : rect.height - 1 - b;
-        const int32_t v = P(rect.x + i, rect.y + j);
-        if (mask == 0) {
-          if (v <= 0 || v == fillValue) continue;
-          if (IsInside(rect.x + i, rect.y + j)) Set(rect.x + i, rect.y + j, fillValue);
-          if (IsInside(toX + i, toY + j)) Set(toX + i, toY + j, v);
-        } else {
-          if (HasBit(mask, v) || v <= 0 || v == fillValue) continue;
-          if (IsInside(rect.x + i, rect.y + j)) Set(rect.x + i, rect.y + j, fillValue);
-          const int32_t present = P(toX + i, toY + j);
-          if (!HasBit(mask, present) && IsInside(toX + i, toY + j)) Set(toX + i, toY + j, v);
-        }
-      }
-    }
-  }
-
-  void Flip(Rect rect, uint32_t mask, bool vertical) {
-    if (!ClipRect(&rect)) return;
-    const Naive before = *this;
-    for (int32_t x = rect.x; x < rect.x + rect.width; x++) {
-      for (int32_t y = rect.y; y < rect.y + rect.height; y++) {
-        const int32_t fromX = vertical ? x : 2 * rect.x + rect.width - 1 - x;
-        const int32_t fromY = vertical ? 2 * rect.y + rect.height - 1 - y : y;
-        if (!HasBit(mask, before.P(x, y))) Set(x, y, before.P(fromX, fromY));
-      }
-    }
-  }
-
- private:
-  size_t Place(int32_t x, int32_t y) const { return static_cast<size_t>(y * width + x); }
-
-  int32_t width;
-  int32_t height;
-  std::vector<int32_t> pixels;
-};
-
 template <typename Image>
-class Regions : public testing::Test {
- protected:
-  static void Make(Image* image, int32_t width, int32_t height, int32_t fill = 0) {
-    ASSERT_TRUE(image->Resize(width, height, fill));
-  }
-
-  static void Draw(Image* image, const Rows& rows) {
-    Make(image, static_cast<int32_t>(rows[0].size()), static_cast<int32_t>(rows.size()));
-    for (int32_t y = 0; y < image->height; y++) {
-      for (int32_t x = 0; x < image->width; x++) {
-        const char digit = rows[static_cast<size_t>(y)][static_cast<size_t>(x)];
-        image->SetPixel(x, y, digit == '.' ? 0 : digit <= '9' ? digit - '0' : digit - 'a' + 10);
-      }
-    }
-  }
-
-  // Pixels out of a few values, so that there are areas, or out of all.
-  static void Scatter(Image* image, std::mt19937* random, int32_t maxSize) {
-    Make(image, Between(random, 1, maxSize), Between(random, 1, maxSize));
-    std::vector<int32_t> values;
-    const int32_t kinds = Between(random, 1, 6);
-    for (int32_t i = 0; i < kinds; i++) values.push_back(Between(random, 0, 14));
-    const int32_t often = Between(random, 0, 2) == 0 ? 0 : values[0];
-    for (int32_t y = 0; y < image->height; y++) {
-      for (int32_t x = 0; x < image->width; x++) {
-        const int32_t any = values[static_cast<size_t>(Between(random, 0, kinds - 1))];
-        image->SetPixel(x, y, Between(random, 0, 1) == 0 ? often : any);
-      }
-    }
-  }
-
-  static Rect AnyRect(std::mt19937* random, int32_t size) {
-    return {Between(random, -4, size), Between(random, -4, size), Between(random, 0, size + 6),
-            Between(random, 0, size + 6)};
-  }
-};
-
-using Images = testing::Types<PackedImage, IndexedImage>;
+class Regions : public OnBothImages<Image> {};
 TYPED_TEST_SUITE(Regions, Images);
 
 // FloodFill.
@@ -462,91 +189,6 @@ TYPED_TEST(Regions, FloodFillWithTheWorkMarkerComesToAnEnd) {
   EXPECT_EQ(CountOf(&image, 2), 8);
 }
 
-TYPED_TEST(Regions, FloodFillMatchesTheRecursion) {
-  std::mt19937 random(21);
-  int32_t filled = 0;
-  for (int32_t round = 0; round < 3000; round++) {
-    TypeParam image;
-    this->Scatter(&image, &random, 14);
-    Naive naive(&image);
-    const PenSpec pen = AnyPen(&random);
-    const uint32_t mask = AnyMask(&random);
-    const int32_t x = Between(&random, 0, image.width);
-    const int32_t y = Between(&random, 0, image.height - 1);
-    Rect rect;
-    Rect naiveRect;
-    const bool result = image.FloodFill(x, y, pen, mask, &rect);
-    ASSERT_EQ(result, naive.FloodFill(x, y, pen, mask, &naiveRect)) << round;
-    ASSERT_EQ(Picture(&image), naive.Picture()) << round;
-    ASSERT_EQ(rect, naiveRect) << round;
-    ASSERT_EQ(CountOf(&image, 15), 0) << round;
-    filled += result ? 1 : 0;
-  }
-  EXPECT_GT(filled, 1000);
-}
-
-TYPED_TEST(Regions, FloodFillOfPassagesMatchesTheRecursion) {
-  std::mt19937 random(22);
-  constexpr int32_t kKinds[] = {0, 0, 0, 0, 0, 0, 5, 6, 8, 8, 9, 10};
-  for (int32_t round = 0; round < 500; round++) {
-    TypeParam image;
-    this->Make(&image, Between(&random, 10, 30), Between(&random, 10, 30));
-    for (int32_t y = 0; y < image.height; y++) {
-      for (int32_t x = 0; x < image.width; x++) image.SetPixel(x, y, kKinds[Between(&random, 0, 11)]);
-    }
-    Naive naive(&image);
-    const PenSpec pen = AnyPen(&random);
-    const uint32_t mask = round % 3 == 0 ? Bit(9) : 0;
-    const int32_t x = Between(&random, 0, image.width - 1);
-    const int32_t y = Between(&random, 0, image.height - 1);
-    Rect rect;
-    Rect naiveRect;
-    image.FloodFill(x, y, pen, mask, &rect);
-    naive.FloodFill(x, y, pen, mask, &naiveRect);
-    ASSERT_EQ(Picture(&image), naive.Picture()) << round;
-    ASSERT_EQ(rect, naiveRect) << round;
-  }
-}
-
-TYPED_TEST(Regions, FloodFillTakesAVeryWideCell) {
-  TypeParam image;
-  this->Make(&image, 32767, 8);
-  for (int32_t x = 1; x < 32767; x += 2) image.SetPixel(x, 3, 8);
-  Rect rect;
-  EXPECT_TRUE(image.FloodFill(16000, 7, Plain(2), 0, &rect));
-  EXPECT_EQ(CountOf(&image, 0), 0);
-  EXPECT_EQ(CountOf(&image, 8), 16383);
-  EXPECT_EQ(rect, (Rect{-5, -5, 32776, 17}));
-}
-
-TEST(HugeRegions, FloodFillTakesAVeryLargeCell) {
-  PackedImage image;
-  ASSERT_TRUE(image.Resize(4000, 4000, 0));
-  Rect rect;
-  EXPECT_TRUE(image.FloodFill(2000, 3999, Plain(3), 0, &rect));
-  EXPECT_EQ(std::count(image.bits, image.bits + image.ByteCount(), 0x33), image.ByteCount());
-  EXPECT_EQ(rect, (Rect{-5, -5, 4009, 4009}));
-}
-
-// A passage one pixel wide that goes up and down through the whole cell, closed by walls of 8.
-void DrawWindingPassage(CellImage* image) {
-  image->Fill(0);
-  for (int32_t x = 1; x < image->width; x += 2) {
-    for (int32_t y = 0; y < image->height; y++) image->SetPixel(x, y, 8);
-    image->SetPixel(x, x % 4 == 1 ? image->height - 1 : 0, 0);
-  }
-}
-
-TYPED_TEST(Regions, FloodFillFollowsALongWindingPassage) {
-  TypeParam image;
-  this->Make(&image, 601, 500);
-  DrawWindingPassage(&image);
-  const int32_t walls = CountOf(&image, 8);
-  EXPECT_TRUE(image.FloodFill(0, 0, Plain(2), 0, nullptr));
-  EXPECT_EQ(CountOf(&image, 8), walls);
-  EXPECT_EQ(CountOf(&image, 2), 601 * 500 - walls);
-}
-
 TYPED_TEST(Regions, FloodFillFollowsASpiral) {
   constexpr int32_t kSize = 401;
   TypeParam image;
@@ -574,32 +216,6 @@ TYPED_TEST(Regions, FloodFillFollowsASpiral) {
   ASSERT_EQ(CountOf(&image, 0), carved);
   EXPECT_TRUE(image.FloodFill(0, 0, Plain(2), 0, nullptr));
   EXPECT_EQ(CountOf(&image, 2), carved);
-  EXPECT_EQ(CountOf(&image, 0), 0);
-}
-
-TYPED_TEST(Regions, FloodFillFollowsACombWithBranches) {
-  TypeParam image;
-  this->Make(&image, 602, 400, 8);
-  // Columns with a pocket at both sides of every other row, joined at the bottom.
-  int32_t open = 602;
-  image.FillRect(0, 399, 602, 1, 0);
-  for (int32_t x = 1; x < 602; x += 4) {
-    for (int32_t y = 0; y < 399; y++) {
-      image.SetPixel(x, y, 0);
-      open++;
-      if (y % 2 != 0 || y == 398) continue;
-      image.SetPixel(x - 1, y, 0);
-      open++;
-      if (x + 1 < 602) {
-        image.SetPixel(x + 1, y, 0);
-        open++;
-      }
-    }
-  }
-  ASSERT_EQ(CountOf(&image, 0), open);
-  Rect rect;
-  EXPECT_TRUE(image.FloodFill(1, 0, Plain(2), 0, &rect));
-  EXPECT_EQ(CountOf(&image, 2), open);
   EXPECT_EQ(CountOf(&image, 0), 0);
 }
 
@@ -709,29 +325,6 @@ TYPED_TEST(Regions, GradientFillTakesHostileEndPoints) {
   EXPECT_EQ(CountOf(&image, 2), 25);
 }
 
-TYPED_TEST(Regions, GradientFillMatchesTheRecursion) {
-  std::mt19937 random(23);
-  for (int32_t round = 0; round < 2000; round++) {
-    TypeParam image;
-    this->Scatter(&image, &random, 14);
-    Naive naive(&image);
-    const PenSpec start = LevelToPen(Between(&random, 0, 48));
-    const PenSpec end = LevelToPen(Between(&random, 0, 48));
-    const uint32_t mask = AnyMask(&random);
-    const int32_t x = Between(&random, 0, image.width - 1);
-    const int32_t y = Between(&random, 0, image.height - 1);
-    const int32_t endX = Between(&random, -5, 20);
-    const int32_t endY = Between(&random, -5, 20);
-    Rect rect;
-    Rect naiveRect;
-    ASSERT_EQ(image.GradientFill(x, y, start, endX, endY, end, mask, &rect),
-              naive.GradientFill(x, y, start, endX, endY, end, mask, &naiveRect))
-        << round;
-    ASSERT_EQ(Picture(&image), naive.Picture()) << round;
-    ASSERT_EQ(rect, naiveRect) << round;
-  }
-}
-
 // EdgeFill.
 
 TYPED_TEST(Regions, EdgeFillWithTheFinestPenIsOnePixelThick) {
@@ -784,20 +377,6 @@ TYPED_TEST(Regions, EdgeFillOfAMaskedColourOrOutsideDoesNothing) {
   EXPECT_EQ(Picture(&image), (Rows{"..8", "..8"}));
   EXPECT_TRUE(image.EdgeFill(0, 0, 3, 2, Plain(3), Bit(3)));
   EXPECT_EQ(Picture(&image), (Rows{".38", ".38"}));
-}
-
-TYPED_TEST(Regions, EdgeFillMatchesTheRule) {
-  std::mt19937 random(24);
-  for (int32_t round = 0; round < 1500; round++) {
-    TypeParam image;
-    this->Scatter(&image, &random, 14);
-    Naive naive(&image);
-    const PenSpec pen = AnyPen(&random);
-    const uint32_t mask = AnyMask(&random);
-    const Rect rect = this->AnyRect(&random, 14);
-    ASSERT_EQ(image.EdgeFill(rect.x, rect.y, rect.width, rect.height, pen, mask), naive.EdgeFill(rect, pen, mask));
-    ASSERT_EQ(Picture(&image), naive.Picture()) << round;
-  }
 }
 
 // Underdrawing.
@@ -944,23 +523,6 @@ TYPED_TEST(Regions, MoveBlockTakesHostileNumbers) {
   EXPECT_EQ(CountOf(&image, 0), 4);
 }
 
-TYPED_TEST(Regions, MoveBlockMatchesTheRule) {
-  std::mt19937 random(25);
-  for (int32_t round = 0; round < 2000; round++) {
-    TypeParam image;
-    this->Scatter(&image, &random, 12);
-    Naive naive(&image);
-    const Rect rect = this->AnyRect(&random, 12);
-    const int32_t toX = rect.x + Between(&random, -6, 6);
-    const int32_t toY = rect.y + Between(&random, -6, 6);
-    const int32_t fill = round % 2 == 0 ? 0 : Between(&random, 0, 14);
-    const uint32_t mask = AnyMask(&random);
-    image.MoveBlock(rect.x, rect.y, rect.width, rect.height, toX, toY, fill, mask);
-    naive.MoveBlock(rect, toX, toY, fill, mask);
-    ASSERT_EQ(Picture(&image), naive.Picture()) << round;
-  }
-}
-
 TYPED_TEST(Regions, MosaicNeedsSixteenPixels) {
   TypeParam image;
   this->Make(&image, 6, 6, 8);
@@ -1034,22 +596,6 @@ TYPED_TEST(Regions, FlipTestsTheOldValueWhereEachPixelLands) {
   this->Draw(&image, {"1.82"});
   EXPECT_TRUE(image.FlipHorizontal(0, 0, 4, 1, Bit(8) | Bit(1)));
   EXPECT_EQ(Picture(&image), (Rows{"1881"}));
-}
-
-TYPED_TEST(Regions, FlipsMatchTheRule) {
-  std::mt19937 random(26);
-  for (int32_t round = 0; round < 1500; round++) {
-    TypeParam image;
-    this->Scatter(&image, &random, 12);
-    Naive naive(&image);
-    const Rect rect = this->AnyRect(&random, 12);
-    const uint32_t mask = AnyMask(&random);
-    const bool isVertical = round % 2 == 0;
-    EXPECT_TRUE(isVertical ? image.FlipVertical(rect.x, rect.y, rect.width, rect.height, mask)
-                           : image.FlipHorizontal(rect.x, rect.y, rect.width, rect.height, mask));
-    naive.Flip(rect, mask, isVertical);
-    ASSERT_EQ(Picture(&image), naive.Picture()) << round;
-  }
 }
 
 // Dots, grids and guide lines.

@@ -3,35 +3,11 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "support/ink_rules.h"
+
 namespace rules {
 
-const std::array<std::array<int, 8>, 15> gModelShapes = {{
-    {0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF},
-    {0x00, 0x7F, 0x7F, 0x7F, 0x7F, 0x7F, 0x7F, 0x7F},
-    {0x00, 0x7E, 0x7E, 0x7E, 0x7E, 0x7E, 0x7E, 0x00},
-    {0x00, 0x00, 0x3E, 0x3E, 0x3E, 0x3E, 0x3E, 0x00},
-    {0x00, 0x00, 0x3C, 0x3C, 0x3C, 0x3C, 0x00, 0x00},
-    {0x00, 0x00, 0x00, 0x1C, 0x1C, 0x1C, 0x00, 0x00},
-    {0x00, 0x00, 0x00, 0x18, 0x18, 0x00, 0x00, 0x00},
-    {0x00, 0x00, 0x00, 0x00, 0x08, 0x00, 0x00, 0x00},
-    {0x00, 0x00, 0x00, 0x18, 0x18, 0x00, 0x00, 0x00},
-    {0x00, 0x00, 0x00, 0x08, 0x1C, 0x08, 0x00, 0x00},
-    {0x00, 0x00, 0x18, 0x3C, 0x3C, 0x18, 0x00, 0x00},
-    {0x00, 0x00, 0x1C, 0x3E, 0x3E, 0x3E, 0x1C, 0x00},
-    {0x00, 0x18, 0x3C, 0x7E, 0x7E, 0x3C, 0x18, 0x00},
-    {0x00, 0x1C, 0x3E, 0x7F, 0x7F, 0x7F, 0x3E, 0x1C},
-    {0x3C, 0x7E, 0xFF, 0xFF, 0xFF, 0xFF, 0x7E, 0x3C},
-}};
-
 namespace {
-
-// Rows 0 and 1 of the tile in the first byte, rows 2 and 3 in the second.
-constexpr int tonePatterns[9][2] = {{0x00, 0x00}, {0x08, 0x00}, {0x08, 0x02}, {0x08, 0x0A}, {0x0A, 0x0A},
-                                    {0x4A, 0x0A}, {0x4A, 0x1A}, {0x5A, 0x1A}, {0x5A, 0x5A}};
-
-int Sign(int value) {
-  return (value > 0) - (value < 0);
-}
 
 int Nearest(long double value) {
   const int whole = static_cast<int>(value);
@@ -41,15 +17,7 @@ int Nearest(long double value) {
 }  // namespace
 
 int ModelInkAt(const ModelPen& pen, int x, int y) {
-  int tone = pen.tone;
-  int first = pen.colorA;
-  int second = pen.colorB;
-  if (tone >= 9) {
-    std::swap(first, second);
-    tone = 16 - tone;
-  }
-  const int bit = x % 4 + y % 2 * 4;
-  return (tonePatterns[tone][y % 4 / 2] >> bit & 1) != 0 ? first : second;
+  return inkrules::InkAt(pen.tone, pen.colorA, pen.colorB, x, y);
 }
 
 ModelPen ModelPenOfLevel(int level) {
@@ -88,12 +56,9 @@ void InkModel::FillWith(const ModelPen& pen, int x, int y, int areaWidth, int ar
 }
 
 void InkModel::Stamp(int x, int y, const ModelPen& pen, unsigned mask) {
-  for (int column = 0; column < 8; ++column) {
-    for (int row = 0; row < 8; ++row) {
-      if ((gModelShapes[static_cast<size_t>(pen.shape)][static_cast<size_t>(row)] & 0x80 >> column) == 0) continue;
-      const int px = x - 4 + column;
-      const int py = y - 4 + row;
-      if (px < 0 || py < 0 || px >= width || py >= height) continue;
+  for (int px = std::max(x - 4, 0); px < std::min(x + 4, width); ++px) {
+    for (int py = std::max(y - 4, 0); py < std::min(y + 4, height); ++py) {
+      if (!inkrules::Covers(pen.shape, px - x, py - y)) continue;
       if ((mask >> At(px, py) & 1) == 0) Set(px, py, ModelInkAt(pen, px, py));
     }
   }
@@ -101,25 +66,7 @@ void InkModel::Stamp(int x, int y, const ModelPen& pen, unsigned mask) {
 
 void InkModel::Line(int x0, int y0, int x1, int y1, ModelPen pen, unsigned mask) {
   if (pen.tone == 0 && pen.colorB == 1) pen.colorB = 8;
-  Stamp(x0, y0, pen, mask);
-  const int ax = std::abs(x1 - x0);
-  const int ay = std::abs(y1 - y0);
-  const int sx = Sign(x1 - x0);
-  const int sy = Sign(y1 - y0);
-  int x = x0;
-  int y = y0;
-  const bool flat = ay < ax;
-  const int steps = flat ? ax : ay;
-  int error = -steps;
-  for (int i = 0; i < steps; ++i) {
-    (flat ? x : y) += flat ? sx : sy;
-    error += 2 * (flat ? ay : ax);
-    if (error >= 0) {
-      (flat ? y : x) += flat ? sy : sx;
-      error -= 2 * steps;
-    }
-    Stamp(x, y, pen, mask);
-  }
+  inkrules::ForLine(x0, y0, x1, y1, [&](int x, int y) { Stamp(x, y, pen, mask); });
 }
 
 void InkModel::Outline(int x, int y, int right, int bottom, int value) {

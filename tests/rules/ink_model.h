@@ -21,9 +21,6 @@ struct Point {
   int y = 0;
 };
 
-// Rows of the 15 pen shapes, top row first, bit 0x80 leftmost.
-extern const std::array<std::array<int, 8>, 15> gModelShapes;
-
 // The ink of a pen at a pixel.
 int ModelInkAt(const ModelPen& pen, int x, int y);
 // The plain or dithered pen of a grey level, 0 to 48.

@@ -2,6 +2,7 @@
 
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
+#include "support/ink_rules.h"
 
 namespace rules {
 namespace {
@@ -18,10 +19,9 @@ TEST_P(PenShape, StampsItsRowsAroundThePoint) {
   PickShape(session, GetParam());
   session.Press(20, 20);
   InkModel model;
-  for (int row = 0; row < 8; ++row) {
-    for (int column = 0; column < 8; ++column) {
-      const int bits = gModelShapes[static_cast<size_t>(GetParam())][static_cast<size_t>(row)];
-      if ((bits & 0x80 >> column) != 0) model.Set(16 + column, 16 + row, 1);
+  for (int dy = -4; dy < 4; ++dy) {
+    for (int dx = -4; dx < 4; ++dx) {
+      if (inkrules::Covers(GetParam(), dx, dy)) model.Set(20 + dx, 20 + dy, 1);
     }
   }
   EXPECT_TRUE(Shows(session.NowView(), model));

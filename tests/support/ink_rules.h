@@ -1,0 +1,71 @@
+#pragma once
+
+#include <array>
+#include <cstdlib>
+#include <utility>
+
+// The rules of ink by the plainest code, independent of the program: shapes of the pen, its dither, and the points of a
+// line. All tests that predict pixels use them.
+namespace inkrules {
+
+// Rows of the 15 pen shapes, top row first, bit 0x80 leftmost.
+inline constexpr std::array<std::array<int, 8>, 15> kShapes = {{
+    {0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF},
+    {0x00, 0x7F, 0x7F, 0x7F, 0x7F, 0x7F, 0x7F, 0x7F},
+    {0x00, 0x7E, 0x7E, 0x7E, 0x7E, 0x7E, 0x7E, 0x00},
+    {0x00, 0x00, 0x3E, 0x3E, 0x3E, 0x3E, 0x3E, 0x00},
+    {0x00, 0x00, 0x3C, 0x3C, 0x3C, 0x3C, 0x00, 0x00},
+    {0x00, 0x00, 0x00, 0x1C, 0x1C, 0x1C, 0x00, 0x00},
+    {0x00, 0x00, 0x00, 0x18, 0x18, 0x00, 0x00, 0x00},
+    {0x00, 0x00, 0x00, 0x00, 0x08, 0x00, 0x00, 0x00},
+    {0x00, 0x00, 0x00, 0x18, 0x18, 0x00, 0x00, 0x00},
+    {0x00, 0x00, 0x00, 0x08, 0x1C, 0x08, 0x00, 0x00},
+    {0x00, 0x00, 0x18, 0x3C, 0x3C, 0x18, 0x00, 0x00},
+    {0x00, 0x00, 0x1C, 0x3E, 0x3E, 0x3E, 0x1C, 0x00},
+    {0x00, 0x18, 0x3C, 0x7E, 0x7E, 0x3C, 0x18, 0x00},
+    {0x00, 0x1C, 0x3E, 0x7F, 0x7F, 0x7F, 0x3E, 0x1C},
+    {0x3C, 0x7E, 0xFF, 0xFF, 0xFF, 0xFF, 0x7E, 0x3C},
+}};
+
+// Whether a stamp of the shape covers the pixel at this offset from its point.
+inline bool Covers(int shape, int dx, int dy) {
+  if (dx < -4 || dx > 3 || dy < -4 || dy > 3) return false;
+  return (kShapes[static_cast<size_t>(shape)][static_cast<size_t>(dy + 4)] & 0x80 >> (dx + 4)) != 0;
+}
+
+// The ink of a pen at a pixel.
+inline int InkAt(int tone, int colorA, int colorB, int x, int y) {
+  // Rows 0 and 1 of the tile of 4 by 4 in the first byte, rows 2 and 3 in the second.
+  constexpr int patterns[9][2] = {{0x00, 0x00}, {0x08, 0x00}, {0x08, 0x02}, {0x08, 0x0A}, {0x0A, 0x0A},
+                                  {0x4A, 0x0A}, {0x4A, 0x1A}, {0x5A, 0x1A}, {0x5A, 0x5A}};
+  if (tone >= 9) {
+    std::swap(colorA, colorB);
+    tone = 16 - tone;
+  }
+  const int bit = x % 4 + y % 2 * 4;
+  return (patterns[tone][y % 4 / 2] >> bit & 1) != 0 ? colorA : colorB;
+}
+
+// Calls visit(x, y) for each point that a line stamps, in its order.
+template <typename Visit>
+void ForLine(int x, int y, int endX, int endY, const Visit& visit) {
+  const int ax = std::abs(endX - x);
+  const int ay = std::abs(endY - y);
+  const int sx = (endX > x) - (endX < x);
+  const int sy = (endY > y) - (endY < y);
+  const bool isFlat = ay < ax;
+  const int steps = isFlat ? ax : ay;
+  int error = -steps;
+  visit(x, y);
+  for (int i = 0; i < steps; ++i) {
+    (isFlat ? x : y) += isFlat ? sx : sy;
+    error += 2 * (isFlat ? ay : ax);
+    if (error >= 0) {
+      (isFlat ? y : x) += isFlat ? sy : sx;
+      error -= 2 * steps;
+    }
+    visit(x, y);
+  }
+}
+
+}  // namespace inkrules

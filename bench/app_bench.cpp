@@ -8,9 +8,9 @@
 #include <filesystem>
 #include <string>
 
-#include "cutwindow/commands.h"
 #include "foundation/settings.h"
 #include "platform/headless/headless.h"
+#include "resources/ids.h"
 #include "shell/entry.h"
 #include "tools/tool_state.h"
 
@@ -29,11 +29,11 @@ class Desk {
     const std::string settings = std::filesystem::temp_directory_path() / "sorvel-bench.ini";
     UseSettingsFile(settings.c_str());
     StartProgram(&frame, "", 0);
-    platform::headless::QueueDialog({107, {{1002, "960"}, {1001, "720"}}, true});
-    platform::headless::QueueDialog({106, {}, true});
+    platform::headless::QueueDialog({kCutDialog, {{kCutWidthEdit, "960"}, {kCutHeightEdit, "720"}}, true});
+    platform::headless::QueueDialog({kLayerDialog, {}, true});
     frame.SendCommand(kCommandNewCut);
     for (int32_t i = 1; i < layers; ++i) {
-      platform::headless::QueueDialog({106, {}, true});
+      platform::headless::QueueDialog({kLayerDialog, {}, true});
       frame.SendCommand(kCommandAddLayer);
     }
     if (!platform::headless::Failure().empty() || frame.ActiveCut() == nullptr) {

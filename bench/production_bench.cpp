@@ -14,7 +14,6 @@
 
 #include "animation/film_container.h"
 #include "animation/stream_encoder.h"
-#include "cutwindow/commands.h"
 #include "document/cut.h"
 #include "document/film.h"
 #include "foundation/byte_stream.h"
@@ -23,6 +22,7 @@
 #include "imaging/packed_image.h"
 #include "imaging/pen.h"
 #include "platform/headless/headless.h"
+#include "resources/ids.h"
 #include "shell/entry.h"
 
 namespace sorvel {

@@ -18,7 +18,6 @@ namespace {
 namespace headless = platform::headless;
 
 constexpr size_t kAnyNumber = static_cast<size_t>(-1);
-constexpr int32_t kExitCommand = 40001;
 // What the window system puts where a notification stands when a command comes from a key.
 constexpr int32_t kFromAccelerator = 1;
 // A window of more pixels isn't made.
@@ -540,7 +539,7 @@ int ScriptRunner::RunPlayer() {
 }
 
 int ScriptRunner::RunExit() {
-  platform::Send(frame->frameWindow, platform::kMessageCommand, kExitCommand, 0);
+  platform::Send(frame->frameWindow, platform::kMessageCommand, kCommandExit, 0);
   return kDone;
 }
 

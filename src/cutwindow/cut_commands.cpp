@@ -1,8 +1,8 @@
 #include <algorithm>
 
-#include "cutwindow/commands.h"
 #include "cutwindow/cut_window.h"
 #include "cutwindow/wait_cursor.h"
+#include "resources/ids.h"
 #include "tools/tool_handlers.h"
 #include "tools/tool_state.h"
 

@@ -10,6 +10,7 @@
 #include "platform/drawing.h"
 #include "platform/menus.h"
 #include "platform/window.h"
+#include "resources/ids.h"
 #include "tools/pen_picker.h"
 
 namespace sorvel {
@@ -48,8 +49,8 @@ class CutWindowHost {
 
   platform::WindowHandle frameWindow = nullptr;
   platform::MenuHandle toolPopupMenu = nullptr;
-  int32_t currentTool = 40029;  // the number of its command
-  int32_t previousTool = 40029;
+  int32_t currentTool = kToolFreePen;  // the number of its command
+  int32_t previousTool = kToolFreePen;
   AnimationWindow animationWindow;
   PenPicker penPicker;
 

@@ -1,7 +1,7 @@
 #include <cstdlib>
 
-#include "cutwindow/commands.h"
 #include "cutwindow/cut_window.h"
+#include "resources/ids.h"
 #include "tools/tool_handlers.h"
 #include "tools/tool_state.h"
 

@@ -1,12 +1,11 @@
 #include "dialogs/dialog_values.h"
 #include "dialogs/dialogs.h"
 #include "platform/messages.h"
+#include "resources/ids.h"
 
 namespace sorvel {
 
 namespace {
-
-enum : int32_t { kTemplate = 109, kClear = 1049, kInvert = 1050 };
 
 struct MaskBox {
   int32_t control;
@@ -14,13 +13,14 @@ struct MaskBox {
 };
 
 constexpr MaskBox kBoxes[] = {
-    {1013, 0}, {1009, 1},  {1011, 2},  {1012, 3},  {1010, 4},  {1017, 8},
-    {1018, 9}, {1019, 10}, {1046, 11}, {1045, 12}, {1047, 13}, {1048, 14},
+    {kMaskTransparentCheck, 0}, {kMaskBlackCheck, 1},     {kMaskDarkCheck, 2},     {kMaskLightCheck, 3},
+    {kMaskWhiteCheck, 4},       {kMaskLineBlackCheck, 8}, {kMaskLineDarkCheck, 9}, {kMaskLineLightCheck, 10},
+    {kMaskPlus2Check, 11},      {kMaskPlus1Check, 12},    {kMaskMinus1Check, 13},  {kMaskMinus2Check, 14},
 };
 
 }  // namespace
 
-MaskDialog::MaskDialog(platform::WindowHandle helpBar, uint32_t flags) : Dialog(helpBar, kTemplate), mask(flags) {}
+MaskDialog::MaskDialog(platform::WindowHandle helpBar, uint32_t flags) : Dialog(helpBar, kMaskDialog), mask(flags) {}
 
 // Bits without a box fall away.
 void MaskDialog::ReadValues(platform::WindowHandle dialog) {
@@ -37,10 +37,10 @@ void MaskDialog::WriteValues(platform::WindowHandle dialog) {
 // Both buttons start from what the field holds, not from boxes that were clicked since.
 intptr_t MaskDialog::OnControl(platform::WindowHandle dialog, int32_t code, int32_t id,
                                platform::WindowHandle control) {
-  if (code != platform::kButtonClicked || (id != kClear && id != kInvert)) {
+  if (code != platform::kButtonClicked || (id != kMaskClearButton && id != kMaskInvertButton)) {
     return Dialog::OnControl(dialog, code, id, control);
   }
-  mask = id == kClear ? 0 : ~mask;
+  mask = id == kMaskClearButton ? 0 : ~mask;
   WriteValues(dialog);
   return 1;
 }

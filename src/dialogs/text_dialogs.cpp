@@ -7,18 +7,13 @@
 #include "dialogs/dialogs.h"
 #include "platform/controls.h"
 #include "platform/fonts.h"
+#include "resources/ids.h"
 
 namespace sorvel {
 
 namespace {
 
-namespace font_dialog {
-enum : int32_t { kTemplate = 113, kFaceName = 1028, kLineSpacing = 1029, kSize = 1033, kWeight = 1035 };
 constexpr int32_t kHeaviest = 1000;
-}  // namespace font_dialog
-namespace text_dialog {
-enum : int32_t { kTemplate = 114, kText = 1034 };
-}
 
 // A font may be told once for each script that it holds; the sorted list shows it once.
 void AddFontName(const char* name, void* user) {
@@ -37,7 +32,7 @@ void AddFontName(const char* name, void* user) {
 
 FontDialog::FontDialog(platform::WindowHandle helpBar, const char* fontName, int32_t fontSize, int32_t spacing,
                        int32_t fontWeight)
-    : Dialog(helpBar, font_dialog::kTemplate), size(fontSize), lineSpacing(spacing), weight(fontWeight) {
+    : Dialog(helpBar, kFontDialog), size(fontSize), lineSpacing(spacing), weight(fontWeight) {
   AssignString(&faceName, fontName);
 }
 
@@ -46,7 +41,7 @@ FontDialog::~FontDialog() {
 }
 
 void FontDialog::ReadValues(platform::WindowHandle dialog) {
-  const platform::WindowHandle list = platform::DialogControl(dialog, font_dialog::kFaceName);
+  const platform::WindowHandle list = platform::DialogControl(dialog, kFontNameList);
   const int32_t line = platform::SelectedListLine(list);
   // Without any font there is no line.
   if (line >= 0) {
@@ -56,35 +51,35 @@ void FontDialog::ReadValues(platform::WindowHandle dialog) {
     AssignString(&faceName, text);
     delete[] text;
   }
-  size = TakeNumber(dialog, font_dialog::kSize);
+  size = TakeNumber(dialog, kFontSizeUpDown);
   if (size < 0) size = 1;
-  lineSpacing = std::max(TakeNumber(dialog, font_dialog::kLineSpacing), 0);
-  weight = std::clamp(TakeNumber(dialog, font_dialog::kWeight), 0, font_dialog::kHeaviest);
+  lineSpacing = std::max(TakeNumber(dialog, kFontSpacingUpDown), 0);
+  weight = std::clamp(TakeNumber(dialog, kFontWeightUpDown), 0, kHeaviest);
 }
 
 void FontDialog::WriteValues(platform::WindowHandle dialog) {
-  platform::WindowHandle list = platform::DialogControl(dialog, font_dialog::kFaceName);
+  platform::WindowHandle list = platform::DialogControl(dialog, kFontNameList);
   platform::ListFonts(AddFontName, list);
   // The search begins behind line 0, so of several names that begin alike line 0 is taken last.
   const int32_t line = platform::FindListLine(list, 0, faceName);
   platform::SelectListLine(list, std::max(line, 0));
-  ShowSize(dialog, font_dialog::kSize, size);
-  ShowNumber(dialog, font_dialog::kLineSpacing, 0, kLargestEntry, lineSpacing);
-  ShowNumber(dialog, font_dialog::kWeight, 0, font_dialog::kHeaviest, weight);
+  ShowSize(dialog, kFontSizeUpDown, size);
+  ShowNumber(dialog, kFontSpacingUpDown, 0, kLargestEntry, lineSpacing);
+  ShowNumber(dialog, kFontWeightUpDown, 0, kHeaviest, weight);
 }
 
-TextDialog::TextDialog(platform::WindowHandle helpBar) : Dialog(helpBar, text_dialog::kTemplate) {}
+TextDialog::TextDialog(platform::WindowHandle helpBar) : Dialog(helpBar, kTextDialog) {}
 
 TextDialog::~TextDialog() {
   AssignString(&text, "");
 }
 
 void TextDialog::ReadValues(platform::WindowHandle dialog) {
-  TakeWholeText(dialog, text_dialog::kText, &text);
+  TakeWholeText(dialog, kTextDialogEdit, &text);
 }
 
 void TextDialog::WriteValues(platform::WindowHandle dialog) {
-  ShowText(dialog, text_dialog::kText, text);
+  ShowText(dialog, kTextDialogEdit, text);
 }
 
 }  // namespace sorvel

@@ -2,7 +2,7 @@
 #include <iterator>
 
 #include "cutwindow/clipboard.h"
-#include "cutwindow/commands.h"
+#include "resources/ids.h"
 #include "shell/main_frame.h"
 #include "tools/tool_handlers.h"
 #include "tools/tool_state.h"
@@ -11,7 +11,6 @@ namespace sorvel {
 
 namespace {
 
-constexpr int32_t kAboutText = 40141;
 constexpr size_t kExplanationSize = 512;
 constexpr char kToolTitle[] = "Sorvelin Tool";
 constexpr char kAboutTitle[] = "About Sorvelin";
@@ -63,7 +62,7 @@ bool MainFrame::RunShellCommand(int32_t id) {
       break;
     case kCommandAbout: {
       char text[kTextBufferSize];
-      platform::ReadResourceText(kAboutText, text, sizeof(text));
+      platform::ReadResourceText(kTextAbout, text, sizeof(text));
       platform::ShowMessage(frameWindow, text, kAboutTitle, platform::BoxIcon::kNone);
       break;
     }

@@ -1,10 +1,10 @@
 #include <cstdio>
 #include <cstring>
 
-#include "cutwindow/commands.h"
 #include "dialogs/dialogs.h"
 #include "foundation/paths.h"
 #include "foundation/settings.h"
+#include "resources/ids.h"
 #include "shell/command_support.h"
 #include "shell/main_frame.h"
 

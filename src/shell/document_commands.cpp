@@ -3,9 +3,9 @@
 
 #include "animation/stream_encoder.h"
 #include "cutwindow/clipboard.h"
-#include "cutwindow/commands.h"
 #include "dialogs/dialogs.h"
 #include "foundation/settings.h"
+#include "resources/ids.h"
 #include "shell/command_support.h"
 #include "shell/main_frame.h"
 #include "tools/tool_state.h"

@@ -14,10 +14,6 @@ namespace sorvel {
 
 namespace {
 
-constexpr int32_t kFrameMenu = 103;
-constexpr int32_t kFrameIcon = 102;
-constexpr int32_t kCutIcon = 104;
-constexpr int32_t kAccelerators = 105;
 constexpr size_t kTextSize = 256;
 constexpr size_t kFilmPathSize = 260;
 

@@ -4,10 +4,10 @@
 #include <vector>
 
 #include "animation/film_container.h"
-#include "cutwindow/commands.h"
 #include "dialogs/dialogs.h"
 #include "foundation/paths.h"
 #include "foundation/settings.h"
+#include "resources/ids.h"
 #include "shell/command_support.h"
 #include "shell/main_frame.h"
 
@@ -223,7 +223,7 @@ void MainFrame::NewNumberedCut(bool insert) {
 void MainFrame::DeleteCuts() {
   if (film->cuts.Count() == 0) return;
   char question[kTextBufferSize];
-  platform::ReadResourceText(kDeleteQuestion, question, sizeof(question));
+  platform::ReadResourceText(kTextDeleteQuestion, question, sizeof(question));
   // No keeps the files; the lines go with either answer.
   const bool deletesFiles = platform::AskYesNo(frameWindow, question, kBoxTitle, platform::BoxIcon::kQuestion);
   const std::vector<int32_t> lines = SelectedLines(cutList);

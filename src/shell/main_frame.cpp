@@ -15,7 +15,6 @@ namespace {
 
 constexpr int32_t kWindowMenu = 7;  // index of the popup that lists the cut windows
 constexpr int32_t kFirstChildId = 58000;
-constexpr int32_t kPopupMenu = 122;
 constexpr char kHelperClass[] = "SORVELIN";
 constexpr char kAnimationClass[] = "SorvelWnd";
 
@@ -99,10 +98,10 @@ void MainFrame::OnCreate() {
   brightnessEdit = platform::MakeEdit(window, kBrightnessEdit, false);
   layerList = platform::MakeListBox(window, kLayerList, false);
   cutList = platform::MakeListBox(window, kCutList, true);
-  statusBar = platform::MakeStatusBar(window, kStatusBar);
-  toolBar = platform::MakeToolBar(window, kToolBar, kToolBarBitmap, kToolBarImages, kToolButtons, kToolButtonCount);
+  statusBar = platform::MakeStatusBar(window, kStatusBarId);
+  toolBar = platform::MakeToolBar(window, kToolBarId, kToolBarPicture, kToolBarImages, kToolButtons, kToolButtonCount);
   keyFrameCheck = platform::MakeCheckBox(window, kKeyFrameCheck);
-  toolPopupMenu = platform::MakeMenu(kPopupMenu);
+  toolPopupMenu = platform::MakeMenu(kToolMenu);
   MarkTool(currentTool, true);
   platform::MakePopupWindow(kHelperClass, window, PenPicker::kWindowWidth, PenPicker::kWindowHeight, &penPicker);
   platform::MakeCaptionWindow(kAnimationClass, "", window, &animationWindow);
@@ -197,7 +196,7 @@ bool MainFrame::AskToSave(const char* path) {
   char name[kTextBufferSize] = "untitled.cut";
   if (path[0] != '\0') FileNameOf(name, sizeof(name), path, true);
   char format[kTextBufferSize];
-  platform::ReadResourceText(kSaveQuestion, format, sizeof(format));
+  platform::ReadResourceText(kTextSaveQuestion, format, sizeof(format));
   char question[2 * kTextBufferSize];
   std::snprintf(question, sizeof(question), format, name);
   return platform::AskYesNo(frameWindow, question, kBoxTitle, platform::BoxIcon::kNone);
@@ -224,7 +223,7 @@ void MainFrame::AskSaveFilm() {
 // What isn't saved yet is saved without a question for each.
 void MainFrame::CloseAllWithoutFilm() {
   char question[kTextBufferSize];
-  platform::ReadResourceText(kCloseAllQuestion, question, sizeof(question));
+  platform::ReadResourceText(kTextCloseAllQuestion, question, sizeof(question));
   if (platform::AskYesNo(frameWindow, question, kBoxTitle, platform::BoxIcon::kNone)) {
     shellFlags |= kCloseWithoutAsking;
   }

@@ -14,28 +14,11 @@ namespace sorvel {
 
 class CutDialog;
 
-// Numbers of the frame's controls.
-enum PanelId : int32_t {
-  kMdiClientId = 10001,
-  kFrameTimeEdit = 10002,
-  kCutList = 10003,
-  kLayerList = 10004,
-  kLoopEdit = 10005,
-  kCommentEdit = 10006,
-  kBrightnessEdit = 10007,
-  kStatusBar = 10008,
-  kKeyFrameCheck = 10009,
-  kToolBar = 10010,
-};
-
 // Sizes of fixed buffers, in bytes.
 constexpr size_t kTextBufferSize = 256;
 constexpr size_t kDropPathSize = 260;
 
-// Questions of the string table, and the title of their boxes.
-constexpr int32_t kSaveQuestion = 40138;
-constexpr int32_t kDeleteQuestion = 40140;
-constexpr int32_t kCloseAllQuestion = 40139;
+// The title of questions.
 constexpr char kBoxTitle[] = "Sorvelin";
 
 // Bits of MainFrame::shellFlags.

@@ -7,16 +7,38 @@
 // The buttons of the tool bar.
 namespace sorvel {
 
-constexpr int32_t kToolBarBitmap = 118;
 constexpr int32_t kToolBarImages = 26;
 
 constexpr platform::ToolButton kToolButtons[] = {
-    {21, 40116, false}, {22, 40115, false}, {23, 40117, false}, {0, 0, false},      {1, 40004, false},
-    {2, 40005, false},  {3, 40006, false},  {5, 40007, false},  {4, 40008, false},  {0, 0, false},
-    {6, 40011, false},  {7, 40010, false},  {8, 40009, false},  {10, 40012, false}, {9, 40013, false},
-    {0, 0, false},      {11, 40029, true},  {12, 40065, true},  {13, 40037, true},  {14, 40038, true},
-    {15, 40031, true},  {16, 40059, true},  {17, 40028, true},  {0, 0, false},      {0, 40030, false},
-    {18, 40046, false}, {0, 0, false},      {24, 40026, false}, {25, 40027, false},
+    {21, kCommandInsertNumberedCut, false},
+    {22, kCommandAddNumberedCut, false},
+    {23, kCommandDeleteCuts, false},
+    {0, 0, false},
+    {1, kCommandAddFrame, false},
+    {2, kCommandInsertFrame, false},
+    {3, kCommandDeleteFrame, false},
+    {5, kCommandPreviousFrame, false},
+    {4, kCommandNextFrame, false},
+    {0, 0, false},
+    {6, kCommandAddCell, false},
+    {7, kCommandInsertCell, false},
+    {8, kCommandDeleteCell, false},
+    {10, kCommandPreviousCell, false},
+    {9, kCommandNextCell, false},
+    {0, 0, false},
+    {11, kToolFreePen, true},
+    {12, kToolEraser, true},
+    {13, kToolLine, true},
+    {14, kToolCurve, true},
+    {15, kToolFill, true},
+    {16, kToolAreaSelect, true},
+    {17, kToolZoom, true},
+    {0, 0, false},
+    {0, kCommandUndo, false},
+    {18, kCommandMask, false},
+    {0, 0, false},
+    {24, kCommandPlay, false},
+    {25, kCommandStop, false},
 };
 constexpr int32_t kToolButtonCount = static_cast<int32_t>(sizeof(kToolButtons) / sizeof(kToolButtons[0]));
 

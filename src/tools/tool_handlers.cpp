@@ -43,7 +43,7 @@ class GridOff {
 
 using DrawingTool = void (*)(uint32_t message, const ToolInput& input);
 
-template <Tool tool, DrawingTool run, CoordinateForm form>
+template <int32_t tool, DrawingTool run, CoordinateForm form>
 void Draw(uint32_t message, uint32_t keys, intptr_t place, CutWindow* window) {
   EnterTool(tool, window);
   ToolInput input;
@@ -55,13 +55,13 @@ void Draw(uint32_t message, uint32_t keys, intptr_t place, CutWindow* window) {
   }
 }
 
-template <Tool tool, DrawingTool run>
+template <int32_t tool, DrawingTool run>
 void DrawOffGrid(uint32_t message, uint32_t keys, intptr_t place, CutWindow* window) {
   const GridOff gridOff;
   Draw<tool, run, CoordinateForm::kUnsigned>(message, keys, place, window);
 }
 
-template <Tool tool, ToolHandler run>
+template <int32_t tool, ToolHandler run>
 void Move(uint32_t message, uint32_t keys, intptr_t place, CutWindow* window) {
   EnterTool(tool, window);
   run(message, keys, place, window);
@@ -75,7 +75,7 @@ void Zoom(uint32_t message, uint32_t keys, intptr_t place, CutWindow* window) {
 }
 
 struct ToolEntry {
-  Tool tool;
+  int32_t tool;
   ToolHandler handler;
 };
 

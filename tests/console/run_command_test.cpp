@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/text.h"
+#include "resources/ids.h"
 #include "support/places.h"
 #include "support/test_scripts.h"
 
@@ -325,7 +326,8 @@ TEST(Run, AFileWithoutExtensionGetsThatOfTheDialog) {
 TEST(Run, AColorAnswersTheTransparentColour) {
   const Folder folder;
   const Json state = RunForState(folder, "color 102aF0\ncommand 40137\n");
-  EXPECT_EQ(state["frame"]["checked"], Json({40029, 40084, 40085, 40137}));
+  EXPECT_EQ(state["frame"]["checked"],
+            Json({kToolFreePen, kCommandStatusBar, kCommandToolBar, kCommandTransparentColor}));
   EXPECT_NE(Settings(folder).find("RGB=#102AF0"), std::string::npos) << Settings(folder);
   EXPECT_NE(Settings(folder).find("Flag=1"), std::string::npos) << Settings(folder);
 }
@@ -333,7 +335,7 @@ TEST(Run, AColorAnswersTheTransparentColour) {
 TEST(Run, ACancelledColourLeavesTheSwitchOff) {
   const Folder folder;
   const Json state = RunForState(folder, "color cancel\ncommand 40137\n");
-  EXPECT_EQ(state["frame"]["checked"], Json({40029, 40084, 40085}));
+  EXPECT_EQ(state["frame"]["checked"], Json({kToolFreePen, kCommandStatusBar, kCommandToolBar}));
 }
 
 // Windows, keys and the mouse.
@@ -375,14 +377,14 @@ TEST(Run, KeysWithoutACommandDoNothing) {
   const std::string keys = "key Ctrl+F2\nkey Shift+Ctrl+F2\nkey Ctrl+Shift+Enter\nkey F24\nkey 2\nkey a\nkey Space\n";
   const Json state = RunForState(folder, std::string(kSmallCut) + "command 40004\n" + keys);
   EXPECT_EQ(state["cuts"][0]["currentFrame"], 1);
-  EXPECT_EQ(state["frame"]["currentTool"], 40029);
+  EXPECT_EQ(state["frame"]["currentTool"], kToolFreePen);
   EXPECT_EQ(state["frame"]["panelsShown"], true);
 }
 
 TEST(Run, CharactersGoToTheCutWindow) {
   const Folder folder;
   const Json state = RunForState(folder, std::string(kSmallCut) + "focus 10002\nchar 2\nchar 表\n");
-  EXPECT_EQ(state["frame"]["currentTool"], 40065);
+  EXPECT_EQ(state["frame"]["currentTool"], kToolEraser);
 }
 
 TEST(Run, AMouseStrokeDraws) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "imaging/color_table.h"
+#include "resources/ids.h"
 #include "shell/shell_fixture.h"
 
 namespace sorvel {
@@ -27,7 +28,7 @@ class Clipboards : public testshell::ShellTest {
   void PastePicture(int32_t width, int32_t height, uint8_t grey) {
     const std::vector<uint8_t> pixels(static_cast<size_t>(width) * static_cast<size_t>(height) * 3, grey);
     ASSERT_TRUE(platform::headless::SetClipboardPicture(width, height, pixels));
-    Command(40091);
+    Command(kCommandPasteFromClipboard);
   }
 };
 
@@ -36,7 +37,7 @@ TEST_F(Clipboards, CopiedPictureHasTheBuiltInColours) {
   const auto kept = ColorTable;
   ColorTable[0] = {1, 2, 3, 0};
   ColorTable[15] = {4, 5, 6, 0};
-  Command(40124);
+  Command(kCommandCopyToClipboard);
   ColorTable = kept;
   const std::vector<uint8_t>& dib = platform::headless::ClipboardDib();
   ASSERT_GE(dib.size(), 104u);
@@ -65,13 +66,13 @@ TEST_F(Clipboards, PastedPictureKeepsItsPlaceInTheCutThatStoredABlockLast) {
   CutWindow* cut = MakeCut(40, 30);
   PastePicture(8, 6, 255);
   CurrentFrame()->OffsetRecord(0, 5, 3);
-  Command(40062);
+  Command(kCommandPaste);
   EXPECT_EQ(cut->undoRect, (Rect{0, 0, 8, 6}));
   cut->StoreBlock(0, 0, 2, 2, 0);
   PastePicture(8, 6, 255);
   EXPECT_EQ(cut->undoRect, (Rect{0, 0, 8, 6}));
   CurrentFrame()->OffsetRecord(0, 2, 1);
-  Command(40062);
+  Command(kCommandPaste);
   EXPECT_EQ(cut->undoRect, (Rect{-2, -1, 8, 6}));
 }
 

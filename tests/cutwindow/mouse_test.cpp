@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "resources/ids.h"
 #include "shell/shell_fixture.h"
 
 namespace sorvel {
@@ -91,7 +92,7 @@ TEST_F(CutWindowMouse, ShorterRightClickOpensNoTools) {
 
 TEST_F(CutWindowMouse, ZoomToolZoomsOutOnThePressWhetherOrNotTheToolsOpen) {
   MakeCut(40, 30);
-  Command(40028);
+  Command(kToolZoom);
   Mouse(platform::kMessageRightDown, 300, 200);
   EXPECT_EQ(Cut()->zoomDenominator, 2);
   EXPECT_TRUE(platform::headless::RunWindowTimers());

@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "resources/ids.h"
 #include "text.h"
 
 namespace sorvel::desktop {
@@ -394,17 +395,17 @@ AssertionResult App::NewCut(const std::string& layer, int width, int height) {
   Press('N', {VK_CONTROL});
   HWND dialog = AwaitDialog("カットのプロパティ");
   if (dialog == nullptr) return AssertionFailure() << "the cut dialog doesn't come";
-  if (width != canvas.width || Text(GetDlgItem(dialog, 1002)) != std::to_string(width)) {
-    if (const AssertionResult set = Enter(GetDlgItem(dialog, 1002), std::to_string(width)); !set) return set;
+  if (width != canvas.width || Text(GetDlgItem(dialog, kCutWidthEdit)) != std::to_string(width)) {
+    if (const AssertionResult set = Enter(GetDlgItem(dialog, kCutWidthEdit), std::to_string(width)); !set) return set;
   }
-  if (height != canvas.height || Text(GetDlgItem(dialog, 1001)) != std::to_string(height)) {
-    if (const AssertionResult set = Enter(GetDlgItem(dialog, 1001), std::to_string(height)); !set) return set;
+  if (height != canvas.height || Text(GetDlgItem(dialog, kCutHeightEdit)) != std::to_string(height)) {
+    if (const AssertionResult set = Enter(GetDlgItem(dialog, kCutHeightEdit), std::to_string(height)); !set) return set;
   }
   Press(VK_RETURN);
   dialog = AwaitDialog("レイヤのプロパティ");
   if (dialog == nullptr) return AssertionFailure() << "the layer dialog doesn't come";
   if (!layer.empty()) {
-    if (const AssertionResult set = Enter(GetDlgItem(dialog, 1000), layer); !set) return set;
+    if (const AssertionResult set = Enter(GetDlgItem(dialog, kLayerNameEdit), layer); !set) return set;
   }
   // Over the canvas the mouse would leave its mark there.
   ParkMouse();

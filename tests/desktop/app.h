@@ -9,6 +9,7 @@
 
 #include "input.h"
 #include "picture.h"
+#include "resources/ids.h"
 
 namespace sorvel::desktop {
 
@@ -37,16 +38,16 @@ struct Canvas {
 
 // Numbers of the frame's controls.
 enum Control : int {
-  kMdiClient = 10001,
-  kFrameTime = 10002,
-  kCutList = 10003,
-  kLayerList = 10004,
-  kLoop = 10005,
-  kComment = 10006,
-  kBrightness = 10007,
-  kStatusBar = 10008,
-  kKeyFrame = 10009,
-  kToolBar = 10010,
+  kMdiClient = kMdiClientId,
+  kFrameTime = kFrameTimeEdit,
+  kCutList = kCutList,
+  kLayerList = kLayerList,
+  kLoop = kLoopEdit,
+  kComment = kCommentEdit,
+  kBrightness = kBrightnessEdit,
+  kStatusBar = kStatusBarId,
+  kKeyFrame = kKeyFrameCheck,
+  kToolBar = kToolBarId,
 };
 
 // The program itself, as its user has it: started from a folder of its own, seen on the screen, moved by the mouse and

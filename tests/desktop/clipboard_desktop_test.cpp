@@ -3,6 +3,7 @@
 
 #include "app.h"
 #include "colors.h"
+#include "resources/ids.h"
 
 namespace sorvel::desktop {
 namespace {
@@ -205,7 +206,7 @@ class ClipboardTest : public DesktopTest {
   // Pastes and looks at every pixel; then takes the paste back.
   void ExpectPasted(Painter painter, bool transparent, const std::string& picture) {
     ASSERT_TRUE(app.Choose('e', "bp"));
-    ASSERT_TRUE(Await([this] { return app.IsToolDown(40059); }));
+    ASSERT_TRUE(Await([this] { return app.IsToolDown(kToolAreaSelect); }));
     // Another frame takes off the box in which the picture floats.
     Press(VK_F3);
     const auto expected = [&](int x, int y) {
@@ -253,16 +254,16 @@ TEST_F(ClipboardTest, AnotherProgramGetsTheCell) {
   ASSERT_FALSE(HasFatalFailure());
   // Fills have a black of their own.
   Type("W");
-  ASSERT_TRUE(Await([this] { return app.IsToolDown(40031); }));
+  ASSERT_TRUE(Await([this] { return app.IsToolDown(kToolFill); }));
   Click(app.At(30, 8));
   // The eraser turns ink into underdrawing.
   Type("2");
-  ASSERT_TRUE(Await([this] { return app.IsToolDown(40065); }));
+  ASSERT_TRUE(Await([this] { return app.IsToolDown(kToolEraser); }));
   Drag(app.At(50, 8), app.At(50, 9));
   ASSERT_TRUE(app.HasPixel(50, 8, kSketch));
   // A selection doesn't matter.
   Type("Q");
-  ASSERT_TRUE(Await([this] { return app.IsToolDown(40059); }));
+  ASSERT_TRUE(Await([this] { return app.IsToolDown(kToolAreaSelect); }));
   Drag(app.At(5, 5), app.At(25, 15));
   app.ParkMouse();
   EXPECT_TRUE(app.Keep("clipboard-cell"));

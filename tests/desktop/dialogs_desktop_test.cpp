@@ -3,11 +3,14 @@
 
 #include "app.h"
 #include "colors.h"
+#include "resources/ids.h"
 
 namespace sorvel::desktop {
 namespace {
 
-constexpr int kMaskBoxes[] = {1013, 1009, 1011, 1012, 1010, 1017, 1018, 1019, 1046, 1045, 1047, 1048};
+constexpr int kMaskBoxes[] = {kMaskTransparentCheck, kMaskBlackCheck,     kMaskDarkCheck,     kMaskLightCheck,
+                              kMaskWhiteCheck,       kMaskLineBlackCheck, kMaskLineDarkCheck, kMaskLineLightCheck,
+                              kMaskPlus2Check,       kMaskPlus1Check,     kMaskMinus1Check,   kMaskMinus2Check};
 
 class DialogsTest : public DesktopTest {
  protected:
@@ -38,10 +41,10 @@ class DialogsTest : public DesktopTest {
 TEST_F(DialogsTest, TheCutDialogShowsTheDefaults) {
   const HWND dialog = CutDialog();
   ASSERT_NE(dialog, nullptr);
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1002)), "240");
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1001)), "180");
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1041)), "24");
-  EXPECT_EQ(app.Ask(GetDlgItem(dialog, 1055), BM_GETCHECK), BST_CHECKED);
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, kCutWidthEdit)), "240");
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, kCutHeightEdit)), "180");
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, kCutFpsEdit)), "24");
+  EXPECT_EQ(app.Ask(GetDlgItem(dialog, kCutWholeRadio), BM_GETCHECK), BST_CHECKED);
   EXPECT_TRUE(IsCentred(dialog));
   EXPECT_TRUE(app.Keep("cut-dialog"));
   Press(VK_ESCAPE);
@@ -52,8 +55,8 @@ TEST_F(DialogsTest, TheCutDialogShowsTheDefaults) {
 TEST_F(DialogsTest, TheArrowsCountUpAndDown) {
   const HWND dialog = CutDialog();
   ASSERT_NE(dialog, nullptr);
-  const HWND edit = GetDlgItem(dialog, 1002);
-  const RECT arrows = app.Screen(GetDlgItem(dialog, 1005));
+  const HWND edit = GetDlgItem(dialog, kCutWidthEdit);
+  const RECT arrows = app.Screen(GetDlgItem(dialog, kCutWidthUpDown));
   const LONG x = (arrows.left + arrows.right) / 2;
   Click({x, arrows.top + (arrows.bottom - arrows.top) / 4});
   EXPECT_TRUE(app.Shows(edit, "241"));
@@ -76,8 +79,8 @@ TEST_F(DialogsTest, HelpFollowsTheFocus) {
   const HWND dialog = CutDialog();
   ASSERT_NE(dialog, nullptr);
   const std::pair<int, const char*> controls[] = {
-      {1041, "1秒あたりに切り替えるフレームの数を指定します。映画だと24、テレビだと30だそうです。"},
-      {1037, "このカットを担当したスタッフの名前を記入します。"},
+      {kCutFpsEdit, "1秒あたりに切り替えるフレームの数を指定します。映画だと24、テレビだと30だそうです。"},
+      {kCutCreditEdit, "このカットを担当したスタッフの名前を記入します。"},
   };
   for (const auto& [id, help] : controls) {
     for (int i = 0; i < 8 && app.Focus() != GetDlgItem(dialog, id); i++) {
@@ -89,7 +92,7 @@ TEST_F(DialogsTest, HelpFollowsTheFocus) {
     EXPECT_TRUE(app.Shows(kStatusBar, help));
   }
   EXPECT_TRUE(app.Keep("dialog-help"));
-  app.ClickButton(dialog, 1056);
+  app.ClickButton(dialog, kCutHalfRadio);
   EXPECT_TRUE(app.Shows(kStatusBar, "1/2に縮小されたサイズで出力します。"));
   Press(VK_ESCAPE);
   ASSERT_TRUE(app.DialogGoes());
@@ -99,15 +102,15 @@ TEST_F(DialogsTest, HelpFollowsTheFocus) {
 TEST_F(DialogsTest, ValuesReachTheCut) {
   HWND dialog = CutDialog();
   ASSERT_NE(dialog, nullptr);
-  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1002), "300"));
-  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1041), "12"));
-  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1037), "作画 太郎"));
-  app.ClickButton(dialog, 1057);
+  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kCutWidthEdit), "300"));
+  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kCutFpsEdit), "12"));
+  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kCutCreditEdit), "作画 太郎"));
+  app.ClickButton(dialog, kCutQuarterRadio);
   app.ClickButton(dialog, IDOK);
   dialog = app.AwaitDialog("レイヤのプロパティ");
   ASSERT_NE(dialog, nullptr);
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1002)), "300");
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1001)), "180");
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, kLayerWidthEdit)), "300");
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, kLayerHeightEdit)), "180");
   app.ClickButton(dialog, IDOK);
   ASSERT_TRUE(app.DialogGoes());
   // A layer without a name gets one with its number.
@@ -115,10 +118,10 @@ TEST_F(DialogsTest, ValuesReachTheCut) {
   ASSERT_TRUE(app.Choose('c', "p"));
   dialog = app.AwaitDialog("カットのプロパティ");
   ASSERT_NE(dialog, nullptr);
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1002)), "300");
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1041)), "12");
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1037)), "作画 太郎");
-  EXPECT_EQ(app.Ask(GetDlgItem(dialog, 1057), BM_GETCHECK), BST_CHECKED);
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, kCutWidthEdit)), "300");
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, kCutFpsEdit)), "12");
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, kCutCreditEdit)), "作画 太郎");
+  EXPECT_EQ(app.Ask(GetDlgItem(dialog, kCutQuarterRadio), BM_GETCHECK), BST_CHECKED);
   app.ClickButton(dialog, IDCANCEL);
   EXPECT_TRUE(app.DialogGoes());
   EXPECT_EQ(Setting(app, "OnNewCut", "width"), "300");
@@ -128,18 +131,18 @@ TEST_F(DialogsTest, ValuesReachTheCut) {
 
 TEST_F(DialogsTest, TheMaskIsClearedAndInvertedAndProtects) {
   ASSERT_TRUE(app.NewCut());
-  ASSERT_TRUE(app.ClickTool(40046));
+  ASSERT_TRUE(app.ClickTool(kCommandMask));
   HWND dialog = app.AwaitDialog("マスク");
   ASSERT_NE(dialog, nullptr);
   EXPECT_EQ(Checked(dialog), 0);
-  app.ClickButton(dialog, 1050);
+  app.ClickButton(dialog, kMaskInvertButton);
   EXPECT_TRUE(Await([&] { return Checked(dialog) == 12; }));
   EXPECT_TRUE(app.Shows(kStatusBar, "マスクを反転させます。"));
   EXPECT_TRUE(app.Keep("mask-dialog"));
-  app.ClickButton(dialog, 1049);
+  app.ClickButton(dialog, kMaskClearButton);
   EXPECT_TRUE(Await([&] { return Checked(dialog) == 0; }));
   EXPECT_TRUE(app.Shows(kStatusBar, "マスクをクリアします。"));
-  app.ClickButton(dialog, 1013);
+  app.ClickButton(dialog, kMaskTransparentCheck);
   EXPECT_TRUE(Await([&] { return Checked(dialog) == 1; }));
   Press(VK_RETURN);
   ASSERT_TRUE(app.DialogGoes());
@@ -150,8 +153,8 @@ TEST_F(DialogsTest, TheMaskIsClearedAndInvertedAndProtects) {
   Type("g");
   dialog = app.AwaitDialog("マスク");
   ASSERT_NE(dialog, nullptr);
-  EXPECT_EQ(app.Ask(GetDlgItem(dialog, 1013), BM_GETCHECK), BST_CHECKED);
-  app.ClickButton(dialog, 1049);
+  EXPECT_EQ(app.Ask(GetDlgItem(dialog, kMaskTransparentCheck), BM_GETCHECK), BST_CHECKED);
+  app.ClickButton(dialog, kMaskClearButton);
   Press(VK_ESCAPE);  // a cancel keeps the mask
   ASSERT_TRUE(app.DialogGoes());
   Type("h");
@@ -165,8 +168,8 @@ TEST_F(DialogsTest, TheGridSnapsThePen) {
   Type("G");
   const HWND dialog = app.AwaitDialog("グリッド");
   ASSERT_NE(dialog, nullptr);
-  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1022), "8"));
-  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1001), "8"));
+  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kGridWidthEdit), "8"));
+  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kGridHeightEdit), "8"));
   EXPECT_TRUE(app.Keep("grid-dialog"));
   Press(VK_RETURN);
   ASSERT_TRUE(app.DialogGoes());
@@ -180,14 +183,14 @@ TEST_F(DialogsTest, TheFontDialogListsTheFontsAndKeepsTheChoice) {
   ASSERT_TRUE(app.Choose('t', "o"));
   HWND dialog = app.AwaitDialog("フォント指定");
   ASSERT_NE(dialog, nullptr);
-  const HWND list = GetDlgItem(dialog, 1028);
+  const HWND list = GetDlgItem(dialog, kFontNameList);
   const std::vector<std::string> fonts = app.Lines(list);
   ASSERT_GT(fonts.size(), 1u);
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1001)), "24");
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1022)), "12");
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1042)), "400");
-  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1042), "5000"));
-  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1001), "32"));
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, kFontSizeEdit)), "24");
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, kFontSpacingEdit)), "12");
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, kFontWeightEdit)), "400");
+  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kFontWeightEdit), "5000"));
+  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kFontSizeEdit), "32"));
   Click({app.Screen(list).left + 30, app.Screen(list).top + 8});
   EXPECT_TRUE(app.Shows(kStatusBar, "@で始まるフォント名は縦書きになります。"));
   Press(VK_HOME);
@@ -234,7 +237,7 @@ TEST_F(DialogsTest, TheRampEndsAtTheLastFrame) {
   ASSERT_TRUE(app.Choose('r', "m"));
   HWND dialog = app.AwaitDialog("フレームの複数指定");
   ASSERT_NE(dialog, nullptr);
-  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1001), "4"));
+  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kFrameCountEdit), "4"));
   Press(VK_RETURN);
   ASSERT_TRUE(app.DialogGoes());
   ASSERT_TRUE(app.Shows(kKeyFrame, "5(5f)"));
@@ -247,7 +250,7 @@ TEST_F(DialogsTest, TheRampEndsAtTheLastFrame) {
   ASSERT_TRUE(app.Choose('r', "l"));
   dialog = app.AwaitDialog("明度の連続変化");
   ASSERT_NE(dialog, nullptr);
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1065)), "5");
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, kRampEndEdit)), "5");
   EXPECT_TRUE(app.Shows(kStatusBar, "終点のフレーム番号を指定します。現在のフレームからここまでが対象となります。"));
   Press(VK_RETURN);
   ASSERT_TRUE(app.DialogGoes());

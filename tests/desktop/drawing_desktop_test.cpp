@@ -3,6 +3,7 @@
 
 #include "app.h"
 #include "colors.h"
+#include "resources/ids.h"
 
 namespace sorvel::desktop {
 namespace {
@@ -96,8 +97,8 @@ TEST_F(DrawingTest, TheEraserTurnsInkIntoUnderdrawingAndItsFrameGoes) {
   Stroke(40, 60, 200, 60);
   ASSERT_TRUE(app.HasPixel(100, 60, kBlack));
   Type("2");
-  ASSERT_TRUE(Await([this] { return app.IsToolDown(40065); }));
-  EXPECT_FALSE(app.IsToolDown(40029));
+  ASSERT_TRUE(Await([this] { return app.IsToolDown(kToolEraser); }));
+  EXPECT_FALSE(app.IsToolDown(kToolFreePen));
   const Picture inked = app.StillPictureOf(app.Cut());
   MoveTo(app.At(100, 120));
   ASSERT_TRUE(Await([&] { return Compare(inked, app.PictureOf(app.Cut())).count > 0; })) << "no frame at the mouse";
@@ -107,7 +108,7 @@ TEST_F(DrawingTest, TheEraserTurnsInkIntoUnderdrawingAndItsFrameGoes) {
   EXPECT_EQ(app.Pixel(60, 60), kBlack);
   app.ParkMouse();
   Type("1");
-  ASSERT_TRUE(Await([this] { return app.IsToolDown(40029); }));
+  ASSERT_TRUE(Await([this] { return app.IsToolDown(kToolFreePen); }));
   const Picture picture = app.StillPictureOf(app.Cut());
   const Difference change = Compare(inked, picture);
   EXPECT_EQ(change.Height(), 1) << "something of the eraser's frame stays";
@@ -158,19 +159,19 @@ TEST_F(DrawingTest, AHeldRightButtonOpensTheToolPopup) {
   if (app.PopupMenu() == nullptr) GTEST_FAIL() << "the release at its corner closes the popup";
   Type("i");
   ASSERT_TRUE(Await([this] { return app.PopupMenu() == nullptr; }));
-  EXPECT_TRUE(Await([this] { return app.IsToolDown(40031); }));
+  EXPECT_TRUE(Await([this] { return app.IsToolDown(kToolFill); }));
 }
 
 TEST_F(DrawingTest, FillingStopsAtTheLine) {
-  ASSERT_TRUE(app.ClickTool(40037));  // straight lines
-  ASSERT_TRUE(Await([this] { return app.IsToolDown(40037); }));
+  ASSERT_TRUE(app.ClickTool(kToolLine));  // straight lines
+  ASSERT_TRUE(Await([this] { return app.IsToolDown(kToolLine); }));
   Drag(app.At(40, 40), app.At(120, 40));
   Drag(app.At(120, 40), app.At(120, 100));
   Drag(app.At(120, 100), app.At(40, 100));
   Drag(app.At(40, 100), app.At(40, 40));
   ASSERT_TRUE(app.HasPixel(40, 70, kBlack));
-  ASSERT_TRUE(app.ClickTool(40031));
-  ASSERT_TRUE(Await([this] { return app.IsToolDown(40031); }));
+  ASSERT_TRUE(app.ClickTool(kToolFill));
+  ASSERT_TRUE(Await([this] { return app.IsToolDown(kToolFill); }));
   Click(app.At(80, 70));
   app.ParkMouse();
   ASSERT_TRUE(app.HasPixel(80, 70, kBlack));
@@ -184,7 +185,7 @@ TEST_F(DrawingTest, FillingStopsAtTheLine) {
 TEST_F(DrawingTest, ARubberLineLeavesNothingBehind) {
   const Picture empty = app.StillPictureOf(app.Cut());
   Type("3");
-  ASSERT_TRUE(Await([this] { return app.IsToolDown(40037); }));
+  ASSERT_TRUE(Await([this] { return app.IsToolDown(kToolLine); }));
   MoveTo(app.At(20, 20));
   LeftDown();
   MoveTo(app.At(200, 40));
@@ -244,7 +245,7 @@ TEST_F(DrawingTest, TheTextToolWritesJapanese) {
   Click(app.At(20, 60));
   const HWND dialog = app.AwaitDialog("テキスト");
   ASSERT_NE(dialog, nullptr);
-  const HWND edit = GetDlgItem(dialog, 1034);
+  const HWND edit = GetDlgItem(dialog, kTextDialogEdit);
   ASSERT_TRUE(app.HasFocus(edit));
   Type("表示と");
   Press(VK_RETURN);
@@ -265,7 +266,7 @@ TEST_F(DrawingTest, ASelectionIsCutAndPasted) {
   Stroke(20, 30, 60, 30);
   ASSERT_TRUE(app.HasPixel(40, 30, kBlack));
   Type("Q");
-  ASSERT_TRUE(Await([this] { return app.IsToolDown(40059); }));
+  ASSERT_TRUE(Await([this] { return app.IsToolDown(kToolAreaSelect); }));
   const Picture plain = app.StillPictureOf(app.Cut());
   Drag(app.At(10, 20), app.At(70, 40));
   app.ParkMouse();
@@ -313,7 +314,7 @@ TEST_F(DrawingTest, APictureOfTheSystemsClipboardIsPasted) {
   ASSERT_TRUE(app.Choose('e', "bp"));
   // It floats in a frame at the corner of the canvas until it is dragged away.
   ASSERT_TRUE(app.HasPixel(20, 15, kBlack));
-  EXPECT_TRUE(Await([this] { return app.IsToolDown(40059); }));
+  EXPECT_TRUE(Await([this] { return app.IsToolDown(kToolAreaSelect); }));
   EXPECT_EQ(app.Pixel(width + 5, 15), kTransparent);
   Drag(app.At(20, 15), app.At(120, 95));
   app.ParkMouse();

@@ -1,6 +1,7 @@
 // Cuts and films on the disk, and Japanese in names and texts.
 #include "app.h"
 #include "colors.h"
+#include "resources/ids.h"
 #include "text.h"
 
 namespace sorvel::desktop {
@@ -88,7 +89,7 @@ TEST_F(FilesTest, JapaneseTextsAreKept) {
   ASSERT_TRUE(app.Choose('c', "p"));
   HWND dialog = app.AwaitDialog("カットのプロパティ");
   ASSERT_NE(dialog, nullptr);
-  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1037), "表現 花子"));
+  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kCutCreditEdit), "表現 花子"));
   Press(VK_RETURN);
   ASSERT_TRUE(app.DialogGoes());
   ASSERT_TRUE(app.SaveCutAs(app.PathOf("c2.cut")));
@@ -102,7 +103,7 @@ TEST_F(FilesTest, JapaneseTextsAreKept) {
   ASSERT_TRUE(app.Choose('c', "p"));
   dialog = app.AwaitDialog("カットのプロパティ");
   ASSERT_NE(dialog, nullptr);
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1037)), "表現 花子");
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, kCutCreditEdit)), "表現 花子");
 }
 
 TEST_F(FilesTest, TheSystemReadsAnExportedFrame) {
@@ -218,7 +219,7 @@ TEST_F(FilesTest, TheFilmComesBackAtTheNextStart) {
   Press(VK_F10);
   HWND dialog = app.AwaitDialog("カットのプロパティ");
   ASSERT_NE(dialog, nullptr);
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1002)), "240");
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, kCutWidthEdit)), "240");
   Press(VK_RETURN);
   ASSERT_NE(app.AwaitDialog("レイヤのプロパティ"), nullptr);
   Press(VK_RETURN);
@@ -248,8 +249,8 @@ TEST_F(FilesTest, AChangedFilmAsksAtTheExit) {
   ASSERT_TRUE(app.Choose('f', "p"));
   const HWND dialog = app.AwaitDialog("フィルムのプロパティー");
   ASSERT_NE(dialog, nullptr);
-  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1039), "十二夜"));
-  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1040), "表 太郎"));
+  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kFilmTitleEdit), "十二夜"));
+  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kFilmAuthorEdit), "表 太郎"));
   EXPECT_TRUE(app.Keep("film-properties"));
   Press(VK_RETURN);
   ASSERT_TRUE(app.DialogGoes());

@@ -1,5 +1,6 @@
 // Menus, the tool bar and the boxes that explain.
 #include "app.h"
+#include "resources/ids.h"
 
 namespace sorvel::desktop {
 namespace {
@@ -85,30 +86,31 @@ TEST_F(MenusTest, TheStatusBarTellsTheHighlightedItem) {
 
 TEST_F(MenusTest, TheToolBarIsClicked) {
   ASSERT_TRUE(app.NewCut());
-  for (const int tool : {40065, 40037, 40038, 40031, 40059, 40028, 40029}) {
+  for (const int tool : {kToolEraser, kToolLine, kToolCurve, kToolFill, kToolAreaSelect, kToolZoom, kToolFreePen}) {
     ASSERT_TRUE(app.ClickTool(tool));
     EXPECT_TRUE(Await([&] { return app.IsToolDown(tool); })) << tool;
     int down = 0;
-    for (const int other : {40065, 40037, 40038, 40031, 40059, 40028, 40029}) down += app.IsToolDown(other);
+    for (const int other : {kToolEraser, kToolLine, kToolCurve, kToolFill, kToolAreaSelect, kToolZoom, kToolFreePen})
+      down += app.IsToolDown(other);
     EXPECT_EQ(down, 1) << tool;
   }
-  ASSERT_TRUE(app.ClickTool(40004));
+  ASSERT_TRUE(app.ClickTool(kCommandAddFrame));
   EXPECT_TRUE(app.Shows(kKeyFrame, "2(2f)"));
-  ASSERT_TRUE(app.ClickTool(40007));
+  ASSERT_TRUE(app.ClickTool(kCommandPreviousFrame));
   EXPECT_TRUE(app.Shows(kKeyFrame, "1(1f)"));
-  ASSERT_TRUE(app.ClickTool(40011));
+  ASSERT_TRUE(app.ClickTool(kCommandAddCell));
   EXPECT_TRUE(app.Lists(kLayerList, {"A (2/2)"}));
 }
 
 TEST_F(MenusTest, AClickOnTheChosenToolKeepsIt) {
-  ASSERT_TRUE(app.ClickTool(40037));
-  ASSERT_TRUE(app.ClickTool(40037));
+  ASSERT_TRUE(app.ClickTool(kToolLine));
+  ASSERT_TRUE(app.ClickTool(kToolLine));
   Press(VK_F1);
   EXPECT_NE(app.AwaitDialog("直線"), nullptr);
 }
 
 TEST_F(MenusTest, AToolTipNamesTheButtonAndTheStatusBarExplainsIt) {
-  const RECT button = app.ToolRect(40065);
+  const RECT button = app.ToolRect(kToolEraser);
   for (int i = 0; i < 3 && app.ToolTip() == nullptr; i++) {
     MoveTo({(button.left + button.right) / 2 - 2, (button.top + button.bottom) / 2});
     MoveTo({(button.left + button.right) / 2, (button.top + button.bottom) / 2});
@@ -128,7 +130,7 @@ TEST_F(MenusTest, AToolTipNamesTheButtonAndTheStatusBarExplainsIt) {
 
 TEST_F(MenusTest, WithoutTheStatusBarThereAreNoToolTips) {
   ASSERT_TRUE(app.Choose('v', "s"));
-  const RECT button = app.ToolRect(40065);
+  const RECT button = app.ToolRect(kToolEraser);
   MoveTo({(button.left + button.right) / 2 - 2, (button.top + button.bottom) / 2});
   MoveTo({(button.left + button.right) / 2, (button.top + button.bottom) / 2});
   EXPECT_FALSE(Await([this] { return app.ToolTip() != nullptr; }, 1200));

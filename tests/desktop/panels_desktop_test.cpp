@@ -2,6 +2,7 @@
 #include <utility>
 
 #include "app.h"
+#include "resources/ids.h"
 
 namespace sorvel::desktop {
 namespace {
@@ -178,7 +179,7 @@ TEST_F(PanelsTest, CellsAndLayersShowInTheLayerList) {
   ASSERT_TRUE(app.Choose('l', "a"));
   HWND dialog = app.AwaitDialog("レイヤのプロパティ");
   ASSERT_NE(dialog, nullptr);
-  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1000), "彩色"));
+  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kLayerNameEdit), "彩色"));
   Press(VK_RETURN);
   ASSERT_TRUE(app.DialogGoes());
   EXPECT_TRUE(app.Lists(kLayerList, {"線画 (1/2)", "彩色 (1/1)"}));
@@ -190,7 +191,7 @@ TEST_F(PanelsTest, CellsAndLayersShowInTheLayerList) {
   DoubleClick({list.left + 30, list.top + 2 + height + height / 2});
   dialog = app.AwaitDialog("レイヤのプロパティ");
   ASSERT_NE(dialog, nullptr);
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1000)), "線画");
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, kLayerNameEdit)), "線画");
   ASSERT_TRUE(app.Keep("layer-dialog"));
   Press(VK_ESCAPE);
   EXPECT_TRUE(app.DialogGoes());

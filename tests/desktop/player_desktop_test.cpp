@@ -1,6 +1,7 @@
 // Playing: the animation window, and what goes on beside it.
 #include "app.h"
 #include "colors.h"
+#include "resources/ids.h"
 
 namespace sorvel::desktop {
 namespace {
@@ -23,7 +24,7 @@ class PlayerTest : public DesktopTest {
     Type("b");
     ASSERT_TRUE(app.Lists(kLayerList, {"A (2/2)"}));
     Type("W");
-    ASSERT_TRUE(Await([this] { return app.IsToolDown(40031); }));
+    ASSERT_TRUE(Await([this] { return app.IsToolDown(kToolFill); }));
     Click(app.At(100, 100));
     ASSERT_TRUE(app.HasPixel(200, 20, kBlack));
     app.ParkMouse();
@@ -62,9 +63,9 @@ TEST_F(PlayerTest, APlayShowsBothFramesInAWindowOfTheirSize) {
   EXPECT_TRUE(app.KeepScreen("playing"));
   Press(VK_ESCAPE);
   EXPECT_TRUE(Stops());
-  ASSERT_TRUE(app.ClickTool(40026));
+  ASSERT_TRUE(app.ClickTool(kCommandPlay));
   EXPECT_TRUE(Plays());
-  ASSERT_TRUE(app.ClickTool(40027));
+  ASSERT_TRUE(app.ClickTool(kCommandStop));
   EXPECT_TRUE(Stops());
 }
 

@@ -6,6 +6,7 @@
 
 #include "app.h"
 #include "colors.h"
+#include "resources/ids.h"
 #include "text.h"
 
 namespace sorvel::desktop {
@@ -89,16 +90,16 @@ class ProductionTest : public DesktopTest {
     }
     HWND dialog = app.AwaitDialog("カットのプロパティ");
     ASSERT_NE(dialog, nullptr);
-    ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1002), std::to_string(width)));
-    ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1001), std::to_string(kHeight)));
-    ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1041), "12"));
+    ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kCutWidthEdit), std::to_string(width)));
+    ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kCutHeightEdit), std::to_string(kHeight)));
+    ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kCutFpsEdit), "12"));
     if (before == nullptr) {
       EXPECT_TRUE(app.Keep("production-cut-dialog"));
     }
     Press(VK_RETURN);
     dialog = app.AwaitDialog("レイヤのプロパティ");
     ASSERT_NE(dialog, nullptr);
-    ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1000), "原画"));
+    ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kLayerNameEdit), "原画"));
     app.ParkMouse();
     Press(VK_RETURN);
     if (!path.empty()) {
@@ -179,7 +180,7 @@ class ProductionTest : public DesktopTest {
     ASSERT_TRUE(app.Choose('r', "l"));
     const HWND dialog = app.AwaitDialog("明度の連続変化");
     ASSERT_NE(dialog, nullptr);
-    EXPECT_EQ(app.Text(GetDlgItem(dialog, 1065)), "5");
+    EXPECT_EQ(app.Text(GetDlgItem(dialog, kRampEndEdit)), "5");
     Press(VK_RETURN);
     ASSERT_TRUE(app.DialogGoes());
     for (const char* brightness : {"37", "24", "12", "0"}) {
@@ -205,8 +206,8 @@ class ProductionTest : public DesktopTest {
     ASSERT_TRUE(app.Choose('r', "s"));
     HWND dialog = app.AwaitDialog("フレームのプロパティ");
     ASSERT_NE(dialog, nullptr);
-    ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1002), std::to_string(kWidth)));
-    EXPECT_EQ(app.Text(GetDlgItem(dialog, 1001)), std::to_string(kHeight));
+    ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kFrameWidthEdit), std::to_string(kWidth)));
+    EXPECT_EQ(app.Text(GetDlgItem(dialog, kFrameHeightEdit)), std::to_string(kHeight));
     app.ParkMouse();
     Press(VK_RETURN);
     ASSERT_TRUE(app.DialogGoes());
@@ -226,11 +227,11 @@ class ProductionTest : public DesktopTest {
     ASSERT_TRUE(app.Choose('r', "o"));
     dialog = app.AwaitDialog("フレームの連続移動");
     ASSERT_NE(dialog, nullptr);
-    EXPECT_EQ(app.Text(GetDlgItem(dialog, 1065)), "5");
+    EXPECT_EQ(app.Text(GetDlgItem(dialog, kRampEndEdit)), "5");
     Press(VK_RETURN);
     ASSERT_TRUE(app.DialogGoes());
     Type("1");
-    ASSERT_TRUE(Await([this] { return app.IsToolDown(40029); }));
+    ASSERT_TRUE(Await([this] { return app.IsToolDown(kToolFreePen); }));
     ASSERT_TRUE(app.ChooseAt('c', 3));  // over its own file
     ASSERT_TRUE(app.DialogGoes());
   }
@@ -364,10 +365,10 @@ TEST_F(ProductionTest, AFilmOfThreeCutsIsMadePlayedAndExported) {
   ASSERT_TRUE(app.Choose('f', "n"));
   HWND dialog = app.AwaitDialog("フィルムのプロパティー");
   ASSERT_NE(dialog, nullptr);
-  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1002), std::to_string(kWidth)));
-  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1001), std::to_string(kHeight)));
-  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1039), "十二夜"));
-  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, 1040), "表 太郎"));
+  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kFilmWidthEdit), std::to_string(kWidth)));
+  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kFilmHeightEdit), std::to_string(kHeight)));
+  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kFilmTitleEdit), "十二夜"));
+  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kFilmAuthorEdit), "表 太郎"));
   EXPECT_TRUE(app.Keep("production-film-dialog"));
   Press(VK_RETURN);
   ASSERT_TRUE(app.DialogGoes());

@@ -5,6 +5,7 @@
 
 #include "app.h"
 #include "colors.h"
+#include "resources/ids.h"
 #include "text.h"
 
 namespace sorvel::desktop {
@@ -36,8 +37,8 @@ TEST_F(StartTest, AFirstStartIsEmptyWithTheFreePen) {
   EXPECT_EQ(app.Picker(), nullptr);
   for (const int edit : {kFrameTime, kLoop, kBrightness, kComment}) EXPECT_EQ(app.Text(edit), "") << edit;
   for (const int list : {kCutList, kLayerList}) EXPECT_TRUE(app.Lists(list, {})) << list;
-  EXPECT_TRUE(app.IsToolDown(40029));
-  EXPECT_FALSE(app.IsToolDown(40065));
+  EXPECT_TRUE(app.IsToolDown(kToolFreePen));
+  EXPECT_FALSE(app.IsToolDown(kToolEraser));
   EXPECT_TRUE(app.Keep("start"));
 }
 
@@ -144,11 +145,11 @@ TEST_F(StartTest, SettingsAreReadAtTheStart) {
   Press('N', {VK_CONTROL});
   const HWND dialog = app.AwaitDialog("カットのプロパティ");
   ASSERT_NE(dialog, nullptr);
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1002)), "100");
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1001)), "80");
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1041)), "12");
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, 1037)), "表");
-  EXPECT_EQ(app.Ask(GetDlgItem(dialog, 1056), BM_GETCHECK), BST_CHECKED);
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, kCutWidthEdit)), "100");
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, kCutHeightEdit)), "80");
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, kCutFpsEdit)), "12");
+  EXPECT_EQ(app.Text(GetDlgItem(dialog, kCutCreditEdit)), "表");
+  EXPECT_EQ(app.Ask(GetDlgItem(dialog, kCutHalfRadio), BM_GETCHECK), BST_CHECKED);
   Press(VK_ESCAPE);
   ASSERT_TRUE(app.DialogGoes());
   ASSERT_TRUE(app.Leave());

@@ -13,6 +13,7 @@
 #include "platform/dialogs.h"
 #include "platform/headless/headless.h"
 #include "platform/text.h"
+#include "resources/ids.h"
 
 namespace sorvel::testdialogs {
 
@@ -39,7 +40,7 @@ class DialogTest : public testing::Test {
     platform::RegisterWindowClass("TestOwner", 0, platform::CursorShape::kArrow, nullptr);
     owner = platform::MakeCaptionWindow("TestOwner", "", nullptr, &object);
     ASSERT_NE(owner, nullptr);
-    bar = platform::MakeStatusBar(owner, 10008);
+    bar = platform::MakeStatusBar(owner, kStatusBarId);
   }
   void TearDown() override {
     EXPECT_EQ(platform::headless::Failure(), "");

@@ -1,17 +1,17 @@
 #include "dialogs/dialog.h"
 
 #include "dialogs/dialog_fixture.h"
+#include "resources/ids.h"
 
 namespace sorvel::testdialogs {
 namespace {
 
-constexpr int32_t kTemplate = 116;
-constexpr int32_t kEdit = 1001;
+constexpr int32_t kEdit = kCutHeightEdit;
 
 // Notes what the framework does with it.
 class NotingDialog final : public Dialog {
  public:
-  NotingDialog(platform::WindowHandle bar, std::string* log) : Dialog(bar, kTemplate), log_(log) {}
+  NotingDialog(platform::WindowHandle bar, std::string* log) : Dialog(bar, kFrameCountDialog), log_(log) {}
 
   void ReadValues(platform::WindowHandle dialog) override {
     *log_ += "read ";
@@ -46,7 +46,7 @@ TEST_F(DialogFramework, OkWritesThenReadsAndGivesTrue) {
 
 TEST_F(DialogFramework, CancelReadsNothingAndGivesFalse) {
   NotingDialog dialog(bar, &log);
-  platform::headless::QueueDialog({kTemplate, {{kEdit, "7"}}, false});
+  platform::headless::QueueDialog({kFrameCountDialog, {{kEdit, "7"}}, false});
   EXPECT_FALSE(dialog.Run(owner));
   EXPECT_EQ(log, "write ");
 }
@@ -97,31 +97,32 @@ TEST_F(DialogFramework, CentringKeepsTheSize) {
 // The help of the credit's edit, of a list and of a check box: each kind tells of the focus by numbers of its own.
 TEST_F(DialogFramework, AControlThatGetsTheFocusShowsItsHelp) {
   NotingDialog dialog(bar, &log);
-  EXPECT_EQ(HelpOf(&dialog, 1037, platform::kEditSetFocus),
+  EXPECT_EQ(HelpOf(&dialog, kCutCreditEdit, platform::kEditSetFocus),
             ShiftJis("このカットを担当したスタッフの名前を記入します。"));
-  EXPECT_EQ(HelpOf(&dialog, 1028, platform::kListSetFocus), ShiftJis("@で始まるフォント名は縦書きになります。"));
-  EXPECT_EQ(HelpOf(&dialog, 1060, platform::kButtonSetFocus),
+  EXPECT_EQ(HelpOf(&dialog, kFontNameList, platform::kListSetFocus),
+            ShiftJis("@で始まるフォント名は縦書きになります。"));
+  EXPECT_EQ(HelpOf(&dialog, kLayerFollowCheck, platform::kButtonSetFocus),
             ShiftJis("レイヤの位置をフレームに対する相対位置にします。"));
 }
 
 TEST_F(DialogFramework, AControlThatLosesTheFocusClearsTheBar) {
   NotingDialog dialog(bar, &log);
-  EXPECT_EQ(HelpOf(&dialog, 1037, platform::kEditKillFocus), "");
-  EXPECT_EQ(HelpOf(&dialog, 1028, platform::kListKillFocus), "");
-  EXPECT_EQ(HelpOf(&dialog, 1060, platform::kButtonKillFocus), "");
+  EXPECT_EQ(HelpOf(&dialog, kCutCreditEdit, platform::kEditKillFocus), "");
+  EXPECT_EQ(HelpOf(&dialog, kFontNameList, platform::kListKillFocus), "");
+  EXPECT_EQ(HelpOf(&dialog, kLayerFollowCheck, platform::kButtonKillFocus), "");
 }
 
 TEST_F(DialogFramework, AControlWithoutHelpKeepsTheBarsText) {
   NotingDialog dialog(bar, &log);
-  EXPECT_EQ(HelpOf(&dialog, 1002, platform::kEditSetFocus), "before");
+  EXPECT_EQ(HelpOf(&dialog, kCutWidthEdit, platform::kEditSetFocus), "before");
 }
 
 TEST_F(DialogFramework, OtherNotificationsAreNotHandled) {
   NotingDialog dialog(bar, &log);
   platform::SetText(bar, "before");
-  EXPECT_EQ(dialog.OnControl(owner, platform::kButtonClicked, 1060, nullptr), 0);
-  EXPECT_EQ(dialog.OnControl(owner, 0x300, 1037, nullptr), 0);
-  EXPECT_EQ(dialog.OnControl(owner, platform::kListSelectionChanged, 1028, nullptr), 0);
+  EXPECT_EQ(dialog.OnControl(owner, platform::kButtonClicked, kLayerFollowCheck, nullptr), 0);
+  EXPECT_EQ(dialog.OnControl(owner, 0x300, kCutCreditEdit, nullptr), 0);
+  EXPECT_EQ(dialog.OnControl(owner, platform::kListSelectionChanged, kFontNameList, nullptr), 0);
   char text[16];
   platform::ReadText(bar, text, sizeof(text));
   EXPECT_STREQ(text, "before");
@@ -147,9 +148,9 @@ TEST_F(DialogFramework, TabbingThroughADialogShowsAndClearsHelp) {
     std::function<void(platform::WindowHandle)> tab_;
   };
   Tabbing tabbing(bar, [&](platform::WindowHandle window) {
-    platform::SetFocusTo(Control(window, 1037));
+    platform::SetFocusTo(Control(window, kCutCreditEdit));
     shown = barText();
-    platform::SetFocusTo(Control(window, 1002));
+    platform::SetFocusTo(Control(window, kCutWidthEdit));
     left = barText();
   });
   Run(&tabbing);

@@ -2,6 +2,7 @@
 
 #include "dialogs/dialog_fixture.h"
 #include "platform/fonts.h"
+#include "resources/ids.h"
 
 namespace sorvel::testdialogs {
 namespace {
@@ -16,10 +17,10 @@ constexpr int32_t kBadEntry = 0x10000;
 TEST_F(Dialogs, LayerDialogShowsItsValues) {
   LayerDialog dialog(bar, "line", 240, 180, 1);
   Look(&dialog, [](platform::WindowHandle window) {
-    EXPECT_EQ(TextOf(window, 1000), "line");
-    EXPECT_EQ(Entry(window, 1002, 1004), "1 to 32767: 240");
-    EXPECT_EQ(Entry(window, 1001, 1003), "1 to 32767: 180");
-    EXPECT_TRUE(platform::IsChecked(Control(window, 1060)));
+    EXPECT_EQ(TextOf(window, kLayerNameEdit), "line");
+    EXPECT_EQ(Entry(window, kLayerWidthEdit, kLayerWidthUpDown), "1 to 32767: 240");
+    EXPECT_EQ(Entry(window, kLayerHeightEdit, kLayerHeightUpDown), "1 to 32767: 180");
+    EXPECT_TRUE(platform::IsChecked(Control(window, kLayerFollowCheck)));
   });
   EXPECT_STREQ(dialog.name, "line");
   EXPECT_EQ(dialog.width, 240);
@@ -29,7 +30,9 @@ TEST_F(Dialogs, LayerDialogShowsItsValues) {
 
 TEST_F(Dialogs, LayerDialogReadsItsValues) {
   LayerDialog dialog(bar, "", 240, 180, 1);
-  EXPECT_TRUE(Run(&dialog, {{1000, "shade"}, {1002, "32767"}, {1001, "1"}, {1060, "off"}}));
+  EXPECT_TRUE(Run(
+      &dialog,
+      {{kLayerNameEdit, "shade"}, {kLayerWidthEdit, "32767"}, {kLayerHeightEdit, "1"}, {kLayerFollowCheck, "off"}}));
   EXPECT_STREQ(dialog.name, "shade");
   EXPECT_EQ(dialog.width, 32767);
   EXPECT_EQ(dialog.height, 1);
@@ -39,7 +42,7 @@ TEST_F(Dialogs, LayerDialogReadsItsValues) {
 TEST_F(Dialogs, LayerDialogRaisesSizesBelowOne) {
   LayerDialog dialog(bar, "", 5, 5, 0);
   Look(&dialog, [](platform::WindowHandle window) {
-    for (const int32_t id : {1004, 1003}) {
+    for (const int32_t id : {kLayerWidthUpDown, kLayerHeightUpDown}) {
       platform::SetUpDownRange(Control(window, id), 0, 9);
       platform::SetUpDownPosition(Control(window, id), 0);
     }
@@ -52,13 +55,13 @@ TEST_F(Dialogs, NamesAreCutTo255Bytes) {
   const std::string typed(300, 'x');
   LayerDialog dialog(bar, typed.c_str(), 1, 1, 0);
   EXPECT_EQ(std::string(dialog.name), std::string(255, 'x'));
-  Run(&dialog, {{1000, std::string(300, 'y')}});
+  Run(&dialog, {{kLayerNameEdit, std::string(300, 'y')}});
   EXPECT_EQ(std::string(dialog.name), std::string(255, 'y'));
 }
 
 TEST_F(Dialogs, CancelLeavesTheValues) {
   LayerDialog dialog(bar, "old", 5, 6, 0);
-  platform::headless::QueueDialog({106, {{1000, "new"}, {1002, "9"}}, false});
+  platform::headless::QueueDialog({kLayerDialog, {{kLayerNameEdit, "new"}, {kLayerWidthEdit, "9"}}, false});
   EXPECT_FALSE(dialog.Run(owner));
   EXPECT_STREQ(dialog.name, "old");
   EXPECT_EQ(dialog.width, 5);
@@ -69,20 +72,24 @@ TEST_F(Dialogs, CancelLeavesTheValues) {
 TEST_F(Dialogs, CutDialogShowsItsValues) {
   CutDialog dialog(bar, 240, 180, 24, "staff", 1);
   Look(&dialog, [](platform::WindowHandle window) {
-    EXPECT_EQ(Entry(window, 1002, 1005), "1 to 32767: 240");
-    EXPECT_EQ(Entry(window, 1001, 1006), "1 to 32767: 180");
-    EXPECT_EQ(Entry(window, 1041, 1036), "1 to 32767: 24");
-    EXPECT_EQ(TextOf(window, 1037), "staff");
-    EXPECT_FALSE(platform::IsChecked(Control(window, 1055)));
-    EXPECT_TRUE(platform::IsChecked(Control(window, 1056)));
-    EXPECT_FALSE(platform::IsChecked(Control(window, 1057)));
+    EXPECT_EQ(Entry(window, kCutWidthEdit, kCutWidthUpDown), "1 to 32767: 240");
+    EXPECT_EQ(Entry(window, kCutHeightEdit, kCutHeightUpDown), "1 to 32767: 180");
+    EXPECT_EQ(Entry(window, kCutFpsEdit, kCutFpsUpDown), "1 to 32767: 24");
+    EXPECT_EQ(TextOf(window, kCutCreditEdit), "staff");
+    EXPECT_FALSE(platform::IsChecked(Control(window, kCutWholeRadio)));
+    EXPECT_TRUE(platform::IsChecked(Control(window, kCutHalfRadio)));
+    EXPECT_FALSE(platform::IsChecked(Control(window, kCutQuarterRadio)));
   });
   EXPECT_EQ(dialog.antialias, 1);
 }
 
 TEST_F(Dialogs, CutDialogReadsItsValues) {
   CutDialog dialog(bar, 240, 180, 24, "", 0);
-  EXPECT_TRUE(Run(&dialog, {{1002, "960"}, {1001, "720"}, {1041, "30"}, {1037, "someone"}, {1057, "on"}}));
+  EXPECT_TRUE(Run(&dialog, {{kCutWidthEdit, "960"},
+                            {kCutHeightEdit, "720"},
+                            {kCutFpsEdit, "30"},
+                            {kCutCreditEdit, "someone"},
+                            {kCutQuarterRadio, "on"}}));
   EXPECT_EQ(dialog.width, 960);
   EXPECT_EQ(dialog.height, 720);
   EXPECT_EQ(dialog.fps, 30);
@@ -93,7 +100,8 @@ TEST_F(Dialogs, CutDialogReadsItsValues) {
 TEST_F(Dialogs, CutDialogTakesTheFirstOutputSizeThatIsOn) {
   CutDialog dialog(bar, 1, 1, 1, "", 2);
   Look(&dialog, [](platform::WindowHandle window) {
-    for (const int32_t id : {1055, 1056, 1057}) platform::SetChecked(Control(window, id), id != 1055);
+    for (const int32_t id : {kCutWholeRadio, kCutHalfRadio, kCutQuarterRadio})
+      platform::SetChecked(Control(window, id), id != kCutWholeRadio);
   });
   EXPECT_EQ(dialog.antialias, 1);
 }
@@ -101,14 +109,15 @@ TEST_F(Dialogs, CutDialogTakesTheFirstOutputSizeThatIsOn) {
 TEST_F(Dialogs, CutDialogKeepsAnOutputSizeThatHasNoButton) {
   CutDialog dialog(bar, 1, 1, 1, "", 3);
   Look(&dialog, [](platform::WindowHandle window) {
-    for (const int32_t id : {1055, 1056, 1057}) EXPECT_FALSE(platform::IsChecked(Control(window, id)));
+    for (const int32_t id : {kCutWholeRadio, kCutHalfRadio, kCutQuarterRadio})
+      EXPECT_FALSE(platform::IsChecked(Control(window, id)));
   });
   EXPECT_EQ(dialog.antialias, 3);
 }
 
 TEST_F(Dialogs, AWidthTypedAsZeroIsWhatTheControlReports) {
   CutDialog dialog(bar, 240, 180, 24, "", 0);
-  Run(&dialog, {{1002, "0"}});
+  Run(&dialog, {{kCutWidthEdit, "0"}});
   EXPECT_EQ(dialog.width, kBadEntry + 240);
   EXPECT_EQ(dialog.height, 180);
 }
@@ -116,7 +125,7 @@ TEST_F(Dialogs, AWidthTypedAsZeroIsWhatTheControlReports) {
 TEST_F(Dialogs, CutDialogRaisesNumbersBelowOne) {
   CutDialog dialog(bar, 5, 5, 5, "", 0);
   Look(&dialog, [](platform::WindowHandle window) {
-    for (const int32_t id : {1005, 1006, 1036}) {
+    for (const int32_t id : {kCutWidthUpDown, kCutHeightUpDown, kCutFpsUpDown}) {
       platform::SetUpDownRange(Control(window, id), 0, 9);
       platform::SetUpDownPosition(Control(window, id), 0);
     }
@@ -137,29 +146,33 @@ TEST_F(Dialogs, CutDialogDefaultsStartAtLargeCuts) {
 
 TEST_F(Dialogs, CutDialogIsRememberedByOkWhoeverShowsIt) {
   CutDialog given(bar, 1, 1, 1, "", 0);
-  Run(&given, {{1002, "10"}, {1001, "20"}, {1041, "30"}, {1037, "me"}, {1056, "on"}});
+  Run(&given, {{kCutWidthEdit, "10"},
+               {kCutHeightEdit, "20"},
+               {kCutFpsEdit, "30"},
+               {kCutCreditEdit, "me"},
+               {kCutHalfRadio, "on"}});
   CutDialog remembered(bar);
   EXPECT_EQ(remembered.width, 10);
   EXPECT_EQ(remembered.height, 20);
   EXPECT_EQ(remembered.fps, 30);
   EXPECT_STREQ(remembered.credit, "me");
   EXPECT_EQ(remembered.antialias, 1);
-  Run(&remembered, {{1002, "11"}});
+  Run(&remembered, {{kCutWidthEdit, "11"}});
   EXPECT_EQ(CutDialogDefaults.width, 11);
 }
 
 TEST_F(Dialogs, CutDialogRemembersWhatTheClampsLeft) {
   CutDialog dialog(bar, 5, 5, 5, "", 0);
   Look(&dialog, [](platform::WindowHandle window) {
-    platform::SetUpDownRange(Control(window, 1036), 0, 9);
-    platform::SetUpDownPosition(Control(window, 1036), 0);
+    platform::SetUpDownRange(Control(window, kCutFpsUpDown), 0, 9);
+    platform::SetUpDownPosition(Control(window, kCutFpsUpDown), 0);
   });
   EXPECT_EQ(CutDialogDefaults.fps, 1);
 }
 
 TEST_F(Dialogs, ACancelledCutDialogIsNotRemembered) {
   CutDialog dialog(bar, 1, 1, 1, "", 0);
-  platform::headless::QueueDialog({107, {{1002, "10"}}, false});
+  platform::headless::QueueDialog({kCutDialog, {{kCutWidthEdit, "10"}}, false});
   EXPECT_FALSE(dialog.Run(owner));
   EXPECT_EQ(CutDialogDefaults.width, 960);
 }
@@ -169,10 +182,10 @@ TEST_F(Dialogs, ACancelledCutDialogIsNotRemembered) {
 TEST_F(Dialogs, GridDialogShowsAndReadsItsSteps) {
   GridDialog dialog(bar, 8, 16);
   Look(&dialog, [](platform::WindowHandle window) {
-    EXPECT_EQ(Entry(window, 1022, 1007), "1 to 32767: 8");
-    EXPECT_EQ(Entry(window, 1001, 1008), "1 to 32767: 16");
+    EXPECT_EQ(Entry(window, kGridWidthEdit, kGridWidthUpDown), "1 to 32767: 8");
+    EXPECT_EQ(Entry(window, kGridHeightEdit, kGridHeightUpDown), "1 to 32767: 16");
   });
-  EXPECT_TRUE(Run(&dialog, {{1022, "4"}, {1001, "5"}}));
+  EXPECT_TRUE(Run(&dialog, {{kGridWidthEdit, "4"}, {kGridHeightEdit, "5"}}));
   EXPECT_EQ(dialog.width, 4);
   EXPECT_EQ(dialog.height, 5);
 }
@@ -180,7 +193,7 @@ TEST_F(Dialogs, GridDialogShowsAndReadsItsSteps) {
 TEST_F(Dialogs, GridDialogKeepsAZeroThatTheControlReports) {
   GridDialog dialog(bar, 8, 16);
   Look(&dialog, [](platform::WindowHandle window) {
-    for (const int32_t id : {1007, 1008}) {
+    for (const int32_t id : {kGridWidthUpDown, kGridHeightUpDown}) {
       platform::SetUpDownRange(Control(window, id), 0, 9);
       platform::SetUpDownPosition(Control(window, id), 0);
     }
@@ -191,7 +204,7 @@ TEST_F(Dialogs, GridDialogKeepsAZeroThatTheControlReports) {
 
 TEST_F(Dialogs, GridDialogKeepsTheHighHalfOfABadEntry) {
   GridDialog dialog(bar, 8, 16);
-  Run(&dialog, {{1022, "0"}});
+  Run(&dialog, {{kGridWidthEdit, "0"}});
   EXPECT_EQ(dialog.width, kBadEntry + 8);
 }
 
@@ -201,8 +214,10 @@ struct MaskBit {
   int32_t control;
   uint32_t value;
 };
-constexpr MaskBit kMaskBits[] = {{1013, 1},   {1009, 2},    {1011, 4},    {1012, 8},    {1010, 16},   {1017, 256},
-                                 {1018, 512}, {1019, 1024}, {1046, 2048}, {1045, 4096}, {1047, 8192}, {1048, 16384}};
+constexpr MaskBit kMaskBits[] = {{kMaskTransparentCheck, 1}, {kMaskBlackCheck, 2},        {kMaskDarkCheck, 4},
+                                 {kMaskLightCheck, 8},       {kMaskWhiteCheck, 16},       {kMaskLineBlackCheck, 256},
+                                 {kMaskLineDarkCheck, 512},  {kMaskLineLightCheck, 1024}, {kMaskPlus2Check, 2048},
+                                 {kMaskPlus1Check, 4096},    {kMaskMinus1Check, 8192},    {kMaskMinus2Check, 16384}};
 constexpr uint32_t kAllBoxes = 0x7F1F;
 
 TEST_F(Dialogs, EachMaskBoxIsOneBit) {
@@ -222,13 +237,13 @@ TEST_F(Dialogs, EachMaskBoxIsOneBit) {
 
 TEST_F(Dialogs, MaskClearTakesAllBoxesOff) {
   MaskDialog dialog(bar, kAllBoxes);
-  EXPECT_TRUE(Run(&dialog, {{1049, "click"}}));
+  EXPECT_TRUE(Run(&dialog, {{kMaskClearButton, "click"}}));
   EXPECT_EQ(dialog.mask, 0u);
 }
 
 TEST_F(Dialogs, MaskInvertAfterClearChecksAllTwelveBoxes) {
   MaskDialog dialog(bar, 3);
-  EXPECT_TRUE(Run(&dialog, {{1049, "click"}, {1050, "click"}}));
+  EXPECT_TRUE(Run(&dialog, {{kMaskClearButton, "click"}, {kMaskInvertButton, "click"}}));
   EXPECT_EQ(dialog.mask, kAllBoxes);
 }
 
@@ -240,22 +255,22 @@ TEST_F(Dialogs, MaskBitsWithoutABoxFallAwayOnOk) {
 
 TEST_F(Dialogs, MaskInvertStartsFromTheFieldAndNotFromTheBoxes) {
   MaskDialog dialog(bar, 0);
-  EXPECT_TRUE(Run(&dialog, {{1009, "on"}, {1050, "click"}}));
+  EXPECT_TRUE(Run(&dialog, {{kMaskBlackCheck, "on"}, {kMaskInvertButton, "click"}}));
   EXPECT_EQ(dialog.mask, kAllBoxes);
 }
 
 TEST_F(Dialogs, MaskButtonsAreHandledAndHaveHelp) {
   MaskDialog dialog(bar, 0);
   Look(&dialog, [&dialog](platform::WindowHandle window) {
-    EXPECT_EQ(dialog.OnControl(window, platform::kButtonClicked, 1050, nullptr), 1);
+    EXPECT_EQ(dialog.OnControl(window, platform::kButtonClicked, kMaskInvertButton, nullptr), 1);
     EXPECT_EQ(dialog.mask, ~0u);
-    EXPECT_EQ(dialog.OnControl(window, platform::kButtonClicked, 1049, nullptr), 1);
+    EXPECT_EQ(dialog.OnControl(window, platform::kButtonClicked, kMaskClearButton, nullptr), 1);
     EXPECT_EQ(dialog.mask, 0u);
-    EXPECT_EQ(dialog.OnControl(window, platform::kButtonClicked, 1009, nullptr), 0);
+    EXPECT_EQ(dialog.OnControl(window, platform::kButtonClicked, kMaskBlackCheck, nullptr), 0);
   });
-  EXPECT_EQ(HelpOf(&dialog, 1049, platform::kButtonSetFocus), ShiftJis("マスクをクリアします。"));
-  EXPECT_EQ(HelpOf(&dialog, 1050, platform::kButtonSetFocus), ShiftJis("マスクを反転させます。"));
-  EXPECT_EQ(HelpOf(&dialog, 1050, platform::kButtonKillFocus), "");
+  EXPECT_EQ(HelpOf(&dialog, kMaskClearButton, platform::kButtonSetFocus), ShiftJis("マスクをクリアします。"));
+  EXPECT_EQ(HelpOf(&dialog, kMaskInvertButton, platform::kButtonSetFocus), ShiftJis("マスクを反転させます。"));
+  EXPECT_EQ(HelpOf(&dialog, kMaskInvertButton, platform::kButtonKillFocus), "");
 }
 
 // Film.
@@ -263,12 +278,14 @@ TEST_F(Dialogs, MaskButtonsAreHandledAndHaveHelp) {
 TEST_F(Dialogs, FilmDialogShowsAndReadsItsValues) {
   FilmDialog dialog(bar, 320, 240, "film", "me");
   Look(&dialog, [](platform::WindowHandle window) {
-    EXPECT_EQ(Entry(window, 1002, 1014), "1 to 32767: 320");
-    EXPECT_EQ(Entry(window, 1001, 1015), "1 to 32767: 240");
-    EXPECT_EQ(TextOf(window, 1039), "film");
-    EXPECT_EQ(TextOf(window, 1040), "me");
+    EXPECT_EQ(Entry(window, kFilmWidthEdit, kFilmWidthUpDown), "1 to 32767: 320");
+    EXPECT_EQ(Entry(window, kFilmHeightEdit, kFilmHeightUpDown), "1 to 32767: 240");
+    EXPECT_EQ(TextOf(window, kFilmTitleEdit), "film");
+    EXPECT_EQ(TextOf(window, kFilmAuthorEdit), "me");
   });
-  EXPECT_TRUE(Run(&dialog, {{1002, "640"}, {1001, "480"}, {1039, "other"}, {1040, "you"}}));
+  EXPECT_TRUE(
+      Run(&dialog,
+          {{kFilmWidthEdit, "640"}, {kFilmHeightEdit, "480"}, {kFilmTitleEdit, "other"}, {kFilmAuthorEdit, "you"}}));
   EXPECT_EQ(dialog.width, 640);
   EXPECT_EQ(dialog.height, 480);
   EXPECT_STREQ(dialog.title, "other");
@@ -278,7 +295,7 @@ TEST_F(Dialogs, FilmDialogShowsAndReadsItsValues) {
 TEST_F(Dialogs, FilmDialogRaisesSizesBelowOne) {
   FilmDialog dialog(bar, 5, 5, "", "");
   Look(&dialog, [](platform::WindowHandle window) {
-    for (const int32_t id : {1014, 1015}) {
+    for (const int32_t id : {kFilmWidthUpDown, kFilmHeightUpDown}) {
       platform::SetUpDownRange(Control(window, id), 0, 9);
       platform::SetUpDownPosition(Control(window, id), 0);
     }
@@ -297,36 +314,38 @@ TEST_F(Dialogs, TheThreeEndFrameDialogsHaveTheirTemplates) {
 
 TEST_F(Dialogs, EndFrameDialogsStartAtTheLastFrame) {
   BrightnessRampDialog dialog(bar, 12);
-  Look(&dialog, [](platform::WindowHandle window) { EXPECT_EQ(Entry(window, 1065, 1026), "1 to 12: 12"); });
+  Look(&dialog,
+       [](platform::WindowHandle window) { EXPECT_EQ(Entry(window, kRampEndEdit, kRampEndUpDown), "1 to 12: 12"); });
   EXPECT_EQ(dialog.frame, 12);
-  EXPECT_TRUE(Run(&dialog, {{1065, "5"}}));
+  EXPECT_TRUE(Run(&dialog, {{kRampEndEdit, "5"}}));
   EXPECT_EQ(dialog.frame, 5);
 }
 
 TEST_F(Dialogs, EndFrameDialogsOnACutOfOneFrameOfferOnlyOne) {
   FrameRampDialog dialog(bar, 1);
-  Look(&dialog, [](platform::WindowHandle window) { EXPECT_EQ(Entry(window, 1065, 1026), "1 to 1: 1"); });
+  Look(&dialog,
+       [](platform::WindowHandle window) { EXPECT_EQ(Entry(window, kRampEndEdit, kRampEndUpDown), "1 to 1: 1"); });
   EXPECT_EQ(dialog.frame, 1);
 }
 
 TEST_F(Dialogs, EndFrameDialogsDropTheHighHalfOfABadEntry) {
   LayerRampDialog dialog(bar, 12);
-  EXPECT_TRUE(Run(&dialog, {{1065, "99"}}));
+  EXPECT_TRUE(Run(&dialog, {{kRampEndEdit, "99"}}));
   EXPECT_EQ(dialog.frame, 12);
 }
 
 TEST_F(Dialogs, AnEndFrameAbove32767Wraps) {
   LayerRampDialog dialog(bar, 40000);
   Look(&dialog, [](platform::WindowHandle window) {
-    EXPECT_EQ(Control(window, 1026)->low, 1);
-    EXPECT_EQ(Control(window, 1026)->high, 40000 - 65536);
+    EXPECT_EQ(Control(window, kRampEndUpDown)->low, 1);
+    EXPECT_EQ(Control(window, kRampEndUpDown)->high, 40000 - 65536);
   });
   EXPECT_EQ(dialog.frame, 40000 - 65536);
 }
 
 TEST_F(Dialogs, EndFrameHasHelp) {
   LayerRampDialog dialog(bar, 1);
-  EXPECT_EQ(HelpOf(&dialog, 1065, platform::kEditSetFocus),
+  EXPECT_EQ(HelpOf(&dialog, kRampEndEdit, platform::kEditSetFocus),
             ShiftJis("終点のフレーム番号を指定します。現在のフレームからここまでが対象となります。"));
 }
 
@@ -342,10 +361,10 @@ std::vector<std::string> FontNames() {
 TEST_F(Dialogs, FontDialogListsTheFontsAndItsNumbers) {
   FontDialog dialog(bar, "no such font", 24, 12, 400);
   Look(&dialog, [](platform::WindowHandle window) {
-    EXPECT_EQ(platform::ListCount(Control(window, 1028)), static_cast<int32_t>(FontNames().size()));
-    EXPECT_EQ(Entry(window, 1001, 1033), "1 to 32767: 24");
-    EXPECT_EQ(Entry(window, 1022, 1029), "0 to 32767: 12");
-    EXPECT_EQ(Entry(window, 1042, 1035), "0 to 1000: 400");
+    EXPECT_EQ(platform::ListCount(Control(window, kFontNameList)), static_cast<int32_t>(FontNames().size()));
+    EXPECT_EQ(Entry(window, kFontSizeEdit, kFontSizeUpDown), "1 to 32767: 24");
+    EXPECT_EQ(Entry(window, kFontSpacingEdit, kFontSpacingUpDown), "0 to 32767: 12");
+    EXPECT_EQ(Entry(window, kFontWeightEdit, kFontWeightUpDown), "0 to 1000: 400");
   });
   EXPECT_EQ(dialog.size, 24);
   EXPECT_EQ(dialog.lineSpacing, 12);
@@ -359,7 +378,7 @@ TEST_F(Dialogs, FontDialogKeepsAFontOfTheList) {
     FontDialog dialog(bar, name.c_str(), 1, 1, 1);
     std::string selected;
     Look(&dialog, [&selected](platform::WindowHandle window) {
-      const platform::WindowHandle list = Control(window, 1028);
+      const platform::WindowHandle list = Control(window, kFontNameList);
       char text[256];
       platform::ReadListLine(list, platform::SelectedListLine(list), text, sizeof(text));
       selected = text;
@@ -375,7 +394,7 @@ TEST_F(Dialogs, FontDialogTriesLineZeroLast) {
   const bool hasSeveral = FontNames().size() > 1;
   // Every line begins with the empty name.
   Look(&dialog, [hasSeveral](platform::WindowHandle window) {
-    EXPECT_EQ(platform::SelectedListLine(Control(window, 1028)), hasSeveral ? 1 : 0);
+    EXPECT_EQ(platform::SelectedListLine(Control(window, kFontNameList)), hasSeveral ? 1 : 0);
   });
 }
 
@@ -383,9 +402,9 @@ TEST_F(Dialogs, AFontThatIsNotThereBecomesLineZero) {
   FontDialog dialog(bar, "no such font", 1, 1, 1);
   std::string first;
   Look(&dialog, [&first](platform::WindowHandle window) {
-    EXPECT_EQ(platform::SelectedListLine(Control(window, 1028)), 0);
+    EXPECT_EQ(platform::SelectedListLine(Control(window, kFontNameList)), 0);
     char text[256];
-    platform::ReadListLine(Control(window, 1028), 0, text, sizeof(text));
+    platform::ReadListLine(Control(window, kFontNameList), 0, text, sizeof(text));
     first = text;
   });
   EXPECT_EQ(dialog.faceName, first);
@@ -394,7 +413,8 @@ TEST_F(Dialogs, AFontThatIsNotThereBecomesLineZero) {
 TEST_F(Dialogs, FontDialogReadsTheChosenFontAndNumbers) {
   const std::string name = FontNames().back();
   FontDialog dialog(bar, "", 1, 1, 1);
-  EXPECT_TRUE(Run(&dialog, {{1028, name}, {1001, "48"}, {1022, "0"}, {1042, "700"}}));
+  EXPECT_TRUE(
+      Run(&dialog, {{kFontNameList, name}, {kFontSizeEdit, "48"}, {kFontSpacingEdit, "0"}, {kFontWeightEdit, "700"}}));
   EXPECT_EQ(dialog.faceName, name);
   EXPECT_EQ(dialog.size, 48);
   EXPECT_EQ(dialog.lineSpacing, 0);
@@ -403,23 +423,24 @@ TEST_F(Dialogs, FontDialogReadsTheChosenFontAndNumbers) {
 
 TEST_F(Dialogs, FontWeightIsClampedTo1000) {
   FontDialog dialog(bar, "", 24, 12, 400);
-  Run(&dialog, {{1042, "1001"}, {1001, "0"}, {1022, "x"}});
+  Run(&dialog, {{kFontWeightEdit, "1001"}, {kFontSizeEdit, "0"}, {kFontSpacingEdit, "x"}});
   // Bad entries come with a high half, which the weight's limit cuts and the others keep.
-  EXPECT_EQ(dialog.weight, 1000);
+  EXPECT_EQ(dialog.weight, kLayerNameEdit);
   EXPECT_EQ(dialog.size, kBadEntry + 24);
   EXPECT_EQ(dialog.lineSpacing, kBadEntry + 12);
 }
 
 TEST_F(Dialogs, FontDialogWithAnEmptyListKeepsTheName) {
   FontDialog dialog(bar, "kept", 1, 1, 1);
-  Look(&dialog, [](platform::WindowHandle window) { platform::ClearList(Control(window, 1028)); });
+  Look(&dialog, [](platform::WindowHandle window) { platform::ClearList(Control(window, kFontNameList)); });
   EXPECT_STREQ(dialog.faceName, "kept");
 }
 
 TEST_F(Dialogs, FontDialogHasHelpForItsListAndWeight) {
   FontDialog dialog(bar, "", 1, 1, 1);
-  EXPECT_EQ(HelpOf(&dialog, 1028, platform::kListSetFocus), ShiftJis("@で始まるフォント名は縦書きになります。"));
-  EXPECT_EQ(HelpOf(&dialog, 1042, platform::kEditSetFocus),
+  EXPECT_EQ(HelpOf(&dialog, kFontNameList, platform::kListSetFocus),
+            ShiftJis("@で始まるフォント名は縦書きになります。"));
+  EXPECT_EQ(HelpOf(&dialog, kFontWeightEdit, platform::kEditSetFocus),
             ShiftJis("値の範囲は0から1000で、大きくなるほど太くなります。400で標準、700でボールドです。また0でデフォル"
                      "トになります。"));
 }
@@ -430,21 +451,21 @@ TEST_F(Dialogs, TextDialogHoldsATextOfAnyLength) {
   TextDialog dialog(bar);
   EXPECT_EQ(dialog.text, EmptyString);
   const std::string longText(5000, 't');
-  EXPECT_TRUE(Run(&dialog, {{1034, longText}}));
+  EXPECT_TRUE(Run(&dialog, {{kTextDialogEdit, longText}}));
   EXPECT_EQ(dialog.text, longText);
 }
 
 TEST_F(Dialogs, TextDialogKeepsItsTextForTheNextUse) {
   TextDialog dialog(bar);
-  Run(&dialog, {{1034, "first"}});
-  Look(&dialog, [](platform::WindowHandle window) { EXPECT_EQ(TextOf(window, 1034), "first"); });
+  Run(&dialog, {{kTextDialogEdit, "first"}});
+  Look(&dialog, [](platform::WindowHandle window) { EXPECT_EQ(TextOf(window, kTextDialogEdit), "first"); });
   EXPECT_STREQ(dialog.text, "first");
 }
 
 TEST_F(Dialogs, AnEmptyTextIsTheSharedEmptyString) {
   TextDialog dialog(bar);
-  Run(&dialog, {{1034, "first"}});
-  Run(&dialog, {{1034, ""}});
+  Run(&dialog, {{kTextDialogEdit, "first"}});
+  Run(&dialog, {{kTextDialogEdit, ""}});
   EXPECT_EQ(dialog.text, EmptyString);
 }
 
@@ -453,24 +474,26 @@ TEST_F(Dialogs, AnEmptyTextIsTheSharedEmptyString) {
 TEST_F(Dialogs, FrameCountDialogShowsAndReadsItsCount) {
   FrameCountDialog dialog(bar, 1);
   EXPECT_EQ(dialog.templateId, 116);
-  Look(&dialog, [](platform::WindowHandle window) { EXPECT_EQ(Entry(window, 1001, 1044), "1 to 32767: 1"); });
-  EXPECT_TRUE(Run(&dialog, {{1001, "12"}}));
+  Look(&dialog, [](platform::WindowHandle window) {
+    EXPECT_EQ(Entry(window, kFrameCountEdit, kFrameCountUpDown), "1 to 32767: 1");
+  });
+  EXPECT_TRUE(Run(&dialog, {{kFrameCountEdit, "12"}}));
   EXPECT_EQ(dialog.count, 12);
 }
 
 TEST_F(Dialogs, FrameCountDialogDropsTheHighHalfOfABadEntry) {
   FrameCountDialog dialog(bar, 3);
-  Run(&dialog, {{1001, "40000"}});
+  Run(&dialog, {{kFrameCountEdit, "40000"}});
   EXPECT_EQ(dialog.count, 3);
 }
 
 TEST_F(Dialogs, FrameSizeDialogShowsAndReadsItsSize) {
   FrameSizeDialog dialog(bar, 320, 240);
   Look(&dialog, [](platform::WindowHandle window) {
-    EXPECT_EQ(Entry(window, 1002, 1005), "1 to 32767: 320");
-    EXPECT_EQ(Entry(window, 1001, 1006), "1 to 32767: 240");
+    EXPECT_EQ(Entry(window, kFrameWidthEdit, kFrameWidthUpDown), "1 to 32767: 320");
+    EXPECT_EQ(Entry(window, kFrameHeightEdit, kFrameHeightUpDown), "1 to 32767: 240");
   });
-  EXPECT_TRUE(Run(&dialog, {{1002, "64"}, {1001, "48"}}));
+  EXPECT_TRUE(Run(&dialog, {{kFrameWidthEdit, "64"}, {kFrameHeightEdit, "48"}}));
   EXPECT_EQ(dialog.width, 64);
   EXPECT_EQ(dialog.height, 48);
 }
@@ -478,7 +501,7 @@ TEST_F(Dialogs, FrameSizeDialogShowsAndReadsItsSize) {
 TEST_F(Dialogs, FrameSizeDialogRaisesSizesBelowOne) {
   FrameSizeDialog dialog(bar, 5, 5);
   Look(&dialog, [](platform::WindowHandle window) {
-    for (const int32_t id : {1005, 1006}) {
+    for (const int32_t id : {kFrameWidthUpDown, kFrameHeightUpDown}) {
       platform::SetUpDownRange(Control(window, id), 0, 9);
       platform::SetUpDownPosition(Control(window, id), 0);
     }
@@ -490,24 +513,25 @@ TEST_F(Dialogs, FrameSizeDialogRaisesSizesBelowOne) {
 TEST_F(Dialogs, RenameDialogShowsAndReadsTheName) {
   RenameDialog dialog(bar, "cut1");
   EXPECT_EQ(dialog.templateId, 126);
-  Look(&dialog, [](platform::WindowHandle window) { EXPECT_EQ(TextOf(window, 1058), "cut1"); });
-  EXPECT_TRUE(Run(&dialog, {{1058, "cut2"}}));
+  Look(&dialog, [](platform::WindowHandle window) { EXPECT_EQ(TextOf(window, kRenameEdit), "cut1"); });
+  EXPECT_TRUE(Run(&dialog, {{kRenameEdit, "cut2"}}));
   EXPECT_STREQ(dialog.name, "cut2");
-  EXPECT_EQ(HelpOf(&dialog, 1058, platform::kEditSetFocus),
+  EXPECT_EQ(HelpOf(&dialog, kRenameEdit, platform::kEditSetFocus),
             ShiftJis("カット名はそのままファイル名となりますが、拡張子はいりません。"));
 }
 
 TEST_F(Dialogs, RandomDotsDialogShowsAndReadsTheGap) {
   RandomDotsDialog dialog(bar, 100);
   EXPECT_EQ(dialog.templateId, 127);
-  Look(&dialog, [](platform::WindowHandle window) { EXPECT_EQ(Entry(window, 1001, 1061), "1 to 32767: 100"); });
-  EXPECT_TRUE(Run(&dialog, {{1001, "3"}}));
+  Look(&dialog,
+       [](platform::WindowHandle window) { EXPECT_EQ(Entry(window, kDotGapEdit, kDotGapUpDown), "1 to 32767: 100"); });
+  EXPECT_TRUE(Run(&dialog, {{kDotGapEdit, "3"}}));
   EXPECT_EQ(dialog.gap, 3);
 }
 
 TEST_F(Dialogs, RandomDotsDialogDropsTheHighHalfOfABadEntry) {
   RandomDotsDialog dialog(bar, 100);
-  Run(&dialog, {{1001, ""}});
+  Run(&dialog, {{kDotGapEdit, ""}});
   EXPECT_EQ(dialog.gap, 100);
 }
 
@@ -517,25 +541,25 @@ TEST_F(Dialogs, EveryHelpTextIsShown) {
     int32_t id;
     const char* text;
   } helps[] = {
-      {1005, "横幅を指定します。"},
-      {1006, "縦幅を指定します。"},
-      {1009, "黒とは、塗り潰しや矩形で描画した時の黒色のことです。"},
-      {1011, "濃とは、濃い灰色の事です。"},
-      {1012, "淡とは、薄い灰色の事です。"},
-      {1013, "透とは、下のレイヤを透過する、パレット上部の水色の事です。"},
-      {1017, "線とは、自由ペンや連続直線/曲線で描画した時の黒色のことです。"},
-      {1018, "暗とは、影の境界に使う、パレット上部の濃い灰色の事です。"},
-      {1019, "明とは、影の境界に使う、パレット上部の薄い灰色の事です。"},
-      {1037, "このカットを担当したスタッフの名前を記入します。"},
-      {1041, "1秒あたりに切り替えるフレームの数を指定します。映画だと24、テレビだと30だそうです。"},
-      {1045, "+1とは、1段階明るくして透過する色です。"},
-      {1046, "+2とは、2段階明るくして透過する色です。"},
-      {1047, "-1とは、1段階暗くして透過する色です。"},
-      {1048, "-2とは、2段階暗くして透過する色です。"},
-      {1055, "そのままのサイズで出力します。"},
-      {1056, "1/2に縮小されたサイズで出力します。"},
-      {1057, "1/4に縮小されたサイズで出力します。"},
-      {1060, "レイヤの位置をフレームに対する相対位置にします。"},
+      {kCutWidthUpDown, "横幅を指定します。"},
+      {kCutHeightUpDown, "縦幅を指定します。"},
+      {kMaskBlackCheck, "黒とは、塗り潰しや矩形で描画した時の黒色のことです。"},
+      {kMaskDarkCheck, "濃とは、濃い灰色の事です。"},
+      {kMaskLightCheck, "淡とは、薄い灰色の事です。"},
+      {kMaskTransparentCheck, "透とは、下のレイヤを透過する、パレット上部の水色の事です。"},
+      {kMaskLineBlackCheck, "線とは、自由ペンや連続直線/曲線で描画した時の黒色のことです。"},
+      {kMaskLineDarkCheck, "暗とは、影の境界に使う、パレット上部の濃い灰色の事です。"},
+      {kMaskLineLightCheck, "明とは、影の境界に使う、パレット上部の薄い灰色の事です。"},
+      {kCutCreditEdit, "このカットを担当したスタッフの名前を記入します。"},
+      {kCutFpsEdit, "1秒あたりに切り替えるフレームの数を指定します。映画だと24、テレビだと30だそうです。"},
+      {kMaskPlus1Check, "+1とは、1段階明るくして透過する色です。"},
+      {kMaskPlus2Check, "+2とは、2段階明るくして透過する色です。"},
+      {kMaskMinus1Check, "-1とは、1段階暗くして透過する色です。"},
+      {kMaskMinus2Check, "-2とは、2段階暗くして透過する色です。"},
+      {kCutWholeRadio, "そのままのサイズで出力します。"},
+      {kCutHalfRadio, "1/2に縮小されたサイズで出力します。"},
+      {kCutQuarterRadio, "1/4に縮小されたサイズで出力します。"},
+      {kLayerFollowCheck, "レイヤの位置をフレームに対する相対位置にします。"},
   };
   CutDialog dialog(bar);
   for (const auto& help : helps) {

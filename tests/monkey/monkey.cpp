@@ -6,11 +6,11 @@
 #include <set>
 
 #include "cutwindow/clipboard.h"
-#include "cutwindow/commands.h"
 #include "monkey/cursors.h"
 #include "platform/fonts.h"
 #include "platform/headless/headless.h"
 #include "platform/text.h"
+#include "resources/ids.h"
 #include "tools/tool_handlers.h"
 
 namespace sorvel::monkey {
@@ -23,21 +23,6 @@ constexpr int32_t kTools[] = {kToolFramePosition, kToolLayerPosition, kToolZoom,
                               kToolFill,          kToolLine,          kToolCurve,      kToolRectangle,
                               kToolAreaSelect,    kToolEraser,        kToolGradient,   kToolText,
                               kToolEdging,        kToolMosaic,        kToolFocusLines, kToolParallelLines};
-
-constexpr int32_t kLayerDialog = 106;
-constexpr int32_t kCutDialog = 107;
-constexpr int32_t kGridDialog = 108;
-constexpr int32_t kMaskDialog = 109;
-constexpr int32_t kFilmDialog = 110;
-constexpr int32_t kLayerRampDialog = 112;
-constexpr int32_t kFontDialog = 113;
-constexpr int32_t kTextDialog = 114;
-constexpr int32_t kBrightnessRampDialog = 115;
-constexpr int32_t kFrameCountDialog = 116;
-constexpr int32_t kFrameRampDialog = 117;
-constexpr int32_t kFrameSizeDialog = 123;
-constexpr int32_t kRenameDialog = 126;
-constexpr int32_t kRandomDotsDialog = 127;
 
 constexpr int32_t kFirstWindowCommand = 58000;
 constexpr int32_t kMostCuts = 6;
@@ -433,7 +418,8 @@ bool Monkey::DoChar() {
 bool Monkey::DoPanel() {
   static const char* const times[] = {"1", "2", "3", "12", "0", "-1", "-4", "9999", "-999", "abc", "", "5x", " 7"};
   static const char* const lights[] = {"50", "0", "100", "25", "75", "101", "-5", "999", "", "x"};
-  static constexpr int32_t places[] = {10002, 10003, 10004, 10005, 10006, 10007, 10009};
+  static constexpr int32_t places[] = {kFrameTimeEdit, kCutList,        kLayerList,    kLoopEdit,
+                                       kCommentEdit,   kBrightnessEdit, kKeyFrameCheck};
   switch (Number(0, 6)) {
     case 0:
       return Do(std::string("panel 10002 ") + Quoted(OneOf(times)));
@@ -939,9 +925,9 @@ std::string Monkey::Dialog(int32_t resource, bool ok) {
   };
   switch (resource) {
     case kLayerDialog:
-      if (Chance(70)) set(1000, Chance(95) ? ShortText() : LongText());
-      if (Chance(30)) line += " " + Sizes(1002, 1001);
-      if (Chance(20)) set(1060, Chance(70) ? "on" : "off");
+      if (Chance(70)) set(kLayerNameEdit, Chance(95) ? ShortText() : LongText());
+      if (Chance(30)) line += " " + Sizes(kLayerWidthEdit, kLayerHeightEdit);
+      if (Chance(20)) set(kLayerFollowCheck, Chance(70) ? "on" : "off");
       break;
     case kCutDialog:
       // Only a cut whose credit is what its width is as text has its compiled stream brought up to date in place.
@@ -950,60 +936,63 @@ std::string Monkey::Dialog(int32_t resource, bool ok) {
         line += " 1001=" + std::to_string(Number(1, 48)) + " 1055=on";
         break;
       }
-      line += " " + Sizes(1002, 1001);
-      if (Chance(30)) set(1041, Chance(80) ? std::to_string(Number(1, 60)) : std::to_string(Number(-1, 40000)));
-      if (Chance(60)) set(Number(1055, 1057), "on");
-      if (Chance(10)) set(1037, LongText());
+      line += " " + Sizes(kCutWidthEdit, kCutHeightEdit);
+      if (Chance(30)) set(kCutFpsEdit, Chance(80) ? std::to_string(Number(1, 60)) : std::to_string(Number(-1, 40000)));
+      if (Chance(60)) set(Number(kCutWholeRadio, kCutQuarterRadio), "on");
+      if (Chance(10)) set(kCutCreditEdit, LongText());
       break;
     case kGridDialog:
       // Small steps on a large cell draw for long.
-      set(1022, Chance(90) ? std::to_string(Number(1, 12)) : SizeText());
-      set(1001, Chance(90) ? std::to_string(Number(1, 12)) : SizeText());
+      set(kGridWidthEdit, Chance(90) ? std::to_string(Number(1, 12)) : SizeText());
+      set(kGridHeightEdit, Chance(90) ? std::to_string(Number(1, 12)) : SizeText());
       break;
     case kMaskDialog: {
-      static constexpr int32_t boxes[] = {1009, 1010, 1011, 1012, 1013, 1017, 1018, 1019, 1045, 1046, 1047, 1048};
-      if (Chance(50)) set(1049, "click");
-      if (Chance(5)) set(1050, "click");
+      static constexpr int32_t boxes[] = {kMaskBlackCheck,    kMaskWhiteCheck,       kMaskDarkCheck,
+                                          kMaskLightCheck,    kMaskTransparentCheck, kMaskLineBlackCheck,
+                                          kMaskLineDarkCheck, kMaskLineLightCheck,   kMaskPlus1Check,
+                                          kMaskPlus2Check,    kMaskMinus1Check,      kMaskMinus2Check};
+      if (Chance(50)) set(kMaskClearButton, "click");
+      if (Chance(5)) set(kMaskInvertButton, "click");
       for (int32_t count = Chance(50) ? 0 : Number(1, 3); count > 0; --count)
         set(OneOf(boxes), Chance(60) ? "on" : "off");
       break;
     }
     case kFilmDialog:
-      set(1002, SizeText());
-      set(1001, SizeText());
-      if (Chance(50)) set(1039, LongText());
-      if (Chance(50)) set(1040, LongText());
+      set(kFilmWidthEdit, SizeText());
+      set(kFilmHeightEdit, SizeText());
+      if (Chance(50)) set(kFilmTitleEdit, LongText());
+      if (Chance(50)) set(kFilmAuthorEdit, LongText());
       break;
     case kFontDialog:
       if (Chance(70)) line += FontLine();
-      set(1001, Chance(90) ? std::to_string(Number(1, 30)) : SizeText());
-      set(1022, Chance(90) ? std::to_string(Number(0, 9)) : SizeText());
-      set(1042, Chance(90) ? "400" : SizeText());
+      set(kFontSizeEdit, Chance(90) ? std::to_string(Number(1, 30)) : SizeText());
+      set(kFontSpacingEdit, Chance(90) ? std::to_string(Number(0, 9)) : SizeText());
+      set(kFontWeightEdit, Chance(90) ? "400" : SizeText());
       break;
     case kTextDialog: {
       static const char* const texts[] = {"A", "AB\nC", "あいう\nえ", "", "x", "\n\n", "縦書き、「」"};
-      if (Chance(80)) set(1034, OneOf(texts));
+      if (Chance(80)) set(kTextDialogEdit, OneOf(texts));
       break;
     }
     case kLayerRampDialog:
     case kBrightnessRampDialog:
     case kFrameRampDialog:
-      set(1065, Chance(90) ? std::to_string(Number(1, 12)) : SizeText());
+      set(kRampEndEdit, Chance(90) ? std::to_string(Number(1, 12)) : SizeText());
       break;
     case kFrameCountDialog:
-      set(1001, Chance(95) ? std::to_string(Number(1, 9)) : SizeText());
+      set(kFrameCountEdit, Chance(95) ? std::to_string(Number(1, 9)) : SizeText());
       break;
     case kFrameSizeDialog:
-      set(1002, SizeText());
-      set(1001, SizeText());
+      set(kFrameWidthEdit, SizeText());
+      set(kFrameHeightEdit, SizeText());
       break;
     case kRenameDialog: {
       static const char* const names[] = {"a", "b", "renamed", "ソ表", "", "sub/b", "x.y", "c 001"};
-      if (Chance(85)) set(1058, Chance(95) ? OneOf(names) : LongText());
+      if (Chance(85)) set(kRenameEdit, Chance(95) ? OneOf(names) : LongText());
       break;
     }
     case kRandomDotsDialog:
-      set(1001, Chance(90) ? std::to_string(Number(1, 9)) : SizeText());
+      set(kDotGapEdit, Chance(90) ? std::to_string(Number(1, 9)) : SizeText());
       break;
     default:
       break;

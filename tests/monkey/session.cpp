@@ -7,10 +7,10 @@
 
 #include "console/script_reader.h"
 #include "cutwindow/clipboard.h"
-#include "cutwindow/commands.h"
 #include "dialogs/dialogs.h"
 #include "foundation/settings.h"
 #include "platform/headless/headless.h"
+#include "resources/ids.h"
 #include "shell/entry.h"
 
 namespace sorvel::monkey {

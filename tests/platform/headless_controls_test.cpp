@@ -3,6 +3,7 @@
 #include "platform/controls.h"
 #include "platform/headless/internal.h"
 #include "platform_fixture.h"
+#include "resources/ids.h"
 
 namespace sorvel::platform {
 namespace {
@@ -143,7 +144,7 @@ TEST_F(HeadlessControls, ASortedListFindsThePlace) {
 }
 
 TEST_F(HeadlessControls, AUsersSelectionIsToldToTheParent) {
-  const WindowHandle list = MakeListBox(frame.window, 10003, true);
+  const WindowHandle list = MakeListBox(frame.window, kCutList, true);
   Fill(list, {"a", "b", "c"});
   EXPECT_TRUE(headless::SelectLines(list, {2, 0}));
   EXPECT_EQ(Selected(list), Lines({0, 2}));
@@ -173,7 +174,7 @@ TEST_F(HeadlessControls, AReadOnlyEditCantBeTypedIn) {
 }
 
 TEST_F(HeadlessControls, AClickedCheckBoxSwitchesAndTells) {
-  const WindowHandle check = MakeCheckBox(frame.window, 10009);
+  const WindowHandle check = MakeCheckBox(frame.window, kKeyFrameCheck);
   headless::ClickButton(check);
   EXPECT_TRUE(IsChecked(check));
   headless::ClickButton(check);
@@ -185,16 +186,16 @@ TEST_F(HeadlessControls, AClickedCheckBoxSwitchesAndTells) {
 }
 
 TEST_F(HeadlessControls, BarsPlaceThemselvesWhenToldOfASize) {
-  const WindowHandle status = MakeStatusBar(frame.window, 10008);
-  const ToolButton buttons[] = {{0, 40029, true}, {0, 0, false}, {1, 40065, true}};
-  const WindowHandle tools = MakeToolBar(frame.window, 10010, 118, 19, buttons, 3);
+  const WindowHandle status = MakeStatusBar(frame.window, kStatusBarId);
+  const ToolButton buttons[] = {{0, kToolFreePen, true}, {0, 0, false}, {1, kToolEraser, true}};
+  const WindowHandle tools = MakeToolBar(frame.window, kToolBarId, 118, 19, buttons, 3);
   const int32_t height = status->height;
   MoveWindow(frame.window, 0, 0, 500, 300, true);
   Send(status, kMessageSize, 0, 0);
   Send(tools, kMessageSize, 0, 0);
   EXPECT_EQ(ScreenBounds(status), (Bounds{0, 300 - height, 500, 300}));
   EXPECT_EQ(ScreenBounds(tools), (Bounds{0, 0, 500, tools->height}));
-  CheckToolButton(tools, 40065, true);
+  CheckToolButton(tools, kToolEraser, true);
   CheckToolButton(tools, 12345, true);
   EXPECT_FALSE(tools->buttons[0].checked);
   EXPECT_FALSE(tools->buttons[1].checked);
@@ -257,7 +258,7 @@ TEST_F(HeadlessUpDown, AnythingElseGivesTheLastValidPositionAndAHighHalf) {
 }
 
 TEST_F(HeadlessUpDown, AnEmptyTextIsNoNumberEvenIfZeroIsInTheRange) {
-  SetUpDownRange(upDown, 0, 1000);
+  SetUpDownRange(upDown, 0, kLayerNameEdit);
   SetUpDownPosition(upDown, 12);
   EXPECT_EQ(Typed(""), 0x10000 | 12);
   EXPECT_EQ(Typed("0"), 0);

@@ -7,6 +7,7 @@
 #include "platform/headless/internal.h"
 #include "platform/headless/resources.h"
 #include "platform_fixture.h"
+#include "resources/ids.h"
 
 namespace sorvel::platform {
 namespace {
@@ -26,25 +27,25 @@ DialogLog* gLog = nullptr;
 void FillValues(WindowHandle dialog) {
   gLog->owner = ParentOf(dialog);
   gLog->place = ScreenBounds(dialog);
-  const WindowHandle list = DialogControl(dialog, 1028);
+  const WindowHandle list = DialogControl(dialog, kFontNameList);
   for (const char* name : {"Gothic", "Mincho", "Arial"}) {
     if (list != nullptr) AddListLine(list, name);
   }
-  const WindowHandle upDown = DialogControl(dialog, 1005);
+  const WindowHandle upDown = DialogControl(dialog, kCutWidthUpDown);
   if (upDown != nullptr) {
     SetUpDownRange(upDown, 1, 32767);
     SetUpDownPosition(upDown, 960);
   }
-  const WindowHandle radio = DialogControl(dialog, 1057);
+  const WindowHandle radio = DialogControl(dialog, kCutQuarterRadio);
   if (radio != nullptr) SetChecked(radio, true);
 }
 
 void ReadValues(WindowHandle dialog) {
   for (const int32_t id : gLog->texts) gLog->values += DialogControl(dialog, id)->text + "|";
   for (const int32_t id : gLog->checks) gLog->values += IsChecked(DialogControl(dialog, id)) ? "1" : "0";
-  const WindowHandle list = DialogControl(dialog, 1028);
+  const WindowHandle list = DialogControl(dialog, kFontNameList);
   if (list != nullptr) gLog->values += std::to_string(SelectedListLine(list));
-  const WindowHandle upDown = DialogControl(dialog, 1005);
+  const WindowHandle upDown = DialogControl(dialog, kCutWidthUpDown);
   if (upDown != nullptr) gLog->values += std::to_string(UpDownPosition(upDown));
 }
 
@@ -98,58 +99,60 @@ TEST_F(HeadlessDialog, EveryTemplateHasOkAndCancel) {
 }
 
 TEST_F(HeadlessDialog, OkAndCancelEndItWithTheirCommand) {
-  EXPECT_EQ(Answered(107, {}), 7);
+  EXPECT_EQ(Answered(kCutDialog, {}), 7);
   EXPECT_EQ(log.commands, Log({"1 0"}));
   log.commands.clear();
-  EXPECT_EQ(Answered(107, {}, false), 0);
+  EXPECT_EQ(Answered(kCutDialog, {}, false), 0);
   EXPECT_EQ(log.commands, Log({"2 0"}));
   EXPECT_EQ(headless::Failure(), "");
   EXPECT_EQ(headless::FindWindowOfKind(WindowKind::kDialog), nullptr);
 }
 
 TEST_F(HeadlessDialog, ItHasAnOwnerAndTheSizeOfItsTemplate) {
-  Answered(107, {});
+  Answered(kCutDialog, {});
   EXPECT_EQ(log.owner, frame.window);
   EXPECT_EQ(log.place, (Bounds{0, 0, 191 * 6 / 4, 93 * 12 / 8}));
 }
 
 TEST_F(HeadlessDialog, ValuesAreSetInOrderAfterTheDialogsOwn) {
-  log.texts = {1002, 1037};
-  log.checks = {1055, 1056, 1057};
-  EXPECT_EQ(Answered(107, {{1002, "12"}, {1002, "1024"}, {1037, "me"}}), 7);
+  log.texts = {kCutWidthEdit, kCutCreditEdit};
+  log.checks = {kCutWholeRadio, kCutHalfRadio, kCutQuarterRadio};
+  EXPECT_EQ(Answered(kCutDialog, {{kCutWidthEdit, "12"}, {kCutWidthEdit, "1024"}, {kCutCreditEdit, "me"}}), 7);
   EXPECT_EQ(log.values, "1024|me|0011024");
 }
 
 TEST_F(HeadlessDialog, ARadioButtonThatGoesOnSwitchesItsGroupOff) {
-  log.checks = {1055, 1056, 1057};
-  EXPECT_EQ(Answered(107, {{1056, "on"}}), 7);
+  log.checks = {kCutWholeRadio, kCutHalfRadio, kCutQuarterRadio};
+  EXPECT_EQ(Answered(kCutDialog, {{kCutHalfRadio, "on"}}), 7);
   EXPECT_EQ(log.values, "010960");
   log.values.clear();
-  EXPECT_EQ(Answered(107, {{1057, "off"}}), 7);
+  EXPECT_EQ(Answered(kCutDialog, {{kCutQuarterRadio, "off"}}), 7);
   EXPECT_EQ(log.values, "000960");
 }
 
 TEST_F(HeadlessDialog, CheckBoxesAreSwitchedOneByOne) {
-  log.checks = {1013, 1009, 1011};
-  EXPECT_EQ(Answered(109, {{1009, "on"}, {1013, "on"}, {1013, "off"}}), 7);
+  log.checks = {kMaskTransparentCheck, kMaskBlackCheck, kMaskDarkCheck};
+  EXPECT_EQ(
+      Answered(kMaskDialog, {{kMaskBlackCheck, "on"}, {kMaskTransparentCheck, "on"}, {kMaskTransparentCheck, "off"}}),
+      7);
   EXPECT_EQ(log.values, "010");
   EXPECT_EQ(log.commands, Log({"1 0"}));
 }
 
 TEST_F(HeadlessDialog, AClickedButtonSendsItsCommand) {
-  EXPECT_EQ(Answered(109, {{1049, "click"}, {1050, "click"}}), 7);
+  EXPECT_EQ(Answered(kMaskDialog, {{kMaskClearButton, "click"}, {kMaskInvertButton, "click"}}), 7);
   EXPECT_EQ(log.commands, Log({"1049 0", "1050 0", "1 0"}));
 }
 
 TEST_F(HeadlessDialog, ASortedListSelectsTheLineOfATextExactly) {
-  EXPECT_EQ(Answered(113, {{1028, "Mincho"}}), 7);
+  EXPECT_EQ(Answered(kFontDialog, {{kFontNameList, "Mincho"}}), 7);
   EXPECT_EQ(log.values, "2");
-  EXPECT_EQ(FailureOf(113, 1028, "Minch"), "control 1028 of dialog 113 has no line \"Minch\"");
+  EXPECT_EQ(FailureOf(kFontDialog, kFontNameList, "Minch"), "control 1028 of dialog 113 has no line \"Minch\"");
 }
 
 TEST_F(HeadlessDialog, AnEditOfSeveralLinesGetsTheLineEndsOfItsKey) {
-  log.texts = {1034};
-  EXPECT_EQ(Answered(114, {{1034, "a\nb\r\nc"}}), 7);
+  log.texts = {kTextDialogEdit};
+  EXPECT_EQ(Answered(kTextDialog, {{kTextDialogEdit, "a\nb\r\nc"}}), 7);
   EXPECT_EQ(log.values, "a\r\nb\r\nc|");
 }
 
@@ -157,7 +160,7 @@ TEST_F(HeadlessDialog, ItDoesntMoveTheFocus) {
   const WindowHandle edit = MakeEdit(frame.window, 5, false);
   SetFocusTo(edit);
   frame.log.clear();
-  Answered(107, {{1002, "3"}});
+  Answered(kCutDialog, {{kCutWidthEdit, "3"}});
   EXPECT_EQ(FocusedWindow(), edit);
   EXPECT_TRUE(frame.log.empty());
 }
@@ -169,7 +172,7 @@ TEST_F(HeadlessDialog, WithoutAnAnswerItFails) {
 }
 
 TEST_F(HeadlessDialog, AnAnswerForAnotherTemplateFails) {
-  headless::QueueDialog({107, {}, true});
+  headless::QueueDialog({kCutDialog, {}, true});
   EXPECT_EQ(Run(106), 0);
   EXPECT_EQ(headless::Failure(), "dialog 106 came up, but the answer is for dialog 107");
 }
@@ -180,11 +183,12 @@ TEST_F(HeadlessDialog, AnUnknownTemplateFails) {
 }
 
 TEST_F(HeadlessDialog, AValueThatDoesntFitFailsAndTheDialogIsCancelled) {
-  EXPECT_EQ(FailureOf(109, 1999, "on"), "dialog 109 has no control 1999");
+  EXPECT_EQ(FailureOf(kMaskDialog, 1999, "on"), "dialog 109 has no control 1999");
   EXPECT_EQ(log.commands, Log({"2 0"}));
-  EXPECT_EQ(FailureOf(109, 1013, "yes"), "control 1013 of dialog 109 takes on or off, not \"yes\"");
-  EXPECT_EQ(FailureOf(109, 1049, "on"), "control 1049 of dialog 109 takes click, not \"on\"");
-  EXPECT_EQ(FailureOf(107, 1005, "5"), "control 1005 of dialog 107 takes no value");
+  EXPECT_EQ(FailureOf(kMaskDialog, kMaskTransparentCheck, "yes"),
+            "control 1013 of dialog 109 takes on or off, not \"yes\"");
+  EXPECT_EQ(FailureOf(kMaskDialog, kMaskClearButton, "on"), "control 1049 of dialog 109 takes click, not \"on\"");
+  EXPECT_EQ(FailureOf(kCutDialog, kCutWidthUpDown, "5"), "control 1005 of dialog 107 takes no value");
 }
 
 TEST_F(HeadlessDialog, TheFirstFailureIsKept) {
@@ -197,7 +201,7 @@ TEST_F(HeadlessDialog, TheFirstFailureIsKept) {
 
 TEST_F(HeadlessDialog, AFailureMakesItACancelEvenIfTheFunctionSaysElse) {
   log.ends = false;
-  EXPECT_EQ(Answered(107, {}), 0);
+  EXPECT_EQ(Answered(kCutDialog, {}), 0);
   EXPECT_EQ(headless::Failure(), "dialog 107 wasn't ended by its button");
 }
 

@@ -6,6 +6,7 @@
 #include "platform/headless/resources.h"
 #include "platform/text.h"
 #include "platform_fixture.h"
+#include "resources/ids.h"
 
 namespace sorvel::platform {
 namespace {
@@ -35,9 +36,9 @@ TEST_F(HeadlessMenu, TheMenuBarHoldsItsPopupsInOrder) {
   for (const MenuLine& line : menu->lines) EXPECT_NE(line.popup, nullptr);
   const MenuHandle first = Submenu(menu, 0);
   ASSERT_EQ(first->lines.size(), 6u);
-  EXPECT_EQ(first->lines[0].id, 40142);
+  EXPECT_EQ(first->lines[0].id, kCommandAbout);
   EXPECT_TRUE(first->lines[1].separator);
-  EXPECT_EQ(first->lines[5].id, 40001);
+  EXPECT_EQ(first->lines[5].id, kCommandExit);
   EXPECT_EQ(first->lines[5].label, headless::FromUtf8("終了(&X)"));
   EXPECT_EQ(Submenu(menu, -1), nullptr);
   EXPECT_EQ(Submenu(menu, 99), nullptr);
@@ -49,13 +50,14 @@ TEST_F(HeadlessMenu, TheMenuBarHoldsItsPopupsInOrder) {
 
 TEST_F(HeadlessMenu, ACheckMarkIsFoundInThePopupsAndListedAscending) {
   const MenuHandle menu = MakeMenu(103);
-  CheckMenuEntry(menu, 40085, true);
-  CheckMenuEntry(menu, 40034, true);
-  CheckMenuEntry(menu, 40084, true);
+  CheckMenuEntry(menu, kCommandToolBar, true);
+  CheckMenuEntry(menu, kCommandCurrentCellOnly, true);
+  CheckMenuEntry(menu, kCommandStatusBar, true);
   CheckMenuEntry(menu, 99999, true);
-  EXPECT_EQ(headless::CheckedEntries(menu), std::vector<int32_t>({40034, 40084, 40085}));
-  CheckMenuEntry(menu, 40084, false);
-  EXPECT_EQ(headless::CheckedEntries(menu), std::vector<int32_t>({40034, 40085}));
+  EXPECT_EQ(headless::CheckedEntries(menu),
+            std::vector<int32_t>({kCommandCurrentCellOnly, kCommandStatusBar, kCommandToolBar}));
+  CheckMenuEntry(menu, kCommandStatusBar, false);
+  EXPECT_EQ(headless::CheckedEntries(menu), std::vector<int32_t>({kCommandCurrentCellOnly, kCommandToolBar}));
   DeleteMenu(menu);
 }
 
@@ -84,12 +86,12 @@ TEST_F(HeadlessMenu, KeysFindTheirCommandWithExactlyTheirModifier) {
   constexpr int32_t f4 = 0x73;
   constexpr int32_t f2 = 0x71;
   constexpr int32_t tab = 9;
-  EXPECT_EQ(headless::FindAccelerator(f4, false, false), 40026);
+  EXPECT_EQ(headless::FindAccelerator(f4, false, false), kCommandPlay);
   EXPECT_EQ(headless::FindAccelerator(f4, true, false), 0);
-  EXPECT_EQ(headless::FindAccelerator(f2, false, false), 40007);
-  EXPECT_EQ(headless::FindAccelerator(f2, true, false), 40116);
-  EXPECT_EQ(headless::FindAccelerator(tab, true, false), 40096);
-  EXPECT_EQ(headless::FindAccelerator('N', false, true), 40050);
+  EXPECT_EQ(headless::FindAccelerator(f2, false, false), kCommandPreviousFrame);
+  EXPECT_EQ(headless::FindAccelerator(f2, true, false), kCommandInsertNumberedCut);
+  EXPECT_EQ(headless::FindAccelerator(tab, true, false), kCommandFocusBackward);
+  EXPECT_EQ(headless::FindAccelerator('N', false, true), kCommandNewCut);
   EXPECT_EQ(headless::FindAccelerator('N', false, false), 0);
   EXPECT_EQ(headless::FindAccelerator('N', true, true), 0);
 }
@@ -97,9 +99,9 @@ TEST_F(HeadlessMenu, KeysFindTheirCommandWithExactlyTheirModifier) {
 TEST_F(HeadlessMenu, ATextIsShiftJisAndCutToTheBuffer) {
   char text[256];
   const std::string whole = headless::FromUtf8("横幅を指定します。");
-  EXPECT_EQ(ReadResourceText(1005, text, sizeof(text)), whole.size());
+  EXPECT_EQ(ReadResourceText(kCutWidthUpDown, text, sizeof(text)), whole.size());
   EXPECT_EQ(text, whole);
-  EXPECT_EQ(ReadResourceText(1005, text, 5), 4u);
+  EXPECT_EQ(ReadResourceText(kCutWidthUpDown, text, 5), 4u);
   EXPECT_EQ(text, whole.substr(0, 4));
   EXPECT_EQ(ReadResourceText(40120, text, sizeof(text)), 0u);
   EXPECT_STREQ(text, "");

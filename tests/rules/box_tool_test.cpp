@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
 
@@ -7,7 +8,7 @@ namespace rules {
 namespace {
 
 struct BoxTool : testing::Test {
-  BoxTool() { session.Command(tool::Rectangle); }
+  BoxTool() { session.Command(kToolRectangle); }
   void Drag(int fromX, int fromY, int toX, int toY, std::string_view keys = "") {
     session.Press(fromX, fromY);
     session.Release(toX, toY, keys);
@@ -85,7 +86,7 @@ TEST_F(BoxTool, AFillKeepsProtectedPixels) {
   session.FillArea(10, 10, 4, 10, 3);
   session.FillArea(14, 10, 4, 10, 2);
   session.Mask({3});
-  session.Command(tool::Rectangle);
+  session.Command(kToolRectangle);
   Drag(8, 12, 30, 16, "ctrl");
   model.Fill(8, 12, 22, 4, 1);
   model.Fill(10, 10, 4, 10, 3);
@@ -125,7 +126,7 @@ TEST_F(BoxTool, ARightClickDoesNotEndTheDrag) {
 TEST_F(BoxTool, ABoxIsOneUndoStep) {
   Drag(30, 30, 40, 40);
   Drag(10, 10, 20, 20);
-  session.Command(command::Undo);
+  session.Command(kCommandUndo);
   model.Outline(30, 30, 40, 40, 8);
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
@@ -147,7 +148,7 @@ TEST_F(BoxTool, TheReleaseTakesTheFrameAway) {
   session.Release(20, 20);
   const PixelMatrix dragged = session.NowScreen();
   DrawingSession plain;
-  plain.Command(tool::Rectangle);
+  plain.Command(kToolRectangle);
   plain.Press(10, 10);
   plain.Release(20, 20);
   EXPECT_TRUE(plain.NowScreen() == dragged);
@@ -163,7 +164,7 @@ TEST_F(BoxTool, PositionsAreUnsigned) {
 
 // The picture stands 10 pixels in from the window's edge on each side.
 struct BoxPastTheEdge : testing::Test {
-  BoxPastTheEdge() : session({.clientWidth = 84, .clientHeight = 68}) { session.Command(tool::Rectangle); }
+  BoxPastTheEdge() : session({.clientWidth = 84, .clientHeight = 68}) { session.Command(kToolRectangle); }
   DrawingSession session;
   InkModel model;
 };

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 
+#include "resources/ids.h"
 #include "rules/little_bytes.h"
 #include "rules/script_session.h"
 #include "rules/session_state.h"
@@ -23,7 +24,7 @@ CutFile TwoPictures() {
 
 TEST(PlayCut, LeavesTheStreamBesideTheCut) {
   ScriptSession session;
-  session.OpenCut("a.cut", TwoPictures()).Command(40026);
+  session.OpenCut("a.cut", TwoPictures()).Command(kCommandPlay);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut"}));
@@ -35,7 +36,7 @@ TEST(PlayCut, StreamTellsItsOwnLengthAndTheCut) {
   CutFile file = TwoPictures();
   file.credit = "Me";
   file.fps = 12;
-  session.OpenCut("a.cut", file).Command(40026).Run();
+  session.OpenCut("a.cut", file).Command(kCommandPlay).Run();
   const std::string bytes = session.Bytes("a.ca");
   EXPECT_EQ(bytes.substr(0, 2), "CA");
   EXPECT_EQ(LittleAt(bytes, 2, 4), bytes.size());
@@ -48,9 +49,9 @@ TEST(PlayCut, StreamTellsItsOwnLengthAndTheCut) {
 
 TEST(PlayCut, StartsTheTimerForSeveralFramesAndNoneForOne) {
   ScriptSession session;
-  session.OpenCut("a.cut", TwoPictures()).Command(40026);
+  session.OpenCut("a.cut", TwoPictures()).Command(kCommandPlay);
   const int several = session.State();
-  session.OpenCut("b.cut", CutFile::Showing({1}, {0})).Command(40026);
+  session.OpenCut("b.cut", CutFile::Showing({1}, {0})).Command(kCommandPlay);
   const int one = session.State();
   session.Run();
   EXPECT_EQ(Player(session, several)["visible"], true);
@@ -61,7 +62,7 @@ TEST(PlayCut, StartsTheTimerForSeveralFramesAndNoneForOne) {
 
 TEST(PlayCut, ClearsBothStaleBitsAndNotModified) {
   ScriptSession session;
-  session.OpenCut("a.cut", TwoPictures()).Command(40060).Command(40026);
+  session.OpenCut("a.cut", TwoPictures()).Command(kCommandBlankCell).Command(kCommandPlay);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(MarksOf(session, state), "modified");
@@ -70,9 +71,9 @@ TEST(PlayCut, ClearsBothStaleBitsAndNotModified) {
 // A 0 typed over an 8 is stored as a number beyond 16 bits whose low half is 8.
 TEST(PlayCut, AFrameSizeBeyondAStreamsGoesInWithItsLowHalf) {
   ScriptSession session;
-  session.OpenCut("a.cut", TwoPictures()).Dialog(123, {"1002=0"}).Command(40112);
+  session.OpenCut("a.cut", TwoPictures()).Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "0"}}).Command(kCommandFrameSize);
   const int state = session.State();
-  session.Command(40026).Run();
+  session.Command(kCommandPlay).Run();
   const int width = session.StateAt(state)["cuts"][0]["frameWidth"];
   EXPECT_GT(width, 32767);
   EXPECT_EQ(LittleAt(session.Bytes("a.ca"), 11, 2), static_cast<unsigned>(width) & 0xFFFFU);
@@ -80,7 +81,7 @@ TEST(PlayCut, AFrameSizeBeyondAStreamsGoesInWithItsLowHalf) {
 
 TEST(PlayCut, WithoutAPathLeavesNoFile) {
   ScriptSession session;
-  session.NewCut().Command(40026);
+  session.NewCut().Command(kCommandPlay);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Files(), Names{});
@@ -91,9 +92,9 @@ TEST(PlayCut, WithoutAPathLeavesNoFile) {
 
 TEST(PlayCut, WithoutAPathCompilesEachTime) {
   ScriptSession session;
-  session.NewCut().Command(40026);
+  session.NewCut().Command(kCommandPlay);
   const int first = session.State();
-  session.Command(40026);
+  session.Command(kCommandPlay);
   const int second = session.State();
   session.Run();
   EXPECT_EQ(Player(session, second), Player(session, first));
@@ -102,14 +103,14 @@ TEST(PlayCut, WithoutAPathCompilesEachTime) {
 
 TEST(PlayCut, CommitsThePanelsSoThatTheyCount) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Panel(10002, "258").Command(40026).Run();
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Panel(kFrameTimeEdit, "258").Command(kCommandPlay).Run();
   // The time of the first frame stands behind the head of 17 bytes.
   EXPECT_EQ(LittleAt(session.Bytes("a.ca"), 17, 2), 258U);
 }
 
 TEST(PlayCut, ExtensionOfThePathIsReplaced) {
   ScriptSession session;
-  session.OpenCut("a.b.CUT", TwoPictures()).Command(40026).Run();
+  session.OpenCut("a.b.CUT", TwoPictures()).Command(kCommandPlay).Run();
   EXPECT_EQ(session.Files(), (Names{"a.b.CUT", "a.b.ca"}));
 }
 
@@ -117,8 +118,8 @@ TEST(PlayCut, ExtensionOfThePathIsReplaced) {
 // whether the play took it as it was.
 TEST(PlayCut, SecondPlayWithNothingChangedReadsTheFileAsItIs) {
   ScriptSession session;
-  session.OpenCut("a.cut", TwoPictures()).Command(40026).Line("view " + rules::Quoted(session.Path("a.ca")));
-  session.Command(40026);
+  session.OpenCut("a.cut", TwoPictures()).Command(kCommandPlay).Line("view " + rules::Quoted(session.Path("a.ca")));
+  session.Command(kCommandPlay);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Bytes("a.ca").substr(0, 2), "BM");
@@ -129,8 +130,8 @@ class ChangeBeforeAPlay : public testing::TestWithParam<int> {};
 
 TEST_P(ChangeBeforeAPlay, RebuildsTheFile) {
   ScriptSession session;
-  session.OpenCut("a.cut", TwoPictures()).Command(40026).Line("view " + rules::Quoted(session.Path("a.ca")));
-  session.Command(GetParam()).Command(40026);
+  session.OpenCut("a.cut", TwoPictures()).Command(kCommandPlay).Line("view " + rules::Quoted(session.Path("a.ca")));
+  session.Command(GetParam()).Command(kCommandPlay);
   const int state = session.State();
   session.Run();
   const std::string bytes = session.Bytes("a.ca");
@@ -139,20 +140,22 @@ TEST_P(ChangeBeforeAPlay, RebuildsTheFile) {
   EXPECT_EQ(Player(session, state)["title"], SizeTitle(bytes.size()));
 }
 
-INSTANTIATE_TEST_SUITE_P(Cache, ChangeBeforeAPlay, testing::Values(40060, 40004, 40106, 40034));
+INSTANTIATE_TEST_SUITE_P(Cache, ChangeBeforeAPlay,
+                         testing::Values(kCommandBlankCell, kCommandAddFrame, kCommandAllKeyFrames,
+                                         kCommandCurrentCellOnly));
 
 TEST(PlayCut, RebuildEmptiesALongerFile) {
   ScriptSession session;
   session.OpenCut("a.cut", TwoPictures());
   session.Write("a.ca", std::string(10000, 'x'));
-  session.Command(40026).Run();
+  session.Command(kCommandPlay).Run();
   EXPECT_EQ(LittleAt(session.Bytes("a.ca"), 2, 4), session.Bytes("a.ca").size());
   EXPECT_LT(session.Bytes("a.ca").size(), 1000U);
 }
 
 TEST(PlayCut, ChangedFrameTimeRebuildsInsteadOfPatching) {
   ScriptSession session;
-  session.OpenCut("a.cut", TwoPictures()).Command(40026).Panel(10002, "9").Command(40026).Run();
+  session.OpenCut("a.cut", TwoPictures()).Command(kCommandPlay).Panel(kFrameTimeEdit, "9").Command(kCommandPlay).Run();
   const std::string bytes = session.Bytes("a.ca");
   EXPECT_EQ(LittleAt(bytes, 2, 4), bytes.size());
   EXPECT_EQ(LittleAt(bytes, 15, 1), 24U);
@@ -162,14 +165,19 @@ TEST(PlayCut, ChangedFrameTimeRebuildsInsteadOfPatching) {
 TEST(PlayCut, FirstPlayAfterOpeningCompilesInSpiteOfAnOldStream) {
   ScriptSession session;
   session.Write("a.ca", std::string("CA\x11\0\0\0\0", 7));
-  session.OpenCut("a.cut", TwoPictures()).Command(40026).Run();
+  session.OpenCut("a.cut", TwoPictures()).Command(kCommandPlay).Run();
   EXPECT_EQ(LittleAt(session.Bytes("a.ca"), 2, 4), session.Bytes("a.ca").size());
   EXPECT_GT(session.Bytes("a.ca").size(), 7U);
 }
 
 TEST(PlayCut, AfterASaveUnderANewNameUsesTheStreamOfThatName) {
   ScriptSession session;
-  session.OpenCut("a.cut", TwoPictures()).Command(40026).Command(40060).SaveCutAs("b.cut").Command(40026).Run();
+  session.OpenCut("a.cut", TwoPictures())
+      .Command(kCommandPlay)
+      .Command(kCommandBlankCell)
+      .SaveCutAs("b.cut")
+      .Command(kCommandPlay)
+      .Run();
   EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut", "b.ca", "b.cut"}));
   EXPECT_EQ(LittleAt(session.Bytes("b.ca"), 2, 4), session.Bytes("b.ca").size());
   EXPECT_EQ(LittleAt(session.Bytes("a.ca"), 2, 4), session.Bytes("a.ca").size());
@@ -177,7 +185,7 @@ TEST(PlayCut, AfterASaveUnderANewNameUsesTheStreamOfThatName) {
 
 TEST(PlayCut, FreshFileWithBothBitsClearStaysEmptyAndPlaysNothing) {
   ScriptSession session;
-  session.OpenCut("a.cut", TwoPictures()).Command(40026).SaveCutAs("b.cut").Command(40026);
+  session.OpenCut("a.cut", TwoPictures()).Command(kCommandPlay).SaveCutAs("b.cut").Command(kCommandPlay);
   const int state = session.State();
   session.Run();
   EXPECT_TRUE(session.Exists("b.ca"));
@@ -189,8 +197,12 @@ TEST(PlayCut, FreshFileWithBothBitsClearStaysEmptyAndPlaysNothing) {
 
 TEST(PlayCut, NextChangeRepairsAnEmptyFile) {
   ScriptSession session;
-  session.OpenCut("a.cut", TwoPictures()).Command(40026).SaveCutAs("b.cut").Command(40026).Command(40060);
-  session.Command(40026);
+  session.OpenCut("a.cut", TwoPictures())
+      .Command(kCommandPlay)
+      .SaveCutAs("b.cut")
+      .Command(kCommandPlay)
+      .Command(kCommandBlankCell);
+  session.Command(kCommandPlay);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(LittleAt(session.Bytes("b.ca"), 2, 4), session.Bytes("b.ca").size());
@@ -209,9 +221,9 @@ TEST(PlayCut, PatchesAStreamWhoseSizeFieldReadsAsTheCredit) {
   file.fps = 30;
   file.frames[0].x = 5;
   file.frames[0].y = -2;
-  session.OpenCut("a.cut", file).Command(40026).Panel(10002, "7").Focus("cut").SaveCutAs("b.cut");
+  session.OpenCut("a.cut", file).Command(kCommandPlay).Panel(kFrameTimeEdit, "7").Focus("cut").SaveCutAs("b.cut");
   session.Write("b.ca", std::string("CA\0", 3) + std::string(61, '\0'));
-  session.Command(40026);
+  session.Command(kCommandPlay);
   const int state = session.State();
   session.Run();
   const std::string head("CA\0\x20\0\x10\0\x18\0\x0C\0\x1E\x04\x07\0\x01\0\x32\x05\0\xFE\xFF", 22);
@@ -225,25 +237,29 @@ TEST(PlayCut, PatchIsNotTriedWithStalePictures) {
   ScriptSession session;
   session.OpenCut("a.cut", TwoPictures());
   session.Write("a.ca", std::string("CA\0", 3) + std::string(61, '\0'));
-  session.Command(40026).Run();
+  session.Command(kCommandPlay).Run();
   EXPECT_EQ(LittleAt(session.Bytes("a.ca"), 2, 4), session.Bytes("a.ca").size());
 }
 
 TEST(PlayCut, FileWithAnotherMagicIsRebuilt) {
   ScriptSession session;
-  session.OpenCut("a.cut", TwoPictures()).Command(40026).Panel(10002, "7").Focus("cut").SaveCutAs("b.cut");
+  session.OpenCut("a.cut", TwoPictures())
+      .Command(kCommandPlay)
+      .Panel(kFrameTimeEdit, "7")
+      .Focus("cut")
+      .SaveCutAs("b.cut");
   session.Write("b.ca", std::string("CB\0", 3) + std::string(61, '\0'));
-  session.Command(40026).Run();
+  session.Command(kCommandPlay).Run();
   EXPECT_EQ(session.Bytes("b.ca").substr(0, 2), "CA");
   EXPECT_EQ(LittleAt(session.Bytes("b.ca"), 2, 4), session.Bytes("b.ca").size());
 }
 
 TEST(PlayCut, StreamThatCanNotBeOpenedStartsNothingAndTheOldPlayGoesOn) {
   ScriptSession session;
-  session.OpenCut("a.cut", TwoPictures()).Command(40026);
+  session.OpenCut("a.cut", TwoPictures()).Command(kCommandPlay);
   const int before = session.State();
   std::filesystem::create_directory(session.Path("b.ca"));
-  session.OpenCut("b.cut", CutFile::Showing({1}, {0})).Command(40026);
+  session.OpenCut("b.cut", CutFile::Showing({1}, {0})).Command(kCommandPlay);
   const int after = session.State();
   session.Run();
   EXPECT_EQ(Player(session, before)["timer"], true);
@@ -256,9 +272,9 @@ TEST(PlayCut, BringsTheViewBack) {
   CutFile file = TwoPictures();
   file.layers.push_back({.name = "B", .cells = {0}});
   for (auto& frame : file.frames) frame.records.push_back({.layer = 1});
-  session.OpenCut("a.cut", file).Command(40097).Command(40041);
+  session.OpenCut("a.cut", file).Command(kCommandDimOthers).Command(kCommandFirstFrame);
   const int before = session.View();
-  session.Command(40026);
+  session.Command(kCommandPlay);
   const int after = session.View();
   session.Run();
   EXPECT_EQ(session.ViewAt(before).Count(16), 24);
@@ -267,7 +283,7 @@ TEST(PlayCut, BringsTheViewBack) {
 
 TEST(PlayCut, PictureOfAStillIsItsGreys) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({2}, {0})).Command(40026);
+  session.OpenCut("a.cut", CutFile::Showing({2}, {0})).Command(kCommandPlay);
   const int player = session.Player();
   session.Run();
   EXPECT_EQ(session.PlayerAt(player).Width(), 8);
@@ -277,14 +293,14 @@ TEST(PlayCut, PictureOfAStillIsItsGreys) {
 
 TEST(PlayCut, StreamOfASharedPictureTakesTwentyFiveBytesMore) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(40026);
-  session.OpenCut("b.cut", CutFile::Showing({1}, {0, 0})).Command(40026).Run();
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(kCommandPlay);
+  session.OpenCut("b.cut", CutFile::Showing({1}, {0, 0})).Command(kCommandPlay).Run();
   EXPECT_EQ(session.Bytes("b.ca").size(), session.Bytes("a.ca").size() + 25);
 }
 
 TEST(PlayCut, CacheStaysAfterTheCutIsClosed) {
   ScriptSession session;
-  session.OpenCut("a.cut", TwoPictures()).Command(40026).Close();
+  session.OpenCut("a.cut", TwoPictures()).Command(kCommandPlay).Close();
   const int state = session.State();
   session.Run();
   EXPECT_TRUE(session.Exists("a.ca"));
@@ -293,7 +309,9 @@ TEST(PlayCut, CacheStaysAfterTheCutIsClosed) {
 
 TEST(PreviewFrame, PlaysOneFullFrameAsAStill) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 2, 3}, {0, 1, 2})).Command(40007).Command(40113);
+  session.OpenCut("a.cut", CutFile::Showing({1, 2, 3}, {0, 1, 2}))
+      .Command(kCommandPreviousFrame)
+      .Command(kCommandPreview);
   const int state = session.State();
   const int player = session.Player();
   session.Run();
@@ -306,7 +324,7 @@ TEST(PreviewFrame, AppliesTheBrightness) {
   ScriptSession session;
   CutFile file = CutFile::Showing({4, 4}, {0, 1});
   file.frames[1].brightness = 0;
-  session.OpenCut("a.cut", file).Command(40113);
+  session.OpenCut("a.cut", file).Command(kCommandPreview);
   const int player = session.Player();
   session.Run();
   EXPECT_EQ(session.PlayerAt(player).Count(0), 24);
@@ -314,9 +332,9 @@ TEST(PreviewFrame, AppliesTheBrightness) {
 
 TEST(PreviewFrame, IsAsLargeAsTheStreamOfThatFrameAlone) {
   ScriptSession session;
-  session.OpenCut("a.cut", TwoPictures()).Command(40113);
+  session.OpenCut("a.cut", TwoPictures()).Command(kCommandPreview);
   const int preview = session.State();
-  session.OpenCut("b.cut", CutFile::Showing({2}, {0})).Command(40026);
+  session.OpenCut("b.cut", CutFile::Showing({2}, {0})).Command(kCommandPlay);
   const int play = session.State();
   session.Run();
   EXPECT_EQ(Player(session, preview)["title"], Player(session, play)["title"]);
@@ -324,9 +342,9 @@ TEST(PreviewFrame, IsAsLargeAsTheStreamOfThatFrameAlone) {
 
 TEST(PreviewFrame, LeavesNoFileAndTheStaleBits) {
   ScriptSession session;
-  session.OpenCut("a.cut", TwoPictures()).Command(40113);
+  session.OpenCut("a.cut", TwoPictures()).Command(kCommandPreview);
   const int stale = session.State();
-  session.Command(40026).Command(40113);
+  session.Command(kCommandPlay).Command(kCommandPreview);
   const int clear = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(stale)["imagesStale"], true);
@@ -337,7 +355,7 @@ TEST(PreviewFrame, LeavesNoFileAndTheStaleBits) {
 
 TEST(PreviewFrame, CommitsThePanels) {
   ScriptSession session;
-  session.OpenCut("a.cut", TwoPictures()).Panel(10007, "0").Command(40113);
+  session.OpenCut("a.cut", TwoPictures()).Panel(kBrightnessEdit, "0").Command(kCommandPreview);
   const int state = session.State();
   const int player = session.Player();
   session.Run();
@@ -347,9 +365,9 @@ TEST(PreviewFrame, CommitsThePanels) {
 
 TEST(PreviewFrame, StopsARunningPlay) {
   ScriptSession session;
-  session.OpenCut("a.cut", TwoPictures()).Command(40026);
+  session.OpenCut("a.cut", TwoPictures()).Command(kCommandPlay);
   const int play = session.State();
-  session.Command(40113);
+  session.Command(kCommandPreview);
   const int preview = session.State();
   session.Run();
   EXPECT_EQ(Player(session, play)["timer"], true);
@@ -361,11 +379,11 @@ TEST(PreviewFrame, LeavesTheOutputPictureInTheViewUntilTheNextRepaint) {
   CutFile file = CutFile::Showing({1}, {0});
   file.layers.push_back({.name = "B", .cells = {0}});
   file.frames[0].records.push_back({.layer = 1});
-  session.OpenCut("a.cut", file).Command(40097);
+  session.OpenCut("a.cut", file).Command(kCommandDimOthers);
   const int before = session.View();
-  session.Command(40113);
+  session.Command(kCommandPreview);
   const int after = session.View();
-  session.Command(40007);
+  session.Command(kCommandPreviousFrame);
   const int repainted = session.View();
   session.Run();
   EXPECT_EQ(session.ViewAt(before).Count(16), 24);
@@ -375,7 +393,7 @@ TEST(PreviewFrame, LeavesTheOutputPictureInTheViewUntilTheNextRepaint) {
 
 TEST(PreviewFrame, FirstPlayAfterItCompilesAsBefore) {
   ScriptSession session;
-  session.OpenCut("a.cut", TwoPictures()).Command(40113).Command(40026).Run();
+  session.OpenCut("a.cut", TwoPictures()).Command(kCommandPreview).Command(kCommandPlay).Run();
   EXPECT_EQ(LittleAt(session.Bytes("a.ca"), 2, 4), session.Bytes("a.ca").size());
 }
 
@@ -384,7 +402,7 @@ TEST(Player, WindowTakesTheFrameSizeOfTheCut) {
   CutFile file = CutFile::Showing({1}, {0});
   file.frameWidth = 20;
   file.frameHeight = 9;
-  session.OpenCut("a.cut", file).Command(40026);
+  session.OpenCut("a.cut", file).Command(kCommandPlay);
   const int player = session.Player();
   session.Run();
   EXPECT_EQ(session.PlayerAt(player).Width(), 20);
@@ -393,7 +411,7 @@ TEST(Player, WindowTakesTheFrameSizeOfTheCut) {
 
 TEST(Player, TicksChangeThePicture) {
   ScriptSession session;
-  session.OpenCut("a.cut", TwoPictures()).Command(40026);
+  session.OpenCut("a.cut", TwoPictures()).Command(kCommandPlay);
   const int first = session.Player();
   session.Line("tick 1");
   const int second = session.Player();

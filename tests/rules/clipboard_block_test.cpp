@@ -4,13 +4,11 @@
 #include <string>
 #include <vector>
 
+#include "resources/ids.h"
 #include "rules/clipboard_session.h"
 
 namespace rules {
 namespace {
-
-constexpr int flipHorizontal = 40109;
-constexpr int flipVertical = 40110;
 
 struct Block : BlockScene {
   // Draws a mark of 4 by 5 at (12, 12) and selects the block from (10, 10) to (20, 20) around it.
@@ -21,7 +19,7 @@ struct Block : BlockScene {
   // The same, copied.
   void CopyMark() {
     SelectMark();
-    session.Command(copyBlock);
+    session.Command(kCommandCopy);
   }
   // What a block of the mark shows where it is pasted at its old place.
   InkModel WithMark() const {
@@ -34,7 +32,7 @@ struct Block : BlockScene {
 TEST_F(Block, AnEmptyBlockPastesNothing) {
   EXPECT_TRUE(PasteShows(model));
   EXPECT_EQ(session.NowCut()["floatingPaste"], false);
-  EXPECT_EQ(session.NowState()["frame"]["currentTool"], tool::FreePen);
+  EXPECT_EQ(session.NowState()["frame"]["currentTool"], kToolFreePen);
 }
 
 TEST_F(Block, ComesBackAtItsPlaceInItsCut) {
@@ -47,8 +45,8 @@ TEST_F(Block, ComesBackAtItsPlaceOnTheCanvasInAnotherLayer) {
   CopyMark();
   Clear();
   session.AddLayer("B", 64, 48);
-  session.Command(tool::LayerPosition).LeftDrag(10, 10, 15, 13);
-  session.Command(pasteBlock).Command(command::CurrentCellOnly);
+  session.Command(kToolLayerPosition).LeftDrag(10, 10, 15, 13);
+  session.Command(kCommandPaste).Command(kCommandCurrentCellOnly);
   EXPECT_TRUE(ViewShows(WithMark()));
 }
 
@@ -63,10 +61,10 @@ TEST_F(Block, LandsAtTheOriginInAnotherCut) {
 
 TEST_F(Block, FloatsAsASelectionOfTheAreaTool) {
   CopyMark();
-  session.Command(tool::FreePen).Command(pasteBlock);
+  session.Command(kToolFreePen).Command(kCommandPaste);
   EXPECT_EQ(session.NowSelection(), (Area{10, 10, 20, 20}));
   EXPECT_EQ(session.NowCut()["floatingPaste"], true);
-  EXPECT_EQ(session.NowState()["frame"]["currentTool"], tool::AreaSelect);
+  EXPECT_EQ(session.NowState()["frame"]["currentTool"], kToolAreaSelect);
   EXPECT_EQ(session.NowUndoRect(), (Area{10, 10, 10, 10}));
 }
 
@@ -94,43 +92,43 @@ TEST_F(Block, TheMaskProtectsWhatItIsPastedOn) {
 TEST_F(Block, ACopyWithoutASelectionKeepsTheOldOne) {
   CopyMark();
   Clear();
-  session.Command(copyBlock).Command(pasteBlock);
+  session.Command(kCommandCopy).Command(kCommandPaste);
   EXPECT_TRUE(ViewShows(WithMark()));
 }
 
 TEST_F(Block, ACopyIsCutToTheCell) {
   AddSmallLayer();
   Select(10, 10, 40, 25);
-  session.Command(copyBlock).Command(pasteBlock);
+  session.Command(kCommandCopy).Command(kCommandPaste);
   EXPECT_EQ(session.NowSelection(), (Area{22, 19, 40, 25}));
 }
 
 TEST_F(Block, ACopyBesideTheCellStoresNothing) {
   AddSmallLayer();
   Select(2, 2, 10, 10);
-  session.Command(copyBlock).Command(pasteBlock);
+  session.Command(kCommandCopy).Command(kCommandPaste);
   EXPECT_EQ(session.NowCut()["floatingPaste"], false);
 }
 
 TEST_F(Block, ABlankRecordTakesNoPaste) {
   CopyMark();
-  session.Command(tool::FreePen);
-  session.Command(command::ToggleBlank).Command(pasteBlock);
-  EXPECT_EQ(session.NowState()["frame"]["currentTool"], tool::FreePen);
+  session.Command(kToolFreePen);
+  session.Command(kCommandBlankCell).Command(kCommandPaste);
+  EXPECT_EQ(session.NowState()["frame"]["currentTool"], kToolFreePen);
   EXPECT_EQ(session.NowCut()["floatingPaste"], false);
 }
 
 TEST_F(Block, UndoTakesThePasteAway) {
   CopyMark();
   Clear();
-  session.Command(pasteBlock).Command(command::Undo);
+  session.Command(kCommandPaste).Command(kCommandUndo);
   EXPECT_TRUE(ViewShows(model));
 }
 
 TEST_F(Block, ACutErasesAndStores) {
   Ink(5, 12, 20, 5, 2);
   Select(10, 10, 20, 20);
-  session.Command(cutBlock);
+  session.Command(kCommandCut);
   InkModel erased = model;
   erased.Fill(10, 12, 10, 5, 0);
   EXPECT_TRUE(ViewShows(erased));
@@ -143,7 +141,7 @@ TEST_F(Block, ACutLeavesProtectedPixels) {
   Ink(14, 12, 2, 5, 3);
   Select(10, 10, 20, 20);
   session.Mask({3});
-  session.Command(cutBlock);
+  session.Command(kCommandCut);
   model.Fill(12, 12, 2, 5, 0);
   EXPECT_TRUE(ViewShows(model));
 }
@@ -152,14 +150,14 @@ TEST_F(Block, ACutBesideTheCellStopsBeforeTheUndoCopy) {
   AddSmallLayer();
   Ink(25, 20, 5, 5, 2);
   Select(2, 2, 10, 10);
-  session.Command(cutBlock);
+  session.Command(kCommandCut);
   EXPECT_TRUE(ViewShows(model));
   EXPECT_TRUE(UndoShows(InkModel()));
 }
 
 TEST_F(Block, ACutIsOneUndoStep) {
   SelectMark();
-  session.Command(cutBlock).Command(command::Undo);
+  session.Command(kCommandCut).Command(kCommandUndo);
   EXPECT_TRUE(ViewShows(model));
 }
 
@@ -201,31 +199,31 @@ TEST_P(MirroredPart, IsTurnedAndNothingElse) {
 
 INSTANTIATE_TEST_SUITE_P(Commands, MirroredPart,
                          testing::Values(MirrorCase{"TheWholeCellUpsideDown",
-                                                    flipVertical,
+                                                    kCommandFlipVertical,
                                                     {{10, 5, 3, 4, 2}},
                                                     {},
                                                     false,
                                                     {{10, 5, 3, 4, 0}, {10, 39, 3, 4, 2}}},
                                          MirrorCase{"KeepsToTheSelection",
-                                                    flipHorizontal,
+                                                    kCommandFlipHorizontal,
                                                     {{5, 12, 8, 3, 2}, {15, 11, 1, 8, 3}},
                                                     Area{10, 10, 21, 21},
                                                     false,
                                                     {{10, 12, 3, 3, 0}, {18, 12, 3, 3, 2}}},
                                          MirrorCase{"UpsideDownKeepsToTheSelection",
-                                                    flipVertical,
+                                                    kCommandFlipVertical,
                                                     {{12, 5, 3, 8, 2}},
                                                     Area{10, 10, 21, 21},
                                                     false,
                                                     {{12, 10, 3, 3, 0}, {12, 18, 3, 3, 2}}},
                                          MirrorCase{"EachSideAsksTheMaskAboutWhatItCovers",
-                                                    flipHorizontal,
+                                                    kCommandFlipHorizontal,
                                                     {{10, 12, 1, 3, 2}, {19, 12, 1, 3, 3}},
                                                     Area{10, 10, 20, 20},
                                                     true,
                                                     {{10, 12, 1, 3, 3}}},
                                          MirrorCase{"EachSideUpsideDownAsksTheMaskAboutWhatItCovers",
-                                                    flipVertical,
+                                                    kCommandFlipVertical,
                                                     {{12, 10, 3, 1, 3}, {12, 19, 3, 1, 2}},
                                                     Area{10, 10, 20, 20},
                                                     true,
@@ -234,7 +232,7 @@ INSTANTIATE_TEST_SUITE_P(Commands, MirroredPart,
 
 TEST_F(Block, AMirrorTurnsTheWholeCellLeftToRight) {
   Ink(10, 5, 3, 4, 2);
-  session.Command(flipHorizontal);
+  session.Command(kCommandFlipHorizontal);
   InkModel flipped;
   flipped.Fill(51, 5, 3, 4, 2);
   EXPECT_TRUE(ViewShows(flipped));
@@ -244,7 +242,7 @@ TEST_F(Block, AMirrorTurnsTheWholeCellLeftToRight) {
 TEST_F(Block, AMirrorNeedsNoAreaTool) {
   Ink(10, 5, 3, 4, 2);
   Select(8, 4, 20, 12);
-  session.Command(tool::FreePen).Command(flipHorizontal);
+  session.Command(kToolFreePen).Command(kCommandFlipHorizontal);
   InkModel flipped;
   flipped.Fill(51, 5, 3, 4, 2);
   EXPECT_TRUE(ViewShows(flipped)) << "the tool change ended the selection";
@@ -254,7 +252,7 @@ TEST_F(Block, AMirrorOfASelectionPastTheCellTurnsThePartInside) {
   AddSmallLayer();
   Ink(22, 20, 2, 3, 2);
   Select(10, 10, 32, 40);
-  session.Command(flipHorizontal);
+  session.Command(kCommandFlipHorizontal);
   InkModel flipped;
   flipped.Fill(30, 20, 2, 3, 2);
   EXPECT_TRUE(ViewShows(flipped));
@@ -262,13 +260,13 @@ TEST_F(Block, AMirrorOfASelectionPastTheCellTurnsThePartInside) {
 
 TEST_F(Block, AMirrorIsOneUndoStep) {
   Ink(10, 5, 3, 4, 2);
-  session.Command(flipHorizontal).Command(command::Undo);
+  session.Command(kCommandFlipHorizontal).Command(kCommandUndo);
   EXPECT_TRUE(ViewShows(model));
 }
 
 TEST_F(Block, ABlankRecordIsNotMirrored) {
   Ink(10, 5, 3, 4, 2);
-  session.Command(command::ToggleBlank).Command(flipHorizontal).Command(command::ToggleBlank);
+  session.Command(kCommandBlankCell).Command(kCommandFlipHorizontal).Command(kCommandBlankCell);
   EXPECT_TRUE(ViewShows(model));
 }
 

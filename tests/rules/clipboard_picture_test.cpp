@@ -3,13 +3,12 @@
 #include <cstdint>
 #include <string>
 
+#include "resources/ids.h"
 #include "rules/clipboard_session.h"
 #include "rules/little_bytes.h"
 
 namespace rules {
 namespace {
-
-constexpr int copyPicture = 40124;
 
 uint32_t Grey(int value) {
   return static_cast<uint32_t>(value) * 0x010101u;
@@ -90,12 +89,12 @@ TEST_F(PastedPicture, FloatsAsASelectionOfTheAreaTool) {
   PasteWhite();
   EXPECT_EQ(session.NowSelection(), (Area{0, 0, 8, 6}));
   EXPECT_EQ(session.NowCut()["floatingPaste"], true);
-  EXPECT_EQ(session.NowState()["frame"]["currentTool"], tool::AreaSelect);
+  EXPECT_EQ(session.NowState()["frame"]["currentTool"], kToolAreaSelect);
   EXPECT_EQ(session.NowUndoRect(), (Area{0, 0, 8, 6}));
 }
 
 TEST_F(PastedPicture, LandsAtTheLayersOrigin) {
-  session.Command(tool::LayerPosition).LeftDrag(10, 10, 15, 13);
+  session.Command(kToolLayerPosition).LeftDrag(10, 10, 15, 13);
   PasteWhite();
   model.Fill(5, 3, 8, 6, 4);
   EXPECT_TRUE(ViewShows(model));
@@ -117,13 +116,13 @@ TEST_F(PastedPicture, IsOneUndoStep) {
 }
 
 TEST_F(PastedPicture, AnEmptyClipboardPastesNothing) {
-  session.Command(pastePicture);
+  session.Command(kCommandPasteFromClipboard);
   EXPECT_EQ(session.NowCut()["floatingPaste"], false);
-  EXPECT_EQ(session.NowState()["frame"]["currentTool"], tool::FreePen);
+  EXPECT_EQ(session.NowState()["frame"]["currentTool"], kToolFreePen);
 }
 
 TEST_F(PastedPicture, ABlankRecordTakesNone) {
-  session.Command(command::ToggleBlank);
+  session.Command(kCommandBlankCell);
   PasteWhite();
   EXPECT_EQ(session.NowCut()["floatingPaste"], false);
 }
@@ -137,7 +136,7 @@ TEST_F(PastedPicture, BecomesTheBlock) {
 
 TEST_F(PastedPicture, TheTransparentColourShowsWhatLiesBelow) {
   Ink(2, 0, 3, 20, 3);
-  session.Line("color FFFFFF").Command(transparentColour);
+  session.Line("color FFFFFF").Command(kCommandTransparentColor);
   Picture picture = PlainPicture(8, 6, 0xFFFFFF);
   for (size_t x = 0; x < 8; ++x) picture.pixels[x] = 0x000000;
   PastePicture(session, picture);
@@ -146,7 +145,7 @@ TEST_F(PastedPicture, TheTransparentColourShowsWhatLiesBelow) {
 }
 
 TEST_F(PastedPicture, OnlyTheExactColourIsTransparent) {
-  session.Line("color FFFFFF").Command(transparentColour);
+  session.Line("color FFFFFF").Command(kCommandTransparentColor);
   PastePlain(8, 6, 0xFFFFFE);
   EXPECT_EQ(session.NowView().Count(4), 48);
 }
@@ -160,14 +159,14 @@ TEST_F(PastedPicture, SettingsGiveTheTransparentColourInRedGreenAndBlue) {
 }
 
 TEST_F(PastedPicture, ASecondCommandSwitchesTheTransparencyOff) {
-  session.Line("color FFFFFF").Command(transparentColour).Command(transparentColour);
+  session.Line("color FFFFFF").Command(kCommandTransparentColor).Command(kCommandTransparentColor);
   PasteWhite();
   EXPECT_EQ(session.NowView().Count(4), 48);
 }
 
 TEST(TransparentColour, IsWrittenWithItsSwitch) {
   ScriptSession session;
-  session.Line("color C81E5A").Command(transparentColour);
+  session.Line("color C81E5A").Command(kCommandTransparentColor);
   session.Run();
   EXPECT_EQ(session.Setting("OnClipTrans", "RGB"), "#C81E5A");
   EXPECT_EQ(session.Setting("OnClipTrans", "Flag"), "1");
@@ -176,7 +175,7 @@ TEST(TransparentColour, IsWrittenWithItsSwitch) {
 TEST(TransparentColour, IsKeptWhenTheSwitchGoesOff) {
   ScriptSession session;
   session.SetSettings("[OnClipTrans]\r\nFlag=1\r\nRGB=#C81E5A\r\n");
-  session.Command(transparentColour);
+  session.Command(kCommandTransparentColor);
   session.Run();
   EXPECT_EQ(session.Setting("OnClipTrans", "RGB"), "#C81E5A");
   EXPECT_EQ(session.Setting("OnClipTrans", "Flag"), "0");
@@ -184,7 +183,7 @@ TEST(TransparentColour, IsKeptWhenTheSwitchGoesOff) {
 
 TEST(TransparentColour, ACancelChangesNothing) {
   ScriptSession session;
-  session.Line("color cancel").Command(transparentColour);
+  session.Line("color cancel").Command(kCommandTransparentColor);
   session.Run();
   EXPECT_NE(session.Setting("OnClipTrans", "Flag"), "1");
 }
@@ -193,7 +192,7 @@ TEST(TransparentColour, ACancelChangesNothing) {
 struct CopiedPicture : testing::Test {
   CopiedPicture() : session({.width = 13, .height = 5}) { session.FillArea(2, 1, 3, 2, 3); }
   std::string Copied() {
-    session.Command(copyPicture).Line("save-clipboard " + Quoted(session.Path("clip.dib")));
+    session.Command(kCommandCopyToClipboard).Line("save-clipboard " + Quoted(session.Path("clip.dib")));
     session.Run();
     return session.Bytes("clip.dib");
   }
@@ -234,7 +233,7 @@ TEST_F(CopiedPicture, HasTheRowsFromTheBottom) {
 
 TEST_F(CopiedPicture, IsTheWholeCellWhateverTheSelection) {
   const std::string whole = Copied();
-  session.Command(tool::AreaSelect).LeftDrag(2, 1, 4, 3);
+  session.Command(kToolAreaSelect).LeftDrag(2, 1, 4, 3);
   EXPECT_EQ(Copied(), whole);
 }
 

@@ -4,14 +4,12 @@
 #include <string>
 #include <vector>
 
+#include "resources/ids.h"
 #include "rules/clipboard_session.h"
 #include "rules/little_bytes.h"
 
 namespace rules {
 namespace {
-
-constexpr int makeUnderdrawing = 40024;
-constexpr int layerList = 10004;
 
 // ---- Between cuts ----
 
@@ -31,7 +29,7 @@ TEST_F(BlockBetweenCuts, LargerThanTheCellKeepsItsWholeFrame) {
   Ink(0, 0, 64, 48, 2);
   Ink(0, 0, 3, 3, 3);
   Select(0, 0, 40, 30);
-  session.Command(copyBlock);
+  session.Command(kCommandCopy);
   NewCutWithSmallLayer();
   InkModel other;
   other.Fill(22, 19, 20, 10, 2);
@@ -44,7 +42,7 @@ TEST_F(BlockBetweenCuts, LargerThanTheCellKeepsItsWholeFrame) {
 TEST_F(BlockBetweenCuts, ComesBackAtItsPlaceInTheFirstCutAfterAPasteInTheSecond) {
   CopyAndClear();
   NewCutWithSmallLayer();
-  session.Command(pasteBlock).Activate(0).Command(pasteBlock);
+  session.Command(kCommandPaste).Activate(0).Command(kCommandPaste);
   model.Fill(12, 12, 4, 4, 2);
   EXPECT_TRUE(ViewShows(model));
   EXPECT_EQ(session.NowSelection(), (Area{10, 10, 20, 20}));
@@ -55,10 +53,10 @@ TEST_F(BlockBetweenCuts, BelongsToTheCutOfTheLastCopy) {
   NewCutOfTheSameSize();
   session.FillArea(31, 6, 2, 2, 4);
   Select(30, 5, 38, 12);
-  session.Command(copyBlock).Activate(0).Command(pasteBlock);
+  session.Command(kCommandCopy).Activate(0).Command(kCommandPaste);
   model.Fill(1, 1, 2, 2, 4);
   EXPECT_TRUE(ViewShows(model));
-  session.Activate(1).Command(pasteBlock);
+  session.Activate(1).Command(kCommandPaste);
   EXPECT_EQ(session.NowSelection(), (Area{30, 5, 38, 12}));
 }
 
@@ -74,21 +72,21 @@ TEST_F(BlockBetweenCuts, OutlivesTheCutItCameFrom) {
 TEST_F(BlockBetweenCuts, ACutOutBlockIsTakenAlongAndItsUndoStaysBehind) {
   Ink(12, 12, 4, 4, 2);
   Select(10, 10, 20, 20);
-  session.Command(cutBlock);
+  session.Command(kCommandCut);
   NewCutOfTheSameSize();
   InkModel other;
   other.Fill(2, 2, 4, 4, 2);
   EXPECT_TRUE(PasteShows(other));
-  session.Activate(0).Command(command::Undo);
+  session.Activate(0).Command(kCommandUndo);
   EXPECT_TRUE(ViewShows(model));
-  session.Activate(1).Command(command::Undo);
+  session.Activate(1).Command(kCommandUndo);
   EXPECT_TRUE(ViewShows(InkModel()));
 }
 
 TEST_F(BlockBetweenCuts, ADragInTheSecondCutMovesTheBlockThere) {
   CopyAndClear();
   NewCutOfTheSameSize();
-  session.Command(pasteBlock).LeftDrag(5, 5, 35, 25);
+  session.Command(kCommandPaste).LeftDrag(5, 5, 35, 25);
   InkModel other;
   other.Fill(32, 22, 4, 4, 2);
   EXPECT_TRUE(ViewShows(other));
@@ -104,7 +102,7 @@ struct BlockBetweenLayers : BlockScene {
     session.FillArea(10, 10, 30, 20, 2);
     session.FillArea(10, 10, 5, 5, 3);
     Select(10, 10, 40, 30);
-    session.Command(copyBlock);
+    session.Command(kCommandCopy);
     Clear();
   }
 };
@@ -121,7 +119,7 @@ TEST_F(BlockBetweenLayers, OnASmallerLayerIsCutToItAndKeepsItsPlace) {
 TEST_F(BlockBetweenLayers, ADragBringsInThePartThatLayOutside) {
   CopyLargeBlock();
   AddSmallLayer();
-  session.Command(pasteBlock).LeftDrag(30, 22, 42, 31);
+  session.Command(kCommandPaste).LeftDrag(30, 22, 42, 31);
   model.Fill(22, 19, 20, 10, 2);
   model.Fill(22, 19, 5, 5, 3);
   EXPECT_TRUE(ViewShows(model));
@@ -132,9 +130,9 @@ TEST_F(BlockBetweenLayers, ADragBringsInThePartThatLayOutside) {
 TEST_F(BlockBetweenLayers, UndoOnTheSmallerLayerTakesItAwayAndBringsItBack) {
   CopyLargeBlock();
   AddSmallLayer();
-  session.Command(pasteBlock).Command(command::Undo);
+  session.Command(kCommandPaste).Command(kCommandUndo);
   EXPECT_TRUE(ViewShows(model));
-  session.Command(command::Undo);
+  session.Command(kCommandUndo);
   model.Fill(22, 19, 18, 10, 2);
   EXPECT_TRUE(ViewShows(model));
 }
@@ -142,8 +140,8 @@ TEST_F(BlockBetweenLayers, UndoOnTheSmallerLayerTakesItAwayAndBringsItBack) {
 TEST_F(BlockBetweenLayers, OutOfASmallerLayerKeepsItsPlaceOnALargerOne) {
   AddSmallLayer();
   session.FillArea(24, 20, 6, 4, 3);
-  session.Command(tool::AreaSelect).RightClick(30, 22).Command(copyBlock);
-  session.Select(layerList, {0}).Command(pasteBlock).Command(command::CurrentCellOnly);
+  session.Command(kToolAreaSelect).RightClick(30, 22).Command(kCommandCopy);
+  session.Select(kLayerList, {0}).Command(kCommandPaste).Command(kCommandCurrentCellOnly);
   model.Fill(24, 20, 6, 4, 3);
   EXPECT_TRUE(ViewShows(model));
   EXPECT_EQ(session.NowUndoRect(), (Area{22, 19, 20, 10}));
@@ -162,11 +160,11 @@ TEST_F(BlockBetweenLayers, WhollyBesideTheOtherLayerFloatsAndCanBeDraggedIn) {
 TEST_F(BlockBetweenLayers, GoesToAnotherCellOfTheLayer) {
   Ink(12, 12, 4, 4, 2);
   Select(10, 10, 20, 20);
-  session.Command(copyBlock).Command(command::AddCell).Command(pasteBlock).LeftDrag(15, 15, 25, 15);
+  session.Command(kCommandCopy).Command(kCommandAddCell).Command(kCommandPaste).LeftDrag(15, 15, 25, 15);
   InkModel added;
   added.Fill(22, 12, 4, 4, 2);
   EXPECT_TRUE(ViewShows(added));
-  session.Command(command::PreviousCell);
+  session.Command(kCommandPreviousCell);
   EXPECT_TRUE(ViewShows(model));
 }
 
@@ -210,7 +208,7 @@ TEST_F(MaskedBlock, NothingLiftedStillFloatsInItsFrame) {
 TEST_F(MaskedBlock, ACopyReplacesAllOfAnOlderBlock) {
   Ink(10, 10, 10, 10, 2);
   Select(10, 10, 20, 20);
-  session.Command(copyBlock);
+  session.Command(kCommandCopy);
   Ink(10, 10, 10, 10, 3);
   CopyBlockAndClear({3});
   EXPECT_TRUE(PasteShows(model)) << "the older block's ink came back";
@@ -219,7 +217,7 @@ TEST_F(MaskedBlock, ACopyReplacesAllOfAnOlderBlock) {
 TEST_F(MaskedBlock, AMaskSetWhileItFloatsCountsForTheNextDrag) {
   CopyAndClear();
   Ink(40, 10, 10, 20, 3);
-  session.Command(pasteBlock);
+  session.Command(kCommandPaste);
   session.Mask({3});
   session.LeftDrag(15, 15, 41, 25);
   model.Fill(38, 22, 2, 4, 2);
@@ -242,7 +240,7 @@ TEST_F(MaskedBlock, TheUndoOfAMaskedPasteGivesTheCellBack) {
   CopyAndClear();
   Ink(13, 10, 10, 4, 3);
   session.Mask({3});
-  session.Command(pasteBlock).Command(command::Undo);
+  session.Command(kCommandPaste).Command(kCommandUndo);
   EXPECT_TRUE(ViewShows(model));
 }
 
@@ -251,7 +249,7 @@ TEST_F(MaskedBlock, ACutUnderAMaskStoresWhatItErasesAndUndoGivesBackBoth) {
   Ink(14, 12, 2, 4, 3);
   Select(10, 10, 20, 20);
   session.Mask({3});
-  session.Command(cutBlock);
+  session.Command(kCommandCut);
   InkModel erased = model;
   erased.Fill(12, 12, 2, 4, 0);
   EXPECT_TRUE(ViewShows(erased));
@@ -269,7 +267,7 @@ TEST_F(BlockOfRoles, HoldsLinesBoundariesAndUnderdrawingExactly) {
   Ink(10, 10, 2, 6, 1);
   Ink(12, 10, 2, 6, 2);
   Ink(14, 10, 2, 6, 3);
-  session.Command(makeUnderdrawing);
+  session.Command(kCommandToSketch);
   model.Fill(10, 10, 2, 6, 5);
   model.Fill(12, 10, 2, 6, 6);
   model.Fill(14, 10, 2, 6, 7);
@@ -292,10 +290,10 @@ TEST_F(BlockOfRoles, ToneMarksChangeTheGreysBelow) {
       {11, 3, 4, 4, 4, 4, 4}, {12, 2, 3, 4, 4, 3, 4}, {13, 1, 1, 2, 3, 1, 2}, {14, 1, 1, 1, 2, 1, 1}};
   for (int i = 0; i < 4; ++i) Ink(10, 10 + 2 * i, 14, 2, marks[i]);
   Select(10, 10, 24, 18);
-  session.Command(copyBlock);
+  session.Command(kCommandCopy);
   Clear();
   for (int j = 1; j < 7; ++j) Ink(10 + 2 * j, 8, 2, 12, below[j]);
-  session.Command(pasteBlock);
+  session.Command(kCommandPaste);
   for (int i = 0; i < 4; ++i) {
     for (int j = 0; j < 7; ++j) model.Fill(10 + 2 * j, 10 + 2 * i, 2, 2, shown[i][j]);
   }
@@ -307,7 +305,7 @@ TEST_F(BlockOfRoles, AFloatingToneMarkLeavesTheGreysAsTheyWere) {
   CopyBlockAndClear();
   Ink(10, 10, 10, 10, 1);
   Ink(40, 10, 10, 20, 2);
-  session.Command(pasteBlock);
+  session.Command(kCommandPaste);
   InkModel pasted = model;
   pasted.Fill(12, 12, 4, 4, 3);
   EXPECT_TRUE(ViewShows(pasted));
@@ -322,7 +320,7 @@ struct FloatingBlock : BlockScene {
   FloatingBlock() {
     CopyAndClear();
     Ink(40, 10, 10, 20, 3);
-    session.Command(pasteBlock);
+    session.Command(kCommandPaste);
   }
   // The cell with the block at this place of its left upper corner.
   InkModel With(int x, int y) const {
@@ -357,7 +355,7 @@ TEST_F(FloatingBlock, UndoAfterSeveralDragsTakesThePasteAwayAtOnce) {
 
 TEST_F(FloatingBlock, UndoEndsTheSelectionAndLeavesItAfloat) {
   session.LeftDrag(15, 15, 45, 25);
-  session.Command(command::Undo);
+  session.Command(kCommandUndo);
   EXPECT_FALSE(session.HasSelection());
   EXPECT_EQ(session.NowCut()["floatingPaste"], true);
 }
@@ -387,7 +385,7 @@ TEST_F(FloatingBlock, MadeFinalIsMovedAsTheInkOfTheCell) {
 }
 
 TEST_F(FloatingBlock, ASecondPasteLeavesTheFirstWhereItWasDragged) {
-  session.LeftDrag(15, 15, 45, 25).Command(pasteBlock);
+  session.LeftDrag(15, 15, 45, 25).Command(kCommandPaste);
   InkModel both = With(40, 20);
   both.Fill(12, 12, 4, 4, 2);
   EXPECT_TRUE(ViewShows(both));
@@ -401,7 +399,7 @@ TEST_F(FloatingBlock, ASecondPasteLeavesTheFirstWhereItWasDragged) {
 // The flag outlives the selection, so that the next drag of any frame is a drag of the paste: the frame's size decides
 // how much of the block lands.
 TEST_F(FloatingBlock, AFrameDrawnAfterAToolChangeDragsThePaste) {
-  session.Command(tool::FreePen);
+  session.Command(kToolFreePen);
   Select(25, 30, 30, 35);
   session.LeftDrag(28, 33, 33, 35);
   model.Fill(32, 34, 3, 3, 2);
@@ -411,14 +409,14 @@ TEST_F(FloatingBlock, AFrameDrawnAfterAToolChangeDragsThePaste) {
 
 TEST_F(FloatingBlock, AfterUndoAndRedoAFrameStillDragsThePaste) {
   session.LeftDrag(15, 15, 35, 25);
-  session.Command(command::Undo).Command(command::Undo);
+  session.Command(kCommandUndo).Command(kCommandUndo);
   session.LeftDrag(30, 20, 40, 30).LeftDrag(35, 25, 25, 35);
   EXPECT_TRUE(ViewShows(With(20, 30)));
 }
 
 // The press swaps with the undo copy, whatever that holds: after an undo it is the paste.
 TEST_F(FloatingBlock, AfterAnUndoADragBringsThePasteBackAndPutsAnotherOne) {
-  session.Command(command::Undo);
+  session.Command(kCommandUndo);
   session.LeftDrag(20, 30, 30, 40).LeftDrag(25, 35, 27, 37);
   InkModel both = With(22, 32);
   both.Fill(12, 12, 4, 4, 2);
@@ -473,10 +471,10 @@ TEST_F(FloatingBlock, DraggedWhollyOutLeavesTheCellAndUndoBringsItBack) {
 struct ZoomedBlock : BlockScene {
   ZoomedBlock() {
     Ink(22, 18, 4, 4, 2);
-    session.Command(tool::Zoom);
+    session.Command(kToolZoom);
     session.Press(32, 24);
     Select(11, 11, 30, 26);
-    session.Command(copyBlock).Command(40092).Command(pasteBlock);
+    session.Command(kCommandCopy).Command(kCommandEraseCell).Command(kCommandPaste);
     model.Fill(21, 17, 10, 8, 0);
   }
   InkModel With(int x, int y) const {
@@ -505,7 +503,7 @@ TEST_F(BlockOnTheGrid, ACopySnapsTheSelectionOfAnEarlierGrid) {
   Ink(0, 0, 64, 48, 2);
   Select(11, 13, 30, 27);
   session.Grid(8, 8);
-  session.Command(copyBlock);
+  session.Command(kCommandCopy);
   session.Grid(1, 1);
   Clear();
   model.Fill(8, 16, 24, 8, 2);
@@ -515,7 +513,7 @@ TEST_F(BlockOnTheGrid, ACopySnapsTheSelectionOfAnEarlierGrid) {
 
 TEST_F(BlockOnTheGrid, ADragGoesInStepsOfTheGrid) {
   CopyAndClear();
-  session.Command(pasteBlock);
+  session.Command(kCommandPaste);
   session.Grid(8, 8);
   session.LeftDrag(15, 15, 26, 27);
   model.Fill(20, 20, 4, 4, 2);
@@ -539,26 +537,26 @@ struct CutOut : BlockScene {
 };
 
 TEST_F(CutOut, UndoAndRedo) {
-  session.Command(cutBlock).Command(command::Undo);
+  session.Command(kCommandCut).Command(kCommandUndo);
   EXPECT_TRUE(ViewShows(model));
   EXPECT_TRUE(UndoShows(Without()));
 }
 
 TEST_F(CutOut, EndsTheSelectionWhichACopyKeeps) {
-  session.Command(copyBlock);
+  session.Command(kCommandCopy);
   EXPECT_EQ(session.NowSelection(), (Area{10, 10, 20, 20}));
-  session.Command(cutBlock);
+  session.Command(kCommandCut);
   EXPECT_FALSE(session.HasSelection());
 }
 
 TEST_F(CutOut, TheBlockOutlivesTheUndo) {
-  session.Command(cutBlock).Command(command::Undo).Command(pasteBlock).LeftDrag(15, 15, 35, 35);
+  session.Command(kCommandCut).Command(kCommandUndo).Command(kCommandPaste).LeftDrag(15, 15, 35, 35);
   model.Fill(32, 32, 4, 4, 2);
   EXPECT_TRUE(ViewShows(model));
 }
 
 TEST_F(CutOut, UndoAfterThePasteGivesTheStateAfterTheCut) {
-  session.Command(cutBlock).Command(pasteBlock).LeftDrag(15, 15, 35, 35);
+  session.Command(kCommandCut).Command(kCommandPaste).LeftDrag(15, 15, 35, 35);
   InkModel moved = Without();
   moved.Fill(32, 32, 4, 4, 2);
   EXPECT_TRUE(ViewShows(moved));
@@ -572,7 +570,7 @@ TEST_F(CutOut, PastTheEdgeOfASmallLayerIsLimitedToIt) {
   AddSmallLayer();
   session.FillArea(22, 19, 20, 10, 4);
   Select(10, 10, 30, 24);
-  session.Command(cutBlock);
+  session.Command(kCommandCut);
   InkModel rest = model;
   rest.Fill(22, 19, 20, 10, 4);
   const InkModel whole = rest;
@@ -580,7 +578,7 @@ TEST_F(CutOut, PastTheEdgeOfASmallLayerIsLimitedToIt) {
   EXPECT_TRUE(ViewShows(rest));
   EXPECT_EQ(session.NowUndoRect(), (Area{0, 0, 8, 5}));
   EXPECT_TRUE(UndoShows(whole));
-  session.Command(command::Undo).Command(pasteBlock);
+  session.Command(kCommandUndo).Command(kCommandPaste);
   EXPECT_TRUE(ViewShows(whole));
   EXPECT_EQ(session.NowSelection(), (Area{22, 19, 30, 24}));
 }
@@ -644,11 +642,11 @@ std::string BitmapFile(const Picture& picture, uint32_t bits, const std::vector<
 void PasteFile(ScriptSession& session, const std::string& file) {
   session.Write("picture.bmp", file);
   PutOnClipboard(session, "picture.bmp");
-  session.Command(pastePicture);
+  session.Command(kCommandPasteFromClipboard);
 }
 
 void SwitchTransparencyOn(DrawingSession& session, const std::string& colour) {
-  session.Line("color " + colour).Command(transparentColour);
+  session.Line("color " + colour).Command(kCommandTransparentColor);
 }
 
 struct DepthCase {
@@ -680,7 +678,7 @@ TEST_P(PictureOfADepth, ShowsWhatLiesBelowTheTransparentColour) {
 
 TEST_P(PictureOfADepth, HasEveryPixelAfterTheSwitchWentOffAgain) {
   SwitchTransparencyOn(session, "30C8A0");
-  session.Command(transparentColour);
+  session.Command(kCommandTransparentColor);
   Paste();
   DrawPasted(model, picture, 0, 0);
   EXPECT_TRUE(ViewShows(model));
@@ -753,7 +751,7 @@ TEST_F(ClipboardPicture, WithoutAnOwnerLandsAtTheOriginOfEachLayer) {
   PastePicture(session, PlainPicture(6, 4, 0xFFFFFF));
   model.Fill(22, 19, 6, 4, 4);
   EXPECT_TRUE(ViewShows(model));
-  session.Select(layerList, {0}).Command(pasteBlock);
+  session.Select(kLayerList, {0}).Command(kCommandPaste);
   model.Fill(0, 0, 6, 4, 4);
   EXPECT_TRUE(ViewShows(model));
 }
@@ -764,7 +762,7 @@ TEST_F(ClipboardPicture, AfterACopyInThisCutKeepsItsPlaceOnTheCanvas) {
   PastePicture(session, PlainPicture(6, 4, 0xFFFFFF));
   model.Fill(22, 19, 6, 4, 4);
   EXPECT_TRUE(ViewShows(model));
-  session.Select(layerList, {0}).Command(pasteBlock).Command(command::CurrentCellOnly);
+  session.Select(kLayerList, {0}).Command(kCommandPaste).Command(kCommandCurrentCellOnly);
   EXPECT_TRUE(ViewShows(model));
 }
 
@@ -774,7 +772,7 @@ TEST_F(ClipboardPicture, PastedInAnotherCutTakesThatCutsPlaceBackToTheOwner) {
   PastePicture(session, PlainPicture(6, 4, 0xFFFFFF));
   model.Fill(22, 19, 6, 4, 4);
   EXPECT_TRUE(ViewShows(model));
-  session.Activate(0).Command(pasteBlock);
+  session.Activate(0).Command(kCommandPaste);
   EXPECT_TRUE(ViewShows(model));
 }
 

@@ -8,16 +8,11 @@
 #include <string>
 #include <vector>
 
+#include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
 
 namespace rules {
-
-constexpr int copyBlock = 40061;
-constexpr int pasteBlock = 40062;
-constexpr int cutBlock = 40063;
-constexpr int pastePicture = 40091;
-constexpr int transparentColour = 40137;
 
 // A picture of another program. Rows from the top, 0xRRGGBB.
 struct Picture {
@@ -65,7 +60,7 @@ inline void PutOnClipboard(ScriptSession& session, const Picture& picture) {
 
 inline void PastePicture(ScriptSession& session, const Picture& picture) {
   PutOnClipboard(session, picture);
-  session.Command(pastePicture);
+  session.Command(kCommandPasteFromClipboard);
 }
 
 // A drawing, and a model of what its view should show.
@@ -80,13 +75,13 @@ struct BlockScene : testing::Test {
   // Empties the cell.
   void Clear() { Ink(0, 0, model.Width(), model.Height(), 0); }
   void Select(int left, int top, int right, int bottom) {
-    session.Command(tool::AreaSelect).LeftDrag(left, top, right, bottom);
+    session.Command(kToolAreaSelect).LeftDrag(left, top, right, bottom);
   }
   // Copies the block from (10, 10) to (20, 20), under a mask of these indices, and empties the cell and the mask.
   void CopyBlockAndClear(std::initializer_list<int> mask = {}) {
     Select(10, 10, 20, 20);
     if (mask.size() != 0) session.Mask(mask);
-    session.Command(copyBlock);
+    session.Command(kCommandCopy);
     Clear();
   }
   // The same of a cell that has ink of index 2 at (12, 12), 4 by 4.
@@ -104,12 +99,12 @@ struct BlockScene : testing::Test {
   testing::AssertionResult ViewShows(const InkModel& expected) { return Shows(session.NowView(), expected); }
   // Compares the view after a paste of the block.
   testing::AssertionResult PasteShows(const InkModel& expected) {
-    session.Command(pasteBlock);
+    session.Command(kCommandPaste);
     return ViewShows(expected);
   }
   // Compares the view after an undo, which brings back what the undo before it took away.
   testing::AssertionResult UndoShows(const InkModel& expected) {
-    session.Command(command::Undo);
+    session.Command(kCommandUndo);
     return ViewShows(expected);
   }
 

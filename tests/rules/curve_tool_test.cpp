@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
 
@@ -12,7 +13,7 @@ constexpr Point c = {45, 10};
 constexpr Point d = {55, 38};
 
 struct CurveTool : testing::Test {
-  CurveTool() { session.Command(tool::Curve); }
+  CurveTool() { session.Command(kToolCurve); }
   void Click(const Point& point, std::string_view keys = "") { session.LeftClick(point.x, point.y, keys); }
   void End() { session.RightClick(1, 1); }
   DrawingSession session;
@@ -133,12 +134,12 @@ TEST_F(CurveTool, ASegmentHasTheShapeOfTheClickBeforeTheOneThatDraws) {
 
 TEST_F(CurveTool, AChainOfCurvesIsOneUndoStep) {
   session.DrawInkLine(40, 44, 50, 44);
-  session.Command(tool::Curve);
+  session.Command(kToolCurve);
   Click(a);
   Click(b);
   Click(c);
   End();
-  session.Command(command::Undo);
+  session.Command(kCommandUndo);
   model.Line(40, 44, 50, 44);
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
@@ -165,7 +166,7 @@ TEST_F(CurveTool, APulseDropsThePendingSegment) {
 
 TEST_F(CurveTool, TheFirstClickForgetsTheUndoRect) {
   session.DrawInkLine(40, 44, 50, 44);
-  session.Command(tool::Curve);
+  session.Command(kToolCurve);
   Click(a);
   EXPECT_EQ(session.NowUndoRect(), (Area{0, 0, 0, 0}));
 }
@@ -206,7 +207,7 @@ TEST_F(CurveTool, TheMarkGoesWithTheRightClick) {
 TEST_F(CurveTool, AMaskHoldsOnTheCurve) {
   session.FillArea(0, 20, 64, 6, 4);
   session.Mask({4});
-  session.Command(tool::Curve);
+  session.Command(kToolCurve);
   Click(a);
   Click(b);
   Click(c);

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "resources/ids.h"
 #include "rules/script_session.h"
 
 namespace {
@@ -25,7 +26,7 @@ class MaskDialogBox : public testing::TestWithParam<MaskBox> {};
 
 TEST_P(MaskDialogBox, StandsForItsBit) {
   ScriptSession session;
-  session.Dialog(109, {std::to_string(GetParam().control) + "=on"}).Command(40046);
+  session.Dialog(kMaskDialog, {{GetParam().control, "on"}}).Command(kCommandMask);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Mask(session, state), GetParam().mask);
@@ -33,22 +34,25 @@ TEST_P(MaskDialogBox, StandsForItsBit) {
 
 TEST_P(MaskDialogBox, StartsFromTheMask) {
   ScriptSession session;
-  session.Dialog(109, {"1050=click"}).Command(40046);
-  session.Dialog(109, {std::to_string(GetParam().control) + "=off"}).Command(40046);
+  session.Dialog(kMaskDialog, {{kMaskInvertButton, "click"}}).Command(kCommandMask);
+  session.Dialog(kMaskDialog, {{GetParam().control, "off"}}).Command(kCommandMask);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Mask(session, state), 0x7F1F & ~GetParam().mask);
 }
 
 INSTANTIATE_TEST_SUITE_P(Dialogs, MaskDialogBox,
-                         testing::Values(MaskBox{1013, 1}, MaskBox{1009, 2}, MaskBox{1011, 4}, MaskBox{1012, 8},
-                                         MaskBox{1010, 16}, MaskBox{1017, 256}, MaskBox{1018, 512}, MaskBox{1019, 1024},
-                                         MaskBox{1046, 2048}, MaskBox{1045, 4096}, MaskBox{1047, 8192},
-                                         MaskBox{1048, 16384}));
+                         testing::Values(MaskBox{kMaskTransparentCheck, 1}, MaskBox{kMaskBlackCheck, 2},
+                                         MaskBox{kMaskDarkCheck, 4}, MaskBox{kMaskLightCheck, 8},
+                                         MaskBox{kMaskWhiteCheck, 16}, MaskBox{kMaskLineBlackCheck, 256},
+                                         MaskBox{kMaskLineDarkCheck, 512}, MaskBox{kMaskLineLightCheck, 1024},
+                                         MaskBox{kMaskPlus2Check, 2048}, MaskBox{kMaskPlus1Check, 4096},
+                                         MaskBox{kMaskMinus1Check, 8192}, MaskBox{kMaskMinus2Check, 16384}));
 
 TEST(MaskDialog, InvertAfterClearChecksAllTwelveBoxes) {
   ScriptSession session;
-  session.Dialog(109, {"1009=on", "1049=click", "1050=click"}).Command(40046);
+  session.Dialog(kMaskDialog, {{kMaskBlackCheck, "on"}, {kMaskClearButton, "click"}, {kMaskInvertButton, "click"}})
+      .Command(kCommandMask);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Mask(session, state), 0x7F1F);
@@ -56,7 +60,10 @@ TEST(MaskDialog, InvertAfterClearChecksAllTwelveBoxes) {
 
 TEST(MaskDialog, ClearTakesAllChecksAway) {
   ScriptSession session;
-  session.Dialog(109, {"1050=click"}).Command(40046).Dialog(109, {"1049=click"}).Command(40046);
+  session.Dialog(kMaskDialog, {{kMaskInvertButton, "click"}})
+      .Command(kCommandMask)
+      .Dialog(kMaskDialog, {{kMaskClearButton, "click"}})
+      .Command(kCommandMask);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Mask(session, state), 0);
@@ -64,7 +71,10 @@ TEST(MaskDialog, ClearTakesAllChecksAway) {
 
 TEST(MaskDialog, InvertTakesTheMaskItWasOpenedWithAndNotTheBoxes) {
   ScriptSession session;
-  session.Dialog(109, {"1009=on"}).Command(40046).Dialog(109, {"1013=on", "1050=click"}).Command(40046);
+  session.Dialog(kMaskDialog, {{kMaskBlackCheck, "on"}})
+      .Command(kCommandMask)
+      .Dialog(kMaskDialog, {{kMaskTransparentCheck, "on"}, {kMaskInvertButton, "click"}})
+      .Command(kCommandMask);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Mask(session, state), 0x7F1F & ~2);
@@ -72,7 +82,10 @@ TEST(MaskDialog, InvertTakesTheMaskItWasOpenedWithAndNotTheBoxes) {
 
 TEST(MaskDialog, InvertTwiceComesBack) {
   ScriptSession session;
-  session.Dialog(109, {"1009=on", "1048=on"}).Command(40046).Dialog(109, {"1050=click", "1050=click"}).Command(40046);
+  session.Dialog(kMaskDialog, {{kMaskBlackCheck, "on"}, {kMaskMinus2Check, "on"}})
+      .Command(kCommandMask)
+      .Dialog(kMaskDialog, {{kMaskInvertButton, "click"}, {kMaskInvertButton, "click"}})
+      .Command(kCommandMask);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Mask(session, state), 2 | 16384);
@@ -80,7 +93,8 @@ TEST(MaskDialog, InvertTwiceComesBack) {
 
 TEST(MaskDialog, BoxesAfterAButtonCount) {
   ScriptSession session;
-  session.Dialog(109, {"1050=click", "1049=click", "1012=on"}).Command(40046);
+  session.Dialog(kMaskDialog, {{kMaskInvertButton, "click"}, {kMaskClearButton, "click"}, {kMaskLightCheck, "on"}})
+      .Command(kCommandMask);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Mask(session, state), 8);
@@ -88,14 +102,17 @@ TEST(MaskDialog, BoxesAfterAButtonCount) {
 
 TEST(MaskDialog, CancelKeepsTheMaskInSpiteOfTheButtons) {
   ScriptSession session;
-  session.Dialog(109, {"1009=on"}).Command(40046).Dialog(109, {"1049=click"}, "cancel").Command(40046);
+  session.Dialog(kMaskDialog, {{kMaskBlackCheck, "on"}})
+      .Command(kCommandMask)
+      .Dialog(kMaskDialog, {{kMaskClearButton, "click"}}, "cancel")
+      .Command(kCommandMask);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Mask(session, state), 2);
 }
 
 struct RadioButton {
-  const char* word;
+  rules::DialogValue value;
   int antialias;
 };
 
@@ -105,21 +122,21 @@ TEST_P(AntialiasButton, SwitchesTheOthersOff) {
   ScriptSession session;
   CutFile file = CutFile::WithoutLayers(1);
   file.antialias = GetParam().antialias == 0 ? 2 : 0;
-  session.OpenCut("a.cut", file).Dialog(107, {GetParam().word}).Command(40077);
+  session.OpenCut("a.cut", file).Dialog(kCutDialog, {GetParam().value}).Command(kCommandCutProperties);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["antialias"], GetParam().antialias);
 }
 
 INSTANTIATE_TEST_SUITE_P(Dialogs, AntialiasButton,
-                         testing::Values(RadioButton{"1055=on", 0}, RadioButton{"1056=on", 1},
-                                         RadioButton{"1057=on", 2}));
+                         testing::Values(RadioButton{{kCutWholeRadio, "on"}, 0}, RadioButton{{kCutHalfRadio, "on"}, 1},
+                                         RadioButton{{kCutQuarterRadio, "on"}, 2}));
 
 TEST(CutDialog, WithNoAntialiasButtonOnTheValueStays) {
   ScriptSession session;
   CutFile file = CutFile::WithoutLayers(1);
   file.antialias = 2;
-  session.OpenCut("a.cut", file).Dialog(107, {"1057=off"}).Command(40077);
+  session.OpenCut("a.cut", file).Dialog(kCutDialog, {{kCutQuarterRadio, "off"}}).Command(kCommandCutProperties);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["antialias"], 2);
@@ -127,7 +144,9 @@ TEST(CutDialog, WithNoAntialiasButtonOnTheValueStays) {
 
 TEST(CutDialog, SizeOfZeroNeverComesThrough) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Dialog(123, {"1002=0", "1001=-4"}).Command(40112);
+  session.OpenCut("a.cut", CutFile::WithoutLayers(1))
+      .Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "0"}, {kFrameHeightEdit, "-4"}})
+      .Command(kCommandFrameSize);
   const int state = session.State();
   session.Run();
   EXPECT_GE(session.Cut(state)["frameWidth"], 1);
@@ -136,7 +155,9 @@ TEST(CutDialog, SizeOfZeroNeverComesThrough) {
 
 TEST(CutDialog, LargestSizeIsTaken) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Dialog(123, {"1002=32767", "1001=1"}).Command(40112);
+  session.OpenCut("a.cut", CutFile::WithoutLayers(1))
+      .Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "32767"}, {kFrameHeightEdit, "1"}})
+      .Command(kCommandFrameSize);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["frameWidth"], 32767);
@@ -145,7 +166,9 @@ TEST(CutDialog, LargestSizeIsTaken) {
 
 TEST(CutDialog, LaterValuesOverEarlierOnes) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Dialog(123, {"1002=5", "1002=6"}).Command(40112);
+  session.OpenCut("a.cut", CutFile::WithoutLayers(1))
+      .Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "5"}, {kFrameWidthEdit, "6"}})
+      .Command(kCommandFrameSize);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["frameWidth"], 6);
@@ -153,7 +176,9 @@ TEST(CutDialog, LaterValuesOverEarlierOnes) {
 
 TEST(CutDialog, CreditTakesJapaneseText) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Dialog(107, {"1037=表 原画"}).Command(40077);
+  session.OpenCut("a.cut", CutFile::WithoutLayers(1))
+      .Dialog(kCutDialog, {{kCutCreditEdit, "表 原画"}})
+      .Command(kCommandCutProperties);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["credit"], "表 原画");
@@ -161,7 +186,9 @@ TEST(CutDialog, CreditTakesJapaneseText) {
 
 TEST(LayerDialog, NameTakesBlanksAndQuotes) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Dialog(106, {"1000=a \"b\" c"}).Command(40022);
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0}))
+      .Dialog(kLayerDialog, {{kLayerNameEdit, "a \"b\" c"}})
+      .Command(kCommandLayerProperties);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["layers"][0]["name"], "a \"b\" c");
@@ -169,7 +196,9 @@ TEST(LayerDialog, NameTakesBlanksAndQuotes) {
 
 TEST(LayerDialog, EmptyNameOfALayerThatExistsStaysEmpty) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Dialog(106, {"1000="}).Command(40022);
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0}))
+      .Dialog(kLayerDialog, {{kLayerNameEdit, ""}})
+      .Command(kCommandLayerProperties);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["layers"][0]["name"], "");
@@ -188,17 +217,22 @@ TEST_P(RangeDialog, OnACutOfOneFrameOffersOnlyOne) {
 
 TEST_P(RangeDialog, OfAnotherTemplateEndsTheScript) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Dialog(108, {}).Command(GetParam().first).Run(3);
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Dialog(kGridDialog, {}).Command(GetParam().first).Run(3);
 }
 
 INSTANTIATE_TEST_SUITE_P(Dialogs, RangeDialog,
-                         testing::Values(std::pair{40093, 115}, std::pair{40101, 117}, std::pair{40069, 112}));
+                         testing::Values(std::pair{kCommandBrightnessRamp, kBrightnessRampDialog},
+                                         std::pair{kCommandFrameRamp, kFrameRampDialog},
+                                         std::pair{kCommandLayerRamp, kLayerRampDialog}));
 
 TEST(RangeDialogOfManyFrames, WrapsSoThatItsStartIsNoFrame) {
   ScriptSession session;
   CutFile file = CutFile::WithoutLayers(40000);
   file.frames[0].brightness = 0;
-  session.OpenCut("a.cut", file).Command(40041).Dialog(115, {}).Command(40093);
+  session.OpenCut("a.cut", file)
+      .Command(kCommandFirstFrame)
+      .Dialog(kBrightnessRampDialog, {})
+      .Command(kCommandBrightnessRamp);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(state, 1)["brightness"], 50);
@@ -207,7 +241,10 @@ TEST(RangeDialogOfManyFrames, WrapsSoThatItsStartIsNoFrame) {
 
 TEST(FontDialog, NumbersGoIntoTheFont) {
   ScriptSession session;
-  session.Dialog(113, {"1001=30", "1022=5", "1042=700"}).Command(40072).Exit().Run();
+  session.Dialog(kFontDialog, {{kFontSizeEdit, "30"}, {kFontSpacingEdit, "5"}, {kFontWeightEdit, "700"}})
+      .Command(kCommandFont)
+      .Exit()
+      .Run();
   const std::string font = session.Setting("setup", "font");
   ASSERT_GE(font.size(), 12U);
   EXPECT_EQ(font.substr(font.size() - 12), ", 30, 5, 700");
@@ -215,7 +252,10 @@ TEST(FontDialog, NumbersGoIntoTheFont) {
 
 TEST(FontDialog, LowestValuesAreTaken) {
   ScriptSession session;
-  session.Dialog(113, {"1001=1", "1022=0", "1042=0"}).Command(40072).Exit().Run();
+  session.Dialog(kFontDialog, {{kFontSizeEdit, "1"}, {kFontSpacingEdit, "0"}, {kFontWeightEdit, "0"}})
+      .Command(kCommandFont)
+      .Exit()
+      .Run();
   const std::string font = session.Setting("setup", "font");
   ASSERT_GE(font.size(), 9U);
   EXPECT_EQ(font.substr(font.size() - 9), ", 1, 0, 0");
@@ -224,7 +264,7 @@ TEST(FontDialog, LowestValuesAreTaken) {
 TEST(FontDialog, StartsWithTheFontsNumbers) {
   ScriptSession session;
   session.SetSettings("[setup]\r\nfont=Some Face, 31, 7, 650\r\n");
-  session.Dialog(113, {}).Command(40072).Exit().Run();
+  session.Dialog(kFontDialog, {}).Command(kCommandFont).Exit().Run();
   const std::string font = session.Setting("setup", "font");
   ASSERT_GE(font.size(), 12U);
   EXPECT_EQ(font.substr(font.size() - 12), ", 31, 7, 650");
@@ -233,20 +273,22 @@ TEST(FontDialog, StartsWithTheFontsNumbers) {
 TEST(FontDialog, FontThatIsNotThereFallsToTheFirstLine) {
   ScriptSession session;
   session.SetSettings("[setup]\r\nfont=No Such Face, 31, 7, 650\r\n");
-  session.Dialog(113, {}).Command(40072).Exit().Run();
+  session.Dialog(kFontDialog, {}).Command(kCommandFont).Exit().Run();
   EXPECT_EQ(session.Setting("setup", "font").find("No Such Face"), std::string::npos);
 }
 
 TEST(FontDialog, CancelKeepsTheFont) {
   ScriptSession session;
   session.SetSettings("[setup]\r\nfont=No Such Face, 31, 7, 650\r\n");
-  session.Dialog(113, {"1001=99"}, "cancel").Command(40072).Exit().Run();
+  session.Dialog(kFontDialog, {{kFontSizeEdit, "99"}}, "cancel").Command(kCommandFont).Exit().Run();
   EXPECT_EQ(session.Setting("setup", "font"), "No Such Face, 31, 7, 650");
 }
 
 TEST(RandomDotsDialog, GapOfOneStampsEveryPixel) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({0}, {0})).Dialog(127, {"1001=1"}).Command(40126);
+  session.OpenCut("a.cut", CutFile::Showing({0}, {0}))
+      .Dialog(kRandomDotsDialog, {{kDotGapEdit, "1"}})
+      .Command(kCommandRandomDots);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["layers"][0]["cells"], json::array({rules::PlainCell(1)}));
@@ -254,10 +296,12 @@ TEST(RandomDotsDialog, GapOfOneStampsEveryPixel) {
 
 TEST(Answers, AreTakenInTheirOrder) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Dialog(123, {"1002=5"}).Dialog(123, {"1002=6"});
-  session.Command(40112);
+  session.OpenCut("a.cut", CutFile::WithoutLayers(1))
+      .Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "5"}})
+      .Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "6"}});
+  session.Command(kCommandFrameSize);
   const int first = session.State();
-  session.Command(40112);
+  session.Command(kCommandFrameSize);
   const int second = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(first)["frameWidth"], 5);
@@ -266,13 +310,13 @@ TEST(Answers, AreTakenInTheirOrder) {
 
 TEST(Answers, DialogWithoutOneEndsTheScript) {
   ScriptSession session;
-  session.Command(40046).Run(3);
+  session.Command(kCommandMask).Run(3);
   EXPECT_NE(session.Errors().find("script.txt:1:"), std::string::npos) << session.Errors();
 }
 
 TEST(Answers, ControlThatDoesNotExistEndsTheScript) {
   ScriptSession session;
-  session.Dialog(109, {"1234=on"}).Command(40046).Run(3);
+  session.Dialog(kMaskDialog, {{1234, "on"}}).Command(kCommandMask).Run(3);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "resources/ids.h"
 #include "rules/clipboard_session.h"
 #include "rules/script_session.h"
 #include "rules/session_state.h"
@@ -64,23 +65,29 @@ INSTANTIATE_TEST_SUITE_P(
         CellCase{"DeleteLeavesFramesThatShowedItOnItsNumber",
                  {1, 2, 3, 4},
                  {2, 2, 3, 1, 0, 2},
-                 40009,
+                 kCommandDeleteCell,
                  {2, 2, 2, 1, 0, 2},
                  {1, 2, 4},
                  "A (3/3)"},
         CellCase{"DeleteOfTheLastCellLeavesEveryFrameOfItOnTheNewLast",
                  {1, 2, 3, 4},
                  {3, 1, 3},
-                 40009,
+                 kCommandDeleteCell,
                  {2, 1, 2},
                  {1, 2, 3},
                  "A (3/3)"},
-        CellCase{"AddLiftsTheNumbersBehindIt", {1, 2, 3}, {0, 1, 2, 1}, 40011, {0, 1, 3, 2}, {1, 2, 0, 3}, "A (3/4)"},
-        CellCase{"AddBehindTheLastCellShowsTheNewCell", {1, 2}, {1, 1}, 40011, {1, 2}, {1, 2, 0}, "A (3/3)"},
+        CellCase{"AddLiftsTheNumbersBehindIt",
+                 {1, 2, 3},
+                 {0, 1, 2, 1},
+                 kCommandAddCell,
+                 {0, 1, 3, 2},
+                 {1, 2, 0, 3},
+                 "A (3/4)"},
+        CellCase{"AddBehindTheLastCellShowsTheNewCell", {1, 2}, {1, 1}, kCommandAddCell, {1, 2}, {1, 2, 0}, "A (3/3)"},
         CellCase{"InsertLiftsItsOwnNumberAndThoseBehindInOtherFrames",
                  {1, 2, 3},
                  {0, 1, 2, 1},
-                 40010,
+                 kCommandInsertCell,
                  {0, 2, 3, 1},
                  {1, 0, 2, 3},
                  "A (2/4)"}),
@@ -106,15 +113,15 @@ TEST_P(RefusedCellCommand, LeavesTheCells) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Document, RefusedCellCommand,
-                         testing::Values(RefusedCase{"DeleteOfTheOnlyCell", {1}, 0, 40009},
-                                         RefusedCase{"DeleteOnABlankRecord", {1, 2}, -1, 40009},
-                                         RefusedCase{"AddOnABlankRecord", {1, 2}, -1, 40011},
-                                         RefusedCase{"InsertOnABlankRecord", {1, 2}, -1, 40010}),
+                         testing::Values(RefusedCase{"DeleteOfTheOnlyCell", {1}, 0, kCommandDeleteCell},
+                                         RefusedCase{"DeleteOnABlankRecord", {1, 2}, -1, kCommandDeleteCell},
+                                         RefusedCase{"AddOnABlankRecord", {1, 2}, -1, kCommandAddCell},
+                                         RefusedCase{"InsertOnABlankRecord", {1, 2}, -1, kCommandInsertCell}),
                          [](const testing::TestParamInfo<RefusedCase>& test) { return std::string(test.param.name); });
 
 TEST(DeleteCell, LeavesTheRememberedNumberOfABlankRecordStale) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 2, 3}, {-3, 0})).Command(40009);
+  session.OpenCut("a.cut", CutFile::Showing({1, 2, 3}, {-3, 0})).Command(kCommandDeleteCell);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Numbers(session, state), (std::vector<int>{-3, 0}));
@@ -122,7 +129,7 @@ TEST(DeleteCell, LeavesTheRememberedNumberOfABlankRecordStale) {
 
 TEST(DeleteCell, MarksImagesRepaintsAndRewritesTheLine) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {0})).Command(40026).Command(40009);
+  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {0})).Command(kCommandPlay).Command(kCommandDeleteCell);
   const int state = session.State();
   const int view = session.View();
   session.Run();
@@ -134,7 +141,10 @@ TEST(DeleteCell, MarksImagesRepaintsAndRewritesTheLine) {
 
 TEST(DeleteCell, TakesItsUndoWithIt) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {0})).Command(40092).Command(40009).Command(40030);
+  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {0}))
+      .Command(kCommandEraseCell)
+      .Command(kCommandDeleteCell)
+      .Command(kCommandUndo);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Cells(session, state), Colors({2}));
@@ -145,7 +155,7 @@ TEST(AddCell, LeavesOtherLayersAlone) {
   CutFile file = CutFile::Showing({1, 2, 3}, {2, 0});
   file.layers.push_back({.name = "B", .cells = {4, 5}});
   for (auto& frame : file.frames) frame.records.push_back({.layer = 1, .cell = 1});
-  session.OpenCut("a.cut", file).Select(10004, {0}).Command(40011);
+  session.OpenCut("a.cut", file).Select(kLayerList, {0}).Command(kCommandAddCell);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Numbers(session, state), (std::vector<int>{3, 1}));
@@ -155,9 +165,9 @@ TEST(AddCell, LeavesOtherLayersAlone) {
 
 TEST(StepCell, GoesBackAndForwardWithinTheLayer) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 2, 3}, {0, 1})).Command(40012);
+  session.OpenCut("a.cut", CutFile::Showing({1, 2, 3}, {0, 1})).Command(kCommandPreviousCell);
   const int back = session.State();
-  session.Command(40013).Command(40013);
+  session.Command(kCommandNextCell).Command(kCommandNextCell);
   const int forward = session.State();
   session.Run();
   EXPECT_EQ(Numbers(session, back), (std::vector<int>{0, 0}));
@@ -168,9 +178,9 @@ TEST(StepCell, GoesBackAndForwardWithinTheLayer) {
 
 TEST(StepCell, ToTheFirstAndTheLast) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 2, 3, 4}, {1})).Command(40044);
+  session.OpenCut("a.cut", CutFile::Showing({1, 2, 3, 4}, {1})).Command(kCommandLastCell);
   const int last = session.State();
-  session.Command(40043);
+  session.Command(kCommandFirstCell);
   const int first = session.State();
   session.Run();
   EXPECT_EQ(Numbers(session, last), std::vector<int>{3});
@@ -179,7 +189,7 @@ TEST(StepCell, ToTheFirstAndTheLast) {
 
 TEST(StepCell, RepaintsAndMarksImages) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 3}, {0})).Command(40026).Command(40013);
+  session.OpenCut("a.cut", CutFile::Showing({1, 3}, {0})).Command(kCommandPlay).Command(kCommandNextCell);
   const int state = session.State();
   const int view = session.View();
   session.Run();
@@ -200,12 +210,13 @@ TEST_P(StepAtItsEnd, MarksNothing) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Document, StepAtItsEnd,
-                         testing::Values(std::pair{40012, 0}, std::pair{40013, 2}, std::pair{40012, -2},
-                                         std::pair{40013, -2}, std::pair{40043, -2}, std::pair{40044, -2}));
+                         testing::Values(std::pair{kCommandPreviousCell, 0}, std::pair{kCommandNextCell, 2},
+                                         std::pair{kCommandPreviousCell, -2}, std::pair{kCommandNextCell, -2},
+                                         std::pair{kCommandFirstCell, -2}, std::pair{kCommandLastCell, -2}));
 
 TEST(StepCell, ThatFailsLeavesTheScreenOverlayAlone) {
   ScriptSession session;
-  session.NewCut().Command(40059).LeftDrag(306, 230, 316, 236).Command(40012);
+  session.NewCut().Command(kToolAreaSelect).LeftDrag(306, 230, 316, 236).Command(kCommandPreviousCell);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["selection"], json::array({306, 230, 316, 236}));
@@ -213,10 +224,10 @@ TEST(StepCell, ThatFailsLeavesTheScreenOverlayAlone) {
 
 TEST(ToggleBlank, KeepsTheNumberInItsComplement) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 2, 3}, {2, 2})).Command(40060);
+  session.OpenCut("a.cut", CutFile::Showing({1, 2, 3}, {2, 2})).Command(kCommandBlankCell);
   const int blank = session.State();
   const int view = session.View();
-  session.Command(40060);
+  session.Command(kCommandBlankCell);
   const int shown = session.State();
   session.Run();
   EXPECT_EQ(Numbers(session, blank), (std::vector<int>{2, -3}));
@@ -228,7 +239,7 @@ TEST(ToggleBlank, KeepsTheNumberInItsComplement) {
 
 TEST(ToggleBlank, MarksImages) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(40026).Command(40060);
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(kCommandPlay).Command(kCommandBlankCell);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["modified"], true);
@@ -237,9 +248,11 @@ TEST(ToggleBlank, MarksImages) {
 
 TEST(ToggleBlankAll, TurnsEveryFrameAndTwiceRestores) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 2, 3}, {0, -2, 2})).Command(40007).Command(40103);
+  session.OpenCut("a.cut", CutFile::Showing({1, 2, 3}, {0, -2, 2}))
+      .Command(kCommandPreviousFrame)
+      .Command(kCommandBlankAll);
   const int once = session.State();
-  session.Command(40103);
+  session.Command(kCommandBlankAll);
   const int twice = session.State();
   session.Run();
   EXPECT_EQ(Numbers(session, once), (std::vector<int>{-1, 1, -3}));
@@ -250,7 +263,7 @@ TEST(ToggleBlankAll, TurnsEveryFrameAndTwiceRestores) {
 
 TEST(ToggleBlankAll, WorksOnACutOfOneFrame) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {1})).Command(40103);
+  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {1})).Command(kCommandBlankAll);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Numbers(session, state), std::vector<int>{-2});
@@ -265,7 +278,7 @@ CutFile TwoLayers(int below, int above, int offset) {
 
 TEST(MergeDown, DrawsTheCellOntoTheLayerBelowAtItsOffset) {
   ScriptSession session;
-  session.OpenCut("a.cut", TwoLayers(1, 3, 4)).Command(40071);
+  session.OpenCut("a.cut", TwoLayers(1, 3, 4)).Command(kCommandMergeDown);
   const int state = session.State();
   session.Run();
   const std::string row("\x11\x11\x33\x33", 4);
@@ -276,7 +289,10 @@ TEST(MergeDown, DrawsTheCellOntoTheLayerBelowAtItsOffset) {
 
 TEST(MergeDown, LeavesPixelsOfTheMaskBelow) {
   ScriptSession session;
-  session.OpenCut("a.cut", TwoLayers(1, 3, 4)).Dialog(109, {"1009=on"}).Command(40046).Command(40071);
+  session.OpenCut("a.cut", TwoLayers(1, 3, 4))
+      .Dialog(kMaskDialog, {{kMaskBlackCheck, "on"}})
+      .Command(kCommandMask)
+      .Command(kCommandMergeDown);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Cells(session, state, 0), Colors({1}));
@@ -284,7 +300,7 @@ TEST(MergeDown, LeavesPixelsOfTheMaskBelow) {
 
 TEST(MergeDown, OfTheBottomRecordDrawsNothing) {
   ScriptSession session;
-  session.OpenCut("a.cut", TwoLayers(1, 3, 0)).Select(10004, {0}).Command(40071);
+  session.OpenCut("a.cut", TwoLayers(1, 3, 0)).Select(kLayerList, {0}).Command(kCommandMergeDown);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Cells(session, state, 0), Colors({1}));
@@ -294,7 +310,7 @@ TEST(MergeDown, OfTheBottomRecordDrawsNothing) {
 TEST(Draft, WholeCellTurnsIntoUnderdrawing) {
   ScriptSession session;
   session.OpenCut("a.cut", CutFile::Showing({1, 2, 3, 8, 10, 4}, {0, 1, 2, 3, 4, 5}));
-  for (int i = 0; i < 6; ++i) session.Command(40024).Command(40007);
+  for (int i = 0; i < 6; ++i) session.Command(kCommandToSketch).Command(kCommandPreviousFrame);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Cells(session, state), Colors({5, 6, 7, 5, 7, 0}));
@@ -302,7 +318,7 @@ TEST(Draft, WholeCellTurnsIntoUnderdrawing) {
 
 TEST(Draft, OldUnderdrawingGoesBeforeTheInkTurns) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({5}, {0})).Command(40024);
+  session.OpenCut("a.cut", CutFile::Showing({5}, {0})).Command(kCommandToSketch);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Cells(session, state), Colors({0}));
@@ -310,7 +326,10 @@ TEST(Draft, OldUnderdrawingGoesBeforeTheInkTurns) {
 
 TEST(Draft, MaskedInkStays) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Dialog(109, {"1009=on"}).Command(40046).Command(40024);
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0}))
+      .Dialog(kMaskDialog, {{kMaskBlackCheck, "on"}})
+      .Command(kCommandMask)
+      .Command(kCommandToSketch);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Cells(session, state), Colors({1}));
@@ -318,9 +337,9 @@ TEST(Draft, MaskedInkStays) {
 
 TEST(EraseDraft, ClearsTheUnderdrawingAlone) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({5, 1}, {1, 0})).Command(40025);
+  session.OpenCut("a.cut", CutFile::Showing({5, 1}, {1, 0})).Command(kCommandEraseSketch);
   const int sketch = session.State();
-  session.Command(40007).Command(40025);
+  session.Command(kCommandPreviousFrame).Command(kCommandEraseSketch);
   const int ink = session.State();
   session.Run();
   EXPECT_EQ(Cells(session, sketch), Colors({0, 1}));
@@ -329,7 +348,7 @@ TEST(EraseDraft, ClearsTheUnderdrawingAlone) {
 
 TEST(EraseCell, ClearsTheWholeCellMarksImagesAndForgetsTheUndoArea) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {0})).Command(40026).Command(40092);
+  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {0})).Command(kCommandPlay).Command(kCommandEraseCell);
   const int state = session.State();
   const int view = session.View();
   session.Run();
@@ -342,7 +361,7 @@ TEST(EraseCell, ClearsTheWholeCellMarksImagesAndForgetsTheUndoArea) {
 
 // The 8 by 3 cell lies at (316, 238) in the window. The frame drawn here covers x 2 to 5 of the upper two rows.
 ScriptSession& SelectPart(ScriptSession& session) {
-  return session.Command(40059).LeftDrag(318, 238, 322, 240);
+  return session.Command(kToolAreaSelect).LeftDrag(318, 238, 322, 240);
 }
 
 std::string CellOf(const std::string& first, const std::string& second, const std::string& third) {
@@ -356,7 +375,7 @@ std::string CellOf(const std::string& first, const std::string& second, const st
 
 TEST(AreaOperation, ErasesTheSelectionWithTheAreaTool) {
   ScriptSession session;
-  SelectPart(session.OpenCut("a.cut", CutFile::Showing({1}, {0}))).Command(40092);
+  SelectPart(session.OpenCut("a.cut", CutFile::Showing({1}, {0}))).Command(kCommandEraseCell);
   const int state = session.State();
   const int view = session.View();
   session.Run();
@@ -367,7 +386,7 @@ TEST(AreaOperation, ErasesTheSelectionWithTheAreaTool) {
 
 TEST(AreaOperation, TurnsTheSelectionIntoUnderdrawing) {
   ScriptSession session;
-  SelectPart(session.OpenCut("a.cut", CutFile::Showing({1}, {0}))).Command(40024);
+  SelectPart(session.OpenCut("a.cut", CutFile::Showing({1}, {0}))).Command(kCommandToSketch);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Cells(session, state), json::array({CellOf("11555511", "11555511", "11111111")}));
@@ -376,7 +395,7 @@ TEST(AreaOperation, TurnsTheSelectionIntoUnderdrawing) {
 
 TEST(AreaOperation, ErasesTheUnderdrawingOfTheSelection) {
   ScriptSession session;
-  SelectPart(session.OpenCut("a.cut", CutFile::Showing({5}, {0}))).Command(40025);
+  SelectPart(session.OpenCut("a.cut", CutFile::Showing({5}, {0}))).Command(kCommandEraseSketch);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Cells(session, state), json::array({CellOf("55000055", "55000055", "55555555")}));
@@ -387,7 +406,7 @@ TEST(AreaOperation, IsMovedByThePositionOfTheLayer) {
   CutFile file = CutFile::Showing({1}, {0});
   file.frames[0].records[0].x = 2;
   file.frames[0].records[0].y = 1;
-  SelectPart(session.OpenCut("a.cut", file)).Command(40092);
+  SelectPart(session.OpenCut("a.cut", file)).Command(kCommandEraseCell);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Cells(session, state), json::array({CellOf("00001111", "11111111", "11111111")}));
@@ -396,7 +415,7 @@ TEST(AreaOperation, IsMovedByThePositionOfTheLayer) {
 
 TEST(AreaOperation, ByAnotherToolIsOnTheWholeCell) {
   ScriptSession session;
-  SelectPart(session.OpenCut("a.cut", CutFile::Showing({1}, {0}))).Command(40029).Command(40092);
+  SelectPart(session.OpenCut("a.cut", CutFile::Showing({1}, {0}))).Command(kToolFreePen).Command(kCommandEraseCell);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Cells(session, state), Colors({0}));
@@ -404,7 +423,7 @@ TEST(AreaOperation, ByAnotherToolIsOnTheWholeCell) {
 
 TEST(AreaOperation, EndsTheSelection) {
   ScriptSession session;
-  SelectPart(session.OpenCut("a.cut", CutFile::Showing({1}, {0}))).Command(40092);
+  SelectPart(session.OpenCut("a.cut", CutFile::Showing({1}, {0}))).Command(kCommandEraseCell);
   const int state = session.State();
   session.Run();
   json selection = session.Cut(state)["selection"];
@@ -413,7 +432,10 @@ TEST(AreaOperation, EndsTheSelection) {
 
 TEST(AreaOperation, OnABlankRecordChangesNoCell) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {-1})).Command(40092).Command(40024).Command(40025);
+  session.OpenCut("a.cut", CutFile::Showing({1}, {-1}))
+      .Command(kCommandEraseCell)
+      .Command(kCommandToSketch)
+      .Command(kCommandEraseSketch);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Cells(session, state), Colors({1}));
@@ -421,10 +443,10 @@ TEST(AreaOperation, OnABlankRecordChangesNoCell) {
 
 TEST(Undo, SwapsSoThatASecondOneRedoes) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(40092).Command(40030);
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(kCommandEraseCell).Command(kCommandUndo);
   const int undone = session.State();
   const int view = session.View();
-  session.Command(40030);
+  session.Command(kCommandUndo);
   const int redone = session.State();
   session.Run();
   EXPECT_EQ(Cells(session, undone), Colors({1}));
@@ -434,7 +456,7 @@ TEST(Undo, SwapsSoThatASecondOneRedoes) {
 
 TEST(Undo, WithNothingToUndoMarksNothing) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(40030);
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(kCommandUndo);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Cells(session, state), Colors({1}));
@@ -443,7 +465,10 @@ TEST(Undo, WithNothingToUndoMarksNothing) {
 
 TEST(Undo, AfterMovingToAnotherCellChangesTheCellItBelongsTo) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {1, 0})).Command(40092).Command(40007).Command(40030);
+  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {1, 0}))
+      .Command(kCommandEraseCell)
+      .Command(kCommandPreviousFrame)
+      .Command(kCommandUndo);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Cells(session, state), Colors({1, 2}));
@@ -452,7 +477,7 @@ TEST(Undo, AfterMovingToAnotherCellChangesTheCellItBelongsTo) {
 
 TEST(Undo, OfASelectionPartRepaintsIt) {
   ScriptSession session;
-  SelectPart(session.OpenCut("a.cut", CutFile::Showing({1}, {0}))).Command(40092).Command(40030);
+  SelectPart(session.OpenCut("a.cut", CutFile::Showing({1}, {0}))).Command(kCommandEraseCell).Command(kCommandUndo);
   const int state = session.State();
   const int view = session.View();
   session.Run();
@@ -462,7 +487,11 @@ TEST(Undo, OfASelectionPartRepaintsIt) {
 
 TEST(Undo, MarksImages) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(40092).Command(40088).Command(40026).Command(40030);
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0}))
+      .Command(kCommandEraseCell)
+      .Command(kCommandOverwriteCut)
+      .Command(kCommandPlay)
+      .Command(kCommandUndo);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["modified"], true);
@@ -471,17 +500,23 @@ TEST(Undo, MarksImages) {
 
 TEST(Copy, WithoutASelectionStoresNothing) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 0}, {1, 0})).Command(40061).Command(40007).Command(40062);
+  session.OpenCut("a.cut", CutFile::Showing({1, 0}, {1, 0}))
+      .Command(kCommandCopy)
+      .Command(kCommandPreviousFrame)
+      .Command(kCommandPaste);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Cells(session, state), Colors({1, 0}));
   EXPECT_EQ(session.Cut(state)["floatingPaste"], false);
-  EXPECT_EQ(session.StateAt(state)["frame"]["currentTool"], 40029);
+  EXPECT_EQ(session.StateAt(state)["frame"]["currentTool"], kToolFreePen);
 }
 
 TEST(Copy, PastesBackAtItsOldPlaceInTheSameCut) {
   ScriptSession session;
-  SelectPart(session.OpenCut("a.cut", CutFile::Showing({1, 0}, {1, 0}))).Command(40061).Command(40007).Command(40062);
+  SelectPart(session.OpenCut("a.cut", CutFile::Showing({1, 0}, {1, 0})))
+      .Command(kCommandCopy)
+      .Command(kCommandPreviousFrame)
+      .Command(kCommandPaste);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Cells(session, state), json::array({PlainCell(1), CellOf("00111100", "00111100", "00000000")}));
@@ -489,7 +524,7 @@ TEST(Copy, PastesBackAtItsOldPlaceInTheSameCut) {
 
 TEST(Copy, LeavesTheCellUnmodified) {
   ScriptSession session;
-  SelectPart(session.OpenCut("a.cut", CutFile::Showing({1}, {0}))).Command(40061);
+  SelectPart(session.OpenCut("a.cut", CutFile::Showing({1}, {0}))).Command(kCommandCopy);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Cells(session, state), Colors({1}));
@@ -498,7 +533,7 @@ TEST(Copy, LeavesTheCellUnmodified) {
 
 TEST(Cut, StoresErasesAndMarksImages) {
   ScriptSession session;
-  SelectPart(session.OpenCut("a.cut", CutFile::Showing({1}, {0}))).Command(40063);
+  SelectPart(session.OpenCut("a.cut", CutFile::Showing({1}, {0}))).Command(kCommandCut);
   const int state = session.State();
   const int view = session.View();
   session.Run();
@@ -510,8 +545,8 @@ TEST(Cut, StoresErasesAndMarksImages) {
 
 TEST(Cut, LeavesMaskedPixels) {
   ScriptSession session;
-  session.Dialog(109, {"1009=on"}).Command(40046);
-  SelectPart(session.OpenCut("a.cut", CutFile::Showing({1}, {0}))).Command(40063);
+  session.Dialog(kMaskDialog, {{kMaskBlackCheck, "on"}}).Command(kCommandMask);
+  SelectPart(session.OpenCut("a.cut", CutFile::Showing({1}, {0}))).Command(kCommandCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Cells(session, state), Colors({1}));
@@ -519,7 +554,10 @@ TEST(Cut, LeavesMaskedPixels) {
 
 TEST(Cut, IsLimitedToTheCell) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(40059).LeftDrag(314, 236, 319, 240).Command(40063);
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0}))
+      .Command(kToolAreaSelect)
+      .LeftDrag(314, 236, 319, 240)
+      .Command(kCommandCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Cells(session, state), json::array({CellOf("00011111", "00011111", "11111111")}));
@@ -528,7 +566,10 @@ TEST(Cut, IsLimitedToTheCell) {
 
 TEST(Cut, OutsideTheCellChangesNothing) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(40059).LeftDrag(330, 236, 340, 240).Command(40063);
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0}))
+      .Command(kToolAreaSelect)
+      .LeftDrag(330, 236, 340, 240)
+      .Command(kCommandCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Cells(session, state), Colors({1}));
@@ -537,7 +578,7 @@ TEST(Cut, OutsideTheCellChangesNothing) {
 
 TEST(Cut, WithoutASelectionDoesNothing) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(40063);
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(kCommandCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Cells(session, state), Colors({1}));
@@ -546,11 +587,14 @@ TEST(Cut, WithoutASelectionDoesNothing) {
 
 TEST(Paste, FloatsWithTheAreaToolSelected) {
   ScriptSession session;
-  SelectPart(session.OpenCut("a.cut", CutFile::Showing({1}, {0}))).Command(40061).Command(40029).Command(40062);
+  SelectPart(session.OpenCut("a.cut", CutFile::Showing({1}, {0})))
+      .Command(kCommandCopy)
+      .Command(kToolFreePen)
+      .Command(kCommandPaste);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["floatingPaste"], true);
-  EXPECT_EQ(session.StateAt(state)["frame"]["currentTool"], 40059);
+  EXPECT_EQ(session.StateAt(state)["frame"]["currentTool"], kToolAreaSelect);
   EXPECT_EQ(session.Cut(state)["selection"], json::array({318, 238, 322, 240}));
 }
 
@@ -563,26 +607,26 @@ class ViewSwitches : public testing::TestWithParam<ViewSwitch> {};
 
 TEST_P(ViewSwitches, FlipTheirFlagAndOnlyTheCurrentCellOneNeedsANewStream) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {0})).Command(40026).Command(GetParam().command);
+  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {0})).Command(kCommandPlay).Command(GetParam().command);
   const int on = session.State();
   session.Command(GetParam().command);
   const int off = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(on)["viewFlags"], GetParam().flag);
   EXPECT_EQ(session.Cut(off)["viewFlags"], 0);
-  EXPECT_EQ(session.Cut(on)["imagesStale"], GetParam().command == 40034);
+  EXPECT_EQ(session.Cut(on)["imagesStale"], GetParam().command == kCommandCurrentCellOnly);
   EXPECT_EQ(session.Cut(on)["timingStale"], false);
   EXPECT_EQ(session.Cut(on)["modified"], false);
 }
 
 INSTANTIATE_TEST_SUITE_P(Document, ViewSwitches,
-                         testing::Values(ViewSwitch{40032, 1}, ViewSwitch{40033, 2}, ViewSwitch{40034, 4},
-                                         ViewSwitch{40097, 8}));
+                         testing::Values(ViewSwitch{kCommandShowPrevious, 1}, ViewSwitch{kCommandShowNext, 2},
+                                         ViewSwitch{kCommandCurrentCellOnly, 4}, ViewSwitch{kCommandDimOthers, 8}));
 
 TEST(ViewSwitch, PaleDisplayRepaints) {
   ScriptSession session;
   CutFile file = TwoLayers(1, 0, 0);
-  session.OpenCut("a.cut", file).Command(40097);
+  session.OpenCut("a.cut", file).Command(kCommandDimOthers);
   const int view = session.View();
   session.Run();
   EXPECT_EQ(session.ViewAt(view).Count(16), 24);
@@ -590,7 +634,7 @@ TEST(ViewSwitch, PaleDisplayRepaints) {
 
 TEST(ViewSwitch, CurrentCellOnlyRepaints) {
   ScriptSession session;
-  session.OpenCut("a.cut", TwoLayers(1, 0, 0)).Command(40034);
+  session.OpenCut("a.cut", TwoLayers(1, 0, 0)).Command(kCommandCurrentCellOnly);
   const int view = session.View();
   session.Run();
   EXPECT_EQ(session.ViewAt(view).Count(0), 24);
@@ -600,7 +644,7 @@ TEST(LineEmphasis, LeavesThePixelsOfTheView) {
   ScriptSession session;
   session.OpenCut("a.cut", CutFile::Showing({8}, {0}));
   const int before = session.State();
-  session.Command(40102);
+  session.Command(kCommandLineEmphasis);
   const int on = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(on)["lineEmphasis"], true);
@@ -609,13 +653,13 @@ TEST(LineEmphasis, LeavesThePixelsOfTheView) {
 
 TEST(LineEmphasis, ShowsTheLineColoursPure) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({8, 9, 10}, {2, 1, 0})).Command(40102);
+  session.OpenCut("a.cut", CutFile::Showing({8, 9, 10}, {2, 1, 0})).Command(kCommandLineEmphasis);
   const int line = session.Screen();
-  session.Command(40007);
+  session.Command(kCommandPreviousFrame);
   const int dark = session.Screen();
-  session.Command(40007);
+  session.Command(kCommandPreviousFrame);
   const int light = session.Screen();
-  session.Command(40102);
+  session.Command(kCommandLineEmphasis);
   const int normal = session.Screen();
   session.Run();
   EXPECT_EQ(session.ScreenAt(line).At(320, 239), 0x0000FFU);
@@ -627,9 +671,9 @@ TEST(LineEmphasis, ShowsTheLineColoursPure) {
 TEST(SquarePen, MirrorsTheShape) {
   ScriptSession session;
   session.SetSettings("[setup]\r\nbrush=9, 0, 1, 0, 1, 0\r\n");
-  session.Command(40074);
+  session.Command(kCommandSquarePen);
   const int square = session.State();
-  session.Command(40074);
+  session.Command(kCommandSquarePen);
   const int round = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(square)["pen"]["shape"], 5);
@@ -640,7 +684,7 @@ TEST(SquarePen, MirrorsTheShape) {
 
 TEST(SquarePen, KeepsTheSmallestShape) {
   ScriptSession session;
-  session.Command(40074);
+  session.Command(kCommandSquarePen);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(state)["pen"]["shape"], 7);
@@ -649,7 +693,7 @@ TEST(SquarePen, KeepsTheSmallestShape) {
 
 TEST(SnapGrid, IsTakenFromItsDialogWithoutACut) {
   ScriptSession session;
-  session.Dialog(108, {"1022=8", "1001=6"}).Command(40040);
+  session.Dialog(kGridDialog, {{kGridWidthEdit, "8"}, {kGridHeightEdit, "6"}}).Command(kCommandSnapGrid);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(state)["pen"]["gridWidth"], 8);
@@ -658,7 +702,7 @@ TEST(SnapGrid, IsTakenFromItsDialogWithoutACut) {
 
 TEST(SnapGrid, CancelKeepsIt) {
   ScriptSession session;
-  session.Dialog(108, {"1022=8", "1001=6"}, "cancel").Command(40040);
+  session.Dialog(kGridDialog, {{kGridWidthEdit, "8"}, {kGridHeightEdit, "6"}}, "cancel").Command(kCommandSnapGrid);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(state)["pen"]["gridWidth"], 1);
@@ -666,7 +710,10 @@ TEST(SnapGrid, CancelKeepsIt) {
 
 TEST(SnapGrid, DialogStartsWithIt) {
   ScriptSession session;
-  session.Dialog(108, {"1022=8", "1001=6"}).Command(40040).Dialog(108, {"1001=5"}).Command(40040);
+  session.Dialog(kGridDialog, {{kGridWidthEdit, "8"}, {kGridHeightEdit, "6"}})
+      .Command(kCommandSnapGrid)
+      .Dialog(kGridDialog, {{kGridHeightEdit, "5"}})
+      .Command(kCommandSnapGrid);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(state)["pen"]["gridWidth"], 8);
@@ -675,7 +722,9 @@ TEST(SnapGrid, DialogStartsWithIt) {
 
 TEST(RandomDots, HaveTheWholeCellAsTheirArea) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({0}, {0})).Dialog(127, {"1001=2"}).Command(40126);
+  session.OpenCut("a.cut", CutFile::Showing({0}, {0}))
+      .Dialog(kRandomDotsDialog, {{kDotGapEdit, "2"}})
+      .Command(kCommandRandomDots);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["undoRect"], json::array({0, 0, 8, 3}));
@@ -683,7 +732,9 @@ TEST(RandomDots, HaveTheWholeCellAsTheirArea) {
 
 TEST(RandomDots, HaveTheSelectionAsTheirAreaWhateverTheTool) {
   ScriptSession session;
-  SelectPart(session.OpenCut("a.cut", CutFile::Showing({0}, {0}))).Dialog(127, {}).Command(40126);
+  SelectPart(session.OpenCut("a.cut", CutFile::Showing({0}, {0})))
+      .Dialog(kRandomDotsDialog, {})
+      .Command(kCommandRandomDots);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["undoRect"], json::array({2, 0, 4, 2}));
@@ -691,7 +742,7 @@ TEST(RandomDots, HaveTheSelectionAsTheirAreaWhateverTheTool) {
 
 TEST(RandomDots, OnABlankRecordShowNoDialog) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({0}, {-1})).Command(40126).Command(40127);
+  session.OpenCut("a.cut", CutFile::Showing({0}, {-1})).Command(kCommandRandomDots).Command(kCommandDrawGrid);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["undoRect"], json::array({0, 0, 0, 0}));
@@ -699,8 +750,10 @@ TEST(RandomDots, OnABlankRecordShowNoDialog) {
 
 TEST(DrawGrid, StartsWithTheSnapGridAndLeavesIt) {
   ScriptSession session;
-  session.Dialog(108, {"1022=4", "1001=2"}).Command(40040);
-  session.OpenCut("a.cut", CutFile::Showing({0}, {0})).Dialog(108, {"1001=1"}).Command(40127);
+  session.Dialog(kGridDialog, {{kGridWidthEdit, "4"}, {kGridHeightEdit, "2"}}).Command(kCommandSnapGrid);
+  session.OpenCut("a.cut", CutFile::Showing({0}, {0}))
+      .Dialog(kGridDialog, {{kGridHeightEdit, "1"}})
+      .Command(kCommandDrawGrid);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(state)["pen"]["gridWidth"], 4);
@@ -710,7 +763,7 @@ TEST(DrawGrid, StartsWithTheSnapGridAndLeavesIt) {
 
 TEST(DrawGrid, CancelSavesNoUndo) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({0}, {0})).Dialog(108, {}, "cancel").Command(40127);
+  session.OpenCut("a.cut", CutFile::Showing({0}, {0})).Dialog(kGridDialog, {}, "cancel").Command(kCommandDrawGrid);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["undoRect"], json::array({0, 0, 0, 0}));
@@ -720,14 +773,14 @@ TEST(DrawGrid, CancelSavesNoUndo) {
 bool IsOn(const ScriptSession& session, int state) {
   json whole = session.StateAt(state);
   for (const json& id : whole["frame"]["checked"]) {
-    if (id == 40137) return true;
+    if (id == kCommandTransparentColor) return true;
   }
   return false;
 }
 
 TEST(ClipTransparency, OffTakesAColourAndWritesIt) {
   ScriptSession session;
-  session.Line("color 12AbF0").Command(40137);
+  session.Line("color 12AbF0").Command(kCommandTransparentColor);
   const int state = session.State();
   session.Run();
   EXPECT_TRUE(IsOn(session, state));
@@ -737,7 +790,7 @@ TEST(ClipTransparency, OffTakesAColourAndWritesIt) {
 
 TEST(ClipTransparency, OnGoesOffWithoutADialogAndKeepsTheColour) {
   ScriptSession session;
-  session.Line("color 12ABF0").Command(40137).Command(40137);
+  session.Line("color 12ABF0").Command(kCommandTransparentColor).Command(kCommandTransparentColor);
   const int state = session.State();
   session.Run();
   EXPECT_FALSE(IsOn(session, state));
@@ -747,7 +800,7 @@ TEST(ClipTransparency, OnGoesOffWithoutADialogAndKeepsTheColour) {
 
 TEST(ClipTransparency, CancelLeavesAllAsItWas) {
   ScriptSession session;
-  session.Line("color cancel").Command(40137);
+  session.Line("color cancel").Command(kCommandTransparentColor);
   const int state = session.State();
   session.Run();
   EXPECT_FALSE(IsOn(session, state));
@@ -760,7 +813,7 @@ TEST(ClipTransparency, ColourOfTheSettingsIsLeftOutOfAPaste) {
   std::vector<uint32_t> pixels(24, 0xFFFFFF);
   for (size_t i = 0; i < 24; i += 2) pixels[i] = 0x1020FF;
   rules::PutOnClipboard(session, rules::Picture{8, 3, pixels});
-  session.OpenCut("a.cut", CutFile::Showing({0}, {0})).Command(40091);
+  session.OpenCut("a.cut", CutFile::Showing({0}, {0})).Command(kCommandPasteFromClipboard);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Cells(session, state), json::array({CellOf("04040404", "04040404", "04040404")}));
@@ -768,7 +821,7 @@ TEST(ClipTransparency, ColourOfTheSettingsIsLeftOutOfAPaste) {
 
 TEST(PlayCommand, CommitsThePanels) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Panel(10006, "typed").Command(40026);
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Panel(kCommentEdit, "typed").Command(kCommandPlay);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(state)["comment"], "typed");

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "resources/ids.h"
 #include "rules/script_session.h"
 #include "rules/session_state.h"
 
@@ -32,7 +33,9 @@ std::string Panel(const ScriptSession& session, int state, const std::string& id
 
 TEST(AddFrame, StandsBehindTheCurrentFrameAndBecomesCurrent) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{.time = 1}, {.time = 2}, {.time = 3}})).Command(40007).Command(40004);
+  session.OpenCut("a.cut", Frames({{.time = 1}, {.time = 2}, {.time = 3}}))
+      .Command(kCommandPreviousFrame)
+      .Command(kCommandAddFrame);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Each(session, state, "time"), (std::vector<int>{1, 2, 2, 3}));
@@ -46,7 +49,7 @@ TEST(AddFrame, CopiesRecordsPositionAndTimeOfTheFrameBefore) {
   file.frames[0].y = -6;
   file.frames[0].time = 4;
   file.frames[0].records[0].x = 3;
-  session.OpenCut("a.cut", file).Command(40004);
+  session.OpenCut("a.cut", file).Command(kCommandAddFrame);
   const int state = session.State();
   session.Run();
   json frame = session.Frame(state, 1);
@@ -60,7 +63,7 @@ TEST(AddFrame, CopiesRecordsPositionAndTimeOfTheFrameBefore) {
 
 TEST(AddFrame, DoesNotCopyBrightnessKeyOrComment) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{.brightness = -21, .comment = "c"}})).Command(40004);
+  session.OpenCut("a.cut", Frames({{.brightness = -21, .comment = "c"}})).Command(kCommandAddFrame);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(state, 1)["brightness"], 50);
@@ -69,8 +72,8 @@ TEST(AddFrame, DoesNotCopyBrightnessKeyOrComment) {
 
 TEST(AddFrame, LoopOfOneIsCopiedAndAnyOtherBecomesZero) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{.loop = 3}})).Command(40004).OpenCut("b.cut", Frames({{.loop = 1}}));
-  session.Command(40004).OpenCut("c.cut", Frames({{.loop = 0}})).Command(40004);
+  session.OpenCut("a.cut", Frames({{.loop = 3}})).Command(kCommandAddFrame).OpenCut("b.cut", Frames({{.loop = 1}}));
+  session.Command(kCommandAddFrame).OpenCut("c.cut", Frames({{.loop = 0}})).Command(kCommandAddFrame);
   const int state = session.State();
   session.Run();
   json cuts = session.StateAt(state)["cuts"];
@@ -82,7 +85,7 @@ TEST(AddFrame, LoopOfOneIsCopiedAndAnyOtherBecomesZero) {
 
 TEST(AddFrame, BehindAKeyFrameTakesHalfItsTimeAndTheKeyFrameKeepsIt) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{.time = 5, .brightness = -51}})).Command(40004);
+  session.OpenCut("a.cut", Frames({{.time = 5, .brightness = -51}})).Command(kCommandAddFrame);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Each(session, state, "time"), (std::vector<int>{5, 2}));
@@ -90,9 +93,9 @@ TEST(AddFrame, BehindAKeyFrameTakesHalfItsTimeAndTheKeyFrameKeepsIt) {
 
 TEST(AddFrame, BehindAKeyFrameOfTimeOneOrLessIsNotHalved) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{.time = 1, .brightness = -51}})).Command(40004);
+  session.OpenCut("a.cut", Frames({{.time = 1, .brightness = -51}})).Command(kCommandAddFrame);
   const int one = session.State();
-  session.OpenCut("b.cut", Frames({{.time = -8, .brightness = -51}})).Command(40004);
+  session.OpenCut("b.cut", Frames({{.time = -8, .brightness = -51}})).Command(kCommandAddFrame);
   const int negative = session.State();
   session.Run();
   EXPECT_EQ(Each(session, one, "time"), (std::vector<int>{1, 1}));
@@ -101,7 +104,7 @@ TEST(AddFrame, BehindAKeyFrameOfTimeOneOrLessIsNotHalved) {
 
 TEST(AddFrame, CommitsBeforeItCopies) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{}})).Panel(10002, "9").Command(40004);
+  session.OpenCut("a.cut", Frames({{}})).Panel(kFrameTimeEdit, "9").Command(kCommandAddFrame);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Each(session, state, "time"), (std::vector<int>{9, 9}));
@@ -109,7 +112,7 @@ TEST(AddFrame, CommitsBeforeItCopies) {
 
 TEST(AddFrame, RefreshesThePanels) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{.time = 3, .comment = "old"}})).Command(40004);
+  session.OpenCut("a.cut", Frames({{.time = 3, .comment = "old"}})).Command(kCommandAddFrame);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Panel(session, state, "10006"), "");
@@ -118,7 +121,7 @@ TEST(AddFrame, RefreshesThePanels) {
 
 TEST(AddFrame, MarksImages) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{}})).Command(40026).Command(40004);
+  session.OpenCut("a.cut", Frames({{}})).Command(kCommandPlay).Command(kCommandAddFrame);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(MarksOf(session, state), "modified imagesStale timingStale");
@@ -126,7 +129,9 @@ TEST(AddFrame, MarksImages) {
 
 TEST(InsertFrame, StandsAtTheCurrentPlaceAndCopiesTheFrameBehindIt) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{.time = 1}, {.time = 2}, {.time = 3}})).Command(40007).Command(40005);
+  session.OpenCut("a.cut", Frames({{.time = 1}, {.time = 2}, {.time = 3}}))
+      .Command(kCommandPreviousFrame)
+      .Command(kCommandInsertFrame);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Each(session, state, "time"), (std::vector<int>{1, 2, 2, 3}));
@@ -135,7 +140,7 @@ TEST(InsertFrame, StandsAtTheCurrentPlaceAndCopiesTheFrameBehindIt) {
 
 TEST(InsertFrame, DoesNotHalveTheTimeOfAKeyFrame) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{.time = 6, .brightness = -51}})).Command(40005);
+  session.OpenCut("a.cut", Frames({{.time = 6, .brightness = -51}})).Command(kCommandInsertFrame);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Each(session, state, "time"), (std::vector<int>{6, 6}));
@@ -144,7 +149,7 @@ TEST(InsertFrame, DoesNotHalveTheTimeOfAKeyFrame) {
 
 TEST(InsertFrame, MarksNothing) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{}})).Command(40026).Command(40005);
+  session.OpenCut("a.cut", Frames({{}})).Command(kCommandPlay).Command(kCommandInsertFrame);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["frames"].size(), 2U);
@@ -153,7 +158,7 @@ TEST(InsertFrame, MarksNothing) {
 
 TEST(InsertFrame, CommitsToTheFrameThatMovesBack) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{}})).Panel(10006, "typed").Command(40005);
+  session.OpenCut("a.cut", Frames({{}})).Panel(kCommentEdit, "typed").Command(kCommandInsertFrame);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(state, 0)["comment"], "");
@@ -163,7 +168,9 @@ TEST(InsertFrame, CommitsToTheFrameThatMovesBack) {
 
 TEST(DeleteFrame, InTheMiddleShowsItsSuccessor) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{.time = 1}, {.time = 2}, {.time = 3}})).Command(40007).Command(40006);
+  session.OpenCut("a.cut", Frames({{.time = 1}, {.time = 2}, {.time = 3}}))
+      .Command(kCommandPreviousFrame)
+      .Command(kCommandDeleteFrame);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Each(session, state, "time"), (std::vector<int>{1, 3}));
@@ -173,7 +180,7 @@ TEST(DeleteFrame, InTheMiddleShowsItsSuccessor) {
 
 TEST(DeleteFrame, LastOfSeveralLeavesTheNewLastFrameCurrent) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{.time = 1}, {.time = 2}})).Command(40006);
+  session.OpenCut("a.cut", Frames({{.time = 1}, {.time = 2}})).Command(kCommandDeleteFrame);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["currentFrame"], 0);
@@ -182,7 +189,7 @@ TEST(DeleteFrame, LastOfSeveralLeavesTheNewLastFrameCurrent) {
 
 TEST(DeleteFrame, DoesNotCommitSoThatTypedTextGoesWithTheFrame) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{}, {}})).Panel(10006, "typed").Command(40006);
+  session.OpenCut("a.cut", Frames({{}, {}})).Panel(kCommentEdit, "typed").Command(kCommandDeleteFrame);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(state)["comment"], "");
@@ -191,7 +198,10 @@ TEST(DeleteFrame, DoesNotCommitSoThatTypedTextGoesWithTheFrame) {
 
 TEST(DeleteFrame, IsRefusedForTheOnlyFrameWithoutARefresh) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{}})).Command(40026).Panel(10006, "typed").Command(40006);
+  session.OpenCut("a.cut", Frames({{}}))
+      .Command(kCommandPlay)
+      .Panel(kCommentEdit, "typed")
+      .Command(kCommandDeleteFrame);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["frames"].size(), 1U);
@@ -205,7 +215,7 @@ TEST(DeleteFrame, KeepsTheLayerUnderEdit) {
   CutFile file;
   file.layers = {{.name = "A"}, {.name = "B"}};
   file.frames = {{.records = {{.layer = 0}, {.layer = 1}}}, {.records = {{.layer = 0}, {.layer = 1}}}};
-  session.OpenCut("a.cut", file).Select(10004, {0}).Command(40006);
+  session.OpenCut("a.cut", file).Select(kLayerList, {0}).Command(kCommandDeleteFrame);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(state)["currentRecord"], 0);
@@ -213,7 +223,7 @@ TEST(DeleteFrame, KeepsTheLayerUnderEdit) {
 
 TEST(DeleteFrame, RepaintsTheView) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 3}, {0, 1})).Command(40006);
+  session.OpenCut("a.cut", CutFile::Showing({1, 3}, {0, 1})).Command(kCommandDeleteFrame);
   const int view = session.View();
   session.Run();
   EXPECT_EQ(session.ViewAt(view).Count(1), 24);
@@ -223,14 +233,14 @@ class StepPastTheEnd : public testing::TestWithParam<int> {};
 
 TEST_P(StepPastTheEnd, StillCommitsAndRefreshes) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{}})).Panel(10007, "250").Command(GetParam());
+  session.OpenCut("a.cut", Frames({{}})).Panel(kBrightnessEdit, "250").Command(GetParam());
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(state)["brightness"], 100);
   EXPECT_EQ(Panel(session, state, "10007"), "100");
 }
 
-INSTANTIATE_TEST_SUITE_P(Document, StepPastTheEnd, testing::Values(40007, 40008));
+INSTANTIATE_TEST_SUITE_P(Document, StepPastTheEnd, testing::Values(kCommandPreviousFrame, kCommandNextFrame));
 
 TEST(StepFrame, KeepsTheLayerUnderEditWhereTheFrameHasIt) {
   ScriptSession session;
@@ -239,11 +249,11 @@ TEST(StepFrame, KeepsTheLayerUnderEditWhereTheFrameHasIt) {
   file.frames = {{.records = {{.layer = 0}}},
                  {.records = {{.layer = 0}, {.layer = 1}}},
                  {.records = {{.layer = 1}, {.layer = 0}}}};
-  session.OpenCut("a.cut", file).Command(40007);
+  session.OpenCut("a.cut", file).Command(kCommandPreviousFrame);
   const int second = session.State();
-  session.Command(40007);
+  session.Command(kCommandPreviousFrame);
   const int first = session.State();
-  session.Command(40008);
+  session.Command(kCommandNextFrame);
   const int again = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(second)["currentRecord"], 1);
@@ -253,7 +263,7 @@ TEST(StepFrame, KeepsTheLayerUnderEditWhereTheFrameHasIt) {
 
 TEST(StepFrame, RepaintsTheView) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 3}, {0, 1})).Command(40007);
+  session.OpenCut("a.cut", CutFile::Showing({1, 3}, {0, 1})).Command(kCommandPreviousFrame);
   const int view = session.View();
   session.Run();
   EXPECT_EQ(session.ViewAt(view).Count(1), 24);
@@ -261,7 +271,10 @@ TEST(StepFrame, RepaintsTheView) {
 
 TEST(StepFrame, MarksNothing) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{}, {}})).Command(40026).Command(40007).Command(40008);
+  session.OpenCut("a.cut", Frames({{}, {}}))
+      .Command(kCommandPlay)
+      .Command(kCommandPreviousFrame)
+      .Command(kCommandNextFrame);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["modified"], false);
@@ -270,9 +283,9 @@ TEST(StepFrame, MarksNothing) {
 
 TEST(FirstAndLastFrame, MoveThere) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{}, {}, {}})).Command(40041);
+  session.OpenCut("a.cut", Frames({{}, {}, {}})).Command(kCommandFirstFrame);
   const int first = session.State();
-  session.Command(40042);
+  session.Command(kCommandLastFrame);
   const int last = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(first)["currentFrame"], 0);
@@ -283,7 +296,7 @@ class EndOfFrames : public testing::TestWithParam<int> {};
 
 TEST_P(EndOfFrames, InACutOfOneFrameCommitsWithoutARefresh) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{}})).Panel(10007, "250").Command(GetParam());
+  session.OpenCut("a.cut", Frames({{}})).Panel(kBrightnessEdit, "250").Command(GetParam());
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(state)["brightness"], 100);
@@ -292,22 +305,22 @@ TEST_P(EndOfFrames, InACutOfOneFrameCommitsWithoutARefresh) {
 
 TEST_P(EndOfFrames, RefreshesAlsoWhenItDoesNotMove) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{}, {}})).Command(GetParam()).Panel(10007, "250").Command(GetParam());
+  session.OpenCut("a.cut", Frames({{}, {}})).Command(GetParam()).Panel(kBrightnessEdit, "250").Command(GetParam());
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Panel(session, state, "10007"), "100");
 }
 
-INSTANTIATE_TEST_SUITE_P(Document, EndOfFrames, testing::Values(40041, 40042));
+INSTANTIATE_TEST_SUITE_P(Document, EndOfFrames, testing::Values(kCommandFirstFrame, kCommandLastFrame));
 
 TEST(KeyFrames, NextAndPreviousGoToTheNearest) {
   ScriptSession session;
   session.OpenCut("a.cut", Frames({{.brightness = -51}, {}, {.brightness = -51}, {}, {.brightness = -51}, {}}));
-  session.Command(40105);
+  session.Command(kCommandPreviousKeyFrame);
   const int four = session.State();
-  session.Command(40105);
+  session.Command(kCommandPreviousKeyFrame);
   const int two = session.State();
-  session.Command(40104);
+  session.Command(kCommandNextKeyFrame);
   const int again = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(four)["currentFrame"], 4);
@@ -319,7 +332,10 @@ class NoKeyFrame : public testing::TestWithParam<int> {};
 
 TEST_P(NoKeyFrame, CommitsButNeitherMovesNorRefreshes) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{}, {}, {}})).Command(40007).Panel(10007, "250").Command(GetParam());
+  session.OpenCut("a.cut", Frames({{}, {}, {}}))
+      .Command(kCommandPreviousFrame)
+      .Panel(kBrightnessEdit, "250")
+      .Command(GetParam());
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["currentFrame"], 1);
@@ -327,11 +343,11 @@ TEST_P(NoKeyFrame, CommitsButNeitherMovesNorRefreshes) {
   EXPECT_EQ(Panel(session, state, "10007"), "250");
 }
 
-INSTANTIATE_TEST_SUITE_P(Document, NoKeyFrame, testing::Values(40104, 40105));
+INSTANTIATE_TEST_SUITE_P(Document, NoKeyFrame, testing::Values(kCommandNextKeyFrame, kCommandPreviousKeyFrame));
 
 TEST(KeyFrames, MoveRefreshesThePanels) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{.brightness = -31, .comment = "key"}, {}})).Command(40105);
+  session.OpenCut("a.cut", Frames({{.brightness = -31, .comment = "key"}, {}})).Command(kCommandPreviousKeyFrame);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Panel(session, state, "10006"), "key");
@@ -340,7 +356,9 @@ TEST(KeyFrames, MoveRefreshesThePanels) {
 
 TEST(AddFrames, RunsTheAdditionAsOftenAsAsked) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{.time = 8, .brightness = -51}})).Dialog(116, {"1001=3"}).Command(40094);
+  session.OpenCut("a.cut", Frames({{.time = 8, .brightness = -51}}))
+      .Dialog(kFrameCountDialog, {{kFrameCountEdit, "3"}})
+      .Command(kCommandAddFrames);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Each(session, state, "time"), (std::vector<int>{8, 4, 4, 4}));
@@ -350,7 +368,7 @@ TEST(AddFrames, RunsTheAdditionAsOftenAsAsked) {
 
 TEST(AddFrames, DialogStartsWithOne) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{}})).Dialog(116, {}).Command(40094);
+  session.OpenCut("a.cut", Frames({{}})).Dialog(kFrameCountDialog, {}).Command(kCommandAddFrames);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["frames"].size(), 2U);
@@ -358,7 +376,10 @@ TEST(AddFrames, DialogStartsWithOne) {
 
 TEST(AddFrames, CancelStillCommits) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{}})).Panel(10006, "typed").Dialog(116, {"1001=3"}, "cancel").Command(40094);
+  session.OpenCut("a.cut", Frames({{}}))
+      .Panel(kCommentEdit, "typed")
+      .Dialog(kFrameCountDialog, {{kFrameCountEdit, "3"}}, "cancel")
+      .Command(kCommandAddFrames);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["frames"].size(), 1U);
@@ -368,7 +389,10 @@ TEST(AddFrames, CancelStillCommits) {
 TEST(DeleteFrames, DeletesFromTheCurrentFrameOn) {
   ScriptSession session;
   session.OpenCut("a.cut", Frames({{.time = 1}, {.time = 2}, {.time = 3}, {.time = 4}, {.time = 5}}));
-  session.Command(40041).Command(40008).Dialog(116, {"1001=2"}).Command(40133);
+  session.Command(kCommandFirstFrame)
+      .Command(kCommandNextFrame)
+      .Dialog(kFrameCountDialog, {{kFrameCountEdit, "2"}})
+      .Command(kCommandDeleteFrames);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Each(session, state, "time"), (std::vector<int>{1, 4, 5}));
@@ -378,8 +402,8 @@ TEST(DeleteFrames, DeletesFromTheCurrentFrameOn) {
 
 TEST(DeleteFrames, MoreThanExistLeavesOneFrame) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{.time = 1}, {.time = 2}, {.time = 3}})).Command(40007);
-  session.Dialog(116, {"1001=10"}).Command(40133);
+  session.OpenCut("a.cut", Frames({{.time = 1}, {.time = 2}, {.time = 3}})).Command(kCommandPreviousFrame);
+  session.Dialog(kFrameCountDialog, {{kFrameCountEdit, "10"}}).Command(kCommandDeleteFrames);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Each(session, state, "time"), (std::vector<int>{1}));
@@ -387,7 +411,9 @@ TEST(DeleteFrames, MoreThanExistLeavesOneFrame) {
 
 TEST(DeleteFrames, DoesNotRepaint) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 3}, {0, 1})).Dialog(116, {}).Command(40133);
+  session.OpenCut("a.cut", CutFile::Showing({1, 3}, {0, 1}))
+      .Dialog(kFrameCountDialog, {})
+      .Command(kCommandDeleteFrames);
   const int view = session.View();
   const int state = session.State();
   session.Run();
@@ -404,7 +430,7 @@ struct BrightnessCase {
   const char* name;
   int first;
   int last;
-  rules::Names dialog;
+  rules::DialogValues dialog;
   std::vector<int> ramp;
 };
 
@@ -413,8 +439,10 @@ class BrightnessRampFromTheFirstFrame : public testing::TestWithParam<Brightness
 TEST_P(BrightnessRampFromTheFirstFrame, IsSetInEveryFrame) {
   const BrightnessCase& test = GetParam();
   ScriptSession session;
-  session.OpenCut("a.cut", BrightnessFrames(test.first, test.last)).Command(40041).Dialog(115, test.dialog);
-  session.Command(40093);
+  session.OpenCut("a.cut", BrightnessFrames(test.first, test.last))
+      .Command(kCommandFirstFrame)
+      .Dialog(kBrightnessRampDialog, test.dialog);
+  session.Command(kCommandBrightnessRamp);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Each(session, state, "brightness"), test.ramp);
@@ -422,15 +450,17 @@ TEST_P(BrightnessRampFromTheFirstFrame, IsSetInEveryFrame) {
 
 INSTANTIATE_TEST_SUITE_P(
     Document, BrightnessRampFromTheFirstFrame,
-    testing::Values(BrightnessCase{"SpreadsEvenly", 0, 100, {"1065=5"}, {0, 25, 50, 75, 100}},
-                    BrightnessCase{"FallsEvenly", 100, 0, {"1065=5"}, {100, 75, 50, 25, 0}},
-                    BrightnessCase{"SmallFallRisesInstead", 50, 48, {"1065=5"}, {50, 51, 52, 52, 52}},
+    testing::Values(BrightnessCase{"SpreadsEvenly", 0, 100, {{kRampEndEdit, "5"}}, {0, 25, 50, 75, 100}},
+                    BrightnessCase{"FallsEvenly", 100, 0, {{kRampEndEdit, "5"}}, {100, 75, 50, 25, 0}},
+                    BrightnessCase{"SmallFallRisesInstead", 50, 48, {{kRampEndEdit, "5"}}, {50, 51, 52, 52, 52}},
                     BrightnessCase{"DialogStartsWithTheLastFrame", 0, 100, {}, {0, 25, 50, 75, 100}}),
     [](const testing::TestParamInfo<BrightnessCase>& test) { return std::string(test.param.name); });
 
 TEST(BrightnessRamp, FromALaterFrameRunsFromTheEndFrame) {
   ScriptSession session;
-  session.OpenCut("a.cut", BrightnessFrames(0, 100)).Dialog(115, {"1065=1"}).Command(40093);
+  session.OpenCut("a.cut", BrightnessFrames(0, 100))
+      .Dialog(kBrightnessRampDialog, {{kRampEndEdit, "1"}})
+      .Command(kCommandBrightnessRamp);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Each(session, state, "brightness"), (std::vector<int>{0, 25, 50, 75, 100}));
@@ -439,7 +469,11 @@ TEST(BrightnessRamp, FromALaterFrameRunsFromTheEndFrame) {
 
 TEST(BrightnessRamp, CommitsFirst) {
   ScriptSession session;
-  session.OpenCut("a.cut", BrightnessFrames(50, 100)).Command(40041).Panel(10007, "0").Dialog(115, {}).Command(40093);
+  session.OpenCut("a.cut", BrightnessFrames(50, 100))
+      .Command(kCommandFirstFrame)
+      .Panel(kBrightnessEdit, "0")
+      .Dialog(kBrightnessRampDialog, {})
+      .Command(kCommandBrightnessRamp);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Each(session, state, "brightness"), (std::vector<int>{0, 25, 50, 75, 100}));
@@ -447,7 +481,9 @@ TEST(BrightnessRamp, CommitsFirst) {
 
 TEST(BrightnessRamp, DoesNotRefresh) {
   ScriptSession session;
-  session.OpenCut("a.cut", BrightnessFrames(50, 48)).Dialog(115, {"1065=1"}).Command(40093);
+  session.OpenCut("a.cut", BrightnessFrames(50, 48))
+      .Dialog(kBrightnessRampDialog, {{kRampEndEdit, "1"}})
+      .Command(kCommandBrightnessRamp);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(state)["brightness"], 52);
@@ -457,7 +493,7 @@ TEST(BrightnessRamp, DoesNotRefresh) {
 TEST(BrightnessRamp, KeepsKeyMarks) {
   ScriptSession session;
   session.OpenCut("a.cut", Frames({{.brightness = -1}, {}, {.brightness = -51}, {}, {.brightness = -101}}));
-  session.Command(40041).Dialog(115, {}).Command(40093);
+  session.Command(kCommandFirstFrame).Dialog(kBrightnessRampDialog, {}).Command(kCommandBrightnessRamp);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Each(session, state, "brightness"), (std::vector<int>{-1, 25, -51, 75, -101}));
@@ -465,7 +501,11 @@ TEST(BrightnessRamp, KeepsKeyMarks) {
 
 TEST(BrightnessRamp, MarksTiming) {
   ScriptSession session;
-  session.OpenCut("a.cut", BrightnessFrames(0, 100)).Command(40026).Command(40041).Dialog(115, {}).Command(40093);
+  session.OpenCut("a.cut", BrightnessFrames(0, 100))
+      .Command(kCommandPlay)
+      .Command(kCommandFirstFrame)
+      .Dialog(kBrightnessRampDialog, {})
+      .Command(kCommandBrightnessRamp);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(MarksOf(session, state), "modified timingStale");
@@ -473,7 +513,10 @@ TEST(BrightnessRamp, MarksTiming) {
 
 TEST(BrightnessRamp, OntoItselfChangesNothing) {
   ScriptSession session;
-  session.OpenCut("a.cut", BrightnessFrames(0, 100)).Command(40026).Dialog(115, {}).Command(40093);
+  session.OpenCut("a.cut", BrightnessFrames(0, 100))
+      .Command(kCommandPlay)
+      .Dialog(kBrightnessRampDialog, {})
+      .Command(kCommandBrightnessRamp);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Each(session, state, "brightness"), (std::vector<int>{0, 50, 50, 50, 100}));
@@ -484,7 +527,7 @@ TEST(BrightnessRamp, NegativeTimeShortensTheSpanSoThatTheRampEndsBeforeTheEndFra
   ScriptSession session;
   // 2 - 1 + 2 = 3 units, of which the first two frames already use three.
   session.OpenCut("a.cut", Frames({{.time = 2, .brightness = 0}, {.time = -1}, {.time = 2}, {.brightness = 30}}));
-  session.Command(40041).Dialog(115, {}).Command(40093);
+  session.Command(kCommandFirstFrame).Dialog(kBrightnessRampDialog, {}).Command(kCommandBrightnessRamp);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Each(session, state, "brightness"), (std::vector<int>{0, 20, 30, 30}));
@@ -493,7 +536,7 @@ TEST(BrightnessRamp, NegativeTimeShortensTheSpanSoThatTheRampEndsBeforeTheEndFra
 TEST(FramePositionRamp, InterpolatesStraightAndTruncates) {
   ScriptSession session;
   session.OpenCut("a.cut", Frames({{.x = 0, .y = 10}, {}, {}, {.x = 10, .y = -10}}));
-  session.Command(40041).Dialog(117, {"1065=4"}).Command(40101);
+  session.Command(kCommandFirstFrame).Dialog(kFrameRampDialog, {{kRampEndEdit, "4"}}).Command(kCommandFrameRamp);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Each(session, state, "x"), (std::vector<int>{0, 3, 6, 10}));
@@ -503,7 +546,7 @@ TEST(FramePositionRamp, InterpolatesStraightAndTruncates) {
 TEST(FramePositionRamp, CountsTheMagnitudeOfTimes) {
   ScriptSession session;
   session.OpenCut("a.cut", Frames({{.time = -3, .x = 0}, {.time = 1}, {.x = 40}}));
-  session.Command(40041).Dialog(117, {}).Command(40101);
+  session.Command(kCommandFirstFrame).Dialog(kFrameRampDialog, {}).Command(kCommandFrameRamp);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Each(session, state, "x"), (std::vector<int>{0, 30, 40}));
@@ -512,7 +555,10 @@ TEST(FramePositionRamp, CountsTheMagnitudeOfTimes) {
 TEST(FramePositionRamp, CommitsAfterOk) {
   ScriptSession session;
   session.OpenCut("a.cut", Frames({{.x = 0}, {.time = 1}, {.x = 40}}));
-  session.Command(40041).Panel(10002, "3").Dialog(117, {}).Command(40101);
+  session.Command(kCommandFirstFrame)
+      .Panel(kFrameTimeEdit, "3")
+      .Dialog(kFrameRampDialog, {})
+      .Command(kCommandFrameRamp);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Each(session, state, "x"), (std::vector<int>{0, 30, 40}));
@@ -520,7 +566,10 @@ TEST(FramePositionRamp, CommitsAfterOk) {
 
 TEST(FramePositionRamp, CancelDoesNotCommit) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{}, {}})).Panel(10006, "typed").Dialog(117, {}, "cancel").Command(40101);
+  session.OpenCut("a.cut", Frames({{}, {}}))
+      .Panel(kCommentEdit, "typed")
+      .Dialog(kFrameRampDialog, {}, "cancel")
+      .Command(kCommandFrameRamp);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(state)["comment"], "");
@@ -528,7 +577,10 @@ TEST(FramePositionRamp, CancelDoesNotCommit) {
 
 TEST(FramePositionRamp, MarksTiming) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{}, {.x = 8}})).Command(40026).Dialog(117, {"1065=1"}).Command(40101);
+  session.OpenCut("a.cut", Frames({{}, {.x = 8}}))
+      .Command(kCommandPlay)
+      .Dialog(kFrameRampDialog, {{kRampEndEdit, "1"}})
+      .Command(kCommandFrameRamp);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(MarksOf(session, state), "modified timingStale");
@@ -549,7 +601,7 @@ std::vector<int> RecordPlaces(const ScriptSession& session, int state) {
 struct PositionCase {
   const char* name;
   std::vector<int> places;
-  rules::Names dialog;
+  rules::DialogValues dialog;
   std::vector<int> ramp;
 };
 
@@ -558,7 +610,10 @@ class LayerPositionRampOfFive : public testing::TestWithParam<PositionCase> {};
 TEST_P(LayerPositionRampOfFive, IsSetInEveryFrame) {
   const PositionCase& test = GetParam();
   ScriptSession session;
-  session.OpenCut("a.cut", MovingRecord(test.places)).Command(40041).Dialog(112, test.dialog).Command(40069);
+  session.OpenCut("a.cut", MovingRecord(test.places))
+      .Command(kCommandFirstFrame)
+      .Dialog(kLayerRampDialog, test.dialog)
+      .Command(kCommandLayerRamp);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(RecordPlaces(session, state), test.ramp);
@@ -567,15 +622,15 @@ TEST_P(LayerPositionRampOfFive, IsSetInEveryFrame) {
 INSTANTIATE_TEST_SUITE_P(
     Document, LayerPositionRampOfFive,
     testing::Values(
-        PositionCase{"SpreadsTheRemainderOverTheFirstUnits", {0, 0, 0, 0, 10}, {"1065=5"}, {0, 3, 6, 8, 10}},
+        PositionCase{"SpreadsTheRemainderOverTheFirstUnits", {0, 0, 0, 0, 10}, {{kRampEndEdit, "5"}}, {0, 3, 6, 8, 10}},
         PositionCase{"SmallStepBackMovesForward", {0, 0, 0, 0, -2}, {}, {0, 1, 2, 2, 2}},
         PositionCase{"LargerStepBackSpreadsItsRemainderBackward", {0, 0, 0, 0, -10}, {}, {0, -3, -6, -8, -10}}),
     [](const testing::TestParamInfo<PositionCase>& test) { return std::string(test.param.name); });
 
 TEST(LayerPositionRamp, DoesNotCommit) {
   ScriptSession session;
-  session.OpenCut("a.cut", MovingRecord({0, 0, 8})).Command(40041).Panel(10006, "typed");
-  session.Dialog(112, {}).Command(40069);
+  session.OpenCut("a.cut", MovingRecord({0, 0, 8})).Command(kCommandFirstFrame).Panel(kCommentEdit, "typed");
+  session.Dialog(kLayerRampDialog, {}).Command(kCommandLayerRamp);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(RecordPlaces(session, state), (std::vector<int>{0, 4, 8}));
@@ -584,7 +639,10 @@ TEST(LayerPositionRamp, DoesNotCommit) {
 
 TEST(LayerPositionRamp, MarksImages) {
   ScriptSession session;
-  session.OpenCut("a.cut", MovingRecord({0, 0, 8})).Command(40026).Dialog(112, {"1065=1"}).Command(40069);
+  session.OpenCut("a.cut", MovingRecord({0, 0, 8}))
+      .Command(kCommandPlay)
+      .Dialog(kLayerRampDialog, {{kRampEndEdit, "1"}})
+      .Command(kCommandLayerRamp);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["modified"], true);
@@ -593,7 +651,8 @@ TEST(LayerPositionRamp, MarksImages) {
 
 TEST(MakeAllKeyFrames, KeepsTheBrightnessOfEachFrame) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{.brightness = 0}, {.brightness = 50}, {.brightness = -101}})).Command(40106);
+  session.OpenCut("a.cut", Frames({{.brightness = 0}, {.brightness = 50}, {.brightness = -101}}))
+      .Command(kCommandAllKeyFrames);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Each(session, state, "brightness"), (std::vector<int>{-1, -51, -101}));
@@ -601,7 +660,7 @@ TEST(MakeAllKeyFrames, KeepsTheBrightnessOfEachFrame) {
 
 TEST(MakeAllKeyFrames, RefreshesWithoutACommit) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{}})).Panel(10006, "typed").Command(40106);
+  session.OpenCut("a.cut", Frames({{}})).Panel(kCommentEdit, "typed").Command(kCommandAllKeyFrames);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(state)["comment"], "");
@@ -611,7 +670,7 @@ TEST(MakeAllKeyFrames, RefreshesWithoutACommit) {
 
 TEST(MakeAllKeyFrames, MarksTiming) {
   ScriptSession session;
-  session.OpenCut("a.cut", Frames({{}})).Command(40026).Command(40106);
+  session.OpenCut("a.cut", Frames({{}})).Command(kCommandPlay).Command(kCommandAllKeyFrames);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(MarksOf(session, state), "modified timingStale");
@@ -619,7 +678,7 @@ TEST(MakeAllKeyFrames, MarksTiming) {
 
 TEST(FrameBitmap, IsWrittenToTheChosenFile) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).File(session.Path("out")).Command(40076).Run();
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).File(session.Path("out")).Command(kCommandExportBitmap).Run();
   const rules::PixelMatrix picture = rules::PixelMatrix::FromBitmap(session.Path("out.bmp"));
   EXPECT_EQ(picture.Width(), 8);
   EXPECT_EQ(picture.Height(), 3);
@@ -628,14 +687,14 @@ TEST(FrameBitmap, IsWrittenToTheChosenFile) {
 
 TEST(FrameBitmap, CancelWritesNothing) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).File("cancel").Command(40076).Run();
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).File("cancel").Command(kCommandExportBitmap).Run();
   EXPECT_EQ(session.Files(), std::vector<std::string>{"a.cut"});
 }
 
 TEST(FrameSize, IsTakenFromTheDialogAndMarksTiming) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(40026);
-  session.Dialog(123, {"1002=5", "1001=2"}).Command(40112);
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(kCommandPlay);
+  session.Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "5"}, {kFrameHeightEdit, "2"}}).Command(kCommandFrameSize);
   const int state = session.State();
   session.Run();
   json cut = session.Cut(state);
@@ -650,7 +709,7 @@ TEST(FrameSize, DialogStartsWithTheFrameSize) {
   CutFile file = CutFile::WithoutLayers(1);
   file.frameWidth = 6;
   file.frameHeight = 2;
-  session.OpenCut("a.cut", file).Dialog(123, {}).Command(40112);
+  session.OpenCut("a.cut", file).Dialog(kFrameSizeDialog, {}).Command(kCommandFrameSize);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["frameWidth"], 6);
@@ -659,7 +718,9 @@ TEST(FrameSize, DialogStartsWithTheFrameSize) {
 
 TEST(FrameSize, CancelChangesNothing) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Dialog(123, {"1002=5"}, "cancel").Command(40112);
+  session.OpenCut("a.cut", CutFile::WithoutLayers(1))
+      .Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "5"}}, "cancel")
+      .Command(kCommandFrameSize);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["frameWidth"], 8);
@@ -668,8 +729,14 @@ TEST(FrameSize, CancelChangesNothing) {
 
 TEST(CutProperties, AreTakenFromTheDialog) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(40026);
-  session.Dialog(107, {"1002=20", "1001=10", "1041=30", "1057=on", "1037=Me"}).Command(40077);
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(kCommandPlay);
+  session
+      .Dialog(kCutDialog, {{kCutWidthEdit, "20"},
+                           {kCutHeightEdit, "10"},
+                           {kCutFpsEdit, "30"},
+                           {kCutQuarterRadio, "on"},
+                           {kCutCreditEdit, "Me"}})
+      .Command(kCommandCutProperties);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(PropertiesOf(session, state), "20 x 10, 30 fps, antialias 2, credit [Me]");
@@ -677,7 +744,9 @@ TEST(CutProperties, AreTakenFromTheDialog) {
 
 TEST(CutProperties, LeaveTheFrameSize) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Dialog(107, {"1002=20", "1001=10"}).Command(40077);
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0}))
+      .Dialog(kCutDialog, {{kCutWidthEdit, "20"}, {kCutHeightEdit, "10"}})
+      .Command(kCommandCutProperties);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["frameWidth"], 8);
@@ -686,7 +755,9 @@ TEST(CutProperties, LeaveTheFrameSize) {
 
 TEST(CutProperties, ResizeTheViewAndPaintIt) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({3}, {0})).Dialog(107, {"1002=20", "1001=10"}).Command(40077);
+  session.OpenCut("a.cut", CutFile::Showing({3}, {0}))
+      .Dialog(kCutDialog, {{kCutWidthEdit, "20"}, {kCutHeightEdit, "10"}})
+      .Command(kCommandCutProperties);
   const int view = session.View();
   session.Run();
   EXPECT_EQ(session.ViewAt(view).Width(), 20);
@@ -701,7 +772,7 @@ TEST(CutProperties, StartWithTheCutsAndMarkImagesEvenWhenUnchanged) {
   file.fps = 11;
   file.credit = "Who";
   file.antialias = 1;
-  session.OpenCut("a.cut", file).Command(40026).Dialog(107, {}).Command(40077);
+  session.OpenCut("a.cut", file).Command(kCommandPlay).Dialog(kCutDialog, {}).Command(kCommandCutProperties);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(PropertiesOf(session, state), "8 x 3, 11 fps, antialias 1, credit [Who]");
@@ -711,13 +782,18 @@ TEST(CutProperties, StartWithTheCutsAndMarkImagesEvenWhenUnchanged) {
 
 TEST(CutProperties, DoNotWriteTheNewCutSettings) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Dialog(107, {"1002=20"}).Command(40077).Run();
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0}))
+      .Dialog(kCutDialog, {{kCutWidthEdit, "20"}})
+      .Command(kCommandCutProperties)
+      .Run();
   EXPECT_EQ(session.Setting("OnNewCut", "width"), "(none)");
 }
 
 TEST(CutProperties, CancelChangesNothing) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Dialog(107, {"1002=20"}, "cancel").Command(40077);
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0}))
+      .Dialog(kCutDialog, {{kCutWidthEdit, "20"}}, "cancel")
+      .Command(kCommandCutProperties);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["width"], 8);

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "resources/ids.h"
 #include "rules/script_session.h"
 #include "rules/session_state.h"
 
@@ -44,7 +45,10 @@ json Selected(const ScriptSession& session, int state) {
 
 TEST(AddLayer, LiesAboveTheCurrentRecordInEveryFrame) {
   ScriptSession session;
-  session.OpenCut("a.cut", ThreeLayers(2)).Select(10004, {0}).Dialog(106, {"1000=N"}).Command(40014);
+  session.OpenCut("a.cut", ThreeLayers(2))
+      .Select(kLayerList, {0})
+      .Dialog(kLayerDialog, {{kLayerNameEdit, "N"}})
+      .Command(kCommandAddLayer);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Order(session, state, 0), "ANBC");
@@ -57,7 +61,7 @@ TEST(AddLayer, SkipsAFrameThatLacksTheCurrentRecord) {
   ScriptSession session;
   CutFile file = ThreeLayers(2);
   file.frames[0].records.resize(1);
-  session.OpenCut("a.cut", file).Dialog(106, {"1000=N"}).Command(40014);
+  session.OpenCut("a.cut", file).Dialog(kLayerDialog, {{kLayerNameEdit, "N"}}).Command(kCommandAddLayer);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Order(session, state, 0), "A");
@@ -79,7 +83,7 @@ TEST(AddLayer, IsCentredOnTheCut) {
 
 TEST(AddLayer, DialogStartsWithTheCutSizeAndAnEmptyName) {
   ScriptSession session;
-  session.OpenCut("a.cut", ThreeLayers(1)).Dialog(106, {}).Command(40014);
+  session.OpenCut("a.cut", ThreeLayers(1)).Dialog(kLayerDialog, {}).Command(kCommandAddLayer);
   const int state = session.State();
   session.Run();
   json layer = session.Cut(state)["layers"][3];
@@ -94,7 +98,7 @@ TEST(AddLayer, DefaultNameOfTheEleventhLayerHasNoBlank) {
   CutFile file;
   file.layers.resize(10);
   file.frames.push_back({.records = {{.layer = 0}}});
-  session.OpenCut("a.cut", file).Dialog(106, {}).Command(40014);
+  session.OpenCut("a.cut", file).Dialog(kLayerDialog, {}).Command(kCommandAddLayer);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["layers"][10]["name"], "LAYER10");
@@ -102,7 +106,7 @@ TEST(AddLayer, DefaultNameOfTheEleventhLayerHasNoBlank) {
 
 TEST(AddLayer, CheckBoxOfTheDialogHasNoEffect) {
   ScriptSession session;
-  session.OpenCut("a.cut", ThreeLayers(1)).Dialog(106, {"1060=on"}).Command(40014);
+  session.OpenCut("a.cut", ThreeLayers(1)).Dialog(kLayerDialog, {{kLayerFollowCheck, "on"}}).Command(kCommandAddLayer);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["layers"][3]["followFrame"], 0);
@@ -110,7 +114,7 @@ TEST(AddLayer, CheckBoxOfTheDialogHasNoEffect) {
 
 TEST(AddLayer, HasOneTransparentCell) {
   ScriptSession session;
-  session.OpenCut("a.cut", ThreeLayers(1)).Dialog(106, {}).Command(40014);
+  session.OpenCut("a.cut", ThreeLayers(1)).Dialog(kLayerDialog, {}).Command(kCommandAddLayer);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["layers"][3]["cells"], json::array({PlainCell(0)}));
@@ -118,7 +122,7 @@ TEST(AddLayer, HasOneTransparentCell) {
 
 TEST(AddLayer, RefreshesTheList) {
   ScriptSession session;
-  session.OpenCut("a.cut", ThreeLayers(1)).Dialog(106, {"1000=N"}).Command(40014);
+  session.OpenCut("a.cut", ThreeLayers(1)).Dialog(kLayerDialog, {{kLayerNameEdit, "N"}}).Command(kCommandAddLayer);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Lines(session, state), json::array({"A (1/1)", "B (1/1)", "C (1/1)", "N (1/1)"}));
@@ -127,7 +131,9 @@ TEST(AddLayer, RefreshesTheList) {
 
 TEST(AddLayer, CancelAddsNothing) {
   ScriptSession session;
-  session.OpenCut("a.cut", ThreeLayers(1)).Dialog(106, {"1000=N"}, "cancel").Command(40014);
+  session.OpenCut("a.cut", ThreeLayers(1))
+      .Dialog(kLayerDialog, {{kLayerNameEdit, "N"}}, "cancel")
+      .Command(kCommandAddLayer);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["layers"].size(), 3U);
@@ -136,9 +142,9 @@ TEST(AddLayer, CancelAddsNothing) {
 
 TEST(AddLayer, LiesOverTheSelectionWithItsSize) {
   ScriptSession session;
-  session.NewCut().Command(40059).LeftDrag(306, 230, 316, 236);
+  session.NewCut().Command(kToolAreaSelect).LeftDrag(306, 230, 316, 236);
   const int before = session.State();
-  session.Dialog(106, {"1000=N"}).Command(40014);
+  session.Dialog(kLayerDialog, {{kLayerNameEdit, "N"}}).Command(kCommandAddLayer);
   const int state = session.State();
   session.Run();
   ASSERT_EQ(session.Cut(before)["selection"], json::array({306, 230, 316, 236}));
@@ -150,8 +156,9 @@ TEST(AddLayer, LiesOverTheSelectionWithItsSize) {
 
 TEST(AddLayer, OverTheSelectionKeepsItsPlaceWithAnotherSize) {
   ScriptSession session;
-  session.NewCut().Command(40059).LeftDrag(306, 230, 316, 236);
-  session.Dialog(106, {"1000=N", "1002=4", "1001=4"}).Command(40014);
+  session.NewCut().Command(kToolAreaSelect).LeftDrag(306, 230, 316, 236);
+  session.Dialog(kLayerDialog, {{kLayerNameEdit, "N"}, {kLayerWidthEdit, "4"}, {kLayerHeightEdit, "4"}})
+      .Command(kCommandAddLayer);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Record(state, 1)["x"], 2);
@@ -160,7 +167,10 @@ TEST(AddLayer, OverTheSelectionKeepsItsPlaceWithAnotherSize) {
 
 TEST(InsertLayer, LiesBelowTheCurrentRecordInEveryFrame) {
   ScriptSession session;
-  session.OpenCut("a.cut", ThreeLayers(2)).Select(10004, {1}).Dialog(106, {"1000=N"}).Command(40080);
+  session.OpenCut("a.cut", ThreeLayers(2))
+      .Select(kLayerList, {1})
+      .Dialog(kLayerDialog, {{kLayerNameEdit, "N"}})
+      .Command(kCommandInsertLayer);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Order(session, state, 0), "ANBC");
@@ -170,7 +180,9 @@ TEST(InsertLayer, LiesBelowTheCurrentRecordInEveryFrame) {
 
 TEST(InsertLayer, IntoAFrameWithoutRecordsEntersTwice) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Dialog(106, {"1000=N"}).Command(40080);
+  session.OpenCut("a.cut", CutFile::WithoutLayers(1))
+      .Dialog(kLayerDialog, {{kLayerNameEdit, "N"}})
+      .Command(kCommandInsertLayer);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Order(session, state, 0), "NN");
@@ -179,7 +191,7 @@ TEST(InsertLayer, IntoAFrameWithoutRecordsEntersTwice) {
 
 TEST(DeleteLayer, GoesFromEveryFrame) {
   ScriptSession session;
-  session.OpenCut("a.cut", ThreeLayers(2)).Select(10004, {1}).Command(40015);
+  session.OpenCut("a.cut", ThreeLayers(2)).Select(kLayerList, {1}).Command(kCommandDeleteLayer);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Order(session, state, 0), "AC");
@@ -189,7 +201,7 @@ TEST(DeleteLayer, GoesFromEveryFrame) {
 
 TEST(DeleteLayer, InTheMiddleLeavesTheFormerThirdRecordCurrent) {
   ScriptSession session;
-  session.OpenCut("a.cut", ThreeLayers(1)).Select(10004, {1}).Command(40015);
+  session.OpenCut("a.cut", ThreeLayers(1)).Select(kLayerList, {1}).Command(kCommandDeleteLayer);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(state)["currentRecord"], 1);
@@ -199,7 +211,7 @@ TEST(DeleteLayer, InTheMiddleLeavesTheFormerThirdRecordCurrent) {
 
 TEST(DeleteLayer, OnTopLeavesTheNewTopCurrent) {
   ScriptSession session;
-  session.OpenCut("a.cut", ThreeLayers(1)).Command(40015);
+  session.OpenCut("a.cut", ThreeLayers(1)).Command(kCommandDeleteLayer);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(state)["currentRecord"], 1);
@@ -208,9 +220,9 @@ TEST(DeleteLayer, OnTopLeavesTheNewTopCurrent) {
 
 TEST(DeleteLayer, OfTheLastLayerLeavesAFrameWithoutRecords) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(40015);
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(kCommandDeleteLayer);
   const int state = session.State();
-  session.Command(40015);
+  session.Command(kCommandDeleteLayer);
   const int again = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["layers"].size(), 0U);
@@ -221,7 +233,7 @@ TEST(DeleteLayer, OfTheLastLayerLeavesAFrameWithoutRecords) {
 
 TEST(DeleteLayer, CommitsNothingAndRefreshesOnlyTheList) {
   ScriptSession session;
-  session.OpenCut("a.cut", ThreeLayers(1)).Panel(10006, "typed").Command(40015);
+  session.OpenCut("a.cut", ThreeLayers(1)).Panel(kCommentEdit, "typed").Command(kCommandDeleteLayer);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(state)["comment"], "");
@@ -230,7 +242,7 @@ TEST(DeleteLayer, CommitsNothingAndRefreshesOnlyTheList) {
 
 TEST(DeleteLayer, MarksImagesAndRepaints) {
   ScriptSession session;
-  session.OpenCut("a.cut", ThreeLayers(1)).Command(40026).Command(40015);
+  session.OpenCut("a.cut", ThreeLayers(1)).Command(kCommandPlay).Command(kCommandDeleteLayer);
   const int state = session.State();
   const int view = session.View();
   session.Run();
@@ -241,9 +253,9 @@ TEST(DeleteLayer, MarksImagesAndRepaints) {
 
 TEST(DeleteLayer, TakesTheUndoOfItsCellWithIt) {
   ScriptSession session;
-  session.OpenCut("a.cut", ThreeLayers(1)).Command(40092).Command(40015);
+  session.OpenCut("a.cut", ThreeLayers(1)).Command(kCommandEraseCell).Command(kCommandDeleteLayer);
   const int before = session.State();
-  session.Command(40030);
+  session.Command(kCommandUndo);
   const int after = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(after)["layers"], session.Cut(before)["layers"]);
@@ -251,7 +263,10 @@ TEST(DeleteLayer, TakesTheUndoOfItsCellWithIt) {
 
 TEST(LayerUp, ChangesTheCurrentFrameAndAllBehindIt) {
   ScriptSession session;
-  session.OpenCut("a.cut", ThreeLayers(3)).Command(40007).Select(10004, {0}).Command(40016);
+  session.OpenCut("a.cut", ThreeLayers(3))
+      .Command(kCommandPreviousFrame)
+      .Select(kLayerList, {0})
+      .Command(kCommandLayerUp);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Order(session, state, 0), "ABC");
@@ -262,7 +277,7 @@ TEST(LayerUp, ChangesTheCurrentFrameAndAllBehindIt) {
 
 TEST(LayerUp, MovesTheLineInTheList) {
   ScriptSession session;
-  session.OpenCut("a.cut", ThreeLayers(1)).Select(10004, {0}).Command(40016);
+  session.OpenCut("a.cut", ThreeLayers(1)).Select(kLayerList, {0}).Command(kCommandLayerUp);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Lines(session, state), json::array({"B (1/1)", "A (1/1)", "C (1/1)"}));
@@ -273,7 +288,7 @@ TEST(LayerUp, LeavesFramesWithAnotherLayerAtThatPlace) {
   ScriptSession session;
   CutFile file = ThreeLayers(2);
   file.frames[1].records = {{.layer = 2}, {.layer = 1}, {.layer = 0}};
-  session.OpenCut("a.cut", file).Command(40041).Select(10004, {0}).Command(40016);
+  session.OpenCut("a.cut", file).Command(kCommandFirstFrame).Select(kLayerList, {0}).Command(kCommandLayerUp);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Order(session, state, 0), "BAC");
@@ -283,7 +298,7 @@ TEST(LayerUp, LeavesFramesWithAnotherLayerAtThatPlace) {
 
 TEST(LayerUp, StopsAtTheTop) {
   ScriptSession session;
-  session.OpenCut("a.cut", ThreeLayers(1)).Command(40016);
+  session.OpenCut("a.cut", ThreeLayers(1)).Command(kCommandLayerUp);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Order(session, state, 0), "ABC");
@@ -293,7 +308,7 @@ TEST(LayerUp, StopsAtTheTop) {
 
 TEST(LayerDown, IsTheMirror) {
   ScriptSession session;
-  session.OpenCut("a.cut", ThreeLayers(3)).Command(40007).Command(40017);
+  session.OpenCut("a.cut", ThreeLayers(3)).Command(kCommandPreviousFrame).Command(kCommandLayerDown);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Order(session, state, 0), "ABC");
@@ -305,7 +320,7 @@ TEST(LayerDown, IsTheMirror) {
 
 TEST(LayerDown, StopsAtTheBottom) {
   ScriptSession session;
-  session.OpenCut("a.cut", ThreeLayers(1)).Select(10004, {0}).Command(40017);
+  session.OpenCut("a.cut", ThreeLayers(1)).Select(kLayerList, {0}).Command(kCommandLayerDown);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Order(session, state, 0), "ABC");
@@ -314,7 +329,7 @@ TEST(LayerDown, StopsAtTheBottom) {
 
 TEST(LayerUp, RepaintsAndMarksImages) {
   ScriptSession session;
-  session.OpenCut("a.cut", ThreeLayers(1)).Command(40026).Select(10004, {1}).Command(40016);
+  session.OpenCut("a.cut", ThreeLayers(1)).Command(kCommandPlay).Select(kLayerList, {1}).Command(kCommandLayerUp);
   const int state = session.State();
   const int view = session.View();
   session.Run();
@@ -326,7 +341,7 @@ TEST(LayerProperties, StartWithTheLayersOwn) {
   ScriptSession session;
   CutFile file = ThreeLayers(1);
   file.layers[2].followFrame = true;
-  session.OpenCut("a.cut", file).Dialog(106, {}).Command(40022);
+  session.OpenCut("a.cut", file).Dialog(kLayerDialog, {}).Command(kCommandLayerProperties);
   const int state = session.State();
   session.Run();
   json layer = session.Cut(state)["layers"][2];
@@ -341,7 +356,7 @@ TEST(LayerProperties, NewNameGoesIntoEveryLineOfTheLayer) {
   ScriptSession session;
   CutFile file = ThreeLayers(1);
   file.frames[0].records = {{.layer = 2}, {.layer = 1}, {.layer = 2}};
-  session.OpenCut("a.cut", file).Dialog(106, {"1000=N"}).Command(40022);
+  session.OpenCut("a.cut", file).Dialog(kLayerDialog, {{kLayerNameEdit, "N"}}).Command(kCommandLayerProperties);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Lines(session, state), json::array({"N (1/1)", "B (1/1)", "N (1/1)"}));
@@ -350,9 +365,11 @@ TEST(LayerProperties, NewNameGoesIntoEveryLineOfTheLayer) {
 
 TEST(LayerProperties, FollowFrameIsTaken) {
   ScriptSession session;
-  session.OpenCut("a.cut", ThreeLayers(1)).Dialog(106, {"1060=on"}).Command(40022);
+  session.OpenCut("a.cut", ThreeLayers(1))
+      .Dialog(kLayerDialog, {{kLayerFollowCheck, "on"}})
+      .Command(kCommandLayerProperties);
   const int on = session.State();
-  session.Dialog(106, {"1060=off"}).Command(40022);
+  session.Dialog(kLayerDialog, {{kLayerFollowCheck, "off"}}).Command(kCommandLayerProperties);
   const int off = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(on)["layers"][2]["followFrame"], 1);
@@ -361,7 +378,9 @@ TEST(LayerProperties, FollowFrameIsTaken) {
 
 TEST(LayerProperties, NewSizeResizesEveryCell) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {0})).Dialog(106, {"1002=16", "1001=5"}).Command(40022);
+  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {0}))
+      .Dialog(kLayerDialog, {{kLayerWidthEdit, "16"}, {kLayerHeightEdit, "5"}})
+      .Command(kCommandLayerProperties);
   const int state = session.State();
   session.Run();
   json layer = session.Cut(state)["layers"][0];
@@ -375,7 +394,9 @@ TEST(LayerProperties, NewSizeResizesEveryCell) {
 
 TEST(LayerProperties, NewSizeTakesFollowFrameToo) {
   ScriptSession session;
-  session.OpenCut("a.cut", ThreeLayers(1)).Dialog(106, {"1002=16", "1060=on"}).Command(40022);
+  session.OpenCut("a.cut", ThreeLayers(1))
+      .Dialog(kLayerDialog, {{kLayerWidthEdit, "16"}, {kLayerFollowCheck, "on"}})
+      .Command(kCommandLayerProperties);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["layers"][2]["followFrame"], 1);
@@ -383,9 +404,11 @@ TEST(LayerProperties, NewSizeTakesFollowFrameToo) {
 
 TEST(LayerProperties, UndoWorksOnALayerThatHasGrown) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Dialog(106, {"1002=200", "1001=100"}).Command(40022);
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0}))
+      .Dialog(kLayerDialog, {{kLayerWidthEdit, "200"}, {kLayerHeightEdit, "100"}})
+      .Command(kCommandLayerProperties);
   const int grown = session.State();
-  session.Command(40092).Command(40030);
+  session.Command(kCommandEraseCell).Command(kCommandUndo);
   const int undone = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(undone)["layers"], session.Cut(grown)["layers"]);
@@ -393,7 +416,10 @@ TEST(LayerProperties, UndoWorksOnALayerThatHasGrown) {
 
 TEST(LayerProperties, OkMarksImagesEvenWhenUnchanged) {
   ScriptSession session;
-  session.OpenCut("a.cut", ThreeLayers(1)).Command(40026).Dialog(106, {}).Command(40022);
+  session.OpenCut("a.cut", ThreeLayers(1))
+      .Command(kCommandPlay)
+      .Dialog(kLayerDialog, {})
+      .Command(kCommandLayerProperties);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["modified"], true);
@@ -402,7 +428,9 @@ TEST(LayerProperties, OkMarksImagesEvenWhenUnchanged) {
 
 TEST(LayerProperties, CancelChangesNothing) {
   ScriptSession session;
-  session.OpenCut("a.cut", ThreeLayers(1)).Dialog(106, {"1000=N", "1002=5"}, "cancel").Command(40022);
+  session.OpenCut("a.cut", ThreeLayers(1))
+      .Dialog(kLayerDialog, {{kLayerNameEdit, "N"}, {kLayerWidthEdit, "5"}}, "cancel")
+      .Command(kCommandLayerProperties);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["layers"][2]["name"], "C");
@@ -412,7 +440,7 @@ TEST(LayerProperties, CancelChangesNothing) {
 
 TEST(LayerProperties, FrameWithoutRecordsShowsNoDialog) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Command(40022);
+  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Command(kCommandLayerProperties);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["modified"], false);
@@ -420,7 +448,7 @@ TEST(LayerProperties, FrameWithoutRecordsShowsNoDialog) {
 
 TEST(SelectLayer, MarksNothingInTheNormalDisplay) {
   ScriptSession session;
-  session.OpenCut("a.cut", ThreeLayers(1)).Command(40026).Select(10004, {0});
+  session.OpenCut("a.cut", ThreeLayers(1)).Command(kCommandPlay).Select(kLayerList, {0});
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(state)["currentRecord"], 0);
@@ -430,7 +458,10 @@ TEST(SelectLayer, MarksNothingInTheNormalDisplay) {
 
 TEST(SelectLayer, NeedsANewStreamWhenOnlyTheCurrentCellIsShown) {
   ScriptSession session;
-  session.OpenCut("a.cut", ThreeLayers(1)).Command(40034).Command(40026).Select(10004, {0});
+  session.OpenCut("a.cut", ThreeLayers(1))
+      .Command(kCommandCurrentCellOnly)
+      .Command(kCommandPlay)
+      .Select(kLayerList, {0});
   const int state = session.State();
   const int view = session.View();
   session.Run();
@@ -441,14 +472,18 @@ TEST(SelectLayer, NeedsANewStreamWhenOnlyTheCurrentCellIsShown) {
 
 TEST(SaveLayer, WritesTheCurrentLayerAlone) {
   ScriptSession session;
-  session.OpenCut("a.cut", ThreeLayers(1)).Select(10004, {1}).File(session.Path("b")).Command(40066).Run();
+  session.OpenCut("a.cut", ThreeLayers(1))
+      .Select(kLayerList, {1})
+      .File(session.Path("b"))
+      .Command(kCommandSaveLayer)
+      .Run();
   const std::string block("B\0\x08\0\x03\0\0\x01\0\x03\0\0\0\x04\0\0\0\x01\x01\x01\x10\x14\x04\x22\x22\x22\x22", 27);
   EXPECT_EQ(session.Bytes("b.lyr"), std::string("Sorvelin Layer\0", 15) + block);
 }
 
 TEST(SaveLayer, WorksOnABlankRecordAndChangesNoFlag) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {-1})).File(session.Path("b.lyr")).Command(40066);
+  session.OpenCut("a.cut", CutFile::Showing({1}, {-1})).File(session.Path("b.lyr")).Command(kCommandSaveLayer);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Bytes("b.lyr").size(), 15U + 27U);
@@ -457,7 +492,7 @@ TEST(SaveLayer, WorksOnABlankRecordAndChangesNoFlag) {
 
 TEST(SaveLayer, CancelWritesNothing) {
   ScriptSession session;
-  session.OpenCut("a.cut", ThreeLayers(1)).File("cancel").Command(40066).Run();
+  session.OpenCut("a.cut", ThreeLayers(1)).File("cancel").Command(kCommandSaveLayer).Run();
   EXPECT_EQ(session.Files(), std::vector<std::string>{"a.cut"});
 }
 
@@ -470,7 +505,10 @@ void WriteLayerFour(const ScriptSession& session) {
 TEST(OverwriteLayer, ReplacesTheCurrentLayerFromTheFile) {
   ScriptSession session;
   WriteLayerFour(session);
-  session.OpenCut("a.cut", ThreeLayers(1)).Select(10004, {1}).File(session.Path("four")).Command(40068);
+  session.OpenCut("a.cut", ThreeLayers(1))
+      .Select(kLayerList, {1})
+      .File(session.Path("four"))
+      .Command(kCommandOverwriteLayer);
   const int state = session.State();
   session.Run();
   json layers = session.Cut(state)["layers"];
@@ -484,7 +522,7 @@ TEST(OverwriteLayer, ReplacesTheCurrentLayerFromTheFile) {
 TEST(OverwriteLayer, RepaintsButLeavesThePanels) {
   ScriptSession session;
   WriteLayerFour(session);
-  session.OpenCut("a.cut", ThreeLayers(1)).File(session.Path("four.lyr")).Command(40068);
+  session.OpenCut("a.cut", ThreeLayers(1)).File(session.Path("four.lyr")).Command(kCommandOverwriteLayer);
   const int state = session.State();
   const int view = session.View();
   session.Run();
@@ -495,7 +533,7 @@ TEST(OverwriteLayer, RepaintsButLeavesThePanels) {
 TEST(OverwriteLayer, IntoACutWithoutLayersMakesOneInEveryFrame) {
   ScriptSession session;
   WriteLayerFour(session);
-  session.OpenCut("a.cut", CutFile::WithoutLayers(2)).File(session.Path("four.lyr")).Command(40068);
+  session.OpenCut("a.cut", CutFile::WithoutLayers(2)).File(session.Path("four.lyr")).Command(kCommandOverwriteLayer);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Order(session, state, 0), "Four");
@@ -506,7 +544,7 @@ TEST(OverwriteLayer, IntoACutWithoutLayersMakesOneInEveryFrame) {
 TEST(OverwriteLayer, WrongMagicLeavesTheLayer) {
   ScriptSession session;
   session.Write("bad.lyr", std::string("Sorvelin Later\0Four\0", 20));
-  session.OpenCut("a.cut", ThreeLayers(1)).File(session.Path("bad.lyr")).Command(40068);
+  session.OpenCut("a.cut", ThreeLayers(1)).File(session.Path("bad.lyr")).Command(kCommandOverwriteLayer);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["layers"][2]["name"], "C");
@@ -515,7 +553,7 @@ TEST(OverwriteLayer, WrongMagicLeavesTheLayer) {
 
 TEST(EraseLayerDraft, ClearsTheSketchColoursOfEveryCell) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({5, 1, 6, 7, 8}, {1})).Command(40064);
+  session.OpenCut("a.cut", CutFile::Showing({5, 1, 6, 7, 8}, {1})).Command(kCommandEraseLayerSketch);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["layers"][0]["cells"],

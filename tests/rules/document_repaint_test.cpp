@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "resources/ids.h"
 #include "rules/script_session.h"
 
 // A repaint begins with a pulse, and the pulse ends a selection of the area tool. So a selection tells, at every
@@ -26,7 +27,10 @@ ScriptSession& WithSelection(ScriptSession& session) {
   CutFile file;
   file.layers = {{.name = "A", .cells = {1, 2, 3}}, {.name = "B", .cells = {1, 2, 3}}};
   for (int i = 0; i < 3; ++i) file.frames.push_back({.records = {{.layer = 0, .cell = 1}, {.layer = 1, .cell = 1}}});
-  return session.OpenCut("a.cut", file).Command(40007).Command(40059).LeftDrag(318, 238, 322, 240);
+  return session.OpenCut("a.cut", file)
+      .Command(kCommandPreviousFrame)
+      .Command(kToolAreaSelect)
+      .LeftDrag(318, 238, 322, 240);
 }
 
 bool HasSelection(const ScriptSession& session, int state) {
@@ -60,16 +64,22 @@ TEST_P(WithoutRepaint, LeavesTheSelection) {
   EXPECT_TRUE(Outlives());
 }
 
-INSTANTIATE_TEST_SUITE_P(Document, WithoutRepaint,
-                         testing::Values(Case{40004}, Case{40005}, Case{40094, 116}, Case{40133, 116}, Case{40093, 115},
-                                         Case{40101, 117}, Case{40069, 112}, Case{40106}, Case{40112, 123}, Case{40061},
-                                         Case{40099}, Case{40074}, Case{40040, 108}, Case{40046, 109}, Case{40066, -1},
-                                         Case{40052, -1}, Case{40113}, Case{40027}, Case{40136}, Case{40142},
-                                         Case{40030}, Case{40104}, Case{40105}, Case{40062}, Case{40047, -2, true},
-                                         Case{40014, 106, true}, Case{40080, 106, true}, Case{40022, 106, true},
-                                         Case{40077, 107, true}, Case{40126, 127, true}, Case{40127, 108, true},
-                                         Case{40068, -1, true}, Case{40016}, Case{40059}, Case{40095}, Case{40084},
-                                         Case{40085}));
+INSTANTIATE_TEST_SUITE_P(
+    Document, WithoutRepaint,
+    testing::Values(Case{kCommandAddFrame}, Case{kCommandInsertFrame}, Case{kCommandAddFrames, kFrameCountDialog},
+                    Case{kCommandDeleteFrames, kFrameCountDialog}, Case{kCommandBrightnessRamp, kBrightnessRampDialog},
+                    Case{kCommandFrameRamp, kFrameRampDialog}, Case{kCommandLayerRamp, kLayerRampDialog},
+                    Case{kCommandAllKeyFrames}, Case{kCommandFrameSize, kFrameSizeDialog}, Case{kCommandCopy},
+                    Case{kCommandMuraRemoval}, Case{kCommandSquarePen}, Case{kCommandSnapGrid, kGridDialog},
+                    Case{kCommandMask, kMaskDialog}, Case{kCommandSaveLayer, -1}, Case{kCommandSaveCutAs, -1},
+                    Case{kCommandPreview}, Case{kCommandStop}, Case{kCommandExplainTool}, Case{kCommandAbout},
+                    Case{kCommandUndo}, Case{kCommandNextKeyFrame}, Case{kCommandPreviousKeyFrame}, Case{kCommandPaste},
+                    Case{kCommandAddCutToFilm, -2, true}, Case{kCommandAddLayer, kLayerDialog, true},
+                    Case{kCommandInsertLayer, kLayerDialog, true}, Case{kCommandLayerProperties, kLayerDialog, true},
+                    Case{kCommandCutProperties, kCutDialog, true}, Case{kCommandRandomDots, kRandomDotsDialog, true},
+                    Case{kCommandDrawGrid, kGridDialog, true}, Case{kCommandOverwriteLayer, -1, true},
+                    Case{kCommandLayerUp}, Case{kToolAreaSelect}, Case{kCommandFocusForward}, Case{kCommandStatusBar},
+                    Case{kCommandToolBar}));
 
 class WithRepaint : public CommandOverSelection {};
 
@@ -77,18 +87,24 @@ TEST_P(WithRepaint, EndsTheSelection) {
   EXPECT_FALSE(Outlives());
 }
 
-INSTANTIATE_TEST_SUITE_P(Document, WithRepaint,
-                         testing::Values(Case{40006}, Case{40007}, Case{40008}, Case{40041}, Case{40042},
-                                         Case{40014, 106}, Case{40080, 106}, Case{40015}, Case{40017}, Case{40022, 106},
-                                         Case{40064}, Case{40009}, Case{40010}, Case{40011}, Case{40012}, Case{40013},
-                                         Case{40043}, Case{40044}, Case{40060}, Case{40103}, Case{40071}, Case{40024},
-                                         Case{40025}, Case{40092}, Case{40063}, Case{40026}, Case{40032}, Case{40033},
-                                         Case{40034}, Case{40097}, Case{40102}, Case{40077, 107}, Case{40126, 127},
-                                         Case{40127, 108}, Case{40109}, Case{40110}, Case{40029}));
+INSTANTIATE_TEST_SUITE_P(
+    Document, WithRepaint,
+    testing::Values(Case{kCommandDeleteFrame}, Case{kCommandPreviousFrame}, Case{kCommandNextFrame},
+                    Case{kCommandFirstFrame}, Case{kCommandLastFrame}, Case{kCommandAddLayer, kLayerDialog},
+                    Case{kCommandInsertLayer, kLayerDialog}, Case{kCommandDeleteLayer}, Case{kCommandLayerDown},
+                    Case{kCommandLayerProperties, kLayerDialog}, Case{kCommandEraseLayerSketch},
+                    Case{kCommandDeleteCell}, Case{kCommandInsertCell}, Case{kCommandAddCell},
+                    Case{kCommandPreviousCell}, Case{kCommandNextCell}, Case{kCommandFirstCell}, Case{kCommandLastCell},
+                    Case{kCommandBlankCell}, Case{kCommandBlankAll}, Case{kCommandMergeDown}, Case{kCommandToSketch},
+                    Case{kCommandEraseSketch}, Case{kCommandEraseCell}, Case{kCommandCut}, Case{kCommandPlay},
+                    Case{kCommandShowPrevious}, Case{kCommandShowNext}, Case{kCommandCurrentCellOnly},
+                    Case{kCommandDimOthers}, Case{kCommandLineEmphasis}, Case{kCommandCutProperties, kCutDialog},
+                    Case{kCommandRandomDots, kRandomDotsDialog}, Case{kCommandDrawGrid, kGridDialog},
+                    Case{kCommandFlipHorizontal}, Case{kCommandFlipVertical}, Case{kToolFreePen}));
 
 TEST(SelectLayer, RepaintsSoThatTheSelectionEnds) {
   ScriptSession session;
-  WithSelection(session).Select(10004, {0});
+  WithSelection(session).Select(kLayerList, {0});
   const int state = session.State();
   session.Run();
   EXPECT_FALSE(HasSelection(session, state));

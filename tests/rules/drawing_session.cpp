@@ -1,4 +1,5 @@
 #include "rules/drawing_session.h"
+#include "resources/ids.h"
 
 #include <gtest/gtest.h>
 
@@ -9,8 +10,10 @@ namespace rules {
 
 namespace {
 
-constexpr std::pair<int, int> maskControls[] = {{0, 1013}, {1, 1009},  {2, 1011},  {3, 1012},  {4, 1010},  {8, 1017},
-                                                {9, 1018}, {10, 1019}, {11, 1046}, {12, 1045}, {13, 1047}, {14, 1048}};
+constexpr std::pair<int, int> maskControls[] = {
+    {0, kMaskTransparentCheck}, {1, kMaskBlackCheck},     {2, kMaskDarkCheck},     {3, kMaskLightCheck},
+    {4, kMaskWhiteCheck},       {8, kMaskLineBlackCheck}, {9, kMaskLineDarkCheck}, {10, kMaskLineLightCheck},
+    {11, kMaskPlus2Check},      {12, kMaskPlus1Check},    {13, kMaskMinus1Check},  {14, kMaskMinus2Check}};
 
 Area AreaOf(const nlohmann::json& numbers) {
   Area area = {-1, -1, -1, -1};
@@ -53,40 +56,43 @@ void DrawingSession::PickPlain(int index) {
 }
 
 void DrawingSession::Mask(std::initializer_list<int> indices) {
-  std::vector<std::string> values;
+  DialogValues values;
   for (const auto& [index, control] : maskControls) {
     const bool on = std::find(indices.begin(), indices.end(), index) != indices.end();
-    values.push_back(std::to_string(control) + (on ? "=on" : "=off"));
+    values.push_back({control, on ? "on" : "off"});
   }
-  Dialog(109, values).Command(40046);
+  Dialog(kMaskDialog, values).Command(kCommandMask);
 }
 
 void DrawingSession::Grid(int width, int height) {
-  Dialog(108, {"1022=" + std::to_string(width), "1001=" + std::to_string(height)}).Command(40040);
+  Dialog(kGridDialog, {{kGridWidthEdit, std::to_string(width)}, {kGridHeightEdit, std::to_string(height)}})
+      .Command(kCommandSnapGrid);
 }
 
 void DrawingSession::FillArea(int x, int y, int width, int height, int index) {
   Mask({});
-  Command(tool::Rectangle);
+  Command(kToolRectangle);
   PickPlain(index);
   Press(x, y);
   Release(x + width, y + height, "ctrl");
   PickPlain(1);
-  Command(tool::FreePen);
+  Command(kToolFreePen);
 }
 
 void DrawingSession::DrawInkLine(int fromX, int fromY, int toX, int toY) {
   Mask({});
   PickPlain(1);
-  Command(tool::Line);
+  Command(kToolLine);
   Press(fromX, fromY);
   Release(toX, toY);
-  Command(tool::FreePen);
+  Command(kToolFreePen);
 }
 
 void DrawingSession::AddLayer(std::string_view name, int width, int height) {
-  Dialog(106, {std::string("1000=").append(name), "1002=" + std::to_string(width), "1001=" + std::to_string(height)});
-  Command(command::AddLayer);
+  Dialog(kLayerDialog, {{kLayerNameEdit, std::string(name)},
+                        {kLayerWidthEdit, std::to_string(width)},
+                        {kLayerHeightEdit, std::to_string(height)}});
+  Command(kCommandAddLayer);
 }
 
 void DrawingSession::RunAfresh() {

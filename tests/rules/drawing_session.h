@@ -6,46 +6,10 @@
 #include <string>
 #include <string_view>
 
+#include "resources/ids.h"
 #include "rules/script_session.h"
 
 namespace rules {
-
-namespace tool {
-constexpr int FramePosition = 40019;
-constexpr int LayerPosition = 40023;
-constexpr int Zoom = 40028;
-constexpr int FreePen = 40029;
-constexpr int Fill = 40031;
-constexpr int Line = 40037;
-constexpr int Curve = 40038;
-constexpr int Rectangle = 40045;
-constexpr int AreaSelect = 40059;
-constexpr int Eraser = 40065;
-constexpr int Gradient = 40070;
-constexpr int Text = 40073;
-constexpr int Edging = 40075;
-constexpr int Mosaic = 40086;
-constexpr int FocusLines = 40090;
-constexpr int ParallelLines = 40132;
-}  // namespace tool
-
-namespace command {
-constexpr int AddFrame = 40004;
-constexpr int DeleteFrame = 40006;
-// Commits, moves at most, and repaints: on a cut of one frame it is a repaint with its two pulses and nothing else.
-constexpr int PreviousFrame = 40007;
-constexpr int NextFrame = 40008;
-constexpr int AddCell = 40011;
-constexpr int PreviousCell = 40012;
-constexpr int AddLayer = 40014;
-constexpr int Play = 40026;
-constexpr int Undo = 40030;
-constexpr int CurrentCellOnly = 40034;
-constexpr int ToggleBlank = 40060;
-constexpr int MuraRemoval = 40099;
-constexpr int LineEmphasis = 40102;
-constexpr int SquarePen = 40074;
-}  // namespace command
 
 using Area = std::array<int, 4>;
 
@@ -81,7 +45,8 @@ class DrawingSession : public ScriptSession {
   // Protects these indices and no others.
   void Mask(std::initializer_list<int> indices);
   void Grid(int width, int height);
-  void Repaint() { Command(command::PreviousFrame); }
+  // Commits, moves at most, and repaints: on a cut of one frame it is a repaint with its two pulses and nothing else.
+  void Repaint() { Command(kCommandPreviousFrame); }
 
   // Fills a rectangle of the window with one index, and goes back to the free pen, to plain black and to no mask.
   void FillArea(int x, int y, int width, int height, int index);

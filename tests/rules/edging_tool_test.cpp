@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
 
@@ -10,7 +11,7 @@ struct EdgingTool : testing::Test {
   EdgingTool() { Area(10, 8, 30, 30, 4); }
   void Area(int x, int y, int width, int height, int index) {
     session.FillArea(x, y, width, height, index);
-    session.Command(tool::Edging);
+    session.Command(kToolEdging);
     model.Fill(x, y, width, height, index);
   }
   void Drag(int fromX, int fromY, int toX, int toY) {
@@ -32,7 +33,7 @@ class EdgingSize : public EdgingTool, public testing::WithParamInterface<std::pa
 
 TEST_P(EdgingSize, IsTheThicknessLessOne) {
   const auto& [step, square] = GetParam();
-  if (square) session.Command(command::SquarePen);
+  if (square) session.Command(kCommandSquarePen);
   session.PickSize(step);
   Drag(12, 10, 45, 42);
   model.Fill(40 - (step + 1), 10, step + 1, 28, 1);
@@ -83,7 +84,7 @@ TEST_F(EdgingTool, TheUndoRectIsTheDrag) {
 
 TEST_F(EdgingTool, EdgingIsOneUndoStep) {
   Drag(12, 10, 45, 42);
-  session.Command(command::Undo);
+  session.Command(kCommandUndo);
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
@@ -120,7 +121,7 @@ TEST_F(EdgingTool, TheFrameFollowsToTheLowerRightOnly) {
 TEST(EdgingAtTheEdge, TheImagesEdgeGetsNoBorder) {
   DrawingSession session({.clientWidth = 84, .clientHeight = 68});
   session.FillArea(50, 0, 34, 68, 4);
-  session.Command(tool::Edging);
+  session.Command(kToolEdging);
   session.Press(48, 30);
   session.Release(80, 66);
   session.Press(52, 4);

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 
+#include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
 #include "rules/little_bytes.h"
@@ -10,10 +11,8 @@
 namespace rules {
 namespace {
 
-constexpr int exportFrame = 40076;
-
 std::string Exported(DrawingSession& session) {
-  session.File(session.Path("out.bmp")).Command(exportFrame);
+  session.File(session.Path("out.bmp")).Command(kCommandExportBitmap);
   session.Run();
   return session.Bytes("out.bmp");
 }
@@ -25,7 +24,7 @@ PixelMatrix ExportedPicture(DrawingSession& session) {
 }
 
 void SetBrightness(DrawingSession& session, const std::string& value) {
-  session.Panel(10007, value);
+  session.Panel(kBrightnessEdit, value);
   session.Repaint();
 }
 
@@ -58,7 +57,7 @@ TEST(ExportedBitmap, ReducesTheRolesToFourLevels) {
   }
   session.DrawInkLine(0, 20, 10, 20);
   session.DrawInkLine(0, 30, 10, 30);
-  session.Command(tool::Eraser);
+  session.Command(kToolEraser);
   session.LeftClick(5, 30);
   const PixelMatrix picture = ExportedPicture(session);
   x = 0;
@@ -119,22 +118,22 @@ TEST(ExportedBitmap, BrightnessLowersAndLiftsTheRamp) {
 
 TEST(ExportedBitmap, AKeyFramesBrightnessIsDecoded) {
   DrawingSession session;
-  session.Panel(10007, "25").Line("click 10009");
+  session.Panel(kBrightnessEdit, "25").Line("click 10009");
   EXPECT_EQ(session.NowFrame()["brightness"], -26);
   EXPECT_EQ(ExportedPicture(session).Colors().at(3), 0x7F7F7Fu);
 }
 
 TEST(ExportedBitmap, TypedBrightnessIsNotCommitted) {
   DrawingSession session;
-  session.Panel(10007, "0");
+  session.Panel(kBrightnessEdit, "0");
   EXPECT_EQ(ExportedPicture(session).Colors().at(3), 0xFFFFFFu);
 }
 
 TEST(ExportedBitmap, ShowsTheFramesRectangle) {
   DrawingSession session;
   session.FillArea(10, 5, 4, 3, 1);
-  session.Dialog(123, {"1002=32", "1001=24"}).Command(40112);
-  session.Command(tool::FramePosition).LeftDrag(0, 0, 8, 4);
+  session.Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "32"}, {kFrameHeightEdit, "24"}}).Command(kCommandFrameSize);
+  session.Command(kToolFramePosition).LeftDrag(0, 0, 8, 4);
   const PixelMatrix picture = ExportedPicture(session);
   ASSERT_EQ(picture.Width(), 32);
   ASSERT_EQ(picture.Height(), 24);
@@ -155,7 +154,7 @@ TEST(ExportedBitmap, RowsHaveNoPadding) {
 TEST(ExportedBitmap, AnOddWidthEndsInTheColumnBehindTheFrame) {
   DrawingSession session;
   session.FillArea(31, 0, 1, 10, 1);
-  session.Dialog(123, {"1002=31", "1001=24"}).Command(40112);
+  session.Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "31"}, {kFrameHeightEdit, "24"}}).Command(kCommandFrameSize);
   const std::string bytes = Exported(session);
   ASSERT_EQ(bytes.size(), 118u + 24 * 16);
   EXPECT_EQ(LittleAt(bytes, 18, 4), 31u);
@@ -182,8 +181,8 @@ TEST(ExportedBitmap, AtHalfSizeFourPixelsAddUp) {
 TEST(ExportedBitmap, AtHalfSizeTheFramesPlaceIsHalved) {
   DrawingSession session({.antialias = 1});
   session.FillArea(10, 6, 4, 4, 1);
-  session.Dialog(123, {"1002=32", "1001=32"}).Command(40112);
-  session.Command(tool::FramePosition).LeftDrag(0, 0, 8, 4);
+  session.Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "32"}, {kFrameHeightEdit, "32"}}).Command(kCommandFrameSize);
+  session.Command(kToolFramePosition).LeftDrag(0, 0, 8, 4);
   const PixelMatrix picture = ExportedPicture(session);
   ASSERT_EQ(picture.Width(), 16);
   ASSERT_EQ(picture.Height(), 16);
@@ -220,7 +219,7 @@ TEST(ExportedBitmap, ShowsAllLayersAndNoDisplaySwitch) {
   session.FillArea(8, 8, 8, 8, 2);
   session.AddLayer("B", 64, 48);
   session.FillArea(24, 8, 8, 8, 1);
-  session.Command(40097);
+  session.Command(kCommandDimOthers);
   const PixelMatrix picture = ExportedPicture(session);
   EXPECT_EQ(picture.Count(1, 8, 8, 8, 8), 64);
   EXPECT_EQ(picture.Count(0, 24, 8, 8, 8), 64);
@@ -231,7 +230,7 @@ TEST(ExportedBitmap, WithTheCurrentCellOnlyItShowsThatCell) {
   session.FillArea(8, 8, 8, 8, 2);
   session.AddLayer("B", 64, 48);
   session.FillArea(24, 8, 8, 8, 1);
-  session.Command(command::CurrentCellOnly);
+  session.Command(kCommandCurrentCellOnly);
   const PixelMatrix picture = ExportedPicture(session);
   EXPECT_EQ(picture.Count(1), 0);
   EXPECT_EQ(picture.Count(0, 24, 8, 8, 8), 64);
@@ -240,9 +239,9 @@ TEST(ExportedBitmap, WithTheCurrentCellOnlyItShowsThatCell) {
 TEST(ExportedBitmap, LeavesTheViewWithoutItsGhosts) {
   DrawingSession session;
   session.FillArea(8, 8, 8, 8, 2);
-  session.Command(command::AddCell).Command(40032);
+  session.Command(kCommandAddCell).Command(kCommandShowPrevious);
   EXPECT_EQ(session.NowView().Count(20), 64);
-  session.File(session.Path("out.bmp")).Command(exportFrame);
+  session.File(session.Path("out.bmp")).Command(kCommandExportBitmap);
   EXPECT_TRUE(Shows(session.NowView(), InkModel()));
   session.Repaint();
   EXPECT_EQ(session.NowView().Count(20), 64);
@@ -250,14 +249,14 @@ TEST(ExportedBitmap, LeavesTheViewWithoutItsGhosts) {
 
 TEST(ExportedBitmap, ANameWithoutAnExtensionGetsOne) {
   DrawingSession session;
-  session.File(session.Path("picture")).Command(exportFrame);
+  session.File(session.Path("picture")).Command(kCommandExportBitmap);
   session.Run();
   EXPECT_TRUE(session.Exists("picture.bmp"));
 }
 
 TEST(ExportedBitmap, ACancelWritesNothing) {
   DrawingSession session;
-  session.File("cancel").Command(exportFrame);
+  session.File("cancel").Command(kCommandExportBitmap);
   session.Run();
   EXPECT_TRUE(session.Files().empty());
 }

@@ -6,12 +6,11 @@
 #include <cstdlib>
 #include <string>
 
+#include "resources/ids.h"
 #include "rules/drawing_session.h"
 
 namespace rules {
 namespace {
-
-constexpr int exportFrame = 40076;
 
 // What the other reader gives for a bitmap file: its size, and all pixels as red, green and blue bytes, the top row
 // first.
@@ -67,7 +66,7 @@ void DrawSomething(DrawingSession& session) {
 TEST(BitmapElsewhere, AnExportedFrameIsReadWithItsGreys) {
   DrawingSession session;
   DrawSomething(session);
-  session.File(session.Path("out.bmp")).Command(exportFrame);
+  session.File(session.Path("out.bmp")).Command(kCommandExportBitmap);
   session.Run();
   const OtherReading reading = ReadElsewhere(session, "out.bmp");
   ASSERT_EQ(reading.width, 64);
@@ -83,9 +82,9 @@ TEST(BitmapElsewhere, AnExportedFrameIsReadWithItsGreys) {
 TEST(BitmapElsewhere, AReducedDarkFrameIsReadWithItsBrightness) {
   DrawingSession session({.antialias = 1});
   DrawSomething(session);
-  session.Panel(10007, "25");
+  session.Panel(kBrightnessEdit, "25");
   session.Repaint();
-  session.File(session.Path("out.bmp")).Command(exportFrame);
+  session.File(session.Path("out.bmp")).Command(kCommandExportBitmap);
   session.Run();
   const OtherReading reading = ReadElsewhere(session, "out.bmp");
   ASSERT_EQ(reading.width, 32);
@@ -98,9 +97,9 @@ TEST(BitmapElsewhere, AReducedDarkFrameIsReadWithItsBrightness) {
 TEST(BitmapElsewhere, AFrameThatIsASectionOfTheCanvasIsReadTheRightWayUp) {
   DrawingSession session;
   session.FillArea(10, 5, 4, 3, 1);
-  session.Dialog(123, {"1002=32", "1001=24"}).Command(40112);
-  session.Command(tool::FramePosition).LeftDrag(0, 0, 8, 4);
-  session.File(session.Path("out.bmp")).Command(exportFrame);
+  session.Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "32"}, {kFrameHeightEdit, "24"}}).Command(kCommandFrameSize);
+  session.Command(kToolFramePosition).LeftDrag(0, 0, 8, 4);
+  session.File(session.Path("out.bmp")).Command(kCommandExportBitmap);
   session.Run();
   const OtherReading reading = ReadElsewhere(session, "out.bmp");
   ASSERT_EQ(reading.width, 32);

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
 
@@ -121,7 +122,7 @@ class RandomPicture : public testing::TestWithParam<unsigned> {
       const int x = Random(0, 60);
       const int y = Random(0, 44);
       session.FillArea(x, y, Random(1, 12), Random(1, 12), indices[Random(0, 12)]);
-      if (i == 12) session.Command(40024);
+      if (i == 12) session.Command(kCommandToSketch);
     }
     for (int i = 0; i < 3; ++i) session.DrawInkLine(Random(0, 63), Random(0, 47), Random(0, 63), Random(0, 47));
   }
@@ -145,7 +146,7 @@ class RandomPicture : public testing::TestWithParam<unsigned> {
     } else {
       session.Mask({});
     }
-    session.Command(tool::Fill).LeftClick(fill.point.x, fill.point.y);
+    session.Command(kToolFill).LeftClick(fill.point.x, fill.point.y);
     return fill;
   }
 

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
 
@@ -10,11 +11,11 @@ struct FillTool : testing::Test {
   // Fills at a point of the window with the plain ink of an index.
   void FillAt(int x, int y, int index) {
     session.PickPlain(index);
-    session.Command(tool::Fill);
+    session.Command(kToolFill);
     session.LeftClick(x, y);
   }
   void DrawBox(int x, int y, int right, int bottom) {
-    session.Command(tool::Rectangle);
+    session.Command(kToolRectangle);
     session.Press(x, y);
     session.Release(right, bottom);
     model.Outline(x, y, right, bottom, 8);
@@ -26,7 +27,7 @@ struct FillTool : testing::Test {
   // A line of index 5 from top to bottom.
   void DrawSketchColumn(int x) {
     session.PickPlain(1);
-    session.Command(tool::FocusLines);
+    session.Command(kToolFocusLines);
     session.LeftClick(x, 0);
     session.LeftClick(x, 47, "ctrl");
     model.Fill(x, 0, 1, 48, 5);
@@ -85,7 +86,7 @@ TEST_F(FillTool, AFillOfInkFlowsAcrossASketchLineToo) {
   Area(0, 0, 64, 48, 4);
   session.DrawInkLine(30, 0, 30, 47);
   session.Mask({4});
-  session.Command(40024);
+  session.Command(kCommandToSketch);
   model.Fill(30, 0, 1, 48, 5);
   EXPECT_TRUE(Shows(session.NowView(), model));
   session.Mask({});
@@ -182,7 +183,7 @@ TEST_F(FillTool, APlainBlackFillIsFillBlack) {
 TEST_F(FillTool, ADitherThatHoldsTheSeedColourFillsTheWholeArea) {
   Area(10, 10, 20, 20, 3);
   session.Pick(6, 2);
-  session.Command(tool::Fill);
+  session.Command(kToolFill);
   session.LeftClick(15, 15);
   model.FillWith({.tone = 6, .colorA = 2, .colorB = 3}, 10, 10, 20, 20);
   EXPECT_TRUE(Shows(session.NowView(), model));
@@ -193,7 +194,7 @@ TEST_F(FillTool, APlainBoundaryPenScattersOverTheArea) {
     DrawingSession fresh;
     fresh.FillArea(8, 8, 16, 16, 4);
     fresh.PickPlain(index);
-    fresh.Command(tool::Fill).LeftClick(10, 10);
+    fresh.Command(kToolFill).LeftClick(10, 10);
     InkModel scatter;
     for (int y = 8; y < 24; y += 4) {
       for (int x = 11; x < 24; x += 4) scatter.Set(x, y, index);
@@ -227,13 +228,13 @@ TEST_F(FillTool, TheScatterLeavesPenAndMaskAsTheyAre) {
 }
 
 TEST_F(FillTool, APressAloneFillsNothing) {
-  session.Command(tool::Fill);
+  session.Command(kToolFill);
   session.Press(5, 5);
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
 TEST_F(FillTool, AReleaseBeforeTheFirstPressFillsNothing) {
-  session.Command(tool::Fill);
+  session.Command(kToolFill);
   session.Release(5, 5);
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
@@ -250,7 +251,7 @@ TEST_F(FillTool, AfterTheFirstPressAReleaseAloneFills) {
 TEST_F(FillTool, TheReleaseGivesThePoint) {
   DrawBox(10, 10, 30, 30);
   session.PickPlain(2);
-  session.Command(tool::Fill);
+  session.Command(kToolFill);
   session.Press(40, 40);
   session.Release(20, 20);
   model.Fill(11, 11, 19, 19, 2);
@@ -277,25 +278,25 @@ TEST_F(FillTool, TheUndoRectOfOnePixelHasAMarginOfOne) {
 TEST_F(FillTool, UndoTakesTheFillBack) {
   DrawBox(10, 10, 30, 30);
   FillAt(20, 20, 2);
-  session.Command(command::Undo);
+  session.Command(kCommandUndo);
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
 TEST_F(FillTool, ABlankRecordIsNotFilled) {
-  session.Command(command::ToggleBlank);
+  session.Command(kCommandBlankCell);
   FillAt(5, 5, 2);
-  session.Command(command::ToggleBlank);
+  session.Command(kCommandBlankCell);
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
 TEST(FillOutside, AClickOutsideTheCellTakesTheUndoCopyAlone) {
   DrawingSession session({.clientWidth = 84, .clientHeight = 68});
   session.DrawInkLine(20, 20, 40, 20);
-  session.Command(tool::Fill).LeftClick(3, 3);
+  session.Command(kToolFill).LeftClick(3, 3);
   InkModel model;
   model.Line(10, 10, 30, 10);
   EXPECT_TRUE(Shows(session.NowView(), model));
-  session.Command(command::Undo);
+  session.Command(kCommandUndo);
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 

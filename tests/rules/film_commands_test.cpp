@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "resources/ids.h"
 #include "rules/film_session.h"
 
 namespace rules {
@@ -19,7 +20,10 @@ ScriptSession& OpenFilm(ScriptSession& session, const Names& cuts) {
 
 TEST(NewFilm, TakesItsValuesFromTheDialog) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut"}).Dialog(110, {"1002=64", "1001=48", "1039=New", "1040=Me"}).Command(40051);
+  OpenFilm(session, {"a.cut"})
+      .Dialog(kFilmDialog,
+              {{kFilmWidthEdit, "64"}, {kFilmHeightEdit, "48"}, {kFilmTitleEdit, "New"}, {kFilmAuthorEdit, "Me"}})
+      .Command(kCommandNewFilm);
   const int state = session.State();
   session.Run();
   json film = Film(session, state);
@@ -36,7 +40,7 @@ TEST(NewFilm, TakesItsValuesFromTheDialog) {
 
 TEST(NewFilm, DialogStartsWithTheDefaults) {
   ScriptSession session;
-  session.Dialog(110, {}).Command(40051);
+  session.Dialog(kFilmDialog, {}).Command(kCommandNewFilm);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Film(session, state)["width"], 320);
@@ -47,7 +51,7 @@ TEST(NewFilm, DialogStartsWithTheDefaults) {
 TEST(NewFilm, DialogStartsWithTheSettings) {
   ScriptSession session;
   session.SetSettings("[OnNewFilm]\r\nwidth=11\r\nheight=12\r\ntitle=Old\r\nauthor=Who\r\n");
-  session.Dialog(110, {}).Command(40051);
+  session.Dialog(kFilmDialog, {}).Command(kCommandNewFilm);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Film(session, state)["width"], 11);
@@ -58,7 +62,11 @@ TEST(NewFilm, DialogStartsWithTheSettings) {
 
 TEST(NewFilm, OkWritesTheFourKeys) {
   ScriptSession session;
-  session.Dialog(110, {"1002=64", "1001=48", "1039=New", "1040=Me"}).Command(40051).Run();
+  session
+      .Dialog(kFilmDialog,
+              {{kFilmWidthEdit, "64"}, {kFilmHeightEdit, "48"}, {kFilmTitleEdit, "New"}, {kFilmAuthorEdit, "Me"}})
+      .Command(kCommandNewFilm)
+      .Run();
   EXPECT_EQ(session.Setting("OnNewFilm", "width"), "64");
   EXPECT_EQ(session.Setting("OnNewFilm", "height"), "48");
   EXPECT_EQ(session.Setting("OnNewFilm", "title"), "New");
@@ -67,7 +75,7 @@ TEST(NewFilm, OkWritesTheFourKeys) {
 
 TEST(NewFilm, CancelKeepsTheFilm) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut"}).Dialog(110, {"1039=New"}, "cancel").Command(40051);
+  OpenFilm(session, {"a.cut"}).Dialog(kFilmDialog, {{kFilmTitleEdit, "New"}}, "cancel").Command(kCommandNewFilm);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Film(session, state)["title"], "title");
@@ -77,7 +85,11 @@ TEST(NewFilm, CancelKeepsTheFilm) {
 
 TEST(NewFilm, AsksAboutAModifiedFilmAndGoesOnAfterNo) {
   ScriptSession session;
-  session.Dialog(110, {"1039=Old"}).Command(40082).Answer("no").Dialog(110, {"1039=New"}).Command(40051);
+  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "Old"}})
+      .Command(kCommandFilmProperties)
+      .Answer("no")
+      .Dialog(kFilmDialog, {{kFilmTitleEdit, "New"}})
+      .Command(kCommandNewFilm);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Film(session, state)["title"], "New");
@@ -85,21 +97,29 @@ TEST(NewFilm, AsksAboutAModifiedFilmAndGoesOnAfterNo) {
 
 TEST(NewFilm, YesSavesTheOldFilmToItsPath) {
   ScriptSession session;
-  OpenFilm(session, {}).Dialog(110, {"1039=Changed"}).Command(40082);
-  session.Answer("yes").Dialog(110, {"1039=New"}).Command(40051).Run();
+  OpenFilm(session, {}).Dialog(kFilmDialog, {{kFilmTitleEdit, "Changed"}}).Command(kCommandFilmProperties);
+  session.Answer("yes").Dialog(kFilmDialog, {{kFilmTitleEdit, "New"}}).Command(kCommandNewFilm).Run();
   EXPECT_EQ(session.Bytes("film.flm"), "Changed\nauthor\n100, 50\n");
 }
 
 TEST(NewFilm, YesOnAFilmWithoutPathComesToTheSaveDialog) {
   ScriptSession session;
-  session.Dialog(110, {"1039=Old"}).Command(40082).Answer("yes").File(session.Path("old")).Dialog(110, {});
-  session.Command(40051).Run();
+  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "Old"}})
+      .Command(kCommandFilmProperties)
+      .Answer("yes")
+      .File(session.Path("old"))
+      .Dialog(kFilmDialog, {});
+  session.Command(kCommandNewFilm).Run();
   EXPECT_EQ(session.Bytes("old.flm"), "Old\n\n320, 240\n");
 }
 
 TEST(NewFilm, LeavesOpenCutsOpenOutsideTheFilm) {
   ScriptSession session;
-  session.OpenCut("a.cut", PlainCut()).Command(40047).Answer("no").Dialog(110, {}).Command(40051);
+  session.OpenCut("a.cut", PlainCut())
+      .Command(kCommandAddCutToFilm)
+      .Answer("no")
+      .Dialog(kFilmDialog, {})
+      .Command(kCommandNewFilm);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(state)["cuts"].size(), 1U);
@@ -109,7 +129,7 @@ TEST(NewFilm, LeavesOpenCutsOpenOutsideTheFilm) {
 TEST(OpenFilm, CommandFillsTheListAndSelectsTheFirstLine) {
   ScriptSession session;
   session.Write("film.flm", "T\nA\n10, 20\nsub/one.cut\ntwo.cut\n../three.cut\n");
-  session.File(session.Path("film")).Command(40053);
+  session.File(session.Path("film")).Command(kCommandOpenFilm);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Lines(session, state), (Names{"one", "two", "three"}));
@@ -144,12 +164,16 @@ TEST(OpenFilm, OpensNoCut) {
 TEST(OpenFilm, CommandAsksAboutAModifiedFilm) {
   ScriptSession session;
   session.Write("film.flm", "T\nA\n10, 20\n");
-  session.Dialog(110, {}).Command(40082).Command(40053).Run(3);
+  session.Dialog(kFilmDialog, {}).Command(kCommandFilmProperties).Command(kCommandOpenFilm).Run(3);
 }
 
 TEST(OpenFilm, CancelAfterTheQuestionKeepsTheFilm) {
   ScriptSession session;
-  session.Dialog(110, {"1039=Old"}).Command(40082).Answer("no").File("cancel").Command(40053);
+  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "Old"}})
+      .Command(kCommandFilmProperties)
+      .Answer("no")
+      .File("cancel")
+      .Command(kCommandOpenFilm);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Film(session, state)["title"], "Old");
@@ -181,14 +205,17 @@ TEST(SaveFilm, WritesCutsRelativeToTheFile) {
   ScriptSession session;
   OpenFilmFile(session, "T\nA\n10, 20\nsub/one.cut\ntwo.cut\n../x/three.cut\n")
       .File(session.Path("copy"))
-      .Command(40054)
+      .Command(kCommandSaveFilmAs)
       .Run();
   EXPECT_EQ(session.Bytes("copy.flm"), "T\nA\n10, 20\nsub/one.cut\ntwo.cut\n../x/three.cut\n");
 }
 
 TEST(SaveFilm, TakesPathAndTitleAndIsUnmodified) {
   ScriptSession session;
-  session.Dialog(110, {"1039=T"}).Command(40082).File(session.Path("new.flm")).Command(40054);
+  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "T"}})
+      .Command(kCommandFilmProperties)
+      .File(session.Path("new.flm"))
+      .Command(kCommandSaveFilmAs);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Film(session, state)["path"], session.Path("new.flm"));
@@ -198,13 +225,16 @@ TEST(SaveFilm, TakesPathAndTitleAndIsUnmodified) {
 
 TEST(SaveFilm, WithoutCutsHasThreeLines) {
   ScriptSession session;
-  session.File(session.Path("new.flm")).Command(40054).Run();
+  session.File(session.Path("new.flm")).Command(kCommandSaveFilmAs).Run();
   EXPECT_EQ(session.Bytes("new.flm"), "\n\n320, 240\n");
 }
 
 TEST(SaveFilm, FailureChangesTheTitleAllTheSame) {
   ScriptSession session;
-  session.Dialog(110, {"1039=T"}).Command(40082).File(session.Path("nofolder/new.flm")).Command(40054);
+  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "T"}})
+      .Command(kCommandFilmProperties)
+      .File(session.Path("nofolder/new.flm"))
+      .Command(kCommandSaveFilmAs);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(FrameTitle(session, state), "Sorvel Developer - new");
@@ -214,7 +244,7 @@ TEST(SaveFilm, FailureChangesTheTitleAllTheSame) {
 
 TEST(SaveFilm, CancelSavesNothing) {
   ScriptSession session;
-  session.File("cancel").Command(40054);
+  session.File("cancel").Command(kCommandSaveFilmAs);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(FrameTitle(session, state), "Sorvel Developer");
@@ -223,7 +253,10 @@ TEST(SaveFilm, CancelSavesNothing) {
 
 TEST(OverwriteFilm, GoesToThePathWithoutADialog) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut"}).Dialog(110, {"1039=Changed"}).Command(40082).Command(40119);
+  OpenFilm(session, {"a.cut"})
+      .Dialog(kFilmDialog, {{kFilmTitleEdit, "Changed"}})
+      .Command(kCommandFilmProperties)
+      .Command(kCommandOverwriteFilm);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Bytes("film.flm"), "Changed\nauthor\n100, 50\na.cut\n");
@@ -232,7 +265,7 @@ TEST(OverwriteFilm, GoesToThePathWithoutADialog) {
 
 TEST(OverwriteFilm, WithoutAPathAsksForOne) {
   ScriptSession session;
-  session.File(session.Path("new")).Command(40119);
+  session.File(session.Path("new")).Command(kCommandOverwriteFilm);
   const int state = session.State();
   session.Run();
   EXPECT_TRUE(session.Exists("new.flm"));
@@ -241,7 +274,7 @@ TEST(OverwriteFilm, WithoutAPathAsksForOne) {
 
 TEST(FilmProperties, AreStoredAndModifyTheFilmEvenUnchanged) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut"}).Dialog(110, {}).Command(40082);
+  OpenFilm(session, {"a.cut"}).Dialog(kFilmDialog, {}).Command(kCommandFilmProperties);
   const int state = session.State();
   session.Run();
   json film = Film(session, state);
@@ -255,13 +288,13 @@ TEST(FilmProperties, AreStoredAndModifyTheFilmEvenUnchanged) {
 
 TEST(FilmProperties, DoNotWriteTheNewFilmSettings) {
   ScriptSession session;
-  session.Dialog(110, {"1002=64"}).Command(40082).Run();
+  session.Dialog(kFilmDialog, {{kFilmWidthEdit, "64"}}).Command(kCommandFilmProperties).Run();
   EXPECT_EQ(session.Setting("OnNewFilm", "width"), "(none)");
 }
 
 TEST(FilmProperties, CancelModifiesNothing) {
   ScriptSession session;
-  session.Dialog(110, {"1002=64"}, "cancel").Command(40082);
+  session.Dialog(kFilmDialog, {{kFilmWidthEdit, "64"}}, "cancel").Command(kCommandFilmProperties);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Film(session, state)["width"], 320);
@@ -270,7 +303,7 @@ TEST(FilmProperties, CancelModifiesNothing) {
 
 TEST(AddCut, ToAnEmptyFilm) {
   ScriptSession session;
-  session.OpenCut("one.cut", PlainCut()).Command(40047);
+  session.OpenCut("one.cut", PlainCut()).Command(kCommandAddCutToFilm);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), Names{"one.cut"});
@@ -282,7 +315,10 @@ TEST(AddCut, ToAnEmptyFilm) {
 
 TEST(AddCut, StandsBehindTheCaretAndIsSelected) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut", "c.cut"}).OpenCut("new.cut", PlainCut()).Select(10003, {1}).Command(40047);
+  OpenFilm(session, {"a.cut", "b.cut", "c.cut"})
+      .OpenCut("new.cut", PlainCut())
+      .Select(kCutList, {1})
+      .Command(kCommandAddCutToFilm);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), (Names{"a.cut", "b.cut", "new.cut", "c.cut"}));
@@ -293,7 +329,7 @@ TEST(AddCut, StandsBehindTheCaretAndIsSelected) {
 
 TEST(AddCut, UnsavedCutIsSavedFirst) {
   ScriptSession session;
-  session.NewCut().File(session.Path("saved")).Command(40047);
+  session.NewCut().File(session.Path("saved")).Command(kCommandAddCutToFilm);
   const int state = session.State();
   session.Run();
   EXPECT_TRUE(session.Exists("saved.cut"));
@@ -302,7 +338,7 @@ TEST(AddCut, UnsavedCutIsSavedFirst) {
 
 TEST(AddCut, CancelledSaveAddsNothing) {
   ScriptSession session;
-  session.NewCut().File("cancel").Command(40047);
+  session.NewCut().File("cancel").Command(kCommandAddCutToFilm);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), Names{});
@@ -312,7 +348,7 @@ TEST(AddCut, CancelledSaveAddsNothing) {
 
 TEST(AddCut, MayStandInTheFilmTwice) {
   ScriptSession session;
-  session.OpenCut("one.cut", PlainCut()).Command(40047).Command(40047);
+  session.OpenCut("one.cut", PlainCut()).Command(kCommandAddCutToFilm).Command(kCommandAddCutToFilm);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), (Names{"one.cut", "one.cut"}));
@@ -322,7 +358,10 @@ TEST(AddCut, MayStandInTheFilmTwice) {
 
 TEST(InsertCut, StandsAtTheCaretAndIsNotSelected) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut", "c.cut"}).OpenCut("new.cut", PlainCut()).Select(10003, {1}).Command(40048);
+  OpenFilm(session, {"a.cut", "b.cut", "c.cut"})
+      .OpenCut("new.cut", PlainCut())
+      .Select(kCutList, {1})
+      .Command(kCommandInsertCutIntoFilm);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), (Names{"a.cut", "new.cut", "b.cut", "c.cut"}));
@@ -333,7 +372,7 @@ TEST(InsertCut, StandsAtTheCaretAndIsNotSelected) {
 
 TEST(InsertCut, IntoAnEmptyFilm) {
   ScriptSession session;
-  session.OpenCut("one.cut", PlainCut()).Command(40048);
+  session.OpenCut("one.cut", PlainCut()).Command(kCommandInsertCutIntoFilm);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), Names{"one.cut"});
@@ -342,9 +381,9 @@ TEST(InsertCut, IntoAnEmptyFilm) {
 
 TEST(RemoveCut, LeavesFileAndWindow) {
   ScriptSession session;
-  session.OpenCut("one.cut", PlainCut()).Command(40047).Command(40049);
+  session.OpenCut("one.cut", PlainCut()).Command(kCommandAddCutToFilm).Command(kCommandRemoveCutFromFilm);
   const int removed = session.State();
-  session.Command(40047);
+  session.Command(kCommandAddCutToFilm);
   const int again = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, removed), Names{});
@@ -358,7 +397,7 @@ TEST(RemoveCut, TakesTheFirstEntryOfTheActiveCutAlone) {
   ScriptSession session;
   OpenFilm(session, {"a.cut", "b.cut"});
   session.Write("film.flm", "title\nauthor\n100, 50\na.cut\nb.cut\nc.cut\nb.cut\n");
-  session.Open(session.Path("b.cut")).Command(40049);
+  session.Open(session.Path("b.cut")).Command(kCommandRemoveCutFromFilm);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), (Names{"a.cut", "c.cut", "b.cut"}));
@@ -367,7 +406,7 @@ TEST(RemoveCut, TakesTheFirstEntryOfTheActiveCutAlone) {
 
 TEST(RemoveCut, OutsideTheFilmDoesNothing) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut"}).OpenCut("b.cut", PlainCut()).Command(40049);
+  OpenFilm(session, {"a.cut"}).OpenCut("b.cut", PlainCut()).Command(kCommandRemoveCutFromFilm);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), Names{"a.cut"});
@@ -376,7 +415,7 @@ TEST(RemoveCut, OutsideTheFilmDoesNothing) {
 
 TEST(CutListDoubleClick, OpensTheCut) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"}).DoubleClick(10003, 1);
+  OpenFilm(session, {"a.cut", "b.cut"}).DoubleClick(kCutList, 1);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["path"], session.Path("b.cut"));
@@ -388,7 +427,7 @@ TEST(CutListDoubleClick, OpensTheCut) {
 TEST(CutListDoubleClick, ActivatesACutThatIsOpen) {
   ScriptSession session;
   OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("a.cut")).Open(session.Path("b.cut"));
-  session.DoubleClick(10003, 0);
+  session.DoubleClick(kCutList, 0);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(state)["cuts"].size(), 2U);
@@ -397,7 +436,7 @@ TEST(CutListDoubleClick, ActivatesACutThatIsOpen) {
 
 TEST(CutListDoubleClick, FileThatIsNotThereDoesNothing) {
   ScriptSession session;
-  OpenFilmFile(session, "t\na\n1, 1\ngone.cut\n").DoubleClick(10003, 0);
+  OpenFilmFile(session, "t\na\n1, 1\ngone.cut\n").DoubleClick(kCutList, 0);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(state)["cuts"].size(), 0U);
@@ -407,7 +446,7 @@ TEST(CutListDoubleClick, OpenedCutShowsItsPicture) {
   ScriptSession session;
   OpenFilm(session, {"a.cut"});
   session.Write("a.cut", CutFile::Showing({3}, {0}).Bytes());
-  session.DoubleClick(10003, 0);
+  session.DoubleClick(kCutList, 0);
   const int view = session.View();
   session.Run();
   EXPECT_EQ(session.ViewAt(view).Count(3), 24);
@@ -428,8 +467,8 @@ TEST(NumberedCut, AddedBehindTheCaretWithTheDialogsStartDefaults) {
 
 TEST(NumberedCut, InsertedAtTheCaret) {
   ScriptSession session;
-  OpenFilm(session, {"cut1.cut", "last.cut"}).Select(10003, {1}).Select(10003, {0});
-  NumberedCut(session, {"1002=8", "1001=3"}, 40116);
+  OpenFilm(session, {"cut1.cut", "last.cut"}).Select(kCutList, {1}).Select(kCutList, {0});
+  NumberedCut(session, {{kCutWidthEdit, "8"}, {kCutHeightEdit, "3"}}, kCommandInsertNumberedCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), (Names{"cut002.cut", "cut1.cut", "last.cut"}));
@@ -449,7 +488,8 @@ TEST(NumberedCut, DialogRemembersTheLastCutDialog) {
 TEST(NumberedCut, DialogRemembersTheCutPropertiesToo) {
   ScriptSession session;
   OpenFilm(session, {"cut1.cut"}).Open(session.Path("cut1.cut"));
-  session.Dialog(107, {"1002=30", "1001=20", "1041=15"}).Command(40077);
+  session.Dialog(kCutDialog, {{kCutWidthEdit, "30"}, {kCutHeightEdit, "20"}, {kCutFpsEdit, "15"}})
+      .Command(kCommandCutProperties);
   NumberedCut(session);
   const int state = session.State();
   session.Run();
@@ -460,7 +500,7 @@ TEST(NumberedCut, DialogRemembersTheCutPropertiesToo) {
 
 TEST(NumberedCut, CancelledDialogIsNotRemembered) {
   ScriptSession session;
-  OpenFilm(session, {"cut1.cut"}).Dialog(107, {"1002=30"}, "cancel").Command(40115);
+  OpenFilm(session, {"cut1.cut"}).Dialog(kCutDialog, {{kCutWidthEdit, "30"}}, "cancel").Command(kCommandAddNumberedCut);
   NumberedCut(session);
   const int state = session.State();
   session.Run();
@@ -470,7 +510,9 @@ TEST(NumberedCut, CancelledDialogIsNotRemembered) {
 TEST(NumberedCut, IsSavedBeforeItHasALayer) {
   ScriptSession session;
   OpenFilm(session, {"cut1.cut"});
-  session.Dialog(107, {"1002=8", "1001=3", "1055=on"}).Dialog(106, {}, "ok").Command(40115);
+  session.Dialog(kCutDialog, {{kCutWidthEdit, "8"}, {kCutHeightEdit, "3"}, {kCutWholeRadio, "on"}})
+      .Dialog(kLayerDialog, {}, "ok")
+      .Command(kCommandAddNumberedCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Bytes("cut002.cut"), PlainCut().Bytes());
@@ -490,7 +532,7 @@ TEST(NumberedCut, WithoutLayerIsUnmodified) {
 
 TEST(NumberedCut, CancelMakesNoFile) {
   ScriptSession session;
-  OpenFilm(session, {"cut1.cut"}).Dialog(107, {}, "cancel").Command(40115);
+  OpenFilm(session, {"cut1.cut"}).Dialog(kCutDialog, {}, "cancel").Command(kCommandAddNumberedCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Files(), (Names{"cut1.cut", "film.flm"}));
@@ -511,7 +553,7 @@ TEST(NumberedCut, AtTheLimitGoesOverTheFileOfTheEntry) {
   ScriptSession session;
   OpenFilm(session, {"cut999.cut"});
   session.Write("cut999.cut", CutFile::WithoutLayers(5).Bytes());
-  NumberedCut(session, {"1002=8", "1001=3", "1055=on"});
+  NumberedCut(session, {{kCutWidthEdit, "8"}, {kCutHeightEdit, "3"}, {kCutWholeRadio, "on"}});
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["path"], session.Path("cut999.cut"));
@@ -521,7 +563,7 @@ TEST(NumberedCut, AtTheLimitGoesOverTheFileOfTheEntry) {
 
 TEST(NumberedCut, CountsOnFromTheEntryAtTheCaret) {
   ScriptSession session;
-  OpenFilm(session, {"a1.cut", "b5.cut", "c7.cut"}).Select(10003, {1});
+  OpenFilm(session, {"a1.cut", "b5.cut", "c7.cut"}).Select(kCutList, {1});
   NumberedCut(session);
   const int state = session.State();
   session.Run();
@@ -532,7 +574,7 @@ class NumberedCutInAnEmptyFilm : public testing::TestWithParam<int> {};
 
 TEST_P(NumberedCutInAnEmptyFilm, IsANewCutThatIsSavedAndAdded) {
   ScriptSession session;
-  session.Dialog(107, {}).Dialog(106, {}, "cancel").File(session.Path("first")).Command(GetParam());
+  session.Dialog(kCutDialog, {}).Dialog(kLayerDialog, {}, "cancel").File(session.Path("first")).Command(GetParam());
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["width"], 240);
@@ -544,20 +586,21 @@ TEST_P(NumberedCutInAnEmptyFilm, IsANewCutThatIsSavedAndAdded) {
 
 TEST_P(NumberedCutInAnEmptyFilm, CancelledLeavesTheActiveCutToBeAdded) {
   ScriptSession session;
-  session.OpenCut("open.cut", PlainCut()).Dialog(107, {}, "cancel").Command(GetParam());
+  session.OpenCut("open.cut", PlainCut()).Dialog(kCutDialog, {}, "cancel").Command(GetParam());
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), Names{"open.cut"});
 }
 
-INSTANTIATE_TEST_SUITE_P(Film, NumberedCutInAnEmptyFilm, testing::Values(40115, 40116));
+INSTANTIATE_TEST_SUITE_P(Film, NumberedCutInAnEmptyFilm,
+                         testing::Values(kCommandAddNumberedCut, kCommandInsertNumberedCut));
 
 TEST(DeleteCuts, YesDeletesTheFilesAndTheirStreams) {
   ScriptSession session;
   OpenFilm(session, {"a.cut", "b.cut", "c.cut"});
   session.Write("a.ca", "x");
   session.Write("b.ca", "x");
-  session.Select(10003, {1}).Answer("yes").Command(40117);
+  session.Select(kCutList, {1}).Answer("yes").Command(kCommandDeleteCuts);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut", "c.cut", "film.flm"}));
@@ -570,7 +613,7 @@ TEST(DeleteCuts, NoRemovesTheLinesAndKeepsTheFiles) {
   ScriptSession session;
   OpenFilm(session, {"a.cut", "b.cut"});
   session.Write("a.ca", "x");
-  session.Select(10003, {0}).Answer("no").Command(40117);
+  session.Select(kCutList, {0}).Answer("no").Command(kCommandDeleteCuts);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut", "b.cut", "film.flm"}));
@@ -580,8 +623,11 @@ TEST(DeleteCuts, NoRemovesTheLinesAndKeepsTheFiles) {
 
 TEST(DeleteCuts, YesClosesAnOpenCutWithoutAsking) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("a.cut")).Panel(10006, "typed").Command(40007);
-  session.Answer("yes").Command(40117);
+  OpenFilm(session, {"a.cut", "b.cut"})
+      .Open(session.Path("a.cut"))
+      .Panel(kCommentEdit, "typed")
+      .Command(kCommandPreviousFrame);
+  session.Answer("yes").Command(kCommandDeleteCuts);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(state)["cuts"].size(), 0U);
@@ -590,7 +636,7 @@ TEST(DeleteCuts, YesClosesAnOpenCutWithoutAsking) {
 
 TEST(DeleteCuts, NoLeavesAnOpenWindow) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("a.cut")).Answer("no").Command(40117);
+  OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("a.cut")).Answer("no").Command(kCommandDeleteCuts);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(state)["cuts"].size(), 1U);
@@ -599,7 +645,10 @@ TEST(DeleteCuts, NoLeavesAnOpenWindow) {
 
 TEST(DeleteCuts, SelectsTheLinesThatFollowedAndPutsTheCaretAtTheLowest) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut", "c.cut", "d.cut", "e.cut"}).Select(10003, {3, 1}).Answer("no").Command(40117);
+  OpenFilm(session, {"a.cut", "b.cut", "c.cut", "d.cut", "e.cut"})
+      .Select(kCutList, {3, 1})
+      .Answer("no")
+      .Command(kCommandDeleteCuts);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Lines(session, state), (Names{"a", "c", "e"}));
@@ -609,7 +658,7 @@ TEST(DeleteCuts, SelectsTheLinesThatFollowedAndPutsTheCaretAtTheLowest) {
 
 TEST(DeleteCuts, OfTheLastLineSelectsNothing) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"}).Select(10003, {1}).Answer("no").Command(40117);
+  OpenFilm(session, {"a.cut", "b.cut"}).Select(kCutList, {1}).Answer("no").Command(kCommandDeleteCuts);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Lines(session, state), Names{"a"});
@@ -618,13 +667,18 @@ TEST(DeleteCuts, OfTheLastLineSelectsNothing) {
 
 TEST(DeleteCuts, AsksEvenWhenNoLineIsSelected) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"}).Select(10003, {1}).Answer("no").Command(40117).Command(40117).Run(3);
+  OpenFilm(session, {"a.cut", "b.cut"})
+      .Select(kCutList, {1})
+      .Answer("no")
+      .Command(kCommandDeleteCuts)
+      .Command(kCommandDeleteCuts)
+      .Run(3);
 }
 
 TEST(RenameCut, RenamesEntryLineFileAndWindow) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("b.cut")).Select(10003, {1});
-  session.Dialog(126, {"1058=new"}).Command(40118);
+  OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("b.cut")).Select(kCutList, {1});
+  session.Dialog(kRenameDialog, {{kRenameEdit, "new"}}).Command(kCommandRenameCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), (Names{"a.cut", "new.cut"}));
@@ -640,7 +694,7 @@ TEST(RenameCut, GoesToEveryEntryOfTheSameFile) {
   ScriptSession session;
   session.Write("film.flm", "t\na\n1, 1\na.cut\nb.cut\na.cut\n");
   session.Write("a.cut", PlainCut().Bytes());
-  session.Open(session.Path("film.flm")).Dialog(126, {"1058=new"}).Command(40118);
+  session.Open(session.Path("film.flm")).Dialog(kRenameDialog, {{kRenameEdit, "new"}}).Command(kCommandRenameCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), (Names{"new.cut", "b.cut", "new.cut"}));
@@ -650,7 +704,7 @@ TEST(RenameCut, GoesToEveryEntryOfTheSameFile) {
 
 TEST(RenameCut, SameNameChangesNothing) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut"}).Dialog(126, {}).Command(40118);
+  OpenFilm(session, {"a.cut"}).Dialog(kRenameDialog, {}).Command(kCommandRenameCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Film(session, state)["modified"], false);
@@ -659,7 +713,7 @@ TEST(RenameCut, SameNameChangesNothing) {
 
 TEST(RenameCut, CancelChangesNothing) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut"}).Dialog(126, {"1058=new"}, "cancel").Command(40118);
+  OpenFilm(session, {"a.cut"}).Dialog(kRenameDialog, {{kRenameEdit, "new"}}, "cancel").Command(kCommandRenameCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), Names{"a.cut"});
@@ -668,7 +722,9 @@ TEST(RenameCut, CancelChangesNothing) {
 
 TEST(RenameCut, KeepsFolderAndExtension) {
   ScriptSession session;
-  OpenFilmFile(session, "t\na\n1, 1\nsub/a.b.CUT\n").Dialog(126, {"1058=new"}).Command(40118);
+  OpenFilmFile(session, "t\na\n1, 1\nsub/a.b.CUT\n")
+      .Dialog(kRenameDialog, {{kRenameEdit, "new"}})
+      .Command(kCommandRenameCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), Names{"sub/new.CUT"});
@@ -676,7 +732,9 @@ TEST(RenameCut, KeepsFolderAndExtension) {
 
 TEST(RenameCut, FileThatIsNotThereIsRenamedInTheFilmAllTheSame) {
   ScriptSession session;
-  OpenFilmFile(session, "t\na\n1, 1\ngone.cut\n").Dialog(126, {"1058=new"}).Command(40118);
+  OpenFilmFile(session, "t\na\n1, 1\ngone.cut\n")
+      .Dialog(kRenameDialog, {{kRenameEdit, "new"}})
+      .Command(kCommandRenameCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), Names{"new.cut"});
@@ -685,7 +743,7 @@ TEST(RenameCut, FileThatIsNotThereIsRenamedInTheFilmAllTheSame) {
 TEST(Extract, FilmThatDoesNotOpenCopiesNothing) {
   ScriptSession session;
   ScriptSession target;
-  OpenFilm(session, {"a.cut"}).File(target.Path("nofolder/x.flm")).Command(40134).Run();
+  OpenFilm(session, {"a.cut"}).File(target.Path("nofolder/x.flm")).Command(kCommandExtractCuts).Run();
   EXPECT_EQ(target.Files(), Names{});
 }
 
@@ -694,7 +752,7 @@ TEST(Extract, CopiesIntoTheFolderOfTheNewFilm) {
   ScriptSession target;
   OpenFilm(session, {"a.cut", "b.cut", "c.cut"});
   session.Write("c.cut", CutFile::WithoutLayers(3).Bytes());
-  session.Select(10003, {2, 0}).File(target.Path("x")).Command(40134);
+  session.Select(kCutList, {2, 0}).File(target.Path("x")).Command(kCommandExtractCuts);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(target.Files(), (Names{"a.cut", "c.cut", "x.flm"}));
@@ -710,7 +768,11 @@ TEST(Extract, LineHasTheBareNameWhateverTheSource) {
   ScriptSession target;
   session.Write("film.flm", "t\na\n1, 1\nother.dat\nsub/gone.cut\n");
   session.Write("other.dat", "content");
-  session.Open(session.Path("film.flm")).Select(10003, {0, 1}).File(target.Path("x.flm")).Command(40134).Run();
+  session.Open(session.Path("film.flm"))
+      .Select(kCutList, {0, 1})
+      .File(target.Path("x.flm"))
+      .Command(kCommandExtractCuts)
+      .Run();
   EXPECT_EQ(target.Bytes("x.flm"), "t\na\n1, 1\nother.cut\ngone.cut\n");
   EXPECT_EQ(target.Bytes("other.cut"), "content");
   EXPECT_EQ(target.Bytes("gone.cut"), "");
@@ -719,29 +781,29 @@ TEST(Extract, LineHasTheBareNameWhateverTheSource) {
 TEST(Extract, OpenCutsUnsavedChangesStay) {
   ScriptSession session;
   ScriptSession target;
-  OpenFilm(session, {"a.cut"}).Open(session.Path("a.cut")).Panel(10006, "typed").Command(40007);
-  session.File(target.Path("x.flm")).Command(40134).Run();
+  OpenFilm(session, {"a.cut"}).Open(session.Path("a.cut")).Panel(kCommentEdit, "typed").Command(kCommandPreviousFrame);
+  session.File(target.Path("x.flm")).Command(kCommandExtractCuts).Run();
   EXPECT_EQ(target.Bytes("a.cut"), PlainCut().Bytes());
 }
 
 TEST(Extract, IntoItsOwnFolderDestroysTheFile) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut"}).File(session.Path("x.flm")).Command(40134).Run();
+  OpenFilm(session, {"a.cut"}).File(session.Path("x.flm")).Command(kCommandExtractCuts).Run();
   EXPECT_EQ(session.Bytes("x.flm"), "title\nauthor\n100, 50\na.cut\n");
   EXPECT_EQ(session.Bytes("a.cut"), "");
 }
 
 TEST(Extract, CancelWritesNothing) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut"}).File("cancel").Command(40134).Run();
+  OpenFilm(session, {"a.cut"}).File("cancel").Command(kCommandExtractCuts).Run();
   EXPECT_EQ(session.Files(), (Names{"a.cut", "film.flm"}));
 }
 
 TEST(Stop, HidesThePlayer) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {0, 1})).Command(40026);
+  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {0, 1})).Command(kCommandPlay);
   const int on = session.State();
-  session.Command(40027);
+  session.Command(kCommandStop);
   const int off = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(on)["player"]["visible"], true);
@@ -752,10 +814,10 @@ TEST(Stop, HidesThePlayer) {
 
 TEST(PlayFilm, WithoutASelectionDoesNothingAndStopsNothing) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"}).Select(10003, {1}).Answer("no").Command(40117);
-  session.OpenCut("c.cut", CutFile::Showing({1, 2}, {0, 1})).Command(40026);
+  OpenFilm(session, {"a.cut", "b.cut"}).Select(kCutList, {1}).Answer("no").Command(kCommandDeleteCuts);
+  session.OpenCut("c.cut", CutFile::Showing({1, 2}, {0, 1})).Command(kCommandPlay);
   const int before = session.State();
-  session.Command(40057);
+  session.Command(kCommandPlaySelection);
   const int after = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(before)["player"]["timer"], true);
@@ -764,8 +826,10 @@ TEST(PlayFilm, WithoutASelectionDoesNothingAndStopsNothing) {
 
 TEST(PlayFilm, WithACutThatIsMissingStopsThePlay) {
   ScriptSession session;
-  OpenFilmFile(session, "t\na\n8, 3\ngone.cut\n").OpenCut("c.cut", CutFile::Showing({1, 2}, {0, 1})).Command(40026);
-  session.Command(40057);
+  OpenFilmFile(session, "t\na\n8, 3\ngone.cut\n")
+      .OpenCut("c.cut", CutFile::Showing({1, 2}, {0, 1}))
+      .Command(kCommandPlay);
+  session.Command(kCommandPlaySelection);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(state)["player"]["visible"], false);

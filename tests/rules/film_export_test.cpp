@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "resources/ids.h"
 #include "rules/film_session.h"
 #include "rules/little_bytes.h"
 #include "rules/script_session.h"
@@ -30,11 +31,6 @@ using rules::PixelMatrix;
 using rules::Player;
 using rules::ScriptSession;
 using rules::SizeTitle;
-
-constexpr int exportFilm = 40083;
-constexpr int playSelected = 40057;
-constexpr int playCut = 40026;
-constexpr int toggleBlank = 40060;
 
 // ---- The console program's other commands ----
 
@@ -108,7 +104,7 @@ ScriptSession& OpenFilm(ScriptSession& session, const Names& lines, const Film& 
 }
 
 ScriptSession& Export(ScriptSession& session) {
-  return session.File(session.Path("out.sv")).Command(exportFilm);
+  return session.File(session.Path("out.sv")).Command(kCommandExportFilm);
 }
 
 // ---- The cuts ----
@@ -389,7 +385,7 @@ std::vector<Tick> TicksOf(const Film& film, const std::vector<CutFile>& cuts, in
       Tick tick;
       tick.line = {{"tick", ticks.size()},
                    {"painted", painted},
-                   {"delay", 1000 / cut.fps},
+                   {"delay", kLayerNameEdit / cut.fps},
                    {"ticks", left},
                    {"nextTime", std::abs(left) == 1 ? next.time : step.time},
                    {"viewLeft", viewLeft},
@@ -687,7 +683,7 @@ TEST_F(StaleCache, IsTakenAsItIsByTheApplication) {
 }
 
 TEST_F(StaleCache, IsTakenEvenForAnOpenCutThatNeedsCompiling) {
-  session.Open(session.Path("film.flm")).Open(session.Path("a.cut")).Command(toggleBlank);
+  session.Open(session.Path("film.flm")).Open(session.Path("a.cut")).Command(kCommandBlankCell);
   Export(session);
   const int state = session.State();
   session.Run();
@@ -696,7 +692,7 @@ TEST_F(StaleCache, IsTakenEvenForAnOpenCutThatNeedsCompiling) {
 }
 
 TEST_F(StaleCache, IsReplacedByAPlayOfTheCutAndThenCounts) {
-  session.Open(session.Path("film.flm")).Open(session.Path("a.cut")).Command(playCut);
+  session.Open(session.Path("film.flm")).Open(session.Path("a.cut")).Command(kCommandPlay);
   Export(session).Run();
   EXPECT_EQ(session.Bytes("a.ca"), Stream(WideCut()));
   EXPECT_EQ(session.Bytes("out.sv"), Container({}, {RecordOf(WideCut())}, 20, 10));
@@ -710,7 +706,7 @@ TEST_F(StaleCache, DoesWithoutItsCut) {
 }
 
 TEST_F(StaleCache, PlaysInASelection) {
-  session.Open(session.Path("film.flm")).Command(playSelected);
+  session.Open(session.Path("film.flm")).Command(kCommandPlaySelection);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Player(session, state)["title"], SizeTitle(Container({}, {old.substr(6)}, 10, 6).size()));
@@ -733,7 +729,7 @@ TEST(FilmExport, AFreshCacheIsNotWrittenAgain) {
 // A cut that is open and was changed without a save; the film's entry knows it.
 struct OpenChangedCut : testing::Test {
   OpenChangedCut() {
-    OpenFilmOf(session, {{"a.cut", WideCut()}}).Open(session.Path("a.cut")).Command(toggleBlank);
+    OpenFilmOf(session, {{"a.cut", WideCut()}}).Open(session.Path("a.cut")).Command(kCommandBlankCell);
     changed.frames[2].records[1].cell = -1;
   }
   CutFile changed = WideCut();
@@ -751,7 +747,7 @@ TEST_F(OpenChangedCut, IsCompiledAsItStandsInItsWindow) {
 }
 
 TEST_F(OpenChangedCut, IsCompiledForASelectionToo) {
-  session.Command(playSelected);
+  session.Command(kCommandPlaySelection);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Bytes("a.ca"), Stream(changed));
@@ -760,8 +756,8 @@ TEST_F(OpenChangedCut, IsCompiledForASelectionToo) {
 }
 
 TEST_F(OpenChangedCut, AChangeAfterTheFirstExportDoesNotCount) {
-  Export(session).Command(toggleBlank);
-  session.File(session.Path("second.sv")).Command(exportFilm).Run();
+  Export(session).Command(kCommandBlankCell);
+  session.File(session.Path("second.sv")).Command(kCommandExportFilm).Run();
   EXPECT_EQ(session.Bytes("second.sv"), session.Bytes("out.sv"));
   EXPECT_EQ(session.Bytes("a.ca"), Stream(changed));
 }
@@ -789,7 +785,7 @@ TEST_F(OpenChangedCut, ClosedWithoutASaveIsReadFromItsFile) {
 
 TEST(FilmExport, ACutThatWasOpenBeforeItsFilmIsReadFromItsFile) {
   ScriptSession session;
-  session.OpenCut("a.cut", WideCut()).Command(toggleBlank);
+  session.OpenCut("a.cut", WideCut()).Command(kCommandBlankCell);
   OpenFilm(session, {"a.cut"});
   Export(session);
   const int state = session.State();
@@ -801,7 +797,7 @@ TEST(FilmExport, ACutThatWasOpenBeforeItsFilmIsReadFromItsFile) {
 
 TEST(FilmExport, DoesNotCommitWhatIsStillInThePanels) {
   ScriptSession session;
-  OpenFilmOf(session, {{"a.cut", WideCut()}}).Open(session.Path("a.cut")).Panel(10007, "90");
+  OpenFilmOf(session, {{"a.cut", WideCut()}}).Open(session.Path("a.cut")).Panel(kBrightnessEdit, "90");
   Export(session);
   const int state = session.State();
   session.Run();
@@ -811,7 +807,7 @@ TEST(FilmExport, DoesNotCommitWhatIsStillInThePanels) {
 
 TEST(FilmExport, AnOpenCutThatShowsOneLayerIsCompiledSo) {
   ScriptSession session;
-  OpenFilmOf(session, {{"small.cut", SmallCut()}}).Open(session.Path("small.cut")).Command(40034);
+  OpenFilmOf(session, {{"small.cut", SmallCut()}}).Open(session.Path("small.cut")).Command(kCommandCurrentCellOnly);
   Export(session).Run();
   CutFile upper = SmallCut();
   upper.frames[0].records.erase(upper.frames[0].records.begin());
@@ -820,7 +816,7 @@ TEST(FilmExport, AnOpenCutThatShowsOneLayerIsCompiledSo) {
 
 TEST(FilmExport, CompilingSelectsTheCurrentRecordInTheFramesThatDiffer) {
   ScriptSession session;
-  OpenFilmOf(session, {{"a.cut", WideCut()}}).Open(session.Path("a.cut")).Select(10004, {0});
+  OpenFilmOf(session, {{"a.cut", WideCut()}}).Open(session.Path("a.cut")).Select(kLayerList, {0});
   const int before = session.State();
   Export(session);
   const int after = session.State();
@@ -893,8 +889,8 @@ TEST_F(CacheThatCanNotBeMade, DoesNotKeepTheCutOutOfTheFilm) {
 }
 
 TEST_F(CacheThatCanNotBeMade, DoesNotKeepTheCutFromPlaying) {
-  session.Open(session.Path("film.flm")).OpenCut("c.cut", CutFile::Showing({1, 2}, {0, 1})).Command(playCut);
-  session.Select(10003, {0, 1}).Command(playSelected);
+  session.Open(session.Path("film.flm")).OpenCut("c.cut", CutFile::Showing({1, 2}, {0, 1})).Command(kCommandPlay);
+  session.Select(kCutList, {0, 1}).Command(kCommandPlaySelection);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Player(session, state)["visible"], true);
@@ -919,7 +915,7 @@ TEST(FilmExport, AFolderInTheCachesPlaceDoesNotKeepTheCutFromPlaying) {
   ScriptSession session;
   session.Write("a.cut", WideCut().Bytes());
   std::filesystem::create_directory(session.Path("a.ca"));
-  OpenFilm(session, {"a.cut"}).Command(playSelected);
+  OpenFilm(session, {"a.cut"}).Command(kCommandPlaySelection);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Player(session, state)["visible"], true);
@@ -976,7 +972,7 @@ TEST(MissingCut, FailsTheConsoleExportWhichLeavesNoFile) {
 TEST(MissingCut, OutsideTheSelectionDoesNotMatter) {
   ScriptSession session;
   session.Write("a.cut", WideCut().Bytes());
-  OpenFilm(session, {"gone.cut", "a.cut"}).Select(10003, {1}).Command(playSelected);
+  OpenFilm(session, {"gone.cut", "a.cut"}).Select(kCutList, {1}).Command(kCommandPlaySelection);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Player(session, state)["visible"], true);
@@ -988,7 +984,7 @@ TEST(MissingCut, BehindOthersInTheSelectionLeavesTheirCachesAndNoPlay) {
   session.Write("a.cut", WideCut().Bytes());
   session.Write("c.cut", SmallCut().Bytes());
   OpenFilm(session, {"a.cut", "gone.cut", "c.cut"}).OpenCut("d.cut", CutFile::Showing({1, 2}, {0, 1}));
-  session.Command(playCut).Select(10003, {0, 1, 2}).Command(playSelected);
+  session.Command(kCommandPlay).Select(kCutList, {0, 1, 2}).Command(kCommandPlaySelection);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Player(session, state)["visible"], false);
@@ -1021,7 +1017,7 @@ TEST(FilmExport, AnAntialiasByteOfThreeIsAHalf) {
 
 TEST(FilmExport, WithoutCutsShowsNoDialog) {
   ScriptSession session;
-  OpenFilm(session, {}).Command(exportFilm).Run(0);
+  OpenFilm(session, {}).Command(kCommandExportFilm).Run(0);
   EXPECT_EQ(session.Files(), Names{"film.flm"});
 }
 
@@ -1034,19 +1030,19 @@ TEST(FilmExport, WithoutCutsFailsInTheConsoleProgram) {
 
 TEST(FilmExport, NameWithoutExtensionGetsSv) {
   ScriptSession session;
-  OpenFilmOf(session, {{"a.cut", WideCut()}}).File(session.Path("named")).Command(exportFilm).Run();
+  OpenFilmOf(session, {{"a.cut", WideCut()}}).File(session.Path("named")).Command(kCommandExportFilm).Run();
   EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut", "film.flm", "named.sv"}));
 }
 
 TEST(FilmExport, CancelWritesNothing) {
   ScriptSession session;
-  OpenFilmOf(session, {{"a.cut", WideCut()}}).File("cancel").Command(exportFilm).Run();
+  OpenFilmOf(session, {{"a.cut", WideCut()}}).File("cancel").Command(kCommandExportFilm).Run();
   EXPECT_EQ(session.Files(), (Names{"a.cut", "film.flm"}));
 }
 
 TEST(FilmExport, TargetThatCanNotBeOpenedIsSilentAndCompilesNothing) {
   ScriptSession session;
-  OpenFilmOf(session, {{"a.cut", WideCut()}}).File(session.Path("nofolder/out.sv")).Command(exportFilm).Run();
+  OpenFilmOf(session, {{"a.cut", WideCut()}}).File(session.Path("nofolder/out.sv")).Command(kCommandExportFilm).Run();
   EXPECT_EQ(session.Files(), (Names{"a.cut", "film.flm"}));
 }
 
@@ -1071,7 +1067,7 @@ TEST(FilmExport, LeavesARunningPlayAlone) {
   ScriptSession session;
   session.Write("a.cut", WideCut().Bytes());
   session.Write("a.ca", Stream(WideCut()));
-  OpenFilm(session, {"a.cut"}).OpenCut("c.cut", CutFile::Showing({1, 2}, {0, 1})).Command(playCut);
+  OpenFilm(session, {"a.cut"}).OpenCut("c.cut", CutFile::Showing({1, 2}, {0, 1})).Command(kCommandPlay);
   const int before = session.State();
   Export(session);
   const int after = session.State();
@@ -1086,7 +1082,7 @@ TEST(FilmExport, LeavesARunningPlayAlone) {
 TEST(FilmExport, TakesEveryCutWhateverIsSelected) {
   ScriptSession session;
   const Names lines = WriteThreeCuts(session);
-  OpenFilm(session, lines).Select(10003, {1});
+  OpenFilm(session, lines).Select(kCutList, {1});
   Export(session).Run();
   EXPECT_EQ(ContainerReader(session.Bytes("out.sv")).Read().count, 3);
 }
@@ -1248,7 +1244,7 @@ void ExpectPlayer(ScriptSession& session, const Film& film, const std::vector<Ti
 
 TEST(PlaySelection, PlaysInTheOrderOfTheList) {
   ScriptSession session;
-  OpenFilm(session, WriteThreeCuts(session)).Select(10003, {2, 0}).Command(playSelected);
+  OpenFilm(session, WriteThreeCuts(session)).Select(kCutList, {2, 0}).Command(kCommandPlaySelection);
   const int state = session.State();
   ExpectPlayer(session, {}, TicksOf({}, {WideCut(), SmallCut()}, 14));
   EXPECT_EQ(Player(session, state)["visible"], true);
@@ -1260,7 +1256,7 @@ TEST(PlaySelection, PlaysInTheOrderOfTheList) {
 
 TEST(PlaySelection, AllCutsPlayAsTheExportedFilmDoes) {
   ScriptSession session;
-  OpenFilm(session, WriteThreeCuts(session)).Select(10003, {0, 1, 2}).Command(playSelected);
+  OpenFilm(session, WriteThreeCuts(session)).Select(kCutList, {0, 1, 2}).Command(kCommandPlaySelection);
   const int state = session.State();
   Export(session);
   ExpectPlayer(session, {}, TicksOf({}, {WideCut(), TallCut(), SmallCut()}, 18));
@@ -1274,13 +1270,13 @@ TEST(PlaySelection, ShowsAFirstCutOfOneTickWithItsOwnPicture) {
   flash.frames[0].time = 1;
   session.Write("a.cut", flash.Bytes());
   session.Write("b.cut", WideCut().Bytes());
-  OpenFilm(session, {"a.cut", "b.cut"}).Select(10003, {0, 1}).Command(playSelected);
+  OpenFilm(session, {"a.cut", "b.cut"}).Select(kCutList, {0, 1}).Command(kCommandPlaySelection);
   ExpectPlayer(session, {}, TicksOf({}, {flash, WideCut()}, 4));
 }
 
 TEST(PlaySelection, OfOneCutPlaysIt) {
   ScriptSession session;
-  OpenFilm(session, WriteThreeCuts(session)).Select(10003, {1}).Command(playSelected);
+  OpenFilm(session, WriteThreeCuts(session)).Select(kCutList, {1}).Command(kCommandPlaySelection);
   const int state = session.State();
   ExpectPlayer(session, {}, TicksOf({}, {TallCut()}, 14));
   EXPECT_EQ(Player(session, state)["timer"], true);
@@ -1289,7 +1285,7 @@ TEST(PlaySelection, OfOneCutPlaysIt) {
 
 TEST(PlaySelection, OfOneCutOfOneFrameIsAStillOfTheFilmsSize) {
   ScriptSession session;
-  OpenFilm(session, WriteThreeCuts(session)).Select(10003, {2}).Command(playSelected);
+  OpenFilm(session, WriteThreeCuts(session)).Select(kCutList, {2}).Command(kCommandPlaySelection);
   const int state = session.State();
   ExpectPlayer(session, {}, TicksOf({}, {SmallCut()}, 1));
   EXPECT_EQ(Player(session, state)["visible"], true);
@@ -1299,7 +1295,7 @@ TEST(PlaySelection, OfOneCutOfOneFrameIsAStillOfTheFilmsSize) {
 TEST(PlaySelection, OfACutThatStandsTwicePlaysBothLines) {
   ScriptSession session;
   session.Write("a.cut", SmallCut().Bytes());
-  OpenFilm(session, {"a.cut", "a.cut"}).Select(10003, {0, 1}).Command(playSelected);
+  OpenFilm(session, {"a.cut", "a.cut"}).Select(kCutList, {0, 1}).Command(kCommandPlaySelection);
   const int state = session.State();
   session.Run();
   const std::string record = RecordOf(SmallCut());
@@ -1312,7 +1308,11 @@ TEST(PlaySelection, OfNothingMakesNoCache) {
   session.Write("a.cut", Still(1).Bytes());
   session.Write("b.cut", Still(2).Bytes());
   // The line that was deleted was the last one, so that no line is selected.
-  OpenFilm(session, {"a.cut", "b.cut"}).Select(10003, {1}).Answer("no").Command(40117).Command(playSelected);
+  OpenFilm(session, {"a.cut", "b.cut"})
+      .Select(kCutList, {1})
+      .Answer("no")
+      .Command(kCommandDeleteCuts)
+      .Command(kCommandPlaySelection);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Player(session, state)["visible"], false);
@@ -1322,9 +1322,9 @@ TEST(PlaySelection, OfNothingMakesNoCache) {
 
 TEST(PlaySelection, OfAnEmptyFilmDoesNothing) {
   ScriptSession session;
-  OpenFilm(session, {}).OpenCut("c.cut", CutFile::Showing({1, 2}, {0, 1})).Command(playCut);
+  OpenFilm(session, {}).OpenCut("c.cut", CutFile::Showing({1, 2}, {0, 1})).Command(kCommandPlay);
   const int before = session.State();
-  session.Command(playSelected);
+  session.Command(kCommandPlaySelection);
   const int after = session.State();
   session.Run();
   EXPECT_EQ(Player(session, after), Player(session, before));
@@ -1334,9 +1334,11 @@ TEST(PlaySelection, OfAnEmptyFilmDoesNothing) {
 TEST(PlaySelection, TakesTheTextsOfTheFilmAsTheyAreNow) {
   ScriptSession session;
   OpenFilmOf(session, {{"a.cut", SmallCut()}})
-      .Dialog(110, {"1039=longer title", "1040=", "1002=30", "1001=20"})
-      .Command(40082);
-  session.Command(playSelected);
+      .Dialog(
+          kFilmDialog,
+          {{kFilmTitleEdit, "longer title"}, {kFilmAuthorEdit, ""}, {kFilmWidthEdit, "30"}, {kFilmHeightEdit, "20"}})
+      .Command(kCommandFilmProperties);
+  session.Command(kCommandPlaySelection);
   const int state = session.State();
   const Film film = {.title = "longer title", .author = "", .width = 30, .height = 20};
   ExpectPlayer(session, film, TicksOf(film, {SmallCut()}, 1));
@@ -1348,7 +1350,7 @@ TEST(PlaySelection, OfADamagedCacheDoesNotHurt) {
   session.Write("a.cut", SmallCut().Bytes());
   session.Write("a.ca", std::string("CA\0\0\0\0\0", 7) + std::string(40, '\xFF'));
   session.Write("b.cut", WideCut().Bytes());
-  OpenFilm(session, {"a.cut", "b.cut"}).Select(10003, {0, 1}).Command(playSelected).Line("tick 50").Run();
+  OpenFilm(session, {"a.cut", "b.cut"}).Select(kCutList, {0, 1}).Command(kCommandPlaySelection).Line("tick 50").Run();
   EXPECT_EQ(session.Bytes("a.ca").size(), 47U);
   EXPECT_EQ(session.Bytes("b.ca"), Stream(WideCut()));
 }

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "resources/ids.h"
 #include "rules/film_session.h"
 
 namespace rules {
@@ -25,8 +26,8 @@ ScriptSession& OpenFilm(ScriptSession& session, const Names& lines) {
 }
 
 // The command with its two dialogs, of a cut of 8 by 3 without a layer.
-ScriptSession& Numbered(ScriptSession& session, int command = 40115) {
-  return NumberedCut(session, {"1002=8", "1001=3", "1055=on"}, command);
+ScriptSession& Numbered(ScriptSession& session, int command = kCommandAddNumberedCut) {
+  return NumberedCut(session, {{kCutWidthEdit, "8"}, {kCutHeightEdit, "3"}, {kCutWholeRadio, "on"}}, command);
 }
 
 TEST(CutNumbers, ThirtyCutsOneBehindTheOther) {
@@ -34,7 +35,7 @@ TEST(CutNumbers, ThirtyCutsOneBehindTheOther) {
   OpenFilm(session, {"c1.cut", "end.cut"});
   for (int i = 0; i < 30; ++i) Numbered(session);
   const int state = session.State();
-  session.Command(40119).Run();
+  session.Command(kCommandOverwriteFilm).Run();
   Names entries = {"c1.cut"};
   Names files;
   std::string text = kFilmHead + "c1.cut\n";
@@ -59,8 +60,8 @@ TEST(CutNumbers, ThirtyCutsOneBehindTheOther) {
 // Each one stands ahead of the caret's line, which is the one inserted before.
 TEST(CutNumbers, InsertedCutsStandInFallingOrder) {
   ScriptSession session;
-  OpenFilm(session, {"first.cut", "c007.cut"}).Select(10003, {1});
-  for (int i = 0; i < 3; ++i) Numbered(session, 40116);
+  OpenFilm(session, {"first.cut", "c007.cut"}).Select(kCutList, {1});
+  for (int i = 0; i < 3; ++i) Numbered(session, kCommandInsertNumberedCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), (Names{"first.cut", "c010.cut", "c009.cut", "c008.cut", "c007.cut"}));
@@ -90,7 +91,7 @@ TEST(CutNumbers, NumberFreedByADeletionIsGivenAgain) {
   OpenFilm(session, {"c001.cut"});
   Numbered(session);
   Numbered(session);
-  session.Select(10003, {1}).Answer("yes").Command(40117).Select(10003, {0});
+  session.Select(kCutList, {1}).Answer("yes").Command(kCommandDeleteCuts).Select(kCutList, {0});
   Numbered(session);
   const int state = session.State();
   session.Run();
@@ -114,7 +115,7 @@ TEST(CutNumbers, CutRenamedAwayFreesItsNumber) {
   ScriptSession session;
   OpenFilm(session, {"c001.cut"});
   Numbered(session);
-  session.Dialog(126, {"1058=other"}).Command(40118).Select(10003, {0});
+  session.Dialog(kRenameDialog, {{kRenameEdit, "other"}}).Command(kCommandRenameCut).Select(kCutList, {0});
   Numbered(session);
   const int state = session.State();
   session.Run();
@@ -211,11 +212,11 @@ TEST(NumberedCutFolder, IsThatOfTheEntryAtTheCaret) {
   session.Write("work/film/film.flm", kFilmHead + "c1.cut\n\x95\x5C/c1.cut\n../c1.cut\n../beside/c002.cut\n");
   session.Open(session.Path("work/film/film.flm"));
   for (const int line : {3, 2, 1, 0}) {
-    session.Select(10003, {line});
+    session.Select(kCutList, {line});
     Numbered(session);
   }
   const int state = session.State();
-  session.Command(40119).Run();
+  session.Command(kCommandOverwriteFilm).Run();
   EXPECT_EQ(Entries(session, state),
             (Names{"work/film/c1.cut", "work/film/c003.cut", "work/film/表/c1.cut", "work/film/表/c002.cut",
                    "work/c1.cut", "work/c002.cut", "work/beside/c002.cut", "work/beside/c004.cut"}));
@@ -234,7 +235,7 @@ TEST(NumberedCutFolder, ThatDoesNotExistHasNoFileButTheCutIsThere) {
   ScriptSession session;
   Numbered(OpenFilm(session, {"none/c1.cut"}));
   const int made = session.State();
-  session.File(session.Path("c.cut")).Command(40088);
+  session.File(session.Path("c.cut")).Command(kCommandOverwriteCut);
   const int saved = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, made), (Names{"none/c1.cut", "none/c002.cut"}));
@@ -259,14 +260,18 @@ TEST(NumberLimit, WorkUpToItAndPastIt) {
   Numbered(session);
   Numbered(session);
   // The cut with the last number is drawn and saved.
-  session.Dialog(106, {"1000=A"}).Command(40014).Panel(10006, "last").Command(40041).Command(40088);
+  session.Dialog(kLayerDialog, {{kLayerNameEdit, "A"}})
+      .Command(kCommandAddLayer)
+      .Panel(kCommentEdit, "last")
+      .Command(kCommandFirstFrame)
+      .Command(kCommandOverwriteCut);
   const int saved = session.State();
   Numbered(session);
   const int past = session.State();
   // The window of the first one still has the drawing and writes it back.
-  session.Activate(1).Command(40088).Select(10003, {3}).DoubleClick(10003, 3);
+  session.Activate(1).Command(kCommandOverwriteCut).Select(kCutList, {3}).DoubleClick(kCutList, 3);
   const int back = session.State();
-  session.Command(40119).Run();
+  session.Command(kCommandOverwriteFilm).Run();
 
   EXPECT_EQ(session.Cut(saved)["path"], session.Path("表999.cut"));
   EXPECT_EQ(Entries(session, saved), (Names{"表997.cut", "表998.cut", "表999.cut"}));
@@ -304,11 +309,11 @@ TEST_P(NumberPastTheLimit, LeavesThePathAndGoesOverTheFileOfTheEntry) {
   OpenFilm(session, {"a.cut", full.name, "b.cut"});
   session.Write(full.name, Drawn("old").Bytes());
   for (const std::string& name : full.taken) session.Write(name, "taken");
-  session.Select(10003, {1});
+  session.Select(kCutList, {1});
   Numbered(session, command);
   const int made = session.State();
   // The new window closes unasked, and both entries open the file as it is now.
-  session.Close().DoubleClick(10003, 1).DoubleClick(10003, 2);
+  session.Close().DoubleClick(kCutList, 1).DoubleClick(kCutList, 2);
   const int opened = session.State();
   session.Run();
   for (const int state : {made, opened}) {
@@ -316,7 +321,7 @@ TEST_P(NumberPastTheLimit, LeavesThePathAndGoesOverTheFileOfTheEntry) {
     EXPECT_EQ(WindowPaths(session, state), Names{full.name});
     EXPECT_EQ(session.Cut(state)["layers"].size(), 0U);
   }
-  const bool added = command == 40115;
+  const bool added = command == kCommandAddNumberedCut;
   EXPECT_EQ(OpenFlags(session, made), (std::vector<bool>{false, !added, added, false}));
   EXPECT_EQ(OpenFlags(session, opened), (std::vector<bool>{false, true, true, false}));
   EXPECT_EQ(session.Bytes(full.name), PlainCut().Bytes());
@@ -331,18 +336,19 @@ const Full kAllDigits = {"999.cut", {}};
 const Full kNoneFree = {"c996.cut", {"c997.cut", "c998.cut", "c999.cut"}};
 const Full kNoneFreeOfDigits = {"997.cut", {"98.cut", "99.cut"}};
 
-INSTANTIATE_TEST_SUITE_P(Film, NumberPastTheLimit,
-                         testing::Values(std::pair{kLast, 40115}, std::pair{kLast, 40116},
-                                         std::pair{kFourDigits, 40115}, std::pair{kManyDigits, 40115},
-                                         std::pair{kAllDigits, 40115}, std::pair{kAllDigits, 40116},
-                                         std::pair{kNoneFree, 40115}, std::pair{kNoneFree, 40116},
-                                         std::pair{kNoneFreeOfDigits, 40115}));
+INSTANTIATE_TEST_SUITE_P(
+    Film, NumberPastTheLimit,
+    testing::Values(std::pair{kLast, kCommandAddNumberedCut}, std::pair{kLast, kCommandInsertNumberedCut},
+                    std::pair{kFourDigits, kCommandAddNumberedCut}, std::pair{kManyDigits, kCommandAddNumberedCut},
+                    std::pair{kAllDigits, kCommandAddNumberedCut}, std::pair{kAllDigits, kCommandInsertNumberedCut},
+                    std::pair{kNoneFree, kCommandAddNumberedCut}, std::pair{kNoneFree, kCommandInsertNumberedCut},
+                    std::pair{kNoneFreeOfDigits, kCommandAddNumberedCut}));
 
 TEST(NumberLimit, CancelledDialogLeavesTheFileOfTheEntry) {
   ScriptSession session;
   OpenFilm(session, {"c999.cut"});
   session.Write("c999.cut", Drawn("old").Bytes());
-  session.Dialog(107, {}, "cancel").Command(40115);
+  session.Dialog(kCutDialog, {}, "cancel").Command(kCommandAddNumberedCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), Names{"c999.cut"});
@@ -354,12 +360,12 @@ TEST(NumberLimit, RenameOfTheDoubledCutGoesToBothEntriesAndOneWindow) {
   ScriptSession session;
   OpenFilm(session, {"c999.cut"});
   session.Write("c999.cut", Drawn("old").Bytes());
-  session.DoubleClick(10003, 0);
+  session.DoubleClick(kCutList, 0);
   Numbered(session);
-  session.Select(10003, {1}).Dialog(126, {"1058=new"}).Command(40118);
+  session.Select(kCutList, {1}).Dialog(kRenameDialog, {{kRenameEdit, "new"}}).Command(kCommandRenameCut);
   const int renamed = session.State();
   // The first window still has the old name, and what it holds.
-  session.Activate(0).Command(40088).Run();
+  session.Activate(0).Command(kCommandOverwriteCut).Run();
   EXPECT_EQ(Entries(session, renamed), (Names{"new.cut", "new.cut"}));
   EXPECT_EQ(Lines(session, renamed), (Names{"new", "new"}));
   EXPECT_EQ(WindowPaths(session, renamed), (Names{"c999.cut", "new.cut"}));
@@ -374,8 +380,12 @@ TEST(NumberLimit, RenameOfTheDoubledCutGoesToBothEntriesAndOneWindow) {
 TEST(NumberedCutDialog, RemembersFromCutToCutAndWritesNoSettings) {
   ScriptSession session;
   OpenFilm(session, {"c001.cut"});
-  NumberedCut(session, {"1002=20", "1001=10", "1041=12", "1056=on", "1037=Me"});
-  NumberedCut(session, {"1002=30"}, 40116);
+  NumberedCut(session, {{kCutWidthEdit, "20"},
+                        {kCutHeightEdit, "10"},
+                        {kCutFpsEdit, "12"},
+                        {kCutHalfRadio, "on"},
+                        {kCutCreditEdit, "Me"}});
+  NumberedCut(session, {{kCutWidthEdit, "30"}}, kCommandInsertNumberedCut);
   const int state = session.State();
   session.Run();
   CutFile first = PlainCut();
@@ -405,10 +415,12 @@ TEST(NumberedCutDialog, IsNotThatOfTheNewCutSettings) {
 
 TEST(NumberedCutDialog, LayerIsInTheFileOnceTheCutIsSaved) {
   ScriptSession session;
-  OpenFilm(session, {"c001.cut"}).Dialog(107, {"1002=8", "1001=3", "1055=on"}).Dialog(106, {"1000=L"});
-  session.Command(40115);
+  OpenFilm(session, {"c001.cut"})
+      .Dialog(kCutDialog, {{kCutWidthEdit, "8"}, {kCutHeightEdit, "3"}, {kCutWholeRadio, "on"}})
+      .Dialog(kLayerDialog, {{kLayerNameEdit, "L"}});
+  session.Command(kCommandAddNumberedCut);
   const int made = session.State();
-  session.Command(40088).Run();
+  session.Command(kCommandOverwriteCut).Run();
   CutFile file = CutFile::Showing({0}, {0});
   file.layers[0].name = "L";
   EXPECT_EQ(session.Bytes("c002.cut"), file.Bytes());
@@ -418,8 +430,10 @@ TEST(NumberedCutDialog, LayerIsInTheFileOnceTheCutIsSaved) {
 
 TEST(NumberedCutDialog, LosesItsLayerWhenTheCutIsClosedUnsaved) {
   ScriptSession session;
-  OpenFilm(session, {"c001.cut"}).Dialog(107, {"1002=8", "1001=3", "1055=on"}).Dialog(106, {"1000=L"});
-  session.Command(40115).Answer("no").Close().DoubleClick(10003, 1);
+  OpenFilm(session, {"c001.cut"})
+      .Dialog(kCutDialog, {{kCutWidthEdit, "8"}, {kCutHeightEdit, "3"}, {kCutWholeRadio, "on"}})
+      .Dialog(kLayerDialog, {{kLayerNameEdit, "L"}});
+  session.Command(kCommandAddNumberedCut).Answer("no").Close().DoubleClick(kCutList, 1);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["path"], session.Path("c002.cut"));
@@ -432,7 +446,10 @@ class NumberedCutWithoutFilm : public testing::TestWithParam<int> {};
 // With no line to count from, the first cut is a new one that is saved under a name, and the next is numbered by it.
 TEST_P(NumberedCutWithoutFilm, StartsTheCountWithTheNameThatIsGiven) {
   ScriptSession session;
-  session.Dialog(107, {"1002=8", "1001=3"}).Dialog(106, {"1000=A"}).File(session.Path("c7")).Command(GetParam());
+  session.Dialog(kCutDialog, {{kCutWidthEdit, "8"}, {kCutHeightEdit, "3"}})
+      .Dialog(kLayerDialog, {{kLayerNameEdit, "A"}})
+      .File(session.Path("c7"))
+      .Command(GetParam());
   NumberedCut(session);
   const int state = session.State();
   session.Run();
@@ -443,11 +460,12 @@ TEST_P(NumberedCutWithoutFilm, StartsTheCountWithTheNameThatIsGiven) {
   EXPECT_EQ(session.Setting("OnNewCut", "width"), "8");
 }
 
-INSTANTIATE_TEST_SUITE_P(Film, NumberedCutWithoutFilm, testing::Values(40115, 40116));
+INSTANTIATE_TEST_SUITE_P(Film, NumberedCutWithoutFilm,
+                         testing::Values(kCommandAddNumberedCut, kCommandInsertNumberedCut));
 
 TEST(NumberedCutInNoFilm, CancelledWithNoCutOpenDoesNothing) {
   ScriptSession session;
-  session.Dialog(107, {}, "cancel").Command(40115);
+  session.Dialog(kCutDialog, {}, "cancel").Command(kCommandAddNumberedCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), Names{});

@@ -11,6 +11,7 @@
 #include <system_error>
 #include <vector>
 
+#include "resources/ids.h"
 #include "rules/film_session.h"
 
 namespace rules {
@@ -217,11 +218,13 @@ class FilmSavedElsewhere : public FilmOfThirtyCuts, public testing::WithParamInt
 
 TEST_P(FilmSavedElsewhere, HasItsLinesRelativeToTheNewFolderAndOpensAgain) {
   const Place& place = GetParam();
-  OpenIt().File(session.Path(std::string("work/") + place.film)).Command(40054);
+  OpenIt().File(session.Path(std::string("work/") + place.film)).Command(kCommandSaveFilmAs);
   const int saved = session.State();
-  session.Open(session.Path("gone.flm")).File(session.Path(std::string("work/") + place.film)).Command(40053);
+  session.Open(session.Path("gone.flm"))
+      .File(session.Path(std::string("work/") + place.film))
+      .Command(kCommandOpenFilm);
   const int opened = session.State();
-  session.File(session.Path("work/映画/本編/back.flm")).Command(40054).Run();
+  session.File(session.Path("work/映画/本編/back.flm")).Command(kCommandSaveFilmAs).Run();
 
   for (const int state : {saved, opened}) {
     const json film = Film(session, state);
@@ -268,15 +271,16 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(FilmOfThirtyCuts, EveryLineOpensOnceByDoubleClickAndSavesAsItWas) {
   OpenIt();
-  for (int i = 0; i < 30; ++i) session.DoubleClick(10003, i);
+  for (int i = 0; i < 30; ++i) session.DoubleClick(kCutList, i);
   const int opened = session.State();
   // Line 26 is the film's first cut once more: its window, the first, comes to the front.
-  session.DoubleClick(10003, 26);
+  session.DoubleClick(kCutList, 26);
   const int again = session.State();
   const int windows = 24;
-  for (int i = 0; i < windows; ++i) session.Activate(i).Command(40060).Command(40060).Command(40088);
+  for (int i = 0; i < windows; ++i)
+    session.Activate(i).Command(kCommandBlankCell).Command(kCommandBlankCell).Command(kCommandOverwriteCut);
   const int written = session.State();
-  session.Answer("yes").Command(40122);
+  session.Answer("yes").Command(kCommandCloseAll);
   const int closed = session.State();
   session.Run();
 
@@ -311,13 +315,16 @@ TEST_F(FilmOfThirtyCuts, EveryLineOpensOnceByDoubleClickAndSavesAsItWas) {
 TEST_F(FilmOfThirtyCuts, RenamesOfAClosedAnOpenAndAMissingCut) {
   OpenIt();
   // Three lines show this cut; the one of the same name in another folder isn't it.
-  session.Select(10003, {26}).Dialog(126, {"1058=表夜"}).Command(40118);
+  session.Select(kCutList, {26}).Dialog(kRenameDialog, {{kRenameEdit, "表夜"}}).Command(kCommandRenameCut);
   const int first = session.State();
-  session.DoubleClick(10003, 22).Panel(10006, "雨");
-  session.Select(10003, {22}).Dialog(126, {"1058=ソ雨"}).Command(40118);
+  session.DoubleClick(kCutList, 22).Panel(kCommentEdit, "雨");
+  session.Select(kCutList, {22}).Dialog(kRenameDialog, {{kRenameEdit, "ソ雨"}}).Command(kCommandRenameCut);
   const int second = session.State();
-  session.Command(40042).Command(40088);
-  session.Select(10003, {23}).Dialog(126, {"1058=十"}).Command(40118).Command(40119);
+  session.Command(kCommandLastFrame).Command(kCommandOverwriteCut);
+  session.Select(kCutList, {23})
+      .Dialog(kRenameDialog, {{kRenameEdit, "十"}})
+      .Command(kCommandRenameCut)
+      .Command(kCommandOverwriteFilm);
   const int third = session.State();
   session.Run();
 
@@ -364,11 +371,11 @@ TEST_F(FilmOfThirtyCuts, RenamesOfAClosedAnOpenAndAMissingCut) {
 }
 
 TEST_F(FilmOfThirtyCuts, ExtractBringsCutsOfAllFoldersTogether) {
-  OpenIt().Select(10003, {22, 0, 29, 7, 14, 6}).File(session.Path("work/渡/十")).Command(40134);
+  OpenIt().Select(kCutList, {22, 0, 29, 7, 14, 6}).File(session.Path("work/渡/十")).Command(kCommandExtractCuts);
   const int state = session.State();
-  session.File(session.Path("work/渡/十")).Command(40053);
+  session.File(session.Path("work/渡/十")).Command(kCommandOpenFilm);
   const int opened = session.State();
-  session.Command(40119).Run();
+  session.Command(kCommandOverwriteFilm).Run();
   EXPECT_EQ(Film(session, state)["path"], session.Path(kFilm));
   EXPECT_EQ(Film(session, state)["modified"], false);
   EXPECT_EQ(FrameTitle(session, state), "Sorvel Developer - 予");
@@ -390,15 +397,15 @@ TEST_F(FilmOfThirtyCuts, DeletesWithAndWithoutTheFiles) {
   session.Write("work/映画/本編/空001.ca", "stream");
   session.Write("work/映画/本編/表/ソ1.ca", "stream");
   session.Write("work/映画/本編/空003.ca", "stream");
-  OpenIt().DoubleClick(10003, 2).Command(40060);
-  session.Select(10003, {0, 2, 9, 13}).Answer("yes").Command(40117);
+  OpenIt().DoubleClick(kCutList, 2).Command(kCommandBlankCell);
+  session.Select(kCutList, {0, 2, 9, 13}).Answer("yes").Command(kCommandDeleteCuts);
   const int deleted = session.State();
-  session.Select(10003, {0}).Answer("no").Command(40117);
+  session.Select(kCutList, {0}).Answer("no").Command(kCommandDeleteCuts);
   const int removed = session.State();
   // The cut's other lines still name the file that is gone.
-  session.DoubleClick(10003, 4);
+  session.DoubleClick(kCutList, 4);
   const int clicked = session.State();
-  session.Command(40119).Run();
+  session.Command(kCommandOverwriteFilm).Run();
 
   Names entries;
   Names lines;
@@ -436,10 +443,13 @@ TEST_F(FilmOfThirtyCuts, DeletingAllLeavesWhatTheFilmDoesNotName) {
   session.Write("work/映画/素材/予.ca", "stream");
   std::vector<int> all;
   for (int i = 0; i < 30; ++i) all.push_back(i);
-  OpenIt().Select(10003, all).Answer("yes").Command(40117);
+  OpenIt().Select(kCutList, all).Answer("yes").Command(kCommandDeleteCuts);
   const int state = session.State();
-  session.Command(40117).Command(40118).Command(40049).Command(40119);
-  session.File(session.Path(kFilm)).Command(40053);
+  session.Command(kCommandDeleteCuts)
+      .Command(kCommandRenameCut)
+      .Command(kCommandRemoveCutFromFilm)
+      .Command(kCommandOverwriteFilm);
+  session.File(session.Path(kFilm)).Command(kCommandOpenFilm);
   const int opened = session.State();
   session.Run();
   for (const int number : {state, opened}) {
@@ -486,17 +496,26 @@ class ThreeDays : public testing::Test {
   }
 
   void FirstDay() {
-    session.Dialog(110, {"1002=8", "1001=3", "1039=表の空", "1040=作者"}).Command(40051);
-    session.NewCut({.width = 8, .height = 3}).Panel(10006, "ソ");
-    session.File(session.Path("work/映画/本編/構001")).Command(40047);
-    session.File(session.Path("work/映画/本編/表")).Command(40119);
+    session
+        .Dialog(kFilmDialog,
+                {{kFilmWidthEdit, "8"}, {kFilmHeightEdit, "3"}, {kFilmTitleEdit, "表の空"}, {kFilmAuthorEdit, "作者"}})
+        .Command(kCommandNewFilm);
+    session.NewCut({.width = 8, .height = 3}).Panel(kCommentEdit, "ソ");
+    session.File(session.Path("work/映画/本編/構001")).Command(kCommandAddCutToFilm);
+    session.File(session.Path("work/映画/本編/表")).Command(kCommandOverwriteFilm);
     // A second cut behind the first, drawn in two frames and overwritten.
-    session.Dialog(107, {}).Dialog(106, {"1000=B"}).Command(40115);
-    session.Panel(10002, "3").Panel(10006, "表").Command(40004).Command(40088);
+    session.Dialog(kCutDialog, {}).Dialog(kLayerDialog, {{kLayerNameEdit, "B"}}).Command(kCommandAddNumberedCut);
+    session.Panel(kFrameTimeEdit, "3")
+        .Panel(kCommentEdit, "表")
+        .Command(kCommandAddFrame)
+        .Command(kCommandOverwriteCut);
     // A third one ahead of the first, without a layer.
-    NumberedCut(session.Select(10003, {0}), {}, 40116);
+    NumberedCut(session.Select(kCutList, {0}), {}, kCommandInsertNumberedCut);
     // A cut from stock behind the second; it gets a comment, which is asked about at the end.
-    session.Open(session.Path("work/素材/能.cut")).Select(10003, {2}).Command(40047).Panel(10006, "予");
+    session.Open(session.Path("work/素材/能.cut"))
+        .Select(kCutList, {2})
+        .Command(kCommandAddCutToFilm)
+        .Panel(kCommentEdit, "予");
   }
 
   const std::string kTitle = Stored("表の空");
@@ -552,14 +571,14 @@ TEST_F(ThreeDays, TheWholeWork) {
 
   session.Restart();
   const int morning = session.State();
-  session.DoubleClick(10003, 2).Panel(10006, "空");
-  session.Select(10003, {2}).Dialog(126, {"1058=ソ夜"}).Command(40118);
+  session.DoubleClick(kCutList, 2).Panel(kCommentEdit, "空");
+  session.Select(kCutList, {2}).Dialog(kRenameDialog, {{kRenameEdit, "ソ夜"}}).Command(kCommandRenameCut);
   const int renamed = session.State();
-  session.Command(40041).Command(40088);
-  session.Select(10003, {0}).Answer("yes").Command(40117);
+  session.Command(kCommandFirstFrame).Command(kCommandOverwriteCut);
+  session.Select(kCutList, {0}).Answer("yes").Command(kCommandDeleteCuts);
   const int deleted = session.State();
-  session.File(session.Path("work/素材/十")).Command(40054);
-  session.Select(10003, {1, 2}).File(session.Path("work/渡/表")).Command(40134);
+  session.File(session.Path("work/素材/十")).Command(kCommandSaveFilmAs);
+  session.Select(kCutList, {1, 2}).File(session.Path("work/渡/表")).Command(kCommandExtractCuts);
   const int evening = session.State();
   session.Exit().Run();
 
@@ -593,10 +612,12 @@ TEST_F(ThreeDays, TheWholeWork) {
   // The film that was handed over, its cut changed there: the original isn't touched.
   session.Restart();
   const int start = session.State();
-  session.File(session.Path("work/渡/表.flm")).Command(40053).DoubleClick(10003, 0);
-  session.Command(40060).Answer("yes").Close();
-  session.Dialog(110, {"1002=16", "1040=ソ"}).Command(40082).Command(40119);
-  session.Dialog(110, {}).Command(40051);
+  session.File(session.Path("work/渡/表.flm")).Command(kCommandOpenFilm).DoubleClick(kCutList, 0);
+  session.Command(kCommandBlankCell).Answer("yes").Close();
+  session.Dialog(kFilmDialog, {{kFilmWidthEdit, "16"}, {kFilmAuthorEdit, "ソ"}})
+      .Command(kCommandFilmProperties)
+      .Command(kCommandOverwriteFilm);
+  session.Dialog(kFilmDialog, {}).Command(kCommandNewFilm);
   const int fresh = session.State();
   session.Exit().Run();
   EXPECT_EQ(Lines(session, start), (Names{"構001", "ソ夜", "能"}));
@@ -617,7 +638,7 @@ TEST_F(ThreeDays, TheWholeWork) {
 
 TEST(FilmEntries, CutAddedTwiceHasItsFirstLineSelected) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("a.cut")).Select(10003, {1}).Command(40047);
+  OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("a.cut")).Select(kCutList, {1}).Command(kCommandAddCutToFilm);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), (Names{"a.cut", "b.cut", "a.cut"}));
@@ -628,7 +649,10 @@ TEST(FilmEntries, CutAddedTwiceHasItsFirstLineSelected) {
 // The cut's first line is selected already, so the selection stays; the caret goes to the new line.
 TEST(FilmEntries, CutAddedTwiceLeavesASelectionThatHoldsItsFirstLine) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("a.cut")).Select(10003, {0, 1}).Command(40047);
+  OpenFilm(session, {"a.cut", "b.cut"})
+      .Open(session.Path("a.cut"))
+      .Select(kCutList, {0, 1})
+      .Command(kCommandAddCutToFilm);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Lines(session, state), (Names{"a", "b", "a"}));
@@ -639,7 +663,7 @@ TEST(FilmEntries, CutAddedTwiceLeavesASelectionThatHoldsItsFirstLine) {
 TEST(FilmEntries, AddedLineIsTheOnlySelectedOne) {
   ScriptSession session;
   OpenFilm(session, {"a.cut", "b.cut", "c.cut"}).OpenCut("表.cut", PlainCut());
-  session.Select(10003, {2, 0}).Command(40047);
+  session.Select(kCutList, {2, 0}).Command(kCommandAddCutToFilm);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), (Names{"a.cut", "表.cut", "b.cut", "c.cut"}));
@@ -649,8 +673,8 @@ TEST(FilmEntries, AddedLineIsTheOnlySelectedOne) {
 
 TEST(FilmEntries, InsertedUnsavedCutIsSavedFirst) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut"}).NewCut({.width = 8, .height = 3}).Panel(10006, "予");
-  session.File(session.Path("ソ")).Command(40048);
+  OpenFilm(session, {"a.cut"}).NewCut({.width = 8, .height = 3}).Panel(kCommentEdit, "予");
+  session.File(session.Path("ソ")).Command(kCommandInsertCutIntoFilm);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), (Names{"ソ.cut", "a.cut"}));
@@ -665,7 +689,7 @@ TEST(FilmEntries, InsertedUnsavedCutIsSavedFirst) {
 
 TEST(FilmEntries, InsertWithACancelledSaveInsertsNothing) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut"}).NewCut().File("cancel").Command(40048);
+  OpenFilm(session, {"a.cut"}).NewCut().File("cancel").Command(kCommandInsertCutIntoFilm);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), Names{"a.cut"});
@@ -688,13 +712,16 @@ TEST_P(UnsavedCutForTheFilm, WhoseFileDoesNotOpenStaysOut) {
   EXPECT_EQ(session.Cut(state)["path"], "");
 }
 
-INSTANTIATE_TEST_SUITE_P(Film, UnsavedCutForTheFilm, testing::Values(40047, 40048));
+INSTANTIATE_TEST_SUITE_P(Film, UnsavedCutForTheFilm, testing::Values(kCommandAddCutToFilm, kCommandInsertCutIntoFilm));
 
 class CutForTheFilm : public testing::TestWithParam<int> {};
 
 TEST_P(CutForTheFilm, WithAPathIsNotSavedThoughItIsModified) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut"}).OpenCut("b.cut", CutFile::Showing({1}, {0})).Command(40060).Command(GetParam());
+  OpenFilm(session, {"a.cut"})
+      .OpenCut("b.cut", CutFile::Showing({1}, {0}))
+      .Command(kCommandBlankCell)
+      .Command(GetParam());
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state).size(), 2U);
@@ -711,15 +738,21 @@ TEST_P(CutForTheFilm, NeedsAnOpenCut) {
   EXPECT_EQ(Film(session, state)["modified"], false);
 }
 
-INSTANTIATE_TEST_SUITE_P(Film, CutForTheFilm, testing::Values(40047, 40048));
+INSTANTIATE_TEST_SUITE_P(Film, CutForTheFilm, testing::Values(kCommandAddCutToFilm, kCommandInsertCutIntoFilm));
 
 TEST(FilmEntries, RemovedOneByOneAndAddedAgain) {
   ScriptSession session;
-  OpenFilmFile(session, kFilmHead + "a.cut\nb.cut\na.cut\n").OpenCut("a.cut", PlainCut()).Command(40049);
+  OpenFilmFile(session, kFilmHead + "a.cut\nb.cut\na.cut\n")
+      .OpenCut("a.cut", PlainCut())
+      .Command(kCommandRemoveCutFromFilm);
   const int one = session.State();
-  session.Command(40049);
+  session.Command(kCommandRemoveCutFromFilm);
   const int two = session.State();
-  session.Command(40049).Select(10003, {0}).Command(40048).Command(40119).Run();
+  session.Command(kCommandRemoveCutFromFilm)
+      .Select(kCutList, {0})
+      .Command(kCommandInsertCutIntoFilm)
+      .Command(kCommandOverwriteFilm)
+      .Run();
   EXPECT_EQ(Entries(session, one), (Names{"b.cut", "a.cut"}));
   EXPECT_EQ(Lines(session, one), (Names{"b", "a"}));
   EXPECT_EQ(Entries(session, two), Names{"b.cut"});
@@ -730,11 +763,11 @@ TEST(FilmEntries, RemovedOneByOneAndAddedAgain) {
 
 TEST(FilmEntries, LeavesANewFilmWithoutLinesAndItsWindowsOpen) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("b.cut")).Dialog(110, {}).Command(40051);
+  OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("b.cut")).Dialog(kFilmDialog, {}).Command(kCommandNewFilm);
   // None of these has an entry to work on, and none asks.
-  session.Command(40049).Command(40117).Command(40118);
+  session.Command(kCommandRemoveCutFromFilm).Command(kCommandDeleteCuts).Command(kCommandRenameCut);
   const int state = session.State();
-  session.Command(40047).File(session.Path("new")).Command(40119).Run();
+  session.Command(kCommandAddCutToFilm).File(session.Path("new")).Command(kCommandOverwriteFilm).Run();
   EXPECT_EQ(Entries(session, state), Names{});
   EXPECT_EQ(WindowPaths(session, state), Names{"b.cut"});
   EXPECT_EQ(session.Bytes("new.flm"), "\n\n320, 240\nb.cut\n");
@@ -748,11 +781,11 @@ TEST(FilmLink, CutSavedUnderAnotherNameStaysBehindItsOldEntry) {
   ScriptSession session;
   OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("a.cut")).SaveCutAs("表.cut");
   const int saved = session.State();
-  session.Open(session.Path("b.cut")).DoubleClick(10003, 0);
+  session.Open(session.Path("b.cut")).DoubleClick(kCutList, 0);
   const int clicked = session.State();
   session.Close();
   const int closed = session.State();
-  session.DoubleClick(10003, 0);
+  session.DoubleClick(kCutList, 0);
   const int opened = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, saved), (Names{"a.cut", "b.cut"}));
@@ -768,7 +801,7 @@ TEST(FilmLink, CutSavedUnderAnotherNameStaysBehindItsOldEntry) {
 TEST(FilmLink, RenameTakesACutThatWasSavedUnderAnotherNameAlong) {
   ScriptSession session;
   OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("a.cut")).SaveCutAs("表.cut");
-  session.Select(10003, {0}).Dialog(126, {"1058=ソ"}).Command(40118);
+  session.Select(kCutList, {0}).Dialog(kRenameDialog, {{kRenameEdit, "ソ"}}).Command(kCommandRenameCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), (Names{"ソ.cut", "b.cut"}));
@@ -781,11 +814,11 @@ TEST(FilmLink, FilmOpenedAgainKnowsNoneOfTheOpenCuts) {
   ScriptSession session;
   OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("a.cut")).Open(session.Path("film.flm"));
   const int opened = session.State();
-  session.Command(40049);
+  session.Command(kCommandRemoveCutFromFilm);
   const int removed = session.State();
-  session.Select(10003, {0}).Dialog(126, {"1058=表"}).Command(40118);
+  session.Select(kCutList, {0}).Dialog(kRenameDialog, {{kRenameEdit, "表"}}).Command(kCommandRenameCut);
   const int renamed = session.State();
-  session.Command(40088).DoubleClick(10003, 0);
+  session.Command(kCommandOverwriteCut).DoubleClick(kCutList, 0);
   const int clicked = session.State();
   session.Run();
   EXPECT_EQ(OpenFlags(session, opened), (std::vector<bool>{false, false}));
@@ -804,7 +837,7 @@ TEST(FilmLink, FilmOpenedAgainKnowsNoneOfTheOpenCuts) {
 TEST(FilmLink, DeleteInAFilmOpenedAgainLeavesTheWindow) {
   ScriptSession session;
   OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("a.cut")).Open(session.Path("film.flm"));
-  session.Select(10003, {0}).Answer("yes").Command(40117);
+  session.Select(kCutList, {0}).Answer("yes").Command(kCommandDeleteCuts);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), Names{"b.cut"});
@@ -818,7 +851,7 @@ TEST(FilmLink, IsByTheBytesOfThePath) {
   session.Write("A.cut", Credited("upper").Bytes());
   session.Open(session.Path("film.flm")).OpenCut("a.cut", PlainCut());
   const int opened = session.State();
-  session.DoubleClick(10003, 0);
+  session.DoubleClick(kCutList, 0);
   const int clicked = session.State();
   session.Run();
   EXPECT_EQ(OpenFlags(session, opened), (std::vector<bool>{false, false, true}));
@@ -829,8 +862,8 @@ TEST(FilmLink, IsByTheBytesOfThePath) {
 
 TEST(FilmLink, DoubleClickOnAnOpenCutCommitsTheOneThatIsLeft) {
   ScriptSession session;
-  OpenFilm(session, {"表.cut", "b.cut"}).DoubleClick(10003, 0).DoubleClick(10003, 1).Panel(10006, "ソ");
-  session.DoubleClick(10003, 0);
+  OpenFilm(session, {"表.cut", "b.cut"}).DoubleClick(kCutList, 0).DoubleClick(kCutList, 1).Panel(kCommentEdit, "ソ");
+  session.DoubleClick(kCutList, 0);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["path"], session.Path("表.cut"));
@@ -844,7 +877,7 @@ TEST(FilmLink, CutThatIsNoCutFileOpensNothing) {
   ScriptSession session;
   OpenFilm(session, {"a.cut"});
   session.Write("a.cut", "Sorvelin Layer");
-  session.DoubleClick(10003, 0);
+  session.DoubleClick(kCutList, 0);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Windows(session, state).size(), 0U);
@@ -856,9 +889,9 @@ TEST(FilmLink, CutClosedAndSavedOpensAgainFromItsLine) {
   ScriptSession session;
   OpenFilm(session, {"能.cut"});
   session.Write("能.cut", CutFile::Showing({1}, {0}).Bytes());
-  session.DoubleClick(10003, 0).Command(40060).Answer("yes").Close();
+  session.DoubleClick(kCutList, 0).Command(kCommandBlankCell).Answer("yes").Close();
   const int closed = session.State();
-  session.DoubleClick(10003, 0);
+  session.DoubleClick(kCutList, 0);
   const int opened = session.State();
   session.Run();
   EXPECT_EQ(OpenFlags(session, closed), std::vector<bool>{false});
@@ -876,7 +909,10 @@ TEST(FilmRename, ModifiedCutKeepsItsOldBytesUntilItIsSaved) {
   const CutFile file = CutFile::Showing({1, 2}, {0, 1});
   session.Write("a.cut", file.Bytes());
   session.Write("a.ca", "stream");
-  session.DoubleClick(10003, 0).Command(40060).Dialog(126, {"1058=表"}).Command(40118);
+  session.DoubleClick(kCutList, 0)
+      .Command(kCommandBlankCell)
+      .Dialog(kRenameDialog, {{kRenameEdit, "表"}})
+      .Command(kCommandRenameCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Bytes("表.cut"), file.Bytes());
@@ -889,14 +925,19 @@ TEST(FilmRename, OverwriteAfterItGoesToTheNewName) {
   ScriptSession session;
   OpenFilm(session, {"a.cut"});
   session.Write("a.cut", CutFile::Showing({1, 2}, {0, 1}).Bytes());
-  session.DoubleClick(10003, 0).Command(40060).Dialog(126, {"1058=表"}).Command(40118).Command(40088).Run();
+  session.DoubleClick(kCutList, 0)
+      .Command(kCommandBlankCell)
+      .Dialog(kRenameDialog, {{kRenameEdit, "表"}})
+      .Command(kCommandRenameCut)
+      .Command(kCommandOverwriteCut)
+      .Run();
   EXPECT_EQ(session.Files(), (Names{"film.flm", "表.cut"}));
   EXPECT_EQ(session.Bytes("表.cut"), CutFile::Showing({1, 2}, {0, -2}).Bytes());
 }
 
 TEST(FilmRename, OntoTheNameOfAnotherCutLeavesBothFiles) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"}).Dialog(126, {"1058=b"}).Command(40118);
+  OpenFilm(session, {"a.cut", "b.cut"}).Dialog(kRenameDialog, {{kRenameEdit, "b"}}).Command(kCommandRenameCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), (Names{"b.cut", "b.cut"}));
@@ -908,8 +949,8 @@ TEST(FilmRename, OntoTheNameOfAnotherCutLeavesBothFiles) {
 // From then on the two entries are of one name.
 TEST(FilmRename, EntriesThatCameToOneNameAreRenamedTogether) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"}).Dialog(126, {"1058=b"}).Command(40118);
-  session.Select(10003, {1}).Dialog(126, {"1058=ソ"}).Command(40118);
+  OpenFilm(session, {"a.cut", "b.cut"}).Dialog(kRenameDialog, {{kRenameEdit, "b"}}).Command(kCommandRenameCut);
+  session.Select(kCutList, {1}).Dialog(kRenameDialog, {{kRenameEdit, "ソ"}}).Command(kCommandRenameCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), (Names{"ソ.cut", "ソ.cut"}));
@@ -920,9 +961,12 @@ TEST(FilmRename, EntriesThatCameToOneNameAreRenamedTogether) {
 
 TEST(FilmRename, ToAnEmptyNameLeavesTheExtension) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut"}).Dialog(126, {"1058="}).Command(40118).Command(40119);
+  OpenFilm(session, {"a.cut"})
+      .Dialog(kRenameDialog, {{kRenameEdit, ""}})
+      .Command(kCommandRenameCut)
+      .Command(kCommandOverwriteFilm);
   const int renamed = session.State();
-  session.File(session.Path("film.flm")).Command(40053);
+  session.File(session.Path("film.flm")).Command(kCommandOpenFilm);
   const int opened = session.State();
   session.Run();
   for (const int state : {renamed, opened}) {
@@ -935,8 +979,11 @@ TEST(FilmRename, ToAnEmptyNameLeavesTheExtension) {
 
 TEST(FilmRename, NameMayHoldADot) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut"}).Dialog(126, {"1058=表.2"}).Command(40118).Command(40119);
-  session.File(session.Path("film.flm")).Command(40053);
+  OpenFilm(session, {"a.cut"})
+      .Dialog(kRenameDialog, {{kRenameEdit, "表.2"}})
+      .Command(kCommandRenameCut)
+      .Command(kCommandOverwriteFilm);
+  session.File(session.Path("film.flm")).Command(kCommandOpenFilm);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Lines(session, state), Names{"表.2"});
@@ -947,9 +994,13 @@ TEST(FilmRename, NameMayHoldADot) {
 TEST(FilmRename, IntoAFolderMovesTheFile) {
   ScriptSession session;
   MakeFolder(session, "表");
-  OpenFilm(session, {"a.cut"}).DoubleClick(10003, 0).Dialog(126, {"1058=表/ソ"}).Command(40118).Command(40119);
+  OpenFilm(session, {"a.cut"})
+      .DoubleClick(kCutList, 0)
+      .Dialog(kRenameDialog, {{kRenameEdit, "表/ソ"}})
+      .Command(kCommandRenameCut)
+      .Command(kCommandOverwriteFilm);
   const int renamed = session.State();
-  session.File(session.Path("film.flm")).Command(40053);
+  session.File(session.Path("film.flm")).Command(kCommandOpenFilm);
   const int opened = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, renamed), Names{"表/ソ.cut"});
@@ -965,7 +1016,7 @@ TEST(FilmRename, ToTheSameNameOfACutThatIsListedTwiceAsksOnceAndChangesNothing) 
   ScriptSession session;
   OpenFilm(session, {"表.cut"});
   session.Write("film.flm", kFilmHead + Stored("表.cut\n表.cut\n"));
-  session.Select(10003, {0}).Dialog(126, {"1058=表"}).Command(40118);
+  session.Select(kCutList, {0}).Dialog(kRenameDialog, {{kRenameEdit, "表"}}).Command(kCommandRenameCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), (Names{"表.cut", "表.cut"}));
@@ -975,10 +1026,10 @@ TEST(FilmRename, ToTheSameNameOfACutThatIsListedTwiceAsksOnceAndChangesNothing) 
 
 TEST(FilmRename, ChangesTheFilmFileOnlyWhenTheFilmIsSaved) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut"}).Dialog(126, {"1058=b"}).Command(40118);
-  session.Answer("no").File(session.Path("film.flm")).Command(40053);
+  OpenFilm(session, {"a.cut"}).Dialog(kRenameDialog, {{kRenameEdit, "b"}}).Command(kCommandRenameCut);
+  session.Answer("no").File(session.Path("film.flm")).Command(kCommandOpenFilm);
   const int state = session.State();
-  session.DoubleClick(10003, 0);
+  session.DoubleClick(kCutList, 0);
   const int clicked = session.State();
   session.Run();
   EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + "a.cut\n");
@@ -994,10 +1045,10 @@ TEST(FilmDelete, OfOneOfTwoEntriesOfAnOpenCutLeavesTheOtherClosed) {
   ScriptSession session;
   OpenFilmFile(session, kFilmHead + Stored("表.cut\nb.cut\n表.cut\n"))
       .OpenCut("表.cut", CutFile::Showing({1}, {0}))
-      .Command(40060);
-  session.Select(10003, {2}).Answer("yes").Command(40117);
+      .Command(kCommandBlankCell);
+  session.Select(kCutList, {2}).Answer("yes").Command(kCommandDeleteCuts);
   const int deleted = session.State();
-  session.DoubleClick(10003, 0);
+  session.DoubleClick(kCutList, 0);
   const int clicked = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, deleted), (Names{"表.cut", "b.cut"}));
@@ -1012,10 +1063,10 @@ TEST(FilmDelete, OfBothEntriesOfAnOpenCut) {
   ScriptSession session;
   OpenFilmFile(session, kFilmHead + Stored("表.cut\nb.cut\n表.cut\n"))
       .OpenCut("表.cut", CutFile::Showing({1}, {0}))
-      .Command(40060);
-  session.Select(10003, {0, 2}).Answer("yes").Command(40117);
+      .Command(kCommandBlankCell);
+  session.Select(kCutList, {0, 2}).Answer("yes").Command(kCommandDeleteCuts);
   const int state = session.State();
-  session.Command(40119).Run();
+  session.Command(kCommandOverwriteFilm).Run();
   EXPECT_EQ(Entries(session, state), Names{"b.cut"});
   EXPECT_EQ(Lines(session, state), Names{"b"});
   EXPECT_EQ(Windows(session, state).size(), 0U);
@@ -1031,7 +1082,7 @@ TEST_P(DeleteBesideOpenCuts, TakesTheSelectedCutAlone) {
   const Names cuts = {"a.cut", "表.cut", "c.cut", "d.cut"};
   OpenFilm(session, cuts);
   for (const std::string& cut : cuts) session.Open(session.Path(cut));
-  session.Activate(GetParam()).Select(10003, {GetParam()}).Answer("yes").Command(40117);
+  session.Activate(GetParam()).Select(kCutList, {GetParam()}).Answer("yes").Command(kCommandDeleteCuts);
   const int state = session.State();
   session.Run();
   Names left = cuts;
@@ -1053,7 +1104,7 @@ TEST(FilmDelete, OfTheFilmsAllOpenCutsClosesEveryWindowOfThem) {
   ScriptSession session;
   OpenFilm(session, {"a.cut", "表.cut", "c.cut"}).OpenCut("other.cut", PlainCut());
   for (const char* name : {"a.cut", "表.cut", "c.cut"}) session.Open(session.Path(name));
-  session.Select(10003, {0, 1, 2}).Answer("yes").Command(40117);
+  session.Select(kCutList, {0, 1, 2}).Answer("yes").Command(kCommandDeleteCuts);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), Names{});
@@ -1064,8 +1115,12 @@ TEST(FilmDelete, OfTheFilmsAllOpenCutsClosesEveryWindowOfThem) {
 
 TEST(FilmDelete, WithoutTheFileTheOpenCutCanBeAddedAgain) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut", "表.cut"}).OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(40060);
-  session.Select(10003, {0}).Answer("no").Command(40117).Select(10003, {0}).Command(40047);
+  OpenFilm(session, {"a.cut", "表.cut"}).OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(kCommandBlankCell);
+  session.Select(kCutList, {0})
+      .Answer("no")
+      .Command(kCommandDeleteCuts)
+      .Select(kCutList, {0})
+      .Command(kCommandAddCutToFilm);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), (Names{"表.cut", "a.cut"}));
@@ -1080,7 +1135,7 @@ TEST(FilmDelete, OfACutWithAnotherExtensionTakesTheStreamOfItsName) {
   session.Write("表.dat", PlainCut().Bytes());
   session.Write("表.cut", PlainCut().Bytes());
   session.Write("表.ca", "stream");
-  session.Open(session.Path("film.flm")).Answer("yes").Command(40117).Run();
+  session.Open(session.Path("film.flm")).Answer("yes").Command(kCommandDeleteCuts).Run();
   EXPECT_EQ(session.Files(), (Names{"film.flm", "表.cut"}));
 }
 
@@ -1090,8 +1145,8 @@ TEST(FilmDelete, OfACutWithAnotherExtensionTakesTheStreamOfItsName) {
 TEST(FilmExtract, WithNothingSelectedHasTheHeadAlone) {
   ScriptSession session;
   ScriptSession target;
-  OpenFilm(session, {"a.cut"}).Answer("no").Command(40117);
-  session.File(target.Path("表")).Command(40134).Run();
+  OpenFilm(session, {"a.cut"}).Answer("no").Command(kCommandDeleteCuts);
+  session.File(target.Path("表")).Command(kCommandExtractCuts).Run();
   EXPECT_EQ(target.Files(), Names{"表.flm"});
   EXPECT_EQ(target.Bytes("表.flm"), kFilmHead);
 }
@@ -1099,10 +1154,14 @@ TEST(FilmExtract, WithNothingSelectedHasTheHeadAlone) {
 TEST(FilmExtract, OverAnOldFilmAndOldCutsReplacesThem) {
   ScriptSession session;
   ScriptSession target;
-  target.Write("x.flm", std::string(1000, 'x'));
-  target.Write("表.cut", std::string(1000, 'x'));
+  target.Write("x.flm", std::string(kLayerNameEdit, 'x'));
+  target.Write("表.cut", std::string(kLayerNameEdit, 'x'));
   target.Write("b.cut", "stays");
-  OpenFilm(session, {"表.cut", "b.cut"}).Select(10003, {0}).File(target.Path("x.flm")).Command(40134).Run();
+  OpenFilm(session, {"表.cut", "b.cut"})
+      .Select(kCutList, {0})
+      .File(target.Path("x.flm"))
+      .Command(kCommandExtractCuts)
+      .Run();
   EXPECT_EQ(target.Files(), (Names{"b.cut", "x.flm", "表.cut"}));
   EXPECT_EQ(target.Bytes("x.flm"), kFilmHead + Stored("表.cut\n"));
   EXPECT_EQ(target.Bytes("表.cut"), Credited(Stored("表.cut")).Bytes());
@@ -1113,7 +1172,7 @@ TEST(FilmExtract, OverAnOldFilmAndOldCutsReplacesThem) {
 TEST(FilmExtract, MissingCutLeavesAnEmptyFile) {
   ScriptSession session;
   ScriptSession target;
-  OpenFilmFile(session, kFilmHead + Stored("表.cut\n")).File(target.Path("x.flm")).Command(40134).Run();
+  OpenFilmFile(session, kFilmHead + Stored("表.cut\n")).File(target.Path("x.flm")).Command(kCommandExtractCuts).Run();
   EXPECT_EQ(target.Files(), (Names{"x.flm", "表.cut"}));
   EXPECT_EQ(target.Bytes("x.flm"), kFilmHead + Stored("表.cut\n"));
   EXPECT_EQ(target.Bytes("表.cut"), "");
@@ -1124,7 +1183,7 @@ TEST(FilmExtract, DoesNotTakeStreamsOrTypedTextAlong) {
   ScriptSession target;
   OpenFilm(session, {"表.cut"});
   session.Write("表.ca", "stream");
-  session.DoubleClick(10003, 0).Panel(10006, "ソ").File(target.Path("x.flm")).Command(40134);
+  session.DoubleClick(kCutList, 0).Panel(kCommentEdit, "ソ").File(target.Path("x.flm")).Command(kCommandExtractCuts);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(target.Files(), (Names{"x.flm", "表.cut"}));
@@ -1135,8 +1194,10 @@ TEST(FilmExtract, DoesNotTakeStreamsOrTypedTextAlong) {
 TEST(FilmExtract, TakesTheTitlesOfTheFilmAsItIsNow) {
   ScriptSession session;
   ScriptSession target;
-  OpenFilm(session, {"a.cut"}).Dialog(110, {"1039=表", "1040=ソ", "1002=7"}).Command(40082);
-  session.File(target.Path("x.flm")).Command(40134);
+  OpenFilm(session, {"a.cut"})
+      .Dialog(kFilmDialog, {{kFilmTitleEdit, "表"}, {kFilmAuthorEdit, "ソ"}, {kFilmWidthEdit, "7"}})
+      .Command(kCommandFilmProperties);
+  session.File(target.Path("x.flm")).Command(kCommandExtractCuts);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(target.Bytes("x.flm"), Stored("表\nソ\n7, 50\na.cut\n"));
@@ -1151,8 +1212,8 @@ TEST(FilmFile, TitleOf255BytesComesBack) {
   ScriptSession session;
   OpenFilm(session, {"a.cut"});
   const std::string title(255, 't');
-  session.Dialog(110, {"1039=" + title}).Command(40082).Command(40119);
-  session.File(session.Path("film.flm")).Command(40053);
+  session.Dialog(kFilmDialog, {{kFilmTitleEdit, title}}).Command(kCommandFilmProperties).Command(kCommandOverwriteFilm);
+  session.File(session.Path("film.flm")).Command(kCommandOpenFilm);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Bytes("film.flm"), title + "\nauthor\n100, 50\na.cut\n");
@@ -1188,7 +1249,7 @@ TEST(FilmFile, SizeThatDoesNotParseStaysThatOfTheFilmBefore) {
 
 TEST(FilmFile, BlankLinesAndAMissingLastNewlineAreGoneAfterASave) {
   ScriptSession session;
-  OpenFilmFile(session, kFilmHead + Stored("\n\n表.cut\n\nソ/能.cut\n\n\n../十.cut")).Command(40119);
+  OpenFilmFile(session, kFilmHead + Stored("\n\n表.cut\n\nソ/能.cut\n\n\n../十.cut")).Command(kCommandOverwriteFilm);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Lines(session, state), (Names{"表", "能", "十"}));
@@ -1199,7 +1260,7 @@ TEST(FilmFile, WayUpInTheMiddleOfALineStays) {
   ScriptSession session;
   MakeFolder(session, "表");
   session.Write("a.cut", PlainCut().Bytes());
-  OpenFilmFile(session, kFilmHead + Stored("表/../a.cut\n")).DoubleClick(10003, 0).Command(40119);
+  OpenFilmFile(session, kFilmHead + Stored("表/../a.cut\n")).DoubleClick(kCutList, 0).Command(kCommandOverwriteFilm);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), Names{"表/../a.cut"});
@@ -1217,9 +1278,9 @@ TEST(FilmFile, LineThatLeadsUpToTheRootIsAnEmptyName) {
   }
   session.Write("film.flm", kFilmHead + way + "a.cut\nb.cut\n");
   session.Write("b.cut", PlainCut().Bytes());
-  session.Open(path).DoubleClick(10003, 0);
+  session.Open(path).DoubleClick(kCutList, 0);
   const int state = session.State();
-  session.DoubleClick(10003, 1);
+  session.DoubleClick(kCutList, 1);
   const int other = session.State();
   session.Run();
   EXPECT_EQ(Entries(session, state), (Names{"", "b.cut"}));
@@ -1231,8 +1292,8 @@ TEST(FilmFile, LineThatLeadsUpToTheRootIsAnEmptyName) {
 TEST(FilmFile, OfAFolderFarAwayLeadsThereAndBack) {
   ScriptSession session;
   ScriptSession target;
-  OpenFilm(session, {"表.cut"}).File(target.Path("ソ.flm")).Command(40054);
-  session.File(target.Path("ソ.flm")).Command(40053).DoubleClick(10003, 0);
+  OpenFilm(session, {"表.cut"}).File(target.Path("ソ.flm")).Command(kCommandSaveFilmAs);
+  session.File(target.Path("ソ.flm")).Command(kCommandOpenFilm).DoubleClick(kCutList, 0);
   const int state = session.State();
   session.Run();
   const std::string folder = session.Path("").substr(session.Path("").rfind('/', session.Path("").size() - 2) + 1);
@@ -1245,8 +1306,8 @@ TEST(FilmFile, YesToTheQuestionBeforeAnotherFilmSavesToTheFilmsOwnPath) {
   ScriptSession session;
   OpenFilm(session, {"表.cut"});
   session.Write("other.flm", "T\nA\n1, 2\n");
-  session.Dialog(110, {"1039=ソ"}).Command(40082);
-  session.Answer("yes").File(session.Path("other.flm")).Command(40053);
+  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "ソ"}}).Command(kCommandFilmProperties);
+  session.Answer("yes").File(session.Path("other.flm")).Command(kCommandOpenFilm);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Bytes("film.flm"), Stored("ソ\nauthor\n100, 50\n表.cut\n"));
@@ -1256,8 +1317,12 @@ TEST(FilmFile, YesToTheQuestionBeforeAnotherFilmSavesToTheFilmsOwnPath) {
 
 TEST(FilmFile, SaveUnderAnotherNameLeavesTheOldFileAndGoesOnWithTheNew) {
   ScriptSession session;
-  OpenFilm(session, {"a.cut"}).Dialog(110, {"1039=表"}).Command(40082);
-  session.File(session.Path("能")).Command(40054).Dialog(110, {"1039=ソ"}).Command(40082).Command(40119);
+  OpenFilm(session, {"a.cut"}).Dialog(kFilmDialog, {{kFilmTitleEdit, "表"}}).Command(kCommandFilmProperties);
+  session.File(session.Path("能"))
+      .Command(kCommandSaveFilmAs)
+      .Dialog(kFilmDialog, {{kFilmTitleEdit, "ソ"}})
+      .Command(kCommandFilmProperties)
+      .Command(kCommandOverwriteFilm);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + "a.cut\n");
@@ -1267,15 +1332,21 @@ TEST(FilmFile, SaveUnderAnotherNameLeavesTheOldFileAndGoesOnWithTheNew) {
 
 TEST(FilmSettings, OfTheNewFilmComeBackInTheNextRunAndAreOfThatDialogAlone) {
   ScriptSession session;
-  session.Dialog(110, {"1002=64", "1001=48", "1039=表 ソ", "1040=十"}).Command(40051);
-  session.Dialog(110, {"1002=1", "1001=2", "1039=x", "1040=y"}).Command(40082);
+  session
+      .Dialog(kFilmDialog,
+              {{kFilmWidthEdit, "64"}, {kFilmHeightEdit, "48"}, {kFilmTitleEdit, "表 ソ"}, {kFilmAuthorEdit, "十"}})
+      .Command(kCommandNewFilm);
+  session
+      .Dialog(kFilmDialog,
+              {{kFilmWidthEdit, "1"}, {kFilmHeightEdit, "2"}, {kFilmTitleEdit, "x"}, {kFilmAuthorEdit, "y"}})
+      .Command(kCommandFilmProperties);
   session.Answer("no").Exit().Run();
   EXPECT_EQ(session.Setting("OnNewFilm", "title"), Stored("表 ソ"));
   EXPECT_EQ(session.Setting("OnNewFilm", "author"), Stored("十"));
   session.Restart();
-  session.Dialog(110, {}).Command(40051);
+  session.Dialog(kFilmDialog, {}).Command(kCommandNewFilm);
   const int state = session.State();
-  session.Dialog(110, {"1039=能"}).Command(40051).Run();
+  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "能"}}).Command(kCommandNewFilm).Run();
   const json film = Film(session, state);
   EXPECT_EQ(film["title"], "表 ソ");
   EXPECT_EQ(film["author"], "十");

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "resources/ids.h"
 #include "rules/script_session.h"
 #include "rules/session_state.h"
 
@@ -33,8 +34,9 @@ inline CutFile PlainCut() {
 
 // The command for a cut whose name is counted on, 40115 to add it or 40116 to insert it, with its two dialogs; the
 // layer dialog is cancelled.
-inline ScriptSession& NumberedCut(ScriptSession& session, const Names& values = {}, int command = 40115) {
-  return session.Dialog(107, values).Dialog(106, {}, "cancel").Command(command);
+inline ScriptSession& NumberedCut(ScriptSession& session, const DialogValues& values = {},
+                                  int command = kCommandAddNumberedCut) {
+  return session.Dialog(kCutDialog, values).Dialog(kLayerDialog, {}, "cancel").Command(command);
 }
 
 inline nlohmann::json Film(const ScriptSession& session, int state) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
 
@@ -27,7 +28,7 @@ int Step(int start, int position, int delta, int span) {
 struct GradientTool : testing::Test {
   void Click(const PickerPlace& pen, int x, int y) {
     session.Pick(pen.column, pen.row);
-    session.Command(tool::Gradient);
+    session.Command(kToolGradient);
     session.LeftClick(x, y);
   }
   // The ramp over a rectangle of the model.
@@ -106,7 +107,7 @@ TEST_F(GradientTool, ASpanOfZeroKeepsTheFirstLevel) {
 }
 
 TEST_F(GradientTool, TheFirstClickIsTheSeed) {
-  session.Command(tool::Rectangle);
+  session.Command(kToolRectangle);
   session.Press(10, 10);
   session.Release(40, 30);
   Click(black, 20, 20);
@@ -134,7 +135,7 @@ TEST_F(GradientTool, AProtectedSeedIsRefused) {
 }
 
 TEST_F(GradientTool, ASketchSeedFillsTheSketchAlone) {
-  session.Command(tool::FocusLines);
+  session.Command(kToolFocusLines);
   session.LeftClick(30, 0);
   session.LeftClick(30, 47, "ctrl");
   Click(black, 30, 10);
@@ -183,7 +184,7 @@ TEST_F(GradientTool, AGradientIsOneUndoStep) {
   session.DrawInkLine(0, 30, 63, 30);
   Click(black, 10, 10);
   Click(white, 50, 12);
-  session.Command(command::Undo);
+  session.Command(kCommandUndo);
   model.Line(0, 30, 63, 30);
   EXPECT_TRUE(Shows(session.NowView(), model));
 }

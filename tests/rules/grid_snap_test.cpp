@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
 
@@ -23,7 +24,7 @@ TEST(GridSnap, TheDialogSetsIt) {
 
 TEST(GridSnap, ACancelledDialogKeepsIt) {
   DrawingSession session;
-  session.Dialog(108, {"1022=8", "1001=5"}, "cancel").Command(40040);
+  session.Dialog(kGridDialog, {{kGridWidthEdit, "8"}, {kGridHeightEdit, "5"}}, "cancel").Command(kCommandSnapGrid);
   EXPECT_EQ(session.NowState()["pen"]["gridWidth"], 1);
 }
 
@@ -71,18 +72,18 @@ TEST(GridSnap, NegativeCoordinatesRoundTowardsZero) {
 
 TEST(GridSnap, NegativeCoordinatesBeyondAStepRoundTowardsZero) {
   DrawingSession session({.clientWidth = 104, .clientHeight = 88});
-  session.Dialog(123, {"1002=32", "1001=24"}).Command(40112);
+  session.Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "32"}, {kFrameHeightEdit, "24"}}).Command(kCommandFrameSize);
   session.Grid(8, 8);
   // From the picture's corner to 15 left of it.
-  session.Command(tool::FramePosition).LeftDrag(20, 20, 5, 20);
+  session.Command(kToolFramePosition).LeftDrag(20, 20, 5, 20);
   EXPECT_EQ(session.NowFrame()["x"], -8);
 }
 
 TEST(GridSnap, TheGridIsThatOfTheCutAndNotOfTheLayer) {
   DrawingSession session;
-  session.Command(tool::LayerPosition).LeftDrag(10, 10, 13, 15);
+  session.Command(kToolLayerPosition).LeftDrag(10, 10, 13, 15);
   session.Grid(8, 8);
-  session.Command(tool::FreePen);
+  session.Command(kToolFreePen);
   session.Press(18, 22);
   InkModel model;
   model.Set(16, 24, 1);
@@ -98,7 +99,7 @@ TEST_P(SnappedTool, DrawsBetweenSnappedPoints) {
   session.LeftClick(11, 13);
   session.LeftClick(30, 13);
   session.RightClick(40, 40);
-  session.Command(tool::Zoom);
+  session.Command(kToolZoom);
   const PixelMatrix view = session.NowView();
   EXPECT_EQ(view.At(8, 16), 8u);
   EXPECT_EQ(view.At(32, 16), 8u);
@@ -107,13 +108,12 @@ TEST_P(SnappedTool, DrawsBetweenSnappedPoints) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, SnappedTool,
-                         testing::Values(tool::FreePen, tool::Line, tool::Curve, tool::FocusLines,
-                                         tool::ParallelLines));
+                         testing::Values(kToolFreePen, kToolLine, kToolCurve, kToolFocusLines, kToolParallelLines));
 
 TEST(GridSnap, ABoxSnapsBothCorners) {
   DrawingSession session;
   session.Grid(8, 8);
-  session.Command(tool::Rectangle).LeftDrag(11, 13, 30, 34);
+  session.Command(kToolRectangle).LeftDrag(11, 13, 30, 34);
   InkModel model;
   model.Outline(8, 16, 32, 32, 8);
   EXPECT_TRUE(Shows(session.NowView(), model));

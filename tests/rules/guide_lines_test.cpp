@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
 
@@ -18,7 +19,7 @@ struct GuideTool : testing::Test {
 };
 
 struct FocusLines : GuideTool {
-  FocusLines() { session.Command(tool::FocusLines); }
+  FocusLines() { session.Command(kToolFocusLines); }
 };
 
 TEST_F(FocusLines, TheFirstClickIsTheCentreOnly) {
@@ -39,16 +40,16 @@ TEST_F(FocusLines, UndoTakesTheLastLineBackOnly) {
   Click(30, 20);
   Click(50, 40);
   Click(5, 30);
-  session.Command(command::Undo);
+  session.Command(kCommandUndo);
   model.Line(30, 20, 50, 40);
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
 TEST_F(FocusLines, TheFirstClickTakesNoUndoCopy) {
   session.DrawInkLine(1, 1, 10, 1);
-  session.Command(tool::FocusLines);
+  session.Command(kToolFocusLines);
   Click(30, 20);
-  session.Command(command::Undo);
+  session.Command(kCommandUndo);
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
@@ -61,7 +62,7 @@ TEST_F(FocusLines, TheUndoRectIsThatOfTheLastLine) {
 
 TEST_F(FocusLines, CtrlDrawsInUnderdrawingAndSparesInk) {
   session.FillArea(40, 10, 5, 30, 4);
-  session.Command(tool::FocusLines);
+  session.Command(kToolFocusLines);
   Click(30, 20);
   Click(60, 30, "ctrl");
   model.Fill(40, 10, 5, 30, 4);
@@ -90,7 +91,7 @@ TEST_F(FocusLines, ADitheredGuideHasBothUnderdrawingColours) {
 TEST_F(FocusLines, AnInkLineKeepsToTheMask) {
   session.FillArea(40, 10, 5, 30, 4);
   session.Mask({4});
-  session.Command(tool::FocusLines);
+  session.Command(kToolFocusLines);
   Click(30, 20);
   Click(60, 30);
   model.Fill(40, 10, 5, 30, 4);
@@ -142,13 +143,13 @@ TEST_F(FocusLines, TheBandRunsFromTheCentre) {
 }
 
 struct ParallelLines : GuideTool {
-  ParallelLines() { session.Command(tool::ParallelLines); }
+  ParallelLines() { session.Command(kToolParallelLines); }
 };
 
 TEST_F(ParallelLines, TheFirstDragDraws) {
   session.LeftDrag(10, 10, 20, 14);
   session.Move(50, 40);
-  session.Command(tool::Fill);
+  session.Command(kToolFill);
   model.Line(10, 10, 20, 14);
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
@@ -172,7 +173,7 @@ TEST_F(ParallelLines, EveryFurtherClickDrawsACopy) {
   session.LeftDrag(10, 10, 20, 14);
   Click(30, 20);
   Click(5, 40);
-  session.Command(tool::Fill);
+  session.Command(kToolFill);
   model.Line(10, 10, 20, 14);
   model.Line(30, 20, 40, 24);
   model.Line(5, 40, 15, 44);
@@ -183,7 +184,7 @@ TEST_F(ParallelLines, CtrlAndRightClickTurnTheCopyByAQuarter) {
   session.LeftDrag(10, 10, 20, 14);
   session.RightClick(40, 10, "ctrl");
   Click(40, 10);
-  session.Command(tool::Fill);
+  session.Command(kToolFill);
   model.Line(10, 10, 20, 14);
   model.Line(40, 10, 36, 20);
   EXPECT_TRUE(Shows(session.NowView(), model));
@@ -194,7 +195,7 @@ TEST_F(ParallelLines, TwoQuarterTurnsMakeAHalfTurn) {
   session.RightClick(40, 30, "ctrl");
   session.RightClick(40, 30, "ctrl");
   Click(40, 30);
-  session.Command(tool::Fill);
+  session.Command(kToolFill);
   model.Line(10, 10, 20, 14);
   model.Line(40, 30, 30, 26);
   EXPECT_TRUE(Shows(session.NowView(), model));
@@ -204,7 +205,7 @@ TEST_F(ParallelLines, ARightClickWithoutCtrlEndsTheCopies) {
   session.LeftDrag(10, 10, 20, 14);
   session.RightClick(40, 30);
   Click(40, 30);
-  session.Command(tool::Fill);
+  session.Command(kToolFill);
   model.Line(10, 10, 20, 14);
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
@@ -218,7 +219,7 @@ TEST_F(ParallelLines, ARightClickDropsTheFirstLine) {
 
 TEST_F(ParallelLines, CtrlDrawsTheFirstLineInUnderdrawing) {
   session.FillArea(14, 5, 3, 20, 4);
-  session.Command(tool::ParallelLines);
+  session.Command(kToolParallelLines);
   Click(10, 10);
   Click(20, 14, "ctrl");
   model.Fill(14, 5, 3, 20, 4);
@@ -229,7 +230,7 @@ TEST_F(ParallelLines, CtrlDrawsTheFirstLineInUnderdrawing) {
 TEST_F(ParallelLines, CtrlDrawsACopyInUnderdrawing) {
   session.LeftDrag(10, 10, 20, 14);
   Click(30, 20, "ctrl");
-  session.Command(tool::Fill);
+  session.Command(kToolFill);
   model.Line(10, 10, 20, 14);
   SketchLine(30, 20, 40, 24);
   EXPECT_TRUE(Shows(session.NowView(), model));
@@ -239,7 +240,7 @@ TEST_F(ParallelLines, EveryLineIsAnUndoStep) {
   session.LeftDrag(10, 10, 20, 14);
   Click(30, 20);
   EXPECT_EQ(session.NowUndoRect(), (Area{26, 16, 19, 13}));
-  session.Command(command::Undo);
+  session.Command(kCommandUndo);
   model.Line(10, 10, 20, 14);
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
@@ -271,7 +272,7 @@ TEST_F(ParallelLines, TheVectorIsKeptInWindowPixels) {
   session.Move(32, 24);
   session.Char('s').Line("client 128 96");
   Click(60, 60);
-  session.Command(tool::Fill);
+  session.Command(kToolFill);
   model.Line(10, 10, 30, 18);
   model.Line(30, 30, 40, 34);
   EXPECT_TRUE(Shows(session.NowView(), model));

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "resources/ids.h"
 #include "rules/script_session.h"
 
 namespace {
@@ -34,11 +35,14 @@ struct Outcome {
   json commanded;
 };
 
-Outcome Compare(char character, int command, int dialogId, const std::vector<std::string>& values) {
+Outcome Compare(char character, int command, int dialogId, const rules::DialogValues& values) {
   json results[2];
   for (int i = 0; i < 2; ++i) {
     ScriptSession session;
-    session.OpenCut("a.cut", Drawing()).Command(40007).Command(40007).Command(40026);
+    session.OpenCut("a.cut", Drawing())
+        .Command(kCommandPreviousFrame)
+        .Command(kCommandPreviousFrame)
+        .Command(kCommandPlay);
     if (dialogId != 0) session.Dialog(dialogId, values);
     if (i == 0) session.Char(character);
     if (i == 1) session.Command(command);
@@ -54,14 +58,14 @@ struct Action {
   KeyPair keys;
   int command;
   int dialogId = 0;
-  const char* value = "";
+  rules::DialogValue value = {};
 };
 
 class CharacterCommand : public testing::TestWithParam<Action> {};
 
 TEST_P(CharacterCommand, BothCharactersDoWhatTheCommandDoes) {
   const Action& action = GetParam();
-  std::vector<std::string> values;
+  rules::DialogValues values;
   if (action.dialogId != 0) values.push_back(action.value);
   for (const char character : BothOf(action.keys)) {
     const Outcome outcome = Compare(character, action.command, action.dialogId, values);
@@ -70,18 +74,24 @@ TEST_P(CharacterCommand, BothCharactersDoWhatTheCommandDoes) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Keyboard, CharacterCommand,
-    testing::Values(Action{{'1', '0'}, 40029}, Action{{'2', '9'}, 40065}, Action{{'3', '8'}, 40037},
-                    Action{{'4', '7'}, 40038}, Action{{'q', 'o'}, 40007}, Action{{'w', 'p'}, 40008},
-                    Action{{'e', 'u'}, 40105}, Action{{'r', 'i'}, 40104}, Action{{'t', 'y'}, 40004},
-                    Action{{'g', 'h'}, 40046, 109, "1009=on"}, Action{{'x', '.'}, 40024}, Action{{'c', 'm'}, 40012},
-                    Action{{'v', ','}, 40013}, Action{{'b', 'n'}, 40011}, Action{{'Q', '`'}, 40059},
-                    Action{{'W', '{'}, 40031}, Action{{'E', 'O'}, 40041}, Action{{'R', 'P'}, 40042},
-                    Action{{'T', 'I'}, 40005}, Action{{'A', '}'}, 40019}, Action{{'S', '*'}, 40023},
-                    Action{{'D', 'J'}, 40032}, Action{{'F', 'K'}, 40033}, Action{{'G', 'H'}, 40040, 108, "1022=7"},
-                    Action{{'X', '?'}, 40025}, Action{{'C', '<'}, 40043}, Action{{'V', '>'}, 40044},
-                    Action{{'B', 'M'}, 40010}));
+INSTANTIATE_TEST_SUITE_P(Keyboard, CharacterCommand,
+                         testing::Values(Action{{'1', '0'}, kToolFreePen}, Action{{'2', '9'}, kToolEraser},
+                                         Action{{'3', '8'}, kToolLine}, Action{{'4', '7'}, kToolCurve},
+                                         Action{{'q', 'o'}, kCommandPreviousFrame},
+                                         Action{{'w', 'p'}, kCommandNextFrame},
+                                         Action{{'e', 'u'}, kCommandPreviousKeyFrame},
+                                         Action{{'r', 'i'}, kCommandNextKeyFrame}, Action{{'t', 'y'}, kCommandAddFrame},
+                                         Action{{'g', 'h'}, kCommandMask, kMaskDialog, {kMaskBlackCheck, "on"}},
+                                         Action{{'x', '.'}, kCommandToSketch}, Action{{'c', 'm'}, kCommandPreviousCell},
+                                         Action{{'v', ','}, kCommandNextCell}, Action{{'b', 'n'}, kCommandAddCell},
+                                         Action{{'Q', '`'}, kToolAreaSelect}, Action{{'W', '{'}, kToolFill},
+                                         Action{{'E', 'O'}, kCommandFirstFrame}, Action{{'R', 'P'}, kCommandLastFrame},
+                                         Action{{'T', 'I'}, kCommandInsertFrame},
+                                         Action{{'A', '}'}, kToolFramePosition}, Action{{'S', '*'}, kToolLayerPosition},
+                                         Action{{'D', 'J'}, kCommandShowPrevious}, Action{{'F', 'K'}, kCommandShowNext},
+                                         Action{{'G', 'H'}, kCommandSnapGrid, kGridDialog, {kGridWidthEdit, "7"}},
+                                         Action{{'X', '?'}, kCommandEraseSketch}, Action{{'C', '<'}, kCommandFirstCell},
+                                         Action{{'V', '>'}, kCommandLastCell}, Action{{'B', 'M'}, kCommandInsertCell}));
 
 struct Effect {
   KeyPair keys;
@@ -105,7 +115,11 @@ class CharacterEffect : public testing::TestWithParam<Effect> {};
 TEST_P(CharacterEffect, OfBothCharacters) {
   for (const char character : BothOf(GetParam().keys)) {
     ScriptSession session;
-    session.Command(40090).OpenCut("a.cut", Drawing()).Command(40007).Command(40007).Char(character);
+    session.Command(kToolFocusLines)
+        .OpenCut("a.cut", Drawing())
+        .Command(kCommandPreviousFrame)
+        .Command(kCommandPreviousFrame)
+        .Char(character);
     const int state = session.State();
     session.Run();
     EXPECT_EQ(Place(session, state, GetParam().place), GetParam().value) << character;
@@ -114,21 +128,22 @@ TEST_P(CharacterEffect, OfBothCharacters) {
 
 INSTANTIATE_TEST_SUITE_P(
     Keyboard, CharacterEffect,
-    testing::Values(Effect{{'1', '0'}, "tool", 40029}, Effect{{'2', '9'}, "tool", 40065},
-                    Effect{{'3', '8'}, "tool", 40037}, Effect{{'4', '7'}, "tool", 40038},
-                    Effect{{'5', '6'}, "tool", 40029}, Effect{{'Q', '`'}, "tool", 40059},
-                    Effect{{'W', '{'}, "tool", 40031}, Effect{{'A', '}'}, "tool", 40019},
-                    Effect{{'S', '*'}, "tool", 40023}, Effect{{'q', 'o'}, "frame", 1}, Effect{{'w', 'p'}, "frame", 3},
-                    Effect{{'e', 'u'}, "frame", 0}, Effect{{'r', 'i'}, "frame", 4}, Effect{{'E', 'O'}, "frame", 0},
-                    Effect{{'R', 'P'}, "frame", 4}, Effect{{'t', 'y'}, "frame", 3}, Effect{{'T', 'I'}, "frame", 2},
-                    Effect{{'T', 'I'}, "frames", 6}, Effect{{'c', 'm'}, "cell", 1}, Effect{{'v', ','}, "cell", 3},
-                    Effect{{'b', 'n'}, "cell", 3}, Effect{{'B', 'M'}, "cell", 2}, Effect{{'C', '<'}, "cell", 0},
-                    Effect{{'V', '>'}, "cell", 3}, Effect{{'D', 'J'}, "flags", 1}, Effect{{'F', 'K'}, "flags", 2}));
+    testing::Values(Effect{{'1', '0'}, "tool", kToolFreePen}, Effect{{'2', '9'}, "tool", kToolEraser},
+                    Effect{{'3', '8'}, "tool", kToolLine}, Effect{{'4', '7'}, "tool", kToolCurve},
+                    Effect{{'5', '6'}, "tool", kToolFreePen}, Effect{{'Q', '`'}, "tool", kToolAreaSelect},
+                    Effect{{'W', '{'}, "tool", kToolFill}, Effect{{'A', '}'}, "tool", kToolFramePosition},
+                    Effect{{'S', '*'}, "tool", kToolLayerPosition}, Effect{{'q', 'o'}, "frame", 1},
+                    Effect{{'w', 'p'}, "frame", 3}, Effect{{'e', 'u'}, "frame", 0}, Effect{{'r', 'i'}, "frame", 4},
+                    Effect{{'E', 'O'}, "frame", 0}, Effect{{'R', 'P'}, "frame", 4}, Effect{{'t', 'y'}, "frame", 3},
+                    Effect{{'T', 'I'}, "frame", 2}, Effect{{'T', 'I'}, "frames", 6}, Effect{{'c', 'm'}, "cell", 1},
+                    Effect{{'v', ','}, "cell", 3}, Effect{{'b', 'n'}, "cell", 3}, Effect{{'B', 'M'}, "cell", 2},
+                    Effect{{'C', '<'}, "cell", 0}, Effect{{'V', '>'}, "cell", 3}, Effect{{'D', 'J'}, "flags", 1},
+                    Effect{{'F', 'K'}, "flags", 2}));
 
 TEST(CharacterMap, UndoIsOnZAndSlash) {
   for (const char character : {'z', '/'}) {
     ScriptSession session;
-    session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(40092).Char(character);
+    session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(kCommandEraseCell).Char(character);
     const int state = session.State();
     session.Run();
     EXPECT_EQ(session.Cut(state)["layers"][0]["cells"], json::array({rules::PlainCell(1)}));
@@ -139,7 +154,7 @@ class CharacterWithoutAction : public testing::TestWithParam<char> {};
 
 TEST_P(CharacterWithoutAction, ChangesNothing) {
   ScriptSession session;
-  session.OpenCut("a.cut", Drawing()).Command(40007).Command(40065);
+  session.OpenCut("a.cut", Drawing()).Command(kCommandPreviousFrame).Command(kToolEraser);
   const int before = session.State();
   session.Char(GetParam());
   const int after = session.State();
@@ -154,15 +169,15 @@ INSTANTIATE_TEST_SUITE_P(Keyboard, CharacterWithoutAction,
 
 TEST(PreviousTool, TwiceReturnsToTheToolOfTheStart) {
   ScriptSession session;
-  session.Command(40037).Command(40065).OpenCut("a.cut", Drawing()).Char('5');
+  session.Command(kToolLine).Command(kToolEraser).OpenCut("a.cut", Drawing()).Char('5');
   const int once = session.State();
   session.Char('6');
   const int twice = session.State();
   session.Run();
-  EXPECT_EQ(session.StateAt(once)["frame"]["currentTool"], 40037);
-  EXPECT_EQ(session.StateAt(once)["frame"]["previousTool"], 40065);
-  EXPECT_EQ(session.StateAt(twice)["frame"]["currentTool"], 40065);
-  EXPECT_EQ(session.StateAt(twice)["frame"]["previousTool"], 40037);
+  EXPECT_EQ(session.StateAt(once)["frame"]["currentTool"], kToolLine);
+  EXPECT_EQ(session.StateAt(once)["frame"]["previousTool"], kToolEraser);
+  EXPECT_EQ(session.StateAt(twice)["frame"]["currentTool"], kToolEraser);
+  EXPECT_EQ(session.StateAt(twice)["frame"]["previousTool"], kToolLine);
 }
 
 TEST(PreviousTool, OfAFreshStartIsTheFreePenItself) {
@@ -170,7 +185,7 @@ TEST(PreviousTool, OfAFreshStartIsTheFreePenItself) {
   session.OpenCut("a.cut", Drawing()).Char('5');
   const int state = session.State();
   session.Run();
-  EXPECT_EQ(session.StateAt(state)["frame"]["currentTool"], 40029);
+  EXPECT_EQ(session.StateAt(state)["frame"]["currentTool"], kToolFreePen);
 }
 
 struct PenStep {
@@ -270,7 +285,7 @@ TEST(ZoomKeys, LeaveTheCurrentTool) {
   session.OpenCut("a.cut", Drawing()).Char('s').Char('a');
   const int state = session.State();
   session.Run();
-  EXPECT_EQ(session.StateAt(state)["frame"]["currentTool"], 40029);
+  EXPECT_EQ(session.StateAt(state)["frame"]["currentTool"], kToolFreePen);
   EXPECT_EQ(session.Cut(state)["zoomNumerator"], 1);
   EXPECT_EQ(session.Cut(state)["zoomDenominator"], 1);
 }
@@ -329,7 +344,7 @@ INSTANTIATE_TEST_SUITE_P(Keyboard, FocusRing, testing::Values("Tab", "Enter"));
 
 TEST(FocusRing, WithoutACutGoesFromTheCommentToTheFrameTime) {
   ScriptSession session;
-  session.Focus("10006").Command(40095);
+  session.Focus("10006").Command(kCommandFocusForward);
   const int state = session.State();
   session.Run();
   ExpectPlace(Status(session, state), 1);
@@ -337,7 +352,7 @@ TEST(FocusRing, WithoutACutGoesFromTheCommentToTheFrameTime) {
 
 TEST(FocusRing, WithoutACutGoesBackFromTheFrameTimeToTheComment) {
   ScriptSession session;
-  session.Focus("10002").Command(40096);
+  session.Focus("10002").Command(kCommandFocusBackward);
   const int state = session.State();
   session.Run();
   ExpectPlace(Status(session, state), 7);
@@ -345,7 +360,7 @@ TEST(FocusRing, WithoutACutGoesBackFromTheFrameTimeToTheComment) {
 
 TEST(FocusRing, LeavingTheFrameTimeByTabCommitsIt) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Panel(10002, "7").Key("Tab");
+  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Panel(kFrameTimeEdit, "7").Key("Tab");
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(state)["time"], 7);
@@ -354,7 +369,7 @@ TEST(FocusRing, LeavingTheFrameTimeByTabCommitsIt) {
 
 TEST(FocusRing, PanelTypedInIsThePlaceToGoOnFrom) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Panel(10005, "7").Key("Enter");
+  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Panel(kLoopEdit, "7").Key("Enter");
   const int state = session.State();
   session.Run();
   ExpectPlace(Status(session, state), 4);
@@ -370,7 +385,7 @@ TEST(FocusRing, CheckBoxClickedIsThePlaceToGoOnFrom) {
 
 TEST(FocusRing, MousePressInTheCutTakesTheFocus) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Panel(10005, "7").Mouse("ldown", 10, 10).Mouse("lup", 10, 10);
+  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Panel(kLoopEdit, "7").Mouse("ldown", 10, 10).Mouse("lup", 10, 10);
   const int pressed = session.State();
   session.Key("Tab");
   const int next = session.State();

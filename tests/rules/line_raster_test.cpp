@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
 
@@ -61,7 +62,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(LineRaster, ADitheredBlackIsNotTurnedIntoLineBlack) {
   DrawingSession session;
   session.StartWith("[setup]\r\nbrush=11, 2, 1, 4, 1, 0\r\n");
-  session.Command(tool::Line);
+  session.Command(kToolLine);
   session.Press(10, 10);
   session.Release(40, 20);
   InkModel model;
@@ -71,7 +72,7 @@ TEST(LineRaster, ADitheredBlackIsNotTurnedIntoLineBlack) {
 
 TEST(LineRaster, APlainGreyStaysAsItIs) {
   DrawingSession session;
-  session.Command(tool::Line);
+  session.Command(kToolLine);
   session.PickPlain(3);
   session.Press(10, 10);
   session.Release(40, 20);
@@ -83,7 +84,7 @@ TEST(LineRaster, APlainGreyStaysAsItIs) {
 TEST(LineRaster, ALineTurnsALineBlackPenIntoPlainBlack) {
   DrawingSession session;
   session.StartWith("[setup]\r\nbrush=7, 0, 8, 0, 1, 0\r\n");
-  session.Command(tool::Line);
+  session.Command(kToolLine);
   session.Press(10, 10);
   session.Release(40, 20);
   InkModel model;
@@ -104,7 +105,7 @@ TEST(LineRaster, AMaskHoldsAtEveryStamp) {
   session.FillArea(30, 0, 6, 48, 3);
   session.Mask({4});
   session.PickSize(6);
-  session.Command(tool::Line);
+  session.Command(kToolLine);
   session.Press(10, 10);
   session.Release(50, 20);
   InkModel model;

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
 
@@ -10,7 +11,7 @@ constexpr unsigned paper = 0xE1FFFF;
 constexpr unsigned invertedPaper = 0x1E0000;
 
 struct LineTool : testing::Test {
-  LineTool() { session.Command(tool::Line); }
+  LineTool() { session.Command(kToolLine); }
   DrawingSession session;
   InkModel model;
 };
@@ -69,7 +70,7 @@ TEST_F(LineTool, ACancelledDragLeavesTheUndoCopyOfItsPress) {
   session.LeftDrag(40, 5, 50, 5);
   session.Press(10, 10);
   session.RightRelease(30, 20);
-  session.Command(command::Undo);
+  session.Command(kCommandUndo);
   model.Line(40, 5, 50, 5);
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
@@ -127,7 +128,7 @@ TEST_F(LineTool, AChainIsOneUndoStep) {
   session.LeftClick(10, 10, "ctrl");
   session.LeftClick(30, 20);
   session.LeftClick(20, 40);
-  session.Command(command::Undo);
+  session.Command(kCommandUndo);
   model.Line(40, 5, 50, 5);
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
@@ -195,14 +196,14 @@ TEST_F(LineTool, ACancelledDragTakesTheBandAway) {
 TEST_F(LineTool, APulseTakesTheBandAway) {
   session.Press(10, 10);
   session.Move(30, 10);
-  session.Command(tool::Fill);
+  session.Command(kToolFill);
   EXPECT_EQ(session.NowScreen().At(20, 10), paper);
 }
 
 TEST_F(LineTool, ALayerElsewhereGetsTheLineUnderTheMouse) {
-  session.Command(tool::LayerPosition);
+  session.Command(kToolLayerPosition);
   session.LeftDrag(10, 10, 15, 13);
-  session.Command(tool::Line);
+  session.Command(kToolLine);
   session.Press(20, 20);
   session.Release(40, 25);
   model.Line(20, 20, 40, 25);
@@ -211,10 +212,10 @@ TEST_F(LineTool, ALayerElsewhereGetsTheLineUnderTheMouse) {
 }
 
 TEST_F(LineTool, AtDoubleSizeTheEndsAreTakenBackToTheCell) {
-  session.Command(tool::Zoom);
+  session.Command(kToolZoom);
   session.Press(32, 24);
   session.Release(32, 24);
-  session.Line("client 128 96").Command(tool::Line);
+  session.Line("client 128 96").Command(kToolLine);
   session.Press(21, 20);
   session.Release(81, 41);
   model.Line(10, 10, 40, 20);

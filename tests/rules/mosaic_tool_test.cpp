@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
 
@@ -11,7 +12,7 @@ struct MosaicTool : testing::Test {
     session.FillArea(x, y, width, height, index);
     model.Fill(x, y, width, height, index);
   }
-  void Click(int x, int y) { session.Command(tool::Mosaic).LeftClick(x, y); }
+  void Click(int x, int y) { session.Command(kToolMosaic).LeftClick(x, y); }
   void Tile(int level, int x, int y, int size = 4) { model.FillWith(ModelPenOfLevel(level), x, y, size, size); }
   DrawingSession session;
   InkModel model;
@@ -51,7 +52,7 @@ TEST_F(MosaicTool, LineBlackCountsAsBlack) {
 TEST_F(MosaicTool, ADragTreatsEveryTileOnItsOwn) {
   Area(8, 8, 4, 4, 1);
   Area(12, 8, 2, 4, 1);
-  session.Command(tool::Mosaic);
+  session.Command(kToolMosaic);
   session.Press(9, 10);
   session.Release(17, 13);
   Tile(0, 8, 8);
@@ -64,7 +65,7 @@ TEST_F(MosaicTool, ADragTreatsEveryTileOnItsOwn) {
 
 TEST_F(MosaicTool, RightClicksAddFourAndWrap) {
   for (const int size : {8, 12, 16, 4}) {
-    session.Command(tool::Mosaic).RightClick(20, 20);
+    session.Command(kToolMosaic).RightClick(20, 20);
     session.LeftClick(20, 20);
     const int corner = 20 - 20 % size;
     EXPECT_EQ(session.NowUndoRect(), (rules::Area{corner, corner, size, size}));
@@ -73,14 +74,14 @@ TEST_F(MosaicTool, RightClicksAddFourAndWrap) {
 
 TEST_F(MosaicTool, ALargerTileIsOneAverage) {
   Area(8, 8, 4, 8, 1);
-  session.Command(tool::Mosaic).RightClick(20, 20);
+  session.Command(kToolMosaic).RightClick(20, 20);
   session.LeftClick(10, 10);
   Tile(24, 8, 8, 8);
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
 TEST_F(MosaicTool, ARightClickDuringADragKeepsTheSize) {
-  session.Command(tool::Mosaic);
+  session.Command(kToolMosaic);
   session.Press(8, 8);
   session.RightRelease(8, 8);
   session.Release(8, 8);
@@ -88,7 +89,7 @@ TEST_F(MosaicTool, ARightClickDuringADragKeepsTheSize) {
 }
 
 TEST_F(MosaicTool, AReleaseAboveOrLeftOfTheStartKeepsTheDrag) {
-  session.Command(tool::Mosaic);
+  session.Command(kToolMosaic);
   session.Press(20, 20);
   session.Release(8, 24);
   session.Release(24, 8);
@@ -99,7 +100,7 @@ TEST_F(MosaicTool, AReleaseAboveOrLeftOfTheStartKeepsTheDrag) {
 }
 
 TEST_F(MosaicTool, AReleaseWithoutAPressDoesNothing) {
-  session.Command(tool::Mosaic);
+  session.Command(kToolMosaic);
   session.Release(20, 20);
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
@@ -107,7 +108,7 @@ TEST_F(MosaicTool, AReleaseWithoutAPressDoesNothing) {
 TEST_F(MosaicTool, UndoTakesTheMosaicBack) {
   Area(8, 8, 3, 3, 1);
   Click(10, 10);
-  session.Command(command::Undo);
+  session.Command(kCommandUndo);
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
@@ -115,7 +116,7 @@ TEST_F(MosaicTool, TheLayersBelowComeIntoTheTile) {
   Area(8, 8, 2, 4, 1);
   session.AddLayer("B", 64, 48);
   Click(10, 10);
-  session.Command(command::CurrentCellOnly);
+  session.Command(kCommandCurrentCellOnly);
   InkModel upper;
   upper.FillWith(ModelPenOfLevel(24), 8, 8, 4, 4);
   EXPECT_TRUE(Shows(session.NowView(), upper));
@@ -124,9 +125,9 @@ TEST_F(MosaicTool, TheLayersBelowComeIntoTheTile) {
 TEST_F(MosaicTool, TheLayersAboveStayOut) {
   session.AddLayer("B", 64, 48);
   session.FillArea(8, 8, 4, 4, 1);
-  session.Select(10004, {0});
+  session.Select(kLayerList, {0});
   Click(10, 10);
-  session.Command(command::CurrentCellOnly);
+  session.Command(kCommandCurrentCellOnly);
   InkModel lower;
   lower.Fill(8, 8, 4, 4, 4);
   EXPECT_TRUE(Shows(session.NowView(), lower));
@@ -135,9 +136,9 @@ TEST_F(MosaicTool, TheLayersAboveStayOut) {
 TEST_F(MosaicTool, DisplaySwitchesDoNotComeIntoTheTile) {
   Area(8, 8, 2, 4, 1);
   session.AddLayer("B", 64, 48);
-  session.Command(40097);
+  session.Command(kCommandDimOthers);
   Click(10, 10);
-  session.Command(40097).Command(command::CurrentCellOnly);
+  session.Command(kCommandDimOthers).Command(kCommandCurrentCellOnly);
   InkModel upper;
   upper.FillWith(ModelPenOfLevel(24), 8, 8, 4, 4);
   EXPECT_TRUE(Shows(session.NowView(), upper));
@@ -145,7 +146,7 @@ TEST_F(MosaicTool, DisplaySwitchesDoNotComeIntoTheTile) {
 
 TEST_F(MosaicTool, ALayerElsewhereGetsTheTileUnderTheMouse) {
   Area(20, 20, 8, 8, 1);
-  session.Command(tool::LayerPosition);
+  session.Command(kToolLayerPosition);
   session.LeftDrag(10, 10, 11, 12);
   Click(21, 22);
   InkModel moved;
@@ -157,7 +158,7 @@ TEST_F(MosaicTool, ALayerElsewhereGetsTheTileUnderTheMouse) {
 TEST(MosaicAtTheEdge, ATileOfLessThanSixteenPixelsStaysAsItIsComposed) {
   DrawingSession session({.width = 62, .height = 48});
   session.FillArea(60, 8, 1, 4, 1);
-  session.Command(tool::Mosaic).LeftClick(61, 10);
+  session.Command(kToolMosaic).LeftClick(61, 10);
   InkModel model(62, 48);
   model.Fill(60, 8, 1, 4, 1);
   EXPECT_TRUE(Shows(session.NowView(), model));
@@ -167,8 +168,8 @@ TEST(MosaicAtTheEdge, TheComposedPixelsOfSuchATileAreCopiedIntoTheCell) {
   DrawingSession session({.width = 62, .height = 48});
   session.FillArea(60, 8, 1, 4, 1);
   session.AddLayer("B", 62, 48);
-  session.Command(tool::Mosaic).LeftClick(61, 10);
-  session.Command(command::CurrentCellOnly);
+  session.Command(kToolMosaic).LeftClick(61, 10);
+  session.Command(kCommandCurrentCellOnly);
   InkModel model(62, 48);
   model.Fill(60, 8, 1, 4, 1);
   EXPECT_TRUE(Shows(session.NowView(), model));
@@ -177,7 +178,7 @@ TEST(MosaicAtTheEdge, TheComposedPixelsOfSuchATileAreCopiedIntoTheCell) {
 TEST(MosaicAtTheEdge, AnOddAreaDividesByItsSixteenthsTruncated) {
   DrawingSession session({.width = 63, .height = 48});
   session.FillArea(56, 8, 3, 8, 1);
-  session.Command(tool::Mosaic).RightClick(20, 20);
+  session.Command(kToolMosaic).RightClick(20, 20);
   session.LeftClick(60, 10);
   // 7 by 8 pixels, 4 columns of them white: 96 over 56 / 16.
   InkModel model(63, 48);

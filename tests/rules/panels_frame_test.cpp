@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "resources/ids.h"
 #include "rules/script_session.h"
 
 namespace {
@@ -32,7 +33,7 @@ CutFile OneFrame() {
 // A cut of one frame is opened, one edit typed into, and "previous frame" run, which commits and refreshes.
 json CommittedFrame(int id, const char* typed) {
   ScriptSession session;
-  session.OpenCut("a.cut", OneFrame()).Panel(id, typed).Command(40007);
+  session.OpenCut("a.cut", OneFrame()).Panel(id, typed).Command(kCommandPreviousFrame);
   const int state = session.State();
   session.Run();
   return session.Frame(state);
@@ -46,7 +47,7 @@ struct Typed {
 class FrameTimeTyped : public testing::TestWithParam<Typed> {};
 
 TEST_P(FrameTimeTyped, IsStoredFromFourCharacters) {
-  EXPECT_EQ(CommittedFrame(10002, GetParam().text)["time"], GetParam().stored);
+  EXPECT_EQ(CommittedFrame(kFrameTimeEdit, GetParam().text)["time"], GetParam().stored);
 }
 
 INSTANTIATE_TEST_SUITE_P(Panels, FrameTimeTyped,
@@ -56,7 +57,7 @@ INSTANTIATE_TEST_SUITE_P(Panels, FrameTimeTyped,
 class LoopTyped : public testing::TestWithParam<Typed> {};
 
 TEST_P(LoopTyped, IsStoredFromFourCharacters) {
-  EXPECT_EQ(CommittedFrame(10005, GetParam().text)["loop"], GetParam().stored);
+  EXPECT_EQ(CommittedFrame(kLoopEdit, GetParam().text)["loop"], GetParam().stored);
 }
 
 INSTANTIATE_TEST_SUITE_P(Panels, LoopTyped,
@@ -65,7 +66,7 @@ INSTANTIATE_TEST_SUITE_P(Panels, LoopTyped,
 class BrightnessTyped : public testing::TestWithParam<Typed> {};
 
 TEST_P(BrightnessTyped, IsStoredFromThreeCharactersWithinZeroToHundred) {
-  EXPECT_EQ(CommittedFrame(10007, GetParam().text)["brightness"], GetParam().stored);
+  EXPECT_EQ(CommittedFrame(kBrightnessEdit, GetParam().text)["brightness"], GetParam().stored);
 }
 
 INSTANTIATE_TEST_SUITE_P(Panels, BrightnessTyped,
@@ -74,7 +75,11 @@ INSTANTIATE_TEST_SUITE_P(Panels, BrightnessTyped,
 
 TEST(CommitPanels, RefreshShowsWhatWasStoredAndNotWhatWasTyped) {
   ScriptSession session;
-  session.OpenCut("a.cut", OneFrame()).Panel(10002, "12345").Panel(10005, "67890").Panel(10007, "250").Command(40007);
+  session.OpenCut("a.cut", OneFrame())
+      .Panel(kFrameTimeEdit, "12345")
+      .Panel(kLoopEdit, "67890")
+      .Panel(kBrightnessEdit, "250")
+      .Command(kCommandPreviousFrame);
   const int state = session.State();
   session.Run();
   json panels = Panels(session, state);
@@ -84,16 +89,16 @@ TEST(CommitPanels, RefreshShowsWhatWasStoredAndNotWhatWasTyped) {
 }
 
 TEST(CommitPanels, CommentIsStoredAsTyped) {
-  EXPECT_EQ(CommittedFrame(10006, "two words, \"quoted\"")["comment"], "two words, \"quoted\"");
+  EXPECT_EQ(CommittedFrame(kCommentEdit, "two words, \"quoted\"")["comment"], "two words, \"quoted\"");
 }
 
 TEST(CommitPanels, JapaneseCommentComesThroughShiftJis) {
-  EXPECT_EQ(CommittedFrame(10006, "表示ソ")["comment"], "表示ソ");
+  EXPECT_EQ(CommittedFrame(kCommentEdit, "表示ソ")["comment"], "表示ソ");
 }
 
 TEST(CommitPanels, UnchangedValuesMarkNothing) {
   ScriptSession session;
-  session.OpenCut("a.cut", OneFrame()).Command(40026).Command(40007);
+  session.OpenCut("a.cut", OneFrame()).Command(kCommandPlay).Command(kCommandPreviousFrame);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["modified"], false);
@@ -102,7 +107,7 @@ TEST(CommitPanels, UnchangedValuesMarkNothing) {
 
 TEST(CommitPanels, ChangeMarksTimingAndNotImages) {
   ScriptSession session;
-  session.OpenCut("a.cut", OneFrame()).Command(40026).Panel(10006, "x").Command(40007);
+  session.OpenCut("a.cut", OneFrame()).Command(kCommandPlay).Panel(kCommentEdit, "x").Command(kCommandPreviousFrame);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["modified"], true);
@@ -112,7 +117,7 @@ TEST(CommitPanels, ChangeMarksTimingAndNotImages) {
 
 TEST(CommitPanels, TypedTextReachesTheFrameThatIsLeft) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::WithoutLayers(2)).Panel(10006, "last").Command(40007);
+  session.OpenCut("a.cut", CutFile::WithoutLayers(2)).Panel(kCommentEdit, "last").Command(kCommandPreviousFrame);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(state, 1)["comment"], "last");
@@ -125,7 +130,7 @@ TEST(CommitPanels, KeyFrameKeepsItsOwnTime) {
   file.frames[0].time = 5;
   file.frames[0].brightness = -51;
   file.frames[1].time = 2;
-  session.OpenCut("a.cut", file).Command(40007).Panel(10006, "x").Command(40008);
+  session.OpenCut("a.cut", file).Command(kCommandPreviousFrame).Panel(kCommentEdit, "x").Command(kCommandNextFrame);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(state, 0)["time"], 5);
@@ -136,7 +141,7 @@ TEST(CommitPanels, BrightnessOfAKeyFrameKeepsItsMark) {
   ScriptSession session;
   CutFile file = OneFrame();
   file.frames[0].brightness = -51;
-  session.OpenCut("a.cut", file).Panel(10007, "30").Command(40007);
+  session.OpenCut("a.cut", file).Panel(kBrightnessEdit, "30").Command(kCommandPreviousFrame);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(state)["brightness"], -31);
@@ -144,7 +149,7 @@ TEST(CommitPanels, BrightnessOfAKeyFrameKeepsItsMark) {
 
 TEST(CommitPanels, LosingWindowIsCommittedAndGainingWindowShown) {
   ScriptSession session;
-  session.OpenCut("a.cut", OneFrame()).OpenCut("b.cut", OneFrame()).Panel(10006, "of b").Activate(0);
+  session.OpenCut("a.cut", OneFrame()).OpenCut("b.cut", OneFrame()).Panel(kCommentEdit, "of b").Activate(0);
   const int state = session.State();
   session.Run();
   json cuts = session.StateAt(state)["cuts"];
@@ -156,7 +161,7 @@ TEST(CommitPanels, LosingWindowIsCommittedAndGainingWindowShown) {
 
 TEST(CommitPanels, OpeningASecondCutCommitsTheFirst) {
   ScriptSession session;
-  session.OpenCut("a.cut", OneFrame()).Panel(10006, "of a").OpenCut("b.cut", OneFrame());
+  session.OpenCut("a.cut", OneFrame()).Panel(kCommentEdit, "of a").OpenCut("b.cut", OneFrame());
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(state)["cuts"][0]["frames"][0]["comment"], "of a");
@@ -196,7 +201,7 @@ TEST(RefreshPanels, FrameTimeShowsTheEffectiveTimeOfAKeyFrame) {
   file.frames[1].time = 2;
   file.frames[2].time = 3;
   file.frames[3].brightness = -51;
-  session.OpenCut("a.cut", file).Command(40041);
+  session.OpenCut("a.cut", file).Command(kCommandFirstFrame);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Panels(session, state)["10002"], "5");
@@ -207,7 +212,7 @@ TEST(RefreshPanels, NegativeKeyFrameTimeKeepsItsSign) {
   CutFile file = CutFile::WithoutLayers(2);
   file.frames[0] = {.time = -10, .brightness = -51};
   file.frames[1].time = -2;
-  session.OpenCut("a.cut", file).Command(40041);
+  session.OpenCut("a.cut", file).Command(kCommandFirstFrame);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Panels(session, state)["10002"], "-8");
@@ -219,7 +224,7 @@ TEST(RefreshPanels, KeyFrameTimeIsAtLeastOne) {
   file.frames[0] = {.time = 4, .brightness = -51};
   file.frames[1].time = 3;
   file.frames[2].time = 3;
-  session.OpenCut("a.cut", file).Command(40041);
+  session.OpenCut("a.cut", file).Command(kCommandFirstFrame);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Panels(session, state)["10002"], "1");
@@ -233,7 +238,7 @@ TEST(RefreshPanels, CheckBoxTextCountsFrameAndTiming) {
   file.frames[2].time = 9;
   session.OpenCut("a.cut", file);
   const int last = session.State();
-  session.Command(40041);
+  session.Command(kCommandFirstFrame);
   const int first = session.State();
   session.Run();
   EXPECT_EQ(Panels(session, last)["10009"]["text"], "3(8f)");
@@ -285,7 +290,7 @@ TEST(RefreshPanels, CurrentRecordIsTheSelectedLine) {
   CutFile file;
   file.layers = {{.name = "A", .cells = {1}}, {.name = "B", .cells = {1}}};
   file.frames.push_back({.records = {{.layer = 0}, {.layer = 1}}});
-  session.OpenCut("a.cut", file).Select(10004, {0}).Command(40007);
+  session.OpenCut("a.cut", file).Select(kLayerList, {0}).Command(kCommandPreviousFrame);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(List(session, state, "10004")["selected"], json::array({0}));
@@ -295,7 +300,7 @@ TEST(FrameTimeEdit, OfAKeyFrameCanNotBeTypedIn) {
   ScriptSession session;
   CutFile file = OneFrame();
   file.frames[0] = {.time = 6, .brightness = -51};
-  session.OpenCut("a.cut", file).Panel(10002, "9");
+  session.OpenCut("a.cut", file).Panel(kFrameTimeEdit, "9");
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Panels(session, state)["10002"], "6");
@@ -305,7 +310,7 @@ TEST(FrameTimeEdit, CanBeTypedInAgainOnAPlainFrame) {
   ScriptSession session;
   CutFile file = CutFile::WithoutLayers(2);
   file.frames[1].brightness = -51;
-  session.OpenCut("a.cut", file).Command(40007).Panel(10002, "9").Command(40008);
+  session.OpenCut("a.cut", file).Command(kCommandPreviousFrame).Panel(kFrameTimeEdit, "9").Command(kCommandNextFrame);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(state, 0)["time"], 9);
@@ -316,7 +321,7 @@ TEST(RefreshLayerLine, FollowsACellCommand) {
   CutFile file;
   file.layers = {{.name = "A", .cells = {1, 2}}, {.name = "B", .cells = {1, 2}}};
   file.frames.push_back({.records = {{.layer = 0}, {.layer = 1}}});
-  session.OpenCut("a.cut", file).Select(10004, {0}).Command(40011);
+  session.OpenCut("a.cut", file).Select(kLayerList, {0}).Command(kCommandAddCell);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Lines(session, state), json::array({"A (2/3)", "B (1/2)"}));
@@ -328,7 +333,7 @@ TEST(RefreshLayerLine, RewritesOneLineAlone) {
   CutFile file;
   file.layers = {{.name = "A", .cells = {1, 2}}};
   file.frames.push_back({.records = {{.layer = 0}, {.layer = 0}}});
-  session.OpenCut("a.cut", file).Command(40011);
+  session.OpenCut("a.cut", file).Command(kCommandAddCell);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(Lines(session, state)[0], "A (1/2)");
@@ -385,11 +390,11 @@ TEST(TogglePanels, KeepsWhatTheUserWantsOfTheBars) {
 
 TEST(Bars, TheirCommandsFlipTheirOwnBit) {
   ScriptSession session;
-  session.Command(40084);
+  session.Command(kCommandStatusBar);
   const int status = session.State();
-  session.Command(40085);
+  session.Command(kCommandToolBar);
   const int both = session.State();
-  session.Command(40084).Command(40085);
+  session.Command(kCommandStatusBar).Command(kCommandToolBar);
   const int none = session.State();
   session.Run();
   EXPECT_EQ(FrameOf(session, status)["statusBarVisible"], false);
@@ -401,9 +406,9 @@ TEST(Bars, TheirCommandsFlipTheirOwnBit) {
 
 TEST(Bars, FlipTheirBitWhileThePanelsAreHidden) {
   ScriptSession session;
-  session.OpenCut("a.cut", OneFrame()).Char(' ').Command(40084);
+  session.OpenCut("a.cut", OneFrame()).Char(' ').Command(kCommandStatusBar);
   const int off = session.State();
-  session.Command(40084);
+  session.Command(kCommandStatusBar);
   const int on = session.State();
   session.Run();
   EXPECT_EQ(FrameOf(session, off)["statusBarVisible"], false);
@@ -413,7 +418,11 @@ TEST(Bars, FlipTheirBitWhileThePanelsAreHidden) {
 
 TEST(SelectCutLine, ActivationSelectsTheCutInTheCutList) {
   ScriptSession session;
-  session.OpenCut("a.cut", OneFrame()).Command(40047).OpenCut("b.cut", OneFrame()).Command(40047).Activate(0);
+  session.OpenCut("a.cut", OneFrame())
+      .Command(kCommandAddCutToFilm)
+      .OpenCut("b.cut", OneFrame())
+      .Command(kCommandAddCutToFilm)
+      .Activate(0);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(List(session, state, "10003")["selected"], json::array({0}));
@@ -421,8 +430,11 @@ TEST(SelectCutLine, ActivationSelectsTheCutInTheCutList) {
 
 TEST(SelectCutLine, LineThatIsSelectedAlreadyKeepsTheOthers) {
   ScriptSession session;
-  session.OpenCut("a.cut", OneFrame()).Command(40047).OpenCut("b.cut", OneFrame()).Command(40047);
-  session.Select(10003, {0, 1}).Activate(0);
+  session.OpenCut("a.cut", OneFrame())
+      .Command(kCommandAddCutToFilm)
+      .OpenCut("b.cut", OneFrame())
+      .Command(kCommandAddCutToFilm);
+  session.Select(kCutList, {0, 1}).Activate(0);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(List(session, state, "10003")["selected"], json::array({0, 1}));
@@ -430,7 +442,7 @@ TEST(SelectCutLine, LineThatIsSelectedAlreadyKeepsTheOthers) {
 
 TEST(SelectCutLine, CutOutsideTheFilmLeavesTheSelection) {
   ScriptSession session;
-  session.OpenCut("a.cut", OneFrame()).Command(40047).OpenCut("b.cut", OneFrame());
+  session.OpenCut("a.cut", OneFrame()).Command(kCommandAddCutToFilm).OpenCut("b.cut", OneFrame());
   const int state = session.State();
   session.Run();
   EXPECT_EQ(List(session, state, "10003")["selected"], json::array({0}));
@@ -451,7 +463,7 @@ TEST(KeyFrameCheckBox, ClickMakesTheFrameAKeyFrameAndBack) {
 
 TEST(KeyFrameCheckBox, ClickCommitsAndRefreshesAllFields) {
   ScriptSession session;
-  session.OpenCut("a.cut", OneFrame()).Panel(10005, "12345").Line("click 10009");
+  session.OpenCut("a.cut", OneFrame()).Panel(kLoopEdit, "12345").Line("click 10009");
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(state)["loop"], 1234);
@@ -463,7 +475,7 @@ TEST(KeyFrameCheckBox, ClickShowsTheEffectiveTime) {
   CutFile file = CutFile::WithoutLayers(2);
   file.frames[0].time = 10;
   file.frames[1].time = 3;
-  session.OpenCut("a.cut", file).Command(40041).Line("click 10009");
+  session.OpenCut("a.cut", file).Command(kCommandFirstFrame).Line("click 10009");
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(state)["time"], 10);
@@ -475,7 +487,7 @@ TEST(KeyFrameCheckBox, UncheckingAKeyFrameKeepsItsOwnTime) {
   CutFile file = CutFile::WithoutLayers(2);
   file.frames[0] = {.time = 10, .brightness = -51};
   file.frames[1].time = 3;
-  session.OpenCut("a.cut", file).Command(40041).Line("click 10009");
+  session.OpenCut("a.cut", file).Command(kCommandFirstFrame).Line("click 10009");
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(state)["brightness"], 50);

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
 
@@ -10,7 +11,7 @@ struct Eraser : testing::Test {
   // Black from (10, 10) to (49, 39), with the eraser selected.
   Eraser() {
     session.FillArea(10, 10, 40, 30, 1);
-    session.Command(tool::Eraser);
+    session.Command(kToolEraser);
     model.Fill(10, 10, 40, 30, 1);
   }
   DrawingSession session;
@@ -69,7 +70,7 @@ TEST_F(Eraser, ASecondPassChangesNothing) {
 TEST_F(Eraser, AMaskKeepsItsPixels) {
   session.FillArea(20, 10, 1, 30, 2);
   session.Mask({1});
-  session.Command(tool::Eraser);
+  session.Command(kToolEraser);
   session.LeftClick(20, 20);
   model.Fill(20, 10, 1, 30, 2);
   model.Fill(20, 18, 1, 5, 6);
@@ -78,7 +79,7 @@ TEST_F(Eraser, AMaskKeepsItsPixels) {
 
 TEST_F(Eraser, ADragIsOneUndoStep) {
   session.LeftDrag(20, 20, 30, 25);
-  session.Command(command::Undo);
+  session.Command(kCommandUndo);
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
@@ -101,13 +102,13 @@ TEST_F(Eraser, TheFrameStandsOnTheScreenOnly) {
 TEST_F(Eraser, APulseTakesTheFrameAway) {
   const PixelMatrix screen = session.NowScreen();
   session.Move(30, 25);
-  session.Command(tool::Fill);
+  session.Command(kToolFill);
   EXPECT_TRUE(session.NowScreen() == screen);
 }
 
 TEST_F(Eraser, PositionsAreSigned) {
   session.FillArea(0, 0, 8, 20, 1);
-  session.Command(tool::Eraser);
+  session.Command(kToolEraser);
   session.Press(-1, 5);
   model.Fill(0, 0, 8, 20, 1);
   model.Fill(0, 3, 2, 5, 5);
@@ -115,8 +116,8 @@ TEST_F(Eraser, PositionsAreSigned) {
 }
 
 TEST_F(Eraser, AtHalfSizeTheBlockIsTwiceAsLarge) {
-  session.Command(tool::Zoom).RightClick(1, 1);
-  session.Line("client 32 24").Command(tool::Eraser);
+  session.Command(kToolZoom).RightClick(1, 1);
+  session.Line("client 32 24").Command(kToolEraser);
   session.Press(15, 12);
   model.Fill(26, 20, 9, 9, 5);
   EXPECT_TRUE(Shows(session.NowView(), model));
@@ -129,7 +130,7 @@ class ErasedIndex : public testing::TestWithParam<std::pair<int, int>> {};
 TEST_P(ErasedIndex, BecomesItsUnderdrawing) {
   DrawingSession session;
   session.FillArea(10, 10, 20, 20, GetParam().first);
-  session.Command(tool::Eraser);
+  session.Command(kToolEraser);
   session.Press(20, 20);
   InkModel model;
   model.Fill(10, 10, 20, 20, GetParam().first);
@@ -145,7 +146,7 @@ INSTANTIATE_TEST_SUITE_P(All, ErasedIndex,
 TEST(EraserOnLines, LineBlackBecomesUnderdrawing) {
   DrawingSession session;
   session.DrawInkLine(10, 20, 40, 20);
-  session.Command(tool::Eraser);
+  session.Command(kToolEraser);
   session.Press(20, 20);
   InkModel model;
   model.Line(10, 20, 40, 20);

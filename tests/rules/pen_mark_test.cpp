@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
 
@@ -34,20 +35,20 @@ TEST_P(MarkingTool, LosesTheMarkAtAToolChange) {
   DrawingSession session;
   session.Command(GetParam());
   session.Move(30, 20);
-  session.Command(tool::Fill);
+  session.Command(kToolFill);
   EXPECT_TRUE(Shows(session.NowView(), InkModel()));
 }
 
 TEST_P(MarkingTool, ShowsNoMarkOnABlankRecord) {
   DrawingSession session;
   session.Command(GetParam());
-  session.Command(command::ToggleBlank);
+  session.Command(kCommandBlankCell);
   session.Move(30, 20);
   EXPECT_TRUE(Shows(session.NowView(), InkModel()));
 }
 
 INSTANTIATE_TEST_SUITE_P(All, MarkingTool,
-                         testing::Values(tool::FreePen, tool::Line, tool::FocusLines, tool::ParallelLines));
+                         testing::Values(kToolFreePen, kToolLine, kToolFocusLines, kToolParallelLines));
 
 class MarklessTool : public testing::TestWithParam<int> {};
 
@@ -59,9 +60,9 @@ TEST_P(MarklessTool, ShowsNoMark) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, MarklessTool,
-                         testing::Values(tool::Curve, tool::Rectangle, tool::Fill, tool::Gradient, tool::Edging,
-                                         tool::Eraser, tool::AreaSelect, tool::Mosaic, tool::Text, tool::Zoom,
-                                         tool::LayerPosition, tool::FramePosition));
+                         testing::Values(kToolCurve, kToolRectangle, kToolFill, kToolGradient, kToolEdging, kToolEraser,
+                                         kToolAreaSelect, kToolMosaic, kToolText, kToolZoom, kToolLayerPosition,
+                                         kToolFramePosition));
 
 TEST(PenMark, RestoresTheInkBelow) {
   DrawingSession session;
@@ -79,7 +80,7 @@ TEST(PenMark, KeepsToTheMaskAgainstTheView) {
   DrawingSession session;
   session.FillArea(30, 10, 10, 20, 3);
   session.Mask({0});
-  session.Command(command::SquarePen);
+  session.Command(kCommandSquarePen);
   session.PickSize(7);
   session.Move(30, 20);
   InkModel model;
@@ -99,9 +100,9 @@ TEST(PenMark, StandsOnTheSnappedPoint) {
 
 TEST(PenMark, FollowsALayerThatStandsElsewhere) {
   DrawingSession session;
-  session.Command(tool::LayerPosition);
+  session.Command(kToolLayerPosition);
   session.LeftDrag(10, 10, 15, 13);
-  session.Command(tool::FreePen);
+  session.Command(kToolFreePen);
   session.Move(30, 20);
   InkModel model;
   model.Set(30, 20, 1);

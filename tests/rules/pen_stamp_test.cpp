@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
 #include "support/ink_rules.h"
@@ -8,7 +9,7 @@ namespace rules {
 namespace {
 
 void PickShape(DrawingSession& session, int shape) {
-  if (shape < 7) session.Command(command::SquarePen);
+  if (shape < 7) session.Command(kCommandSquarePen);
   session.PickSize(shape < 7 ? 7 - shape : shape - 7);
 }
 
@@ -76,7 +77,7 @@ class PenTone : public testing::TestWithParam<int> {
  protected:
   PixelMatrix Filled(int tone) {
     DrawingSession session;
-    session.Command(tool::Rectangle);
+    session.Command(kToolRectangle);
     session.Pick(tone, 2);
     session.Press(4, 4);
     session.Release(20, 20, "ctrl");

@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
 
@@ -28,11 +29,11 @@ TEST(PenState, StartsAsTheOnePixelRoundPenOfPlainBlack) {
 TEST(PenState, SquarePenCommandMirrorsTheShape) {
   DrawingSession session;
   session.PickSize(2);
-  session.Command(command::SquarePen);
+  session.Command(kCommandSquarePen);
   Json pen = session.NowState()["pen"];
   EXPECT_EQ(pen["shape"], 5);
   EXPECT_EQ(pen["penSign"], -1);
-  session.Command(command::SquarePen);
+  session.Command(kCommandSquarePen);
   pen = session.NowState()["pen"];
   EXPECT_EQ(pen["shape"], 9);
   EXPECT_EQ(pen["penSign"], 1);
@@ -40,7 +41,7 @@ TEST(PenState, SquarePenCommandMirrorsTheShape) {
 
 TEST(PenState, SquarePenCommandKeepsTheOnePixelShape) {
   DrawingSession session;
-  session.Command(command::SquarePen);
+  session.Command(kCommandSquarePen);
   const Json pen = session.NowState()["pen"];
   EXPECT_EQ(pen["shape"], 7);
   EXPECT_EQ(pen["penSign"], -1);
@@ -48,7 +49,7 @@ TEST(PenState, SquarePenCommandKeepsTheOnePixelShape) {
 
 TEST(PenState, SquarePenCommandNeedsNoCut) {
   ScriptSession session;
-  session.Command(command::SquarePen);
+  session.Command(kCommandSquarePen);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(state)["pen"]["penSign"], -1);
@@ -56,15 +57,15 @@ TEST(PenState, SquarePenCommandNeedsNoCut) {
 
 TEST(PenState, MuraCommandFlipsTheSwitch) {
   DrawingSession session;
-  session.Command(command::MuraRemoval);
+  session.Command(kCommandMuraRemoval);
   EXPECT_EQ(session.NowState()["pen"]["muraRemoval"], 0);
-  session.Command(command::MuraRemoval);
+  session.Command(kCommandMuraRemoval);
   EXPECT_EQ(session.NowState()["pen"]["muraRemoval"], 1);
 }
 
 TEST(PenState, MuraCommandDoesNothingWithoutACut) {
   ScriptSession session;
-  session.Command(command::MuraRemoval);
+  session.Command(kCommandMuraRemoval);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(state)["pen"]["muraRemoval"], 1);
@@ -75,22 +76,24 @@ class MaskButton : public testing::TestWithParam<std::pair<int, int>> {};
 TEST_P(MaskButton, ProtectsItsIndex) {
   const auto& [control, bit] = GetParam();
   ScriptSession session;
-  session.Dialog(109, {std::to_string(control) + "=on"}).Command(40046);
+  session.Dialog(kMaskDialog, {{control, "on"}}).Command(kCommandMask);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(state)["pen"]["maskFlags"], 1 << bit);
 }
 
 INSTANTIATE_TEST_SUITE_P(All, MaskButton,
-                         testing::Values(std::pair(1009, 1), std::pair(1011, 2), std::pair(1012, 3), std::pair(1010, 4),
-                                         std::pair(1013, 0), std::pair(1017, 8), std::pair(1018, 9),
-                                         std::pair(1019, 10), std::pair(1046, 11), std::pair(1045, 12),
-                                         std::pair(1047, 13), std::pair(1048, 14)));
+                         testing::Values(std::pair(kMaskBlackCheck, 1), std::pair(kMaskDarkCheck, 2),
+                                         std::pair(kMaskLightCheck, 3), std::pair(kMaskWhiteCheck, 4),
+                                         std::pair(kMaskTransparentCheck, 0), std::pair(kMaskLineBlackCheck, 8),
+                                         std::pair(kMaskLineDarkCheck, 9), std::pair(kMaskLineLightCheck, 10),
+                                         std::pair(kMaskPlus2Check, 11), std::pair(kMaskPlus1Check, 12),
+                                         std::pair(kMaskMinus1Check, 13), std::pair(kMaskMinus2Check, 14)));
 
 TEST(PenState, CancelledMaskDialogKeepsTheMask) {
   ScriptSession session;
-  session.Dialog(109, {"1012=on"}).Command(40046);
-  session.Dialog(109, {"1009=on", "1012=off"}, "cancel").Command(40046);
+  session.Dialog(kMaskDialog, {{kMaskLightCheck, "on"}}).Command(kCommandMask);
+  session.Dialog(kMaskDialog, {{kMaskBlackCheck, "on"}, {kMaskLightCheck, "off"}}, "cancel").Command(kCommandMask);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(state)["pen"]["maskFlags"], 8);
@@ -112,7 +115,7 @@ TEST(PenState, SettingsGiveThePenAtTheStart) {
 
 TEST(PenState, SquarePenIsWrittenWithItsShapeAsItStands) {
   ScriptSession session;
-  session.Picker("ldown", 10 + 14 * 12, 10).Command(command::SquarePen).Line("exit");
+  session.Picker("ldown", 10 + 14 * 12, 10).Command(kCommandSquarePen).Line("exit");
   session.Run();
   EXPECT_EQ(session.Setting("setup", "brush"), "3, 0, 1, 0, 1, 1");
 }
@@ -146,7 +149,7 @@ TEST(PenState, AKeyWithoutAnActionPutsAMirroredShapeRight) {
 
 TEST(PenState, MaskIsForgottenAtTheEnd) {
   ScriptSession session;
-  session.Dialog(109, {"1009=on"}).Command(40046).Line("exit");
+  session.Dialog(kMaskDialog, {{kMaskBlackCheck, "on"}}).Command(kCommandMask).Line("exit");
   session.Run();
   session.Restart();
   const int state = session.State();
@@ -178,7 +181,7 @@ TEST(PenState, SizeKeysStopAtBothEnds) {
 
 TEST(PenState, SizeKeysOfASquarePenGoTheOtherWay) {
   DrawingSession session;
-  session.Command(command::SquarePen);
+  session.Command(kCommandSquarePen);
   session.Char('f').Char('f').Char('f');
   EXPECT_EQ(session.NowState()["pen"]["shape"], 4);
   session.Char('d');
@@ -189,7 +192,7 @@ TEST(PenState, AProtectedGroundTakesInkOnlyWhereThereIsInk) {
   DrawingSession session;
   session.FillArea(10, 10, 10, 1, 4);
   session.Mask({0});
-  session.Command(command::MuraRemoval);
+  session.Command(kCommandMuraRemoval);
   session.LeftDrag(5, 10, 30, 10);
   InkModel model;
   model.Fill(10, 10, 10, 1, 8);

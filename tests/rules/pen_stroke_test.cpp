@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
 
@@ -20,7 +21,7 @@ TEST(PenStroke, AStepRoundACornerDrawsADiagonal) {
 
 TEST(PenStroke, WithoutMuraRemovalTheCornerIsDrawn) {
   DrawingSession session;
-  session.Command(command::MuraRemoval);
+  session.Command(kCommandMuraRemoval);
   session.Press(10, 10);
   session.Move(10, 11);
   session.Move(11, 11);
@@ -130,7 +131,7 @@ TEST(PenStroke, AClickIsStampedAgainAsALineAtTheRelease) {
 
 TEST(PenStroke, AClickWithoutMuraRemovalStampsOnce) {
   DrawingSession session;
-  session.Command(command::MuraRemoval);
+  session.Command(kCommandMuraRemoval);
   session.LeftClick(10, 10);
   EXPECT_EQ(session.NowView().At(10, 10), 1u);
 }
@@ -143,7 +144,7 @@ TEST(PenStroke, APressSetsTheUndoRectToThePenBlock) {
 
 TEST(PenStroke, EachSegmentGrowsTheUndoRect) {
   DrawingSession session;
-  session.Command(command::MuraRemoval);
+  session.Command(kCommandMuraRemoval);
   session.Press(10, 10);
   session.Move(20, 15);
   EXPECT_EQ(session.NowUndoRect(), (Area{6, 6, 19, 14}));
@@ -171,20 +172,20 @@ TEST(PenStroke, HoveringKeepsTheUndoRect) {
 TEST(PenStroke, AStrokeIsOneUndoStep) {
   DrawingSession session;
   session.DrawInkLine(40, 5, 50, 5);
-  session.Command(tool::FreePen);
+  session.Command(kToolFreePen);
   session.LeftDrag(10, 10, 20, 30);
-  session.Command(command::Undo);
+  session.Command(kCommandUndo);
   InkModel model;
   model.Line(40, 5, 50, 5);
   EXPECT_TRUE(Shows(session.NowView(), model));
-  session.Command(command::Undo);
+  session.Command(kCommandUndo);
   model.Line(10, 10, 20, 30);
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
 TEST(PenStroke, APulseLetsTheStrokeGoOn) {
   DrawingSession session;
-  session.Command(command::MuraRemoval);
+  session.Command(kCommandMuraRemoval);
   session.Press(10, 10);
   session.Repaint();
   session.Move(20, 10);
@@ -205,7 +206,7 @@ TEST(PenStroke, MovesAfterTheReleaseDrawNothing) {
 
 TEST(PenStroke, PositionsAreSigned) {
   DrawingSession session;
-  session.Command(command::MuraRemoval);
+  session.Command(kCommandMuraRemoval);
   session.Press(5, 10);
   session.Move(-4, 10);
   InkModel model;
@@ -215,15 +216,15 @@ TEST(PenStroke, PositionsAreSigned) {
 
 TEST(PenStroke, ADoubleClickMessageIsNoPress) {
   DrawingSession session;
-  session.Mouse("ldblclk", 10, 10).Mouse("lup", 10, 10).Command(tool::Fill);
+  session.Mouse("ldblclk", 10, 10).Mouse("lup", 10, 10).Command(kToolFill);
   EXPECT_TRUE(Shows(session.NowView(), InkModel()));
 }
 
 TEST(PenStroke, LayerPositionMovesThePointIntoTheLayer) {
   DrawingSession session;
-  session.Command(tool::LayerPosition);
+  session.Command(kToolLayerPosition);
   session.LeftDrag(10, 10, 15, 13);
-  session.Command(tool::FreePen);
+  session.Command(kToolFreePen);
   session.Press(20, 20);
   EXPECT_EQ(session.NowView().At(20, 20), 1u);
   EXPECT_EQ(session.NowUndoRect(), (Area{11, 13, 8, 8}));
@@ -231,9 +232,9 @@ TEST(PenStroke, LayerPositionMovesThePointIntoTheLayer) {
 
 TEST(PenStroke, ABlankRecordTakesNoInk) {
   DrawingSession session;
-  session.Command(command::ToggleBlank);
+  session.Command(kCommandBlankCell);
   session.LeftDrag(10, 10, 20, 20);
-  session.Command(command::ToggleBlank);
+  session.Command(kCommandBlankCell);
   EXPECT_TRUE(Shows(session.NowView(), InkModel()));
 }
 
@@ -241,7 +242,7 @@ TEST(PenStroke, AToneIsDrawnAsADither) {
   DrawingSession session;
   session.Pick(6, 1);
   session.PickSize(7);
-  session.Command(command::MuraRemoval);
+  session.Command(kCommandMuraRemoval);
   session.LeftDrag(10, 10, 40, 22);
   InkModel model;
   model.Line(10, 10, 40, 22, {.shape = 14, .tone = 6, .colorA = 1, .colorB = 2});
@@ -251,8 +252,8 @@ TEST(PenStroke, AToneIsDrawnAsADither) {
 // Half size: one window pixel is two cut pixels, and the client is as large as the shrunken picture.
 struct HalfSize : testing::Test {
   HalfSize() {
-    session.Command(tool::Zoom).RightClick(1, 1);
-    session.Line("client 32 24").Command(tool::FreePen);
+    session.Command(kToolZoom).RightClick(1, 1);
+    session.Line("client 32 24").Command(kToolFreePen);
   }
   DrawingSession session;
 };

@@ -3,6 +3,7 @@
 #include <array>
 #include <utility>
 
+#include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
 
@@ -64,7 +65,7 @@ TEST(Picker, SizesSetTheShapeAlone) {
 TEST(Picker, SizesOfASquarePenCountDown) {
   for (int step = 0; step < 8; ++step) {
     ScriptSession session;
-    session.Command(command::SquarePen);
+    session.Command(kCommandSquarePen);
     session.Picker("ldown", Middle(8 + step), Middle(0));
     EXPECT_EQ(PenNow(session)[0], 7 - step);
   }
@@ -106,7 +107,7 @@ TEST(Picker, TheTransparentPenErases) {
   DrawingSession session;
   session.FillArea(10, 10, 20, 20, 1);
   session.Pick(5, 0);
-  session.Command(command::MuraRemoval);
+  session.Command(kCommandMuraRemoval);
   session.LeftDrag(5, 15, 40, 15);
   InkModel model;
   model.Fill(10, 10, 20, 20, 1);
@@ -119,7 +120,7 @@ struct PenFromTheCell : testing::Test {
   PenValues At(int x, int y) {
     session.PickPlain(1);
     session.PickSize(3);
-    session.Command(tool::Fill).RightClick(x, y);
+    session.Command(kToolFill).RightClick(x, y);
     return PenOf(session.NowState());
   }
   DrawingSession session;
@@ -132,7 +133,7 @@ TEST_F(PenFromTheCell, PlainFamiliesGiveTheIndexAndItsToneBelow) {
   for (const auto& [index, first] : pens) {
     DrawingSession fresh;
     fresh.FillArea(10, 10, 20, 20, index);
-    fresh.Command(tool::Fill).RightClick(20, 20);
+    fresh.Command(kToolFill).RightClick(20, 20);
     EXPECT_EQ(PenOf(fresh.NowState()), (PenValues{7, 0, first, index})) << index;
   }
 }
@@ -142,7 +143,7 @@ TEST_F(PenFromTheCell, UnderdrawingAndTransparentGiveTheirIndexToo) {
   for (const auto& [index, first] : pens) {
     ScriptSession file;
     file.Line("client 8 3").OpenCut("plain.cut", CutFile::Showing({index}, {0}));
-    file.Command(tool::Fill).RightClick(4, 1);
+    file.Command(kToolFill).RightClick(4, 1);
     EXPECT_EQ(PenNow(file), (PenValues{7, 0, first, index})) << index;
   }
 }
@@ -155,7 +156,7 @@ TEST_F(PenFromTheCell, TheTwoBlacksMakeADither) {
 
 TEST_F(PenFromTheCell, LineBlackGivesLineBlack) {
   session.PickSize(7);
-  session.Command(tool::Line).LeftClick(20, 20);
+  session.Command(kToolLine).LeftClick(20, 20);
   EXPECT_EQ(At(20, 20), (PenValues{10, 0, 0, 8}));
 }
 
@@ -169,9 +170,9 @@ class PenFromADither : public testing::TestWithParam<int> {};
 TEST_P(PenFromADither, ReadsTheToneBack) {
   DrawingSession session;
   session.Pick(GetParam(), 2);
-  session.Command(tool::Rectangle).Mouse("ldown", 10, 10).Mouse("lup", 40, 40, "ctrl");
+  session.Command(kToolRectangle).Mouse("ldown", 10, 10).Mouse("lup", 40, 40, "ctrl");
   session.PickPlain(1);
-  session.Command(tool::Fill).RightClick(23, 22);
+  session.Command(kToolFill).RightClick(23, 22);
   EXPECT_EQ(PenOf(session.NowState()), (PenValues{7, GetParam(), 2, 3}));
 }
 
@@ -187,7 +188,7 @@ TEST_F(PenFromTheCell, TheBlockReachesTwoToTheUpperLeftAndOneToTheLowerRight) {
   EXPECT_EQ(At(22, 22), (PenValues{10, 15, 0, 3}));
   EXPECT_EQ(At(19, 19), (PenValues{10, 15, 0, 3}));
   session.PickPlain(1);
-  session.Command(tool::Fill).RightClick(23, 20);
+  session.Command(kToolFill).RightClick(23, 20);
   EXPECT_NE(PenOf(session.NowState())[3], 3);
   session.RightClick(18, 20);
   EXPECT_NE(PenOf(session.NowState())[3], 3);
@@ -206,7 +207,7 @@ TEST_F(PenFromTheCell, PointsBeyondTheEdgeDoNotCount) {
 
 TEST_F(PenFromTheCell, TheGradientToolPicksToo) {
   session.FillArea(10, 10, 20, 20, 3);
-  session.Command(tool::Gradient).RightClick(20, 20);
+  session.Command(kToolGradient).RightClick(20, 20);
   EXPECT_EQ(PenOf(session.NowState()), (PenValues{7, 0, 2, 3}));
 }
 
@@ -218,8 +219,8 @@ TEST_F(PenFromTheCell, TheGridDoesNotMoveThePoint) {
 
 TEST_F(PenFromTheCell, OtherToolsDoNotPick) {
   session.FillArea(10, 10, 20, 20, 3);
-  for (const int other : {tool::FreePen, tool::Line, tool::Curve, tool::Rectangle, tool::Edging, tool::FocusLines,
-                          tool::ParallelLines, tool::Text}) {
+  for (const int other : {kToolFreePen, kToolLine, kToolCurve, kToolRectangle, kToolEdging, kToolFocusLines,
+                          kToolParallelLines, kToolText}) {
     session.Command(other).RightClick(20, 20);
   }
   EXPECT_EQ(PenOf(session.NowState()), (PenValues{7, 0, 0, 1}));
@@ -228,7 +229,7 @@ TEST_F(PenFromTheCell, OtherToolsDoNotPick) {
 TEST(PenOutsideTheCell, IsKept) {
   DrawingSession session({.clientWidth = 84, .clientHeight = 68});
   session.Pick(5, 2);
-  session.Command(tool::Fill).RightClick(3, 3);
+  session.Command(kToolFill).RightClick(3, 3);
   EXPECT_EQ(PenOf(session.NowState()), (PenValues{7, 5, 2, 3}));
 }
 

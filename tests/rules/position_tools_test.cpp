@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
 
@@ -17,12 +18,12 @@ Place PlaceOf(const Json& item) {
 
 struct FramePosition : testing::Test {
   FramePosition() {
-    session.Dialog(123, {"1002=32", "1001=24"}).Command(40112);
-    session.Command(tool::FramePosition);
+    session.Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "32"}, {kFrameHeightEdit, "24"}}).Command(kCommandFrameSize);
+    session.Command(kToolFramePosition);
   }
   // A frame behind the current one, which becomes current, at this place.
   void AddFrameAt(int x, int y) {
-    session.Command(command::AddFrame).LeftClick(1, 1, "ctrl");
+    session.Command(kCommandAddFrame).LeftClick(1, 1, "ctrl");
     session.LeftDrag(16, 12, x, y);
   }
   Place Now() { return PlaceOf(session.NowFrame()); }
@@ -88,7 +89,7 @@ TEST_F(FramePosition, BeforeTheFirstFrameComesTheLast) {
   session.LeftDrag(0, 0, 4, 6);
   AddFrameAt(10, 20);
   AddFrameAt(30, 8);
-  session.Command(40041);
+  session.Command(kCommandFirstFrame);
   session.RightClick(1, 1);
   EXPECT_EQ(Now(), (Place{30, 8}));
 }
@@ -97,7 +98,7 @@ TEST_F(FramePosition, CtrlAndRightClickTakeTheMiddleOfTheNeighbours) {
   session.LeftDrag(0, 0, 4, 6);
   AddFrameAt(10, 20);
   AddFrameAt(31, 8);
-  session.Command(command::PreviousFrame);
+  session.Command(kCommandPreviousFrame);
   session.RightClick(1, 1, "ctrl");
   EXPECT_EQ(Now(), (Place{17, 7}));
 }
@@ -108,7 +109,7 @@ TEST_F(FramePosition, TheNeighboursWrapAtBothEnds) {
   AddFrameAt(30, 8);
   session.RightClick(1, 1, "ctrl");
   EXPECT_EQ(Now(), (Place{7, 13}));
-  session.Command(40041);
+  session.Command(kCommandFirstFrame);
   session.RightClick(1, 1, "ctrl");
   EXPECT_EQ(Now(), (Place{8, 16}));
 }
@@ -135,7 +136,7 @@ TEST_F(FramePosition, ADragMovesByTheGrid) {
 }
 
 TEST_F(FramePosition, ABlankRecordStopsTheTool) {
-  session.Command(command::ToggleBlank);
+  session.Command(kCommandBlankCell);
   session.LeftDrag(10, 10, 15, 13);
   session.LeftClick(3, 3, "ctrl");
   EXPECT_EQ(Now(), (Place{0, 0}));
@@ -147,9 +148,9 @@ TEST_F(FramePosition, PositionsAreUnsigned) {
 }
 
 TEST_F(FramePosition, APulseShowsTheBoxOnABlankRecordToo) {
-  session.Command(command::ToggleBlank).Command(tool::Zoom);
+  session.Command(kCommandBlankCell).Command(kToolZoom);
   const PixelMatrix without = session.NowScreen();
-  session.Command(tool::FramePosition);
+  session.Command(kToolFramePosition);
   EXPECT_FALSE(session.NowScreen() == without);
 }
 
@@ -157,7 +158,7 @@ class PositionBox : public testing::TestWithParam<int> {};
 
 TEST_P(PositionBox, ComesAndGoesWithTheTool) {
   DrawingSession session;
-  session.Dialog(123, {"1002=32", "1001=24"}).Command(40112);
+  session.Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "32"}, {kFrameHeightEdit, "24"}}).Command(kCommandFrameSize);
   session.AddLayer("B", 20, 10);
   const PixelMatrix without = session.NowScreen();
   session.Command(GetParam());
@@ -166,13 +167,13 @@ TEST_P(PositionBox, ComesAndGoesWithTheTool) {
   EXPECT_FALSE(with == without);
   session.Move(9, 9);
   EXPECT_TRUE(session.NowScreen() == with);
-  session.Command(tool::Zoom);
+  session.Command(kToolZoom);
   EXPECT_TRUE(session.NowScreen() == without);
 }
 
 TEST_P(PositionBox, FollowsTheDragAndIsTakenAwayByACancel) {
   DrawingSession session;
-  session.Dialog(123, {"1002=32", "1001=24"}).Command(40112);
+  session.Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "32"}, {kFrameHeightEdit, "24"}}).Command(kCommandFrameSize);
   session.AddLayer("B", 20, 10);
   const PixelMatrix without = session.NowScreen();
   session.Command(GetParam());
@@ -186,7 +187,7 @@ TEST_P(PositionBox, FollowsTheDragAndIsTakenAwayByACancel) {
   EXPECT_TRUE(session.NowScreen() == without);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, PositionBox, testing::Values(tool::FramePosition, tool::LayerPosition));
+INSTANTIATE_TEST_SUITE_P(All, PositionBox, testing::Values(kToolFramePosition, kToolLayerPosition));
 
 TEST_F(FramePosition, NoPixelOfTheCellChanges) {
   session.LeftDrag(10, 10, 15, 13);
@@ -194,11 +195,11 @@ TEST_F(FramePosition, NoPixelOfTheCellChanges) {
 }
 
 struct LayerPosition : testing::Test {
-  LayerPosition() { session.Command(tool::LayerPosition); }
+  LayerPosition() { session.Command(kToolLayerPosition); }
   Place Now() { return PlaceOf(session.NowRecord()); }
   // A frame behind the current one, which becomes current, with the record moved to this place.
   void AddFrameAt(int x, int y) {
-    session.Command(command::AddFrame).LeftClick(1, 1, "ctrl");
+    session.Command(kCommandAddFrame).LeftClick(1, 1, "ctrl");
     session.LeftDrag(0, 0, x, y);
   }
   DrawingSession session;
@@ -211,7 +212,7 @@ TEST_F(LayerPosition, ADragMovesTheRecord) {
 
 TEST_F(LayerPosition, TheViewFollows) {
   session.FillArea(10, 10, 5, 5, 2);
-  session.Command(tool::LayerPosition);
+  session.Command(kToolLayerPosition);
   session.LeftDrag(10, 10, 30, 13);
   InkModel model;
   model.Fill(30, 13, 5, 5, 2);
@@ -226,7 +227,7 @@ TEST_F(LayerPosition, AReleaseWithoutAPressMovesNothing) {
 
 TEST_F(LayerPosition, OtherFramesKeepTheirPlace) {
   AddFrameAt(10, 20);
-  session.Command(command::PreviousFrame);
+  session.Command(kCommandPreviousFrame);
   EXPECT_EQ(Now(), (Place{0, 0}));
 }
 
@@ -254,7 +255,7 @@ TEST_F(LayerPosition, BeforeTheFirstFrameComesTheLast) {
   session.LeftDrag(0, 0, 4, 6);
   AddFrameAt(10, 20);
   AddFrameAt(30, 8);
-  session.Command(40041);
+  session.Command(kCommandFirstFrame);
   session.RightClick(1, 1);
   EXPECT_EQ(Now(), (Place{30, 8}));
 }
@@ -263,7 +264,7 @@ TEST_F(LayerPosition, CtrlAndRightClickTakeTheMiddleOfTheNeighbours) {
   session.LeftDrag(0, 0, 4, 6);
   AddFrameAt(10, 20);
   AddFrameAt(31, 8);
-  session.Command(command::PreviousFrame);
+  session.Command(kCommandPreviousFrame);
   session.RightClick(1, 1, "ctrl");
   EXPECT_EQ(Now(), (Place{17, 7}));
 }
@@ -272,7 +273,7 @@ TEST_F(LayerPosition, AtTheFirstFrameItsOwnPlaceStandsForThePreviousOne) {
   session.LeftDrag(0, 0, 4, 6);
   AddFrameAt(10, 20);
   AddFrameAt(30, 8);
-  session.Command(40041);
+  session.Command(kCommandFirstFrame);
   session.RightClick(1, 1, "ctrl");
   EXPECT_EQ(Now(), (Place{7, 13}));
 }
@@ -300,7 +301,7 @@ TEST_F(LayerPosition, ADragMovesByTheGrid) {
 }
 
 TEST_F(LayerPosition, ABlankRecordMovesAllTheSame) {
-  session.Command(command::ToggleBlank);
+  session.Command(kCommandBlankCell);
   session.LeftDrag(10, 10, 15, 13);
   EXPECT_EQ(Now(), (Place{5, 3}));
 }
@@ -324,7 +325,7 @@ struct MissingRecord : testing::Test {
     file.frames.push_back({.records = {{.x = 10, .y = 20}}});
     file.frames.push_back({.records = {{.x = 30, .y = 8}}});
     session.Line("client 64 48").OpenCut("missing.cut", file);
-    session.Command(command::PreviousFrame).Command(tool::LayerPosition);
+    session.Command(kCommandPreviousFrame).Command(kToolLayerPosition);
   }
   Place Now() {
     const int state = session.State();
@@ -347,10 +348,10 @@ TEST_F(MissingRecord, IsNotCopied) {
 // The layer follows the frame, which stands at 16, 12.
 struct FollowingLayer : LayerPosition {
   FollowingLayer() {
-    session.Dialog(123, {"1002=32", "1001=24"}).Command(40112);
-    session.Command(tool::FramePosition).LeftClick(1, 1, "ctrl");
-    session.Dialog(106, {"1060=on"}).Command(40022);
-    session.Command(tool::LayerPosition);
+    session.Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "32"}, {kFrameHeightEdit, "24"}}).Command(kCommandFrameSize);
+    session.Command(kToolFramePosition).LeftClick(1, 1, "ctrl");
+    session.Dialog(kLayerDialog, {{kLayerFollowCheck, "on"}}).Command(kCommandLayerProperties);
+    session.Command(kToolLayerPosition);
   }
 };
 
@@ -366,18 +367,18 @@ TEST_F(FollowingLayer, CtrlSetsTheResolvedPosition) {
 
 TEST_F(FollowingLayer, ARightClickCopiesTheRawPosition) {
   session.LeftDrag(0, 0, 4, 6);
-  session.Command(command::AddFrame);
+  session.Command(kCommandAddFrame);
   session.LeftDrag(0, 0, 10, 10);
-  session.Command(tool::FramePosition).LeftDrag(0, 0, 7, 9).Command(tool::LayerPosition);
+  session.Command(kToolFramePosition).LeftDrag(0, 0, 7, 9).Command(kToolLayerPosition);
   session.RightClick(1, 1);
   EXPECT_EQ(Now(), (Place{4, 6}));
 }
 
 TEST_F(FollowingLayer, TheMiddleIsTakenOfResolvedPositions) {
   session.LeftDrag(0, 0, 4, 6);
-  session.Command(command::AddFrame).Command(command::AddFrame);
-  session.Command(tool::FramePosition).LeftDrag(0, 0, 10, 20).Command(tool::LayerPosition);
-  session.Command(command::PreviousFrame);
+  session.Command(kCommandAddFrame).Command(kCommandAddFrame);
+  session.Command(kToolFramePosition).LeftDrag(0, 0, 10, 20).Command(kToolLayerPosition);
+  session.Command(kCommandPreviousFrame);
   session.RightClick(1, 1, "ctrl");
   // The resolved places of the neighbours are 20, 18 and 30, 38.
   EXPECT_EQ(Now(), (Place{9, 16}));
@@ -387,8 +388,8 @@ TEST_F(FollowingLayer, TheMiddleIsTakenOfResolvedPositions) {
 struct MarksOfPositions : testing::Test {
   MarksOfPositions() {
     session.AddLayer("B", 64, 48);
-    session.Command(tool::FramePosition).SaveCutAs("marks.cut");
-    session.Command(command::Play).Command(40027);
+    session.Command(kToolFramePosition).SaveCutAs("marks.cut");
+    session.Command(kCommandPlay).Command(kCommandStop);
   }
   void ExpectTimingMark() {
     const Json cut = session.NowCut();
@@ -422,12 +423,12 @@ TEST_F(MarksOfPositions, CopyingAFramePlaceMarksTheTiming) {
 }
 
 TEST_F(MarksOfPositions, ALayerDragMarksTheTiming) {
-  session.Command(tool::LayerPosition).LeftDrag(10, 10, 15, 13);
+  session.Command(kToolLayerPosition).LeftDrag(10, 10, 15, 13);
   ExpectTimingMark();
 }
 
 TEST_F(MarksOfPositions, ALayerSetToTheOriginMarksTheTiming) {
-  session.Command(tool::LayerPosition).LeftClick(10, 10, "ctrl");
+  session.Command(kToolLayerPosition).LeftClick(10, 10, "ctrl");
   ExpectTimingMark();
 }
 

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "resources/ids.h"
 #include "rules/script_session.h"
 
 namespace {
@@ -42,11 +43,11 @@ class Tool : public testing::TestWithParam<int> {};
 
 TEST_P(Tool, IsSelectedByItsCommandWithoutACut) {
   ScriptSession session;
-  session.Command(40065).Command(GetParam() == 40065 ? 40029 : GetParam());
+  session.Command(kToolEraser).Command(GetParam() == kToolEraser ? kToolFreePen : GetParam());
   const int state = session.State();
   session.Run();
-  EXPECT_EQ(FrameOf(session, state)["currentTool"], GetParam() == 40065 ? 40029 : GetParam());
-  EXPECT_EQ(FrameOf(session, state)["previousTool"], 40065);
+  EXPECT_EQ(FrameOf(session, state)["currentTool"], GetParam() == kToolEraser ? kToolFreePen : GetParam());
+  EXPECT_EQ(FrameOf(session, state)["previousTool"], kToolEraser);
 }
 
 TEST_P(Tool, AloneOfTheToolsIsChecked) {
@@ -54,30 +55,33 @@ TEST_P(Tool, AloneOfTheToolsIsChecked) {
   session.Command(GetParam());
   const int state = session.State();
   session.Run();
-  for (const int id : {40019, 40023, 40028, 40029, 40031, 40037, 40038, 40045, 40059, 40065, 40070, 40073, 40075, 40086,
-                       40090, 40132}) {
+  for (const int id : {kToolFramePosition, kToolLayerPosition, kToolZoom, kToolFreePen, kToolFill, kToolLine,
+                       kToolCurve, kToolRectangle, kToolAreaSelect, kToolEraser, kToolGradient, kToolText, kToolEdging,
+                       kToolMosaic, kToolFocusLines, kToolParallelLines}) {
     EXPECT_EQ(IsChecked(session, state, id), id == GetParam()) << id;
   }
 }
 
 INSTANTIATE_TEST_SUITE_P(Routing, Tool,
-                         testing::Values(40019, 40023, 40028, 40029, 40031, 40037, 40038, 40045, 40059, 40065, 40070,
-                                         40073, 40075, 40086, 40090, 40132));
+                         testing::Values(kToolFramePosition, kToolLayerPosition, kToolZoom, kToolFreePen, kToolFill,
+                                         kToolLine, kToolCurve, kToolRectangle, kToolAreaSelect, kToolEraser,
+                                         kToolGradient, kToolText, kToolEdging, kToolMosaic, kToolFocusLines,
+                                         kToolParallelLines));
 
 TEST(SelectTool, CurrentToolAgainKeepsThePreviousOne) {
   ScriptSession session;
-  session.Command(40065).Command(40037).Command(40037);
+  session.Command(kToolEraser).Command(kToolLine).Command(kToolLine);
   const int state = session.State();
   session.Run();
-  EXPECT_EQ(FrameOf(session, state)["currentTool"], 40037);
-  EXPECT_EQ(FrameOf(session, state)["previousTool"], 40065);
+  EXPECT_EQ(FrameOf(session, state)["currentTool"], kToolLine);
+  EXPECT_EQ(FrameOf(session, state)["previousTool"], kToolEraser);
 }
 
 TEST(SelectTool, CurrentToolAgainSendsNoPulseSoThatASelectionStays) {
   ScriptSession session;
-  session.NewCut().Command(40059).LeftDrag(306, 230, 316, 240);
+  session.NewCut().Command(kToolAreaSelect).LeftDrag(306, 230, 316, 240);
   const int before = session.State();
-  session.Command(40059);
+  session.Command(kToolAreaSelect);
   const int after = session.State();
   session.Run();
   EXPECT_NE(session.Cut(before)["selection"], json::array({0, 0, 0, 0}));
@@ -86,7 +90,7 @@ TEST(SelectTool, CurrentToolAgainSendsNoPulseSoThatASelectionStays) {
 
 TEST(SelectTool, AnotherToolSendsThePulseToTheOldOneSoThatItsSelectionEnds) {
   ScriptSession session;
-  session.NewCut().Command(40059).LeftDrag(306, 230, 316, 240).Command(40065);
+  session.NewCut().Command(kToolAreaSelect).LeftDrag(306, 230, 316, 240).Command(kToolEraser);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["selection"][0], session.Cut(state)["selection"][2]);
@@ -106,10 +110,11 @@ TEST_P(NumberWithoutHandler, IsIgnored) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Routing, NumberWithoutHandler,
-                         testing::Values(40131, 40058, 40135, 40002, 40003, 40018, 40020, 40021, 40035, 40036, 40039,
-                                         40055, 40078, 40079, 40087, 40089, 40098, 40100, 40107, 40108, 40111, 40114,
-                                         40120, 40121, 40123, 40125, 40128, 40129, 40130, 40138, 40139, 40140, 40141,
-                                         40143, 10008, 1, 65535));
+                         testing::Values(kTextCircle, kTextStoryboard, kTextSearch, 40002, 40003, 40018, 40020, 40021,
+                                         40035, 40036, 40039, 40055, 40078, 40079, 40087, 40089, 40098, 40100, 40107,
+                                         40108, 40111, 40114, 40120, 40121, 40123, 40125, 40128, 40129, 40130,
+                                         kTextSaveQuestion, kTextCloseAllQuestion, kTextDeleteQuestion, kTextAbout,
+                                         40143, kStatusBarId, 1, 65535));
 
 // Every command on a cut, a frame, a layer or a cell, and the film commands that need cuts in the film or an active
 // cut.
@@ -126,18 +131,28 @@ TEST_P(CommandWithoutItsObject, DoesNothingAndSaysNothing) {
   EXPECT_EQ(session.Errors(), "");
 }
 
-INSTANTIATE_TEST_SUITE_P(Routing, CommandWithoutItsObject,
-                         testing::Values(40004, 40005, 40006, 40007, 40008, 40009, 40010, 40011, 40012, 40013, 40014,
-                                         40015, 40016, 40017, 40022, 40024, 40025, 40026, 40027, 40030, 40032, 40033,
-                                         40034, 40041, 40042, 40043, 40044, 40047, 40048, 40049, 40052, 40057, 40060,
-                                         40061, 40062, 40063, 40064, 40066, 40068, 40069, 40071, 40076, 40077, 40080,
-                                         40083, 40088, 40091, 40092, 40093, 40094, 40097, 40099, 40101, 40102, 40103,
-                                         40104, 40105, 40106, 40109, 40110, 40112, 40113, 40117, 40118, 40124, 40126,
-                                         40127, 40133));
+INSTANTIATE_TEST_SUITE_P(
+    Routing, CommandWithoutItsObject,
+    testing::Values(kCommandAddFrame, kCommandInsertFrame, kCommandDeleteFrame, kCommandPreviousFrame,
+                    kCommandNextFrame, kCommandDeleteCell, kCommandInsertCell, kCommandAddCell, kCommandPreviousCell,
+                    kCommandNextCell, kCommandAddLayer, kCommandDeleteLayer, kCommandLayerUp, kCommandLayerDown,
+                    kCommandLayerProperties, kCommandToSketch, kCommandEraseSketch, kCommandPlay, kCommandStop,
+                    kCommandUndo, kCommandShowPrevious, kCommandShowNext, kCommandCurrentCellOnly, kCommandFirstFrame,
+                    kCommandLastFrame, kCommandFirstCell, kCommandLastCell, kCommandAddCutToFilm,
+                    kCommandInsertCutIntoFilm, kCommandRemoveCutFromFilm, kCommandSaveCutAs, kCommandPlaySelection,
+                    kCommandBlankCell, kCommandCopy, kCommandPaste, kCommandCut, kCommandEraseLayerSketch,
+                    kCommandSaveLayer, kCommandOverwriteLayer, kCommandLayerRamp, kCommandMergeDown,
+                    kCommandExportBitmap, kCommandCutProperties, kCommandInsertLayer, kCommandExportFilm,
+                    kCommandOverwriteCut, kCommandPasteFromClipboard, kCommandEraseCell, kCommandBrightnessRamp,
+                    kCommandAddFrames, kCommandDimOthers, kCommandMuraRemoval, kCommandFrameRamp, kCommandLineEmphasis,
+                    kCommandBlankAll, kCommandNextKeyFrame, kCommandPreviousKeyFrame, kCommandAllKeyFrames,
+                    kCommandFlipHorizontal, kCommandFlipVertical, kCommandFrameSize, kCommandPreview,
+                    kCommandDeleteCuts, kCommandRenameCut, kCommandCopyToClipboard, kCommandRandomDots,
+                    kCommandDrawGrid, kCommandDeleteFrames));
 
 TEST(Routing, ExplanationAndVersionAreBoxesWithoutAQuestion) {
   ScriptSession session;
-  session.Command(40136).Command(40142);
+  session.Command(kCommandExplainTool).Command(kCommandAbout);
   const int state = session.State();
   session.Run();
   EXPECT_TRUE(session.StateAt(state).is_object());
@@ -147,7 +162,7 @@ TEST(CheckMarks, WithoutACutOnlyToolAndBarsAreChecked) {
   ScriptSession session;
   const int state = session.State();
   session.Run();
-  EXPECT_EQ(Checked(session, state), (std::vector<int>{40029, 40084, 40085}));
+  EXPECT_EQ(Checked(session, state), (std::vector<int>{kToolFreePen, kCommandStatusBar, kCommandToolBar}));
 }
 
 TEST(CheckMarks, OfANewCutHaveTheCornerRemovalToo) {
@@ -155,7 +170,8 @@ TEST(CheckMarks, OfANewCutHaveTheCornerRemovalToo) {
   session.OpenCut("a.cut", OneRecord());
   const int state = session.State();
   session.Run();
-  EXPECT_EQ(Checked(session, state), (std::vector<int>{40029, 40084, 40085, 40099}));
+  EXPECT_EQ(Checked(session, state),
+            (std::vector<int>{kToolFreePen, kCommandStatusBar, kCommandToolBar, kCommandMuraRemoval}));
 }
 
 class SwitchOfTheCut : public testing::TestWithParam<int> {};
@@ -169,40 +185,42 @@ TEST_P(SwitchOfTheCut, FlipsItsCheckMark) {
   session.Command(GetParam());
   const int twice = session.State();
   session.Run();
-  EXPECT_EQ(IsChecked(session, before, GetParam()), GetParam() == 40099);
-  EXPECT_EQ(IsChecked(session, once, GetParam()), GetParam() != 40099);
-  EXPECT_EQ(IsChecked(session, twice, GetParam()), GetParam() == 40099);
+  EXPECT_EQ(IsChecked(session, before, GetParam()), GetParam() == kCommandMuraRemoval);
+  EXPECT_EQ(IsChecked(session, once, GetParam()), GetParam() != kCommandMuraRemoval);
+  EXPECT_EQ(IsChecked(session, twice, GetParam()), GetParam() == kCommandMuraRemoval);
 }
 
 INSTANTIATE_TEST_SUITE_P(Routing, SwitchOfTheCut,
-                         testing::Values(40032, 40033, 40034, 40060, 40097, 40099, 40102, 40074));
+                         testing::Values(kCommandShowPrevious, kCommandShowNext, kCommandCurrentCellOnly,
+                                         kCommandBlankCell, kCommandDimOthers, kCommandMuraRemoval,
+                                         kCommandLineEmphasis, kCommandSquarePen));
 
 TEST(CheckMarks, BarsFollowTheirBits) {
   ScriptSession session;
-  session.Command(40084).Command(40085);
+  session.Command(kCommandStatusBar).Command(kCommandToolBar);
   const int state = session.State();
   session.Run();
-  EXPECT_FALSE(IsChecked(session, state, 40084));
-  EXPECT_FALSE(IsChecked(session, state, 40085));
+  EXPECT_FALSE(IsChecked(session, state, kCommandStatusBar));
+  EXPECT_FALSE(IsChecked(session, state, kCommandToolBar));
 }
 
 TEST(CheckMarks, SquarePenIsMarkedWithoutACut) {
   ScriptSession session;
-  session.Command(40074);
+  session.Command(kCommandSquarePen);
   const int state = session.State();
   session.Run();
-  EXPECT_TRUE(IsChecked(session, state, 40074));
+  EXPECT_TRUE(IsChecked(session, state, kCommandSquarePen));
 }
 
 TEST(CheckMarks, BlankMarkFollowsTheCurrentRecord) {
   ScriptSession session;
   session.OpenCut("a.cut", CutFile::Showing({1, 2}, {0, -2}));
   const int blank = session.State();
-  session.Command(40007);
+  session.Command(kCommandPreviousFrame);
   const int shown = session.State();
   session.Run();
-  EXPECT_TRUE(IsChecked(session, blank, 40060));
-  EXPECT_FALSE(IsChecked(session, shown, 40060));
+  EXPECT_TRUE(IsChecked(session, blank, kCommandBlankCell));
+  EXPECT_FALSE(IsChecked(session, shown, kCommandBlankCell));
 }
 
 TEST(CheckMarks, FrameWithoutRecordsCountsAsNotBlank) {
@@ -212,48 +230,48 @@ TEST(CheckMarks, FrameWithoutRecordsCountsAsNotBlank) {
   session.OpenCut("b.cut", CutFile::WithoutLayers(1));
   const int none = session.State();
   session.Run();
-  EXPECT_TRUE(IsChecked(session, blank, 40060));
-  EXPECT_FALSE(IsChecked(session, none, 40060));
+  EXPECT_TRUE(IsChecked(session, blank, kCommandBlankCell));
+  EXPECT_FALSE(IsChecked(session, none, kCommandBlankCell));
 }
 
 TEST(CheckMarks, StayAsLastWrittenWhenTheLastCutHasClosed) {
   ScriptSession session;
-  session.OpenCut("a.cut", OneRecord()).Command(40097).Command(40032);
+  session.OpenCut("a.cut", OneRecord()).Command(kCommandDimOthers).Command(kCommandShowPrevious);
   const int open = session.State();
   session.Close();
   const int closed = session.State();
   session.Run();
-  EXPECT_TRUE(IsChecked(session, open, 40097));
+  EXPECT_TRUE(IsChecked(session, open, kCommandDimOthers));
   EXPECT_EQ(Checked(session, closed), Checked(session, open));
 }
 
 TEST(CheckMarks, AreThoseOfTheActiveCut) {
   ScriptSession session;
-  session.OpenCut("a.cut", OneRecord()).Command(40097).OpenCut("b.cut", OneRecord());
+  session.OpenCut("a.cut", OneRecord()).Command(kCommandDimOthers).OpenCut("b.cut", OneRecord());
   const int second = session.State();
   session.Activate(0);
   const int first = session.State();
   session.Run();
-  EXPECT_FALSE(IsChecked(session, second, 40097));
-  EXPECT_TRUE(IsChecked(session, first, 40097));
+  EXPECT_FALSE(IsChecked(session, second, kCommandDimOthers));
+  EXPECT_TRUE(IsChecked(session, first, kCommandDimOthers));
 }
 
 TEST(CheckMarks, LineEmphasisIsOfOneWindow) {
   ScriptSession session;
-  session.OpenCut("a.cut", OneRecord()).Command(40102).OpenCut("b.cut", OneRecord());
+  session.OpenCut("a.cut", OneRecord()).Command(kCommandLineEmphasis).OpenCut("b.cut", OneRecord());
   const int state = session.State();
   session.Run();
-  EXPECT_FALSE(IsChecked(session, state, 40102));
+  EXPECT_FALSE(IsChecked(session, state, kCommandLineEmphasis));
   EXPECT_EQ(session.StateAt(state)["cuts"][0]["lineEmphasis"], true);
   EXPECT_EQ(session.StateAt(state)["cuts"][1]["lineEmphasis"], false);
 }
 
 TEST(CheckMarks, CornerRemovalIsOfTheWholeProgram) {
   ScriptSession session;
-  session.OpenCut("a.cut", OneRecord()).Command(40099).OpenCut("b.cut", OneRecord());
+  session.OpenCut("a.cut", OneRecord()).Command(kCommandMuraRemoval).OpenCut("b.cut", OneRecord());
   const int state = session.State();
   session.Run();
-  EXPECT_FALSE(IsChecked(session, state, 40099));
+  EXPECT_FALSE(IsChecked(session, state, kCommandMuraRemoval));
   EXPECT_EQ(session.StateAt(state)["pen"]["muraRemoval"], 0);
 }
 
@@ -293,7 +311,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(PanelNotifications, LeavingTheFrameTimeCommitsIt) {
   ScriptSession session;
-  session.OpenCut("a.cut", OneRecord()).Panel(10002, "7").Focus("cut");
+  session.OpenCut("a.cut", OneRecord()).Panel(kFrameTimeEdit, "7").Focus("cut");
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(state)["time"], 7);
@@ -301,7 +319,7 @@ TEST(PanelNotifications, LeavingTheFrameTimeCommitsIt) {
 
 TEST(PanelNotifications, LeavingAChangedFrameTimeRefreshes) {
   ScriptSession session;
-  session.OpenCut("a.cut", OneRecord()).Panel(10005, "12345").Panel(10002, "7").Focus("cut");
+  session.OpenCut("a.cut", OneRecord()).Panel(kLoopEdit, "12345").Panel(kFrameTimeEdit, "7").Focus("cut");
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(state)["loop"], 1234);
@@ -310,7 +328,7 @@ TEST(PanelNotifications, LeavingAChangedFrameTimeRefreshes) {
 
 TEST(PanelNotifications, LeavingAnUnchangedFrameTimeCommitsWithoutRefreshing) {
   ScriptSession session;
-  session.OpenCut("a.cut", OneRecord()).Panel(10005, "12345").Panel(10002, "1").Focus("cut");
+  session.OpenCut("a.cut", OneRecord()).Panel(kLoopEdit, "12345").Panel(kFrameTimeEdit, "1").Focus("cut");
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(state)["loop"], 1234);
@@ -331,14 +349,14 @@ TEST_P(EditThatKeepsItsText, UntilTheNextCommit) {
   EXPECT_EQ(session.StateAt(state)["panels"][std::to_string(GetParam())], "7");
 }
 
-INSTANTIATE_TEST_SUITE_P(Routing, EditThatKeepsItsText, testing::Values(10005, 10006, 10007));
+INSTANTIATE_TEST_SUITE_P(Routing, EditThatKeepsItsText, testing::Values(kLoopEdit, kCommentEdit, kBrightnessEdit));
 
 TEST(PanelNotifications, SelectingALayerLineMakesItCurrent) {
   ScriptSession session;
   CutFile file;
   file.layers = {{.name = "A", .cells = {1}}, {.name = "B", .cells = {2}}};
   file.frames.push_back({.records = {{.layer = 0}, {.layer = 1}}});
-  session.OpenCut("a.cut", file).Select(10004, {0});
+  session.OpenCut("a.cut", file).Select(kLayerList, {0});
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(state)["currentRecord"], 0);
@@ -346,7 +364,7 @@ TEST(PanelNotifications, SelectingALayerLineMakesItCurrent) {
 
 TEST(PanelNotifications, DoubleClickOnALayerLineOpensItsProperties) {
   ScriptSession session;
-  session.OpenCut("a.cut", OneRecord()).Dialog(106, {"1000=Renamed"}).DoubleClick(10004, 0);
+  session.OpenCut("a.cut", OneRecord()).Dialog(kLayerDialog, {{kLayerNameEdit, "Renamed"}}).DoubleClick(kLayerList, 0);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["layers"][0]["name"], "Renamed");
@@ -354,7 +372,7 @@ TEST(PanelNotifications, DoubleClickOnALayerLineOpensItsProperties) {
 
 TEST(ActiveCut, IsTheOneActivatedLast) {
   ScriptSession session;
-  session.OpenCut("a.cut", OneRecord()).OpenCut("b.cut", OneRecord()).Activate(0).Command(40060);
+  session.OpenCut("a.cut", OneRecord()).OpenCut("b.cut", OneRecord()).Activate(0).Command(kCommandBlankCell);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(state)["cuts"][0]["frames"][0]["records"][0]["cell"], -1);
@@ -374,7 +392,7 @@ TEST_P(Accelerator, DoesWhatItsCommandDoes) {
   for (int i = 0; i < 2; ++i) {
     ScriptSession session;
     const CutFile file = CutFile::Showing({1, 2}, {0, 1, 0});
-    session.OpenCut("a.cut", file).Command(40007).Command(40026).Panel(10006, "typed");
+    session.OpenCut("a.cut", file).Command(kCommandPreviousFrame).Command(kCommandPlay).Panel(kCommentEdit, "typed");
     if (i == 0) session.Key(GetParam().key);
     if (i == 1) session.Command(GetParam().command);
     const int state = session.State();
@@ -387,11 +405,14 @@ TEST_P(Accelerator, DoesWhatItsCommandDoes) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Routing, Accelerator,
-                         testing::Values(Shortcut{"F2", 40007}, Shortcut{"F6", 40007}, Shortcut{"F3", 40008},
-                                         Shortcut{"F7", 40008}, Shortcut{"F4", 40026}, Shortcut{"F5", 40026},
-                                         Shortcut{"F9", 40027}, Shortcut{"Esc", 40027}, Shortcut{"F1", 40136},
-                                         Shortcut{"F8", 40136}, Shortcut{"Enter", 40095}, Shortcut{"Tab", 40095},
-                                         Shortcut{"Shift+Enter", 40096}, Shortcut{"Shift+Tab", 40096}));
+                         testing::Values(Shortcut{"F2", kCommandPreviousFrame}, Shortcut{"F6", kCommandPreviousFrame},
+                                         Shortcut{"F3", kCommandNextFrame}, Shortcut{"F7", kCommandNextFrame},
+                                         Shortcut{"F4", kCommandPlay}, Shortcut{"F5", kCommandPlay},
+                                         Shortcut{"F9", kCommandStop}, Shortcut{"Esc", kCommandStop},
+                                         Shortcut{"F1", kCommandExplainTool}, Shortcut{"F8", kCommandExplainTool},
+                                         Shortcut{"Enter", kCommandFocusForward}, Shortcut{"Tab", kCommandFocusForward},
+                                         Shortcut{"Shift+Enter", kCommandFocusBackward},
+                                         Shortcut{"Shift+Tab", kCommandFocusBackward}));
 
 TEST(Accelerators, FramesStepBackAndForward) {
   ScriptSession session;
@@ -426,7 +447,7 @@ TEST(Accelerators, PlayAndStop) {
 
 TEST(Accelerators, CtrlNMakesANewCut) {
   ScriptSession session;
-  session.Dialog(107, {}).Dialog(106, {}, "cancel").Key("Ctrl+N");
+  session.Dialog(kCutDialog, {}).Dialog(kLayerDialog, {}, "cancel").Key("Ctrl+N");
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(state)["cuts"].size(), 1U);
@@ -453,8 +474,10 @@ class NumberedCutKey : public testing::TestWithParam<const char*> {};
 
 TEST_P(NumberedCutKey, MakesANumberedCutInTheFilm) {
   ScriptSession session;
-  session.OpenCut("cut001.cut", OneRecord()).Command(40047);
-  session.Dialog(107, {"1002=8", "1001=3"}).Dialog(106, {}, "cancel").Key(GetParam());
+  session.OpenCut("cut001.cut", OneRecord()).Command(kCommandAddCutToFilm);
+  session.Dialog(kCutDialog, {{kCutWidthEdit, "8"}, {kCutHeightEdit, "3"}})
+      .Dialog(kLayerDialog, {}, "cancel")
+      .Key(GetParam());
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["path"], session.Path("cut002.cut"));

@@ -18,6 +18,7 @@
 #include <sstream>
 #include <thread>
 
+#include "resources/ids.h"
 #include "rules/little_bytes.h"
 #include "support/places.h"
 
@@ -244,9 +245,10 @@ ScriptSession& ScriptSession::Panel(int id, std::string_view text) {
   return Line("panel " + std::to_string(id) + " " + Quoted(text));
 }
 
-ScriptSession& ScriptSession::Dialog(int templateId, const std::vector<std::string>& values, std::string_view button) {
+ScriptSession& ScriptSession::Dialog(int templateId, const DialogValues& values, std::string_view button) {
   std::string text = "dialog " + std::to_string(templateId);
-  for (const std::string& value : values) text.append(" ").append(Quoted(value));
+  for (const DialogValue& each : values)
+    text.append(" ").append(Quoted(std::to_string(each.control) + "=" + each.value));
   return Line(text.append(" ").append(button));
 }
 
@@ -295,10 +297,12 @@ ScriptSession& ScriptSession::Exit() {
 
 namespace {
 
-std::vector<std::string> CutDialogWords(const NewCutValues& values) {
-  return {"1002=" + std::to_string(values.width), "1001=" + std::to_string(values.height),
-          "1041=" + std::to_string(values.fps), std::to_string(1055 + values.antialias) + "=on",
-          "1037=" + values.credit};
+DialogValues CutDialogValues(const NewCutValues& values) {
+  return {{kCutWidthEdit, std::to_string(values.width)},
+          {kCutHeightEdit, std::to_string(values.height)},
+          {kCutFpsEdit, std::to_string(values.fps)},
+          {kCutWholeRadio + values.antialias, "on"},
+          {kCutCreditEdit, values.credit}};
 }
 
 }  // namespace
@@ -306,20 +310,22 @@ std::vector<std::string> CutDialogWords(const NewCutValues& values) {
 ScriptSession& ScriptSession::NewCut(const NewCutValues& values) {
   const int layerWidth = values.layerWidth < 0 ? values.width : values.layerWidth;
   const int layerHeight = values.layerHeight < 0 ? values.height : values.layerHeight;
-  Dialog(107, CutDialogWords(values));
-  Dialog(106, {"1000=" + values.layerName, "1002=" + std::to_string(layerWidth), "1001=" + std::to_string(layerHeight),
-               values.followFrame ? "1060=on" : "1060=off"});
-  return Command(40050);
+  Dialog(kCutDialog, CutDialogValues(values));
+  Dialog(kLayerDialog, {{kLayerNameEdit, values.layerName},
+                        {kLayerWidthEdit, std::to_string(layerWidth)},
+                        {kLayerHeightEdit, std::to_string(layerHeight)},
+                        {kLayerFollowCheck, values.followFrame ? "on" : "off"}});
+  return Command(kCommandNewCut);
 }
 
 ScriptSession& ScriptSession::NewCutWithoutLayer(const NewCutValues& values) {
-  Dialog(107, CutDialogWords(values));
-  Dialog(106, {}, "cancel");
-  return Command(40050);
+  Dialog(kCutDialog, CutDialogValues(values));
+  Dialog(kLayerDialog, {}, "cancel");
+  return Command(kCommandNewCut);
 }
 
 ScriptSession& ScriptSession::SaveCutAs(std::string_view name) {
-  return File(Path(name)).Command(40052);
+  return File(Path(name)).Command(kCommandSaveCutAs);
 }
 
 int ScriptSession::State() {

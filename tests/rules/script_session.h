@@ -98,6 +98,13 @@ struct CutFile {
 // The checksum of an 8 by 3 cell of one colour.
 std::string PlainCell(int color);
 
+// A value that goes into a control of a dialog.
+struct DialogValue {
+  int control;
+  std::string value;
+};
+using DialogValues = std::vector<DialogValue>;
+
 // One script for the console program: lines are collected, then `Run` writes them to a file in a folder of this
 // object's own and runs the program with them. The folder goes away with the object. `State` and the pictures may
 // stand anywhere between the lines; they are read back by number after the run, in the order in which they were asked.
@@ -124,8 +131,8 @@ class ScriptSession {
   ScriptSession& LeftDrag(int fromX, int fromY, int toX, int toY, std::string_view modifiers = "");
   ScriptSession& Picker(std::string_view message, int x, int y);
   ScriptSession& Panel(int id, std::string_view text);
-  // `values` are words of the form ID=VALUE; words with blanks are quoted here. `button` is "ok" or "cancel".
-  ScriptSession& Dialog(int templateId, const std::vector<std::string>& values, std::string_view button = "ok");
+  // The values are set in this order. `button` is "ok" or "cancel".
+  ScriptSession& Dialog(int templateId, const DialogValues& values, std::string_view button = "ok");
   // The answer to the next file dialog; `path` is quoted here. "cancel" without a folder cancels.
   ScriptSession& File(std::string_view path);
   ScriptSession& Answer(std::string_view yesOrNo);

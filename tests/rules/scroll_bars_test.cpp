@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
 
@@ -22,9 +23,9 @@ struct Scrolling : testing::Test {
   Place Now() { return ScrollOf(session); }
   // Double size, from 1/1, with the position at the origin.
   void ZoomIn() {
-    session.Command(tool::Zoom);
+    session.Command(kToolZoom);
     session.Press(0, 0);
-    session.Command(tool::FreePen);
+    session.Command(kToolFreePen);
     Scroll("h", "thumbposition 0");
     Scroll("v", "thumbposition 0");
   }
@@ -115,7 +116,7 @@ TEST_F(Scrolling, ThumbPositionsAreMultiplesOfTheZoom) {
 
 TEST_F(Scrolling, APageAtTripleSizeIsAMultipleOfTheZoom) {
   ZoomIn();
-  session.Command(tool::Zoom);
+  session.Command(kToolZoom);
   session.Press(0, 0);
   Scroll("h", "thumbposition 0");
   Scroll("v", "thumbposition 0");
@@ -142,14 +143,14 @@ TEST_F(Scrolling, TheMouseMeetsTheScrolledPicture) {
 
 TEST_F(Scrolling, AtHalfSizeTheHorizontalTotalIsThatOfFullSize) {
   DrawingSession half({.width = 400, .height = 300, .clientWidth = 64, .clientHeight = 48});
-  half.Command(tool::Zoom).RightClick(1, 1);
+  half.Command(kToolZoom).RightClick(1, 1);
   for (int i = 0; i < 9; ++i) half.Line("scroll h pagedown").Line("scroll v pagedown");
   EXPECT_EQ(ScrollOf(half), (Place{336, 102}));
 }
 
 TEST_F(Scrolling, AThumbIsIgnoredOnAPictureOfMoreThan65535Pixels) {
   DrawingSession wide({.width = 22000, .height = 10, .clientWidth = 64, .clientHeight = 10});
-  wide.Command(tool::Zoom).Mouse("ldown", 0, 0);
+  wide.Command(kToolZoom).Mouse("ldown", 0, 0);
   wide.Line("scroll h thumbposition 30");
   EXPECT_EQ(ScrollOf(wide).first, 30);
   wide.Mouse("ldown", 0, 0);
@@ -160,7 +161,7 @@ TEST_F(Scrolling, AThumbIsIgnoredOnAPictureOfMoreThan65535Pixels) {
 
 TEST_F(Scrolling, AVerticalThumbIsIgnoredOnAPictureOfMoreThan65535Pixels) {
   DrawingSession high({.width = 10, .height = 22000, .clientWidth = 10, .clientHeight = 48});
-  high.Command(tool::Zoom).Mouse("ldown", 0, 0);
+  high.Command(kToolZoom).Mouse("ldown", 0, 0);
   high.Line("scroll v thumbposition 30");
   EXPECT_EQ(ScrollOf(high).second, 30);
   high.Mouse("ldown", 0, 0);
@@ -172,7 +173,7 @@ TEST_F(Scrolling, AVerticalThumbIsIgnoredOnAPictureOfMoreThan65535Pixels) {
 // Pulses: a line chain is gone after one.
 struct ScrollPulse : Scrolling {
   bool ChainSurvives(const std::string& bar, const std::string& code) {
-    session.Command(tool::Line).LeftClick(10, 10, "ctrl");
+    session.Command(kToolLine).LeftClick(10, 10, "ctrl");
     Scroll(bar, code);
     session.LeftClick(40, 10);
     return session.NowView().Count(8) > 1;
@@ -297,7 +298,7 @@ TEST_F(Panning, ASmallPictureStaysAndItsToolSeesNothing) {
 }
 
 TEST_F(Panning, AStrokeUnderThePanGetsNoSegment) {
-  session.Command(command::MuraRemoval);
+  session.Command(kCommandMuraRemoval);
   session.Press(30, 20);
   Pan(40, 20);
   Pan(40, 20);

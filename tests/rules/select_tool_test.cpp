@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
 
@@ -12,7 +13,7 @@ struct AreaSelection : testing::Test {
     model.Fill(x, y, width, height, index);
   }
   void Select(int left, int top, int right, int bottom) {
-    session.Command(tool::AreaSelect);
+    session.Command(kToolAreaSelect);
     session.LeftDrag(left, top, right, bottom);
   }
   DrawingSession session;
@@ -25,7 +26,7 @@ TEST_F(AreaSelection, ADragMarksItsRectangle) {
 }
 
 TEST_F(AreaSelection, TheSelectionFollowsEveryMove) {
-  session.Command(tool::AreaSelect);
+  session.Command(kToolAreaSelect);
   session.Press(10, 12);
   session.Move(30, 25);
   session.Move(20, 40);
@@ -33,7 +34,7 @@ TEST_F(AreaSelection, TheSelectionFollowsEveryMove) {
 }
 
 TEST_F(AreaSelection, MovesToTheUpperLeftDoNotCount) {
-  session.Command(tool::AreaSelect);
+  session.Command(kToolAreaSelect);
   session.Press(20, 20);
   session.Move(30, 30);
   session.Move(10, 40);
@@ -48,7 +49,7 @@ TEST_F(AreaSelection, ADragMarksNothingInTheCell) {
 }
 
 TEST_F(AreaSelection, TheFrameStandsOnTheScreen) {
-  session.Command(tool::AreaSelect);
+  session.Command(kToolAreaSelect);
   const PixelMatrix screen = session.NowScreen();
   session.LeftDrag(10, 12, 30, 25);
   EXPECT_FALSE(session.NowScreen() == screen);
@@ -57,25 +58,25 @@ TEST_F(AreaSelection, TheFrameStandsOnTheScreen) {
 }
 
 TEST_F(AreaSelection, ARightClickSelectsTheWholeCell) {
-  session.Command(tool::AreaSelect).RightClick(20, 20);
+  session.Command(kToolAreaSelect).RightClick(20, 20);
   EXPECT_EQ(session.NowSelection(), (rules::Area{0, 0, 64, 48}));
 }
 
 TEST_F(AreaSelection, ASecondRightClickClearsTheSelection) {
-  session.Command(tool::AreaSelect).RightClick(20, 20).RightClick(20, 20);
+  session.Command(kToolAreaSelect).RightClick(20, 20).RightClick(20, 20);
   EXPECT_FALSE(session.HasSelection());
 }
 
 TEST_F(AreaSelection, ARightClickSelectsTheCellWhereItStands) {
   session.AddLayer("B", 20, 10);
-  session.Command(tool::LayerPosition);
+  session.Command(kToolLayerPosition);
   session.LeftDrag(10, 10, 13, 15);
-  session.Command(tool::AreaSelect).RightClick(20, 20);
+  session.Command(kToolAreaSelect).RightClick(20, 20);
   EXPECT_EQ(session.NowSelection(), (rules::Area{25, 24, 45, 34}));
 }
 
 TEST_F(AreaSelection, ARightClickDuringADragIsIgnored) {
-  session.Command(tool::AreaSelect);
+  session.Command(kToolAreaSelect);
   session.Press(10, 12);
   session.Move(30, 25);
   session.RightRelease(30, 25);
@@ -90,7 +91,7 @@ TEST_F(AreaSelection, APulseEndsTheSelection) {
 
 TEST_F(AreaSelection, AToolChangeEndsTheSelection) {
   Select(10, 12, 30, 25);
-  session.Command(tool::FreePen);
+  session.Command(kToolFreePen);
   EXPECT_FALSE(session.HasSelection());
 }
 
@@ -177,7 +178,7 @@ TEST_F(AreaSelection, AMoveByOnePixelCarriesASolidBarInEveryDirection) {
   for (const auto& [dx, dy] : steps) {
     DrawingSession fresh;
     fresh.FillArea(12, 12, 10, 10, 3);
-    fresh.Command(tool::AreaSelect).LeftDrag(10, 10, 30, 30).LeftDrag(20, 20, 20 + dx, 20 + dy);
+    fresh.Command(kToolAreaSelect).LeftDrag(10, 10, 30, 30).LeftDrag(20, 20, 20 + dx, 20 + dy);
     InkModel moved;
     moved.Fill(12 + dx, 12 + dy, 10, 10, 3);
     EXPECT_TRUE(Shows(fresh.NowView(), moved)) << dx << ", " << dy;
@@ -268,7 +269,7 @@ TEST_F(AreaSelection, UndoAfterTwoMovesGivesTheFirstState) {
   Select(10, 10, 20, 20);
   session.LeftDrag(15, 15, 29, 15);
   session.LeftDrag(27, 16, 42, 26);
-  session.Command(command::Undo);
+  session.Command(kCommandUndo);
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
@@ -283,7 +284,7 @@ TEST_F(AreaSelection, UndoTakesAMoveBack) {
   Area(12, 12, 4, 5, 2);
   Select(10, 10, 20, 20);
   session.LeftDrag(15, 15, 25, 18);
-  session.Command(command::Undo);
+  session.Command(kCommandUndo);
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
@@ -299,14 +300,14 @@ TEST_F(AreaSelection, PositionsAreSigned) {
 }
 
 TEST_F(AreaSelection, ABlankRecordCantBeSelectedOn) {
-  session.Command(command::ToggleBlank);
+  session.Command(kCommandBlankCell);
   Select(10, 12, 30, 25);
   EXPECT_FALSE(session.HasSelection());
 }
 
 TEST_F(AreaSelection, ALayerElsewhereMovesItsInkUnderTheFrame) {
   Area(12, 12, 4, 5, 2);
-  session.Command(tool::LayerPosition);
+  session.Command(kToolLayerPosition);
   session.LeftDrag(10, 10, 15, 13);
   Select(15, 13, 25, 23);
   session.LeftDrag(20, 18, 30, 21);
@@ -321,7 +322,7 @@ struct FloatingPaste : AreaSelection {
     Area(12, 12, 4, 4, 2);
     Area(40, 10, 10, 20, 3);
     Select(10, 10, 20, 20);
-    session.Command(40061).Command(40062);
+    session.Command(kCommandCopy).Command(kCommandPaste);
   }
 };
 
@@ -356,14 +357,14 @@ TEST_F(FloatingPaste, ARightClickMakesItFinal) {
 }
 
 TEST_F(FloatingPaste, AToolChangeEndsTheSelectionAndLeavesThePasteAfloat) {
-  session.Command(tool::FreePen);
+  session.Command(kToolFreePen);
   EXPECT_FALSE(session.HasSelection());
   EXPECT_EQ(session.NowCut()["floatingPaste"], true);
 }
 
 TEST_F(FloatingPaste, UndoAfterTheDragTakesThePasteAway) {
   session.LeftDrag(15, 15, 45, 25);
-  session.Command(command::Undo);
+  session.Command(kCommandUndo);
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
@@ -372,7 +373,7 @@ TEST_F(FloatingPaste, UndoAfterTheDragTakesThePasteAway) {
 TEST_F(AreaSelection, UnderdrawingIsMadeInTheSelectionAlone) {
   Area(10, 10, 20, 20, 1);
   Select(5, 5, 15, 15);
-  session.Command(40024);
+  session.Command(kCommandToSketch);
   model.Fill(10, 10, 5, 5, 5);
   EXPECT_TRUE(Shows(session.NowView(), model));
   EXPECT_EQ(session.NowUndoRect(), (rules::Area{5, 5, 10, 10}));
@@ -380,9 +381,9 @@ TEST_F(AreaSelection, UnderdrawingIsMadeInTheSelectionAlone) {
 
 TEST_F(AreaSelection, OldUnderdrawingGoesAsNewIsMade) {
   Area(10, 10, 20, 10, 1);
-  session.Command(40024);
+  session.Command(kCommandToSketch);
   Area(10, 20, 20, 10, 2);
-  session.Command(40024);
+  session.Command(kCommandToSketch);
   model.Fill(10, 10, 20, 10, 0);
   model.Fill(10, 20, 20, 10, 6);
   EXPECT_TRUE(Shows(session.NowView(), model));
@@ -390,9 +391,9 @@ TEST_F(AreaSelection, OldUnderdrawingGoesAsNewIsMade) {
 
 TEST_F(AreaSelection, UnderdrawingIsClearedInTheSelectionAlone) {
   Area(10, 10, 20, 20, 1);
-  session.Command(40024);
+  session.Command(kCommandToSketch);
   Select(5, 5, 15, 15);
-  session.Command(40025);
+  session.Command(kCommandEraseSketch);
   model.Fill(10, 10, 20, 20, 5);
   model.Fill(10, 10, 5, 5, 0);
   EXPECT_TRUE(Shows(session.NowView(), model));
@@ -401,7 +402,7 @@ TEST_F(AreaSelection, UnderdrawingIsClearedInTheSelectionAlone) {
 TEST_F(AreaSelection, ACellIsErasedInTheSelectionAlone) {
   Area(10, 10, 20, 20, 1);
   Select(5, 5, 15, 15);
-  session.Command(40092);
+  session.Command(kCommandEraseCell);
   model.Fill(10, 10, 5, 5, 0);
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
@@ -409,7 +410,7 @@ TEST_F(AreaSelection, ACellIsErasedInTheSelectionAlone) {
 TEST_F(AreaSelection, RandomDotsWithAGapOfOneCoverTheSelection) {
   session.PickPlain(3);
   Select(10, 10, 20, 15);
-  session.Dialog(127, {"1001=1"}).Command(40126);
+  session.Dialog(kRandomDotsDialog, {{kDotGapEdit, "1"}}).Command(kCommandRandomDots);
   model.Fill(10, 10, 10, 5, 3);
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
@@ -418,14 +419,14 @@ TEST_F(AreaSelection, RandomDotsKeepToTheMask) {
   Area(0, 0, 30, 48, 4);
   session.Mask({4});
   session.PickPlain(3);
-  session.Dialog(127, {"1001=1"}).Command(40126);
+  session.Dialog(kRandomDotsDialog, {{kDotGapEdit, "1"}}).Command(kCommandRandomDots);
   model.Fill(30, 0, 34, 48, 3);
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
 TEST_F(AreaSelection, AGridIsDrawnInUnderdrawingBetweenTheInk) {
   Area(10, 10, 20, 20, 4);
-  session.Dialog(108, {"1022=8", "1001=12"}).Command(40127);
+  session.Dialog(kGridDialog, {{kGridWidthEdit, "8"}, {kGridHeightEdit, "12"}}).Command(kCommandDrawGrid);
   for (int y = 0; y < 48; ++y) {
     for (int x = 0; x < 64; ++x) {
       if ((x % 8 == 0 || y % 12 == 0) && model.At(x, y) == 0) model.Set(x, y, 5);
@@ -437,7 +438,7 @@ TEST_F(AreaSelection, AGridIsDrawnInUnderdrawingBetweenTheInk) {
 
 TEST_F(AreaSelection, AGridStartsAtTheSelectionsCorner) {
   Select(11, 13, 40, 40);
-  session.Dialog(108, {"1022=8", "1001=12"}).Command(40127);
+  session.Dialog(kGridDialog, {{kGridWidthEdit, "8"}, {kGridHeightEdit, "12"}}).Command(kCommandDrawGrid);
   const PixelMatrix view = session.NowView();
   EXPECT_EQ(view.Count(5, 11, 14, 28, 10), 4 * 10);
   EXPECT_EQ(view.At(11, 20), 5u);

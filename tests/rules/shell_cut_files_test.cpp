@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "resources/ids.h"
 #include "rules/script_session.h"
 #include "rules/session_state.h"
 
@@ -16,12 +17,12 @@ using rules::ScriptSession;
 
 // A new cut whose layer is saved and opened as a cut of its own.
 ScriptSession& OpenLayerOf(ScriptSession& session, const NewCutValues& values = {}) {
-  return session.NewCut(values).File(session.Path("a.lyr")).Command(40066).Open(session.Path("a.lyr"));
+  return session.NewCut(values).File(session.Path("a.lyr")).Command(kCommandSaveLayer).Open(session.Path("a.lyr"));
 }
 
 TEST(NewCut, DialogStartsWithTheDefaults) {
   ScriptSession session;
-  session.Dialog(107, {}).Dialog(106, {}, "cancel").Command(40050);
+  session.Dialog(kCutDialog, {}).Dialog(kLayerDialog, {}, "cancel").Command(kCommandNewCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(PropertiesOf(session, state), "240 x 180, 24 fps, antialias 0, credit []");
@@ -30,7 +31,7 @@ TEST(NewCut, DialogStartsWithTheDefaults) {
 TEST(NewCut, DialogStartsWithTheSettings) {
   ScriptSession session;
   session.SetSettings("[OnNewCut]\r\nwidth=50\r\nheight=40\r\nfps=12\r\nanti=2\r\ncredit=Someone\r\n");
-  session.Dialog(107, {}).Dialog(106, {}, "cancel").Command(40050);
+  session.Dialog(kCutDialog, {}).Dialog(kLayerDialog, {}, "cancel").Command(kCommandNewCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(PropertiesOf(session, state), "50 x 40, 12 fps, antialias 2, credit [Someone]");
@@ -48,7 +49,7 @@ TEST(NewCut, OkWritesTheFiveKeys) {
 
 TEST(NewCut, CancelMakesNothingAndWritesNothing) {
   ScriptSession session;
-  session.Dialog(107, {"1002=50"}, "cancel").Command(40050);
+  session.Dialog(kCutDialog, {{kCutWidthEdit, "50"}}, "cancel").Command(kCommandNewCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(state)["cuts"].size(), 0U);
@@ -135,7 +136,7 @@ TEST(OpenCut, WindowHasPathAndTitleOfTheFile) {
 TEST(OpenCut, CommandAsksForTheFile) {
   ScriptSession session;
   session.Write("a.cut", CutFile::WithoutLayers(3).Bytes());
-  session.File(session.Path("a")).Command(40056);
+  session.File(session.Path("a")).Command(kCommandOpenCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["path"], session.Path("a.cut"));
@@ -144,7 +145,7 @@ TEST(OpenCut, CommandAsksForTheFile) {
 
 TEST(OpenCut, CancelledCommandOpensNothing) {
   ScriptSession session;
-  session.File("cancel").Command(40056);
+  session.File("cancel").Command(kCommandOpenCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(state)["cuts"].size(), 0U);
@@ -222,7 +223,11 @@ TEST(OpenLayer, HasOneFrameShowingTheLayerAtTheOrigin) {
 
 TEST(OpenLayer, CommandAsksForTheFile) {
   ScriptSession session;
-  session.NewCut().File(session.Path("a.lyr")).Command(40066).File(session.Path("a")).Command(40067);
+  session.NewCut()
+      .File(session.Path("a.lyr"))
+      .Command(kCommandSaveLayer)
+      .File(session.Path("a"))
+      .Command(kCommandOpenLayer);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(state)["cuts"].size(), 2U);
@@ -239,13 +244,13 @@ TEST(OpenLayer, WrongMagicOpensNothing) {
 
 TEST(SaveCutAs, CommitsThePanelsFirst) {
   ScriptSession session;
-  session.NewCut().Panel(10006, "typed").SaveCutAs("a.cut").Run();
+  session.NewCut().Panel(kCommentEdit, "typed").SaveCutAs("a.cut").Run();
   EXPECT_NE(session.Bytes("a.cut").find("typed"), std::string::npos);
 }
 
 TEST(SaveCutAs, CancelCommitsAndSavesNothing) {
   ScriptSession session;
-  session.NewCut().Panel(10006, "typed").File("cancel").Command(40052);
+  session.NewCut().Panel(kCommentEdit, "typed").File("cancel").Command(kCommandSaveCutAs);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(state)["comment"], "typed");
@@ -263,7 +268,7 @@ TEST(SaveCutAs, ClearsModifiedAloneAndKeepsTheStaleBits) {
 
 TEST(SaveCutAs, NameWithoutExtensionGetsCut) {
   ScriptSession session;
-  session.NewCut().File(session.Path("plain")).Command(40052);
+  session.NewCut().File(session.Path("plain")).Command(kCommandSaveCutAs);
   const int state = session.State();
   session.Run();
   EXPECT_TRUE(session.Exists("plain.cut"));
@@ -272,7 +277,7 @@ TEST(SaveCutAs, NameWithoutExtensionGetsCut) {
 
 TEST(SaveCutAs, FileThatDoesNotOpenLeavesPathAndTitle) {
   ScriptSession session;
-  session.NewCut().SaveCutAs("a.cut").File(session.Path("nofolder/b.cut")).Command(40052);
+  session.NewCut().SaveCutAs("a.cut").File(session.Path("nofolder/b.cut")).Command(kCommandSaveCutAs);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["path"], session.Path("a.cut"));
@@ -315,7 +320,7 @@ TEST(SaveCutAs, DropsUnusedLayersButPassesOverTheNextOne) {
 
 TEST(OverwriteCut, DropsUnusedLayers) {
   ScriptSession session;
-  session.OpenCut("a.cut", OnlyTheLastOfThreeLayersInUse()).Command(40088);
+  session.OpenCut("a.cut", OnlyTheLastOfThreeLayersInUse()).Command(kCommandOverwriteCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["layers"].size(), 2U);
@@ -323,7 +328,7 @@ TEST(OverwriteCut, DropsUnusedLayers) {
 
 TEST(OverwriteCut, WithoutPathOpensTheSaveDialog) {
   ScriptSession session;
-  session.NewCut().File(session.Path("a.cut")).Command(40088);
+  session.NewCut().File(session.Path("a.cut")).Command(kCommandOverwriteCut);
   const int state = session.State();
   session.Run();
   EXPECT_TRUE(session.Exists("a.cut"));
@@ -333,12 +338,12 @@ TEST(OverwriteCut, WithoutPathOpensTheSaveDialog) {
 
 TEST(OverwriteCut, WithoutPathNeedsAnAnswerForItsDialog) {
   ScriptSession session;
-  session.NewCut().Command(40088).Run(3);
+  session.NewCut().Command(kCommandOverwriteCut).Run(3);
 }
 
 TEST(OverwriteCut, WritesToThePathWithoutADialog) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(40060).Command(40088);
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(kCommandBlankCell).Command(kCommandOverwriteCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["modified"], false);
@@ -347,7 +352,7 @@ TEST(OverwriteCut, WritesToThePathWithoutADialog) {
 
 TEST(OverwriteCut, DoesNotCommitThePanels) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Panel(10006, "typed").Command(40088);
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Panel(kCommentEdit, "typed").Command(kCommandOverwriteCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Frame(state)["comment"], "");
@@ -357,9 +362,9 @@ TEST(OverwriteCut, DoesNotCommitThePanels) {
 // A cut that is renamed into a folder that doesn't exist keeps that path, and can't be written there.
 TEST(OverwriteCut, PathThatCanNotBeWrittenOpensTheSaveDialog) {
   ScriptSession session;
-  session.OpenCut("b.cut", CutFile::Showing({1}, {0})).Command(40047);
-  session.Dialog(126, {"1058=nofolder/x"}).Command(40118);
-  session.File(session.Path("c.cut")).Command(40088);
+  session.OpenCut("b.cut", CutFile::Showing({1}, {0})).Command(kCommandAddCutToFilm);
+  session.Dialog(kRenameDialog, {{kRenameEdit, "nofolder/x"}}).Command(kCommandRenameCut);
+  session.File(session.Path("c.cut")).Command(kCommandOverwriteCut);
   const int state = session.State();
   session.Run();
   EXPECT_TRUE(session.Exists("c.cut"));
@@ -368,7 +373,7 @@ TEST(OverwriteCut, PathThatCanNotBeWrittenOpensTheSaveDialog) {
 
 TEST(OverwriteCut, WithNoCutOpenDoesNothing) {
   ScriptSession session;
-  session.Command(40088);
+  session.Command(kCommandOverwriteCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(state)["cuts"].size(), 0U);
@@ -389,13 +394,13 @@ TEST(CloseCut, ModifiedAsks) {
 
 TEST(CloseCut, CommitsThePanelsBeforeItAsks) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Panel(10006, "typed").Answer("yes").Close().Run();
+  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Panel(kCommentEdit, "typed").Answer("yes").Close().Run();
   EXPECT_NE(session.Bytes("a.cut").find("typed"), std::string::npos);
 }
 
 TEST(CloseCut, AnswerNoLosesTheChange) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Panel(10006, "typed").Answer("no").Close();
+  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Panel(kCommentEdit, "typed").Answer("no").Close();
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Bytes("a.cut"), CutFile::WithoutLayers(1).Bytes());
@@ -419,7 +424,7 @@ TEST(CloseCut, YesOnAnUntitledCutSavesUnderTheChosenName) {
 
 TEST(CloseCut, SavingOnCloseDropsUnusedLayers) {
   ScriptSession session;
-  session.OpenCut("a.cut", OnlyTheLastOfThreeLayersInUse()).Command(40060).Answer("yes").Close();
+  session.OpenCut("a.cut", OnlyTheLastOfThreeLayersInUse()).Command(kCommandBlankCell).Answer("yes").Close();
   session.Open(session.Path("a.cut"));
   const int state = session.State();
   session.Run();
@@ -428,7 +433,7 @@ TEST(CloseCut, SavingOnCloseDropsUnusedLayers) {
 
 TEST(CloseCut, LeavesTheFilmsEntryByNameOnly) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Command(40047).Close();
+  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Command(kCommandAddCutToFilm).Close();
   const int state = session.State();
   session.Run();
   json cuts = session.StateAt(state)["film"]["cuts"];
@@ -448,9 +453,9 @@ TEST(CloseCut, WindowThatWasActiveBeforeBecomesActive) {
 
 TEST(CloseAll, NoClosesTheWindowsAllTheSameButEachOneAsks) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Panel(10006, "first");
-  session.OpenCut("b.cut", CutFile::WithoutLayers(1)).Panel(10006, "second");
-  session.Answer("no").Answer("no").Answer("yes").Command(40122);
+  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Panel(kCommentEdit, "first");
+  session.OpenCut("b.cut", CutFile::WithoutLayers(1)).Panel(kCommentEdit, "second");
+  session.Answer("no").Answer("no").Answer("yes").Command(kCommandCloseAll);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(state)["cuts"].size(), 0U);
@@ -460,9 +465,9 @@ TEST(CloseAll, NoClosesTheWindowsAllTheSameButEachOneAsks) {
 
 TEST(CloseAll, YesSavesEveryModifiedCutWithoutAsking) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Panel(10006, "first");
-  session.OpenCut("b.cut", CutFile::WithoutLayers(1)).Panel(10006, "second");
-  session.Answer("yes").Command(40122);
+  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Panel(kCommentEdit, "first");
+  session.OpenCut("b.cut", CutFile::WithoutLayers(1)).Panel(kCommentEdit, "second");
+  session.Answer("yes").Command(kCommandCloseAll);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(state)["cuts"].size(), 0U);
@@ -472,13 +477,16 @@ TEST(CloseAll, YesSavesEveryModifiedCutWithoutAsking) {
 
 TEST(CloseAll, UntitledCutStillComesToTheSaveDialog) {
   ScriptSession session;
-  session.NewCut().Answer("yes").File(session.Path("kept.cut")).Command(40122).Run();
+  session.NewCut().Answer("yes").File(session.Path("kept.cut")).Command(kCommandCloseAll).Run();
   EXPECT_TRUE(session.Exists("kept.cut"));
 }
 
 TEST(CloseAll, DoesNotAskAboutTheFilm) {
   ScriptSession session;
-  session.Dialog(110, {"1039=mine"}).Command(40082).Answer("yes").Command(40122);
+  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "mine"}})
+      .Command(kCommandFilmProperties)
+      .Answer("yes")
+      .Command(kCommandCloseAll);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(state)["film"]["modified"], true);
@@ -486,8 +494,8 @@ TEST(CloseAll, DoesNotAskAboutTheFilm) {
 
 TEST(CloseAll, AfterwardsACloseAsksAgain) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Answer("yes").Command(40122);
-  session.OpenCut("b.cut", CutFile::WithoutLayers(1)).Panel(10006, "typed").Close().Run(3);
+  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Answer("yes").Command(kCommandCloseAll);
+  session.OpenCut("b.cut", CutFile::WithoutLayers(1)).Panel(kCommentEdit, "typed").Close().Run(3);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "resources/ids.h"
 #include "rules/script_session.h"
 
 namespace {
@@ -47,7 +48,7 @@ TEST(Script, LinesAfterExitAreNotRun) {
 
 TEST(Script, EndWithoutExitAsksNothing) {
   ScriptSession session;
-  session.NewCut().Dialog(110, {}).Command(40082).Run();
+  session.NewCut().Dialog(kFilmDialog, {}).Command(kCommandFilmProperties).Run();
   EXPECT_FALSE(session.Files().size() > 0);
 }
 
@@ -58,12 +59,12 @@ TEST(Script, ActivateOfAWindowThatDoesNotExistIsRefused) {
 
 TEST(Script, LineOfAListThatDoesNotExistIsRefused) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Select(10004, {1}).Run(3);
+  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Select(kLayerList, {1}).Run(3);
 }
 
 TEST(Script, UnusedAnswersAreNoFault) {
   ScriptSession session;
-  session.Answer("yes").File("cancel").Line("color cancel").Dialog(107, {}).Run();
+  session.Answer("yes").File("cancel").Line("color cancel").Dialog(kCutDialog, {}).Run();
   EXPECT_EQ(session.Errors(), "");
 }
 
@@ -75,7 +76,7 @@ TEST(Script, ExitWithACutThatAsksAndNoAnswerIsRefused) {
 TEST(Settings, CreditOfTheNewCutIsReadIntoEightyBytes) {
   ScriptSession session;
   session.SetSettings("[OnNewCut]\r\ncredit=" + std::string(100, 'c') + "\r\n");
-  session.Dialog(107, {}).Dialog(106, {}, "cancel").Command(40050);
+  session.Dialog(kCutDialog, {}).Dialog(kLayerDialog, {}, "cancel").Command(kCommandNewCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Cut(state)["credit"], std::string(79, 'c'));
@@ -84,7 +85,7 @@ TEST(Settings, CreditOfTheNewCutIsReadIntoEightyBytes) {
 TEST(Settings, TitleAndAuthorOfTheNewFilmAreReadIntoEightyBytes) {
   ScriptSession session;
   session.SetSettings("[OnNewFilm]\r\ntitle=" + std::string(100, 't') + "\r\nauthor=" + std::string(100, 'a') + "\r\n");
-  session.Dialog(110, {}).Command(40051);
+  session.Dialog(kFilmDialog, {}).Command(kCommandNewFilm);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.StateAt(state)["film"]["title"], std::string(79, 't'));

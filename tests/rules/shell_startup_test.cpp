@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "resources/ids.h"
 #include "rules/script_session.h"
 
 namespace {
@@ -34,8 +35,8 @@ TEST(ShellStartup, FirstStartSelectsTheFreePen) {
   ScriptSession session;
   const int state = session.State();
   session.Run();
-  EXPECT_EQ(session.StateAt(state)["frame"]["currentTool"], 40029);
-  EXPECT_EQ(session.StateAt(state)["frame"]["previousTool"], 40029);
+  EXPECT_EQ(session.StateAt(state)["frame"]["currentTool"], kToolFreePen);
+  EXPECT_EQ(session.StateAt(state)["frame"]["previousTool"], kToolFreePen);
   EXPECT_EQ(session.StateAt(state)["frame"]["title"], "Sorvel Developer");
 }
 
@@ -95,7 +96,7 @@ TEST(ShellStartup, ExitWritesNoSettingsBesideFilmFontAndBrush) {
 
 TEST(ShellStartup, EndWithoutExitWritesNoSettings) {
   ScriptSession session;
-  session.Command(40074).Run();
+  session.Command(kCommandSquarePen).Run();
   EXPECT_FALSE(session.Exists("settings.ini"));
 }
 
@@ -133,14 +134,14 @@ TEST(ShellStartup, AnyNonZeroSquareFlagSelectsTheSquarePen) {
 TEST(ShellStartup, SquarePenIsWrittenAsItStandsWithSixthFieldOne) {
   ScriptSession session;
   session.SetSettings("[setup]\r\nbrush=10, 2, 3, 4, 0, 0\r\n");
-  session.Command(40074).Exit().Run();
+  session.Command(kCommandSquarePen).Exit().Run();
   EXPECT_EQ(session.Setting("setup", "brush"), "4, 2, 3, 4, 0, 1");
 }
 
 TEST(ShellStartup, SquarePenComesBackAsARoundShapeMarkedSquare) {
   ScriptSession session;
   session.SetSettings("[setup]\r\nbrush=11, 0, 1, 0, 1, 0\r\n");
-  session.Command(40074).Exit().Run();
+  session.Command(kCommandSquarePen).Exit().Run();
   ASSERT_EQ(session.Setting("setup", "brush"), "3, 0, 1, 0, 1, 1");
   session.Restart();
   const int state = session.State();
@@ -151,7 +152,7 @@ TEST(ShellStartup, SquarePenComesBackAsARoundShapeMarkedSquare) {
 
 TEST(ShellStartup, MaskIsNotKeptFromRunToRun) {
   ScriptSession session;
-  session.Dialog(109, {"1009=on"}).Command(40046).Exit().Run();
+  session.Dialog(kMaskDialog, {{kMaskBlackCheck, "on"}}).Command(kCommandMask).Exit().Run();
   session.Restart();
   const int state = session.State();
   session.Run();
@@ -171,12 +172,12 @@ TEST(ShellStartup, ClipTransparencySwitchIsReadAtStart) {
   const int state = session.State();
   session.Run();
   const json checked = session.StateAt(state)["frame"]["checked"];
-  EXPECT_NE(std::find(checked.begin(), checked.end(), 40137), checked.end());
+  EXPECT_NE(std::find(checked.begin(), checked.end(), kCommandTransparentColor), checked.end());
 }
 
 TEST(ShellStartup, FilmOfTheLastExitIsOpenedAtTheNextStart) {
   ScriptSession session;
-  session.File(session.Path("movie.flm")).Command(40054).Exit().Run();
+  session.File(session.Path("movie.flm")).Command(kCommandSaveFilmAs).Exit().Run();
   ASSERT_EQ(session.Setting("setup", "film"), session.Path("movie.flm"));
   session.Restart();
   const int state = session.State();
@@ -209,7 +210,7 @@ TEST(ShellStartup, ExitRecordsThePathOfTheFilmThatIsOpenThen) {
   ScriptSession session;
   session.SetSettings("[setup]\r\nfilm=" + session.Path("old.flm") + "\r\n");
   session.Write("old.flm", "t\na\n10, 20\n");
-  session.Dialog(110, {}).Command(40051).Exit().Run();
+  session.Dialog(kFilmDialog, {}).Command(kCommandNewFilm).Exit().Run();
   EXPECT_EQ(session.Setting("setup", "film"), "");
 }
 
@@ -237,7 +238,7 @@ TEST(ShellStartup, FilmOpensByAMixedCaseExtension) {
 
 TEST(ShellStartup, LayerOpensByAnUpperCaseExtension) {
   ScriptSession session;
-  session.NewCut({.width = 20, .height = 10}).File(session.Path("a.LYR")).Command(40066);
+  session.NewCut({.width = 20, .height = 10}).File(session.Path("a.LYR")).Command(kCommandSaveLayer);
   session.Open(session.Path("a.LYR"));
   const int state = session.State();
   session.Run();
@@ -269,7 +270,7 @@ TEST(ShellStartup, PathThatDoesNotExistOpensNothing) {
 TEST(ShellStartup, FilmOpenedByExtensionReplacesAModifiedFilmWithoutAsking) {
   ScriptSession session;
   session.Write("a.flm", "fresh\nauthor\n100, 50\n");
-  session.Dialog(110, {"1039=mine"}).Command(40082);
+  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "mine"}}).Command(kCommandFilmProperties);
   const int before = session.State();
   session.Open(session.Path("a.flm"));
   const int after = session.State();
@@ -282,7 +283,7 @@ TEST(ShellStartup, FilmOpenedByExtensionReplacesAModifiedFilmWithoutAsking) {
 TEST(ShellStartup, DroppedFilmReplacesAModifiedFilmWithoutAsking) {
   ScriptSession session;
   session.Write("a.flm", "fresh\nauthor\n100, 50\n");
-  session.Dialog(110, {"1039=mine"}).Command(40082);
+  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "mine"}}).Command(kCommandFilmProperties);
   session.Line("drop " + rules::Quoted(session.Path("a.flm")));
   const int after = session.State();
   session.Run();
@@ -291,22 +292,22 @@ TEST(ShellStartup, DroppedFilmReplacesAModifiedFilmWithoutAsking) {
 
 TEST(ShellStartup, ExitAsksForEachModifiedCutAndThenForTheFilm) {
   ScriptSession session;
-  session.Dialog(110, {"1039=mine"}).Command(40082).NewCut().NewCut();
+  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "mine"}}).Command(kCommandFilmProperties).NewCut().NewCut();
   session.Answer("no").Answer("no").Answer("no").Exit().Run();
   EXPECT_EQ(session.Setting("setup", "brush"), "7, 0, 1, 0, 1, 0");
 }
 
 TEST(ShellStartup, ExitWithTooFewAnswersShowsThatTheFilmIsAskedToo) {
   ScriptSession session;
-  session.Dialog(110, {"1039=mine"}).Command(40082).NewCut().NewCut();
+  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "mine"}}).Command(kCommandFilmProperties).NewCut().NewCut();
   session.Answer("no").Answer("no").Exit().Run(3);
 }
 
 TEST(ShellStartup, ExitAsksForCutsBeforeTheFilm) {
   ScriptSession session;
-  session.File(session.Path("movie.flm")).Command(40054);
-  session.Dialog(110, {"1039=changed"}).Command(40082);
-  session.OpenCut("one.cut", CutFile::WithoutLayers(1)).Panel(10006, "typed");
+  session.File(session.Path("movie.flm")).Command(kCommandSaveFilmAs);
+  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "changed"}}).Command(kCommandFilmProperties);
+  session.OpenCut("one.cut", CutFile::WithoutLayers(1)).Panel(kCommentEdit, "typed");
   session.Answer("yes").Answer("no").Exit().Run();
   EXPECT_NE(session.Bytes("one.cut").find("typed"), std::string::npos);
   EXPECT_EQ(session.Bytes("movie.flm").find("changed"), std::string::npos);
@@ -320,7 +321,7 @@ TEST(ShellStartup, ExitAsksNothingWhenNothingIsModified) {
 
 TEST(ShellStartup, FilmSavedDuringExitIsTheOneRemembered) {
   ScriptSession session;
-  session.Dialog(110, {"1039=mine"}).Command(40082);
+  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "mine"}}).Command(kCommandFilmProperties);
   session.Answer("yes").File(session.Path("late.flm")).Exit().Run();
   EXPECT_TRUE(session.Exists("late.flm"));
   EXPECT_EQ(session.Setting("setup", "film"), session.Path("late.flm"));
@@ -328,7 +329,7 @@ TEST(ShellStartup, FilmSavedDuringExitIsTheOneRemembered) {
 
 TEST(FilesBesideTheExecutable, SettingsHaveItsNameWithTheExtensionReplaced) {
   ScriptSession session;
-  session.Command(40074).Exit().RunCopy("tool.bin");
+  session.Command(kCommandSquarePen).Exit().RunCopy("tool.bin");
   EXPECT_EQ(session.Files(), (std::vector<std::string>{"tool.bin", "tool.ini"}));
   EXPECT_NE(session.Bytes("tool.ini").find("brush=7, 0, 1, 0, 1, 1"), std::string::npos);
 }

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
 
@@ -9,14 +10,14 @@ namespace rules {
 namespace {
 
 void PlaceText(DrawingSession& session, const std::string& text, int x, int y) {
-  session.Command(tool::Text).Dialog(114, {"1034=" + text}).LeftClick(8, 8);
+  session.Command(kToolText).Dialog(kTextDialog, {{kTextDialogEdit, text}}).LeftClick(8, 8);
   session.Move(x, y);
   session.LeftClick(x, y);
 }
 
 struct TextTool : testing::Test {
-  TextTool() : session({.width = 160, .height = 120}) { session.Command(tool::Text); }
-  void AskFor(const std::string& text) { session.Dialog(114, {"1034=" + text}); }
+  TextTool() : session({.width = 160, .height = 120}) { session.Command(kToolText); }
+  void AskFor(const std::string& text) { session.Dialog(kTextDialog, {{kTextDialogEdit, text}}); }
   void Place(const std::string& text, int x, int y) { PlaceText(session, text, x, y); }
   int Ink(const PixelMatrix& view) { return 160 * 120 - view.Count(0); }
   DrawingSession session;
@@ -51,7 +52,7 @@ TEST_F(TextTool, AnEmptyTextDrawsNothing) {
 }
 
 TEST_F(TextTool, AfterACancelTheNextClickAsksAgain) {
-  session.Dialog(114, {"1034=HH"}, "cancel");
+  session.Dialog(kTextDialog, {{kTextDialogEdit, "HH"}}, "cancel");
   session.LeftClick(10, 10);
   AskFor("HH");
   session.LeftClick(10, 10);
@@ -64,7 +65,7 @@ TEST_F(TextTool, ARightClickDropsTheText) {
   AskFor("HH");
   session.LeftClick(10, 10);
   session.RightClick(10, 10);
-  session.Dialog(114, {}, "cancel");
+  session.Dialog(kTextDialog, {}, "cancel");
   session.LeftClick(10, 10);
   EXPECT_EQ(Ink(session.NowView()), 0);
 }
@@ -72,7 +73,7 @@ TEST_F(TextTool, ARightClickDropsTheText) {
 TEST_F(TextTool, AfterAPlacementTheNextClickAsksAgain) {
   Place("HH", 20, 30);
   const PixelMatrix placed = session.NowView();
-  session.Dialog(114, {}, "cancel");
+  session.Dialog(kTextDialog, {}, "cancel");
   session.LeftClick(80, 80);
   EXPECT_TRUE(session.NowView() == placed);
 }
@@ -80,7 +81,7 @@ TEST_F(TextTool, AfterAPlacementTheNextClickAsksAgain) {
 TEST_F(TextTool, TheTextStaysForTheNextUse) {
   Place("HH", 20, 5);
   const int once = Ink(session.NowView());
-  session.Dialog(114, {});
+  session.Dialog(kTextDialog, {});
   session.LeftClick(8, 8);
   session.Move(20, 65);
   session.LeftClick(20, 65);
@@ -174,13 +175,13 @@ TEST_F(TextTool, ADitherIsReadWithTheColumnsOffsetInBothDirections) {
 
 TEST_F(TextTool, APlacementIsOneUndoStep) {
   Place("HH", 20, 30);
-  session.Command(command::Undo);
+  session.Command(kCommandUndo);
   EXPECT_EQ(Ink(session.NowView()), 0);
 }
 
 TEST_F(TextTool, ThePictureUnderTheBlockComesBack) {
   session.FillArea(0, 0, 160, 120, 3);
-  session.Command(tool::Text);
+  session.Command(kToolText);
   Place("HH", 20, 30);
   EXPECT_EQ(session.NowView().Count(0), 0);
 }
@@ -195,9 +196,9 @@ TEST_F(TextTool, AFrameStandsAtTheClick) {
 }
 
 TEST_F(TextTool, ALayerElsewhereGetsTheTextUnderTheMouse) {
-  session.Command(tool::LayerPosition);
+  session.Command(kToolLayerPosition);
   session.LeftDrag(10, 10, 15, 13);
-  session.Command(tool::Text);
+  session.Command(kToolText);
   Place("HH", 25, 33);
   const Area rect = session.NowUndoRect();
   EXPECT_EQ(rect[0], 20);

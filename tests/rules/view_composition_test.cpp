@@ -2,6 +2,7 @@
 
 #include <tuple>
 
+#include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
 
@@ -12,7 +13,7 @@ namespace {
 struct Ghosts : testing::Test {
   Ghosts() {
     Families(session);
-    session.Command(command::AddCell);
+    session.Command(kCommandAddCell);
   }
   static void Families(DrawingSession& session) {
     for (int i = 0; i < 3; ++i) {
@@ -35,46 +36,46 @@ struct Ghosts : testing::Test {
 };
 
 TEST_F(Ghosts, ThePreviousCellShowsItsLinesInGreen) {
-  session.Command(40032);
+  session.Command(kCommandShowPrevious);
   EXPECT_TRUE(Shows(session.NowView(), Ghost(19)));
 }
 
 TEST_F(Ghosts, TheNextCellShowsItsLinesInRed) {
-  session.Command(40033);
+  session.Command(kCommandShowNext);
   EXPECT_TRUE(Shows(session.NowView(), Ghost(22)));
 }
 
 TEST_F(Ghosts, TheNextCellsGhostLiesOverThePreviousOnes) {
-  session.Command(40032).Command(40033);
+  session.Command(kCommandShowPrevious).Command(kCommandShowNext);
   EXPECT_TRUE(Shows(session.NowView(), Ghost(22)));
 }
 
 TEST_F(Ghosts, TheCellLiesOverItsGhosts) {
   session.FillArea(0, 0, 64, 48, 4);
-  session.Command(40032).Command(40033);
+  session.Command(kCommandShowPrevious).Command(kCommandShowNext);
   EXPECT_TRUE(Shows(session.NowView(), InkModel(64, 48, 4)));
 }
 
 TEST_F(Ghosts, ABlankRecordHasNoGhosts) {
-  session.Command(40032).Command(40033).Command(command::ToggleBlank);
+  session.Command(kCommandShowPrevious).Command(kCommandShowNext).Command(kCommandBlankCell);
   EXPECT_TRUE(Shows(session.NowView(), InkModel()));
 }
 
 TEST_F(Ghosts, GhostsStandWhereTheCurrentCellStands) {
-  session.Command(40032).Command(tool::LayerPosition).LeftDrag(0, 0, 7, 9);
+  session.Command(kCommandShowPrevious).Command(kToolLayerPosition).LeftDrag(0, 0, 7, 9);
   const PixelMatrix view = session.NowView();
   EXPECT_EQ(view.Count(19, 7, 9, 5, 5), 25);
   EXPECT_EQ(view.At(6, 9), 0u);
 }
 
 TEST_F(Ghosts, ASecondCommandTakesThemAway) {
-  session.Command(40032).Command(40032);
+  session.Command(kCommandShowPrevious).Command(kCommandShowPrevious);
   EXPECT_TRUE(Shows(session.NowView(), InkModel()));
 }
 
 TEST_F(Ghosts, OnlyTheCurrentRecordHasGhosts) {
   session.AddLayer("B", 64, 48);
-  session.Command(40032);
+  session.Command(kCommandShowPrevious);
   EXPECT_TRUE(Shows(session.NowView(), InkModel()));
 }
 
@@ -82,7 +83,7 @@ TEST(PaleLayers, OthersShowTheirLinesAndDarksAndNoWhite) {
   DrawingSession session;
   Ghosts::Families(session);
   session.AddLayer("B", 64, 48);
-  session.Command(40097);
+  session.Command(kCommandDimOthers);
   EXPECT_TRUE(Shows(session.NowView(), Ghosts::Ghost(16)));
 }
 
@@ -91,8 +92,8 @@ TEST(PaleLayers, TheCurrentLayerComesOnTop) {
   session.FillArea(10, 10, 10, 10, 2);
   session.AddLayer("B", 64, 48);
   session.FillArea(15, 10, 10, 10, 3);
-  session.Select(10004, {0});
-  session.Command(40097);
+  session.Select(kLayerList, {0});
+  session.Command(kCommandDimOthers);
   InkModel model;
   model.Fill(15, 10, 10, 10, 18);
   model.Fill(10, 10, 10, 10, 2);
@@ -104,7 +105,7 @@ TEST(CurrentCellOnly, LeavesTheOtherLayersOut) {
   session.FillArea(10, 10, 10, 10, 2);
   session.AddLayer("B", 64, 48);
   session.FillArea(15, 10, 10, 10, 3);
-  session.Command(command::CurrentCellOnly);
+  session.Command(kCommandCurrentCellOnly);
   InkModel model;
   model.Fill(15, 10, 10, 10, 3);
   EXPECT_TRUE(Shows(session.NowView(), model));
@@ -114,7 +115,7 @@ TEST(CurrentCellOnly, ABlankRecordShowsNothing) {
   DrawingSession session;
   session.FillArea(10, 10, 10, 10, 2);
   session.AddLayer("B", 64, 48);
-  session.Command(command::CurrentCellOnly).Command(command::ToggleBlank);
+  session.Command(kCommandCurrentCellOnly).Command(kCommandBlankCell);
   EXPECT_TRUE(Shows(session.NowView(), InkModel()));
 }
 
@@ -156,7 +157,7 @@ TEST(ToneMarks, MarksOverPaleInkBecomePlainTones) {
   session.FillArea(10, 10, 10, 10, 2);
   session.AddLayer("B", 64, 48);
   session.FillArea(10, 10, 10, 10, 12);
-  session.Command(40097);
+  session.Command(kCommandDimOthers);
   InkModel model;
   model.Fill(10, 10, 10, 10, 3);
   EXPECT_TRUE(Shows(session.NowView(), model));
@@ -181,20 +182,20 @@ struct EmphasisedLines : testing::Test {
 };
 
 TEST_F(EmphasisedLines, ShowsTheThreeLineColoursInPrimaries) {
-  session.Command(command::LineEmphasis);
+  session.Command(kCommandLineEmphasis);
   ExpectColours(0x0000FF, 0xFF0000, 0x00FF00);
   EXPECT_EQ(session.NowCut()["lineEmphasis"], true);
 }
 
 TEST_F(EmphasisedLines, ComesOffAgain) {
-  session.Command(command::LineEmphasis).Command(command::LineEmphasis);
+  session.Command(kCommandLineEmphasis).Command(kCommandLineEmphasis);
   ExpectColours(0x000000, 0x555555, 0xAAAAAA);
   EXPECT_EQ(session.NowCut()["lineEmphasis"], false);
 }
 
 TEST_F(EmphasisedLines, LeavesThePixelsOfTheView) {
   const PixelMatrix before = session.NowView();
-  session.Command(command::LineEmphasis);
+  session.Command(kCommandLineEmphasis);
   EXPECT_TRUE(session.NowView() == before);
 }
 
@@ -202,7 +203,7 @@ TEST_F(EmphasisedLines, BelongsToItsWindow) {
   NewCutValues values;
   values.width = 64;
   values.height = 48;
-  session.Command(command::LineEmphasis).NewCut(values);
+  session.Command(kCommandLineEmphasis).NewCut(values);
   session.DrawInkLine(10, 10, 20, 10);
   session.Repaint();
   EXPECT_EQ(session.NowScreen().At(15, 10), 0x000000u);
@@ -211,9 +212,9 @@ TEST_F(EmphasisedLines, BelongsToItsWindow) {
 
 TEST(ViewOnTheScreen, ARepaintShowsEveryPixelInItsZoom) {
   DrawingSession session({.width = 32, .height = 24, .clientWidth = 64, .clientHeight = 48});
-  session.Command(tool::Zoom);
+  session.Command(kToolZoom);
   session.Press(32, 24);
-  session.Command(tool::Line).Mouse("ldown", 6, 6).Mouse("lup", 40, 30);
+  session.Command(kToolLine).Mouse("ldown", 6, 6).Mouse("lup", 40, 30);
   session.Repaint();
   const PixelMatrix view = session.NowView();
   const PixelMatrix screen = session.NowScreen();

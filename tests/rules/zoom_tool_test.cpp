@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
 
@@ -13,7 +14,7 @@ using Pair = std::pair<int, int>;
 
 struct ZoomTool : testing::Test {
   ZoomTool() : session({.width = 200, .height = 150, .clientWidth = 64, .clientHeight = 48}) {
-    session.Command(tool::Zoom);
+    session.Command(kToolZoom);
   }
   void In(int x = 32, int y = 24) { session.Press(x, y); }
   void Out(int x = 32, int y = 24) { session.Mouse("rdown", x, y); }
@@ -98,7 +99,7 @@ TEST_F(ZoomTool, TheGridSnapsThePoint) {
 }
 
 TEST_F(ZoomTool, ABlankRecordZoomsAllTheSame) {
-  session.Command(command::ToggleBlank);
+  session.Command(kCommandBlankCell);
   In();
   EXPECT_EQ(Level(), (Pair{2, 1}));
 }
@@ -128,7 +129,7 @@ TEST_F(ZoomTool, KeysKeepTheTool) {
   DrawingSession other;
   other.Move(40, 30);
   other.Char('s');
-  EXPECT_EQ(other.NowState()["frame"]["currentTool"], tool::FreePen);
+  EXPECT_EQ(other.NowState()["frame"]["currentTool"], kToolFreePen);
 }
 
 TEST_F(ZoomTool, AnotherWindowBeginsAtFullSize) {
@@ -159,9 +160,9 @@ TEST(ViewTransform, AnOddMarginIsCutDown) {
 
 TEST(ViewTransform, AtDoubleSizeTwoPixelsAreOne) {
   DrawingSession session({.width = 32, .height = 24, .clientWidth = 64, .clientHeight = 48});
-  session.Command(tool::Zoom);
+  session.Command(kToolZoom);
   session.Press(32, 24);
-  session.Command(tool::FreePen);
+  session.Command(kToolFreePen);
   session.Press(21, 10);
   InkModel model(32, 24);
   model.Set(10, 5, 1);
@@ -170,9 +171,9 @@ TEST(ViewTransform, AtDoubleSizeTwoPixelsAreOne) {
 
 TEST(ViewTransform, AtDoubleSizeTheMarginNextToThePictureIsItsEdge) {
   DrawingSession session({.width = 32, .height = 24, .clientWidth = 84, .clientHeight = 68});
-  session.Command(tool::Zoom);
+  session.Command(kToolZoom);
   session.Press(32, 24);
-  session.Command(tool::FreePen);
+  session.Command(kToolFreePen);
   session.Press(9, 20);
   InkModel model(32, 24);
   model.Set(0, 5, 1);
@@ -182,7 +183,7 @@ TEST(ViewTransform, AtDoubleSizeTheMarginNextToThePictureIsItsEdge) {
 // At a quarter, scrolled by a pixel, the canvas leaves a column of the window free.
 TEST(ViewTransform, WhatASmallerPictureLeavesFreeIsMargin) {
   DrawingSession session({.width = 32, .height = 4, .clientWidth = 5, .clientHeight = 4});
-  session.Command(tool::Zoom).Mouse("rdown", 0, 1).Mouse("rdown", 4, 1).Mouse("rdown", 4, 1);
+  session.Command(kToolZoom).Mouse("rdown", 0, 1).Mouse("rdown", 4, 1).Mouse("rdown", 4, 1);
   const PixelMatrix screen = session.NowScreen();
   for (int x = 0; x < 4; ++x) EXPECT_EQ(screen.At(x, 1), 0xE1FFFFu) << x;
   EXPECT_EQ(screen.At(4, 1), 0x000000u);
@@ -190,7 +191,7 @@ TEST(ViewTransform, WhatASmallerPictureLeavesFreeIsMargin) {
 
 TEST(ViewTransform, AtAThirdOnePixelIsThree) {
   DrawingSession session({.width = 96, .height = 72, .clientWidth = 32, .clientHeight = 24});
-  session.Command(tool::Zoom).Mouse("rdown", 1, 1).Mouse("rdown", 1, 1).Command(tool::FreePen);
+  session.Command(kToolZoom).Mouse("rdown", 1, 1).Mouse("rdown", 1, 1).Command(kToolFreePen);
   session.Press(10, 5);
   InkModel model(96, 72);
   model.Set(30, 15, 1);

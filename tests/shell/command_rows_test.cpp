@@ -5,6 +5,7 @@
 
 #include "cutwindow/clipboard.h"
 #include "imaging/color_table.h"
+#include "resources/ids.h"
 #include "shell/shell_fixture.h"
 #include "shell/tool_bar.h"
 
@@ -24,154 +25,154 @@ struct MenuEntry {
 
 constexpr MenuEntry kMenuBar[] = {
     {0, "ソルヴェリン(&V)", kPopup},
-    {40142, "バージョン(&V) ...", kFrame},
+    {kCommandAbout, "バージョン(&V) ...", kFrame},
     {0, "", kSeparator},
-    {40084, "ステータスバー(&S)", kFrame},
-    {40085, "ツールバー(&T)", kFrame},
+    {kCommandStatusBar, "ステータスバー(&S)", kFrame},
+    {kCommandToolBar, "ツールバー(&T)", kFrame},
     {0, "", kSeparator},
-    {40001, "終了(&X)", kFrame},
+    {kCommandExit, "終了(&X)", kFrame},
     {0, "", kPopupEnd},
     {0, "フィルム(&F)", kPopup},
-    {40051, "新規作成(&N)...", kFrame},
-    {40053, "開く(&O)...", kFrame},
-    {40054, "保存(&S)...", kFrame},
-    {40119, "上書(W)", kFrame},
-    {40134, "抽出(&E)...", kFrame},
+    {kCommandNewFilm, "新規作成(&N)...", kFrame},
+    {kCommandOpenFilm, "開く(&O)...", kFrame},
+    {kCommandSaveFilmAs, "保存(&S)...", kFrame},
+    {kCommandOverwriteFilm, "上書(W)", kFrame},
+    {kCommandExtractCuts, "抽出(&E)...", kFrame},
     {0, "", kSeparator},
-    {40115, "新しいカットを追加(&D)...\tShift+F3/F10", kFrame},
-    {40116, "新しいカットを挿入(&I)...\tShift+F2/F11", kFrame},
-    {40117, "カットを削除...(&R)", kFrame},
-    {40118, "カットの名前を変更(&C)...", kFrame},
+    {kCommandAddNumberedCut, "新しいカットを追加(&D)...\tShift+F3/F10", kFrame},
+    {kCommandInsertNumberedCut, "新しいカットを挿入(&I)...\tShift+F2/F11", kFrame},
+    {kCommandDeleteCuts, "カットを削除...(&R)", kFrame},
+    {kCommandRenameCut, "カットの名前を変更(&C)...", kFrame},
     {0, "", kSeparator},
-    {40057, "アニメーション(&A)", kFrame},
-    {40027, "停止(&T)\tESC/F9", kFrame},
-    {40083, "SVファイルを出力(&V)...", kFrame},
+    {kCommandPlaySelection, "アニメーション(&A)", kFrame},
+    {kCommandStop, "停止(&T)\tESC/F9", kFrame},
+    {kCommandExportFilm, "SVファイルを出力(&V)...", kFrame},
     {0, "", kSeparator},
-    {40082, "プロパティ(&P)...", kFrame},
+    {kCommandFilmProperties, "プロパティ(&P)...", kFrame},
     {0, "", kPopupEnd},
     {0, "カット(&C)", kPopup},
-    {40050, "新規作成(&N)", kFrame},
-    {40056, "開く(&O) ...", kFrame},
-    {40052, "保存(&S) ...", kFrame},
-    {40088, "上書(W)", kFrame},
+    {kCommandNewCut, "新規作成(&N)", kFrame},
+    {kCommandOpenCut, "開く(&O) ...", kFrame},
+    {kCommandSaveCutAs, "保存(&S) ...", kFrame},
+    {kCommandOverwriteCut, "上書(W)", kFrame},
     {0, "", kSeparator},
-    {40047, "追加(&A)", kFrame},
-    {40048, "挿入(&I)", kFrame},
-    {40049, "削除(&D)", kFrame},
+    {kCommandAddCutToFilm, "追加(&A)", kFrame},
+    {kCommandInsertCutIntoFilm, "挿入(&I)", kFrame},
+    {kCommandRemoveCutFromFilm, "削除(&D)", kFrame},
     {0, "", kSeparator},
-    {40026, "アニメーション(&M)\tF4/F5", kCut},
-    {40027, "停止(&T)\tESC/F9", kFrame},
+    {kCommandPlay, "アニメーション(&M)\tF4/F5", kCut},
+    {kCommandStop, "停止(&T)\tESC/F9", kFrame},
     {0, "", kSeparator},
-    {40034, "現在のセルのみを表示(&C)", kCut},
-    {40097, "他のレイヤを淡色表示(&G)", kCut},
+    {kCommandCurrentCellOnly, "現在のセルのみを表示(&C)", kCut},
+    {kCommandDimOthers, "他のレイヤを淡色表示(&G)", kCut},
     {0, "", kSeparator},
-    {40077, "プロパティ(&P) ...", kFrame},
+    {kCommandCutProperties, "プロパティ(&P) ...", kFrame},
     {0, "", kPopupEnd},
     {0, "フレーム(&R)", kPopup},
-    {40008, "次(&N)\tF3/F7", kFrame},
-    {40007, "前(&P)\tF2/F6", kFrame},
-    {40041, "先頭(&H)", kCut},
-    {40042, "末尾(&T)", kCut},
-    {40104, "次のキーフレーム(&K)", kFrame},
-    {40105, "前のキーフレーム(&J)", kFrame},
+    {kCommandNextFrame, "次(&N)\tF3/F7", kFrame},
+    {kCommandPreviousFrame, "前(&P)\tF2/F6", kFrame},
+    {kCommandFirstFrame, "先頭(&H)", kCut},
+    {kCommandLastFrame, "末尾(&T)", kCut},
+    {kCommandNextKeyFrame, "次のキーフレーム(&K)", kFrame},
+    {kCommandPreviousKeyFrame, "前のキーフレーム(&J)", kFrame},
     {0, "", kSeparator},
-    {40004, "追加(&A)", kFrame},
-    {40005, "挿入(&I)", kFrame},
-    {40006, "削除(&D)", kCut},
-    {40094, "複数追加(&M)...", kFrame},
-    {40133, "複数削除(&U) ...", kFrame},
+    {kCommandAddFrame, "追加(&A)", kFrame},
+    {kCommandInsertFrame, "挿入(&I)", kFrame},
+    {kCommandDeleteFrame, "削除(&D)", kCut},
+    {kCommandAddFrames, "複数追加(&M)...", kFrame},
+    {kCommandDeleteFrames, "複数削除(&U) ...", kFrame},
     {0, "", kSeparator},
-    {40093, "明度の連続変化(&L)...", kFrame},
-    {40101, "位置の連続変化(&O)...", kFrame},
-    {40106, "全てキーフレームに(&K)", kFrame},
+    {kCommandBrightnessRamp, "明度の連続変化(&L)...", kFrame},
+    {kCommandFrameRamp, "位置の連続変化(&O)...", kFrame},
+    {kCommandAllKeyFrames, "全てキーフレームに(&K)", kFrame},
     {0, "", kSeparator},
-    {40076, "ビットマップヘ出力(&B)...", kFrame},
-    {40113, "現在のフレームを表示(&V)", kCut},
+    {kCommandExportBitmap, "ビットマップヘ出力(&B)...", kFrame},
+    {kCommandPreview, "現在のフレームを表示(&V)", kCut},
     {0, "", kSeparator},
-    {40112, "サイズ(&S)...", kFrame},
+    {kCommandFrameSize, "サイズ(&S)...", kFrame},
     {0, "", kPopupEnd},
     {0, "レイヤ(&L)", kPopup},
-    {40014, "追加(&A) ...", kFrame},
-    {40080, "挿入(&I)...", kFrame},
-    {40015, "削除(&D)", kFrame},
-    {40068, "上書(&W)...", kFrame},
+    {kCommandAddLayer, "追加(&A) ...", kFrame},
+    {kCommandInsertLayer, "挿入(&I)...", kFrame},
+    {kCommandDeleteLayer, "削除(&D)", kFrame},
+    {kCommandOverwriteLayer, "上書(&W)...", kFrame},
     {0, "", kSeparator},
-    {40067, "開く(&L)...", kFrame},
-    {40066, "保存(&S)...", kFrame},
+    {kCommandOpenLayer, "開く(&L)...", kFrame},
+    {kCommandSaveLayer, "保存(&S)...", kFrame},
     {0, "", kSeparator},
-    {40016, "上へ(&U)", kFrame},
-    {40017, "下へ(&O)", kFrame},
+    {kCommandLayerUp, "上へ(&U)", kFrame},
+    {kCommandLayerDown, "下へ(&O)", kFrame},
     {0, "", kSeparator},
-    {40064, "下描を消去(&R)", kCut},
-    {40069, "連続移動(&M)...", kFrame},
-    {40071, "下のレイヤに転写(&C)", kCut},
+    {kCommandEraseLayerSketch, "下描を消去(&R)", kCut},
+    {kCommandLayerRamp, "連続移動(&M)...", kFrame},
+    {kCommandMergeDown, "下のレイヤに転写(&C)", kCut},
     {0, "", kSeparator},
-    {40022, "プロパティ(&P)...", kFrame},
+    {kCommandLayerProperties, "プロパティ(&P)...", kFrame},
     {0, "", kPopupEnd},
     {0, "セル(&E)", kPopup},
-    {40013, "次(&N)", kCut},
-    {40012, "前(&P)", kCut},
-    {40043, "先頭(&H)", kCut},
-    {40044, "末尾(&L)", kCut},
+    {kCommandNextCell, "次(&N)", kCut},
+    {kCommandPreviousCell, "前(&P)", kCut},
+    {kCommandFirstCell, "先頭(&H)", kCut},
+    {kCommandLastCell, "末尾(&L)", kCut},
     {0, "", kSeparator},
-    {40060, "空セル(&E)", kCut},
-    {40103, "全てを空に(&M)", kCut},
+    {kCommandBlankCell, "空セル(&E)", kCut},
+    {kCommandBlankAll, "全てを空に(&M)", kCut},
     {0, "", kSeparator},
-    {40011, "追加(&A)", kCut},
-    {40010, "挿入(&I)", kCut},
-    {40009, "削除(&D)", kCut},
+    {kCommandAddCell, "追加(&A)", kCut},
+    {kCommandInsertCell, "挿入(&I)", kCut},
+    {kCommandDeleteCell, "削除(&D)", kCut},
     {0, "", kSeparator},
-    {40030, "元に戻す(&U)", kCut},
-    {40061, "コピー(&C)", kCut},
-    {40063, "切り取り(&T)", kCut},
-    {40062, "貼り付け(&P)", kCut},
+    {kCommandUndo, "元に戻す(&U)", kCut},
+    {kCommandCopy, "コピー(&C)", kCut},
+    {kCommandCut, "切り取り(&T)", kCut},
+    {kCommandPaste, "貼り付け(&P)", kCut},
     {0, "クリップボード(&B)", kPopup},
-    {40124, "コピー(&C)", kCut},
-    {40091, "貼り付け(&P)", kCut},
-    {40137, "透過色(&T) ...", kFrame},
+    {kCommandCopyToClipboard, "コピー(&C)", kCut},
+    {kCommandPasteFromClipboard, "貼り付け(&P)", kCut},
+    {kCommandTransparentColor, "透過色(&T) ...", kFrame},
     {0, "", kPopupEnd},
     {0, "", kSeparator},
-    {40024, "下絵へ転化(&S)", kCut},
-    {40025, "下絵を消去(&R)", kCut},
-    {40092, "消去(&F)", kCut},
-    {40109, "左右反転(&O)", kCut},
-    {40110, "上下反転(&U)", kCut},
-    {40126, "ランダムに点描(Z)", kFrame},
-    {40127, "グリッドを描画(&G)", kFrame},
+    {kCommandToSketch, "下絵へ転化(&S)", kCut},
+    {kCommandEraseSketch, "下絵を消去(&R)", kCut},
+    {kCommandEraseCell, "消去(&F)", kCut},
+    {kCommandFlipHorizontal, "左右反転(&O)", kCut},
+    {kCommandFlipVertical, "上下反転(&U)", kCut},
+    {kCommandRandomDots, "ランダムに点描(Z)", kFrame},
+    {kCommandDrawGrid, "グリッドを描画(&G)", kFrame},
     {0, "", kSeparator},
-    {40032, "一つ前を透過(&V)", kCut},
-    {40033, "一つ次を透過(&X)", kCut},
+    {kCommandShowPrevious, "一つ前を透過(&V)", kCut},
+    {kCommandShowNext, "一つ次を透過(&X)", kCut},
     {0, "", kPopupEnd},
     {0, "ツール(&T)", kPopup},
-    {40029, "自由ペン(&B)", kFrame},
-    {40065, "消しゴム(&E)", kFrame},
-    {40031, "塗りつぶし(&I)", kFrame},
-    {40070, "グラデーション(&D)", kFrame},
-    {40075, "縁取り(&H)", kFrame},
-    {40045, "矩形(&R)", kFrame},
-    {40037, "直線(&N)", kFrame},
-    {40038, "連続曲線(&V)", kFrame},
-    {40090, "集中線(&C)", kFrame},
-    {40132, "平行線(&A)", kFrame},
-    {40073, "テキスト(&T)", kFrame},
-    {40028, "拡大/縮小表示(&Z)", kFrame},
-    {40059, "領域選択(&S)", kFrame},
-    {40086, "モザイク(&U)", kFrame},
-    {40023, "レイヤ位置(&L)", kFrame},
-    {40019, "フレーム位置(&F)", kFrame},
+    {kToolFreePen, "自由ペン(&B)", kFrame},
+    {kToolEraser, "消しゴム(&E)", kFrame},
+    {kToolFill, "塗りつぶし(&I)", kFrame},
+    {kToolGradient, "グラデーション(&D)", kFrame},
+    {kToolEdging, "縁取り(&H)", kFrame},
+    {kToolRectangle, "矩形(&R)", kFrame},
+    {kToolLine, "直線(&N)", kFrame},
+    {kToolCurve, "連続曲線(&V)", kFrame},
+    {kToolFocusLines, "集中線(&C)", kFrame},
+    {kToolParallelLines, "平行線(&A)", kFrame},
+    {kToolText, "テキスト(&T)", kFrame},
+    {kToolZoom, "拡大/縮小表示(&Z)", kFrame},
+    {kToolAreaSelect, "領域選択(&S)", kFrame},
+    {kToolMosaic, "モザイク(&U)", kFrame},
+    {kToolLayerPosition, "レイヤ位置(&L)", kFrame},
+    {kToolFramePosition, "フレーム位置(&F)", kFrame},
     {0, "", kSeparator},
-    {40040, "グリッド(&G)...", kFrame},
-    {40046, "マスク(&M)...", kFrame},
-    {40072, "フォント(&O)...", kFrame},
+    {kCommandSnapGrid, "グリッド(&G)...", kFrame},
+    {kCommandMask, "マスク(&M)...", kFrame},
+    {kCommandFont, "フォント(&O)...", kFrame},
     {0, "", kSeparator},
-    {40099, "ムラ消し(&W)", kCut},
-    {40102, "線を強調(&K)", kCut},
-    {40074, "角ペン(&P)", kFrame},
+    {kCommandMuraRemoval, "ムラ消し(&W)", kCut},
+    {kCommandLineEmphasis, "線を強調(&K)", kCut},
+    {kCommandSquarePen, "角ペン(&P)", kFrame},
     {0, "", kSeparator},
-    {40136, "説明(&X) ...\tF1/F8", kFrame},
+    {kCommandExplainTool, "説明(&X) ...\tF1/F8", kFrame},
     {0, "", kPopupEnd},
     {0, "ウィンドウ(&W)", kPopup},
-    {40122, "全て閉じる(&C)...", kFrame},
+    {kCommandCloseAll, "全て閉じる(&C)...", kFrame},
     {0, "", kPopupEnd},
 };
 
@@ -185,147 +186,151 @@ struct Text {
 };
 
 constexpr Text kTexts[] = {
-    {10002, "現在のフレームの時間をFPS単位で指定します。マイナス値で前のフレームと段階的につなぎます。"},
-    {10003,
+    {kFrameTimeEdit, "現在のフレームの時間をFPS単位で指定します。マイナス値で前のフレームと段階的につなぎます。"},
+    {kCutList,
      "現在のフィルムにあるカットの一覧です。Shift/"
      "Ctrlキーで複数選択できます。また、ダブルクリックでカットを開きます。"},
-    {10004, "現在のフレームにあるレイヤの一覧です。選択されたレイヤが編集対象となります。"},
-    {10005, "ループさせたい先頭のフレームにループ回数を指定し、以降のフレームを0にします。"},
-    {10006, "現在のフレームについてのコメントを入力します。"},
-    {10007, "出力時のフレームの明るさを指定します。50が標準で、0で画面が全て黒くなり、100で全て白くなります。"},
-    {10009,
+    {kLayerList, "現在のフレームにあるレイヤの一覧です。選択されたレイヤが編集対象となります。"},
+    {kLoopEdit, "ループさせたい先頭のフレームにループ回数を指定し、以降のフレームを0にします。"},
+    {kCommentEdit, "現在のフレームについてのコメントを入力します。"},
+    {kBrightnessEdit,
+     "出力時のフレームの明るさを指定します。50が標準で、0で画面が全て黒くなり、100で全て白くなります。"},
+    {kKeyFrameCheck,
      "チェックすると現在のフレームをキーフレームに指定します。左側の数はフレーム番号、右のカッコ内の数は実際のタイミン"
      "グを示します。"},
-    {40001, "ソルヴェリンを終了します。"},
-    {40004, "フレームを追加\n現在のフレームの次の位置に新しいフレームを追加します。"},
-    {40005, "フレームを挿入\n現在のフレームの位置に新しいフレームを挿入します。"},
-    {40006, "フレームを削除\n現在のフレームを削除します。"},
-    {40007, "前のフレーム\n前のフレームに移動します。"},
-    {40008, "次のフレーム\n次のフレームに移動します。"},
-    {40009, "セルを削除\n現在のセルを削除します。"},
-    {40010, "セルを挿入\n現在のセルの位置に新しいセルを挿入します。"},
-    {40011, "セルを追加\n現在のセルの次の位置に新しいセルを追加します。"},
-    {40012, "前のセル\n前のセルに変更します。"},
-    {40013, "次のセル\n次のセルに変更します。"},
-    {40014, "現在のレイヤの次の位置に新しいレイヤを追加します。"},
-    {40015, "現在のレイヤを削除します。"},
-    {40016, "現在のレイヤのフレーム中の位置を一つ上げます。"},
-    {40017, "現在のレイヤのフレーム中の位置を一つ下げます。"},
-    {40019,
+    {kCommandExit, "ソルヴェリンを終了します。"},
+    {kCommandAddFrame, "フレームを追加\n現在のフレームの次の位置に新しいフレームを追加します。"},
+    {kCommandInsertFrame, "フレームを挿入\n現在のフレームの位置に新しいフレームを挿入します。"},
+    {kCommandDeleteFrame, "フレームを削除\n現在のフレームを削除します。"},
+    {kCommandPreviousFrame, "前のフレーム\n前のフレームに移動します。"},
+    {kCommandNextFrame, "次のフレーム\n次のフレームに移動します。"},
+    {kCommandDeleteCell, "セルを削除\n現在のセルを削除します。"},
+    {kCommandInsertCell, "セルを挿入\n現在のセルの位置に新しいセルを挿入します。"},
+    {kCommandAddCell, "セルを追加\n現在のセルの次の位置に新しいセルを追加します。"},
+    {kCommandPreviousCell, "前のセル\n前のセルに変更します。"},
+    {kCommandNextCell, "次のセル\n次のセルに変更します。"},
+    {kCommandAddLayer, "現在のレイヤの次の位置に新しいレイヤを追加します。"},
+    {kCommandDeleteLayer, "現在のレイヤを削除します。"},
+    {kCommandLayerUp, "現在のレイヤのフレーム中の位置を一つ上げます。"},
+    {kCommandLayerDown, "現在のレイヤのフレーム中の位置を一つ下げます。"},
+    {kToolFramePosition,
      "フレーム位置\nドラッグしてフレームの位置を変更します。\n右クリックで前のフレームと同じ位置になります。\nCtrl + "
      "右クリックで前後の中間の位置になります。\nCtrl + 左クリックで初期位置に戻ります。"},
-    {40022, "現在のレイヤのプロパティを変更します。"},
-    {40023,
+    {kCommandLayerProperties, "現在のレイヤのプロパティを変更します。"},
+    {kToolLayerPosition,
      "レイヤ位置\nドラッグしてレイヤの位置を指定します。\n右クリックで前のフレームと同じ位置になります。\nCtrl + "
      "右クリックで前後の中間の位置になります。\nCtrl + 左クリックで初期位置に戻ります。"},
-    {40024, "現在のセルの内容を下絵に転化します。"},
-    {40025, "現在のセルの下絵を消去します。"},
-    {40026, "再生\n現在のカットをアニメーションします。"},
-    {40027, "停止\nアニメーションを停止します。"},
-    {40028,
+    {kCommandToSketch, "現在のセルの内容を下絵に転化します。"},
+    {kCommandEraseSketch, "現在のセルの下絵を消去します。"},
+    {kCommandPlay, "再生\n現在のカットをアニメーションします。"},
+    {kCommandStop, "停止\nアニメーションを停止します。"},
+    {kToolZoom,
      "拡大/"
      "縮小表示\n左右のクリックでカーソル位置の表示を拡大したり縮小したり出来ます。\nしかしキーボードを使った方が良いで"
      "しょう。"},
-    {40029, "自由ペン\nドラッグして線を描きます。"},
-    {40030, "元に戻す\nセルの状態を一つ前に戻します。"},
-    {40031, "塗りつぶし\nクリックして閉鎖領域を塗りつぶします。\n右クリックでカーソル下の色を拾います。"},
-    {40032, "一つ前のセルの線を透過します。"},
-    {40033, "一つ次のセルの線を透過します。"},
-    {40034, "編集対象のセルのみを表示します。"},
-    {40037,
+    {kToolFreePen, "自由ペン\nドラッグして線を描きます。"},
+    {kCommandUndo, "元に戻す\nセルの状態を一つ前に戻します。"},
+    {kToolFill, "塗りつぶし\nクリックして閉鎖領域を塗りつぶします。\n右クリックでカーソル下の色を拾います。"},
+    {kCommandShowPrevious, "一つ前のセルの線を透過します。"},
+    {kCommandShowNext, "一つ次のセルの線を透過します。"},
+    {kCommandCurrentCellOnly, "編集対象のセルのみを表示します。"},
+    {kToolLine,
      "直線\nドラッグで直線を描きます。\nCtrl を押しながらクリックすると、連続直線モードとなります。\n連続直線モードで "
      "Ctrl を押しながらクリックするとスキップします。\n連続直線モードは右クリックで解除します。"},
-    {40038, "連続曲線\n連続した点を曲線で結びます。\n右クリックで解除します。"},
-    {40040, "グリッドのサイズを指定します。"},
-    {40041, "先頭のフレームに移動します。"},
-    {40042, "末尾のフレームに移動します。"},
-    {40043, "先頭のセルに変更します。"},
-    {40044, "末尾のセルに変更します。"},
-    {40045, "矩形\nドラッグして矩形を描きます。\nCtrl を押しながら離すと、塗り潰します。"},
-    {40046, "マスク\nマスクをかける色の種類を指定します。"},
-    {40047, "現在のカットをフィルムに追加します。"},
-    {40048, "現在のカットをフィルムの選択位置に挿入します。"},
-    {40049, "選択位置のカットをフィルムから削除します。"},
-    {40050, "カットを新しく作成します。"},
-    {40051, "フィルムを新しく作成します。"},
-    {40052, "カットをファイル名を指定して保存します。"},
-    {40053, "フィルムを開きます。"},
-    {40054, "フィルムを保存します。"},
-    {40056, "カットを開きます。"},
-    {40057, "カット・リスト上で選択されたカットを、連続してアニメーションします。"},
-    {40058, "現在のカットをコンテモードで編集します。"},
-    {40059,
+    {kToolCurve, "連続曲線\n連続した点を曲線で結びます。\n右クリックで解除します。"},
+    {kCommandSnapGrid, "グリッドのサイズを指定します。"},
+    {kCommandFirstFrame, "先頭のフレームに移動します。"},
+    {kCommandLastFrame, "末尾のフレームに移動します。"},
+    {kCommandFirstCell, "先頭のセルに変更します。"},
+    {kCommandLastCell, "末尾のセルに変更します。"},
+    {kToolRectangle, "矩形\nドラッグして矩形を描きます。\nCtrl を押しながら離すと、塗り潰します。"},
+    {kCommandMask, "マスク\nマスクをかける色の種類を指定します。"},
+    {kCommandAddCutToFilm, "現在のカットをフィルムに追加します。"},
+    {kCommandInsertCutIntoFilm, "現在のカットをフィルムの選択位置に挿入します。"},
+    {kCommandRemoveCutFromFilm, "選択位置のカットをフィルムから削除します。"},
+    {kCommandNewCut, "カットを新しく作成します。"},
+    {kCommandNewFilm, "フィルムを新しく作成します。"},
+    {kCommandSaveCutAs, "カットをファイル名を指定して保存します。"},
+    {kCommandOpenFilm, "フィルムを開きます。"},
+    {kCommandSaveFilmAs, "フィルムを保存します。"},
+    {kCommandOpenCut, "カットを開きます。"},
+    {kCommandPlaySelection, "カット・リスト上で選択されたカットを、連続してアニメーションします。"},
+    {kTextStoryboard, "現在のカットをコンテモードで編集します。"},
+    {kToolAreaSelect,
      "領域選択\nドラッグして選択領域を指定できます。\n右クリックでセル全体を選択出来ます。\n矩形内をドラッグすると移動"
      "できます。"},
-    {40060, "空セルに指定します。空セルは描画されません。チェックを外すと元に戻ります。"},
-    {40061, "選択領域をコピーします。"},
-    {40062, "コピーされた領域を貼り付けます。"},
-    {40063, "選択領域を切り取ります。"},
-    {40064, "現在のレイヤ中の全てのセルの下書き色を消去します。"},
-    {40065, "消しゴム\nドラッグした部分を下絵に転化します。\n右クリックで枠の大きさを変えます。"},
-    {40066, "現在のレイヤをファイルへ保存します。"},
-    {40067, "レイヤをファイルから開きます。"},
-    {40068, "現在のレイヤを指定したファイルで上書します。"},
-    {40069, "現在のフレームから指定したフレームまでの現在のレイヤの位置を段階的につなぎます。"},
-    {40070,
+    {kCommandBlankCell, "空セルに指定します。空セルは描画されません。チェックを外すと元に戻ります。"},
+    {kCommandCopy, "選択領域をコピーします。"},
+    {kCommandPaste, "コピーされた領域を貼り付けます。"},
+    {kCommandCut, "選択領域を切り取ります。"},
+    {kCommandEraseLayerSketch, "現在のレイヤ中の全てのセルの下書き色を消去します。"},
+    {kToolEraser, "消しゴム\nドラッグした部分を下絵に転化します。\n右クリックで枠の大きさを変えます。"},
+    {kCommandSaveLayer, "現在のレイヤをファイルへ保存します。"},
+    {kCommandOpenLayer, "レイヤをファイルから開きます。"},
+    {kCommandOverwriteLayer, "現在のレイヤを指定したファイルで上書します。"},
+    {kCommandLayerRamp, "現在のフレームから指定したフレームまでの現在のレイヤの位置を段階的につなぎます。"},
+    {kToolGradient,
      "グラデーション\n色を変えて二つの座標をクリックすると、段階的に色を変えて塗りつぶします。\n右クリックで色を拾いま"
      "す。"},
-    {40071, "一つ下のレイヤに現在のレイヤのイメージを同化させます。"},
-    {40072, "テキスト・ツールで使うフォントを指定します。"},
-    {40073, "テキスト\nクリックしてダイアログにテキストを入力し、もう一度クリックして描画します。"},
-    {40074, "ペン先を矩形に変えます。あまり意味が無いような気がします。"},
-    {40075, "縁取り\nドラッグした領域の内部に縁取りをかけます。"},
-    {40076, "現在のフレームのイメージをビットマップファイルとして出力します。"},
-    {40077, "カットのプロパティを変更します。"},
-    {40080, "現在のレイヤの位置に新しいレイヤを挿入します。"},
-    {40082, "フィルムのプロパティを変更します。"},
-    {40083, "フィルムをSVファイルとして出力します。"},
-    {40084, "ステータスバーを表示します。"},
-    {40085, "ツールバーを表示します。"},
-    {40086,
+    {kCommandMergeDown, "一つ下のレイヤに現在のレイヤのイメージを同化させます。"},
+    {kCommandFont, "テキスト・ツールで使うフォントを指定します。"},
+    {kToolText, "テキスト\nクリックしてダイアログにテキストを入力し、もう一度クリックして描画します。"},
+    {kCommandSquarePen, "ペン先を矩形に変えます。あまり意味が無いような気がします。"},
+    {kToolEdging, "縁取り\nドラッグした領域の内部に縁取りをかけます。"},
+    {kCommandExportBitmap, "現在のフレームのイメージをビットマップファイルとして出力します。"},
+    {kCommandCutProperties, "カットのプロパティを変更します。"},
+    {kCommandInsertLayer, "現在のレイヤの位置に新しいレイヤを挿入します。"},
+    {kCommandFilmProperties, "フィルムのプロパティを変更します。"},
+    {kCommandExportFilm, "フィルムをSVファイルとして出力します。"},
+    {kCommandStatusBar, "ステータスバーを表示します。"},
+    {kCommandToolBar, "ツールバーを表示します。"},
+    {kToolMosaic,
      "モザイク\nドラッグしてモザイクをかけます。\n右クリックで矩形のサイズを変更します。\nモザイク用のレイヤを作るのが"
      "良いでしょう。"},
-    {40088, "カットを上書して保存します。"},
-    {40090, "集中線\n最初のクリックで中心点を指定し、以降で集中線を描画します。\n右クリックで解除します。"},
-    {40091, "クリップボードの画像をセルに貼り付けます。"},
-    {40092, "現在のセルの全範囲、もしくは選択範囲を消去します。"},
-    {40093,
+    {kCommandOverwriteCut, "カットを上書して保存します。"},
+    {kToolFocusLines, "集中線\n最初のクリックで中心点を指定し、以降で集中線を描画します。\n右クリックで解除します。"},
+    {kCommandPasteFromClipboard, "クリップボードの画像をセルに貼り付けます。"},
+    {kCommandEraseCell, "現在のセルの全範囲、もしくは選択範囲を消去します。"},
+    {kCommandBrightnessRamp,
      "現在のフレームから指定したフレームまでの明度を段階的につなぎます。主にフェイドイン、フェイドアウトに使います。"},
-    {40094, "任意の数のフレームを追加します。"},
-    {40097, "現在のレイヤ以外を淡い色で表示します。また、現在のレイヤが最も上層に表示されます。"},
-    {40099, "自動的にムラと思われる座標をスキップします。"},
-    {40101, "現在のフレームから指定したフレームまでの位置を段階的につなぎます。主にパン、ティルトに使います。"},
-    {40102, "作画用の線(パレット左上の線明暗の三色)を原色で強調します。"},
-    {40103, "全てのフレームで、同一レイヤのセルの空状態を反転します。"},
-    {40104, "次のキーフレームに移動します。"},
-    {40105, "前のキーフレームへ移動します。"},
-    {40106, "全てのフレームをキーフレームに指定します。原画作業が終った時に使ってください。"},
-    {40109, "セルの全体もしくは選択矩形を左右反転します。"},
-    {40110, "セルの全体もしくは選択矩形を上下反転します。"},
-    {40112, "フレームのサイズを設定します。"},
-    {40113, "現在のフレームをアニメーション ウィンドウに出力します。"},
-    {40115, "新しいカットを追加\n新しいカットをフィルムに追加します。ファイル名は自動的に番号付けされます。"},
-    {40116, "新しいカットを挿入\n新しいカットをフィルムに挿入します。ファイル名は自動的に番号付けされます。"},
-    {40117, "カットを削除\n現在のカットをフィルムから削除します。また、同時にファイルも削除できます。"},
-    {40118, "現在のカットの名前を変更します。実際のファイル名も書き換えられます。"},
-    {40119, "フィルムを上書して保存します。"},
-    {40122, "カットのウィンドウを全て閉じます。"},
-    {40124, "セルの画像をクリップボードへコピーします。"},
-    {40126, "選択領域もしくは全体に、現在のペンを使ってランダムに点を描きます。"},
-    {40127, "グリッドを下書き色で描画します。この時自動的にマスクがかかります。"},
-    {40131, "円\nドラッグして中心点と半径を指定し、円形を描きます。\nCtrl を押しながら離すと、塗り潰します。"},
-    {40132,
+    {kCommandAddFrames, "任意の数のフレームを追加します。"},
+    {kCommandDimOthers, "現在のレイヤ以外を淡い色で表示します。また、現在のレイヤが最も上層に表示されます。"},
+    {kCommandMuraRemoval, "自動的にムラと思われる座標をスキップします。"},
+    {kCommandFrameRamp,
+     "現在のフレームから指定したフレームまでの位置を段階的につなぎます。主にパン、ティルトに使います。"},
+    {kCommandLineEmphasis, "作画用の線(パレット左上の線明暗の三色)を原色で強調します。"},
+    {kCommandBlankAll, "全てのフレームで、同一レイヤのセルの空状態を反転します。"},
+    {kCommandNextKeyFrame, "次のキーフレームに移動します。"},
+    {kCommandPreviousKeyFrame, "前のキーフレームへ移動します。"},
+    {kCommandAllKeyFrames, "全てのフレームをキーフレームに指定します。原画作業が終った時に使ってください。"},
+    {kCommandFlipHorizontal, "セルの全体もしくは選択矩形を左右反転します。"},
+    {kCommandFlipVertical, "セルの全体もしくは選択矩形を上下反転します。"},
+    {kCommandFrameSize, "フレームのサイズを設定します。"},
+    {kCommandPreview, "現在のフレームをアニメーション ウィンドウに出力します。"},
+    {kCommandAddNumberedCut,
+     "新しいカットを追加\n新しいカットをフィルムに追加します。ファイル名は自動的に番号付けされます。"},
+    {kCommandInsertNumberedCut,
+     "新しいカットを挿入\n新しいカットをフィルムに挿入します。ファイル名は自動的に番号付けされます。"},
+    {kCommandDeleteCuts, "カットを削除\n現在のカットをフィルムから削除します。また、同時にファイルも削除できます。"},
+    {kCommandRenameCut, "現在のカットの名前を変更します。実際のファイル名も書き換えられます。"},
+    {kCommandOverwriteFilm, "フィルムを上書して保存します。"},
+    {kCommandCloseAll, "カットのウィンドウを全て閉じます。"},
+    {kCommandCopyToClipboard, "セルの画像をクリップボードへコピーします。"},
+    {kCommandRandomDots, "選択領域もしくは全体に、現在のペンを使ってランダムに点を描きます。"},
+    {kCommandDrawGrid, "グリッドを下書き色で描画します。この時自動的にマスクがかかります。"},
+    {kTextCircle, "円\nドラッグして中心点と半径を指定し、円形を描きます。\nCtrl を押しながら離すと、塗り潰します。"},
+    {kToolParallelLines,
      "最初にドラッグして線を描画し、以降のクリックでその線をコピーします。\n右クリックで解除します。\nCtrl + "
      "右クリックで、線を 90 度回転できます。"},
-    {40133, "複数のカットをまとめて削除します。"},
-    {40134, "カット・リスト上で選択されたカットを、新しいフィルムに抽出します。"},
-    {40135, "コメントを検索します。"},
-    {40136, "現在のツールを説明します。"},
-    {40137, "貼り付けの際に透過色にする RGB 値を指定します。"},
-    {40138, "%s を保存しますか？"},
-    {40140, "ファイルを削除しますか？"},
-    {40141, "Sorvel Developer Version 1.0"},
-    {40142, "バージョン情報を表示します。"},
+    {kCommandDeleteFrames, "複数のカットをまとめて削除します。"},
+    {kCommandExtractCuts, "カット・リスト上で選択されたカットを、新しいフィルムに抽出します。"},
+    {kTextSearch, "コメントを検索します。"},
+    {kCommandExplainTool, "現在のツールを説明します。"},
+    {kCommandTransparentColor, "貼り付けの際に透過色にする RGB 値を指定します。"},
+    {kTextSaveQuestion, "%s を保存しますか？"},
+    {kTextDeleteQuestion, "ファイルを削除しますか？"},
+    {kTextAbout, "Sorvel Developer Version 1.0"},
+    {kCommandAbout, "バージョン情報を表示します。"},
 };
 
 std::string TextWithNumber(int32_t id) {
@@ -364,15 +369,22 @@ class Vocabulary : public ShellTest {
  protected:
   // The command with an answer for whatever it asks.
   int32_t RunWithCancel(int32_t id) {
-    const std::vector<std::pair<int32_t, int32_t>> dialogs = {{40051, 110}, {40082, 110}, {40050, 107}, {40115, 107},
-                                                              {40116, 107}, {40040, 108}, {40046, 109}, {40072, 113}};
+    const std::vector<std::pair<int32_t, int32_t>> dialogs = {{kCommandNewFilm, kFilmDialog},
+                                                              {kCommandFilmProperties, kFilmDialog},
+                                                              {kCommandNewCut, kCutDialog},
+                                                              {kCommandAddNumberedCut, kCutDialog},
+                                                              {kCommandInsertNumberedCut, kCutDialog},
+                                                              {kCommandSnapGrid, kGridDialog},
+                                                              {kCommandMask, kMaskDialog},
+                                                              {kCommandFont, kFontDialog}};
     for (const auto& [command, dialog] : dialogs) {
       if (command == id) platform::headless::QueueDialog({dialog, {}, false});
     }
-    const std::set<int32_t> files = {40053, 40054, 40119, 40134, 40056, 40067};
+    const std::set<int32_t> files = {kCommandOpenFilm,    kCommandSaveFilmAs, kCommandOverwriteFilm,
+                                     kCommandExtractCuts, kCommandOpenCut,    kCommandOpenLayer};
     if (files.count(id) != 0) platform::headless::QueueFileCancel();
-    if (id == 40137) platform::headless::QueueColorCancel();
-    if (id == 40122) platform::headless::QueueYesNo(false);
+    if (id == kCommandTransparentColor) platform::headless::QueueColorCancel();
+    if (id == kCommandCloseAll) platform::headless::QueueYesNo(false);
     return frame->OnCommand(0, id, nullptr);
   }
 };
@@ -385,7 +397,7 @@ TEST_F(Vocabulary, TheMenuBarHasTheseLines) {
 
 TEST_F(Vocabulary, ThePopupOfTheToolsHasTheLinesOfTheMenuOfTheTools) {
   const MenuEntry* first = std::begin(kMenuBar);
-  while (first->id != 40029) ++first;
+  while (first->id != kToolFreePen) ++first;
   const MenuEntry* end = first;
   while (end->kind != kPopupEnd) ++end;
   std::string text;
@@ -408,13 +420,27 @@ TEST_F(Vocabulary, TheKeysAreTheseAndNoOthers) {
   };
   constexpr int32_t f1 = 0x70;
   const Key keys[] = {
-      {'N', false, true, 40050},      {'O', false, true, 40056},     {'S', false, true, 40052},
-      {27, false, false, 40027},      {f1, false, false, 40136},     {f1 + 9, false, false, 40115},
-      {f1 + 10, false, false, 40116}, {f1 + 1, false, false, 40007}, {f1 + 1, true, false, 40116},
-      {f1 + 2, false, false, 40008},  {f1 + 2, true, false, 40115},  {f1 + 3, false, false, 40026},
-      {f1 + 4, false, false, 40026},  {f1 + 5, false, false, 40007}, {f1 + 6, false, false, 40008},
-      {f1 + 7, false, false, 40136},  {f1 + 8, false, false, 40027}, {13, false, false, 40095},
-      {13, true, false, 40096},       {9, false, false, 40095},      {9, true, false, 40096},
+      {'N', false, true, kCommandNewCut},
+      {'O', false, true, kCommandOpenCut},
+      {'S', false, true, kCommandSaveCutAs},
+      {27, false, false, kCommandStop},
+      {f1, false, false, kCommandExplainTool},
+      {f1 + 9, false, false, kCommandAddNumberedCut},
+      {f1 + 10, false, false, kCommandInsertNumberedCut},
+      {f1 + 1, false, false, kCommandPreviousFrame},
+      {f1 + 1, true, false, kCommandInsertNumberedCut},
+      {f1 + 2, false, false, kCommandNextFrame},
+      {f1 + 2, true, false, kCommandAddNumberedCut},
+      {f1 + 3, false, false, kCommandPlay},
+      {f1 + 4, false, false, kCommandPlay},
+      {f1 + 5, false, false, kCommandPreviousFrame},
+      {f1 + 6, false, false, kCommandNextFrame},
+      {f1 + 7, false, false, kCommandExplainTool},
+      {f1 + 8, false, false, kCommandStop},
+      {13, false, false, kCommandFocusForward},
+      {13, true, false, kCommandFocusBackward},
+      {9, false, false, kCommandFocusForward},
+      {9, true, false, kCommandFocusBackward},
   };
   size_t found = 0;
   for (int32_t key = 0; key < 256; ++key) {
@@ -432,12 +458,37 @@ TEST_F(Vocabulary, TheKeysAreTheseAndNoOthers) {
 
 TEST_F(Vocabulary, TheToolBarHasTheseButtons) {
   // Picture and command; command 0 is a separator.
-  const std::pair<int32_t, int32_t> buttons[] = {
-      {21, 40116}, {22, 40115}, {23, 40117}, {0, 0},      {1, 40004},  {2, 40005},  {3, 40006},  {5, 40007},
-      {4, 40008},  {0, 0},      {6, 40011},  {7, 40010},  {8, 40009},  {10, 40012}, {9, 40013},  {0, 0},
-      {11, 40029}, {12, 40065}, {13, 40037}, {14, 40038}, {15, 40031}, {16, 40059}, {17, 40028}, {0, 0},
-      {0, 40030},  {18, 40046}, {0, 0},      {24, 40026}, {25, 40027}};
-  const std::set<int32_t> tools = {40029, 40065, 40037, 40038, 40031, 40059, 40028};
+  const std::pair<int32_t, int32_t> buttons[] = {{21, kCommandInsertNumberedCut},
+                                                 {22, kCommandAddNumberedCut},
+                                                 {23, kCommandDeleteCuts},
+                                                 {0, 0},
+                                                 {1, kCommandAddFrame},
+                                                 {2, kCommandInsertFrame},
+                                                 {3, kCommandDeleteFrame},
+                                                 {5, kCommandPreviousFrame},
+                                                 {4, kCommandNextFrame},
+                                                 {0, 0},
+                                                 {6, kCommandAddCell},
+                                                 {7, kCommandInsertCell},
+                                                 {8, kCommandDeleteCell},
+                                                 {10, kCommandPreviousCell},
+                                                 {9, kCommandNextCell},
+                                                 {0, 0},
+                                                 {11, kToolFreePen},
+                                                 {12, kToolEraser},
+                                                 {13, kToolLine},
+                                                 {14, kToolCurve},
+                                                 {15, kToolFill},
+                                                 {16, kToolAreaSelect},
+                                                 {17, kToolZoom},
+                                                 {0, 0},
+                                                 {0, kCommandUndo},
+                                                 {18, kCommandMask},
+                                                 {0, 0},
+                                                 {24, kCommandPlay},
+                                                 {25, kCommandStop}};
+  const std::set<int32_t> tools = {kToolFreePen, kToolEraser,     kToolLine, kToolCurve,
+                                   kToolFill,    kToolAreaSelect, kToolZoom};
   ASSERT_EQ(std::size(kToolButtons), std::size(buttons));
   ASSERT_EQ(frame->toolBar->buttons.size(), std::size(buttons));
   for (size_t i = 0; i < std::size(buttons); ++i) {
@@ -449,7 +500,8 @@ TEST_F(Vocabulary, TheToolBarHasTheseButtons) {
 }
 
 TEST_F(Vocabulary, TheButtonOfTheCurrentToolAloneIsDown) {
-  for (const int32_t tool : {40065, 40037, 40038, 40031, 40059, 40028, 40029, 40090}) {
+  for (const int32_t tool :
+       {kToolEraser, kToolLine, kToolCurve, kToolFill, kToolAreaSelect, kToolZoom, kToolFreePen, kToolFocusLines}) {
     Command(tool);
     for (const platform::ToolButtonState& button : frame->toolBar->buttons) {
       EXPECT_EQ(button.checked, button.command == tool) << tool << " " << button.command;
@@ -460,10 +512,11 @@ TEST_F(Vocabulary, TheButtonOfTheCurrentToolAloneIsDown) {
 
 TEST_F(Vocabulary, WithoutACutTheFrameHandlesItsOwnAndPassesTheCutsOn) {
   for (const MenuEntry& entry : kMenuBar) {
-    if (!IsItem(entry) || entry.id == 40001) continue;
+    if (!IsItem(entry) || entry.id == kCommandExit) continue;
     EXPECT_EQ(RunWithCancel(entry.id), entry.kind == kFrame ? 0 : 1) << entry.id;
   }
-  for (const int32_t id : {40095, 40096}) EXPECT_EQ(frame->OnCommand(0, id, nullptr), 0) << id;
+  for (const int32_t id : {kCommandFocusForward, kCommandFocusBackward})
+    EXPECT_EQ(frame->OnCommand(0, id, nullptr), 0) << id;
   EXPECT_EQ(frame->ActiveCut(), nullptr);
 }
 
@@ -477,13 +530,13 @@ TEST_F(Vocabulary, WithACutItsCommandsAreHandledByItsWindow) {
 }
 
 TEST_F(Vocabulary, NumbersThatNobodyOwnsArePassedOn) {
-  std::set<int32_t> owned = {40095, 40096};
+  std::set<int32_t> owned = {kCommandFocusForward, kCommandFocusBackward};
   for (const MenuEntry& entry : kMenuBar) owned.insert(entry.id);
   for (const bool withCut : {false, true}) {
     if (withCut) MakeCut();
     for (const int32_t first : {0, 9900, 39900, 57990}) {
       for (int32_t id = first; id < first + 300; ++id) {
-        const bool isPanel = id >= 10002 && id <= 10009;
+        const bool isPanel = id >= kFrameTimeEdit && id <= kKeyFrameCheck;
         if (isPanel || owned.count(id) != 0) continue;
         EXPECT_EQ(frame->OnCommand(0, id, nullptr), 1) << id;
       }
@@ -518,12 +571,12 @@ class CommandRows : public ShellTest {
     AddLayer("C");
     for (int32_t i = 0; i < 3; ++i) testdoc::NumberCells(Cut()->layers.At(i), 3);
     MakeFrames(3);
-    Command(40007);
+    Command(kCommandPreviousFrame);
     platform::headless::SelectLines(frame->layerList, {1});
-    Command(40013);
+    Command(kCommandNextCell);
     for (const int32_t i : {0, 2}) Cut()->frames.At(i)->SetKey(true);
-    FileCommand(40066, folder.Path("old.lyr"));
-    FileCommand(40052, folder.Path("old.cut"));
+    FileCommand(kCommandSaveLayer, folder.Path("old.lyr"));
+    FileCommand(kCommandSaveCutAs, folder.Path("old.cut"));
     Cut()->SaveUndo();
     Cut()->undoRect = Rect{};
     if (selectsAll) {
@@ -574,97 +627,100 @@ class CommandRows : public ShellTest {
 };
 
 TEST_F(CommandRows, OfFrames) {
-  Expect({{40004, 0, nullptr, false, "commit refresh mit"},
-          {40005, 0, nullptr, false, "commit refresh mt"},
-          {40006, 0, nullptr, false, "refresh repaint mit"},
-          {40007, 0, nullptr, false, "commit refresh repaint mt"},
-          {40008, 0, nullptr, false, "commit refresh repaint mt"},
-          {40041, 0, nullptr, false, "commit refresh repaint mt"},
-          {40042, 0, nullptr, false, "commit refresh repaint mt"},
-          {40104, 0, nullptr, false, "commit refresh repaint mt"},
-          {40105, 0, nullptr, false, "commit refresh repaint mt"},
-          {40094, 116, nullptr, false, "commit refresh mit"},
-          {40133, 116, nullptr, false, "refresh mit"},
-          {40093, 115, nullptr, false, "commit mt"},
-          {40101, 117, nullptr, false, "commit mt"},
-          {40106, 0, nullptr, false, "refresh mt"},
-          {40077, 107, nullptr, false, "repaint mit"},
-          {40112, 123, nullptr, false, "mt"}});
+  Expect({{kCommandAddFrame, 0, nullptr, false, "commit refresh mit"},
+          {kCommandInsertFrame, 0, nullptr, false, "commit refresh mt"},
+          {kCommandDeleteFrame, 0, nullptr, false, "refresh repaint mit"},
+          {kCommandPreviousFrame, 0, nullptr, false, "commit refresh repaint mt"},
+          {kCommandNextFrame, 0, nullptr, false, "commit refresh repaint mt"},
+          {kCommandFirstFrame, 0, nullptr, false, "commit refresh repaint mt"},
+          {kCommandLastFrame, 0, nullptr, false, "commit refresh repaint mt"},
+          {kCommandNextKeyFrame, 0, nullptr, false, "commit refresh repaint mt"},
+          {kCommandPreviousKeyFrame, 0, nullptr, false, "commit refresh repaint mt"},
+          {kCommandAddFrames, kFrameCountDialog, nullptr, false, "commit refresh mit"},
+          {kCommandDeleteFrames, kFrameCountDialog, nullptr, false, "refresh mit"},
+          {kCommandBrightnessRamp, kBrightnessRampDialog, nullptr, false, "commit mt"},
+          {kCommandFrameRamp, kFrameRampDialog, nullptr, false, "commit mt"},
+          {kCommandAllKeyFrames, 0, nullptr, false, "refresh mt"},
+          {kCommandCutProperties, kCutDialog, nullptr, false, "repaint mit"},
+          {kCommandFrameSize, kFrameSizeDialog, nullptr, false, "mt"}});
 }
 
 TEST_F(CommandRows, OfLayers) {
-  Expect({{40014, 106, nullptr, false, "refresh repaint mit"},
-          {40080, 106, nullptr, false, "refresh repaint mit"},
-          {40015, 0, nullptr, false, "list repaint mit"},
-          {40016, 0, nullptr, false, "line repaint mit"},
-          {40017, 0, nullptr, false, "line repaint mit"},
-          {40022, 106, nullptr, false, "repaint mit"},
-          {40066, 0, "new.lyr", false, ""},
-          {40068, 0, "old.lyr", false, "repaint mit"},
-          {40064, 0, nullptr, false, "repaint mit"},
-          {40071, 0, nullptr, false, "repaint mit"}});
+  Expect({{kCommandAddLayer, kLayerDialog, nullptr, false, "refresh repaint mit"},
+          {kCommandInsertLayer, kLayerDialog, nullptr, false, "refresh repaint mit"},
+          {kCommandDeleteLayer, 0, nullptr, false, "list repaint mit"},
+          {kCommandLayerUp, 0, nullptr, false, "line repaint mit"},
+          {kCommandLayerDown, 0, nullptr, false, "line repaint mit"},
+          {kCommandLayerProperties, kLayerDialog, nullptr, false, "repaint mit"},
+          {kCommandSaveLayer, 0, "new.lyr", false, ""},
+          {kCommandOverwriteLayer, 0, "old.lyr", false, "repaint mit"},
+          {kCommandEraseLayerSketch, 0, nullptr, false, "repaint mit"},
+          {kCommandMergeDown, 0, nullptr, false, "repaint mit"}});
 }
 
 TEST_F(CommandRows, OfCells) {
-  for (const int32_t id : {40009, 40010, 40011, 40012, 40013, 40043, 40044, 40060, 40103}) {
+  for (const int32_t id :
+       {kCommandDeleteCell, kCommandInsertCell, kCommandAddCell, kCommandPreviousCell, kCommandNextCell,
+        kCommandFirstCell, kCommandLastCell, kCommandBlankCell, kCommandBlankAll}) {
     EXPECT_EQ(EffectsOf({id, 0, nullptr, false, ""}), "line repaint mit") << id;
   }
   // There is nothing to paste yet.
-  Expect({{40062, 0, nullptr, false, ""},
-          {40091, 0, nullptr, false, ""},
-          {40024, 0, nullptr, false, "repaint mit"},
-          {40025, 0, nullptr, false, "repaint mit"},
-          {40092, 0, nullptr, false, "repaint mit"},
-          {40030, 0, nullptr, false, "repaint mit"},
-          {40061, 0, nullptr, false, ""},
-          {40061, 0, nullptr, true, ""},
-          {40063, 0, nullptr, false, ""},
-          {40063, 0, nullptr, true, "repaint mit"},
-          {40109, 0, nullptr, false, "repaint mit"},
-          {40110, 0, nullptr, false, "repaint mit"},
-          {40124, 0, nullptr, false, ""},
-          {40126, 127, nullptr, false, "repaint mit"},
-          {40127, 108, nullptr, false, "repaint mit"}});
+  Expect({{kCommandPaste, 0, nullptr, false, ""},
+          {kCommandPasteFromClipboard, 0, nullptr, false, ""},
+          {kCommandToSketch, 0, nullptr, false, "repaint mit"},
+          {kCommandEraseSketch, 0, nullptr, false, "repaint mit"},
+          {kCommandEraseCell, 0, nullptr, false, "repaint mit"},
+          {kCommandUndo, 0, nullptr, false, "repaint mit"},
+          {kCommandCopy, 0, nullptr, false, ""},
+          {kCommandCopy, 0, nullptr, true, ""},
+          {kCommandCut, 0, nullptr, false, ""},
+          {kCommandCut, 0, nullptr, true, "repaint mit"},
+          {kCommandFlipHorizontal, 0, nullptr, false, "repaint mit"},
+          {kCommandFlipVertical, 0, nullptr, false, "repaint mit"},
+          {kCommandCopyToClipboard, 0, nullptr, false, ""},
+          {kCommandRandomDots, kRandomDotsDialog, nullptr, false, "repaint mit"},
+          {kCommandDrawGrid, kGridDialog, nullptr, false, "repaint mit"}});
 }
 
 TEST_F(CommandRows, OfPlayingViewAndTools) {
   // The stream that is played is new, and the cut still to be saved.
-  Expect({{40026, 0, nullptr, false, "commit repaint m"},
-          {40027, 0, nullptr, false, ""},
-          {40032, 0, nullptr, false, "repaint "},
-          {40033, 0, nullptr, false, "repaint "},
-          {40097, 0, nullptr, false, "repaint "},
-          {40034, 0, nullptr, false, "repaint i"},
-          {40099, 0, nullptr, false, ""},
-          {40099, 0, nullptr, false, ""},
-          {40102, 0, nullptr, false, "repaint "},
-          {40074, 0, nullptr, false, ""},
-          {40040, 108, nullptr, false, ""},
-          {40046, 109, nullptr, false, ""},
-          {40072, 113, nullptr, false, ""},
-          {40136, 0, nullptr, false, ""},
-          {40142, 0, nullptr, false, ""},
-          {40084, 0, nullptr, false, ""},
-          {40084, 0, nullptr, false, ""},
-          {40085, 0, nullptr, false, ""},
-          {40085, 0, nullptr, false, ""},
-          {40095, 0, nullptr, false, ""},
-          {40096, 0, nullptr, false, ""}});
-  for (const int32_t id : {40019, 40023, 40028, 40029, 40031, 40037, 40038, 40045, 40059, 40065, 40070, 40073, 40075,
-                           40086, 40090, 40132}) {
+  Expect({{kCommandPlay, 0, nullptr, false, "commit repaint m"},
+          {kCommandStop, 0, nullptr, false, ""},
+          {kCommandShowPrevious, 0, nullptr, false, "repaint "},
+          {kCommandShowNext, 0, nullptr, false, "repaint "},
+          {kCommandDimOthers, 0, nullptr, false, "repaint "},
+          {kCommandCurrentCellOnly, 0, nullptr, false, "repaint i"},
+          {kCommandMuraRemoval, 0, nullptr, false, ""},
+          {kCommandMuraRemoval, 0, nullptr, false, ""},
+          {kCommandLineEmphasis, 0, nullptr, false, "repaint "},
+          {kCommandSquarePen, 0, nullptr, false, ""},
+          {kCommandSnapGrid, kGridDialog, nullptr, false, ""},
+          {kCommandMask, kMaskDialog, nullptr, false, ""},
+          {kCommandFont, kFontDialog, nullptr, false, ""},
+          {kCommandExplainTool, 0, nullptr, false, ""},
+          {kCommandAbout, 0, nullptr, false, ""},
+          {kCommandStatusBar, 0, nullptr, false, ""},
+          {kCommandStatusBar, 0, nullptr, false, ""},
+          {kCommandToolBar, 0, nullptr, false, ""},
+          {kCommandToolBar, 0, nullptr, false, ""},
+          {kCommandFocusForward, 0, nullptr, false, ""},
+          {kCommandFocusBackward, 0, nullptr, false, ""}});
+  for (const int32_t id : {kToolFramePosition, kToolLayerPosition, kToolZoom, kToolFreePen, kToolFill, kToolLine,
+                           kToolCurve, kToolRectangle, kToolAreaSelect, kToolEraser, kToolGradient, kToolText,
+                           kToolEdging, kToolMosaic, kToolFocusLines, kToolParallelLines}) {
     EXPECT_EQ(EffectsOf({id, 0, nullptr, false, ""}), "") << id;
   }
 }
 
 TEST_F(CommandRows, OfFiles) {
-  Expect({{40052, 0, "new.cut", false, "commit t"},
-          {40088, 0, nullptr, false, ""},
-          {40047, 0, nullptr, false, ""},
-          {40048, 0, nullptr, false, ""},
-          {40049, 0, nullptr, false, ""},
-          {40119, 0, "new.flm", false, ""},
-          {40054, 0, "new.flm", false, ""},
-          {40082, 110, nullptr, false, ""}});
+  Expect({{kCommandSaveCutAs, 0, "new.cut", false, "commit t"},
+          {kCommandOverwriteCut, 0, nullptr, false, ""},
+          {kCommandAddCutToFilm, 0, nullptr, false, ""},
+          {kCommandInsertCutIntoFilm, 0, nullptr, false, ""},
+          {kCommandRemoveCutFromFilm, 0, nullptr, false, ""},
+          {kCommandOverwriteFilm, 0, "new.flm", false, ""},
+          {kCommandSaveFilmAs, 0, "new.flm", false, ""},
+          {kCommandFilmProperties, kFilmDialog, nullptr, false, ""}});
 }
 
 // The order in which a command of the cut window tells the frame and repaints: a pulse comes before and after the
@@ -720,7 +776,7 @@ class CommandOrder : public testing::Test {
     platform::headless::Reset();
     ResetTools();
     host.frameWindow = platform::MakeFrameWindow("Frame", "", 103, nullptr);
-    host.mdiClient = platform::MakeMdiClient(host.frameWindow, 10001, 0, 0);
+    host.mdiClient = platform::MakeMdiClient(host.frameWindow, kMdiClientId, 0, 0);
   }
   void TearDown() override {
     platform::DestroyWindow(host.frameWindow);
@@ -755,29 +811,33 @@ class CommandOrder : public testing::Test {
 };
 
 TEST_F(CommandOrder, OfFrames) {
-  EXPECT_EQ(OrderOf(40006), "refreshi pulsei pulsei*");
-  for (const int32_t id : {40041, 40042}) EXPECT_EQ(OrderOf(id), "commit refresh pulse pulse*") << id;
+  EXPECT_EQ(OrderOf(kCommandDeleteFrame), "refreshi pulsei pulsei*");
+  for (const int32_t id : {kCommandFirstFrame, kCommandLastFrame})
+    EXPECT_EQ(OrderOf(id), "commit refresh pulse pulse*") << id;
 }
 
 TEST_F(CommandOrder, OfCells) {
-  for (const int32_t id : {40009, 40010, 40011, 40012, 40013, 40043, 40044}) {
+  for (const int32_t id : {kCommandDeleteCell, kCommandInsertCell, kCommandAddCell, kCommandPreviousCell,
+                           kCommandNextCell, kCommandFirstCell, kCommandLastCell}) {
     EXPECT_EQ(OrderOf(id), "linei pulsei pulsei*") << id;
   }
   // A blank cell is marked behind the line.
-  for (const int32_t id : {40060, 40103}) EXPECT_EQ(OrderOf(id), "line pulsei pulsei*") << id;
-  for (const int32_t id : {40024, 40025, 40030, 40064, 40071, 40092}) {
+  for (const int32_t id : {kCommandBlankCell, kCommandBlankAll}) EXPECT_EQ(OrderOf(id), "line pulsei pulsei*") << id;
+  for (const int32_t id : {kCommandToSketch, kCommandEraseSketch, kCommandUndo, kCommandEraseLayerSketch,
+                           kCommandMergeDown, kCommandEraseCell}) {
     EXPECT_EQ(OrderOf(id), "pulsei pulsei*") << id;
   }
 }
 
 TEST_F(CommandOrder, OfViewSwitches) {
-  for (const int32_t id : {40032, 40033, 40097, 40102}) EXPECT_EQ(OrderOf(id), "pulse pulse*") << id;
-  EXPECT_EQ(OrderOf(40034), "pulsei pulsei*");
-  EXPECT_EQ(OrderOf(40099), "");
+  for (const int32_t id : {kCommandShowPrevious, kCommandShowNext, kCommandDimOthers, kCommandLineEmphasis})
+    EXPECT_EQ(OrderOf(id), "pulse pulse*") << id;
+  EXPECT_EQ(OrderOf(kCommandCurrentCellOnly), "pulsei pulsei*");
+  EXPECT_EQ(OrderOf(kCommandMuraRemoval), "");
 }
 
 TEST_F(CommandOrder, OfPlaying) {
-  const std::string order = OrderOf(40026);
+  const std::string order = OrderOf(kCommandPlay);
   // The commit is under the wait cursor; the repaint isn't.
   EXPECT_EQ(order.substr(0, order.find(' ')), "commitw");
   const size_t play = order.find("play");

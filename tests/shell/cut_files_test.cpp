@@ -1,3 +1,4 @@
+#include "resources/ids.h"
 #include "shell/shell_fixture.h"
 
 namespace sorvel::testshell {
@@ -6,16 +7,16 @@ namespace {
 class CutFiles : public ShellTest {};
 
 TEST_F(CutFiles, WithoutACutSavingDoesNothing) {
-  EXPECT_EQ(frame->OnCommand(0, 40052, nullptr), 0);
-  EXPECT_EQ(frame->OnCommand(0, 40088, nullptr), 0);
+  EXPECT_EQ(frame->OnCommand(0, kCommandSaveCutAs, nullptr), 0);
+  EXPECT_EQ(frame->OnCommand(0, kCommandOverwriteCut, nullptr), 0);
 }
 
 // New cuts.
 
 TEST_F(CutFiles, ANewCutStartsFromTheDefaultsOfTheSettings) {
-  platform::headless::QueueDialog({107, {}, true});
-  platform::headless::QueueDialog({106, {}, false});
-  Command(40050);
+  platform::headless::QueueDialog({kCutDialog, {}, true});
+  platform::headless::QueueDialog({kLayerDialog, {}, false});
+  Command(kCommandNewCut);
   ASSERT_NE(Cut(), nullptr);
   EXPECT_EQ(Cut()->width, 240);
   EXPECT_EQ(Cut()->height, 180);
@@ -27,14 +28,18 @@ TEST_F(CutFiles, ANewCutStartsFromTheDefaultsOfTheSettings) {
 }
 
 TEST_F(CutFiles, ANewCutIsRememberedInTheSettings) {
-  const Values values = {{1002, "64"}, {1001, "48"}, {1041, "30"}, {1056, "on"}, {1037, "me"}};
-  platform::headless::QueueDialog({107, values, true});
-  platform::headless::QueueDialog({106, {}, false});
-  Command(40050);
+  const Values values = {{kCutWidthEdit, "64"},
+                         {kCutHeightEdit, "48"},
+                         {kCutFpsEdit, "30"},
+                         {kCutHalfRadio, "on"},
+                         {kCutCreditEdit, "me"}};
+  platform::headless::QueueDialog({kCutDialog, values, true});
+  platform::headless::QueueDialog({kLayerDialog, {}, false});
+  Command(kCommandNewCut);
   EXPECT_EQ(Contents("sorvel.ini"), "[OnNewCut]\r\nwidth=64\r\nheight=48\r\nfps=30\r\nanti=1\r\ncredit=me\r\n");
-  platform::headless::QueueDialog({107, {}, true});
-  platform::headless::QueueDialog({106, {}, false});
-  Command(40050);
+  platform::headless::QueueDialog({kCutDialog, {}, true});
+  platform::headless::QueueDialog({kLayerDialog, {}, false});
+  Command(kCommandNewCut);
   EXPECT_EQ(Cut()->width, 64);
   EXPECT_EQ(Cut()->height, 48);
   EXPECT_EQ(Cut()->fps, 30);
@@ -43,7 +48,7 @@ TEST_F(CutFiles, ANewCutIsRememberedInTheSettings) {
 }
 
 TEST_F(CutFiles, ACancelledNewCutLeavesNothing) {
-  CancelledCommand(40050, 107, {{1002, "64"}});
+  CancelledCommand(kCommandNewCut, kCutDialog, {{kCutWidthEdit, "64"}});
   EXPECT_EQ(Cut(), nullptr);
   EXPECT_FALSE(Exists("sorvel.ini"));
 }
@@ -68,7 +73,7 @@ TEST_F(CutFiles, ANewCutWithoutALayerHasNothingToSave) {
 TEST_F(CutFiles, SaveAsCommitsWritesAndTakesTheName) {
   MakeCut();
   Type(frame->commentEdit, "typed");
-  FileCommand(40052, folder.Path("a"));
+  FileCommand(kCommandSaveCutAs, folder.Path("a"));
   EXPECT_EQ(Cut()->path, folder.Path("a.cut"));
   EXPECT_EQ(TextOf(Cut()->window), "a.cut");
   EXPECT_STREQ(CurrentFrame()->comment, "typed");
@@ -80,7 +85,7 @@ TEST_F(CutFiles, SaveAsCommitsWritesAndTakesTheName) {
 TEST_F(CutFiles, SaveAsDropsUnusedLayers) {
   MakeCut();
   Cut()->AddLayer("unused", 4, 4, nullptr);
-  FileCommand(40052, folder.Path("a.cut"));
+  FileCommand(kCommandSaveCutAs, folder.Path("a.cut"));
   EXPECT_EQ(Cut()->layers.Count(), 1);
 }
 
@@ -88,7 +93,7 @@ TEST_F(CutFiles, ACancelledSaveAsHasCommitted) {
   MakeCut();
   Type(frame->commentEdit, "typed");
   platform::headless::QueueFileCancel();
-  Command(40052);
+  Command(kCommandSaveCutAs);
   EXPECT_STREQ(CurrentFrame()->comment, "typed");
   EXPECT_STREQ(Cut()->path, "");
   EXPECT_TRUE(Cut()->Has(kModified));
@@ -97,7 +102,7 @@ TEST_F(CutFiles, ACancelledSaveAsHasCommitted) {
 TEST_F(CutFiles, ASaveAsThatCannotOpenItsFileChangesNothing) {
   MakeCut();
   Cut()->AddLayer("unused", 4, 4, nullptr);
-  FileCommand(40052, folder.Path("no/such/folder.cut"));
+  FileCommand(kCommandSaveCutAs, folder.Path("no/such/folder.cut"));
   EXPECT_STREQ(Cut()->path, "");
   EXPECT_EQ(Cut()->layers.Count(), 2);
   EXPECT_EQ(platform::headless::CurrentCursor(), platform::CursorShape::kArrow);
@@ -110,7 +115,7 @@ TEST_F(CutFiles, OverwriteWritesToThePathWithoutACommit) {
   Cut()->AddLayer("unused", 4, 4, nullptr);
   const std::string before = Contents("a.cut");
   Type(frame->commentEdit, "typed");
-  Command(40088);
+  Command(kCommandOverwriteCut);
   EXPECT_NE(Contents("a.cut"), before);
   EXPECT_FALSE(Cut()->Has(kModified));
   EXPECT_EQ(Cut()->layers.Count(), 1);
@@ -119,7 +124,7 @@ TEST_F(CutFiles, OverwriteWritesToThePathWithoutACommit) {
 
 TEST_F(CutFiles, OverwriteWithoutAPathSavesAs) {
   MakeCut();
-  FileCommand(40088, folder.Path("a.cut"));
+  FileCommand(kCommandOverwriteCut, folder.Path("a.cut"));
   EXPECT_EQ(Cut()->path, folder.Path("a.cut"));
   EXPECT_TRUE(Exists("a.cut"));
 }
@@ -127,7 +132,7 @@ TEST_F(CutFiles, OverwriteWithoutAPathSavesAs) {
 TEST_F(CutFiles, OverwriteOfAPathThatCannotBeWrittenSavesAs) {
   MakeCut();
   AssignString(&Cut()->path, folder.Path("no/such/folder.cut").c_str());
-  FileCommand(40088, folder.Path("b.cut"));
+  FileCommand(kCommandOverwriteCut, folder.Path("b.cut"));
   EXPECT_EQ(Cut()->path, folder.Path("b.cut"));
 }
 
@@ -137,11 +142,11 @@ TEST_F(CutFiles, AnOpenedCutStandsOnItsLastFrameWithNothingToSave) {
   MakeSavedCut("a.cut");
   MakeFrames(3);
   CurrentCell()->Fill(2);
-  Command(40041);
-  Command(40088);
+  Command(kCommandFirstFrame);
+  Command(kCommandOverwriteCut);
   CloseActiveCut();
   ASSERT_EQ(Cut(), nullptr);
-  FileCommand(40056, folder.Path("a.cut"));
+  FileCommand(kCommandOpenCut, folder.Path("a.cut"));
   ASSERT_NE(Cut(), nullptr);
   EXPECT_EQ(Cut()->frames.Count(), 3);
   EXPECT_EQ(Cut()->currentFrame, 2);
@@ -157,7 +162,7 @@ TEST_F(CutFiles, AnOpenedCutStandsOnItsLastFrameWithNothingToSave) {
 TEST_F(CutFiles, LayersOfAnOpenedCutHaveItsPrototype) {
   MakeSavedCut("a.cut");
   CloseActiveCut();
-  FileCommand(40056, folder.Path("a.cut"));
+  FileCommand(kCommandOpenCut, folder.Path("a.cut"));
   EXPECT_EQ(Cut()->layers.At(0)->prototype, &Cut()->prototype);
 }
 
@@ -165,26 +170,27 @@ TEST_F(CutFiles, AnOpenedCutIsKnownToTheFilm) {
   MakeFilm(1);
   CloseActiveCut();
   EXPECT_EQ(frame->film->cuts.At(0).cut, nullptr);
-  FileCommand(40056, folder.Path("c1.cut"));
+  FileCommand(kCommandOpenCut, folder.Path("c1.cut"));
   EXPECT_EQ(frame->film->cuts.At(0).cut, Cut());
 }
 
 TEST_F(CutFiles, AFileThatIsNoCutOpensNothing) {
   testdoc::WriteFile(folder.Path("bad.cut"), "Sorvelin Layer");
-  FileCommand(40056, folder.Path("bad.cut"));
-  FileCommand(40056, folder.Path("missing.cut"));
+  FileCommand(kCommandOpenCut, folder.Path("bad.cut"));
+  FileCommand(kCommandOpenCut, folder.Path("missing.cut"));
   platform::headless::QueueFileCancel();
-  Command(40056);
+  Command(kCommandOpenCut);
   EXPECT_EQ(Cut(), nullptr);
 }
 
 TEST_F(CutFiles, ALayerFileOpensAsACutOfItsSize) {
   MakeCut();
-  Command(40014, 106, {{1000, "part"}, {1002, "24"}, {1001, "12"}});
+  Command(kCommandAddLayer, kLayerDialog,
+          {{kLayerNameEdit, "part"}, {kLayerWidthEdit, "24"}, {kLayerHeightEdit, "12"}});
   CurrentCell()->Fill(3);
-  FileCommand(40066, folder.Path("part.lyr"));
+  FileCommand(kCommandSaveLayer, folder.Path("part.lyr"));
   CloseCuts();
-  FileCommand(40067, folder.Path("part.lyr"));
+  FileCommand(kCommandOpenLayer, folder.Path("part.lyr"));
   ASSERT_NE(Cut(), nullptr);
   EXPECT_EQ(Cut()->width, 24);
   EXPECT_EQ(Cut()->height, 12);
@@ -200,9 +206,9 @@ TEST_F(CutFiles, ALayerFileOpensAsACutOfItsSize) {
 
 TEST_F(CutFiles, ALayerFileOpenedAsACutCountsAsSavedAndCompiled) {
   MakeCut();
-  FileCommand(40066, folder.Path("part.lyr"));
+  FileCommand(kCommandSaveLayer, folder.Path("part.lyr"));
   CloseCuts();
-  FileCommand(40067, folder.Path("part.lyr"));
+  FileCommand(kCommandOpenLayer, folder.Path("part.lyr"));
   EXPECT_EQ(Marks(), "");
   CloseActiveCut();  // asks nothing
   EXPECT_EQ(Cut(), nullptr);
@@ -210,10 +216,10 @@ TEST_F(CutFiles, ALayerFileOpenedAsACutCountsAsSavedAndCompiled) {
 
 TEST_F(CutFiles, AFileThatIsNoLayerOpensNothing) {
   testdoc::WriteFile(folder.Path("bad.lyr"), "Sorvelin Cut");
-  FileCommand(40067, folder.Path("bad.lyr"));
-  FileCommand(40067, folder.Path("missing.lyr"));
+  FileCommand(kCommandOpenLayer, folder.Path("bad.lyr"));
+  FileCommand(kCommandOpenLayer, folder.Path("missing.lyr"));
   platform::headless::QueueFileCancel();
-  Command(40067);
+  Command(kCommandOpenLayer);
   EXPECT_EQ(Cut(), nullptr);
 }
 
@@ -221,9 +227,9 @@ TEST_F(CutFiles, AFileThatIsNoLayerOpensNothing) {
 
 TEST_F(CutFiles, TheExtensionChoosesTheKindInUpperOrLowerCase) {
   MakeFilm(1);
-  FileCommand(40066, folder.Path("part.LyR"));
-  FileCommand(40054, folder.Path("film.Flm"));
-  FileCommand(40052, folder.Path("c2.CUT"));
+  FileCommand(kCommandSaveLayer, folder.Path("part.LyR"));
+  FileCommand(kCommandSaveFilmAs, folder.Path("film.Flm"));
+  FileCommand(kCommandSaveCutAs, folder.Path("c2.CUT"));
   CloseCuts();
   EXPECT_TRUE(frame->OpenByExtension(folder.Path("c2.CUT").c_str()));
   EXPECT_EQ(Cut()->path, folder.Path("c2.CUT"));

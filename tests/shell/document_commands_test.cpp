@@ -1,6 +1,7 @@
 #include "shell/shell_fixture.h"
 
 #include "cutwindow/clipboard.h"
+#include "resources/ids.h"
 
 namespace sorvel::testshell {
 namespace {
@@ -18,17 +19,25 @@ class DocumentCommands : public ShellTest {
 // Without a cut.
 
 TEST_F(DocumentCommands, WithoutACutACommandOnACutIsHandledAndDoesNothing) {
-  for (const int32_t id : {40004, 40005, 40007, 40008, 40014, 40015, 40016, 40017, 40022, 40066, 40068, 40069, 40076,
-                           40077, 40080, 40093, 40094, 40101, 40104, 40105, 40106, 40112, 40126, 40127, 40133}) {
+  for (const int32_t id :
+       {kCommandAddFrame,        kCommandInsertFrame,   kCommandPreviousFrame,  kCommandNextFrame,
+        kCommandAddLayer,        kCommandDeleteLayer,   kCommandLayerUp,        kCommandLayerDown,
+        kCommandLayerProperties, kCommandSaveLayer,     kCommandOverwriteLayer, kCommandLayerRamp,
+        kCommandExportBitmap,    kCommandCutProperties, kCommandInsertLayer,    kCommandBrightnessRamp,
+        kCommandAddFrames,       kCommandFrameRamp,     kCommandNextKeyFrame,   kCommandPreviousKeyFrame,
+        kCommandAllKeyFrames,    kCommandFrameSize,     kCommandRandomDots,     kCommandDrawGrid,
+        kCommandDeleteFrames}) {
     EXPECT_EQ(frame->OnCommand(0, id, nullptr), 0) << id;
   }
   EXPECT_EQ(frame->ActiveCut(), nullptr);
 }
 
 TEST_F(DocumentCommands, CommandsThatNobodyOwnsAreNotHandled) {
-  for (const int32_t id : {40058, 40131, 40135, 58000}) EXPECT_EQ(frame->OnCommand(0, id, nullptr), 1) << id;
+  for (const int32_t id : {kTextStoryboard, kTextCircle, kTextSearch, 58000})
+    EXPECT_EQ(frame->OnCommand(0, id, nullptr), 1) << id;
   MakeCut();
-  for (const int32_t id : {40058, 40131, 40135, 58000}) EXPECT_EQ(frame->OnCommand(0, id, nullptr), 1) << id;
+  for (const int32_t id : {kTextStoryboard, kTextCircle, kTextSearch, 58000})
+    EXPECT_EQ(frame->OnCommand(0, id, nullptr), 1) << id;
 }
 
 // Cut properties, 40077, and frame size, 40112.
@@ -36,7 +45,12 @@ TEST_F(DocumentCommands, CommandsThatNobodyOwnsAreNotHandled) {
 TEST_F(DocumentCommands, CutPropertiesChangeEverythingButTheFrameSize) {
   MakeCut();
   ClearMarks();
-  Command(40077, 107, {{1002, "64"}, {1001, "48"}, {1041, "30"}, {1037, "me"}, {1056, "on"}});
+  Command(kCommandCutProperties, kCutDialog,
+          {{kCutWidthEdit, "64"},
+           {kCutHeightEdit, "48"},
+           {kCutFpsEdit, "30"},
+           {kCutCreditEdit, "me"},
+           {kCutHalfRadio, "on"}});
   EXPECT_EQ(Cut()->width, 64);
   EXPECT_EQ(Cut()->height, 48);
   EXPECT_EQ(Cut()->frameWidth, 40);
@@ -53,7 +67,7 @@ TEST_F(DocumentCommands, CutPropertiesChangeEverythingButTheFrameSize) {
 TEST_F(DocumentCommands, CutPropertiesShowTheCut) {
   MakeCut();
   Cut()->SetAntialias(2);
-  Command(40077, 107, {});
+  Command(kCommandCutProperties, kCutDialog, {});
   EXPECT_EQ(Cut()->width, 40);
   EXPECT_EQ(Cut()->height, 30);
   EXPECT_EQ(Cut()->fps, 24);
@@ -63,7 +77,7 @@ TEST_F(DocumentCommands, CutPropertiesShowTheCut) {
 TEST_F(DocumentCommands, CancelledCutPropertiesChangeNothing) {
   MakeCut();
   ClearMarks();
-  CancelledCommand(40077, 107, {{1002, "64"}});
+  CancelledCommand(kCommandCutProperties, kCutDialog, {{kCutWidthEdit, "64"}});
   EXPECT_EQ(Cut()->width, 40);
   EXPECT_EQ(Marks(), "");
 }
@@ -72,14 +86,14 @@ TEST_F(DocumentCommands, FrameSizeMarksTimingWithoutARepaint) {
   MakeCut();
   ClearMarks();
   SpoilView();
-  Command(40112, 123, {{1002, "32"}, {1001, "24"}});
+  Command(kCommandFrameSize, kFrameSizeDialog, {{kFrameWidthEdit, "32"}, {kFrameHeightEdit, "24"}});
   EXPECT_EQ(Cut()->frameWidth, 32);
   EXPECT_EQ(Cut()->frameHeight, 24);
   EXPECT_EQ(Cut()->width, 40);
   EXPECT_EQ(Marks(), "mt");
   EXPECT_FALSE(WasRepainted());
   ClearMarks();
-  CancelledCommand(40112, 123, {{1002, "1"}});
+  CancelledCommand(kCommandFrameSize, kFrameSizeDialog, {{kFrameWidthEdit, "1"}});
   EXPECT_EQ(Cut()->frameWidth, 32);
   EXPECT_EQ(Marks(), "");
 }
@@ -89,7 +103,7 @@ TEST_F(DocumentCommands, FrameSizeMarksTimingWithoutARepaint) {
 TEST_F(DocumentCommands, AddFrameCommitsCopiesAndRefreshes) {
   MakeCut();
   Type(frame->frameTimeEdit, "7");
-  Command(40004);
+  Command(kCommandAddFrame);
   EXPECT_EQ(Cut()->frames.Count(), 2);
   EXPECT_EQ(Cut()->currentFrame, 1);
   EXPECT_EQ(Cut()->frames.At(0)->time, 7);
@@ -104,7 +118,7 @@ TEST_F(DocumentCommands, AddFrameHalvesTheTimeBehindAKeyFrame) {
   CurrentFrame()->SetKey(true);
   CurrentFrame()->time = 5;
   frame->RefreshPanels(Cut());
-  Command(40004);
+  Command(kCommandAddFrame);
   EXPECT_EQ(Cut()->frames.At(0)->time, 5);
   EXPECT_EQ(CurrentFrame()->time, 2);
   EXPECT_FALSE(CurrentFrame()->IsKey());
@@ -115,11 +129,11 @@ TEST_F(DocumentCommands, AddFrameKeepsATimeThatCannotBeHalved) {
   CurrentFrame()->SetKey(true);
   CurrentFrame()->time = 1;
   frame->RefreshPanels(Cut());
-  Command(40004);
+  Command(kCommandAddFrame);
   EXPECT_EQ(CurrentFrame()->time, 1);
-  Command(40007);
+  Command(kCommandPreviousFrame);
   CurrentFrame()->time = -6;
-  Command(40004);
+  Command(kCommandAddFrame);
   EXPECT_EQ(CurrentFrame()->time, -6);
 }
 
@@ -127,7 +141,7 @@ TEST_F(DocumentCommands, InsertFrameCopiesTheFrameBehindIt) {
   MakeCut();
   Type(frame->frameTimeEdit, "7");
   ClearMarks();
-  Command(40005);
+  Command(kCommandInsertFrame);
   EXPECT_EQ(Cut()->frames.Count(), 2);
   EXPECT_EQ(Cut()->currentFrame, 0);
   EXPECT_EQ(CurrentFrame()->time, 7);
@@ -136,7 +150,7 @@ TEST_F(DocumentCommands, InsertFrameCopiesTheFrameBehindIt) {
   // The insertion itself marks nothing; the committed time did.
   EXPECT_EQ(Marks(), "mt");
   ClearMarks();
-  Command(40005);
+  Command(kCommandInsertFrame);
   EXPECT_EQ(Marks(), "");
 }
 
@@ -145,7 +159,7 @@ TEST_F(DocumentCommands, DeleteFrameDropsWhatWasTypedAndRepaints) {
   MakeFrames(3);
   Type(frame->frameTimeEdit, "9");
   SpoilView();
-  Command(40006);
+  Command(kCommandDeleteFrame);
   EXPECT_EQ(Cut()->frames.Count(), 2);
   EXPECT_EQ(CurrentFrame()->time, 1);
   EXPECT_EQ(TextOf(frame->frameTimeEdit), "1");
@@ -156,7 +170,7 @@ TEST_F(DocumentCommands, DeleteFrameOfTheOnlyFrameDoesNothing) {
   MakeCut();
   Type(frame->frameTimeEdit, "9");
   SpoilView();
-  Command(40006);
+  Command(kCommandDeleteFrame);
   EXPECT_EQ(Cut()->frames.Count(), 1);
   EXPECT_EQ(TextOf(frame->frameTimeEdit), "9");
   EXPECT_FALSE(WasRepainted());
@@ -167,12 +181,12 @@ TEST_F(DocumentCommands, StepsCommitMoveRepaintAndRefresh) {
   MakeFrames(3);
   Type(frame->commentEdit, "here");
   SpoilView();
-  Command(40007);
+  Command(kCommandPreviousFrame);
   EXPECT_EQ(Cut()->currentFrame, 1);
   EXPECT_STREQ(Cut()->frames.At(2)->comment, "here");
   EXPECT_EQ(TextOf(frame->commentEdit), "");
   EXPECT_TRUE(WasRepainted());
-  Command(40008);
+  Command(kCommandNextFrame);
   EXPECT_EQ(Cut()->currentFrame, 2);
   EXPECT_EQ(TextOf(frame->commentEdit), "here");
 }
@@ -181,13 +195,13 @@ TEST_F(DocumentCommands, AStepThatCannotMoveStillCommitsRepaintsAndRefreshes) {
   MakeCut();
   Type(frame->frameTimeEdit, "12345");
   SpoilView();
-  Command(40007);
+  Command(kCommandPreviousFrame);
   EXPECT_EQ(CurrentFrame()->time, 1234);
   EXPECT_EQ(TextOf(frame->frameTimeEdit), "1234");
   EXPECT_TRUE(WasRepainted());
   Type(frame->frameTimeEdit, "3x");
   SpoilView();
-  Command(40008);
+  Command(kCommandNextFrame);
   EXPECT_EQ(TextOf(frame->frameTimeEdit), "3");
   EXPECT_TRUE(WasRepainted());
 }
@@ -196,11 +210,11 @@ TEST_F(DocumentCommands, FirstAndLastFrame) {
   MakeCut();
   MakeFrames(3);
   SpoilView();
-  Command(40041);
+  Command(kCommandFirstFrame);
   EXPECT_EQ(Cut()->currentFrame, 0);
   EXPECT_TRUE(WasRepainted());
   EXPECT_EQ(TextOf(frame->keyFrameCheck), "1(1f)");
-  Command(40042);
+  Command(kCommandLastFrame);
   EXPECT_EQ(Cut()->currentFrame, 2);
 }
 
@@ -208,7 +222,7 @@ TEST_F(DocumentCommands, FirstFrameOfACutOfOneFrameCommitsOnly) {
   MakeCut();
   Type(frame->frameTimeEdit, "3x");
   SpoilView();
-  Command(40041);
+  Command(kCommandFirstFrame);
   EXPECT_EQ(CurrentFrame()->time, 3);
   EXPECT_EQ(TextOf(frame->frameTimeEdit), "3x");
   EXPECT_FALSE(WasRepainted());
@@ -219,12 +233,12 @@ TEST_F(DocumentCommands, KeyFrameStepsMoveAndRefresh) {
   MakeFrames(4);
   Cut()->frames.At(1)->SetKey(true);
   SpoilView();
-  Command(40105);
+  Command(kCommandPreviousKeyFrame);
   EXPECT_EQ(Cut()->currentFrame, 1);
   EXPECT_TRUE(platform::IsChecked(frame->keyFrameCheck));
   EXPECT_TRUE(WasRepainted());
-  Command(40041);
-  Command(40104);
+  Command(kCommandFirstFrame);
+  Command(kCommandNextKeyFrame);
   EXPECT_EQ(Cut()->currentFrame, 1);
 }
 
@@ -233,7 +247,7 @@ TEST_F(DocumentCommands, WithoutAKeyFrameThereIsNoMoveButACommit) {
   MakeFrames(2);
   Type(frame->frameTimeEdit, "3x");
   SpoilView();
-  for (const int32_t id : {40104, 40105}) Command(id);
+  for (const int32_t id : {kCommandNextKeyFrame, kCommandPreviousKeyFrame}) Command(id);
   EXPECT_EQ(Cut()->currentFrame, 1);
   EXPECT_EQ(CurrentFrame()->time, 3);
   EXPECT_EQ(TextOf(frame->frameTimeEdit), "3x");
@@ -243,7 +257,7 @@ TEST_F(DocumentCommands, WithoutAKeyFrameThereIsNoMoveButACommit) {
 TEST_F(DocumentCommands, AddFramesRepeatsTheAddition) {
   MakeCut();
   Type(frame->frameTimeEdit, "4");
-  Command(40094, 116, {{1001, "3"}});
+  Command(kCommandAddFrames, kFrameCountDialog, {{kFrameCountEdit, "3"}});
   EXPECT_EQ(Cut()->frames.Count(), 4);
   EXPECT_EQ(Cut()->currentFrame, 3);
   EXPECT_EQ(CurrentFrame()->time, 4);
@@ -252,10 +266,10 @@ TEST_F(DocumentCommands, AddFramesRepeatsTheAddition) {
 
 TEST_F(DocumentCommands, AddFramesStartsAtOne) {
   MakeCut();
-  Command(40094, 116, {});
+  Command(kCommandAddFrames, kFrameCountDialog, {});
   EXPECT_EQ(Cut()->frames.Count(), 2);
   Type(frame->frameTimeEdit, "8");
-  CancelledCommand(40094, 116, {{1001, "3"}});
+  CancelledCommand(kCommandAddFrames, kFrameCountDialog, {{kFrameCountEdit, "3"}});
   EXPECT_EQ(Cut()->frames.Count(), 2);
   EXPECT_EQ(CurrentFrame()->time, 8);  // the commit comes ahead of the dialog
 }
@@ -264,31 +278,31 @@ TEST_F(DocumentCommands, DeleteFramesLeavesOneFrame) {
   MakeCut();
   MakeFrames(5);
   SpoilView();
-  Command(40133, 116, {{1001, "2"}});
+  Command(kCommandDeleteFrames, kFrameCountDialog, {{kFrameCountEdit, "2"}});
   EXPECT_EQ(Cut()->frames.Count(), 3);
   EXPECT_FALSE(WasRepainted());
   EXPECT_EQ(TextOf(frame->keyFrameCheck), "3(3f)");
-  Command(40133, 116, {{1001, "20"}});
+  Command(kCommandDeleteFrames, kFrameCountDialog, {{kFrameCountEdit, "20"}});
   EXPECT_EQ(Cut()->frames.Count(), 1);
   EXPECT_EQ(TextOf(frame->keyFrameCheck), "1(1f)");
-  CancelledCommand(40133, 116);
+  CancelledCommand(kCommandDeleteFrames, kFrameCountDialog);
   EXPECT_EQ(Cut()->frames.Count(), 1);
 }
 
 TEST_F(DocumentCommands, BrightnessRampCommitsAndEndsAtTheChosenFrame) {
   MakeCut();
   MakeFrames(5);
-  Command(40041);
+  Command(kCommandFirstFrame);
   Cut()->frames.At(4)->SetBrightness(100);
   Cut()->frames.At(2)->SetBrightness(70);
   Type(frame->brightnessEdit, "0");
   ClearMarks();
-  Command(40093, 115, {});
+  Command(kCommandBrightnessRamp, kBrightnessRampDialog, {});
   const int32_t whole[] = {0, 25, 50, 75, 100};
   for (int32_t i = 0; i < 5; ++i) EXPECT_EQ(Cut()->frames.At(i)->brightness, whole[i]) << i;
   EXPECT_EQ(Marks(), "mt");
   Cut()->frames.At(2)->SetBrightness(10);
-  Command(40093, 115, {{1065, "3"}});
+  Command(kCommandBrightnessRamp, kBrightnessRampDialog, {{kRampEndEdit, "3"}});
   EXPECT_EQ(Cut()->frames.At(1)->brightness, 5);
   EXPECT_EQ(Cut()->frames.At(2)->brightness, 10);
   EXPECT_EQ(Cut()->frames.At(3)->brightness, 75);
@@ -300,11 +314,11 @@ TEST_F(DocumentCommands, FramePositionRampCommitsAfterItsDialog) {
   Cut()->frames.At(0)->x = Cut()->frames.At(0)->y = 0;
   Cut()->frames.At(2)->x = 20;
   Cut()->frames.At(2)->y = -10;
-  Command(40041);
+  Command(kCommandFirstFrame);
   Type(frame->commentEdit, "typed");
-  CancelledCommand(40101, 117);
+  CancelledCommand(kCommandFrameRamp, kFrameRampDialog);
   EXPECT_STREQ(CurrentFrame()->comment, "");
-  Command(40101, 117, {});
+  Command(kCommandFrameRamp, kFrameRampDialog, {});
   EXPECT_STREQ(CurrentFrame()->comment, "typed");
   EXPECT_EQ(Cut()->frames.At(1)->x, 10);
   EXPECT_EQ(Cut()->frames.At(1)->y, -5);
@@ -314,11 +328,11 @@ TEST_F(DocumentCommands, LayerPositionRampDoesNotCommit) {
   MakeCut();
   MakeFrames(3);
   Cut()->frames.At(2)->SetRecordPosition(0, 20, 8);
-  Command(40041);
+  Command(kCommandFirstFrame);
   Type(frame->commentEdit, "typed");
   ClearMarks();
   SpoilView();
-  Command(40069, 112, {});
+  Command(kCommandLayerRamp, kLayerRampDialog, {});
   EXPECT_STREQ(CurrentFrame()->comment, "");
   EXPECT_EQ(Cut()->frames.At(1)->records.At(0)->x, 10);
   EXPECT_EQ(Cut()->frames.At(1)->records.At(0)->y, 4);
@@ -331,7 +345,7 @@ TEST_F(DocumentCommands, MakeAllKeyFramesRefreshesWithoutACommit) {
   MakeFrames(2);
   Type(frame->commentEdit, "typed");
   ClearMarks();
-  Command(40106);
+  Command(kCommandAllKeyFrames);
   EXPECT_TRUE(Cut()->frames.At(0)->IsKey());
   EXPECT_TRUE(Cut()->frames.At(1)->IsKey());
   EXPECT_TRUE(platform::IsChecked(frame->keyFrameCheck));
@@ -343,13 +357,13 @@ TEST_F(DocumentCommands, MakeAllKeyFramesRefreshesWithoutACommit) {
 TEST_F(DocumentCommands, ExportBitmapWritesTheFrame) {
   MakeCut(16, 8);
   CurrentCell()->Fill(1);
-  FileCommand(40076, folder.Path("frame"));
+  FileCommand(kCommandExportBitmap, folder.Path("frame"));
   const std::string bytes = Contents("frame.bmp");
   EXPECT_EQ(bytes.size(), 118u + 8u * 8u);
   EXPECT_EQ(bytes.substr(0, 2), "BM");
   platform::headless::QueueFileCancel();
-  Command(40076);
-  FileCommand(40076, folder.Path("no/such/folder.bmp"));
+  Command(kCommandExportBitmap);
+  FileCommand(kCommandExportBitmap, folder.Path("no/such/folder.bmp"));
 }
 
 // Layers.
@@ -357,11 +371,11 @@ TEST_F(DocumentCommands, ExportBitmapWritesTheFrame) {
 TEST_F(DocumentCommands, AddLayerPutsItOverTheCurrentOneInTheMiddleOfTheCanvas) {
   MakeCut();
   AddLayer("B");
-  Command(40007);
+  Command(kCommandPreviousFrame);
   ClearMarks();
   SpoilView();
   platform::headless::SelectLines(frame->layerList, {0});
-  Command(40014, 106, {{1000, "C"}, {1002, "20"}, {1001, "10"}});
+  Command(kCommandAddLayer, kLayerDialog, {{kLayerNameEdit, "C"}, {kLayerWidthEdit, "20"}, {kLayerHeightEdit, "10"}});
   EXPECT_EQ(testdoc::Stacking(CurrentFrame()), "ACB");
   EXPECT_EQ(CurrentFrame()->currentRecord, 1);
   EXPECT_EQ(CurrentLayer()->width, 20);
@@ -376,7 +390,7 @@ TEST_F(DocumentCommands, AddLayerPutsItOverTheCurrentOneInTheMiddleOfTheCanvas) 
 TEST_F(DocumentCommands, InsertLayerPutsItUnderTheCurrentOne) {
   MakeCut();
   SpoilView();
-  Command(40080, 106, {{1000, "B"}});
+  Command(kCommandInsertLayer, kLayerDialog, {{kLayerNameEdit, "B"}});
   EXPECT_EQ(testdoc::Stacking(CurrentFrame()), "BA");
   EXPECT_EQ(CurrentFrame()->currentRecord, 0);
   EXPECT_EQ(LayerLines(), "*B (1/1)|A (1/1)|");
@@ -385,7 +399,7 @@ TEST_F(DocumentCommands, InsertLayerPutsItUnderTheCurrentOne) {
 
 TEST_F(DocumentCommands, ANewLayerHasTheCanvassSizeAndDoesNotFollow) {
   MakeCut();
-  Command(40014, 106, {{1060, "on"}});
+  Command(kCommandAddLayer, kLayerDialog, {{kLayerFollowCheck, "on"}});
   EXPECT_EQ(CurrentLayer()->width, 40);
   EXPECT_EQ(CurrentLayer()->height, 30);
   EXPECT_EQ(CurrentLayer()->followFrame, 0u);
@@ -396,7 +410,7 @@ TEST_F(DocumentCommands, ANewLayerLiesOverTheSelection) {
   MakeCut();
   Select(4, 6, 20, 16);
   const Rect selected = Cut()->SelectionInCut();
-  Command(40014, 106, {});
+  Command(kCommandAddLayer, kLayerDialog, {});
   EXPECT_EQ(CurrentLayer()->width, selected.width);
   EXPECT_EQ(CurrentLayer()->height, selected.height);
   EXPECT_EQ(CurrentFrame()->records.At(1)->x, 4);
@@ -410,7 +424,7 @@ TEST_F(DocumentCommands, ALayerThatNoFrameCanTakeIsNotAttached) {
   Cut()->DeleteLayer(1);
   AddLayer("C");
   EXPECT_EQ(testdoc::Stacking(Cut()->frames.At(0)), "AC");
-  CancelledCommand(40014, 106);
+  CancelledCommand(kCommandAddLayer, kLayerDialog);
   EXPECT_EQ(Cut()->layers.Count(), 2);
 }
 
@@ -422,7 +436,7 @@ TEST_F(DocumentCommands, DeleteLayerRepaintsAndFillsTheList) {
   Type(frame->commentEdit, "typed");
   ClearMarks();
   SpoilView();
-  Command(40015);
+  Command(kCommandDeleteLayer);
   EXPECT_EQ(testdoc::Stacking(CurrentFrame()), "AC");
   EXPECT_EQ(LayerLines(), "A (1/1)|*C (1/1)|");
   EXPECT_STREQ(CurrentFrame()->comment, "");
@@ -434,7 +448,7 @@ TEST_F(DocumentCommands, DeleteLayerRepaintsAndFillsTheList) {
 TEST_F(DocumentCommands, DeleteLayerOfAFrameWithoutRecordsDoesNothing) {
   MakeCut(40, 30, false);
   ClearMarks();
-  Command(40015);
+  Command(kCommandDeleteLayer);
   EXPECT_EQ(Marks(), "");
 }
 
@@ -443,24 +457,24 @@ TEST_F(DocumentCommands, LayerUpAndDownMoveTheLine) {
   AddLayer("B");
   AddLayer("C");
   platform::headless::SelectLines(frame->layerList, {0});
-  Command(40016);
+  Command(kCommandLayerUp);
   EXPECT_EQ(testdoc::Stacking(CurrentFrame()), "BAC");
   EXPECT_EQ(LayerLines(), "B (1/1)|*A (1/1)|C (1/1)|");
   SpoilView();
   ClearMarks();
-  Command(40016);
+  Command(kCommandLayerUp);
   EXPECT_EQ(LayerLines(), "B (1/1)|C (1/1)|*A (1/1)|");
   EXPECT_TRUE(WasRepainted());
   EXPECT_EQ(Marks(), "mit");
   SpoilView();
-  Command(40016);
+  Command(kCommandLayerUp);
   EXPECT_FALSE(WasRepainted());
-  Command(40017);
+  Command(kCommandLayerDown);
   EXPECT_EQ(LayerLines(), "B (1/1)|*A (1/1)|C (1/1)|");
-  Command(40017);
+  Command(kCommandLayerDown);
   EXPECT_EQ(testdoc::Stacking(CurrentFrame()), "ABC");
   EXPECT_EQ(LayerLines(), "*A (1/1)|B (1/1)|C (1/1)|");
-  Command(40017);
+  Command(kCommandLayerDown);
   EXPECT_EQ(testdoc::Stacking(CurrentFrame()), "ABC");
 }
 
@@ -469,7 +483,7 @@ TEST_F(DocumentCommands, LayerPropertiesRenameItsLines) {
   AddLayer("B");
   SpoilView();
   ClearMarks();
-  Command(40022, 106, {{1000, "Z"}, {1060, "on"}});
+  Command(kCommandLayerProperties, kLayerDialog, {{kLayerNameEdit, "Z"}, {kLayerFollowCheck, "on"}});
   EXPECT_STREQ(CurrentLayer()->name, "Z");
   EXPECT_EQ(CurrentLayer()->followFrame, 1u);
   EXPECT_EQ(LayerLines(), "A (1/1)|*Z (1/1)|");
@@ -480,9 +494,9 @@ TEST_F(DocumentCommands, LayerPropertiesRenameItsLines) {
 TEST_F(DocumentCommands, LayerPropertiesOfANamelessLayerShowUntitled) {
   MakeCut();
   CurrentLayer()->SetName(nullptr);
-  Command(40022, 106, {});
+  Command(kCommandLayerProperties, kLayerDialog, {});
   EXPECT_EQ(CurrentLayer()->name, nullptr);
-  Command(40022, 106, {{1000, "A"}});
+  Command(kCommandLayerProperties, kLayerDialog, {{kLayerNameEdit, "A"}});
   EXPECT_STREQ(CurrentLayer()->name, "A");
 }
 
@@ -491,7 +505,7 @@ TEST_F(DocumentCommands, LayerPropertiesResizeTheCells) {
   testdoc::NumberCells(CurrentLayer(), 2);
   ASSERT_TRUE(Cut()->SaveUndo());
   const int32_t capacity = Cut()->undoCapacity;
-  Command(40022, 106, {{1002, "80"}, {1001, "60"}});
+  Command(kCommandLayerProperties, kLayerDialog, {{kLayerWidthEdit, "80"}, {kLayerHeightEdit, "60"}});
   EXPECT_EQ(CurrentLayer()->width, 80);
   EXPECT_EQ(CurrentLayer()->height, 60);
   EXPECT_EQ(CurrentLayer()->CellAt(1)->width, 80);
@@ -499,7 +513,7 @@ TEST_F(DocumentCommands, LayerPropertiesResizeTheCells) {
   EXPECT_EQ(CurrentLayer()->CellAt(1)->GetPixel(40, 0), 0);
   EXPECT_GT(Cut()->undoCapacity, capacity);
   EXPECT_EQ(Cut()->undoCell, nullptr);
-  Command(40030);
+  Command(kCommandUndo);
   EXPECT_TRUE(ViewIsCurrent());
 }
 
@@ -507,23 +521,23 @@ TEST_F(DocumentCommands, ResizingALayerKeepsTheUndoOfAnother) {
   MakeCut();
   ASSERT_TRUE(Cut()->SaveUndo());
   AddLayer("B");
-  Command(40022, 106, {{1002, "80"}});
+  Command(kCommandLayerProperties, kLayerDialog, {{kLayerWidthEdit, "80"}});
   EXPECT_EQ(Cut()->undoCell, Cut()->layers.At(0)->CellAt(0));
 }
 
 TEST_F(DocumentCommands, LayerPropertiesByADoubleClick) {
   MakeCut();
-  platform::headless::QueueDialog({106, {{1000, "clicked"}}, true});
+  platform::headless::QueueDialog({kLayerDialog, {{kLayerNameEdit, "clicked"}}, true});
   EXPECT_TRUE(platform::headless::DoubleClickLine(frame->layerList, 0));
   EXPECT_EQ(LayerLines(), "*clicked (1/1)|");
 }
 
 TEST_F(DocumentCommands, LayerPropertiesWithoutRecordsOrCancelledDoNothing) {
   MakeCut(40, 30, false);
-  Command(40022);
+  Command(kCommandLayerProperties);
   AddLayer("A");
   ClearMarks();
-  CancelledCommand(40022, 106, {{1000, "B"}});
+  CancelledCommand(kCommandLayerProperties, kLayerDialog, {{kLayerNameEdit, "B"}});
   EXPECT_STREQ(CurrentLayer()->name, "A");
   EXPECT_EQ(Marks(), "");
 }
@@ -537,7 +551,7 @@ TEST_F(DocumentCommands, ASelectedLineMakesItsLayerCurrent) {
   EXPECT_EQ(CurrentFrame()->currentRecord, 0);
   EXPECT_TRUE(WasRepainted());
   EXPECT_EQ(Marks(), "");
-  Command(40034);
+  Command(kCommandCurrentCellOnly);
   ClearMarks();
   platform::headless::SelectLines(frame->layerList, {1});
   EXPECT_EQ(CurrentFrame()->currentRecord, 1);
@@ -549,13 +563,13 @@ TEST_F(DocumentCommands, ALayerGoesToAFileAndOverAnother) {
   CurrentCell()->Fill(3);
   const std::string path = folder.Path("saved.lyr");
   ClearMarks();
-  FileCommand(40066, folder.Path("saved"));
+  FileCommand(kCommandSaveLayer, folder.Path("saved"));
   EXPECT_EQ(Contents("saved.lyr").substr(0, 15), std::string("Sorvelin Layer\0", 15));
   EXPECT_EQ(Marks(), "");
   AddLayer("B");
   ClearMarks();
   SpoilView();
-  FileCommand(40068, path);
+  FileCommand(kCommandOverwriteLayer, path);
   EXPECT_STREQ(CurrentLayer()->name, "A");
   EXPECT_EQ(CurrentCell()->GetPixel(5, 5), 3);
   EXPECT_EQ(Marks(), "mit");
@@ -568,10 +582,10 @@ TEST_F(DocumentCommands, AFileThatIsNoLayerOverwritesNothing) {
   testdoc::WriteFile(folder.Path("bad.lyr"), "Sorvelin Cut");
   ClearMarks();
   SpoilView();
-  FileCommand(40068, folder.Path("bad.lyr"));
-  FileCommand(40068, folder.Path("missing.lyr"));
+  FileCommand(kCommandOverwriteLayer, folder.Path("bad.lyr"));
+  FileCommand(kCommandOverwriteLayer, folder.Path("missing.lyr"));
   platform::headless::QueueFileCancel();
-  Command(40068);
+  Command(kCommandOverwriteLayer);
   EXPECT_STREQ(CurrentLayer()->name, "A");
   EXPECT_EQ(Marks(), "");
   EXPECT_FALSE(WasRepainted());
@@ -586,9 +600,11 @@ TEST_F(DocumentCommands, CellCommandsRewriteTheLineAndRepaint) {
     int32_t id;
     const char* lines;
   } steps[] = {
-      {40011, "A (1/1)|*B (2/2)|"}, {40010, "A (1/1)|*B (2/3)|"}, {40012, "A (1/1)|*B (1/3)|"},
-      {40013, "A (1/1)|*B (2/3)|"}, {40044, "A (1/1)|*B (3/3)|"}, {40043, "A (1/1)|*B (1/3)|"},
-      {40009, "A (1/1)|*B (1/2)|"}, {40060, "A (1/1)|*B (0/2)|"}, {40103, "A (1/1)|*B (1/2)|"},
+      {kCommandAddCell, "A (1/1)|*B (2/2)|"},      {kCommandInsertCell, "A (1/1)|*B (2/3)|"},
+      {kCommandPreviousCell, "A (1/1)|*B (1/3)|"}, {kCommandNextCell, "A (1/1)|*B (2/3)|"},
+      {kCommandLastCell, "A (1/1)|*B (3/3)|"},     {kCommandFirstCell, "A (1/1)|*B (1/3)|"},
+      {kCommandDeleteCell, "A (1/1)|*B (1/2)|"},   {kCommandBlankCell, "A (1/1)|*B (0/2)|"},
+      {kCommandBlankAll, "A (1/1)|*B (1/2)|"},
   };
   for (const auto& step : steps) {
     ClearMarks();
@@ -602,7 +618,7 @@ TEST_F(DocumentCommands, CellCommandsRewriteTheLineAndRepaint) {
 
 TEST_F(DocumentCommands, ACellCommandThatDoesNothingRepaintsNothing) {
   MakeCut();
-  for (const int32_t id : {40009, 40012, 40013}) {
+  for (const int32_t id : {kCommandDeleteCell, kCommandPreviousCell, kCommandNextCell}) {
     ClearMarks();
     SpoilView();
     Command(id);
@@ -616,7 +632,7 @@ TEST_F(DocumentCommands, MergeDownPutsTheCellIntoTheLayerBelow) {
   MakeCut();
   AddLayer("B");
   CurrentCell()->Fill(1);
-  Command(40071);
+  Command(kCommandMergeDown);
   EXPECT_EQ(Cut()->layers.At(0)->CellAt(0)->GetPixel(3, 3), 1);
 }
 
@@ -625,22 +641,22 @@ TEST_F(DocumentCommands, MergeDownPutsTheCellIntoTheLayerBelow) {
 TEST_F(DocumentCommands, UndoAndUndoAgain) {
   MakeCut();
   CurrentCell()->Fill(1);
-  Command(40092);
+  Command(kCommandEraseCell);
   EXPECT_EQ(CurrentCell()->GetPixel(0, 0), 0);
-  Command(40030);
+  Command(kCommandUndo);
   EXPECT_EQ(CurrentCell()->GetPixel(0, 0), 1);
   EXPECT_TRUE(ViewIsCurrent());
-  Command(40030);
+  Command(kCommandUndo);
   EXPECT_EQ(CurrentCell()->GetPixel(0, 0), 0);
 }
 
 TEST_F(DocumentCommands, UndoOnAnotherCellChangesTheOneItBelongsTo) {
   MakeCut();
   CurrentCell()->Fill(1);
-  Command(40092);
-  Command(40011);
+  Command(kCommandEraseCell);
+  Command(kCommandAddCell);
   SpoilView();
-  Command(40030);
+  Command(kCommandUndo);
   EXPECT_EQ(CurrentLayer()->CellAt(0)->GetPixel(0, 0), 1);
   EXPECT_EQ(CurrentCell()->GetPixel(0, 0), 0);
   EXPECT_TRUE(WasRepainted());
@@ -650,7 +666,7 @@ TEST_F(DocumentCommands, UndoWithoutAnythingToUndoDoesNothing) {
   MakeCut();
   ClearMarks();
   SpoilView();
-  Command(40030);
+  Command(kCommandUndo);
   EXPECT_EQ(Marks(), "");
   EXPECT_FALSE(WasRepainted());
 }
@@ -663,15 +679,15 @@ constexpr int32_t kSketch = 5;
 TEST_F(DocumentCommands, DraftCommandsWorkOnTheWholeCell) {
   MakeCut();
   CurrentCell()->Fill(kInk);
-  Command(40024);
+  Command(kCommandToSketch);
   EXPECT_EQ(CurrentCell()->GetPixel(0, 0), kSketch);
   EXPECT_TRUE(ViewIsCurrent());
-  Command(40025);
+  Command(kCommandEraseSketch);
   EXPECT_EQ(CurrentCell()->GetPixel(39, 29), 0);
   CurrentCell()->Fill(kInk);
   ClearMarks();
   SpoilView();
-  Command(40092);
+  Command(kCommandEraseCell);
   EXPECT_EQ(CurrentCell()->GetPixel(0, 0), 0);
   EXPECT_EQ(Marks(), "mit");
   EXPECT_EQ(Cut()->undoRect, Rect{});
@@ -680,13 +696,13 @@ TEST_F(DocumentCommands, DraftCommandsWorkOnTheWholeCell) {
 
 TEST_F(DocumentCommands, DraftCommandsTakeASelectionOfTheAreaToolOnly) {
   MakeCut();
-  Command(40059);
+  Command(kToolAreaSelect);
   for (const bool isAreaTool : {true, false}) {
-    if (!isAreaTool) Command(40029);
+    if (!isAreaTool) Command(kToolFreePen);
     CurrentCell()->Fill(kInk);
     Cut()->RepaintAll();
     Select(4, 6, 20, 16);
-    Command(40092);
+    Command(kCommandEraseCell);
     EXPECT_EQ(CurrentCell()->GetPixel(4, 6), 0);
     EXPECT_EQ(CurrentCell()->GetPixel(3, 6), isAreaTool ? kInk : 0);
     EXPECT_EQ(Cut()->undoRect.IsEmpty(), !isAreaTool);
@@ -696,10 +712,10 @@ TEST_F(DocumentCommands, DraftCommandsTakeASelectionOfTheAreaToolOnly) {
 
 TEST_F(DocumentCommands, EraseDraftOfTheLayerClearsAllItsCells) {
   MakeCut();
-  Command(40011);
+  Command(kCommandAddCell);
   for (int32_t i = 0; i < 2; ++i) CurrentLayer()->CellAt(i)->Fill(kSketch);
   SpoilView();
-  Command(40064);
+  Command(kCommandEraseLayerSketch);
   for (int32_t i = 0; i < 2; ++i) EXPECT_EQ(CurrentLayer()->CellAt(i)->GetPixel(7, 7), 0) << i;
   EXPECT_TRUE(WasRepainted());
 }
@@ -707,10 +723,10 @@ TEST_F(DocumentCommands, EraseDraftOfTheLayerClearsAllItsCells) {
 TEST_F(DocumentCommands, CopyNeedsASelectionOverTheCell) {
   MakeCut();
   CurrentCell()->Fill(kInk);
-  Command(40061);
+  Command(kCommandCopy);
   EXPECT_EQ(ClipboardImage()->width, 0);
   Select(4, 6, 20, 16);
-  Command(40061);
+  Command(kCommandCopy);
   EXPECT_GT(ClipboardImage()->width, 0);
   EXPECT_EQ(ClipboardImage()->GetPixel(0, 0), kInk);
   EXPECT_EQ(CurrentCell()->GetPixel(4, 6), kInk);
@@ -721,13 +737,13 @@ TEST_F(DocumentCommands, CutCopiesAndErases) {
   CurrentCell()->Fill(kInk);
   ClearMarks();
   Select(4, 6, 20, 16);
-  Command(40063);
+  Command(kCommandCut);
   EXPECT_EQ(ClipboardImage()->GetPixel(0, 0), kInk);
   EXPECT_EQ(CurrentCell()->GetPixel(4, 6), 0);
   EXPECT_EQ(CurrentCell()->GetPixel(3, 6), kInk);
   EXPECT_EQ(Marks(), "mit");
   EXPECT_FALSE(Cut()->undoRect.IsEmpty());
-  Command(40030);
+  Command(kCommandUndo);
   EXPECT_EQ(CurrentCell()->GetPixel(4, 6), kInk);
 }
 
@@ -737,45 +753,45 @@ TEST_F(DocumentCommands, PlayCommitsAndRepaints) {
   MakeCut();
   Type(frame->commentEdit, "typed");
   SpoilView();
-  Command(40026);
+  Command(kCommandPlay);
   EXPECT_STREQ(CurrentFrame()->comment, "typed");
   EXPECT_TRUE(WasRepainted());
   EXPECT_TRUE(platform::IsShown(frame->animationWindow.window));
   EXPECT_EQ(platform::headless::CurrentCursor(), platform::CursorShape::kArrow);
-  Command(40027);
+  Command(kCommandStop);
   EXPECT_FALSE(platform::IsShown(frame->animationWindow.window));
 }
 
 // Options of the tools need no cut.
 
 TEST_F(DocumentCommands, GridOfTheTools) {
-  Command(40040, 108, {{1022, "8"}, {1001, "16"}});
+  Command(kCommandSnapGrid, kGridDialog, {{kGridWidthEdit, "8"}, {kGridHeightEdit, "16"}});
   EXPECT_EQ(gridWidth, 8);
   EXPECT_EQ(gridHeight, 16);
-  CancelledCommand(40040, 108, {{1022, "2"}});
+  CancelledCommand(kCommandSnapGrid, kGridDialog, {{kGridWidthEdit, "2"}});
   EXPECT_EQ(gridWidth, 8);
 }
 
 TEST_F(DocumentCommands, MaskOfTheTools) {
-  Command(40046, 109, {{1013, "on"}, {1017, "on"}});
+  Command(kCommandMask, kMaskDialog, {{kMaskTransparentCheck, "on"}, {kMaskLineBlackCheck, "on"}});
   EXPECT_EQ(maskFlags, 257u);
-  CancelledCommand(40046, 109, {{1049, "click"}});
+  CancelledCommand(kCommandMask, kMaskDialog, {{kMaskClearButton, "click"}});
   EXPECT_EQ(maskFlags, 257u);
 }
 
 TEST_F(DocumentCommands, FontOfTheTextTool) {
-  Command(40072, 113, {{1001, "48"}, {1022, "6"}, {1042, "700"}});
+  Command(kCommandFont, kFontDialog, {{kFontSizeEdit, "48"}, {kFontSpacingEdit, "6"}, {kFontWeightEdit, "700"}});
   EXPECT_EQ(textToolFont.size, 48);
   EXPECT_EQ(textToolFont.spacing, 6);
   EXPECT_EQ(textToolFont.weight, 700);
-  CancelledCommand(40072, 113, {{1001, "10"}});
+  CancelledCommand(kCommandFont, kFontDialog, {{kFontSizeEdit, "10"}});
   EXPECT_EQ(textToolFont.size, 48);
 }
 
 TEST_F(DocumentCommands, PenShape) {
   currentPen.shape = 5;
   penSign = -1;
-  Command(40074);
+  Command(kCommandSquarePen);
   EXPECT_EQ(currentPen.shape, 9);
   EXPECT_EQ(penSign, 1);
 }
@@ -783,12 +799,12 @@ TEST_F(DocumentCommands, PenShape) {
 TEST_F(DocumentCommands, TransparentColorIsChosenAndSwitchedOff) {
   EXPECT_FALSE(clipTransparent);
   platform::headless::QueueColor(0x12, 0xAB, 0xFE);
-  Command(40137);
+  Command(kCommandTransparentColor);
   EXPECT_TRUE(clipTransparent);
   EXPECT_EQ(clipTransparentColor, 0xFEAB12u);
   EXPECT_EQ(Setting(settings::kPasteTransparentColor), "#12ABFE");
   EXPECT_EQ(Setting(settings::kPasteTransparent), "1");
-  Command(40137);  // no dialog comes up
+  Command(kCommandTransparentColor);  // no dialog comes up
   EXPECT_FALSE(clipTransparent);
   EXPECT_EQ(clipTransparentColor, 0xFEAB12u);
   EXPECT_EQ(Setting(settings::kPasteTransparent), "0");
@@ -797,7 +813,7 @@ TEST_F(DocumentCommands, TransparentColorIsChosenAndSwitchedOff) {
 
 TEST_F(DocumentCommands, ACancelledTransparentColorChangesNothing) {
   platform::headless::QueueColorCancel();
-  Command(40137);
+  Command(kCommandTransparentColor);
   EXPECT_FALSE(clipTransparent);
   EXPECT_FALSE(Exists("sorvel.ini"));
 }
@@ -808,12 +824,12 @@ TEST_F(DocumentCommands, RandomDotsOverTheWholeCell) {
   MakeCut();
   currentPen = PenSpec{7, 0, 0, 1};
   ClearMarks();
-  Command(40126, 127, {{1001, "1"}});
+  Command(kCommandRandomDots, kRandomDotsDialog, {{kDotGapEdit, "1"}});
   for (int32_t x = 0; x < 40; ++x) EXPECT_EQ(CurrentCell()->GetPixel(x, 29), 1) << x;
   EXPECT_EQ(Cut()->undoRect, (Rect{0, 0, 40, 30}));
   EXPECT_EQ(Marks(), "mit");
   EXPECT_TRUE(ViewIsCurrent());
-  Command(40030);
+  Command(kCommandUndo);
   EXPECT_EQ(CurrentCell()->GetPixel(0, 0), 0);
 }
 
@@ -823,7 +839,7 @@ TEST_F(DocumentCommands, RandomDotsWithinTheSelectionWhateverTheTool) {
   Select(4, 6, 20, 16);
   Rect area;
   ASSERT_TRUE(Cut()->ToolArea(&area));
-  Command(40126, 127, {{1001, "1"}});
+  Command(kCommandRandomDots, kRandomDotsDialog, {{kDotGapEdit, "1"}});
   EXPECT_EQ(Cut()->undoRect, area);
   EXPECT_EQ(CurrentCell()->GetPixel(3, 6), 0);
   EXPECT_EQ(CurrentCell()->GetPixel(4, 6), 1);
@@ -834,7 +850,7 @@ TEST_F(DocumentCommands, RandomDotsWithinTheSelectionWhateverTheTool) {
 TEST_F(DocumentCommands, GridLinesLeaveTheSnapGrid) {
   MakeCut();
   currentPen = PenSpec{7, 0, 0, 1};
-  Command(40127, 108, {{1022, "10"}, {1001, "15"}});
+  Command(kCommandDrawGrid, kGridDialog, {{kGridWidthEdit, "10"}, {kGridHeightEdit, "15"}});
   EXPECT_NE(CurrentCell()->GetPixel(10, 3), 0);
   EXPECT_NE(CurrentCell()->GetPixel(3, 15), 0);
   EXPECT_EQ(CurrentCell()->GetPixel(5, 3), 0);
@@ -845,18 +861,18 @@ TEST_F(DocumentCommands, GridLinesLeaveTheSnapGrid) {
 
 TEST_F(DocumentCommands, DrawingOnABlankRecordAsksNothing) {
   MakeCut();
-  Command(40060);
+  Command(kCommandBlankCell);
   ClearMarks();
-  Command(40126);
-  Command(40127);
+  Command(kCommandRandomDots);
+  Command(kCommandDrawGrid);
   EXPECT_EQ(Marks(), "");
 }
 
 TEST_F(DocumentCommands, CancelledDrawingChangesNothing) {
   MakeCut();
   ClearMarks();
-  CancelledCommand(40126, 127);
-  CancelledCommand(40127, 108);
+  CancelledCommand(kCommandRandomDots, kRandomDotsDialog);
+  CancelledCommand(kCommandDrawGrid, kGridDialog);
   EXPECT_EQ(Marks(), "");
   EXPECT_EQ(Cut()->undoCell, nullptr);
 }
@@ -869,8 +885,10 @@ TEST_F(DocumentCommands, ViewSwitchesFlipAndRepaint) {
     int32_t id;
     uint32_t flag;
     const char* marks;
-  } switches[] = {
-      {40032, kOnionPrevious, ""}, {40033, kOnionNext, ""}, {40097, kDimOthers, ""}, {40034, kCurrentCellOnly, "i"}};
+  } switches[] = {{kCommandShowPrevious, kOnionPrevious, ""},
+                  {kCommandShowNext, kOnionNext, ""},
+                  {kCommandDimOthers, kDimOthers, ""},
+                  {kCommandCurrentCellOnly, kCurrentCellOnly, "i"}};
   for (const auto& each : switches) {
     ClearMarks();
     SpoilView();
@@ -887,16 +905,16 @@ TEST_F(DocumentCommands, MuraRemovalFlipsWithoutARepaint) {
   MakeCut();
   SpoilView();
   const int32_t before = muraRemoval;
-  Command(40099);
+  Command(kCommandMuraRemoval);
   EXPECT_NE(muraRemoval, before);
   EXPECT_FALSE(WasRepainted());
-  Command(40099);
+  Command(kCommandMuraRemoval);
   EXPECT_EQ(muraRemoval, before);
 }
 
 TEST_F(DocumentCommands, LineEmphasisBelongsToTheWindow) {
   MakeCut();
-  Command(40102);
+  Command(kCommandLineEmphasis);
   EXPECT_EQ(Cut()->viewOptions & kLineEmphasis, static_cast<uint32_t>(kLineEmphasis));
   MakeCut();
   EXPECT_EQ(Cut()->viewOptions & kLineEmphasis, 0u);
@@ -918,13 +936,13 @@ class CommandsAmongStrokes : public ShellTest {
 };
 
 TEST_F(CommandsAmongStrokes, InkDrawnAfterASaveInAStrokeIsStillToBeSaved) {
-  for (const int32_t tool : {40029, 40065}) {
+  for (const int32_t tool : {kToolFreePen, kToolEraser}) {
     SCOPED_TRACE(tool);
     MakeCut();
     Command(tool);
     Mouse(platform::kMessageLeftDown, 5, 5);
     Mouse(platform::kMessageMouseMove, 10, 5);
-    FileCommand(40052, folder.Path("a.cut"));
+    FileCommand(kCommandSaveCutAs, folder.Path("a.cut"));
     ASSERT_FALSE(Cut()->Has(kModified));
     Mouse(platform::kMessageMouseMove, 10, 20);
     Mouse(platform::kMessageLeftUp, 10, 20);
@@ -935,10 +953,10 @@ TEST_F(CommandsAmongStrokes, InkDrawnAfterASaveInAStrokeIsStillToBeSaved) {
 TEST_F(CommandsAmongStrokes, InkMovedAfterASaveWithTheButtonDownIsStillToBeSaved) {
   MakeCut();
   CurrentCell()->FillRect(4, 4, 4, 4, kToneBlack);
-  Command(40059);
+  Command(kToolAreaSelect);
   Drag(2, 2, 12, 12);
   Mouse(platform::kMessageLeftDown, 6, 6);
-  FileCommand(40052, folder.Path("a.cut"));
+  FileCommand(kCommandSaveCutAs, folder.Path("a.cut"));
   ASSERT_FALSE(Cut()->Has(kModified));
   Mouse(platform::kMessageMouseMove, 16, 10);
   Mouse(platform::kMessageLeftUp, 16, 10);
@@ -949,14 +967,14 @@ TEST_F(CommandsAmongStrokes, InkMovedAfterASaveWithTheButtonDownIsStillToBeSaved
 TEST_F(CommandsAmongStrokes, AMovedSelectionTakesNoInkOfAnotherToolBack) {
   MakeCut();
   CurrentCell()->FillRect(4, 4, 4, 4, kToneBlack);
-  Command(40059);
+  Command(kToolAreaSelect);
   Drag(2, 2, 12, 12);
   Drag(6, 6, 16, 10);
   ASSERT_EQ(CurrentCell()->GetPixel(15, 9), kToneBlack);
-  Command(40029);
+  Command(kToolFreePen);
   Drag(30, 20, 35, 20);
   ASSERT_NE(CurrentCell()->GetPixel(30, 20), kTransparent);
-  Command(40059);
+  Command(kToolAreaSelect);
   Mouse(platform::kMessageRightUp, 20, 15);
   Mouse(platform::kMessageLeftDown, 20, 15);
   EXPECT_NE(CurrentCell()->GetPixel(30, 20), kTransparent);

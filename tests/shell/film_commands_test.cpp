@@ -1,6 +1,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "resources/ids.h"
 #include "shell/shell_fixture.h"
 
 namespace sorvel::testshell {
@@ -17,7 +18,7 @@ constexpr char kProgramTitle[] = "Sorvel Developer";
 // The film's file.
 
 TEST_F(FilmCommands, ANewFilmStartsFromTheDefaultsOfTheSettings) {
-  Command(40051, 110, {});
+  Command(kCommandNewFilm, kFilmDialog, {});
   EXPECT_EQ(frame->film->width, 320);
   EXPECT_EQ(frame->film->height, 240);
   EXPECT_STREQ(frame->film->title, "");
@@ -27,11 +28,12 @@ TEST_F(FilmCommands, ANewFilmStartsFromTheDefaultsOfTheSettings) {
 }
 
 TEST_F(FilmCommands, ANewFilmIsRememberedInTheSettings) {
-  Command(40051, 110, {{1002, "640"}, {1001, "480"}, {1039, "film"}, {1040, "me"}});
+  Command(kCommandNewFilm, kFilmDialog,
+          {{kFilmWidthEdit, "640"}, {kFilmHeightEdit, "480"}, {kFilmTitleEdit, "film"}, {kFilmAuthorEdit, "me"}});
   EXPECT_EQ(Contents("sorvel.ini"), "[OnNewFilm]\r\nwidth=640\r\nheight=480\r\ntitle=film\r\nauthor=me\r\n");
   EXPECT_EQ(frame->film->width, 640);
   EXPECT_STREQ(frame->film->title, "film");
-  Command(40051, 110, {});
+  Command(kCommandNewFilm, kFilmDialog, {});
   EXPECT_EQ(frame->film->height, 480);
   EXPECT_STREQ(frame->film->author, "me");
 }
@@ -39,7 +41,7 @@ TEST_F(FilmCommands, ANewFilmIsRememberedInTheSettings) {
 TEST_F(FilmCommands, ANewFilmLeavesTheCutWindowsOpen) {
   MakeFilm(2);
   platform::headless::QueueYesNo(false);
-  Command(40051, 110, {});
+  Command(kCommandNewFilm, kFilmDialog, {});
   EXPECT_EQ(frame->film->cuts.Count(), 0);
   EXPECT_EQ(CutLines(), "");
   ASSERT_NE(Cut(), nullptr);
@@ -49,7 +51,7 @@ TEST_F(FilmCommands, ANewFilmLeavesTheCutWindowsOpen) {
 TEST_F(FilmCommands, ACancelledNewFilmKeepsTheFilm) {
   MakeFilm(1);
   platform::headless::QueueYesNo(false);
-  CancelledCommand(40051, 110, {{1002, "5"}});
+  CancelledCommand(kCommandNewFilm, kFilmDialog, {{kFilmWidthEdit, "5"}});
   EXPECT_EQ(FilmNames(), "c1.cut|");
   EXPECT_EQ(CutLines(), "*c1|");
   EXPECT_NE(frame->film->modified, 0u);
@@ -59,7 +61,7 @@ TEST_F(FilmCommands, ANewFilmAsksAboutTheOldOne) {
   MakeFilm(1);
   platform::headless::QueueYesNo(true);
   platform::headless::QueueFile(folder.Path("old.flm"));
-  Command(40051, 110, {});
+  Command(kCommandNewFilm, kFilmDialog, {});
   EXPECT_EQ(platform::headless::LastQuestion().text, ShiftJis("untitled.cut を保存しますか？"));
   EXPECT_EQ(platform::headless::LastQuestion().title, "Sorvelin");
   EXPECT_EQ(Contents("old.flm"), "\n\n320, 240\nc1.cut\n");
@@ -68,7 +70,7 @@ TEST_F(FilmCommands, ANewFilmAsksAboutTheOldOne) {
 
 TEST_F(FilmCommands, SaveWritesTheFilmAndSetsTheTitle) {
   MakeFilm(2);
-  FileCommand(40054, folder.Path("film"));
+  FileCommand(kCommandSaveFilmAs, folder.Path("film"));
   EXPECT_EQ(Contents("film.flm"), "\n\n320, 240\nc1.cut\nc2.cut\n");
   EXPECT_EQ(frame->film->path, folder.Path("film.flm"));
   EXPECT_EQ(frame->film->modified, 0u);
@@ -77,7 +79,7 @@ TEST_F(FilmCommands, SaveWritesTheFilmAndSetsTheTitle) {
 
 TEST_F(FilmCommands, AFailedSaveChangesTheTitleAllTheSame) {
   MakeFilm(1);
-  FileCommand(40054, folder.Path("no/such/film.flm"));
+  FileCommand(kCommandSaveFilmAs, folder.Path("no/such/film.flm"));
   EXPECT_STREQ(frame->film->path, "");
   EXPECT_NE(frame->film->modified, 0u);
   EXPECT_EQ(Title(), "Sorvel Developer - film");
@@ -85,12 +87,12 @@ TEST_F(FilmCommands, AFailedSaveChangesTheTitleAllTheSame) {
 
 TEST_F(FilmCommands, OverwriteKeepsPathAndTitle) {
   MakeFilm(1);
-  FileCommand(40119, folder.Path("film.flm"));  // no path yet: save under a name
+  FileCommand(kCommandOverwriteFilm, folder.Path("film.flm"));  // no path yet: save under a name
   EXPECT_EQ(Title(), "Sorvel Developer - film");
   MakeSavedCut("c2.cut");
-  Command(40047);
+  Command(kCommandAddCutToFilm);
   platform::SetText(frame->frameWindow, "mine");
-  Command(40119);
+  Command(kCommandOverwriteFilm);
   EXPECT_EQ(Contents("film.flm"), "\n\n320, 240\nc1.cut\nc2.cut\n");
   EXPECT_EQ(frame->film->modified, 0u);
   EXPECT_EQ(Title(), "mine");
@@ -98,10 +100,10 @@ TEST_F(FilmCommands, OverwriteKeepsPathAndTitle) {
 
 TEST_F(FilmCommands, OpenListsTheCutsWithoutOpeningThem) {
   MakeFilm(3);
-  FileCommand(40054, folder.Path("film.flm"));
+  FileCommand(kCommandSaveFilmAs, folder.Path("film.flm"));
   CloseCuts();
-  Command(40051, 110, {});
-  FileCommand(40053, folder.Path("film.flm"));
+  Command(kCommandNewFilm, kFilmDialog, {});
+  FileCommand(kCommandOpenFilm, folder.Path("film.flm"));
   EXPECT_EQ(FilmNames(), "c1.cut|c2.cut|c3.cut|");
   EXPECT_EQ(CutLines(), "*c1|c2|c3|");
   EXPECT_EQ(platform::ListCaret(frame->cutList), 0);
@@ -110,15 +112,15 @@ TEST_F(FilmCommands, OpenListsTheCutsWithoutOpeningThem) {
 }
 
 TEST_F(FilmCommands, AFilmWithoutCutsOpensWithAnEmptyList) {
-  FileCommand(40054, folder.Path("film.flm"));
+  FileCommand(kCommandSaveFilmAs, folder.Path("film.flm"));
   EXPECT_EQ(Contents("film.flm"), "\n\n320, 240\n");
-  FileCommand(40053, folder.Path("film.flm"));
+  FileCommand(kCommandOpenFilm, folder.Path("film.flm"));
   EXPECT_EQ(CutLines(), "");
 }
 
 TEST_F(FilmCommands, AFailedOpenLeavesTheListOverAnEmptyFilm) {
   MakeFilm(2);
-  FileCommand(40054, folder.Path("film.flm"));
+  FileCommand(kCommandSaveFilmAs, folder.Path("film.flm"));
   CloseCuts();
   EXPECT_FALSE(frame->OpenFilmFile(folder.Path("missing.flm").c_str()));
   EXPECT_EQ(frame->film->cuts.Count(), 0);
@@ -127,12 +129,12 @@ TEST_F(FilmCommands, AFailedOpenLeavesTheListOverAnEmptyFilm) {
   // Lines without an entry: nothing happens, and no file goes.
   platform::headless::DoubleClickLine(frame->cutList, 1);
   EXPECT_EQ(Cut(), nullptr);
-  Command(40117);
-  Command(40118);
-  Command(40083);
-  FileCommand(40134, folder.Path("new.flm"));
+  Command(kCommandDeleteCuts);
+  Command(kCommandRenameCut);
+  Command(kCommandExportFilm);
+  FileCommand(kCommandExtractCuts, folder.Path("new.flm"));
   EXPECT_EQ(Contents("new.flm"), "\n\n320, 240\n");
-  Command(40057);
+  Command(kCommandPlaySelection);
   EXPECT_EQ(platform::headless::AlertCount(), 1);
 }
 
@@ -140,23 +142,24 @@ TEST_F(FilmCommands, OpenAsksAboutTheFilmFirst) {
   MakeFilm(1);
   platform::headless::QueueYesNo(false);
   platform::headless::QueueFileCancel();
-  Command(40053);
+  Command(kCommandOpenFilm);
   EXPECT_EQ(FilmNames(), "c1.cut|");
 }
 
 TEST_F(FilmCommands, PropertiesModifyTheFilm) {
-  FileCommand(40054, folder.Path("film.flm"));
-  Command(40082, 110, {{1002, "64"}, {1001, "48"}, {1039, "t"}, {1040, "a"}});
+  FileCommand(kCommandSaveFilmAs, folder.Path("film.flm"));
+  Command(kCommandFilmProperties, kFilmDialog,
+          {{kFilmWidthEdit, "64"}, {kFilmHeightEdit, "48"}, {kFilmTitleEdit, "t"}, {kFilmAuthorEdit, "a"}});
   EXPECT_EQ(frame->film->width, 64);
   EXPECT_EQ(frame->film->height, 48);
   EXPECT_STREQ(frame->film->title, "t");
   EXPECT_STREQ(frame->film->author, "a");
   EXPECT_NE(frame->film->modified, 0u);
   frame->film->modified = 0;
-  CancelledCommand(40082, 110, {{1002, "1"}});
+  CancelledCommand(kCommandFilmProperties, kFilmDialog, {{kFilmWidthEdit, "1"}});
   EXPECT_EQ(frame->film->width, 64);
   EXPECT_EQ(frame->film->modified, 0u);
-  Command(40082, 110, {});  // the same values count as a change
+  Command(kCommandFilmProperties, kFilmDialog, {});  // the same values count as a change
   EXPECT_NE(frame->film->modified, 0u);
 }
 
@@ -168,7 +171,7 @@ TEST_F(FilmCommands, AddPutsTheCutBehindTheCaretAndSelectsIt) {
   EXPECT_EQ(platform::ListCaret(frame->cutList), 1);
   MakeSavedCut("c3.cut");
   SelectCuts({0});
-  Command(40047);
+  Command(kCommandAddCutToFilm);
   EXPECT_EQ(FilmNames(), "c1.cut|c3.cut|c2.cut|");
   EXPECT_EQ(CutLines(), "c1|*c3|c2|");
   EXPECT_EQ(platform::ListCaret(frame->cutList), 1);
@@ -179,7 +182,7 @@ TEST_F(FilmCommands, InsertPutsTheCutAtTheCaretAndLeavesTheSelection) {
   MakeFilm(2);
   MakeSavedCut("c3.cut");
   SelectCuts({1});
-  Command(40048);
+  Command(kCommandInsertCutIntoFilm);
   EXPECT_EQ(FilmNames(), "c1.cut|c3.cut|c2.cut|");
   EXPECT_EQ(CutLines(), "c1|c3|*c2|");
   EXPECT_EQ(platform::ListCaret(frame->cutList), 1);
@@ -187,14 +190,14 @@ TEST_F(FilmCommands, InsertPutsTheCutAtTheCaretAndLeavesTheSelection) {
 
 TEST_F(FilmCommands, InsertIntoAnEmptyListAddsTheLine) {
   MakeSavedCut("c1.cut");
-  Command(40048);
+  Command(kCommandInsertCutIntoFilm);
   EXPECT_EQ(FilmNames(), "c1.cut|");
   EXPECT_EQ(Lines(frame->cutList), "c1|");
 }
 
 TEST_F(FilmCommands, AddSavesACutWithoutAName) {
   MakeCut();
-  FileCommand(40047, folder.Path("new.cut"));
+  FileCommand(kCommandAddCutToFilm, folder.Path("new.cut"));
   EXPECT_EQ(FilmNames(), "new.cut|");
   EXPECT_TRUE(Exists("new.cut"));
 }
@@ -202,30 +205,30 @@ TEST_F(FilmCommands, AddSavesACutWithoutAName) {
 TEST_F(FilmCommands, AddOfACutWhoseSaveIsCancelledOrFailsAddsNothing) {
   MakeCut();
   platform::headless::QueueFileCancel();
-  Command(40047);
-  FileCommand(40048, folder.Path("no/such/folder.cut"));
+  Command(kCommandAddCutToFilm);
+  FileCommand(kCommandInsertCutIntoFilm, folder.Path("no/such/folder.cut"));
   EXPECT_EQ(FilmNames(), "");
   EXPECT_EQ(CutLines(), "");
 }
 
 TEST_F(FilmCommands, WithoutACutThereIsNothingToAddOrRemove) {
-  Command(40047);
-  Command(40048);
-  Command(40049);
+  Command(kCommandAddCutToFilm);
+  Command(kCommandInsertCutIntoFilm);
+  Command(kCommandRemoveCutFromFilm);
   EXPECT_EQ(frame->film->modified, 0u);
 }
 
 TEST_F(FilmCommands, RemoveLeavesTheWindowAndTheFile) {
   MakeFilm(2);
   CutWindow* cut = Cut();
-  Command(40049);
+  Command(kCommandRemoveCutFromFilm);
   EXPECT_EQ(FilmNames(), "c1.cut|");
   EXPECT_EQ(CutLines(), "c1|");
   EXPECT_EQ(Cut(), cut);
   EXPECT_TRUE(Exists("c2.cut"));
-  Command(40049);  // it is in the film no more
+  Command(kCommandRemoveCutFromFilm);  // it is in the film no more
   EXPECT_EQ(FilmNames(), "c1.cut|");
-  Command(40047);
+  Command(kCommandAddCutToFilm);
   EXPECT_EQ(frame->film->FindCut(cut), platform::ListCaret(frame->cutList));
 }
 
@@ -256,20 +259,20 @@ TEST_F(FilmCommands, ADoubleClickOnACutThatCannotBeReadDoesNothing) {
 // Numbered cuts.
 
 TEST_F(FilmCommands, ANumberedCutInAnEmptyFilmIsANewCutThatIsAdded) {
-  for (const int32_t id : {40115, 40116}) {
-    platform::headless::QueueDialog({107, {}, true});
-    platform::headless::QueueDialog({106, {}, true});
+  for (const int32_t id : {kCommandAddNumberedCut, kCommandInsertNumberedCut}) {
+    platform::headless::QueueDialog({kCutDialog, {}, true});
+    platform::headless::QueueDialog({kLayerDialog, {}, true});
     FileCommand(id, folder.Path("first.cut"));
     EXPECT_EQ(Cut()->width, 240);
     EXPECT_EQ(FilmNames(), "first.cut|");
     EXPECT_EQ(CutLines(), "*first|");
-    Command(40049);
+    Command(kCommandRemoveCutFromFilm);
   }
 }
 
 TEST_F(FilmCommands, ACancelledNumberedCutInAnEmptyFilmAddsTheActiveOne) {
   MakeSavedCut("a.cut");
-  CancelledCommand(40115, 107);
+  CancelledCommand(kCommandAddNumberedCut, kCutDialog);
   EXPECT_EQ(FilmNames(), "a.cut|");
 }
 
@@ -278,9 +281,9 @@ TEST_F(FilmCommands, ANumberedCutGetsTheNextFreeNameBehindTheCaret) {
   testdoc::WriteFile(folder.Path("c003.cut"), "taken");
   SelectCuts({0});
   CutDialogDefaults = CutDialogValues{};
-  platform::headless::QueueDialog({107, {}, true});
-  platform::headless::QueueDialog({106, {{1000, "A"}}, true});
-  Command(40115);
+  platform::headless::QueueDialog({kCutDialog, {}, true});
+  platform::headless::QueueDialog({kLayerDialog, {{kLayerNameEdit, "A"}}, true});
+  Command(kCommandAddNumberedCut);
   EXPECT_EQ(FilmNames(), "c1.cut|c002.cut|c2.cut|");
   EXPECT_EQ(CutLines(), "c1|*c002|c2|");
   // The memory of the dialog, and not the settings.
@@ -296,9 +299,9 @@ TEST_F(FilmCommands, ANumberedCutGetsTheNextFreeNameBehindTheCaret) {
 TEST_F(FilmCommands, AnInsertedNumberedCutComesAtTheCaret) {
   MakeFilm(2);
   SelectCuts({1});
-  platform::headless::QueueDialog({107, {}, true});
-  platform::headless::QueueDialog({106, {}, false});
-  Command(40116);
+  platform::headless::QueueDialog({kCutDialog, {}, true});
+  platform::headless::QueueDialog({kLayerDialog, {}, false});
+  Command(kCommandInsertNumberedCut);
   EXPECT_EQ(FilmNames(), "c1.cut|c003.cut|c2.cut|");
   EXPECT_EQ(Cut()->width, 40);  // as the dialog was ended last
   // The cut goes on without a layer, and its file was written before.
@@ -309,18 +312,18 @@ TEST_F(FilmCommands, AnInsertedNumberedCutComesAtTheCaret) {
 
 TEST_F(FilmCommands, ACancelledNumberedCutLeavesNothing) {
   MakeFilm(1);
-  CancelledCommand(40115, 107);
+  CancelledCommand(kCommandAddNumberedCut, kCutDialog);
   EXPECT_EQ(FilmNames(), "c1.cut|");
   EXPECT_FALSE(Exists("c002.cut"));
 }
 
 TEST_F(FilmCommands, BehindNumber999TheNewCutTakesTheEntrysFile) {
   MakeSavedCut("cut999.cut");
-  Command(40047);
+  Command(kCommandAddCutToFilm);
   const std::string before = Contents("cut999.cut");
-  platform::headless::QueueDialog({107, {{1002, "8"}}, true});
-  platform::headless::QueueDialog({106, {}, false});
-  Command(40115);
+  platform::headless::QueueDialog({kCutDialog, {{kCutWidthEdit, "8"}}, true});
+  platform::headless::QueueDialog({kLayerDialog, {}, false});
+  Command(kCommandAddNumberedCut);
   EXPECT_EQ(FilmNames(), "cut999.cut|cut999.cut|");
   EXPECT_EQ(Cut()->path, folder.Path("cut999.cut"));
   EXPECT_NE(Contents("cut999.cut"), before);
@@ -334,7 +337,7 @@ TEST_F(FilmCommands, DeleteWithYesDeletesFilesCachesAndWindows) {
   CutWindow* last = Cut();
   SelectCuts({2, 1});
   platform::headless::QueueYesNo(true);
-  Command(40117);
+  Command(kCommandDeleteCuts);
   EXPECT_EQ(platform::headless::LastQuestion().text, ShiftJis("ファイルを削除しますか？"));
   EXPECT_EQ(platform::headless::LastQuestion().title, "Sorvelin");
   EXPECT_EQ(platform::headless::LastQuestion().icon, platform::BoxIcon::kQuestion);
@@ -352,7 +355,7 @@ TEST_F(FilmCommands, DeleteWithNoKeepsFilesAndWindows) {
   Cut()->MarkImages();
   SelectCuts({2, 0});
   platform::headless::QueueYesNo(false);
-  Command(40117);
+  Command(kCommandDeleteCuts);
   EXPECT_EQ(FilmNames(), "c2.cut|");
   EXPECT_EQ(CutLines(), "*c2|");
   EXPECT_EQ(platform::ListCaret(frame->cutList), 0);
@@ -365,7 +368,7 @@ TEST_F(FilmCommands, LinesBehindDeletedOnesComeOutSelected) {
   CloseCuts();
   SelectCuts({3, 1});
   platform::headless::QueueYesNo(false);
-  Command(40117);
+  Command(kCommandDeleteCuts);
   EXPECT_EQ(CutLines(), "c1|*c3|*c5|");
   EXPECT_EQ(platform::ListCaret(frame->cutList), 1);
 }
@@ -375,7 +378,7 @@ TEST_F(FilmCommands, DeletingTheActiveCutOfAnOpenFilmTakesOnlyTheSelectedLines) 
   // The window that comes up in place of the deleted one selects its own line; what goes is what was selected first.
   SelectCuts({2, 1});
   platform::headless::QueueYesNo(true);
-  Command(40117);
+  Command(kCommandDeleteCuts);
   EXPECT_EQ(FilmNames(), "c1.cut|");
   EXPECT_EQ(Lines(frame->cutList).find("c2"), std::string::npos);
   EXPECT_EQ(platform::ListCount(frame->cutList), 1);
@@ -386,7 +389,7 @@ TEST_F(FilmCommands, ADeletedModifiedCutAsksNothing) {
   MakeFilm(1);
   Cut()->MarkImages();
   platform::headless::QueueYesNo(true);
-  Command(40117);
+  Command(kCommandDeleteCuts);
   EXPECT_EQ(platform::headless::LastQuestion().count, 1);
   EXPECT_EQ(Cut(), nullptr);
   EXPECT_FALSE(Exists("c1.cut"));
@@ -394,18 +397,19 @@ TEST_F(FilmCommands, ADeletedModifiedCutAsksNothing) {
 
 TEST_F(FilmCommands, ACutThatStandsTwiceIsDeletedWithOneWindow) {
   MakeFilm(1);
-  Command(40047);
+  Command(kCommandAddCutToFilm);
   EXPECT_EQ(FilmNames(), "c1.cut|c1.cut|");
   SelectCuts({0, 1});
   platform::headless::QueueYesNo(true);
-  Command(40117);
+  Command(kCommandDeleteCuts);
   EXPECT_EQ(FilmNames(), "");
   EXPECT_EQ(CutLines(), "");
   EXPECT_EQ(Cut(), nullptr);
 }
 
 TEST_F(FilmCommands, AnEmptyFilmAsksNothing) {
-  for (const int32_t id : {40117, 40118, 40083, 40057}) Command(id);
+  for (const int32_t id : {kCommandDeleteCuts, kCommandRenameCut, kCommandExportFilm, kCommandPlaySelection})
+    Command(id);
   EXPECT_EQ(platform::headless::LastQuestion().count, 0);
 }
 
@@ -413,9 +417,9 @@ TEST_F(FilmCommands, AnEmptyFilmAsksNothing) {
 
 TEST_F(FilmCommands, RenameChangesFileEntriesLinesAndWindow) {
   MakeFilm(2);
-  Command(40047);  // c2 a second time
+  Command(kCommandAddCutToFilm);  // c2 a second time
   SelectCuts({1});
-  Command(40118, 126, {{1058, "renamed"}});
+  Command(kCommandRenameCut, kRenameDialog, {{kRenameEdit, "renamed"}});
   EXPECT_EQ(FilmNames(), "c1.cut|renamed.cut|renamed.cut|");
   EXPECT_EQ(platform::ListCaret(frame->cutList), 1);
   EXPECT_EQ(LineOf(frame->cutList, 0), "c1");
@@ -431,8 +435,8 @@ TEST_F(FilmCommands, RenameChangesFileEntriesLinesAndWindow) {
 TEST_F(FilmCommands, RenameToTheSameNameOrCancelledDoesNothing) {
   MakeFilm(1);
   frame->film->modified = 0;
-  Command(40118, 126, {});
-  CancelledCommand(40118, 126, {{1058, "x"}});
+  Command(kCommandRenameCut, kRenameDialog, {});
+  CancelledCommand(kCommandRenameCut, kRenameDialog, {{kRenameEdit, "x"}});
   EXPECT_EQ(FilmNames(), "c1.cut|");
   EXPECT_TRUE(Exists("c1.cut"));
   EXPECT_EQ(frame->film->modified, 0u);
@@ -441,7 +445,7 @@ TEST_F(FilmCommands, RenameToTheSameNameOrCancelledDoesNothing) {
 TEST_F(FilmCommands, RenameOfAClosedCutRenamesItsFile) {
   MakeFilm(1);
   CloseCuts();
-  Command(40118, 126, {{1058, "closed"}});
+  Command(kCommandRenameCut, kRenameDialog, {{kRenameEdit, "closed"}});
   EXPECT_TRUE(Exists("closed.cut"));
   EXPECT_EQ(FilmNames(), "closed.cut|");
 }
@@ -451,10 +455,11 @@ TEST_F(FilmCommands, RenameOfAClosedCutRenamesItsFile) {
 TEST_F(FilmCommands, ExtractCopiesTheSelectedCutsBesideANewFilm) {
   MakeFilm(3);
   frame->film->modified = 0;
-  Command(40082, 110, {{1039, "t"}, {1040, "a"}, {1002, "64"}, {1001, "48"}});
+  Command(kCommandFilmProperties, kFilmDialog,
+          {{kFilmTitleEdit, "t"}, {kFilmAuthorEdit, "a"}, {kFilmWidthEdit, "64"}, {kFilmHeightEdit, "48"}});
   std::filesystem::create_directory(folder.Path("sub"));
   SelectCuts({2, 0});
-  FileCommand(40134, folder.Path("sub/new"));
+  FileCommand(kCommandExtractCuts, folder.Path("sub/new"));
   EXPECT_EQ(Contents("sub/new.flm"), "t\na\n64, 48\nc1.cut\nc3.cut\n");
   EXPECT_EQ(Contents("sub/c1.cut"), Contents("c1.cut"));
   EXPECT_EQ(Contents("sub/c3.cut"), Contents("c3.cut"));
@@ -468,22 +473,22 @@ TEST_F(FilmCommands, ExtractKeepsTheLineOfACutThatIsGone) {
   CloseCuts();
   platform::DeletePath(folder.Path("c1.cut").c_str());
   std::filesystem::create_directory(folder.Path("sub"));
-  FileCommand(40134, folder.Path("sub/new.flm"));
+  FileCommand(kCommandExtractCuts, folder.Path("sub/new.flm"));
   EXPECT_EQ(Contents("sub/new.flm"), "\n\n320, 240\nc1.cut\n");
 }
 
 TEST_F(FilmCommands, ExtractIntoTheCutsOwnFolderDestroysThem) {
   MakeFilm(1);
   CloseCuts();
-  FileCommand(40134, folder.Path("new.flm"));
+  FileCommand(kCommandExtractCuts, folder.Path("new.flm"));
   EXPECT_EQ(Contents("c1.cut"), "");
 }
 
 TEST_F(FilmCommands, ACancelledExtractWritesNothing) {
   MakeFilm(1);
   platform::headless::QueueFileCancel();
-  Command(40134);
-  FileCommand(40134, folder.Path("no/such/new.flm"));
+  Command(kCommandExtractCuts);
+  FileCommand(kCommandExtractCuts, folder.Path("no/such/new.flm"));
   EXPECT_FALSE(Exists("new.flm"));
 }
 
@@ -492,7 +497,7 @@ TEST_F(FilmCommands, ACancelledExtractWritesNothing) {
 TEST_F(FilmCommands, ExportWritesAllCuts) {
   MakeFilm(2);
   Cut()->stateFlags &= ~static_cast<uint32_t>(kModified);
-  FileCommand(40083, folder.Path("film"));
+  FileCommand(kCommandExportFilm, folder.Path("film"));
   const std::string bytes = Contents("film.sv");
   ASSERT_GT(bytes.size(), 26u);
   EXPECT_EQ(bytes.substr(0, 2), "SV");
@@ -517,7 +522,7 @@ TEST_F(FilmCommands, ExportOfAnUnreadableCutBeepsAndLeavesTheFileAndTheCursor) {
   MakeFilm(2);
   CloseCuts();
   platform::DeletePath(folder.Path("c2.cut").c_str());
-  FileCommand(40083, folder.Path("film.sv"));
+  FileCommand(kCommandExportFilm, folder.Path("film.sv"));
   EXPECT_EQ(platform::headless::AlertCount(), 1);
   EXPECT_TRUE(Exists("film.sv"));
   EXPECT_EQ(platform::headless::CurrentCursor(), platform::CursorShape::kWait);
@@ -526,8 +531,8 @@ TEST_F(FilmCommands, ExportOfAnUnreadableCutBeepsAndLeavesTheFileAndTheCursor) {
 TEST_F(FilmCommands, ExportToAPathThatCannotBeWrittenLeavesTheCursorOnly) {
   MakeFilm(1);
   platform::headless::QueueFileCancel();
-  Command(40083);
-  FileCommand(40083, folder.Path("no/such/film.sv"));
+  Command(kCommandExportFilm);
+  FileCommand(kCommandExportFilm, folder.Path("no/such/film.sv"));
   EXPECT_EQ(platform::headless::AlertCount(), 0);
   EXPECT_EQ(platform::headless::CurrentCursor(), platform::CursorShape::kWait);
 }
@@ -536,7 +541,7 @@ TEST_F(FilmCommands, SelectedCutsPlayInTheOrderOfTheList) {
   MakeFilm(3);
   CloseCuts();
   SelectCuts({2, 0});
-  Command(40057);
+  Command(kCommandPlaySelection);
   ASSERT_NE(frame->streamBuffer.buffer, nullptr);
   EXPECT_EQ(std::string(reinterpret_cast<char*>(frame->streamBuffer.buffer), 2), "SV");
   EXPECT_EQ(TextOf(frame->animationWindow.window), std::to_string(frame->streamBuffer.size) + " byte");
@@ -548,35 +553,35 @@ TEST_F(FilmCommands, SelectedCutsPlayInTheOrderOfTheList) {
 
 TEST_F(FilmCommands, WithoutASelectedLineNothingPlaysAndNothingStops) {
   MakeFilm(1);
-  Command(40026);
+  Command(kCommandPlay);
   EXPECT_TRUE(platform::IsShown(frame->animationWindow.window));
   platform::SetListLineSelected(frame->cutList, -1, false);
-  Command(40057);
+  Command(kCommandPlaySelection);
   EXPECT_TRUE(platform::IsShown(frame->animationWindow.window));
 }
 
 TEST_F(FilmCommands, APlayThatFailsBeepsAndLeavesThePlayerStopped) {
   MakeFilm(2);
-  Command(40026);
+  Command(kCommandPlay);
   CloseCuts();
   platform::DeletePath(folder.Path("c1.cut").c_str());
   SelectCuts({0});
-  Command(40057);
+  Command(kCommandPlaySelection);
   EXPECT_EQ(platform::headless::AlertCount(), 1);
   EXPECT_FALSE(platform::IsShown(frame->animationWindow.window));
 }
 
 TEST_F(FilmCommands, AnExportUnderARunningPlayKeepsThePlayerInItsMemory) {
   MakeSavedCut("small.cut", 16, 8);
-  Command(40047);
+  Command(kCommandAddCutToFilm);
   MakeSavedCut("large.cut", 200, 160);
-  Command(40047);
+  Command(kCommandAddCutToFilm);
   MakeFrames(4);
   CurrentCell()->Fill(1);
-  Command(40026);
+  Command(kCommandPlay);
   SelectCuts({0, 1});
   platform::DeletePath(folder.Path("large.ca").c_str());
-  FileCommand(40083, folder.Path("film.sv"));
+  FileCommand(kCommandExportFilm, folder.Path("film.sv"));
   for (int32_t i = 0; i < 20 && platform::headless::RunTimer(); ++i) {
   }
   EXPECT_TRUE(platform::IsShown(frame->animationWindow.window));
@@ -585,13 +590,13 @@ TEST_F(FilmCommands, AnExportUnderARunningPlayKeepsThePlayerInItsMemory) {
 TEST_F(FilmCommands, AnExportUnderThePlayOfADamagedStreamStaysInItsMemory) {
   MakeSavedCut("large.cut", 200, 160);
   MakeFrames(3);
-  Command(40011);
+  Command(kCommandAddCell);
   for (int32_t y = 0; y < 160; ++y) {
     for (int32_t x = 0; x < 200; ++x) CurrentCell()->SetPixel(x, y, 1 + (x * 7 + y * 3) % 4);
   }
-  Command(40088);
-  Command(40047);
-  FileCommand(40083, folder.Path("first.sv"));
+  Command(kCommandOverwriteCut);
+  Command(kCommandAddCutToFilm);
+  FileCommand(kCommandExportFilm, folder.Path("first.sv"));
   std::string stream = Contents("large.ca");
   ASSERT_GT(stream.size(), 100u);
   // The head says that the picture is small; the frames' boxes are as large as before.
@@ -603,7 +608,7 @@ TEST_F(FilmCommands, AnExportUnderThePlayOfADamagedStreamStaysInItsMemory) {
   std::memcpy(buffer, stream.data(), stream.size());
   frame->PlayBuffer(buffer, static_cast<int32_t>(stream.size()));
   platform::DeletePath(folder.Path("large.ca").c_str());
-  FileCommand(40083, folder.Path("second.sv"));
+  FileCommand(kCommandExportFilm, folder.Path("second.sv"));
   EXPECT_EQ(frame->animationWindow.bitmap.width, 200);
   for (int32_t i = 0; i < 20 && platform::headless::RunTimer(); ++i) {
   }

@@ -1,6 +1,7 @@
 #include <cstdint>
 #include <string>
 
+#include "resources/ids.h"
 #include "shell/shell_fixture.h"
 
 namespace sorvel::testshell {
@@ -27,42 +28,42 @@ class FrameWindow : public ShellTest {
 };
 
 TEST_F(FrameWindow, AHighlightedItemShowsTheSecondLineOfItsTextOrTheWhole) {
-  Highlight(40001);
+  Highlight(kCommandExit);
   EXPECT_EQ(Status(), ShiftJis("ソルヴェリンを終了します。"));
-  Highlight(40004);
+  Highlight(kCommandAddFrame);
   EXPECT_EQ(Status(), ShiftJis("現在のフレームの次の位置に新しいフレームを追加します。"));
-  Highlight(40037);
+  Highlight(kToolLine);
   EXPECT_EQ(Status(), ShiftJis("ドラッグで直線を描きます。"));
   Highlight(3);
   EXPECT_EQ(Status(), "");
 }
 
 TEST_F(FrameWindow, ToolTipsAreTheFirstLineAndNeedTheStatusBar) {
-  platform::ToolTip tip = {40037, ""};
+  platform::ToolTip tip = {kToolLine, ""};
   Tip(platform::ToolTipMoment::kNeedText, &tip);
   EXPECT_EQ(std::string(tip.text), ShiftJis("直線"));
   Tip(platform::ToolTipMoment::kShow, &tip);
   EXPECT_EQ(Status(), ShiftJis("ドラッグで直線を描きます。"));
   Tip(platform::ToolTipMoment::kPop, &tip);
   EXPECT_EQ(Status(), "");
-  Command(40084);
-  platform::ToolTip none = {40037, ""};
+  Command(kCommandStatusBar);
+  platform::ToolTip none = {kToolLine, ""};
   Tip(platform::ToolTipMoment::kNeedText, &none);
   EXPECT_STREQ(none.text, "");
 }
 
 TEST_F(FrameWindow, TheExplanationHasTheFirstLineAsItsTitle) {
-  Command(40065);
-  Command(40136);
+  Command(kToolEraser);
+  Command(kCommandExplainTool);
   EXPECT_EQ(platform::headless::LastMessage().title, ShiftJis("消しゴム"));
   EXPECT_EQ(platform::headless::LastMessage().text,
             ShiftJis("ドラッグした部分を下絵に転化します。\n右クリックで枠の大きさを変えます。"));
   EXPECT_EQ(platform::headless::LastMessage().icon, platform::BoxIcon::kInformation);
-  Command(40132);
-  Command(40136);
+  Command(kToolParallelLines);
+  Command(kCommandExplainTool);
   EXPECT_EQ(platform::headless::LastMessage().title,
             ShiftJis("最初にドラッグして線を描画し、以降のクリックでその線をコピーします。"));
-  Command(40142);
+  Command(kCommandAbout);
   EXPECT_EQ(platform::headless::LastMessage().title, "About Sorvelin");
   EXPECT_EQ(platform::headless::LastMessage().text, "Sorvel Developer Version 1.0");
 }
@@ -118,10 +119,10 @@ TEST_F(FrameWindow, TheSplitterTakesTheColumnAlongWithoutALimit) {
 }
 
 TEST_F(FrameWindow, ABarThatIsChosenWhileThePanelsAreHiddenIsShownUntilTheNextToggle) {
-  Command(40084);
+  Command(kCommandStatusBar);
   frame->TogglePanels();
   EXPECT_FALSE(frame->statusBar->shown);
-  Command(40084);
+  Command(kCommandStatusBar);
   EXPECT_TRUE(frame->statusBar->shown);
   EXPECT_FALSE(frame->commentEdit->shown);
   EXPECT_EQ(frame->mdiClient->place.top, 0);
@@ -174,7 +175,7 @@ TEST_F(FrameWindow, ARefreshSelectsTheTextOfTheTimeAndTheLoopOnly) {
 
 TEST_F(FrameWindow, AnActivationSendsOnePulse) {
   MakeCut();
-  Command(40059);
+  Command(kToolAreaSelect);
   for (const uintptr_t state : {uintptr_t{0}, uintptr_t{1}}) {
     Cut()->selection = {300, 220, 320, 240};
     platform::Send(frame->frameWindow, platform::kMessageActivate, state, 0);

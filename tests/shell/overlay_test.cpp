@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "cutwindow/commands.h"
+#include "resources/ids.h"
 #include "shell/shell_fixture.h"
 #include "tools/tool_handlers.h"
 
@@ -168,7 +168,7 @@ class Overlays : public ShellTest {
 
   void Show(const Gesture& gesture) {
     Command(gesture.tool);
-    if (gesture.tool == kToolText) platform::headless::QueueDialog({114, {{1034, "AB"}}, true});
+    if (gesture.tool == kToolText) platform::headless::QueueDialog({kTextDialog, {{kTextDialogEdit, "AB"}}, true});
     for (const MouseStep& step : gesture.steps) Mouse(step);
   }
 
@@ -261,7 +261,7 @@ TEST_F(Overlays, GoWithEveryCommand) {
     const int32_t dialog = DialogOf(command);
     ExpectNothingLeft("command " + std::to_string(command), [this, command, dialog] {
       if (dialog != 0) platform::headless::QueueDialog({dialog, {}, true});
-      if (dialog == 107) platform::headless::QueueDialog({106, {}, true});
+      if (dialog == kCutDialog) platform::headless::QueueDialog({kLayerDialog, {}, true});
       platform::headless::QueueFileCancel();
       platform::headless::QueueColorCancel();
       Command(command);

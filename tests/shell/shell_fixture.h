@@ -13,6 +13,7 @@
 #include "platform/files.h"
 #include "platform/headless/headless.h"
 #include "platform/text.h"
+#include "resources/ids.h"
 #include "shell/entry.h"
 #include "shell/main_frame.h"
 #include "support/test_document.h"
@@ -87,22 +88,23 @@ class ShellTest : public testing::Test {
 
   // A new cut with this canvas and one layer named A, or none.
   CutWindow* MakeCut(int32_t width = 40, int32_t height = 30, bool withLayer = true) {
-    platform::headless::QueueDialog({107, {{1002, std::to_string(width)}, {1001, std::to_string(height)}}, true});
-    platform::headless::QueueDialog({106, {{1000, "A"}}, withLayer});
-    Command(40050);
+    platform::headless::QueueDialog(
+        {kCutDialog, {{kCutWidthEdit, std::to_string(width)}, {kCutHeightEdit, std::to_string(height)}}, true});
+    platform::headless::QueueDialog({kLayerDialog, {{kLayerNameEdit, "A"}}, withLayer});
+    Command(kCommandNewCut);
     CutWindow* cut = frame->ActiveCut();
     EXPECT_NE(cut, nullptr);
     return cut;
   }
-  void AddLayer(const std::string& name) { Command(40014, 106, {{1000, name}}); }
+  void AddLayer(const std::string& name) { Command(kCommandAddLayer, kLayerDialog, {{kLayerNameEdit, name}}); }
   // Adds frames until there are so many; the last one is current.
   void MakeFrames(int32_t count) {
-    while (Cut()->frames.Count() < count) Command(40004);
+    while (Cut()->frames.Count() < count) Command(kCommandAddFrame);
   }
   // A new cut that is saved in the folder. It is active and its window open.
   CutWindow* MakeSavedCut(const std::string& name, int32_t width = 40, int32_t height = 30) {
     CutWindow* cut = MakeCut(width, height);
-    FileCommand(40052, folder.Path(name));
+    FileCommand(kCommandSaveCutAs, folder.Path(name));
     EXPECT_EQ(cut->path, folder.Path(name));
     return cut;
   }
@@ -110,7 +112,7 @@ class ShellTest : public testing::Test {
   void MakeFilm(int32_t count) {
     for (int32_t i = 1; i <= count; ++i) {
       MakeSavedCut("c" + std::to_string(i) + ".cut");
-      Command(40047);
+      Command(kCommandAddCutToFilm);
     }
   }
   void CloseActiveCut() { platform::Send(Cut()->window, platform::kMessageClose, 0, 0); }

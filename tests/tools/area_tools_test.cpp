@@ -1,3 +1,4 @@
+#include "resources/ids.h"
 #include "tools/tool_fixture.h"
 
 namespace sorvel {
@@ -99,7 +100,7 @@ TEST_F(AreaSelectTest, UndoRectCoversSourceAndTarget) {
   Select(8, 8, 16, 16);
   Drag(12, 12, 32, 22);
   EXPECT_EQ(cut->undoRect, (Rect{8, 8, 28, 18}));
-  Command(40030);
+  Command(kCommandUndo);
   EXPECT_EQ(Pixel(10, 10), 1);
   EXPECT_EQ(InkCount(), 1u);
   EXPECT_TRUE(ViewIsComposed());
@@ -123,7 +124,7 @@ TEST_F(AreaSelectTest, MovingTwiceInARowCountsAsOneMoveAndUndoRestoresTheFirstSt
   EXPECT_EQ(Pixel(40, 50), 1);
   EXPECT_EQ(CountOf(1), 4u);
   EXPECT_TRUE(ViewIsComposed());
-  Command(40030);
+  Command(kCommandUndo);
   EXPECT_EQ(Pixel(10, 10), 1);
   EXPECT_EQ(CountOf(3), 16u);
   EXPECT_TRUE(ViewIsComposed());

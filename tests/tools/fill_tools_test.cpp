@@ -1,3 +1,4 @@
+#include "resources/ids.h"
 #include "tools/tool_fixture.h"
 
 namespace sorvel {
@@ -24,7 +25,7 @@ TEST_F(FillToolTest, FillsTheClosedAreaAtTheRelease) {
   Release(15, 15);
   EXPECT_EQ(CountOf(1), 100u);
   EXPECT_TRUE(ViewIsComposed());
-  Command(40030);
+  Command(kCommandUndo);
   EXPECT_EQ(CountOf(1), 0u);
 }
 
@@ -160,7 +161,7 @@ TEST_F(GradientToolTest, TheSecondClickFillsFromTheFirstPenToThePresentOne) {
   EXPECT_EQ(Pixel(63, 30), 4);
   EXPECT_EQ(InkCount(), 64u * 64);
   EXPECT_TRUE(ViewIsComposed());
-  Command(40030);
+  Command(kCommandUndo);
   EXPECT_EQ(InkCount(), 0u);
 }
 

@@ -1,3 +1,4 @@
+#include "resources/ids.h"
 #include "tools/tool_fixture.h"
 
 namespace sorvel {
@@ -30,7 +31,7 @@ TEST_F(FocusLinesTest, EachLineIsAnUndoStepOfItsOwn) {
   Click(40, 30);
   Click(30, 40);
   EXPECT_EQ(cut->undoRect, (Rect{26, 26, 9, 19}));
-  Command(40030);
+  Command(kCommandUndo);
   EXPECT_EQ(InkCount(), 11u);
   EXPECT_EQ(Pixel(40, 30), 8);
 }
@@ -88,7 +89,7 @@ TEST_F(ParallelLinesTest, TheFirstDragDrawsAndEachClickDrawsACopy) {
   EXPECT_EQ(InkCount(), 22u);
   EXPECT_EQ(Pixel(30, 20), 8);
   EXPECT_EQ(Pixel(40, 20), 8);
-  Command(40030);
+  Command(kCommandUndo);
   EXPECT_EQ(InkCount(), 11u);
 }
 

@@ -1,3 +1,4 @@
+#include "resources/ids.h"
 #include "tools/tool_fixture.h"
 
 namespace sorvel {
@@ -73,7 +74,7 @@ TEST_F(LineToolTest, AChainIsOneStepOfUndoAndUndoRectGrows) {
   Click(20, 20);
   EXPECT_EQ(cut->undoRect, (Rect{6, 6, 19, 19}));
   RightClick(20, 20);
-  Command(40030);
+  Command(kCommandUndo);
   EXPECT_EQ(InkCount(), 0u);
 }
 
@@ -145,10 +146,10 @@ TEST_F(LineToolTest, ABandLeavesTheScreenWhenItsCellIsBlanked) {
   Press(5, 5);
   Move(95, 90);
   EXPECT_GT(OverlaySize(), 0u);
-  Command(40060);
+  Command(kCommandBlankCell);
   EXPECT_EQ(OverlaySize(), 0u);
   Release(95, 90);
-  Command(40060);
+  Command(kCommandBlankCell);
   cut->Pulse();
   EXPECT_EQ(OverlaySize(), 0u);
   EXPECT_EQ(InkCount(), 0u);
@@ -283,7 +284,7 @@ TEST_F(CurveToolTest, ACurveIsOneStepOfUndo) {
   Click(50, 40);
   RightClick(0, 0);
   EXPECT_GT(cut->undoRect.width, 40);
-  Command(40030);
+  Command(kCommandUndo);
   EXPECT_EQ(InkCount(), 0u);
   EXPECT_TRUE(ViewIsComposed());
 }

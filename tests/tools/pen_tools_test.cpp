@@ -1,3 +1,4 @@
+#include "resources/ids.h"
 #include "tools/tool_fixture.h"
 
 namespace sorvel {
@@ -90,10 +91,10 @@ TEST_F(FreePenTest, AStrokeIsOneStepOfUndo) {
   Move(30, 12);
   Release(30, 12);
   EXPECT_GT(InkCount(), 10u);
-  Command(40030);
+  Command(kCommandUndo);
   EXPECT_EQ(InkCount(), 0u);
   EXPECT_TRUE(ViewIsComposed());
-  Command(40030);
+  Command(kCommandUndo);
   EXPECT_GT(InkCount(), 10u);
 }
 
@@ -185,9 +186,9 @@ TEST_F(FreePenTest, AStrokeMarksImages) {
 
 TEST_F(FreePenTest, AStrokeSurvivesTheChangeOfItsCellAndFrame) {
   Press(10, 10);
-  Command(40011);
+  Command(kCommandAddCell);
   Move(12, 10);
-  Command(40009);
+  Command(kCommandDeleteCell);
   Move(20, 20);
   AddFrameLikeCurrent();
   StepFrameBack();
@@ -331,9 +332,9 @@ TEST_F(EraserTest, ItsFrameLeavesTheScreenWhenTheRecordBecomesBlank) {
   platform::headless::PaintInvalid(cut->window);
   Move(18, 18);
   EXPECT_GT(OverlaySize(), 0u);
-  Command(40060);
+  Command(kCommandBlankCell);
   EXPECT_EQ(OverlaySize(), 0u);
-  Command(40060);
+  Command(kCommandBlankCell);
   EXPECT_EQ(OverlaySize(), 0u);
   Move(18, 18);
   cut->Pulse();

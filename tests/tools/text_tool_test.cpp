@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "platform/fonts.h"
+#include "resources/ids.h"
 #include "tools/tool_fixture.h"
 
 namespace sorvel {
@@ -17,7 +18,7 @@ class TextToolTest : public testtools::ToolTest {
 
   bool HasFont() const { return textToolFont.handle != nullptr; }
   Bounds InkBox() {
-    Bounds box = {1000, 1000, -1, -1};
+    Bounds box = {kLayerNameEdit, kLayerNameEdit, -1, -1};
     for (const Point& point : Inked()) {
       box = {std::min(box.left, point.x), std::min(box.top, point.y), std::max(box.right, point.x + 1),
              std::max(box.bottom, point.y + 1)};
@@ -42,7 +43,7 @@ TEST_F(TextToolTest, TheFirstClickAsksAndTheSecondPlacesTheText) {
   EXPECT_TRUE(ViewIsComposed());
   EXPECT_EQ(cut->undoRect.x, 30);
   EXPECT_EQ(cut->undoRect.y, 30);
-  Command(40030);
+  Command(kCommandUndo);
   EXPECT_EQ(InkCount(), 0u);
 }
 

@@ -11,6 +11,7 @@
 #include "foundation/shared_string.h"
 #include "platform/headless/headless.h"
 #include "platform/window.h"
+#include "resources/ids.h"
 #include "support/test_images.h"
 #include "tools/tool_handlers.h"
 #include "tools/tool_state.h"
@@ -92,7 +93,7 @@ class ToolTest : public ::testing::Test {
     ResetClipboardBlock();
     platform::headless::SetClientSize(kSide, kSide);
     host.frameWindow = platform::MakeFrameWindow("Frame", "", 103, nullptr);
-    host.mdiClient = platform::MakeMdiClient(host.frameWindow, 10001, 0, 0);
+    host.mdiClient = platform::MakeMdiClient(host.frameWindow, kMdiClientId, 0, 0);
     platform::MakePopupWindow("Picker", host.frameWindow, PenPicker::kWindowWidth, PenPicker::kWindowHeight,
                               &host.penPicker);
     cut = OpenCut(kSide, kSide);

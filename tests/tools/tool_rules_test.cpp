@@ -1,5 +1,6 @@
 #include <random>
 
+#include "resources/ids.h"
 #include "tools/tool_fixture.h"
 
 namespace sorvel {
@@ -7,8 +8,10 @@ namespace {
 
 class ToolRulesTest : public testtools::ToolTest {};
 
-constexpr int32_t kTools[] = {40019, 40023, 40028, 40029, 40031, 40037, 40038, 40045,
-                              40059, 40065, 40070, 40073, 40075, 40086, 40090, 40132};
+constexpr int32_t kTools[] = {kToolFramePosition, kToolLayerPosition, kToolZoom,       kToolFreePen,
+                              kToolFill,          kToolLine,          kToolCurve,      kToolRectangle,
+                              kToolAreaSelect,    kToolEraser,        kToolGradient,   kToolText,
+                              kToolEdging,        kToolMosaic,        kToolFocusLines, kToolParallelLines};
 constexpr uint32_t kMessages[] = {
     platform::kMessageMouseMove,   platform::kMessageLeftDown,  platform::kMessageLeftUp,
     platform::kMessageLeftDouble,  platform::kMessageRightDown, platform::kMessageRightUp,
@@ -92,8 +95,10 @@ TEST_F(ToolRulesTest, AnUnluckyHandBreaksNothingAndLeavesNothingOnTheScreen) {
   ASSERT_TRUE(cut->StoreBlock(0, 0, 10, 10, 0));
   std::mt19937 random(20240607);
   const auto below = [&random](size_t count) { return random() % count; };
-  constexpr int32_t commands[] = {40006, 40009, 40010, 40011, 40012, 40013, 40030, 40032,
-                                  40060, 40062, 40024, 40109, 40099, 40097, 40103};
+  constexpr int32_t commands[] = {kCommandDeleteFrame,  kCommandDeleteCell, kCommandInsertCell, kCommandAddCell,
+                                  kCommandPreviousCell, kCommandNextCell,   kCommandUndo,       kCommandShowPrevious,
+                                  kCommandBlankCell,    kCommandPaste,      kCommandToSketch,   kCommandFlipHorizontal,
+                                  kCommandMuraRemoval,  kCommandDimOthers,  kCommandBlankAll};
   size_t compared = 0;
   for (int32_t step = 0; step < 8000; ++step) {
     CutWindow* active = host.ActiveCut();

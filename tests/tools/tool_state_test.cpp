@@ -1,3 +1,4 @@
+#include "resources/ids.h"
 #include "tools/tool_fixture.h"
 
 namespace sorvel {
@@ -67,7 +68,7 @@ TEST_F(ToolStateTest, ARoundPenMakesTheRoundTripUnchanged) {
 }
 
 TEST_F(ToolStateTest, BrushSettingsOutOfRangeAreBroughtIntoRange) {
-  SetBrushSettings(1000, -7, 99, 77, 1, 1);
+  SetBrushSettings(kLayerNameEdit, -7, 99, 77, 1, 1);
   EXPECT_EQ(currentPen.shape, 0);
   EXPECT_EQ(currentPen.tone, 15);
   EXPECT_EQ(currentPen.colorA, 0);
@@ -110,8 +111,10 @@ TEST_F(ToolStateTest, AFontNeedsNameSizeSpacingAndWeight) {
 }
 
 TEST_F(ToolStateTest, ExactlySixteenNumbersAreTools) {
-  constexpr int32_t tools[] = {40019, 40023, 40028, 40029, 40031, 40037, 40038, 40045,
-                               40059, 40065, 40070, 40073, 40075, 40086, 40090, 40132};
+  constexpr int32_t tools[] = {kToolFramePosition, kToolLayerPosition, kToolZoom,       kToolFreePen,
+                               kToolFill,          kToolLine,          kToolCurve,      kToolRectangle,
+                               kToolAreaSelect,    kToolEraser,        kToolGradient,   kToolText,
+                               kToolEdging,        kToolMosaic,        kToolFocusLines, kToolParallelLines};
   size_t found = 0;
   for (int32_t id = 40000; id < 40200; ++id) found += HandlerOfTool(id) != nullptr ? 1u : 0u;
   EXPECT_EQ(found, std::size(tools));

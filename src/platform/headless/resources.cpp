@@ -1,5 +1,7 @@
 #include "platform/headless/resources.h"
 
+#include "resources/ids.h"
+
 namespace sorvel::platform::headless {
 
 namespace {
@@ -16,19 +18,19 @@ constexpr int32_t kCancel = 2;
 #define MENU_ITEM(label, id) {MenuPart::kItem, label, id},
 #define MENU_SEPARATOR {MenuPart::kSeparator, "", 0},
 constexpr MenuResource kMenus[] = {
-#include "shell/resources/menus.inc"
+#include "resources/menus.inc"
 };
 
 #define KEY_PLAIN(key, command) {KeyModifier::kNone, key, command},
 #define KEY_SHIFT(key, command) {KeyModifier::kShift, key, command},
 #define KEY_CONTROL(key, command) {KeyModifier::kControl, key, command},
 constexpr KeyResource kKeys[] = {
-#include "shell/resources/accelerators.inc"
+#include "resources/accelerators.inc"
 };
 
 #define TEXT_ENTRY(id, text) {id, text},
 constexpr TextResource kTexts[] = {
-#include "shell/resources/strings.inc"
+#include "resources/strings.inc"
 };
 
 #define DIALOG_BEGIN(id, title, w, h) {DialogPart::kDialog, id, title, 0, 0, w, h, 0},
@@ -46,7 +48,7 @@ constexpr TextResource kTexts[] = {
 #define OK_BUTTON(x, y, w, h) BUTTON(kOk, "OK", x, y, w, h)
 #define CANCEL_BUTTON(x, y, w, h) BUTTON(kCancel, "キャンセル", x, y, w, h)
 constexpr DialogResource kDialogs[] = {
-#include "shell/resources/dialogs.inc"
+#include "resources/dialogs.inc"
 };
 // clang-format on
 

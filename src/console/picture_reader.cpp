@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cctype>
 #include <csetjmp>
-#include <cstdlib>
 #include <cstring>
 #include <vector>
 

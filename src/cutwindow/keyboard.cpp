@@ -1,4 +1,3 @@
-#include <cstdlib>
 
 #include "cutwindow/cut_window.h"
 #include "resources/ids.h"
@@ -73,16 +72,13 @@ int32_t ActionOf(uintptr_t character) {
   return 0;
 }
 
-constexpr int32_t kSmallestShape = 7;
-constexpr int32_t kLargestSize = 7;
-
 }  // namespace
 
 void CutWindow::OnChar(uintptr_t character) {
   // For the length of the action the shape holds the bare size. Whatever the key was, the shape ends on the side of
   // the table that the pen's sign tells.
   int32_t& size = currentPen.shape;
-  size = std::abs(size - kSmallestShape);
+  size = SizeOfShape(size);
   const int32_t action = ActionOf(character);
   const auto zoom = [this](uint32_t message) {
     const Point place = platform::ScreenToClient(window, platform::CursorPlace());

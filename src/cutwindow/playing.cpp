@@ -1,4 +1,3 @@
-#include <cstdlib>
 
 #include "animation/stream_encoder.h"
 #include "cutwindow/cut_window.h"

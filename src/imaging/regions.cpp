@@ -524,7 +524,7 @@ bool CellImage::EdgeFill(int32_t x, int32_t y, int32_t rectWidth, int32_t rectHe
   if (IsMasked(mask, key)) return false;
   Border border(*this, {x, y, rectWidth, rectHeight}, key);
   if (!border.Make()) return false;
-  const int32_t passes = std::abs(pen.shape - 7) + 1;
+  const int32_t passes = SizeOfShape(pen.shape) + 1;
   for (int32_t pass = 0; pass < passes && border.Grow(pen); pass++) {
   }
   border.Paint(this, pen);

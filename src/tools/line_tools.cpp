@@ -77,12 +77,12 @@ namespace {
 // A segment is drawn one click late, when the point after it is known.
 struct CurveTool {
   bool isActive = false;
-  int32_t index = 0;   // the last one of `points` that is used, 0 while off
-  Point points[4];     // clicked points, in layer coordinates
-  bool skips = false;  // Ctrl was down at the click before
-  int32_t shape = 7;   // of the pen at the click before
-  Rect area;           // of the segment; its width is 0 between two of them
-  Point bandStart;     // in window coordinates
+  int32_t index = 0;               // the last one of `points` that is used, 0 while off
+  Point points[4];                 // clicked points, in layer coordinates
+  bool skips = false;              // Ctrl was down at the click before
+  int32_t shape = kSmallestShape;  // of the pen at the click before
+  Rect area;                       // of the segment; its width is 0 between two of them
+  Point bandStart;                 // in window coordinates
 };
 CurveTool gCurve;
 

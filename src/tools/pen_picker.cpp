@@ -1,7 +1,5 @@
 #include "tools/pen_picker.h"
 
-#include <cstdlib>
-
 #include "tools/tool_state.h"
 
 namespace sorvel {
@@ -25,8 +23,6 @@ constexpr Point kFirstStamp = {122, 10};
 constexpr Rect kSizesArea = {114, 4, 112, 12};
 constexpr int32_t kChosenSizeColor = 1;
 constexpr int32_t kSizeColor = 3;
-
-constexpr int32_t kSmallestShape = 7;
 
 }  // namespace
 
@@ -99,7 +95,7 @@ void PenPicker::DrawColors() {
 void PenPicker::DrawSizes() {
   image.FillRect(kSizesArea.x, kSizesArea.y, kSizesArea.width, kSizesArea.height, kToneWhite);
   for (int32_t size = 0; size < kColumns - kFirstSize; size++) {
-    const bool isChosen = size == std::abs(pen->shape - kSmallestShape);
+    const bool isChosen = size == SizeOfShape(pen->shape);
     const PenSpec stamp = {penSign * size + kSmallestShape, 0, 0, isChosen ? kChosenSizeColor : kSizeColor};
     image.Stamp(kFirstStamp.x + kPitch * size, kFirstStamp.y, stamp, 0, nullptr);
   }

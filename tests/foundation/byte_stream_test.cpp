@@ -34,6 +34,19 @@ Bytes Rest(ByteStream& stream) {
   return bytes;
 }
 
+BufferStream BufferOver(uint8_t* memory, int32_t capacity, int32_t size) {
+  BufferStream stream;
+  stream.buffer = memory;
+  stream.capacity = capacity;
+  stream.size = size;
+  return stream;
+}
+
+void ExpectSeek(ByteStream& stream, int32_t offset, int32_t origin, int32_t position) {
+  EXPECT_TRUE(stream.Seek(offset, origin));
+  EXPECT_EQ(stream.Tell(), position);
+}
+
 TEST(ChunkStream, NewStreamIsOpenEmptyAndHasOneBlock) {
   ChunkStream stream;
   EXPECT_TRUE(stream.IsOpen());
@@ -191,14 +204,10 @@ TEST(ChunkStream, StreamIsUsedAnewAfterClose) {
 TEST(ChunkStream, SeekCountsFromStartPositionOrEnd) {
   ChunkStream stream;
   PutSamples(stream, 100);
-  EXPECT_TRUE(stream.Seek(40, kFromStart));
-  EXPECT_EQ(stream.Tell(), 40);
-  EXPECT_TRUE(stream.Seek(-15, kFromPosition));
-  EXPECT_EQ(stream.Tell(), 25);
-  EXPECT_TRUE(stream.Seek(5, kFromPosition));
-  EXPECT_EQ(stream.Tell(), 30);
-  EXPECT_TRUE(stream.Seek(-1, kFromEnd));
-  EXPECT_EQ(stream.Tell(), 99);
+  ExpectSeek(stream, 40, kFromStart, 40);
+  ExpectSeek(stream, -15, kFromPosition, 25);
+  ExpectSeek(stream, 5, kFromPosition, 30);
+  ExpectSeek(stream, -1, kFromEnd, 99);
   EXPECT_EQ(stream.GetC(), Sample(99));
 }
 
@@ -206,8 +215,7 @@ TEST(ChunkStream, SeekFromAnyOtherOriginCountsFromTheStart) {
   ChunkStream stream;
   PutSamples(stream, 100);
   for (int32_t origin : {3, -1, 77}) {
-    EXPECT_TRUE(stream.Seek(60, origin));
-    EXPECT_EQ(stream.Tell(), 60);
+    ExpectSeek(stream, 60, origin, 60);
   }
 }
 
@@ -227,8 +235,7 @@ TEST(ChunkStream, SeekToANegativeTargetIsFalseWithoutAMove) {
 TEST(ChunkStream, SeekPastTheEndMakesTheBlocksAndKeepsTheSize) {
   ChunkStream stream;
   PutSamples(stream, 10);
-  EXPECT_TRUE(stream.Seek(4096 * 3 + 5, kFromStart));
-  EXPECT_EQ(stream.Tell(), 4096 * 3 + 5);
+  ExpectSeek(stream, 4096 * 3 + 5, kFromStart, 4096 * 3 + 5);
   EXPECT_EQ(stream.BlockCount(), 4);
   EXPECT_EQ(stream.Size(), 10);
   EXPECT_EQ(stream.GetC(), -1);
@@ -241,8 +248,7 @@ TEST(ChunkStream, SeekPastTheEndMakesTheBlocksAndKeepsTheSize) {
 TEST(ChunkStream, SeekToABlockBorderMakesTheBlockBehindIt) {
   ChunkStream stream;
   PutSamples(stream, 4096);
-  EXPECT_TRUE(stream.Seek(4096, kFromStart));
-  EXPECT_EQ(stream.Tell(), 4096);
+  ExpectSeek(stream, 4096, kFromStart, 4096);
   EXPECT_EQ(stream.BlockCount(), 2);
   EXPECT_EQ(stream.Size(), 4096);
   EXPECT_EQ(stream.GetC(), -1);
@@ -286,9 +292,7 @@ TEST(BufferStream, NewStreamIsClosedAndAllZero) {
 
 TEST(BufferStream, WriteIsClippedToTheCapacityAndStillTrue) {
   uint8_t memory[6] = {9, 9, 9, 9, 9, 9};
-  BufferStream stream;
-  stream.buffer = memory;
-  stream.capacity = 4;
+  BufferStream stream = BufferOver(memory, 4, 0);
   EXPECT_TRUE(stream.IsOpen());
   const uint8_t bytes[] = {1, 2, 3, 4, 5, 6};
   EXPECT_TRUE(stream.Write(bytes, 6));
@@ -304,10 +308,7 @@ TEST(BufferStream, WriteIsClippedToTheCapacityAndStillTrue) {
 
 TEST(BufferStream, WriteLiftsTheSizeOnlyWhenThePositionPassesIt) {
   uint8_t memory[8] = {};
-  BufferStream stream;
-  stream.buffer = memory;
-  stream.capacity = 8;
-  stream.size = 6;
+  BufferStream stream = BufferOver(memory, 8, 6);
   const uint8_t bytes[] = {1, 2, 3, 4};
   stream.Write(bytes, 4);
   EXPECT_EQ(stream.size, 6);
@@ -317,9 +318,7 @@ TEST(BufferStream, WriteLiftsTheSizeOnlyWhenThePositionPassesIt) {
 
 TEST(BufferStream, WriteBehindTheCapacityTouchesNoMemory) {
   uint8_t memory[8] = {};
-  BufferStream stream;
-  stream.buffer = memory;
-  stream.capacity = 4;
+  BufferStream stream = BufferOver(memory, 4, 0);
   stream.Seek(6, kFromStart);
   const uint8_t byte = 5;
   EXPECT_TRUE(stream.Write(&byte, 1));
@@ -329,9 +328,7 @@ TEST(BufferStream, WriteBehindTheCapacityTouchesNoMemory) {
 
 TEST(BufferStream, ReadIsClippedToTheSizeAndStillTrue) {
   uint8_t memory[] = {1, 255, 3, 4};
-  BufferStream stream;
-  stream.buffer = memory;
-  stream.size = 3;
+  BufferStream stream = BufferOver(memory, 0, 3);
   uint8_t read[5] = {9, 9, 9, 9, 9};
   EXPECT_TRUE(stream.Read(read, 5));
   const uint8_t expected[] = {1, 255, 3, 9, 9};
@@ -344,9 +341,7 @@ TEST(BufferStream, ReadIsClippedToTheSizeAndStillTrue) {
 
 TEST(BufferStream, ReadBehindTheSizeStoresNothing) {
   uint8_t memory[8] = {1, 2, 3, 4, 5, 6, 7, 8};
-  BufferStream stream;
-  stream.buffer = memory;
-  stream.size = 4;
+  BufferStream stream = BufferOver(memory, 0, 4);
   stream.Seek(6, kFromStart);
   uint8_t read[2] = {9, 9};
   EXPECT_TRUE(stream.Read(read, 2));
@@ -356,10 +351,7 @@ TEST(BufferStream, ReadBehindTheSizeStoresNothing) {
 
 TEST(BufferStream, CloseZeroesTheFieldsAndFreesNothing) {
   uint8_t memory[4] = {1, 2, 3, 4};
-  BufferStream stream;
-  stream.buffer = memory;
-  stream.capacity = 4;
-  stream.size = 3;
+  BufferStream stream = BufferOver(memory, 4, 3);
   stream.position = 2;
   EXPECT_TRUE(stream.Close());
   EXPECT_EQ(stream.buffer, nullptr);
@@ -372,26 +364,17 @@ TEST(BufferStream, CloseZeroesTheFieldsAndFreesNothing) {
 
 TEST(BufferStream, SeekCountsFromStartPositionOrEnd) {
   uint8_t memory[8] = {};
-  BufferStream stream;
-  stream.buffer = memory;
-  stream.size = 8;
-  EXPECT_TRUE(stream.Seek(5, kFromStart));
-  EXPECT_EQ(stream.Tell(), 5);
-  EXPECT_TRUE(stream.Seek(-2, kFromPosition));
-  EXPECT_EQ(stream.Tell(), 3);
-  EXPECT_TRUE(stream.Seek(-1, kFromEnd));
-  EXPECT_EQ(stream.Tell(), 7);
-  EXPECT_TRUE(stream.Seek(2, 9));
-  EXPECT_EQ(stream.Tell(), 2);
-  EXPECT_TRUE(stream.Seek(4, -3));
-  EXPECT_EQ(stream.Tell(), 4);
+  BufferStream stream = BufferOver(memory, 0, 8);
+  ExpectSeek(stream, 5, kFromStart, 5);
+  ExpectSeek(stream, -2, kFromPosition, 3);
+  ExpectSeek(stream, -1, kFromEnd, 7);
+  ExpectSeek(stream, 2, 9, 2);
+  ExpectSeek(stream, 4, -3, 4);
 }
 
 TEST(BufferStream, SeekToANegativeTargetIsFalseWithoutAMove) {
   uint8_t memory[8] = {};
-  BufferStream stream;
-  stream.buffer = memory;
-  stream.size = 8;
+  BufferStream stream = BufferOver(memory, 0, 8);
   stream.position = 3;
   EXPECT_FALSE(stream.Seek(-1, kFromStart));
   EXPECT_FALSE(stream.Seek(-4, kFromPosition));
@@ -401,28 +384,21 @@ TEST(BufferStream, SeekToANegativeTargetIsFalseWithoutAMove) {
 
 TEST(BufferStream, SeekBeyondTheSizeSucceedsAndReadsAsTheEnd) {
   uint8_t memory[4] = {1, 2, 3, 4};
-  BufferStream stream;
-  stream.buffer = memory;
-  stream.size = 4;
-  EXPECT_TRUE(stream.Seek(10, kFromStart));
-  EXPECT_EQ(stream.Tell(), 10);
+  BufferStream stream = BufferOver(memory, 0, 4);
+  ExpectSeek(stream, 10, kFromStart, 10);
   EXPECT_EQ(stream.GetC(), -1);
 }
 
 TEST(BufferStream, GetCGivesTheByteUnsignedAndAdvances) {
   uint8_t memory[] = {0, 255, 128};
-  BufferStream stream;
-  stream.buffer = memory;
-  stream.size = 3;
+  BufferStream stream = BufferOver(memory, 0, 3);
   EXPECT_EQ(Rest(stream), Bytes({0, 255, 128}));
   EXPECT_EQ(stream.Tell(), 3);
 }
 
 TEST(BufferStream, PutCWritesOneByteBehindAnotherUpToTheCapacity) {
   uint8_t memory[3] = {9, 9, 9};
-  BufferStream stream;
-  stream.buffer = memory;
-  stream.capacity = 2;
+  BufferStream stream = BufferOver(memory, 2, 0);
   EXPECT_EQ(stream.PutC(255), 255);
   EXPECT_EQ(stream.size, 1);
   EXPECT_EQ(stream.PutC(-2), 254);
@@ -468,8 +444,7 @@ TEST(FileStream, APositionBehindTwoGigabytesIsNone) {
   FileStream stream(std::fopen(path.c_str(), "rb"));
   ASSERT_TRUE(stream.IsOpen());
   EXPECT_EQ(StreamLength(stream), -1);
-  EXPECT_TRUE(stream.Seek(INT32_MAX, kFromStart));
-  EXPECT_EQ(stream.Tell(), INT32_MAX);
+  ExpectSeek(stream, INT32_MAX, kFromStart, INT32_MAX);
   EXPECT_EQ(stream.GetC(), 0);
   EXPECT_EQ(stream.Tell(), -1);
   Buffer<uint8_t> bytes;

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace sorvel {
@@ -20,17 +21,35 @@ struct Opened {
 };
 template struct Opened<HeadOfList, &CursorList<int32_t>::head>;
 
-void Fill(CursorList<int32_t>& list, int32_t count) {
-  for (int32_t i = 0; i < count; ++i) {
-    list.SeekLast();
-    list.InsertAfter(i);
+// A list of 0 to count - 1.
+struct Numbers : CursorList<int32_t> {
+  explicit Numbers(int32_t length) {
+    for (int32_t i = 0; i < length; ++i) InsertAfter(i);
   }
+};
+
+// The index of the cursor and the element there.
+using Place = std::pair<int32_t, int32_t>;
+Place CursorOf(const CursorList<int32_t>& list) {
+  return {list.CursorIndex(), list.Current()};
 }
 
 auto NodeAt(CursorList<int32_t>& list, int32_t index) {
   auto* node = list.*Member(HeadOfList{});
   while (index-- > 0) node = node->next;
   return node;
+}
+
+// Seeks past a node whose link is bent to itself: a seek that takes the link never arrives.
+void ExpectSeekAvoids(CursorList<int32_t>* list, int32_t from, int32_t to, int32_t bent, bool forward) {
+  ASSERT_TRUE(list->Seek(from));
+  auto* const node = NodeAt(*list, bent);
+  auto*& link = forward ? node->next : node->prev;
+  auto* const kept = link;
+  link = node;
+  EXPECT_TRUE(list->Seek(to));
+  EXPECT_EQ(list->Current(), to);
+  link = kept;
 }
 
 // All elements, forwards by next and backwards by prev; the two have to agree.
@@ -85,8 +104,7 @@ TEST(CursorList, EmptyListRefusesEveryMove) {
 }
 
 TEST(CursorList, SeekOutsideIsFalseAndKeepsTheCursor) {
-  CursorList<int32_t> list;
-  Fill(list, 4);
+  Numbers list(4);
   ASSERT_TRUE(list.Seek(2));
   EXPECT_FALSE(list.Seek(-1));
   EXPECT_EQ(list.Current(), 2);
@@ -94,76 +112,44 @@ TEST(CursorList, SeekOutsideIsFalseAndKeepsTheCursor) {
   EXPECT_EQ(list.Current(), 2);
   EXPECT_FALSE(list.Seek(INT32_MIN));
   EXPECT_FALSE(list.Seek(INT32_MAX));
-  EXPECT_EQ(list.Current(), 2);
-  EXPECT_EQ(list.CursorIndex(), 2);
+  EXPECT_EQ(CursorOf(list), Place(2, 2));
 }
 
 TEST(CursorList, SeekFindsEveryIndexFromEveryOther) {
   for (int32_t count = 1; count <= 10; ++count) {
-    CursorList<int32_t> list;
-    Fill(list, count);
+    Numbers list(count);
     for (int32_t from = 0; from < count; ++from) {
       for (int32_t to = 0; to < count; ++to) {
         ASSERT_TRUE(list.Seek(from));
         ASSERT_TRUE(list.Seek(to));
-        EXPECT_EQ(list.Current(), to);
-        EXPECT_EQ(list.CursorIndex(), to);
+        EXPECT_EQ(CursorOf(list), Place(to, to));
       }
     }
   }
 }
 
 TEST(CursorList, SeekStartsAtTheTailWhenThatIsNearer) {
-  CursorList<int32_t> list;
-  Fill(list, 10);
-  ASSERT_TRUE(list.Seek(5));
-  auto* node = NodeAt(list, 5);
-  auto* next = node->next;
-  node->next = node;
-  EXPECT_TRUE(list.Seek(9));
-  EXPECT_EQ(list.Current(), 9);
-  node->next = next;
+  Numbers list(10);
+  ExpectSeekAvoids(&list, 5, 9, 5, true);
 }
 
 TEST(CursorList, SeekStartsAtTheHeadWhenThatIsNearer) {
-  CursorList<int32_t> list;
-  Fill(list, 10);
-  ASSERT_TRUE(list.Seek(5));
-  auto* node = NodeAt(list, 5);
-  auto* prev = node->prev;
-  node->prev = node;
-  EXPECT_TRUE(list.Seek(2));
-  EXPECT_EQ(list.Current(), 2);
-  node->prev = prev;
+  Numbers list(10);
+  ExpectSeekAvoids(&list, 5, 2, 5, false);
 }
 
 TEST(CursorList, SeekPrefersTheCursorToAnEquallyNearHead) {
-  CursorList<int32_t> list;
-  Fill(list, 10);
-  ASSERT_TRUE(list.Seek(6));
-  auto* head = NodeAt(list, 0);
-  auto* next = head->next;
-  head->next = head;
-  EXPECT_TRUE(list.Seek(3));
-  EXPECT_EQ(list.Current(), 3);
-  head->next = next;
+  Numbers list(10);
+  ExpectSeekAvoids(&list, 6, 3, 0, true);
 }
 
 TEST(CursorList, SeekPrefersTheCursorToAnEquallyNearTail) {
-  CursorList<int32_t> list;
-  Fill(list, 10);
-  ASSERT_TRUE(list.Seek(3));
-  auto* tail = NodeAt(list, 9);
-  auto* prev = tail->prev;
-  tail->prev = tail;
-  EXPECT_TRUE(list.Seek(6));
-  EXPECT_EQ(list.Current(), 6);
-  tail->prev = prev;
+  Numbers list(10);
+  ExpectSeekAvoids(&list, 3, 6, 9, false);
 }
 
 TEST(CursorList, SeekOfANeighbourTakesOneStep) {
-  CursorList<int32_t> list;
-  Fill(list, 10);
+  Numbers list(10);
   ASSERT_TRUE(list.Seek(5));
   auto* before = NodeAt(list, 4);
   auto* beforeNext = before->next;
@@ -176,36 +162,29 @@ TEST(CursorList, SeekOfANeighbourTakesOneStep) {
 }
 
 TEST(CursorList, SeekFirstAndSeekLastGoToTheEnds) {
-  CursorList<int32_t> list;
-  Fill(list, 3);
+  Numbers list(3);
   EXPECT_TRUE(list.SeekFirst());
-  EXPECT_EQ(list.Current(), 0);
-  EXPECT_EQ(list.CursorIndex(), 0);
+  EXPECT_EQ(CursorOf(list), Place(0, 0));
   EXPECT_TRUE(list.SeekLast());
-  EXPECT_EQ(list.Current(), 2);
-  EXPECT_EQ(list.CursorIndex(), 2);
+  EXPECT_EQ(CursorOf(list), Place(2, 2));
 }
 
 TEST(CursorList, SeekNextStopsAtTheTail) {
-  CursorList<int32_t> list;
-  Fill(list, 2);
+  Numbers list(2);
   list.SeekFirst();
   EXPECT_TRUE(list.SeekNext());
   EXPECT_EQ(list.CursorIndex(), 1);
   EXPECT_FALSE(list.SeekNext());
-  EXPECT_EQ(list.CursorIndex(), 1);
-  EXPECT_EQ(list.Current(), 1);
+  EXPECT_EQ(CursorOf(list), Place(1, 1));
 }
 
 TEST(CursorList, SeekPrevStopsAtTheHead) {
-  CursorList<int32_t> list;
-  Fill(list, 2);
+  Numbers list(2);
   list.SeekLast();
   EXPECT_TRUE(list.SeekPrev());
   EXPECT_EQ(list.CursorIndex(), 0);
   EXPECT_FALSE(list.SeekPrev());
-  EXPECT_EQ(list.CursorIndex(), 0);
-  EXPECT_EQ(list.Current(), 0);
+  EXPECT_EQ(CursorOf(list), Place(0, 0));
 }
 
 TEST(CursorList, AtMovesTheCursorAndABadIndexGivesTheDefaultWithoutAMove) {
@@ -234,18 +213,15 @@ TEST(CursorList, FirstInsertionOfEitherKindMakesTheOnlyElement) {
 }
 
 TEST(CursorList, InsertBeforeAtTheHeadMakesTheNewHead) {
-  CursorList<int32_t> list;
-  Fill(list, 3);
+  Numbers list(3);
   list.SeekFirst();
   list.InsertBefore(9);
-  EXPECT_EQ(list.CursorIndex(), 0);
-  EXPECT_EQ(list.Current(), 9);
+  EXPECT_EQ(CursorOf(list), Place(0, 9));
   EXPECT_EQ(Elements(list), Ints({9, 0, 1, 2}));
 }
 
 TEST(CursorList, InsertAfterAtTheTailMakesTheNewTail) {
-  CursorList<int32_t> list;
-  Fill(list, 3);
+  Numbers list(3);
   list.SeekLast();
   list.InsertAfter(9);
   EXPECT_EQ(list.CursorIndex(), 3);
@@ -255,52 +231,42 @@ TEST(CursorList, InsertAfterAtTheTailMakesTheNewTail) {
 }
 
 TEST(CursorList, InsertAfterInTheMiddleTakesTheNextIndex) {
-  CursorList<int32_t> list;
-  Fill(list, 3);
+  Numbers list(3);
   list.Seek(1);
   list.InsertAfter(9);
-  EXPECT_EQ(list.CursorIndex(), 2);
-  EXPECT_EQ(list.Current(), 9);
+  EXPECT_EQ(CursorOf(list), Place(2, 9));
   EXPECT_EQ(Elements(list), Ints({0, 1, 9, 2}));
 }
 
 TEST(CursorList, InsertBeforeInTheMiddleTakesOverTheIndex) {
-  CursorList<int32_t> list;
-  Fill(list, 3);
+  Numbers list(3);
   list.Seek(1);
   list.InsertBefore(9);
-  EXPECT_EQ(list.CursorIndex(), 1);
-  EXPECT_EQ(list.Current(), 9);
+  EXPECT_EQ(CursorOf(list), Place(1, 9));
   EXPECT_EQ(Elements(list), Ints({0, 9, 1, 2}));
 }
 
 TEST(CursorList, RemovingTheTailMovesTheCursorToTheNewTail) {
-  CursorList<int32_t> list;
-  Fill(list, 3);
+  Numbers list(3);
   list.SeekLast();
   EXPECT_TRUE(list.RemoveCurrent());
-  EXPECT_EQ(list.CursorIndex(), 1);
-  EXPECT_EQ(list.Current(), 1);
+  EXPECT_EQ(CursorOf(list), Place(1, 1));
   EXPECT_EQ(Elements(list), Ints({0, 1}));
 }
 
 TEST(CursorList, RemovingAMiddleElementLeavesTheCursorOnTheSuccessor) {
-  CursorList<int32_t> list;
-  Fill(list, 4);
+  Numbers list(4);
   list.Seek(1);
   EXPECT_TRUE(list.RemoveCurrent());
-  EXPECT_EQ(list.CursorIndex(), 1);
-  EXPECT_EQ(list.Current(), 2);
+  EXPECT_EQ(CursorOf(list), Place(1, 2));
   EXPECT_EQ(Elements(list), Ints({0, 2, 3}));
 }
 
 TEST(CursorList, RemovingTheHeadLeavesTheCursorOnTheNewHead) {
-  CursorList<int32_t> list;
-  Fill(list, 3);
+  Numbers list(3);
   list.SeekFirst();
   EXPECT_TRUE(list.RemoveCurrent());
-  EXPECT_EQ(list.CursorIndex(), 0);
-  EXPECT_EQ(list.Current(), 1);
+  EXPECT_EQ(CursorOf(list), Place(0, 1));
   EXPECT_EQ(Elements(list), Ints({1, 2}));
 }
 
@@ -310,8 +276,7 @@ TEST(CursorList, ListThatLostItsOnlyElementWorksAsANewOne) {
     list.InsertAfter(1);
     EXPECT_TRUE(list.RemoveCurrent());
     EXPECT_EQ(list.Count(), 0);
-    EXPECT_EQ(list.CursorIndex(), 0);
-    EXPECT_EQ(list.Current(), 0);
+    EXPECT_EQ(CursorOf(list), Place(0, 0));
     EXPECT_FALSE(list.SeekFirst());
     EXPECT_FALSE(list.SeekLast());
     if (after) {
@@ -326,13 +291,11 @@ TEST(CursorList, ListThatLostItsOnlyElementWorksAsANewOne) {
 
 TEST(CursorList, RemoveAllFreesNodesFromAnyCursor) {
   for (int32_t at = 0; at < 5; ++at) {
-    CursorList<int32_t> list;
-    Fill(list, 5);
+    Numbers list(5);
     list.Seek(at);
     list.RemoveAll();
     EXPECT_EQ(list.Count(), 0);
-    EXPECT_EQ(list.CursorIndex(), 0);
-    EXPECT_EQ(list.Current(), 0);
+    EXPECT_EQ(CursorOf(list), Place(0, 0));
     list.InsertAfter(3);
     EXPECT_EQ(Elements(list), Ints({3}));
   }
@@ -350,33 +313,27 @@ TEST(CursorList, ElementsAreNotOwned) {
 }
 
 TEST(CursorList, FindStartsAtTheCursorInclusive) {
-  CursorList<int32_t> list;
-  Fill(list, 5);
+  Numbers list(5);
   list.Seek(2);
   EXPECT_EQ(list.Find(2), 2);
   EXPECT_EQ(list.Find(4), 4);
-  EXPECT_EQ(list.CursorIndex(), 4);
-  EXPECT_EQ(list.Current(), 4);
+  EXPECT_EQ(CursorOf(list), Place(4, 4));
 }
 
 TEST(CursorList, FindDoesNotLookAheadOfTheCursor) {
-  CursorList<int32_t> list;
-  Fill(list, 5);
+  Numbers list(5);
   list.Seek(3);
   EXPECT_EQ(list.Find(2), -1);
-  EXPECT_EQ(list.CursorIndex(), 3);
-  EXPECT_EQ(list.Current(), 3);
+  EXPECT_EQ(CursorOf(list), Place(3, 3));
   list.SeekFirst();
   EXPECT_EQ(list.Find(2), 2);
 }
 
 TEST(CursorList, FindWithoutAMatchKeepsTheCursor) {
-  CursorList<int32_t> list;
-  Fill(list, 3);
+  Numbers list(3);
   list.Seek(1);
   EXPECT_EQ(list.Find(77), -1);
-  EXPECT_EQ(list.CursorIndex(), 1);
-  EXPECT_EQ(list.Current(), 1);
+  EXPECT_EQ(CursorOf(list), Place(1, 1));
 }
 
 TEST(CursorList, FindGivesTheFirstOfEqualElements) {
@@ -399,8 +356,7 @@ TEST(CursorList, FindComparesPointersNotWhatTheyPointAt) {
 }
 
 TEST(CursorList, SlotChangesTheElementInPlace) {
-  CursorList<int32_t> list;
-  Fill(list, 3);
+  Numbers list(3);
   list.Seek(1);
   *list.CurrentSlot() = 42;
   EXPECT_EQ(Elements(list), Ints({0, 42, 2}));

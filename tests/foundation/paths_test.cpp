@@ -57,30 +57,11 @@ TEST(Paths, ExtensionBeginsAtTheLastDotOfTheName) {
 
 TEST(Paths, SecondByteOfACharacterIsNoSeparatorAndNoDot) {
   EXPECT_EQ(Split("C:\\\x83\x5c.cut"), "C:|\\|\x83\x5c|.cut");
-  EXPECT_EQ(Split("C:\\a\x95\x5c"
-                  "b\\c.cut"),
-            "C:|\\a\x95\x5c"
-            "b\\|c|.cut");
-  EXPECT_EQ(Split("a\x83\x2e"
-                  "b"),
-            "||a\x83\x2e"
-            "b|");
-  EXPECT_EQ(Split("a\xe0\x5c"
-                  "b.c"),
-            "||a\xe0\x5c"
-            "b|.c");
-  EXPECT_EQ(Split("a\xfc\x5c"
-                  "b.c"),
-            "||a\xfc\x5c"
-            "b|.c");
-  EXPECT_EQ(Split("a\x81\x5c"
-                  "b.c"),
-            "||a\x81\x5c"
-            "b|.c");
-  EXPECT_EQ(Split("a\x9f\x5c"
-                  "b.c"),
-            "||a\x9f\x5c"
-            "b|.c");
+  for (const std::string lead : {"\x81", "\x83", "\x95", "\x9f", "\xe0", "\xfc"}) {
+    EXPECT_EQ(Split("C:\\a" + lead + "\\b\\c.cut"), "C:|\\a" + lead + "\\b\\|c|.cut");
+    EXPECT_EQ(Split("a" + lead + "\\b.c"), "||a" + lead + "\\b|.c");
+    EXPECT_EQ(Split("a" + lead + ".b"), "||a" + lead + ".b|");
+  }
 }
 
 TEST(Paths, SingleBytesOutsideTheLeadRangesDoNotHideASeparator) {

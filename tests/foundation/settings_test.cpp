@@ -59,43 +59,29 @@ std::string Text(const SettingKey& key) {
 
 using Lines = std::vector<std::string>;
 
-const SettingKey* const kAllKeys[] = {&settings::kFont,
-                                      &settings::kBrush,
-                                      &settings::kFilm,
-                                      &settings::kNewCutWidth,
-                                      &settings::kNewCutHeight,
-                                      &settings::kNewCutFps,
-                                      &settings::kNewCutAntialias,
-                                      &settings::kNewCutCredit,
-                                      &settings::kNewFilmWidth,
-                                      &settings::kNewFilmHeight,
-                                      &settings::kNewFilmTitle,
-                                      &settings::kNewFilmAuthor,
-                                      &settings::kPasteTransparent,
-                                      &settings::kPasteTransparentColor};
+const struct {
+  const SettingKey* key;
+  const char* section;
+  const char* name;
+} kAllKeys[] = {{&settings::kFont, "setup", "font"},
+                {&settings::kBrush, "setup", "brush"},
+                {&settings::kFilm, "setup", "film"},
+                {&settings::kNewCutWidth, "OnNewCut", "width"},
+                {&settings::kNewCutHeight, "OnNewCut", "height"},
+                {&settings::kNewCutFps, "OnNewCut", "fps"},
+                {&settings::kNewCutAntialias, "OnNewCut", "anti"},
+                {&settings::kNewCutCredit, "OnNewCut", "credit"},
+                {&settings::kNewFilmWidth, "OnNewFilm", "width"},
+                {&settings::kNewFilmHeight, "OnNewFilm", "height"},
+                {&settings::kNewFilmTitle, "OnNewFilm", "title"},
+                {&settings::kNewFilmAuthor, "OnNewFilm", "author"},
+                {&settings::kPasteTransparent, "OnClipTrans", "Flag"},
+                {&settings::kPasteTransparentColor, "OnClipTrans", "RGB"}};
 
 TEST(Settings, SectionsAndKeysHaveTheirNames) {
-  const struct {
-    const SettingKey& setting;
-    const char* section;
-    const char* key;
-  } rows[] = {{settings::kFont, "setup", "font"},
-              {settings::kBrush, "setup", "brush"},
-              {settings::kFilm, "setup", "film"},
-              {settings::kNewCutWidth, "OnNewCut", "width"},
-              {settings::kNewCutHeight, "OnNewCut", "height"},
-              {settings::kNewCutFps, "OnNewCut", "fps"},
-              {settings::kNewCutAntialias, "OnNewCut", "anti"},
-              {settings::kNewCutCredit, "OnNewCut", "credit"},
-              {settings::kNewFilmWidth, "OnNewFilm", "width"},
-              {settings::kNewFilmHeight, "OnNewFilm", "height"},
-              {settings::kNewFilmTitle, "OnNewFilm", "title"},
-              {settings::kNewFilmAuthor, "OnNewFilm", "author"},
-              {settings::kPasteTransparent, "OnClipTrans", "Flag"},
-              {settings::kPasteTransparentColor, "OnClipTrans", "RGB"}};
-  for (const auto& row : rows) {
-    EXPECT_STREQ(row.setting.section, row.section);
-    EXPECT_STREQ(row.setting.key, row.key);
+  for (const auto& row : kAllKeys) {
+    EXPECT_STREQ(row.key->section, row.section);
+    EXPECT_STREQ(row.key->key, row.name);
   }
 }
 
@@ -292,8 +278,8 @@ TEST(Settings, NumbersAreWrittenAsDecimals) {
 
 TEST(Settings, EveryKeyReadsBackWhatWasWritten) {
   SettingsFile file;
-  for (const SettingKey* key : kAllKeys) WriteSettingText(*key, (std::string("value of ") + key->key).c_str());
-  for (const SettingKey* key : kAllKeys) EXPECT_EQ(Text(*key), std::string("value of ") + key->key);
+  for (const auto& row : kAllKeys) WriteSettingText(*row.key, (std::string("value of ") + row.name).c_str());
+  for (const auto& row : kAllKeys) EXPECT_EQ(Text(*row.key), std::string("value of ") + row.name);
 }
 
 TEST(Settings, ShiftJisTextReadsBackByteForByte) {
@@ -411,11 +397,11 @@ TEST(Settings, RandomBytesNeverDisturb) {
       }
     }
     WriteFile(file.path, bytes);
-    for (const SettingKey* key : kAllKeys) {
-      ReadSettingNumber(*key);
+    for (const auto& row : kAllKeys) {
+      ReadSettingNumber(*row.key);
       char text[80];
       std::fill_n(text, sizeof(text), 'x');
-      ReadSettingText(*key, text, sizeof(text));
+      ReadSettingText(*row.key, text, sizeof(text));
       EXPECT_NE(std::find(text, text + sizeof(text), '\0'), text + sizeof(text));
     }
     WriteSettingNumber(settings::kNewCutWidth, round);

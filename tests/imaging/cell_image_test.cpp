@@ -311,6 +311,14 @@ TEST(AdjustTone, PixelsWithoutAToneGiveZero) {
 
 // Composite.
 
+// What a copy of the whole source makes of the destination.
+std::string Composed(const OwnedImage& source, const OwnedImage& destination, int32_t flags, uint32_t destMask,
+                     uint32_t sourceMask) {
+  EXPECT_TRUE(destination->Composite({0, 0}, source.get(), {0, 0, source->width, source->height},
+                                     {.flags = flags, .destMask = destMask, .sourceMask = sourceMask}));
+  return Picture(*destination);
+}
+
 // All 16 indices of a cell over one destination value each.
 std::string KeyedRow(int32_t destinationValue, int32_t flags) {
   OwnedImage source = ImageOf(true, ".123456789abcdef\n");
@@ -321,41 +329,26 @@ std::string KeyedRow(int32_t destinationValue, int32_t flags) {
 }
 
 TEST_P(EachClass, PlainCopyWritesEveryPixelAsItIs) {
-  OwnedImage source = ImageOf(true, ".1be\nc.84\n");
-  OwnedImage destination = MakeImage(Packed(), 4, 2);
-  destination->Fill(2);
-  EXPECT_TRUE(destination->Composite(0, 0, source.get(), 0, 0, 4, 2, 0, 0, 0, nullptr));
-  EXPECT_EQ(Picture(*destination), ".1be\nc.84\n");
+  EXPECT_EQ(Composed(ImageOf(true, ".1be\nc.84\n"), ImageOf(Packed(), "2222\n2222\n"), 0, 0, 0), ".1be\nc.84\n");
 }
 
 TEST_P(EachClass, PaleFlagAloneIsStillAPlainCopy) {
-  OwnedImage source = ImageOf(true, ".1be\n");
-  OwnedImage destination = MakeImage(Packed(), 4, 1);
-  destination->Fill(2);
-  EXPECT_TRUE(destination->Composite(0, 0, source.get(), 0, 0, 4, 1, kPale, 0, 0, nullptr));
-  EXPECT_EQ(Picture(*destination), ".1be\n");
+  EXPECT_EQ(Composed(ImageOf(true, ".1be\n"), ImageOf(Packed(), "2222\n"), kPale, 0, 0), ".1be\n");
 }
 
 TEST_P(EachClass, PlainCopyWithMasksProtectsByDestinationAndBySource) {
-  OwnedImage source = ImageOf(Packed(), ".1234\n.1234\n");
-  OwnedImage destination = ImageOf(Packed(), "55555\n66666\n");
-  EXPECT_TRUE(destination->Composite(0, 0, source.get(), 0, 0, 5, 2, 0, 1u << 6, 1u << 3 | 1u, nullptr));
-  EXPECT_EQ(Picture(*destination), "51254\n66666\n");
+  EXPECT_EQ(
+      Composed(ImageOf(Packed(), ".1234\n.1234\n"), ImageOf(Packed(), "55555\n66666\n"), 0, 1u << 6, 1u << 3 | 1u),
+      "51254\n66666\n");
 }
 
 TEST_P(EachClass, PlainCopyWithMaskStillWritesIndexZero) {
-  OwnedImage source = ImageOf(Packed(), "...\n");
-  OwnedImage destination = ImageOf(Packed(), "123\n");
-  EXPECT_TRUE(destination->Composite(0, 0, source.get(), 0, 0, 3, 1, 0, 1u << 2, 0, nullptr));
-  EXPECT_EQ(Picture(*destination), ".2.\n");
+  EXPECT_EQ(Composed(ImageOf(Packed(), "...\n"), ImageOf(Packed(), "123\n"), 0, 1u << 2, 0), ".2.\n");
 }
 
 TEST_P(EachClass, KeyedCopyLeavesTheDestinationUnderIndexZero) {
-  OwnedImage source = ImageOf(true, ".1.5.\n.....\n4...4\n");
-  OwnedImage destination = MakeImage(Packed(), 5, 3);
-  destination->Fill(9);
-  EXPECT_TRUE(destination->Composite(0, 0, source.get(), 0, 0, 5, 3, kKeyed, 0, 0, nullptr));
-  EXPECT_EQ(Picture(*destination), "91959\n99999\n49994\n");
+  EXPECT_EQ(Composed(ImageOf(true, ".1.5.\n.....\n4...4\n"), ImageOf(Packed(), "99999\n99999\n99999\n"), kKeyed, 0, 0),
+            "91959\n99999\n49994\n");
 }
 
 TEST(Composite, ToneMarksOverTransparentShowTheirMarkerColours) {
@@ -398,10 +391,9 @@ TEST(Composite, KeyedCopyOfIndexedSourceKeepsTheHigherIndices) {
 }
 
 TEST_P(EachClass, KeyedCopyWithMasksProtectsByDestinationAndBySource) {
-  OwnedImage source = ImageOf(Packed(), ".12b4\n.12b4\n");
-  OwnedImage destination = ImageOf(Packed(), "11111\n66666\n");
-  EXPECT_TRUE(destination->Composite(0, 0, source.get(), 0, 0, 5, 2, kKeyed, 1u << 6, 1u << 2, nullptr));
-  EXPECT_EQ(Picture(*destination), "11134\n66666\n");
+  EXPECT_EQ(
+      Composed(ImageOf(Packed(), ".12b4\n.12b4\n"), ImageOf(Packed(), "11111\n66666\n"), kKeyed, 1u << 6, 1u << 2),
+      "11134\n66666\n");
 }
 
 TEST(Composite, MaskBitIsTheIndexModulo32) {
@@ -414,20 +406,23 @@ TEST(Composite, MaskBitIsTheIndexModulo32) {
   EXPECT_EQ(destination->GetPixel(1, 0), 34);
 }
 
-TEST_P(EachClass, OutRectIsTheBoxOfTheInkInTheSource) {
-  OwnedImage source = ImageOf(Packed(), "........\n...1....\n........\n.....2..\n..3.....\n........\n");
-  OwnedImage destination = MakeImage(Packed(), 20, 20);
+// The box of the ink that a keyed copy of the whole source reports.
+Rect InkBox(const OwnedImage& source, const OwnedImage& destination, Point to) {
   Rect box = kUntouched;
-  EXPECT_TRUE(destination->Composite(7, 9, source.get(), 0, 0, 8, 6, kKeyed, 0, 0, &box));
-  EXPECT_EQ(box, (Rect{2, 1, 4, 4}));
+  EXPECT_TRUE(destination->Composite(to, source.get(), {0, 0, source->width, source->height},
+                                     {.flags = kKeyed, .inkBox = &box}));
+  return box;
+}
+
+TEST_P(EachClass, OutRectIsTheBoxOfTheInkInTheSource) {
+  EXPECT_EQ(InkBox(ImageOf(Packed(), "........\n...1....\n........\n.....2..\n..3.....\n........\n"),
+                   MakeImage(Packed(), 20, 20), {7, 9}),
+            (Rect{2, 1, 4, 4}));
 }
 
 TEST_P(EachClass, OutRectReachesTheEndOfABlockThatEndsInInk) {
-  OwnedImage source = ImageOf(Packed(), ".....\n..1..\n.....\n1...1\n");
-  OwnedImage destination = MakeImage(Packed(), 5, 4);
-  Rect box = kUntouched;
-  EXPECT_TRUE(destination->Composite(0, 0, source.get(), 0, 0, 5, 4, kKeyed, 0, 0, &box));
-  EXPECT_EQ(box, (Rect{0, 1, 5, 3}));
+  EXPECT_EQ(InkBox(ImageOf(Packed(), ".....\n..1..\n.....\n1...1\n"), MakeImage(Packed(), 5, 4), {0, 0}),
+            (Rect{0, 1, 5, 3}));
 }
 
 TEST_P(EachClass, OutRectCountsInkThatMasksAndPaleHoldBack) {
@@ -459,11 +454,7 @@ TEST_P(EachClass, OutRectIsZeroAfterAPlainCopy) {
 }
 
 TEST_P(EachClass, KeyedCopyWithoutInkGivesTrueAndAZeroOutRect) {
-  OwnedImage source = ImageOf(Packed(), "...\n...\n");
-  OwnedImage destination = MakeImage(Packed(), 3, 2);
-  Rect box = kUntouched;
-  EXPECT_TRUE(destination->Composite(0, 0, source.get(), 0, 0, 3, 2, kKeyed, 0, 0, &box));
-  EXPECT_EQ(box, Rect{});
+  EXPECT_EQ(InkBox(ImageOf(Packed(), "...\n...\n"), MakeImage(Packed(), 3, 2), {0, 0}), (Rect{}));
 }
 
 TEST_P(EachClass, SourceRectangleOutsideGivesFalseAndLeavesOutRect) {

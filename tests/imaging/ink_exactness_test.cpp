@@ -443,6 +443,17 @@ Rect AnyDirty(Random* random) {
 
 // ---- The comparisons.
 
+// Runs a check on random twins, which must still be equal afterwards.
+template <typename Check>
+void ForTwins(uint32_t seed, int32_t rounds, const Check& check) {
+  Random random(seed);
+  for (int32_t round = 0; round < rounds && !testing::Test::HasFatalFailure(); ++round) {
+    const Twins twins = AnyTwins(&random);
+    check(&random, twins);
+    ASSERT_TRUE(AreEqual(twins)) << "round " << round;
+  }
+}
+
 TEST(InkExactness, GrowRectEqualsItsRule) {
   Random random(1);
   for (int32_t round = 0; round < 20000; ++round) {
@@ -458,81 +469,68 @@ TEST(InkExactness, GrowRectEqualsItsRule) {
 }
 
 TEST(InkExactness, StampEqualsItsPlainForm) {
-  Random random(2);
-  for (int32_t round = 0; round < 6000; ++round) {
-    const Twins twins = AnyTwins(&random);
+  ForTwins(2, 6000, [](Random* random, const Twins& twins) {
     for (int32_t i = 0; i < 8; ++i) {
-      const PenSpec pen = AnyPen(&random, twins.isPacked);
-      const uint32_t mask = AnyMask(&random);
-      Rect real = AnyDirty(&random);
+      const PenSpec pen = AnyPen(random, twins.isPacked);
+      const uint32_t mask = AnyMask(random);
+      Rect real = AnyDirty(random);
       Rect plain = real;
-      int32_t x = random.Between(-6, twins.real->width + 6);
-      const int32_t y = random.Between(-6, twins.real->height + 6);
-      if (random.OneIn(50)) x = random.OneIn(2) ? kLowest : kHighest;
+      int32_t x = random->Between(-6, twins.real->width + 6);
+      const int32_t y = random->Between(-6, twins.real->height + 6);
+      if (random->OneIn(50)) x = random->OneIn(2) ? kLowest : kHighest;
       ASSERT_TRUE(twins.real->Stamp(x, y, pen, mask, &real));
       PlainStamp(twins.plain.get(), x, y, pen, mask, &plain);
-      ASSERT_EQ(real, plain) << round;
+      ASSERT_EQ(real, plain);
     }
-    ASSERT_TRUE(AreEqual(twins)) << round;
-  }
+  });
 }
 
 TEST(InkExactness, DrawLineEqualsItsPlainForm) {
-  Random random(3);
-  for (int32_t round = 0; round < 4000; ++round) {
-    const Twins twins = AnyTwins(&random);
+  ForTwins(3, 4000, [](Random* random, const Twins& twins) {
     for (int32_t i = 0; i < 3; ++i) {
-      PenSpec realPen = AnyPen(&random, twins.isPacked);
+      PenSpec realPen = AnyPen(random, twins.isPacked);
       PenSpec plainPen = realPen;
-      const uint32_t mask = AnyMask(&random);
-      Rect real = AnyDirty(&random);
+      const uint32_t mask = AnyMask(random);
+      Rect real = AnyDirty(random);
       Rect plain = real;
       const auto place = [&] {
-        return Point{random.Between(-20, twins.real->width + 20), random.Between(-20, twins.real->height + 20)};
+        return Point{random->Between(-20, twins.real->width + 20), random->Between(-20, twins.real->height + 20)};
       };
       const Point from = place();
       const Point to = place();
       twins.real->DrawLine(from.x, from.y, to.x, to.y, &realPen, mask, &real);
       PlainLine(twins.plain.get(), from.x, from.y, to.x, to.y, &plainPen, mask, &plain);
-      ASSERT_EQ(real, plain) << round;
-      ASSERT_EQ(realPen, plainPen) << round;
+      ASSERT_EQ(real, plain);
+      ASSERT_EQ(realPen, plainPen);
     }
-    ASSERT_TRUE(AreEqual(twins)) << round;
-  }
+  });
 }
 
 TEST(InkExactness, FillBoxEqualsItsPlainForm) {
-  Random random(4);
-  for (int32_t round = 0; round < 12000; ++round) {
-    const Twins twins = AnyTwins(&random);
-    const Rect box = AnyRect(&random, *twins.real);
-    const PenSpec pen = AnyPen(&random, twins.isPacked);
-    const uint32_t mask = AnyMask(&random);
+  ForTwins(4, 12000, [](Random* random, const Twins& twins) {
+    const Rect box = AnyRect(random, *twins.real);
+    const PenSpec pen = AnyPen(random, twins.isPacked);
+    const uint32_t mask = AnyMask(random);
     Bounds real = {-1, -2, -3, -4};
     Bounds plain = real;
     ASSERT_EQ(twins.real->FillBox(box.x, box.y, box.width, box.height, pen, mask, &real),
-              PlainFillBox(twins.plain.get(), box, pen, mask, &plain))
-        << round;
-    ASSERT_EQ(real, plain) << round;
-    ASSERT_TRUE(AreEqual(twins)) << round;
-  }
+              PlainFillBox(twins.plain.get(), box, pen, mask, &plain));
+    ASSERT_EQ(real, plain);
+  });
 }
 
 TEST(InkExactness, FillRectEqualsItsPlainForm) {
-  Random random(5);
-  for (int32_t round = 0; round < 6000; ++round) {
-    const Twins twins = AnyTwins(&random);
-    Rect rect = AnyRect(&random, *twins.real);
-    const int32_t value = random.Between(0, twins.isPacked ? 15 : 255);
+  ForTwins(5, 6000, [](Random* random, const Twins& twins) {
+    Rect rect = AnyRect(random, *twins.real);
+    const int32_t value = random->Between(0, twins.isPacked ? 15 : 255);
     const bool real = twins.real->FillRect(rect.x, rect.y, rect.width, rect.height, value);
-    ASSERT_EQ(real, PlainClip(*twins.plain, &rect, false)) << round;
+    ASSERT_EQ(real, PlainClip(*twins.plain, &rect, false));
     if (real && rect == Rect{0, 0, twins.plain->width, twins.plain->height}) {
       twins.plain->Fill(value);
     } else if (real) {
       PlainFillBox(twins.plain.get(), rect, {7, 0, 0, value}, 0, nullptr);
     }
-    ASSERT_TRUE(AreEqual(twins)) << round;
-  }
+  });
 }
 
 TEST(InkExactness, StampImageEqualsItsPlainForm) {
@@ -731,20 +729,17 @@ TEST(InkExactness, MosaicEqualsItsPlainForm) {
 }
 
 TEST(InkExactness, FlipsEqualTheirPlainForms) {
-  Random random(15);
-  for (int32_t round = 0; round < 8000; ++round) {
-    const Twins twins = AnyTwins(&random);
-    const Rect rect = AnyRect(&random, *twins.real);
-    const uint32_t mask = AnyMask(&random);
-    const bool vertical = random.OneIn(2);
+  ForTwins(15, 8000, [](Random* random, const Twins& twins) {
+    const Rect rect = AnyRect(random, *twins.real);
+    const uint32_t mask = AnyMask(random);
+    const bool vertical = random->OneIn(2);
     if (vertical) {
       ASSERT_TRUE(twins.real->FlipVertical(rect.x, rect.y, rect.width, rect.height, mask));
     } else {
       ASSERT_TRUE(twins.real->FlipHorizontal(rect.x, rect.y, rect.width, rect.height, mask));
     }
     PlainFlip(twins.plain.get(), rect, mask, vertical);
-    ASSERT_TRUE(AreEqual(twins)) << round;
-  }
+  });
 }
 
 TEST(InkExactness, CompositeAndOverlayEqualTheirPlainForms) {

@@ -30,22 +30,24 @@ Color Grey(int32_t level) {
   return {level, level, level};
 }
 
-Color BaseOf(NibbleBitmap& bitmap, int32_t index) {
+using ColorGetter = int32_t (NibbleBitmap::*)(int32_t, int32_t*, int32_t*, int32_t*);
+
+Color ColorOf(NibbleBitmap& bitmap, ColorGetter getter, int32_t index) {
   Color color{-1, -1, -1};
-  EXPECT_EQ(bitmap.GetBaseColor(index, &color.red, &color.green, &color.blue), 1);
+  EXPECT_EQ((bitmap.*getter)(index, &color.red, &color.green, &color.blue), 1);
   return color;
+}
+
+Color BaseOf(NibbleBitmap& bitmap, int32_t index) {
+  return ColorOf(bitmap, &NibbleBitmap::GetBaseColor, index);
 }
 
 Color FrontOf(NibbleBitmap& bitmap, int32_t index) {
-  Color color{-1, -1, -1};
-  EXPECT_EQ(bitmap.GetFrontColor(index, &color.red, &color.green, &color.blue), 1);
-  return color;
+  return ColorOf(bitmap, &NibbleBitmap::GetFrontColor, index);
 }
 
 Color BackOf(NibbleBitmap& bitmap, int32_t index) {
-  Color color{-1, -1, -1};
-  EXPECT_EQ(bitmap.GetBackColor(index, &color.red, &color.green, &color.blue), 1);
-  return color;
+  return ColorOf(bitmap, &NibbleBitmap::GetBackColor, index);
 }
 
 Color EntryOf(const NibbleBitmap& bitmap, int32_t byte) {
@@ -307,18 +309,18 @@ TEST(PlaneBitmap, GetMixColorTakesTheBackNumberFirst) {
   }
 }
 
-TEST(PlaneBitmap, FourLevels) {
-  const int32_t ramp[] = {0, 85, 170, 255};
+void ExpectRamp(const std::vector<int32_t>& ramp) {
   NibbleBitmap bitmap;
-  bitmap.SetLevels(4);
-  for (int32_t i = 0; i < 4; ++i) EXPECT_EQ(BaseOf(bitmap, i), Grey(ramp[i])) << i;
+  bitmap.SetLevels(static_cast<int32_t>(ramp.size()));
+  for (size_t i = 0; i < ramp.size(); ++i) EXPECT_EQ(BaseOf(bitmap, static_cast<int32_t>(i)), Grey(ramp[i])) << i;
+}
+
+TEST(PlaneBitmap, FourLevels) {
+  ExpectRamp({0, 85, 170, 255});
 }
 
 TEST(PlaneBitmap, ThirteenLevelsSpendTheRemainderFirst) {
-  const int32_t ramp[] = {0, 22, 44, 66, 87, 108, 129, 150, 171, 192, 213, 234, 255};
-  NibbleBitmap bitmap;
-  bitmap.SetLevels(13);
-  for (int32_t i = 0; i < 13; ++i) EXPECT_EQ(BaseOf(bitmap, i), Grey(ramp[i])) << i;
+  ExpectRamp({0, 22, 44, 66, 87, 108, 129, 150, 171, 192, 213, 234, 255});
 }
 
 TEST(PlaneBitmap, EntriesAboveTheRampKeepWhatTheyHeld) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -38,6 +39,27 @@ inline int32_t CountOf(CellImage* image, int32_t value) {
 template <typename Image>
 class OnBothImages : public testing::Test {
  protected:
+  // Images that live as long as the test.
+  Image& New(int32_t width, int32_t height, int32_t fill = 0) {
+    images.push_back(std::make_unique<Image>());
+    Make(images.back().get(), width, height, fill);
+    return *images.back();
+  }
+
+  Image& Drawn(const Rows& rows) {
+    images.push_back(std::make_unique<Image>());
+    Draw(images.back().get(), rows);
+    return *images.back();
+  }
+
+  // An operation that gives true and turns one picture into another.
+  template <typename Operation>
+  void ExpectChange(const Rows& before, const Rows& after, const Operation& operation) {
+    Image& image = Drawn(before);
+    EXPECT_TRUE(operation(image));
+    EXPECT_EQ(Picture(&image), after);
+  }
+
   static void Make(Image* image, int32_t width, int32_t height, int32_t fill = 0) {
     ASSERT_TRUE(image->Resize(width, height, fill));
   }
@@ -50,6 +72,9 @@ class OnBothImages : public testing::Test {
       }
     }
   }
+
+ private:
+  std::vector<std::unique_ptr<Image>> images;
 };
 
 using Images = testing::Types<PackedImage, IndexedImage>;

@@ -114,16 +114,14 @@ class Raster : public OnBothImages<Image> {
 TYPED_TEST_SUITE(Raster, Images);
 
 TYPED_TEST(Raster, StampWithFinestPenSetsOnePixel) {
-  TypeParam image;
-  this->Make(&image, 21, 20);
+  TypeParam& image = this->New(21, 20);
   EXPECT_TRUE(image.Stamp(10, 10, kFinest, 0, nullptr));
   EXPECT_EQ(image.GetPixel(10, 10), 2);
   EXPECT_EQ(CountOf(&image, 0), 21 * 20 - 1);
 }
 
 TYPED_TEST(Raster, StampWithWidestSquareCoversEightByEight) {
-  TypeParam image;
-  this->Make(&image, 20, 20);
+  TypeParam& image = this->New(20, 20);
   image.Stamp(10, 10, kWide, 0, nullptr);
   for (int32_t y = 0; y < 20; y++) {
     for (int32_t x = 0; x < 20; x++) {
@@ -135,8 +133,7 @@ TYPED_TEST(Raster, StampWithWidestSquareCoversEightByEight) {
 
 TYPED_TEST(Raster, StampPrintsTheFootprintOfEachShape) {
   for (int32_t shape = 0; shape < 15; shape++) {
-    TypeParam image;
-    this->Make(&image, 12, 13);
+    TypeParam& image = this->New(12, 13);
     image.Stamp(6, 6, {shape, 0, 0, 3}, 0, nullptr);
     for (int32_t y = 0; y < 13; y++) {
       for (int32_t x = 0; x < 12; x++) {
@@ -148,8 +145,7 @@ TYPED_TEST(Raster, StampPrintsTheFootprintOfEachShape) {
 }
 
 TYPED_TEST(Raster, StampNearACornerSetsOnlyThePixelsInside) {
-  TypeParam image;
-  this->Make(&image, 9, 7);
+  TypeParam& image = this->New(9, 7);
   image.Stamp(-2, -3, kWide, 0, nullptr);
   EXPECT_EQ(Picture(&image),
             (Rows{"22.......", ".........", ".........", ".........", ".........", ".........", "........."}));
@@ -160,8 +156,7 @@ TYPED_TEST(Raster, StampNearACornerSetsOnlyThePixelsInside) {
 }
 
 TYPED_TEST(Raster, StampFarOutsideSetsNothing) {
-  TypeParam image;
-  this->Make(&image, 9, 9);
+  TypeParam& image = this->New(9, 9);
   for (const int32_t x : {kLowest, -4, 13, kHighest}) {
     for (const int32_t y : {kLowest, -4, 13, kHighest}) image.Stamp(x, y, kWide, 0, nullptr);
   }
@@ -169,8 +164,7 @@ TYPED_TEST(Raster, StampFarOutsideSetsNothing) {
 }
 
 TYPED_TEST(Raster, StampLeavesMaskedPixels) {
-  TypeParam image;
-  this->Make(&image, 8, 8);
+  TypeParam& image = this->New(8, 8);
   image.SetPixel(3, 3, 8);
   image.SetPixel(4, 4, 1);
   image.Stamp(4, 4, kWide, 1U << 8, nullptr);
@@ -179,8 +173,7 @@ TYPED_TEST(Raster, StampLeavesMaskedPixels) {
 }
 
 TYPED_TEST(Raster, StampUnderTheMaskOfTransparentDrawsOverInkOnly) {
-  TypeParam image;
-  this->Make(&image, 8, 8);
+  TypeParam& image = this->New(8, 8);
   image.SetPixel(3, 3, 8);
   image.Stamp(4, 4, kWide, 1, nullptr);
   EXPECT_EQ(image.GetPixel(3, 3), 2);
@@ -188,8 +181,7 @@ TYPED_TEST(Raster, StampUnderTheMaskOfTransparentDrawsOverInkOnly) {
 }
 
 TYPED_TEST(Raster, StampGrowsTheDirtyRectangleEvenOutside) {
-  TypeParam image;
-  this->Make(&image, 8, 8);
+  TypeParam& image = this->New(8, 8);
   Rect rect;
   image.Stamp(-20, 5, kFinest, 0, &rect);
   EXPECT_EQ(rect, (Rect{-24, 1, 8, 8}));
@@ -197,8 +189,7 @@ TYPED_TEST(Raster, StampGrowsTheDirtyRectangleEvenOutside) {
 
 TYPED_TEST(Raster, ToneIsTheNumberOfPixelsOfTheFirstColour) {
   for (int32_t tone = 0; tone < 16; tone++) {
-    TypeParam image;
-    this->Make(&image, 8, 4);
+    TypeParam& image = this->New(8, 4);
     image.FillBox(0, 0, 8, 4, {7, tone, 3, 4}, 0, nullptr);
     EXPECT_EQ(CountOf(&image, 3), 2 * tone) << tone;
     EXPECT_EQ(CountOf(&image, 4), 2 * (16 - tone)) << tone;
@@ -206,34 +197,28 @@ TYPED_TEST(Raster, ToneIsTheNumberOfPixelsOfTheFirstColour) {
 }
 
 TYPED_TEST(Raster, ToneZeroIsPlainSecondColour) {
-  TypeParam image;
-  this->Make(&image, 8, 8);
+  TypeParam& image = this->New(8, 8);
   image.Stamp(4, 4, {0, 0, 3, 4}, 0, nullptr);
   EXPECT_EQ(CountOf(&image, 4), 64);
 }
 
 TYPED_TEST(Raster, ToneEightIsAnEvenMixture) {
-  TypeParam image;
-  this->Make(&image, 4, 4);
+  TypeParam& image = this->New(4, 4);
   image.FillBox(0, 0, 4, 4, {7, 8, 3, 4}, 0, nullptr);
   EXPECT_EQ(Picture(&image), (Rows{"4343", "3434", "4343", "3434"}));
 }
 
 TYPED_TEST(Raster, ToneNineIsToneSevenWithTheColoursSwapped) {
-  TypeParam nine;
-  TypeParam seven;
-  this->Make(&nine, 4, 4);
-  this->Make(&seven, 4, 4);
+  TypeParam& nine = this->New(4, 4);
+  TypeParam& seven = this->New(4, 4);
   nine.FillBox(0, 0, 4, 4, {7, 9, 3, 4}, 0, nullptr);
   seven.FillBox(0, 0, 4, 4, {7, 7, 4, 3}, 0, nullptr);
   EXPECT_EQ(Picture(&nine), Picture(&seven));
 }
 
 TYPED_TEST(Raster, DitherOfTwoStrokesLinesUp) {
-  TypeParam apart;
-  TypeParam whole;
-  this->Make(&apart, 20, 12);
-  this->Make(&whole, 20, 12);
+  TypeParam& apart = this->New(20, 12);
+  TypeParam& whole = this->New(20, 12);
   const PenSpec pen = {0, 5, 2, 3};
   apart.Stamp(5, 5, pen, 0, nullptr);
   apart.Stamp(10, 7, pen, 0, nullptr);
@@ -249,8 +234,7 @@ TYPED_TEST(Raster, DitherOfTwoStrokesLinesUp) {
 }
 
 TYPED_TEST(Raster, DrawLineTurnsSolidBlackIntoLineBlack) {
-  TypeParam image;
-  this->Make(&image, 10, 3);
+  TypeParam& image = this->New(10, 3);
   PenSpec pen = {7, 0, 0, 1};
   EXPECT_TRUE(image.DrawLine(1, 1, 8, 1, &pen, 0, nullptr));
   EXPECT_EQ(Picture(&image)[1], ".88888888.");
@@ -260,8 +244,7 @@ TYPED_TEST(Raster, DrawLineTurnsSolidBlackIntoLineBlack) {
 }
 
 TYPED_TEST(Raster, DrawLineKeepsTheBlackOfADither) {
-  TypeParam image;
-  this->Make(&image, 8, 8);
+  TypeParam& image = this->New(8, 8);
   PenSpec pen = {0, 8, 3, 1};
   image.DrawLine(4, 4, 4, 4, &pen, 0, nullptr);
   EXPECT_EQ(CountOf(&image, 1), 32);
@@ -270,8 +253,7 @@ TYPED_TEST(Raster, DrawLineKeepsTheBlackOfADither) {
 
 TYPED_TEST(Raster, DrawLineKeepsOtherSolidColours) {
   for (const int32_t color : {0, 2, 3, 4, 5, 9, 10, 11, 14}) {
-    TypeParam image;
-    this->Make(&image, 3, 3, 1);
+    TypeParam& image = this->New(3, 3, 1);
     PenSpec pen = {7, 0, 1, color};
     image.DrawLine(1, 1, 1, 1, &pen, 0, nullptr);
     EXPECT_EQ(image.GetPixel(1, 1), color);
@@ -280,8 +262,7 @@ TYPED_TEST(Raster, DrawLineKeepsOtherSolidColours) {
 }
 
 TYPED_TEST(Raster, DrawLineLeavesAPenOfLineBlackWithBlack) {
-  TypeParam image;
-  this->Make(&image, 3, 3);
+  TypeParam& image = this->New(3, 3);
   PenSpec solid = {7, 0, 0, 8};
   image.DrawLine(1, 1, 1, 1, &solid, 0, nullptr);
   EXPECT_EQ(image.GetPixel(1, 1), 8);
@@ -292,8 +273,7 @@ TYPED_TEST(Raster, DrawLineLeavesAPenOfLineBlackWithBlack) {
 }
 
 TYPED_TEST(Raster, DrawLineStampsTheStartWithLineBlackToo) {
-  TypeParam image;
-  this->Make(&image, 3, 3);
+  TypeParam& image = this->New(3, 3);
   PenSpec pen = {7, 0, 0, 1};
   image.DrawLine(1, 1, 1, 1, &pen, 0, nullptr);
   EXPECT_EQ(CountOf(&image, 8), 1);
@@ -301,8 +281,7 @@ TYPED_TEST(Raster, DrawLineStampsTheStartWithLineBlackToo) {
 }
 
 TYPED_TEST(Raster, DrawLineGrowsTheDirtyRectangleByItsEndPoints) {
-  TypeParam image;
-  this->Make(&image, 40, 40);
+  TypeParam& image = this->New(40, 40);
   PenSpec pen = kFinest;
   Rect rect;
   image.DrawLine(10, 12, 30, 16, &pen, 0, &rect);
@@ -313,8 +292,7 @@ TYPED_TEST(Raster, DrawLineGrowsTheDirtyRectangleByItsEndPoints) {
 }
 
 TYPED_TEST(Raster, DrawLineHoldsTheMaskOverTheWholeWidth) {
-  TypeParam image;
-  this->Make(&image, 20, 9);
+  TypeParam& image = this->New(20, 9);
   for (int32_t y = 0; y < 9; y++) image.SetPixel(10, y, 9);
   PenSpec pen = kWide;
   image.DrawLine(0, 4, 19, 4, &pen, 1U << 9, nullptr);
@@ -374,8 +352,7 @@ TEST(LineSteps, DrawLineFromFarAwayTakesOnlyTheStepsNearTheImage) {
 }
 
 TYPED_TEST(Raster, DrawBoxRunsOnePixelBeyondItsBlock) {
-  TypeParam image;
-  this->Make(&image, 8, 8);
+  TypeParam& image = this->New(8, 8);
   PenSpec pen = kFinest;
   Rect rect;
   EXPECT_TRUE(image.DrawBox(2, 2, 3, 3, &pen, 0, &rect));
@@ -385,10 +362,8 @@ TYPED_TEST(Raster, DrawBoxRunsOnePixelBeyondItsBlock) {
 }
 
 TYPED_TEST(Raster, DrawBoxOfNegativeSizeRunsBack) {
-  TypeParam image;
-  TypeParam expected;
-  this->Make(&image, 10, 10);
-  this->Make(&expected, 10, 10);
+  TypeParam& image = this->New(10, 10);
+  TypeParam& expected = this->New(10, 10);
   PenSpec pen = kFinest;
   EXPECT_TRUE(image.DrawBox(5, 6, -3, -4, &pen, 0, nullptr));
   EXPECT_TRUE(expected.DrawBox(3, 3, 3, 4, &pen, 0, nullptr));
@@ -397,16 +372,14 @@ TYPED_TEST(Raster, DrawBoxOfNegativeSizeRunsBack) {
 }
 
 TYPED_TEST(Raster, DrawBoxClosesAlongTheEdgeWhereItIsCut) {
-  TypeParam image;
-  this->Make(&image, 6, 6);
+  TypeParam& image = this->New(6, 6);
   PenSpec pen = kFinest;
   EXPECT_TRUE(image.DrawBox(-4, -4, 7, 7, &pen, 0, nullptr));
   EXPECT_EQ(Picture(&image), (Rows{"2222..", "2..2..", "2..2..", "2222..", "......", "......"}));
 }
 
 TYPED_TEST(Raster, DrawBoxOutsideOrWithoutSizeDoesNothing) {
-  TypeParam image;
-  this->Make(&image, 6, 6);
+  TypeParam& image = this->New(6, 6);
   PenSpec pen = {7, 0, 0, 8};
   Rect rect;
   EXPECT_FALSE(image.DrawBox(6, 0, 3, 3, &pen, 0, &rect));
@@ -418,8 +391,7 @@ TYPED_TEST(Raster, DrawBoxOutsideOrWithoutSizeDoesNothing) {
 }
 
 TYPED_TEST(Raster, DrawBoxTakesHostileSizes) {
-  TypeParam image;
-  this->Make(&image, 6, 6);
+  TypeParam& image = this->New(6, 6);
   PenSpec pen = kFinest;
   EXPECT_TRUE(image.DrawBox(kHighest, kHighest, kLowest, kLowest, &pen, 0, nullptr));
   EXPECT_FALSE(image.DrawBox(kLowest, kLowest, kLowest, kLowest, &pen, 0, nullptr));
@@ -443,15 +415,13 @@ TEST(LineSteps, DrawBoxKeepsADitheredLineBlackForItsFirstLineOnly) {
 }
 
 TYPED_TEST(Raster, FillBoxOfNegativeSizeFillsTheNormalisedBox) {
-  TypeParam image;
-  this->Make(&image, 7, 6);
+  TypeParam& image = this->New(7, 6);
   EXPECT_TRUE(image.FillBox(5, 4, -3, -2, kFinest, 0, nullptr));
   EXPECT_EQ(Picture(&image), (Rows{".......", ".......", ".......", "...222.", "...222.", "......."}));
 }
 
 TYPED_TEST(Raster, FillBoxGivesLeftTopRightBottom) {
-  TypeParam image;
-  this->Make(&image, 10, 12);
+  TypeParam& image = this->New(10, 12);
   Bounds box = {1, 2, 3, 4};
   EXPECT_TRUE(image.FillBox(-2, 3, 6, 5, kFinest, 0, &box));
   EXPECT_EQ(box, (Bounds{0, 3, 4, 8}));
@@ -462,8 +432,7 @@ TYPED_TEST(Raster, FillBoxGivesLeftTopRightBottom) {
 }
 
 TYPED_TEST(Raster, FillBoxTakesHostileSizes) {
-  TypeParam image;
-  this->Make(&image, 5, 5);
+  TypeParam& image = this->New(5, 5);
   Bounds box;
   EXPECT_TRUE(image.FillBox(2, 2, kHighest, kHighest, kFinest, 0, &box));
   EXPECT_EQ(box, (Bounds{2, 2, 5, 5}));
@@ -498,8 +467,7 @@ TYPED_TEST(Raster, ClipRectCutsToTheImage) {
       {{kHighest, kHighest, kHighest, kHighest}, {}, false},
       {{kLowest, kLowest, kLowest, kLowest}, {}, false},
   };
-  TypeParam image;
-  this->Make(&image, 10, 8);
+  TypeParam& image = this->New(10, 8);
   for (const Case& one : cases) {
     Rect rect = one.in;
     EXPECT_EQ(image.ClipRect(&rect.x, &rect.y, &rect.width, &rect.height), one.result) << one.in.x << ", " << one.in.y;
@@ -510,8 +478,7 @@ TYPED_TEST(Raster, ClipRectCutsToTheImage) {
 }
 
 TYPED_TEST(Raster, FillRectWritesOneIndex) {
-  TypeParam image;
-  this->Make(&image, 6, 4, 8);
+  TypeParam& image = this->New(6, 4, 8);
   EXPECT_TRUE(image.FillRect(4, -1, 9, 3, 3));
   EXPECT_EQ(Picture(&image), (Rows{"888833", "888833", "888888", "888888"}));
   EXPECT_FALSE(image.FillRect(6, 0, 2, 2, 3));
@@ -519,8 +486,7 @@ TYPED_TEST(Raster, FillRectWritesOneIndex) {
 }
 
 TYPED_TEST(Raster, FillRectOfTheWholeImageFillsThePaddingToo) {
-  TypeParam image;
-  this->Make(&image, 5, 2);
+  TypeParam& image = this->New(5, 2);
   ASSERT_EQ(image.pitch, image.colors == 16 ? 4 : 8);
   EXPECT_TRUE(image.FillRect(-1, -1, 7, 4, 4));
   const uint8_t full = image.colors == 16 ? 0x44 : 0x04;
@@ -531,10 +497,8 @@ TYPED_TEST(Raster, FillRectOfTheWholeImageFillsThePaddingToo) {
 }
 
 TYPED_TEST(Raster, StampImageTestsTheMaskAgainstTheSource) {
-  TypeParam image;
-  TypeParam source;
-  this->Make(&image, 4, 1, 9);
-  this->Make(&source, 4, 1);
+  TypeParam& image = this->New(4, 1, 9);
+  TypeParam& source = this->New(4, 1);
   source.SetPixel(0, 0, 1);
   source.SetPixel(1, 0, 9);
   source.SetPixel(3, 0, 4);
@@ -546,10 +510,8 @@ TYPED_TEST(Raster, StampImageCountsTheRowOfTheToneFromTheColumnOfItsPlace) {
   const PenSpec pen = {7, 6, 2, 3};
   for (int32_t dx = 0; dx < 4; dx++) {
     for (int32_t dy = 0; dy < 4; dy++) {
-      TypeParam image;
-      TypeParam source;
-      this->Make(&image, 12, 12);
-      this->Make(&source, 8, 8, 1);
+      TypeParam& image = this->New(12, 12);
+      TypeParam& source = this->New(8, 8, 1);
       EXPECT_TRUE(image.StampImage(dx, dy, &source, 0, 0, 8, 8, pen, 0));
       for (int32_t i = 0; i < 8; i++) {
         for (int32_t j = 0; j < 8; j++) EXPECT_EQ(image.GetPixel(dx + i, dy + j), InkOf(pen, dx + i, dx + j));

@@ -24,10 +24,9 @@ TYPED_TEST_SUITE(Regions, Images);
 // FloodFill.
 
 TYPED_TEST(Regions, FloodFillFlowsAcrossSketchAndRemovesIt) {
-  TypeParam image;
-  this->Draw(&image, {"8888888", "8..5..8", "8..6..8", "8..7..8", "8888888"});
-  EXPECT_TRUE(image.FloodFill(1, 1, Plain(3), 0, nullptr));
-  EXPECT_EQ(Picture(&image), (Rows{"8888888", "8333338", "8333338", "8333338", "8888888"}));
+  this->ExpectChange({"8888888", "8..5..8", "8..6..8", "8..7..8", "8888888"},
+                     {"8888888", "8333338", "8333338", "8333338", "8888888"},
+                     [](TypeParam& image) { return image.FloodFill(1, 1, Plain(3), 0, nullptr); });
 }
 
 TYPED_TEST(Regions, FloodFillStopsAtLinesAndAnyOtherColour) {
@@ -42,86 +41,68 @@ TYPED_TEST(Regions, FloodFillStopsAtLinesAndAnyOtherColour) {
 }
 
 TYPED_TEST(Regions, FloodFillIsConnectedByFour) {
-  TypeParam image;
-  this->Draw(&image, {"..8", ".8.", "8.."});
-  EXPECT_TRUE(image.FloodFill(0, 0, Plain(2), 0, nullptr));
-  EXPECT_EQ(Picture(&image), (Rows{"228", "28.", "8.."}));
+  this->ExpectChange({"..8", ".8.", "8.."}, {"228", "28.", "8.."},
+                     [](TypeParam& image) { return image.FloodFill(0, 0, Plain(2), 0, nullptr); });
 }
 
 TYPED_TEST(Regions, FloodFillTakesTheConnectedPartOfAShadowBoundary) {
-  TypeParam image;
-  this->Draw(&image, {"...9...", "...9...", "8889888", "....99.", "9......"});
-  EXPECT_TRUE(image.FloodFill(0, 0, Plain(3), 0, nullptr));
-  EXPECT_EQ(Picture(&image), (Rows{"3333...", "3333...", "8883888", "....99.", "9......"}));
+  this->ExpectChange({"...9...", "...9...", "8889888", "....99.", "9......"},
+                     {"3333...", "3333...", "8883888", "....99.", "9......"},
+                     [](TypeParam& image) { return image.FloodFill(0, 0, Plain(3), 0, nullptr); });
 }
 
 TYPED_TEST(Regions, FloodFillTakesABoundaryAlongItsWholeRun) {
-  TypeParam image;
-  this->Draw(&image, {"..9....", "..999..", "8888988", "....9..", "99.a9.."});
-  EXPECT_TRUE(image.FloodFill(0, 0, Plain(3), 0, nullptr));
-  EXPECT_EQ(Picture(&image), (Rows{"333....", "33333..", "8888388", "....3..", "99.a3.."}));
+  this->ExpectChange({"..9....", "..999..", "8888988", "....9..", "99.a9.."},
+                     {"333....", "33333..", "8888388", "....3..", "99.a3.."},
+                     [](TypeParam& image) { return image.FloodFill(0, 0, Plain(3), 0, nullptr); });
 }
 
 TYPED_TEST(Regions, FloodFillTakesBoundariesOnEverySide) {
-  TypeParam image;
-  this->Draw(&image, {"8998", "a..9", "a..9", "8aa8"});
-  EXPECT_TRUE(image.FloodFill(1, 1, Plain(2), 0, nullptr));
-  EXPECT_EQ(Picture(&image), (Rows{"8228", "2222", "2222", "8228"}));
+  this->ExpectChange({"8998", "a..9", "a..9", "8aa8"}, {"8228", "2222", "2222", "8228"},
+                     [](TypeParam& image) { return image.FloodFill(1, 1, Plain(2), 0, nullptr); });
 }
 
 TYPED_TEST(Regions, FloodFillDoesNotFlowOnBehindABoundary) {
-  TypeParam image;
-  this->Draw(&image, {".9.", ".9.", ".9."});
-  EXPECT_TRUE(image.FloodFill(0, 1, Plain(2), 0, nullptr));
-  EXPECT_EQ(Picture(&image), (Rows{"22.", "22.", "22."}));
+  this->ExpectChange({".9.", ".9.", ".9."}, {"22.", "22.", "22."},
+                     [](TypeParam& image) { return image.FloodFill(0, 1, Plain(2), 0, nullptr); });
 }
 
 TYPED_TEST(Regions, FloodFillDoesNotPassFromOneBoundaryToAnother) {
-  TypeParam image;
-  this->Draw(&image, {".9a", ".88"});
-  EXPECT_TRUE(image.FloodFill(0, 0, Plain(2), 0, nullptr));
-  EXPECT_EQ(Picture(&image), (Rows{"22a", "288"}));
+  this->ExpectChange({".9a", ".88"}, {"22a", "288"},
+                     [](TypeParam& image) { return image.FloodFill(0, 0, Plain(2), 0, nullptr); });
 }
 
 TYPED_TEST(Regions, FloodFillStopsAtAMaskedBoundary) {
-  TypeParam image;
-  this->Draw(&image, {"8998", "a..9", "a..9", "8aa8"});
-  EXPECT_TRUE(image.FloodFill(1, 1, Plain(2), Bit(9), nullptr));
-  EXPECT_EQ(Picture(&image), (Rows{"8998", "2229", "2229", "8228"}));
+  this->ExpectChange({"8998", "a..9", "a..9", "8aa8"}, {"8998", "2229", "2229", "8228"},
+                     [](TypeParam& image) { return image.FloodFill(1, 1, Plain(2), Bit(9), nullptr); });
 }
 
 TYPED_TEST(Regions, FloodFillOverwritesSketchWhateverTheMask) {
-  TypeParam image;
-  this->Draw(&image, {".5.7."});
-  EXPECT_TRUE(image.FloodFill(0, 0, Plain(2), Bit(5) | Bit(6) | Bit(7), nullptr));
-  EXPECT_EQ(Picture(&image), (Rows{"22222"}));
+  this->ExpectChange({".5.7."}, {"22222"}, [](TypeParam& image) {
+    return image.FloodFill(0, 0, Plain(2), Bit(5) | Bit(6) | Bit(7), nullptr);
+  });
 }
 
 TYPED_TEST(Regions, FloodFillOfABoundaryCoversThatLineAlone) {
-  TypeParam image;
-  this->Draw(&image, {"..9..", "5.9a.", "..99."});
-  EXPECT_TRUE(image.FloodFill(2, 1, Plain(4), 0, nullptr));
-  EXPECT_EQ(Picture(&image), (Rows{"..4..", "5.4a.", "..44."}));
+  this->ExpectChange({"..9..", "5.9a.", "..99."}, {"..4..", "5.4a.", "..44."},
+                     [](TypeParam& image) { return image.FloodFill(2, 1, Plain(4), 0, nullptr); });
 }
 
 TYPED_TEST(Regions, FloodFillOfASketchPixelFillsTheTransparentArea) {
-  TypeParam image;
-  this->Draw(&image, {"8.....8", "8.667.8", "8..6..8", "8888888", "....6.."});
-  EXPECT_TRUE(image.FloodFill(3, 2, Plain(3), 0, nullptr));
-  EXPECT_EQ(Picture(&image), (Rows{"8333338", "8333338", "8333338", "8888888", "....6.."}));
+  this->ExpectChange({"8.....8", "8.667.8", "8..6..8", "8888888", "....6.."},
+                     {"8333338", "8333338", "8333338", "8888888", "....6.."},
+                     [](TypeParam& image) { return image.FloodFill(3, 2, Plain(3), 0, nullptr); });
 }
 
 TYPED_TEST(Regions, FloodFillOfASketchPixelObeysTheMaskOfTransparent) {
-  TypeParam image;
-  this->Draw(&image, {".6."});
+  TypeParam& image = this->Drawn({".6."});
   EXPECT_FALSE(image.FloodFill(1, 0, Plain(3), Bit(0), nullptr));
   EXPECT_TRUE(image.FloodFill(1, 0, Plain(3), Bit(6), nullptr));
   EXPECT_EQ(Picture(&image), (Rows{"333"}));
 }
 
 TYPED_TEST(Regions, FloodFillOfAMaskedSeedChangesNothing) {
-  TypeParam image;
-  this->Draw(&image, {"..8..", ".22.."});
+  TypeParam& image = this->Drawn({"..8..", ".22.."});
   Rect rect = {1, 2, 3, 4};
   EXPECT_FALSE(image.FloodFill(0, 0, Plain(3), Bit(0), &rect));
   EXPECT_FALSE(image.FloodFill(1, 1, Plain(3), Bit(2), &rect));
@@ -130,8 +111,7 @@ TYPED_TEST(Regions, FloodFillOfAMaskedSeedChangesNothing) {
 }
 
 TYPED_TEST(Regions, FloodFillOutsideDoesNothing) {
-  TypeParam image;
-  this->Make(&image, 3, 3);
+  TypeParam& image = this->New(3, 3);
   Rect rect;
   for (const int32_t outside : {kLowest, -1, 3, kHighest}) {
     EXPECT_FALSE(image.FloodFill(outside, 1, Plain(3), 0, &rect));
@@ -142,17 +122,13 @@ TYPED_TEST(Regions, FloodFillOutsideDoesNothing) {
 }
 
 TYPED_TEST(Regions, FloodFillWithTheSeedsOwnColourLeavesThePicture) {
-  TypeParam image;
-  this->Draw(&image, {"..2..", ".222.", "..2.."});
-  EXPECT_TRUE(image.FloodFill(2, 1, Plain(2), 0, nullptr));
-  EXPECT_EQ(Picture(&image), (Rows{"..2..", ".222.", "..2.."}));
+  this->ExpectChange({"..2..", ".222.", "..2.."}, {"..2..", ".222.", "..2.."},
+                     [](TypeParam& image) { return image.FloodFill(2, 1, Plain(2), 0, nullptr); });
 }
 
 TYPED_TEST(Regions, FloodFillDithersInImageCoordinates) {
-  TypeParam image;
-  TypeParam expected;
-  this->Make(&image, 9, 7);
-  this->Make(&expected, 9, 7);
+  TypeParam& image = this->New(9, 7);
+  TypeParam& expected = this->New(9, 7);
   const PenSpec pen = {14, 6, 0, 2};
   EXPECT_TRUE(image.FloodFill(4, 4, pen, 0, nullptr));
   expected.FillBox(0, 0, 9, 7, pen, 0, nullptr);
@@ -160,8 +136,7 @@ TYPED_TEST(Regions, FloodFillDithersInImageCoordinates) {
 }
 
 TYPED_TEST(Regions, FloodFillGrowsTheDirtyRectangleByItsRuns) {
-  TypeParam image;
-  this->Make(&image, 20, 20, 8);
+  TypeParam& image = this->New(20, 20, 8);
   image.FillRect(8, 9, 3, 1, 0);
   Rect rect;
   EXPECT_TRUE(image.FloodFill(9, 9, Plain(2), 0, &rect));
@@ -169,8 +144,7 @@ TYPED_TEST(Regions, FloodFillGrowsTheDirtyRectangleByItsRuns) {
 }
 
 TYPED_TEST(Regions, FloodFillEntersBoundariesBeforeItsOwnRun) {
-  TypeParam image;
-  this->Draw(&image, {"9.9"});
+  TypeParam& image = this->Drawn({"9.9"});
   Rect rect;
   EXPECT_TRUE(image.FloodFill(1, 0, Plain(2), 0, &rect));
   // The left boundary comes first, and grows the rectangle twice.
@@ -178,8 +152,7 @@ TYPED_TEST(Regions, FloodFillEntersBoundariesBeforeItsOwnRun) {
 }
 
 TYPED_TEST(Regions, FloodFillWithTheWorkMarkerComesToAnEnd) {
-  TypeParam image;
-  this->Draw(&image, {"..ff", "..ff"});
+  TypeParam& image = this->Drawn({"..ff", "..ff"});
   EXPECT_FALSE(image.FloodFill(2, 0, Plain(2), 0, nullptr));
   EXPECT_FALSE(image.FloodFill(0, 0, Plain(15), 0, nullptr));
   EXPECT_FALSE(image.FloodFill(0, 0, {7, 3, 15, 2}, 0, nullptr));
@@ -191,8 +164,7 @@ TYPED_TEST(Regions, FloodFillWithTheWorkMarkerComesToAnEnd) {
 
 TYPED_TEST(Regions, FloodFillFollowsASpiral) {
   constexpr int32_t kSize = 401;
-  TypeParam image;
-  this->Make(&image, kSize, kSize, 8);
+  TypeParam& image = this->New(kSize, kSize, 8);
   // Carved from the outside in; each arm is two shorter than the one before the last.
   int32_t x = 0;
   int32_t y = 0;
@@ -222,8 +194,7 @@ TYPED_TEST(Regions, FloodFillFollowsASpiral) {
 // GradientFill.
 
 TYPED_TEST(Regions, GradientFillRunsFromBlackToWhite) {
-  TypeParam image;
-  this->Make(&image, 60, 4);
+  TypeParam& image = this->New(60, 4);
   const PenSpec black = {7, 0, 0, 1};
   const PenSpec white = {7, 0, 3, 4};
   EXPECT_TRUE(image.GradientFill(6, 1, black, 54, 1, white, 0, nullptr));
@@ -240,21 +211,18 @@ TYPED_TEST(Regions, GradientFillRunsFromBlackToWhite) {
 TYPED_TEST(Regions, GradientFillFollowsTheLongerWay) {
   const PenSpec black = {7, 0, 0, 1};
   const PenSpec white = {7, 0, 3, 4};
-  TypeParam across;
-  this->Make(&across, 9, 9);
+  TypeParam& across = this->New(9, 9);
   across.GradientFill(0, 0, black, 8, 7, white, 0, nullptr);
   EXPECT_EQ(across.GetPixel(0, 8), 1);
   EXPECT_EQ(across.GetPixel(8, 0), 4);
-  TypeParam down;
-  this->Make(&down, 9, 9);
+  TypeParam& down = this->New(9, 9);
   down.GradientFill(0, 0, black, 7, 8, white, 0, nullptr);
   EXPECT_EQ(down.GetPixel(8, 0), 1);
   EXPECT_EQ(down.GetPixel(0, 8), 4);
 }
 
 TYPED_TEST(Regions, GradientFillOfATieRunsDown) {
-  TypeParam image;
-  this->Make(&image, 9, 9);
+  TypeParam& image = this->New(9, 9);
   image.GradientFill(0, 8, {7, 0, 0, 1}, 8, 0, {7, 0, 3, 4}, 0, nullptr);
   EXPECT_EQ(image.GetPixel(8, 8), 1);
   EXPECT_EQ(image.GetPixel(0, 0), 4);
@@ -262,54 +230,46 @@ TYPED_TEST(Regions, GradientFillOfATieRunsDown) {
 }
 
 TYPED_TEST(Regions, GradientFillWithoutWayKeepsTheStartLevel) {
-  TypeParam image;
-  TypeParam expected;
-  this->Make(&image, 9, 9);
-  this->Make(&expected, 9, 9);
+  TypeParam& image = this->New(9, 9);
+  TypeParam& expected = this->New(9, 9);
   EXPECT_TRUE(image.GradientFill(4, 4, {7, 3, 2, 3}, 4, 4, {7, 0, 3, 4}, 0, nullptr));
   expected.FillBox(0, 0, 9, 9, LevelToPen(29), 0, nullptr);
   EXPECT_EQ(Picture(&image), Picture(&expected));
 }
 
 TYPED_TEST(Regions, GradientFillBetweenEqualLevelsIsPlain) {
-  TypeParam image;
-  this->Make(&image, 9, 9);
+  TypeParam& image = this->New(9, 9);
   EXPECT_TRUE(image.GradientFill(1, 4, {7, 0, 1, 2}, 8, 4, {3, 0, 1, 2}, 0, nullptr));
   EXPECT_EQ(CountOf(&image, 2), 81);
 }
 
 TYPED_TEST(Regions, GradientFillTakesAPlainPenAsBlack) {
-  TypeParam image;
-  this->Make(&image, 9, 9);
+  TypeParam& image = this->New(9, 9);
   EXPECT_TRUE(image.GradientFill(1, 4, {7, 0, 0, 4}, 8, 4, {7, 0, 0, 3}, 0, nullptr));
   EXPECT_EQ(CountOf(&image, 1), 81);
 }
 
 TYPED_TEST(Regions, GradientFillClampsBelowBlack) {
-  TypeParam image;
-  this->Make(&image, 9, 1);
+  TypeParam& image = this->New(9, 1);
   EXPECT_TRUE(image.GradientFill(4, 0, {7, 0, 1, 2}, 8, 0, {7, 0, 3, 4}, 0, nullptr));
   EXPECT_EQ(Picture(&image)[0].substr(0, 3), "111");
 }
 
 TYPED_TEST(Regions, GradientFillTakesBoundariesEvenIfMasked) {
-  TypeParam image;
-  this->Draw(&image, {".9.", ".9.", "8a8"});
-  EXPECT_TRUE(image.GradientFill(0, 0, {7, 0, 1, 2}, 0, 1, {7, 0, 1, 2}, Bit(9), nullptr));
-  EXPECT_EQ(Picture(&image), (Rows{"22.", "22.", "8a8"}));
+  this->ExpectChange({".9.", ".9.", "8a8"}, {"22.", "22.", "8a8"}, [](TypeParam& image) {
+    return image.GradientFill(0, 0, {7, 0, 1, 2}, 0, 1, {7, 0, 1, 2}, Bit(9), nullptr);
+  });
 }
 
 TYPED_TEST(Regions, GradientFillTakesASketchSeedAsItIs) {
-  TypeParam image;
-  this->Draw(&image, {"..6..", ".567.", "..6.."});
+  TypeParam& image = this->Drawn({"..6..", ".567.", "..6.."});
   EXPECT_FALSE(image.GradientFill(2, 1, {7, 0, 1, 2}, 2, 2, {7, 0, 1, 2}, Bit(6), nullptr));
   EXPECT_TRUE(image.GradientFill(2, 1, {7, 0, 1, 2}, 2, 2, {7, 0, 1, 2}, Bit(0), nullptr));
   EXPECT_EQ(Picture(&image), (Rows{"..2..", ".222.", "..2.."}));
 }
 
 TYPED_TEST(Regions, GradientFillOutsideOrMaskedDoesNothing) {
-  TypeParam image;
-  this->Make(&image, 3, 3);
+  TypeParam& image = this->New(3, 3);
   Rect rect;
   EXPECT_FALSE(image.GradientFill(3, 0, Plain(1), 0, 0, Plain(2), 0, &rect));
   EXPECT_FALSE(image.GradientFill(0, -1, Plain(1), 0, 0, Plain(2), 0, &rect));
@@ -319,8 +279,7 @@ TYPED_TEST(Regions, GradientFillOutsideOrMaskedDoesNothing) {
 }
 
 TYPED_TEST(Regions, GradientFillTakesHostileEndPoints) {
-  TypeParam image;
-  this->Make(&image, 5, 5);
+  TypeParam& image = this->New(5, 5);
   EXPECT_TRUE(image.GradientFill(4, 4, {7, 0, 1, 2}, kLowest, kHighest, {7, 0, 3, 4}, 0, nullptr));
   EXPECT_EQ(CountOf(&image, 2), 25);
 }
@@ -328,16 +287,14 @@ TYPED_TEST(Regions, GradientFillTakesHostileEndPoints) {
 // EdgeFill.
 
 TYPED_TEST(Regions, EdgeFillWithTheFinestPenIsOnePixelThick) {
-  TypeParam image;
-  this->Draw(&image, {"8888888", "8.....8", "8.....8", "8.....8", "8.....8", "8888888"});
-  EXPECT_TRUE(image.EdgeFill(1, 1, 5, 4, Plain(3), 0));
-  EXPECT_EQ(Picture(&image), (Rows{"8888888", "8333338", "83...38", "83...38", "8333338", "8888888"}));
+  this->ExpectChange({"8888888", "8.....8", "8.....8", "8.....8", "8.....8", "8888888"},
+                     {"8888888", "8333338", "83...38", "83...38", "8333338", "8888888"},
+                     [](TypeParam& image) { return image.EdgeFill(1, 1, 5, 4, Plain(3), 0); });
 }
 
 TYPED_TEST(Regions, EdgeFillIsAsThickAsThePen) {
   for (int32_t shape = 0; shape < 15; shape++) {
-    TypeParam image;
-    this->Make(&image, 24, 24, 8);
+    TypeParam& image = this->New(24, 24, 8);
     image.FillRect(1, 1, 22, 22, 0);
     EXPECT_TRUE(image.EdgeFill(1, 1, 22, 22, {shape, 0, 0, 3}, 0));
     const int32_t thick = std::abs(shape - 7) + 1;
@@ -348,30 +305,24 @@ TYPED_TEST(Regions, EdgeFillIsAsThickAsThePen) {
 }
 
 TYPED_TEST(Regions, EdgeFillDrawsNoBorderAlongTheImagesEdge) {
-  TypeParam image;
-  this->Draw(&image, {"...8", "...8", "...8", "8888"});
-  EXPECT_TRUE(image.EdgeFill(-3, -3, 99, 99, Plain(3), 0));
-  EXPECT_EQ(Picture(&image), (Rows{"..38", "..38", "3338", "8888"}));
+  this->ExpectChange({"...8", "...8", "...8", "8888"}, {"..38", "..38", "3338", "8888"},
+                     [](TypeParam& image) { return image.EdgeFill(-3, -3, 99, 99, Plain(3), 0); });
 }
 
 TYPED_TEST(Regions, EdgeFillSeesNeighboursBeyondItsRectangle) {
-  TypeParam image;
-  this->Draw(&image, {"88888", "8...8", "8...8", "88888"});
+  TypeParam& image = this->Drawn({"88888", "8...8", "8...8", "88888"});
   EXPECT_TRUE(image.EdgeFill(2, 1, 1, 1, Plain(3), 0));
   EXPECT_TRUE(image.EdgeFill(1, 2, 2, 1, Plain(2), 0));
   EXPECT_EQ(Picture(&image), (Rows{"88888", "8.3.8", "822.8", "88888"}));
 }
 
 TYPED_TEST(Regions, EdgeFillTakesItsColourFromTheClippedCorner) {
-  TypeParam image;
-  this->Draw(&image, {"244", "444", "222"});
-  EXPECT_TRUE(image.EdgeFill(-5, -5, 20, 20, Plain(9), 0));
-  EXPECT_EQ(Picture(&image), (Rows{"944", "444", "999"}));
+  this->ExpectChange({"244", "444", "222"}, {"944", "444", "999"},
+                     [](TypeParam& image) { return image.EdgeFill(-5, -5, 20, 20, Plain(9), 0); });
 }
 
 TYPED_TEST(Regions, EdgeFillOfAMaskedColourOrOutsideDoesNothing) {
-  TypeParam image;
-  this->Draw(&image, {"..8", "..8"});
+  TypeParam& image = this->Drawn({"..8", "..8"});
   EXPECT_FALSE(image.EdgeFill(0, 0, 3, 2, Plain(3), Bit(0)));
   EXPECT_FALSE(image.EdgeFill(3, 0, 3, 2, Plain(3), 0));
   EXPECT_EQ(Picture(&image), (Rows{"..8", "..8"}));
@@ -382,8 +333,7 @@ TYPED_TEST(Regions, EdgeFillOfAMaskedColourOrOutsideDoesNothing) {
 // Underdrawing.
 
 TYPED_TEST(Regions, ToSketchFadesLinesAndDarksAndReplacesWhite) {
-  TypeParam image;
-  this->Draw(&image, {"0123456789abcdef"});
+  TypeParam& image = this->Drawn({"0123456789abcdef"});
   EXPECT_TRUE(image.ToSketch(0, 0, 16, 1, 0, 0));
   EXPECT_EQ(Picture(&image), (Rows{".567.567567bcdef"}));
   this->Draw(&image, {"0123456789abcdef"});
@@ -393,10 +343,8 @@ TYPED_TEST(Regions, ToSketchFadesLinesAndDarksAndReplacesWhite) {
 
 TYPED_TEST(Regions, ToSketchLeavesMaskedPixels) {
   for (int32_t index = 0; index < 15; index++) {
-    TypeParam image;
-    TypeParam all;
-    this->Draw(&image, {"0123456789abcde"});
-    this->Draw(&all, {"0123456789abcde"});
+    TypeParam& image = this->Drawn({"0123456789abcde"});
+    TypeParam& all = this->Drawn({"0123456789abcde"});
     image.ToSketch(0, 0, 15, 1, 6, Bit(index));
     all.ToSketch(0, 0, 15, 1, 6, 0);
     for (int32_t x = 0; x < 15; x++) EXPECT_EQ(image.GetPixel(x, 0), x == index ? x : all.GetPixel(x, 0));
@@ -404,8 +352,7 @@ TYPED_TEST(Regions, ToSketchLeavesMaskedPixels) {
 }
 
 TYPED_TEST(Regions, ToSketchStaysInItsRectangle) {
-  TypeParam image;
-  this->Make(&image, 4, 4, 8);
+  TypeParam& image = this->New(4, 4, 8);
   EXPECT_TRUE(image.ToSketch(2, -1, 9, 3, 0, 0));
   EXPECT_EQ(Picture(&image), (Rows{"8855", "8855", "8888", "8888"}));
   EXPECT_FALSE(image.ToSketch(4, 0, 2, 2, 0, 0));
@@ -420,8 +367,7 @@ TEST(PaleSketch, ToSketchLeavesThePaleAndGhostColours) {
 }
 
 TYPED_TEST(Regions, ClearSketchReplacesSketchPixelsOnly) {
-  TypeParam image;
-  this->Draw(&image, {"0123456789abcdef", "5555555555555555"});
+  TypeParam& image = this->Drawn({"0123456789abcdef", "5555555555555555"});
   EXPECT_TRUE(image.ClearSketch(-1, -1, 99, 2, 0));
   EXPECT_EQ(Picture(&image), (Rows{".1234...89abcdef", "5555555555555555"}));
   EXPECT_TRUE(image.ClearSketch(14, 1, 99, 99, 3));
@@ -445,10 +391,8 @@ TYPED_TEST(Regions, ExchangeSwapsTwoBlocks) {
 }
 
 TYPED_TEST(Regions, ExchangeClipsToBothImages) {
-  TypeParam image;
-  TypeParam other;
-  this->Make(&image, 3, 3, 1);
-  this->Make(&other, 3, 3, 2);
+  TypeParam& image = this->New(3, 3, 1);
+  TypeParam& other = this->New(3, 3, 2);
   EXPECT_FALSE(image.Exchange(-1, 2, &other, 0, -1, 9, 9));
   EXPECT_FALSE(image.Exchange(3, 0, &other, 0, 0, 9, 9));
   EXPECT_FALSE(image.Exchange(0, 0, &other, 0, 3, 9, 9));
@@ -458,8 +402,7 @@ TYPED_TEST(Regions, ExchangeClipsToBothImages) {
 }
 
 TYPED_TEST(Regions, MoveBlockCarriesASolidBarByOnePixel) {
-  TypeParam image;
-  this->Draw(&image, {".......", ".8888..", "......."});
+  TypeParam& image = this->Drawn({".......", ".8888..", "......."});
   image.MoveBlock(1, 1, 4, 1, 2, 1, 0, 0);
   EXPECT_EQ(Picture(&image)[1], "..8888.");
   image.MoveBlock(2, 1, 4, 1, 1, 1, 0, 0);
@@ -471,29 +414,25 @@ TYPED_TEST(Regions, MoveBlockCarriesASolidBarByOnePixel) {
 }
 
 TYPED_TEST(Regions, MoveBlockKeepsWhatLiesUnderItsHoles) {
-  TypeParam image;
-  this->Draw(&image, {"8.8222"});
+  TypeParam& image = this->Drawn({"8.8222"});
   image.MoveBlock(0, 0, 3, 1, 3, 0, 0, 0);
   EXPECT_EQ(Picture(&image), (Rows{"...828"}));
 }
 
 TYPED_TEST(Regions, MoveBlockLeavesTheFillValueWhereItIs) {
-  TypeParam image;
-  this->Draw(&image, {"484..."});
+  TypeParam& image = this->Drawn({"484..."});
   image.MoveBlock(0, 0, 3, 1, 3, 0, 4, 0);
   EXPECT_EQ(Picture(&image), (Rows{"444.8."}));
 }
 
 TYPED_TEST(Regions, MoveBlockLosesWhatLeavesTheImage) {
-  TypeParam image;
-  this->Draw(&image, {"12348"});
+  TypeParam& image = this->Drawn({"12348"});
   image.MoveBlock(0, 0, 5, 1, 3, 0, 0, 0);
   EXPECT_EQ(Picture(&image), (Rows{"...12"}));
 }
 
 TYPED_TEST(Regions, MoveBlockObeysTheMaskAtBothEnds) {
-  TypeParam image;
-  this->Draw(&image, {"123...", "...999"});
+  TypeParam& image = this->Drawn({"123...", "...999"});
   image.MoveBlock(0, 0, 3, 1, 3, 0, 0, Bit(2));
   EXPECT_EQ(Picture(&image)[0], ".2.1.3");
   image.MoveBlock(3, 0, 3, 1, 3, 1, 0, Bit(9));
@@ -501,8 +440,7 @@ TYPED_TEST(Regions, MoveBlockObeysTheMaskAtBothEnds) {
 }
 
 TYPED_TEST(Regions, MoveBlockToItsOwnPlaceUnderTheMaskOfTheFillValueErases) {
-  TypeParam image;
-  this->Draw(&image, {".88."});
+  TypeParam& image = this->Drawn({".88."});
   image.MoveBlock(0, 0, 4, 1, 0, 0, 0, Bit(0));
   EXPECT_EQ(Picture(&image), (Rows{"...."}));
   this->Draw(&image, {".88."});
@@ -511,8 +449,7 @@ TYPED_TEST(Regions, MoveBlockToItsOwnPlaceUnderTheMaskOfTheFillValueErases) {
 }
 
 TYPED_TEST(Regions, MoveBlockTakesHostileNumbers) {
-  TypeParam image;
-  this->Draw(&image, {"12", "34"});
+  TypeParam& image = this->Drawn({"12", "34"});
   image.MoveBlock(0, 0, kLowest, kHighest, 1, 1, 0, 0);
   EXPECT_EQ(Picture(&image), (Rows{"12", "34"}));
   image.MoveBlock(kLowest, 0, kHighest, 2, kHighest, 0, 0, 0);
@@ -524,8 +461,7 @@ TYPED_TEST(Regions, MoveBlockTakesHostileNumbers) {
 }
 
 TYPED_TEST(Regions, MosaicNeedsSixteenPixels) {
-  TypeParam image;
-  this->Make(&image, 6, 6, 8);
+  TypeParam& image = this->New(6, 6, 8);
   EXPECT_FALSE(image.Mosaic(0, 0, 3, 5));
   EXPECT_FALSE(image.Mosaic(3, 3, 4, 4));
   EXPECT_FALSE(image.Mosaic(6, 0, 4, 4));
@@ -538,20 +474,17 @@ TYPED_TEST(Regions, MosaicNeedsSixteenPixels) {
 TYPED_TEST(Regions, MosaicCountsEachRoleByItsGrey) {
   constexpr int32_t kTones[] = {3, 0, 1, 2, 3, 3, 3, 3, 0, 1, 2, 3, 3, 3, 3};
   for (int32_t index = 0; index < 15; index++) {
-    TypeParam image;
-    this->Make(&image, 4, 4, index);
+    TypeParam& image = this->New(4, 4, index);
     EXPECT_TRUE(image.Mosaic(0, 0, 4, 4));
     EXPECT_EQ(CountOf(&image, kTones[index] + 1), 16) << index;
   }
 }
 
 TYPED_TEST(Regions, MosaicDithersTheAverage) {
-  TypeParam image;
-  this->Draw(&image, {"1111", "2222", "3388", "99aa"});
+  TypeParam& image = this->Drawn({"1111", "2222", "3388", "99aa"});
   EXPECT_TRUE(image.Mosaic(0, 0, 4, 4));
   // 4 * 0 + 4 * 1 + 2 * 2 + 2 * 0 + 2 * 1 + 2 * 2 = 14
-  TypeParam expected;
-  this->Make(&expected, 4, 4);
+  TypeParam& expected = this->New(4, 4);
   expected.FillBox(0, 0, 4, 4, LevelToPen(14), 0, nullptr);
   EXPECT_EQ(Picture(&image), Picture(&expected));
   EXPECT_EQ(CountOf(&image, 1), 2);
@@ -559,11 +492,9 @@ TYPED_TEST(Regions, MosaicDithersTheAverage) {
 }
 
 TYPED_TEST(Regions, MosaicTruncatesItsDivisor) {
-  TypeParam image;
-  this->Make(&image, 31, 1, 2);
+  TypeParam& image = this->New(31, 1, 2);
   EXPECT_TRUE(image.Mosaic(0, 0, 31, 1));
-  TypeParam expected;
-  this->Make(&expected, 31, 1);
+  TypeParam& expected = this->New(31, 1);
   // 31 / 16 is 1, which leaves the sum of 31 as the level.
   expected.FillBox(0, 0, 31, 1, LevelToPen(31), 0, nullptr);
   EXPECT_EQ(Picture(&image), Picture(&expected));
@@ -573,8 +504,7 @@ TYPED_TEST(Regions, MosaicTruncatesItsDivisor) {
 }
 
 TYPED_TEST(Regions, FlipsMirrorTheBlockAndKeepTheMiddle) {
-  TypeParam image;
-  this->Draw(&image, {"12348", "23481", "34812"});
+  TypeParam& image = this->Drawn({"12348", "23481", "34812"});
   EXPECT_TRUE(image.FlipVertical(0, 0, 2, 3, 0));
   EXPECT_EQ(Picture(&image), (Rows{"34348", "23481", "12812"}));
   EXPECT_TRUE(image.FlipHorizontal(0, 1, 5, 9, 0));
@@ -584,27 +514,22 @@ TYPED_TEST(Regions, FlipsMirrorTheBlockAndKeepTheMiddle) {
 }
 
 TYPED_TEST(Regions, FlipsOfNothingAreTrueAndChangeNothing) {
-  TypeParam image;
-  this->Draw(&image, {"12", "34"});
+  TypeParam& image = this->Drawn({"12", "34"});
   EXPECT_TRUE(image.FlipVertical(2, 0, 2, 2, 0));
   EXPECT_TRUE(image.FlipHorizontal(0, -2, 2, 2, 0));
   EXPECT_EQ(Picture(&image), (Rows{"12", "34"}));
 }
 
 TYPED_TEST(Regions, FlipTestsTheOldValueWhereEachPixelLands) {
-  TypeParam image;
-  this->Draw(&image, {"1.82"});
-  EXPECT_TRUE(image.FlipHorizontal(0, 0, 4, 1, Bit(8) | Bit(1)));
-  EXPECT_EQ(Picture(&image), (Rows{"1881"}));
+  this->ExpectChange({"1.82"}, {"1881"},
+                     [](TypeParam& image) { return image.FlipHorizontal(0, 0, 4, 1, Bit(8) | Bit(1)); });
 }
 
 // Dots, grids and guide lines.
 
 TYPED_TEST(Regions, RandomDotsTakesOneNumberPerPixelColumnByColumn) {
-  TypeParam image;
-  TypeParam expected;
-  this->Make(&image, 30, 20);
-  this->Make(&expected, 30, 20);
+  TypeParam& image = this->New(30, 20);
+  TypeParam& expected = this->New(30, 20);
   const PenSpec pen = {10, 4, 2, 3};
   std::srand(77);
   EXPECT_TRUE(image.RandomDots(-3, 2, 20, 99, 3, pen, Bit(1)));
@@ -621,8 +546,7 @@ TYPED_TEST(Regions, RandomDotsTakesOneNumberPerPixelColumnByColumn) {
 }
 
 TYPED_TEST(Regions, RandomDotsWithIntervalOneStampsEveryPixel) {
-  TypeParam image;
-  this->Make(&image, 6, 6);
+  TypeParam& image = this->New(6, 6);
   image.SetPixel(3, 3, 8);
   EXPECT_TRUE(image.RandomDots(2, 2, 3, 3, 1, Plain(2), Bit(8)));
   EXPECT_EQ(Picture(&image), (Rows{"......", "......", "..222.", "..282.", "..222.", "......"}));
@@ -630,43 +554,35 @@ TYPED_TEST(Regions, RandomDotsWithIntervalOneStampsEveryPixel) {
 }
 
 TYPED_TEST(Regions, RandomDotsTakesAHostileInterval) {
-  TypeParam image;
-  this->Make(&image, 2, 2);
+  TypeParam& image = this->New(2, 2);
   EXPECT_TRUE(image.RandomDots(0, 0, 2, 2, kHighest, Plain(2), 0));
   EXPECT_TRUE(image.RandomDots(0, 0, 2, 2, 1 << 16, Plain(2), 0));
 }
 
 TYPED_TEST(Regions, DrawGridRunsToTheFarEdges) {
-  TypeParam image;
-  this->Make(&image, 10, 9);
+  TypeParam& image = this->New(10, 9);
   EXPECT_TRUE(image.DrawGrid(1, 1, 7, 6, 3, 4, Plain(1), 0));
   EXPECT_EQ(Picture(&image), (Rows{"..........", ".55555555.", ".5..5..5..", ".5..5..5..", ".5..5..5..", ".55555555.",
                                    ".5..5..5..", ".5..5..5..", ".........."}));
 }
 
 TYPED_TEST(Regions, DrawGridWritesOnlyOverTransparentAndSketch) {
-  TypeParam image;
-  this->Draw(&image, {"0123456789abcde"});
-  EXPECT_TRUE(image.DrawGrid(0, 0, 15, 1, 15, 1, Plain(10), 0));
-  EXPECT_EQ(Picture(&image), (Rows{"7123477789abcde"}));
+  this->ExpectChange({"0123456789abcde"}, {"7123477789abcde"},
+                     [](TypeParam& image) { return image.DrawGrid(0, 0, 15, 1, 15, 1, Plain(10), 0); });
 }
 
 TYPED_TEST(Regions, DrawGridObeysTheMaskToo) {
-  TypeParam image;
-  this->Draw(&image, {".5.6."});
-  EXPECT_TRUE(image.DrawGrid(0, 0, 5, 1, 5, 1, Plain(3), Bit(5) | Bit(6)));
-  EXPECT_EQ(Picture(&image), (Rows{"75767"}));
+  this->ExpectChange({".5.6."}, {"75767"},
+                     [](TypeParam& image) { return image.DrawGrid(0, 0, 5, 1, 5, 1, Plain(3), Bit(5) | Bit(6)); });
 }
 
 TYPED_TEST(Regions, DrawGridTurnsThePenIntoSketchColours) {
   constexpr int32_t kSketch[] = {0, 5, 6, 7, 0, 0, 0, 0, 5, 6, 7, 0, 0, 0, 0};
   for (int32_t index = 0; index < 15; index++) {
-    TypeParam image;
-    this->Make(&image, 4, 4, 6);
+    TypeParam& image = this->New(4, 4, 6);
     EXPECT_TRUE(image.DrawGrid(0, 0, 4, 4, 1, 1, Plain(index), 0));
     EXPECT_EQ(CountOf(&image, kSketch[index]), 16) << index;
-    TypeParam dithered;
-    this->Make(&dithered, 4, 4, 7);
+    TypeParam& dithered = this->New(4, 4, 7);
     EXPECT_TRUE(dithered.DrawGrid(0, 0, 4, 4, 1, 1, {7, 4, index, 8}, 0));
     EXPECT_EQ(CountOf(&dithered, 5), kSketch[index] == 5 ? 16 : 12) << index;
     EXPECT_GE(CountOf(&dithered, kSketch[index]), 4) << index;
@@ -674,24 +590,21 @@ TYPED_TEST(Regions, DrawGridTurnsThePenIntoSketchColours) {
 }
 
 TYPED_TEST(Regions, DrawGridOutsideDoesNothing) {
-  TypeParam image;
-  this->Make(&image, 4, 4);
+  TypeParam& image = this->New(4, 4);
   EXPECT_FALSE(image.DrawGrid(4, 0, 3, 3, 1, 1, Plain(1), 0));
   EXPECT_EQ(CountOf(&image, 0), 16);
 }
 
 TYPED_TEST(Regions, DrawGridTakesStepsThatGoNowhereOrTooFar) {
   for (const int32_t step : {0, -2, kLowest, kHighest}) {
-    TypeParam image;
-    this->Make(&image, 5, 4);
+    TypeParam& image = this->New(5, 4);
     EXPECT_TRUE(image.DrawGrid(1, 1, 3, 2, step, step, Plain(1), 0));
     EXPECT_EQ(Picture(&image), (Rows{".....", ".5555", ".5...", ".5..."})) << step;
   }
 }
 
 TYPED_TEST(Regions, DrawSketchLineIsALineInSketchColours) {
-  TypeParam image;
-  this->Draw(&image, {"0123456789abcde"});
+  TypeParam& image = this->Drawn({"0123456789abcde"});
   Rect rect;
   EXPECT_TRUE(image.DrawSketchLine(0, 0, 14, 0, Plain(1), &rect));
   EXPECT_EQ(Picture(&image), (Rows{"5123455589abcde"}));
@@ -699,8 +612,7 @@ TYPED_TEST(Regions, DrawSketchLineIsALineInSketchColours) {
 }
 
 TYPED_TEST(Regions, DrawSketchLineTurnsBothColoursOfADither) {
-  TypeParam image;
-  this->Make(&image, 8, 8);
+  TypeParam& image = this->New(8, 8);
   EXPECT_TRUE(image.DrawSketchLine(4, 4, 4, 4, {0, 4, 9, 3}, nullptr));
   EXPECT_EQ(CountOf(&image, 6), 16);
   EXPECT_EQ(CountOf(&image, 7), 48);
@@ -711,8 +623,7 @@ TYPED_TEST(Regions, DrawSketchLineTurnsBothColoursOfADither) {
 TYPED_TEST(Regions, PickPenOfPlainInk) {
   constexpr int32_t kColorA[] = {-1, 0, 1, 2, 3, 4, 5, 6, 0, 1, 2, 3, 4, 5, 6};
   for (int32_t index = 0; index < 15; index++) {
-    TypeParam image;
-    this->Make(&image, 8, 8, index);
+    TypeParam& image = this->New(8, 8, index);
     PenSpec pen = {3, 9, 13, 14};
     EXPECT_TRUE(image.PickPen(4, 4, &pen));
     EXPECT_EQ(pen, (PenSpec{3, 0, kColorA[index], index})) << index;
@@ -721,8 +632,7 @@ TYPED_TEST(Regions, PickPenOfPlainInk) {
 
 TYPED_TEST(Regions, PickPenInvertsEveryDither) {
   for (int32_t tone = 1; tone < 16; tone++) {
-    TypeParam image;
-    this->Make(&image, 12, 12);
+    TypeParam& image = this->New(12, 12);
     image.FillBox(0, 0, 12, 12, {7, tone, 2, 3}, 0, nullptr);
     for (int32_t x = 2; x < 10; x++) {
       for (int32_t y = 2; y < 10; y++) {
@@ -735,8 +645,7 @@ TYPED_TEST(Regions, PickPenInvertsEveryDither) {
 }
 
 TYPED_TEST(Regions, PickPenOrdersTheColoursByIndex) {
-  TypeParam image;
-  this->Make(&image, 8, 8);
+  TypeParam& image = this->New(8, 8);
   image.FillBox(0, 0, 8, 8, {7, 5, 4, 1}, 0, nullptr);
   PenSpec pen;
   EXPECT_TRUE(image.PickPen(4, 4, &pen));
@@ -744,8 +653,7 @@ TYPED_TEST(Regions, PickPenOrdersTheColoursByIndex) {
 }
 
 TYPED_TEST(Regions, PickPenLooksAtFourByFour) {
-  TypeParam image;
-  this->Make(&image, 10, 10, 2);
+  TypeParam& image = this->New(10, 10, 2);
   image.FillRect(3, 3, 4, 4, 9);
   PenSpec pen;
   EXPECT_TRUE(image.PickPen(5, 5, &pen));
@@ -757,8 +665,7 @@ TYPED_TEST(Regions, PickPenLooksAtFourByFour) {
 }
 
 TYPED_TEST(Regions, PickPenOfThreeColoursKeepsThePen) {
-  TypeParam image;
-  this->Make(&image, 8, 8, 2);
+  TypeParam& image = this->New(8, 8, 2);
   image.SetPixel(2, 2, 3);
   image.SetPixel(5, 5, 4);
   PenSpec pen = {3, 9, 13, 14};
@@ -767,8 +674,7 @@ TYPED_TEST(Regions, PickPenOfThreeColoursKeepsThePen) {
 }
 
 TYPED_TEST(Regions, PickPenLeavesOutPointsOutsideTheImage) {
-  TypeParam image;
-  this->Make(&image, 8, 8, 2);
+  TypeParam& image = this->New(8, 8, 2);
   image.SetPixel(0, 0, 9);
   PenSpec pen;
   EXPECT_TRUE(image.PickPen(0, 0, &pen));

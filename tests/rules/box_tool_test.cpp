@@ -3,202 +3,90 @@
 #include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
+#include "rules/rule_table.h"
 
 namespace rules {
 namespace {
 
-struct BoxTool : testing::Test {
+struct BoxTool : DrawingTest {
   BoxTool() { session.Command(kToolRectangle); }
   void Drag(int fromX, int fromY, int toX, int toY, std::string_view keys = "") {
     session.Press(fromX, fromY);
     session.Release(toX, toY, keys);
   }
-  DrawingSession session;
-  InkModel model;
 };
-
-TEST_F(BoxTool, ABoxHasItsCornersAtThePressAndAtTheRelease) {
-  Drag(2, 2, 5, 5);
-  model.Outline(2, 2, 5, 5, 8);
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
-
-TEST_F(BoxTool, ABoxToTheLeftIsShiftedByOne) {
-  Drag(5, 10, 2, 14);
-  model.Outline(3, 10, 6, 14, 8);
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
-
-TEST_F(BoxTool, ABoxUpwardsIsShiftedByOne) {
-  Drag(20, 30, 26, 20);
-  model.Outline(20, 21, 26, 31, 8);
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
-
-TEST_F(BoxTool, CtrlAtTheReleaseFillsInPlainBlack) {
-  Drag(10, 10, 15, 13, "ctrl");
-  model.Fill(10, 10, 5, 3, 1);
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
-
-TEST_F(BoxTool, CtrlAtThePressAloneDrawsTheOutline) {
-  session.Press(10, 10, "ctrl");
-  session.Release(15, 13);
-  model.Outline(10, 10, 15, 13, 8);
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
-
-TEST_F(BoxTool, AFillToTheUpperLeftFillsTheNormalisedBox) {
-  Drag(20, 20, 15, 12, "ctrl");
-  model.Fill(16, 13, 5, 8, 1);
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
-
-TEST_F(BoxTool, AnEmptyExtentDrawsNothing) {
-  Drag(10, 10, 10, 10);
-  Drag(10, 20, 30, 20);
-  Drag(40, 10, 40, 30, "ctrl");
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
-
-TEST_F(BoxTool, TheUndoRectOfABoxHasTheMarginOfThePen) {
-  Drag(10, 10, 20, 20);
-  EXPECT_EQ(session.NowUndoRect(), (Area{5, 5, 20, 20}));
-}
-
-TEST_F(BoxTool, TheUndoRectOfAFillHoldsItsEdges) {
-  Drag(30, 20, 40, 33, "ctrl");
-  EXPECT_EQ(session.NowUndoRect(), (Area{30, 20, 40, 33}));
-}
 
 TEST_F(BoxTool, AWidePenDrawsAWideOutline) {
   session.PickSize(3);
   Drag(20, 15, 40, 30);
   const ModelPen pen = {.shape = 10};
-  model.Line(20, 15, 40, 15, pen);
-  model.Line(40, 15, 40, 30, pen);
-  model.Line(40, 30, 20, 30, pen);
-  model.Line(20, 30, 20, 15, pen);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  model.Line(20, 15, 40, 15, pen).Line(40, 15, 40, 30, pen).Line(40, 30, 20, 30, pen).Line(20, 30, 20, 15, pen);
+  EXPECT_TRUE(ViewShows(model));
 }
 
-TEST_F(BoxTool, AFillKeepsProtectedPixels) {
-  session.FillArea(10, 10, 4, 10, 3);
-  session.FillArea(14, 10, 4, 10, 2);
-  session.Mask({3});
-  session.Command(kToolRectangle);
-  Drag(8, 12, 30, 16, "ctrl");
-  model.Fill(8, 12, 22, 4, 1);
-  model.Fill(10, 10, 4, 10, 3);
-  model.Fill(14, 10, 4, 2, 2);
-  model.Fill(14, 16, 4, 4, 2);
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
-
-TEST_F(BoxTool, APulseIsIgnored) {
-  session.Press(10, 10);
-  session.Repaint();
-  session.Release(20, 20);
-  model.Outline(10, 10, 20, 20, 8);
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
-
-TEST_F(BoxTool, AReleaseWithoutAPressDrawsNothing) {
-  session.Release(20, 20);
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
-
-TEST_F(BoxTool, ASecondReleaseDrawsNothing) {
-  Drag(10, 10, 20, 20);
-  session.Release(40, 40);
-  model.Outline(10, 10, 20, 20, 8);
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
-
-TEST_F(BoxTool, ARightClickDoesNotEndTheDrag) {
-  session.Press(10, 10);
-  session.RightRelease(15, 15);
-  session.Release(20, 20);
-  model.Outline(10, 10, 20, 20, 8);
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
-
-TEST_F(BoxTool, ABoxIsOneUndoStep) {
-  Drag(30, 30, 40, 40);
-  Drag(10, 10, 20, 20);
-  session.Command(kCommandUndo);
-  model.Outline(30, 30, 40, 40, 8);
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
+const Rules<BoxTool, "BoxTool"> kBoxToolRules = {
+    {"ABoxHasItsCornersAtThePressAndAtTheRelease", Do().Press(2, 2).Release(5, 5), Ink().Outline(2, 2, 5, 5, 8)},
+    {"ABoxToTheLeftIsShiftedByOne", Do().Press(5, 10).Release(2, 14), Ink().Outline(3, 10, 6, 14, 8)},
+    {"ABoxUpwardsIsShiftedByOne", Do().Press(20, 30).Release(26, 20), Ink().Outline(20, 21, 26, 31, 8)},
+    {"CtrlAtTheReleaseFillsInPlainBlack", Do().Press(10, 10).Release(15, 13, "ctrl"), Ink().Fill(10, 10, 5, 3, 1)},
+    {"CtrlAtThePressAloneDrawsTheOutline", Do().Press(10, 10, "ctrl").Release(15, 13),
+     Ink().Outline(10, 10, 15, 13, 8)},
+    {"AFillToTheUpperLeftFillsTheNormalisedBox", Do().Press(20, 20).Release(15, 12, "ctrl"),
+     Ink().Fill(16, 13, 5, 8, 1)},
+    {"AnEmptyExtentDrawsNothing",
+     Do().Press(10, 10).Release(10, 10).Press(10, 20).Release(30, 20).Press(40, 10).Release(40, 30, "ctrl"), Ink()},
+    {"TheUndoRectOfABoxHasTheMarginOfThePen", Do().Press(10, 10).Release(20, 20),
+     Has("cut/undoRect", Area{5, 5, 20, 20})},
+    {"TheUndoRectOfAFillHoldsItsEdges", Do().Press(30, 20).Release(40, 33, "ctrl"),
+     Has("cut/undoRect", Area{30, 20, 40, 33})},
+    {"AFillKeepsProtectedPixels",
+     Do().FillArea(10, 10, 4, 10, 3).FillArea(14, 10, 4, 10, 2).Mask({3}).Command(kToolRectangle).Press(8, 12),
+     Do().Release(30, 16, "ctrl"),
+     Ink().Fill(8, 12, 22, 4, 1).Fill(10, 10, 4, 10, 3).Fill(14, 10, 4, 2, 2).Fill(14, 16, 4, 4, 2)},
+    {"APulseIsIgnored", Do().Press(10, 10).Repaint().Release(20, 20), Ink().Outline(10, 10, 20, 20, 8)},
+    {"AReleaseWithoutAPressDrawsNothing", Do().Release(20, 20), Ink()},
+    {"ASecondReleaseDrawsNothing", Do().Press(10, 10).Release(20, 20).Release(40, 40),
+     Ink().Outline(10, 10, 20, 20, 8)},
+    {"ARightClickDoesNotEndTheDrag", Do().Press(10, 10).RightRelease(15, 15).Release(20, 20),
+     Ink().Outline(10, 10, 20, 20, 8)},
+    {"ABoxIsOneUndoStep", Do().Press(30, 30).Release(40, 40).Press(10, 10).Release(20, 20).Command(kCommandUndo),
+     Ink().Outline(30, 30, 40, 40, 8)},
+};
 
 TEST_F(BoxTool, TheFrameFollowsToTheLowerRightOnly) {
   const PixelMatrix screen = session.NowScreen();
-  session.Press(30, 30);
-  session.Move(20, 40);
-  session.Move(40, 20);
+  session.Press(30, 30).Move(20, 40).Move(40, 20);
   EXPECT_TRUE(session.NowScreen() == screen);
   session.Move(40, 40);
   EXPECT_FALSE(session.NowScreen() == screen);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
 TEST_F(BoxTool, TheReleaseTakesTheFrameAway) {
-  session.Press(10, 10);
-  session.Move(50, 40);
-  session.Release(20, 20);
+  session.Press(10, 10).Move(50, 40).Release(20, 20);
   const PixelMatrix dragged = session.NowScreen();
   DrawingSession plain;
-  plain.Command(kToolRectangle);
-  plain.Press(10, 10);
-  plain.Release(20, 20);
+  plain.Command(kToolRectangle).Press(10, 10).Release(20, 20);
   EXPECT_TRUE(plain.NowScreen() == dragged);
 }
 
 TEST_F(BoxTool, PositionsAreUnsigned) {
   Drag(10, 10, -3, 20);
-  model.Fill(10, 10, 54, 1, 8);
-  model.Fill(10, 20, 54, 1, 8);
-  model.Fill(10, 10, 1, 11, 8);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Fill(10, 10, 54, 1, 8).Fill(10, 20, 54, 1, 8).Fill(10, 10, 1, 11, 8)));
 }
 
 // The picture stands 10 pixels in from the window's edge on each side.
-struct BoxPastTheEdge : testing::Test {
-  BoxPastTheEdge() : session({.clientWidth = 84, .clientHeight = 68}) { session.Command(kToolRectangle); }
-  DrawingSession session;
-  InkModel model;
+struct BoxPastTheEdge : DrawingTest {
+  BoxPastTheEdge() : DrawingTest({.clientWidth = 84, .clientHeight = 68}) { session.Command(kToolRectangle); }
 };
 
-TEST_F(BoxPastTheEdge, TheOutlineClosesAlongTheImagesEdge) {
-  session.Press(5, 20);
-  session.Release(20, 30);
-  model.Outline(0, 10, 10, 20, 8);
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
-
-TEST_F(BoxPastTheEdge, TheRightLineLiesOutside) {
-  session.Press(60, 20);
-  session.Release(80, 30);
-  model.Fill(50, 10, 14, 1, 8);
-  model.Fill(50, 20, 14, 1, 8);
-  model.Fill(50, 10, 1, 11, 8);
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
-
-TEST_F(BoxPastTheEdge, ABoxOutsideDrawsNothing) {
-  session.Press(2, 20);
-  session.Release(8, 30);
-  session.Press(2, 20);
-  session.Release(8, 30, "ctrl");
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
-
-TEST_F(BoxPastTheEdge, AFillIsCutToTheImage) {
-  session.Press(5, 4);
-  session.Release(20, 30, "ctrl");
-  model.Fill(0, 0, 10, 20, 1);
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
+const Rules<BoxPastTheEdge, "BoxPastTheEdge"> kBoxPastTheEdgeRules = {
+    {"TheOutlineClosesAlongTheImagesEdge", Do().Press(5, 20).Release(20, 30), Ink().Outline(0, 10, 10, 20, 8)},
+    {"TheRightLineLiesOutside", Do().Press(60, 20).Release(80, 30),
+     Ink().Fill(50, 10, 14, 1, 8).Fill(50, 20, 14, 1, 8).Fill(50, 10, 1, 11, 8)},
+    {"ABoxOutsideDrawsNothing", Do().Press(2, 20).Release(8, 30).Press(2, 20).Release(8, 30, "ctrl"), Ink()},
+    {"AFillIsCutToTheImage", Do().Press(5, 4).Release(20, 30, "ctrl"), Ink().Fill(0, 0, 10, 20, 1)},
+};
 
 }  // namespace
 }  // namespace rules

@@ -6,6 +6,7 @@
 
 #include "resources/ids.h"
 #include "rules/clipboard_session.h"
+#include "rules/rule_table.h"
 
 namespace rules {
 namespace {
@@ -31,8 +32,7 @@ struct Block : BlockScene {
 
 TEST_F(Block, AnEmptyBlockPastesNothing) {
   EXPECT_TRUE(PasteShows(model));
-  EXPECT_EQ(session.NowCut()["floatingPaste"], false);
-  EXPECT_EQ(session.NowState()["frame"]["currentTool"], kToolFreePen);
+  EXPECT_TRUE(Holds(session, "cut/floatingPaste", false, "frame/currentTool", kToolFreePen));
 }
 
 TEST_F(Block, ComesBackAtItsPlaceInItsCut) {
@@ -44,9 +44,8 @@ TEST_F(Block, ComesBackAtItsPlaceInItsCut) {
 TEST_F(Block, ComesBackAtItsPlaceOnTheCanvasInAnotherLayer) {
   CopyMark();
   Clear();
-  session.AddLayer("B", 64, 48);
-  session.Command(kToolLayerPosition).LeftDrag(10, 10, 15, 13);
-  session.Command(kCommandPaste).Command(kCommandCurrentCellOnly);
+  session.AddLayer("B", 64, 48).Command(kToolLayerPosition).LeftDrag(10, 10, 15, 13).Command(kCommandPaste);
+  session.Command(kCommandCurrentCellOnly);
   EXPECT_TRUE(ViewShows(WithMark()));
 }
 
@@ -62,10 +61,8 @@ TEST_F(Block, LandsAtTheOriginInAnotherCut) {
 TEST_F(Block, FloatsAsASelectionOfTheAreaTool) {
   CopyMark();
   session.Command(kToolFreePen).Command(kCommandPaste);
-  EXPECT_EQ(session.NowSelection(), (Area{10, 10, 20, 20}));
-  EXPECT_EQ(session.NowCut()["floatingPaste"], true);
-  EXPECT_EQ(session.NowState()["frame"]["currentTool"], kToolAreaSelect);
-  EXPECT_EQ(session.NowUndoRect(), (Area{10, 10, 10, 10}));
+  EXPECT_TRUE(Holds(session, "cut/selection", Area{10, 10, 20, 20}, "cut/floatingPaste", true, "frame/currentTool",
+                    kToolAreaSelect, "cut/undoRect", Area{10, 10, 10, 10}));
 }
 
 TEST_F(Block, TransparentPixelsOfItLeaveTheCell) {
@@ -107,15 +104,13 @@ TEST_F(Block, ACopyBesideTheCellStoresNothing) {
   AddSmallLayer();
   Select(2, 2, 10, 10);
   session.Command(kCommandCopy).Command(kCommandPaste);
-  EXPECT_EQ(session.NowCut()["floatingPaste"], false);
+  EXPECT_EQ(session.Cut()["floatingPaste"], false);
 }
 
 TEST_F(Block, ABlankRecordTakesNoPaste) {
   CopyMark();
-  session.Command(kToolFreePen);
-  session.Command(kCommandBlankCell).Command(kCommandPaste);
-  EXPECT_EQ(session.NowState()["frame"]["currentTool"], kToolFreePen);
-  EXPECT_EQ(session.NowCut()["floatingPaste"], false);
+  session.Command(kToolFreePen).Command(kCommandBlankCell).Command(kCommandPaste);
+  EXPECT_TRUE(Holds(session, "frame/currentTool", kToolFreePen, "cut/floatingPaste", false));
 }
 
 TEST_F(Block, UndoTakesThePasteAway) {
@@ -134,16 +129,6 @@ TEST_F(Block, ACutErasesAndStores) {
   EXPECT_TRUE(ViewShows(erased));
   EXPECT_EQ(session.NowUndoRect(), (Area{10, 10, 10, 10}));
   EXPECT_TRUE(PasteShows(model));
-}
-
-TEST_F(Block, ACutLeavesProtectedPixels) {
-  Ink(12, 12, 2, 5, 2);
-  Ink(14, 12, 2, 5, 3);
-  Select(10, 10, 20, 20);
-  session.Mask({3});
-  session.Command(kCommandCut);
-  model.Fill(12, 12, 2, 5, 0);
-  EXPECT_TRUE(ViewShows(model));
 }
 
 TEST_F(Block, ACutBesideTheCellStopsBeforeTheUndoCopy) {
@@ -258,17 +243,16 @@ TEST_F(Block, AMirrorOfASelectionPastTheCellTurnsThePartInside) {
   EXPECT_TRUE(ViewShows(flipped));
 }
 
-TEST_F(Block, AMirrorIsOneUndoStep) {
-  Ink(10, 5, 3, 4, 2);
-  session.Command(kCommandFlipHorizontal).Command(kCommandUndo);
-  EXPECT_TRUE(ViewShows(model));
-}
-
-TEST_F(Block, ABlankRecordIsNotMirrored) {
-  Ink(10, 5, 3, 4, 2);
-  session.Command(kCommandBlankCell).Command(kCommandFlipHorizontal).Command(kCommandBlankCell);
-  EXPECT_TRUE(ViewShows(model));
-}
+const Rules<Block, "Block"> kBlockRules = {
+    {"ACutLeavesProtectedPixels",
+     Do().FillArea(12, 12, 2, 5, 2).FillArea(14, 12, 2, 5, 3).SelectArea(10, 10, 20, 20).Mask({3}),
+     Do().Command(kCommandCut), Ink().Fill(12, 12, 2, 5, 2).Fill(14, 12, 2, 5, 3).Fill(12, 12, 2, 5, 0)},
+    {"AMirrorIsOneUndoStep", Do().FillArea(10, 5, 3, 4, 2).Command(kCommandFlipHorizontal).Command(kCommandUndo),
+     Ink().Fill(10, 5, 3, 4, 2)},
+    {"ABlankRecordIsNotMirrored",
+     Do().FillArea(10, 5, 3, 4, 2).Command(kCommandBlankCell).Command(kCommandFlipHorizontal),
+     Do().Command(kCommandBlankCell), Ink().Fill(10, 5, 3, 4, 2)},
+};
 
 }  // namespace
 }  // namespace rules

@@ -6,6 +6,7 @@
 #include "resources/ids.h"
 #include "rules/clipboard_session.h"
 #include "rules/little_bytes.h"
+#include "rules/rule_table.h"
 
 namespace rules {
 namespace {
@@ -24,20 +25,17 @@ struct PastedPicture : BlockScene {
 
 TEST_F(PastedPicture, WhiteIsPlainWhite) {
   PasteWhite();
-  model.Fill(0, 0, 8, 6, 4);
-  EXPECT_TRUE(ViewShows(model));
+  EXPECT_TRUE(ViewShows(model.Fill(0, 0, 8, 6, 4)));
 }
 
 TEST_F(PastedPicture, BlackIsFillBlack) {
   PastePlain(8, 6, 0x000000);
-  model.Fill(0, 0, 8, 6, 1);
-  EXPECT_TRUE(ViewShows(model));
+  EXPECT_TRUE(ViewShows(model.Fill(0, 0, 8, 6, 1)));
 }
 
 TEST_F(PastedPicture, MiddleGreyIsAnEvenDitherOfTheTwoGreys) {
   PastePlain(8, 8, 0x808080);
-  model.FillWith({.tone = 8, .colorA = 2, .colorB = 3}, 0, 0, 8, 8);
-  EXPECT_TRUE(ViewShows(model));
+  EXPECT_TRUE(ViewShows(model.FillWith({.tone = 8, .colorA = 2, .colorB = 3}, 0, 0, 8, 8)));
 }
 
 TEST_F(PastedPicture, TheLowestLevelHasOneSixteenthOfDarkGrey) {
@@ -87,26 +85,21 @@ TEST(PastedPictureOfManyColours, ThatIsLargeHasNoSeams) {
 
 TEST_F(PastedPicture, FloatsAsASelectionOfTheAreaTool) {
   PasteWhite();
-  EXPECT_EQ(session.NowSelection(), (Area{0, 0, 8, 6}));
-  EXPECT_EQ(session.NowCut()["floatingPaste"], true);
-  EXPECT_EQ(session.NowState()["frame"]["currentTool"], kToolAreaSelect);
-  EXPECT_EQ(session.NowUndoRect(), (Area{0, 0, 8, 6}));
+  EXPECT_TRUE(Holds(session, "cut/selection", Area{0, 0, 8, 6}, "cut/floatingPaste", true, "frame/currentTool",
+                    kToolAreaSelect, "cut/undoRect", Area{0, 0, 8, 6}));
 }
 
 TEST_F(PastedPicture, LandsAtTheLayersOrigin) {
   session.Command(kToolLayerPosition).LeftDrag(10, 10, 15, 13);
   PasteWhite();
-  model.Fill(5, 3, 8, 6, 4);
-  EXPECT_TRUE(ViewShows(model));
+  EXPECT_TRUE(ViewShows(model.Fill(5, 3, 8, 6, 4)));
 }
 
 TEST_F(PastedPicture, LeavesProtectedPixelsOfTheCell) {
   Ink(2, 0, 3, 20, 3);
   session.Mask({3});
   PasteWhite();
-  model.Fill(0, 0, 8, 6, 4);
-  model.Fill(2, 0, 3, 20, 3);
-  EXPECT_TRUE(ViewShows(model));
+  EXPECT_TRUE(ViewShows(model.Fill(0, 0, 8, 6, 4).Fill(2, 0, 3, 20, 3)));
 }
 
 TEST_F(PastedPicture, IsOneUndoStep) {
@@ -117,14 +110,13 @@ TEST_F(PastedPicture, IsOneUndoStep) {
 
 TEST_F(PastedPicture, AnEmptyClipboardPastesNothing) {
   session.Command(kCommandPasteFromClipboard);
-  EXPECT_EQ(session.NowCut()["floatingPaste"], false);
-  EXPECT_EQ(session.NowState()["frame"]["currentTool"], kToolFreePen);
+  EXPECT_TRUE(Holds(session, "cut/floatingPaste", false, "frame/currentTool", kToolFreePen));
 }
 
 TEST_F(PastedPicture, ABlankRecordTakesNone) {
   session.Command(kCommandBlankCell);
   PasteWhite();
-  EXPECT_EQ(session.NowCut()["floatingPaste"], false);
+  EXPECT_EQ(session.Cut()["floatingPaste"], false);
 }
 
 TEST_F(PastedPicture, BecomesTheBlock) {
@@ -140,8 +132,7 @@ TEST_F(PastedPicture, TheTransparentColourShowsWhatLiesBelow) {
   Picture picture = PlainPicture(8, 6, 0xFFFFFF);
   for (size_t x = 0; x < 8; ++x) picture.pixels[x] = 0x000000;
   PastePicture(session, picture);
-  model.Fill(0, 0, 8, 1, 1);
-  EXPECT_TRUE(ViewShows(model));
+  EXPECT_TRUE(ViewShows(model.Fill(0, 0, 8, 1, 1)));
 }
 
 TEST_F(PastedPicture, OnlyTheExactColourIsTransparent) {
@@ -151,7 +142,7 @@ TEST_F(PastedPicture, OnlyTheExactColourIsTransparent) {
 }
 
 TEST_F(PastedPicture, SettingsGiveTheTransparentColourInRedGreenAndBlue) {
-  session.StartWith("[OnClipTrans]\r\nFlag=1\r\nRGB=#E0C0A0\r\n");
+  session.SetSettings("[OnClipTrans]\r\nFlag=1\r\nRGB=#E0C0A0\r\n");
   PastePicture(session, {2, 1, {0xE0C0A0, 0xA0C0E0}});
   const PixelMatrix view = session.NowView();
   EXPECT_EQ(view.At(0, 0), 0u);
@@ -164,39 +155,29 @@ TEST_F(PastedPicture, ASecondCommandSwitchesTheTransparencyOff) {
   EXPECT_EQ(session.NowView().Count(4), 48);
 }
 
-TEST(TransparentColour, IsWrittenWithItsSwitch) {
-  ScriptSession session;
-  session.Line("color C81E5A").Command(kCommandTransparentColor);
-  session.Run();
-  EXPECT_EQ(session.Setting("OnClipTrans", "RGB"), "#C81E5A");
-  EXPECT_EQ(session.Setting("OnClipTrans", "Flag"), "1");
-}
+using TransparentColour = SessionTest;
 
-TEST(TransparentColour, IsKeptWhenTheSwitchGoesOff) {
-  ScriptSession session;
-  session.SetSettings("[OnClipTrans]\r\nFlag=1\r\nRGB=#C81E5A\r\n");
-  session.Command(kCommandTransparentColor);
-  session.Run();
-  EXPECT_EQ(session.Setting("OnClipTrans", "RGB"), "#C81E5A");
-  EXPECT_EQ(session.Setting("OnClipTrans", "Flag"), "0");
-}
+const Rules<SessionTest, "TransparentColour"> kTransparentColourRules = {
+    {"IsWrittenWithItsSwitch", Do().Line("color C81E5A").Command(kCommandTransparentColor),
+     Has("settings/OnClipTrans/RGB", "#C81E5A", "settings/OnClipTrans/Flag", "1")},
+    {"IsKeptWhenTheSwitchGoesOff",
+     Do().SetSettings("[OnClipTrans]\r\nFlag=1\r\nRGB=#C81E5A\r\n").Command(kCommandTransparentColor),
+     Has("settings/OnClipTrans/RGB", "#C81E5A", "settings/OnClipTrans/Flag", "0")},
+};
 
-TEST(TransparentColour, ACancelChangesNothing) {
-  ScriptSession session;
-  session.Line("color cancel").Command(kCommandTransparentColor);
-  session.Run();
+TEST_F(TransparentColour, ACancelChangesNothing) {
+  session.Line("color cancel").Command(kCommandTransparentColor).Run();
   EXPECT_NE(session.Setting("OnClipTrans", "Flag"), "1");
 }
 
 // The cell as it goes out: 13 by 5 pixels, so that a row is seven bytes and its pitch eight.
-struct CopiedPicture : testing::Test {
-  CopiedPicture() : session({.width = 13, .height = 5}) { session.FillArea(2, 1, 3, 2, 3); }
+struct CopiedPicture : DrawingTest {
+  CopiedPicture() : DrawingTest({.width = 13, .height = 5}) { session.FillArea(2, 1, 3, 2, 3); }
   std::string Copied() {
     session.Command(kCommandCopyToClipboard).Line("save-clipboard " + Quoted(session.Path("clip.dib")));
     session.Run();
     return session.Bytes("clip.dib");
   }
-  DrawingSession session;
 };
 
 TEST_F(CopiedPicture, HasTheHeaderOfAFourBitPicture) {

@@ -7,6 +7,7 @@
 #include "resources/ids.h"
 #include "rules/clipboard_session.h"
 #include "rules/little_bytes.h"
+#include "rules/rule_table.h"
 
 namespace rules {
 namespace {
@@ -21,8 +22,7 @@ TEST_F(BlockBetweenCuts, LandsAtTheOriginOfTheCellNotOfTheCanvas) {
   InkModel other;
   other.Fill(24, 21, 4, 4, 2);
   EXPECT_TRUE(PasteShows(other));
-  EXPECT_EQ(session.NowSelection(), (Area{22, 19, 32, 29}));
-  EXPECT_EQ(session.NowUndoRect(), (Area{0, 0, 10, 10}));
+  EXPECT_TRUE(Holds(session, "cut/selection", Area{22, 19, 32, 29}, "cut/undoRect", Area{0, 0, 10, 10}));
 }
 
 TEST_F(BlockBetweenCuts, LargerThanTheCellKeepsItsWholeFrame) {
@@ -32,19 +32,16 @@ TEST_F(BlockBetweenCuts, LargerThanTheCellKeepsItsWholeFrame) {
   session.Command(kCommandCopy);
   NewCutWithSmallLayer();
   InkModel other;
-  other.Fill(22, 19, 20, 10, 2);
-  other.Fill(22, 19, 3, 3, 3);
+  other.Fill(22, 19, 20, 10, 2).Fill(22, 19, 3, 3, 3);
   EXPECT_TRUE(PasteShows(other));
-  EXPECT_EQ(session.NowSelection(), (Area{22, 19, 62, 49}));
-  EXPECT_EQ(session.NowUndoRect(), (Area{0, 0, 40, 30}));
+  EXPECT_TRUE(Holds(session, "cut/selection", Area{22, 19, 62, 49}, "cut/undoRect", Area{0, 0, 40, 30}));
 }
 
 TEST_F(BlockBetweenCuts, ComesBackAtItsPlaceInTheFirstCutAfterAPasteInTheSecond) {
   CopyAndClear();
   NewCutWithSmallLayer();
   session.Command(kCommandPaste).Activate(0).Command(kCommandPaste);
-  model.Fill(12, 12, 4, 4, 2);
-  EXPECT_TRUE(ViewShows(model));
+  EXPECT_TRUE(ViewShows(model.Fill(12, 12, 4, 4, 2)));
   EXPECT_EQ(session.NowSelection(), (Area{10, 10, 20, 20}));
 }
 
@@ -54,8 +51,7 @@ TEST_F(BlockBetweenCuts, BelongsToTheCutOfTheLastCopy) {
   session.FillArea(31, 6, 2, 2, 4);
   Select(30, 5, 38, 12);
   session.Command(kCommandCopy).Activate(0).Command(kCommandPaste);
-  model.Fill(1, 1, 2, 2, 4);
-  EXPECT_TRUE(ViewShows(model));
+  EXPECT_TRUE(ViewShows(model.Fill(1, 1, 2, 2, 4)));
   session.Activate(1).Command(kCommandPaste);
   EXPECT_EQ(session.NowSelection(), (Area{30, 5, 38, 12}));
 }
@@ -112,19 +108,15 @@ TEST_F(BlockBetweenLayers, OnASmallerLayerIsCutToItAndKeepsItsPlace) {
   AddSmallLayer();
   model.Fill(22, 19, 18, 10, 2);
   EXPECT_TRUE(PasteShows(model));
-  EXPECT_EQ(session.NowSelection(), (Area{10, 10, 40, 30}));
-  EXPECT_EQ(session.NowUndoRect(), (Area{-12, -9, 30, 20}));
+  EXPECT_TRUE(Holds(session, "cut/selection", Area{10, 10, 40, 30}, "cut/undoRect", Area{-12, -9, 30, 20}));
 }
 
 TEST_F(BlockBetweenLayers, ADragBringsInThePartThatLayOutside) {
   CopyLargeBlock();
   AddSmallLayer();
   session.Command(kCommandPaste).LeftDrag(30, 22, 42, 31);
-  model.Fill(22, 19, 20, 10, 2);
-  model.Fill(22, 19, 5, 5, 3);
-  EXPECT_TRUE(ViewShows(model));
-  EXPECT_EQ(session.NowSelection(), (Area{22, 19, 52, 39}));
-  EXPECT_EQ(session.NowUndoRect(), (Area{-12, -9, 42, 29}));
+  EXPECT_TRUE(ViewShows(model.Fill(22, 19, 20, 10, 2).Fill(22, 19, 5, 5, 3)));
+  EXPECT_TRUE(Holds(session, "cut/selection", Area{22, 19, 52, 39}, "cut/undoRect", Area{-12, -9, 42, 29}));
 }
 
 TEST_F(BlockBetweenLayers, UndoOnTheSmallerLayerTakesItAwayAndBringsItBack) {
@@ -133,17 +125,14 @@ TEST_F(BlockBetweenLayers, UndoOnTheSmallerLayerTakesItAwayAndBringsItBack) {
   session.Command(kCommandPaste).Command(kCommandUndo);
   EXPECT_TRUE(ViewShows(model));
   session.Command(kCommandUndo);
-  model.Fill(22, 19, 18, 10, 2);
-  EXPECT_TRUE(ViewShows(model));
+  EXPECT_TRUE(ViewShows(model.Fill(22, 19, 18, 10, 2)));
 }
 
 TEST_F(BlockBetweenLayers, OutOfASmallerLayerKeepsItsPlaceOnALargerOne) {
   AddSmallLayer();
-  session.FillArea(24, 20, 6, 4, 3);
-  session.Command(kToolAreaSelect).RightClick(30, 22).Command(kCommandCopy);
+  session.FillArea(24, 20, 6, 4, 3).Command(kToolAreaSelect).RightClick(30, 22).Command(kCommandCopy);
   session.Select(kLayerList, {0}).Command(kCommandPaste).Command(kCommandCurrentCellOnly);
-  model.Fill(24, 20, 6, 4, 3);
-  EXPECT_TRUE(ViewShows(model));
+  EXPECT_TRUE(ViewShows(model.Fill(24, 20, 6, 4, 3)));
   EXPECT_EQ(session.NowUndoRect(), (Area{22, 19, 20, 10}));
 }
 
@@ -151,10 +140,9 @@ TEST_F(BlockBetweenLayers, WhollyBesideTheOtherLayerFloatsAndCanBeDraggedIn) {
   CopyAndClear();
   AddSmallLayer();
   EXPECT_TRUE(PasteShows(model));
-  EXPECT_EQ(session.NowCut()["floatingPaste"], true);
+  EXPECT_EQ(session.Cut()["floatingPaste"], true);
   session.LeftDrag(15, 15, 30, 25);
-  model.Fill(27, 22, 4, 4, 2);
-  EXPECT_TRUE(ViewShows(model));
+  EXPECT_TRUE(ViewShows(model.Fill(27, 22, 4, 4, 2)));
 }
 
 TEST_F(BlockBetweenLayers, GoesToAnotherCellOfTheLayer) {
@@ -179,8 +167,7 @@ TEST_F(MaskedBlock, TheMaskOfTheCopyLiftsAndTheMaskOfThePasteProtects) {
   CopyBlockAndClear({3});
   Ink(11, 12, 9, 2, 9);
   session.Mask({9});
-  model.Fill(12, 14, 2, 3, 2);
-  model.Fill(16, 14, 2, 3, 4);
+  model.Fill(12, 14, 2, 3, 2).Fill(16, 14, 2, 3, 4);
   EXPECT_TRUE(PasteShows(model));
 }
 
@@ -201,8 +188,7 @@ TEST_F(MaskedBlock, ProtectedTransparencyDoesNotChangeWhatIsLifted) {
 TEST_F(MaskedBlock, NothingLiftedStillFloatsInItsFrame) {
   CopyAndClear({2});
   EXPECT_TRUE(PasteShows(model));
-  EXPECT_EQ(session.NowCut()["floatingPaste"], true);
-  EXPECT_EQ(session.NowSelection(), (Area{10, 10, 20, 20}));
+  EXPECT_TRUE(Holds(session, "cut/floatingPaste", true, "cut/selection", Area{10, 10, 20, 20}));
 }
 
 TEST_F(MaskedBlock, ACopyReplacesAllOfAnOlderBlock) {
@@ -217,11 +203,8 @@ TEST_F(MaskedBlock, ACopyReplacesAllOfAnOlderBlock) {
 TEST_F(MaskedBlock, AMaskSetWhileItFloatsCountsForTheNextDrag) {
   CopyAndClear();
   Ink(40, 10, 10, 20, 3);
-  session.Command(kCommandPaste);
-  session.Mask({3});
-  session.LeftDrag(15, 15, 41, 25);
-  model.Fill(38, 22, 2, 4, 2);
-  EXPECT_TRUE(ViewShows(model));
+  session.Command(kCommandPaste).Mask({3}).LeftDrag(15, 15, 41, 25);
+  EXPECT_TRUE(ViewShows(model.Fill(38, 22, 2, 4, 2)));
 }
 
 TEST_F(MaskedBlock, AMaskClearedWhileItFloatsCountsForTheNextDrag) {
@@ -230,17 +213,14 @@ TEST_F(MaskedBlock, AMaskClearedWhileItFloatsCountsForTheNextDrag) {
   Ink(40, 10, 10, 20, 3);
   session.Mask({3});
   EXPECT_TRUE(PasteShows(model));
-  session.Mask({});
-  session.LeftDrag(15, 15, 41, 25);
-  model.Fill(38, 22, 4, 4, 2);
-  EXPECT_TRUE(ViewShows(model));
+  session.Mask({}).LeftDrag(15, 15, 41, 25);
+  EXPECT_TRUE(ViewShows(model.Fill(38, 22, 4, 4, 2)));
 }
 
 TEST_F(MaskedBlock, TheUndoOfAMaskedPasteGivesTheCellBack) {
   CopyAndClear();
   Ink(13, 10, 10, 4, 3);
-  session.Mask({3});
-  session.Command(kCommandPaste).Command(kCommandUndo);
+  session.Mask({3}).Command(kCommandPaste).Command(kCommandUndo);
   EXPECT_TRUE(ViewShows(model));
 }
 
@@ -248,8 +228,7 @@ TEST_F(MaskedBlock, ACutUnderAMaskStoresWhatItErasesAndUndoGivesBackBoth) {
   Ink(12, 12, 2, 4, 2);
   Ink(14, 12, 2, 4, 3);
   Select(10, 10, 20, 20);
-  session.Mask({3});
-  session.Command(kCommandCut);
+  session.Mask({3}).Command(kCommandCut);
   InkModel erased = model;
   erased.Fill(12, 12, 2, 4, 0);
   EXPECT_TRUE(ViewShows(erased));
@@ -268,9 +247,7 @@ TEST_F(BlockOfRoles, HoldsLinesBoundariesAndUnderdrawingExactly) {
   Ink(12, 10, 2, 6, 2);
   Ink(14, 10, 2, 6, 3);
   session.Command(kCommandToSketch);
-  model.Fill(10, 10, 2, 6, 5);
-  model.Fill(12, 10, 2, 6, 6);
-  model.Fill(14, 10, 2, 6, 7);
+  model.Fill(10, 10, 2, 6, 5).Fill(12, 10, 2, 6, 6).Fill(14, 10, 2, 6, 7);
   Ink(16, 10, 1, 6, 9);
   Ink(17, 10, 1, 6, 10);
   session.DrawInkLine(18, 10, 18, 15);
@@ -310,8 +287,7 @@ TEST_F(BlockOfRoles, AFloatingToneMarkLeavesTheGreysAsTheyWere) {
   pasted.Fill(12, 12, 4, 4, 3);
   EXPECT_TRUE(ViewShows(pasted));
   session.LeftDrag(15, 15, 45, 25);
-  model.Fill(42, 22, 4, 4, 4);
-  EXPECT_TRUE(ViewShows(model));
+  EXPECT_TRUE(ViewShows(model.Fill(42, 22, 4, 4, 4)));
 }
 
 // ---- The floating paste ----
@@ -345,35 +321,16 @@ TEST_F(FloatingBlock, UndoAndRedoAfterADragMeanItsLastPlace) {
 }
 
 TEST_F(FloatingBlock, UndoAfterSeveralDragsTakesThePasteAwayAtOnce) {
-  session.LeftDrag(15, 15, 45, 25);
-  session.LeftDrag(42, 24, 22, 34);
-  session.LeftDrag(22, 34, 20, 30);
+  session.LeftDrag(15, 15, 45, 25).LeftDrag(42, 24, 22, 34).LeftDrag(22, 34, 20, 30);
   EXPECT_TRUE(ViewShows(With(18, 26)));
   EXPECT_TRUE(UndoShows(model));
   EXPECT_TRUE(UndoShows(With(18, 26)));
 }
 
-TEST_F(FloatingBlock, UndoEndsTheSelectionAndLeavesItAfloat) {
-  session.LeftDrag(15, 15, 45, 25);
-  session.Command(kCommandUndo);
-  EXPECT_FALSE(session.HasSelection());
-  EXPECT_EQ(session.NowCut()["floatingPaste"], true);
-}
-
 TEST_F(FloatingBlock, APressWithoutAMovePutsItBackWhereItWas) {
-  session.Press(15, 15);
-  session.Release(15, 15);
+  session.Press(15, 15).Release(15, 15);
   EXPECT_TRUE(ViewShows(With(10, 10)));
-  EXPECT_EQ(session.NowSelection(), (Area{10, 10, 20, 20}));
-  EXPECT_EQ(session.NowCut()["floatingPaste"], true);
-}
-
-TEST_F(FloatingBlock, TheUndoRectGrowsOverAllItsPlaces) {
-  EXPECT_EQ(session.NowUndoRect(), (Area{10, 10, 10, 10}));
-  session.LeftDrag(15, 15, 45, 25);
-  EXPECT_EQ(session.NowUndoRect(), (Area{10, 10, 40, 20}));
-  session.LeftDrag(42, 24, 22, 34);
-  EXPECT_EQ(session.NowUndoRect(), (Area{10, 10, 40, 30}));
+  EXPECT_TRUE(Holds(session, "cut/selection", Area{10, 10, 20, 20}, "cut/floatingPaste", true));
 }
 
 TEST_F(FloatingBlock, MadeFinalIsMovedAsTheInkOfTheCell) {
@@ -390,8 +347,7 @@ TEST_F(FloatingBlock, ASecondPasteLeavesTheFirstWhereItWasDragged) {
   both.Fill(12, 12, 4, 4, 2);
   EXPECT_TRUE(ViewShows(both));
   session.LeftDrag(15, 15, 35, 45);
-  both.Fill(12, 12, 4, 4, 0);
-  both.Fill(32, 42, 4, 4, 2);
+  both.Fill(12, 12, 4, 4, 0).Fill(32, 42, 4, 4, 2);
   EXPECT_TRUE(ViewShows(both));
   EXPECT_TRUE(UndoShows(With(40, 20)));
 }
@@ -402,22 +358,19 @@ TEST_F(FloatingBlock, AFrameDrawnAfterAToolChangeDragsThePaste) {
   session.Command(kToolFreePen);
   Select(25, 30, 30, 35);
   session.LeftDrag(28, 33, 33, 35);
-  model.Fill(32, 34, 3, 3, 2);
-  EXPECT_TRUE(ViewShows(model));
+  EXPECT_TRUE(ViewShows(model.Fill(32, 34, 3, 3, 2)));
   EXPECT_EQ(session.NowSelection(), (Area{30, 32, 35, 37}));
 }
 
 TEST_F(FloatingBlock, AfterUndoAndRedoAFrameStillDragsThePaste) {
-  session.LeftDrag(15, 15, 35, 25);
-  session.Command(kCommandUndo).Command(kCommandUndo);
-  session.LeftDrag(30, 20, 40, 30).LeftDrag(35, 25, 25, 35);
+  session.LeftDrag(15, 15, 35, 25).Command(kCommandUndo).Command(kCommandUndo).LeftDrag(30, 20, 40, 30);
+  session.LeftDrag(35, 25, 25, 35);
   EXPECT_TRUE(ViewShows(With(20, 30)));
 }
 
 // The press swaps with the undo copy, whatever that holds: after an undo it is the paste.
 TEST_F(FloatingBlock, AfterAnUndoADragBringsThePasteBackAndPutsAnotherOne) {
-  session.Command(kCommandUndo);
-  session.LeftDrag(20, 30, 30, 40).LeftDrag(25, 35, 27, 37);
+  session.Command(kCommandUndo).LeftDrag(20, 30, 30, 40).LeftDrag(25, 35, 27, 37);
   InkModel both = With(22, 32);
   both.Fill(12, 12, 4, 4, 2);
   EXPECT_TRUE(ViewShows(both));
@@ -429,17 +382,18 @@ TEST_F(FloatingBlock, AWidenedFrameTakesTheBlockToItsCorner) {
   EXPECT_TRUE(ViewShows(With(10, 10)));
   session.LeftDrag(15, 15, 15, 25);
   EXPECT_TRUE(ViewShows(With(7, 20)));
-  EXPECT_EQ(session.NowSelection(), (Area{7, 20, 23, 30}));
-  EXPECT_EQ(session.NowUndoRect(), (Area{7, 10, 16, 20}));
+  EXPECT_TRUE(Holds(session, "cut/selection", Area{7, 20, 23, 30}, "cut/undoRect", Area{7, 10, 16, 20}));
 }
 
-TEST_F(FloatingBlock, ANarrowedFrameCutsTheBlock) {
-  session.LeftDrag(10, 15, 13, 15);
-  EXPECT_EQ(session.NowSelection(), (Area{13, 10, 17, 20}));
-  session.LeftDrag(15, 15, 25, 25);
-  model.Fill(25, 22, 2, 4, 2);
-  EXPECT_TRUE(ViewShows(model));
-}
+const Rules<FloatingBlock, "FloatingBlock"> kFloatingBlockRules = {
+    {"UndoEndsTheSelectionAndLeavesItAfloat", Do().LeftDrag(15, 15, 45, 25).Command(kCommandUndo),
+     Has("cut/hasSelection", false, "cut/floatingPaste", true)},
+    {"TheUndoRectGrowsOverAllItsPlaces", Has("cut/undoRect", Area{10, 10, 10, 10}), Do().LeftDrag(15, 15, 45, 25),
+     Has("cut/undoRect", Area{10, 10, 40, 20}), Do().LeftDrag(42, 24, 22, 34),
+     Has("cut/undoRect", Area{10, 10, 40, 30})},
+    {"ANarrowedFrameCutsTheBlock", Do().LeftDrag(10, 15, 13, 15), Has("cut/selection", Area{13, 10, 17, 20}),
+     Do().LeftDrag(15, 15, 25, 25), Ink().Fill(25, 22, 2, 4, 2)},
+};
 
 TEST_F(FloatingBlock, DraggedOverTheRightEdgeAndBackIsWhole) {
   session.LeftDrag(12, 15, 62, 15);
@@ -486,8 +440,7 @@ struct ZoomedBlock : BlockScene {
 
 TEST_F(ZoomedBlock, ComesBackAtItsPlaceWithAFrameOfWholePixels) {
   EXPECT_TRUE(ViewShows(With(21, 17)));
-  EXPECT_EQ(session.NowSelection(), (Area{10, 10, 30, 26}));
-  EXPECT_EQ(session.NowUndoRect(), (Area{21, 17, 10, 8}));
+  EXPECT_TRUE(Holds(session, "cut/selection", Area{10, 10, 30, 26}, "cut/undoRect", Area{21, 17, 10, 8}));
 }
 
 TEST_F(ZoomedBlock, IsDraggedByWholePixels) {
@@ -502,9 +455,7 @@ struct BlockOnTheGrid : BlockScene {};
 TEST_F(BlockOnTheGrid, ACopySnapsTheSelectionOfAnEarlierGrid) {
   Ink(0, 0, 64, 48, 2);
   Select(11, 13, 30, 27);
-  session.Grid(8, 8);
-  session.Command(kCommandCopy);
-  session.Grid(1, 1);
+  session.Grid(8, 8).Command(kCommandCopy).Grid(1, 1);
   Clear();
   model.Fill(8, 16, 24, 8, 2);
   EXPECT_TRUE(PasteShows(model));
@@ -513,11 +464,8 @@ TEST_F(BlockOnTheGrid, ACopySnapsTheSelectionOfAnEarlierGrid) {
 
 TEST_F(BlockOnTheGrid, ADragGoesInStepsOfTheGrid) {
   CopyAndClear();
-  session.Command(kCommandPaste);
-  session.Grid(8, 8);
-  session.LeftDrag(15, 15, 26, 27);
-  model.Fill(20, 20, 4, 4, 2);
-  EXPECT_TRUE(ViewShows(model));
+  session.Command(kCommandPaste).Grid(8, 8).LeftDrag(15, 15, 26, 27);
+  EXPECT_TRUE(ViewShows(model.Fill(20, 20, 4, 4, 2)));
   EXPECT_EQ(session.NowSelection(), (Area{18, 18, 28, 28}));
 }
 
@@ -542,18 +490,13 @@ TEST_F(CutOut, UndoAndRedo) {
   EXPECT_TRUE(UndoShows(Without()));
 }
 
-TEST_F(CutOut, EndsTheSelectionWhichACopyKeeps) {
-  session.Command(kCommandCopy);
-  EXPECT_EQ(session.NowSelection(), (Area{10, 10, 20, 20}));
-  session.Command(kCommandCut);
-  EXPECT_FALSE(session.HasSelection());
-}
-
-TEST_F(CutOut, TheBlockOutlivesTheUndo) {
-  session.Command(kCommandCut).Command(kCommandUndo).Command(kCommandPaste).LeftDrag(15, 15, 35, 35);
-  model.Fill(32, 32, 4, 4, 2);
-  EXPECT_TRUE(ViewShows(model));
-}
+const Rules<CutOut, "CutOut"> kCutOutRules = {
+    {"EndsTheSelectionWhichACopyKeeps", Do().Command(kCommandCopy), Has("cut/selection", Area{10, 10, 20, 20}),
+     Do().Command(kCommandCut), Has("cut/hasSelection", false)},
+    {"TheBlockOutlivesTheUndo",
+     Do().Command(kCommandCut).Command(kCommandUndo).Command(kCommandPaste).LeftDrag(15, 15, 35, 35),
+     Ink().Fill(32, 32, 4, 4, 2)},
+};
 
 TEST_F(CutOut, UndoAfterThePasteGivesTheStateAfterTheCut) {
   session.Command(kCommandCut).Command(kCommandPaste).LeftDrag(15, 15, 35, 35);
@@ -724,8 +667,7 @@ TEST_F(ClipboardPicture, LargerThanTheCanvasIsCutAndADragShowsTheRest) {
   PastePicture(session, picture);
   DrawPasted(model, picture, 0, 0);
   EXPECT_TRUE(ViewShows(model));
-  EXPECT_EQ(session.NowSelection(), (Area{0, 0, 80, 60}));
-  EXPECT_EQ(session.NowUndoRect(), (Area{0, 0, 80, 60}));
+  EXPECT_TRUE(Holds(session, "cut/selection", Area{0, 0, 80, 60}, "cut/undoRect", Area{0, 0, 80, 60}));
   session.LeftDrag(40, 30, 25, 17);
   InkModel moved;
   DrawPasted(moved, picture, -15, -13);
@@ -749,19 +691,16 @@ TEST_F(ClipboardPicture, UndoAndRedoAfterADrag) {
 TEST_F(ClipboardPicture, WithoutAnOwnerLandsAtTheOriginOfEachLayer) {
   AddSmallLayer();
   PastePicture(session, PlainPicture(6, 4, 0xFFFFFF));
-  model.Fill(22, 19, 6, 4, 4);
-  EXPECT_TRUE(ViewShows(model));
+  EXPECT_TRUE(ViewShows(model.Fill(22, 19, 6, 4, 4)));
   session.Select(kLayerList, {0}).Command(kCommandPaste);
-  model.Fill(0, 0, 6, 4, 4);
-  EXPECT_TRUE(ViewShows(model));
+  EXPECT_TRUE(ViewShows(model.Fill(0, 0, 6, 4, 4)));
 }
 
 TEST_F(ClipboardPicture, AfterACopyInThisCutKeepsItsPlaceOnTheCanvas) {
   CopyAndClear();
   AddSmallLayer();
   PastePicture(session, PlainPicture(6, 4, 0xFFFFFF));
-  model.Fill(22, 19, 6, 4, 4);
-  EXPECT_TRUE(ViewShows(model));
+  EXPECT_TRUE(ViewShows(model.Fill(22, 19, 6, 4, 4)));
   session.Select(kLayerList, {0}).Command(kCommandPaste).Command(kCommandCurrentCellOnly);
   EXPECT_TRUE(ViewShows(model));
 }
@@ -770,8 +709,7 @@ TEST_F(ClipboardPicture, PastedInAnotherCutTakesThatCutsPlaceBackToTheOwner) {
   CopyAndClear();
   NewCutWithSmallLayer();
   PastePicture(session, PlainPicture(6, 4, 0xFFFFFF));
-  model.Fill(22, 19, 6, 4, 4);
-  EXPECT_TRUE(ViewShows(model));
+  EXPECT_TRUE(ViewShows(model.Fill(22, 19, 6, 4, 4)));
   session.Activate(0).Command(kCommandPaste);
   EXPECT_TRUE(ViewShows(model));
 }
@@ -792,9 +730,7 @@ TEST_F(MaskedPicture, ProtectedPixelsOfTheOldBlockStayInIt) {
   CopyCorner();
   session.Mask({3});
   PasteWhite();
-  model.Fill(0, 0, 20, 15, 4);
-  model.Fill(0, 0, 8, 6, 3);
-  EXPECT_TRUE(ViewShows(model));
+  EXPECT_TRUE(ViewShows(model.Fill(0, 0, 20, 15, 4).Fill(0, 0, 8, 6, 3)));
 }
 
 TEST_F(MaskedPicture, WithoutAMaskNothingOfTheOldBlockStays) {
@@ -810,7 +746,7 @@ TEST_F(MaskedPicture, ProtectedTransparencyKeepsAFreshBlockEmpty) {
   session.Mask({0});
   PasteWhite();
   EXPECT_TRUE(ViewShows(model));
-  EXPECT_EQ(session.NowCut()["floatingPaste"], true);
+  EXPECT_EQ(session.Cut()["floatingPaste"], true);
 }
 
 TEST_F(MaskedPicture, ProtectedTransparencyLetsThePictureOverTheInkOfTheOldBlock) {
@@ -818,8 +754,7 @@ TEST_F(MaskedPicture, ProtectedTransparencyLetsThePictureOverTheInkOfTheOldBlock
   Ink(0, 0, 30, 5, 9);
   session.Mask({0});
   PasteWhite();
-  model.Fill(2, 2, 4, 3, 4);
-  EXPECT_TRUE(ViewShows(model));
+  EXPECT_TRUE(ViewShows(model.Fill(2, 2, 4, 3, 4)));
 }
 
 // ---- Large pictures ----

@@ -63,9 +63,9 @@ inline void PastePicture(ScriptSession& session, const Picture& picture) {
   session.Command(kCommandPasteFromClipboard);
 }
 
-// A drawing, and a model of what its view should show.
-struct BlockScene : testing::Test {
-  explicit BlockScene(const Canvas& canvas = {}) : session(canvas), model(canvas.width, canvas.height) {}
+// A drawing and its model, with blocks that are copied and pasted.
+struct BlockScene : DrawingTest {
+  using DrawingTest::DrawingTest;
 
   // Fills a rectangle with one index, in the drawing and in the model.
   void Ink(int x, int y, int width, int height, int index) {
@@ -96,7 +96,6 @@ struct BlockScene : testing::Test {
   // The same with a layer as `AddSmallLayer` adds it.
   void NewCutWithSmallLayer() { session.NewCut({.width = 64, .height = 48, .layerWidth = 20, .layerHeight = 10}); }
 
-  testing::AssertionResult ViewShows(const InkModel& expected) { return Shows(session.NowView(), expected); }
   // Compares the view after a paste of the block.
   testing::AssertionResult PasteShows(const InkModel& expected) {
     session.Command(kCommandPaste);
@@ -107,9 +106,6 @@ struct BlockScene : testing::Test {
     session.Command(kCommandUndo);
     return ViewShows(expected);
   }
-
-  DrawingSession session;
-  InkModel model;
 };
 
 }  // namespace rules

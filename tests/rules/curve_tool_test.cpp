@@ -12,38 +12,33 @@ constexpr Point b = {20, 12};
 constexpr Point c = {45, 10};
 constexpr Point d = {55, 38};
 
-struct CurveTool : testing::Test {
+struct CurveTool : DrawingTest {
   CurveTool() { session.Command(kToolCurve); }
   void Click(const Point& point, std::string_view keys = "") { session.LeftClick(point.x, point.y, keys); }
   void End() { session.RightClick(1, 1); }
-  DrawingSession session;
-  InkModel model;
 };
 
 TEST_F(CurveTool, OneClickAndARightClickDrawNothing) {
   Click(a);
   End();
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
 TEST_F(CurveTool, TwoClicksAndARightClickDrawACubicWithDoubledEnds) {
   Click(a);
   Click(b);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
   End();
-  model.Curve({a, a, b, b});
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Curve({a, a, b, b})));
 }
 
 TEST_F(CurveTool, ASegmentIsDrawnOneClickLate) {
   Click(a);
   Click(b);
   Click(c);
-  model.Curve({a, a, b, c});
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Curve({a, a, b, c})));
   End();
-  model.Curve({a, b, c, c});
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Curve({a, b, c, c})));
 }
 
 TEST_F(CurveTool, AMiddleSegmentRunsThroughFourPoints) {
@@ -51,9 +46,7 @@ TEST_F(CurveTool, AMiddleSegmentRunsThroughFourPoints) {
   Click(b);
   Click(c);
   Click(d);
-  model.Curve({a, a, b, c});
-  model.Curve({a, b, c, d});
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Curve({a, a, b, c}).Curve({a, b, c, d})));
 }
 
 TEST_F(CurveTool, FivePointsShiftTheFourByOne) {
@@ -64,11 +57,7 @@ TEST_F(CurveTool, FivePointsShiftTheFourByOne) {
   Click(d);
   Click(e);
   End();
-  model.Curve({a, a, b, c});
-  model.Curve({a, b, c, d});
-  model.Curve({b, c, d, e});
-  model.Curve({c, d, e, e});
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Curve({a, a, b, c}).Curve({a, b, c, d}).Curve({b, c, d, e}).Curve({c, d, e, e})));
 }
 
 TEST_F(CurveTool, ACurvePassesThroughItsPoints) {
@@ -84,41 +73,36 @@ TEST_F(CurveTool, PointsOnALineGiveTheLine) {
   Click({10, 20});
   Click({30, 20});
   End();
-  model.Fill(10, 20, 21, 1, 8);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Fill(10, 20, 21, 1, 8)));
 }
 
 TEST_F(CurveTool, TheSamePointTwiceIsOneStamp) {
   Click({10, 20});
   Click({10, 20});
   End();
-  model.Set(10, 20, 8);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Set(10, 20, 8)));
 }
 
 TEST_F(CurveTool, OnlyTheReleaseCounts) {
-  session.Press(10, 20);
-  session.Press(30, 20);
+  session.Press(10, 20).Press(30, 20);
   End();
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
 TEST_F(CurveTool, CtrlAtAClickLeavesOutTheSegmentOfTheNextClick) {
   Click(a);
   Click(b, "ctrl");
   Click(c);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
   End();
-  model.Curve({a, b, c, c});
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Curve({a, b, c, c})));
 }
 
 TEST_F(CurveTool, TheLastSegmentIsDrawnInSpiteOfCtrl) {
   Click(a);
   Click(b, "ctrl");
   End();
-  model.Curve({a, a, b, b});
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Curve({a, a, b, b})));
 }
 
 TEST_F(CurveTool, ASegmentHasTheShapeOfTheClickBeforeTheOneThatDraws) {
@@ -127,21 +111,18 @@ TEST_F(CurveTool, ASegmentHasTheShapeOfTheClickBeforeTheOneThatDraws) {
   Click(b);
   session.Char('d').Char('d');
   Click(c);
-  model.Curve({a, a, b, c}, {.shape = 9});
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Curve({a, a, b, c}, {.shape = 9})));
   EXPECT_EQ(session.NowState()["pen"]["shape"], 7);
 }
 
 TEST_F(CurveTool, AChainOfCurvesIsOneUndoStep) {
-  session.DrawInkLine(40, 44, 50, 44);
-  session.Command(kToolCurve);
+  session.DrawInkLine(40, 44, 50, 44).Command(kToolCurve);
   Click(a);
   Click(b);
   Click(c);
   End();
   session.Command(kCommandUndo);
-  model.Line(40, 44, 50, 44);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Line(40, 44, 50, 44)));
 }
 
 TEST_F(CurveTool, ARightClickEndsTheCurve) {
@@ -150,8 +131,7 @@ TEST_F(CurveTool, ARightClickEndsTheCurve) {
   End();
   Click(c);
   End();
-  model.Curve({a, a, b, b});
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Curve({a, a, b, b})));
 }
 
 TEST_F(CurveTool, APulseDropsThePendingSegment) {
@@ -160,13 +140,11 @@ TEST_F(CurveTool, APulseDropsThePendingSegment) {
   Click(c);
   session.Repaint();
   End();
-  model.Curve({a, a, b, c});
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Curve({a, a, b, c})));
 }
 
 TEST_F(CurveTool, TheFirstClickForgetsTheUndoRect) {
-  session.DrawInkLine(40, 44, 50, 44);
-  session.Command(kToolCurve);
+  session.DrawInkLine(40, 44, 50, 44).Command(kToolCurve);
   Click(a);
   EXPECT_EQ(session.NowUndoRect(), (Area{0, 0, 0, 0}));
 }
@@ -201,19 +179,15 @@ TEST_F(CurveTool, TheMarkGoesWithTheRightClick) {
   session.Move(30, 20);
   EXPECT_EQ(session.NowView().At(30, 20), 1u);
   End();
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
 TEST_F(CurveTool, AMaskHoldsOnTheCurve) {
-  session.FillArea(0, 20, 64, 6, 4);
-  session.Mask({4});
-  session.Command(kToolCurve);
+  session.FillArea(0, 20, 64, 6, 4).Mask({4}).Command(kToolCurve);
   Click(a);
   Click(b);
   Click(c);
-  model.Fill(0, 20, 64, 6, 4);
-  model.Curve({a, a, b, c}, {}, 1U << 4);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Fill(0, 20, 64, 6, 4).Curve({a, a, b, c}, {}, 1U << 4)));
 }
 
 }  // namespace

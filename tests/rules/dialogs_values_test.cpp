@@ -4,15 +4,15 @@
 #include <vector>
 
 #include "resources/ids.h"
+#include "rules/rule_table.h"
 #include "rules/script_session.h"
 
+namespace rules {
 namespace {
 
 using nlohmann::json;
-using rules::CutFile;
-using rules::ScriptSession;
 
-json Mask(const ScriptSession& session, int state) {
+json Mask(ScriptSession& session, int state = kNow) {
   json whole = session.StateAt(state);
   return whole["pen"]["maskFlags"];
 }
@@ -22,23 +22,17 @@ struct MaskBox {
   int mask;
 };
 
-class MaskDialogBox : public testing::TestWithParam<MaskBox> {};
+class MaskDialogBox : public SessionTest, public testing::WithParamInterface<MaskBox> {};
 
 TEST_P(MaskDialogBox, StandsForItsBit) {
-  ScriptSession session;
   session.Dialog(kMaskDialog, {{GetParam().control, "on"}}).Command(kCommandMask);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Mask(session, state), GetParam().mask);
+  EXPECT_EQ(Mask(session), GetParam().mask);
 }
 
 TEST_P(MaskDialogBox, StartsFromTheMask) {
-  ScriptSession session;
   session.Dialog(kMaskDialog, {{kMaskInvertButton, "click"}}).Command(kCommandMask);
   session.Dialog(kMaskDialog, {{GetParam().control, "off"}}).Command(kCommandMask);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Mask(session, state), 0x7F1F & ~GetParam().mask);
+  EXPECT_EQ(Mask(session), 0x7F1F & ~GetParam().mask);
 }
 
 INSTANTIATE_TEST_SUITE_P(Dialogs, MaskDialogBox,
@@ -49,174 +43,91 @@ INSTANTIATE_TEST_SUITE_P(Dialogs, MaskDialogBox,
                                          MaskBox{kMaskPlus2Check, 2048}, MaskBox{kMaskPlus1Check, 4096},
                                          MaskBox{kMaskMinus1Check, 8192}, MaskBox{kMaskMinus2Check, 16384}));
 
-TEST(MaskDialog, InvertAfterClearChecksAllTwelveBoxes) {
-  ScriptSession session;
-  session.Dialog(kMaskDialog, {{kMaskBlackCheck, "on"}, {kMaskClearButton, "click"}, {kMaskInvertButton, "click"}})
-      .Command(kCommandMask);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Mask(session, state), 0x7F1F);
-}
-
-TEST(MaskDialog, ClearTakesAllChecksAway) {
-  ScriptSession session;
-  session.Dialog(kMaskDialog, {{kMaskInvertButton, "click"}})
-      .Command(kCommandMask)
-      .Dialog(kMaskDialog, {{kMaskClearButton, "click"}})
-      .Command(kCommandMask);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Mask(session, state), 0);
-}
-
-TEST(MaskDialog, InvertTakesTheMaskItWasOpenedWithAndNotTheBoxes) {
-  ScriptSession session;
-  session.Dialog(kMaskDialog, {{kMaskBlackCheck, "on"}})
-      .Command(kCommandMask)
-      .Dialog(kMaskDialog, {{kMaskTransparentCheck, "on"}, {kMaskInvertButton, "click"}})
-      .Command(kCommandMask);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Mask(session, state), 0x7F1F & ~2);
-}
-
-TEST(MaskDialog, InvertTwiceComesBack) {
-  ScriptSession session;
-  session.Dialog(kMaskDialog, {{kMaskBlackCheck, "on"}, {kMaskMinus2Check, "on"}})
-      .Command(kCommandMask)
-      .Dialog(kMaskDialog, {{kMaskInvertButton, "click"}, {kMaskInvertButton, "click"}})
-      .Command(kCommandMask);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Mask(session, state), 2 | 16384);
-}
-
-TEST(MaskDialog, BoxesAfterAButtonCount) {
-  ScriptSession session;
-  session.Dialog(kMaskDialog, {{kMaskInvertButton, "click"}, {kMaskClearButton, "click"}, {kMaskLightCheck, "on"}})
-      .Command(kCommandMask);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Mask(session, state), 8);
-}
-
-TEST(MaskDialog, CancelKeepsTheMaskInSpiteOfTheButtons) {
-  ScriptSession session;
-  session.Dialog(kMaskDialog, {{kMaskBlackCheck, "on"}})
-      .Command(kCommandMask)
-      .Dialog(kMaskDialog, {{kMaskClearButton, "click"}}, "cancel")
-      .Command(kCommandMask);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Mask(session, state), 2);
-}
+const Rules<SessionTest, "MaskDialog"> kMaskDialogRules = {
+    {"InvertAfterClearChecksAllTwelveBoxes",
+     Do().Dialog(kMaskDialog, {{kMaskBlackCheck, "on"}, {kMaskClearButton, "click"}, {kMaskInvertButton, "click"}}),
+     Do().Command(kCommandMask), Has("pen/maskFlags", 0x7F1F)},
+    {"ClearTakesAllChecksAway", Do().Dialog(kMaskDialog, {{kMaskInvertButton, "click"}}).Command(kCommandMask),
+     Do().Dialog(kMaskDialog, {{kMaskClearButton, "click"}}).Command(kCommandMask), Has("pen/maskFlags", 0)},
+    {"InvertTakesTheMaskItWasOpenedWithAndNotTheBoxes",
+     Do().Dialog(kMaskDialog, {{kMaskBlackCheck, "on"}}).Command(kCommandMask),
+     Do().Dialog(kMaskDialog, {{kMaskTransparentCheck, "on"}, {kMaskInvertButton, "click"}}),
+     Do().Command(kCommandMask), Has("pen/maskFlags", 0x7F1F & ~2)},
+    {"InvertTwiceComesBack",
+     Do().Dialog(kMaskDialog, {{kMaskBlackCheck, "on"}, {kMaskMinus2Check, "on"}}).Command(kCommandMask),
+     Do().Dialog(kMaskDialog, {{kMaskInvertButton, "click"}, {kMaskInvertButton, "click"}}).Command(kCommandMask),
+     Has("pen/maskFlags", 2 | 16384)},
+    {"BoxesAfterAButtonCount",
+     Do().Dialog(kMaskDialog, {{kMaskInvertButton, "click"}, {kMaskClearButton, "click"}, {kMaskLightCheck, "on"}}),
+     Do().Command(kCommandMask), Has("pen/maskFlags", 8)},
+    {"CancelKeepsTheMaskInSpiteOfTheButtons", Do().Dialog(kMaskDialog, {{kMaskBlackCheck, "on"}}).Command(kCommandMask),
+     Do().Dialog(kMaskDialog, {{kMaskClearButton, "click"}}, "cancel").Command(kCommandMask), Has("pen/maskFlags", 2)},
+};
 
 struct RadioButton {
-  rules::DialogValue value;
+  DialogValue value;
   int antialias;
 };
 
-class AntialiasButton : public testing::TestWithParam<RadioButton> {};
+class AntialiasButton : public SessionTest, public testing::WithParamInterface<RadioButton> {};
 
 TEST_P(AntialiasButton, SwitchesTheOthersOff) {
-  ScriptSession session;
   CutFile file = CutFile::WithoutLayers(1);
   file.antialias = GetParam().antialias == 0 ? 2 : 0;
   session.OpenCut("a.cut", file).Dialog(kCutDialog, {GetParam().value}).Command(kCommandCutProperties);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["antialias"], GetParam().antialias);
+  EXPECT_EQ(session.Cut()["antialias"], GetParam().antialias);
 }
 
 INSTANTIATE_TEST_SUITE_P(Dialogs, AntialiasButton,
                          testing::Values(RadioButton{{kCutWholeRadio, "on"}, 0}, RadioButton{{kCutHalfRadio, "on"}, 1},
                                          RadioButton{{kCutQuarterRadio, "on"}, 2}));
 
-TEST(CutDialog, WithNoAntialiasButtonOnTheValueStays) {
-  ScriptSession session;
+using CutDialog = SessionTest;
+
+TEST_F(CutDialog, WithNoAntialiasButtonOnTheValueStays) {
   CutFile file = CutFile::WithoutLayers(1);
   file.antialias = 2;
   session.OpenCut("a.cut", file).Dialog(kCutDialog, {{kCutQuarterRadio, "off"}}).Command(kCommandCutProperties);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["antialias"], 2);
+  EXPECT_EQ(session.Cut()["antialias"], 2);
 }
 
-TEST(CutDialog, SizeOfZeroNeverComesThrough) {
-  ScriptSession session;
-  session.OpenCut("a.cut", CutFile::WithoutLayers(1))
-      .Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "0"}, {kFrameHeightEdit, "-4"}})
-      .Command(kCommandFrameSize);
-  const int state = session.State();
-  session.Run();
-  EXPECT_GE(session.Cut(state)["frameWidth"], 1);
-  EXPECT_GE(session.Cut(state)["frameHeight"], 1);
+TEST_F(CutDialog, SizeOfZeroNeverComesThrough) {
+  session.OpenCut("a.cut", CutFile::WithoutLayers(1));
+  session.Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "0"}, {kFrameHeightEdit, "-4"}}).Command(kCommandFrameSize);
+  EXPECT_GE(session.Cut()["frameWidth"], 1);
+  EXPECT_GE(session.Cut()["frameHeight"], 1);
 }
 
-TEST(CutDialog, LargestSizeIsTaken) {
-  ScriptSession session;
-  session.OpenCut("a.cut", CutFile::WithoutLayers(1))
-      .Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "32767"}, {kFrameHeightEdit, "1"}})
-      .Command(kCommandFrameSize);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["frameWidth"], 32767);
-  EXPECT_EQ(session.Cut(state)["frameHeight"], 1);
-}
+const Rules<SessionTest, "CutDialog"> kCutDialogRules = {
+    {"LargestSizeIsTaken", Do().OpenCut("a.cut", CutFile::WithoutLayers(1)),
+     Do().Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "32767"}, {kFrameHeightEdit, "1"}}),
+     Do().Command(kCommandFrameSize), Has("cut/frameWidth", 32767, "cut/frameHeight", 1)},
+    {"LaterValuesOverEarlierOnes", Do().OpenCut("a.cut", CutFile::WithoutLayers(1)),
+     Do().Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "5"}, {kFrameWidthEdit, "6"}}).Command(kCommandFrameSize),
+     Has("cut/frameWidth", 6)},
+    {"CreditTakesJapaneseText",
+     Do().OpenCut("a.cut", CutFile::WithoutLayers(1)).Dialog(kCutDialog, {{kCutCreditEdit, "表 原画"}}),
+     Do().Command(kCommandCutProperties), Has("cut/credit", "表 原画")},
+};
 
-TEST(CutDialog, LaterValuesOverEarlierOnes) {
-  ScriptSession session;
-  session.OpenCut("a.cut", CutFile::WithoutLayers(1))
-      .Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "5"}, {kFrameWidthEdit, "6"}})
-      .Command(kCommandFrameSize);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["frameWidth"], 6);
-}
+const Rules<SessionTest, "LayerDialog"> kLayerDialogRules = {
+    {"NameTakesBlanksAndQuotes",
+     Do().OpenCut("a.cut", CutFile::Showing({1}, {0})).Dialog(kLayerDialog, {{kLayerNameEdit, "a \"b\" c"}}),
+     Do().Command(kCommandLayerProperties), Has("cut/layers/0/name", "a \"b\" c")},
+    {"EmptyNameOfALayerThatExistsStaysEmpty",
+     Do().OpenCut("a.cut", CutFile::Showing({1}, {0})).Dialog(kLayerDialog, {{kLayerNameEdit, ""}}),
+     Do().Command(kCommandLayerProperties),
+     Has("cut/layers/0/name", "", "panels/layers/lines", json::array({" (1/1)"}))},
+};
 
-TEST(CutDialog, CreditTakesJapaneseText) {
-  ScriptSession session;
-  session.OpenCut("a.cut", CutFile::WithoutLayers(1))
-      .Dialog(kCutDialog, {{kCutCreditEdit, "表 原画"}})
-      .Command(kCommandCutProperties);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["credit"], "表 原画");
-}
-
-TEST(LayerDialog, NameTakesBlanksAndQuotes) {
-  ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0}))
-      .Dialog(kLayerDialog, {{kLayerNameEdit, "a \"b\" c"}})
-      .Command(kCommandLayerProperties);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["layers"][0]["name"], "a \"b\" c");
-}
-
-TEST(LayerDialog, EmptyNameOfALayerThatExistsStaysEmpty) {
-  ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0}))
-      .Dialog(kLayerDialog, {{kLayerNameEdit, ""}})
-      .Command(kCommandLayerProperties);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["layers"][0]["name"], "");
-  EXPECT_EQ(session.StateAt(state)["panels"]["10004"]["lines"], json::array({" (1/1)"}));
-}
-
-class RangeDialog : public testing::TestWithParam<std::pair<int, int>> {};
+class RangeDialog : public SessionTest, public testing::WithParamInterface<std::pair<int, int>> {};
 
 TEST_P(RangeDialog, OnACutOfOneFrameOffersOnlyOne) {
-  ScriptSession session;
   session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Dialog(GetParam().second, {}).Command(GetParam().first);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["modified"], false);
+  EXPECT_EQ(session.Cut()["modified"], false);
 }
 
 TEST_P(RangeDialog, OfAnotherTemplateEndsTheScript) {
-  ScriptSession session;
   session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Dialog(kGridDialog, {}).Command(GetParam().first).Run(3);
 }
 
@@ -229,56 +140,44 @@ TEST(RangeDialogOfManyFrames, WrapsSoThatItsStartIsNoFrame) {
   ScriptSession session;
   CutFile file = CutFile::WithoutLayers(40000);
   file.frames[0].brightness = 0;
-  session.OpenCut("a.cut", file)
-      .Command(kCommandFirstFrame)
-      .Dialog(kBrightnessRampDialog, {})
-      .Command(kCommandBrightnessRamp);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Frame(state, 1)["brightness"], 50);
-  EXPECT_EQ(session.Cut(state)["modified"], false);
+  session.OpenCut("a.cut", file).Command(kCommandFirstFrame).Dialog(kBrightnessRampDialog, {});
+  session.Command(kCommandBrightnessRamp);
+  EXPECT_TRUE(Holds(session, "cut/frames/1/brightness", 50, "cut/modified", false));
 }
 
-TEST(FontDialog, NumbersGoIntoTheFont) {
-  ScriptSession session;
-  session.Dialog(kFontDialog, {{kFontSizeEdit, "30"}, {kFontSpacingEdit, "5"}, {kFontWeightEdit, "700"}})
-      .Command(kCommandFont)
-      .Exit()
-      .Run();
+using FontDialog = SessionTest;
+
+TEST_F(FontDialog, NumbersGoIntoTheFont) {
+  session.Dialog(kFontDialog, {{kFontSizeEdit, "30"}, {kFontSpacingEdit, "5"}, {kFontWeightEdit, "700"}});
+  session.Command(kCommandFont).Exit().Run();
   const std::string font = session.Setting("setup", "font");
   ASSERT_GE(font.size(), 12U);
   EXPECT_EQ(font.substr(font.size() - 12), ", 30, 5, 700");
 }
 
-TEST(FontDialog, LowestValuesAreTaken) {
-  ScriptSession session;
-  session.Dialog(kFontDialog, {{kFontSizeEdit, "1"}, {kFontSpacingEdit, "0"}, {kFontWeightEdit, "0"}})
-      .Command(kCommandFont)
-      .Exit()
-      .Run();
+TEST_F(FontDialog, LowestValuesAreTaken) {
+  session.Dialog(kFontDialog, {{kFontSizeEdit, "1"}, {kFontSpacingEdit, "0"}, {kFontWeightEdit, "0"}});
+  session.Command(kCommandFont).Exit().Run();
   const std::string font = session.Setting("setup", "font");
   ASSERT_GE(font.size(), 9U);
   EXPECT_EQ(font.substr(font.size() - 9), ", 1, 0, 0");
 }
 
-TEST(FontDialog, StartsWithTheFontsNumbers) {
-  ScriptSession session;
-  session.SetSettings("[setup]\r\nfont=Some Face, 31, 7, 650\r\n");
-  session.Dialog(kFontDialog, {}).Command(kCommandFont).Exit().Run();
+TEST_F(FontDialog, StartsWithTheFontsNumbers) {
+  session.SetSettings("[setup]\r\nfont=Some Face, 31, 7, 650\r\n").Dialog(kFontDialog, {}).Command(kCommandFont).Exit();
+  session.Run();
   const std::string font = session.Setting("setup", "font");
   ASSERT_GE(font.size(), 12U);
   EXPECT_EQ(font.substr(font.size() - 12), ", 31, 7, 650");
 }
 
-TEST(FontDialog, FontThatIsNotThereFallsToTheFirstLine) {
-  ScriptSession session;
-  session.SetSettings("[setup]\r\nfont=No Such Face, 31, 7, 650\r\n");
-  session.Dialog(kFontDialog, {}).Command(kCommandFont).Exit().Run();
+TEST_F(FontDialog, FontThatIsNotThereFallsToTheFirstLine) {
+  session.SetSettings("[setup]\r\nfont=No Such Face, 31, 7, 650\r\n").Dialog(kFontDialog, {}).Command(kCommandFont);
+  session.Exit().Run();
   EXPECT_EQ(session.Setting("setup", "font").find("No Such Face"), std::string::npos);
 }
 
-TEST(FontDialog, CancelKeepsTheFont) {
-  ScriptSession session;
+TEST_F(FontDialog, CancelKeepsTheFont) {
   session.SetSettings("[setup]\r\nfont=No Such Face, 31, 7, 650\r\n");
   session.Dialog(kFontDialog, {{kFontSizeEdit, "99"}}, "cancel").Command(kCommandFont).Exit().Run();
   EXPECT_EQ(session.Setting("setup", "font"), "No Such Face, 31, 7, 650");
@@ -286,37 +185,28 @@ TEST(FontDialog, CancelKeepsTheFont) {
 
 TEST(RandomDotsDialog, GapOfOneStampsEveryPixel) {
   ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({0}, {0}))
-      .Dialog(kRandomDotsDialog, {{kDotGapEdit, "1"}})
-      .Command(kCommandRandomDots);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["layers"][0]["cells"], json::array({rules::PlainCell(1)}));
+  session.OpenCut("a.cut", CutFile::Showing({0}, {0})).Dialog(kRandomDotsDialog, {{kDotGapEdit, "1"}});
+  session.Command(kCommandRandomDots);
+  EXPECT_EQ(session.Cut()["layers"][0]["cells"], json::array({PlainCell(1)}));
 }
 
-TEST(Answers, AreTakenInTheirOrder) {
-  ScriptSession session;
-  session.OpenCut("a.cut", CutFile::WithoutLayers(1))
-      .Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "5"}})
-      .Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "6"}});
-  session.Command(kCommandFrameSize);
-  const int first = session.State();
-  session.Command(kCommandFrameSize);
-  const int second = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(first)["frameWidth"], 5);
-  EXPECT_EQ(session.Cut(second)["frameWidth"], 6);
-}
+using Answers = SessionTest;
 
-TEST(Answers, DialogWithoutOneEndsTheScript) {
-  ScriptSession session;
+const Rules<SessionTest, "Answers"> kAnswersRules = {
+    {"AreTakenInTheirOrder",
+     Do().OpenCut("a.cut", CutFile::WithoutLayers(1)).Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "5"}}),
+     Do().Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "6"}}).Command(kCommandFrameSize), Has("cut/frameWidth", 5),
+     Do().Command(kCommandFrameSize), Has("cut/frameWidth", 6)},
+};
+
+TEST_F(Answers, DialogWithoutOneEndsTheScript) {
   session.Command(kCommandMask).Run(3);
   EXPECT_NE(session.Errors().find("script.txt:1:"), std::string::npos) << session.Errors();
 }
 
-TEST(Answers, ControlThatDoesNotExistEndsTheScript) {
-  ScriptSession session;
+TEST_F(Answers, ControlThatDoesNotExistEndsTheScript) {
   session.Dialog(kMaskDialog, {{1234, "on"}}).Command(kCommandMask).Run(3);
 }
 
 }  // namespace
+}  // namespace rules

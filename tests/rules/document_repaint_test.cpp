@@ -9,11 +9,10 @@
 // A repaint begins with a pulse, and the pulse ends a selection of the area tool. So a selection tells, at every
 // command, whether the window was repainted.
 
+namespace rules {
 namespace {
 
 using nlohmann::json;
-using rules::CutFile;
-using rules::ScriptSession;
 
 struct Case {
   int command;
@@ -33,7 +32,7 @@ ScriptSession& WithSelection(ScriptSession& session) {
       .LeftDrag(318, 238, 322, 240);
 }
 
-bool HasSelection(const ScriptSession& session, int state) {
+bool HasSelection(ScriptSession& session, int state = kNow) {
   return session.Cut(state)["selection"] == json::array({318, 238, 322, 240});
 }
 
@@ -102,21 +101,19 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{kCommandRandomDots, kRandomDotsDialog}, Case{kCommandDrawGrid, kGridDialog},
                     Case{kCommandFlipHorizontal}, Case{kCommandFlipVertical}, Case{kToolFreePen}));
 
-TEST(SelectLayer, RepaintsSoThatTheSelectionEnds) {
-  ScriptSession session;
+using SelectLayer = SessionTest;
+
+TEST_F(SelectLayer, RepaintsSoThatTheSelectionEnds) {
   WithSelection(session).Select(kLayerList, {0});
-  const int state = session.State();
-  session.Run();
-  EXPECT_FALSE(HasSelection(session, state));
+  EXPECT_FALSE(HasSelection(session));
 }
 
 TEST(Activation, SendsThePulseToTheWindowThatLosesIt) {
   ScriptSession session;
   WithSelection(session).OpenCut("b.cut", CutFile::WithoutLayers(1));
-  const int state = session.State();
-  session.Run();
-  json selection = session.StateAt(state)["cuts"][0]["selection"];
+  json selection = session.NowState()["cuts"][0]["selection"];
   EXPECT_NE(selection, json::array({318, 238, 322, 240}));
 }
 
 }  // namespace
+}  // namespace rules

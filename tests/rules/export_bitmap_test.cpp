@@ -7,12 +7,13 @@
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
 #include "rules/little_bytes.h"
+#include "rules/rule_table.h"
 
 namespace rules {
 namespace {
 
 std::string Exported(DrawingSession& session) {
-  session.File(session.Path("out.bmp")).Command(kCommandExportBitmap);
+  session.File("out.bmp").Command(kCommandExportBitmap);
   session.Run();
   return session.Bytes("out.bmp");
 }
@@ -28,8 +29,9 @@ void SetBrightness(DrawingSession& session, const std::string& value) {
   session.Repaint();
 }
 
-TEST(ExportedBitmap, HasItsHeader) {
-  DrawingSession session;
+using ExportedBitmap = DrawingTest;
+
+TEST_F(ExportedBitmap, HasItsHeader) {
   const std::string bytes = Exported(session);
   ASSERT_EQ(bytes.size(), 118u + 48 * 32);
   EXPECT_EQ(bytes.substr(0, 2), "BM");
@@ -46,8 +48,7 @@ TEST(ExportedBitmap, HasItsHeader) {
   EXPECT_EQ(LittleAt(bytes, 50, 4), 0u);
 }
 
-TEST(ExportedBitmap, ReducesTheRolesToFourLevels) {
-  DrawingSession session;
+TEST_F(ExportedBitmap, ReducesTheRolesToFourLevels) {
   const std::pair<int, uint32_t> levels[] = {{1, 0},  {2, 1},  {3, 2},  {4, 3},  {9, 1},
                                              {10, 2}, {11, 3}, {12, 3}, {13, 3}, {14, 3}};
   int x = 0;
@@ -55,10 +56,7 @@ TEST(ExportedBitmap, ReducesTheRolesToFourLevels) {
     session.FillArea(x, 8, 4, 4, index);
     x += 5;
   }
-  session.DrawInkLine(0, 20, 10, 20);
-  session.DrawInkLine(0, 30, 10, 30);
-  session.Command(kToolEraser);
-  session.LeftClick(5, 30);
+  session.DrawInkLine(0, 20, 10, 20).DrawInkLine(0, 30, 10, 30).Command(kToolEraser).LeftClick(5, 30);
   const PixelMatrix picture = ExportedPicture(session);
   x = 0;
   for (const auto& [index, level] : levels) {
@@ -70,24 +68,21 @@ TEST(ExportedBitmap, ReducesTheRolesToFourLevels) {
   EXPECT_EQ(picture.At(60, 40), 3u) << "transparent";
 }
 
-TEST(ExportedBitmap, HasTheGreysOfFourLevels) {
-  DrawingSession session;
+TEST_F(ExportedBitmap, HasTheGreysOfFourLevels) {
   const PixelMatrix picture = ExportedPicture(session);
   ASSERT_EQ(picture.Colors().size(), 16u);
   constexpr uint32_t greys[] = {0, 85, 170, 255};
   for (size_t i = 0; i < 4; ++i) EXPECT_EQ(picture.Colors()[i], greys[i] * 0x010101u) << i;
 }
 
-TEST(ExportedBitmap, EntriesAboveTheRampKeepWhatTheyHeld) {
-  DrawingSession session;
+TEST_F(ExportedBitmap, EntriesAboveTheRampKeepWhatTheyHeld) {
   const PixelMatrix picture = ExportedPicture(session);
   ASSERT_EQ(picture.Colors().size(), 16u);
   constexpr uint32_t greys[] = {85, 107, 128, 149, 170, 192, 213, 234, 255};
   for (size_t i = 0; i < 9; ++i) EXPECT_EQ(picture.Colors()[4 + i], greys[i] * 0x010101u) << i;
 }
 
-TEST(ExportedBitmap, ADarkFrameHasABlackColourTableAndItsLevels) {
-  DrawingSession session;
+TEST_F(ExportedBitmap, ADarkFrameHasABlackColourTableAndItsLevels) {
   session.FillArea(8, 8, 8, 8, 2);
   SetBrightness(session, "0");
   const PixelMatrix picture = ExportedPicture(session);
@@ -96,14 +91,13 @@ TEST(ExportedBitmap, ADarkFrameHasABlackColourTableAndItsLevels) {
   EXPECT_EQ(picture.At(30, 30), 3u);
 }
 
-TEST(ExportedBitmap, AWhiteFrameHasAWhiteRamp) {
-  DrawingSession session;
+TEST_F(ExportedBitmap, AWhiteFrameHasAWhiteRamp) {
   SetBrightness(session, "100");
   const PixelMatrix picture = ExportedPicture(session);
   for (size_t i = 0; i < 4; ++i) EXPECT_EQ(picture.Colors().at(i), 0xFFFFFFu) << i;
 }
 
-TEST(ExportedBitmap, BrightnessLowersAndLiftsTheRamp) {
+TEST_F(ExportedBitmap, BrightnessLowersAndLiftsTheRamp) {
   DrawingSession dark;
   SetBrightness(dark, "25");
   const PixelMatrix low = ExportedPicture(dark);
@@ -116,24 +110,20 @@ TEST(ExportedBitmap, BrightnessLowersAndLiftsTheRamp) {
   for (size_t i = 0; i < 4; ++i) EXPECT_EQ(high.Colors().at(i), lifted[i] * 0x010101u) << i;
 }
 
-TEST(ExportedBitmap, AKeyFramesBrightnessIsDecoded) {
-  DrawingSession session;
+TEST_F(ExportedBitmap, AKeyFramesBrightnessIsDecoded) {
   session.Panel(kBrightnessEdit, "25").Line("click 10009");
-  EXPECT_EQ(session.NowFrame()["brightness"], -26);
+  EXPECT_EQ(session.Frame()["brightness"], -26);
   EXPECT_EQ(ExportedPicture(session).Colors().at(3), 0x7F7F7Fu);
 }
 
-TEST(ExportedBitmap, TypedBrightnessIsNotCommitted) {
-  DrawingSession session;
+TEST_F(ExportedBitmap, TypedBrightnessIsNotCommitted) {
   session.Panel(kBrightnessEdit, "0");
   EXPECT_EQ(ExportedPicture(session).Colors().at(3), 0xFFFFFFu);
 }
 
-TEST(ExportedBitmap, ShowsTheFramesRectangle) {
-  DrawingSession session;
-  session.FillArea(10, 5, 4, 3, 1);
-  session.Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "32"}, {kFrameHeightEdit, "24"}}).Command(kCommandFrameSize);
-  session.Command(kToolFramePosition).LeftDrag(0, 0, 8, 4);
+TEST_F(ExportedBitmap, ShowsTheFramesRectangle) {
+  session.FillArea(10, 5, 4, 3, 1).Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "32"}, {kFrameHeightEdit, "24"}});
+  session.Command(kCommandFrameSize).Command(kToolFramePosition).LeftDrag(0, 0, 8, 4);
   const PixelMatrix picture = ExportedPicture(session);
   ASSERT_EQ(picture.Width(), 32);
   ASSERT_EQ(picture.Height(), 24);
@@ -141,20 +131,19 @@ TEST(ExportedBitmap, ShowsTheFramesRectangle) {
   EXPECT_EQ(picture.Count(0, 2, 1, 4, 3), 12);
 }
 
-TEST(ExportedBitmap, RowsHaveNoPadding) {
-  DrawingSession session({.width = 100, .height = 48});
-  session.FillArea(0, 46, 2, 1, 1);
-  const std::string bytes = Exported(session);
+TEST_F(ExportedBitmap, RowsHaveNoPadding) {
+  DrawingSession other({.width = 100, .height = 48});
+  other.FillArea(0, 46, 2, 1, 1);
+  const std::string bytes = Exported(other);
   ASSERT_EQ(bytes.size(), 118u + 48 * 50);
   EXPECT_EQ(LittleAt(bytes, 2, 4), 118u + 48 * 52);
   EXPECT_EQ(LittleAt(bytes, 118 + 50, 1), 0x00u);
   EXPECT_EQ(LittleAt(bytes, 118 + 51, 1), 0x33u);
 }
 
-TEST(ExportedBitmap, AnOddWidthEndsInTheColumnBehindTheFrame) {
-  DrawingSession session;
-  session.FillArea(31, 0, 1, 10, 1);
-  session.Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "31"}, {kFrameHeightEdit, "24"}}).Command(kCommandFrameSize);
+TEST_F(ExportedBitmap, AnOddWidthEndsInTheColumnBehindTheFrame) {
+  session.FillArea(31, 0, 1, 10, 1).Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "31"}, {kFrameHeightEdit, "24"}});
+  session.Command(kCommandFrameSize);
   const std::string bytes = Exported(session);
   ASSERT_EQ(bytes.size(), 118u + 24 * 16);
   EXPECT_EQ(LittleAt(bytes, 18, 4), 31u);
@@ -162,12 +151,10 @@ TEST(ExportedBitmap, AnOddWidthEndsInTheColumnBehindTheFrame) {
   EXPECT_EQ(LittleAt(bytes, 118 + 23 * 16 + 15, 1), 0x30u);
 }
 
-TEST(ExportedBitmap, AtHalfSizeFourPixelsAddUp) {
-  DrawingSession session({.antialias = 1});
-  session.FillArea(10, 10, 1, 1, 1);
-  session.FillArea(12, 10, 2, 1, 2);
-  session.FillArea(14, 10, 2, 2, 1);
-  const PixelMatrix picture = ExportedPicture(session);
+TEST_F(ExportedBitmap, AtHalfSizeFourPixelsAddUp) {
+  DrawingSession other({.antialias = 1});
+  other.FillArea(10, 10, 1, 1, 1).FillArea(12, 10, 2, 1, 2).FillArea(14, 10, 2, 2, 1);
+  const PixelMatrix picture = ExportedPicture(other);
   ASSERT_EQ(picture.Width(), 32);
   ASSERT_EQ(picture.Height(), 24);
   EXPECT_EQ(picture.At(5, 5), 9u);
@@ -178,12 +165,11 @@ TEST(ExportedBitmap, AtHalfSizeFourPixelsAddUp) {
   for (size_t i = 0; i < 13; ++i) EXPECT_EQ(picture.Colors().at(i), greys[i] * 0x010101u) << i;
 }
 
-TEST(ExportedBitmap, AtHalfSizeTheFramesPlaceIsHalved) {
-  DrawingSession session({.antialias = 1});
-  session.FillArea(10, 6, 4, 4, 1);
-  session.Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "32"}, {kFrameHeightEdit, "32"}}).Command(kCommandFrameSize);
-  session.Command(kToolFramePosition).LeftDrag(0, 0, 8, 4);
-  const PixelMatrix picture = ExportedPicture(session);
+TEST_F(ExportedBitmap, AtHalfSizeTheFramesPlaceIsHalved) {
+  DrawingSession other({.antialias = 1});
+  other.FillArea(10, 6, 4, 4, 1).Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "32"}, {kFrameHeightEdit, "32"}});
+  other.Command(kCommandFrameSize).Command(kToolFramePosition).LeftDrag(0, 0, 8, 4);
+  const PixelMatrix picture = ExportedPicture(other);
   ASSERT_EQ(picture.Width(), 16);
   ASSERT_EQ(picture.Height(), 16);
   EXPECT_EQ(picture.Count(0), 4);
@@ -214,50 +200,30 @@ INSTANTIATE_TEST_SUITE_P(All, QuarterSize,
                          testing::Values(QuarterLevels{1, {12, 11, 11, 11}}, QuarterLevels{2, {11, 10, 10, 11}},
                                          QuarterLevels{3, {10, 10, 9, 10}}, QuarterLevels{4, {9, 9, 9, 9}}));
 
-TEST(ExportedBitmap, ShowsAllLayersAndNoDisplaySwitch) {
-  DrawingSession session;
-  session.FillArea(8, 8, 8, 8, 2);
-  session.AddLayer("B", 64, 48);
-  session.FillArea(24, 8, 8, 8, 1);
-  session.Command(kCommandDimOthers);
+TEST_F(ExportedBitmap, ShowsAllLayersAndNoDisplaySwitch) {
+  session.FillArea(8, 8, 8, 8, 2).AddLayer("B", 64, 48).FillArea(24, 8, 8, 8, 1).Command(kCommandDimOthers);
   const PixelMatrix picture = ExportedPicture(session);
   EXPECT_EQ(picture.Count(1, 8, 8, 8, 8), 64);
   EXPECT_EQ(picture.Count(0, 24, 8, 8, 8), 64);
 }
 
-TEST(ExportedBitmap, WithTheCurrentCellOnlyItShowsThatCell) {
-  DrawingSession session;
-  session.FillArea(8, 8, 8, 8, 2);
-  session.AddLayer("B", 64, 48);
-  session.FillArea(24, 8, 8, 8, 1);
-  session.Command(kCommandCurrentCellOnly);
+TEST_F(ExportedBitmap, WithTheCurrentCellOnlyItShowsThatCell) {
+  session.FillArea(8, 8, 8, 8, 2).AddLayer("B", 64, 48).FillArea(24, 8, 8, 8, 1).Command(kCommandCurrentCellOnly);
   const PixelMatrix picture = ExportedPicture(session);
   EXPECT_EQ(picture.Count(1), 0);
   EXPECT_EQ(picture.Count(0, 24, 8, 8, 8), 64);
 }
 
-TEST(ExportedBitmap, LeavesTheViewWithoutItsGhosts) {
-  DrawingSession session;
-  session.FillArea(8, 8, 8, 8, 2);
-  session.Command(kCommandAddCell).Command(kCommandShowPrevious);
-  EXPECT_EQ(session.NowView().Count(20), 64);
-  session.File(session.Path("out.bmp")).Command(kCommandExportBitmap);
-  EXPECT_TRUE(Shows(session.NowView(), InkModel()));
-  session.Repaint();
-  EXPECT_EQ(session.NowView().Count(20), 64);
-}
+const Rules<DrawingTest, "ExportedBitmap"> kExportedBitmapRules = {
+    {"LeavesTheViewWithoutItsGhosts",
+     Do().FillArea(8, 8, 8, 8, 2).Command(kCommandAddCell).Command(kCommandShowPrevious), Has("pixels/20", 64),
+     Do().File("out.bmp").Command(kCommandExportBitmap), Ink(), Do().Repaint(), Has("pixels/20", 64)},
+    {"ANameWithoutAnExtensionGetsOne", Do().File("picture").Command(kCommandExportBitmap),
+     Has("exists/picture.bmp", true)},
+};
 
-TEST(ExportedBitmap, ANameWithoutAnExtensionGetsOne) {
-  DrawingSession session;
-  session.File(session.Path("picture")).Command(kCommandExportBitmap);
-  session.Run();
-  EXPECT_TRUE(session.Exists("picture.bmp"));
-}
-
-TEST(ExportedBitmap, ACancelWritesNothing) {
-  DrawingSession session;
-  session.File("cancel").Command(kCommandExportBitmap);
-  session.Run();
+TEST_F(ExportedBitmap, ACancelWritesNothing) {
+  session.File("cancel").Command(kCommandExportBitmap).Run();
   EXPECT_TRUE(session.Files().empty());
 }
 

@@ -63,11 +63,11 @@ void DrawSomething(DrawingSession& session) {
   session.DrawInkLine(1, 44, 60, 21);
 }
 
-TEST(BitmapElsewhere, AnExportedFrameIsReadWithItsGreys) {
-  DrawingSession session;
+using BitmapElsewhere = DrawingTest;
+
+TEST_F(BitmapElsewhere, AnExportedFrameIsReadWithItsGreys) {
   DrawSomething(session);
-  session.File(session.Path("out.bmp")).Command(kCommandExportBitmap);
-  session.Run();
+  session.File("out.bmp").Command(kCommandExportBitmap).Run();
   const OtherReading reading = ReadElsewhere(session, "out.bmp");
   ASSERT_EQ(reading.width, 64);
   ASSERT_EQ(reading.height, 48);
@@ -79,28 +79,22 @@ TEST(BitmapElsewhere, AnExportedFrameIsReadWithItsGreys) {
   ExpectTheSamePicture(reading, PixelMatrix::FromBitmap(session.Path("out.bmp")));
 }
 
-TEST(BitmapElsewhere, AReducedDarkFrameIsReadWithItsBrightness) {
-  DrawingSession session({.antialias = 1});
-  DrawSomething(session);
-  session.Panel(kBrightnessEdit, "25");
-  session.Repaint();
-  session.File(session.Path("out.bmp")).Command(kCommandExportBitmap);
-  session.Run();
-  const OtherReading reading = ReadElsewhere(session, "out.bmp");
+TEST_F(BitmapElsewhere, AReducedDarkFrameIsReadWithItsBrightness) {
+  DrawingSession other({.antialias = 1});
+  DrawSomething(other);
+  other.Panel(kBrightnessEdit, "25").Repaint().File(other.Path("out.bmp")).Command(kCommandExportBitmap).Run();
+  const OtherReading reading = ReadElsewhere(other, "out.bmp");
   ASSERT_EQ(reading.width, 32);
   ASSERT_EQ(reading.height, 24);
   EXPECT_EQ(reading.At(2, 2), 0x000000u) << "black";
   EXPECT_EQ(reading.At(30, 20), 0x7F7F7Fu) << "white at a quarter of the brightness's range";
-  ExpectTheSamePicture(reading, PixelMatrix::FromBitmap(session.Path("out.bmp")));
+  ExpectTheSamePicture(reading, PixelMatrix::FromBitmap(other.Path("out.bmp")));
 }
 
-TEST(BitmapElsewhere, AFrameThatIsASectionOfTheCanvasIsReadTheRightWayUp) {
-  DrawingSession session;
-  session.FillArea(10, 5, 4, 3, 1);
-  session.Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "32"}, {kFrameHeightEdit, "24"}}).Command(kCommandFrameSize);
-  session.Command(kToolFramePosition).LeftDrag(0, 0, 8, 4);
-  session.File(session.Path("out.bmp")).Command(kCommandExportBitmap);
-  session.Run();
+TEST_F(BitmapElsewhere, AFrameThatIsASectionOfTheCanvasIsReadTheRightWayUp) {
+  session.FillArea(10, 5, 4, 3, 1).Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "32"}, {kFrameHeightEdit, "24"}});
+  session.Command(kCommandFrameSize).Command(kToolFramePosition).LeftDrag(0, 0, 8, 4).File("out.bmp");
+  session.Command(kCommandExportBitmap).Run();
   const OtherReading reading = ReadElsewhere(session, "out.bmp");
   ASSERT_EQ(reading.width, 32);
   ASSERT_EQ(reading.height, 24);
@@ -112,18 +106,17 @@ TEST(BitmapElsewhere, AFrameThatIsASectionOfTheCanvasIsReadTheRightWayUp) {
   }
 }
 
-TEST(BitmapElsewhere, ViewAndScreenAreReadWithTheirColours) {
-  DrawingSession session({.width = 61, .height = 47});
-  DrawSomething(session);
-  session.Line("view \"" + session.Path("view.bmp") + "\"").Line("screen \"" + session.Path("screen.bmp") + "\"");
-  session.Run();
+TEST_F(BitmapElsewhere, ViewAndScreenAreReadWithTheirColours) {
+  DrawingSession other({.width = 61, .height = 47});
+  DrawSomething(other);
+  other.Line("view \"" + other.Path("view.bmp") + "\"").Line("screen \"" + other.Path("screen.bmp") + "\"").Run();
   for (const char* name : {"view.bmp", "screen.bmp"}) {
     SCOPED_TRACE(name);
-    const OtherReading reading = ReadElsewhere(session, name);
+    const OtherReading reading = ReadElsewhere(other, name);
     EXPECT_EQ(reading.width, 61);
     EXPECT_EQ(reading.height, 47);
     EXPECT_NE(reading.At(3, 3), reading.At(40, 40)) << "nothing is drawn";
-    ExpectTheSamePicture(reading, PixelMatrix::FromBitmap(session.Path(name)));
+    ExpectTheSamePicture(reading, PixelMatrix::FromBitmap(other.Path(name)));
   }
 }
 

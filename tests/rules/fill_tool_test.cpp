@@ -3,11 +3,12 @@
 #include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
+#include "rules/rule_table.h"
 
 namespace rules {
 namespace {
 
-struct FillTool : testing::Test {
+struct FillTool : DrawingTest {
   // Fills at a point of the window with the plain ink of an index.
   void FillAt(int x, int y, int index) {
     session.PickPlain(index);
@@ -32,24 +33,18 @@ struct FillTool : testing::Test {
     session.LeftClick(x, 47, "ctrl");
     model.Fill(x, 0, 1, 48, 5);
   }
-  DrawingSession session;
-  InkModel model;
 };
 
 TEST_F(FillTool, AFillInsideStopsAtLines) {
   DrawBox(10, 10, 30, 30);
   FillAt(20, 20, 2);
-  model.Fill(11, 11, 19, 19, 2);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Fill(11, 11, 19, 19, 2)));
 }
 
 TEST_F(FillTool, AFillOutsideStopsAtLines) {
   DrawBox(10, 10, 30, 30);
   FillAt(0, 0, 2);
-  model.Fill(0, 0, 64, 48, 2);
-  model.Fill(11, 11, 19, 19, 0);
-  model.Outline(10, 10, 30, 30, 8);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Fill(0, 0, 64, 48, 2).Fill(11, 11, 19, 19, 0).Outline(10, 10, 30, 30, 8)));
 }
 
 TEST_F(FillTool, AFillRunsIntoEveryBay) {
@@ -62,7 +57,7 @@ TEST_F(FillTool, AFillRunsIntoEveryBay) {
   for (int y = 0; y < 48; ++y) {
     for (int x = 0; x < 64; ++x) filled.Set(x, y, model.At(x, y) == 0 ? 1 : model.At(x, y));
   }
-  EXPECT_TRUE(Shows(session.NowView(), filled));
+  EXPECT_TRUE(ViewShows(filled));
 }
 
 TEST_F(FillTool, ADiagonalLineHoldsTheFill) {
@@ -78,35 +73,28 @@ TEST_F(FillTool, ADiagonalLineHoldsTheFill) {
 TEST_F(FillTool, AFillFlowsAcrossASketchLine) {
   DrawSketchColumn(30);
   FillAt(5, 5, 2);
-  model.Fill(0, 0, 64, 48, 2);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Fill(0, 0, 64, 48, 2)));
 }
 
 TEST_F(FillTool, AFillOfInkFlowsAcrossASketchLineToo) {
   Area(0, 0, 64, 48, 4);
-  session.DrawInkLine(30, 0, 30, 47);
-  session.Mask({4});
-  session.Command(kCommandToSketch);
-  model.Fill(30, 0, 1, 48, 5);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  session.DrawInkLine(30, 0, 30, 47).Mask({4}).Command(kCommandToSketch);
+  EXPECT_TRUE(ViewShows(model.Fill(30, 0, 1, 48, 5)));
   session.Mask({});
   FillAt(5, 5, 3);
-  model.Fill(0, 0, 64, 48, 3);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Fill(0, 0, 64, 48, 3)));
 }
 
 TEST_F(FillTool, ASketchSeedCountsAsTransparent) {
   DrawSketchColumn(30);
   FillAt(30, 20, 2);
-  model.Fill(0, 0, 64, 48, 2);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Fill(0, 0, 64, 48, 2)));
 }
 
 TEST_F(FillTool, ATouchedBoundaryGoesWithItsRun) {
   Area(30, 0, 1, 48, 9);
   FillAt(5, 5, 2);
-  model.Fill(0, 0, 31, 48, 2);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Fill(0, 0, 31, 48, 2)));
 }
 
 TEST_F(FillTool, ABoundaryRunGoesAsFarAsItIsConnected) {
@@ -115,86 +103,73 @@ TEST_F(FillTool, ABoundaryRunGoesAsFarAsItIsConnected) {
   Area(50, 20, 3, 3, 9);
   Area(60, 0, 4, 48, 3);
   FillAt(25, 20, 2);
-  model.Fill(21, 11, 9, 19, 2);
-  model.Fill(31, 11, 9, 19, 2);
-  model.Fill(30, 5, 1, 25, 2);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Fill(21, 11, 9, 19, 2).Fill(31, 11, 9, 19, 2).Fill(30, 5, 1, 25, 2)));
 }
 
 TEST_F(FillTool, AnUntouchedBoundaryStays) {
   Area(30, 0, 2, 48, 4);
   Area(32, 0, 1, 48, 9);
   FillAt(5, 5, 2);
-  model.Fill(0, 0, 30, 48, 2);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Fill(0, 0, 30, 48, 2)));
 }
 
 TEST_F(FillTool, AMaskedBoundaryStopsTheFill) {
   Area(30, 0, 1, 48, 9);
   session.Mask({9});
   FillAt(5, 5, 2);
-  model.Fill(0, 0, 30, 48, 2);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Fill(0, 0, 30, 48, 2)));
 }
 
 TEST_F(FillTool, AClickOnABoundaryFillsThatBoundary) {
   Area(0, 0, 64, 48, 4);
   Area(10, 20, 20, 1, 9);
   FillAt(15, 20, 2);
-  model.Fill(10, 20, 20, 1, 2);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Fill(10, 20, 20, 1, 2)));
 }
 
 TEST_F(FillTool, AClickOnABoundaryFillsTheTransparentSidesToo) {
   Area(30, 0, 1, 48, 10);
   FillAt(30, 20, 2);
-  model.Fill(0, 0, 64, 48, 2);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Fill(0, 0, 64, 48, 2)));
 }
 
 TEST_F(FillTool, AClickOnAProtectedBoundaryChangesNothing) {
   Area(30, 0, 1, 48, 9);
   session.Mask({9});
   FillAt(30, 20, 2);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
 TEST_F(FillTool, AProtectedSeedChangesNothing) {
   Area(10, 10, 20, 20, 4);
   session.Mask({4});
   FillAt(15, 15, 2);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
   EXPECT_EQ(session.NowUndoRect(), (rules::Area{0, 0, 0, 0}));
 }
 
 TEST_F(FillTool, TheInkOfTheSeedLeavesThePicture) {
   Area(10, 10, 20, 20, 4);
   FillAt(15, 15, 4);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
 TEST_F(FillTool, APlainBlackFillIsFillBlack) {
   Area(10, 10, 20, 20, 4);
   FillAt(15, 15, 1);
-  model.Fill(10, 10, 20, 20, 1);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Fill(10, 10, 20, 20, 1)));
 }
 
 TEST_F(FillTool, ADitherThatHoldsTheSeedColourFillsTheWholeArea) {
   Area(10, 10, 20, 20, 3);
-  session.Pick(6, 2);
-  session.Command(kToolFill);
-  session.LeftClick(15, 15);
-  model.FillWith({.tone = 6, .colorA = 2, .colorB = 3}, 10, 10, 20, 20);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  session.Pick(6, 2).Command(kToolFill).LeftClick(15, 15);
+  EXPECT_TRUE(ViewShows(model.FillWith({.tone = 6, .colorA = 2, .colorB = 3}, 10, 10, 20, 20)));
 }
 
 TEST_F(FillTool, APlainBoundaryPenScattersOverTheArea) {
   for (const int index : {9, 10}) {
     DrawingSession fresh;
-    fresh.FillArea(8, 8, 16, 16, 4);
-    fresh.PickPlain(index);
-    fresh.Command(kToolFill).LeftClick(10, 10);
+    fresh.FillArea(8, 8, 16, 16, 4).PickPlain(index).Command(kToolFill).LeftClick(10, 10);
     InkModel scatter;
     for (int y = 8; y < 24; y += 4) {
       for (int x = 11; x < 24; x += 4) scatter.Set(x, y, index);
@@ -209,7 +184,7 @@ TEST_F(FillTool, APlainBoundaryPenStopsAtItsOwnColour) {
   for (int y = 0; y < 48; y += 4) {
     for (int x = 3; x < 30; x += 4) model.Set(x, y, 9);
   }
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
 TEST_F(FillTool, APlainBoundaryPenConsumesTheOtherBoundary) {
@@ -227,43 +202,29 @@ TEST_F(FillTool, TheScatterLeavesPenAndMaskAsTheyAre) {
   EXPECT_EQ(pen["maskFlags"], 0);
 }
 
-TEST_F(FillTool, APressAloneFillsNothing) {
-  session.Command(kToolFill);
-  session.Press(5, 5);
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
-
-TEST_F(FillTool, AReleaseBeforeTheFirstPressFillsNothing) {
-  session.Command(kToolFill);
-  session.Release(5, 5);
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
+const Rules<FillTool, "FillTool"> kFillToolRules = {
+    {"APressAloneFillsNothing", Do().Command(kToolFill).Press(5, 5), Ink()},
+    {"AReleaseBeforeTheFirstPressFillsNothing", Do().Command(kToolFill).Release(5, 5), Ink()},
+};
 
 TEST_F(FillTool, AfterTheFirstPressAReleaseAloneFills) {
   DrawBox(10, 10, 30, 30);
   FillAt(20, 20, 2);
   session.Release(40, 40);
-  model.Fill(0, 0, 64, 48, 2);
-  model.Outline(10, 10, 30, 30, 8);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Fill(0, 0, 64, 48, 2).Outline(10, 10, 30, 30, 8)));
 }
 
 TEST_F(FillTool, TheReleaseGivesThePoint) {
   DrawBox(10, 10, 30, 30);
-  session.PickPlain(2);
-  session.Command(kToolFill);
-  session.Press(40, 40);
-  session.Release(20, 20);
-  model.Fill(11, 11, 19, 19, 2);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  session.PickPlain(2).Command(kToolFill).Press(40, 40).Release(20, 20);
+  EXPECT_TRUE(ViewShows(model.Fill(11, 11, 19, 19, 2)));
 }
 
 TEST_F(FillTool, TheGridDoesNotMoveTheClick) {
   DrawBox(9, 9, 15, 15);
   session.Grid(8, 8);
   FillAt(14, 14, 2);
-  model.Fill(10, 10, 5, 5, 2);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Fill(10, 10, 5, 5, 2)));
   const nlohmann::json pen = session.NowState()["pen"];
   EXPECT_EQ(pen["gridWidth"], 8);
   EXPECT_EQ(pen["gridHeight"], 8);
@@ -279,20 +240,19 @@ TEST_F(FillTool, UndoTakesTheFillBack) {
   DrawBox(10, 10, 30, 30);
   FillAt(20, 20, 2);
   session.Command(kCommandUndo);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
 TEST_F(FillTool, ABlankRecordIsNotFilled) {
   session.Command(kCommandBlankCell);
   FillAt(5, 5, 2);
   session.Command(kCommandBlankCell);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
 TEST(FillOutside, AClickOutsideTheCellTakesTheUndoCopyAlone) {
   DrawingSession session({.clientWidth = 84, .clientHeight = 68});
-  session.DrawInkLine(20, 20, 40, 20);
-  session.Command(kToolFill).LeftClick(3, 3);
+  session.DrawInkLine(20, 20, 40, 20).Command(kToolFill).LeftClick(3, 3);
   InkModel model;
   model.Line(10, 10, 30, 10);
   EXPECT_TRUE(Shows(session.NowView(), model));

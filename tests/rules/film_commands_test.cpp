@@ -6,6 +6,7 @@
 
 #include "resources/ids.h"
 #include "rules/film_session.h"
+#include "rules/rule_table.h"
 
 namespace rules {
 namespace {
@@ -13,55 +14,28 @@ namespace {
 using nlohmann::json;
 
 // A film file with these cuts beside it, which exist, is opened.
-ScriptSession& OpenFilm(ScriptSession& session, const Names& cuts) {
+ScriptSession& OpenFilmOf(ScriptSession& session, const Names& cuts) {
   for (const std::string& cut : cuts) session.Write(cut, PlainCut().Bytes());
   return OpenFilmFile(session, FilmText(cuts));
 }
 
-TEST(NewFilm, TakesItsValuesFromTheDialog) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut"})
+ScriptSession& OpenFilmOf(ScriptSession&& session, const Names& cuts) {
+  return OpenFilmOf(session, cuts);
+}
+
+using NewFilm = SessionTest;
+
+TEST_F(NewFilm, TakesItsValuesFromTheDialog) {
+  OpenFilmOf(session, {"a.cut"})
       .Dialog(kFilmDialog,
-              {{kFilmWidthEdit, "64"}, {kFilmHeightEdit, "48"}, {kFilmTitleEdit, "New"}, {kFilmAuthorEdit, "Me"}})
-      .Command(kCommandNewFilm);
-  const int state = session.State();
-  session.Run();
-  json film = Film(session, state);
-  EXPECT_EQ(film["width"], 64);
-  EXPECT_EQ(film["height"], 48);
-  EXPECT_EQ(film["title"], "New");
-  EXPECT_EQ(film["author"], "Me");
-  EXPECT_EQ(film["path"], "");
-  EXPECT_EQ(film["modified"], false);
-  EXPECT_EQ(film["cuts"].size(), 0U);
-  EXPECT_EQ(Lines(session, state), Names{});
-  EXPECT_EQ(FrameTitle(session, state), "Sorvel Developer");
+              {{kFilmWidthEdit, "64"}, {kFilmHeightEdit, "48"}, {kFilmTitleEdit, "New"}, {kFilmAuthorEdit, "Me"}});
+  session.Command(kCommandNewFilm);
+  EXPECT_TRUE(Holds(session, "film/width", 64, "film/height", 48, "film/title", "New", "film/author", "Me", "film/path",
+                    "", "film/modified", false, "film/cuts/#", 0, "panels/cuts/lines", Names{}, "frame/title",
+                    "Sorvel Developer"));
 }
 
-TEST(NewFilm, DialogStartsWithTheDefaults) {
-  ScriptSession session;
-  session.Dialog(kFilmDialog, {}).Command(kCommandNewFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Film(session, state)["width"], 320);
-  EXPECT_EQ(Film(session, state)["height"], 240);
-  EXPECT_EQ(Film(session, state)["title"], "");
-}
-
-TEST(NewFilm, DialogStartsWithTheSettings) {
-  ScriptSession session;
-  session.SetSettings("[OnNewFilm]\r\nwidth=11\r\nheight=12\r\ntitle=Old\r\nauthor=Who\r\n");
-  session.Dialog(kFilmDialog, {}).Command(kCommandNewFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Film(session, state)["width"], 11);
-  EXPECT_EQ(Film(session, state)["height"], 12);
-  EXPECT_EQ(Film(session, state)["title"], "Old");
-  EXPECT_EQ(Film(session, state)["author"], "Who");
-}
-
-TEST(NewFilm, OkWritesTheFourKeys) {
-  ScriptSession session;
+TEST_F(NewFilm, OkWritesTheFourKeys) {
   session
       .Dialog(kFilmDialog,
               {{kFilmWidthEdit, "64"}, {kFilmHeightEdit, "48"}, {kFilmTitleEdit, "New"}, {kFilmAuthorEdit, "Me"}})
@@ -73,446 +47,193 @@ TEST(NewFilm, OkWritesTheFourKeys) {
   EXPECT_EQ(session.Setting("OnNewFilm", "author"), "Me");
 }
 
-TEST(NewFilm, CancelKeepsTheFilm) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut"}).Dialog(kFilmDialog, {{kFilmTitleEdit, "New"}}, "cancel").Command(kCommandNewFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Film(session, state)["title"], "title");
-  EXPECT_EQ(Entries(session, state), Names{"a.cut"});
-  EXPECT_EQ(session.Setting("OnNewFilm", "width"), "(none)");
-}
+const Rules<SessionTest, "NewFilm"> kNewFilmRules = {
+    {"DialogStartsWithTheDefaults", Do().Dialog(kFilmDialog, {}).Command(kCommandNewFilm),
+     Has("film/width", 320, "film/height", 240, "film/title", "")},
+    {"DialogStartsWithTheSettings",
+     Do().SetSettings("[OnNewFilm]\r\nwidth=11\r\nheight=12\r\ntitle=Old\r\nauthor=Who\r\n"),
+     Do().Dialog(kFilmDialog, {}).Command(kCommandNewFilm),
+     Has("film/width", 11, "film/height", 12, "film/title", "Old", "film/author", "Who")},
+    {"CancelKeepsTheFilm", OpenFilmOf(Do(), {"a.cut"}).Dialog(kFilmDialog, {{kFilmTitleEdit, "New"}}, "cancel"),
+     Do().Command(kCommandNewFilm),
+     Has("film/title", "title", "film/cuts/*/name", Names{"a.cut"}, "settings/OnNewFilm/width", "(none)")},
+    {"AsksAboutAModifiedFilmAndGoesOnAfterNo",
+     Do().Dialog(kFilmDialog, {{kFilmTitleEdit, "Old"}}).Command(kCommandFilmProperties).Answer("no"),
+     Do().Dialog(kFilmDialog, {{kFilmTitleEdit, "New"}}).Command(kCommandNewFilm), Has("film/title", "New")},
+    {"YesSavesTheOldFilmToItsPath",
+     OpenFilmOf(Do(), {}).Dialog(kFilmDialog, {{kFilmTitleEdit, "Changed"}}).Command(kCommandFilmProperties),
+     Do().Answer("yes").Dialog(kFilmDialog, {{kFilmTitleEdit, "New"}}).Command(kCommandNewFilm),
+     Has("bytes/film.flm", "Changed\nauthor\n100, 50\n")},
+    {"YesOnAFilmWithoutPathComesToTheSaveDialog",
+     Do().Dialog(kFilmDialog, {{kFilmTitleEdit, "Old"}}).Command(kCommandFilmProperties).Answer("yes"),
+     Do().File("old").Dialog(kFilmDialog, {}).Command(kCommandNewFilm), Has("bytes/old.flm", "Old\n\n320, 240\n")},
+    {"LeavesOpenCutsOpenOutsideTheFilm",
+     Do().OpenCut("a.cut", PlainCut()).Command(kCommandAddCutToFilm).Answer("no").Dialog(kFilmDialog, {}),
+     Do().Command(kCommandNewFilm), Has("cuts/#", 1, "film/cuts/*/name", Names{})},
+};
 
-TEST(NewFilm, AsksAboutAModifiedFilmAndGoesOnAfterNo) {
-  ScriptSession session;
-  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "Old"}})
-      .Command(kCommandFilmProperties)
-      .Answer("no")
-      .Dialog(kFilmDialog, {{kFilmTitleEdit, "New"}})
-      .Command(kCommandNewFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Film(session, state)["title"], "New");
-}
+using OpenFilm = SessionTest;
 
-TEST(NewFilm, YesSavesTheOldFilmToItsPath) {
-  ScriptSession session;
-  OpenFilm(session, {}).Dialog(kFilmDialog, {{kFilmTitleEdit, "Changed"}}).Command(kCommandFilmProperties);
-  session.Answer("yes").Dialog(kFilmDialog, {{kFilmTitleEdit, "New"}}).Command(kCommandNewFilm).Run();
-  EXPECT_EQ(session.Bytes("film.flm"), "Changed\nauthor\n100, 50\n");
-}
-
-TEST(NewFilm, YesOnAFilmWithoutPathComesToTheSaveDialog) {
-  ScriptSession session;
-  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "Old"}})
-      .Command(kCommandFilmProperties)
-      .Answer("yes")
-      .File(session.Path("old"))
-      .Dialog(kFilmDialog, {});
-  session.Command(kCommandNewFilm).Run();
-  EXPECT_EQ(session.Bytes("old.flm"), "Old\n\n320, 240\n");
-}
-
-TEST(NewFilm, LeavesOpenCutsOpenOutsideTheFilm) {
-  ScriptSession session;
-  session.OpenCut("a.cut", PlainCut())
-      .Command(kCommandAddCutToFilm)
-      .Answer("no")
-      .Dialog(kFilmDialog, {})
-      .Command(kCommandNewFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 1U);
-  EXPECT_EQ(Entries(session, state), Names{});
-}
-
-TEST(OpenFilm, CommandFillsTheListAndSelectsTheFirstLine) {
-  ScriptSession session;
-  session.Write("film.flm", "T\nA\n10, 20\nsub/one.cut\ntwo.cut\n../three.cut\n");
-  session.File(session.Path("film")).Command(kCommandOpenFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Lines(session, state), (Names{"one", "two", "three"}));
-  EXPECT_EQ(List(session, state)["selected"], json::array({0}));
-  EXPECT_EQ(List(session, state)["caret"], 0);
-  EXPECT_EQ(FrameTitle(session, state), "Sorvel Developer - film");
-}
-
-TEST(OpenFilm, ReadsTheHeadAndFullPaths) {
-  ScriptSession session;
-  OpenFilmFile(session, "T\nA\n10, 20\nsub/one.cut\n\ntwo.cut");
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Film(session, state)["title"], "T");
-  EXPECT_EQ(Film(session, state)["author"], "A");
-  EXPECT_EQ(Film(session, state)["width"], 10);
-  EXPECT_EQ(Film(session, state)["height"], 20);
-  EXPECT_EQ(Film(session, state)["path"], session.Path("film.flm"));
-  EXPECT_EQ(Film(session, state)["modified"], false);
-  EXPECT_EQ(Entries(session, state), (Names{"sub/one.cut", "two.cut"}));
-}
-
-TEST(OpenFilm, OpensNoCut) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"});
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 0U);
-  EXPECT_EQ(Film(session, state)["cuts"][0]["open"], false);
-}
-
-TEST(OpenFilm, CommandAsksAboutAModifiedFilm) {
-  ScriptSession session;
+TEST_F(OpenFilm, CommandAsksAboutAModifiedFilm) {
   session.Write("film.flm", "T\nA\n10, 20\n");
   session.Dialog(kFilmDialog, {}).Command(kCommandFilmProperties).Command(kCommandOpenFilm).Run(3);
 }
 
-TEST(OpenFilm, CancelAfterTheQuestionKeepsTheFilm) {
-  ScriptSession session;
-  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "Old"}})
-      .Command(kCommandFilmProperties)
-      .Answer("no")
-      .File("cancel")
-      .Command(kCommandOpenFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Film(session, state)["title"], "Old");
+const Rules<SessionTest, "OpenFilm"> kOpenFilmRules = {
+    {"CommandFillsTheListAndSelectsTheFirstLine",
+     Do().Write("film.flm", "T\nA\n10, 20\nsub/one.cut\ntwo.cut\n../three.cut\n").File("film"),
+     Do().Command(kCommandOpenFilm),
+     Has("panels/cuts/lines", Names{"one", "two", "three"}, "panels/cuts/selected", json::array({0}),
+         "panels/cuts/caret", 0, "frame/title", "Sorvel Developer - film")},
+    {"ReadsTheHeadAndFullPaths", OpenFilmFile(Do(), "T\nA\n10, 20\nsub/one.cut\n\ntwo.cut"),
+     Has("film/title", "T", "film/author", "A", "film/width", 10, "film/height", 20, "film/path", "film.flm",
+         "film/modified", false, "film/cuts/*/name", Names{"sub/one.cut", "two.cut"})},
+    {"OpensNoCut", OpenFilmOf(Do(), {"a.cut", "b.cut"}), Has("cuts/#", 0, "film/cuts/0/open", false)},
+    {"CancelAfterTheQuestionKeepsTheFilm",
+     Do().Dialog(kFilmDialog, {{kFilmTitleEdit, "Old"}}).Command(kCommandFilmProperties).Answer("no"),
+     Do().File("cancel").Command(kCommandOpenFilm), Has("film/title", "Old")},
+    {"FileThatDoesNotOpenEmptiesTheFilmButLeavesTheListAsItWas", OpenFilmOf(Do(), {"a.cut"}).Open("gone.flm"),
+     Has("film/cuts/*/name", Names{}, "film/path", "", "panels/cuts/lines", Names{"a"}, "frame/title",
+         "Sorvel Developer - film")},
+    {"EmptyFilmHasAnEmptyList", OpenFilmOf(Do(), {"a.cut"}).Write("empty.flm", "T\nA\n10, 20\n").Open("empty.flm"),
+     Has("panels/cuts/lines", Names{}, "panels/cuts/selected", json::array())},
+};
+
+const Rules<SessionTest, "SaveFilm"> kSaveFilmRules = {
+    {"WritesCutsRelativeToTheFile",
+     OpenFilmFile(Do(), "T\nA\n10, 20\nsub/one.cut\ntwo.cut\n../x/three.cut\n").File("copy"),
+     Do().Command(kCommandSaveFilmAs), Has("bytes/copy.flm", "T\nA\n10, 20\nsub/one.cut\ntwo.cut\n../x/three.cut\n")},
+    {"TakesPathAndTitleAndIsUnmodified",
+     Do().Dialog(kFilmDialog, {{kFilmTitleEdit, "T"}}).Command(kCommandFilmProperties).File("new.flm"),
+     Do().Command(kCommandSaveFilmAs),
+     Has("film/path", "new.flm", "film/modified", false, "frame/title", "Sorvel Developer - new")},
+    {"WithoutCutsHasThreeLines", Do().File("new.flm").Command(kCommandSaveFilmAs),
+     Has("bytes/new.flm", "\n\n320, 240\n")},
+    {"FailureChangesTheTitleAllTheSame",
+     Do().Dialog(kFilmDialog, {{kFilmTitleEdit, "T"}}).Command(kCommandFilmProperties).File("nofolder/new.flm"),
+     Do().Command(kCommandSaveFilmAs),
+     Has("frame/title", "Sorvel Developer - new", "film/path", "", "film/modified", true)},
+    {"CancelSavesNothing", Do().File("cancel").Command(kCommandSaveFilmAs),
+     Has("frame/title", "Sorvel Developer", "files", Names{})},
+};
+
+const Rules<SessionTest, "OverwriteFilm"> kOverwriteFilmRules = {
+    {"GoesToThePathWithoutADialog", OpenFilmOf(Do(), {"a.cut"}).Dialog(kFilmDialog, {{kFilmTitleEdit, "Changed"}}),
+     Do().Command(kCommandFilmProperties).Command(kCommandOverwriteFilm),
+     Has("bytes/film.flm", "Changed\nauthor\n100, 50\na.cut\n", "film/modified", false)},
+    {"WithoutAPathAsksForOne", Do().File("new").Command(kCommandOverwriteFilm),
+     Has("exists/new.flm", true, "frame/title", "Sorvel Developer - new")},
+};
+
+const Rules<SessionTest, "FilmProperties"> kFilmPropertiesRules = {
+    {"AreStoredAndModifyTheFilmEvenUnchanged",
+     OpenFilmOf(Do(), {"a.cut"}).Dialog(kFilmDialog, {}).Command(kCommandFilmProperties),
+     Has("film/width", 100, "film/height", 50, "film/title", "title", "film/author", "author", "film/modified", true,
+         "film/cuts/*/name", Names{"a.cut"})},
+    {"DoNotWriteTheNewFilmSettings", Do().Dialog(kFilmDialog, {{kFilmWidthEdit, "64"}}).Command(kCommandFilmProperties),
+     Has("settings/OnNewFilm/width", "(none)")},
+    {"CancelModifiesNothing",
+     Do().Dialog(kFilmDialog, {{kFilmWidthEdit, "64"}}, "cancel").Command(kCommandFilmProperties),
+     Has("film/width", 320, "film/modified", false)},
+};
+
+const Rules<SessionTest, "AddCut"> kAddCutRules = {
+    {"ToAnEmptyFilm", Do().OpenCut("one.cut", PlainCut()).Command(kCommandAddCutToFilm),
+     Has("film/cuts/*/name", Names{"one.cut"}, "panels/cuts/lines", Names{"one"}, "panels/cuts/selected",
+         json::array({0}), "film/modified", true, "film/cuts/0/open", true)},
+    {"StandsBehindTheCaretAndIsSelected",
+     OpenFilmOf(Do(), {"a.cut", "b.cut", "c.cut"}).OpenCut("new.cut", PlainCut()).Select(kCutList, {1}),
+     Do().Command(kCommandAddCutToFilm),
+     Has("film/cuts/*/name", Names{"a.cut", "b.cut", "new.cut", "c.cut"}, "panels/cuts/lines",
+         Names{"a", "b", "new", "c"}, "panels/cuts/selected", json::array({2}), "panels/cuts/caret", 2)},
+    {"UnsavedCutIsSavedFirst", Do().NewCut().File("saved").Command(kCommandAddCutToFilm),
+     Has("exists/saved.cut", true, "film/cuts/*/name", Names{"saved.cut"})},
+    {"CancelledSaveAddsNothing", Do().NewCut().File("cancel").Command(kCommandAddCutToFilm),
+     Has("film/cuts/*/name", Names{}, "panels/cuts/lines", Names{}, "film/modified", false)},
+    {"MayStandInTheFilmTwice",
+     Do().OpenCut("one.cut", PlainCut()).Command(kCommandAddCutToFilm).Command(kCommandAddCutToFilm),
+     Has("film/cuts/*/name", Names{"one.cut", "one.cut"}, "panels/cuts/lines", Names{"one", "one"}, "film/cuts/1/open",
+         true)},
+};
+
+const Rules<SessionTest, "InsertCut"> kInsertCutRules = {
+    {"StandsAtTheCaretAndIsNotSelected",
+     OpenFilmOf(Do(), {"a.cut", "b.cut", "c.cut"}).OpenCut("new.cut", PlainCut()).Select(kCutList, {1}),
+     Do().Command(kCommandInsertCutIntoFilm),
+     Has("film/cuts/*/name", Names{"a.cut", "new.cut", "b.cut", "c.cut"}, "panels/cuts/lines",
+         Names{"a", "new", "b", "c"}, "panels/cuts/caret", 1, "panels/cuts/selected", json::array({2}))},
+    {"IntoAnEmptyFilm", Do().OpenCut("one.cut", PlainCut()).Command(kCommandInsertCutIntoFilm),
+     Has("film/cuts/*/name", Names{"one.cut"}, "panels/cuts/lines", Names{"one"})},
+};
+
+const Rules<SessionTest, "RemoveCut"> kRemoveCutRules = {
+    {"LeavesFileAndWindow",
+     Do().OpenCut("one.cut", PlainCut()).Command(kCommandAddCutToFilm).Command(kCommandRemoveCutFromFilm),
+     Has("film/cuts/*/name", Names{}, "panels/cuts/lines", Names{}, "cuts/#", 1), Do().Command(kCommandAddCutToFilm),
+     Has("exists/one.cut", true, "film/cuts/*/name", Names{"one.cut"})},
+    {"TakesTheFirstEntryOfTheActiveCutAlone",
+     OpenFilmOf(Do(), {"a.cut", "b.cut"}).Write("film.flm", "title\nauthor\n100, 50\na.cut\nb.cut\nc.cut\nb.cut\n"),
+     Do().Open("b.cut").Command(kCommandRemoveCutFromFilm),
+     Has("film/cuts/*/name", Names{"a.cut", "c.cut", "b.cut"}, "panels/cuts/lines", Names{"a", "c", "b"})},
+    {"OutsideTheFilmDoesNothing",
+     OpenFilmOf(Do(), {"a.cut"}).OpenCut("b.cut", PlainCut()).Command(kCommandRemoveCutFromFilm),
+     Has("film/cuts/*/name", Names{"a.cut"}, "film/modified", false)},
+};
+
+const Rules<SessionTest, "CutListDoubleClick"> kCutListDoubleClickRules = {
+    {"OpensTheCut", OpenFilmOf(Do(), {"a.cut", "b.cut"}).DoubleClick(kCutList, 1),
+     Has("cut/path", "b.cut", "cut/title", "b.cut", "film/cuts/1/open", true, "film/cuts/0/open", false)},
+    {"ActivatesACutThatIsOpen",
+     OpenFilmOf(Do(), {"a.cut", "b.cut"}).Open("a.cut").Open("b.cut").DoubleClick(kCutList, 0),
+     Has("cuts/#", 2, "cut/path", "a.cut")},
+    {"FileThatIsNotThereDoesNothing", OpenFilmFile(Do(), "t\na\n1, 1\ngone.cut\n").DoubleClick(kCutList, 0),
+     Has("cuts/#", 0)},
+    {"OpenedCutShowsItsPicture",
+     OpenFilmOf(Do(), {"a.cut"}).Write("a.cut", CutFile::Showing({3}, {0}).Bytes()).DoubleClick(kCutList, 0),
+     Has("pixels/3", 24)},
+};
+
+using NumberedCut = SessionTest;
+
+TEST_F(NumberedCut, AddedBehindTheCaretWithTheDialogsStartDefaults) {
+  AddNumberedCut(OpenFilmOf(session, {"cut1.cut", "last.cut"}));
+  EXPECT_TRUE(Holds(session, "film/cuts/*/name", Names{"cut1.cut", "cut002.cut", "last.cut"}, "panels/cuts/lines",
+                    Names{"cut1", "cut002", "last"}, "panels/cuts/selected", json::array({1}), "cut/path", "cut002.cut",
+                    "cut/title", "cut002.cut", "cut/properties", "960 x 720, 24 fps, antialias 2, credit []"));
 }
 
-TEST(OpenFilm, FileThatDoesNotOpenEmptiesTheFilmButLeavesTheListAsItWas) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut"}).Open(session.Path("gone.flm"));
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), Names{});
-  EXPECT_EQ(Film(session, state)["path"], "");
-  EXPECT_EQ(Lines(session, state), Names{"a"});
-  EXPECT_EQ(FrameTitle(session, state), "Sorvel Developer - film");
+TEST_F(NumberedCut, InsertedAtTheCaret) {
+  OpenFilmOf(session, {"cut1.cut", "last.cut"}).Select(kCutList, {1}).Select(kCutList, {0});
+  AddNumberedCut(session, {{kCutWidthEdit, "8"}, {kCutHeightEdit, "3"}}, kCommandInsertNumberedCut);
+  EXPECT_TRUE(Holds(session, "film/cuts/*/name", Names{"cut002.cut", "cut1.cut", "last.cut"}, "panels/cuts/caret", 0));
 }
 
-TEST(OpenFilm, EmptyFilmHasAnEmptyList) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut"});
-  session.Write("empty.flm", "T\nA\n10, 20\n");
-  session.Open(session.Path("empty.flm"));
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Lines(session, state), Names{});
-  EXPECT_EQ(List(session, state)["selected"], json::array());
+TEST_F(NumberedCut, DialogRemembersTheLastCutDialog) {
+  OpenFilmOf(session, {"cut1.cut"})
+      .NewCutWithoutLayer({.width = 20, .height = 10, .fps = 12, .antialias = 1, .credit = "Me"});
+  AddNumberedCut(session);
+  EXPECT_EQ(PropertiesOf(session), "20 x 10, 12 fps, antialias 1, credit [Me]");
 }
 
-TEST(SaveFilm, WritesCutsRelativeToTheFile) {
-  ScriptSession session;
-  OpenFilmFile(session, "T\nA\n10, 20\nsub/one.cut\ntwo.cut\n../x/three.cut\n")
-      .File(session.Path("copy"))
-      .Command(kCommandSaveFilmAs)
-      .Run();
-  EXPECT_EQ(session.Bytes("copy.flm"), "T\nA\n10, 20\nsub/one.cut\ntwo.cut\n../x/three.cut\n");
+TEST_F(NumberedCut, DialogRemembersTheCutPropertiesToo) {
+  OpenFilmOf(session, {"cut1.cut"}).Open("cut1.cut");
+  session.Dialog(kCutDialog, {{kCutWidthEdit, "30"}, {kCutHeightEdit, "20"}, {kCutFpsEdit, "15"}});
+  session.Command(kCommandCutProperties);
+  AddNumberedCut(session);
+  EXPECT_TRUE(Holds(session, "cut/width", 30, "cut/height", 20, "cut/fps", 15));
 }
 
-TEST(SaveFilm, TakesPathAndTitleAndIsUnmodified) {
-  ScriptSession session;
-  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "T"}})
-      .Command(kCommandFilmProperties)
-      .File(session.Path("new.flm"))
-      .Command(kCommandSaveFilmAs);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Film(session, state)["path"], session.Path("new.flm"));
-  EXPECT_EQ(Film(session, state)["modified"], false);
-  EXPECT_EQ(FrameTitle(session, state), "Sorvel Developer - new");
+TEST_F(NumberedCut, CancelledDialogIsNotRemembered) {
+  OpenFilmOf(session, {"cut1.cut"}).Dialog(kCutDialog, {{kCutWidthEdit, "30"}}, "cancel");
+  session.Command(kCommandAddNumberedCut);
+  AddNumberedCut(session);
+  EXPECT_EQ(session.Cut()["width"], 960);
 }
 
-TEST(SaveFilm, WithoutCutsHasThreeLines) {
-  ScriptSession session;
-  session.File(session.Path("new.flm")).Command(kCommandSaveFilmAs).Run();
-  EXPECT_EQ(session.Bytes("new.flm"), "\n\n320, 240\n");
-}
-
-TEST(SaveFilm, FailureChangesTheTitleAllTheSame) {
-  ScriptSession session;
-  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "T"}})
-      .Command(kCommandFilmProperties)
-      .File(session.Path("nofolder/new.flm"))
-      .Command(kCommandSaveFilmAs);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(FrameTitle(session, state), "Sorvel Developer - new");
-  EXPECT_EQ(Film(session, state)["path"], "");
-  EXPECT_EQ(Film(session, state)["modified"], true);
-}
-
-TEST(SaveFilm, CancelSavesNothing) {
-  ScriptSession session;
-  session.File("cancel").Command(kCommandSaveFilmAs);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(FrameTitle(session, state), "Sorvel Developer");
-  EXPECT_EQ(session.Files(), Names{});
-}
-
-TEST(OverwriteFilm, GoesToThePathWithoutADialog) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut"})
-      .Dialog(kFilmDialog, {{kFilmTitleEdit, "Changed"}})
-      .Command(kCommandFilmProperties)
-      .Command(kCommandOverwriteFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Bytes("film.flm"), "Changed\nauthor\n100, 50\na.cut\n");
-  EXPECT_EQ(Film(session, state)["modified"], false);
-}
-
-TEST(OverwriteFilm, WithoutAPathAsksForOne) {
-  ScriptSession session;
-  session.File(session.Path("new")).Command(kCommandOverwriteFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_TRUE(session.Exists("new.flm"));
-  EXPECT_EQ(FrameTitle(session, state), "Sorvel Developer - new");
-}
-
-TEST(FilmProperties, AreStoredAndModifyTheFilmEvenUnchanged) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut"}).Dialog(kFilmDialog, {}).Command(kCommandFilmProperties);
-  const int state = session.State();
-  session.Run();
-  json film = Film(session, state);
-  EXPECT_EQ(film["width"], 100);
-  EXPECT_EQ(film["height"], 50);
-  EXPECT_EQ(film["title"], "title");
-  EXPECT_EQ(film["author"], "author");
-  EXPECT_EQ(film["modified"], true);
-  EXPECT_EQ(Entries(session, state), Names{"a.cut"});
-}
-
-TEST(FilmProperties, DoNotWriteTheNewFilmSettings) {
-  ScriptSession session;
-  session.Dialog(kFilmDialog, {{kFilmWidthEdit, "64"}}).Command(kCommandFilmProperties).Run();
-  EXPECT_EQ(session.Setting("OnNewFilm", "width"), "(none)");
-}
-
-TEST(FilmProperties, CancelModifiesNothing) {
-  ScriptSession session;
-  session.Dialog(kFilmDialog, {{kFilmWidthEdit, "64"}}, "cancel").Command(kCommandFilmProperties);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Film(session, state)["width"], 320);
-  EXPECT_EQ(Film(session, state)["modified"], false);
-}
-
-TEST(AddCut, ToAnEmptyFilm) {
-  ScriptSession session;
-  session.OpenCut("one.cut", PlainCut()).Command(kCommandAddCutToFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), Names{"one.cut"});
-  EXPECT_EQ(Lines(session, state), Names{"one"});
-  EXPECT_EQ(List(session, state)["selected"], json::array({0}));
-  EXPECT_EQ(Film(session, state)["modified"], true);
-  EXPECT_EQ(Film(session, state)["cuts"][0]["open"], true);
-}
-
-TEST(AddCut, StandsBehindTheCaretAndIsSelected) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut", "c.cut"})
-      .OpenCut("new.cut", PlainCut())
-      .Select(kCutList, {1})
-      .Command(kCommandAddCutToFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), (Names{"a.cut", "b.cut", "new.cut", "c.cut"}));
-  EXPECT_EQ(Lines(session, state), (Names{"a", "b", "new", "c"}));
-  EXPECT_EQ(List(session, state)["selected"], json::array({2}));
-  EXPECT_EQ(List(session, state)["caret"], 2);
-}
-
-TEST(AddCut, UnsavedCutIsSavedFirst) {
-  ScriptSession session;
-  session.NewCut().File(session.Path("saved")).Command(kCommandAddCutToFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_TRUE(session.Exists("saved.cut"));
-  EXPECT_EQ(Entries(session, state), Names{"saved.cut"});
-}
-
-TEST(AddCut, CancelledSaveAddsNothing) {
-  ScriptSession session;
-  session.NewCut().File("cancel").Command(kCommandAddCutToFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), Names{});
-  EXPECT_EQ(Lines(session, state), Names{});
-  EXPECT_EQ(Film(session, state)["modified"], false);
-}
-
-TEST(AddCut, MayStandInTheFilmTwice) {
-  ScriptSession session;
-  session.OpenCut("one.cut", PlainCut()).Command(kCommandAddCutToFilm).Command(kCommandAddCutToFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), (Names{"one.cut", "one.cut"}));
-  EXPECT_EQ(Lines(session, state), (Names{"one", "one"}));
-  EXPECT_EQ(Film(session, state)["cuts"][1]["open"], true);
-}
-
-TEST(InsertCut, StandsAtTheCaretAndIsNotSelected) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut", "c.cut"})
-      .OpenCut("new.cut", PlainCut())
-      .Select(kCutList, {1})
-      .Command(kCommandInsertCutIntoFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), (Names{"a.cut", "new.cut", "b.cut", "c.cut"}));
-  EXPECT_EQ(Lines(session, state), (Names{"a", "new", "b", "c"}));
-  EXPECT_EQ(List(session, state)["caret"], 1);
-  EXPECT_EQ(List(session, state)["selected"], json::array({2}));
-}
-
-TEST(InsertCut, IntoAnEmptyFilm) {
-  ScriptSession session;
-  session.OpenCut("one.cut", PlainCut()).Command(kCommandInsertCutIntoFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), Names{"one.cut"});
-  EXPECT_EQ(Lines(session, state), Names{"one"});
-}
-
-TEST(RemoveCut, LeavesFileAndWindow) {
-  ScriptSession session;
-  session.OpenCut("one.cut", PlainCut()).Command(kCommandAddCutToFilm).Command(kCommandRemoveCutFromFilm);
-  const int removed = session.State();
-  session.Command(kCommandAddCutToFilm);
-  const int again = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, removed), Names{});
-  EXPECT_EQ(Lines(session, removed), Names{});
-  EXPECT_EQ(session.StateAt(removed)["cuts"].size(), 1U);
-  EXPECT_TRUE(session.Exists("one.cut"));
-  EXPECT_EQ(Entries(session, again), Names{"one.cut"});
-}
-
-TEST(RemoveCut, TakesTheFirstEntryOfTheActiveCutAlone) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"});
-  session.Write("film.flm", "title\nauthor\n100, 50\na.cut\nb.cut\nc.cut\nb.cut\n");
-  session.Open(session.Path("b.cut")).Command(kCommandRemoveCutFromFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), (Names{"a.cut", "c.cut", "b.cut"}));
-  EXPECT_EQ(Lines(session, state), (Names{"a", "c", "b"}));
-}
-
-TEST(RemoveCut, OutsideTheFilmDoesNothing) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut"}).OpenCut("b.cut", PlainCut()).Command(kCommandRemoveCutFromFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), Names{"a.cut"});
-  EXPECT_EQ(Film(session, state)["modified"], false);
-}
-
-TEST(CutListDoubleClick, OpensTheCut) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"}).DoubleClick(kCutList, 1);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["path"], session.Path("b.cut"));
-  EXPECT_EQ(session.Cut(state)["title"], "b.cut");
-  EXPECT_EQ(Film(session, state)["cuts"][1]["open"], true);
-  EXPECT_EQ(Film(session, state)["cuts"][0]["open"], false);
-}
-
-TEST(CutListDoubleClick, ActivatesACutThatIsOpen) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("a.cut")).Open(session.Path("b.cut"));
-  session.DoubleClick(kCutList, 0);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 2U);
-  EXPECT_EQ(session.Cut(state)["path"], session.Path("a.cut"));
-}
-
-TEST(CutListDoubleClick, FileThatIsNotThereDoesNothing) {
-  ScriptSession session;
-  OpenFilmFile(session, "t\na\n1, 1\ngone.cut\n").DoubleClick(kCutList, 0);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 0U);
-}
-
-TEST(CutListDoubleClick, OpenedCutShowsItsPicture) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut"});
-  session.Write("a.cut", CutFile::Showing({3}, {0}).Bytes());
-  session.DoubleClick(kCutList, 0);
-  const int view = session.View();
-  session.Run();
-  EXPECT_EQ(session.ViewAt(view).Count(3), 24);
-}
-
-TEST(NumberedCut, AddedBehindTheCaretWithTheDialogsStartDefaults) {
-  ScriptSession session;
-  NumberedCut(OpenFilm(session, {"cut1.cut", "last.cut"}));
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), (Names{"cut1.cut", "cut002.cut", "last.cut"}));
-  EXPECT_EQ(Lines(session, state), (Names{"cut1", "cut002", "last"}));
-  EXPECT_EQ(List(session, state)["selected"], json::array({1}));
-  EXPECT_EQ(session.Cut(state)["path"], session.Path("cut002.cut"));
-  EXPECT_EQ(session.Cut(state)["title"], "cut002.cut");
-  EXPECT_EQ(PropertiesOf(session, state), "960 x 720, 24 fps, antialias 2, credit []");
-}
-
-TEST(NumberedCut, InsertedAtTheCaret) {
-  ScriptSession session;
-  OpenFilm(session, {"cut1.cut", "last.cut"}).Select(kCutList, {1}).Select(kCutList, {0});
-  NumberedCut(session, {{kCutWidthEdit, "8"}, {kCutHeightEdit, "3"}}, kCommandInsertNumberedCut);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), (Names{"cut002.cut", "cut1.cut", "last.cut"}));
-  EXPECT_EQ(List(session, state)["caret"], 0);
-}
-
-TEST(NumberedCut, DialogRemembersTheLastCutDialog) {
-  ScriptSession session;
-  OpenFilm(session, {"cut1.cut"});
-  session.NewCutWithoutLayer({.width = 20, .height = 10, .fps = 12, .antialias = 1, .credit = "Me"});
-  NumberedCut(session);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(PropertiesOf(session, state), "20 x 10, 12 fps, antialias 1, credit [Me]");
-}
-
-TEST(NumberedCut, DialogRemembersTheCutPropertiesToo) {
-  ScriptSession session;
-  OpenFilm(session, {"cut1.cut"}).Open(session.Path("cut1.cut"));
-  session.Dialog(kCutDialog, {{kCutWidthEdit, "30"}, {kCutHeightEdit, "20"}, {kCutFpsEdit, "15"}})
-      .Command(kCommandCutProperties);
-  NumberedCut(session);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["width"], 30);
-  EXPECT_EQ(session.Cut(state)["height"], 20);
-  EXPECT_EQ(session.Cut(state)["fps"], 15);
-}
-
-TEST(NumberedCut, CancelledDialogIsNotRemembered) {
-  ScriptSession session;
-  OpenFilm(session, {"cut1.cut"}).Dialog(kCutDialog, {{kCutWidthEdit, "30"}}, "cancel").Command(kCommandAddNumberedCut);
-  NumberedCut(session);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["width"], 960);
-}
-
-TEST(NumberedCut, IsSavedBeforeItHasALayer) {
-  ScriptSession session;
-  OpenFilm(session, {"cut1.cut"});
-  session.Dialog(kCutDialog, {{kCutWidthEdit, "8"}, {kCutHeightEdit, "3"}, {kCutWholeRadio, "on"}})
-      .Dialog(kLayerDialog, {}, "ok")
-      .Command(kCommandAddNumberedCut);
+TEST_F(NumberedCut, IsSavedBeforeItHasALayer) {
+  OpenFilmOf(session, {"cut1.cut"})
+      .Dialog(kCutDialog, {{kCutWidthEdit, "8"}, {kCutHeightEdit, "3"}, {kCutWholeRadio, "on"}});
+  session.Dialog(kLayerDialog, {}, "ok").Command(kCommandAddNumberedCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Bytes("cut002.cut"), PlainCut().Bytes());
@@ -520,237 +241,124 @@ TEST(NumberedCut, IsSavedBeforeItHasALayer) {
   EXPECT_EQ(session.Cut(state)["layers"].size(), 1U);
 }
 
-TEST(NumberedCut, WithoutLayerIsUnmodified) {
-  ScriptSession session;
-  NumberedCut(OpenFilm(session, {"cut1.cut"}));
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["modified"], false);
-  EXPECT_EQ(session.Cut(state)["imagesStale"], true);
-  EXPECT_EQ(session.Cut(state)["frames"].size(), 1U);
+TEST_F(NumberedCut, WithoutLayerIsUnmodified) {
+  AddNumberedCut(OpenFilmOf(session, {"cut1.cut"}));
+  EXPECT_TRUE(Holds(session, "cut/modified", false, "cut/imagesStale", true, "cut/frames/#", 1));
 }
 
-TEST(NumberedCut, CancelMakesNoFile) {
-  ScriptSession session;
-  OpenFilm(session, {"cut1.cut"}).Dialog(kCutDialog, {}, "cancel").Command(kCommandAddNumberedCut);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Files(), (Names{"cut1.cut", "film.flm"}));
-  EXPECT_EQ(Entries(session, state), Names{"cut1.cut"});
-}
+const Rules<SessionTest, "NumberedCut"> kNumberedCutRules = {
+    {"CancelMakesNoFile",
+     OpenFilmOf(Do(), {"cut1.cut"}).Dialog(kCutDialog, {}, "cancel").Command(kCommandAddNumberedCut),
+     Has("files", Names{"cut1.cut", "film.flm"}, "film/cuts/*/name", Names{"cut1.cut"})},
+};
 
-TEST(NumberedCut, PassesOverNumbersThatExist) {
-  ScriptSession session;
+TEST_F(NumberedCut, PassesOverNumbersThatExist) {
   session.Write("cut002.cut", "taken");
   session.Write("cut003.cut", "taken");
-  NumberedCut(OpenFilm(session, {"cut1.cut"}));
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["path"], session.Path("cut004.cut"));
+  AddNumberedCut(OpenFilmOf(session, {"cut1.cut"}));
+  EXPECT_EQ(session.Cut()["path"], session.Path("cut004.cut"));
 }
 
-TEST(NumberedCut, AtTheLimitGoesOverTheFileOfTheEntry) {
-  ScriptSession session;
-  OpenFilm(session, {"cut999.cut"});
+TEST_F(NumberedCut, AtTheLimitGoesOverTheFileOfTheEntry) {
+  OpenFilmOf(session, {"cut999.cut"});
   session.Write("cut999.cut", CutFile::WithoutLayers(5).Bytes());
-  NumberedCut(session, {{kCutWidthEdit, "8"}, {kCutHeightEdit, "3"}, {kCutWholeRadio, "on"}});
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["path"], session.Path("cut999.cut"));
+  AddNumberedCut(session, {{kCutWidthEdit, "8"}, {kCutHeightEdit, "3"}, {kCutWholeRadio, "on"}});
+  EXPECT_EQ(session.Cut()["path"], session.Path("cut999.cut"));
   EXPECT_EQ(session.Bytes("cut999.cut"), PlainCut().Bytes());
-  EXPECT_EQ(Entries(session, state), (Names{"cut999.cut", "cut999.cut"}));
+  EXPECT_EQ(Entries(session), (Names{"cut999.cut", "cut999.cut"}));
 }
 
-TEST(NumberedCut, CountsOnFromTheEntryAtTheCaret) {
-  ScriptSession session;
-  OpenFilm(session, {"a1.cut", "b5.cut", "c7.cut"}).Select(kCutList, {1});
-  NumberedCut(session);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), (Names{"a1.cut", "b5.cut", "b006.cut", "c7.cut"}));
+TEST_F(NumberedCut, CountsOnFromTheEntryAtTheCaret) {
+  OpenFilmOf(session, {"a1.cut", "b5.cut", "c7.cut"}).Select(kCutList, {1});
+  AddNumberedCut(session);
+  EXPECT_EQ(Entries(session), (Names{"a1.cut", "b5.cut", "b006.cut", "c7.cut"}));
 }
 
-class NumberedCutInAnEmptyFilm : public testing::TestWithParam<int> {};
+class NumberedCutInAnEmptyFilm : public SessionTest, public testing::WithParamInterface<int> {};
 
 TEST_P(NumberedCutInAnEmptyFilm, IsANewCutThatIsSavedAndAdded) {
-  ScriptSession session;
-  session.Dialog(kCutDialog, {}).Dialog(kLayerDialog, {}, "cancel").File(session.Path("first")).Command(GetParam());
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["width"], 240);
-  EXPECT_EQ(session.Cut(state)["height"], 180);
-  EXPECT_EQ(Entries(session, state), Names{"first.cut"});
-  EXPECT_EQ(List(session, state)["selected"], json::array({0}));
+  session.Dialog(kCutDialog, {}).Dialog(kLayerDialog, {}, "cancel").File("first").Command(GetParam());
+  EXPECT_TRUE(Holds(session, "cut/width", 240, "cut/height", 180, "film/cuts/*/name", Names{"first.cut"},
+                    "panels/cuts/selected", json::array({0})));
   EXPECT_EQ(session.Setting("OnNewCut", "width"), "240");
 }
 
 TEST_P(NumberedCutInAnEmptyFilm, CancelledLeavesTheActiveCutToBeAdded) {
-  ScriptSession session;
   session.OpenCut("open.cut", PlainCut()).Dialog(kCutDialog, {}, "cancel").Command(GetParam());
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), Names{"open.cut"});
+  EXPECT_EQ(Entries(session), Names{"open.cut"});
 }
 
 INSTANTIATE_TEST_SUITE_P(Film, NumberedCutInAnEmptyFilm,
                          testing::Values(kCommandAddNumberedCut, kCommandInsertNumberedCut));
 
-TEST(DeleteCuts, YesDeletesTheFilesAndTheirStreams) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut", "c.cut"});
-  session.Write("a.ca", "x");
-  session.Write("b.ca", "x");
-  session.Select(kCutList, {1}).Answer("yes").Command(kCommandDeleteCuts);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut", "c.cut", "film.flm"}));
-  EXPECT_EQ(Entries(session, state), (Names{"a.cut", "c.cut"}));
-  EXPECT_EQ(Lines(session, state), (Names{"a", "c"}));
-  EXPECT_EQ(Film(session, state)["modified"], true);
+using DeleteCuts = SessionTest;
+
+const Rules<SessionTest, "DeleteCuts"> kDeleteCutsRules = {
+    {"YesDeletesTheFilesAndTheirStreams",
+     OpenFilmOf(Do(), {"a.cut", "b.cut", "c.cut"}).Write("a.ca", "x").Write("b.ca", "x").Select(kCutList, {1}),
+     Do().Answer("yes").Command(kCommandDeleteCuts),
+     Has("files", Names{"a.ca", "a.cut", "c.cut", "film.flm"}, "film/cuts/*/name", Names{"a.cut", "c.cut"},
+         "panels/cuts/lines", Names{"a", "c"}, "film/modified", true)},
+    {"NoRemovesTheLinesAndKeepsTheFiles",
+     OpenFilmOf(Do(), {"a.cut", "b.cut"}).Write("a.ca", "x").Select(kCutList, {0}).Answer("no"),
+     Do().Command(kCommandDeleteCuts),
+     Has("files", Names{"a.ca", "a.cut", "b.cut", "film.flm"}, "film/cuts/*/name", Names{"b.cut"}, "panels/cuts/lines",
+         Names{"b"})},
+    {"YesClosesAnOpenCutWithoutAsking", OpenFilmOf(Do(), {"a.cut", "b.cut"}).Open("a.cut").Panel(kCommentEdit, "typed"),
+     Do().Command(kCommandPreviousFrame).Answer("yes").Command(kCommandDeleteCuts),
+     Has("cuts/#", 0, "exists/a.cut", false)},
+    {"NoLeavesAnOpenWindow",
+     OpenFilmOf(Do(), {"a.cut", "b.cut"}).Open("a.cut").Answer("no").Command(kCommandDeleteCuts),
+     Has("cuts/#", 1, "film/cuts/*/name", Names{"b.cut"})},
+    {"SelectsTheLinesThatFollowedAndPutsTheCaretAtTheLowest",
+     OpenFilmOf(Do(), {"a.cut", "b.cut", "c.cut", "d.cut", "e.cut"}).Select(kCutList, {3, 1}).Answer("no"),
+     Do().Command(kCommandDeleteCuts),
+     Has("panels/cuts/lines", Names{"a", "c", "e"}, "panels/cuts/selected", json::array({1, 2}), "panels/cuts/caret",
+         1)},
+    {"OfTheLastLineSelectsNothing",
+     OpenFilmOf(Do(), {"a.cut", "b.cut"}).Select(kCutList, {1}).Answer("no").Command(kCommandDeleteCuts),
+     Has("panels/cuts/lines", Names{"a"}, "panels/cuts/selected", json::array())},
+};
+
+TEST_F(DeleteCuts, AsksEvenWhenNoLineIsSelected) {
+  OpenFilmOf(session, {"a.cut", "b.cut"}).Select(kCutList, {1}).Answer("no").Command(kCommandDeleteCuts);
+  session.Command(kCommandDeleteCuts).Run(3);
 }
 
-TEST(DeleteCuts, NoRemovesTheLinesAndKeepsTheFiles) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"});
-  session.Write("a.ca", "x");
-  session.Select(kCutList, {0}).Answer("no").Command(kCommandDeleteCuts);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut", "b.cut", "film.flm"}));
-  EXPECT_EQ(Entries(session, state), Names{"b.cut"});
-  EXPECT_EQ(Lines(session, state), Names{"b"});
-}
+const Rules<SessionTest, "RenameCut"> kRenameCutRules = {
+    {"RenamesEntryLineFileAndWindow", OpenFilmOf(Do(), {"a.cut", "b.cut"}).Open("b.cut").Select(kCutList, {1}),
+     Do().Dialog(kRenameDialog, {{kRenameEdit, "new"}}).Command(kCommandRenameCut),
+     Has("film/cuts/*/name", Names{"a.cut", "new.cut"}, "panels/cuts/lines", Names{"a", "new"}, "panels/cuts/caret", 1,
+         "files", Names{"a.cut", "film.flm", "new.cut"}, "cut/path", "new.cut", "cut/title", "new.cut", "film/modified",
+         true)},
+    {"GoesToEveryEntryOfTheSameFile",
+     Do().Write("film.flm", "t\na\n1, 1\na.cut\nb.cut\na.cut\n").Write("a.cut", PlainCut().Bytes()),
+     Do().Open("film.flm").Dialog(kRenameDialog, {{kRenameEdit, "new"}}).Command(kCommandRenameCut),
+     Has("film/cuts/*/name", Names{"new.cut", "b.cut", "new.cut"}, "panels/cuts/lines", Names{"new", "b", "new"},
+         "exists/new.cut", true)},
+    {"SameNameChangesNothing", OpenFilmOf(Do(), {"a.cut"}).Dialog(kRenameDialog, {}).Command(kCommandRenameCut),
+     Has("film/modified", false, "film/cuts/*/name", Names{"a.cut"})},
+    {"CancelChangesNothing", OpenFilmOf(Do(), {"a.cut"}).Dialog(kRenameDialog, {{kRenameEdit, "new"}}, "cancel"),
+     Do().Command(kCommandRenameCut), Has("film/cuts/*/name", Names{"a.cut"}, "exists/a.cut", true)},
+    {"KeepsFolderAndExtension",
+     OpenFilmFile(Do(), "t\na\n1, 1\nsub/a.b.CUT\n").Dialog(kRenameDialog, {{kRenameEdit, "new"}}),
+     Do().Command(kCommandRenameCut), Has("film/cuts/*/name", Names{"sub/new.CUT"})},
+    {"FileThatIsNotThereIsRenamedInTheFilmAllTheSame",
+     OpenFilmFile(Do(), "t\na\n1, 1\ngone.cut\n").Dialog(kRenameDialog, {{kRenameEdit, "new"}}),
+     Do().Command(kCommandRenameCut), Has("film/cuts/*/name", Names{"new.cut"})},
+};
 
-TEST(DeleteCuts, YesClosesAnOpenCutWithoutAsking) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"})
-      .Open(session.Path("a.cut"))
-      .Panel(kCommentEdit, "typed")
-      .Command(kCommandPreviousFrame);
-  session.Answer("yes").Command(kCommandDeleteCuts);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 0U);
-  EXPECT_FALSE(session.Exists("a.cut"));
-}
+using Extract = SessionTest;
 
-TEST(DeleteCuts, NoLeavesAnOpenWindow) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("a.cut")).Answer("no").Command(kCommandDeleteCuts);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 1U);
-  EXPECT_EQ(Entries(session, state), Names{"b.cut"});
-}
-
-TEST(DeleteCuts, SelectsTheLinesThatFollowedAndPutsTheCaretAtTheLowest) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut", "c.cut", "d.cut", "e.cut"})
-      .Select(kCutList, {3, 1})
-      .Answer("no")
-      .Command(kCommandDeleteCuts);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Lines(session, state), (Names{"a", "c", "e"}));
-  EXPECT_EQ(List(session, state)["selected"], json::array({1, 2}));
-  EXPECT_EQ(List(session, state)["caret"], 1);
-}
-
-TEST(DeleteCuts, OfTheLastLineSelectsNothing) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"}).Select(kCutList, {1}).Answer("no").Command(kCommandDeleteCuts);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Lines(session, state), Names{"a"});
-  EXPECT_EQ(List(session, state)["selected"], json::array());
-}
-
-TEST(DeleteCuts, AsksEvenWhenNoLineIsSelected) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"})
-      .Select(kCutList, {1})
-      .Answer("no")
-      .Command(kCommandDeleteCuts)
-      .Command(kCommandDeleteCuts)
-      .Run(3);
-}
-
-TEST(RenameCut, RenamesEntryLineFileAndWindow) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("b.cut")).Select(kCutList, {1});
-  session.Dialog(kRenameDialog, {{kRenameEdit, "new"}}).Command(kCommandRenameCut);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), (Names{"a.cut", "new.cut"}));
-  EXPECT_EQ(Lines(session, state), (Names{"a", "new"}));
-  EXPECT_EQ(List(session, state)["caret"], 1);
-  EXPECT_EQ(session.Files(), (Names{"a.cut", "film.flm", "new.cut"}));
-  EXPECT_EQ(session.Cut(state)["path"], session.Path("new.cut"));
-  EXPECT_EQ(session.Cut(state)["title"], "new.cut");
-  EXPECT_EQ(Film(session, state)["modified"], true);
-}
-
-TEST(RenameCut, GoesToEveryEntryOfTheSameFile) {
-  ScriptSession session;
-  session.Write("film.flm", "t\na\n1, 1\na.cut\nb.cut\na.cut\n");
-  session.Write("a.cut", PlainCut().Bytes());
-  session.Open(session.Path("film.flm")).Dialog(kRenameDialog, {{kRenameEdit, "new"}}).Command(kCommandRenameCut);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), (Names{"new.cut", "b.cut", "new.cut"}));
-  EXPECT_EQ(Lines(session, state), (Names{"new", "b", "new"}));
-  EXPECT_TRUE(session.Exists("new.cut"));
-}
-
-TEST(RenameCut, SameNameChangesNothing) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut"}).Dialog(kRenameDialog, {}).Command(kCommandRenameCut);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Film(session, state)["modified"], false);
-  EXPECT_EQ(Entries(session, state), Names{"a.cut"});
-}
-
-TEST(RenameCut, CancelChangesNothing) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut"}).Dialog(kRenameDialog, {{kRenameEdit, "new"}}, "cancel").Command(kCommandRenameCut);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), Names{"a.cut"});
-  EXPECT_TRUE(session.Exists("a.cut"));
-}
-
-TEST(RenameCut, KeepsFolderAndExtension) {
-  ScriptSession session;
-  OpenFilmFile(session, "t\na\n1, 1\nsub/a.b.CUT\n")
-      .Dialog(kRenameDialog, {{kRenameEdit, "new"}})
-      .Command(kCommandRenameCut);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), Names{"sub/new.CUT"});
-}
-
-TEST(RenameCut, FileThatIsNotThereIsRenamedInTheFilmAllTheSame) {
-  ScriptSession session;
-  OpenFilmFile(session, "t\na\n1, 1\ngone.cut\n")
-      .Dialog(kRenameDialog, {{kRenameEdit, "new"}})
-      .Command(kCommandRenameCut);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), Names{"new.cut"});
-}
-
-TEST(Extract, FilmThatDoesNotOpenCopiesNothing) {
-  ScriptSession session;
+TEST_F(Extract, FilmThatDoesNotOpenCopiesNothing) {
   ScriptSession target;
-  OpenFilm(session, {"a.cut"}).File(target.Path("nofolder/x.flm")).Command(kCommandExtractCuts).Run();
+  OpenFilmOf(session, {"a.cut"}).File(target.Path("nofolder/x.flm")).Command(kCommandExtractCuts).Run();
   EXPECT_EQ(target.Files(), Names{});
 }
 
-TEST(Extract, CopiesIntoTheFolderOfTheNewFilm) {
-  ScriptSession session;
+TEST_F(Extract, CopiesIntoTheFolderOfTheNewFilm) {
   ScriptSession target;
-  OpenFilm(session, {"a.cut", "b.cut", "c.cut"});
+  OpenFilmOf(session, {"a.cut", "b.cut", "c.cut"});
   session.Write("c.cut", CutFile::WithoutLayers(3).Bytes());
   session.Select(kCutList, {2, 0}).File(target.Path("x")).Command(kCommandExtractCuts);
   const int state = session.State();
@@ -763,76 +371,53 @@ TEST(Extract, CopiesIntoTheFolderOfTheNewFilm) {
   EXPECT_EQ(FrameTitle(session, state), "Sorvel Developer - film");
 }
 
-TEST(Extract, LineHasTheBareNameWhateverTheSource) {
-  ScriptSession session;
+TEST_F(Extract, LineHasTheBareNameWhateverTheSource) {
   ScriptSession target;
   session.Write("film.flm", "t\na\n1, 1\nother.dat\nsub/gone.cut\n");
   session.Write("other.dat", "content");
-  session.Open(session.Path("film.flm"))
-      .Select(kCutList, {0, 1})
-      .File(target.Path("x.flm"))
-      .Command(kCommandExtractCuts)
-      .Run();
+  session.Open("film.flm").Select(kCutList, {0, 1}).File(target.Path("x.flm"));
+  session.Command(kCommandExtractCuts).Run();
   EXPECT_EQ(target.Bytes("x.flm"), "t\na\n1, 1\nother.cut\ngone.cut\n");
   EXPECT_EQ(target.Bytes("other.cut"), "content");
   EXPECT_EQ(target.Bytes("gone.cut"), "");
 }
 
-TEST(Extract, OpenCutsUnsavedChangesStay) {
-  ScriptSession session;
+TEST_F(Extract, OpenCutsUnsavedChangesStay) {
   ScriptSession target;
-  OpenFilm(session, {"a.cut"}).Open(session.Path("a.cut")).Panel(kCommentEdit, "typed").Command(kCommandPreviousFrame);
-  session.File(target.Path("x.flm")).Command(kCommandExtractCuts).Run();
+  OpenFilmOf(session, {"a.cut"}).Open("a.cut").Panel(kCommentEdit, "typed");
+  session.Command(kCommandPreviousFrame).File(target.Path("x.flm")).Command(kCommandExtractCuts).Run();
   EXPECT_EQ(target.Bytes("a.cut"), PlainCut().Bytes());
 }
 
-TEST(Extract, IntoItsOwnFolderDestroysTheFile) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut"}).File(session.Path("x.flm")).Command(kCommandExtractCuts).Run();
-  EXPECT_EQ(session.Bytes("x.flm"), "title\nauthor\n100, 50\na.cut\n");
-  EXPECT_EQ(session.Bytes("a.cut"), "");
-}
+const Rules<SessionTest, "Extract"> kExtractRules = {
+    {"IntoItsOwnFolderDestroysTheFile", OpenFilmOf(Do(), {"a.cut"}).File("x.flm").Command(kCommandExtractCuts),
+     Has("bytes/x.flm", "title\nauthor\n100, 50\na.cut\n", "bytes/a.cut", "")},
+    {"CancelWritesNothing", OpenFilmOf(Do(), {"a.cut"}).File("cancel").Command(kCommandExtractCuts),
+     Has("files", Names{"a.cut", "film.flm"})},
+};
 
-TEST(Extract, CancelWritesNothing) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut"}).File("cancel").Command(kCommandExtractCuts).Run();
-  EXPECT_EQ(session.Files(), (Names{"a.cut", "film.flm"}));
-}
+const Rules<SessionTest, "Stop"> kStopRules = {
+    {"HidesThePlayer", Do().OpenCut("a.cut", CutFile::Showing({1, 2}, {0, 1})).Command(kCommandPlay),
+     Has("player/visible", true, "player/timer", true), Do().Command(kCommandStop),
+     Has("player/visible", false, "player/timer", false)},
+};
 
-TEST(Stop, HidesThePlayer) {
-  ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {0, 1})).Command(kCommandPlay);
-  const int on = session.State();
-  session.Command(kCommandStop);
-  const int off = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(on)["player"]["visible"], true);
-  EXPECT_EQ(session.StateAt(on)["player"]["timer"], true);
-  EXPECT_EQ(session.StateAt(off)["player"]["visible"], false);
-  EXPECT_EQ(session.StateAt(off)["player"]["timer"], false);
-}
+using PlayFilm = SessionTest;
 
-TEST(PlayFilm, WithoutASelectionDoesNothingAndStopsNothing) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"}).Select(kCutList, {1}).Answer("no").Command(kCommandDeleteCuts);
+TEST_F(PlayFilm, WithoutASelectionDoesNothingAndStopsNothing) {
+  OpenFilmOf(session, {"a.cut", "b.cut"}).Select(kCutList, {1}).Answer("no").Command(kCommandDeleteCuts);
   session.OpenCut("c.cut", CutFile::Showing({1, 2}, {0, 1})).Command(kCommandPlay);
   const int before = session.State();
   session.Command(kCommandPlaySelection);
   const int after = session.State();
-  session.Run();
   EXPECT_EQ(session.StateAt(before)["player"]["timer"], true);
   EXPECT_EQ(session.StateAt(after)["player"], session.StateAt(before)["player"]);
 }
 
-TEST(PlayFilm, WithACutThatIsMissingStopsThePlay) {
-  ScriptSession session;
-  OpenFilmFile(session, "t\na\n8, 3\ngone.cut\n")
-      .OpenCut("c.cut", CutFile::Showing({1, 2}, {0, 1}))
-      .Command(kCommandPlay);
-  session.Command(kCommandPlaySelection);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["player"]["visible"], false);
+TEST_F(PlayFilm, WithACutThatIsMissingStopsThePlay) {
+  OpenFilmFile(session, "t\na\n8, 3\ngone.cut\n").OpenCut("c.cut", CutFile::Showing({1, 2}, {0, 1}));
+  session.Command(kCommandPlay).Command(kCommandPlaySelection);
+  EXPECT_EQ(session.NowState()["player"]["visible"], false);
 }
 
 }  // namespace

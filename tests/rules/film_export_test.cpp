@@ -11,26 +11,19 @@
 #include <string>
 #include <vector>
 
+#include "reference/reference.h"
 #include "resources/ids.h"
 #include "rules/film_session.h"
 #include "rules/little_bytes.h"
+#include "rules/rule_table.h"
 #include "rules/script_session.h"
 #include "rules/session_state.h"
 #include "support/places.h"
 
+namespace rules {
 namespace {
 
 using nlohmann::json;
-using rules::CutFile;
-using rules::FileFrame;
-using rules::LittleAt;
-using rules::LittleBytes;
-using rules::MarksOf;
-using rules::Names;
-using rules::PixelMatrix;
-using rules::Player;
-using rules::ScriptSession;
-using rules::SizeTitle;
 
 // ---- The console program's other commands ----
 
@@ -92,19 +85,19 @@ std::string RecordOf(const CutFile& file) {
   return stream.size() < 6 ? std::string() : stream.substr(6);
 }
 
-void WriteFilm(const ScriptSession& session, const Names& lines, const Film& film = {}) {
+void WriteFilm(ScriptSession& session, const Names& lines, const Film& film = {}) {
   const std::string size = std::to_string(film.width) + ", " + std::to_string(film.height);
-  session.Write("film.flm", rules::FilmText(lines, film.title + "\n" + film.author + "\n" + size + "\n"));
+  session.Write("film.flm", FilmText(lines, film.title + "\n" + film.author + "\n" + size + "\n"));
 }
 
 // The film, opened in the application.
 ScriptSession& OpenFilm(ScriptSession& session, const Names& lines, const Film& film = {}) {
   WriteFilm(session, lines, film);
-  return session.Open(session.Path("film.flm"));
+  return session.Open("film.flm");
 }
 
 ScriptSession& Export(ScriptSession& session) {
-  return session.File(session.Path("out.sv")).Command(kCommandExportFilm);
+  return session.File("out.sv").Command(kCommandExportFilm);
 }
 
 // ---- The cuts ----
@@ -160,7 +153,7 @@ struct NamedCut {
 };
 
 // Writes these cuts, and a film of them.
-Names WriteFilmOf(const ScriptSession& session, const std::vector<NamedCut>& cuts, const Film& film = {}) {
+Names WriteFilmOf(ScriptSession& session, const std::vector<NamedCut>& cuts, const Film& film = {}) {
   Names lines;
   for (const NamedCut& cut : cuts) {
     session.Write(cut.name, cut.file.Bytes());
@@ -172,11 +165,11 @@ Names WriteFilmOf(const ScriptSession& session, const std::vector<NamedCut>& cut
 
 ScriptSession& OpenFilmOf(ScriptSession& session, const std::vector<NamedCut>& cuts) {
   WriteFilmOf(session, cuts);
-  return session.Open(session.Path("film.flm"));
+  return session.Open("film.flm");
 }
 
 // Writes the three cuts, and a film of them.
-Names WriteThreeCuts(const ScriptSession& session, const Film& film = {}) {
+Names WriteThreeCuts(ScriptSession& session, const Film& film = {}) {
   return WriteFilmOf(session, {{"wide.cut", WideCut()}, {"tall.cut", TallCut()}, {"small.cut", SmallCut()}}, film);
 }
 
@@ -297,134 +290,31 @@ int ScaleOf(const CutFile& file) {
   return file.antialias == 0 ? 1 : file.antialias == 1 ? 2 : 4;
 }
 
-// The grey levels of a frame's whole picture at output size, row by row.
-std::vector<int> LevelsOf(const CutFile& file, const FileFrame& frame) {
-  std::vector<int> canvas(static_cast<size_t>(file.width * file.height), 3);
-  for (const rules::FileRecord& record : frame.records) {
-    if (record.cell < 0) continue;
-    const int color = file.layers[static_cast<size_t>(record.layer)].cells[static_cast<size_t>(record.cell)];
-    if (color == 0) continue;
-    const int tone = color <= 3 ? color - 1 : color >= 8 && color <= 10 ? color - 8 : 3;
-    for (int y = std::max(record.y, 0); y < std::min(record.y + 3, file.height); ++y) {
-      for (int x = std::max(record.x, 0); x < std::min(record.x + 8, file.width); ++x) {
-        canvas[static_cast<size_t>(y * file.width + x)] = tone;
-      }
-    }
-  }
-  const int scale = ScaleOf(file);
-  constexpr int dither[4][2][2] = {{{0, 0}, {0, 0}}, {{1, 0}, {0, 0}}, {{1, 0}, {0, 1}}, {{1, 1}, {0, 1}}};
-  std::vector<int> levels;
-  for (int y = 0; y < file.height / scale; ++y) {
-    for (int x = 0; x < file.width / scale; ++x) {
-      int sum = 0;
-      for (int j = 0; j < scale; ++j) {
-        for (int i = 0; i < scale; ++i) {
-          sum += canvas[static_cast<size_t>((y * scale + j) * file.width + x * scale + i)];
-        }
-      }
-      levels.push_back(scale == 4 ? sum / 4 + dither[sum % 4][y & 1][x & 1] : sum);
-    }
-  }
-  return levels;
-}
+using Ticks = std::vector<reference::Tick>;
 
-int GreyOf(const CutFile& file, int level, int brightness) {
-  constexpr int four[] = {0, 85, 170, 255};
-  constexpr int thirteen[] = {0, 22, 44, 66, 87, 108, 129, 150, 171, 192, 213, 234, 255};
-  const int grey = file.antialias == 0 ? four[level] : thirteen[level];
-  const int stored = brightness < 0 ? -1 - brightness : brightness;
-  const int difference = stored - 50;
-  if (difference <= 0) return stored * grey / 50;
-  const int lift = 255 * difference / 50;
-  return (255 - lift) * grey / 255 + lift;
-}
-
-struct Tick {
-  json line;
-  // Empty when nothing was painted.
-  std::vector<int> picture;
-};
-
-// The ticks of a film of several cuts, or of one cut with several frames. No frame has the time 0, none is in a loop,
-// and every viewport lies inside its picture.
-std::vector<Tick> TicksOf(const Film& film, const std::vector<CutFile>& cuts, int count) {
-  struct Step {
-    const CutFile* cut;
-    const FileFrame* frame;
-    int time;
-    std::vector<int> levels;
-  };
-  std::vector<Step> steps;
+// The ticks of a film of these cuts.
+Ticks TicksOf(const Film& film, const std::vector<CutFile>& cuts, int count) {
+  std::vector<reference::Bytes> streams;
   for (const CutFile& cut : cuts) {
-    for (size_t i = 0; i < cut.frames.size(); ++i) {
-      const int time = i == 0 ? std::abs(cut.frames[i].time) : cut.frames[i].time;
-      steps.push_back({&cut, &cut.frames[i], time, LevelsOf(cut, cut.frames[i])});
-    }
+    const std::string file = cut.Bytes();
+    reference::CutData data;
+    EXPECT_TRUE(reference::ReadCut({file.begin(), file.end()}, &data));
+    bool refused = false;
+    streams.push_back(reference::EncodeCut(data, 0, static_cast<int>(cut.frames.size()) - 1, &refused));
   }
-  std::vector<Tick> ticks;
-  std::array<int, 4> viewport{};
-  for (size_t number = 0; static_cast<int>(ticks.size()) < count; ++number) {
-    const Step& step = steps[number % steps.size()];
-    const Step& before = steps[(number + steps.size() - 1) % steps.size()];
-    const Step& next = steps[(number + 1) % steps.size()];
-    const CutFile& cut = *step.cut;
-    const int scale = ScaleOf(cut);
-    const std::array<int, 4> target = {step.frame->x / scale, step.frame->y / scale, cut.frameWidth / scale,
-                                       cut.frameHeight / scale};
-    const std::array<int, 4> from = viewport;
-    const int way = step.time > 0 ? -1 : 1;
-    for (int left = step.time; left != 0 && static_cast<int>(ticks.size()) < count; left += way) {
-      const int parts = step.time - 1;
-      const bool dissolve = step.time < 0;
-      const bool painted = dissolve || left == step.time;
-      for (size_t i = 0; i < 4; ++i) {
-        viewport[i] = dissolve ? (from[i] * left + target[i] * (parts - left)) / parts : target[i];
-      }
-      const int viewLeft = (film.width - viewport[2]) / 2;
-      const int viewTop = (film.height - viewport[3]) / 2;
-      Tick tick;
-      tick.line = {{"tick", ticks.size()},
-                   {"painted", painted},
-                   {"delay", kLayerNameEdit / cut.fps},
-                   {"ticks", left},
-                   {"nextTime", std::abs(left) == 1 ? next.time : step.time},
-                   {"viewLeft", viewLeft},
-                   {"viewTop", viewTop},
-                   {"viewport", viewport}};
-      if (painted) {
-        tick.picture.assign(static_cast<size_t>(film.width * film.height), 0);
-        for (int y = 0; y < viewport[3]; ++y) {
-          for (int x = 0; x < viewport[2]; ++x) {
-            const int outX = viewLeft + x;
-            const int outY = viewTop + y;
-            if (outX < 0 || outY < 0 || outX >= film.width || outY >= film.height) continue;
-            const size_t place = static_cast<size_t>((viewport[1] + y) * (cut.width / scale) + viewport[0] + x);
-            int grey = GreyOf(cut, step.levels[place], step.frame->brightness);
-            if (dissolve) {
-              const int back = GreyOf(cut, before.levels[place], before.frame->brightness);
-              grey = (grey * (parts - left) + back * left) / parts;
-            }
-            tick.picture[static_cast<size_t>(outY * film.width + outX)] = grey;
-          }
-        }
-      }
-      ticks.push_back(tick);
-    }
-  }
-  return ticks;
+  return reference::Play(reference::WriteContainer(film.title, film.author, film.width, film.height, streams), count);
 }
 
-testing::AssertionResult IsPicture(const PixelMatrix& picture, const Film& film, const std::vector<int>& greys) {
+testing::AssertionResult IsPicture(const PixelMatrix& picture, const Film& film, const reference::Bytes& greys) {
   if (picture.Width() != film.width || picture.Height() != film.height) {
     return testing::AssertionFailure() << "the picture is " << picture.Width() << " by " << picture.Height();
   }
   for (int y = 0; y < film.height; ++y) {
     for (int x = 0; x < film.width; ++x) {
-      const int grey = greys[static_cast<size_t>(y * film.width + x)];
-      const int seen = static_cast<int>(picture.At(x, y));
-      if (seen != grey) {
-        return testing::AssertionFailure() << "(" << x << ", " << y << ") is " << seen << " instead of " << grey;
-      }
+      const uint32_t grey = greys[static_cast<size_t>(y * film.width + x)];
+      if (picture.At(x, y) == grey) continue;
+      return testing::AssertionFailure() << "(" << x << ", " << y << ") is " << picture.At(x, y) << " instead of "
+                                         << grey;
     }
   }
   return testing::AssertionSuccess();
@@ -455,22 +345,32 @@ class Played {
   std::string folder;
 };
 
-void ExpectTicks(const Played& played, const Film& film, const std::vector<Tick>& ticks) {
+void ExpectTicks(const Played& played, const Film& film, const Ticks& ticks) {
   EXPECT_EQ(played.status, 0);
   ASSERT_EQ(played.lines.size(), ticks.size());
   for (size_t i = 0; i < ticks.size(); ++i) {
-    EXPECT_EQ(played.lines[i], ticks[i].line);
-    ASSERT_EQ(played.HasPicture(i), !ticks[i].picture.empty()) << "tick " << i;
-    if (!ticks[i].picture.empty()) {
-      EXPECT_TRUE(IsPicture(played.Picture(i), film, ticks[i].picture)) << "tick " << i;
-    }
+    SCOPED_TRACE("tick " + std::to_string(i));
+    const reference::Tick& tick = ticks[i];
+    const json line = {{"tick", i},
+                       {"painted", tick.painted},
+                       {"delay", tick.delay},
+                       {"ticks", tick.ticks},
+                       {"nextTime", tick.nextTime},
+                       {"viewLeft", tick.viewLeft},
+                       {"viewTop", tick.viewTop},
+                       {"viewport", tick.viewport}};
+    EXPECT_EQ(played.lines[i], line);
+    ASSERT_EQ(played.HasPicture(i), tick.painted);
+    if (!tick.painted) continue;
+    EXPECT_TRUE(IsPicture(played.Picture(i), film, tick.picture));
   }
 }
 
 // ---- The fields of the container ----
 
-TEST(FilmContainer, HasTheFieldsOfTheFilmAndOfEachCut) {
-  ScriptSession session;
+using FilmContainer = SessionTest;
+
+TEST_F(FilmContainer, HasTheFieldsOfTheFilmAndOfEachCut) {
   const Film film = {.title = "My film", .author = "Me", .width = 24, .height = 18};
   WriteThreeCuts(session, film);
   ASSERT_EQ(ConsoleExport(session), 0);
@@ -516,24 +416,21 @@ TEST(FilmContainer, HasTheFieldsOfTheFilmAndOfEachCut) {
   EXPECT_EQ(read.cuts[0].frames[1], (FrameHead{.time = 1, .loop = 1, .brightness = 80, .x = 4, .y = 2}));
 }
 
-TEST(FilmContainer, IsTheHeadTheTableAndTheStreamsWithoutTheirFirstSixBytes) {
-  ScriptSession session;
+TEST_F(FilmContainer, IsTheHeadTheTableAndTheStreamsWithoutTheirFirstSixBytes) {
   WriteThreeCuts(session);
   ASSERT_EQ(ConsoleExport(session), 0);
   EXPECT_EQ(session.Bytes("out.sv"),
             Container({}, {RecordOf(WideCut()), RecordOf(TallCut()), RecordOf(SmallCut())}, 20, 13));
 }
 
-TEST(FilmContainer, EmptyTextsAreOneZeroByteEach) {
-  ScriptSession session;
+TEST_F(FilmContainer, EmptyTextsAreOneZeroByteEach) {
   const Film film = {.title = "", .author = ""};
   WriteFilmOf(session, {{"a.cut", Still(1)}}, film);
   ASSERT_EQ(ConsoleExport(session), 0);
   EXPECT_EQ(session.Bytes("out.sv"), Container(film, {RecordOf(Still(1))}, 8, 3));
 }
 
-TEST(FilmContainer, KeepsTheBytesOfJapaneseTexts) {
-  ScriptSession session;
+TEST_F(FilmContainer, KeepsTheBytesOfJapaneseTexts) {
   // The second byte of the first character is a backslash.
   const Film film = {.title = "\x83\x5C\x83\x76", .author = "\x95\x5C"};
   CutFile cut = Still(1);
@@ -544,8 +441,7 @@ TEST(FilmContainer, KeepsTheBytesOfJapaneseTexts) {
   EXPECT_EQ(ContainerReader(session.Bytes("out.sv")).Read().cuts[0].credit, "\x94\x5C");
 }
 
-TEST(FilmContainer, FirstFrameOfEachCutStartsCleanly) {
-  ScriptSession session;
+TEST_F(FilmContainer, FirstFrameOfEachCutStartsCleanly) {
   CutFile cut = CutFile::Showing({1, 2}, {0, 1});
   cut.frames[0].time = -3;
   cut.frames[0].loop = 0;
@@ -566,8 +462,7 @@ TEST(FilmContainer, FirstFrameOfEachCutStartsCleanly) {
   }
 }
 
-TEST(FilmContainer, KeyFramesHaveTheirEffectiveTimes) {
-  ScriptSession session;
+TEST_F(FilmContainer, KeyFramesHaveTheirEffectiveTimes) {
   CutFile cut = CutFile::Showing({1, 2}, {0, 1, 0, 1});
   const int times[] = {10, 2, 3, 4};
   const int stored[] = {-51, 50, 50, -1 - 70};
@@ -587,8 +482,7 @@ TEST(FilmContainer, KeyFramesHaveTheirEffectiveTimes) {
   EXPECT_EQ(read.cuts[0].frames[3].brightness, 70);
 }
 
-TEST(FilmContainer, ACutListedTwiceIsStoredTwice) {
-  ScriptSession session;
+TEST_F(FilmContainer, ACutListedTwiceIsStoredTwice) {
   session.Write("a.cut", WideCut().Bytes());
   session.Write("b.cut", SmallCut().Bytes());
   WriteFilm(session, {"a.cut", "b.cut", "a.cut"});
@@ -598,8 +492,7 @@ TEST(FilmContainer, ACutListedTwiceIsStoredTwice) {
   EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut", "b.ca", "b.cut", "film.flm", "out.sv"}));
 }
 
-TEST(FilmContainer, ACutWithoutFramesHasAnEmptyRecord) {
-  ScriptSession session;
+TEST_F(FilmContainer, ACutWithoutFramesHasAnEmptyRecord) {
   session.Write("none.cut", CutFile::WithoutLayers(0).Bytes());
   session.Write("a.cut", Still(1).Bytes());
   OpenFilm(session, {"a.cut", "none.cut"});
@@ -611,8 +504,9 @@ TEST(FilmContainer, ACutWithoutFramesHasAnEmptyRecord) {
 
 // ---- Cache files ----
 
-TEST(FilmExport, MakesTheCacheFilesThatAreMissing) {
-  ScriptSession session;
+using FilmExport = SessionTest;
+
+TEST_F(FilmExport, MakesTheCacheFilesThatAreMissing) {
   WriteThreeCuts(session);
   ASSERT_EQ(ConsoleExport(session), 0);
   EXPECT_EQ(session.Files(),
@@ -622,8 +516,7 @@ TEST(FilmExport, MakesTheCacheFilesThatAreMissing) {
   EXPECT_EQ(session.Bytes("small.ca"), Stream(SmallCut()));
 }
 
-TEST(FilmExport, CacheFilesLieBesideTheirCutsUnderTheirNames) {
-  ScriptSession session;
+TEST_F(FilmExport, CacheFilesLieBesideTheirCutsUnderTheirNames) {
   std::filesystem::create_directory(session.Path("sub"));
   session.Write("sub/x.cut", Still(1).Bytes());
   session.Write("a.b.CUT", Still(2).Bytes());
@@ -636,8 +529,7 @@ TEST(FilmExport, CacheFilesLieBesideTheirCutsUnderTheirNames) {
   EXPECT_EQ(session.Bytes("plain.ca"), Stream(Still(3)));
 }
 
-TEST(FilmExport, TwoCutsOfOneNameShareTheCacheOfTheFirst) {
-  ScriptSession session;
+TEST_F(FilmExport, TwoCutsOfOneNameShareTheCacheOfTheFirst) {
   WriteFilmOf(session, {{"a.one", WideCut()}, {"a.two", SmallCut()}});
   ASSERT_EQ(ConsoleExport(session), 0);
   const std::string wide = RecordOf(WideCut());
@@ -645,8 +537,7 @@ TEST(FilmExport, TwoCutsOfOneNameShareTheCacheOfTheFirst) {
   EXPECT_EQ(session.Bytes("a.ca"), Stream(WideCut()));
 }
 
-TEST(FilmExport, AnEntryThatIsAStreamItselfIsCopied) {
-  ScriptSession session;
+TEST_F(FilmExport, AnEntryThatIsAStreamItselfIsCopied) {
   session.Write("a.ca", Stream(WideCut()));
   WriteFilm(session, {"a.ca"});
   ASSERT_EQ(ConsoleExport(session), 0);
@@ -654,7 +545,7 @@ TEST(FilmExport, AnEntryThatIsAStreamItselfIsCopied) {
 }
 
 // A cache of another picture than its cut's, older than the cut.
-struct StaleCache : testing::Test {
+struct StaleCache : SessionTest {
   StaleCache() {
     session.Write("a.cut", WideCut().Bytes());
     session.Write("a.ca", old);
@@ -668,7 +559,6 @@ struct StaleCache : testing::Test {
     EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut", "film.flm", "out.sv"}));
   }
   const std::string old = Stream(SmallCut());
-  ScriptSession session;
 };
 
 TEST_F(StaleCache, IsTakenAsItIsByTheConsoleProgram) {
@@ -677,13 +567,13 @@ TEST_F(StaleCache, IsTakenAsItIsByTheConsoleProgram) {
 }
 
 TEST_F(StaleCache, IsTakenAsItIsByTheApplication) {
-  session.Open(session.Path("film.flm"));
+  session.Open("film.flm");
   Export(session).Run();
   ExpectTheOldStream();
 }
 
 TEST_F(StaleCache, IsTakenEvenForAnOpenCutThatNeedsCompiling) {
-  session.Open(session.Path("film.flm")).Open(session.Path("a.cut")).Command(kCommandBlankCell);
+  session.Open("film.flm").Open("a.cut").Command(kCommandBlankCell);
   Export(session);
   const int state = session.State();
   session.Run();
@@ -692,7 +582,7 @@ TEST_F(StaleCache, IsTakenEvenForAnOpenCutThatNeedsCompiling) {
 }
 
 TEST_F(StaleCache, IsReplacedByAPlayOfTheCutAndThenCounts) {
-  session.Open(session.Path("film.flm")).Open(session.Path("a.cut")).Command(kCommandPlay);
+  session.Open("film.flm").Open("a.cut").Command(kCommandPlay);
   Export(session).Run();
   EXPECT_EQ(session.Bytes("a.ca"), Stream(WideCut()));
   EXPECT_EQ(session.Bytes("out.sv"), Container({}, {RecordOf(WideCut())}, 20, 10));
@@ -706,15 +596,12 @@ TEST_F(StaleCache, DoesWithoutItsCut) {
 }
 
 TEST_F(StaleCache, PlaysInASelection) {
-  session.Open(session.Path("film.flm")).Command(kCommandPlaySelection);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Player(session, state)["title"], SizeTitle(Container({}, {old.substr(6)}, 10, 6).size()));
+  session.Open("film.flm").Command(kCommandPlaySelection);
+  EXPECT_EQ(PlayerOf(session)["title"], SizeTitle(Container({}, {old.substr(6)}, 10, 6).size()));
   EXPECT_EQ(session.Bytes("a.ca"), old);
 }
 
-TEST(FilmExport, AFreshCacheIsNotWrittenAgain) {
-  ScriptSession session;
+TEST_F(FilmExport, AFreshCacheIsNotWrittenAgain) {
   session.Write("a.cut", WideCut().Bytes());
   session.Write("a.ca", Stream(WideCut()));
   const auto then = std::filesystem::last_write_time(session.Path("a.ca")) - std::chrono::hours(1);
@@ -727,13 +614,12 @@ TEST(FilmExport, AFreshCacheIsNotWrittenAgain) {
 }
 
 // A cut that is open and was changed without a save; the film's entry knows it.
-struct OpenChangedCut : testing::Test {
+struct OpenChangedCut : SessionTest {
   OpenChangedCut() {
-    OpenFilmOf(session, {{"a.cut", WideCut()}}).Open(session.Path("a.cut")).Command(kCommandBlankCell);
+    OpenFilmOf(session, {{"a.cut", WideCut()}}).Open("a.cut").Command(kCommandBlankCell);
     changed.frames[2].records[1].cell = -1;
   }
   CutFile changed = WideCut();
-  ScriptSession session;
 };
 
 TEST_F(OpenChangedCut, IsCompiledAsItStandsInItsWindow) {
@@ -751,13 +637,12 @@ TEST_F(OpenChangedCut, IsCompiledForASelectionToo) {
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Bytes("a.ca"), Stream(changed));
-  EXPECT_EQ(Player(session, state)["title"], SizeTitle(Container({}, {RecordOf(changed)}, 20, 10).size()));
+  EXPECT_EQ(PlayerOf(session, state)["title"], SizeTitle(Container({}, {RecordOf(changed)}, 20, 10).size()));
   EXPECT_EQ(session.Cut(state)["imagesStale"], true);
 }
 
 TEST_F(OpenChangedCut, AChangeAfterTheFirstExportDoesNotCount) {
-  Export(session).Command(kCommandBlankCell);
-  session.File(session.Path("second.sv")).Command(kCommandExportFilm).Run();
+  Export(session).Command(kCommandBlankCell).File("second.sv").Command(kCommandExportFilm).Run();
   EXPECT_EQ(session.Bytes("second.sv"), session.Bytes("out.sv"));
   EXPECT_EQ(session.Bytes("a.ca"), Stream(changed));
 }
@@ -766,7 +651,6 @@ TEST_F(OpenChangedCut, ItsViewStaysAsItWas) {
   const int before = session.View();
   Export(session);
   const int after = session.View();
-  session.Run();
   EXPECT_TRUE(session.ViewAt(after) == session.ViewAt(before));
 }
 
@@ -783,21 +667,17 @@ TEST_F(OpenChangedCut, ClosedWithoutASaveIsReadFromItsFile) {
   EXPECT_EQ(session.Bytes("a.ca"), Stream(WideCut()));
 }
 
-TEST(FilmExport, ACutThatWasOpenBeforeItsFilmIsReadFromItsFile) {
-  ScriptSession session;
+TEST_F(FilmExport, ACutThatWasOpenBeforeItsFilmIsReadFromItsFile) {
   session.OpenCut("a.cut", WideCut()).Command(kCommandBlankCell);
   OpenFilm(session, {"a.cut"});
   Export(session);
-  const int state = session.State();
-  session.Run();
-  json film = session.StateAt(state)["film"];
+  json film = session.NowState()["film"];
   EXPECT_EQ(film["cuts"][0]["open"], false);
   EXPECT_EQ(session.Bytes("a.ca"), Stream(WideCut()));
 }
 
-TEST(FilmExport, DoesNotCommitWhatIsStillInThePanels) {
-  ScriptSession session;
-  OpenFilmOf(session, {{"a.cut", WideCut()}}).Open(session.Path("a.cut")).Panel(kBrightnessEdit, "90");
+TEST_F(FilmExport, DoesNotCommitWhatIsStillInThePanels) {
+  OpenFilmOf(session, {{"a.cut", WideCut()}}).Open("a.cut").Panel(kBrightnessEdit, "90");
   Export(session);
   const int state = session.State();
   session.Run();
@@ -805,34 +685,32 @@ TEST(FilmExport, DoesNotCommitWhatIsStillInThePanels) {
   EXPECT_EQ(session.Frame(state)["brightness"], 20);
 }
 
-TEST(FilmExport, AnOpenCutThatShowsOneLayerIsCompiledSo) {
-  ScriptSession session;
-  OpenFilmOf(session, {{"small.cut", SmallCut()}}).Open(session.Path("small.cut")).Command(kCommandCurrentCellOnly);
+TEST_F(FilmExport, AnOpenCutThatShowsOneLayerIsCompiledSo) {
+  OpenFilmOf(session, {{"small.cut", SmallCut()}}).Open("small.cut").Command(kCommandCurrentCellOnly);
   Export(session).Run();
   CutFile upper = SmallCut();
   upper.frames[0].records.erase(upper.frames[0].records.begin());
   EXPECT_EQ(session.Bytes("small.ca"), Stream(upper));
 }
 
-TEST(FilmExport, CompilingSelectsTheCurrentRecordInTheFramesThatDiffer) {
-  ScriptSession session;
-  OpenFilmOf(session, {{"a.cut", WideCut()}}).Open(session.Path("a.cut")).Select(kLayerList, {0});
+TEST_F(FilmExport, CompilingSelectsTheCurrentRecordInTheFramesThatDiffer) {
+  OpenFilmOf(session, {{"a.cut", WideCut()}}).Open("a.cut").Select(kLayerList, {0});
   const int before = session.State();
   Export(session);
   const int after = session.State();
-  session.Run();
-  EXPECT_EQ(session.Frame(before, 0)["currentRecord"], 1);
-  EXPECT_EQ(session.Frame(before, 1)["currentRecord"], 1);
-  EXPECT_EQ(session.Frame(before, 2)["currentRecord"], 0);
-  EXPECT_EQ(session.Frame(after, 0)["currentRecord"], 0);
-  EXPECT_EQ(session.Frame(after, 1)["currentRecord"], 1) << "it shows the same as the frame before it";
-  EXPECT_EQ(session.Frame(after, 2)["currentRecord"], 0);
+  EXPECT_EQ(session.FrameAt(0, before)["currentRecord"], 1);
+  EXPECT_EQ(session.FrameAt(1, before)["currentRecord"], 1);
+  EXPECT_EQ(session.FrameAt(2, before)["currentRecord"], 0);
+  EXPECT_EQ(session.FrameAt(0, after)["currentRecord"], 0);
+  EXPECT_EQ(session.FrameAt(1, after)["currentRecord"], 1) << "it shows the same as the frame before it";
+  EXPECT_EQ(session.FrameAt(2, after)["currentRecord"], 0);
 }
 
 // ---- Damaged caches ----
 
-TEST(DamagedCache, IsCopiedFromItsSeventhByteOn) {
-  ScriptSession session;
+using DamagedCache = SessionTest;
+
+TEST_F(DamagedCache, IsCopiedFromItsSeventhByteOn) {
   session.Write("a.cut", WideCut().Bytes());
   session.Write("b.cut", SmallCut().Bytes());
   const std::string record("no\0\x2C\x01\x02\x00garbage\xFF\x00\xFF", 17);
@@ -843,18 +721,16 @@ TEST(DamagedCache, IsCopiedFromItsSeventhByteOn) {
   EXPECT_EQ(session.Bytes("b.ca"), "XYabcd" + record);
 }
 
-TEST(DamagedCache, NegativeSizesNeverCount) {
-  ScriptSession session;
+TEST_F(DamagedCache, NegativeSizesNeverCount) {
   session.Write("a.ca", std::string("CAabcd\0\xFF\xFF\x00\x80", 11));
   OpenFilm(session, {"a.cut"});
   Export(session).Run();
   EXPECT_EQ(session.Bytes("out.sv"), Container({}, {std::string("\0\xFF\xFF\x00\x80", 5)}, 0, 0));
 }
 
-class ShortCache : public testing::TestWithParam<size_t> {};
+class ShortCache : public SessionTest, public testing::WithParamInterface<size_t> {};
 
 TEST_P(ShortCache, GivesWhatIsBehindItsSixthByte) {
-  ScriptSession session;
   session.Write("a.cut", WideCut().Bytes());
   session.Write("b.cut", SmallCut().Bytes());
   const std::string cache = std::string("CA\x09\0\0\0longcredit", 16).substr(0, GetParam());
@@ -871,14 +747,13 @@ INSTANTIATE_TEST_SUITE_P(Cache, ShortCache, testing::Values(0, 1, 5, 6, 7, 16));
 // ---- Caches and cuts that can't be opened ----
 
 // A name that leads into a folder that isn't there can neither be read nor made.
-struct CacheThatCanNotBeMade : testing::Test {
+struct CacheThatCanNotBeMade : SessionTest {
   CacheThatCanNotBeMade() {
     session.Write("a.cut", WideCut().Bytes());
     session.Write("b.cut", SmallCut().Bytes());
     std::filesystem::create_symlink(session.Path("nofolder/b.ca"), session.Path("b.ca"));
     WriteFilm(session, {"a.cut", "b.cut"});
   }
-  ScriptSession session;
 };
 
 TEST_F(CacheThatCanNotBeMade, DoesNotKeepTheCutOutOfTheFilm) {
@@ -889,20 +764,16 @@ TEST_F(CacheThatCanNotBeMade, DoesNotKeepTheCutOutOfTheFilm) {
 }
 
 TEST_F(CacheThatCanNotBeMade, DoesNotKeepTheCutFromPlaying) {
-  session.Open(session.Path("film.flm")).OpenCut("c.cut", CutFile::Showing({1, 2}, {0, 1})).Command(kCommandPlay);
+  session.Open("film.flm").OpenCut("c.cut", CutFile::Showing({1, 2}, {0, 1})).Command(kCommandPlay);
   session.Select(kCutList, {0, 1}).Command(kCommandPlaySelection);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Player(session, state)["visible"], true);
-  EXPECT_EQ(Player(session, state)["timer"], true);
+  EXPECT_TRUE(Holds(session, "player/visible", true, "player/timer", true));
   const std::string container = Container({}, {RecordOf(WideCut()), RecordOf(SmallCut())}, 20, 10);
-  EXPECT_EQ(Player(session, state)["title"], SizeTitle(container.size()));
+  EXPECT_EQ(PlayerOf(session)["title"], SizeTitle(container.size()));
   EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut", "b.ca", "b.cut", "c.ca", "c.cut", "film.flm"}));
   EXPECT_FALSE(session.Exists("b.ca"));
 }
 
-TEST(FilmExport, AFolderInTheCachesPlaceIsNoCache) {
-  ScriptSession session;
+TEST_F(FilmExport, AFolderInTheCachesPlaceIsNoCache) {
   session.Write("a.cut", WideCut().Bytes());
   std::filesystem::create_directory(session.Path("a.ca"));
   WriteFilm(session, {"a.cut"});
@@ -911,14 +782,11 @@ TEST(FilmExport, AFolderInTheCachesPlaceIsNoCache) {
   EXPECT_TRUE(std::filesystem::is_directory(session.Path("a.ca")));
 }
 
-TEST(FilmExport, AFolderInTheCachesPlaceDoesNotKeepTheCutFromPlaying) {
-  ScriptSession session;
+TEST_F(FilmExport, AFolderInTheCachesPlaceDoesNotKeepTheCutFromPlaying) {
   session.Write("a.cut", WideCut().Bytes());
   std::filesystem::create_directory(session.Path("a.ca"));
   OpenFilm(session, {"a.cut"}).Command(kCommandPlaySelection);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Player(session, state)["visible"], true);
+  EXPECT_EQ(PlayerOf(session)["visible"], true);
   EXPECT_TRUE(std::filesystem::is_directory(session.Path("a.ca")));
 }
 
@@ -938,8 +806,9 @@ std::string HalfWritten(const Names& records, int count) {
   return bytes + table + body;
 }
 
-TEST(MissingCut, LeavesTheHalfWrittenFileInTheApplication) {
-  ScriptSession session;
+using MissingCut = SessionTest;
+
+TEST_F(MissingCut, LeavesTheHalfWrittenFileInTheApplication) {
   session.Write("a.cut", WideCut().Bytes());
   session.Write("c.cut", SmallCut().Bytes());
   OpenFilm(session, {"a.cut", "gone.cut", "c.cut"});
@@ -948,8 +817,7 @@ TEST(MissingCut, LeavesTheHalfWrittenFileInTheApplication) {
   EXPECT_EQ(session.Bytes("out.sv"), HalfWritten({RecordOf(WideCut())}, 3));
 }
 
-TEST(MissingCut, AtTheHeadLeavesTheHeadAlone) {
-  ScriptSession session;
+TEST_F(MissingCut, AtTheHeadLeavesTheHeadAlone) {
   session.Write("b.cut", WideCut().Bytes());
   OpenFilm(session, {"gone.cut", "b.cut"});
   Export(session).Run();
@@ -957,8 +825,7 @@ TEST(MissingCut, AtTheHeadLeavesTheHeadAlone) {
   EXPECT_EQ(session.Bytes("out.sv"), HalfWritten({}, 2));
 }
 
-TEST(MissingCut, FailsTheConsoleExportWhichLeavesNoFile) {
-  ScriptSession session;
+TEST_F(MissingCut, FailsTheConsoleExportWhichLeavesNoFile) {
   session.Write("a.cut", WideCut().Bytes());
   session.Write("c.cut", SmallCut().Bytes());
   WriteFilm(session, {"a.cut", "gone.cut", "c.cut"});
@@ -969,26 +836,19 @@ TEST(MissingCut, FailsTheConsoleExportWhichLeavesNoFile) {
   EXPECT_NE(errors.find("gone.cut"), std::string::npos) << errors;
 }
 
-TEST(MissingCut, OutsideTheSelectionDoesNotMatter) {
-  ScriptSession session;
+TEST_F(MissingCut, OutsideTheSelectionDoesNotMatter) {
   session.Write("a.cut", WideCut().Bytes());
   OpenFilm(session, {"gone.cut", "a.cut"}).Select(kCutList, {1}).Command(kCommandPlaySelection);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Player(session, state)["visible"], true);
-  EXPECT_EQ(Player(session, state)["title"], SizeTitle(Container({}, {RecordOf(WideCut())}, 20, 10).size()));
+  EXPECT_TRUE(Holds(session, "player/visible", true, "player/title",
+                    SizeTitle(Container({}, {RecordOf(WideCut())}, 20, 10).size())));
 }
 
-TEST(MissingCut, BehindOthersInTheSelectionLeavesTheirCachesAndNoPlay) {
-  ScriptSession session;
+TEST_F(MissingCut, BehindOthersInTheSelectionLeavesTheirCachesAndNoPlay) {
   session.Write("a.cut", WideCut().Bytes());
   session.Write("c.cut", SmallCut().Bytes());
   OpenFilm(session, {"a.cut", "gone.cut", "c.cut"}).OpenCut("d.cut", CutFile::Showing({1, 2}, {0, 1}));
   session.Command(kCommandPlay).Select(kCutList, {0, 1, 2}).Command(kCommandPlaySelection);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Player(session, state)["visible"], false);
-  EXPECT_EQ(Player(session, state)["timer"], false);
+  EXPECT_TRUE(Holds(session, "player/visible", false, "player/timer", false));
   EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut", "c.cut", "d.ca", "d.cut", "film.flm"}));
 }
 
@@ -1004,8 +864,7 @@ TEST(ForeignCut, FailsLikeAMissingOneAndGetsNoCache) {
   EXPECT_EQ(session.Files(), (Names{"a.cut", "film.flm"}));
 }
 
-TEST(FilmExport, AnAntialiasByteOfThreeIsAHalf) {
-  ScriptSession session;
+TEST_F(FilmExport, AnAntialiasByteOfThreeIsAHalf) {
   CutFile cut = TallCut();
   cut.antialias = 3;
   WriteFilmOf(session, {{"a.cut", cut}});
@@ -1015,47 +874,40 @@ TEST(FilmExport, AnAntialiasByteOfThreeIsAHalf) {
 
 // ---- The dialog and the target ----
 
-TEST(FilmExport, WithoutCutsShowsNoDialog) {
-  ScriptSession session;
+TEST_F(FilmExport, WithoutCutsShowsNoDialog) {
   OpenFilm(session, {}).Command(kCommandExportFilm).Run(0);
   EXPECT_EQ(session.Files(), Names{"film.flm"});
 }
 
-TEST(FilmExport, WithoutCutsFailsInTheConsoleProgram) {
-  ScriptSession session;
+TEST_F(FilmExport, WithoutCutsFailsInTheConsoleProgram) {
   WriteFilm(session, {});
   EXPECT_EQ(ConsoleExport(session), 1);
   EXPECT_EQ(session.Files(), Names{"film.flm"});
 }
 
-TEST(FilmExport, NameWithoutExtensionGetsSv) {
-  ScriptSession session;
-  OpenFilmOf(session, {{"a.cut", WideCut()}}).File(session.Path("named")).Command(kCommandExportFilm).Run();
+TEST_F(FilmExport, NameWithoutExtensionGetsSv) {
+  OpenFilmOf(session, {{"a.cut", WideCut()}}).File("named").Command(kCommandExportFilm).Run();
   EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut", "film.flm", "named.sv"}));
 }
 
-TEST(FilmExport, CancelWritesNothing) {
-  ScriptSession session;
+TEST_F(FilmExport, CancelWritesNothing) {
   OpenFilmOf(session, {{"a.cut", WideCut()}}).File("cancel").Command(kCommandExportFilm).Run();
   EXPECT_EQ(session.Files(), (Names{"a.cut", "film.flm"}));
 }
 
-TEST(FilmExport, TargetThatCanNotBeOpenedIsSilentAndCompilesNothing) {
-  ScriptSession session;
-  OpenFilmOf(session, {{"a.cut", WideCut()}}).File(session.Path("nofolder/out.sv")).Command(kCommandExportFilm).Run();
+TEST_F(FilmExport, TargetThatCanNotBeOpenedIsSilentAndCompilesNothing) {
+  OpenFilmOf(session, {{"a.cut", WideCut()}}).File("nofolder/out.sv").Command(kCommandExportFilm).Run();
   EXPECT_EQ(session.Files(), (Names{"a.cut", "film.flm"}));
 }
 
-TEST(FilmExport, TargetThatCanNotBeOpenedFailsInTheConsoleProgram) {
-  ScriptSession session;
+TEST_F(FilmExport, TargetThatCanNotBeOpenedFailsInTheConsoleProgram) {
   WriteFilmOf(session, {{"a.cut", WideCut()}});
   EXPECT_EQ(Console(session, {"export", session.Path("film.flm"), session.Path("nofolder/out.sv")}), 1);
   const std::string errors = session.Bytes("errors.txt");
   EXPECT_NE(errors.find("out.sv"), std::string::npos) << errors;
 }
 
-TEST(FilmExport, ALongerFileOfTheSameNameIsReplaced) {
-  ScriptSession session;
+TEST_F(FilmExport, ALongerFileOfTheSameNameIsReplaced) {
   session.Write("a.cut", Still(1).Bytes());
   session.Write("out.sv", std::string(5000, 'x'));
   OpenFilm(session, {"a.cut"});
@@ -1063,8 +915,7 @@ TEST(FilmExport, ALongerFileOfTheSameNameIsReplaced) {
   EXPECT_EQ(session.Bytes("out.sv"), Container({}, {RecordOf(Still(1))}, 8, 3));
 }
 
-TEST(FilmExport, LeavesARunningPlayAlone) {
-  ScriptSession session;
+TEST_F(FilmExport, LeavesARunningPlayAlone) {
   session.Write("a.cut", WideCut().Bytes());
   session.Write("a.ca", Stream(WideCut()));
   OpenFilm(session, {"a.cut"}).OpenCut("c.cut", CutFile::Showing({1, 2}, {0, 1})).Command(kCommandPlay);
@@ -1073,29 +924,27 @@ TEST(FilmExport, LeavesARunningPlayAlone) {
   const int after = session.State();
   session.Line("tick 1");
   const int picture = session.Player();
-  session.Run();
-  EXPECT_EQ(Player(session, before)["timer"], true);
-  EXPECT_EQ(Player(session, after), Player(session, before));
+  EXPECT_EQ(PlayerOf(session, before)["timer"], true);
+  EXPECT_EQ(PlayerOf(session, after), PlayerOf(session, before));
   EXPECT_EQ(session.PlayerAt(picture).Count(85), 24);
 }
 
-TEST(FilmExport, TakesEveryCutWhateverIsSelected) {
-  ScriptSession session;
+TEST_F(FilmExport, TakesEveryCutWhateverIsSelected) {
   const Names lines = WriteThreeCuts(session);
   OpenFilm(session, lines).Select(kCutList, {1});
   Export(session).Run();
   EXPECT_EQ(ContainerReader(session.Bytes("out.sv")).Read().count, 3);
 }
 
-TEST(FilmExport, ApplicationAndConsoleProgramAgree) {
+TEST_F(FilmExport, ApplicationAndConsoleProgramAgree) {
   ScriptSession application;
   ScriptSession console;
   const Film film = {.title = "T", .author = "", .width = 321, .height = 1};
-  for (const ScriptSession* session : {&application, &console}) {
-    WriteThreeCuts(*session, film);
-    session->Write("stale.cut", Still(2).Bytes());
-    session->Write("stale.ca", Stream(Still(3)));
-    WriteFilm(*session, {"small.cut", "stale.cut", "wide.cut", "small.cut", "tall.cut"}, film);
+  for (ScriptSession* each : {&application, &console}) {
+    WriteThreeCuts(*each, film);
+    each->Write("stale.cut", Still(2).Bytes());
+    each->Write("stale.ca", Stream(Still(3)));
+    WriteFilm(*each, {"small.cut", "stale.cut", "wide.cut", "small.cut", "tall.cut"}, film);
   }
   application.Open(application.Path("film.flm"));
   Export(application).Run();
@@ -1109,16 +958,16 @@ TEST(FilmExport, ApplicationAndConsoleProgramAgree) {
 
 // ---- Playing the container ----
 
-TEST(PlayedContainer, ShowsEachCutInItsTurnAndStartsOver) {
-  ScriptSession session;
+using PlayedContainer = SessionTest;
+
+TEST_F(PlayedContainer, ShowsEachCutInItsTurnAndStartsOver) {
   WriteThreeCuts(session);
   ASSERT_EQ(ConsoleExport(session), 0);
   // The three cuts take 6, 6 and 4 ticks.
   ExpectTicks(Played(session, "out.sv", 40), {}, TicksOf({}, {WideCut(), TallCut(), SmallCut()}, 40));
 }
 
-TEST(PlayedContainer, ShowsThePicturesOfEachCutsOwnStream) {
-  ScriptSession session;
+TEST_F(PlayedContainer, ShowsThePicturesOfEachCutsOwnStream) {
   WriteThreeCuts(session);
   ASSERT_EQ(ConsoleExport(session), 0);
   const Played whole(session, "out.sv", 16);
@@ -1152,27 +1001,20 @@ TEST(PlayedContainer, ShowsThePicturesOfEachCutsOwnStream) {
   }
 }
 
-TEST(PlayedContainer, FilmSmallerThanItsCutsShowsTheirMiddle) {
-  ScriptSession session;
+TEST_F(PlayedContainer, FilmSmallerThanItsCutsShowsTheirMiddle) {
   const Film film = {.width = 7, .height = 3};
   WriteThreeCuts(session, film);
   ASSERT_EQ(ConsoleExport(session), 0);
   ExpectTicks(Played(session, "out.sv", 20), film, TicksOf(film, {WideCut(), TallCut(), SmallCut()}, 20));
 }
 
-TEST(PlayedContainer, OneCutOfOneFrameIsAStill) {
-  ScriptSession session;
+TEST_F(PlayedContainer, OneCutOfOneFrameIsAStill) {
   WriteFilmOf(session, {{"a.cut", SmallCut()}});
   ASSERT_EQ(ConsoleExport(session), 0);
-  const Played played(session, "out.sv", 10);
-  std::vector<Tick> ticks = TicksOf({}, {SmallCut()}, 1);
-  ticks[0].line["delay"] = 0;
-  ticks[0].line["ticks"] = 0;
-  ExpectTicks(played, {}, ticks);
+  ExpectTicks(Played(session, "out.sv", 10), {}, TicksOf({}, {SmallCut()}, 10));
 }
 
-TEST(PlayedContainer, TwoCutsOfOneFrameHaveTheirTimesAndRates) {
-  ScriptSession session;
+TEST_F(PlayedContainer, TwoCutsOfOneFrameHaveTheirTimesAndRates) {
   CutFile first = Still(1);
   first.fps = 10;
   first.frames[0].time = 2;
@@ -1184,8 +1026,7 @@ TEST(PlayedContainer, TwoCutsOfOneFrameHaveTheirTimesAndRates) {
   ExpectTicks(Played(session, "out.sv", 12), {}, TicksOf({}, {first, second}, 12));
 }
 
-TEST(PlayedContainer, ACutThatStandsTwicePlaysTwice) {
-  ScriptSession session;
+TEST_F(PlayedContainer, ACutThatStandsTwicePlaysTwice) {
   session.Write("a.cut", TallCut().Bytes());
   session.Write("b.cut", WideCut().Bytes());
   WriteFilm(session, {"a.cut", "a.cut", "b.cut"});
@@ -1193,8 +1034,7 @@ TEST(PlayedContainer, ACutThatStandsTwicePlaysTwice) {
   ExpectTicks(Played(session, "out.sv", 22), {}, TicksOf({}, {TallCut(), TallCut(), WideCut()}, 22));
 }
 
-TEST(PlayedContainer, StopsAtAFrameOfTimeZero) {
-  ScriptSession session;
+TEST_F(PlayedContainer, StopsAtAFrameOfTimeZero) {
   CutFile last = Still(2);
   last.frames[0].time = 0;
   WriteFilmOf(session, {{"a.cut", WideCut()}, {"b.cut", last}});
@@ -1207,8 +1047,7 @@ TEST(PlayedContainer, StopsAtAFrameOfTimeZero) {
 }
 
 // A loop whose body runs up to the end of its cut jumps back from the first frame of the next one.
-TEST(PlayedContainer, ALoopAtTheEndOfACutRunsBeforeTheNextCut) {
-  ScriptSession session;
+TEST_F(PlayedContainer, ALoopAtTheEndOfACutRunsBeforeTheNextCut) {
   CutFile looped = CutFile::Showing({1, 2, 3}, {0, 1, 2});
   looped.frames[1].loop = 3;
   looped.frames[2].loop = 0;
@@ -1228,125 +1067,100 @@ TEST(PlayedContainer, ALoopAtTheEndOfACutRunsBeforeTheNextCut) {
 // ---- Playing the selection ----
 
 // What the application's player shows, tick by tick.
-void ExpectPlayer(ScriptSession& session, const Film& film, const std::vector<Tick>& ticks) {
+void ExpectPlayer(ScriptSession& session, const Film& film, const Ticks& ticks) {
   std::vector<int> pictures = {session.Player()};
   for (size_t i = 1; i < ticks.size(); ++i) {
     session.Line("tick 1");
     pictures.push_back(session.Player());
   }
   session.Run();
-  std::vector<int> last;
+  reference::Bytes last;
   for (size_t i = 0; i < ticks.size(); ++i) {
-    if (!ticks[i].picture.empty()) last = ticks[i].picture;
+    if (ticks[i].painted) last = ticks[i].picture;
     EXPECT_TRUE(IsPicture(session.PlayerAt(pictures[i]), film, last)) << "tick " << i;
   }
 }
 
-TEST(PlaySelection, PlaysInTheOrderOfTheList) {
-  ScriptSession session;
+using PlaySelection = SessionTest;
+
+TEST_F(PlaySelection, PlaysInTheOrderOfTheList) {
   OpenFilm(session, WriteThreeCuts(session)).Select(kCutList, {2, 0}).Command(kCommandPlaySelection);
-  const int state = session.State();
   ExpectPlayer(session, {}, TicksOf({}, {WideCut(), SmallCut()}, 14));
-  EXPECT_EQ(Player(session, state)["visible"], true);
-  EXPECT_EQ(Player(session, state)["timer"], true);
+  EXPECT_TRUE(Holds(session, "player/visible", true, "player/timer", true));
   const std::string container = Container({}, {RecordOf(WideCut()), RecordOf(SmallCut())}, 20, 10);
-  EXPECT_EQ(Player(session, state)["title"], SizeTitle(container.size()));
+  EXPECT_EQ(PlayerOf(session)["title"], SizeTitle(container.size()));
   EXPECT_EQ(session.Files(), (Names{"film.flm", "small.ca", "small.cut", "tall.cut", "wide.ca", "wide.cut"}));
 }
 
-TEST(PlaySelection, AllCutsPlayAsTheExportedFilmDoes) {
-  ScriptSession session;
+TEST_F(PlaySelection, AllCutsPlayAsTheExportedFilmDoes) {
   OpenFilm(session, WriteThreeCuts(session)).Select(kCutList, {0, 1, 2}).Command(kCommandPlaySelection);
-  const int state = session.State();
   Export(session);
   ExpectPlayer(session, {}, TicksOf({}, {WideCut(), TallCut(), SmallCut()}, 18));
-  EXPECT_EQ(Player(session, state)["title"], SizeTitle(session.Bytes("out.sv").size()));
+  EXPECT_EQ(PlayerOf(session)["title"], SizeTitle(session.Bytes("out.sv").size()));
 }
 
 // The next cut's first frame is decoded at once, into the plane that is shown.
-TEST(PlaySelection, ShowsAFirstCutOfOneTickWithItsOwnPicture) {
-  ScriptSession session;
+TEST_F(PlaySelection, ShowsAFirstCutOfOneTickWithItsOwnPicture) {
   CutFile flash = SmallCut();
   flash.frames[0].time = 1;
-  session.Write("a.cut", flash.Bytes());
-  session.Write("b.cut", WideCut().Bytes());
-  OpenFilm(session, {"a.cut", "b.cut"}).Select(kCutList, {0, 1}).Command(kCommandPlaySelection);
+  OpenFilmOf(session, {{"a.cut", flash}, {"b.cut", WideCut()}}).Select(kCutList, {0, 1}).Command(kCommandPlaySelection);
   ExpectPlayer(session, {}, TicksOf({}, {flash, WideCut()}, 4));
 }
 
-TEST(PlaySelection, OfOneCutPlaysIt) {
-  ScriptSession session;
+TEST_F(PlaySelection, OfOneCutPlaysIt) {
   OpenFilm(session, WriteThreeCuts(session)).Select(kCutList, {1}).Command(kCommandPlaySelection);
-  const int state = session.State();
   ExpectPlayer(session, {}, TicksOf({}, {TallCut()}, 14));
-  EXPECT_EQ(Player(session, state)["timer"], true);
-  EXPECT_EQ(Player(session, state)["title"], SizeTitle(Container({}, {RecordOf(TallCut())}, 10, 13).size()));
+  EXPECT_TRUE(Holds(session, "player/timer", true, "player/title",
+                    SizeTitle(Container({}, {RecordOf(TallCut())}, 10, 13).size())));
 }
 
-TEST(PlaySelection, OfOneCutOfOneFrameIsAStillOfTheFilmsSize) {
-  ScriptSession session;
+TEST_F(PlaySelection, OfOneCutOfOneFrameIsAStillOfTheFilmsSize) {
   OpenFilm(session, WriteThreeCuts(session)).Select(kCutList, {2}).Command(kCommandPlaySelection);
-  const int state = session.State();
   ExpectPlayer(session, {}, TicksOf({}, {SmallCut()}, 1));
-  EXPECT_EQ(Player(session, state)["visible"], true);
-  EXPECT_EQ(Player(session, state)["timer"], false);
+  EXPECT_TRUE(Holds(session, "player/visible", true, "player/timer", false));
 }
 
-TEST(PlaySelection, OfACutThatStandsTwicePlaysBothLines) {
-  ScriptSession session;
+TEST_F(PlaySelection, OfACutThatStandsTwicePlaysBothLines) {
   session.Write("a.cut", SmallCut().Bytes());
   OpenFilm(session, {"a.cut", "a.cut"}).Select(kCutList, {0, 1}).Command(kCommandPlaySelection);
   const int state = session.State();
   session.Run();
   const std::string record = RecordOf(SmallCut());
-  EXPECT_EQ(Player(session, state)["title"], SizeTitle(Container({}, {record, record}, 10, 6).size()));
-  EXPECT_EQ(Player(session, state)["timer"], true);
+  EXPECT_EQ(PlayerOf(session, state)["title"], SizeTitle(Container({}, {record, record}, 10, 6).size()));
+  EXPECT_EQ(PlayerOf(session, state)["timer"], true);
 }
 
-TEST(PlaySelection, OfNothingMakesNoCache) {
-  ScriptSession session;
+TEST_F(PlaySelection, OfNothingMakesNoCache) {
   session.Write("a.cut", Still(1).Bytes());
   session.Write("b.cut", Still(2).Bytes());
   // The line that was deleted was the last one, so that no line is selected.
-  OpenFilm(session, {"a.cut", "b.cut"})
-      .Select(kCutList, {1})
-      .Answer("no")
-      .Command(kCommandDeleteCuts)
-      .Command(kCommandPlaySelection);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Player(session, state)["visible"], false);
-  EXPECT_EQ(Player(session, state)["title"], "");
+  OpenFilm(session, {"a.cut", "b.cut"}).Select(kCutList, {1}).Answer("no").Command(kCommandDeleteCuts);
+  session.Command(kCommandPlaySelection);
+  EXPECT_TRUE(Holds(session, "player/visible", false, "player/title", ""));
   EXPECT_EQ(session.Files(), (Names{"a.cut", "b.cut", "film.flm"}));
 }
 
-TEST(PlaySelection, OfAnEmptyFilmDoesNothing) {
-  ScriptSession session;
+TEST_F(PlaySelection, OfAnEmptyFilmDoesNothing) {
   OpenFilm(session, {}).OpenCut("c.cut", CutFile::Showing({1, 2}, {0, 1})).Command(kCommandPlay);
   const int before = session.State();
   session.Command(kCommandPlaySelection);
   const int after = session.State();
-  session.Run();
-  EXPECT_EQ(Player(session, after), Player(session, before));
-  EXPECT_EQ(Player(session, after)["timer"], true);
+  EXPECT_EQ(PlayerOf(session, after), PlayerOf(session, before));
+  EXPECT_EQ(PlayerOf(session, after)["timer"], true);
 }
 
-TEST(PlaySelection, TakesTheTextsOfTheFilmAsTheyAreNow) {
-  ScriptSession session;
+TEST_F(PlaySelection, TakesTheTextsOfTheFilmAsTheyAreNow) {
   OpenFilmOf(session, {{"a.cut", SmallCut()}})
       .Dialog(
           kFilmDialog,
-          {{kFilmTitleEdit, "longer title"}, {kFilmAuthorEdit, ""}, {kFilmWidthEdit, "30"}, {kFilmHeightEdit, "20"}})
-      .Command(kCommandFilmProperties);
-  session.Command(kCommandPlaySelection);
-  const int state = session.State();
+          {{kFilmTitleEdit, "longer title"}, {kFilmAuthorEdit, ""}, {kFilmWidthEdit, "30"}, {kFilmHeightEdit, "20"}});
+  session.Command(kCommandFilmProperties).Command(kCommandPlaySelection);
   const Film film = {.title = "longer title", .author = "", .width = 30, .height = 20};
   ExpectPlayer(session, film, TicksOf(film, {SmallCut()}, 1));
-  EXPECT_EQ(Player(session, state)["title"], SizeTitle(Container(film, {RecordOf(SmallCut())}, 10, 6).size()));
+  EXPECT_EQ(PlayerOf(session)["title"], SizeTitle(Container(film, {RecordOf(SmallCut())}, 10, 6).size()));
 }
 
-TEST(PlaySelection, OfADamagedCacheDoesNotHurt) {
-  ScriptSession session;
+TEST_F(PlaySelection, OfADamagedCacheDoesNotHurt) {
   session.Write("a.cut", SmallCut().Bytes());
   session.Write("a.ca", std::string("CA\0\0\0\0\0", 7) + std::string(40, '\xFF'));
   session.Write("b.cut", WideCut().Bytes());
@@ -1356,3 +1170,4 @@ TEST(PlaySelection, OfADamagedCacheDoesNotHurt) {
 }
 
 }  // namespace
+}  // namespace rules

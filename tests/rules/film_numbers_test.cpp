@@ -8,6 +8,7 @@
 
 #include "resources/ids.h"
 #include "rules/film_session.h"
+#include "rules/rule_table.h"
 
 namespace rules {
 namespace {
@@ -27,11 +28,12 @@ ScriptSession& OpenFilm(ScriptSession& session, const Names& lines) {
 
 // The command with its two dialogs, of a cut of 8 by 3 without a layer.
 ScriptSession& Numbered(ScriptSession& session, int command = kCommandAddNumberedCut) {
-  return NumberedCut(session, {{kCutWidthEdit, "8"}, {kCutHeightEdit, "3"}, {kCutWholeRadio, "on"}}, command);
+  return AddNumberedCut(session, {{kCutWidthEdit, "8"}, {kCutHeightEdit, "3"}, {kCutWholeRadio, "on"}}, command);
 }
 
-TEST(CutNumbers, ThirtyCutsOneBehindTheOther) {
-  ScriptSession session;
+using CutNumbers = SessionTest;
+
+TEST_F(CutNumbers, ThirtyCutsOneBehindTheOther) {
   OpenFilm(session, {"c1.cut", "end.cut"});
   for (int i = 0; i < 30; ++i) Numbered(session);
   const int state = session.State();
@@ -58,27 +60,23 @@ TEST(CutNumbers, ThirtyCutsOneBehindTheOther) {
 }
 
 // Each one stands ahead of the caret's line, which is the one inserted before.
-TEST(CutNumbers, InsertedCutsStandInFallingOrder) {
-  ScriptSession session;
+TEST_F(CutNumbers, InsertedCutsStandInFallingOrder) {
   OpenFilm(session, {"first.cut", "c007.cut"}).Select(kCutList, {1});
   for (int i = 0; i < 3; ++i) Numbered(session, kCommandInsertNumberedCut);
   const int state = session.State();
-  session.Run();
   EXPECT_EQ(Entries(session, state), (Names{"first.cut", "c010.cut", "c009.cut", "c008.cut", "c007.cut"}));
   EXPECT_EQ(Lines(session, state), (Names{"first", "c010", "c009", "c008", "c007"}));
   EXPECT_EQ(OpenFlags(session, state), (std::vector<bool>{false, true, true, true, false}));
   EXPECT_EQ(List(session, state)["caret"], 1);
 }
 
-TEST(CutNumbers, HolesAreFilledInTheirOrder) {
-  ScriptSession session;
+TEST_F(CutNumbers, HolesAreFilledInTheirOrder) {
   for (const char* name : {"c002.cut", "c004.cut", "c007.cut"}) session.Write(name, "taken");
   // None of these is the name of a numbered cut.
   for (const char* name : {"c003.ca", "c03.cut", "c3.cut", "c003.cut.old", "d003.cut"}) session.Write(name, "other");
   OpenFilm(session, {"c001.cut"});
   for (int i = 0; i < 4; ++i) Numbered(session);
   const int state = session.State();
-  session.Run();
   EXPECT_EQ(Entries(session, state), (Names{"c001.cut", "c003.cut", "c005.cut", "c006.cut", "c008.cut"}));
   for (const char* name : {"c002.cut", "c004.cut", "c007.cut"}) EXPECT_EQ(session.Bytes(name), "taken") << name;
   for (const char* name : {"c003.ca", "c03.cut", "c3.cut", "c003.cut.old", "d003.cut"}) {
@@ -86,41 +84,30 @@ TEST(CutNumbers, HolesAreFilledInTheirOrder) {
   }
 }
 
-TEST(CutNumbers, NumberFreedByADeletionIsGivenAgain) {
-  ScriptSession session;
+TEST_F(CutNumbers, NumberFreedByADeletionIsGivenAgain) {
   OpenFilm(session, {"c001.cut"});
   Numbered(session);
+  Numbered(session).Select(kCutList, {1}).Answer("yes").Command(kCommandDeleteCuts).Select(kCutList, {0});
   Numbered(session);
-  session.Select(kCutList, {1}).Answer("yes").Command(kCommandDeleteCuts).Select(kCutList, {0});
-  Numbered(session);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), (Names{"c001.cut", "c002.cut", "c003.cut"}));
+  EXPECT_EQ(Entries(session), (Names{"c001.cut", "c002.cut", "c003.cut"}));
   EXPECT_EQ(session.Files(), (Names{"c002.cut", "c003.cut", "film.flm"}));
 }
 
 // The name is counted from files, not from the film's lines.
-TEST(CutNumbers, LineWhoseFileIsMissingDoesNotTakeItsNumber) {
-  ScriptSession session;
+TEST_F(CutNumbers, LineWhoseFileIsMissingDoesNotTakeItsNumber) {
   OpenFilm(session, {"c001.cut", "c002.cut"});
   Numbered(session);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), (Names{"c001.cut", "c002.cut", "c002.cut"}));
+  EXPECT_EQ(Entries(session), (Names{"c001.cut", "c002.cut", "c002.cut"}));
   // Adding links the new entry alone.
-  EXPECT_EQ(OpenFlags(session, state), (std::vector<bool>{false, true, false}));
+  EXPECT_EQ(OpenFlags(session), (std::vector<bool>{false, true, false}));
 }
 
-TEST(CutNumbers, CutRenamedAwayFreesItsNumber) {
-  ScriptSession session;
+TEST_F(CutNumbers, CutRenamedAwayFreesItsNumber) {
   OpenFilm(session, {"c001.cut"});
+  Numbered(session).Dialog(kRenameDialog, {{kRenameEdit, "other"}}).Command(kCommandRenameCut).Select(kCutList, {0});
   Numbered(session);
-  session.Dialog(kRenameDialog, {{kRenameEdit, "other"}}).Command(kCommandRenameCut).Select(kCutList, {0});
-  Numbered(session);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), (Names{"c001.cut", "c002.cut", "other.cut"}));
-  EXPECT_EQ(WindowPaths(session, state), (Names{"other.cut", "c002.cut"}));
+  EXPECT_TRUE(Holds(session, "film/cuts/*/name", Names{"c001.cut", "c002.cut", "other.cut"}, "cuts/*/path",
+                    Names{"other.cut", "c002.cut"}));
   EXPECT_EQ(session.Files(), (Names{"c002.cut", "film.flm", "other.cut"}));
 }
 
@@ -133,18 +120,15 @@ struct Step {
   const char* next;
 };
 
-class NextNumber : public testing::TestWithParam<Step> {};
+class NextNumber : public SessionTest, public testing::WithParamInterface<Step> {};
 
 TEST_P(NextNumber, IsTheNameOfTheNewFile) {
-  ScriptSession session;
   Numbered(OpenFilm(session, {GetParam().line}));
-  const int state = session.State();
-  session.Run();
-  const Names entries = Entries(session, state);
+  const Names entries = Entries(session);
   ASSERT_EQ(entries.size(), 2U);
   EXPECT_EQ(entries[1], GetParam().next);
-  EXPECT_EQ(session.Cut(state)["path"], session.Path(GetParam().next));
-  EXPECT_EQ(session.Cut(state)["title"], GetParam().next);
+  EXPECT_EQ(session.Cut()["path"], session.Path(GetParam().next));
+  EXPECT_EQ(session.Cut()["title"], GetParam().next);
   EXPECT_EQ(session.Bytes(GetParam().next), PlainCut().Bytes());
   EXPECT_EQ(session.Files().size(), 2U);
 }
@@ -176,31 +160,29 @@ INSTANTIATE_TEST_SUITE_P(ShiftJis, NextNumber,
                                               "表013.cut"},
                                          Step{"7\x94\x5C.cut", "7能001.cut"}, Step{"\x82\x50.cut", "１001.cut"}));
 
-TEST(NextNumberOfDigits, PassesOverTheShortNamesThatExist) {
-  ScriptSession session;
+using NextNumberOfDigits = SessionTest;
+
+TEST_F(NextNumberOfDigits, PassesOverTheShortNamesThatExist) {
   session.Write("00.cut", "taken");
   Numbered(OpenFilm(session, {"99.cut"}));
-  const int state = session.State();
-  session.Run();
   // 101 without its first character.
-  EXPECT_EQ(Entries(session, state), (Names{"99.cut", "01.cut"}));
+  EXPECT_EQ(Entries(session), (Names{"99.cut", "01.cut"}));
   EXPECT_EQ(session.Bytes("00.cut"), "taken");
 }
 
-TEST(NextNumberOfDigits, StartsAgainBehindNinetyNine) {
-  ScriptSession session;
+TEST_F(NextNumberOfDigits, StartsAgainBehindNinetyNine) {
   OpenFilm(session, {"97.cut"});
   for (int i = 0; i < 4; ++i) Numbered(session);
   const int state = session.State();
-  session.Run();
   EXPECT_EQ(Entries(session, state), (Names{"97.cut", "98.cut", "99.cut", "00.cut", "01.cut"}));
 }
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Folders.
 
-TEST(NumberedCutFolder, IsThatOfTheEntryAtTheCaret) {
-  ScriptSession session;
+using NumberedCutFolder = SessionTest;
+
+TEST_F(NumberedCutFolder, IsThatOfTheEntryAtTheCaret) {
   std::error_code failure;
   for (const char* name : {"work/film/表", "work/beside"}) {
     std::filesystem::create_directories(session.Path(name), failure);
@@ -210,7 +192,7 @@ TEST(NumberedCutFolder, IsThatOfTheEntryAtTheCaret) {
   session.Write("work/film/c002.cut", "taken");
   session.Write("work/beside/c003.cut", "taken");
   session.Write("work/film/film.flm", kFilmHead + "c1.cut\n\x95\x5C/c1.cut\n../c1.cut\n../beside/c002.cut\n");
-  session.Open(session.Path("work/film/film.flm"));
+  session.Open("work/film/film.flm");
   for (const int line : {3, 2, 1, 0}) {
     session.Select(kCutList, {line});
     Numbered(session);
@@ -231,13 +213,11 @@ TEST(NumberedCutFolder, IsThatOfTheEntryAtTheCaret) {
   EXPECT_EQ(session.Bytes("work/beside/c003.cut"), "taken");
 }
 
-TEST(NumberedCutFolder, ThatDoesNotExistHasNoFileButTheCutIsThere) {
-  ScriptSession session;
+TEST_F(NumberedCutFolder, ThatDoesNotExistHasNoFileButTheCutIsThere) {
   Numbered(OpenFilm(session, {"none/c1.cut"}));
   const int made = session.State();
-  session.File(session.Path("c.cut")).Command(kCommandOverwriteCut);
+  session.File("c.cut").Command(kCommandOverwriteCut);
   const int saved = session.State();
-  session.Run();
   EXPECT_EQ(Entries(session, made), (Names{"none/c1.cut", "none/c002.cut"}));
   EXPECT_EQ(session.Cut(made)["path"], session.Path("none/c002.cut"));
   EXPECT_EQ(session.Cut(made)["title"], "c002.cut");
@@ -251,20 +231,18 @@ TEST(NumberedCutFolder, ThatDoesNotExistHasNoFileButTheCutIsThere) {
 // ---------------------------------------------------------------------------------------------------------------------
 // The limit.
 
+using NumberLimit = SessionTest;
+
 // From 997 on: two more numbers, and then every new cut goes to the file of the entry at the caret.
-TEST(NumberLimit, WorkUpToItAndPastIt) {
-  ScriptSession session;
+TEST_F(NumberLimit, WorkUpToItAndPastIt) {
   OpenFilm(session, {"\x95\x5C"
                      "997.cut"});
   session.Write("表997.cut", Drawn("997").Bytes());
   Numbered(session);
   Numbered(session);
   // The cut with the last number is drawn and saved.
-  session.Dialog(kLayerDialog, {{kLayerNameEdit, "A"}})
-      .Command(kCommandAddLayer)
-      .Panel(kCommentEdit, "last")
-      .Command(kCommandFirstFrame)
-      .Command(kCommandOverwriteCut);
+  session.Dialog(kLayerDialog, {{kLayerNameEdit, "A"}}).Command(kCommandAddLayer).Panel(kCommentEdit, "last");
+  session.Command(kCommandFirstFrame).Command(kCommandOverwriteCut);
   const int saved = session.State();
   Numbered(session);
   const int past = session.State();
@@ -301,11 +279,10 @@ struct Full {
   Names taken;
 };
 
-class NumberPastTheLimit : public testing::TestWithParam<std::pair<Full, int>> {};
+class NumberPastTheLimit : public SessionTest, public testing::WithParamInterface<std::pair<Full, int>> {};
 
 TEST_P(NumberPastTheLimit, LeavesThePathAndGoesOverTheFileOfTheEntry) {
   const auto& [full, command] = GetParam();
-  ScriptSession session;
   OpenFilm(session, {"a.cut", full.name, "b.cut"});
   session.Write(full.name, Drawn("old").Bytes());
   for (const std::string& name : full.taken) session.Write(name, "taken");
@@ -344,25 +321,18 @@ INSTANTIATE_TEST_SUITE_P(
                     std::pair{kNoneFree, kCommandAddNumberedCut}, std::pair{kNoneFree, kCommandInsertNumberedCut},
                     std::pair{kNoneFreeOfDigits, kCommandAddNumberedCut}));
 
-TEST(NumberLimit, CancelledDialogLeavesTheFileOfTheEntry) {
-  ScriptSession session;
-  OpenFilm(session, {"c999.cut"});
-  session.Write("c999.cut", Drawn("old").Bytes());
-  session.Dialog(kCutDialog, {}, "cancel").Command(kCommandAddNumberedCut);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), Names{"c999.cut"});
-  EXPECT_EQ(Film(session, state)["modified"], false);
-  EXPECT_EQ(session.Bytes("c999.cut"), Drawn("old").Bytes());
+TEST_F(NumberLimit, CancelledDialogLeavesTheFileOfTheEntry) {
+  OpenFilm(session, {"c999.cut"}).Write("c999.cut", Drawn("old").Bytes()).Dialog(kCutDialog, {}, "cancel");
+  session.Command(kCommandAddNumberedCut);
+  EXPECT_TRUE(Holds(session, "film/cuts/*/name", Names{"c999.cut"}, "film/modified", false, "bytes/c999.cut",
+                    Drawn("old").Bytes()));
 }
 
-TEST(NumberLimit, RenameOfTheDoubledCutGoesToBothEntriesAndOneWindow) {
-  ScriptSession session;
+TEST_F(NumberLimit, RenameOfTheDoubledCutGoesToBothEntriesAndOneWindow) {
   OpenFilm(session, {"c999.cut"});
   session.Write("c999.cut", Drawn("old").Bytes());
   session.DoubleClick(kCutList, 0);
-  Numbered(session);
-  session.Select(kCutList, {1}).Dialog(kRenameDialog, {{kRenameEdit, "new"}}).Command(kCommandRenameCut);
+  Numbered(session).Select(kCutList, {1}).Dialog(kRenameDialog, {{kRenameEdit, "new"}}).Command(kCommandRenameCut);
   const int renamed = session.State();
   // The first window still has the old name, and what it holds.
   session.Activate(0).Command(kCommandOverwriteCut).Run();
@@ -377,15 +347,16 @@ TEST(NumberLimit, RenameOfTheDoubledCutGoesToBothEntriesAndOneWindow) {
 // ---------------------------------------------------------------------------------------------------------------------
 // The dialogs of the numbered cut.
 
-TEST(NumberedCutDialog, RemembersFromCutToCutAndWritesNoSettings) {
-  ScriptSession session;
+using NumberedCutDialog = SessionTest;
+
+TEST_F(NumberedCutDialog, RemembersFromCutToCutAndWritesNoSettings) {
   OpenFilm(session, {"c001.cut"});
-  NumberedCut(session, {{kCutWidthEdit, "20"},
-                        {kCutHeightEdit, "10"},
-                        {kCutFpsEdit, "12"},
-                        {kCutHalfRadio, "on"},
-                        {kCutCreditEdit, "Me"}});
-  NumberedCut(session, {{kCutWidthEdit, "30"}}, kCommandInsertNumberedCut);
+  AddNumberedCut(session, {{kCutWidthEdit, "20"},
+                           {kCutHeightEdit, "10"},
+                           {kCutFpsEdit, "12"},
+                           {kCutHalfRadio, "on"},
+                           {kCutCreditEdit, "Me"}});
+  AddNumberedCut(session, {{kCutWidthEdit, "30"}}, kCommandInsertNumberedCut);
   const int state = session.State();
   session.Run();
   CutFile first = PlainCut();
@@ -402,10 +373,9 @@ TEST(NumberedCutDialog, RemembersFromCutToCutAndWritesNoSettings) {
   EXPECT_EQ(session.Setting("OnNewCut", "width"), "(none)");
 }
 
-TEST(NumberedCutDialog, IsNotThatOfTheNewCutSettings) {
-  ScriptSession session;
+TEST_F(NumberedCutDialog, IsNotThatOfTheNewCutSettings) {
   session.SetSettings("[OnNewCut]\r\nwidth=50\r\nheight=40\r\nfps=12\r\nanti=1\r\ncredit=Someone\r\n");
-  NumberedCut(OpenFilm(session, {"c001.cut"})).Run();
+  AddNumberedCut(OpenFilm(session, {"c001.cut"})).Run();
   CutFile file = PlainCut();
   file.width = file.frameWidth = 960;
   file.height = file.frameHeight = 720;
@@ -413,12 +383,10 @@ TEST(NumberedCutDialog, IsNotThatOfTheNewCutSettings) {
   EXPECT_EQ(session.Bytes("c002.cut"), file.Bytes());
 }
 
-TEST(NumberedCutDialog, LayerIsInTheFileOnceTheCutIsSaved) {
-  ScriptSession session;
+TEST_F(NumberedCutDialog, LayerIsInTheFileOnceTheCutIsSaved) {
   OpenFilm(session, {"c001.cut"})
-      .Dialog(kCutDialog, {{kCutWidthEdit, "8"}, {kCutHeightEdit, "3"}, {kCutWholeRadio, "on"}})
-      .Dialog(kLayerDialog, {{kLayerNameEdit, "L"}});
-  session.Command(kCommandAddNumberedCut);
+      .Dialog(kCutDialog, {{kCutWidthEdit, "8"}, {kCutHeightEdit, "3"}, {kCutWholeRadio, "on"}});
+  session.Dialog(kLayerDialog, {{kLayerNameEdit, "L"}}).Command(kCommandAddNumberedCut);
   const int made = session.State();
   session.Command(kCommandOverwriteCut).Run();
   CutFile file = CutFile::Showing({0}, {0});
@@ -428,33 +396,24 @@ TEST(NumberedCutDialog, LayerIsInTheFileOnceTheCutIsSaved) {
   EXPECT_EQ(session.Cut(made)["layers"][0]["name"], "L");
 }
 
-TEST(NumberedCutDialog, LosesItsLayerWhenTheCutIsClosedUnsaved) {
-  ScriptSession session;
+TEST_F(NumberedCutDialog, LosesItsLayerWhenTheCutIsClosedUnsaved) {
   OpenFilm(session, {"c001.cut"})
-      .Dialog(kCutDialog, {{kCutWidthEdit, "8"}, {kCutHeightEdit, "3"}, {kCutWholeRadio, "on"}})
-      .Dialog(kLayerDialog, {{kLayerNameEdit, "L"}});
-  session.Command(kCommandAddNumberedCut).Answer("no").Close().DoubleClick(kCutList, 1);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["path"], session.Path("c002.cut"));
-  EXPECT_EQ(session.Cut(state)["layers"].size(), 0U);
+      .Dialog(kCutDialog, {{kCutWidthEdit, "8"}, {kCutHeightEdit, "3"}, {kCutWholeRadio, "on"}});
+  session.Dialog(kLayerDialog, {{kLayerNameEdit, "L"}}).Command(kCommandAddNumberedCut).Answer("no").Close();
+  session.DoubleClick(kCutList, 1);
+  EXPECT_TRUE(Holds(session, "cut/path", "c002.cut", "cut/layers/#", 0));
   EXPECT_EQ(session.Bytes("c002.cut"), PlainCut().Bytes());
 }
 
-class NumberedCutWithoutFilm : public testing::TestWithParam<int> {};
+class NumberedCutWithoutFilm : public SessionTest, public testing::WithParamInterface<int> {};
 
 // With no line to count from, the first cut is a new one that is saved under a name, and the next is numbered by it.
 TEST_P(NumberedCutWithoutFilm, StartsTheCountWithTheNameThatIsGiven) {
-  ScriptSession session;
-  session.Dialog(kCutDialog, {{kCutWidthEdit, "8"}, {kCutHeightEdit, "3"}})
-      .Dialog(kLayerDialog, {{kLayerNameEdit, "A"}})
-      .File(session.Path("c7"))
-      .Command(GetParam());
-  NumberedCut(session);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), (Names{"c7.cut", "c008.cut"}));
-  EXPECT_EQ(OpenFlags(session, state), (std::vector<bool>{true, true}));
+  session.Dialog(kCutDialog, {{kCutWidthEdit, "8"}, {kCutHeightEdit, "3"}});
+  session.Dialog(kLayerDialog, {{kLayerNameEdit, "A"}}).File("c7").Command(GetParam());
+  AddNumberedCut(session);
+  EXPECT_TRUE(Holds(session, "film/cuts/*/name", Names{"c7.cut", "c008.cut"}, "film/cuts/*/open",
+                    std::vector<bool>{true, true}));
   EXPECT_EQ(session.Bytes("c7.cut"), CutFile::Showing({0}, {0}).Bytes());
   EXPECT_EQ(session.Bytes("c008.cut"), PlainCut().Bytes());
   EXPECT_EQ(session.Setting("OnNewCut", "width"), "8");
@@ -463,15 +422,10 @@ TEST_P(NumberedCutWithoutFilm, StartsTheCountWithTheNameThatIsGiven) {
 INSTANTIATE_TEST_SUITE_P(Film, NumberedCutWithoutFilm,
                          testing::Values(kCommandAddNumberedCut, kCommandInsertNumberedCut));
 
-TEST(NumberedCutInNoFilm, CancelledWithNoCutOpenDoesNothing) {
-  ScriptSession session;
-  session.Dialog(kCutDialog, {}, "cancel").Command(kCommandAddNumberedCut);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), Names{});
-  EXPECT_EQ(WindowPaths(session, state), Names{});
-  EXPECT_EQ(Film(session, state)["modified"], false);
-}
+const Rules<SessionTest, "NumberedCutInNoFilm"> kNumberedCutInNoFilmRules = {
+    {"CancelledWithNoCutOpenDoesNothing", Do().Dialog(kCutDialog, {}, "cancel").Command(kCommandAddNumberedCut),
+     Has("film/cuts/*/name", Names{}, "cuts/*/path", Names{}, "film/modified", false)},
+};
 
 }  // namespace
 }  // namespace rules

@@ -13,6 +13,7 @@
 
 #include "resources/ids.h"
 #include "rules/film_session.h"
+#include "rules/rule_table.h"
 
 namespace rules {
 namespace {
@@ -98,6 +99,10 @@ ScriptSession& OpenFilm(ScriptSession& session, const Names& cuts) {
     session.Write(cut, Credited(Stored(cut)).Bytes());
   }
   return OpenFilmFile(session, FilmText(lines));
+}
+
+ScriptSession& OpenFilm(ScriptSession&& session, const Names& cuts) {
+  return OpenFilm(session, cuts);
 }
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -189,22 +194,13 @@ class FilmOfThirtyCuts : public testing::Test {
 TEST_F(FilmOfThirtyCuts, OpensInTheOrderOfItsFile) {
   ASSERT_EQ(Rows().size(), 30U);
   OpenIt();
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), AllEntries());
-  EXPECT_EQ(Lines(session, state), AllLines());
-  EXPECT_EQ(OpenFlags(session, state), std::vector<bool>(30, false));
-  EXPECT_EQ(List(session, state)["selected"], json::array({0}));
-  EXPECT_EQ(List(session, state)["caret"], 0);
-  EXPECT_EQ(FrameTitle(session, state), "Sorvel Developer - 予");
-  const json film = Film(session, state);
-  EXPECT_EQ(film["title"], "題ソ");
-  EXPECT_EQ(film["author"], "作者");
-  EXPECT_EQ(film["width"], 640);
-  EXPECT_EQ(film["height"], 480);
+  EXPECT_TRUE(Holds(session, "film/cuts/*/name", AllEntries(), "panels/cuts/lines", AllLines(), "film/cuts/*/open",
+                    std::vector<bool>(30, false), "panels/cuts/selected", json::array({0}), "panels/cuts/caret", 0,
+                    "frame/title", "Sorvel Developer - 予"));
+  const json film = Film(session);
+  EXPECT_TRUE(Holds(session, "film/title", "題ソ", "film/author", "作者", "film/width", 640, "film/height", 480));
   EXPECT_EQ(film["path"], session.Path(kFilm));
-  EXPECT_EQ(film["modified"], false);
-  EXPECT_EQ(Windows(session, state).size(), 0U);
+  EXPECT_TRUE(Holds(session, "film/modified", false, "cuts/#", 0));
   ExpectTree(TreeOf(session, "work"), before);
 }
 
@@ -220,11 +216,10 @@ TEST_P(FilmSavedElsewhere, HasItsLinesRelativeToTheNewFolderAndOpensAgain) {
   const Place& place = GetParam();
   OpenIt().File(session.Path(std::string("work/") + place.film)).Command(kCommandSaveFilmAs);
   const int saved = session.State();
-  session.Open(session.Path("gone.flm"))
-      .File(session.Path(std::string("work/") + place.film))
-      .Command(kCommandOpenFilm);
+  session.Open("gone.flm").File(session.Path(std::string("work/") + place.film));
+  session.Command(kCommandOpenFilm);
   const int opened = session.State();
-  session.File(session.Path("work/映画/本編/back.flm")).Command(kCommandSaveFilmAs).Run();
+  session.File("work/映画/本編/back.flm").Command(kCommandSaveFilmAs).Run();
 
   for (const int state : {saved, opened}) {
     const json film = Film(session, state);
@@ -317,14 +312,11 @@ TEST_F(FilmOfThirtyCuts, RenamesOfAClosedAnOpenAndAMissingCut) {
   // Three lines show this cut; the one of the same name in another folder isn't it.
   session.Select(kCutList, {26}).Dialog(kRenameDialog, {{kRenameEdit, "表夜"}}).Command(kCommandRenameCut);
   const int first = session.State();
-  session.DoubleClick(kCutList, 22).Panel(kCommentEdit, "雨");
-  session.Select(kCutList, {22}).Dialog(kRenameDialog, {{kRenameEdit, "ソ雨"}}).Command(kCommandRenameCut);
+  session.DoubleClick(kCutList, 22).Panel(kCommentEdit, "雨").Select(kCutList, {22});
+  session.Dialog(kRenameDialog, {{kRenameEdit, "ソ雨"}}).Command(kCommandRenameCut);
   const int second = session.State();
-  session.Command(kCommandLastFrame).Command(kCommandOverwriteCut);
-  session.Select(kCutList, {23})
-      .Dialog(kRenameDialog, {{kRenameEdit, "十"}})
-      .Command(kCommandRenameCut)
-      .Command(kCommandOverwriteFilm);
+  session.Command(kCommandLastFrame).Command(kCommandOverwriteCut).Select(kCutList, {23});
+  session.Dialog(kRenameDialog, {{kRenameEdit, "十"}}).Command(kCommandRenameCut).Command(kCommandOverwriteFilm);
   const int third = session.State();
   session.Run();
 
@@ -371,9 +363,9 @@ TEST_F(FilmOfThirtyCuts, RenamesOfAClosedAnOpenAndAMissingCut) {
 }
 
 TEST_F(FilmOfThirtyCuts, ExtractBringsCutsOfAllFoldersTogether) {
-  OpenIt().Select(kCutList, {22, 0, 29, 7, 14, 6}).File(session.Path("work/渡/十")).Command(kCommandExtractCuts);
+  OpenIt().Select(kCutList, {22, 0, 29, 7, 14, 6}).File("work/渡/十").Command(kCommandExtractCuts);
   const int state = session.State();
-  session.File(session.Path("work/渡/十")).Command(kCommandOpenFilm);
+  session.File("work/渡/十").Command(kCommandOpenFilm);
   const int opened = session.State();
   session.Command(kCommandOverwriteFilm).Run();
   EXPECT_EQ(Film(session, state)["path"], session.Path(kFilm));
@@ -445,11 +437,8 @@ TEST_F(FilmOfThirtyCuts, DeletingAllLeavesWhatTheFilmDoesNotName) {
   for (int i = 0; i < 30; ++i) all.push_back(i);
   OpenIt().Select(kCutList, all).Answer("yes").Command(kCommandDeleteCuts);
   const int state = session.State();
-  session.Command(kCommandDeleteCuts)
-      .Command(kCommandRenameCut)
-      .Command(kCommandRemoveCutFromFilm)
-      .Command(kCommandOverwriteFilm);
-  session.File(session.Path(kFilm)).Command(kCommandOpenFilm);
+  session.Command(kCommandDeleteCuts).Command(kCommandRenameCut).Command(kCommandRemoveCutFromFilm);
+  session.Command(kCommandOverwriteFilm).File(session.Path(kFilm)).Command(kCommandOpenFilm);
   const int opened = session.State();
   session.Run();
   for (const int number : {state, opened}) {
@@ -501,8 +490,8 @@ class ThreeDays : public testing::Test {
                 {{kFilmWidthEdit, "8"}, {kFilmHeightEdit, "3"}, {kFilmTitleEdit, "表の空"}, {kFilmAuthorEdit, "作者"}})
         .Command(kCommandNewFilm);
     session.NewCut({.width = 8, .height = 3}).Panel(kCommentEdit, "ソ");
-    session.File(session.Path("work/映画/本編/構001")).Command(kCommandAddCutToFilm);
-    session.File(session.Path("work/映画/本編/表")).Command(kCommandOverwriteFilm);
+    session.File("work/映画/本編/構001").Command(kCommandAddCutToFilm);
+    session.File("work/映画/本編/表").Command(kCommandOverwriteFilm);
     // A second cut behind the first, drawn in two frames and overwritten.
     session.Dialog(kCutDialog, {}).Dialog(kLayerDialog, {{kLayerNameEdit, "B"}}).Command(kCommandAddNumberedCut);
     session.Panel(kFrameTimeEdit, "3")
@@ -510,12 +499,9 @@ class ThreeDays : public testing::Test {
         .Command(kCommandAddFrame)
         .Command(kCommandOverwriteCut);
     // A third one ahead of the first, without a layer.
-    NumberedCut(session.Select(kCutList, {0}), {}, kCommandInsertNumberedCut);
+    AddNumberedCut(session.Select(kCutList, {0}), {}, kCommandInsertNumberedCut);
     // A cut from stock behind the second; it gets a comment, which is asked about at the end.
-    session.Open(session.Path("work/素材/能.cut"))
-        .Select(kCutList, {2})
-        .Command(kCommandAddCutToFilm)
-        .Panel(kCommentEdit, "予");
+    session.Open("work/素材/能.cut").Select(kCutList, {2}).Command(kCommandAddCutToFilm).Panel(kCommentEdit, "予");
   }
 
   const std::string kTitle = Stored("表の空");
@@ -571,14 +557,14 @@ TEST_F(ThreeDays, TheWholeWork) {
 
   session.Restart();
   const int morning = session.State();
-  session.DoubleClick(kCutList, 2).Panel(kCommentEdit, "空");
-  session.Select(kCutList, {2}).Dialog(kRenameDialog, {{kRenameEdit, "ソ夜"}}).Command(kCommandRenameCut);
+  session.DoubleClick(kCutList, 2).Panel(kCommentEdit, "空").Select(kCutList, {2});
+  session.Dialog(kRenameDialog, {{kRenameEdit, "ソ夜"}}).Command(kCommandRenameCut);
   const int renamed = session.State();
-  session.Command(kCommandFirstFrame).Command(kCommandOverwriteCut);
-  session.Select(kCutList, {0}).Answer("yes").Command(kCommandDeleteCuts);
+  session.Command(kCommandFirstFrame).Command(kCommandOverwriteCut).Select(kCutList, {0}).Answer("yes");
+  session.Command(kCommandDeleteCuts);
   const int deleted = session.State();
-  session.File(session.Path("work/素材/十")).Command(kCommandSaveFilmAs);
-  session.Select(kCutList, {1, 2}).File(session.Path("work/渡/表")).Command(kCommandExtractCuts);
+  session.File("work/素材/十").Command(kCommandSaveFilmAs).Select(kCutList, {1, 2});
+  session.File("work/渡/表").Command(kCommandExtractCuts);
   const int evening = session.State();
   session.Exit().Run();
 
@@ -612,12 +598,10 @@ TEST_F(ThreeDays, TheWholeWork) {
   // The film that was handed over, its cut changed there: the original isn't touched.
   session.Restart();
   const int start = session.State();
-  session.File(session.Path("work/渡/表.flm")).Command(kCommandOpenFilm).DoubleClick(kCutList, 0);
+  session.File("work/渡/表.flm").Command(kCommandOpenFilm).DoubleClick(kCutList, 0);
   session.Command(kCommandBlankCell).Answer("yes").Close();
-  session.Dialog(kFilmDialog, {{kFilmWidthEdit, "16"}, {kFilmAuthorEdit, "ソ"}})
-      .Command(kCommandFilmProperties)
-      .Command(kCommandOverwriteFilm);
-  session.Dialog(kFilmDialog, {}).Command(kCommandNewFilm);
+  session.Dialog(kFilmDialog, {{kFilmWidthEdit, "16"}, {kFilmAuthorEdit, "ソ"}}).Command(kCommandFilmProperties);
+  session.Command(kCommandOverwriteFilm).Dialog(kFilmDialog, {}).Command(kCommandNewFilm);
   const int fresh = session.State();
   session.Exit().Run();
   EXPECT_EQ(Lines(session, start), (Names{"構001", "ソ夜", "能"}));
@@ -636,138 +620,83 @@ TEST_F(ThreeDays, TheWholeWork) {
 // ---------------------------------------------------------------------------------------------------------------------
 // Adding, inserting and removing.
 
-TEST(FilmEntries, CutAddedTwiceHasItsFirstLineSelected) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("a.cut")).Select(kCutList, {1}).Command(kCommandAddCutToFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), (Names{"a.cut", "b.cut", "a.cut"}));
-  EXPECT_EQ(OpenFlags(session, state), (std::vector<bool>{true, false, true}));
-  EXPECT_EQ(List(session, state)["selected"], json::array({0}));
-}
+using FilmEntries = SessionTest;
 
 // The cut's first line is selected already, so the selection stays; the caret goes to the new line.
-TEST(FilmEntries, CutAddedTwiceLeavesASelectionThatHoldsItsFirstLine) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"})
-      .Open(session.Path("a.cut"))
-      .Select(kCutList, {0, 1})
-      .Command(kCommandAddCutToFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Lines(session, state), (Names{"a", "b", "a"}));
-  EXPECT_EQ(List(session, state)["selected"], json::array({0, 1}));
-  EXPECT_EQ(List(session, state)["caret"], 2);
+TEST_F(FilmEntries, CutAddedTwiceLeavesASelectionThatHoldsItsFirstLine) {
+  OpenFilm(session, {"a.cut", "b.cut"}).Open("a.cut").Select(kCutList, {0, 1});
+  session.Command(kCommandAddCutToFilm);
+  EXPECT_TRUE(Holds(session, "panels/cuts/lines", Names{"a", "b", "a"}, "panels/cuts/selected", json::array({0, 1}),
+                    "panels/cuts/caret", 2));
 }
 
-TEST(FilmEntries, AddedLineIsTheOnlySelectedOne) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut", "c.cut"}).OpenCut("表.cut", PlainCut());
-  session.Select(kCutList, {2, 0}).Command(kCommandAddCutToFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), (Names{"a.cut", "表.cut", "b.cut", "c.cut"}));
-  EXPECT_EQ(List(session, state)["selected"], json::array({1}));
-  EXPECT_EQ(List(session, state)["caret"], 1);
-}
-
-TEST(FilmEntries, InsertedUnsavedCutIsSavedFirst) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut"}).NewCut({.width = 8, .height = 3}).Panel(kCommentEdit, "予");
-  session.File(session.Path("ソ")).Command(kCommandInsertCutIntoFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), (Names{"ソ.cut", "a.cut"}));
-  EXPECT_EQ(Lines(session, state), (Names{"ソ", "a"}));
-  EXPECT_EQ(List(session, state)["caret"], 0);
-  EXPECT_EQ(session.Cut(state)["title"], "ソ.cut");
-  EXPECT_EQ(session.Cut(state)["modified"], false);
+TEST_F(FilmEntries, InsertedUnsavedCutIsSavedFirst) {
+  OpenFilm(session, {"a.cut"}).NewCut({.width = 8, .height = 3}).Panel(kCommentEdit, "予").File("ソ");
+  session.Command(kCommandInsertCutIntoFilm);
+  EXPECT_TRUE(Holds(session, "film/cuts/*/name", Names{"ソ.cut", "a.cut"}, "panels/cuts/lines", Names{"ソ", "a"},
+                    "panels/cuts/caret", 0, "cut/title", "ソ.cut", "cut/modified", false));
   CutFile file = CutFile::Showing({0}, {0});
   file.frames[0].comment = Stored("予");
   EXPECT_EQ(session.Bytes("ソ.cut"), file.Bytes());
 }
 
-TEST(FilmEntries, InsertWithACancelledSaveInsertsNothing) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut"}).NewCut().File("cancel").Command(kCommandInsertCutIntoFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), Names{"a.cut"});
-  EXPECT_EQ(Lines(session, state), Names{"a"});
-  EXPECT_EQ(Film(session, state)["modified"], false);
-  EXPECT_EQ(session.Files(), (Names{"a.cut", "film.flm"}));
-}
-
-class UnsavedCutForTheFilm : public testing::TestWithParam<int> {};
+class UnsavedCutForTheFilm : public SessionTest, public testing::WithParamInterface<int> {};
 
 // The save dialog gives true even when its file didn't open, but the cut still has no path.
 TEST_P(UnsavedCutForTheFilm, WhoseFileDoesNotOpenStaysOut) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut"}).NewCut().File(session.Path("none/b.cut")).Command(GetParam());
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), Names{"a.cut"});
-  EXPECT_EQ(Lines(session, state), Names{"a"});
-  EXPECT_EQ(Film(session, state)["modified"], false);
-  EXPECT_EQ(session.Cut(state)["path"], "");
+  OpenFilm(session, {"a.cut"}).NewCut().File("none/b.cut").Command(GetParam());
+  EXPECT_TRUE(Holds(session, "film/cuts/*/name", Names{"a.cut"}, "panels/cuts/lines", Names{"a"}, "film/modified",
+                    false, "cut/path", ""));
 }
 
 INSTANTIATE_TEST_SUITE_P(Film, UnsavedCutForTheFilm, testing::Values(kCommandAddCutToFilm, kCommandInsertCutIntoFilm));
 
-class CutForTheFilm : public testing::TestWithParam<int> {};
+class CutForTheFilm : public SessionTest, public testing::WithParamInterface<int> {};
 
 TEST_P(CutForTheFilm, WithAPathIsNotSavedThoughItIsModified) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut"})
-      .OpenCut("b.cut", CutFile::Showing({1}, {0}))
-      .Command(kCommandBlankCell)
-      .Command(GetParam());
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state).size(), 2U);
-  EXPECT_EQ(session.Cut(state)["modified"], true);
+  OpenFilm(session, {"a.cut"}).OpenCut("b.cut", CutFile::Showing({1}, {0})).Command(kCommandBlankCell);
+  session.Command(GetParam());
+  EXPECT_TRUE(Holds(session, "film/cuts/#", 2, "cut/modified", true));
   EXPECT_EQ(session.Bytes("b.cut"), CutFile::Showing({1}, {0}).Bytes());
 }
 
 TEST_P(CutForTheFilm, NeedsAnOpenCut) {
-  ScriptSession session;
   OpenFilm(session, {"a.cut"}).Command(GetParam());
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), Names{"a.cut"});
-  EXPECT_EQ(Film(session, state)["modified"], false);
+  EXPECT_TRUE(Holds(session, "film/cuts/*/name", Names{"a.cut"}, "film/modified", false));
 }
 
 INSTANTIATE_TEST_SUITE_P(Film, CutForTheFilm, testing::Values(kCommandAddCutToFilm, kCommandInsertCutIntoFilm));
 
-TEST(FilmEntries, RemovedOneByOneAndAddedAgain) {
-  ScriptSession session;
-  OpenFilmFile(session, kFilmHead + "a.cut\nb.cut\na.cut\n")
-      .OpenCut("a.cut", PlainCut())
-      .Command(kCommandRemoveCutFromFilm);
-  const int one = session.State();
-  session.Command(kCommandRemoveCutFromFilm);
-  const int two = session.State();
-  session.Command(kCommandRemoveCutFromFilm)
-      .Select(kCutList, {0})
-      .Command(kCommandInsertCutIntoFilm)
-      .Command(kCommandOverwriteFilm)
-      .Run();
-  EXPECT_EQ(Entries(session, one), (Names{"b.cut", "a.cut"}));
-  EXPECT_EQ(Lines(session, one), (Names{"b", "a"}));
-  EXPECT_EQ(Entries(session, two), Names{"b.cut"});
-  EXPECT_EQ(Lines(session, two), Names{"b"});
-  EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + "a.cut\nb.cut\n");
-  EXPECT_EQ(session.Bytes("a.cut"), PlainCut().Bytes());
-}
+const Rules<SessionTest, "FilmEntries"> kFilmEntriesRules = {
+    {"CutAddedTwiceHasItsFirstLineSelected",
+     OpenFilm(Do(), {"a.cut", "b.cut"}).Open("a.cut").Select(kCutList, {1}).Command(kCommandAddCutToFilm),
+     Has("film/cuts/*/name", Names{"a.cut", "b.cut", "a.cut"}, "film/cuts/*/open", std::vector<bool>{true, false, true},
+         "panels/cuts/selected", json::array({0}))},
+    {"AddedLineIsTheOnlySelectedOne",
+     OpenFilm(Do(), {"a.cut", "b.cut", "c.cut"}).OpenCut("表.cut", PlainCut()).Select(kCutList, {2, 0}),
+     Do().Command(kCommandAddCutToFilm),
+     Has("film/cuts/*/name", Names{"a.cut", "表.cut", "b.cut", "c.cut"}, "panels/cuts/selected", json::array({1}),
+         "panels/cuts/caret", 1)},
+    {"InsertWithACancelledSaveInsertsNothing",
+     OpenFilm(Do(), {"a.cut"}).NewCut().File("cancel").Command(kCommandInsertCutIntoFilm),
+     Has("film/cuts/*/name", Names{"a.cut"}, "panels/cuts/lines", Names{"a"}, "film/modified", false, "files",
+         Names{"a.cut", "film.flm"})},
+    {"RemovedOneByOneAndAddedAgain",
+     OpenFilmFile(Do(), kFilmHead + "a.cut\nb.cut\na.cut\n").OpenCut("a.cut", PlainCut()),
+     Do().Command(kCommandRemoveCutFromFilm),
+     Has("film/cuts/*/name", Names{"b.cut", "a.cut"}, "panels/cuts/lines", Names{"b", "a"}),
+     Do().Command(kCommandRemoveCutFromFilm), Has("film/cuts/*/name", Names{"b.cut"}, "panels/cuts/lines", Names{"b"}),
+     Do().Command(kCommandRemoveCutFromFilm).Select(kCutList, {0}).Command(kCommandInsertCutIntoFilm),
+     Do().Command(kCommandOverwriteFilm),
+     Has("bytes/film.flm", kFilmHead + "a.cut\nb.cut\n", "bytes/a.cut", PlainCut().Bytes())},
+};
 
-TEST(FilmEntries, LeavesANewFilmWithoutLinesAndItsWindowsOpen) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("b.cut")).Dialog(kFilmDialog, {}).Command(kCommandNewFilm);
+TEST_F(FilmEntries, LeavesANewFilmWithoutLinesAndItsWindowsOpen) {
+  OpenFilm(session, {"a.cut", "b.cut"}).Open("b.cut").Dialog(kFilmDialog, {}).Command(kCommandNewFilm);
   // None of these has an entry to work on, and none asks.
   session.Command(kCommandRemoveCutFromFilm).Command(kCommandDeleteCuts).Command(kCommandRenameCut);
   const int state = session.State();
-  session.Command(kCommandAddCutToFilm).File(session.Path("new")).Command(kCommandOverwriteFilm).Run();
+  session.Command(kCommandAddCutToFilm).File("new").Command(kCommandOverwriteFilm).Run();
   EXPECT_EQ(Entries(session, state), Names{});
   EXPECT_EQ(WindowPaths(session, state), Names{"b.cut"});
   EXPECT_EQ(session.Bytes("new.flm"), "\n\n320, 240\nb.cut\n");
@@ -777,17 +706,17 @@ TEST(FilmEntries, LeavesANewFilmWithoutLinesAndItsWindowsOpen) {
 // ---------------------------------------------------------------------------------------------------------------------
 // The link between an entry and an open cut.
 
-TEST(FilmLink, CutSavedUnderAnotherNameStaysBehindItsOldEntry) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("a.cut")).SaveCutAs("表.cut");
+using FilmLink = SessionTest;
+
+TEST_F(FilmLink, CutSavedUnderAnotherNameStaysBehindItsOldEntry) {
+  OpenFilm(session, {"a.cut", "b.cut"}).Open("a.cut").SaveCutAs("表.cut");
   const int saved = session.State();
-  session.Open(session.Path("b.cut")).DoubleClick(kCutList, 0);
+  session.Open("b.cut").DoubleClick(kCutList, 0);
   const int clicked = session.State();
   session.Close();
   const int closed = session.State();
   session.DoubleClick(kCutList, 0);
   const int opened = session.State();
-  session.Run();
   EXPECT_EQ(Entries(session, saved), (Names{"a.cut", "b.cut"}));
   EXPECT_EQ(OpenFlags(session, saved), (std::vector<bool>{true, false}));
   EXPECT_EQ(Film(session, saved)["modified"], false);
@@ -798,21 +727,8 @@ TEST(FilmLink, CutSavedUnderAnotherNameStaysBehindItsOldEntry) {
   EXPECT_EQ(session.Bytes("a.cut"), session.Bytes("表.cut"));
 }
 
-TEST(FilmLink, RenameTakesACutThatWasSavedUnderAnotherNameAlong) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("a.cut")).SaveCutAs("表.cut");
-  session.Select(kCutList, {0}).Dialog(kRenameDialog, {{kRenameEdit, "ソ"}}).Command(kCommandRenameCut);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), (Names{"ソ.cut", "b.cut"}));
-  EXPECT_EQ(session.Cut(state)["path"], session.Path("ソ.cut"));
-  EXPECT_EQ(session.Cut(state)["title"], "ソ.cut");
-  EXPECT_EQ(session.Files(), (Names{"b.cut", "film.flm", "ソ.cut", "表.cut"}));
-}
-
-TEST(FilmLink, FilmOpenedAgainKnowsNoneOfTheOpenCuts) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("a.cut")).Open(session.Path("film.flm"));
+TEST_F(FilmLink, FilmOpenedAgainKnowsNoneOfTheOpenCuts) {
+  OpenFilm(session, {"a.cut", "b.cut"}).Open("a.cut").Open("film.flm");
   const int opened = session.State();
   session.Command(kCommandRemoveCutFromFilm);
   const int removed = session.State();
@@ -820,7 +736,6 @@ TEST(FilmLink, FilmOpenedAgainKnowsNoneOfTheOpenCuts) {
   const int renamed = session.State();
   session.Command(kCommandOverwriteCut).DoubleClick(kCutList, 0);
   const int clicked = session.State();
-  session.Run();
   EXPECT_EQ(OpenFlags(session, opened), (std::vector<bool>{false, false}));
   EXPECT_EQ(Entries(session, removed), (Names{"a.cut", "b.cut"}));
   EXPECT_EQ(Entries(session, renamed), (Names{"表.cut", "b.cut"}));
@@ -834,85 +749,50 @@ TEST(FilmLink, FilmOpenedAgainKnowsNoneOfTheOpenCuts) {
   EXPECT_EQ(session.Bytes("表.cut"), Credited("a.cut").Bytes());
 }
 
-TEST(FilmLink, DeleteInAFilmOpenedAgainLeavesTheWindow) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"}).Open(session.Path("a.cut")).Open(session.Path("film.flm"));
-  session.Select(kCutList, {0}).Answer("yes").Command(kCommandDeleteCuts);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), Names{"b.cut"});
-  EXPECT_EQ(WindowPaths(session, state), Names{"a.cut"});
-  EXPECT_EQ(session.Files(), (Names{"b.cut", "film.flm"}));
-}
-
-TEST(FilmLink, IsByTheBytesOfThePath) {
-  ScriptSession session;
-  session.Write("film.flm", FilmText({"./a.cut", "A.cut", "a.cut"}));
-  session.Write("A.cut", Credited("upper").Bytes());
-  session.Open(session.Path("film.flm")).OpenCut("a.cut", PlainCut());
-  const int opened = session.State();
-  session.DoubleClick(kCutList, 0);
-  const int clicked = session.State();
-  session.Run();
-  EXPECT_EQ(OpenFlags(session, opened), (std::vector<bool>{false, false, true}));
-  EXPECT_EQ(OpenFlags(session, clicked), (std::vector<bool>{true, false, true}));
-  EXPECT_EQ(WindowPaths(session, clicked), (Names{"a.cut", "./a.cut"}));
-  EXPECT_EQ(Lines(session, clicked), (Names{"a", "A", "a"}));
-}
-
-TEST(FilmLink, DoubleClickOnAnOpenCutCommitsTheOneThatIsLeft) {
-  ScriptSession session;
-  OpenFilm(session, {"表.cut", "b.cut"}).DoubleClick(kCutList, 0).DoubleClick(kCutList, 1).Panel(kCommentEdit, "ソ");
-  session.DoubleClick(kCutList, 0);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["path"], session.Path("表.cut"));
-  EXPECT_EQ(Windows(session, state)[1]["modified"], true);
-  EXPECT_EQ(Windows(session, state)[1]["frames"][0]["comment"], "ソ");
-  EXPECT_EQ(session.StateAt(state)["panels"]["10006"], "");
-  EXPECT_EQ(List(session, state)["selected"], json::array({0}));
-}
-
-TEST(FilmLink, CutThatIsNoCutFileOpensNothing) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut"});
-  session.Write("a.cut", "Sorvelin Layer");
-  session.DoubleClick(kCutList, 0);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Windows(session, state).size(), 0U);
-  EXPECT_EQ(OpenFlags(session, state), std::vector<bool>{false});
-  EXPECT_EQ(session.Bytes("a.cut"), "Sorvelin Layer");
-}
-
-TEST(FilmLink, CutClosedAndSavedOpensAgainFromItsLine) {
-  ScriptSession session;
-  OpenFilm(session, {"能.cut"});
-  session.Write("能.cut", CutFile::Showing({1}, {0}).Bytes());
-  session.DoubleClick(kCutList, 0).Command(kCommandBlankCell).Answer("yes").Close();
-  const int closed = session.State();
-  session.DoubleClick(kCutList, 0);
-  const int opened = session.State();
-  session.Run();
-  EXPECT_EQ(OpenFlags(session, closed), std::vector<bool>{false});
-  EXPECT_EQ(OpenFlags(session, opened), std::vector<bool>{true});
-  EXPECT_EQ(session.Record(opened, 0)["cell"], -1);
-  EXPECT_EQ(session.Bytes("能.cut"), CutFile::Showing({1}, {-1}).Bytes());
-}
+const Rules<SessionTest, "FilmLink"> kFilmLinkRules = {
+    {"RenameTakesACutThatWasSavedUnderAnotherNameAlong",
+     OpenFilm(Do(), {"a.cut", "b.cut"}).Open("a.cut").SaveCutAs("表.cut").Select(kCutList, {0}),
+     Do().Dialog(kRenameDialog, {{kRenameEdit, "ソ"}}).Command(kCommandRenameCut),
+     Has("film/cuts/*/name", Names{"ソ.cut", "b.cut"}, "cut/path", "ソ.cut", "cut/title", "ソ.cut", "files",
+         Names{"b.cut", "film.flm", "ソ.cut", "表.cut"})},
+    {"DeleteInAFilmOpenedAgainLeavesTheWindow",
+     OpenFilm(Do(), {"a.cut", "b.cut"}).Open("a.cut").Open("film.flm").Select(kCutList, {0}).Answer("yes"),
+     Do().Command(kCommandDeleteCuts),
+     Has("film/cuts/*/name", Names{"b.cut"}, "cuts/*/path", Names{"a.cut"}, "files", Names{"b.cut", "film.flm"})},
+    {"IsByTheBytesOfThePath",
+     Do().Write("film.flm", FilmText({"./a.cut", "A.cut", "a.cut"})).Write("A.cut", Credited("upper").Bytes()),
+     Do().Open("film.flm").OpenCut("a.cut", PlainCut()), Has("film/cuts/*/open", std::vector<bool>{false, false, true}),
+     Do().DoubleClick(kCutList, 0),
+     Has("film/cuts/*/open", std::vector<bool>{true, false, true}, "cuts/*/path", Names{"a.cut", "./a.cut"},
+         "panels/cuts/lines", Names{"a", "A", "a"})},
+    {"DoubleClickOnAnOpenCutCommitsTheOneThatIsLeft",
+     OpenFilm(Do(), {"表.cut", "b.cut"}).DoubleClick(kCutList, 0).DoubleClick(kCutList, 1),
+     Do().Panel(kCommentEdit, "ソ").DoubleClick(kCutList, 0),
+     Has("cut/path", "表.cut", "cuts/1/modified", true, "cuts/1/frames/0/comment", "ソ", "panels/comment", "",
+         "panels/cuts/selected", json::array({0}))},
+    {"CutThatIsNoCutFileOpensNothing",
+     OpenFilm(Do(), {"a.cut"}).Write("a.cut", "Sorvelin Layer").DoubleClick(kCutList, 0),
+     Has("cuts/#", 0, "film/cuts/*/open", std::vector<bool>{false}, "bytes/a.cut", "Sorvelin Layer")},
+    {"CutClosedAndSavedOpensAgainFromItsLine",
+     OpenFilm(Do(), {"能.cut"}).Write("能.cut", CutFile::Showing({1}, {0}).Bytes()).DoubleClick(kCutList, 0),
+     Do().Command(kCommandBlankCell).Answer("yes").Close(), Has("film/cuts/*/open", std::vector<bool>{false}),
+     Do().DoubleClick(kCutList, 0),
+     Has("film/cuts/*/open", std::vector<bool>{true}, "cut/frame/records/0/cell", -1, "bytes/能.cut",
+         CutFile::Showing({1}, {-1}).Bytes())},
+};
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Renaming.
 
-TEST(FilmRename, ModifiedCutKeepsItsOldBytesUntilItIsSaved) {
-  ScriptSession session;
+using FilmRename = SessionTest;
+
+TEST_F(FilmRename, ModifiedCutKeepsItsOldBytesUntilItIsSaved) {
   OpenFilm(session, {"a.cut"});
   const CutFile file = CutFile::Showing({1, 2}, {0, 1});
   session.Write("a.cut", file.Bytes());
   session.Write("a.ca", "stream");
-  session.DoubleClick(kCutList, 0)
-      .Command(kCommandBlankCell)
-      .Dialog(kRenameDialog, {{kRenameEdit, "表"}})
-      .Command(kCommandRenameCut);
+  session.DoubleClick(kCutList, 0).Command(kCommandBlankCell).Dialog(kRenameDialog, {{kRenameEdit, "表"}});
+  session.Command(kCommandRenameCut);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Bytes("表.cut"), file.Bytes());
@@ -921,52 +801,20 @@ TEST(FilmRename, ModifiedCutKeepsItsOldBytesUntilItIsSaved) {
   EXPECT_EQ(session.Files(), (Names{"a.ca", "film.flm", "表.cut"}));
 }
 
-TEST(FilmRename, OverwriteAfterItGoesToTheNewName) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut"});
-  session.Write("a.cut", CutFile::Showing({1, 2}, {0, 1}).Bytes());
-  session.DoubleClick(kCutList, 0)
-      .Command(kCommandBlankCell)
-      .Dialog(kRenameDialog, {{kRenameEdit, "表"}})
-      .Command(kCommandRenameCut)
-      .Command(kCommandOverwriteCut)
-      .Run();
-  EXPECT_EQ(session.Files(), (Names{"film.flm", "表.cut"}));
-  EXPECT_EQ(session.Bytes("表.cut"), CutFile::Showing({1, 2}, {0, -2}).Bytes());
-}
-
-TEST(FilmRename, OntoTheNameOfAnotherCutLeavesBothFiles) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut", "b.cut"}).Dialog(kRenameDialog, {{kRenameEdit, "b"}}).Command(kCommandRenameCut);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), (Names{"b.cut", "b.cut"}));
-  EXPECT_EQ(Lines(session, state), (Names{"b", "b"}));
-  EXPECT_EQ(session.Bytes("b.cut"), Credited("b.cut").Bytes());
-  EXPECT_EQ(session.Bytes("a.cut"), Credited("a.cut").Bytes());
-}
-
 // From then on the two entries are of one name.
-TEST(FilmRename, EntriesThatCameToOneNameAreRenamedTogether) {
-  ScriptSession session;
+TEST_F(FilmRename, EntriesThatCameToOneNameAreRenamedTogether) {
   OpenFilm(session, {"a.cut", "b.cut"}).Dialog(kRenameDialog, {{kRenameEdit, "b"}}).Command(kCommandRenameCut);
   session.Select(kCutList, {1}).Dialog(kRenameDialog, {{kRenameEdit, "ソ"}}).Command(kCommandRenameCut);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), (Names{"ソ.cut", "ソ.cut"}));
-  EXPECT_EQ(Lines(session, state), (Names{"ソ", "ソ"}));
+  EXPECT_TRUE(Holds(session, "film/cuts/*/name", Names{"ソ.cut", "ソ.cut"}, "panels/cuts/lines", Names{"ソ", "ソ"}));
   EXPECT_EQ(session.Files(), (Names{"a.cut", "film.flm", "ソ.cut"}));
   EXPECT_EQ(session.Bytes("ソ.cut"), Credited("b.cut").Bytes());
 }
 
-TEST(FilmRename, ToAnEmptyNameLeavesTheExtension) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut"})
-      .Dialog(kRenameDialog, {{kRenameEdit, ""}})
-      .Command(kCommandRenameCut)
-      .Command(kCommandOverwriteFilm);
+TEST_F(FilmRename, ToAnEmptyNameLeavesTheExtension) {
+  OpenFilm(session, {"a.cut"}).Dialog(kRenameDialog, {{kRenameEdit, ""}}).Command(kCommandRenameCut);
+  session.Command(kCommandOverwriteFilm);
   const int renamed = session.State();
-  session.File(session.Path("film.flm")).Command(kCommandOpenFilm);
+  session.File("film.flm").Command(kCommandOpenFilm);
   const int opened = session.State();
   session.Run();
   for (const int state : {renamed, opened}) {
@@ -977,32 +825,13 @@ TEST(FilmRename, ToAnEmptyNameLeavesTheExtension) {
   EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + ".cut\n");
 }
 
-TEST(FilmRename, NameMayHoldADot) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut"})
-      .Dialog(kRenameDialog, {{kRenameEdit, "表.2"}})
-      .Command(kCommandRenameCut)
-      .Command(kCommandOverwriteFilm);
-  session.File(session.Path("film.flm")).Command(kCommandOpenFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Lines(session, state), Names{"表.2"});
-  EXPECT_EQ(session.Files(), (Names{"film.flm", "表.2.cut"}));
-  EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + Stored("表.2.cut\n"));
-}
-
-TEST(FilmRename, IntoAFolderMovesTheFile) {
-  ScriptSession session;
+TEST_F(FilmRename, IntoAFolderMovesTheFile) {
   MakeFolder(session, "表");
-  OpenFilm(session, {"a.cut"})
-      .DoubleClick(kCutList, 0)
-      .Dialog(kRenameDialog, {{kRenameEdit, "表/ソ"}})
-      .Command(kCommandRenameCut)
-      .Command(kCommandOverwriteFilm);
+  OpenFilm(session, {"a.cut"}).DoubleClick(kCutList, 0).Dialog(kRenameDialog, {{kRenameEdit, "表/ソ"}});
+  session.Command(kCommandRenameCut).Command(kCommandOverwriteFilm);
   const int renamed = session.State();
-  session.File(session.Path("film.flm")).Command(kCommandOpenFilm);
+  session.File("film.flm").Command(kCommandOpenFilm);
   const int opened = session.State();
-  session.Run();
   EXPECT_EQ(Entries(session, renamed), Names{"表/ソ.cut"});
   EXPECT_EQ(Lines(session, renamed), Names{"表/ソ"});
   EXPECT_EQ(session.Cut(renamed)["title"], "ソ.cut");
@@ -1012,73 +841,41 @@ TEST(FilmRename, IntoAFolderMovesTheFile) {
   EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + Stored("表/ソ.cut\n"));
 }
 
-TEST(FilmRename, ToTheSameNameOfACutThatIsListedTwiceAsksOnceAndChangesNothing) {
-  ScriptSession session;
-  OpenFilm(session, {"表.cut"});
-  session.Write("film.flm", kFilmHead + Stored("表.cut\n表.cut\n"));
-  session.Select(kCutList, {0}).Dialog(kRenameDialog, {{kRenameEdit, "表"}}).Command(kCommandRenameCut);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), (Names{"表.cut", "表.cut"}));
-  EXPECT_EQ(Film(session, state)["modified"], false);
-  EXPECT_EQ(session.Files(), (Names{"film.flm", "表.cut"}));
-}
-
-TEST(FilmRename, ChangesTheFilmFileOnlyWhenTheFilmIsSaved) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut"}).Dialog(kRenameDialog, {{kRenameEdit, "b"}}).Command(kCommandRenameCut);
-  session.Answer("no").File(session.Path("film.flm")).Command(kCommandOpenFilm);
-  const int state = session.State();
-  session.DoubleClick(kCutList, 0);
-  const int clicked = session.State();
-  session.Run();
-  EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + "a.cut\n");
-  EXPECT_EQ(Entries(session, state), Names{"a.cut"});
-  EXPECT_EQ(Windows(session, clicked).size(), 0U);
-  EXPECT_EQ(session.Files(), (Names{"b.cut", "film.flm"}));
-}
+const Rules<SessionTest, "FilmRename"> kFilmRenameRules = {
+    {"OverwriteAfterItGoesToTheNewName",
+     OpenFilm(Do(), {"a.cut"}).Write("a.cut", CutFile::Showing({1, 2}, {0, 1}).Bytes()).DoubleClick(kCutList, 0),
+     Do().Command(kCommandBlankCell).Dialog(kRenameDialog, {{kRenameEdit, "表"}}).Command(kCommandRenameCut),
+     Do().Command(kCommandOverwriteCut),
+     Has("files", Names{"film.flm", "表.cut"}, "bytes/表.cut", CutFile::Showing({1, 2}, {0, -2}).Bytes())},
+    {"OntoTheNameOfAnotherCutLeavesBothFiles",
+     OpenFilm(Do(), {"a.cut", "b.cut"}).Dialog(kRenameDialog, {{kRenameEdit, "b"}}).Command(kCommandRenameCut),
+     Has("film/cuts/*/name", Names{"b.cut", "b.cut"}, "panels/cuts/lines", Names{"b", "b"}, "bytes/b.cut",
+         Credited("b.cut").Bytes(), "bytes/a.cut", Credited("a.cut").Bytes())},
+    {"NameMayHoldADot",
+     OpenFilm(Do(), {"a.cut"}).Dialog(kRenameDialog, {{kRenameEdit, "表.2"}}).Command(kCommandRenameCut),
+     Do().Command(kCommandOverwriteFilm).File("film.flm").Command(kCommandOpenFilm),
+     Has("panels/cuts/lines", Names{"表.2"}, "files", Names{"film.flm", "表.2.cut"}, "bytes/film.flm",
+         kFilmHead + Stored("表.2.cut\n"))},
+    {"ToTheSameNameOfACutThatIsListedTwiceAsksOnceAndChangesNothing",
+     OpenFilm(Do(), {"表.cut"}).Write("film.flm", kFilmHead + Stored("表.cut\n表.cut\n")).Select(kCutList, {0}),
+     Do().Dialog(kRenameDialog, {{kRenameEdit, "表"}}).Command(kCommandRenameCut),
+     Has("film/cuts/*/name", Names{"表.cut", "表.cut"}, "film/modified", false, "files", Names{"film.flm", "表.cut"})},
+    {"ChangesTheFilmFileOnlyWhenTheFilmIsSaved",
+     OpenFilm(Do(), {"a.cut"}).Dialog(kRenameDialog, {{kRenameEdit, "b"}}).Command(kCommandRenameCut),
+     Do().Answer("no").File("film.flm").Command(kCommandOpenFilm), Has("film/cuts/*/name", Names{"a.cut"}),
+     Do().DoubleClick(kCutList, 0),
+     Has("bytes/film.flm", kFilmHead + "a.cut\n", "cuts/#", 0, "files", Names{"b.cut", "film.flm"})},
+};
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Deleting.
 
-TEST(FilmDelete, OfOneOfTwoEntriesOfAnOpenCutLeavesTheOtherClosed) {
-  ScriptSession session;
-  OpenFilmFile(session, kFilmHead + Stored("表.cut\nb.cut\n表.cut\n"))
-      .OpenCut("表.cut", CutFile::Showing({1}, {0}))
-      .Command(kCommandBlankCell);
-  session.Select(kCutList, {2}).Answer("yes").Command(kCommandDeleteCuts);
-  const int deleted = session.State();
-  session.DoubleClick(kCutList, 0);
-  const int clicked = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, deleted), (Names{"表.cut", "b.cut"}));
-  EXPECT_EQ(Lines(session, deleted), (Names{"表", "b"}));
-  EXPECT_EQ(OpenFlags(session, deleted), (std::vector<bool>{false, false}));
-  EXPECT_EQ(Windows(session, deleted).size(), 0U);
-  EXPECT_EQ(Windows(session, clicked).size(), 0U);
-  EXPECT_EQ(session.Files(), Names{"film.flm"});
-}
+using FilmDelete = SessionTest;
 
-TEST(FilmDelete, OfBothEntriesOfAnOpenCut) {
-  ScriptSession session;
-  OpenFilmFile(session, kFilmHead + Stored("表.cut\nb.cut\n表.cut\n"))
-      .OpenCut("表.cut", CutFile::Showing({1}, {0}))
-      .Command(kCommandBlankCell);
-  session.Select(kCutList, {0, 2}).Answer("yes").Command(kCommandDeleteCuts);
-  const int state = session.State();
-  session.Command(kCommandOverwriteFilm).Run();
-  EXPECT_EQ(Entries(session, state), Names{"b.cut"});
-  EXPECT_EQ(Lines(session, state), Names{"b"});
-  EXPECT_EQ(Windows(session, state).size(), 0U);
-  EXPECT_EQ(session.Files(), Names{"film.flm"});
-  EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + "b.cut\n");
-}
-
-class DeleteBesideOpenCuts : public testing::TestWithParam<int> {};
+class DeleteBesideOpenCuts : public SessionTest, public testing::WithParamInterface<int> {};
 
 // Another window comes to the front when the one of the deleted cut goes.
 TEST_P(DeleteBesideOpenCuts, TakesTheSelectedCutAlone) {
-  ScriptSession session;
   const Names cuts = {"a.cut", "表.cut", "c.cut", "d.cut"};
   OpenFilm(session, cuts);
   for (const std::string& cut : cuts) session.Open(session.Path(cut));
@@ -1100,68 +897,61 @@ TEST_P(DeleteBesideOpenCuts, TakesTheSelectedCutAlone) {
 
 INSTANTIATE_TEST_SUITE_P(Film, DeleteBesideOpenCuts, testing::Range(0, 4));
 
-TEST(FilmDelete, OfTheFilmsAllOpenCutsClosesEveryWindowOfThem) {
-  ScriptSession session;
+TEST_F(FilmDelete, OfTheFilmsAllOpenCutsClosesEveryWindowOfThem) {
   OpenFilm(session, {"a.cut", "表.cut", "c.cut"}).OpenCut("other.cut", PlainCut());
   for (const char* name : {"a.cut", "表.cut", "c.cut"}) session.Open(session.Path(name));
   session.Select(kCutList, {0, 1, 2}).Answer("yes").Command(kCommandDeleteCuts);
   const int state = session.State();
-  session.Run();
   EXPECT_EQ(Entries(session, state), Names{});
   EXPECT_EQ(Lines(session, state), Names{});
   EXPECT_EQ(WindowPaths(session, state), Names{"other.cut"});
   EXPECT_EQ(session.Files(), (Names{"film.flm", "other.cut"}));
 }
 
-TEST(FilmDelete, WithoutTheFileTheOpenCutCanBeAddedAgain) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut", "表.cut"}).OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(kCommandBlankCell);
-  session.Select(kCutList, {0})
-      .Answer("no")
-      .Command(kCommandDeleteCuts)
-      .Select(kCutList, {0})
-      .Command(kCommandAddCutToFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), (Names{"表.cut", "a.cut"}));
-  EXPECT_EQ(OpenFlags(session, state), (std::vector<bool>{false, true}));
-  EXPECT_EQ(session.Cut(state)["modified"], true);
-  EXPECT_EQ(session.Bytes("a.cut"), CutFile::Showing({1}, {0}).Bytes());
-}
-
-TEST(FilmDelete, OfACutWithAnotherExtensionTakesTheStreamOfItsName) {
-  ScriptSession session;
-  session.Write("film.flm", kFilmHead + Stored("表.dat\n"));
-  session.Write("表.dat", PlainCut().Bytes());
-  session.Write("表.cut", PlainCut().Bytes());
-  session.Write("表.ca", "stream");
-  session.Open(session.Path("film.flm")).Answer("yes").Command(kCommandDeleteCuts).Run();
-  EXPECT_EQ(session.Files(), (Names{"film.flm", "表.cut"}));
-}
+const Rules<SessionTest, "FilmDelete"> kFilmDeleteRules = {
+    {"OfOneOfTwoEntriesOfAnOpenCutLeavesTheOtherClosed",
+     OpenFilmFile(Do(), kFilmHead + Stored("表.cut\nb.cut\n表.cut\n")).OpenCut("表.cut", CutFile::Showing({1}, {0})),
+     Do().Command(kCommandBlankCell).Select(kCutList, {2}).Answer("yes").Command(kCommandDeleteCuts),
+     Has("film/cuts/*/name", Names{"表.cut", "b.cut"}, "panels/cuts/lines", Names{"表", "b"}, "film/cuts/*/open",
+         std::vector<bool>{false, false}, "cuts/#", 0),
+     Do().DoubleClick(kCutList, 0), Has("cuts/#", 0, "files", Names{"film.flm"})},
+    {"OfBothEntriesOfAnOpenCut",
+     OpenFilmFile(Do(), kFilmHead + Stored("表.cut\nb.cut\n表.cut\n")).OpenCut("表.cut", CutFile::Showing({1}, {0})),
+     Do().Command(kCommandBlankCell).Select(kCutList, {0, 2}).Answer("yes").Command(kCommandDeleteCuts),
+     Has("film/cuts/*/name", Names{"b.cut"}, "panels/cuts/lines", Names{"b"}, "cuts/#", 0),
+     Do().Command(kCommandOverwriteFilm), Has("files", Names{"film.flm"}, "bytes/film.flm", kFilmHead + "b.cut\n")},
+    {"WithoutTheFileTheOpenCutCanBeAddedAgain",
+     OpenFilm(Do(), {"a.cut", "表.cut"}).OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(kCommandBlankCell),
+     Do().Select(kCutList, {0}).Answer("no").Command(kCommandDeleteCuts).Select(kCutList, {0}),
+     Do().Command(kCommandAddCutToFilm),
+     Has("film/cuts/*/name", Names{"表.cut", "a.cut"}, "film/cuts/*/open", std::vector<bool>{false, true},
+         "cut/modified", true, "bytes/a.cut", CutFile::Showing({1}, {0}).Bytes())},
+    {"OfACutWithAnotherExtensionTakesTheStreamOfItsName",
+     Do().Write("film.flm", kFilmHead + Stored("表.dat\n")).Write("表.dat", PlainCut().Bytes()),
+     Do().Write("表.cut", PlainCut().Bytes()).Write("表.ca", "stream").Open("film.flm").Answer("yes"),
+     Do().Command(kCommandDeleteCuts), Has("files", Names{"film.flm", "表.cut"})},
+};
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Extracting.
 
-TEST(FilmExtract, WithNothingSelectedHasTheHeadAlone) {
-  ScriptSession session;
+using FilmExtract = SessionTest;
+
+TEST_F(FilmExtract, WithNothingSelectedHasTheHeadAlone) {
   ScriptSession target;
-  OpenFilm(session, {"a.cut"}).Answer("no").Command(kCommandDeleteCuts);
-  session.File(target.Path("表")).Command(kCommandExtractCuts).Run();
+  OpenFilm(session, {"a.cut"}).Answer("no").Command(kCommandDeleteCuts).File(target.Path("表"));
+  session.Command(kCommandExtractCuts).Run();
   EXPECT_EQ(target.Files(), Names{"表.flm"});
   EXPECT_EQ(target.Bytes("表.flm"), kFilmHead);
 }
 
-TEST(FilmExtract, OverAnOldFilmAndOldCutsReplacesThem) {
-  ScriptSession session;
+TEST_F(FilmExtract, OverAnOldFilmAndOldCutsReplacesThem) {
   ScriptSession target;
   target.Write("x.flm", std::string(kLayerNameEdit, 'x'));
   target.Write("表.cut", std::string(kLayerNameEdit, 'x'));
   target.Write("b.cut", "stays");
-  OpenFilm(session, {"表.cut", "b.cut"})
-      .Select(kCutList, {0})
-      .File(target.Path("x.flm"))
-      .Command(kCommandExtractCuts)
-      .Run();
+  OpenFilm(session, {"表.cut", "b.cut"}).Select(kCutList, {0}).File(target.Path("x.flm")).Command(kCommandExtractCuts);
+  session.Run();
   EXPECT_EQ(target.Files(), (Names{"b.cut", "x.flm", "表.cut"}));
   EXPECT_EQ(target.Bytes("x.flm"), kFilmHead + Stored("表.cut\n"));
   EXPECT_EQ(target.Bytes("表.cut"), Credited(Stored("表.cut")).Bytes());
@@ -1169,8 +959,7 @@ TEST(FilmExtract, OverAnOldFilmAndOldCutsReplacesThem) {
 }
 
 // Source and target are both opened before it is seen that one of them isn't there.
-TEST(FilmExtract, MissingCutLeavesAnEmptyFile) {
-  ScriptSession session;
+TEST_F(FilmExtract, MissingCutLeavesAnEmptyFile) {
   ScriptSession target;
   OpenFilmFile(session, kFilmHead + Stored("表.cut\n")).File(target.Path("x.flm")).Command(kCommandExtractCuts).Run();
   EXPECT_EQ(target.Files(), (Names{"x.flm", "表.cut"}));
@@ -1178,8 +967,7 @@ TEST(FilmExtract, MissingCutLeavesAnEmptyFile) {
   EXPECT_EQ(target.Bytes("表.cut"), "");
 }
 
-TEST(FilmExtract, DoesNotTakeStreamsOrTypedTextAlong) {
-  ScriptSession session;
+TEST_F(FilmExtract, DoesNotTakeStreamsOrTypedTextAlong) {
   ScriptSession target;
   OpenFilm(session, {"表.cut"});
   session.Write("表.ca", "stream");
@@ -1191,13 +979,11 @@ TEST(FilmExtract, DoesNotTakeStreamsOrTypedTextAlong) {
   EXPECT_EQ(session.StateAt(state)["panels"]["10006"], "ソ");
 }
 
-TEST(FilmExtract, TakesTheTitlesOfTheFilmAsItIsNow) {
-  ScriptSession session;
+TEST_F(FilmExtract, TakesTheTitlesOfTheFilmAsItIsNow) {
   ScriptSession target;
   OpenFilm(session, {"a.cut"})
-      .Dialog(kFilmDialog, {{kFilmTitleEdit, "表"}, {kFilmAuthorEdit, "ソ"}, {kFilmWidthEdit, "7"}})
-      .Command(kCommandFilmProperties);
-  session.File(target.Path("x.flm")).Command(kCommandExtractCuts);
+      .Dialog(kFilmDialog, {{kFilmTitleEdit, "表"}, {kFilmAuthorEdit, "ソ"}, {kFilmWidthEdit, "7"}});
+  session.Command(kCommandFilmProperties).File(target.Path("x.flm")).Command(kCommandExtractCuts);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(target.Bytes("x.flm"), Stored("表\nソ\n7, 50\na.cut\n"));
@@ -1208,12 +994,13 @@ TEST(FilmExtract, TakesTheTitlesOfTheFilmAsItIsNow) {
 // ---------------------------------------------------------------------------------------------------------------------
 // The film file.
 
-TEST(FilmFile, TitleOf255BytesComesBack) {
-  ScriptSession session;
+using FilmFile = SessionTest;
+
+TEST_F(FilmFile, TitleOf255BytesComesBack) {
   OpenFilm(session, {"a.cut"});
   const std::string title(255, 't');
   session.Dialog(kFilmDialog, {{kFilmTitleEdit, title}}).Command(kCommandFilmProperties).Command(kCommandOverwriteFilm);
-  session.File(session.Path("film.flm")).Command(kCommandOpenFilm);
+  session.File("film.flm").Command(kCommandOpenFilm);
   const int state = session.State();
   session.Run();
   EXPECT_EQ(session.Bytes("film.flm"), title + "\nauthor\n100, 50\na.cut\n");
@@ -1222,55 +1009,30 @@ TEST(FilmFile, TitleOf255BytesComesBack) {
   EXPECT_EQ(Entries(session, state), Names{"a.cut"});
 }
 
-TEST(FilmFile, LongerTitleSplitsAndShiftsWhatFollows) {
-  ScriptSession session;
+TEST_F(FilmFile, LongerTitleSplitsAndShiftsWhatFollows) {
   const std::string title = std::string(255, 't') + "!" + std::string(44, 'u');
   OpenFilmFile(session, title + "\n12, 34\n100, 50\na.cut\n");
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Film(session, state)["title"], std::string(255, 't'));
-  EXPECT_EQ(Film(session, state)["author"], std::string(44, 'u'));
-  EXPECT_EQ(Film(session, state)["width"], 12);
-  EXPECT_EQ(Film(session, state)["height"], 34);
-  EXPECT_EQ(Entries(session, state), (Names{"100, 50", "a.cut"}));
+  EXPECT_TRUE(Holds(session, "film/title", std::string(255, 't'), "film/author", std::string(44, 'u'), "film/width", 12,
+                    "film/height", 34, "film/cuts/*/name", Names{"100, 50", "a.cut"}));
 }
 
-TEST(FilmFile, SizeThatDoesNotParseStaysThatOfTheFilmBefore) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut"});
-  session.Write("other.flm", "T\nA\nsize\n");
-  session.Open(session.Path("other.flm"));
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Film(session, state)["title"], "T");
-  EXPECT_EQ(Film(session, state)["width"], 100);
-  EXPECT_EQ(Film(session, state)["height"], 50);
-}
-
-TEST(FilmFile, BlankLinesAndAMissingLastNewlineAreGoneAfterASave) {
-  ScriptSession session;
+TEST_F(FilmFile, BlankLinesAndAMissingLastNewlineAreGoneAfterASave) {
   OpenFilmFile(session, kFilmHead + Stored("\n\n表.cut\n\nソ/能.cut\n\n\n../十.cut")).Command(kCommandOverwriteFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Lines(session, state), (Names{"表", "能", "十"}));
+  EXPECT_EQ(Lines(session), (Names{"表", "能", "十"}));
   EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + Stored("表.cut\nソ/能.cut\n../十.cut\n"));
 }
 
-TEST(FilmFile, WayUpInTheMiddleOfALineStays) {
-  ScriptSession session;
+TEST_F(FilmFile, WayUpInTheMiddleOfALineStays) {
   MakeFolder(session, "表");
   session.Write("a.cut", PlainCut().Bytes());
   OpenFilmFile(session, kFilmHead + Stored("表/../a.cut\n")).DoubleClick(kCutList, 0).Command(kCommandOverwriteFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Entries(session, state), Names{"表/../a.cut"});
-  EXPECT_EQ(session.Cut(state)["path"], session.Path("表/../a.cut"));
+  EXPECT_EQ(Entries(session), Names{"表/../a.cut"});
+  EXPECT_EQ(session.Cut()["path"], session.Path("表/../a.cut"));
   EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + Stored("表/../a.cut\n"));
 }
 
 // A line that leads up to the root has nothing left that could be cut.
-TEST(FilmFile, LineThatLeadsUpToTheRootIsAnEmptyName) {
-  ScriptSession session;
+TEST_F(FilmFile, LineThatLeadsUpToTheRootIsAnEmptyName) {
   std::string way;
   const std::string path = session.Path("film.flm");
   for (const char character : path.substr(1)) {
@@ -1282,18 +1044,16 @@ TEST(FilmFile, LineThatLeadsUpToTheRootIsAnEmptyName) {
   const int state = session.State();
   session.DoubleClick(kCutList, 1);
   const int other = session.State();
-  session.Run();
   EXPECT_EQ(Entries(session, state), (Names{"", "b.cut"}));
   EXPECT_EQ(Lines(session, state), (Names{"", "b"}));
   EXPECT_EQ(Windows(session, state).size(), 0U);
   EXPECT_EQ(WindowPaths(session, other), Names{"b.cut"});
 }
 
-TEST(FilmFile, OfAFolderFarAwayLeadsThereAndBack) {
-  ScriptSession session;
+TEST_F(FilmFile, OfAFolderFarAwayLeadsThereAndBack) {
   ScriptSession target;
-  OpenFilm(session, {"表.cut"}).File(target.Path("ソ.flm")).Command(kCommandSaveFilmAs);
-  session.File(target.Path("ソ.flm")).Command(kCommandOpenFilm).DoubleClick(kCutList, 0);
+  OpenFilm(session, {"表.cut"}).File(target.Path("ソ.flm")).Command(kCommandSaveFilmAs).File(target.Path("ソ.flm"));
+  session.Command(kCommandOpenFilm).DoubleClick(kCutList, 0);
   const int state = session.State();
   session.Run();
   const std::string folder = session.Path("").substr(session.Path("").rfind('/', session.Path("").size() - 2) + 1);
@@ -1302,33 +1062,22 @@ TEST(FilmFile, OfAFolderFarAwayLeadsThereAndBack) {
   EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + Stored("表.cut\n"));
 }
 
-TEST(FilmFile, YesToTheQuestionBeforeAnotherFilmSavesToTheFilmsOwnPath) {
-  ScriptSession session;
-  OpenFilm(session, {"表.cut"});
-  session.Write("other.flm", "T\nA\n1, 2\n");
-  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "ソ"}}).Command(kCommandFilmProperties);
-  session.Answer("yes").File(session.Path("other.flm")).Command(kCommandOpenFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Bytes("film.flm"), Stored("ソ\nauthor\n100, 50\n表.cut\n"));
-  EXPECT_EQ(session.Bytes("other.flm"), "T\nA\n1, 2\n");
-  EXPECT_EQ(FrameTitle(session, state), "Sorvel Developer - other");
-}
-
-TEST(FilmFile, SaveUnderAnotherNameLeavesTheOldFileAndGoesOnWithTheNew) {
-  ScriptSession session;
-  OpenFilm(session, {"a.cut"}).Dialog(kFilmDialog, {{kFilmTitleEdit, "表"}}).Command(kCommandFilmProperties);
-  session.File(session.Path("能"))
-      .Command(kCommandSaveFilmAs)
-      .Dialog(kFilmDialog, {{kFilmTitleEdit, "ソ"}})
-      .Command(kCommandFilmProperties)
-      .Command(kCommandOverwriteFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + "a.cut\n");
-  EXPECT_EQ(session.Bytes("能.flm"), Stored("ソ\nauthor\n100, 50\na.cut\n"));
-  EXPECT_EQ(FrameTitle(session, state), "Sorvel Developer - 能");
-}
+const Rules<SessionTest, "FilmFile"> kFilmFileRules = {
+    {"SizeThatDoesNotParseStaysThatOfTheFilmBefore",
+     OpenFilm(Do(), {"a.cut"}).Write("other.flm", "T\nA\nsize\n").Open("other.flm"),
+     Has("film/title", "T", "film/width", 100, "film/height", 50)},
+    {"YesToTheQuestionBeforeAnotherFilmSavesToTheFilmsOwnPath",
+     OpenFilm(Do(), {"表.cut"}).Write("other.flm", "T\nA\n1, 2\n").Dialog(kFilmDialog, {{kFilmTitleEdit, "ソ"}}),
+     Do().Command(kCommandFilmProperties).Answer("yes").File("other.flm").Command(kCommandOpenFilm),
+     Has("bytes/film.flm", Stored("ソ\nauthor\n100, 50\n表.cut\n"), "bytes/other.flm", "T\nA\n1, 2\n", "frame/title",
+         "Sorvel Developer - other")},
+    {"SaveUnderAnotherNameLeavesTheOldFileAndGoesOnWithTheNew",
+     OpenFilm(Do(), {"a.cut"}).Dialog(kFilmDialog, {{kFilmTitleEdit, "表"}}).Command(kCommandFilmProperties),
+     Do().File("能").Command(kCommandSaveFilmAs).Dialog(kFilmDialog, {{kFilmTitleEdit, "ソ"}}),
+     Do().Command(kCommandFilmProperties).Command(kCommandOverwriteFilm),
+     Has("bytes/film.flm", kFilmHead + "a.cut\n", "bytes/能.flm", Stored("ソ\nauthor\n100, 50\na.cut\n"), "frame/title",
+         "Sorvel Developer - 能")},
+};
 
 TEST(FilmSettings, OfTheNewFilmComeBackInTheNextRunAndAreOfThatDialogAlone) {
   ScriptSession session;

@@ -24,7 +24,11 @@ inline std::string FilmText(const Names& lines, const std::string& head = kFilmH
 // Writes the film file of the session, film.flm, and opens it.
 inline ScriptSession& OpenFilmFile(ScriptSession& session, std::string_view bytes) {
   session.Write("film.flm", bytes);
-  return session.Open(session.Path("film.flm"));
+  return session.Open("film.flm");
+}
+
+inline ScriptSession& OpenFilmFile(ScriptSession&& session, std::string_view bytes) {
+  return OpenFilmFile(session, bytes);
 }
 
 // A cut as the program makes it without a layer dialog: 8 by 3, one frame.
@@ -34,22 +38,22 @@ inline CutFile PlainCut() {
 
 // The command for a cut whose name is counted on, 40115 to add it or 40116 to insert it, with its two dialogs; the
 // layer dialog is cancelled.
-inline ScriptSession& NumberedCut(ScriptSession& session, const DialogValues& values = {},
-                                  int command = kCommandAddNumberedCut) {
+inline ScriptSession& AddNumberedCut(ScriptSession& session, const DialogValues& values = {},
+                                     int command = kCommandAddNumberedCut) {
   return session.Dialog(kCutDialog, values).Dialog(kLayerDialog, {}, "cancel").Command(command);
 }
 
-inline nlohmann::json Film(const ScriptSession& session, int state) {
+inline nlohmann::json Film(ScriptSession& session, int state = kNow) {
   nlohmann::json whole = session.StateAt(state);
   return whole["film"];
 }
 
 // The list of the film's cuts.
-inline nlohmann::json List(const ScriptSession& session, int state) {
-  return PanelOf(session, state, "10003");
+inline nlohmann::json List(ScriptSession& session, int state = kNow) {
+  return PanelOf(session, "10003", state);
 }
 
-inline Names Lines(const ScriptSession& session, int state) {
+inline Names Lines(ScriptSession& session, int state = kNow) {
   Names lines;
   nlohmann::json list = List(session, state);
   for (const nlohmann::json& line : list["lines"]) lines.push_back(TextOf(line));
@@ -64,7 +68,7 @@ inline std::string WithoutFolder(const ScriptSession& session, const nlohmann::j
 }
 
 // The files of the film's entries.
-inline Names Entries(const ScriptSession& session, int state) {
+inline Names Entries(ScriptSession& session, int state = kNow) {
   Names names;
   nlohmann::json film = Film(session, state);
   for (nlohmann::json& cut : film["cuts"]) names.push_back(WithoutFolder(session, cut["name"]));
@@ -72,27 +76,27 @@ inline Names Entries(const ScriptSession& session, int state) {
 }
 
 // Which of the film's entries have an open cut.
-inline std::vector<bool> OpenFlags(const ScriptSession& session, int state) {
+inline std::vector<bool> OpenFlags(ScriptSession& session, int state = kNow) {
   std::vector<bool> flags;
   nlohmann::json film = Film(session, state);
   for (nlohmann::json& cut : film["cuts"]) flags.push_back(cut["open"] == true);
   return flags;
 }
 
-inline nlohmann::json Windows(const ScriptSession& session, int state) {
+inline nlohmann::json Windows(ScriptSession& session, int state = kNow) {
   nlohmann::json whole = session.StateAt(state);
   return whole["cuts"];
 }
 
 // The files of the open windows, in the order of opening.
-inline Names WindowPaths(const ScriptSession& session, int state) {
+inline Names WindowPaths(ScriptSession& session, int state = kNow) {
   Names names;
   nlohmann::json windows = Windows(session, state);
   for (nlohmann::json& cut : windows) names.push_back(WithoutFolder(session, cut["path"]));
   return names;
 }
 
-inline std::string FrameTitle(const ScriptSession& session, int state) {
+inline std::string FrameTitle(ScriptSession& session, int state = kNow) {
   nlohmann::json whole = session.StateAt(state);
   return TextOf(whole["frame"]["title"]);
 }

@@ -25,7 +25,7 @@ int Step(int start, int position, int delta, int span) {
   return std::clamp(span == 0 ? start : start + position * delta / span, 0, 48);
 }
 
-struct GradientTool : testing::Test {
+struct GradientTool : DrawingTest {
   void Click(const PickerPlace& pen, int x, int y) {
     session.Pick(pen.column, pen.row);
     session.Command(kToolGradient);
@@ -40,20 +40,18 @@ struct GradientTool : testing::Test {
       }
     }
   }
-  DrawingSession session;
-  InkModel model;
 };
 
 TEST_F(GradientTool, TheFirstClickDrawsNothing) {
   Click(black, 10, 10);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
 TEST_F(GradientTool, TheSecondClickFillsFromBlackToWhite) {
   Click(black, 10, 10);
   Click(white, 50, 12);
   Ramp(true, 10, 40, 0, 48, 0, 0, 64, 48);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
 TEST_F(GradientTool, TheRampStopsAtBlackAndWhiteBeyondTheClicks) {
@@ -68,98 +66,90 @@ TEST_F(GradientTool, ASteepPairOfClicksRunsDownwards) {
   Click(white, 10, 5);
   Click(darkGrey, 30, 40);
   Ramp(false, 5, 35, 48, 16, 0, 0, 64, 48);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
 TEST_F(GradientTool, ATieRunsDownwards) {
   Click(almostBlack, 10, 10);
   Click(lightTone, 30, 30);
   Ramp(false, 10, 20, 1, 44, 0, 0, 64, 48);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
 TEST_F(GradientTool, ASpanToTheLeftIsNegative) {
   Click(lightTone, 50, 20);
   Click(almostBlack, 13, 22);
   Ramp(true, 50, -37, 44, 1, 0, 0, 64, 48);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
 TEST_F(GradientTool, TheTopRowOfThePickerIsAlwaysBlack) {
   Click({2, 0}, 10, 10);
   Click(white, 50, 12);
   Ramp(true, 10, 40, 0, 48, 0, 0, 64, 48);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
 TEST_F(GradientTool, EqualPensFillEvenly) {
   Click(lightTone, 10, 10);
   Click(lightTone, 40, 30);
   Ramp(false, 10, 20, 44, 44, 0, 0, 64, 48);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
 TEST_F(GradientTool, ASpanOfZeroKeepsTheFirstLevel) {
   Click(lightTone, 10, 10);
   Click(black, 10, 10);
   Ramp(false, 10, 0, 44, 0, 0, 0, 64, 48);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
 TEST_F(GradientTool, TheFirstClickIsTheSeed) {
-  session.Command(kToolRectangle);
-  session.Press(10, 10);
-  session.Release(40, 30);
+  session.Command(kToolRectangle).Press(10, 10).Release(40, 30);
   Click(black, 20, 20);
   Click(white, 60, 22);
   model.Outline(10, 10, 40, 30, 8);
   Ramp(true, 20, 40, 0, 48, 11, 11, 29, 19);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
 TEST_F(GradientTool, TheSecondClickMayLieOnProtectedInk) {
-  session.FillArea(40, 0, 24, 48, 3);
-  session.Mask({3});
+  session.FillArea(40, 0, 24, 48, 3).Mask({3});
   Click(black, 10, 20);
   Click(white, 50, 22);
   model.Fill(40, 0, 24, 48, 3);
   Ramp(true, 10, 40, 0, 48, 0, 0, 40, 48);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
 TEST_F(GradientTool, AProtectedSeedIsRefused) {
   session.Mask({0});
   Click(black, 10, 20);
   Click(white, 50, 22);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
 TEST_F(GradientTool, ASketchSeedFillsTheSketchAlone) {
-  session.Command(kToolFocusLines);
-  session.LeftClick(30, 0);
-  session.LeftClick(30, 47, "ctrl");
+  session.Command(kToolFocusLines).LeftClick(30, 0).LeftClick(30, 47, "ctrl");
   Click(black, 30, 10);
   Click(white, 30, 40);
   Ramp(false, 10, 30, 0, 48, 30, 0, 1, 48);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
 TEST_F(GradientTool, ProtectedBoundariesAreConsumedAllTheSame) {
-  session.FillArea(30, 0, 1, 48, 9);
-  session.Mask({9});
+  session.FillArea(30, 0, 1, 48, 9).Mask({9});
   Click(black, 5, 10);
   Click(white, 45, 12);
   Ramp(true, 5, 40, 0, 48, 0, 0, 31, 48);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
 TEST_F(GradientTool, AProtectedBoundarySeedIsRefused) {
-  session.FillArea(30, 0, 1, 48, 9);
-  session.Mask({9});
+  session.FillArea(30, 0, 1, 48, 9).Mask({9});
   Click(black, 30, 10);
   Click(white, 30, 40);
-  model.Fill(30, 0, 1, 48, 9);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Fill(30, 0, 1, 48, 9)));
 }
 
 TEST_F(GradientTool, ARightClickKeepsTheFirstClickArmed) {
@@ -169,7 +159,7 @@ TEST_F(GradientTool, ARightClickKeepsTheFirstClickArmed) {
   Click(white, 50, 22);
   model.Fill(0, 0, 64, 4, 4);
   Ramp(true, 10, 40, 0, 48, 0, 4, 64, 44);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
 TEST_F(GradientTool, TheThirdClickIsAFirstClickAgain) {
@@ -177,7 +167,7 @@ TEST_F(GradientTool, TheThirdClickIsAFirstClickAgain) {
   Click(white, 50, 12);
   Click(black, 10, 40);
   Ramp(true, 10, 40, 0, 48, 0, 0, 64, 48);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
 TEST_F(GradientTool, AGradientIsOneUndoStep) {
@@ -185,8 +175,7 @@ TEST_F(GradientTool, AGradientIsOneUndoStep) {
   Click(black, 10, 10);
   Click(white, 50, 12);
   session.Command(kCommandUndo);
-  model.Line(0, 30, 63, 30);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Line(0, 30, 63, 30)));
 }
 
 TEST_F(GradientTool, TheGridDoesNotMoveTheClicks) {
@@ -194,7 +183,7 @@ TEST_F(GradientTool, TheGridDoesNotMoveTheClicks) {
   Click(black, 11, 11);
   Click(white, 51, 14);
   Ramp(true, 11, 40, 0, 48, 0, 0, 64, 48);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
 TEST_F(GradientTool, ThePenStaysTheSecondOne) {

@@ -3,29 +3,17 @@
 #include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
+#include "rules/rule_table.h"
 
 namespace rules {
 namespace {
 
-TEST(GridSnap, StartsAtOneByOne) {
-  ScriptSession session;
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["pen"]["gridWidth"], 1);
-  EXPECT_EQ(session.StateAt(state)["pen"]["gridHeight"], 1);
-}
+using GridSnap = DrawingTest;
 
-TEST(GridSnap, TheDialogSetsIt) {
-  DrawingSession session;
-  session.Grid(8, 5);
-  EXPECT_EQ(session.NowState()["pen"]["gridWidth"], 8);
-  EXPECT_EQ(session.NowState()["pen"]["gridHeight"], 5);
-}
-
-TEST(GridSnap, ACancelledDialogKeepsIt) {
-  DrawingSession session;
-  session.Dialog(kGridDialog, {{kGridWidthEdit, "8"}, {kGridHeightEdit, "5"}}, "cancel").Command(kCommandSnapGrid);
-  EXPECT_EQ(session.NowState()["pen"]["gridWidth"], 1);
+TEST_F(GridSnap, StartsAtOneByOne) {
+  ScriptSession other;
+  EXPECT_EQ(other.NowState()["pen"]["gridWidth"], 1);
+  EXPECT_EQ(other.NowState()["pen"]["gridHeight"], 1);
 }
 
 // Where a press at a point of both axes stamps.
@@ -40,66 +28,41 @@ int SnappedTo(int grid, int point) {
   return -1;
 }
 
-TEST(GridSnap, TheHalfIsNotRoundedUp) {
+TEST_F(GridSnap, TheHalfIsNotRoundedUp) {
   EXPECT_EQ(SnappedTo(8, 11), 8);
   EXPECT_EQ(SnappedTo(8, 12), 8);
   EXPECT_EQ(SnappedTo(8, 13), 16);
   EXPECT_EQ(SnappedTo(8, 16), 16);
 }
 
-TEST(GridSnap, AnOddGridRoundsBehindItsTruncatedHalf) {
+TEST_F(GridSnap, AnOddGridRoundsBehindItsTruncatedHalf) {
   EXPECT_EQ(SnappedTo(5, 11), 10);
   EXPECT_EQ(SnappedTo(5, 12), 10);
   EXPECT_EQ(SnappedTo(5, 13), 15);
 }
 
-TEST(GridSnap, WidthAndHeightAreApart) {
-  DrawingSession session;
-  session.Grid(8, 4);
-  session.Press(13, 13);
-  EXPECT_EQ(session.NowView().At(16, 12), 1u);
-}
-
-TEST(GridSnap, NegativeCoordinatesRoundTowardsZero) {
-  DrawingSession session({.clientWidth = 104, .clientHeight = 88});
-  session.Grid(8, 8);
+TEST_F(GridSnap, NegativeCoordinatesRoundTowardsZero) {
+  DrawingSession other({.clientWidth = 104, .clientHeight = 88});
+  other.Grid(8, 8);
   // 7 pixels left of the picture.
-  session.Press(13, 40);
-  InkModel model;
+  other.Press(13, 40);
   model.Set(0, 16, 1);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(Shows(other.NowView(), model));
 }
 
-TEST(GridSnap, NegativeCoordinatesBeyondAStepRoundTowardsZero) {
-  DrawingSession session({.clientWidth = 104, .clientHeight = 88});
-  session.Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "32"}, {kFrameHeightEdit, "24"}}).Command(kCommandFrameSize);
-  session.Grid(8, 8);
+TEST_F(GridSnap, NegativeCoordinatesBeyondAStepRoundTowardsZero) {
+  DrawingSession other({.clientWidth = 104, .clientHeight = 88});
+  other.Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "32"}, {kFrameHeightEdit, "24"}}).Command(kCommandFrameSize);
+  other.Grid(8, 8);
   // From the picture's corner to 15 left of it.
-  session.Command(kToolFramePosition).LeftDrag(20, 20, 5, 20);
-  EXPECT_EQ(session.NowFrame()["x"], -8);
+  other.Command(kToolFramePosition).LeftDrag(20, 20, 5, 20);
+  EXPECT_EQ(other.Frame()["x"], -8);
 }
 
-TEST(GridSnap, TheGridIsThatOfTheCutAndNotOfTheLayer) {
-  DrawingSession session;
-  session.Command(kToolLayerPosition).LeftDrag(10, 10, 13, 15);
-  session.Grid(8, 8);
-  session.Command(kToolFreePen);
-  session.Press(18, 22);
-  InkModel model;
-  model.Set(16, 24, 1);
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
-
-class SnappedTool : public testing::TestWithParam<int> {};
+class SnappedTool : public DrawingTest, public testing::WithParamInterface<int> {};
 
 TEST_P(SnappedTool, DrawsBetweenSnappedPoints) {
-  DrawingSession session;
-  session.Grid(8, 8);
-  session.Command(GetParam());
-  session.LeftClick(11, 13);
-  session.LeftClick(30, 13);
-  session.RightClick(40, 40);
-  session.Command(kToolZoom);
+  session.Grid(8, 8).Command(GetParam()).LeftClick(11, 13).LeftClick(30, 13).RightClick(40, 40).Command(kToolZoom);
   const PixelMatrix view = session.NowView();
   EXPECT_EQ(view.At(8, 16), 8u);
   EXPECT_EQ(view.At(32, 16), 8u);
@@ -110,14 +73,17 @@ TEST_P(SnappedTool, DrawsBetweenSnappedPoints) {
 INSTANTIATE_TEST_SUITE_P(All, SnappedTool,
                          testing::Values(kToolFreePen, kToolLine, kToolCurve, kToolFocusLines, kToolParallelLines));
 
-TEST(GridSnap, ABoxSnapsBothCorners) {
-  DrawingSession session;
-  session.Grid(8, 8);
-  session.Command(kToolRectangle).LeftDrag(11, 13, 30, 34);
-  InkModel model;
-  model.Outline(8, 16, 32, 32, 8);
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
+const Rules<DrawingTest, "GridSnap"> kGridSnapRules = {
+    {"TheDialogSetsIt", Do().Grid(8, 5), Has("pen/gridWidth", 8, "pen/gridHeight", 5)},
+    {"ACancelledDialogKeepsIt", Do().Dialog(kGridDialog, {{kGridWidthEdit, "8"}, {kGridHeightEdit, "5"}}, "cancel"),
+     Do().Command(kCommandSnapGrid), Has("pen/gridWidth", 1)},
+    {"WidthAndHeightAreApart", Do().Grid(8, 4).Press(13, 13), Has("pixel/16/12", 1)},
+    {"TheGridIsThatOfTheCutAndNotOfTheLayer",
+     Do().Command(kToolLayerPosition).LeftDrag(10, 10, 13, 15).Grid(8, 8).Command(kToolFreePen).Press(18, 22),
+     Ink().Set(16, 24, 1)},
+    {"ABoxSnapsBothCorners", Do().Grid(8, 8).Command(kToolRectangle).LeftDrag(11, 13, 30, 34),
+     Ink().Outline(8, 16, 32, 32, 8)},
+};
 
 }  // namespace
 }  // namespace rules

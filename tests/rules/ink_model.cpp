@@ -38,38 +38,44 @@ int InkModel::At(int x, int y) const {
   return pixels[static_cast<size_t>(y) * static_cast<size_t>(width) + static_cast<size_t>(x)];
 }
 
-void InkModel::Set(int x, int y, int value) {
-  if (x < 0 || y < 0 || x >= width || y >= height) return;
-  pixels[static_cast<size_t>(y) * static_cast<size_t>(width) + static_cast<size_t>(x)] = value;
+InkModel& InkModel::Set(int x, int y, int value) {
+  if (x >= 0 && y >= 0 && x < width && y < height) {
+    pixels[static_cast<size_t>(y) * static_cast<size_t>(width) + static_cast<size_t>(x)] = value;
+  }
+  return *this;
 }
 
-void InkModel::Fill(int x, int y, int areaWidth, int areaHeight, int value) {
+InkModel& InkModel::Fill(int x, int y, int areaWidth, int areaHeight, int value) {
   for (int j = y; j < y + areaHeight; ++j) {
     for (int i = x; i < x + areaWidth; ++i) Set(i, j, value);
   }
+  return *this;
 }
 
-void InkModel::FillWith(const ModelPen& pen, int x, int y, int areaWidth, int areaHeight) {
+InkModel& InkModel::FillWith(const ModelPen& pen, int x, int y, int areaWidth, int areaHeight) {
   for (int j = y; j < y + areaHeight; ++j) {
     for (int i = x; i < x + areaWidth; ++i) Set(i, j, ModelInkAt(pen, i, j));
   }
+  return *this;
 }
 
-void InkModel::Stamp(int x, int y, const ModelPen& pen, unsigned mask) {
+InkModel& InkModel::Stamp(int x, int y, const ModelPen& pen, unsigned mask) {
   for (int px = std::max(x - 4, 0); px < std::min(x + 4, width); ++px) {
     for (int py = std::max(y - 4, 0); py < std::min(y + 4, height); ++py) {
       if (!inkrules::Covers(pen.shape, px - x, py - y)) continue;
       if ((mask >> At(px, py) & 1) == 0) Set(px, py, ModelInkAt(pen, px, py));
     }
   }
+  return *this;
 }
 
-void InkModel::Line(int x0, int y0, int x1, int y1, ModelPen pen, unsigned mask) {
+InkModel& InkModel::Line(int x0, int y0, int x1, int y1, ModelPen pen, unsigned mask) {
   if (pen.tone == 0 && pen.colorB == 1) pen.colorB = 8;
   inkrules::ForLine(x0, y0, x1, y1, [&](int x, int y) { Stamp(x, y, pen, mask); });
+  return *this;
 }
 
-void InkModel::Outline(int x, int y, int right, int bottom, int value) {
+InkModel& InkModel::Outline(int x, int y, int right, int bottom, int value) {
   for (int i = x; i <= right; ++i) {
     Set(i, y, value);
     Set(i, bottom, value);
@@ -78,9 +84,10 @@ void InkModel::Outline(int x, int y, int right, int bottom, int value) {
     Set(x, j, value);
     Set(right, j, value);
   }
+  return *this;
 }
 
-void InkModel::Curve(const std::array<Point, 4>& points, const ModelPen& pen, unsigned mask) {
+InkModel& InkModel::Curve(const std::array<Point, 4>& points, const ModelPen& pen, unsigned mask) {
   const int distance = std::max(std::abs(points[1].x - points[2].x), std::abs(points[1].y - points[2].y));
   const int count = distance / 2;
   const float step = count == 0 ? 1.0F : 1.0F / static_cast<float>(count);
@@ -99,6 +106,7 @@ void InkModel::Curve(const std::array<Point, 4>& points, const ModelPen& pen, un
     last = next;
   }
   Line(last.x, last.y, points[2].x, points[2].y, pen, mask);
+  return *this;
 }
 
 testing::AssertionResult Shows(const PixelMatrix& picture, const InkModel& model) {

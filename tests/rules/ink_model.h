@@ -33,15 +33,15 @@ class InkModel {
 
   int At(int x, int y) const;
   // Points outside are left out.
-  void Set(int x, int y, int value);
-  void Fill(int x, int y, int areaWidth, int areaHeight, int value);
-  void FillWith(const ModelPen& pen, int x, int y, int areaWidth, int areaHeight);
+  InkModel& Set(int x, int y, int value);
+  InkModel& Fill(int x, int y, int areaWidth, int areaHeight, int value);
+  InkModel& FillWith(const ModelPen& pen, int x, int y, int areaWidth, int areaHeight);
   // A mask has bit n set where index n is protected.
-  void Stamp(int x, int y, const ModelPen& pen, unsigned mask = 0);
-  void Line(int x0, int y0, int x1, int y1, ModelPen pen = {}, unsigned mask = 0);
+  InkModel& Stamp(int x, int y, const ModelPen& pen, unsigned mask = 0);
+  InkModel& Line(int x0, int y0, int x1, int y1, ModelPen pen = {}, unsigned mask = 0);
   // The outline that runs from (x, y) to (right, bottom), both included.
-  void Outline(int x, int y, int right, int bottom, int value);
-  void Curve(const std::array<Point, 4>& points, const ModelPen& pen = {}, unsigned mask = 0);
+  InkModel& Outline(int x, int y, int right, int bottom, int value);
+  InkModel& Curve(const std::array<Point, 4>& points, const ModelPen& pen = {}, unsigned mask = 0);
 
   int Width() const { return width; }
   int Height() const { return height; }

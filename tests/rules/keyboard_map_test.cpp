@@ -4,13 +4,13 @@
 #include <vector>
 
 #include "resources/ids.h"
+#include "rules/rule_table.h"
 #include "rules/script_session.h"
 
+namespace rules {
 namespace {
 
 using nlohmann::json;
-using rules::CutFile;
-using rules::ScriptSession;
 
 struct KeyPair {
   char left;
@@ -35,7 +35,7 @@ struct Outcome {
   json commanded;
 };
 
-Outcome Compare(char character, int command, int dialogId, const rules::DialogValues& values) {
+Outcome Compare(char character, int command, int dialogId, const DialogValues& values) {
   json results[2];
   for (int i = 0; i < 2; ++i) {
     ScriptSession session;
@@ -58,14 +58,14 @@ struct Action {
   KeyPair keys;
   int command;
   int dialogId = 0;
-  rules::DialogValue value = {};
+  DialogValue value = {};
 };
 
 class CharacterCommand : public testing::TestWithParam<Action> {};
 
 TEST_P(CharacterCommand, BothCharactersDoWhatTheCommandDoes) {
   const Action& action = GetParam();
-  rules::DialogValues values;
+  DialogValues values;
   if (action.dialogId != 0) values.push_back(action.value);
   for (const char character : BothOf(action.keys)) {
     const Outcome outcome = Compare(character, action.command, action.dialogId, values);
@@ -93,72 +93,23 @@ INSTANTIATE_TEST_SUITE_P(Keyboard, CharacterCommand,
                                          Action{{'X', '?'}, kCommandEraseSketch}, Action{{'C', '<'}, kCommandFirstCell},
                                          Action{{'V', '>'}, kCommandLastCell}, Action{{'B', 'M'}, kCommandInsertCell}));
 
-struct Effect {
-  KeyPair keys;
-  const char* place;
-  int value;
-};
-
-json Place(const ScriptSession& session, int state, const std::string& place) {
-  json whole = session.StateAt(state);
-  if (place == "tool") return whole["frame"]["currentTool"];
-  if (place == "frame") return session.Cut(state)["currentFrame"];
-  if (place == "frames") return session.Cut(state)["frames"].size();
-  if (place == "cell") return session.Record(state, 0)["cell"];
-  if (place == "flags") return session.Cut(state)["viewFlags"];
-  return nullptr;
-}
-
-class CharacterEffect : public testing::TestWithParam<Effect> {};
-
-// The same once more by the outcome: the drawing stands on its middle frame, which shows cell 2.
-TEST_P(CharacterEffect, OfBothCharacters) {
-  for (const char character : BothOf(GetParam().keys)) {
-    ScriptSession session;
-    session.Command(kToolFocusLines)
-        .OpenCut("a.cut", Drawing())
-        .Command(kCommandPreviousFrame)
-        .Command(kCommandPreviousFrame)
-        .Char(character);
-    const int state = session.State();
-    session.Run();
-    EXPECT_EQ(Place(session, state, GetParam().place), GetParam().value) << character;
-  }
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Keyboard, CharacterEffect,
-    testing::Values(Effect{{'1', '0'}, "tool", kToolFreePen}, Effect{{'2', '9'}, "tool", kToolEraser},
-                    Effect{{'3', '8'}, "tool", kToolLine}, Effect{{'4', '7'}, "tool", kToolCurve},
-                    Effect{{'5', '6'}, "tool", kToolFreePen}, Effect{{'Q', '`'}, "tool", kToolAreaSelect},
-                    Effect{{'W', '{'}, "tool", kToolFill}, Effect{{'A', '}'}, "tool", kToolFramePosition},
-                    Effect{{'S', '*'}, "tool", kToolLayerPosition}, Effect{{'q', 'o'}, "frame", 1},
-                    Effect{{'w', 'p'}, "frame", 3}, Effect{{'e', 'u'}, "frame", 0}, Effect{{'r', 'i'}, "frame", 4},
-                    Effect{{'E', 'O'}, "frame", 0}, Effect{{'R', 'P'}, "frame", 4}, Effect{{'t', 'y'}, "frame", 3},
-                    Effect{{'T', 'I'}, "frame", 2}, Effect{{'T', 'I'}, "frames", 6}, Effect{{'c', 'm'}, "cell", 1},
-                    Effect{{'v', ','}, "cell", 3}, Effect{{'b', 'n'}, "cell", 3}, Effect{{'B', 'M'}, "cell", 2},
-                    Effect{{'C', '<'}, "cell", 0}, Effect{{'V', '>'}, "cell", 3}, Effect{{'D', 'J'}, "flags", 1},
-                    Effect{{'F', 'K'}, "flags", 2}));
-
 TEST(CharacterMap, UndoIsOnZAndSlash) {
   for (const char character : {'z', '/'}) {
     ScriptSession session;
     session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(kCommandEraseCell).Char(character);
     const int state = session.State();
     session.Run();
-    EXPECT_EQ(session.Cut(state)["layers"][0]["cells"], json::array({rules::PlainCell(1)}));
+    EXPECT_EQ(session.Cut(state)["layers"][0]["cells"], json::array({PlainCell(1)}));
   }
 }
 
-class CharacterWithoutAction : public testing::TestWithParam<char> {};
+class CharacterWithoutAction : public SessionTest, public testing::WithParamInterface<char> {};
 
 TEST_P(CharacterWithoutAction, ChangesNothing) {
-  ScriptSession session;
   session.OpenCut("a.cut", Drawing()).Command(kCommandPreviousFrame).Command(kToolEraser);
   const int before = session.State();
   session.Char(GetParam());
   const int after = session.State();
-  session.Run();
   EXPECT_TRUE(session.StateAt(before).is_object());
   EXPECT_EQ(session.StateAt(after), session.StateAt(before));
 }
@@ -167,26 +118,14 @@ INSTANTIATE_TEST_SUITE_P(Keyboard, CharacterWithoutAction,
                          testing::Values('!', '"', '#', '$', '%', '&', '\'', '(', ')', '+', '-', ':', '=', '@', 'L',
                                          'N', 'U', 'Y', 'Z', '[', '\\', ']', '^', '_', '|', '~'));
 
-TEST(PreviousTool, TwiceReturnsToTheToolOfTheStart) {
-  ScriptSession session;
-  session.Command(kToolLine).Command(kToolEraser).OpenCut("a.cut", Drawing()).Char('5');
-  const int once = session.State();
-  session.Char('6');
-  const int twice = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(once)["frame"]["currentTool"], kToolLine);
-  EXPECT_EQ(session.StateAt(once)["frame"]["previousTool"], kToolEraser);
-  EXPECT_EQ(session.StateAt(twice)["frame"]["currentTool"], kToolEraser);
-  EXPECT_EQ(session.StateAt(twice)["frame"]["previousTool"], kToolLine);
-}
-
-TEST(PreviousTool, OfAFreshStartIsTheFreePenItself) {
-  ScriptSession session;
-  session.OpenCut("a.cut", Drawing()).Char('5');
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["frame"]["currentTool"], kToolFreePen);
-}
+const Rules<SessionTest, "PreviousTool"> kPreviousToolRules = {
+    {"TwiceReturnsToTheToolOfTheStart",
+     Do().Command(kToolLine).Command(kToolEraser).OpenCut("a.cut", Drawing()).Char('5'),
+     Has("frame/currentTool", kToolLine, "frame/previousTool", kToolEraser), Do().Char('6'),
+     Has("frame/currentTool", kToolEraser, "frame/previousTool", kToolLine)},
+    {"OfAFreshStartIsTheFreePenItself", Do().OpenCut("a.cut", Drawing()).Char('5'),
+     Has("frame/currentTool", kToolFreePen)},
+};
 
 struct PenStep {
   int shape;
@@ -195,18 +134,16 @@ struct PenStep {
   int result;
 };
 
-class PenSize : public testing::TestWithParam<PenStep> {};
+class PenSize : public SessionTest, public testing::WithParamInterface<PenStep> {};
 
 // A square pen's shape comes from the settings mirrored, so the mirror image is written there.
 TEST_P(PenSize, StepsWithinZeroToSeven) {
-  ScriptSession session;
   const int written = GetParam().square ? 14 - GetParam().shape : GetParam().shape;
   session.SetSettings("[setup]\r\nbrush=" + std::to_string(written) + ", 0, 1, 0, 1, " +
                       (GetParam().square ? "1" : "0") + "\r\n");
   session.OpenCut("a.cut", Drawing());
   for (const char* key = GetParam().keys; *key != 0; ++key) session.Char(*key);
   const int state = session.State();
-  session.Run();
   EXPECT_EQ(session.StateAt(state)["pen"]["shape"], GetParam().result);
 }
 
@@ -221,42 +158,31 @@ INSTANTIATE_TEST_SUITE_P(Keyboard, PenSize,
 TEST(PenSize, ShapeOnTheWrongSideIsPutRightByAnyKey) {
   ScriptSession session;
   // A shape of 4 with the square flag is read as 10: a round shape marked square.
-  session.SetSettings("[setup]\r\nbrush=4, 0, 1, 0, 1, 1\r\n");
-  session.OpenCut("a.cut", Drawing());
+  session.SetSettings("[setup]\r\nbrush=4, 0, 1, 0, 1, 1\r\n").OpenCut("a.cut", Drawing());
   const int before = session.State();
   session.Char('!');
   const int after = session.State();
-  session.Run();
   EXPECT_EQ(session.StateAt(before)["pen"]["shape"], 10);
   EXPECT_EQ(session.StateAt(after)["pen"]["shape"], 4);
 }
 
 TEST(PenSize, RoundShapeBelowSevenIsPutRightByAnyKey) {
   ScriptSession session;
-  session.SetSettings("[setup]\r\nbrush=3, 0, 1, 0, 1, 0\r\n");
-  session.OpenCut("a.cut", Drawing()).Char('Z');
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["pen"]["shape"], 11);
+  session.SetSettings("[setup]\r\nbrush=3, 0, 1, 0, 1, 0\r\n").OpenCut("a.cut", Drawing()).Char('Z');
+  EXPECT_EQ(session.NowState()["pen"]["shape"], 11);
 }
 
 TEST(PenSize, CharacterOutsideTheTableRunsItToo) {
   ScriptSession session;
-  session.SetSettings("[setup]\r\nbrush=3, 0, 1, 0, 1, 0\r\n");
-  session.OpenCut("a.cut", Drawing()).Char('~');
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["pen"]["shape"], 11);
+  session.SetSettings("[setup]\r\nbrush=3, 0, 1, 0, 1, 0\r\n").OpenCut("a.cut", Drawing()).Char('~');
+  EXPECT_EQ(session.NowState()["pen"]["shape"], 11);
 }
 
-class ZoomKey : public testing::TestWithParam<std::pair<char, bool>> {};
+class ZoomKey : public SessionTest, public testing::WithParamInterface<std::pair<char, bool>> {};
 
 TEST_P(ZoomKey, ZoomsAtTheCursor) {
-  ScriptSession session;
   session.NewCut({.width = 900, .height = 700}).Mouse("move", 100, 50).Char(GetParam().first);
-  const int state = session.State();
-  session.Run();
-  json cut = session.Cut(state);
+  json cut = session.Cut();
   EXPECT_EQ(cut["zoomNumerator"], GetParam().second ? 2 : 1);
   EXPECT_EQ(cut["zoomDenominator"], GetParam().second ? 1 : 2);
 }
@@ -265,32 +191,27 @@ INSTANTIATE_TEST_SUITE_P(Keyboard, ZoomKey,
                          testing::Values(std::pair{'s', true}, std::pair{'l', true}, std::pair{'a', false},
                                          std::pair{';', false}));
 
-TEST(ZoomKeys, BringTheCursorsPointToTheCentre) {
-  ScriptSession session;
+using ZoomKeys = SessionTest;
+
+TEST_F(ZoomKeys, BringTheCursorsPointToTheCentre) {
   // At 1/1 the 900 by 700 picture starts at the scroll position 0, 0, so that window and cut points are the same. At
   // 2/1 the client covers 320 by 240 cut pixels; the scroll position is -320 + 2 * 300 and -240 + 2 * 200.
   session.NewCut({.width = 900, .height = 700}).Mouse("move", 300, 200);
   const int before = session.State();
   session.Char('s');
   const int after = session.State();
-  session.Run();
   ASSERT_EQ(session.Cut(before)["scrollX"], 0);
   ASSERT_EQ(session.Cut(before)["scrollY"], 0);
   EXPECT_EQ(session.Cut(after)["scrollX"], 280);
   EXPECT_EQ(session.Cut(after)["scrollY"], 160);
 }
 
-TEST(ZoomKeys, LeaveTheCurrentTool) {
-  ScriptSession session;
-  session.OpenCut("a.cut", Drawing()).Char('s').Char('a');
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["frame"]["currentTool"], kToolFreePen);
-  EXPECT_EQ(session.Cut(state)["zoomNumerator"], 1);
-  EXPECT_EQ(session.Cut(state)["zoomDenominator"], 1);
-}
+const Rules<SessionTest, "ZoomKeys"> kZoomKeysRules = {
+    {"LeaveTheCurrentTool", Do().OpenCut("a.cut", Drawing()).Char('s').Char('a'),
+     Has("frame/currentTool", kToolFreePen, "cut/zoomNumerator", 1, "cut/zoomDenominator", 1)},
+};
 
-std::string Status(const ScriptSession& session, int state) {
+std::string Status(ScriptSession& session, int state = kNow) {
   json whole = session.StateAt(state);
   json status = whole["frame"]["status"];
   return status.is_string() ? status.get<std::string>() : "(none)";
@@ -314,10 +235,9 @@ void ExpectPlace(const std::string& status, size_t place) {
   }
 }
 
-class FocusRing : public testing::TestWithParam<const char*> {};
+class FocusRing : public SessionTest, public testing::WithParamInterface<const char*> {};
 
 TEST_P(FocusRing, ForwardPassesEveryPlaceAndComesBackToTheCut) {
-  ScriptSession session;
   session.OpenCut("a.cut", Drawing());
   std::vector<int> states;
   for (size_t i = 0; i < 9; ++i) {
@@ -329,7 +249,6 @@ TEST_P(FocusRing, ForwardPassesEveryPlaceAndComesBackToTheCut) {
 }
 
 TEST_P(FocusRing, BackwardPassesEveryPlaceAndComesBackToTheCut) {
-  ScriptSession session;
   session.OpenCut("a.cut", Drawing());
   std::vector<int> states;
   for (size_t i = 0; i < 9; ++i) {
@@ -345,42 +264,32 @@ INSTANTIATE_TEST_SUITE_P(Keyboard, FocusRing, testing::Values("Tab", "Enter"));
 TEST(FocusRing, WithoutACutGoesFromTheCommentToTheFrameTime) {
   ScriptSession session;
   session.Focus("10006").Command(kCommandFocusForward);
-  const int state = session.State();
-  session.Run();
-  ExpectPlace(Status(session, state), 1);
+  ExpectPlace(Status(session), 1);
 }
 
 TEST(FocusRing, WithoutACutGoesBackFromTheFrameTimeToTheComment) {
   ScriptSession session;
   session.Focus("10002").Command(kCommandFocusBackward);
-  const int state = session.State();
-  session.Run();
-  ExpectPlace(Status(session, state), 7);
+  ExpectPlace(Status(session), 7);
 }
 
 TEST(FocusRing, LeavingTheFrameTimeByTabCommitsIt) {
   ScriptSession session;
   session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Panel(kFrameTimeEdit, "7").Key("Tab");
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Frame(state)["time"], 7);
-  ExpectPlace(Status(session, state), 2);
+  EXPECT_EQ(session.Frame()["time"], 7);
+  ExpectPlace(Status(session), 2);
 }
 
 TEST(FocusRing, PanelTypedInIsThePlaceToGoOnFrom) {
   ScriptSession session;
   session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Panel(kLoopEdit, "7").Key("Enter");
-  const int state = session.State();
-  session.Run();
-  ExpectPlace(Status(session, state), 4);
+  ExpectPlace(Status(session), 4);
 }
 
 TEST(FocusRing, CheckBoxClickedIsThePlaceToGoOnFrom) {
   ScriptSession session;
   session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Line("click 10009").Key("Tab");
-  const int state = session.State();
-  session.Run();
-  ExpectPlace(Status(session, state), 3);
+  ExpectPlace(Status(session), 3);
 }
 
 TEST(FocusRing, MousePressInTheCutTakesTheFocus) {
@@ -389,9 +298,9 @@ TEST(FocusRing, MousePressInTheCutTakesTheFocus) {
   const int pressed = session.State();
   session.Key("Tab");
   const int next = session.State();
-  session.Run();
   EXPECT_EQ(Status(session, pressed), "");
   ExpectPlace(Status(session, next), 1);
 }
 
 }  // namespace
+}  // namespace rules

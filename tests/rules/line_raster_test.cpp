@@ -5,6 +5,7 @@
 #include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
+#include "rules/rule_table.h"
 
 namespace rules {
 namespace {
@@ -21,23 +22,25 @@ InkModel Dots(std::initializer_list<Point> points) {
   return model;
 }
 
-TEST(LineRaster, AFlatLineStepsSidewaysFirst) {
+using LineRaster = DrawingTest;
+
+TEST_F(LineRaster, AFlatLineStepsSidewaysFirst) {
   EXPECT_TRUE(Shows(Drawn({0, 0}, {4, 2}), Dots({{0, 0}, {1, 1}, {2, 1}, {3, 2}, {4, 2}})));
 }
 
-TEST(LineRaster, TheSameLineBackwardsHasOtherMiddlePoints) {
+TEST_F(LineRaster, TheSameLineBackwardsHasOtherMiddlePoints) {
   EXPECT_TRUE(Shows(Drawn({4, 2}, {0, 0}), Dots({{4, 2}, {3, 1}, {2, 1}, {1, 0}, {0, 0}})));
 }
 
-TEST(LineRaster, ASteepLineStepsDownFirst) {
+TEST_F(LineRaster, ASteepLineStepsDownFirst) {
   EXPECT_TRUE(Shows(Drawn({0, 0}, {2, 4}), Dots({{0, 0}, {1, 1}, {1, 2}, {2, 3}, {2, 4}})));
 }
 
-TEST(LineRaster, AnEvenDiagonalHasNoSteps) {
+TEST_F(LineRaster, AnEvenDiagonalHasNoSteps) {
   EXPECT_TRUE(Shows(Drawn({5, 8}, {8, 5}), Dots({{5, 8}, {6, 7}, {7, 6}, {8, 5}})));
 }
 
-TEST(LineRaster, ALineOfNoLengthIsOneStamp) {
+TEST_F(LineRaster, ALineOfNoLengthIsOneStamp) {
   EXPECT_TRUE(Shows(Drawn({7, 9}, {7, 9}), Dots({{7, 9}})));
 }
 
@@ -59,61 +62,21 @@ INSTANTIATE_TEST_SUITE_P(
                     std::pair(Point{30, 20}, Point{30, 40}), std::pair(Point{30, 20}, Point{5, 20}),
                     std::pair(Point{50, 40}, Point{90, 61})));
 
-TEST(LineRaster, ADitheredBlackIsNotTurnedIntoLineBlack) {
-  DrawingSession session;
-  session.StartWith("[setup]\r\nbrush=11, 2, 1, 4, 1, 0\r\n");
-  session.Command(kToolLine);
-  session.Press(10, 10);
-  session.Release(40, 20);
-  InkModel model;
-  model.Line(10, 10, 40, 20, {.shape = 11, .tone = 4, .colorA = 2, .colorB = 1});
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
-
-TEST(LineRaster, APlainGreyStaysAsItIs) {
-  DrawingSession session;
-  session.Command(kToolLine);
-  session.PickPlain(3);
-  session.Press(10, 10);
-  session.Release(40, 20);
-  InkModel model;
-  model.Line(10, 10, 40, 20, {.colorA = 2, .colorB = 3});
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
-
-TEST(LineRaster, ALineTurnsALineBlackPenIntoPlainBlack) {
-  DrawingSession session;
-  session.StartWith("[setup]\r\nbrush=7, 0, 8, 0, 1, 0\r\n");
-  session.Command(kToolLine);
-  session.Press(10, 10);
-  session.Release(40, 20);
-  InkModel model;
-  model.Line(10, 10, 40, 20);
-  EXPECT_TRUE(Shows(session.NowView(), model));
-  EXPECT_EQ(session.NowState()["pen"]["colorB"], 1);
-}
-
-TEST(LineRaster, PlainBlackIsPlainBlackAgainAfterTheLine) {
-  DrawingSession session;
-  session.DrawInkLine(10, 10, 40, 20);
-  EXPECT_EQ(session.NowState()["pen"]["colorB"], 1);
-}
-
-TEST(LineRaster, AMaskHoldsAtEveryStamp) {
-  DrawingSession session;
-  session.FillArea(20, 0, 6, 48, 4);
-  session.FillArea(30, 0, 6, 48, 3);
-  session.Mask({4});
-  session.PickSize(6);
-  session.Command(kToolLine);
-  session.Press(10, 10);
-  session.Release(50, 20);
-  InkModel model;
-  model.Fill(20, 0, 6, 48, 4);
-  model.Fill(30, 0, 6, 48, 3);
-  model.Line(10, 10, 50, 20, {.shape = 13}, 1U << 4);
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
+const Rules<DrawingTest, "LineRaster"> kLineRasterRules = {
+    {"ADitheredBlackIsNotTurnedIntoLineBlack",
+     Do().SetSettings("[setup]\r\nbrush=11, 2, 1, 4, 1, 0\r\n").Command(kToolLine).Press(10, 10).Release(40, 20),
+     Ink().Line(10, 10, 40, 20, {.shape = 11, .tone = 4, .colorA = 2, .colorB = 1})},
+    {"APlainGreyStaysAsItIs", Do().Command(kToolLine).PickPlain(3).Press(10, 10).Release(40, 20),
+     Ink().Line(10, 10, 40, 20, {.colorA = 2, .colorB = 3})},
+    {"ALineTurnsALineBlackPenIntoPlainBlack",
+     Do().SetSettings("[setup]\r\nbrush=7, 0, 8, 0, 1, 0\r\n").Command(kToolLine).Press(10, 10).Release(40, 20),
+     Has("pen/colorB", 1), Ink().Line(10, 10, 40, 20)},
+    {"PlainBlackIsPlainBlackAgainAfterTheLine", Do().DrawInkLine(10, 10, 40, 20), Has("pen/colorB", 1)},
+    {"AMaskHoldsAtEveryStamp",
+     Do().FillArea(20, 0, 6, 48, 4).FillArea(30, 0, 6, 48, 3).Mask({4}).PickSize(6).Command(kToolLine),
+     Do().Press(10, 10).Release(50, 20),
+     Ink().Fill(20, 0, 6, 48, 4).Fill(30, 0, 6, 48, 3).Line(10, 10, 50, 20, {.shape = 13}, 1U << 4)},
+};
 
 }  // namespace
 }  // namespace rules

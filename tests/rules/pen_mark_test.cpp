@@ -3,60 +3,43 @@
 #include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
+#include "rules/rule_table.h"
 
 namespace rules {
 namespace {
 
-class MarkingTool : public testing::TestWithParam<int> {};
+class MarkingTool : public DrawingTest, public testing::WithParamInterface<int> {};
 
 TEST_P(MarkingTool, ShowsThePenOnTheViewAlone) {
-  DrawingSession session;
-  const std::string cell = session.NowCut()["layers"][0]["cells"][0];
-  session.Command(GetParam());
-  session.PickSize(2);
-  session.Move(30, 20);
-  InkModel model;
-  model.Stamp(30, 20, {.shape = 9});
-  EXPECT_TRUE(Shows(session.NowView(), model));
-  EXPECT_EQ(session.NowCut()["layers"][0]["cells"][0], cell);
+  const std::string cell = session.Cut()["layers"][0]["cells"][0];
+  session.Command(GetParam()).PickSize(2).Move(30, 20);
+  EXPECT_TRUE(ViewShows(model.Stamp(30, 20, {.shape = 9})));
+  EXPECT_EQ(session.Cut()["layers"][0]["cells"][0], cell);
 }
 
 TEST_P(MarkingTool, MovesTheMarkWithTheMouse) {
-  DrawingSession session;
-  session.Command(GetParam());
-  session.Move(30, 20);
-  session.Move(32, 25);
-  InkModel model;
-  model.Set(32, 25, 1);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  session.Command(GetParam()).Move(30, 20).Move(32, 25);
+  EXPECT_TRUE(ViewShows(model.Set(32, 25, 1)));
 }
 
 TEST_P(MarkingTool, LosesTheMarkAtAToolChange) {
-  DrawingSession session;
-  session.Command(GetParam());
-  session.Move(30, 20);
-  session.Command(kToolFill);
-  EXPECT_TRUE(Shows(session.NowView(), InkModel()));
+  session.Command(GetParam()).Move(30, 20).Command(kToolFill);
+  EXPECT_TRUE(ViewShows(InkModel()));
 }
 
 TEST_P(MarkingTool, ShowsNoMarkOnABlankRecord) {
-  DrawingSession session;
-  session.Command(GetParam());
-  session.Command(kCommandBlankCell);
-  session.Move(30, 20);
-  EXPECT_TRUE(Shows(session.NowView(), InkModel()));
+  session.Command(GetParam()).Command(kCommandBlankCell).Move(30, 20);
+  EXPECT_TRUE(ViewShows(InkModel()));
 }
 
 INSTANTIATE_TEST_SUITE_P(All, MarkingTool,
                          testing::Values(kToolFreePen, kToolLine, kToolFocusLines, kToolParallelLines));
 
-class MarklessTool : public testing::TestWithParam<int> {};
+class MarklessTool : public DrawingTest, public testing::WithParamInterface<int> {};
 
 TEST_P(MarklessTool, ShowsNoMark) {
-  DrawingSession session;
-  session.Command(GetParam());
-  session.Move(30, 20);
-  EXPECT_TRUE(Shows(session.NowView(), InkModel()));
+  session.Command(GetParam()).Move(30, 20);
+  EXPECT_TRUE(ViewShows(InkModel()));
 }
 
 INSTANTIATE_TEST_SUITE_P(All, MarklessTool,
@@ -64,58 +47,19 @@ INSTANTIATE_TEST_SUITE_P(All, MarklessTool,
                                          kToolAreaSelect, kToolMosaic, kToolText, kToolZoom, kToolLayerPosition,
                                          kToolFramePosition));
 
-TEST(PenMark, RestoresTheInkBelow) {
-  DrawingSession session;
-  session.FillArea(20, 15, 20, 15, 3);
-  session.PickSize(5);
-  session.Move(30, 20);
-  session.Move(50, 40);
-  InkModel model;
-  model.Fill(20, 15, 20, 15, 3);
-  model.Stamp(50, 40, {.shape = 12});
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
-
-TEST(PenMark, KeepsToTheMaskAgainstTheView) {
-  DrawingSession session;
-  session.FillArea(30, 10, 10, 20, 3);
-  session.Mask({0});
-  session.Command(kCommandSquarePen);
-  session.PickSize(7);
-  session.Move(30, 20);
-  InkModel model;
-  model.Fill(30, 10, 10, 20, 3);
-  model.Fill(30, 16, 4, 8, 1);
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
-
-TEST(PenMark, StandsOnTheSnappedPoint) {
-  DrawingSession session;
-  session.Grid(8, 8);
-  session.Move(29, 12);
-  InkModel model;
-  model.Set(32, 8, 1);
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
-
-TEST(PenMark, FollowsALayerThatStandsElsewhere) {
-  DrawingSession session;
-  session.Command(kToolLayerPosition);
-  session.LeftDrag(10, 10, 15, 13);
-  session.Command(kToolFreePen);
-  session.Move(30, 20);
-  InkModel model;
-  model.Set(30, 20, 1);
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
-
-TEST(PenMark, ReachesTheScreen) {
-  DrawingSession session;
-  session.Move(30, 20);
-  EXPECT_EQ(session.NowScreen().At(30, 20), 0x000000u);
-  session.Move(40, 20);
-  EXPECT_EQ(session.NowScreen().At(30, 20), 0xE1FFFFu);
-}
+const Rules<DrawingTest, "PenMark"> kPenMarkRules = {
+    {"RestoresTheInkBelow", Do().FillArea(20, 15, 20, 15, 3).PickSize(5).Move(30, 20).Move(50, 40),
+     Ink().Fill(20, 15, 20, 15, 3).Stamp(50, 40, {.shape = 12})},
+    {"KeepsToTheMaskAgainstTheView",
+     Do().FillArea(30, 10, 10, 20, 3).Mask({0}).Command(kCommandSquarePen).PickSize(7).Move(30, 20),
+     Ink().Fill(30, 10, 10, 20, 3).Fill(30, 16, 4, 8, 1)},
+    {"StandsOnTheSnappedPoint", Do().Grid(8, 8).Move(29, 12), Ink().Set(32, 8, 1)},
+    {"FollowsALayerThatStandsElsewhere",
+     Do().Command(kToolLayerPosition).LeftDrag(10, 10, 15, 13).Command(kToolFreePen).Move(30, 20),
+     Ink().Set(30, 20, 1)},
+    {"ReachesTheScreen", Do().Move(30, 20), Has("screen/30/20", 0x000000), Do().Move(40, 20),
+     Has("screen/30/20", 0xE1FFFF)},
+};
 
 }  // namespace
 }  // namespace rules

@@ -13,64 +13,45 @@ void PickShape(DrawingSession& session, int shape) {
   session.PickSize(shape < 7 ? 7 - shape : shape - 7);
 }
 
-class PenShape : public testing::TestWithParam<int> {};
+class PenShape : public DrawingTest, public testing::WithParamInterface<int> {};
 
 TEST_P(PenShape, StampsItsRowsAroundThePoint) {
-  DrawingSession session;
   PickShape(session, GetParam());
   session.Press(20, 20);
-  InkModel model;
   for (int dy = -4; dy < 4; ++dy) {
     for (int dx = -4; dx < 4; ++dx) {
       if (inkrules::Covers(GetParam(), dx, dy)) model.Set(20 + dx, 20 + dy, 1);
     }
   }
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model));
 }
 
 INSTANTIATE_TEST_SUITE_P(All, PenShape, testing::Range(0, 15));
 
-TEST(PenStamp, TheFinestPenSetsThePointAlone) {
-  DrawingSession session;
+using PenStamp = DrawingTest;
+
+TEST_F(PenStamp, TheFinestPenSetsThePointAlone) {
   session.Press(10, 10);
-  InkModel model;
-  model.Set(10, 10, 1);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Set(10, 10, 1)));
 }
 
-TEST(PenStamp, TheLargestSquareCoversFourToTheLeftAndThreeToTheRight) {
-  DrawingSession session;
+TEST_F(PenStamp, TheLargestSquareCoversFourToTheLeftAndThreeToTheRight) {
   PickShape(session, 0);
   session.Press(10, 10);
-  InkModel model;
-  model.Fill(6, 6, 8, 8, 1);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Fill(6, 6, 8, 8, 1)));
 }
 
-TEST(PenStamp, NearACornerOnlyThePixelsInsideAreSet) {
-  DrawingSession session;
+TEST_F(PenStamp, NearACornerOnlyThePixelsInsideAreSet) {
   PickShape(session, 0);
-  session.LeftClick(1, 2);
-  session.LeftClick(62, 46);
-  InkModel model;
-  model.Fill(0, 0, 5, 6, 8);
-  model.Fill(58, 42, 6, 6, 8);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  session.LeftClick(1, 2).LeftClick(62, 46);
+  EXPECT_TRUE(ViewShows(model.Fill(0, 0, 5, 6, 8).Fill(58, 42, 6, 6, 8)));
 }
 
-TEST(PenStamp, AMaskHoldsOverTheWholeWidthOfThePen) {
-  DrawingSession session;
-  session.FillArea(20, 18, 2, 9, 3);
-  session.FillArea(22, 18, 2, 9, 2);
-  session.Mask({3});
+TEST_F(PenStamp, AMaskHoldsOverTheWholeWidthOfThePen) {
+  session.FillArea(20, 18, 2, 9, 3).FillArea(22, 18, 2, 9, 2).Mask({3});
   PickShape(session, 0);
   session.Press(22, 22);
-  InkModel model;
-  model.Fill(20, 18, 2, 9, 3);
-  model.Fill(22, 18, 2, 9, 2);
-  model.Fill(18, 18, 8, 8, 1);
-  model.Fill(20, 18, 2, 9, 3);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Fill(20, 18, 2, 9, 3).Fill(22, 18, 2, 9, 2).Fill(18, 18, 8, 8, 1).Fill(20, 18, 2, 9, 3)));
 }
 
 class PenTone : public testing::TestWithParam<int> {

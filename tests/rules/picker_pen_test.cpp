@@ -29,13 +29,11 @@ constexpr int Middle(int place) {
   return 10 + 14 * place;
 }
 
-class PickerColour : public testing::TestWithParam<std::pair<int, int>> {};
+class PickerColour : public SessionTest, public testing::WithParamInterface<std::pair<int, int>> {};
 
 TEST_P(PickerColour, IsPlainInk) {
   const auto& [column, index] = GetParam();
-  ScriptSession session;
-  session.Picker("ldown", Middle(5), Middle(2));
-  session.Picker("ldown", Middle(column), Middle(0));
+  session.Picker("ldown", Middle(5), Middle(2)).Picker("ldown", Middle(column), Middle(0));
   EXPECT_EQ(PenNow(session), (PenValues{7, 0, 0, index}));
 }
 
@@ -56,8 +54,7 @@ TEST(Picker, TonesSetBothColoursAndTheTone) {
 TEST(Picker, SizesSetTheShapeAlone) {
   for (int step = 0; step < 8; ++step) {
     ScriptSession session;
-    session.Picker("ldown", Middle(5), Middle(2));
-    session.Picker("ldown", Middle(8 + step), Middle(0));
+    session.Picker("ldown", Middle(5), Middle(2)).Picker("ldown", Middle(8 + step), Middle(0));
     EXPECT_EQ(PenNow(session), (PenValues{7 + step, 5, 2, 3}));
   }
 }
@@ -65,8 +62,7 @@ TEST(Picker, SizesSetTheShapeAlone) {
 TEST(Picker, SizesOfASquarePenCountDown) {
   for (int step = 0; step < 8; ++step) {
     ScriptSession session;
-    session.Command(kCommandSquarePen);
-    session.Picker("ldown", Middle(8 + step), Middle(0));
+    session.Command(kCommandSquarePen).Picker("ldown", Middle(8 + step), Middle(0));
     EXPECT_EQ(PenNow(session)[0], 7 - step);
   }
 }
@@ -79,9 +75,7 @@ TEST(Picker, ARightPressPicksToo) {
 
 TEST(Picker, AReleaseAndAMovePickNothing) {
   ScriptSession session;
-  session.Picker("move", Middle(3), Middle(1));
-  session.Picker("lup", Middle(3), Middle(1));
-  session.Picker("rup", Middle(3), Middle(1));
+  session.Picker("move", Middle(3), Middle(1)).Picker("lup", Middle(3), Middle(1)).Picker("rup", Middle(3), Middle(1));
   EXPECT_EQ(PenNow(session), (PenValues{7, 0, 0, 1}));
 }
 
@@ -105,25 +99,20 @@ TEST(Picker, TheGapsBetweenTheSquaresPickNothing) {
 
 TEST(Picker, TheTransparentPenErases) {
   DrawingSession session;
-  session.FillArea(10, 10, 20, 20, 1);
-  session.Pick(5, 0);
-  session.Command(kCommandMuraRemoval);
-  session.LeftDrag(5, 15, 40, 15);
+  session.FillArea(10, 10, 20, 20, 1).Pick(5, 0).Command(kCommandMuraRemoval).LeftDrag(5, 15, 40, 15);
   InkModel model;
-  model.Fill(10, 10, 20, 20, 1);
-  model.Fill(10, 15, 20, 1, 0);
+  model.Fill(10, 10, 20, 20, 1).Fill(10, 15, 20, 1, 0);
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
 // A right click of the fill tool reads the pen out of the cell.
-struct PenFromTheCell : testing::Test {
+struct PenFromTheCell : DrawingTest {
   PenValues At(int x, int y) {
     session.PickPlain(1);
     session.PickSize(3);
     session.Command(kToolFill).RightClick(x, y);
     return PenOf(session.NowState());
   }
-  DrawingSession session;
 };
 
 TEST_F(PenFromTheCell, PlainFamiliesGiveTheIndexAndItsToneBelow) {
@@ -132,8 +121,7 @@ TEST_F(PenFromTheCell, PlainFamiliesGiveTheIndexAndItsToneBelow) {
                                       {10, 2}, {11, 3}, {12, 4}, {13, 5}, {14, 6}};
   for (const auto& [index, first] : pens) {
     DrawingSession fresh;
-    fresh.FillArea(10, 10, 20, 20, index);
-    fresh.Command(kToolFill).RightClick(20, 20);
+    fresh.FillArea(10, 10, 20, 20, index).Command(kToolFill).RightClick(20, 20);
     EXPECT_EQ(PenOf(fresh.NowState()), (PenValues{7, 0, first, index})) << index;
   }
 }
@@ -149,14 +137,12 @@ TEST_F(PenFromTheCell, UnderdrawingAndTransparentGiveTheirIndexToo) {
 }
 
 TEST_F(PenFromTheCell, TheTwoBlacksMakeADither) {
-  session.FillArea(20, 20, 10, 10, 1);
-  session.DrawInkLine(20, 25, 29, 25);
+  session.FillArea(20, 20, 10, 10, 1).DrawInkLine(20, 25, 29, 25);
   EXPECT_EQ(At(25, 25), (PenValues{10, 12, 1, 8}));
 }
 
 TEST_F(PenFromTheCell, LineBlackGivesLineBlack) {
-  session.PickSize(7);
-  session.Command(kToolLine).LeftClick(20, 20);
+  session.PickSize(7).Command(kToolLine).LeftClick(20, 20);
   EXPECT_EQ(At(20, 20), (PenValues{10, 0, 0, 8}));
 }
 
@@ -165,13 +151,10 @@ TEST_F(PenFromTheCell, TheShapeStays) {
   EXPECT_EQ(At(20, 20)[0], 10);
 }
 
-class PenFromADither : public testing::TestWithParam<int> {};
+class PenFromADither : public DrawingTest, public testing::WithParamInterface<int> {};
 
 TEST_P(PenFromADither, ReadsTheToneBack) {
-  DrawingSession session;
-  session.Pick(GetParam(), 2);
-  session.Command(kToolRectangle).Mouse("ldown", 10, 10).Mouse("lup", 40, 40, "ctrl");
-  session.PickPlain(1);
+  session.Pick(GetParam(), 2).Command(kToolRectangle).Mouse("ldown", 10, 10).Mouse("lup", 40, 40, "ctrl").PickPlain(1);
   session.Command(kToolFill).RightClick(23, 22);
   EXPECT_EQ(PenOf(session.NowState()), (PenValues{7, GetParam(), 2, 3}));
 }
@@ -187,16 +170,14 @@ TEST_F(PenFromTheCell, TheBlockReachesTwoToTheUpperLeftAndOneToTheLowerRight) {
   session.FillArea(20, 20, 1, 1, 3);
   EXPECT_EQ(At(22, 22), (PenValues{10, 15, 0, 3}));
   EXPECT_EQ(At(19, 19), (PenValues{10, 15, 0, 3}));
-  session.PickPlain(1);
-  session.Command(kToolFill).RightClick(23, 20);
+  session.PickPlain(1).Command(kToolFill).RightClick(23, 20);
   EXPECT_NE(PenOf(session.NowState())[3], 3);
   session.RightClick(18, 20);
   EXPECT_NE(PenOf(session.NowState())[3], 3);
 }
 
 TEST_F(PenFromTheCell, ThreeColoursKeepThePen) {
-  session.FillArea(20, 20, 10, 10, 3);
-  session.FillArea(20, 15, 10, 5, 2);
+  session.FillArea(20, 20, 10, 10, 3).FillArea(20, 15, 10, 5, 2);
   EXPECT_EQ(At(20, 20), (PenValues{10, 0, 0, 1}));
 }
 
@@ -206,14 +187,12 @@ TEST_F(PenFromTheCell, PointsBeyondTheEdgeDoNotCount) {
 }
 
 TEST_F(PenFromTheCell, TheGradientToolPicksToo) {
-  session.FillArea(10, 10, 20, 20, 3);
-  session.Command(kToolGradient).RightClick(20, 20);
+  session.FillArea(10, 10, 20, 20, 3).Command(kToolGradient).RightClick(20, 20);
   EXPECT_EQ(PenOf(session.NowState()), (PenValues{7, 0, 2, 3}));
 }
 
 TEST_F(PenFromTheCell, TheGridDoesNotMoveThePoint) {
-  session.FillArea(10, 10, 5, 5, 3);
-  session.Grid(32, 32);
+  session.FillArea(10, 10, 5, 5, 3).Grid(32, 32);
   EXPECT_EQ(At(12, 12), (PenValues{10, 0, 2, 3}));
 }
 
@@ -228,8 +207,7 @@ TEST_F(PenFromTheCell, OtherToolsDoNotPick) {
 
 TEST(PenOutsideTheCell, IsKept) {
   DrawingSession session({.clientWidth = 84, .clientHeight = 68});
-  session.Pick(5, 2);
-  session.Command(kToolFill).RightClick(3, 3);
+  session.Pick(5, 2).Command(kToolFill).RightClick(3, 3);
   EXPECT_EQ(PenOf(session.NowState()), (PenValues{7, 5, 2, 3}));
 }
 

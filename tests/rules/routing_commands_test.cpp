@@ -5,32 +5,32 @@
 #include <vector>
 
 #include "resources/ids.h"
+#include "rules/rule_table.h"
 #include "rules/script_session.h"
 
+namespace rules {
 namespace {
 
 using nlohmann::json;
-using rules::CutFile;
-using rules::ScriptSession;
 
-json FrameOf(const ScriptSession& session, int state) {
+json FrameOf(ScriptSession& session, int state = kNow) {
   json whole = session.StateAt(state);
   return whole["frame"];
 }
 
-std::vector<int> Checked(const ScriptSession& session, int state) {
+std::vector<int> Checked(ScriptSession& session, int state = kNow) {
   std::vector<int> ids;
   json frame = FrameOf(session, state);
   for (const json& id : frame["checked"]) ids.push_back(id.is_number_integer() ? id.get<int>() : -1);
   return ids;
 }
 
-bool IsChecked(const ScriptSession& session, int state, int id) {
+bool IsChecked(ScriptSession& session, int id, int state = kNow) {
   const std::vector<int> ids = Checked(session, state);
   return std::find(ids.begin(), ids.end(), id) != ids.end();
 }
 
-std::string Status(const ScriptSession& session, int state) {
+std::string Status(ScriptSession& session, int state = kNow) {
   json frame = FrameOf(session, state);
   return frame["status"].is_string() ? frame["status"].get<std::string>() : "(none)";
 }
@@ -39,26 +39,20 @@ CutFile OneRecord() {
   return CutFile::Showing({1, 2}, {0});
 }
 
-class Tool : public testing::TestWithParam<int> {};
+class Tool : public SessionTest, public testing::WithParamInterface<int> {};
 
 TEST_P(Tool, IsSelectedByItsCommandWithoutACut) {
-  ScriptSession session;
   session.Command(kToolEraser).Command(GetParam() == kToolEraser ? kToolFreePen : GetParam());
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(FrameOf(session, state)["currentTool"], GetParam() == kToolEraser ? kToolFreePen : GetParam());
-  EXPECT_EQ(FrameOf(session, state)["previousTool"], kToolEraser);
+  EXPECT_EQ(FrameOf(session)["currentTool"], GetParam() == kToolEraser ? kToolFreePen : GetParam());
+  EXPECT_EQ(FrameOf(session)["previousTool"], kToolEraser);
 }
 
 TEST_P(Tool, AloneOfTheToolsIsChecked) {
-  ScriptSession session;
   session.Command(GetParam());
-  const int state = session.State();
-  session.Run();
   for (const int id : {kToolFramePosition, kToolLayerPosition, kToolZoom, kToolFreePen, kToolFill, kToolLine,
                        kToolCurve, kToolRectangle, kToolAreaSelect, kToolEraser, kToolGradient, kToolText, kToolEdging,
                        kToolMosaic, kToolFocusLines, kToolParallelLines}) {
-    EXPECT_EQ(IsChecked(session, state, id), id == GetParam()) << id;
+    EXPECT_EQ(IsChecked(session, id), id == GetParam()) << id;
   }
 }
 
@@ -68,43 +62,34 @@ INSTANTIATE_TEST_SUITE_P(Routing, Tool,
                                          kToolGradient, kToolText, kToolEdging, kToolMosaic, kToolFocusLines,
                                          kToolParallelLines));
 
-TEST(SelectTool, CurrentToolAgainKeepsThePreviousOne) {
-  ScriptSession session;
+using SelectTool = SessionTest;
+
+TEST_F(SelectTool, CurrentToolAgainKeepsThePreviousOne) {
   session.Command(kToolEraser).Command(kToolLine).Command(kToolLine);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(FrameOf(session, state)["currentTool"], kToolLine);
-  EXPECT_EQ(FrameOf(session, state)["previousTool"], kToolEraser);
+  EXPECT_TRUE(Holds(session, "frame/currentTool", kToolLine, "frame/previousTool", kToolEraser));
 }
 
-TEST(SelectTool, CurrentToolAgainSendsNoPulseSoThatASelectionStays) {
-  ScriptSession session;
+TEST_F(SelectTool, CurrentToolAgainSendsNoPulseSoThatASelectionStays) {
   session.NewCut().Command(kToolAreaSelect).LeftDrag(306, 230, 316, 240);
   const int before = session.State();
   session.Command(kToolAreaSelect);
   const int after = session.State();
-  session.Run();
   EXPECT_NE(session.Cut(before)["selection"], json::array({0, 0, 0, 0}));
   EXPECT_EQ(session.Cut(after)["selection"], session.Cut(before)["selection"]);
 }
 
-TEST(SelectTool, AnotherToolSendsThePulseToTheOldOneSoThatItsSelectionEnds) {
-  ScriptSession session;
+TEST_F(SelectTool, AnotherToolSendsThePulseToTheOldOneSoThatItsSelectionEnds) {
   session.NewCut().Command(kToolAreaSelect).LeftDrag(306, 230, 316, 240).Command(kToolEraser);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["selection"][0], session.Cut(state)["selection"][2]);
+  EXPECT_EQ(session.Cut()["selection"][0], session.Cut()["selection"][2]);
 }
 
-class NumberWithoutHandler : public testing::TestWithParam<int> {};
+class NumberWithoutHandler : public SessionTest, public testing::WithParamInterface<int> {};
 
 TEST_P(NumberWithoutHandler, IsIgnored) {
-  ScriptSession session;
   session.OpenCut("a.cut", OneRecord());
   const int before = session.State();
   session.Command(GetParam());
   const int after = session.State();
-  session.Run();
   EXPECT_TRUE(session.StateAt(before).is_object());
   EXPECT_EQ(session.StateAt(after), session.StateAt(before));
 }
@@ -118,14 +103,12 @@ INSTANTIATE_TEST_SUITE_P(Routing, NumberWithoutHandler,
 
 // Every command on a cut, a frame, a layer or a cell, and the film commands that need cuts in the film or an active
 // cut.
-class CommandWithoutItsObject : public testing::TestWithParam<int> {};
+class CommandWithoutItsObject : public SessionTest, public testing::WithParamInterface<int> {};
 
 TEST_P(CommandWithoutItsObject, DoesNothingAndSaysNothing) {
-  ScriptSession session;
   const int before = session.State();
   session.Command(GetParam());
   const int after = session.State();
-  session.Run();
   EXPECT_TRUE(session.StateAt(before).is_object());
   EXPECT_EQ(session.StateAt(after), session.StateAt(before));
   EXPECT_EQ(session.Errors(), "");
@@ -153,41 +136,30 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(Routing, ExplanationAndVersionAreBoxesWithoutAQuestion) {
   ScriptSession session;
   session.Command(kCommandExplainTool).Command(kCommandAbout);
-  const int state = session.State();
-  session.Run();
-  EXPECT_TRUE(session.StateAt(state).is_object());
+  EXPECT_TRUE(session.NowState().is_object());
 }
 
-TEST(CheckMarks, WithoutACutOnlyToolAndBarsAreChecked) {
-  ScriptSession session;
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Checked(session, state), (std::vector<int>{kToolFreePen, kCommandStatusBar, kCommandToolBar}));
-}
+using CheckMarks = SessionTest;
 
-TEST(CheckMarks, OfANewCutHaveTheCornerRemovalToo) {
-  ScriptSession session;
-  session.OpenCut("a.cut", OneRecord());
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(Checked(session, state),
-            (std::vector<int>{kToolFreePen, kCommandStatusBar, kCommandToolBar, kCommandMuraRemoval}));
-}
+const Rules<SessionTest, "CheckMarks"> kCheckMarksRules = {
+    {"WithoutACutOnlyToolAndBarsAreChecked",
+     Has("frame/checked", std::vector<int>{kToolFreePen, kCommandStatusBar, kCommandToolBar})},
+    {"OfANewCutHaveTheCornerRemovalToo", Do().OpenCut("a.cut", OneRecord()),
+     Has("frame/checked", std::vector<int>{kToolFreePen, kCommandStatusBar, kCommandToolBar, kCommandMuraRemoval})},
+};
 
-class SwitchOfTheCut : public testing::TestWithParam<int> {};
+class SwitchOfTheCut : public SessionTest, public testing::WithParamInterface<int> {};
 
 TEST_P(SwitchOfTheCut, FlipsItsCheckMark) {
-  ScriptSession session;
   session.OpenCut("a.cut", OneRecord());
   const int before = session.State();
   session.Command(GetParam());
   const int once = session.State();
   session.Command(GetParam());
   const int twice = session.State();
-  session.Run();
-  EXPECT_EQ(IsChecked(session, before, GetParam()), GetParam() == kCommandMuraRemoval);
-  EXPECT_EQ(IsChecked(session, once, GetParam()), GetParam() != kCommandMuraRemoval);
-  EXPECT_EQ(IsChecked(session, twice, GetParam()), GetParam() == kCommandMuraRemoval);
+  EXPECT_EQ(IsChecked(session, GetParam(), before), GetParam() == kCommandMuraRemoval);
+  EXPECT_EQ(IsChecked(session, GetParam(), once), GetParam() != kCommandMuraRemoval);
+  EXPECT_EQ(IsChecked(session, GetParam(), twice), GetParam() == kCommandMuraRemoval);
 }
 
 INSTANTIATE_TEST_SUITE_P(Routing, SwitchOfTheCut,
@@ -195,84 +167,63 @@ INSTANTIATE_TEST_SUITE_P(Routing, SwitchOfTheCut,
                                          kCommandBlankCell, kCommandDimOthers, kCommandMuraRemoval,
                                          kCommandLineEmphasis, kCommandSquarePen));
 
-TEST(CheckMarks, BarsFollowTheirBits) {
-  ScriptSession session;
+TEST_F(CheckMarks, BarsFollowTheirBits) {
   session.Command(kCommandStatusBar).Command(kCommandToolBar);
-  const int state = session.State();
-  session.Run();
-  EXPECT_FALSE(IsChecked(session, state, kCommandStatusBar));
-  EXPECT_FALSE(IsChecked(session, state, kCommandToolBar));
+  EXPECT_FALSE(IsChecked(session, kCommandStatusBar));
+  EXPECT_FALSE(IsChecked(session, kCommandToolBar));
 }
 
-TEST(CheckMarks, SquarePenIsMarkedWithoutACut) {
-  ScriptSession session;
+TEST_F(CheckMarks, SquarePenIsMarkedWithoutACut) {
   session.Command(kCommandSquarePen);
-  const int state = session.State();
-  session.Run();
-  EXPECT_TRUE(IsChecked(session, state, kCommandSquarePen));
+  EXPECT_TRUE(IsChecked(session, kCommandSquarePen));
 }
 
-TEST(CheckMarks, BlankMarkFollowsTheCurrentRecord) {
-  ScriptSession session;
+TEST_F(CheckMarks, BlankMarkFollowsTheCurrentRecord) {
   session.OpenCut("a.cut", CutFile::Showing({1, 2}, {0, -2}));
   const int blank = session.State();
   session.Command(kCommandPreviousFrame);
   const int shown = session.State();
-  session.Run();
-  EXPECT_TRUE(IsChecked(session, blank, kCommandBlankCell));
-  EXPECT_FALSE(IsChecked(session, shown, kCommandBlankCell));
+  EXPECT_TRUE(IsChecked(session, kCommandBlankCell, blank));
+  EXPECT_FALSE(IsChecked(session, kCommandBlankCell, shown));
 }
 
-TEST(CheckMarks, FrameWithoutRecordsCountsAsNotBlank) {
-  ScriptSession session;
+TEST_F(CheckMarks, FrameWithoutRecordsCountsAsNotBlank) {
   session.OpenCut("a.cut", CutFile::Showing({1, 2}, {-1}));
   const int blank = session.State();
   session.OpenCut("b.cut", CutFile::WithoutLayers(1));
   const int none = session.State();
-  session.Run();
-  EXPECT_TRUE(IsChecked(session, blank, kCommandBlankCell));
-  EXPECT_FALSE(IsChecked(session, none, kCommandBlankCell));
+  EXPECT_TRUE(IsChecked(session, kCommandBlankCell, blank));
+  EXPECT_FALSE(IsChecked(session, kCommandBlankCell, none));
 }
 
-TEST(CheckMarks, StayAsLastWrittenWhenTheLastCutHasClosed) {
-  ScriptSession session;
+TEST_F(CheckMarks, StayAsLastWrittenWhenTheLastCutHasClosed) {
   session.OpenCut("a.cut", OneRecord()).Command(kCommandDimOthers).Command(kCommandShowPrevious);
   const int open = session.State();
   session.Close();
   const int closed = session.State();
-  session.Run();
-  EXPECT_TRUE(IsChecked(session, open, kCommandDimOthers));
+  EXPECT_TRUE(IsChecked(session, kCommandDimOthers, open));
   EXPECT_EQ(Checked(session, closed), Checked(session, open));
 }
 
-TEST(CheckMarks, AreThoseOfTheActiveCut) {
-  ScriptSession session;
+TEST_F(CheckMarks, AreThoseOfTheActiveCut) {
   session.OpenCut("a.cut", OneRecord()).Command(kCommandDimOthers).OpenCut("b.cut", OneRecord());
   const int second = session.State();
   session.Activate(0);
   const int first = session.State();
-  session.Run();
-  EXPECT_FALSE(IsChecked(session, second, kCommandDimOthers));
-  EXPECT_TRUE(IsChecked(session, first, kCommandDimOthers));
+  EXPECT_FALSE(IsChecked(session, kCommandDimOthers, second));
+  EXPECT_TRUE(IsChecked(session, kCommandDimOthers, first));
 }
 
-TEST(CheckMarks, LineEmphasisIsOfOneWindow) {
-  ScriptSession session;
+TEST_F(CheckMarks, LineEmphasisIsOfOneWindow) {
   session.OpenCut("a.cut", OneRecord()).Command(kCommandLineEmphasis).OpenCut("b.cut", OneRecord());
-  const int state = session.State();
-  session.Run();
-  EXPECT_FALSE(IsChecked(session, state, kCommandLineEmphasis));
-  EXPECT_EQ(session.StateAt(state)["cuts"][0]["lineEmphasis"], true);
-  EXPECT_EQ(session.StateAt(state)["cuts"][1]["lineEmphasis"], false);
+  EXPECT_FALSE(IsChecked(session, kCommandLineEmphasis));
+  EXPECT_TRUE(Holds(session, "cuts/0/lineEmphasis", true, "cuts/1/lineEmphasis", false));
 }
 
-TEST(CheckMarks, CornerRemovalIsOfTheWholeProgram) {
-  ScriptSession session;
+TEST_F(CheckMarks, CornerRemovalIsOfTheWholeProgram) {
   session.OpenCut("a.cut", OneRecord()).Command(kCommandMuraRemoval).OpenCut("b.cut", OneRecord());
-  const int state = session.State();
-  session.Run();
-  EXPECT_FALSE(IsChecked(session, state, kCommandMuraRemoval));
-  EXPECT_EQ(session.StateAt(state)["pen"]["muraRemoval"], 0);
+  EXPECT_FALSE(IsChecked(session, kCommandMuraRemoval));
+  EXPECT_EQ(session.NowState()["pen"]["muraRemoval"], 0);
 }
 
 struct Help {
@@ -280,15 +231,13 @@ struct Help {
   const char* text;
 };
 
-class PanelHelp : public testing::TestWithParam<Help> {};
+class PanelHelp : public SessionTest, public testing::WithParamInterface<Help> {};
 
 TEST_P(PanelHelp, ShowsWithTheFocusAndGoesWithIt) {
-  ScriptSession session;
   session.OpenCut("a.cut", OneRecord()).Focus(GetParam().place);
   const int focused = session.State();
   session.Focus("cut");
   const int left = session.State();
-  session.Run();
   EXPECT_EQ(Status(session, focused), GetParam().text);
   EXPECT_EQ(Status(session, left), "");
 }
@@ -309,74 +258,44 @@ INSTANTIATE_TEST_SUITE_P(
              "チェックすると現在のフレームをキーフレームに指定します。左側の数はフレーム番号、"
              "右のカッコ内の数は実際のタイミングを示します。"}));
 
-TEST(PanelNotifications, LeavingTheFrameTimeCommitsIt) {
-  ScriptSession session;
-  session.OpenCut("a.cut", OneRecord()).Panel(kFrameTimeEdit, "7").Focus("cut");
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Frame(state)["time"], 7);
-}
+using PanelNotifications = SessionTest;
 
-TEST(PanelNotifications, LeavingAChangedFrameTimeRefreshes) {
-  ScriptSession session;
-  session.OpenCut("a.cut", OneRecord()).Panel(kLoopEdit, "12345").Panel(kFrameTimeEdit, "7").Focus("cut");
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Frame(state)["loop"], 1234);
-  EXPECT_EQ(session.StateAt(state)["panels"]["10005"], "1234");
-}
-
-TEST(PanelNotifications, LeavingAnUnchangedFrameTimeCommitsWithoutRefreshing) {
-  ScriptSession session;
-  session.OpenCut("a.cut", OneRecord()).Panel(kLoopEdit, "12345").Panel(kFrameTimeEdit, "1").Focus("cut");
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Frame(state)["loop"], 1234);
-  EXPECT_EQ(session.StateAt(state)["panels"]["10005"], "12345");
-}
-
-class EditThatKeepsItsText : public testing::TestWithParam<int> {};
+class EditThatKeepsItsText : public SessionTest, public testing::WithParamInterface<int> {};
 
 TEST_P(EditThatKeepsItsText, UntilTheNextCommit) {
-  ScriptSession session;
   session.OpenCut("a.cut", OneRecord()).Panel(GetParam(), "7").Focus("cut");
-  const int state = session.State();
-  session.Run();
-  json frame = session.Frame(state);
-  EXPECT_EQ(frame["loop"], 1);
-  EXPECT_EQ(frame["comment"], "");
-  EXPECT_EQ(frame["brightness"], 50);
-  EXPECT_EQ(session.StateAt(state)["panels"][std::to_string(GetParam())], "7");
+  EXPECT_TRUE(Holds(session, "cut/frame/loop", 1, "cut/frame/comment", "", "cut/frame/brightness", 50));
+  EXPECT_EQ(session.NowState()["panels"][std::to_string(GetParam())], "7");
 }
 
 INSTANTIATE_TEST_SUITE_P(Routing, EditThatKeepsItsText, testing::Values(kLoopEdit, kCommentEdit, kBrightnessEdit));
 
-TEST(PanelNotifications, SelectingALayerLineMakesItCurrent) {
-  ScriptSession session;
+TEST_F(PanelNotifications, SelectingALayerLineMakesItCurrent) {
   CutFile file;
   file.layers = {{.name = "A", .cells = {1}}, {.name = "B", .cells = {2}}};
   file.frames.push_back({.records = {{.layer = 0}, {.layer = 1}}});
   session.OpenCut("a.cut", file).Select(kLayerList, {0});
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Frame(state)["currentRecord"], 0);
+  EXPECT_EQ(session.Frame()["currentRecord"], 0);
 }
 
-TEST(PanelNotifications, DoubleClickOnALayerLineOpensItsProperties) {
-  ScriptSession session;
-  session.OpenCut("a.cut", OneRecord()).Dialog(kLayerDialog, {{kLayerNameEdit, "Renamed"}}).DoubleClick(kLayerList, 0);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["layers"][0]["name"], "Renamed");
-}
+const Rules<SessionTest, "PanelNotifications"> kPanelNotificationsRules = {
+    {"LeavingTheFrameTimeCommitsIt", Do().OpenCut("a.cut", OneRecord()).Panel(kFrameTimeEdit, "7").Focus("cut"),
+     Has("cut/frame/time", 7)},
+    {"LeavingAChangedFrameTimeRefreshes",
+     Do().OpenCut("a.cut", OneRecord()).Panel(kLoopEdit, "12345").Panel(kFrameTimeEdit, "7").Focus("cut"),
+     Has("cut/frame/loop", 1234, "panels/loop", "1234")},
+    {"LeavingAnUnchangedFrameTimeCommitsWithoutRefreshing",
+     Do().OpenCut("a.cut", OneRecord()).Panel(kLoopEdit, "12345").Panel(kFrameTimeEdit, "1").Focus("cut"),
+     Has("cut/frame/loop", 1234, "panels/loop", "12345")},
+    {"DoubleClickOnALayerLineOpensItsProperties",
+     Do().OpenCut("a.cut", OneRecord()).Dialog(kLayerDialog, {{kLayerNameEdit, "Renamed"}}),
+     Do().DoubleClick(kLayerList, 0), Has("cut/layers/0/name", "Renamed")},
+};
 
 TEST(ActiveCut, IsTheOneActivatedLast) {
   ScriptSession session;
   session.OpenCut("a.cut", OneRecord()).OpenCut("b.cut", OneRecord()).Activate(0).Command(kCommandBlankCell);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["cuts"][0]["frames"][0]["records"][0]["cell"], -1);
-  EXPECT_EQ(session.StateAt(state)["cuts"][1]["frames"][0]["records"][0]["cell"], 0);
+  EXPECT_TRUE(Holds(session, "cuts/0/frames/0/records/0/cell", -1, "cuts/1/frames/0/records/0/cell", 0));
 }
 
 struct Shortcut {
@@ -414,79 +333,27 @@ INSTANTIATE_TEST_SUITE_P(Routing, Accelerator,
                                          Shortcut{"Shift+Enter", kCommandFocusBackward},
                                          Shortcut{"Shift+Tab", kCommandFocusBackward}));
 
-TEST(Accelerators, FramesStepBackAndForward) {
-  ScriptSession session;
-  session.OpenCut("a.cut", CutFile::WithoutLayers(4)).Key("F2").Key("F6");
-  const int back = session.State();
-  session.Key("F3");
-  const int third = session.State();
-  session.Key("F7");
-  const int last = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(back)["currentFrame"], 1);
-  EXPECT_EQ(session.Cut(third)["currentFrame"], 2);
-  EXPECT_EQ(session.Cut(last)["currentFrame"], 3);
-}
+const Rules<SessionTest, "Accelerators"> kAcceleratorsRules = {
+    {"CtrlNMakesANewCut", Do().Dialog(kCutDialog, {}).Dialog(kLayerDialog, {}, "cancel").Key("Ctrl+N"),
+     Has("cuts/#", 1)},
+    {"CtrlOOpensACut", Do().Write("a.cut", OneRecord().Bytes()).File("a.cut").Key("Ctrl+O"), Has("cut/path", "a.cut")},
+    {"CtrlSSavesUnderAName", Do().OpenCut("a.cut", OneRecord()).File("b.cut").Key("Ctrl+S"), Has("cut/path", "b.cut")},
+};
 
-TEST(Accelerators, PlayAndStop) {
-  ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {0, 1})).Key("F4");
-  const int play = session.State();
-  session.Key("Esc");
-  const int stop = session.State();
-  session.Key("F5");
-  const int again = session.State();
-  session.Key("F9");
-  const int end = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(play)["player"]["visible"], true);
-  EXPECT_EQ(session.StateAt(stop)["player"]["visible"], false);
-  EXPECT_EQ(session.StateAt(again)["player"]["visible"], true);
-  EXPECT_EQ(session.StateAt(end)["player"]["visible"], false);
-}
-
-TEST(Accelerators, CtrlNMakesANewCut) {
-  ScriptSession session;
-  session.Dialog(kCutDialog, {}).Dialog(kLayerDialog, {}, "cancel").Key("Ctrl+N");
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 1U);
-}
-
-TEST(Accelerators, CtrlOOpensACut) {
-  ScriptSession session;
-  session.Write("a.cut", OneRecord().Bytes());
-  session.File(session.Path("a.cut")).Key("Ctrl+O");
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["path"], session.Path("a.cut"));
-}
-
-TEST(Accelerators, CtrlSSavesUnderAName) {
-  ScriptSession session;
-  session.OpenCut("a.cut", OneRecord()).File(session.Path("b.cut")).Key("Ctrl+S");
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["path"], session.Path("b.cut"));
-}
-
-class NumberedCutKey : public testing::TestWithParam<const char*> {};
+class NumberedCutKey : public SessionTest, public testing::WithParamInterface<const char*> {};
 
 TEST_P(NumberedCutKey, MakesANumberedCutInTheFilm) {
-  ScriptSession session;
   session.OpenCut("cut001.cut", OneRecord()).Command(kCommandAddCutToFilm);
-  session.Dialog(kCutDialog, {{kCutWidthEdit, "8"}, {kCutHeightEdit, "3"}})
-      .Dialog(kLayerDialog, {}, "cancel")
-      .Key(GetParam());
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["path"], session.Path("cut002.cut"));
+  session.Dialog(kCutDialog, {{kCutWidthEdit, "8"}, {kCutHeightEdit, "3"}}).Dialog(kLayerDialog, {}, "cancel");
+  session.Key(GetParam());
+  EXPECT_EQ(session.Cut()["path"], session.Path("cut002.cut"));
   const std::string key = GetParam();
   const size_t place = key == "F10" || key == "Shift+F3" ? 1 : 0;
-  ASSERT_EQ(session.StateAt(state)["film"]["cuts"].size(), 2U);
-  EXPECT_EQ(session.StateAt(state)["film"]["cuts"][place]["name"], session.Path("cut002.cut"));
+  ASSERT_EQ(session.NowState()["film"]["cuts"].size(), 2U);
+  EXPECT_EQ(session.NowState()["film"]["cuts"][place]["name"], session.Path("cut002.cut"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Routing, NumberedCutKey, testing::Values("F10", "Shift+F3", "F11", "Shift+F2"));
 
 }  // namespace
+}  // namespace rules

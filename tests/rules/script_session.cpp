@@ -35,10 +35,14 @@ std::string ReadWhole(const std::string& path) {
   return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
 }
 
-std::string Numbered(std::string_view stem, int number, std::string_view extension) {
-  std::string name(stem);
-  name.append("-").append(std::to_string(number)).append(extension);
-  return name;
+Area AreaOf(const nlohmann::json& numbers) {
+  Area area = {-1, -1, -1, -1};
+  if (!numbers.is_array() || numbers.size() != area.size()) {
+    ADD_FAILURE() << numbers << " is no rectangle";
+    return area;
+  }
+  for (size_t i = 0; i < area.size(); ++i) area[i] = numbers[i].get<int>();
+  return area;
 }
 
 }  // namespace
@@ -184,19 +188,44 @@ std::string PlainCell(int color) {
   return Checksum(std::string(12, static_cast<char>(color * 17)));
 }
 
-ScriptSession::ScriptSession() {
-  std::string form = (std::filesystem::temp_directory_path() / "sorvel-rules-XXXXXX").string();
-  if (mkdtemp(form.data()) == nullptr) ADD_FAILURE() << "no temporary folder";
-  folder = form;
+ScriptSession::ScriptSession(const ScriptSession& other)
+    : files(other.files),
+      script(other.script),
+      startSettings(other.startSettings),
+      lineCount(other.lineCount),
+      needsRun(true) {
+  if (!other.folder.empty()) ADD_FAILURE() << "a session with a folder is copied";
 }
 
 ScriptSession::~ScriptSession() {
   std::error_code ignored;
-  std::filesystem::remove_all(folder, ignored);
+  if (!folder.empty()) std::filesystem::remove_all(folder, ignored);
+}
+
+void ScriptSession::MakeFolder() const {
+  std::string form = (std::filesystem::temp_directory_path() / "sorvel-rules-XXXXXX").string();
+  if (mkdtemp(form.data()) == nullptr) ADD_FAILURE() << "no temporary folder";
+  folder = form;
+  for (const auto& [name, bytes] : files) std::ofstream(folder + "/" + name, std::ios::binary) << bytes;
+}
+
+void ScriptSession::ExpectAllRun() const {
+  EXPECT_FALSE(hasRun && needsRun) << "the last lines never ran:\n" << script;
+}
+
+ScriptSession& ScriptSession::Then(const ScriptSession& other) {
+  for (const auto& [name, bytes] : other.files) Write(name, bytes);
+  if (!other.startSettings.empty()) SetSettings(other.startSettings);
+  script.append(other.script);
+  lineCount += other.lineCount;
+  needsRun = true;
+  return *this;
 }
 
 ScriptSession& ScriptSession::Line(std::string_view text) {
   script.append(text).append("\n");
+  ++lineCount;
+  needsRun = true;
   return *this;
 }
 
@@ -265,8 +294,7 @@ ScriptSession& ScriptSession::Open(std::string_view path) {
 }
 
 ScriptSession& ScriptSession::OpenCut(std::string_view name, const CutFile& file) {
-  Write(name, file.Bytes());
-  return Open(Path(name));
+  return Write(name, file.Bytes()).Open(name);
 }
 
 ScriptSession& ScriptSession::Select(int id, const std::vector<int>& lines) {
@@ -325,31 +353,41 @@ ScriptSession& ScriptSession::NewCutWithoutLayer(const NewCutValues& values) {
 }
 
 ScriptSession& ScriptSession::SaveCutAs(std::string_view name) {
-  return File(Path(name)).Command(kCommandSaveCutAs);
+  return File(name).Command(kCommandSaveCutAs);
 }
 
-int ScriptSession::State() {
-  Line("state " + Quoted(Path(Numbered("state", states, ".json"))));
-  return states++;
+namespace {
+
+struct ResultName {
+  const char* action;
+  const char* extension;
+};
+
+constexpr ResultName resultNames[] = {{"state", ".json"}, {"view", ".bmp"}, {"screen", ".bmp"}, {"player", ".pgm"}};
+
+}  // namespace
+
+int ScriptSession::Ask(ResultKind kind) {
+  Results& of = results[kind];
+  of.lines = lineCount;
+  const ResultName& name = resultNames[kind];
+  const std::string number = std::to_string(of.count);
+  script.append(name.action).append(" ").append(name.action).append("-").append(number).append(name.extension);
+  script.append("\n");
+  needsRun = true;
+  return of.count++;
 }
 
-int ScriptSession::View() {
-  Line("view " + Quoted(Path(Numbered("view", views, ".bmp"))));
-  return views++;
+std::string ScriptSession::ResultPath(ResultKind kind, int number) {
+  if (number == kNow) number = results[kind].lines == lineCount ? results[kind].count - 1 : Ask(kind);
+  RunAll();
+  return Path(std::string(resultNames[kind].action) + "-" + std::to_string(number) + resultNames[kind].extension);
 }
 
-int ScriptSession::Screen() {
-  Line("screen " + Quoted(Path(Numbered("screen", screens, ".bmp"))));
-  return screens++;
-}
-
-int ScriptSession::Player() {
-  Line("player " + Quoted(Path(Numbered("player", players, ".pgm"))));
-  return players++;
-}
-
-void ScriptSession::SetSettings(const std::string& bytes) {
+ScriptSession& ScriptSession::SetSettings(const std::string& bytes) {
+  startSettings = bytes;
   Write("settings.ini", bytes);
+  return *this;
 }
 
 std::string ScriptSession::Settings() const {
@@ -373,6 +411,7 @@ std::string ScriptSession::Setting(const std::string& section, const std::string
 }
 
 std::string ScriptSession::Path(std::string_view name) const {
+  if (folder.empty()) MakeFolder();
   std::string path = folder;
   return path.append("/").append(name);
 }
@@ -387,7 +426,7 @@ std::string ScriptSession::Bytes(std::string_view name) const {
 
 std::vector<std::string> ScriptSession::Files() const {
   std::vector<std::string> names;
-  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+  for (const auto& entry : std::filesystem::directory_iterator(Path(""))) {
     const std::string name = entry.path().filename().string();
     const std::string stem = name.substr(0, name.find('-'));
     const bool result = name.find('-') != std::string::npos &&
@@ -399,12 +438,16 @@ std::vector<std::string> ScriptSession::Files() const {
   return names;
 }
 
-void ScriptSession::Write(std::string_view name, std::string_view bytes) const {
-  std::ofstream(Path(name), std::ios::binary) << bytes;
+ScriptSession& ScriptSession::Write(std::string_view name, std::string_view bytes) {
+  if (folder.empty()) {
+    files.emplace_back(name, bytes);
+  } else {
+    std::ofstream(Path(name), std::ios::binary) << bytes;
+  }
+  return *this;
 }
 
-void ScriptSession::WriteBitmap(std::string_view name, int width, int height,
-                                const std::vector<uint32_t>& pixels) const {
+void ScriptSession::WriteBitmap(std::string_view name, int width, int height, const std::vector<uint32_t>& pixels) {
   const size_t pitch = (static_cast<size_t>(width) * 3 + 3) / 4 * 4;
   const size_t size = pitch * static_cast<size_t>(height);
   std::string bytes = "BM";
@@ -434,6 +477,12 @@ void ScriptSession::Run(int expectedStatus) {
   RunProgram({kProgramPath, "run", Path("script.txt"), "--settings", Path("settings.ini")}, expectedStatus);
 }
 
+void ScriptSession::RunAll() {
+  if (!needsRun) return;
+  if (hasRun) Write("settings.ini", startSettings);
+  Run();
+}
+
 void ScriptSession::RunCopy(const std::string& name, int expectedStatus) {
   Write("script.txt", script);
   std::error_code failure;
@@ -443,12 +492,16 @@ void ScriptSession::RunCopy(const std::string& name, int expectedStatus) {
 }
 
 void ScriptSession::RunProgram(std::vector<std::string> words, int expectedStatus) {
+  hasRun = true;
+  needsRun = false;
+  readStates.clear();
   std::vector<char*> arguments;
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
   const std::string errorPath = Path("errors.txt");
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_addchdir_np(&actions, Path("").c_str());
   posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
   posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, Path("output.txt").c_str(), O_WRONLY | O_CREAT | O_TRUNC,
                                    0644);
@@ -475,33 +528,29 @@ void ScriptSession::RunProgram(std::vector<std::string> words, int expectedStatu
 void ScriptSession::Restart() {
   script.clear();
   errors.clear();
-  states = views = screens = players = 0;
+  lineCount = 0;
+  results = {};
+  readStates.clear();
+  startSettings = Settings();
+  hasRun = needsRun = false;
 }
 
-nlohmann::json ScriptSession::StateAt(int number) const {
-  const std::string text = ReadWhole(Path(Numbered("state", number, ".json")));
+nlohmann::json ScriptSession::StateAt(int number) {
+  const std::string path = ResultPath(kState, number);
+  if (number == kNow) number = results[kState].count - 1;
+  const auto read = readStates.find(number);
+  if (read != readStates.end()) return read->second;
+  const std::string text = ReadWhole(path);
   nlohmann::json state = nlohmann::json::parse(text, nullptr, false);
   if (state.is_discarded()) {
     ADD_FAILURE() << "state " << number << " can't be read: " << text;
     return nullptr;
   }
-  return state;
-}
-
-PixelMatrix ScriptSession::ViewAt(int number) const {
-  return PixelMatrix::FromBitmap(Path(Numbered("view", number, ".bmp")));
-}
-
-PixelMatrix ScriptSession::ScreenAt(int number) const {
-  return PixelMatrix::FromBitmap(Path(Numbered("screen", number, ".bmp")));
-}
-
-PixelMatrix ScriptSession::PlayerAt(int number) const {
-  return PixelMatrix::FromGreyMap(Path(Numbered("player", number, ".pgm")));
+  return readStates[number] = state;
 }
 
 // Absent members give null here rather than ending the test program, so that the test fails with a value to see.
-nlohmann::json ScriptSession::Cut(int state) const {
+nlohmann::json ScriptSession::Cut(int state) {
   const nlohmann::json whole = StateAt(state);
   if (!whole.is_object() || !whole.contains("cuts")) return nullptr;
   for (const nlohmann::json& cut : whole["cuts"]) {
@@ -510,28 +559,41 @@ nlohmann::json ScriptSession::Cut(int state) const {
   return nullptr;
 }
 
-nlohmann::json ScriptSession::Frame(int state) const {
+nlohmann::json ScriptSession::Frame(int state) {
   const nlohmann::json cut = Cut(state);
   if (!cut.is_object()) return nullptr;
-  return Frame(state, cut.value("currentFrame", size_t{0}));
+  return FrameAt(cut.value("currentFrame", size_t{0}), state);
 }
 
-nlohmann::json ScriptSession::Frame(int state, size_t frame) const {
+nlohmann::json ScriptSession::FrameAt(size_t frame, int state) {
   const nlohmann::json cut = Cut(state);
   if (!cut.is_object() || frame >= cut["frames"].size()) return nullptr;
   return cut["frames"][frame];
 }
 
-nlohmann::json ScriptSession::Record(int state, size_t record) const {
+nlohmann::json ScriptSession::RecordAt(size_t record, int state) {
   const nlohmann::json frame = Frame(state);
   if (!frame.is_object() || record >= frame["records"].size()) return nullptr;
   return frame["records"][record];
 }
 
-nlohmann::json ScriptSession::CurrentRecord(int state) const {
+nlohmann::json ScriptSession::CurrentRecord(int state) {
   const nlohmann::json frame = Frame(state);
   if (!frame.is_object()) return nullptr;
-  return Record(state, frame.value("currentRecord", size_t{0}));
+  return RecordAt(frame.value("currentRecord", size_t{0}), state);
+}
+
+Area ScriptSession::NowUndoRect() {
+  return AreaOf(Cut()["undoRect"]);
+}
+
+Area ScriptSession::NowSelection() {
+  return AreaOf(Cut()["selection"]);
+}
+
+bool ScriptSession::HasSelection() {
+  const Area selection = NowSelection();
+  return selection[0] < selection[2] && selection[1] < selection[3];
 }
 
 std::string Quoted(std::string_view word) {

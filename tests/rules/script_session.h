@@ -1,9 +1,15 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <array>
 #include <cstdint>
+#include <initializer_list>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace rules {
@@ -105,18 +111,29 @@ struct DialogValue {
 };
 using DialogValues = std::vector<DialogValue>;
 
-// One script for the console program: lines are collected, then `Run` writes them to a file in a folder of this
-// object's own and runs the program with them. The folder goes away with the object. `State` and the pictures may
-// stand anywhere between the lines; they are read back by number after the run, in the order in which they were asked.
+// The number of the state or picture at the end of the lines so far.
+constexpr int kNow = -1;
+
+// Left, top, width and height, or left, top, right and bottom of a selection.
+using Area = std::array<int, 4>;
+
+// One script for the console program: lines are collected, then written to a file in a folder of this object's own, and
+// the program is run with them in that folder, so that relative paths of the script are of files there. The folder is
+// made when it is first needed, and goes away with the object. `State` and the pictures may stand anywhere between the
+// lines; they are read back by number, in the order in which they were asked, or by `kNow`. The first such read after a
+// line runs the whole script, from the settings that it started with; what else the lines leave behind, such as files,
+// is there after a `Run`. A copy of an object without a folder is a script of its own; others can't be copied.
 class ScriptSession {
  public:
-  ScriptSession();
+  ScriptSession() = default;
   ~ScriptSession();
-  ScriptSession(const ScriptSession&) = delete;
+  ScriptSession(const ScriptSession& other);
   ScriptSession& operator=(const ScriptSession&) = delete;
 
   // Adds one line as it stands.
   ScriptSession& Line(std::string_view text);
+  // Adds the lines of another script, which has no results, and its files and settings.
+  ScriptSession& Then(const ScriptSession& other);
   ScriptSession& Command(int id);
   ScriptSession& Key(std::string_view name);
   ScriptSession& Keys(std::string_view name, int count);
@@ -145,6 +162,31 @@ class ScriptSession {
   ScriptSession& Activate(int window);
   ScriptSession& Close();
   ScriptSession& Exit();
+
+  // Mouse messages in the window of the active cut.
+  ScriptSession& Press(int x, int y, std::string_view keys = "") { return Mouse("ldown", x, y, keys); }
+  ScriptSession& Move(int x, int y, std::string_view keys = "") { return Mouse("move", x, y, keys); }
+  ScriptSession& Release(int x, int y, std::string_view keys = "") { return Mouse("lup", x, y, keys); }
+  ScriptSession& RightRelease(int x, int y, std::string_view keys = "") { return Mouse("rup", x, y, keys); }
+  // A left press and release in the picker's square of this column (0 to 15) and row (0 to 3).
+  ScriptSession& Pick(int column, int row);
+  // The plain ink of an index out of 0 to 4 and 9 to 14.
+  ScriptSession& PickPlain(int index);
+  // The size step, 0 to 7.
+  ScriptSession& PickSize(int step) { return Pick(8 + step, 0); }
+  // Protects these indices and no others.
+  ScriptSession& Mask(std::initializer_list<int> indices);
+  ScriptSession& Grid(int width, int height);
+  // Commits and repaints with its two pulses; on a cut of one frame that is all.
+  ScriptSession& Repaint();
+  // Draws a selection with the area tool.
+  ScriptSession& SelectArea(int left, int top, int right, int bottom);
+  // Fills a rectangle of the window with one index, and goes back to the free pen, to plain black and to no mask.
+  ScriptSession& FillArea(int x, int y, int width, int height, int index);
+  // Draws one line of index 8 in the same way.
+  ScriptSession& DrawInkLine(int fromX, int fromY, int toX, int toY);
+  ScriptSession& AddLayer(std::string_view name, int width, int height);
+
   // Queues the two dialogs and runs the new cut command: a cut of one frame with one record of one layer.
   ScriptSession& NewCut(const NewCutValues& values = {});
   // New cut with the layer dialog cancelled: one frame without records.
@@ -153,13 +195,13 @@ class ScriptSession {
   ScriptSession& SaveCutAs(std::string_view name);
 
   // Each gives the number by which the result is asked after the run; numbers of each kind start at 0.
-  int State();
-  int View();
-  int Screen();
-  int Player();
+  int State() { return Ask(kState); }
+  int View() { return Ask(kView); }
+  int Screen() { return Ask(kScreen); }
+  int Player() { return Ask(kPlayer); }
 
   // The text of the settings file that the run starts with; without it there is none. Bytes, not converted.
-  void SetSettings(const std::string& bytes);
+  ScriptSession& SetSettings(const std::string& bytes);
   // The settings file's bytes now; empty when there is none.
   std::string Settings() const;
   // The value of a key in the settings file, or "(none)".
@@ -172,9 +214,10 @@ class ScriptSession {
   std::string Bytes(std::string_view name) const;
   // Names of the files and folders in this session's folder that aren't this helper's own, sorted.
   std::vector<std::string> Files() const;
-  void Write(std::string_view name, std::string_view bytes) const;
+  // Writes a file into this session's folder at once, or when the folder is made.
+  ScriptSession& Write(std::string_view name, std::string_view bytes);
   // Writes a 24-bit bitmap file, rows given from the top, 0xRRGGBB.
-  void WriteBitmap(std::string_view name, int width, int height, const std::vector<uint32_t>& pixels) const;
+  void WriteBitmap(std::string_view name, int width, int height, const std::vector<uint32_t>& pixels);
 
   // Runs the program once; a later call runs the same lines again. The running test fails when the exit status isn't
   // the one expected, when the program was ended by a signal, or when it took more than 20 s.
@@ -182,36 +225,70 @@ class ScriptSession {
   // The same with a copy of the program under this name in the session's folder, and without naming a settings file:
   // the program looks for its files beside itself.
   void RunCopy(const std::string& name, int expectedStatus = 0);
+  // Runs the script when lines were added since the last run.
+  void RunAll();
   // Forgets the lines and the numbers given out, and keeps the folder and the settings file: the next start of the
   // program by the same user.
   void Restart();
+  // Fails the running test when lines were added after the last run.
+  void ExpectAllRun() const;
   // Standard error of the last run.
   const std::string& Errors() const { return errors; }
 
   // A state that doesn't exist fails the running test and gives null.
-  nlohmann::json StateAt(int number) const;
-  PixelMatrix ViewAt(int number) const;
-  PixelMatrix ScreenAt(int number) const;
-  PixelMatrix PlayerAt(int number) const;
+  nlohmann::json StateAt(int number);
+  nlohmann::json NowState() { return StateAt(kNow); }
+  PixelMatrix ViewAt(int number) { return PixelMatrix::FromBitmap(ResultPath(kView, number)); }
+  PixelMatrix NowView() { return ViewAt(kNow); }
+  PixelMatrix ScreenAt(int number) { return PixelMatrix::FromBitmap(ResultPath(kScreen, number)); }
+  PixelMatrix NowScreen() { return ScreenAt(kNow); }
+  PixelMatrix PlayerAt(int number) { return PixelMatrix::FromGreyMap(ResultPath(kPlayer, number)); }
 
   // The active cut of that state, or null when there is none.
-  nlohmann::json Cut(int state) const;
+  nlohmann::json Cut(int state = kNow);
   // The active cut's current frame.
-  nlohmann::json Frame(int state) const;
-  nlohmann::json Frame(int state, size_t frame) const;
-  nlohmann::json Record(int state, size_t record) const;
-  nlohmann::json CurrentRecord(int state) const;
+  nlohmann::json Frame(int state = kNow);
+  nlohmann::json FrameAt(size_t frame, int state = kNow);
+  // A record of the current frame.
+  nlohmann::json RecordAt(size_t record, int state = kNow);
+  nlohmann::json CurrentRecord(int state = kNow);
+  Area NowUndoRect();
+  // Left, top, right and bottom.
+  Area NowSelection();
+  bool HasSelection();
 
  private:
+  enum ResultKind { kState, kView, kScreen, kPlayer, kResultKinds };
+  struct Results {
+    int count = 0;
+    int lines = -1;  // of the script when the last one was asked
+  };
+
+  int Ask(ResultKind kind);
+  std::string ResultPath(ResultKind kind, int number);
   void RunProgram(std::vector<std::string> words, int expectedStatus);
 
-  std::string folder;
+  void MakeFolder() const;
+
+  mutable std::string folder;
+  // What the folder will have when it is made.
+  std::vector<std::pair<std::string, std::string>> files;
   std::string script;
   std::string errors;
-  int states = 0;
-  int views = 0;
-  int screens = 0;
-  int players = 0;
+  std::string startSettings;
+  // Lines that aren't questions.
+  int lineCount = 0;
+  std::array<Results, kResultKinds> results;
+  std::map<int, nlohmann::json> readStates;
+  bool hasRun = false;
+  bool needsRun = false;
+};
+
+// A test with a session that starts without a cut.
+struct SessionTest : testing::Test {
+  void TearDown() override { session.ExpectAllRun(); }
+
+  ScriptSession session;
 };
 
 // The word in double quotes, with the escapes that a script needs.

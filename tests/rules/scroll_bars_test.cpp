@@ -13,12 +13,12 @@ namespace {
 using Place = std::pair<int, int>;
 
 Place ScrollOf(DrawingSession& session) {
-  const nlohmann::json cut = session.NowCut();
+  const nlohmann::json cut = session.Cut();
   return {cut["scrollX"].get<int>(), cut["scrollY"].get<int>()};
 }
 
-struct Scrolling : testing::Test {
-  Scrolling() : session({.width = 200, .height = 150, .clientWidth = 64, .clientHeight = 48}) {}
+struct Scrolling : DrawingTest {
+  Scrolling() : DrawingTest({.width = 200, .height = 150, .clientWidth = 64, .clientHeight = 48}) {}
   void Scroll(const std::string& bar, const std::string& code) { session.Line("scroll " + bar + " " + code); }
   Place Now() { return ScrollOf(session); }
   // Double size, from 1/1, with the position at the origin.
@@ -29,7 +29,6 @@ struct Scrolling : testing::Test {
     Scroll("h", "thumbposition 0");
     Scroll("v", "thumbposition 0");
   }
-  DrawingSession session;
 };
 
 TEST_F(Scrolling, AWindowStartsAtTheOrigin) {
@@ -116,8 +115,7 @@ TEST_F(Scrolling, ThumbPositionsAreMultiplesOfTheZoom) {
 
 TEST_F(Scrolling, APageAtTripleSizeIsAMultipleOfTheZoom) {
   ZoomIn();
-  session.Command(kToolZoom);
-  session.Press(0, 0);
+  session.Command(kToolZoom).Press(0, 0);
   Scroll("h", "thumbposition 0");
   Scroll("v", "thumbposition 0");
   Scroll("h", "pagedown");
@@ -136,9 +134,7 @@ TEST_F(Scrolling, TheMouseMeetsTheScrolledPicture) {
   Scroll("h", "thumbposition 50");
   Scroll("v", "thumbposition 30");
   session.Press(10, 5);
-  InkModel model(200, 150);
-  model.Set(60, 35, 1);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Set(60, 35, 1)));
 }
 
 TEST_F(Scrolling, AtHalfSizeTheHorizontalTotalIsThatOfFullSize) {
@@ -150,8 +146,7 @@ TEST_F(Scrolling, AtHalfSizeTheHorizontalTotalIsThatOfFullSize) {
 
 TEST_F(Scrolling, AThumbIsIgnoredOnAPictureOfMoreThan65535Pixels) {
   DrawingSession wide({.width = 22000, .height = 10, .clientWidth = 64, .clientHeight = 10});
-  wide.Command(kToolZoom).Mouse("ldown", 0, 0);
-  wide.Line("scroll h thumbposition 30");
+  wide.Command(kToolZoom).Mouse("ldown", 0, 0).Line("scroll h thumbposition 30");
   EXPECT_EQ(ScrollOf(wide).first, 30);
   wide.Mouse("ldown", 0, 0);
   const int before = ScrollOf(wide).first;
@@ -161,8 +156,7 @@ TEST_F(Scrolling, AThumbIsIgnoredOnAPictureOfMoreThan65535Pixels) {
 
 TEST_F(Scrolling, AVerticalThumbIsIgnoredOnAPictureOfMoreThan65535Pixels) {
   DrawingSession high({.width = 10, .height = 22000, .clientWidth = 10, .clientHeight = 48});
-  high.Command(kToolZoom).Mouse("ldown", 0, 0);
-  high.Line("scroll v thumbposition 30");
+  high.Command(kToolZoom).Mouse("ldown", 0, 0).Line("scroll v thumbposition 30");
   EXPECT_EQ(ScrollOf(high).second, 30);
   high.Mouse("ldown", 0, 0);
   const int before = ScrollOf(high).second;
@@ -260,9 +254,7 @@ TEST_F(Panning, PositionsAreMultiplesOfTheZoom) {
 }
 
 TEST_F(Panning, WithoutBothKeysNothingMoves) {
-  session.Move(30, 20, "ctrl");
-  session.Move(20, 15, "ctrl");
-  session.Move(10, 10, "shift");
+  session.Move(30, 20, "ctrl").Move(20, 15, "ctrl").Move(10, 10, "shift");
   EXPECT_EQ(Now(), (Place{0, 0}));
 }
 
@@ -279,32 +271,28 @@ TEST_F(Panning, AMoveWithoutTheKeysEndsIt) {
 TEST_F(Panning, TheToolSeesNothingOfIt) {
   Pan(30, 20);
   Pan(20, 15);
-  EXPECT_TRUE(Shows(session.NowView(), InkModel(200, 150)));
+  EXPECT_TRUE(ViewShows(InkModel(200, 150)));
 }
 
 TEST_F(Panning, ItsStartSendsAPulse) {
   session.Move(40, 30);
   Pan(30, 20);
-  EXPECT_TRUE(Shows(session.NowView(), InkModel(200, 150)));
+  EXPECT_TRUE(ViewShows(InkModel(200, 150)));
 }
 
 TEST_F(Panning, ASmallPictureStaysAndItsToolSeesNothing) {
   DrawingSession small({.clientWidth = 84, .clientHeight = 68});
   const Place before = ScrollOf(small);
-  small.Move(30, 20, "ctrl shift");
-  small.Move(20, 15, "ctrl shift");
+  small.Move(30, 20, "ctrl shift").Move(20, 15, "ctrl shift");
   EXPECT_EQ(ScrollOf(small), before);
   EXPECT_TRUE(Shows(small.NowView(), InkModel()));
 }
 
 TEST_F(Panning, AStrokeUnderThePanGetsNoSegment) {
-  session.Command(kCommandMuraRemoval);
-  session.Press(30, 20);
+  session.Command(kCommandMuraRemoval).Press(30, 20);
   Pan(40, 20);
   Pan(40, 20);
-  InkModel model(200, 150);
-  model.Set(30, 20, 1);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  EXPECT_TRUE(ViewShows(model.Set(30, 20, 1)));
 }
 
 }  // namespace

@@ -17,12 +17,12 @@ inline std::string TextOf(const nlohmann::json& value) {
 }
 
 // What the control of this number holds.
-inline nlohmann::json PanelOf(const ScriptSession& session, int state, const std::string& id) {
+inline nlohmann::json PanelOf(ScriptSession& session, const std::string& id, int state = kNow) {
   nlohmann::json whole = session.StateAt(state);
   return whole["panels"][id];
 }
 
-inline nlohmann::json Player(const ScriptSession& session, int state) {
+inline nlohmann::json PlayerOf(ScriptSession& session, int state = kNow) {
   nlohmann::json whole = session.StateAt(state);
   return whole["player"];
 }
@@ -33,7 +33,7 @@ inline std::string SizeTitle(size_t size) {
 }
 
 // The marks that the active cut has: whether it differs from its file, and what of its stream is older than it.
-inline std::string MarksOf(const ScriptSession& session, int state) {
+inline std::string MarksOf(ScriptSession& session, int state = kNow) {
   std::string marks;
   nlohmann::json cut = session.Cut(state);
   for (const char* mark : {"modified", "imagesStale", "timingStale"}) {
@@ -45,7 +45,7 @@ inline std::string MarksOf(const ScriptSession& session, int state) {
 }
 
 // The properties of the active cut, as in "240 x 180, 24 fps, antialias 0, credit [Someone]".
-inline std::string PropertiesOf(const ScriptSession& session, int state) {
+inline std::string PropertiesOf(ScriptSession& session, int state = kNow) {
   nlohmann::json cut = session.Cut(state);
   std::string text = cut["width"].dump() + " x " + cut["height"].dump() + ", " + cut["fps"].dump();
   return text + " fps, antialias " + cut["antialias"].dump() + ", credit [" + TextOf(cut["credit"]) + "]";
@@ -53,7 +53,7 @@ inline std::string PropertiesOf(const ScriptSession& session, int state) {
 
 // One whole number out of each frame of the active cut, -999 where there is none. `place` is a JSON pointer into the
 // frame.
-inline std::vector<int> OfEachFrame(const ScriptSession& session, int state, const std::string& place) {
+inline std::vector<int> OfEachFrame(ScriptSession& session, const std::string& place, int state = kNow) {
   std::vector<int> numbers;
   const nlohmann::json::json_pointer pointer(place);
   nlohmann::json cut = session.Cut(state);

@@ -3,289 +3,137 @@
 #include <string>
 
 #include "resources/ids.h"
+#include "rules/rule_table.h"
 #include "rules/script_session.h"
 #include "rules/session_state.h"
 
+namespace rules {
 namespace {
 
 using nlohmann::json;
-using rules::CutFile;
-using rules::MarksOf;
-using rules::NewCutValues;
-using rules::PropertiesOf;
-using rules::ScriptSession;
 
 // A new cut whose layer is saved and opened as a cut of its own.
 ScriptSession& OpenLayerOf(ScriptSession& session, const NewCutValues& values = {}) {
-  return session.NewCut(values).File(session.Path("a.lyr")).Command(kCommandSaveLayer).Open(session.Path("a.lyr"));
+  return session.NewCut(values).File("a.lyr").Command(kCommandSaveLayer).Open("a.lyr");
 }
 
-TEST(NewCut, DialogStartsWithTheDefaults) {
-  ScriptSession session;
-  session.Dialog(kCutDialog, {}).Dialog(kLayerDialog, {}, "cancel").Command(kCommandNewCut);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(PropertiesOf(session, state), "240 x 180, 24 fps, antialias 0, credit []");
-}
+const Rules<SessionTest, "NewCut"> kNewCutRules = {
+    {"DialogStartsWithTheDefaults",
+     Do().Dialog(kCutDialog, {}).Dialog(kLayerDialog, {}, "cancel").Command(kCommandNewCut),
+     Has("cut/properties", "240 x 180, 24 fps, antialias 0, credit []")},
+    {"DialogStartsWithTheSettings",
+     Do().SetSettings("[OnNewCut]\r\nwidth=50\r\nheight=40\r\nfps=12\r\nanti=2\r\ncredit=Someone\r\n"),
+     Do().Dialog(kCutDialog, {}).Dialog(kLayerDialog, {}, "cancel").Command(kCommandNewCut),
+     Has("cut/properties", "50 x 40, 12 fps, antialias 2, credit [Someone]")},
+    {"OkWritesTheFiveKeys",
+     Do().NewCutWithoutLayer({.width = 50, .height = 40, .fps = 12, .antialias = 1, .credit = "Someone"}),
+     Has("settings/OnNewCut/width", "50", "settings/OnNewCut/height", "40", "settings/OnNewCut/fps", "12",
+         "settings/OnNewCut/anti", "1", "settings/OnNewCut/credit", "Someone")},
+    {"CancelMakesNothingAndWritesNothing",
+     Do().Dialog(kCutDialog, {{kCutWidthEdit, "50"}}, "cancel").Command(kCommandNewCut),
+     Has("cuts/#", 0, "settings/OnNewCut/width", "(none)")},
+    {"WithoutLayerIsUnmodifiedAndNeedsCompiling", Do().NewCutWithoutLayer(), Has("cut/marks", "imagesStale")},
+    {"LayerDialogCancelledLeavesOneFrameWithoutRecords", Do().NewCutWithoutLayer(),
+     Has("cut/frames/#", 1, "cut/layers/#", 0, "cut/frame/records/#", 0, "cut/frame/currentRecord", -1)},
+    {"WithLayerIsModified", Do().NewCut(), Has("cut/marks", "modified imagesStale timingStale")},
+    {"WindowIsTitledCutUntilItHasAFile", Do().NewCutWithoutLayer(), Has("cut/title", "Cut"),
+     Do().SaveCutAs("named.cut"), Has("cut/title", "named.cut")},
+    {"FrameSizeIsTheCutSize", Do().NewCutWithoutLayer({.width = 50, .height = 40}),
+     Has("cut/frameWidth", 50, "cut/frameHeight", 40)},
+};
 
-TEST(NewCut, DialogStartsWithTheSettings) {
-  ScriptSession session;
-  session.SetSettings("[OnNewCut]\r\nwidth=50\r\nheight=40\r\nfps=12\r\nanti=2\r\ncredit=Someone\r\n");
-  session.Dialog(kCutDialog, {}).Dialog(kLayerDialog, {}, "cancel").Command(kCommandNewCut);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(PropertiesOf(session, state), "50 x 40, 12 fps, antialias 2, credit [Someone]");
-}
+using OpenCut = SessionTest;
 
-TEST(NewCut, OkWritesTheFiveKeys) {
-  ScriptSession session;
-  session.NewCutWithoutLayer({.width = 50, .height = 40, .fps = 12, .antialias = 1, .credit = "Someone"}).Run();
-  EXPECT_EQ(session.Setting("OnNewCut", "width"), "50");
-  EXPECT_EQ(session.Setting("OnNewCut", "height"), "40");
-  EXPECT_EQ(session.Setting("OnNewCut", "fps"), "12");
-  EXPECT_EQ(session.Setting("OnNewCut", "anti"), "1");
-  EXPECT_EQ(session.Setting("OnNewCut", "credit"), "Someone");
-}
-
-TEST(NewCut, CancelMakesNothingAndWritesNothing) {
-  ScriptSession session;
-  session.Dialog(kCutDialog, {{kCutWidthEdit, "50"}}, "cancel").Command(kCommandNewCut);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 0U);
-  EXPECT_EQ(session.Setting("OnNewCut", "width"), "(none)");
-}
-
-TEST(NewCut, WithoutLayerIsUnmodifiedAndNeedsCompiling) {
-  ScriptSession session;
-  session.NewCutWithoutLayer();
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(MarksOf(session, state), "imagesStale");
-}
-
-TEST(NewCut, LayerDialogCancelledLeavesOneFrameWithoutRecords) {
-  ScriptSession session;
-  session.NewCutWithoutLayer();
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["frames"].size(), 1U);
-  EXPECT_EQ(session.Cut(state)["layers"].size(), 0U);
-  EXPECT_EQ(session.Frame(state)["records"].size(), 0U);
-  EXPECT_EQ(session.Frame(state)["currentRecord"], -1);
-}
-
-TEST(NewCut, WithLayerIsModified) {
-  ScriptSession session;
-  session.NewCut();
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(MarksOf(session, state), "modified imagesStale timingStale");
-}
-
-TEST(NewCut, WindowIsTitledCutUntilItHasAFile) {
-  ScriptSession session;
-  session.NewCutWithoutLayer();
-  const int before = session.State();
-  session.SaveCutAs("named.cut");
-  const int after = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(before)["title"], "Cut");
-  EXPECT_EQ(session.Cut(after)["title"], "named.cut");
-}
-
-TEST(NewCut, FrameSizeIsTheCutSize) {
-  ScriptSession session;
-  session.NewCutWithoutLayer({.width = 50, .height = 40});
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["frameWidth"], 50);
-  EXPECT_EQ(session.Cut(state)["frameHeight"], 40);
-}
-
-TEST(OpenCut, StandsOnTheLastFrameWithTheTopmostRecord) {
-  ScriptSession session;
+TEST_F(OpenCut, StandsOnTheLastFrameWithTheTopmostRecord) {
   CutFile file = CutFile::Showing({1, 2}, {0, 1, 0});
   file.layers.push_back({.name = "B", .cells = {3}});
   for (auto& frame : file.frames) frame.records.push_back({.layer = 1, .cell = 0});
   session.OpenCut("a.cut", file);
   const int state = session.State();
-  session.Run();
   EXPECT_EQ(session.Cut(state)["currentFrame"], 2);
   EXPECT_EQ(session.Frame(state)["currentRecord"], 1);
-  EXPECT_EQ(session.Frame(state, 0)["currentRecord"], 1);
+  EXPECT_EQ(session.FrameAt(0, state)["currentRecord"], 1);
 }
 
-TEST(OpenCut, IsUnmodifiedButNeedsCompiling) {
-  ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0}));
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(MarksOf(session, state), "imagesStale");
-}
-
-TEST(OpenCut, WindowHasPathAndTitleOfTheFile) {
-  ScriptSession session;
-  session.OpenCut("a.cut", CutFile::WithoutLayers(1));
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["path"], session.Path("a.cut"));
-  EXPECT_EQ(session.Cut(state)["title"], "a.cut");
-}
-
-TEST(OpenCut, CommandAsksForTheFile) {
-  ScriptSession session;
-  session.Write("a.cut", CutFile::WithoutLayers(3).Bytes());
-  session.File(session.Path("a")).Command(kCommandOpenCut);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["path"], session.Path("a.cut"));
-  EXPECT_EQ(session.Cut(state)["frames"].size(), 3U);
-}
-
-TEST(OpenCut, CancelledCommandOpensNothing) {
-  ScriptSession session;
-  session.File("cancel").Command(kCommandOpenCut);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 0U);
-}
-
-TEST(OpenCut, WrongMagicOpensNothing) {
-  ScriptSession session;
+TEST_F(OpenCut, WrongMagicOpensNothing) {
   std::string bytes = CutFile::WithoutLayers(1).Bytes();
   bytes[0] = 's';
   session.Write("a.cut", bytes);
-  session.Open(session.Path("a.cut"));
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 0U);
+  session.Open("a.cut");
+  EXPECT_EQ(session.NowState()["cuts"].size(), 0U);
 }
 
-TEST(OpenCut, ViewShowsTheLastFrameAtOnce) {
-  ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1, 3}, {0, 1}));
-  const int view = session.View();
-  session.Run();
-  EXPECT_EQ(session.ViewAt(view).Count(3), 24);
-}
+const Rules<SessionTest, "OpenCut"> kOpenCutRules = {
+    {"IsUnmodifiedButNeedsCompiling", Do().OpenCut("a.cut", CutFile::Showing({1}, {0})),
+     Has("cut/marks", "imagesStale")},
+    {"WindowHasPathAndTitleOfTheFile", Do().OpenCut("a.cut", CutFile::WithoutLayers(1)),
+     Has("cut/path", "a.cut", "cut/title", "a.cut")},
+    {"CommandAsksForTheFile", Do().Write("a.cut", CutFile::WithoutLayers(3).Bytes()).File("a").Command(kCommandOpenCut),
+     Has("cut/path", "a.cut", "cut/frames/#", 3)},
+    {"CancelledCommandOpensNothing", Do().File("cancel").Command(kCommandOpenCut), Has("cuts/#", 0)},
+    {"ViewShowsTheLastFrameAtOnce", Do().OpenCut("a.cut", CutFile::Showing({1, 3}, {0, 1})), Has("pixels/3", 24)},
+};
 
-TEST(OpenCut, MarksTheFilmsEntryOpen) {
-  ScriptSession session;
+TEST_F(OpenCut, MarksTheFilmsEntryOpen) {
   session.Write("f.flm", "t\na\n10, 10\na.cut\nb.cut\na.cut\n");
-  session.Open(session.Path("f.flm")).OpenCut("a.cut", CutFile::WithoutLayers(1));
-  const int state = session.State();
-  session.Run();
-  json cuts = session.StateAt(state)["film"]["cuts"];
+  session.Open("f.flm").OpenCut("a.cut", CutFile::WithoutLayers(1));
+  json cuts = session.NowState()["film"]["cuts"];
   ASSERT_EQ(cuts.size(), 3U);
-  EXPECT_EQ(cuts[0]["open"], true);
-  EXPECT_EQ(cuts[1]["open"], false);
-  EXPECT_EQ(cuts[2]["open"], true);
+  EXPECT_TRUE(Holds(session, "film/cuts/0/open", true, "film/cuts/1/open", false, "film/cuts/2/open", true));
 }
 
-TEST(OpenLayer, CutTakesItsSizesFromTheLayer) {
-  ScriptSession session;
+using OpenLayer = SessionTest;
+
+TEST_F(OpenLayer, CutTakesItsSizesFromTheLayer) {
   OpenLayerOf(session, {.width = 50, .height = 40, .layerWidth = 21, .layerHeight = 17});
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(PropertiesOf(session, state), "21 x 17, 20 fps, antialias 0, credit []");
-  EXPECT_EQ(session.Cut(state)["frameWidth"], 21);
-  EXPECT_EQ(session.Cut(state)["frameHeight"], 17);
-  EXPECT_EQ(session.Cut(state)["path"], "");
+  EXPECT_TRUE(Holds(session, "cut/properties", "21 x 17, 20 fps, antialias 0, credit []", "cut/frameWidth", 21,
+                    "cut/frameHeight", 17, "cut/path", ""));
 }
 
-TEST(OpenLayer, CountsAsSavedAndCompiled) {
-  ScriptSession session;
+TEST_F(OpenLayer, CountsAsSavedAndCompiled) {
   OpenLayerOf(session);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(MarksOf(session, state), "");
+  EXPECT_EQ(MarksOf(session), "");
 }
 
-TEST(OpenLayer, ClosingAtOnceAsksNothing) {
-  ScriptSession session;
+TEST_F(OpenLayer, ClosingAtOnceAsksNothing) {
   OpenLayerOf(session).Close();
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 1U);
+  EXPECT_EQ(session.NowState()["cuts"].size(), 1U);
 }
 
-TEST(OpenLayer, HasOneFrameShowingTheLayerAtTheOrigin) {
-  ScriptSession session;
+TEST_F(OpenLayer, HasOneFrameShowingTheLayerAtTheOrigin) {
   OpenLayerOf(session, {.layerName = "L"});
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["frames"].size(), 1U);
-  EXPECT_EQ(session.Cut(state)["layers"][0]["name"], "L");
-  EXPECT_EQ(session.Record(state, 0)["x"], 0);
-  EXPECT_EQ(session.Record(state, 0)["y"], 0);
+  EXPECT_TRUE(Holds(session, "cut/frames/#", 1, "cut/layers/0/name", "L", "cut/frame/records/0/x", 0,
+                    "cut/frame/records/0/y", 0));
 }
 
-TEST(OpenLayer, CommandAsksForTheFile) {
-  ScriptSession session;
-  session.NewCut()
-      .File(session.Path("a.lyr"))
-      .Command(kCommandSaveLayer)
-      .File(session.Path("a"))
-      .Command(kCommandOpenLayer);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 2U);
-}
+const Rules<SessionTest, "OpenLayer"> kOpenLayerRules = {
+    {"CommandAsksForTheFile",
+     Do().NewCut().File("a.lyr").Command(kCommandSaveLayer).File("a").Command(kCommandOpenLayer), Has("cuts/#", 2)},
+    {"WrongMagicOpensNothing", Do().Write("a.lyr", std::string("Sorvelin layer\0A\0", 17)).Open("a.lyr"),
+     Has("cuts/#", 0)},
+};
 
-TEST(OpenLayer, WrongMagicOpensNothing) {
-  ScriptSession session;
-  session.Write("a.lyr", std::string("Sorvelin layer\0A\0", 17));
-  session.Open(session.Path("a.lyr"));
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 0U);
-}
+using SaveCutAs = SessionTest;
 
-TEST(SaveCutAs, CommitsThePanelsFirst) {
-  ScriptSession session;
+TEST_F(SaveCutAs, CommitsThePanelsFirst) {
   session.NewCut().Panel(kCommentEdit, "typed").SaveCutAs("a.cut").Run();
   EXPECT_NE(session.Bytes("a.cut").find("typed"), std::string::npos);
 }
 
-TEST(SaveCutAs, CancelCommitsAndSavesNothing) {
-  ScriptSession session;
-  session.NewCut().Panel(kCommentEdit, "typed").File("cancel").Command(kCommandSaveCutAs);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Frame(state)["comment"], "typed");
-  EXPECT_EQ(session.Cut(state)["path"], "");
-  EXPECT_EQ(session.Cut(state)["modified"], true);
-}
+const Rules<SessionTest, "SaveCutAs"> kSaveCutAsRules = {
+    {"CancelCommitsAndSavesNothing",
+     Do().NewCut().Panel(kCommentEdit, "typed").File("cancel").Command(kCommandSaveCutAs),
+     Has("cut/frame/comment", "typed", "cut/path", "", "cut/modified", true)},
+    {"ClearsModifiedAloneAndKeepsTheStaleBits", Do().NewCut().SaveCutAs("a.cut"),
+     Has("cut/marks", "imagesStale timingStale")},
+    {"NameWithoutExtensionGetsCut", Do().NewCut().File("plain").Command(kCommandSaveCutAs),
+     Has("exists/plain.cut", true, "cut/path", "plain.cut")},
+    {"FileThatDoesNotOpenLeavesPathAndTitle",
+     Do().NewCut().SaveCutAs("a.cut").File("nofolder/b.cut").Command(kCommandSaveCutAs),
+     Has("cut/path", "a.cut", "cut/title", "a.cut")},
+};
 
-TEST(SaveCutAs, ClearsModifiedAloneAndKeepsTheStaleBits) {
-  ScriptSession session;
-  session.NewCut().SaveCutAs("a.cut");
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(MarksOf(session, state), "imagesStale timingStale");
-}
-
-TEST(SaveCutAs, NameWithoutExtensionGetsCut) {
-  ScriptSession session;
-  session.NewCut().File(session.Path("plain")).Command(kCommandSaveCutAs);
-  const int state = session.State();
-  session.Run();
-  EXPECT_TRUE(session.Exists("plain.cut"));
-  EXPECT_EQ(session.Cut(state)["path"], session.Path("plain.cut"));
-}
-
-TEST(SaveCutAs, FileThatDoesNotOpenLeavesPathAndTitle) {
-  ScriptSession session;
-  session.NewCut().SaveCutAs("a.cut").File(session.Path("nofolder/b.cut")).Command(kCommandSaveCutAs);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["path"], session.Path("a.cut"));
-  EXPECT_EQ(session.Cut(state)["title"], "a.cut");
-}
-
-TEST(SaveCutAs, SavedFileOpensAgainWithTheSameContent) {
-  ScriptSession session;
+TEST_F(SaveCutAs, SavedFileOpensAgainWithTheSameContent) {
   CutFile file = CutFile::Showing({1, 2, 3}, {0, -2, 2});
   file.frames[1].brightness = -51;
   file.frames[1].time = -3;
@@ -302,13 +150,11 @@ CutFile OnlyTheLastOfThreeLayersInUse() {
   return file;
 }
 
-TEST(SaveCutAs, DropsUnusedLayersButPassesOverTheNextOne) {
-  ScriptSession session;
+TEST_F(SaveCutAs, DropsUnusedLayersButPassesOverTheNextOne) {
   session.OpenCut("a.cut", OnlyTheLastOfThreeLayersInUse()).SaveCutAs("b.cut");
   const int first = session.State();
   session.SaveCutAs("c.cut");
   const int second = session.State();
-  session.Run();
   json layers = session.Cut(first)["layers"];
   ASSERT_EQ(layers.size(), 2U);
   EXPECT_EQ(layers[0]["name"], "B");
@@ -318,184 +164,111 @@ TEST(SaveCutAs, DropsUnusedLayersButPassesOverTheNextOne) {
   EXPECT_EQ(layers[0]["name"], "C");
 }
 
-TEST(OverwriteCut, DropsUnusedLayers) {
-  ScriptSession session;
-  session.OpenCut("a.cut", OnlyTheLastOfThreeLayersInUse()).Command(kCommandOverwriteCut);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["layers"].size(), 2U);
-}
+using OverwriteCut = SessionTest;
 
-TEST(OverwriteCut, WithoutPathOpensTheSaveDialog) {
-  ScriptSession session;
-  session.NewCut().File(session.Path("a.cut")).Command(kCommandOverwriteCut);
-  const int state = session.State();
-  session.Run();
-  EXPECT_TRUE(session.Exists("a.cut"));
-  EXPECT_EQ(session.Cut(state)["path"], session.Path("a.cut"));
-  EXPECT_EQ(session.Cut(state)["modified"], false);
-}
-
-TEST(OverwriteCut, WithoutPathNeedsAnAnswerForItsDialog) {
-  ScriptSession session;
+TEST_F(OverwriteCut, WithoutPathNeedsAnAnswerForItsDialog) {
   session.NewCut().Command(kCommandOverwriteCut).Run(3);
 }
 
-TEST(OverwriteCut, WritesToThePathWithoutADialog) {
-  ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(kCommandBlankCell).Command(kCommandOverwriteCut);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["modified"], false);
-  EXPECT_EQ(session.Bytes("a.cut"), CutFile::Showing({1}, {-1}).Bytes());
-}
-
-TEST(OverwriteCut, DoesNotCommitThePanels) {
-  ScriptSession session;
+TEST_F(OverwriteCut, DoesNotCommitThePanels) {
   session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Panel(kCommentEdit, "typed").Command(kCommandOverwriteCut);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Frame(state)["comment"], "");
+  EXPECT_EQ(session.Frame()["comment"], "");
   EXPECT_EQ(session.Bytes("a.cut").find("typed"), std::string::npos);
 }
 
 // A cut that is renamed into a folder that doesn't exist keeps that path, and can't be written there.
-TEST(OverwriteCut, PathThatCanNotBeWrittenOpensTheSaveDialog) {
-  ScriptSession session;
+TEST_F(OverwriteCut, PathThatCanNotBeWrittenOpensTheSaveDialog) {
   session.OpenCut("b.cut", CutFile::Showing({1}, {0})).Command(kCommandAddCutToFilm);
-  session.Dialog(kRenameDialog, {{kRenameEdit, "nofolder/x"}}).Command(kCommandRenameCut);
-  session.File(session.Path("c.cut")).Command(kCommandOverwriteCut);
+  session.Dialog(kRenameDialog, {{kRenameEdit, "nofolder/x"}}).Command(kCommandRenameCut).File("c.cut");
+  session.Command(kCommandOverwriteCut);
   const int state = session.State();
   session.Run();
   EXPECT_TRUE(session.Exists("c.cut"));
   EXPECT_EQ(session.Cut(state)["path"], session.Path("c.cut"));
 }
 
-TEST(OverwriteCut, WithNoCutOpenDoesNothing) {
-  ScriptSession session;
-  session.Command(kCommandOverwriteCut);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 0U);
-}
+const Rules<SessionTest, "OverwriteCut"> kOverwriteCutRules = {
+    {"DropsUnusedLayers", Do().OpenCut("a.cut", OnlyTheLastOfThreeLayersInUse()).Command(kCommandOverwriteCut),
+     Has("cut/layers/#", 2)},
+    {"WithoutPathOpensTheSaveDialog", Do().NewCut().File("a.cut").Command(kCommandOverwriteCut),
+     Has("exists/a.cut", true, "cut/path", "a.cut", "cut/modified", false)},
+    {"WritesToThePathWithoutADialog",
+     Do().OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(kCommandBlankCell).Command(kCommandOverwriteCut),
+     Has("cut/modified", false, "bytes/a.cut", CutFile::Showing({1}, {-1}).Bytes())},
+    {"WithNoCutOpenDoesNothing", Do().Command(kCommandOverwriteCut), Has("cuts/#", 0)},
+};
 
-TEST(CloseCut, UnmodifiedAsksNothing) {
-  ScriptSession session;
-  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Close();
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 0U);
-}
+using CloseCut = SessionTest;
 
-TEST(CloseCut, ModifiedAsks) {
-  ScriptSession session;
+TEST_F(CloseCut, ModifiedAsks) {
   session.NewCut().Close().Run(3);
 }
 
-TEST(CloseCut, CommitsThePanelsBeforeItAsks) {
-  ScriptSession session;
+TEST_F(CloseCut, CommitsThePanelsBeforeItAsks) {
   session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Panel(kCommentEdit, "typed").Answer("yes").Close().Run();
   EXPECT_NE(session.Bytes("a.cut").find("typed"), std::string::npos);
 }
 
-TEST(CloseCut, AnswerNoLosesTheChange) {
-  ScriptSession session;
-  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Panel(kCommentEdit, "typed").Answer("no").Close();
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Bytes("a.cut"), CutFile::WithoutLayers(1).Bytes());
-  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 0U);
-}
-
-TEST(CloseCut, YesOnAnUntitledCutAndACancelledDialogClosesAndLosesIt) {
-  ScriptSession session;
+TEST_F(CloseCut, YesOnAnUntitledCutAndACancelledDialogClosesAndLosesIt) {
   session.NewCut().Answer("yes").File("cancel").Close();
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 0U);
+  EXPECT_EQ(session.NowState()["cuts"].size(), 0U);
   EXPECT_TRUE(session.Files().empty());
 }
 
-TEST(CloseCut, YesOnAnUntitledCutSavesUnderTheChosenName) {
-  ScriptSession session;
-  session.NewCut().Answer("yes").File(session.Path("late")).Close().Run();
-  EXPECT_TRUE(session.Exists("late.cut"));
-}
-
-TEST(CloseCut, SavingOnCloseDropsUnusedLayers) {
-  ScriptSession session;
-  session.OpenCut("a.cut", OnlyTheLastOfThreeLayersInUse()).Command(kCommandBlankCell).Answer("yes").Close();
-  session.Open(session.Path("a.cut"));
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["layers"].size(), 2U);
-}
-
-TEST(CloseCut, LeavesTheFilmsEntryByNameOnly) {
-  ScriptSession session;
+TEST_F(CloseCut, LeavesTheFilmsEntryByNameOnly) {
   session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Command(kCommandAddCutToFilm).Close();
-  const int state = session.State();
-  session.Run();
-  json cuts = session.StateAt(state)["film"]["cuts"];
+  json cuts = session.NowState()["film"]["cuts"];
   ASSERT_EQ(cuts.size(), 1U);
-  EXPECT_EQ(cuts[0]["open"], false);
-  EXPECT_EQ(cuts[0]["name"], session.Path("a.cut"));
+  EXPECT_TRUE(Holds(session, "film/cuts/0/open", false, "film/cuts/0/name", "a.cut"));
 }
 
-TEST(CloseCut, WindowThatWasActiveBeforeBecomesActive) {
-  ScriptSession session;
-  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).OpenCut("b.cut", CutFile::WithoutLayers(1));
-  session.OpenCut("c.cut", CutFile::WithoutLayers(1)).Activate(0).Activate(2).Close();
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Cut(state)["path"], session.Path("a.cut"));
-}
+const Rules<SessionTest, "CloseCut"> kCloseCutRules = {
+    {"UnmodifiedAsksNothing", Do().OpenCut("a.cut", CutFile::WithoutLayers(1)).Close(), Has("cuts/#", 0)},
+    {"AnswerNoLosesTheChange",
+     Do().OpenCut("a.cut", CutFile::WithoutLayers(1)).Panel(kCommentEdit, "typed").Answer("no").Close(),
+     Has("bytes/a.cut", CutFile::WithoutLayers(1).Bytes(), "cuts/#", 0)},
+    {"YesOnAnUntitledCutSavesUnderTheChosenName", Do().NewCut().Answer("yes").File("late").Close(),
+     Has("exists/late.cut", true)},
+    {"SavingOnCloseDropsUnusedLayers",
+     Do().OpenCut("a.cut", OnlyTheLastOfThreeLayersInUse()).Command(kCommandBlankCell).Answer("yes").Close(),
+     Do().Open("a.cut"), Has("cut/layers/#", 2)},
+    {"WindowThatWasActiveBeforeBecomesActive",
+     Do().OpenCut("a.cut", CutFile::WithoutLayers(1)).OpenCut("b.cut", CutFile::WithoutLayers(1)),
+     Do().OpenCut("c.cut", CutFile::WithoutLayers(1)).Activate(0).Activate(2).Close(), Has("cut/path", "a.cut")},
+};
 
-TEST(CloseAll, NoClosesTheWindowsAllTheSameButEachOneAsks) {
-  ScriptSession session;
+using CloseAll = SessionTest;
+
+TEST_F(CloseAll, NoClosesTheWindowsAllTheSameButEachOneAsks) {
   session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Panel(kCommentEdit, "first");
-  session.OpenCut("b.cut", CutFile::WithoutLayers(1)).Panel(kCommentEdit, "second");
-  session.Answer("no").Answer("no").Answer("yes").Command(kCommandCloseAll);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 0U);
+  session.OpenCut("b.cut", CutFile::WithoutLayers(1)).Panel(kCommentEdit, "second").Answer("no").Answer("no");
+  session.Answer("yes").Command(kCommandCloseAll);
+  EXPECT_EQ(session.NowState()["cuts"].size(), 0U);
   EXPECT_EQ(session.Bytes("b.cut").find("second"), std::string::npos);
   EXPECT_NE(session.Bytes("a.cut").find("first"), std::string::npos);
 }
 
-TEST(CloseAll, YesSavesEveryModifiedCutWithoutAsking) {
-  ScriptSession session;
+TEST_F(CloseAll, YesSavesEveryModifiedCutWithoutAsking) {
   session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Panel(kCommentEdit, "first");
-  session.OpenCut("b.cut", CutFile::WithoutLayers(1)).Panel(kCommentEdit, "second");
-  session.Answer("yes").Command(kCommandCloseAll);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 0U);
+  session.OpenCut("b.cut", CutFile::WithoutLayers(1)).Panel(kCommentEdit, "second").Answer("yes");
+  session.Command(kCommandCloseAll);
+  EXPECT_EQ(session.NowState()["cuts"].size(), 0U);
   EXPECT_NE(session.Bytes("a.cut").find("first"), std::string::npos);
   EXPECT_NE(session.Bytes("b.cut").find("second"), std::string::npos);
 }
 
-TEST(CloseAll, UntitledCutStillComesToTheSaveDialog) {
-  ScriptSession session;
-  session.NewCut().Answer("yes").File(session.Path("kept.cut")).Command(kCommandCloseAll).Run();
-  EXPECT_TRUE(session.Exists("kept.cut"));
-}
+const Rules<SessionTest, "CloseAll"> kCloseAllRules = {
+    {"UntitledCutStillComesToTheSaveDialog", Do().NewCut().Answer("yes").File("kept.cut").Command(kCommandCloseAll),
+     Has("exists/kept.cut", true)},
+    {"DoesNotAskAboutTheFilm",
+     Do().Dialog(kFilmDialog, {{kFilmTitleEdit, "mine"}}).Command(kCommandFilmProperties).Answer("yes"),
+     Do().Command(kCommandCloseAll), Has("film/modified", true)},
+};
 
-TEST(CloseAll, DoesNotAskAboutTheFilm) {
-  ScriptSession session;
-  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "mine"}})
-      .Command(kCommandFilmProperties)
-      .Answer("yes")
-      .Command(kCommandCloseAll);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["film"]["modified"], true);
-}
-
-TEST(CloseAll, AfterwardsACloseAsksAgain) {
-  ScriptSession session;
+TEST_F(CloseAll, AfterwardsACloseAsksAgain) {
   session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Answer("yes").Command(kCommandCloseAll);
   session.OpenCut("b.cut", CutFile::WithoutLayers(1)).Panel(kCommentEdit, "typed").Close().Run(3);
 }
 
 }  // namespace
+}  // namespace rules

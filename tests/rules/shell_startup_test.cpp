@@ -5,88 +5,20 @@
 #include <vector>
 
 #include "resources/ids.h"
+#include "rules/rule_table.h"
 #include "rules/script_session.h"
 
+namespace rules {
 namespace {
 
 using nlohmann::json;
-using rules::CutFile;
-using rules::ScriptSession;
 
 // "ＭＳ Ｐゴシック" in Shift JIS.
 const std::string kDefaultFont = "\x82\x6C\x82\x72 \x82\x6F\x83\x53\x83\x56\x83\x62\x83\x4E, 24, 12, 400";
 
-TEST(ShellStartup, FirstStartHasAFilmOf320By240AndNoCut) {
-  ScriptSession session;
-  const int state = session.State();
-  session.Run();
-  json film = session.StateAt(state)["film"];
-  EXPECT_EQ(film["width"], 320);
-  EXPECT_EQ(film["height"], 240);
-  EXPECT_EQ(film["title"], "");
-  EXPECT_EQ(film["author"], "");
-  EXPECT_EQ(film["path"], "");
-  EXPECT_EQ(film["modified"], false);
-  EXPECT_EQ(film["cuts"].size(), 0U);
-  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 0U);
-}
+using ShellStartup = SessionTest;
 
-TEST(ShellStartup, FirstStartSelectsTheFreePen) {
-  ScriptSession session;
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["frame"]["currentTool"], kToolFreePen);
-  EXPECT_EQ(session.StateAt(state)["frame"]["previousTool"], kToolFreePen);
-  EXPECT_EQ(session.StateAt(state)["frame"]["title"], "Sorvel Developer");
-}
-
-TEST(ShellStartup, FirstStartShowsPanelsAndBars) {
-  ScriptSession session;
-  const int state = session.State();
-  session.Run();
-  json frame = session.StateAt(state)["frame"];
-  EXPECT_EQ(frame["panelsShown"], true);
-  EXPECT_EQ(frame["statusBarVisible"], true);
-  EXPECT_EQ(frame["toolBarVisible"], true);
-  EXPECT_EQ(frame["status"], "");
-}
-
-TEST(ShellStartup, FirstStartHasTheOnePixelRoundPenOfPlainBlack) {
-  ScriptSession session;
-  const int state = session.State();
-  session.Run();
-  json pen = session.StateAt(state)["pen"];
-  EXPECT_EQ(pen["shape"], 7);
-  EXPECT_EQ(pen["tone"], 0);
-  EXPECT_EQ(pen["colorA"], 0);
-  EXPECT_EQ(pen["colorB"], 1);
-  EXPECT_EQ(pen["penSign"], 1);
-  EXPECT_EQ(pen["muraRemoval"], 1);
-  EXPECT_EQ(pen["maskFlags"], 0);
-  EXPECT_EQ(pen["gridWidth"], 1);
-  EXPECT_EQ(pen["gridHeight"], 1);
-}
-
-TEST(ShellStartup, ExitCreatesTheSettingsFileWithAnEmptyFilm) {
-  ScriptSession session;
-  session.Exit().Run();
-  EXPECT_EQ(session.Setting("setup", "film"), "");
-}
-
-TEST(ShellStartup, ExitWritesTheDefaultBrushInItsTextForm) {
-  ScriptSession session;
-  session.Exit().Run();
-  EXPECT_EQ(session.Setting("setup", "brush"), "7, 0, 1, 0, 1, 0");
-}
-
-TEST(ShellStartup, ExitWritesTheDefaultFontInItsTextForm) {
-  ScriptSession session;
-  session.Exit().Run();
-  EXPECT_EQ(session.Setting("setup", "font"), kDefaultFont);
-}
-
-TEST(ShellStartup, ExitWritesNoSettingsBesideFilmFontAndBrush) {
-  ScriptSession session;
+TEST_F(ShellStartup, ExitWritesNoSettingsBesideFilmFontAndBrush) {
   session.Exit().Run();
   EXPECT_EQ(session.Settings().find("OnNewCut"), std::string::npos);
   EXPECT_EQ(session.Settings().find("OnNewFilm"), std::string::npos);
@@ -94,90 +26,14 @@ TEST(ShellStartup, ExitWritesNoSettingsBesideFilmFontAndBrush) {
   EXPECT_NE(session.Settings().find("setup"), std::string::npos);
 }
 
-TEST(ShellStartup, EndWithoutExitWritesNoSettings) {
-  ScriptSession session;
-  session.Command(kCommandSquarePen).Run();
-  EXPECT_FALSE(session.Exists("settings.ini"));
-}
-
-TEST(ShellStartup, BrushIsReadInTheFilesOrder) {
-  ScriptSession session;
-  session.SetSettings("[setup]\r\nbrush=9, 2, 3, 4, 0, 0\r\n");
-  const int state = session.State();
-  session.Run();
-  json pen = session.StateAt(state)["pen"];
-  EXPECT_EQ(pen["shape"], 9);
-  EXPECT_EQ(pen["colorA"], 2);
-  EXPECT_EQ(pen["colorB"], 3);
-  EXPECT_EQ(pen["tone"], 4);
-  EXPECT_EQ(pen["muraRemoval"], 0);
-  EXPECT_EQ(pen["penSign"], 1);
-}
-
-TEST(ShellStartup, SquareFlagOfTheBrushMirrorsItsShape) {
-  ScriptSession session;
-  session.SetSettings("[setup]\r\nbrush=3, 0, 1, 0, 1, 1\r\n");
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["pen"]["shape"], 11);
-  EXPECT_EQ(session.StateAt(state)["pen"]["penSign"], -1);
-}
-
-TEST(ShellStartup, AnyNonZeroSquareFlagSelectsTheSquarePen) {
-  ScriptSession session;
-  session.SetSettings("[setup]\r\nbrush=3, 0, 1, 0, 1, 5\r\n");
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["pen"]["penSign"], -1);
-}
-
-TEST(ShellStartup, SquarePenIsWrittenAsItStandsWithSixthFieldOne) {
-  ScriptSession session;
-  session.SetSettings("[setup]\r\nbrush=10, 2, 3, 4, 0, 0\r\n");
-  session.Command(kCommandSquarePen).Exit().Run();
-  EXPECT_EQ(session.Setting("setup", "brush"), "4, 2, 3, 4, 0, 1");
-}
-
-TEST(ShellStartup, SquarePenComesBackAsARoundShapeMarkedSquare) {
-  ScriptSession session;
-  session.SetSettings("[setup]\r\nbrush=11, 0, 1, 0, 1, 0\r\n");
-  session.Command(kCommandSquarePen).Exit().Run();
-  ASSERT_EQ(session.Setting("setup", "brush"), "3, 0, 1, 0, 1, 1");
-  session.Restart();
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["pen"]["shape"], 11);
-  EXPECT_EQ(session.StateAt(state)["pen"]["penSign"], -1);
-}
-
-TEST(ShellStartup, MaskIsNotKeptFromRunToRun) {
-  ScriptSession session;
-  session.Dialog(kMaskDialog, {{kMaskBlackCheck, "on"}}).Command(kCommandMask).Exit().Run();
-  session.Restart();
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["pen"]["maskFlags"], 0);
-}
-
-TEST(ShellStartup, FontIsKeptFromRunToRun) {
-  ScriptSession session;
-  session.SetSettings("[setup]\r\nfont=Some Face, 31, 7, 650\r\n");
-  session.Exit().Run();
-  EXPECT_EQ(session.Setting("setup", "font"), "Some Face, 31, 7, 650");
-}
-
-TEST(ShellStartup, ClipTransparencySwitchIsReadAtStart) {
-  ScriptSession session;
+TEST_F(ShellStartup, ClipTransparencySwitchIsReadAtStart) {
   session.SetSettings("[OnClipTrans]\r\nFlag=1\r\n");
-  const int state = session.State();
-  session.Run();
-  const json checked = session.StateAt(state)["frame"]["checked"];
+  const json checked = session.NowState()["frame"]["checked"];
   EXPECT_NE(std::find(checked.begin(), checked.end(), kCommandTransparentColor), checked.end());
 }
 
-TEST(ShellStartup, FilmOfTheLastExitIsOpenedAtTheNextStart) {
-  ScriptSession session;
-  session.File(session.Path("movie.flm")).Command(kCommandSaveFilmAs).Exit().Run();
+TEST_F(ShellStartup, FilmOfTheLastExitIsOpenedAtTheNextStart) {
+  session.File("movie.flm").Command(kCommandSaveFilmAs).Exit().Run();
   ASSERT_EQ(session.Setting("setup", "film"), session.Path("movie.flm"));
   session.Restart();
   const int state = session.State();
@@ -186,8 +42,48 @@ TEST(ShellStartup, FilmOfTheLastExitIsOpenedAtTheNextStart) {
   EXPECT_EQ(session.StateAt(state)["frame"]["title"], "Sorvel Developer - movie");
 }
 
-TEST(ShellStartup, RememberedFilmThatHasGoneLeavesAnEmptyProgram) {
-  ScriptSession session;
+TEST_F(ShellStartup, RememberedPathIsOpenedByItsExtension) {
+  session.Write("one.cut", CutFile::WithoutLayers(2).Bytes());
+  session.SetSettings("[setup]\r\nfilm=" + session.Path("one.cut") + "\r\n");
+  ASSERT_EQ(session.NowState()["cuts"].size(), 1U);
+  EXPECT_EQ(session.Cut()["path"], session.Path("one.cut"));
+}
+
+class OpenByExtensionInAnyCase : public SessionTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(OpenByExtensionInAnyCase, CutOpens) {
+  session.OpenCut(GetParam(), CutFile::WithoutLayers(1));
+  EXPECT_EQ(session.NowState()["cuts"].size(), 1U);
+}
+
+INSTANTIATE_TEST_SUITE_P(ShellStartup, OpenByExtensionInAnyCase, testing::Values("a.cut", "a.CUT", "a.Cut", "a.cUt"));
+
+class OpensNothing : public SessionTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(OpensNothing, AndGivesNoMessage) {
+  session.OpenCut(GetParam(), CutFile::WithoutLayers(1));
+  EXPECT_EQ(session.NowState()["cuts"].size(), 0U);
+  EXPECT_EQ(session.Errors(), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(ShellStartup, OpensNothing,
+                         testing::Values("noextension", "a.cut2", "a.cu", "a.ca", "cut", "a.lyr", "a.cut."));
+
+TEST_F(ShellStartup, ExitWithTooFewAnswersShowsThatTheFilmIsAskedToo) {
+  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "mine"}}).Command(kCommandFilmProperties).NewCut().NewCut();
+  session.Answer("no").Answer("no").Exit().Run(3);
+}
+
+TEST_F(ShellStartup, ExitAsksForCutsBeforeTheFilm) {
+  session.File("movie.flm").Command(kCommandSaveFilmAs);
+  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "changed"}}).Command(kCommandFilmProperties);
+  session.OpenCut("one.cut", CutFile::WithoutLayers(1)).Panel(kCommentEdit, "typed").Answer("yes").Answer("no").Exit();
+  session.Run();
+  EXPECT_NE(session.Bytes("one.cut").find("typed"), std::string::npos);
+  EXPECT_EQ(session.Bytes("movie.flm").find("changed"), std::string::npos);
+}
+
+TEST_F(ShellStartup, RememberedFilmThatHasGoneLeavesAnEmptyProgram) {
   session.SetSettings("[setup]\r\nfilm=" + session.Path("gone.flm") + "\r\n");
   const int state = session.State();
   session.Exit().Run();
@@ -196,136 +92,47 @@ TEST(ShellStartup, RememberedFilmThatHasGoneLeavesAnEmptyProgram) {
   EXPECT_EQ(session.Setting("setup", "film"), "");
 }
 
-TEST(ShellStartup, RememberedPathIsOpenedByItsExtension) {
-  ScriptSession session;
-  session.Write("one.cut", CutFile::WithoutLayers(2).Bytes());
-  session.SetSettings("[setup]\r\nfilm=" + session.Path("one.cut") + "\r\n");
-  const int state = session.State();
-  session.Run();
-  ASSERT_EQ(session.StateAt(state)["cuts"].size(), 1U);
-  EXPECT_EQ(session.Cut(state)["path"], session.Path("one.cut"));
-}
-
-TEST(ShellStartup, ExitRecordsThePathOfTheFilmThatIsOpenThen) {
-  ScriptSession session;
-  session.SetSettings("[setup]\r\nfilm=" + session.Path("old.flm") + "\r\n");
-  session.Write("old.flm", "t\na\n10, 20\n");
+TEST_F(ShellStartup, ExitRecordsThePathOfTheFilmThatIsOpenThen) {
+  session.SetSettings("[setup]\r\nfilm=" + session.Path("old.flm") + "\r\n").Write("old.flm", "t\na\n10, 20\n");
   session.Dialog(kFilmDialog, {}).Command(kCommandNewFilm).Exit().Run();
   EXPECT_EQ(session.Setting("setup", "film"), "");
 }
 
-class OpenByExtensionInAnyCase : public testing::TestWithParam<const char*> {};
-
-TEST_P(OpenByExtensionInAnyCase, CutOpens) {
-  ScriptSession session;
-  session.OpenCut(GetParam(), CutFile::WithoutLayers(1));
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 1U);
-}
-
-INSTANTIATE_TEST_SUITE_P(ShellStartup, OpenByExtensionInAnyCase, testing::Values("a.cut", "a.CUT", "a.Cut", "a.cUt"));
-
-TEST(ShellStartup, FilmOpensByAMixedCaseExtension) {
-  ScriptSession session;
-  session.Write("a.Flm", "title\nauthor\n100, 50\n");
-  session.Open(session.Path("a.Flm"));
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["film"]["title"], "title");
-  EXPECT_EQ(session.StateAt(state)["film"]["width"], 100);
-}
-
-TEST(ShellStartup, LayerOpensByAnUpperCaseExtension) {
-  ScriptSession session;
-  session.NewCut({.width = 20, .height = 10}).File(session.Path("a.LYR")).Command(kCommandSaveLayer);
-  session.Open(session.Path("a.LYR"));
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 2U);
-}
-
-class OpensNothing : public testing::TestWithParam<const char*> {};
-
-TEST_P(OpensNothing, AndGivesNoMessage) {
-  ScriptSession session;
-  session.OpenCut(GetParam(), CutFile::WithoutLayers(1));
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 0U);
-  EXPECT_EQ(session.Errors(), "");
-}
-
-INSTANTIATE_TEST_SUITE_P(ShellStartup, OpensNothing,
-                         testing::Values("noextension", "a.cut2", "a.cu", "a.ca", "cut", "a.lyr", "a.cut."));
-
-TEST(ShellStartup, PathThatDoesNotExistOpensNothing) {
-  ScriptSession session;
-  session.Open(session.Path("none.cut")).Open(session.Path("none.lyr"));
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(state)["cuts"].size(), 0U);
-}
-
-TEST(ShellStartup, FilmOpenedByExtensionReplacesAModifiedFilmWithoutAsking) {
-  ScriptSession session;
-  session.Write("a.flm", "fresh\nauthor\n100, 50\n");
-  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "mine"}}).Command(kCommandFilmProperties);
-  const int before = session.State();
-  session.Open(session.Path("a.flm"));
-  const int after = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(before)["film"]["modified"], true);
-  EXPECT_EQ(session.StateAt(after)["film"]["title"], "fresh");
-  EXPECT_EQ(session.StateAt(after)["film"]["modified"], false);
-}
-
-TEST(ShellStartup, DroppedFilmReplacesAModifiedFilmWithoutAsking) {
-  ScriptSession session;
-  session.Write("a.flm", "fresh\nauthor\n100, 50\n");
-  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "mine"}}).Command(kCommandFilmProperties);
-  session.Line("drop " + rules::Quoted(session.Path("a.flm")));
-  const int after = session.State();
-  session.Run();
-  EXPECT_EQ(session.StateAt(after)["film"]["title"], "fresh");
-}
-
-TEST(ShellStartup, ExitAsksForEachModifiedCutAndThenForTheFilm) {
-  ScriptSession session;
-  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "mine"}}).Command(kCommandFilmProperties).NewCut().NewCut();
-  session.Answer("no").Answer("no").Answer("no").Exit().Run();
-  EXPECT_EQ(session.Setting("setup", "brush"), "7, 0, 1, 0, 1, 0");
-}
-
-TEST(ShellStartup, ExitWithTooFewAnswersShowsThatTheFilmIsAskedToo) {
-  ScriptSession session;
-  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "mine"}}).Command(kCommandFilmProperties).NewCut().NewCut();
-  session.Answer("no").Answer("no").Exit().Run(3);
-}
-
-TEST(ShellStartup, ExitAsksForCutsBeforeTheFilm) {
-  ScriptSession session;
-  session.File(session.Path("movie.flm")).Command(kCommandSaveFilmAs);
-  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "changed"}}).Command(kCommandFilmProperties);
-  session.OpenCut("one.cut", CutFile::WithoutLayers(1)).Panel(kCommentEdit, "typed");
-  session.Answer("yes").Answer("no").Exit().Run();
-  EXPECT_NE(session.Bytes("one.cut").find("typed"), std::string::npos);
-  EXPECT_EQ(session.Bytes("movie.flm").find("changed"), std::string::npos);
-}
-
-TEST(ShellStartup, ExitAsksNothingWhenNothingIsModified) {
-  ScriptSession session;
-  session.OpenCut("one.cut", CutFile::WithoutLayers(1)).Exit().Run();
-  EXPECT_EQ(session.Setting("setup", "film"), "");
-}
-
-TEST(ShellStartup, FilmSavedDuringExitIsTheOneRemembered) {
-  ScriptSession session;
-  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "mine"}}).Command(kCommandFilmProperties);
-  session.Answer("yes").File(session.Path("late.flm")).Exit().Run();
-  EXPECT_TRUE(session.Exists("late.flm"));
-  EXPECT_EQ(session.Setting("setup", "film"), session.Path("late.flm"));
-}
+const Rules<SessionTest, "ShellStartup"> kShellStartupRules = {
+    {"FirstStartHasAFilmOf320By240AndNoCut",
+     Has("film/width", 320, "film/height", 240, "film/title", "", "film/author", "", "film/path", "", "film/modified",
+         false, "film/cuts/#", 0, "cuts/#", 0)},
+    {"FirstStartSelectsTheFreePen",
+     Has("frame/currentTool", kToolFreePen, "frame/previousTool", kToolFreePen, "frame/title", "Sorvel Developer")},
+    {"FirstStartShowsPanelsAndBars",
+     Has("frame/panelsShown", true, "frame/statusBarVisible", true, "frame/toolBarVisible", true, "frame/status", "")},
+    {"ExitCreatesTheSettingsFileWithAnEmptyFilm", Do().Exit(), Has("settings/setup/film", "")},
+    {"ExitWritesTheDefaultBrushInItsTextForm", Do().Exit(), Has("settings/setup/brush", "7, 0, 1, 0, 1, 0")},
+    {"ExitWritesTheDefaultFontInItsTextForm", Do().Exit(), Has("settings/setup/font", kDefaultFont)},
+    {"EndWithoutExitWritesNoSettings", Do().Command(kCommandSquarePen), Has("exists/settings.ini", false)},
+    {"FontIsKeptFromRunToRun", Do().SetSettings("[setup]\r\nfont=Some Face, 31, 7, 650\r\n").Exit(),
+     Has("settings/setup/font", "Some Face, 31, 7, 650")},
+    {"FilmOpensByAMixedCaseExtension", Do().Write("a.Flm", "title\nauthor\n100, 50\n").Open("a.Flm"),
+     Has("film/title", "title", "film/width", 100)},
+    {"LayerOpensByAnUpperCaseExtension",
+     Do().NewCut({.width = 20, .height = 10}).File("a.LYR").Command(kCommandSaveLayer).Open("a.LYR"), Has("cuts/#", 2)},
+    {"PathThatDoesNotExistOpensNothing", Do().Open("none.cut").Open("none.lyr"), Has("cuts/#", 0)},
+    {"FilmOpenedByExtensionReplacesAModifiedFilmWithoutAsking",
+     Do().Write("a.flm", "fresh\nauthor\n100, 50\n").Dialog(kFilmDialog, {{kFilmTitleEdit, "mine"}}),
+     Do().Command(kCommandFilmProperties), Has("film/modified", true), Do().Open("a.flm"),
+     Has("film/title", "fresh", "film/modified", false)},
+    {"DroppedFilmReplacesAModifiedFilmWithoutAsking",
+     Do().Write("a.flm", "fresh\nauthor\n100, 50\n").Dialog(kFilmDialog, {{kFilmTitleEdit, "mine"}}),
+     Do().Command(kCommandFilmProperties).Line("drop " + Quoted("a.flm")), Has("film/title", "fresh")},
+    {"ExitAsksForEachModifiedCutAndThenForTheFilm",
+     Do().Dialog(kFilmDialog, {{kFilmTitleEdit, "mine"}}).Command(kCommandFilmProperties).NewCut().NewCut(),
+     Do().Answer("no").Answer("no").Answer("no").Exit(), Has("settings/setup/brush", "7, 0, 1, 0, 1, 0")},
+    {"ExitAsksNothingWhenNothingIsModified", Do().OpenCut("one.cut", CutFile::WithoutLayers(1)).Exit(),
+     Has("settings/setup/film", "")},
+    {"FilmSavedDuringExitIsTheOneRemembered",
+     Do().Dialog(kFilmDialog, {{kFilmTitleEdit, "mine"}}).Command(kCommandFilmProperties).Answer("yes"),
+     Do().File("late.flm").Exit(), Has("exists/late.flm", true, "settings/setup/film", "late.flm")},
+};
 
 TEST(FilesBesideTheExecutable, SettingsHaveItsNameWithTheExtensionReplaced) {
   ScriptSession session;
@@ -379,3 +186,4 @@ TEST(FilesBesideTheExecutable, ColorsFileOfAnotherDepthIsRejected) {
 }
 
 }  // namespace
+}  // namespace rules

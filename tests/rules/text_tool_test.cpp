@@ -15,12 +15,11 @@ void PlaceText(DrawingSession& session, const std::string& text, int x, int y) {
   session.LeftClick(x, y);
 }
 
-struct TextTool : testing::Test {
-  TextTool() : session({.width = 160, .height = 120}) { session.Command(kToolText); }
+struct TextTool : DrawingTest {
+  TextTool() : DrawingTest({.width = 160, .height = 120}) { session.Command(kToolText); }
   void AskFor(const std::string& text) { session.Dialog(kTextDialog, {{kTextDialogEdit, text}}); }
   void Place(const std::string& text, int x, int y) { PlaceText(session, text, x, y); }
   int Ink(const PixelMatrix& view) { return 160 * 120 - view.Count(0); }
-  DrawingSession session;
 };
 
 TEST_F(TextTool, TheFirstClickAsksAndDrawsNothing) {
@@ -52,8 +51,7 @@ TEST_F(TextTool, AnEmptyTextDrawsNothing) {
 }
 
 TEST_F(TextTool, AfterACancelTheNextClickAsksAgain) {
-  session.Dialog(kTextDialog, {{kTextDialogEdit, "HH"}}, "cancel");
-  session.LeftClick(10, 10);
+  session.Dialog(kTextDialog, {{kTextDialogEdit, "HH"}}, "cancel").LeftClick(10, 10);
   AskFor("HH");
   session.LeftClick(10, 10);
   EXPECT_EQ(Ink(session.NowView()), 0);
@@ -63,28 +61,21 @@ TEST_F(TextTool, AfterACancelTheNextClickAsksAgain) {
 
 TEST_F(TextTool, ARightClickDropsTheText) {
   AskFor("HH");
-  session.LeftClick(10, 10);
-  session.RightClick(10, 10);
-  session.Dialog(kTextDialog, {}, "cancel");
-  session.LeftClick(10, 10);
+  session.LeftClick(10, 10).RightClick(10, 10).Dialog(kTextDialog, {}, "cancel").LeftClick(10, 10);
   EXPECT_EQ(Ink(session.NowView()), 0);
 }
 
 TEST_F(TextTool, AfterAPlacementTheNextClickAsksAgain) {
   Place("HH", 20, 30);
   const PixelMatrix placed = session.NowView();
-  session.Dialog(kTextDialog, {}, "cancel");
-  session.LeftClick(80, 80);
+  session.Dialog(kTextDialog, {}, "cancel").LeftClick(80, 80);
   EXPECT_TRUE(session.NowView() == placed);
 }
 
 TEST_F(TextTool, TheTextStaysForTheNextUse) {
   Place("HH", 20, 5);
   const int once = Ink(session.NowView());
-  session.Dialog(kTextDialog, {});
-  session.LeftClick(8, 8);
-  session.Move(20, 65);
-  session.LeftClick(20, 65);
+  session.Dialog(kTextDialog, {}).LeftClick(8, 8).Move(20, 65).LeftClick(20, 65);
   EXPECT_EQ(Ink(session.NowView()), 2 * once);
 }
 
@@ -126,7 +117,7 @@ TEST_F(TextTool, TheLinesStepByTheirHeightAndTheSpacing) {
 }
 
 TEST_F(TextTool, VerticalTextHasItsFirstLineAtTheRight) {
-  session.StartWith("[setup]\r\nfont=@Gothic, 24, 12, 400\r\n");
+  session.SetSettings("[setup]\r\nfont=@Gothic, 24, 12, 400\r\n");
   Place("HH\n ", 20, 10);
   const Area rect = session.NowUndoRect();
   const PixelMatrix view = session.NowView();
@@ -135,11 +126,11 @@ TEST_F(TextTool, VerticalTextHasItsFirstLineAtTheRight) {
 }
 
 TEST_F(TextTool, VerticalTextGrowsDownwards) {
-  session.StartWith("[setup]\r\nfont=@Gothic, 24, 12, 400\r\n");
+  session.SetSettings("[setup]\r\nfont=@Gothic, 24, 12, 400\r\n");
   Place("H", 20, 10);
   const Area one = session.NowUndoRect();
   DrawingSession other({.width = 160, .height = 120});
-  other.StartWith("[setup]\r\nfont=@Gothic, 24, 12, 400\r\n");
+  other.SetSettings("[setup]\r\nfont=@Gothic, 24, 12, 400\r\n");
   PlaceText(other, "HH", 20, 10);
   const Area two = other.NowUndoRect();
   EXPECT_EQ(two[2], one[2]);
@@ -150,8 +141,7 @@ TEST_F(TextTool, TheMaskDoesNotLookAtWhatLiesBelow) {
   Place("HH", 20, 30);
   const PixelMatrix free = session.NowView();
   DrawingSession other({.width = 160, .height = 120});
-  other.FillArea(0, 0, 160, 120, 4);
-  other.Mask({4});
+  other.FillArea(0, 0, 160, 120, 4).Mask({4});
   PlaceText(other, "HH", 20, 30);
   EXPECT_EQ(other.NowView().Count(1), free.Count(1));
 }
@@ -180,8 +170,7 @@ TEST_F(TextTool, APlacementIsOneUndoStep) {
 }
 
 TEST_F(TextTool, ThePictureUnderTheBlockComesBack) {
-  session.FillArea(0, 0, 160, 120, 3);
-  session.Command(kToolText);
+  session.FillArea(0, 0, 160, 120, 3).Command(kToolText);
   Place("HH", 20, 30);
   EXPECT_EQ(session.NowView().Count(0), 0);
 }
@@ -196,9 +185,7 @@ TEST_F(TextTool, AFrameStandsAtTheClick) {
 }
 
 TEST_F(TextTool, ALayerElsewhereGetsTheTextUnderTheMouse) {
-  session.Command(kToolLayerPosition);
-  session.LeftDrag(10, 10, 15, 13);
-  session.Command(kToolText);
+  session.Command(kToolLayerPosition).LeftDrag(10, 10, 15, 13).Command(kToolText);
   Place("HH", 25, 33);
   const Area rect = session.NowUndoRect();
   EXPECT_EQ(rect[0], 20);

@@ -5,12 +5,13 @@
 #include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
+#include "rules/rule_table.h"
 
 namespace rules {
 namespace {
 
 // One layer with ink in every family: two cells, the second of which is shown and is blank.
-struct Ghosts : testing::Test {
+struct Ghosts : DrawingTest {
   Ghosts() {
     Families(session);
     session.Command(kCommandAddCell);
@@ -32,33 +33,31 @@ struct Ghosts : testing::Test {
     model.Fill(0, 30, 11, 1, first);
     return model;
   }
-  DrawingSession session;
 };
 
 TEST_F(Ghosts, ThePreviousCellShowsItsLinesInGreen) {
   session.Command(kCommandShowPrevious);
-  EXPECT_TRUE(Shows(session.NowView(), Ghost(19)));
+  EXPECT_TRUE(ViewShows(Ghost(19)));
 }
 
 TEST_F(Ghosts, TheNextCellShowsItsLinesInRed) {
   session.Command(kCommandShowNext);
-  EXPECT_TRUE(Shows(session.NowView(), Ghost(22)));
+  EXPECT_TRUE(ViewShows(Ghost(22)));
 }
 
 TEST_F(Ghosts, TheNextCellsGhostLiesOverThePreviousOnes) {
   session.Command(kCommandShowPrevious).Command(kCommandShowNext);
-  EXPECT_TRUE(Shows(session.NowView(), Ghost(22)));
+  EXPECT_TRUE(ViewShows(Ghost(22)));
 }
 
 TEST_F(Ghosts, TheCellLiesOverItsGhosts) {
-  session.FillArea(0, 0, 64, 48, 4);
-  session.Command(kCommandShowPrevious).Command(kCommandShowNext);
-  EXPECT_TRUE(Shows(session.NowView(), InkModel(64, 48, 4)));
+  session.FillArea(0, 0, 64, 48, 4).Command(kCommandShowPrevious).Command(kCommandShowNext);
+  EXPECT_TRUE(ViewShows(InkModel(64, 48, 4)));
 }
 
 TEST_F(Ghosts, ABlankRecordHasNoGhosts) {
   session.Command(kCommandShowPrevious).Command(kCommandShowNext).Command(kCommandBlankCell);
-  EXPECT_TRUE(Shows(session.NowView(), InkModel()));
+  EXPECT_TRUE(ViewShows(InkModel()));
 }
 
 TEST_F(Ghosts, GhostsStandWhereTheCurrentCellStands) {
@@ -70,67 +69,43 @@ TEST_F(Ghosts, GhostsStandWhereTheCurrentCellStands) {
 
 TEST_F(Ghosts, ASecondCommandTakesThemAway) {
   session.Command(kCommandShowPrevious).Command(kCommandShowPrevious);
-  EXPECT_TRUE(Shows(session.NowView(), InkModel()));
+  EXPECT_TRUE(ViewShows(InkModel()));
 }
 
 TEST_F(Ghosts, OnlyTheCurrentRecordHasGhosts) {
-  session.AddLayer("B", 64, 48);
-  session.Command(kCommandShowPrevious);
-  EXPECT_TRUE(Shows(session.NowView(), InkModel()));
+  session.AddLayer("B", 64, 48).Command(kCommandShowPrevious);
+  EXPECT_TRUE(ViewShows(InkModel()));
 }
 
-TEST(PaleLayers, OthersShowTheirLinesAndDarksAndNoWhite) {
-  DrawingSession session;
+using PaleLayers = DrawingTest;
+
+TEST_F(PaleLayers, OthersShowTheirLinesAndDarksAndNoWhite) {
   Ghosts::Families(session);
-  session.AddLayer("B", 64, 48);
+  session.AddLayer("B", 64, 48).Command(kCommandDimOthers);
+  EXPECT_TRUE(ViewShows(Ghosts::Ghost(16)));
+}
+
+TEST_F(PaleLayers, TheCurrentLayerComesOnTop) {
+  session.FillArea(10, 10, 10, 10, 2).AddLayer("B", 64, 48).FillArea(15, 10, 10, 10, 3).Select(kLayerList, {0});
   session.Command(kCommandDimOthers);
-  EXPECT_TRUE(Shows(session.NowView(), Ghosts::Ghost(16)));
+  EXPECT_TRUE(ViewShows(model.Fill(15, 10, 10, 10, 18).Fill(10, 10, 10, 10, 2)));
 }
 
-TEST(PaleLayers, TheCurrentLayerComesOnTop) {
-  DrawingSession session;
-  session.FillArea(10, 10, 10, 10, 2);
-  session.AddLayer("B", 64, 48);
-  session.FillArea(15, 10, 10, 10, 3);
-  session.Select(kLayerList, {0});
-  session.Command(kCommandDimOthers);
-  InkModel model;
-  model.Fill(15, 10, 10, 10, 18);
-  model.Fill(10, 10, 10, 10, 2);
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
-
-TEST(CurrentCellOnly, LeavesTheOtherLayersOut) {
-  DrawingSession session;
-  session.FillArea(10, 10, 10, 10, 2);
-  session.AddLayer("B", 64, 48);
-  session.FillArea(15, 10, 10, 10, 3);
-  session.Command(kCommandCurrentCellOnly);
-  InkModel model;
-  model.Fill(15, 10, 10, 10, 3);
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
-
-TEST(CurrentCellOnly, ABlankRecordShowsNothing) {
-  DrawingSession session;
-  session.FillArea(10, 10, 10, 10, 2);
-  session.AddLayer("B", 64, 48);
-  session.Command(kCommandCurrentCellOnly).Command(kCommandBlankCell);
-  EXPECT_TRUE(Shows(session.NowView(), InkModel()));
-}
+const Rules<DrawingTest, "CurrentCellOnly"> kCurrentCellOnlyRules = {
+    {"LeavesTheOtherLayersOut", Do().FillArea(10, 10, 10, 10, 2).AddLayer("B", 64, 48).FillArea(15, 10, 10, 10, 3),
+     Do().Command(kCommandCurrentCellOnly), Ink().Fill(15, 10, 10, 10, 3)},
+    {"ABlankRecordShowsNothing",
+     Do().FillArea(10, 10, 10, 10, 2).AddLayer("B", 64, 48).Command(kCommandCurrentCellOnly),
+     Do().Command(kCommandBlankCell), Ink()},
+};
 
 // Mark above, index below, and what they give.
-class ToneMark : public testing::TestWithParam<std::tuple<int, int, int>> {};
+class ToneMark : public DrawingTest, public testing::WithParamInterface<std::tuple<int, int, int>> {};
 
 TEST_P(ToneMark, ShiftsTheToneBelow) {
   const auto& [mark, below, shown] = GetParam();
-  DrawingSession session;
-  session.FillArea(10, 10, 10, 10, below);
-  session.AddLayer("B", 64, 48);
-  session.FillArea(10, 10, 10, 10, mark);
-  InkModel model;
-  model.Fill(10, 10, 10, 10, shown);
-  EXPECT_TRUE(Shows(session.NowView(), model));
+  session.FillArea(10, 10, 10, 10, below).AddLayer("B", 64, 48).FillArea(10, 10, 10, 10, mark);
+  EXPECT_TRUE(ViewShows(model.Fill(10, 10, 10, 10, shown)));
 }
 
 INSTANTIATE_TEST_SUITE_P(All, ToneMark,
@@ -142,28 +117,15 @@ INSTANTIATE_TEST_SUITE_P(All, ToneMark,
                                          std::tuple(14, 10, 1), std::tuple(11, 0, 11), std::tuple(12, 0, 12),
                                          std::tuple(13, 0, 13), std::tuple(14, 0, 14), std::tuple(13, 11, 13)));
 
-TEST(ToneMarks, MarkedLineBlackBecomesAFillTone) {
-  DrawingSession session;
-  session.DrawInkLine(10, 10, 20, 10);
-  session.AddLayer("B", 64, 48);
-  session.FillArea(10, 10, 11, 1, 11);
-  InkModel model;
-  model.Fill(10, 10, 11, 1, 3);
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
+const Rules<DrawingTest, "ToneMarks"> kToneMarksRules = {
+    {"MarkedLineBlackBecomesAFillTone",
+     Do().DrawInkLine(10, 10, 20, 10).AddLayer("B", 64, 48).FillArea(10, 10, 11, 1, 11), Ink().Fill(10, 10, 11, 1, 3)},
+    {"MarksOverPaleInkBecomePlainTones",
+     Do().FillArea(10, 10, 10, 10, 2).AddLayer("B", 64, 48).FillArea(10, 10, 10, 10, 12),
+     Do().Command(kCommandDimOthers), Ink().Fill(10, 10, 10, 10, 3)},
+};
 
-TEST(ToneMarks, MarksOverPaleInkBecomePlainTones) {
-  DrawingSession session;
-  session.FillArea(10, 10, 10, 10, 2);
-  session.AddLayer("B", 64, 48);
-  session.FillArea(10, 10, 10, 10, 12);
-  session.Command(kCommandDimOthers);
-  InkModel model;
-  model.Fill(10, 10, 10, 10, 3);
-  EXPECT_TRUE(Shows(session.NowView(), model));
-}
-
-struct EmphasisedLines : testing::Test {
+struct EmphasisedLines : DrawingTest {
   EmphasisedLines() {
     session.DrawInkLine(10, 10, 20, 10);
     session.FillArea(10, 20, 5, 5, 9);
@@ -178,19 +140,18 @@ struct EmphasisedLines : testing::Test {
     EXPECT_EQ(screen.At(22, 22), light);
     EXPECT_EQ(screen.At(32, 22), 0x000000u);
   }
-  DrawingSession session;
 };
 
 TEST_F(EmphasisedLines, ShowsTheThreeLineColoursInPrimaries) {
   session.Command(kCommandLineEmphasis);
   ExpectColours(0x0000FF, 0xFF0000, 0x00FF00);
-  EXPECT_EQ(session.NowCut()["lineEmphasis"], true);
+  EXPECT_EQ(session.Cut()["lineEmphasis"], true);
 }
 
 TEST_F(EmphasisedLines, ComesOffAgain) {
   session.Command(kCommandLineEmphasis).Command(kCommandLineEmphasis);
   ExpectColours(0x000000, 0x555555, 0xAAAAAA);
-  EXPECT_EQ(session.NowCut()["lineEmphasis"], false);
+  EXPECT_EQ(session.Cut()["lineEmphasis"], false);
 }
 
 TEST_F(EmphasisedLines, LeavesThePixelsOfTheView) {
@@ -203,21 +164,18 @@ TEST_F(EmphasisedLines, BelongsToItsWindow) {
   NewCutValues values;
   values.width = 64;
   values.height = 48;
-  session.Command(kCommandLineEmphasis).NewCut(values);
-  session.DrawInkLine(10, 10, 20, 10);
-  session.Repaint();
+  session.Command(kCommandLineEmphasis).NewCut(values).DrawInkLine(10, 10, 20, 10).Repaint();
   EXPECT_EQ(session.NowScreen().At(15, 10), 0x000000u);
-  EXPECT_EQ(session.NowCut()["lineEmphasis"], false);
+  EXPECT_EQ(session.Cut()["lineEmphasis"], false);
 }
 
-TEST(ViewOnTheScreen, ARepaintShowsEveryPixelInItsZoom) {
-  DrawingSession session({.width = 32, .height = 24, .clientWidth = 64, .clientHeight = 48});
-  session.Command(kToolZoom);
-  session.Press(32, 24);
-  session.Command(kToolLine).Mouse("ldown", 6, 6).Mouse("lup", 40, 30);
-  session.Repaint();
-  const PixelMatrix view = session.NowView();
-  const PixelMatrix screen = session.NowScreen();
+using ViewOnTheScreen = DrawingTest;
+
+TEST_F(ViewOnTheScreen, ARepaintShowsEveryPixelInItsZoom) {
+  DrawingSession other({.width = 32, .height = 24, .clientWidth = 64, .clientHeight = 48});
+  other.Command(kToolZoom).Press(32, 24).Command(kToolLine).Mouse("ldown", 6, 6).Mouse("lup", 40, 30).Repaint();
+  const PixelMatrix view = other.NowView();
+  const PixelMatrix screen = other.NowScreen();
   for (int y = 0; y < 48; ++y) {
     for (int x = 0; x < 64; ++x) {
       EXPECT_EQ(screen.At(x, y), view.At(x / 2, y / 2) == 0 ? 0xE1FFFFu : 0x000000u) << x << ", " << y;
@@ -225,8 +183,7 @@ TEST(ViewOnTheScreen, ARepaintShowsEveryPixelInItsZoom) {
   }
 }
 
-TEST(ViewOnTheScreen, InkReachesTheScreenWithoutARepaint) {
-  DrawingSession session;
+TEST_F(ViewOnTheScreen, InkReachesTheScreenWithoutARepaint) {
   session.LeftDrag(10, 10, 20, 10);
   const PixelMatrix screen = session.NowScreen();
   for (int x = 10; x <= 20; ++x) EXPECT_EQ(screen.At(x, 10), 0x000000u) << x;

@@ -12,21 +12,20 @@ namespace {
 
 using Pair = std::pair<int, int>;
 
-struct ZoomTool : testing::Test {
-  ZoomTool() : session({.width = 200, .height = 150, .clientWidth = 64, .clientHeight = 48}) {
+struct ZoomTool : DrawingTest {
+  ZoomTool() : DrawingTest({.width = 200, .height = 150, .clientWidth = 64, .clientHeight = 48}) {
     session.Command(kToolZoom);
   }
   void In(int x = 32, int y = 24) { session.Press(x, y); }
   void Out(int x = 32, int y = 24) { session.Mouse("rdown", x, y); }
   Pair Level() {
-    const nlohmann::json cut = session.NowCut();
+    const nlohmann::json cut = session.Cut();
     return {cut["zoomNumerator"].get<int>(), cut["zoomDenominator"].get<int>()};
   }
   Pair Scroll() {
-    const nlohmann::json cut = session.NowCut();
+    const nlohmann::json cut = session.Cut();
     return {cut["scrollX"].get<int>(), cut["scrollY"].get<int>()};
   }
-  DrawingSession session;
 };
 
 TEST_F(ZoomTool, LevelsGoUpByWholeNumbers) {
@@ -54,10 +53,7 @@ TEST_F(ZoomTool, FromHalfSizeComesFullSize) {
 }
 
 TEST_F(ZoomTool, OtherMessagesDoNothing) {
-  session.Release(32, 24);
-  session.Move(10, 10);
-  session.RightRelease(32, 24);
-  session.Mouse("ldblclk", 32, 24).Mouse("rdblclk", 32, 24);
+  session.Release(32, 24).Move(10, 10).RightRelease(32, 24).Mouse("ldblclk", 32, 24).Mouse("rdblclk", 32, 24);
   EXPECT_EQ(Level(), (Pair{1, 1}));
 }
 
@@ -107,9 +103,8 @@ TEST_F(ZoomTool, ABlankRecordZoomsAllTheSame) {
 TEST_F(ZoomTool, KeysZoomAtTheCursor) {
   for (const char key : {'s', 'l'}) {
     DrawingSession other({.width = 200, .height = 150, .clientWidth = 64, .clientHeight = 48});
-    other.Move(40, 30);
-    other.Char(key);
-    const nlohmann::json cut = other.NowCut();
+    other.Move(40, 30).Char(key);
+    const nlohmann::json cut = other.Cut();
     EXPECT_EQ(cut["zoomNumerator"], 2);
     EXPECT_EQ(cut["scrollX"], 48);
     EXPECT_EQ(cut["scrollY"], 36);
@@ -119,16 +114,14 @@ TEST_F(ZoomTool, KeysZoomAtTheCursor) {
 TEST_F(ZoomTool, KeysZoomOutToo) {
   for (const char key : {'a', ';'}) {
     DrawingSession other({.width = 200, .height = 150, .clientWidth = 64, .clientHeight = 48});
-    other.Move(40, 30);
-    other.Char(key);
-    EXPECT_EQ(other.NowCut()["zoomDenominator"], 2);
+    other.Move(40, 30).Char(key);
+    EXPECT_EQ(other.Cut()["zoomDenominator"], 2);
   }
 }
 
 TEST_F(ZoomTool, KeysKeepTheTool) {
   DrawingSession other;
-  other.Move(40, 30);
-  other.Char('s');
+  other.Move(40, 30).Char('s');
   EXPECT_EQ(other.NowState()["frame"]["currentTool"], kToolFreePen);
 }
 
@@ -143,8 +136,7 @@ TEST_F(ZoomTool, AnotherWindowBeginsAtFullSize) {
 
 TEST(ViewTransform, ASmallPictureIsCentredWhateverItsPosition) {
   DrawingSession session({.clientWidth = 640, .clientHeight = 480});
-  session.Line("scroll h linedown").Line("scroll v linedown");
-  session.Press(288 + 10, 216 + 7);
+  session.Line("scroll h linedown").Line("scroll v linedown").Press(288 + 10, 216 + 7);
   InkModel model;
   model.Set(10, 7, 1);
   EXPECT_TRUE(Shows(session.NowView(), model));
@@ -160,10 +152,7 @@ TEST(ViewTransform, AnOddMarginIsCutDown) {
 
 TEST(ViewTransform, AtDoubleSizeTwoPixelsAreOne) {
   DrawingSession session({.width = 32, .height = 24, .clientWidth = 64, .clientHeight = 48});
-  session.Command(kToolZoom);
-  session.Press(32, 24);
-  session.Command(kToolFreePen);
-  session.Press(21, 10);
+  session.Command(kToolZoom).Press(32, 24).Command(kToolFreePen).Press(21, 10);
   InkModel model(32, 24);
   model.Set(10, 5, 1);
   EXPECT_TRUE(Shows(session.NowView(), model));
@@ -171,10 +160,7 @@ TEST(ViewTransform, AtDoubleSizeTwoPixelsAreOne) {
 
 TEST(ViewTransform, AtDoubleSizeTheMarginNextToThePictureIsItsEdge) {
   DrawingSession session({.width = 32, .height = 24, .clientWidth = 84, .clientHeight = 68});
-  session.Command(kToolZoom);
-  session.Press(32, 24);
-  session.Command(kToolFreePen);
-  session.Press(9, 20);
+  session.Command(kToolZoom).Press(32, 24).Command(kToolFreePen).Press(9, 20);
   InkModel model(32, 24);
   model.Set(0, 5, 1);
   EXPECT_TRUE(Shows(session.NowView(), model));
@@ -191,8 +177,7 @@ TEST(ViewTransform, WhatASmallerPictureLeavesFreeIsMargin) {
 
 TEST(ViewTransform, AtAThirdOnePixelIsThree) {
   DrawingSession session({.width = 96, .height = 72, .clientWidth = 32, .clientHeight = 24});
-  session.Command(kToolZoom).Mouse("rdown", 1, 1).Mouse("rdown", 1, 1).Command(kToolFreePen);
-  session.Press(10, 5);
+  session.Command(kToolZoom).Mouse("rdown", 1, 1).Mouse("rdown", 1, 1).Command(kToolFreePen).Press(10, 5);
   InkModel model(96, 72);
   model.Set(30, 15, 1);
   EXPECT_TRUE(Shows(session.NowView(), model));

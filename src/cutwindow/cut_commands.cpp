@@ -8,116 +8,82 @@
 
 namespace sorvel {
 
+struct CutWindow::Command {
+  int32_t id;
+  void (*run)(CutWindow* window);
+};
+
+// The commands that the window of a cut runs. Those that the frame runs are in
+// shell/command_table.cpp.
+// clang-format off
+const CutWindow::Command CutWindow::kCommands[] = {
+    // Frames.
+    {kCommandDeleteFrame, [](CutWindow* window) { window->StepFrame(&Cut::DeleteFrame); }},
+    {kCommandFirstFrame, [](CutWindow* window) { window->GoToFrame(&Cut::FirstFrame); }},
+    {kCommandLastFrame, [](CutWindow* window) { window->GoToFrame(&Cut::LastFrame); }},
+
+    // Cells.
+    {kCommandAddCell, [](CutWindow* window) { if (window->AddCurrentCell(kTransparent)) window->ShowSteppedCell(); }},
+    {kCommandInsertCell, [](CutWindow* window) { if (window->InsertCurrentCell(kTransparent)) window->ShowSteppedCell(); }},
+    {kCommandDeleteCell, [](CutWindow* window) { window->StepCell(&Cut::DeleteCurrentCell); }},
+    {kCommandPreviousCell, [](CutWindow* window) { window->StepCell(&Cut::PreviousCellOfFrame); }},
+    {kCommandNextCell, [](CutWindow* window) { window->StepCell(&Cut::NextCellOfFrame); }},
+    {kCommandFirstCell, [](CutWindow* window) { window->StepCell(&Cut::FirstCellOfFrame); }},
+    {kCommandLastCell, [](CutWindow* window) { window->StepCell(&Cut::LastCellOfFrame); }},
+    {kCommandBlankCell, [](CutWindow* window) { window->SwitchBlank(false); }},
+    {kCommandBlankAll, [](CutWindow* window) { window->SwitchBlank(true); }},
+
+    // What the current cell shows.
+    {kCommandUndo, [](CutWindow* window) { window->UndoCommand(); }},
+    {kCommandCopy, [](CutWindow* window) { window->CopySelection(); }},
+    {kCommandCut, [](CutWindow* window) { window->CutSelection(); }},
+    {kCommandPaste, [](CutWindow* window) { window->PasteBuffer(); }},
+    {kCommandCopyToClipboard, [](CutWindow* window) { window->CopyCellToClipboard(); }},
+    {kCommandPasteFromClipboard, [](CutWindow* window) { window->PasteClipboardImage(); }},
+    {kCommandToSketch, [](CutWindow* window) { window->ChangeDraft(kCommandToSketch); }},
+    {kCommandEraseSketch, [](CutWindow* window) { window->ChangeDraft(kCommandEraseSketch); }},
+    {kCommandEraseCell, [](CutWindow* window) { window->ChangeDraft(kCommandEraseCell); }},
+    {kCommandEraseLayerSketch, [](CutWindow* window) { window->EraseSketchOfLayer(); }},
+    {kCommandMergeDown, [](CutWindow* window) { window->CopyDown(); }},
+    {kCommandFlipHorizontal, [](CutWindow* window) { window->FlipCellHorizontal(); }},
+    {kCommandFlipVertical, [](CutWindow* window) { window->FlipCellVertical(); }},
+
+    // Playing.
+    {kCommandPlay, [](CutWindow* window) { window->PlayCommand(); }},
+    {kCommandPreview, [](CutWindow* window) { window->PreviewFrame(); }},
+
+    // The view.
+    {kCommandShowPrevious, [](CutWindow* window) { window->SwitchView(kOnionPrevious); }},
+    {kCommandShowNext, [](CutWindow* window) { window->SwitchView(kOnionNext); }},
+    {kCommandDimOthers, [](CutWindow* window) { window->SwitchView(kDimOthers); }},
+    {kCommandCurrentCellOnly, [](CutWindow* window) { window->stateFlags |= kImagesStale; window->SwitchView(kCurrentCellOnly); }},
+    {kCommandLineEmphasis, [](CutWindow* window) { window->ToggleLineEmphasis(); }},
+    {kCommandMuraRemoval, [](CutWindow*) { muraRemoval = muraRemoval == 0 ? 1 : 0; }},
+};
+// clang-format on
+
 int32_t CutWindow::OnCommand(int32_t code, int32_t id, platform::WindowHandle control) {
   static_cast<void>(code);
   static_cast<void>(control);
-  switch (id) {
-    case kCommandDeleteFrame:
-      StepFrame(&Cut::DeleteFrame);
-      break;
-    case kCommandFirstFrame:
-      host->CommitPanels(this);
-      StepFrame(&Cut::FirstFrame);
-      break;
-    case kCommandLastFrame:
-      host->CommitPanels(this);
-      StepFrame(&Cut::LastFrame);
-      break;
-    case kCommandDeleteCell:
-      StepCell(&Cut::DeleteCurrentCell);
-      break;
-    case kCommandInsertCell:
-      if (InsertCurrentCell(kTransparent)) ShowSteppedCell();
-      break;
-    case kCommandAddCell:
-      if (AddCurrentCell(kTransparent)) ShowSteppedCell();
-      break;
-    case kCommandPreviousCell:
-      StepCell(&Cut::PreviousCellOfFrame);
-      break;
-    case kCommandNextCell:
-      StepCell(&Cut::NextCellOfFrame);
-      break;
-    case kCommandFirstCell:
-      StepCell(&Cut::FirstCellOfFrame);
-      break;
-    case kCommandLastCell:
-      StepCell(&Cut::LastCellOfFrame);
-      break;
-    case kCommandBlankCell:
-      SwitchBlank(false);
-      break;
-    case kCommandBlankAll:
-      SwitchBlank(true);
-      break;
-    case kCommandToSketch:
-    case kCommandEraseSketch:
-    case kCommandEraseCell:
-      ChangeDraft(id);
-      break;
-    case kCommandEraseLayerSketch:
-      EraseSketchOfLayer();
-      break;
-    case kCommandMergeDown:
-      CopyDown();
-      break;
-    case kCommandUndo:
-      UndoCommand();
-      break;
-    case kCommandCopy:
-      CopySelection();
-      break;
-    case kCommandCut:
-      CutSelection();
-      break;
-    case kCommandPaste:
-      PasteBuffer();
-      break;
-    case kCommandCopyToClipboard:
-      CopyCellToClipboard();
-      break;
-    case kCommandPasteFromClipboard:
-      PasteClipboardImage();
-      break;
-    case kCommandFlipHorizontal:
-      FlipCellHorizontal();
-      break;
-    case kCommandFlipVertical:
-      FlipCellVertical();
-      break;
-    case kCommandPlay: {
-      const WaitCursor wait;
-      host->CommitPanels(this);
-      PlayCut();
-    }
-      RepaintAll();
-      break;
-    case kCommandPreview:
-      PreviewFrame();
-      break;
-    case kCommandShowPrevious:
-      SwitchView(kOnionPrevious);
-      break;
-    case kCommandShowNext:
-      SwitchView(kOnionNext);
-      break;
-    case kCommandDimOthers:
-      SwitchView(kDimOthers);
-      break;
-    case kCommandCurrentCellOnly:
-      stateFlags |= kImagesStale;
-      SwitchView(kCurrentCellOnly);
-      break;
-    case kCommandMuraRemoval:
-      muraRemoval = muraRemoval == 0 ? 1 : 0;
-      break;
-    case kCommandLineEmphasis:
-      ToggleLineEmphasis();
-      break;
-    default:
-      return 1;
+  for (const Command& command : kCommands) {
+    if (command.id != id) continue;
+    command.run(this);
+    return 0;
   }
-  return 0;
+  return 1;
+}
+
+void CutWindow::PlayCommand() {
+  {
+    const WaitCursor wait;
+    PlayCut();
+  }
+  RepaintAll();
+}
+
+void CutWindow::GoToFrame(bool (Cut::*step)()) {
+  host->CommitPanels(this);
+  StepFrame(step);
 }
 
 void CutWindow::StepFrame(bool (Cut::*step)()) {

@@ -9,7 +9,6 @@ namespace sorvel {
 
 namespace {
 
-constexpr char kWindowClass[] = "SorvelinCutFrame";
 constexpr char kUntitled[] = "Cut";
 constexpr size_t kTitleSize = 80;
 
@@ -38,7 +37,7 @@ CutWindow::~CutWindow() {
 }
 
 bool CutWindow::Create(platform::WindowHandle mdiClient) {
-  return platform::MakeMdiChild(mdiClient, kWindowClass, kUntitled, this) != nullptr;
+  return platform::MakeMdiChild(mdiClient, kCutWindowClass, kUntitled, this) != nullptr;
 }
 
 void CutWindow::UpdateTitle() {

@@ -17,6 +17,9 @@ namespace sorvel {
 
 class CutWindow;
 
+// The window class of cuts.
+constexpr char kCutWindowClass[] = "SorvelinCutFrame";
+
 // What cut windows and tools ask of the frame around them.
 class CutWindowHost {
  public:
@@ -184,6 +187,10 @@ class CutWindow final : public Cut, public platform::WindowObject {
   void ChooseCursor();
 
   // Commands.
+  struct Command;
+  static const Command kCommands[];
+  void PlayCommand();
+  void GoToFrame(bool (Cut::*step)());
   void StepCell(bool (Cut::*step)());
   void ShowSteppedCell();
   void StepFrame(bool (Cut::*step)());

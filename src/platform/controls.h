@@ -49,7 +49,6 @@ void SelectListLine(WindowHandle list, int32_t index);
 // Of lists with an extended selection; index -1 means all lines.
 bool IsListLineSelected(WindowHandle list, int32_t index);
 void SetListLineSelected(WindowHandle list, int32_t index, bool selected);
-int32_t SelectedListLines(WindowHandle list);
 int32_t ListCaret(WindowHandle list);
 void SetListCaret(WindowHandle list, int32_t index);
 

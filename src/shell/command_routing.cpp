@@ -1,11 +1,8 @@
 #include <cstring>
 #include <iterator>
 
-#include "cutwindow/clipboard.h"
 #include "resources/ids.h"
 #include "shell/main_frame.h"
-#include "tools/tool_handlers.h"
-#include "tools/tool_state.h"
 
 namespace sorvel {
 
@@ -17,59 +14,8 @@ constexpr char kAboutTitle[] = "About Sorvelin";
 
 }  // namespace
 
-int32_t MainFrame::OnCommand(int32_t code, int32_t id, platform::WindowHandle control) {
-  CutWindow* cut = ActiveCut();
-  if (id == kCommandExit) {
-    CloseAllCuts();
-    platform::DestroyWindow(frameWindow);
-    return 0;
-  }
-  if (id >= kFrameTimeEdit && id <= kKeyFrameCheck) return OnPanelNotification(code, id);
-  if (RunShellCommand(id) || RunDocumentCommand(id) || RunFilmCommand(id) || RunCutFileCommand(id)) return 0;
-  return cut != nullptr ? cut->OnCommand(code, id, control) : 1;
-}
-
 void MainFrame::SendCommand(int32_t id) {
   platform::Send(frameWindow, platform::kMessageCommand, static_cast<uintptr_t>(id), 0);
-}
-
-bool MainFrame::RunShellCommand(int32_t id) {
-  if (HandlerOfTool(id) != nullptr) {
-    SelectTool(id);
-    return true;
-  }
-  switch (id) {
-    case kCommandStop:
-      StopAnimation();
-      break;
-    case kCommandStatusBar:
-      ToggleBar(kStatusBarVisible, statusBar);
-      break;
-    case kCommandToolBar:
-      ToggleBar(kToolBarVisible, toolBar);
-      break;
-    case kCommandFocusForward:
-      MoveFocus(true);
-      break;
-    case kCommandFocusBackward:
-      MoveFocus(false);
-      break;
-    case kCommandCloseAll:
-      CloseAllWithoutFilm();
-      break;
-    case kCommandExplainTool:
-      ExplainTool();
-      break;
-    case kCommandAbout: {
-      char text[kTextBufferSize];
-      platform::ReadResourceText(kTextAbout, text, sizeof(text));
-      platform::ShowMessage(frameWindow, text, kAboutTitle, platform::BoxIcon::kNone);
-      break;
-    }
-    default:
-      return false;
-  }
-  return true;
 }
 
 // Notifications of the panels. All of them belong to the frame.
@@ -189,38 +135,10 @@ void MainFrame::ExplainTool() {
                         platform::BoxIcon::kInformation);
 }
 
-// Check marks are never kept in the menu: they are written each time that it opens.
-
-void MainFrame::OnInitMenu() {
-  const platform::MenuHandle menu = platform::FrameMenu(frameWindow);
-  if (CutWindow* cut = ActiveCut()) {
-    Layer* layer = nullptr;
-    int32_t x = 0;
-    int32_t y = 0;
-    int32_t cell = 0;
-    Frame* frame = cut->CurrentFrame();
-    const bool isBlank = frame != nullptr && frame->GetRecord(frame->currentRecord, &layer, &x, &y, &cell) && cell < 0;
-    platform::CheckMenuEntry(menu, kCommandShowPrevious, (cut->viewFlags & kOnionPrevious) != 0);
-    platform::CheckMenuEntry(menu, kCommandShowNext, (cut->viewFlags & kOnionNext) != 0);
-    platform::CheckMenuEntry(menu, kCommandCurrentCellOnly, (cut->viewFlags & kCurrentCellOnly) != 0);
-    platform::CheckMenuEntry(menu, kCommandBlankCell, isBlank);
-    platform::CheckMenuEntry(menu, kCommandDimOthers, (cut->viewFlags & kDimOthers) != 0);
-    platform::CheckMenuEntry(menu, kCommandMuraRemoval, muraRemoval != 0);
-    platform::CheckMenuEntry(menu, kCommandLineEmphasis, (cut->viewOptions & kLineEmphasis) != 0);
-  }
-  platform::CheckMenuEntry(menu, kCommandTransparentColor, clipTransparent);
-  platform::CheckMenuEntry(menu, kCommandSquarePen, penSign < 0);
-  platform::CheckMenuEntry(menu, kCommandStatusBar, (shellFlags & kStatusBarVisible) != 0);
-  platform::CheckMenuEntry(menu, kCommandToolBar, (shellFlags & kToolBarVisible) != 0);
-}
-
-void MainFrame::OnInitMenuPopup(platform::MenuHandle popup) {
-  if (popup != platform::Submenu(toolPopupMenu, 0)) return;
-  if (CutWindow* cut = ActiveCut()) {
-    platform::CheckMenuEntry(toolPopupMenu, kCommandMuraRemoval, muraRemoval != 0);
-    platform::CheckMenuEntry(toolPopupMenu, kCommandLineEmphasis, (cut->viewOptions & kLineEmphasis) != 0);
-  }
-  platform::CheckMenuEntry(toolPopupMenu, kCommandSquarePen, penSign < 0);
+void MainFrame::ShowAbout() {
+  char text[kTextBufferSize];
+  platform::ReadResourceText(kTextAbout, text, sizeof(text));
+  platform::ShowMessage(frameWindow, text, kAboutTitle, platform::BoxIcon::kNone);
 }
 
 }  // namespace sorvel

@@ -54,6 +54,12 @@ class CommandFile {
   FileStream stream;
 };
 
+// Takes a line out of a list and puts a text in at `target`; it comes out unselected.
+inline void ReplaceListLine(platform::WindowHandle list, int32_t line, int32_t target, const char* text) {
+  platform::DeleteListLine(list, line);
+  platform::InsertListLine(list, target, text);
+}
+
 // A list doesn't redraw for the length of a scope.
 class QuietList {
  public:

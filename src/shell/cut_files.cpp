@@ -4,7 +4,6 @@
 #include "dialogs/dialogs.h"
 #include "foundation/paths.h"
 #include "foundation/settings.h"
-#include "resources/ids.h"
 #include "shell/command_support.h"
 #include "shell/main_frame.h"
 
@@ -16,28 +15,6 @@ namespace {
 constexpr int32_t kUnreadFps = 20;
 
 }  // namespace
-
-bool MainFrame::RunCutFileCommand(int32_t id) {
-  switch (id) {
-    case kCommandNewCut:
-      NewCut();
-      return true;
-    case kCommandOpenCut:
-      OpenCut();
-      return true;
-    case kCommandSaveCutAs:
-      if (CutWindow* cut = ActiveCut()) SaveCutAs(cut);
-      return true;
-    case kCommandOverwriteCut:
-      if (CutWindow* cut = ActiveCut()) OverwriteCut(cut);
-      return true;
-    case kCommandOpenLayer:
-      OpenLayer();
-      return true;
-    default:
-      return false;
-  }
-}
 
 bool MainFrame::OpenByExtension(const char* path) {
   char extension[kPathCapacity];

@@ -5,7 +5,6 @@
 #include "cutwindow/clipboard.h"
 #include "dialogs/dialogs.h"
 #include "foundation/settings.h"
-#include "resources/ids.h"
 #include "shell/command_support.h"
 #include "shell/main_frame.h"
 #include "tools/tool_state.h"
@@ -15,7 +14,6 @@ namespace sorvel {
 namespace {
 
 constexpr int32_t kFirstDotGap = 100;
-constexpr size_t kLayerLineSize = 512;
 
 // Draws on the current cell within an area that undo can take back, and shows it. `draw` gives false for nothing.
 template <typename Draw>
@@ -29,70 +27,6 @@ void DrawOnCell(CutWindow* cut, const Rect& area, const Draw& draw) {
 }
 
 }  // namespace
-
-bool MainFrame::RunDocumentCommand(int32_t id) {
-  struct Entry {
-    int32_t id;
-    void (*run)(MainFrame* frame, CutWindow* cut);
-  };
-  static constexpr Entry entries[] = {
-      {kCommandAddFrame, [](MainFrame* frame, CutWindow* cut) { frame->AddOrInsertFrame(cut, false); }},
-      {kCommandInsertFrame, [](MainFrame* frame, CutWindow* cut) { frame->AddOrInsertFrame(cut, true); }},
-      {kCommandPreviousFrame, [](MainFrame* frame, CutWindow* cut) { frame->StepFrame(cut, &Cut::PreviousFrame); }},
-      {kCommandNextFrame, [](MainFrame* frame, CutWindow* cut) { frame->StepFrame(cut, &Cut::NextFrame); }},
-      {kCommandAddLayer, [](MainFrame* frame, CutWindow* cut) { frame->AddOrInsertLayer(cut, false); }},
-      {kCommandDeleteLayer, [](MainFrame* frame, CutWindow* cut) { frame->DeleteLayer(cut); }},
-      {kCommandLayerUp, [](MainFrame* frame, CutWindow* cut) { frame->MoveLayer(cut, true); }},
-      {kCommandLayerDown, [](MainFrame* frame, CutWindow* cut) { frame->MoveLayer(cut, false); }},
-      {kCommandLayerProperties, [](MainFrame* frame, CutWindow*) { frame->EditLayerProperties(); }},
-      {kCommandSaveLayer, [](MainFrame* frame, CutWindow* cut) { frame->SaveLayer(cut); }},
-      {kCommandOverwriteLayer, [](MainFrame* frame, CutWindow* cut) { frame->OverwriteLayer(cut); }},
-      {kCommandLayerRamp, [](MainFrame* frame, CutWindow* cut) { frame->SpreadLayerPosition(cut); }},
-      {kCommandExportBitmap, [](MainFrame* frame, CutWindow* cut) { frame->ExportBitmap(cut); }},
-      {kCommandCutProperties, [](MainFrame* frame, CutWindow* cut) { frame->EditCutProperties(cut); }},
-      {kCommandInsertLayer, [](MainFrame* frame, CutWindow* cut) { frame->AddOrInsertLayer(cut, true); }},
-      {kCommandBrightnessRamp, [](MainFrame* frame, CutWindow* cut) { frame->SpreadBrightness(cut); }},
-      {kCommandAddFrames, [](MainFrame* frame, CutWindow* cut) { frame->AddFrames(cut); }},
-      {kCommandFrameRamp, [](MainFrame* frame, CutWindow* cut) { frame->SpreadFramePosition(cut); }},
-      {kCommandNextKeyFrame, [](MainFrame* frame, CutWindow* cut) { frame->StepToKeyFrame(cut, &Cut::NextKeyFrame); }},
-      {kCommandPreviousKeyFrame,
-       [](MainFrame* frame, CutWindow* cut) { frame->StepToKeyFrame(cut, &Cut::PreviousKeyFrame); }},
-      {kCommandAllKeyFrames, [](MainFrame* frame, CutWindow* cut) { frame->MakeAllKeyFrames(cut); }},
-      {kCommandFrameSize, [](MainFrame* frame, CutWindow* cut) { frame->EditFrameSize(cut); }},
-      {kCommandRandomDots, [](MainFrame* frame, CutWindow* cut) { frame->DrawRandomDots(cut); }},
-      {kCommandDrawGrid, [](MainFrame* frame, CutWindow* cut) { frame->DrawGridLines(cut); }},
-      {kCommandDeleteFrames, [](MainFrame* frame, CutWindow* cut) { frame->DeleteFrames(cut); }},
-  };
-  for (const Entry& entry : entries) {
-    if (entry.id != id) continue;
-    if (CutWindow* cut = ActiveCut()) entry.run(this, cut);
-    return true;
-  }
-  return RunToolOption(id);
-}
-
-// What all tools draw with belongs to no cut.
-bool MainFrame::RunToolOption(int32_t id) {
-  switch (id) {
-    case kCommandSnapGrid:
-      EditGrid();
-      return true;
-    case kCommandMask:
-      EditMask();
-      return true;
-    case kCommandFont:
-      EditFont();
-      return true;
-    case kCommandSquarePen:
-      TogglePenShape();
-      return true;
-    case kCommandTransparentColor:
-      ChooseTransparentColor();
-      return true;
-    default:
-      return false;
-  }
-}
 
 // The cut.
 
@@ -234,13 +168,10 @@ void MainFrame::MoveLayer(CutWindow* cut, bool up) {
   if (!(up ? cut->LayerUp() : cut->LayerDown())) return;
   cut->RepaintAll();
   Frame* frame = cut->CurrentFrame();
-  char text[kLayerLineSize];
-  FormatLayerLine(text, sizeof(text), frame, frame->currentRecord);
   const QuietList quiet(layerList);
   const int32_t line = platform::SelectedListLine(layerList);
   const int32_t target = up ? line + 1 : line - 1;
-  platform::DeleteListLine(layerList, line);
-  platform::InsertListLine(layerList, target, text);
+  ReplaceLayerLine(line, target, frame, frame->currentRecord);
   platform::SelectListLine(layerList, target);
 }
 
@@ -269,11 +200,7 @@ void MainFrame::EditLayerProperties() {
 void MainFrame::RewriteLayerLines(Frame* frame, const Layer* layer) {
   const QuietList quiet(layerList);
   for (int32_t i = 0; i < frame->records.Count(); ++i) {
-    if (frame->LayerAt(i) != layer) continue;
-    char text[kLayerLineSize];
-    FormatLayerLine(text, sizeof(text), frame, i);
-    platform::DeleteListLine(layerList, i);
-    platform::InsertListLine(layerList, i, text);
+    if (frame->LayerAt(i) == layer) ReplaceLayerLine(i, i, frame, i);
   }
   platform::SelectListLine(layerList, frame->currentRecord);
 }

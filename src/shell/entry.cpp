@@ -8,6 +8,7 @@
 #include "foundation/settings.h"
 #include "imaging/color_table.h"
 #include "imaging/pen.h"
+#include "resources/ids.h"
 #include "tools/tool_state.h"
 
 namespace sorvel {
@@ -67,19 +68,19 @@ bool StartProgram(MainFrame* frame, const char* commandLine, int32_t showCommand
   // The order counts: later steps read what earlier ones left.
   LoadColors(nullptr);
   MakePalette();
-  platform::RegisterWindowClass("SorvelinFrame", kFrameIcon, platform::CursorShape::kSizeWestEast, nullptr);
-  platform::RegisterWindowClass("SorvelWnd", 0, platform::CursorShape::kArrow, nullptr);
+  platform::RegisterWindowClass(kFrameClass, kFrameIcon, platform::CursorShape::kSizeWestEast, nullptr);
+  platform::RegisterWindowClass(kAnimationClass, 0, platform::CursorShape::kArrow, nullptr);
   MakeMarginBrush();
-  platform::RegisterWindowClass("SorvelinCutFrame", kCutIcon, platform::CursorShape::kNone, gMarginBrush);
+  platform::RegisterWindowClass(kCutWindowClass, kCutIcon, platform::CursorShape::kNone, gMarginBrush);
   ResetTools();
   ResetPan();
   ReadFont();
   ReadBrush();
-  platform::RegisterWindowClass("SORVELIN", 0, platform::CursorShape::kArrow, nullptr);
+  platform::RegisterWindowClass(kHelperClass, 0, platform::CursorShape::kArrow, nullptr);
   ReadTransparentColor();
   frame->penPicker.palette = gPalette;
   frame->animationWindow.palette = gPalette;
-  if (platform::MakeFrameWindow("SorvelinFrame", "Sorvel Developer", kFrameMenu, frame) == nullptr) return false;
+  if (platform::MakeFrameWindow(kFrameClass, kFrameTitle, kFrameMenu, frame) == nullptr) return false;
   gMainFrame = frame;
   // The document comes before the window is shown. One that can't be opened leaves an empty program.
   char path[kFilmPathSize];

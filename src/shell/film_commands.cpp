@@ -15,8 +15,6 @@ namespace sorvel {
 
 namespace {
 
-constexpr char kFrameTitle[] = "Sorvel Developer";
-
 // The file's name without directory and extension; empty if it is too long for a list or a title.
 struct BareName {
   explicit BareName(const char* path) {
@@ -40,54 +38,6 @@ void CopyFile(const char* from, const char* to) {
 }
 
 }  // namespace
-
-bool MainFrame::RunFilmCommand(int32_t id) {
-  switch (id) {
-    case kCommandAddCutToFilm:
-    case kCommandInsertCutIntoFilm:
-      AddOrInsertActiveCut(id == kCommandInsertCutIntoFilm);
-      return true;
-    case kCommandRemoveCutFromFilm:
-      RemoveActiveCut();
-      return true;
-    case kCommandNewFilm:
-      NewFilm();
-      return true;
-    case kCommandOpenFilm:
-      OpenFilm();
-      return true;
-    case kCommandSaveFilmAs:
-      SaveFilmAs();
-      return true;
-    case kCommandPlaySelection:
-      PlaySelectedCuts();
-      return true;
-    case kCommandFilmProperties:
-      EditFilmProperties();
-      return true;
-    case kCommandExportFilm:
-      ExportFilm();
-      return true;
-    case kCommandAddNumberedCut:
-    case kCommandInsertNumberedCut:
-      NewNumberedCut(id == kCommandInsertNumberedCut);
-      return true;
-    case kCommandDeleteCuts:
-      DeleteCuts();
-      return true;
-    case kCommandRenameCut:
-      RenameListedCut();
-      return true;
-    case kCommandOverwriteFilm:
-      OverwriteFilm();
-      return true;
-    case kCommandExtractCuts:
-      ExtractCuts();
-      return true;
-    default:
-      return false;
-  }
-}
 
 // The film and its file.
 
@@ -190,10 +140,15 @@ void MainFrame::RemoveActiveCut() {
   if (film->RemoveCut(index)) platform::DeleteListLine(cutList, index);
 }
 
+// The film is told of no cuts but those that this frame opens, and each of them is a window.
+CutWindow* MainFrame::WindowOfEntry(int32_t index) {
+  return static_cast<CutWindow*>(film->cuts.At(index).cut);
+}
+
 void MainFrame::OpenListedCut() {
   const int32_t index = platform::ListCaret(cutList);
-  if (Cut* open = film->cuts.At(index).cut) {
-    platform::ActivateMdiChild(mdiClient, static_cast<CutWindow*>(open)->window);
+  if (const CutWindow* open = WindowOfEntry(index)) {
+    platform::ActivateMdiChild(mdiClient, open->window);
   } else {
     OpenCutFile(film->CutName(index));
   }
@@ -246,7 +201,7 @@ void MainFrame::DeleteCutFiles(int32_t index) {
   platform::DeletePath(path);
   char cachePath[kPathCapacity];
   if (ChangeExtension(cachePath, path, "ca")) platform::DeletePath(cachePath);
-  CutWindow* open = static_cast<CutWindow*>(film->cuts.At(index).cut);
+  CutWindow* open = WindowOfEntry(index);
   if (open == nullptr) return;
   open->stateFlags &= ~static_cast<uint32_t>(kModified | kTimingStale);
   open->stateFlags |= kImagesStale;
@@ -269,7 +224,7 @@ void MainFrame::RenameListedCut() {
 
   RenameCutLines(path, dialog.name);
   platform::SetListCaret(cutList, index);
-  if (CutWindow* open = static_cast<CutWindow*>(film->cuts.At(index).cut)) {
+  if (CutWindow* open = WindowOfEntry(index)) {
     AssignString(&open->path, newPath);
     open->UpdateTitle();
   }
@@ -281,8 +236,7 @@ void MainFrame::RenameCutLines(const char* path, const char* name) {
   const QuietList quiet(cutList);
   for (int32_t i = 0; i < film->cuts.Count(); ++i) {
     if (std::strcmp(film->CutName(i), path) != 0) continue;
-    platform::DeleteListLine(cutList, i);
-    platform::InsertListLine(cutList, i, name);
+    ReplaceListLine(cutList, i, i, name);
   }
 }
 

@@ -15,8 +15,6 @@ namespace {
 
 constexpr int32_t kWindowMenu = 7;  // index of the popup that lists the cut windows
 constexpr int32_t kFirstChildId = 58000;
-constexpr char kHelperClass[] = "SORVELIN";
-constexpr char kAnimationClass[] = "SorvelWnd";
 
 }  // namespace
 

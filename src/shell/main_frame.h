@@ -18,6 +18,13 @@ class CutDialog;
 constexpr size_t kTextBufferSize = 256;
 constexpr size_t kDropPathSize = 260;
 
+// The window classes of the frame, of the helper popups and of the player.
+constexpr char kFrameClass[] = "SorvelinFrame";
+constexpr char kHelperClass[] = "SORVELIN";
+constexpr char kAnimationClass[] = "SorvelWnd";
+
+// The title of the frame; the name of the film's file is put behind it.
+constexpr char kFrameTitle[] = "Sorvel Developer";
 // The title of questions.
 constexpr char kBoxTitle[] = "Sorvelin";
 
@@ -62,6 +69,7 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   void OnInitMenu();
   void OnInitMenuPopup(platform::MenuHandle popup);
   void ExplainTool();
+  void ShowAbout();
 
   // Panels.
   void LayoutPanels(int32_t clientWidth, int32_t clientHeight);
@@ -121,11 +129,9 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   void OnEditNotification(int32_t code, int32_t id);
   void SwapInputMethod();
   void MoveFocus(bool forward);
-  // Each gives false for a command that isn't one of its own.
-  bool RunShellCommand(int32_t id);
-  bool RunDocumentCommand(int32_t id);
-  bool RunFilmCommand(int32_t id);
-  bool RunCutFileCommand(int32_t id);
+  struct Command;
+  static const Command kCommands[];
+  void WriteCheckMarks(platform::MenuHandle menu);
 
   // Bars and windows.
   void ToggleBar(uint32_t flag, platform::WindowHandle bar);
@@ -151,6 +157,8 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   void DeleteLayer(CutWindow* cut);
   void MoveLayer(CutWindow* cut, bool up);
   void RewriteLayerLines(Frame* frame, const Layer* layer);
+  // Takes a line out of the list of layers and puts that of a record in at `target`; it comes out unselected.
+  void ReplaceLayerLine(int32_t line, int32_t target, Frame* frame, int32_t record);
   void SaveLayer(CutWindow* cut);
   void OverwriteLayer(CutWindow* cut);
   void DrawRandomDots(CutWindow* cut);
@@ -160,7 +168,6 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   void SelectLayerLine();
 
   // Options of the tools.
-  bool RunToolOption(int32_t id);
   void EditGrid();
   void EditMask();
   void EditFont();
@@ -191,6 +198,8 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   void EditFilmProperties();
   void AddOrInsertActiveCut(bool insert);
   void RemoveActiveCut();
+  // The window of a film entry's cut; null if the cut isn't open.
+  CutWindow* WindowOfEntry(int32_t index);
   void OpenListedCut();
   void NewNumberedCut(bool insert);
   void DeleteCuts();
@@ -203,7 +212,7 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   void PlaySelectedCuts();
 };
 
-// The one main frame; null until its window exists.
+// The one main frame; null until its window exists, and again at the end. The program itself passes the frame along.
 extern MainFrame* gMainFrame;
 
 }  // namespace sorvel

@@ -152,6 +152,12 @@ void MainFrame::FormatLayerLine(char* text, size_t capacity, Frame* frame, int32
   std::snprintf(text, capacity, "%s (%d/%d)", layer->ShownName(), cell < 0 ? 0 : cell + 1, layer->cells.Count());
 }
 
+void MainFrame::ReplaceLayerLine(int32_t line, int32_t target, Frame* frame, int32_t record) {
+  char text[kLineSize];
+  FormatLayerLine(text, sizeof(text), frame, record);
+  ReplaceListLine(layerList, line, target, text);
+}
+
 void MainFrame::FillLayerList(CutWindow* cut) {
   const QuietList quiet(layerList);
   platform::ClearList(layerList);
@@ -191,11 +197,8 @@ void MainFrame::RefreshLayerLine(CutWindow* cut) {
   Frame* frame = cut->CurrentFrame();
   const int32_t line = platform::SelectedListLine(layerList);
   if (line < 0 || frame == nullptr || frame->LayerAt(frame->currentRecord) == nullptr) return;
-  char text[kLineSize];
-  FormatLayerLine(text, sizeof(text), frame, frame->currentRecord);
   const QuietList quiet(layerList);
-  platform::DeleteListLine(layerList, line);
-  platform::InsertListLine(layerList, line, text);
+  ReplaceLayerLine(line, line, frame, frame->currentRecord);
   platform::SelectListLine(layerList, line);
 }
 

@@ -88,7 +88,7 @@ TEST_F(HeadlessControls, AnExtendedSelectionIsAFlagOfEachLine) {
   Fill(list, {"a", "b", "c", "d"});
   SetListLineSelected(list, 1, true);
   SetListLineSelected(list, 3, true);
-  EXPECT_EQ(SelectedListLines(list), 2);
+  EXPECT_EQ(Selected(list), Lines({1, 3}));
   EXPECT_EQ(ListCaret(list), 3);
   SetListLineSelected(list, 1, false);
   EXPECT_EQ(ListCaret(list), 3);
@@ -97,9 +97,9 @@ TEST_F(HeadlessControls, AnExtendedSelectionIsAFlagOfEachLine) {
   InsertListLine(list, 2, "x");
   EXPECT_EQ(Selected(list), Lines({3}));
   SetListLineSelected(list, -1, true);
-  EXPECT_EQ(SelectedListLines(list), 4);
+  EXPECT_EQ(Selected(list), Lines({0, 1, 2, 3}));
   SetListLineSelected(list, -1, false);
-  EXPECT_EQ(SelectedListLines(list), 0);
+  EXPECT_EQ(Selected(list), Lines());
   SetListCaret(list, 1);
   EXPECT_EQ(ListCaret(list), 1);
   SetListCaret(list, 8);
@@ -114,7 +114,7 @@ TEST_F(HeadlessControls, OperationsOfTheOtherKindOfSelectionDoNothing) {
   SetListLineSelected(single, 1, true);
   SelectListLine(extended, 1);
   EXPECT_EQ(SelectedListLine(single), -1);
-  EXPECT_EQ(SelectedListLines(extended), 0);
+  EXPECT_EQ(Selected(extended), Lines());
 }
 
 TEST_F(HeadlessControls, FindingGoesRoundAndDoesntRegardCase) {

@@ -248,12 +248,6 @@ void SetListLineSelected(WindowHandle list, int32_t index, bool selected) {
   }
 }
 
-int32_t SelectedListLines(WindowHandle list) {
-  if (!IsList(list)) return 0;
-  return static_cast<int32_t>(
-      std::count_if(list->lines.begin(), list->lines.end(), [](const ListLine& line) { return line.selected; }));
-}
-
 int32_t ListCaret(WindowHandle list) {
   return IsList(list) ? list->caret : 0;
 }

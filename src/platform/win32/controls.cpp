@@ -162,10 +162,6 @@ void SetListLineSelected(WindowHandle list, int32_t index, bool selected) {
   Ask(list, LB_SETSEL, selected, index);
 }
 
-int32_t SelectedListLines(WindowHandle list) {
-  return static_cast<int32_t>(Ask(list, LB_GETSELCOUNT));
-}
-
 int32_t ListCaret(WindowHandle list) {
   return static_cast<int32_t>(Ask(list, LB_GETCARETINDEX));
 }

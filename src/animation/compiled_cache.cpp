@@ -38,8 +38,8 @@ bool Cut::PatchCompiledStream(ByteStream* stream) {
   char magic[2] = {};
   stream->Read(magic, sizeof(magic));
   if (std::memcmp(magic, "CA", sizeof(magic)) != 0) return false;
-  // What is read here is the size of the stream and not its credit, so that they agree only by chance and nearly every
-  // cut is compiled again. Read in the right place, the frame data would be written behind a head of another form.
+  // Quirk 8. This reads the size of the stream in place of its credit. They agree only by chance, so nearly every cut
+  // is compiled again. Read in the right place, the frame data would be written behind a head of another form.
   char text[kCreditSize];
   ReadText(*stream, text, kCreditSize);
   if (std::strcmp(text, credit) != 0) return false;

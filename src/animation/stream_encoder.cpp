@@ -150,6 +150,7 @@ void AnimationEncoder::WriteHead(const Cut& cut, int32_t scale) {
   WriteText(*stream, cut.credit);
   WriteField(*stream, cut.width / scale, 2);
   WriteField(*stream, cut.height / scale, 2);
+  // Quirk 21. The low 16 bits of a larger frame rectangle.
   WriteField(*stream, cut.frameWidth / scale, 2);
   WriteField(*stream, cut.frameHeight / scale, 2);
   WriteField(*stream, cut.fps, 1);

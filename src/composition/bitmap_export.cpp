@@ -25,7 +25,7 @@ bool Cut::ExportFrameBitmap(ByteStream* stream, NibbleBitmap* bitmap, CellImage*
 
   const int32_t outputWidth = frameWidth / scale;
   const int32_t outputHeight = frameHeight / scale;
-  // The size counts padded rows although the rows are written without padding: readers of these files know.
+  // Quirk 10. The size counts padded rows although the rows are written without padding.
   WriteBitmapHeads(*stream, {outputWidth, outputHeight, 4, 0, kColors},
                    outputHeight * (((outputWidth + 1) / 2 + 3) & ~3));
   for (int32_t i = 0; i < kColors; ++i) {

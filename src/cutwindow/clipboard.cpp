@@ -149,7 +149,7 @@ bool CutWindow::PasteClipboardImage() {
   ClipboardBlock& block = Block();
   if (picture != nullptr && block.image.Resize(size.width, size.height, kTransparent)) {
     const WaitCursor wait;
-    // The owner stays: the picture lands at this place only in the cut that a block was stored from last.
+    // Quirk 20. The owner stays: the picture lands at this place only in the cut that a block was stored from last.
     block.place = {cellX, cellY};
     undoRect = size;
     for (int32_t x = 0; x < size.width; x += kTileSide) {

@@ -8,7 +8,7 @@ namespace sorvel {
 
 namespace {
 
-// Unlike sizes, steps of a grid are put right only if they are negative: 0 stays.
+// Quirk 13. Unlike sizes, steps of a grid are put right only if they are negative: 0 stays.
 int32_t TakeStep(platform::WindowHandle dialog, int32_t upDown) {
   const int32_t step = TakeNumber(dialog, upDown);
   return step < 0 ? 1 : step;

@@ -70,8 +70,8 @@ void CellWriter::WriteCell(const CellImage& image, ByteStream* stream) {
   stream->Write(literals.Data(), literalSize);
 }
 
-// For each group of the row the set of codes whose source equals it. A group is compared together with the one behind
-// it in memory: that costs some compression, and it is what files of this program have always been written by.
+// For each group of the row the set of codes whose source equals it. Quirk 6. A group is compared together with the
+// one behind it in memory, so a file is a little longer than it must be, and always the same.
 void CellWriter::FindMatches(const CellImage& image, int32_t y) {
   const uint8_t* row = image.bits + y * image.pitch;
   uint16_t* const found = matches.Data();

@@ -187,6 +187,7 @@ Frame* Cut::AddFrame() {
   return frame;
 }
 
+// Quirk 5. Marks nothing, unlike AddFrame.
 bool Cut::InsertFrame() {
   if (!frames.Seek(currentFrame)) return false;
   frames.InsertBefore(new Frame(width, height));

@@ -19,7 +19,7 @@ bool Frame::AddRecord(Layer* layer, int32_t cell, int32_t recordX, int32_t recor
 }
 
 bool Frame::InsertRecord(Layer* layer, int32_t cell, int32_t recordX, int32_t recordY) {
-  // The second record of a frame without a current one stays: documents made so far hold it.
+  // Quirk 1. A frame without a current record gets the record twice: existing documents hold both.
   if (currentRecord < 0) AddRecord(layer, cell, recordX, recordY);
   records.Seek(currentRecord);
   records.InsertBefore(new FrameRecord{layer, cell, recordX, recordY});
@@ -234,7 +234,7 @@ void Frame::ShiftCellRefs(const Layer* layer, int32_t from, int32_t delta) {
   for (int32_t i = 0; i < records.Count(); ++i) {
     FrameRecord* record = RecordAt(i);
     if (record->layer != layer) continue;
-    // Blank records hold a negative number and fall out of both tests; what they remember goes stale on purpose.
+    // Quirk 2. A blank record holds a negative number, which both tests leave out: its remembered cell goes stale.
     if (from <= record->cell) record->cell += delta;
     if (record->cell >= cellCount) record->cell = cellCount - 1;
   }

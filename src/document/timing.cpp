@@ -94,8 +94,8 @@ struct SteppedChange {
   SteppedChange(int32_t difference, int32_t total)
       : step(difference / total),
         remainder(std::abs(difference) % std::abs(total)),
-        // Taken from the step and not from the difference: a fall of less than one a time unit rises. Productions
-        // made so far were timed with that.
+        // Quirk 3. The sign is that of the step, not of the difference, so a fall of less than one a time unit rises.
+        // Existing productions were timed with it.
         sign(step < 0 ? -1 : 1) {}
 
   int32_t At(int32_t elapsed) const { return step + (elapsed < remainder ? sign : 0); }
@@ -110,8 +110,8 @@ bool Cut::BrightnessRamp(int32_t endFrame) {
   const Frame* to = frames.At(last);
   if (first == last || from == nullptr || to == nullptr) return false;
   int32_t total = 0;
-  // The signed times are added here and in the layer's ramp, their magnitudes in the frame's: transitions shorten
-  // these two, and sheets rely on it.
+  // Quirk 4. This ramp and the layer's add the signed times, so a transition shortens them; the frame's adds
+  // magnitudes.
   for (int32_t i = first; i < last; ++i) total += frames.At(i)->time;
   if (total == 0) return false;
   const SteppedChange change(to->DecodedBrightness() - from->DecodedBrightness(), total);

@@ -95,7 +95,7 @@ bool ChunkStream::Read(void* bytes, int32_t count) {
   uint8_t* to = static_cast<uint8_t*>(bytes);
   for (int32_t i = 0; i < count; ++i) {
     to[i] = static_cast<uint8_t>(GetC());
-    // Data of this value ends the read too: callers rely on it.
+    // Quirk 7. Data of this value ends the read too: callers rely on it.
     if (to[i] == 0xFF) return false;
   }
   return true;

@@ -253,7 +253,7 @@ void NibbleBitmap::ReduceFrom(const CellImage& composition, Rect* outBox, int32_
     }
   }
   if (outBox == nullptr) return;
-  // Changes in column 0 only, or in row 0 only, count as none, so that a cut compiles to the same stream as ever.
+  // Quirk 9. Changes in column 0 only, or in row 0 only, count as none: a cut compiles to the same stream as ever.
   if (maxX == 0 || maxY == 0) {
     *outBox = Rect{};
     return;

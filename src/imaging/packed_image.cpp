@@ -47,6 +47,7 @@ int32_t PackedImage::FindInk(int32_t x, int32_t y, int32_t end, int32_t forward)
   return std::max(x, end);
 }
 
+// Quirk 14. Four bytes, where SetRaw writes two.
 uint32_t PackedImage::GetRaw(int32_t x, int32_t y) {
   uint32_t value = 0;
   std::memcpy(&value, bits + y * pitch + (x >> 1), sizeof(value));

@@ -221,7 +221,7 @@ bool CellImage::StampImage(int32_t dx, int32_t dy, CellImage* source, int32_t sx
       const int32_t value = source->GetPixel(sx + column, sy + row);
       // The mask looks at the source: testing what lies below would stop text from covering protected pixels.
       if (value == 0 || IsMasked(mask, value)) continue;
-      // The pattern's row counts from dx too: with dy, dithered text would change its look from earlier drawings.
+      // Quirk 11. The pattern's row counts from dx too: with dy, dithered text would look different in each row.
       SetPixel(dx + column, dy + row, PenColorAt(pen, dx + column, dx + row));
     }
   }

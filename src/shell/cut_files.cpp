@@ -114,7 +114,7 @@ bool MainFrame::SaveCutAs(CutWindow* cut) {
   std::snprintf(chosen.path, sizeof(chosen.path), "%s", cut->path);
   if (!chosen.AskToSave(frameWindow, kCutFiles)) return false;
   CommandFile file(chosen.path, "wb");
-  // Callers go on all the same when the file doesn't open: only a cancel stops them.
+  // Quirk 18. A file that doesn't open counts as saved: only a cancel stops the caller.
   if (!file.IsOpen()) return true;
   {
     WaitCursor wait;

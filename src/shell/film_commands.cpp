@@ -85,8 +85,8 @@ void MainFrame::OpenFilm() {
 }
 
 bool MainFrame::OpenFilmFile(const char* path) {
-  // A failure leaves an empty film, while the list stays as it was: every command on a line meets entries that may not
-  // be there.
+  // Quirk 22. A failure leaves an empty film, while the list stays as it was: every command on a line meets entries
+  // that may not be there.
   if (!film->Load(path, platform::kPathSeparator)) return false;
   SetFrameTitle(film->path);
   const QuietList quiet(cutList);
@@ -164,7 +164,7 @@ void MainFrame::NewNumberedCut(bool insert) {
   char path[kPathCapacity];
   if (name[0] == '\0' || std::strlen(name) >= sizeof(path)) return;
   std::strcpy(path, name);
-  // Behind number 999 the path stays, and the new cut takes the place of the one at the caret.
+  // Quirk 16. Behind number 999 the path stays, and the new cut takes the place of the one at the caret.
   NextNumberedName(path);
   CutDialog dialog(statusBar);
   if (!dialog.Run(frameWindow)) return;
@@ -179,7 +179,7 @@ void MainFrame::DeleteCuts() {
   if (film->cuts.Count() == 0) return;
   char question[kTextBufferSize];
   platform::ReadResourceText(kTextDeleteQuestion, question, sizeof(question));
-  // No keeps the files; the lines go with either answer.
+  // Quirk 17. No keeps the files; the lines go with either answer.
   const bool deletesFiles = platform::AskYesNo(frameWindow, question, kBoxTitle, platform::BoxIcon::kQuestion);
   const std::vector<int32_t> lines = SelectedLines(cutList);
   for (size_t i = lines.size(); i-- > 0;) {

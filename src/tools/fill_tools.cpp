@@ -74,7 +74,7 @@ void ClickGradient(const ToolInput& input) {
 
 void EdgeTo(const ToolInput& input) {
   CutWindow* const window = input.window;
-  // A drag that ends on the wrong side isn't a cancel: a later release may still finish it.
+  // Quirk 15. A drag that ends on the wrong side isn't a cancel: a later release may still finish it.
   if (!IsRightAndBelow(input.point, gEdging.start)) return;
   window->SaveUndo();
   HideOverlay(window);

@@ -111,7 +111,7 @@ void ContinueCurve(const ToolInput& input) {
   gCurve.points[gCurve.index] = input.point;
   if (gCurve.index == 3) {
     if (gCurve.skips) {
-      // A segment that is left out is reported all the same, by an area without width at the place of the last one.
+      // Quirk 19. A segment that is left out still adds to the undo area: an area without width where the last one was.
       input.window->AddUndoRect(&gCurve.area);
     } else {
       DrawSegment(input);

@@ -35,8 +35,8 @@ void SetBrushSettings(int32_t shape, int32_t colorA, int32_t colorB, int32_t ton
 
 void GetBrushSettings(int32_t* shape, int32_t* colorA, int32_t* colorB, int32_t* tone, int32_t* removal,
                       int32_t* square) {
-  // The shape goes out as it stands, and SetBrushSettings mirrors it: undoing one of the two would turn the pens of
-  // settings files that exist.
+  // Quirk 12. The shape goes out as it stands, and SetBrushSettings mirrors it: undoing one of the two would turn the
+  // pens of existing settings files.
   *shape = currentPen.shape;
   *colorA = currentPen.colorA;
   *colorB = currentPen.colorB;

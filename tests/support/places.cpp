@@ -1,4 +1,15 @@
 #include "support/places.h"
 
-const char* const kProgramPath = SORVEL_PROGRAM;
+#include <cstdlib>
+
+namespace {
+
+const char* Program() {
+  const char* given = std::getenv("SORVEL_PROGRAM_UNDER_TEST");
+  return given != nullptr ? given : SORVEL_PROGRAM;
+}
+
+}  // namespace
+
+const char* const kProgramPath = Program();
 const char* const kScriptsPath = SORVEL_SCRIPTS;

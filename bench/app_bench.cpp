@@ -8,11 +8,11 @@
 #include <filesystem>
 #include <string>
 
+#include "cutwindow/drawing_settings.h"
 #include "foundation/settings.h"
 #include "platform/headless/headless.h"
 #include "resources/ids.h"
 #include "shell/entry.h"
-#include "tools/tool_state.h"
 
 namespace sorvel {
 namespace {

@@ -7,9 +7,9 @@
 #include <nlohmann/json.hpp>
 
 #include "console/console_files.h"
+#include "cutwindow/drawing_settings.h"
 #include "foundation/bitmap_head.h"
 #include "imaging/color_table.h"
-#include "tools/tool_state.h"
 
 namespace sorvel::console {
 

@@ -4,13 +4,12 @@
 #include <cstring>
 
 #include "cutwindow/cut_window.h"
+#include "cutwindow/drawing_settings.h"
 #include "cutwindow/wait_cursor.h"
 #include "foundation/bitmap_head.h"
 #include "foundation/buffer.h"
 #include "imaging/tone_conversion.h"
 #include "platform/clipboard.h"
-#include "tools/tool_handlers.h"
-#include "tools/tool_state.h"
 
 namespace sorvel {
 

@@ -1,10 +1,9 @@
 #include <algorithm>
 
 #include "cutwindow/cut_window.h"
+#include "cutwindow/drawing_settings.h"
 #include "cutwindow/wait_cursor.h"
 #include "resources/ids.h"
-#include "tools/tool_handlers.h"
-#include "tools/tool_state.h"
 
 namespace sorvel {
 

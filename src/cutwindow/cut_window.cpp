@@ -3,7 +3,6 @@
 #include <cstdlib>
 
 #include "foundation/paths.h"
-#include "tools/tool_handlers.h"
 
 namespace sorvel {
 
@@ -33,7 +32,7 @@ CutWindow::CutWindow(CutWindowHost* mainFrame, int32_t canvasWidth, int32_t canv
 
 CutWindow::~CutWindow() {
   // Strokes that this window was in the middle of can't end any more. A pan goes on in the next one.
-  ForgetToolsOn(this);
+  host->toolbox->Forget(this);
 }
 
 bool CutWindow::Create(platform::WindowHandle mdiClient) {
@@ -140,8 +139,7 @@ intptr_t CutWindow::RunTool(uint32_t message, uintptr_t first, intptr_t second) 
   host->penPicker.Hide();
   if (message == platform::kMessageRightUp) platform::KillWindowTimer(window, kPopupTimer);
   if (host->ActiveCut() != this) return platform::DefaultHandling(window, message, first, second);
-  const ToolHandler handler = HandlerOfTool(host->currentTool);
-  if (handler != nullptr) handler(message, static_cast<uint32_t>(first), second, this);
+  host->toolbox->Run(host->currentTool, message, static_cast<uint32_t>(first), second, this);
   return 0;
 }
 

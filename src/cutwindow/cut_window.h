@@ -3,6 +3,8 @@
 #include <cstdint>
 
 #include "animation/animation_window.h"
+#include "cutwindow/pen_picker.h"
+#include "cutwindow/toolbox.h"
 #include "document/cut.h"
 #include "imaging/indexed_image.h"
 #include "imaging/packed_image.h"
@@ -11,7 +13,6 @@
 #include "platform/menus.h"
 #include "platform/window.h"
 #include "resources/ids.h"
-#include "tools/pen_picker.h"
 
 namespace sorvel {
 
@@ -23,6 +24,8 @@ constexpr char kCutWindowClass[] = "SorvelinCutFrame";
 // What cut windows and tools ask of the frame around them.
 class CutWindowHost {
  public:
+  explicit CutWindowHost(Toolbox* allTools) : toolbox(allTools) {}
+
   // The cut whose window is active; null when none is open.
   virtual CutWindow* ActiveCut() = 0;
   // Runs a command: 0 when it was handled, 1 when nobody owns it.
@@ -52,6 +55,7 @@ class CutWindowHost {
 
   platform::WindowHandle frameWindow = nullptr;
   platform::MenuHandle toolPopupMenu = nullptr;
+  Toolbox* const toolbox;              // not owned
   int32_t currentTool = kToolFreePen;  // the number of its command
   int32_t previousTool = kToolFreePen;
   AnimationWindow animationWindow;

@@ -1,8 +1,7 @@
 
 #include "cutwindow/cut_window.h"
+#include "cutwindow/drawing_settings.h"
 #include "resources/ids.h"
-#include "tools/tool_handlers.h"
-#include "tools/tool_state.h"
 
 namespace sorvel {
 
@@ -82,7 +81,7 @@ void CutWindow::OnChar(uintptr_t character) {
   const int32_t action = ActionOf(character);
   const auto zoom = [this](uint32_t message) {
     const Point place = platform::ScreenToClient(window, platform::CursorPlace());
-    HandlerOfTool(kToolZoom)(message, 0, platform::PackPoint(place), this);
+    host->toolbox->Run(kToolZoom, message, 0, platform::PackPoint(place), this);
   };
   switch (action) {
     case 0:

@@ -1,8 +1,8 @@
 #include <algorithm>
 
 #include "cutwindow/cut_window.h"
+#include "cutwindow/drawing_settings.h"
 #include "foundation/arithmetic.h"
-#include "tools/tool_state.h"
 
 namespace sorvel {
 
@@ -162,12 +162,7 @@ void CutWindow::PaintClient(platform::DeviceContext* context, const Bounds& upda
   fill(0, corners[1].y, client.right, client.bottom);
 
   Point source[2] = {{update.left, update.top}, {update.right, update.bottom}};
-  const Point grid = {gridWidth, gridHeight};
-  gridWidth = 1;
-  gridHeight = 1;
-  WindowToCut(source, 2);
-  gridWidth = grid.x;
-  gridHeight = grid.y;
+  WindowToCutRaw(source, 2);
   int64_t w = int64_t{source[1].x} - source[0].x + 2;
   int64_t h = int64_t{source[1].y} - source[0].y + 2;
   Point from = {std::max(source[0].x, 0), std::max(source[0].y, 0)};

@@ -1,6 +1,6 @@
 #include "cutwindow/cut_window.h"
+#include "cutwindow/drawing_settings.h"
 #include "foundation/arithmetic.h"
-#include "tools/tool_state.h"
 
 namespace sorvel {
 

@@ -1,6 +1,7 @@
 #include <cstring>
 #include <iterator>
 
+#include "cutwindow/drawing_settings.h"
 #include "resources/ids.h"
 #include "shell/main_frame.h"
 

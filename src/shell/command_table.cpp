@@ -1,8 +1,7 @@
 #include "cutwindow/clipboard.h"
+#include "cutwindow/drawing_settings.h"
 #include "resources/ids.h"
 #include "shell/main_frame.h"
-#include "tools/tool_handlers.h"
-#include "tools/tool_state.h"
 
 // The commands that the frame runs. A new command is a line here and a function. Those of a cut's window have a table
 // of the same form in cutwindow/cut_commands.cpp.
@@ -128,7 +127,7 @@ const MainFrame::Command MainFrame::kCommands[] = {
 int32_t MainFrame::OnCommand(int32_t code, int32_t id, platform::WindowHandle control) {
   CutWindow* cut = ActiveCut();
   if (id >= kFrameTimeEdit && id <= kKeyFrameCheck) return OnPanelNotification(code, id);
-  if (HandlerOfTool(id) != nullptr) {
+  if (toolbox->Has(id)) {
     SelectTool(id);
     return 0;
   }

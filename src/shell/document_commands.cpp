@@ -3,11 +3,11 @@
 
 #include "animation/stream_encoder.h"
 #include "cutwindow/clipboard.h"
+#include "cutwindow/drawing_settings.h"
 #include "dialogs/dialogs.h"
 #include "foundation/settings.h"
 #include "shell/command_support.h"
 #include "shell/main_frame.h"
-#include "tools/tool_state.h"
 
 namespace sorvel {
 

@@ -1,15 +1,18 @@
 #include "shell/entry.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 #include "cutwindow/clipboard.h"
+#include "cutwindow/drawing_settings.h"
+#include "dialogs/dialogs.h"
 #include "foundation/paths.h"
 #include "foundation/settings.h"
 #include "imaging/color_table.h"
 #include "imaging/pen.h"
 #include "resources/ids.h"
-#include "tools/tool_state.h"
+#include "tools/tool_table.h"
 
 namespace sorvel {
 
@@ -64,16 +67,25 @@ void ReadTransparentColor() {
 
 }  // namespace
 
+void ResetProgram() {
+  constexpr unsigned int firstSeed = 1;
+  std::srand(firstSeed);
+  ResetDrawingSettings();
+  ResetTools();
+  ResetPan();
+  ResetClipboardBlock();
+  CutDialogDefaults = CutDialogValues{};
+}
+
 bool StartProgram(MainFrame* frame, const char* commandLine, int32_t showCommand) {
   // The order counts: later steps read what earlier ones left.
+  ResetProgram();
   LoadColors(nullptr);
   MakePalette();
   platform::RegisterWindowClass(kFrameClass, kFrameIcon, platform::CursorShape::kSizeWestEast, nullptr);
   platform::RegisterWindowClass(kAnimationClass, 0, platform::CursorShape::kArrow, nullptr);
   MakeMarginBrush();
   platform::RegisterWindowClass(kCutWindowClass, kCutIcon, platform::CursorShape::kNone, gMarginBrush);
-  ResetTools();
-  ResetPan();
   ReadFont();
   ReadBrush();
   platform::RegisterWindowClass(kHelperClass, 0, platform::CursorShape::kArrow, nullptr);

@@ -8,6 +8,7 @@
 #include "foundation/paths.h"
 #include "platform/files.h"
 #include "shell/tool_bar.h"
+#include "tools/tool_table.h"
 
 namespace sorvel {
 
@@ -20,7 +21,7 @@ constexpr int32_t kFirstChildId = 58000;
 
 MainFrame* gMainFrame = nullptr;
 
-MainFrame::MainFrame() {
+MainFrame::MainFrame() : CutWindowHost(AllTools()) {
   film = new Film;
 }
 

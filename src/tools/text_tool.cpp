@@ -3,25 +3,11 @@
 #include "foundation/arithmetic.h"
 #include "foundation/shared_string.h"
 #include "platform/fonts.h"
-#include "tools/tool_functions.h"
-#include "tools/tool_state.h"
+#include "tools/tool.h"
 
 namespace sorvel {
 
 namespace {
-
-// The first click asks for the text, the second one places it. The count is that of presses.
-enum TextClick : int32_t { kNoClick = 0, kAskForText = 1, kPlaceText = 2, kLostClick = 3 };
-
-struct TextTool {
-  int32_t clicks = kNoClick;
-  char* text = EmptyString;  // owned string field; stays for the next use
-  int32_t width = 0;         // of the text, in pixels of the drawing
-  int32_t height = 0;
-  int32_t lineHeight = 0;
-  Point corner;  // of the frame, in layer coordinates
-};
-TextTool gText;
 
 // Calls the function with each line and its length. Lines end with a carriage return and its line feed.
 template <typename LineFunction>
@@ -36,127 +22,136 @@ void ForEachLine(const char* text, LineFunction function) {
   }
 }
 
-void MeasureText(const CutWindow& window) {
-  int32_t longest = 0;
-  int64_t depth = 0;
-  gText.lineHeight = 0;
-  ForEachLine(gText.text, [&](const char* line, int32_t length) {
-    int32_t lineLength = 0;
-    gText.lineHeight = 0;
-    if (textToolFont.handle != nullptr) {
-      platform::MeasureText(window.window, textToolFont.handle, line, length, &lineLength, &gText.lineHeight);
-    }
-    longest = std::max(longest, lineLength);
-    depth += int64_t{gText.lineHeight} + textToolFont.spacing;
-  });
-  if (depth != 0) depth -= textToolFont.spacing;
-  gText.width = textToolFont.IsVertical() ? Saturated(depth) : longest;
-  gText.height = textToolFont.IsVertical() ? longest : Saturated(depth);
-}
+// The first click asks for the text, the second one places it.
+class TextTool final : public Tool {
+ public:
+  ~TextTool() override { AssignString(&text, ""); }
 
-// The text's place in the coordinates of its corner.
-Rect TextBlock(Point corner) {
-  return {corner.x, corner.y, gText.width, gText.height};
-}
+  void End() override { clicks = kNoClick; }
 
-void ShowTextFrame(const ToolInput& input) {
-  const Point corner = input.point;
-  gText.corner = corner;
-  const Point farCorner = {SaturatingAdd(corner.x, gText.width), SaturatingAdd(corner.y, gText.height)};
-  ShowFrame(input.window, ToWindowBounds(input.window, corner, farCorner));
-}
-
-void AskForText(const ToolInput& input) {
-  // A frame of the last text may follow the button that is down.
-  HideOverlay(input.window);
-  if (!input.window->host->EditText(&gText.text)) {
-    gText.clicks = kNoClick;
-    return;
+ protected:
+  void Press(const ToolInput&) override {
+    if (clicks < kLostClick) clicks++;
   }
-  MeasureText(*input.window);
-  ShowTextFrame(input);
-}
 
-// Draws the text on the view, as the font engine gives it.
-void DrawTextOnView(CutWindow* window, const Rect& block) {
-  if (window->view.bitmapHandle == nullptr || textToolFont.handle == nullptr) return;
-  const bool isVertical = textToolFont.IsVertical();
-  int64_t x = isVertical ? int64_t{block.x} + block.width : block.x;
-  int64_t y = block.y;
-  const int64_t step = int64_t{gText.lineHeight} + textToolFont.spacing;
-  ForEachLine(gText.text, [&](const char* line, int32_t length) {
-    platform::DrawTextLine(window->view.bitmapHandle, textToolFont.handle, Saturated(x), Saturated(y), line, length);
-    (isVertical ? x : y) += isVertical ? -step : step;
-  });
-}
+  void Move(const ToolInput& input) override {
+    if (clicks != kNoClick) ShowTextFrame(input);
+  }
 
-void PlaceText(const ToolInput& input) {
-  CutWindow* const window = input.window;
-  window->SaveUndo();
-  // A frame that a repaint took away is where the mouse is now.
-  const Point place = IsOverlayShown(window) ? gText.corner : input.point;
-  HideOverlay(window);
-  Point corner = place;
-  window->LayerToCut(&corner, 1);
-  const Rect block = TextBlock(corner);
-  // The view serves as paper: what isn't 0 on it afterwards is glyph.
-  window->view.FillRect(block.x, block.y, block.width, block.height, kTransparent);
-  DrawTextOnView(window, block);
-  input.cell->StampImage(place.x, place.y, &window->view, block.x, block.y, block.width, block.height, currentPen,
-                         maskFlags);
-  window->undoRect = TextBlock(place);
-  // Glyphs may hang over the block by less than their height.
-  const int64_t margin = gText.lineHeight;
-  window->RepaintArea(Saturated(block.x - margin), Saturated(block.y - margin), Saturated(block.width + 2 * margin),
-                      Saturated(block.height + 2 * margin), false);
-  RepaintLayerArea(window, window->undoRect);
-  gText.clicks = kNoClick;
-}
+  void Release(const ToolInput& input) override {
+    if (clicks == kAskForText) {
+      AskForText(input);
+    } else if (clicks == kPlaceText) {
+      PlaceText(input);
+    } else {
+      Cancel(input);
+    }
+  }
+
+  void RightRelease(const ToolInput& input) override {
+    if (clicks == kNoClick) {
+      input.OpenPenPicker(input.mouse);
+    } else {
+      Cancel(input);
+    }
+  }
+
+  void Pulse(const ToolInput& input) override { input.HideOverlay(); }
+
+ private:
+  // The count is that of presses.
+  enum Clicks : int32_t { kNoClick = 0, kAskForText = 1, kPlaceText = 2, kLostClick = 3 };
+
+  void Cancel(const ToolInput& input) {
+    input.HideOverlay();
+    clicks = kNoClick;
+  }
+
+  void AskForText(const ToolInput& input) {
+    // A frame of the last text may follow the button that is down.
+    input.HideOverlay();
+    if (!input.window->host->EditText(&text)) {
+      clicks = kNoClick;
+      return;
+    }
+    MeasureText(*input.window);
+    ShowTextFrame(input);
+  }
+
+  void MeasureText(const CutWindow& window) {
+    int32_t longest = 0;
+    int64_t depth = 0;
+    lineHeight = 0;
+    ForEachLine(text, [&](const char* line, int32_t length) {
+      int32_t lineLength = 0;
+      lineHeight = 0;
+      if (textToolFont.handle != nullptr) {
+        platform::MeasureText(window.window, textToolFont.handle, line, length, &lineLength, &lineHeight);
+      }
+      longest = std::max(longest, lineLength);
+      depth += int64_t{lineHeight} + textToolFont.spacing;
+    });
+    if (depth != 0) depth -= textToolFont.spacing;
+    width = textToolFont.IsVertical() ? Saturated(depth) : longest;
+    height = textToolFont.IsVertical() ? longest : Saturated(depth);
+  }
+
+  // The text's rectangle for its left top corner, in the coordinates of that corner.
+  Rect BlockAt(Point leftTop) const { return {leftTop.x, leftTop.y, width, height}; }
+
+  void ShowTextFrame(const ToolInput& input) {
+    corner = input.point;
+    const Point farCorner = {SaturatingAdd(corner.x, width), SaturatingAdd(corner.y, height)};
+    input.ShowFrame(input.ToWindow(corner, farCorner));
+  }
+
+  // Draws the text on the view, as the font engine gives it.
+  void DrawTextOnView(CutWindow* window, const Rect& block) const {
+    if (window->view.bitmapHandle == nullptr || textToolFont.handle == nullptr) return;
+    const bool isVertical = textToolFont.IsVertical();
+    int64_t x = isVertical ? int64_t{block.x} + block.width : block.x;
+    int64_t y = block.y;
+    const int64_t step = int64_t{lineHeight} + textToolFont.spacing;
+    ForEachLine(text, [&](const char* line, int32_t length) {
+      platform::DrawTextLine(window->view.bitmapHandle, textToolFont.handle, Saturated(x), Saturated(y), line, length);
+      (isVertical ? x : y) += isVertical ? -step : step;
+    });
+  }
+
+  void PlaceText(const ToolInput& input) {
+    CutWindow* const window = input.window;
+    window->SaveUndo();
+    // A frame that a repaint took away is where the mouse is now.
+    const Point place = input.overlay->IsShown(window) ? corner : input.point;
+    input.HideOverlay();
+    Point inCut = place;
+    window->LayerToCut(&inCut, 1);
+    const Rect block = BlockAt(inCut);
+    // The view serves as paper: what isn't 0 on it afterwards is glyph.
+    window->view.FillRect(block.x, block.y, block.width, block.height, kTransparent);
+    DrawTextOnView(window, block);
+    input.cell->StampImage(place.x, place.y, &window->view, block.x, block.y, block.width, block.height, currentPen,
+                           maskFlags);
+    // Glyphs may hang over the block by less than their height.
+    const int64_t margin = lineHeight;
+    window->RepaintArea(Saturated(block.x - margin), Saturated(block.y - margin), Saturated(block.width + 2 * margin),
+                        Saturated(block.height + 2 * margin), false);
+    input.ReportStep(BlockAt(place));
+    clicks = kNoClick;
+  }
+
+  int32_t clicks = kNoClick;
+  char* text = EmptyString;  // owned string field; stays for the next use
+  int32_t width = 0;         // of the text, in pixels of the drawing
+  int32_t height = 0;
+  int32_t lineHeight = 0;
+  Point corner;  // of the frame, in layer coordinates
+};
 
 }  // namespace
 
-void RunText(uint32_t message, const ToolInput& input) {
-  CutWindow* const window = input.window;
-  switch (message) {
-    case platform::kMessageLeftDown:
-      if (gText.clicks < kLostClick) gText.clicks++;
-      break;
-    case platform::kMessageLeftUp:
-      if (gText.clicks == kAskForText) {
-        AskForText(input);
-      } else if (gText.clicks == kPlaceText) {
-        PlaceText(input);
-      } else {
-        HideOverlay(window);
-        gText.clicks = kNoClick;
-      }
-      break;
-    case platform::kMessageMouseMove:
-      if (gText.clicks != kNoClick) ShowTextFrame(input);
-      break;
-    case platform::kMessageRightUp:
-      if (gText.clicks == kNoClick) {
-        OpenPenPicker(window, input.mouse);
-      } else {
-        HideOverlay(window);
-        gText.clicks = kNoClick;
-      }
-      break;
-    case platform::kMessageUser:
-      HideOverlay(window);
-      break;
-    default:
-      break;
-  }
-}
-
-void EndTextTool() {
-  gText.clicks = kNoClick;
-}
-
-void ResetTextTool() {
-  AssignString(&gText.text, "");
-  gText = TextTool{};
+std::unique_ptr<Tool> MakeTextTool() {
+  return std::make_unique<TextTool>();
 }
 
 }  // namespace sorvel

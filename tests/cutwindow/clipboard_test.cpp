@@ -14,16 +14,6 @@ namespace {
 
 class Clipboards : public testshell::ShellTest {
  protected:
-  void SetUp() override {
-    ShellTest::SetUp();
-    ResetClipboardBlock();
-  }
-  void TearDown() override {
-    maskFlags = 0;
-    ShellTest::TearDown();
-    ResetClipboardBlock();
-  }
-
   // A picture of one grey on the clipboard, pasted.
   void PastePicture(int32_t width, int32_t height, uint8_t grey) {
     const std::vector<uint8_t> pixels(static_cast<size_t>(width) * static_cast<size_t>(height) * 3, grey);

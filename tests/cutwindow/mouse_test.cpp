@@ -12,12 +12,6 @@ using testshell::ShellTest;
 
 class CutWindowMouse : public ShellTest {
  protected:
-  void TearDown() override {
-    gridWidth = 1;
-    gridHeight = 1;
-    ShellTest::TearDown();
-  }
-
   // Client coordinates of the active cut.
   void Mouse(uint32_t message, int32_t x, int32_t y, uint32_t keys = 0) {
     platform::Send(Cut()->window, message, keys, platform::PackPoint({x, y}));

@@ -14,6 +14,7 @@
 #include "platform/headless/headless.h"
 #include "platform/text.h"
 #include "resources/ids.h"
+#include "shell/entry.h"
 
 namespace sorvel::testdialogs {
 
@@ -36,7 +37,7 @@ class DialogTest : public testing::Test {
 
   void SetUp() override {
     platform::headless::Reset();
-    CutDialogDefaults = CutDialogValues{};
+    ResetProgram();
     platform::RegisterWindowClass("TestOwner", 0, platform::CursorShape::kArrow, nullptr);
     owner = platform::MakeCaptionWindow("TestOwner", "", nullptr, &object);
     ASSERT_NE(owner, nullptr);

@@ -4,12 +4,11 @@
 #include <cstring>
 
 #include "console/script_runner.h"
+#include "cutwindow/drawing_settings.h"
 #include "dialogs/dialog.h"
 #include "imaging/indexed_image.h"
 #include "monkey/cursors.h"
 #include "platform/headless/headless.h"
-#include "tools/tool_handlers.h"
-#include "tools/tool_state.h"
 
 namespace sorvel::monkey {
 
@@ -65,7 +64,7 @@ std::string Invariants::Check(MainFrame& frame, bool mayLoad) {
   ++checks;
   std::string problem = CheckTools();
   if (!problem.empty()) return problem;
-  if (HandlerOfTool(frame.currentTool) == nullptr) return Numbered("the tool is", frame.currentTool);
+  if (!frame.toolbox->Has(frame.currentTool)) return Numbered("the tool is", frame.currentTool);
   const std::vector<CutWindow*> cuts = console::OpenCuts(frame);
   std::set<const Layer*> nowStale;
   for (CutWindow* cut : cuts) {

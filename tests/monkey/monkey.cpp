@@ -11,7 +11,6 @@
 #include "platform/headless/headless.h"
 #include "platform/text.h"
 #include "resources/ids.h"
-#include "tools/tool_handlers.h"
 
 namespace sorvel::monkey {
 

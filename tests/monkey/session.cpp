@@ -6,7 +6,6 @@
 #include <system_error>
 
 #include "console/script_reader.h"
-#include "cutwindow/clipboard.h"
 #include "dialogs/dialogs.h"
 #include "foundation/settings.h"
 #include "platform/headless/headless.h"
@@ -99,10 +98,6 @@ Session::Session(const std::string& folder, FILE* scriptFile) : script(scriptFil
   fs::current_path(folder, error);
   fs::remove_all(kFiles, error);
   fs::create_directories(std::string(kFiles).append("/sub"), error);
-  // As a fresh process finds everything.
-  std::srand(1);
-  CutDialogDefaults = CutDialogValues{};
-  ResetClipboardBlock();
   UseSettingsFile((fs::current_path(error) / kSettings).string().c_str());
   Start();
 }

@@ -3,11 +3,11 @@
 #include <cstring>
 #include <set>
 
-#include "cutwindow/clipboard.h"
 #include "imaging/color_table.h"
 #include "resources/ids.h"
 #include "shell/shell_fixture.h"
 #include "shell/tool_bar.h"
+#include "tools/tool_table.h"
 
 // The vocabulary of the program, entry by entry: menus, keys, tool bar and texts, who owns each number, and what each
 // row of the commands does to the document, the panels and the marks.
@@ -557,14 +557,6 @@ struct Row {
 
 class CommandRows : public ShellTest {
  protected:
-  void SetUp() override {
-    ResetClipboardBlock();
-    ShellTest::SetUp();
-  }
-  void TearDown() override {
-    ShellTest::TearDown();
-    ResetClipboardBlock();
-  }
   void MakeScene(bool selectsAll) {
     MakeCut();
     AddLayer("B");
@@ -727,6 +719,8 @@ TEST_F(CommandRows, OfFiles) {
 // repaint, and the view is as it should be by the second one.
 class OrderHost final : public CutWindowHost {
  public:
+  OrderHost() : CutWindowHost(AllTools()) {}
+
   CutWindow* ActiveCut() override {
     CutWindow* cut = static_cast<CutWindow*>(platform::ObjectOf(platform::ActiveMdiChild(mdiClient)));
     // Of all that these commands do only a pulse asks which window is the active one.
@@ -774,13 +768,13 @@ class CommandOrder : public testing::Test {
  protected:
   void SetUp() override {
     platform::headless::Reset();
-    ResetTools();
+    ResetProgram();
     host.frameWindow = platform::MakeFrameWindow("Frame", "", 103, nullptr);
     host.mdiClient = platform::MakeMdiClient(host.frameWindow, kMdiClientId, 0, 0);
   }
   void TearDown() override {
     platform::DestroyWindow(host.frameWindow);
-    ResetTools();
+    ResetProgram();
     platform::headless::Reset();
   }
 

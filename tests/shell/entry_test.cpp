@@ -28,7 +28,7 @@ TEST(KeptPen, APenPickedFromTransparentGroundComesBack) {
     FinishProgram(&frame);
   }
   platform::headless::Reset();
-  ResetTools();
+  ResetProgram();
   UseSettingsFile(nullptr);
 }
 

@@ -9,7 +9,6 @@
 
 #include "resources/ids.h"
 #include "shell/shell_fixture.h"
-#include "tools/tool_handlers.h"
 
 namespace sorvel::testshell {
 namespace {
@@ -146,7 +145,7 @@ class Overlays : public ShellTest {
     platform::headless::ClearFailure();
     frame->film->modified = 0;
     frame->StopAnimation();
-    ResetTools();
+    ResetProgram();
     frame->currentTool = kToolFreePen;
   }
 

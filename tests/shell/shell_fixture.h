@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "cutwindow/drawing_settings.h"
 #include "dialogs/dialogs.h"
 #include "foundation/settings.h"
 #include "platform/files.h"
@@ -17,7 +18,6 @@
 #include "shell/entry.h"
 #include "shell/main_frame.h"
 #include "support/test_document.h"
-#include "tools/tool_state.h"
 
 namespace sorvel::testshell {
 
@@ -53,7 +53,6 @@ class ShellTest : public testing::Test {
 
   void SetUp() override {
     platform::headless::Reset();
-    CutDialogDefaults = CutDialogValues{};
     UseSettingsFile(folder.Path("sorvel.ini").c_str());
     frame = std::make_unique<MainFrame>();
     ASSERT_TRUE(StartProgram(frame.get(), "", 1));
@@ -64,6 +63,7 @@ class ShellTest : public testing::Test {
     platform::DestroyWindow(frame->frameWindow);
     FinishProgram(frame.get());
     frame.reset();
+    ResetProgram();
     platform::headless::Reset();
     UseSettingsFile(nullptr);
   }

@@ -175,7 +175,7 @@ TEST_F(LineToolTest, AWindowThatClosesInADragLeavesNothingToTheNext) {
   CutWindow* second = OpenCut(64, 64);
   Press(5, 5);
   Move(50, 40);
-  ForgetToolsOn(second);
+  host.toolbox->Forget(second);
   CloseActive();
   Move(20, 20);
   Release(30, 30, kControl);

@@ -207,7 +207,7 @@ TEST_F(FreePenTest, AStrokeEndsWithItsWindow) {
   CutWindow* other = cut;
   cut = OpenCut(64, 64);
   Press(10, 10);
-  ForgetToolsOn(cut);
+  host.toolbox->Forget(cut);
   CloseActive();
   cut = other;
   Move(20, 20);

@@ -161,7 +161,7 @@ TEST_F(FramePositionTest, ABoxOfAnotherWindowIsNotDrawnHere) {
   Activate(first);
   EXPECT_GT(OverlaySize(first), 0u);
   EXPECT_EQ(OverlaySize(second), 0u);
-  ForgetToolsOn(first);
+  host.toolbox->Forget(first);
   CloseActive();
   cut = second;
   second->RepaintAll();

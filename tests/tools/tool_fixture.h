@@ -6,15 +6,15 @@
 #include <string>
 #include <vector>
 
-#include "cutwindow/clipboard.h"
 #include "cutwindow/cut_window.h"
+#include "cutwindow/drawing_settings.h"
 #include "foundation/shared_string.h"
 #include "platform/headless/headless.h"
 #include "platform/window.h"
 #include "resources/ids.h"
+#include "shell/entry.h"
 #include "support/test_images.h"
-#include "tools/tool_handlers.h"
-#include "tools/tool_state.h"
+#include "tools/tool_table.h"
 
 namespace sorvel {
 
@@ -31,12 +31,14 @@ namespace testtools {
 // As much of a frame as cut windows and tools need.
 class ToolHost final : public CutWindowHost {
  public:
+  ToolHost() : CutWindowHost(AllTools()) {}
+
   CutWindow* ActiveCut() override {
     return static_cast<CutWindow*>(platform::ObjectOf(platform::ActiveMdiChild(mdiClient)));
   }
 
   int32_t OnCommand(int32_t code, int32_t id, platform::WindowHandle control) override {
-    if (HandlerOfTool(id) != nullptr) {
+    if (toolbox->Has(id)) {
       SelectTool(id);
       return 0;
     }
@@ -89,8 +91,7 @@ class ToolTest : public ::testing::Test {
 
   void SetUp() override {
     platform::headless::Reset();
-    ResetTools();
-    ResetClipboardBlock();
+    ResetProgram();
     platform::headless::SetClientSize(kSide, kSide);
     host.frameWindow = platform::MakeFrameWindow("Frame", "", 103, nullptr);
     host.mdiClient = platform::MakeMdiClient(host.frameWindow, kMdiClientId, 0, 0);
@@ -102,8 +103,7 @@ class ToolTest : public ::testing::Test {
   void TearDown() override {
     while (host.ActiveCut() != nullptr) CloseActive();
     platform::DestroyWindow(host.frameWindow);
-    ResetTools();
-    ResetClipboardBlock();
+    ResetProgram();
     platform::headless::Reset();
   }
 

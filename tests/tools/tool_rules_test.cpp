@@ -132,14 +132,13 @@ TEST_F(ToolRulesTest, AnUnluckyHandBreaksNothingAndLeavesNothingOnTheScreen) {
         break;
       case 7:
         if (below(8) == 0) {
-          const ToolHandler zoom = HandlerOfTool(kToolZoom);
           const bool zoomsIn = active->zoomNumerator < 3;
           for (int32_t i = 0; i < (zoomsIn ? 1 : 2); ++i) {
-            zoom(zoomsIn ? platform::kMessageLeftDown : platform::kMessageRightDown, 0, platform::PackPoint({30, 30}),
-                 active);
+            host.toolbox->Run(kToolZoom, zoomsIn ? platform::kMessageLeftDown : platform::kMessageRightDown, 0,
+                              platform::PackPoint({30, 30}), active);
           }
         } else if (below(20) == 0) {
-          ForgetToolsOn(active);
+          host.toolbox->Forget(active);
           CloseActive();
           (active == cut ? cut : second) = OpenCut(40 + static_cast<int32_t>(below(40)), 48);
         }

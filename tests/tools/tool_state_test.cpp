@@ -50,7 +50,7 @@ TEST_F(ToolStateTest, ASquarePenComesBackMirroredAndMarkedSquare) {
   GetBrushSettings(&values[0], &values[1], &values[2], &values[3], &values[4], &values[5]);
   EXPECT_EQ(values[0], 3);
   EXPECT_EQ(values[5], 1);
-  ResetTools();
+  ResetDrawingSettings();
   SetBrushSettings(values[0], values[1], values[2], values[3], values[4], values[5]);
   EXPECT_EQ(currentPen.shape, 11);
   EXPECT_EQ(penSign, -1);
@@ -61,7 +61,7 @@ TEST_F(ToolStateTest, ARoundPenMakesTheRoundTripUnchanged) {
   muraRemoval = 0;
   int32_t values[6] = {};
   GetBrushSettings(&values[0], &values[1], &values[2], &values[3], &values[4], &values[5]);
-  ResetTools();
+  ResetDrawingSettings();
   SetBrushSettings(values[0], values[1], values[2], values[3], values[4], values[5]);
   EXPECT_EQ(currentPen, (PenSpec{12, 7, 1, 2}));
   EXPECT_EQ(muraRemoval, 0);
@@ -116,9 +116,9 @@ TEST_F(ToolStateTest, ExactlySixteenNumbersAreTools) {
                                kToolAreaSelect,    kToolEraser,        kToolGradient,   kToolText,
                                kToolEdging,        kToolMosaic,        kToolFocusLines, kToolParallelLines};
   size_t found = 0;
-  for (int32_t id = 40000; id < 40200; ++id) found += HandlerOfTool(id) != nullptr ? 1u : 0u;
+  for (int32_t id = 40000; id < 40200; ++id) found += host.toolbox->Has(id) ? 1u : 0u;
   EXPECT_EQ(found, std::size(tools));
-  for (int32_t id : tools) EXPECT_NE(HandlerOfTool(id), nullptr) << id;
+  for (int32_t id : tools) EXPECT_TRUE(host.toolbox->Has(id)) << id;
 }
 
 }  // namespace

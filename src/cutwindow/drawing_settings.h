@@ -44,7 +44,7 @@ void TogglePenShape();
 // Keeps the four values and makes the font, unless one of them is empty or 0. The name is copied.
 void SetTextToolFont(const char* faceName, int32_t size, int32_t spacing, int32_t weight);
 
-// Pen, mask, grid, font and the state of every tool as a start of the program finds them.
-void ResetTools();
+// Pen, mask, grid and font as a start of the program finds them.
+void ResetDrawingSettings();
 
 }  // namespace sorvel

@@ -1,6 +1,6 @@
-#include "tools/pen_picker.h"
+#include "cutwindow/pen_picker.h"
 
-#include "tools/tool_state.h"
+#include "cutwindow/drawing_settings.h"
 
 namespace sorvel {
 

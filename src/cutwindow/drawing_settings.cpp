@@ -1,9 +1,8 @@
-#include "tools/tool_state.h"
+#include "cutwindow/drawing_settings.h"
 
 #include <algorithm>
 
-#include "tools/tool_functions.h"
-#include "tools/tool_handlers.h"
+#include "imaging/color_table.h"
 
 namespace sorvel {
 
@@ -61,7 +60,7 @@ void SetTextToolFont(const char* faceName, int32_t size, int32_t spacing, int32_
   textToolFont.handle = platform::MakeFont(faceName, size, weight);
 }
 
-void ResetTools() {
+void ResetDrawingSettings() {
   currentPen = PenSpec{};
   maskFlags = 0;
   muraRemoval = 1;
@@ -69,16 +68,6 @@ void ResetTools() {
   gridWidth = 1;
   gridHeight = 1;
   SetTextToolFont("", 0, 0, 0);
-  ResetToolHandlers();
-  ResetPenTools();
-  ResetLineTools();
-  ResetBoxTool();
-  ResetFillTools();
-  ResetGuideTools();
-  ResetTextTool();
-  ResetAreaTools();
-  ResetPositionTools();
-  ResetOverlay();
 }
 
 }  // namespace sorvel

@@ -1,0 +1,54 @@
+#include "cutwindow/wait_cursor.h"
+#include "tools/tool.h"
+
+namespace sorvel {
+
+namespace {
+
+class EdgingTool final : public Tool {
+ public:
+  void End() override { isActive = false; }
+
+ protected:
+  void Press(const ToolInput& input) override {
+    input.HideOverlay();
+    isActive = true;
+    start = input.point;
+  }
+
+  void Move(const ToolInput& input) override {
+    if (isActive) input.StretchFrame(start);
+  }
+
+  void Release(const ToolInput& input) override {
+    // Quirk 15. A drag that ends on the wrong side isn't a cancel: a later release may still finish it.
+    if (!isActive || !IsRightAndBelow(input.point, start)) return;
+    input.window->SaveUndo();
+    input.HideOverlay();
+    const Rect area = {start.x, start.y, input.point.x - start.x, input.point.y - start.y};
+    {
+      const WaitCursor waiting;
+      input.cell->EdgeFill(area.x, area.y, area.width, area.height, currentPen, maskFlags);
+    }
+    input.ReportStep(area);
+    isActive = false;
+  }
+
+  void RightRelease(const ToolInput& input) override {
+    if (!isActive) input.OpenPenPicker(input.mouse);
+  }
+
+  void Pulse(const ToolInput& input) override { input.HideOverlay(); }
+
+ private:
+  bool isActive = false;
+  Point start;  // in layer coordinates
+};
+
+}  // namespace
+
+std::unique_ptr<Tool> MakeEdgingTool() {
+  return std::make_unique<EdgingTool>();
+}
+
+}  // namespace sorvel

@@ -1,0 +1,62 @@
+#include "tools/tool.h"
+
+namespace sorvel {
+
+namespace {
+
+class RectangleTool final : public Tool {
+ public:
+  void End() override { isActive = false; }
+
+ protected:
+  void Press(const ToolInput& input) override {
+    input.HideOverlay();
+    start = input.point;
+    isActive = true;
+  }
+
+  void Move(const ToolInput& input) override {
+    if (isActive) input.StretchFrame(start);
+  }
+
+  void Release(const ToolInput& input) override {
+    if (!isActive) return;
+    input.window->SaveUndo();
+    input.HideOverlay();
+    const int32_t width = input.point.x - start.x;
+    const int32_t height = input.point.y - start.y;
+    // The outline grows this rectangle. After a fill undoRect holds the right and bottom edges as its width and height:
+    // it is seen from outside, so it stays as it has always been, and what is repainted too much does no harm.
+    Rect area = {start.x, start.y, width, height};
+    if (input.isControlDown) {
+      Bounds filled;
+      if (input.cell->FillBox(start.x, start.y, width, height, currentPen, maskFlags, &filled)) {
+        area = {filled.left, filled.top, filled.right, filled.bottom};
+      }
+    } else {
+      input.cell->DrawBox(start.x, start.y, width, height, &currentPen, maskFlags, &area);
+    }
+    input.ReportStep(area);
+    isActive = false;
+  }
+
+  void RightRelease(const ToolInput& input) override {
+    if (!isActive) input.OpenPenPicker(input.mouse);
+  }
+
+  // The drag goes on. Only the frame leaves the screen, for what repaints it would make the next inversion of it show
+  // it again.
+  void Pulse(const ToolInput& input) override { input.HideOverlay(); }
+
+ private:
+  bool isActive = false;
+  Point start;  // in layer coordinates
+};
+
+}  // namespace
+
+std::unique_ptr<Tool> MakeRectangleTool() {
+  return std::make_unique<RectangleTool>();
+}
+
+}  // namespace sorvel

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <cstring>
 
 #include "resources/ids.h"
 #include "shell/shell_fixture.h"
@@ -127,6 +128,27 @@ TEST_F(CutWindowMouse, PanGoesOnInTheNextWindowWhenItsOwnIsClosed) {
   EXPECT_EQ(first->scrollX, 5);
   EXPECT_EQ(first->scrollY, 6);
   Mouse(platform::kMessageMouseMove, 5, 4);
+}
+
+TEST_F(CutWindowMouse, APanByOnePixelLeavesNoStalePixels) {
+  platform::headless::SetClientSize(40, 30);
+  CutWindow* cut = MakeCut(100, 80);
+  int32_t x = 0;
+  int32_t y = 0;
+  cut->CurrentCell(&x, &y)->FillBox(0, 0, 100, 80, {0, 5, 2, 3}, 0, nullptr);
+  cut->RepaintAll();
+  platform::headless::PaintInvalid(cut->window);
+  const std::vector<platform::ColorEntry>& screen = cut->window->pixels;
+  for (const int32_t step : {-1, -1, 1}) {
+    Mouse(platform::kMessageMouseMove, 20, 20, kPanKeys);
+    Mouse(platform::kMessageMouseMove, 20 + step, 20 + step, kPanKeys);
+    const std::vector<platform::ColorEntry> shown = screen;
+    platform::InvalidateClient(cut->window, false);
+    platform::headless::PaintInvalid(cut->window);
+    EXPECT_EQ(std::memcmp(shown.data(), screen.data(), screen.size() * sizeof(screen[0])), 0) << step;
+    Mouse(platform::kMessageMouseMove, 20, 20);
+  }
+  EXPECT_EQ(cut->scrollX, 1);
 }
 
 TEST_F(CutWindowMouse, AStartOfTheProgramEndsAPan) {

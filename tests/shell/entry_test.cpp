@@ -1,6 +1,7 @@
 #include <cstdint>
 #include <string>
 
+#include "cutwindow/clipboard.h"
 #include "shell/shell_fixture.h"
 
 namespace sorvel::testshell {
@@ -30,6 +31,24 @@ TEST(KeptPen, APenPickedFromTransparentGroundComesBack) {
   platform::headless::Reset();
   ResetProgram();
   UseSettingsFile(nullptr);
+}
+
+TEST(AReset, LeavesNothingOfTheProgramBefore) {
+  currentPen = {3, 4, 1, 2};
+  maskFlags = 5;
+  gridWidth = 8;
+  pulseSuppressed = true;
+  clipTransparent = true;
+  ASSERT_TRUE(ClipboardImage()->Resize(4, 4, 0));
+  CutDialogDefaults.width = 5;
+  ResetProgram();
+  EXPECT_EQ(currentPen, PenSpec{});
+  EXPECT_EQ(maskFlags, 0u);
+  EXPECT_EQ(gridWidth, 1);
+  EXPECT_FALSE(pulseSuppressed);
+  EXPECT_FALSE(clipTransparent);
+  EXPECT_EQ(ClipboardImage()->width, 0);
+  EXPECT_EQ(CutDialogDefaults.width, CutDialogValues{}.width);
 }
 
 TEST(StartedWithAPath, InDoubleQuotesOpensNothing) {

@@ -18,92 +18,12 @@ class FillToolTest : public testtools::ToolTest {
   }
 };
 
-TEST_F(FillToolTest, FillsTheClosedAreaAtTheRelease) {
-  OutlineBox();
-  Press(15, 15);
-  EXPECT_EQ(CountOf(1), 0u);
-  Release(15, 15);
-  EXPECT_EQ(CountOf(1), 100u);
-  EXPECT_TRUE(ViewIsComposed());
-  Command(kCommandUndo);
-  EXPECT_EQ(CountOf(1), 0u);
-}
-
-TEST_F(FillToolTest, AReleaseBeforeTheFirstPressDoesNothingAndOneAfterItFills) {
-  OutlineBox();
-  Release(15, 15);
-  EXPECT_EQ(CountOf(1), 0u);
-  Click(15, 15);
-  EXPECT_EQ(CountOf(1), 100u);
-  currentPen.colorB = 3;
-  Release(15, 15);
-  EXPECT_EQ(CountOf(3), 100u);
-}
-
-TEST_F(FillToolTest, AClickOutsideTheCellDoesNothingButTheUndoCopy) {
-  cut->CurrentFrame()->SetRecordPosition(0, 30, 30);
-  cut->RepaintAll();
-  cut->undoCell = nullptr;
-  cut->undoRect = {1, 2, 3, 4};
-  Click(5, 5);
-  EXPECT_EQ(InkCount(), 0u);
-  EXPECT_EQ(cut->undoCell, Cell());
-  EXPECT_EQ(cut->undoRect, (Rect{}));
-}
-
-TEST_F(FillToolTest, APlainBoundaryPenScattersItsColourOverTransparentGround) {
-  Paint(8, 8, 16, 16, 4);
-  currentPen = {7, 0, 0, 9};
-  Click(10, 10);
-  EXPECT_EQ(CountOf(4), 0u);
-  EXPECT_EQ(CountOf(9), 16u);
-  EXPECT_EQ(InkCount(), 16u);
-  EXPECT_EQ(currentPen, (PenSpec{7, 0, 0, 9}));
-}
-
-TEST_F(FillToolTest, AScatterStopsAtPixelsOfItsColour) {
-  currentPen = {7, 0, 0, 10};
-  Paint(0, 20, 64, 1, 10);
-  Click(10, 10);
-  EXPECT_EQ(Pixel(30, 20), 10);
-  for (int32_t y = 21; y < 64; ++y) {
-    for (int32_t x = 0; x < 64; ++x) ASSERT_EQ(Pixel(x, y), 0);
-  }
-}
-
 TEST_F(FillToolTest, ADitheredBoundaryPenFillsAsItIs) {
   OutlineBox();
   currentPen = {7, 8, 4, 9};
   Click(15, 15);
   EXPECT_EQ(CountOf(9), 50u);
   EXPECT_EQ(CountOf(4), 50u);
-}
-
-TEST_F(FillToolTest, AClickOnABoundaryTakesThatPixelOutAndFillsFromTransparent) {
-  OutlineBox();
-  Paint(15, 10, 1, 10, 9);
-  currentPen.colorB = 2;
-  Click(15, 15);
-  // The boundary is consumed with the area on both sides of it.
-  EXPECT_EQ(CountOf(2), 100u);
-}
-
-TEST_F(FillToolTest, AClickOnAMaskedBoundaryChangesNothing) {
-  Paint(15, 15, 1, 1, 9);
-  maskFlags = 1u << 9;
-  Click(15, 15);
-  EXPECT_EQ(Pixel(15, 15), 9);
-  EXPECT_EQ(InkCount(), 1u);
-}
-
-TEST_F(FillToolTest, TheGridDoesNotMoveAClickAndIsRestored) {
-  gridWidth = 32;
-  gridHeight = 32;
-  OutlineBox();
-  Click(15, 15);
-  EXPECT_EQ(CountOf(1), 100u);
-  EXPECT_EQ(gridWidth, 32);
-  EXPECT_EQ(gridHeight, 32);
 }
 
 TEST_F(FillToolTest, ARightClickReadsTheToneOfATileAndOpensThePickerAtThePixel) {
@@ -150,74 +70,11 @@ class GradientToolTest : public testtools::ToolTest {
   }
 };
 
-TEST_F(GradientToolTest, TheSecondClickFillsFromTheFirstPenToThePresentOne) {
-  currentPen = {7, 0, 0, 1};
-  Click(0, 10);
-  EXPECT_EQ(InkCount(), 0u);
-  EXPECT_EQ(cut->undoCell, nullptr);
-  currentPen = {7, 0, 3, 4};
-  Click(63, 10);
-  EXPECT_EQ(Pixel(0, 10), 1);
-  EXPECT_EQ(Pixel(63, 30), 4);
-  EXPECT_EQ(InkCount(), 64u * 64);
-  EXPECT_TRUE(ViewIsComposed());
-  Command(kCommandUndo);
-  EXPECT_EQ(InkCount(), 0u);
-}
-
-TEST_F(GradientToolTest, APenOfWhiteFromTheFirstRowHasLevelZero) {
-  currentPen = {7, 0, 0, 4};
-  Click(0, 10);
-  currentPen = {7, 0, 0, 3};
-  Click(63, 10);
-  EXPECT_EQ(CountOf(1), 64u * 64);
-}
-
-TEST_F(GradientToolTest, TwoClicksOnTheSamePointKeepTheFirstLevel) {
-  currentPen = {7, 0, 1, 2};
-  Click(10, 10);
-  currentPen = {7, 0, 3, 4};
-  Click(10, 10);
-  EXPECT_EQ(CountOf(2), 64u * 64);
-}
-
-TEST_F(GradientToolTest, ARightClickBetweenTheTwoKeepsTheFirstOne) {
-  currentPen = {7, 0, 1, 2};
-  Click(10, 10);
-  Paint(40, 40, 8, 8, 4);
-  RightClick(44, 44);
-  EXPECT_TRUE(IsPickerOpen());
-  EXPECT_EQ(currentPen.colorB, 4);
-  Click(10, 63);
-  EXPECT_EQ(Pixel(0, 0), 2);
-  EXPECT_EQ(Pixel(5, 63), 4);
-}
-
 TEST_F(GradientToolTest, APressDoesNothing) {
   Press(10, 10);
   Press(20, 20);
   EXPECT_EQ(InkCount(), 0u);
   EXPECT_EQ(cut->undoCell, nullptr);
-}
-
-TEST_F(GradientToolTest, AThirdClickIsAFirstOneAgain) {
-  Click(10, 10);
-  Click(20, 20);
-  Cell()->Fill(0);
-  Click(10, 10);
-  EXPECT_EQ(InkCount(), 0u);
-}
-
-TEST_F(GradientToolTest, TheGridDoesNotMoveItsClicks) {
-  gridWidth = 32;
-  gridHeight = 32;
-  Paint(0, 0, 64, 64, 8);
-  Paint(10, 10, 5, 5, 4);
-  currentPen = {7, 0, 0, 1};
-  Click(12, 12);
-  Click(13, 13);
-  EXPECT_EQ(CountOf(1), 25u);
-  EXPECT_EQ(gridWidth, 32);
 }
 
 class EdgingToolTest : public testtools::ToolTest {
@@ -228,23 +85,6 @@ class EdgingToolTest : public testtools::ToolTest {
     Paint(10, 10, 20, 20, 4);
   }
 };
-
-TEST_F(EdgingToolTest, ADragDrawsABorderInsideTheColourOfItsCorner) {
-  Drag(10, 10, 40, 40);
-  EXPECT_EQ(CountOf(1), 4u * 19);
-  EXPECT_EQ(Pixel(10, 10), 1);
-  EXPECT_EQ(Pixel(11, 11), 4);
-  EXPECT_EQ(cut->undoRect, (Rect{10, 10, 30, 30}));
-  EXPECT_EQ(OverlaySize(), 0u);
-  EXPECT_TRUE(ViewIsComposed());
-}
-
-TEST_F(EdgingToolTest, TheBorderIsAsThickAsThePenPlusOne) {
-  currentPen.shape = 9;
-  Drag(10, 10, 40, 40);
-  EXPECT_EQ(Pixel(12, 20), 1);
-  EXPECT_EQ(Pixel(13, 20), 4);
-}
 
 TEST_F(EdgingToolTest, ADragToTheUpperLeftStaysActiveUntilALaterRelease) {
   Press(12, 12);
@@ -264,6 +104,8 @@ TEST_F(EdgingToolTest, ADragToTheUpperLeftStaysActiveUntilALaterRelease) {
 
 TEST_F(EdgingToolTest, APointOnlyToTheRightIsNoDrag) {
   Drag(12, 12, 30, 12);
+  EXPECT_EQ(CountOf(1), 0u);
+  Release(12, 30);
   EXPECT_EQ(CountOf(1), 0u);
   Release(30, 13);
   EXPECT_EQ(cut->undoRect, (Rect{12, 12, 18, 1}));

@@ -1,4 +1,5 @@
 #include <random>
+#include <vector>
 
 #include "resources/ids.h"
 #include "tools/tool_fixture.h"
@@ -62,6 +63,53 @@ TEST_F(ToolRulesTest, NoToolLeavesAnythingOnTheScreenWhenAnotherIsChosen) {
     EXPECT_EQ(OverlaySize(), 0u) << tool;
     EXPECT_TRUE(ViewIsComposed()) << tool;
   }
+}
+
+TEST_F(ToolRulesTest, AGestureEndsWithItsWindow) {
+  host.answeredText = "A";
+  SetTextToolFont("Sans", 16, 4, 400);
+  CutWindow* const first = cut;
+  for (int32_t tool : kTools) {
+    // A press outside a gesture is remembered by the fill tools, and zooming is no gesture.
+    if (tool == kToolZoom || tool == kToolFill || tool == kToolGradient) continue;
+    UseTool(tool);
+    Paint(0, 0, kSide, kSide, 0);
+    Paint(0, 0, kSide, kSide / 2, 8);
+    const auto pixels = [this] {
+      std::vector<int32_t> values;
+      for (int32_t i = 0; i < kSide * kSide; ++i) values.push_back(Pixel(i % kSide, i / kSide));
+      return values;
+    };
+    const std::vector<int32_t> before = pixels();
+    host.textDialogs = 0;
+    cut = OpenCut(kSide, kSide);
+    const bool needsClick = tool == kToolCurve || tool == kToolFocusLines || tool == kToolText;
+    Press(10, 10);
+    Move(20, 20);
+    if (needsClick) Release(20, 20);
+    host.toolbox->Forget(cut);
+    CloseActive();
+    cut = first;
+    Move(40, 20);
+    Move(40, 40);
+    Release(50, 50);
+    EXPECT_EQ(pixels(), before) << tool;
+    EXPECT_EQ((Point{cut->CurrentFrame()->x, cut->CurrentFrame()->y}), Point{}) << tool;
+    EXPECT_EQ((Point{cut->CurrentFrame()->records.At(0)->x, cut->CurrentFrame()->records.At(0)->y}), Point{}) << tool;
+    EXPECT_FALSE(cut->HasSelection()) << tool;
+    EXPECT_LE(host.textDialogs, 1) << tool;
+    RightRelease(60, 60);
+    EXPECT_EQ(pixels(), before) << tool;
+  }
+}
+
+TEST_F(ToolRulesTest, AResetPutsBackWhatOutlivesAStroke) {
+  UseTool(kToolEraser);
+  RightClick(30, 30);
+  ResetTools();
+  Paint(0, 0, kSide, kSide, 8);
+  Click(30, 30);
+  EXPECT_EQ(CountOf(5), 25u);
 }
 
 TEST_F(ToolRulesTest, HugeCoordinatesAtExtremeZoomsAreHarmless) {

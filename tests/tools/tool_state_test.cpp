@@ -6,54 +6,11 @@ namespace {
 
 class ToolStateTest : public testtools::ToolTest {};
 
-TEST_F(ToolStateTest, StartsWithAOnePixelRoundPenOfPlainBlackAndNoMask) {
-  EXPECT_EQ(currentPen, (PenSpec{7, 0, 0, 1}));
-  EXPECT_EQ(maskFlags, 0u);
-  EXPECT_EQ(muraRemoval, 1);
-  EXPECT_EQ(penSign, 1);
-}
-
-TEST_F(ToolStateTest, SquareShapeFiveTogglesToRoundShapeNine) {
-  currentPen.shape = 5;
-  penSign = -1;
-  TogglePenShape();
-  EXPECT_EQ(currentPen.shape, 9);
-  EXPECT_EQ(penSign, 1);
-}
-
-TEST_F(ToolStateTest, TogglingTheSmallestPenOnlyFlipsTheSign) {
-  TogglePenShape();
-  EXPECT_EQ(currentPen.shape, 7);
-  EXPECT_EQ(penSign, -1);
-}
-
-TEST_F(ToolStateTest, SizeKeysStopAtSizeZeroAndSeven) {
-  currentPen.shape = 7;
-  cut->OnChar('d');
-  EXPECT_EQ(currentPen.shape, 7);
-  currentPen.shape = 14;
-  cut->OnChar('f');
-  EXPECT_EQ(currentPen.shape, 14);
-}
-
 TEST_F(ToolStateTest, SetBrushSettingsStoresAllFiveInTheOrderOfTheSettings) {
   SetBrushSettings(9, 2, 3, 6, 0, 0);
   EXPECT_EQ(currentPen, (PenSpec{9, 6, 2, 3}));
   EXPECT_EQ(muraRemoval, 0);
   EXPECT_EQ(penSign, 1);
-}
-
-TEST_F(ToolStateTest, ASquarePenComesBackMirroredAndMarkedSquare) {
-  currentPen.shape = 3;
-  penSign = -1;
-  int32_t values[6] = {};
-  GetBrushSettings(&values[0], &values[1], &values[2], &values[3], &values[4], &values[5]);
-  EXPECT_EQ(values[0], 3);
-  EXPECT_EQ(values[5], 1);
-  ResetDrawingSettings();
-  SetBrushSettings(values[0], values[1], values[2], values[3], values[4], values[5]);
-  EXPECT_EQ(currentPen.shape, 11);
-  EXPECT_EQ(penSign, -1);
 }
 
 TEST_F(ToolStateTest, ARoundPenMakesTheRoundTripUnchanged) {
@@ -81,17 +38,6 @@ TEST_F(ToolStateTest, BrushSettingsOutOfRangeAreBroughtIntoRange) {
 TEST_F(ToolStateTest, APenPickedFromTransparentGroundSurvivesTheSettings) {
   SetBrushSettings(7, -1, 0, 0, 1, 0);
   EXPECT_EQ(currentPen, (PenSpec{7, 0, -1, 0}));
-}
-
-TEST_F(ToolStateTest, AMaskOfBitZeroAllowsDrawingOnlyOverInk) {
-  maskFlags = 1;
-  Paint(10, 10, 1, 1, 3);
-  UseTool(kToolLine);
-  UseTool(kToolFreePen);
-  Click(10, 10);
-  Click(20, 20);
-  EXPECT_EQ(Pixel(10, 10), 8);
-  EXPECT_EQ(InkCount(), 1u);
 }
 
 TEST_F(ToolStateTest, AFontNeedsNameSizeSpacingAndWeight) {

@@ -1,4 +1,3 @@
-
 #include "cutwindow/cut_window.h"
 #include "cutwindow/drawing_settings.h"
 #include "resources/ids.h"

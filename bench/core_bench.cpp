@@ -91,13 +91,10 @@ int64_t PixelBytes(Cut* cut) {
 }
 
 void Encode(Cut* cut, ByteStream* stream) {
-  const int32_t scale = OutputScale(cut->Antialias());
   NibbleBitmap bitmap;
   IndexedImage composition;
-  bitmap.Create(cut->width / scale, cut->height / scale);
   composition.Resize(cut->width, cut->height, 0);
-  AnimationEncoder encoder(stream, &bitmap, 1);
-  encoder.EncodeCut(cut, &composition, 0, cut->frames.Count() - 1);
+  CompileFrames(cut, 0, cut->frames.Count() - 1, stream, &bitmap, &composition);
 }
 
 void Import(benchmark::State& state) {

@@ -151,10 +151,8 @@ const std::filesystem::path& FilmFolder() {
     Cut cut(0, 0, 24, "", 0);
     NibbleBitmap bitmap;
     PackedImage composition;
-    AnimationEncoder encoder(&stream, &bitmap, 1);
-    if (!stream.IsOpen() || !file.IsOpen() || !cut.Load(&file, nullptr) ||
-        bitmap.Create(kWidth / 4, kHeight / 4) == 0 || !composition.Resize(kWidth, kHeight, 0) ||
-        encoder.EncodeCut(&cut, &composition, 0, kFrames / 2 - 1) == 0) {
+    if (!stream.IsOpen() || !file.IsOpen() || !cut.Load(&file, nullptr) || !composition.Resize(kWidth, kHeight, 0) ||
+        !CompileFrames(&cut, 0, kFrames / 2 - 1, &stream, &bitmap, &composition)) {
       std::exit(1);
     }
     file.Close();

@@ -40,10 +40,8 @@ void Use(Cut* cut) {
   }
   ChunkStream picture;
   cut->ExportFrameBitmap(&picture, &bitmap, &image);
-  fuzz::Require(bitmap.Create(cut->width / scale, cut->height / scale) == 1);
   ChunkStream output;
-  AnimationEncoder encoder(&output, &bitmap, 1);
-  fuzz::Require(encoder.EncodeCut(cut, &image, 0, cut->frames.Count() - 1) == 1);
+  fuzz::Require(CompileFrames(cut, 0, cut->frames.Count() - 1, &output, &bitmap, &image));
   std::vector<uint8_t> bytes = Contents(&output);
   fuzz::InputStream stream(bytes.data(), bytes.size());
   StreamInfo info;

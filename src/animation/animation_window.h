@@ -43,7 +43,7 @@ class AnimationWindow final : public platform::WindowObject {
   uint32_t timerId = 0;
   int32_t timerResolution = 0;  // in milliseconds
   int32_t timerFps = 0;         // what the running timer was set for, 0 for none
-  int32_t speedFactor = 1;      // multiplies the length of a tick
+  int32_t speedFactor = 1;      // multiplies the length of a tick; Play() sets 1, and nothing else here sets it
   int32_t topMargin = 0;        // black bands above and below the picture
   int32_t bottomMargin = 0;
   int32_t viewLeft = 0;  // where the viewport lands in the window

@@ -13,8 +13,8 @@ namespace sorvel {
 
 namespace {
 
-// Leaves a copy of the compiled stream beside the cut. A folder that can't be written gets none, and the cut goes into
-// the film all the same; half a copy would be taken for the stream the next time.
+// Saves a copy of the compiled stream beside the cut. If that fails, the film still gets the cut. An incomplete copy is
+// deleted: the next export would take it for the stream.
 void KeepCache(FileStream* compiled, const char* cachePath) {
   FileStream cache(platform::OpenStdioFile(cachePath, "wb"));
   if (!cache.IsOpen()) return;
@@ -23,19 +23,16 @@ void KeepCache(FileStream* compiled, const char* cachePath) {
   if (!cache.Close() || !copied) platform::DeletePath(cachePath);
 }
 
-// Compiles all frames of the cut. Gives an open file, or null if that can't be done. A cut without frames can't be
-// compiled with a report, and has an empty stream without one.
+// Compiles all frames of the cut into a temporary file. Gives the open file, or null on failure. A cut without frames
+// gives an empty file, or a failure if there is a report.
 FILE* CompileCut(Cut* cut, const char* cachePath, NibbleBitmap* bitmap, PackedImage* composition, LoadReport* report) {
   const char* problem = CanvasProblem(*cut);
   if (report != nullptr && cut->frames.Count() == 0) problem = "the cut has no frames";
   FileStream stream(problem == nullptr ? platform::OpenTemporaryFile() : nullptr);
   if (problem == nullptr && !stream.IsOpen()) problem = "no file for the compiled stream";
   if (problem == nullptr && cut->frames.Count() != 0) {
-    const int32_t scale = OutputScale(cut->Antialias());
-    AnimationEncoder encoder(&stream, bitmap, 1);
-    const bool compiled = bitmap->Create(cut->width / scale, cut->height / scale) != 0 &&
-                          composition->Resize(cut->width, cut->height, 0) &&
-                          encoder.EncodeCut(cut, composition, 0, cut->frames.Count() - 1) != 0;
+    const bool compiled = composition->Resize(cut->width, cut->height, 0) &&
+                          CompileFrames(cut, 0, cut->frames.Count() - 1, &stream, bitmap, composition);
     if (!compiled) problem = "no memory for the picture";
     if (compiled && (std::fflush(stream.file) != 0 || std::ferror(stream.file) != 0 || StreamLength(stream) < 0)) {
       problem = "the compiled stream can't be written";
@@ -57,7 +54,7 @@ FILE* OpenOrCompile(Film* film, int32_t listIndex, NibbleBitmap* bitmap, LoadRep
     NoteProblem(report, "the path is too long");
     return nullptr;
   }
-  // Whether it is up to date isn't looked at: a stream that lies there is the one to be shown.
+  // It is used even if the cut has changed since.
   FILE* cache = platform::OpenStdioFile(cachePath, "rb");
   if (cache != nullptr) return cache;
   PackedImage composition;
@@ -72,57 +69,29 @@ FILE* OpenOrCompile(Film* film, int32_t listIndex, NibbleBitmap* bitmap, LoadRep
   FileStream stream(file);
   const bool loaded = cut.Load(&stream, &composition, report);
   stream.Close();
-  // Who asks what is wrong gets no film out of a damaged cut.
+  // A caller that passes a report wants no damaged cut in the film.
   const bool usable = loaded && (report == nullptr || !report->IsDamaged());
   return usable ? CompileCut(&cut, cachePath, bitmap, &composition, report) : nullptr;
 }
 
-struct ContainerHead {
-  int32_t maxPosition;    // of the largest picture sizes
-  int32_t tablePosition;  // of the offsets of the cuts
-};
-
-ContainerHead WriteHead(const Film& film, ByteStream& container, int32_t count) {
-  ContainerHead head;
-  container.Write(kContainerMagic, 2);
-  WriteField(container, 0, 4);
-  WriteText(container, film.title);
-  WriteText(container, film.author);
-  WriteField(container, film.width, 2);
-  WriteField(container, film.height, 2);
-  head.maxPosition = container.Tell();
-  WriteField(container, 0, 4);
-  WriteField(container, count, 2);
-  head.tablePosition = container.Tell();
-  // Stepped over and not written: a film that fails at its first cut ends before the table.
-  container.Seek(4 * count, kFromPosition);
-  return head;
-}
-
-bool AppendCutToContainer(Film* film, int32_t outIndex, int32_t listIndex, ByteStream& container, int32_t tablePosition,
-                          NibbleBitmap* bitmap, int16_t* width, int16_t* height, LoadReport* report) {
-  FILE* file = OpenOrCompile(film, listIndex, bitmap, report);
-  if (file == nullptr) return false;
+// Appends a compiled stream without its first bytes and writes its offset to `tableEntry`. `head` receives its sizes.
+bool AppendCut(FileStream& cache, ByteStream& container, int32_t tableEntry, StreamCutHead* head, LoadReport* report) {
   const int32_t position = container.Tell();
-  container.Seek(tablePosition + 4 * outIndex, kFromStart);
-  WriteField(container, position, 4);
+  container.Seek(tableEntry, kFromStart);
+  WriteField(container, position, kOffsetBytes);
   container.Seek(position, kFromStart);
-  FileStream cache(file);
-  // Whoever reads the film counts its bytes in 32 bits with a sign.
+  // Readers of the film hold its offsets in 32 bits with a sign.
   const int32_t length = StreamLength(cache);
   if (length < 0 || position < 0 || length - kCutRecordOffset > INT32_MAX - position) {
     NoteProblem(report, "the film grows beyond 2 GiB");
-    cache.Close();
     return false;
   }
   cache.Seek(kCutRecordOffset, kFromStart);
   while (cache.GetC() > 0) {
   }
-  *width = static_cast<int16_t>(ReadSignedField(cache, 2));
-  *height = static_cast<int16_t>(ReadSignedField(cache, 2));
+  *head = ReadCutHead(cache);
   cache.Seek(kCutRecordOffset, kFromStart);
   const bool copied = CopyStream(cache, container, std::max(length - kCutRecordOffset, 0));
-  cache.Close();
   if (!copied) NoteProblem(report, "can't be copied into the film");
   return copied;
 }
@@ -131,27 +100,32 @@ bool AppendCutToContainer(Film* film, int32_t outIndex, int32_t listIndex, ByteS
 
 bool WriteFilmContainer(Film* film, const int32_t* indices, int32_t count, ByteStream* container, NibbleBitmap* bitmap,
                         ContainerReport* report) {
-  const ContainerHead head = WriteHead(*film, *container, count);
-  int16_t maxWidth = 0;
-  int16_t maxHeight = 0;
+  WriteStreamStart(*container, StreamKind::kFilmContainer);
+  WriteText(*container, film->title);
+  WriteText(*container, film->author);
+  const int32_t headPosition = container->Tell();
+  ContainerHead head = {.width = film->width, .height = film->height, .cutCount = count};
+  WriteContainerHead(*container, head);
+  const int32_t table = container->Tell();
+  // The table is skipped, not written, so a film that fails at its first cut ends before it.
+  container->Seek(kOffsetBytes * count, kFromPosition);
   for (int32_t i = 0; i < count; ++i) {
-    int16_t width = 0;
-    int16_t height = 0;
-    if (!AppendCutToContainer(film, i, indices[i], *container, head.tablePosition, bitmap, &width, &height,
-                              report != nullptr ? &report->report : nullptr)) {
+    LoadReport* cutReport = report != nullptr ? &report->report : nullptr;
+    FileStream cache(OpenOrCompile(film, indices[i], bitmap, cutReport));
+    StreamCutHead cut;
+    const bool isIn = cache.IsOpen() && AppendCut(cache, *container, table + kOffsetBytes * i, &cut, cutReport);
+    cache.Close();
+    if (!isIn) {
       if (report != nullptr) report->listIndex = indices[i];
       return false;
     }
-    maxWidth = std::max(maxWidth, width);
-    maxHeight = std::max(maxHeight, height);
+    head.maxWidth = std::max(head.maxWidth, cut.width);
+    head.maxHeight = std::max(head.maxHeight, cut.height);
     if (report != nullptr && report->progress != nullptr) report->progress(i + 1, count);
   }
-  const int32_t size = container->Tell();
-  container->Seek(2, kFromStart);
-  WriteField(*container, size, 4);
-  container->Seek(head.maxPosition, kFromStart);
-  WriteField(*container, maxWidth, 2);
-  WriteField(*container, maxHeight, 2);
+  WriteStreamSize(*container);
+  container->Seek(headPosition, kFromStart);
+  WriteContainerHead(*container, head);
   return true;
 }
 

@@ -10,18 +10,22 @@
 
 namespace sorvel {
 
-// The cut that stopped a container from being written, and who is told of the cuts that are in it.
+// What WriteFilmContainer tells its caller.
 struct ContainerReport {
-  int32_t listIndex = -1;
-  LoadReport report;
+  int32_t listIndex = -1;               // the film entry that failed; -1 for none
+  LoadReport report;                    // why it failed
   ProgressFunction progress = nullptr;  // told after each cut; null for nobody
 };
 
-// Writes entries of the film, `count` indices in the order of play, as one playback file at the start of an empty
-// stream. A compiled stream beside a cut's file is taken as it is; otherwise the cut is compiled and the stream left
-// there, for which the bitmap's picture is given up. False when a cut can't be had; what was written so far stays. The
-// report says which. A film beyond 2 GiB can't be had either. A damaged cut and one without frames count as cuts that
-// can't be had; with a null report they are compiled as far as they could be read.
+// Writes a playback file of the film to `container`, an empty stream that can seek. `indices` are the film entries to
+// put in, `count` of them in the order of play.
+//
+// If a compiled stream (.ca) lies beside a cut's file, it is copied without a look at its age. Otherwise the cut is
+// compiled, and the stream is saved beside the cut; `bitmap` is the workspace and gets another size and picture.
+//
+// False if a cut can't be read or compiled or the file would grow beyond 2 GiB; `report`, which may be null, then names
+// the cut, and what has been written stays in the container. With a report a damaged cut and one without frames fail.
+// Without one they go in as far as they could be read.
 bool WriteFilmContainer(Film* film, const int32_t* indices, int32_t count, ByteStream* container, NibbleBitmap* bitmap,
                         ContainerReport* report);
 

@@ -5,15 +5,13 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "animation/stream_format.h"
-
 namespace sorvel {
 
 namespace {
 
-// A picture takes no fewer bytes of stream than its first frame's change map, one bit for eight pixels of a row. A
-// stream that ends early may still ask for a picture of so many pixels, and a film for more, whose widest and whose
-// highest cut need not be the same.
+// The picture is bounded by the length of the stream, so that a short stream can't ask for gigabytes. The first frame
+// of a cut takes at least its change map: one bit for eight pixels. So many pixels are allowed whatever the length, and
+// more in a film, whose picture is as wide as its widest cut and as high as its highest.
 constexpr int64_t kPixelsPerByte = 64;
 constexpr int64_t kFreePixels = int64_t{1} << 20;
 constexpr int64_t kFreeFilmPixels = int64_t{1} << 26;
@@ -30,11 +28,10 @@ constexpr auto kTwoBitBlocks = [] {
 int32_t AnimationDecoder::OpenStream(ByteStream* input) {
   stream = input;
   stream->Seek(0, kFromStart);
-  char magic[3] = "";
-  stream->Read(magic, 2);
-  const bool isCompiled = std::strcmp(magic, kStreamMagic) == 0;
-  if ((!isCompiled && std::strcmp(magic, kContainerMagic) != 0) ||
-      !(isCompiled ? ReadCompiledHead() : ReadContainerHead()) || !AllocateSections()) {
+  const StreamKind kind = ReadStreamKind(*stream);
+  const bool hasHead = (kind == StreamKind::kCompiledCut && ReadCompiledHead()) ||
+                       (kind == StreamKind::kFilmContainer && ReadFilmHead());
+  if (!hasHead || !AllocateSections()) {
     stream = nullptr;
     return 0;
   }
@@ -45,9 +42,7 @@ int32_t AnimationDecoder::OpenStream(ByteStream* input) {
   return 1;
 }
 
-bool AnimationDecoder::CreatePicture(int64_t freePixels) {
-  const int32_t pictureWidth = ReadSignedField(*stream, 2);
-  const int32_t pictureHeight = ReadSignedField(*stream, 2);
+bool AnimationDecoder::CreatePicture(int32_t pictureWidth, int32_t pictureHeight, int64_t freePixels) {
   const int64_t pixels = static_cast<int64_t>(pictureWidth) * pictureHeight;
   if (pixels > StreamLength(*stream) * kPixelsPerByte + freePixels) return false;
   return bitmap->Create(pictureWidth, pictureHeight) != 0;
@@ -60,28 +55,29 @@ bool AnimationDecoder::MakeCutTable(int32_t count) {
 
 bool AnimationDecoder::ReadCompiledHead() {
   char credit[kStreamTextLimit];
-  ReadField(*stream, 4);
+  ReadField(*stream, kStreamSizeBytes);
   ReadText(*stream, credit, kStreamTextLimit);
-  if (!CreatePicture(kFreePixels)) return false;
-  outputWidth = ReadSignedField(*stream, 2);
-  outputHeight = ReadSignedField(*stream, 2);
+  const StreamCutHead head = ReadCutHead(*stream);
+  if (!CreatePicture(head.width, head.height, kFreePixels)) return false;
+  outputWidth = head.frameWidth;
+  outputHeight = head.frameHeight;
   firstCutOffset = kCutRecordOffset;
   if (!MakeCutTable(1)) return false;
   cutOffsets[0] = kCutRecordOffset;
   return true;
 }
 
-bool AnimationDecoder::ReadContainerHead() {
+bool AnimationDecoder::ReadFilmHead() {
   char text[kStreamTextLimit];
-  ReadField(*stream, 4);
+  ReadField(*stream, kStreamSizeBytes);
   ReadText(*stream, text, kStreamTextLimit);
   ReadText(*stream, text, kStreamTextLimit);
-  outputWidth = ReadSignedField(*stream, 2);
-  outputHeight = ReadSignedField(*stream, 2);
-  if (!CreatePicture(kFreeFilmPixels)) return false;
-  const int32_t count = ReadSignedField(*stream, 2);
-  if (count < 1 || !MakeCutTable(count)) return false;
-  for (int32_t i = 0; i < count; ++i) cutOffsets[static_cast<size_t>(i)] = ReadSignedField(*stream, 4);
+  const ContainerHead head = ReadContainerHead(*stream);
+  outputWidth = head.width;
+  outputHeight = head.height;
+  if (!CreatePicture(head.maxWidth, head.maxHeight, kFreeFilmPixels)) return false;
+  if (head.cutCount < 1 || !MakeCutTable(head.cutCount)) return false;
+  for (int32_t i = 0; i < cutCount; ++i) cutOffsets[static_cast<size_t>(i)] = ReadSignedField(*stream, kOffsetBytes);
   firstCutOffset = stream->Tell();
   return true;
 }
@@ -107,39 +103,26 @@ bool AnimationDecoder::AllocateSections() {
 void AnimationDecoder::ReadCutRecord() {
   char name[kStreamTextLimit];
   ReadText(*stream, name, kStreamTextLimit);
-  const int32_t cutWidth = ReadSignedField(*stream, 2);
-  const int32_t cutHeight = ReadSignedField(*stream, 2);
-  const int32_t cutFrameWidth = ReadSignedField(*stream, 2);
-  const int32_t cutFrameHeight = ReadSignedField(*stream, 2);
-  const int32_t cutFps = ReadSignedField(*stream, 1);
-  const int32_t cutLevels = static_cast<int32_t>(ReadField(*stream, 1)) + 1;
-  // A loop whose body runs to the end of a cut comes by here on its way to the jump back.
+  const StreamCutHead head = ReadCutHead(*stream);
+  // Inside a loop the record is only read past: the next frame ends the body and jumps back to its start.
   if (loopCount >= 2) return;
   std::memcpy(cutName, name, sizeof(cutName));
   frameCounter = 0;
-  width = cutWidth;
-  height = cutHeight;
-  frameWidth = cutFrameWidth;
-  frameHeight = cutFrameHeight;
-  fps = cutFps;
-  levels = cutLevels;
+  width = head.width;
+  height = head.height;
+  frameWidth = head.frameWidth;
+  frameHeight = head.frameHeight;
+  fps = head.fps;
+  levels = head.levels;
   currentBox = {0, 0, width, height};
   ++cutIndex;
   bitmap->SetLevels(levels);
 }
 
-AnimationDecoder::FrameHead AnimationDecoder::ReadFrameHead() {
-  FrameHead head;
-  head.time = ReadSignedField(*stream, 2);
+StreamFrameHead AnimationDecoder::ReadFrame() {
+  StreamFrameHead head = ReadFrameHead(*stream);
+  // A cut's first frame has no picture to dissolve from.
   if (frameCounter == 0) head.time = std::abs(head.time);
-  head.loop = ReadSignedField(*stream, 2);
-  head.brightness = ReadSignedField(*stream, 1);
-  head.x = ReadSignedField(*stream, 2);
-  head.y = ReadSignedField(*stream, 2);
-  head.box.x = ReadSignedField(*stream, 2);
-  head.box.y = ReadSignedField(*stream, 2);
-  head.box.width = ReadSignedField(*stream, 2);
-  head.box.height = ReadSignedField(*stream, 2);
   return head;
 }
 
@@ -163,13 +146,13 @@ int32_t AnimationDecoder::DecodeNextFrame() {
     position = stream->Tell();
   }
 
-  FrameHead head = ReadFrameHead();
+  StreamFrameHead head = ReadFrame();
   if (loopCount > 1 && head.loop != 0) {
     bitmap->RestoreBits();
     frameCounter = loopFrameCounter;
     currentBox = loopBox;
     stream->Seek(loopStart, kFromStart);
-    head = ReadFrameHead();
+    head = ReadFrame();
     --loopCount;
   } else if (head.loop > 1) {
     loopStart = position;
@@ -185,15 +168,12 @@ int32_t AnimationDecoder::DecodeNextFrame() {
   currentBox = head.box;
   frameX = head.x;
   frameY = head.y;
-  const uint32_t codeBytes = ReadField(*stream, 4);
-  const uint32_t literalBytes = ReadField(*stream, 4);
   const bool fits = FitsPicture(currentBox);
-  const int64_t mapBytes = currentBox.IsEmpty() ? 0 : int64_t{CodeMapRowBytes(currentBox.width)} * currentBox.height;
-  const int64_t literalStart = stream->Tell() + mapBytes + codeBytes;
+  const int64_t literalStart = stream->Tell() + head.MapSize() + head.codeSize;
   if (!fits || bitmap->width < width || bitmap->height < height) {
-    // Without a box to go by, the next frame's box covers all that can be out of date.
+    // The whole picture counts as changed, so that the next frame brings all of it up to date.
     if (!fits) currentBox = {0, 0, bitmap->width, bitmap->height};
-    stream->Seek(static_cast<int32_t>(std::min<int64_t>(literalStart + literalBytes, streamEnd)), kFromStart);
+    stream->Seek(static_cast<int32_t>(std::min<int64_t>(literalStart + head.literalSize, streamEnd)), kFromStart);
     return head.time;
   }
   const auto literalPlace = static_cast<int32_t>(std::min<int64_t>(literalStart, streamEnd));
@@ -203,7 +183,7 @@ int32_t AnimationDecoder::DecodeNextFrame() {
     bitmap->CopyBackToFront(previousBox.x, previousBox.y, previousBox.width, previousBox.height);
   } else {
     bitmap->CopyBackToFrontAround(currentBox, previousBox);
-    ReadSections(currentBox, literalPlace, literalBytes);
+    ReadSections(currentBox, literalPlace, head.literalSize);
     const int32_t mapRowBytes = CodeMapRowBytes(currentBox.width);
     for (int32_t row = 0; row < currentBox.height; ++row) {
       LoadCodeRow(changeMap.Data() + row * mapRowBytes, currentBox.width, &nextCode, codesEnd, kCodeOfRowAbove,
@@ -212,7 +192,7 @@ int32_t AnimationDecoder::DecodeNextFrame() {
     }
     literalsRead = static_cast<int32_t>(nextLiteral - literals) + literalsBehind;
   }
-  // Behind a frame that was decoded the next one lies after its last literal, whatever the size of the section says.
+  // The next frame follows the last literal that was read, whatever the size of the section says.
   const int32_t next = literalPlace + literalsRead;
   if (stream->Tell() != next) stream->Seek(next, kFromStart);
   bitmap->SetBrightness(head.brightness);
@@ -226,7 +206,7 @@ void AnimationDecoder::ReadSections(const Rect& box, int32_t literalPlace, uint3
   const int32_t mapGot = ReadUpTo(*stream, changeMap.Data(), mapSize);
   std::memset(changeMap.Data() + mapGot, 0, static_cast<size_t>(mapSize - mapGot));
   nextCode = codes;
-  // As many as the map asks for: they go on behind their section if its size is wrong.
+  // The map says how many codes there are. If the size of their section is wrong, reading goes on behind it.
   int32_t codesWanted = 0;
   for (int32_t row = 0; row < box.height; ++row) {
     codesWanted += CountCodes(changeMap.Data() + row * CodeMapRowBytes(box.width), box.width);
@@ -268,7 +248,7 @@ void AnimationDecoder::DecodeRow(const Rect& box, int32_t row) {
     } else if (code == kPreviousFrameBlock) {
       block = (frontShift != 0 ? old << 4 : old >> 4) & frontBits;
     } else if (place + 4 * k + codeOffsets[code] >= 0) {
-      // A source ahead of the picture's memory comes only from a damaged stream.
+      // Only a damaged stream has a source ahead of the picture's memory.
       block = LoadBlock(pixels + codeOffsets[code]) & frontBits;
     }
     const uint32_t merged = (old & backBits) | block;

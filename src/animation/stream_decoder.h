@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "animation/stream_format.h"
 #include "foundation/buffer.h"
 #include "foundation/byte_stream.h"
 #include "imaging/nibble_bitmap.h"
@@ -45,27 +46,18 @@ class AnimationDecoder {
   int32_t streamEnd = 0;
   int32_t loopCount = 1;  // runs of the running loop that are left, counting this one
   int32_t loopStart = 0;
-  char cutName[256] = "";
-  int32_t frameCounter = 0;  // its lowest bit chooses the front plane
+  char cutName[kStreamTextLimit] = "";  // the credit of the cut at work
+  int32_t frameCounter = 0;             // its lowest bit chooses the front plane
   int32_t loopFrameCounter = 0;
 
  private:
-  struct FrameHead {
-    int32_t time;
-    int32_t loop;
-    int32_t brightness;
-    int32_t x;
-    int32_t y;
-    Rect box;
-  };
-
-  bool CreatePicture(int64_t freePixels);
+  bool CreatePicture(int32_t pictureWidth, int32_t pictureHeight, int64_t freePixels);
   bool MakeCutTable(int32_t count);
   bool ReadCompiledHead();
-  bool ReadContainerHead();
+  bool ReadFilmHead();
   bool AllocateSections();
   void ReadCutRecord();
-  FrameHead ReadFrameHead();
+  StreamFrameHead ReadFrame();
   bool FitsPicture(const Rect& box) const;
   void ReadSections(const Rect& box, int32_t literalPlace, uint32_t literalBytes);
   void DecodeRow(const Rect& box, int32_t row);

@@ -99,7 +99,9 @@ int32_t AnimationEncoder::EncodeCut(Cut* cut, CellImage* composition, int32_t fi
   ++cutsDone;
   const int32_t scale = OutputScale(cut->Antialias());
   literalBytes = OutputLevels(scale) <= 4 ? 1 : 2;
-  WriteHead(*cut, scale);
+  WriteStreamStart(*stream, StreamKind::kCompiledCut);
+  WriteText(*stream, cut->credit);
+  WriteCutHead(*stream, OutputHead(*cut));
 
   currentCellOnly = (cut->viewFlags & kCurrentCellOnly) != 0;
   const uint32_t flags = cut->viewFlags & kCurrentCellOnly;
@@ -132,49 +134,12 @@ int32_t AnimationEncoder::EncodeCut(Cut* cut, CellImage* composition, int32_t fi
         box = ReduceFrame(*composition, scale, area);
       }
     }
-    WriteFrameHead(cut, index, scale, isFirst, box);
-    EncodeBox(box, isFirst);
+    WriteFrame(cut, index, scale, isFirst, box);
     previous = frame;
     if (progress != nullptr) progress(index - first + 1, last - first + 1);
   }
-  const int32_t size = stream->Tell();
-  stream->Seek(2, kFromStart);
-  WriteField(*stream, size, 4);
+  WriteStreamSize(*stream);
   return 1;
-}
-
-void AnimationEncoder::WriteHead(const Cut& cut, int32_t scale) {
-  stream->Write(kStreamMagic, 2);
-  // The size is put in at the end.
-  WriteField(*stream, 0, 4);
-  WriteText(*stream, cut.credit);
-  WriteField(*stream, cut.width / scale, 2);
-  WriteField(*stream, cut.height / scale, 2);
-  // Quirk 21. The low 16 bits of a larger frame rectangle.
-  WriteField(*stream, cut.frameWidth / scale, 2);
-  WriteField(*stream, cut.frameHeight / scale, 2);
-  WriteField(*stream, cut.fps, 1);
-  WriteField(*stream, OutputLevels(scale) - 1, 1);
-}
-
-void AnimationEncoder::WriteFrameHead(Cut* cut, int32_t index, int32_t scale, bool isFirst, const Rect& box) {
-  const Frame* frame = cut->frames.At(index);
-  int32_t loop = frame->loop & 0xFFFF;
-  int32_t time = cut->EffectiveTime(index);
-  if (isFirst) {
-    // A clean start: nothing to dissolve from, and an end for whatever loop leads here.
-    time = std::abs(time);
-    if (loop == 0) loop = 1;
-  }
-  WriteField(*stream, time, 2);
-  WriteField(*stream, loop, 2);
-  WriteField(*stream, frame->DecodedBrightness(), 1);
-  WriteField(*stream, frame->x / scale, 2);
-  WriteField(*stream, frame->y / scale, 2);
-  WriteField(*stream, box.x, 2);
-  WriteField(*stream, box.y, 2);
-  WriteField(*stream, box.width, 2);
-  WriteField(*stream, box.height, 2);
 }
 
 // The ink of record `index`, or no image for a missing or blank one.
@@ -221,6 +186,29 @@ Rect AnimationEncoder::ReduceFrame(const CellImage& composition, int32_t scale, 
   return box;
 }
 
+void AnimationEncoder::WriteFrame(Cut* cut, int32_t index, int32_t scale, bool isFirst, const Rect& box) {
+  EncodeBox(box, isFirst);
+  const Frame* frame = cut->frames.At(index);
+  StreamFrameHead head;
+  head.time = cut->EffectiveTime(index);
+  head.loop = frame->loop & 0xFFFF;
+  if (isFirst) {
+    // There is no picture to dissolve from, and a loop that begins ahead of this frame has to end here.
+    head.time = std::abs(head.time);
+    if (head.loop == 0) head.loop = 1;
+  }
+  head.brightness = frame->DecodedBrightness();
+  head.x = frame->x / scale;
+  head.y = frame->y / scale;
+  head.box = box;
+  head.codeSize = static_cast<uint32_t>(rows.CodeSize());
+  head.literalSize = static_cast<uint32_t>(literalSize);
+  WriteFrameHead(*stream, head);
+  stream->Write(rows.Map(), rows.MapSize());
+  stream->Write(rows.Codes(), rows.CodeSize());
+  stream->Write(literals, literalSize);
+}
+
 void AnimationEncoder::EncodeBox(const Rect& box, bool isFirst) {
   literalSize = 0;
   rows.Begin(box.width, box.height);
@@ -228,11 +216,6 @@ void AnimationEncoder::EncodeBox(const Rect& box, bool isFirst) {
     FindMatches(box, y, isFirst);
     EncodeRow(box, y);
   }
-  WriteField(*stream, rows.CodeSize(), 4);
-  WriteField(*stream, literalSize, 4);
-  stream->Write(rows.Map(), rows.MapSize());
-  stream->Write(rows.Codes(), rows.CodeSize());
-  stream->Write(literals, literalSize);
 }
 
 // For each block of the row the set of codes whose source equals it.
@@ -284,6 +267,15 @@ void AnimationEncoder::PutLiteral(uint32_t block) {
   const uint32_t packed = block | block >> 4;
   literals[literalSize++] = static_cast<uint8_t>(packed);
   literals[literalSize++] = static_cast<uint8_t>(packed >> 16);
+}
+
+bool CompileFrames(Cut* cut, int32_t first, int32_t last, ByteStream* stream, NibbleBitmap* bitmap,
+                   CellImage* composition, ProgressFunction progress) {
+  const int32_t scale = OutputScale(cut->Antialias());
+  if (CanvasProblem(*cut) != nullptr || bitmap->Create(cut->width / scale, cut->height / scale) == 0) return false;
+  AnimationEncoder encoder(stream, bitmap, 1);
+  encoder.progress = progress;
+  return encoder.EncodeCut(cut, composition, first, last) != 0;
 }
 
 }  // namespace sorvel

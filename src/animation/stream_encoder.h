@@ -49,8 +49,7 @@ class AnimationEncoder {
   };
 
   bool AllocateSections();
-  void WriteHead(const Cut& cut, int32_t scale);
-  void WriteFrameHead(Cut* cut, int32_t index, int32_t scale, bool isFirst, const Rect& box);
+  void WriteFrame(Cut* cut, int32_t index, int32_t scale, bool isFirst, const Rect& box);
   ShownInk InkOf(const Cut& cut, Frame* frame, int32_t index);
   // Holds every canvas pixel in which two frames may differ, and is empty if there is none.
   Rect ChangedArea(const Cut& cut, Frame* frame, Frame* before);
@@ -76,5 +75,10 @@ class AnimationEncoder {
   int32_t literalBytes = 1;     // of a block
   uint32_t* matches = nullptr;  // for each block of a row the codes that would do
 };
+
+// Gives the bitmap the cut's output size and compiles the frames `first` to `last` into the stream, by an encoder of
+// its own: see there for the range, the stream and `composition`. False, too, if CanvasProblem() has something to say.
+bool CompileFrames(Cut* cut, int32_t first, int32_t last, ByteStream* stream, NibbleBitmap* bitmap,
+                   CellImage* composition, ProgressFunction progress = nullptr);
 
 }  // namespace sorvel

@@ -2,16 +2,10 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstring>
-
-#include "animation/stream_format.h"
 
 namespace sorvel {
 
 namespace {
-
-constexpr int32_t kCutSizesBytes = 10;        // of a cut record, behind the credit
-constexpr int32_t kContainerSizesBytes = 10;  // of a container's head, behind the texts
 
 class Inspector {
  public:
@@ -23,11 +17,11 @@ class Inspector {
  private:
   std::string Text();
   bool Expect(int64_t bytes);
-  bool ReadContainerHead();
+  bool ReadFilmHead();
   bool ReadCutRecord();
   bool ReadFrame();
-  bool CheckBox(const StreamFrameInfo& frame, int64_t number);
-  bool CheckBlocks(const StreamFrameInfo& frame, int64_t number);
+  bool CheckBox(const StreamFrameHead& frame, int64_t number);
+  bool CheckBlocks(const StreamFrameHead& frame, int64_t number);
 
   ByteStream& stream;
   StreamInfo& info;
@@ -49,18 +43,17 @@ bool Inspector::Expect(int64_t bytes) {
 
 bool Inspector::Run() {
   stream.Seek(0, kFromStart);
-  char magic[3] = "";
-  stream.Read(magic, 2);
-  info.isContainer = std::strcmp(magic, kContainerMagic) == 0;
-  if (!info.isContainer && std::strcmp(magic, kStreamMagic) != 0) {
+  const StreamKind kind = ReadStreamKind(stream);
+  info.isContainer = kind == StreamKind::kFilmContainer;
+  if (kind == StreamKind::kUnknown) {
     report.Note("not a compiled stream");
     return false;
   }
-  if (!Expect(4)) return true;
-  info.size = ReadField(stream, 4);
+  if (!Expect(kStreamSizeBytes)) return true;
+  info.size = ReadField(stream, kStreamSizeBytes);
   if (info.size != static_cast<uint32_t>(length)) report.Note("the size in the head isn't the file's");
   if (info.isContainer) {
-    if (!ReadContainerHead()) return true;
+    if (!ReadFilmHead()) return true;
   } else {
     info.offsets.push_back(kCutRecordOffset);
   }
@@ -85,22 +78,18 @@ bool Inspector::Run() {
   return true;
 }
 
-bool Inspector::ReadContainerHead() {
+bool Inspector::ReadFilmHead() {
   info.title = Text();
   info.author = Text();
-  if (!Expect(kContainerSizesBytes)) return false;
-  info.width = ReadSignedField(stream, 2);
-  info.height = ReadSignedField(stream, 2);
-  info.maxWidth = ReadSignedField(stream, 2);
-  info.maxHeight = ReadSignedField(stream, 2);
-  const int32_t count = ReadSignedField(stream, 2);
-  if (count < 1) {
+  if (!Expect(kContainerHeadBytes)) return false;
+  static_cast<ContainerHead&>(info) = ReadContainerHead(stream);
+  if (info.cutCount < 1) {
     report.Note("the film has no cuts");
     return false;
   }
   if (info.width < 0 || info.height < 0) report.Note("the picture area has a negative size");
-  if (!Expect(int64_t{4} * count)) return false;
-  for (int32_t i = 0; i < count; ++i) info.offsets.push_back(ReadField(stream, 4));
+  if (!Expect(int64_t{4} * info.cutCount)) return false;
+  for (int32_t i = 0; i < info.cutCount; ++i) info.offsets.push_back(ReadField(stream, 4));
   return true;
 }
 
@@ -108,13 +97,8 @@ bool Inspector::ReadCutRecord() {
   StreamCutInfo& cut = info.cuts.emplace_back();
   cut.offset = stream.Tell();
   cut.credit = Text();
-  if (!Expect(kCutSizesBytes)) return false;
-  cut.width = ReadSignedField(stream, 2);
-  cut.height = ReadSignedField(stream, 2);
-  cut.frameWidth = ReadSignedField(stream, 2);
-  cut.frameHeight = ReadSignedField(stream, 2);
-  cut.fps = ReadSignedField(stream, 1);
-  cut.levels = static_cast<int32_t>(ReadField(stream, 1)) + 1;
+  if (!Expect(kCutHeadBytes)) return false;
+  static_cast<StreamCutHead&>(cut) = ReadCutHead(stream);
   const int64_t number = static_cast<int64_t>(info.cuts.size());
   if (cut.width < 1 || cut.height < 1) report.Note("the picture of cut %lld is empty", number);
   if (info.isContainer ? cut.width > info.maxWidth || cut.height > info.maxHeight
@@ -130,22 +114,10 @@ bool Inspector::ReadCutRecord() {
 bool Inspector::ReadFrame() {
   StreamCutInfo& cut = info.cuts.back();
   if (!Expect(kFrameHeadBytes)) return false;
-  StreamFrameInfo& frame = cut.frames.emplace_back();
+  const StreamFrameHead& frame = cut.frames.emplace_back(ReadFrameHead(stream));
   const int64_t number = static_cast<int64_t>(cut.frames.size());
-  frame.time = ReadSignedField(stream, 2);
-  frame.loop = ReadSignedField(stream, 2);
-  frame.brightness = ReadSignedField(stream, 1);
-  frame.x = ReadSignedField(stream, 2);
-  frame.y = ReadSignedField(stream, 2);
-  frame.box.x = ReadSignedField(stream, 2);
-  frame.box.y = ReadSignedField(stream, 2);
-  frame.box.width = ReadSignedField(stream, 2);
-  frame.box.height = ReadSignedField(stream, 2);
-  frame.codeSize = ReadField(stream, 4);
-  frame.literalSize = ReadField(stream, 4);
   if (!CheckBox(frame, number)) return false;
-  if (!frame.box.IsEmpty()) frame.mapSize = frame.box.height * CodeMapRowBytes(frame.box.width);
-  const int64_t sections = int64_t{frame.mapSize} + frame.codeSize + frame.literalSize;
+  const int64_t sections = frame.MapSize() + frame.codeSize + frame.literalSize;
   if (!Expect(sections)) return false;
   const int32_t next = static_cast<int32_t>(stream.Tell() + sections);
   if (!CheckBlocks(frame, number)) return false;
@@ -153,8 +125,8 @@ bool Inspector::ReadFrame() {
   return true;
 }
 
-bool Inspector::CheckBox(const StreamFrameInfo& frame, int64_t number) {
-  const StreamCutInfo& cut = info.cuts.back();
+bool Inspector::CheckBox(const StreamFrameHead& frame, int64_t number) {
+  const StreamCutHead& cut = info.cuts.back();
   const Rect& box = frame.box;
   if (box.x < 0 || box.y < 0 || box.width < 0 || box.height < 0 || box.x + box.width > cut.width ||
       box.y + box.height > cut.height) {
@@ -172,17 +144,17 @@ bool Inspector::CheckBox(const StreamFrameInfo& frame, int64_t number) {
 }
 
 // Follows the codes through the change map and counts the bytes that they ask for.
-bool Inspector::CheckBlocks(const StreamFrameInfo& frame, int64_t number) {
+bool Inspector::CheckBlocks(const StreamFrameHead& frame, int64_t number) {
   const Rect& box = frame.box;
   if (box.IsEmpty()) return true;
   const int32_t blocks = UnitsOf(box.width);
   const int32_t rowBytes = CodeRowBytes(box.width);
   const int32_t mapRowBytes = CodeMapRowBytes(box.width);
   const int64_t literalBytes = info.cuts.back().levels <= 4 ? 1 : 2;
-  std::vector<uint8_t> map(static_cast<size_t>(frame.mapSize));
+  std::vector<uint8_t> map(static_cast<size_t>(frame.MapSize()));
   std::vector<uint8_t> codes(frame.codeSize);
   std::vector<uint8_t> row(static_cast<size_t>(rowBytes), kFirstRowCodes);
-  ReadUpTo(stream, map.data(), frame.mapSize);
+  ReadUpTo(stream, map.data(), static_cast<int32_t>(map.size()));
   ReadUpTo(stream, codes.data(), static_cast<int32_t>(frame.codeSize));
   const uint8_t* next = codes.data();
   const uint8_t* const end = next + codes.size();
@@ -214,10 +186,9 @@ bool InspectStream(ByteStream* stream, StreamInfo* info, LoadReport* report) {
 }
 
 bool IsCompleteStream(ByteStream* stream) {
-  char magic[3] = "";
   stream->Seek(0, kFromStart);
-  stream->Read(magic, 2);
-  return std::strcmp(magic, kStreamMagic) == 0 && ReadField(*stream, 4) == static_cast<uint32_t>(StreamLength(*stream));
+  return ReadStreamKind(*stream) == StreamKind::kCompiledCut &&
+         ReadField(*stream, kStreamSizeBytes) == static_cast<uint32_t>(StreamLength(*stream));
 }
 
 }  // namespace sorvel

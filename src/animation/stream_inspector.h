@@ -4,47 +4,26 @@
 #include <string>
 #include <vector>
 
+#include "animation/stream_format.h"
 #include "document/load_report.h"
 #include "foundation/byte_stream.h"
-#include "imaging/rect.h"
 
 namespace sorvel {
 
 // What a compiled stream or a film container says, without playing it. Texts are Shift JIS; sizes are bytes or pixels.
 
-struct StreamFrameInfo {
-  int32_t time = 0;
-  int32_t loop = 0;
-  int32_t brightness = 0;
-  int32_t x = 0;
-  int32_t y = 0;
-  Rect box;
-  int32_t mapSize = 0;
-  uint32_t codeSize = 0;
-  uint32_t literalSize = 0;
-};
-
-struct StreamCutInfo {
+struct StreamCutInfo : StreamCutHead {
   int32_t offset = 0;
   std::string credit;
-  int32_t width = 0;
-  int32_t height = 0;
-  int32_t frameWidth = 0;
-  int32_t frameHeight = 0;
-  int32_t fps = 0;
-  int32_t levels = 0;
-  std::vector<StreamFrameInfo> frames;
+  std::vector<StreamFrameHead> frames;
 };
 
-struct StreamInfo {
+// The head, the title and the author are those of a container.
+struct StreamInfo : ContainerHead {
   bool isContainer = false;
-  uint32_t size = 0;  // as the head gives it
-  std::string title;  // from here to the table, of containers only
+  uint32_t size = 0;  // as the start of the stream gives it
+  std::string title;
   std::string author;
-  int32_t width = 0;
-  int32_t height = 0;
-  int32_t maxWidth = 0;
-  int32_t maxHeight = 0;
   std::vector<uint32_t> offsets;
   std::vector<StreamCutInfo> cuts;
 };

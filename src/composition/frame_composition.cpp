@@ -53,7 +53,7 @@ bool Frame::ComposeFrame(CellImage* destination, int32_t areaX, int32_t areaY, i
     for (int32_t i = 0; i < count; ++i) {
       if (i != currentRecord) drawRecord(i, false, kKeyed | kPale, boxAt(i), boxAt(i));
     }
-    // The box of the record on top lands behind those of the others; nobody asks for boxes in this display.
+    // The box of the current record comes behind those of the others. No caller asks for boxes in this display.
     drawRecord(currentRecord, true, kKeyed, boxAt(count), currentRecord >= 0 ? boxAt(currentRecord) : nullptr);
   } else {
     for (int32_t i = 0; i < count; ++i) drawRecord(i, i == currentRecord, kKeyed, boxAt(i), boxAt(i));

@@ -36,7 +36,7 @@ std::string SystemProblem() {
   return std::strerror(errno);
 }
 
-// Opens a file and has it read; false, with the line written, unless it is whole.
+// Opens a file and reads it by `read`. False, with the problem on standard error, if it can't be read or is damaged.
 template <typename Load>
 bool LoadDocument(const std::string& path, const Load& load) {
   InputFile file;

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "console/commands.h"
 #include "document/cut.h"
 #include "document/film.h"
 #include "foundation/byte_stream.h"
@@ -55,6 +56,17 @@ class OutputFile {
   std::string target;
   std::string partial;  // empty when the target isn't a plain file
 };
+
+// Writes a file by `fill`, which takes the OutputFile and gives false if it lacks memory. The file appears only when it
+// is complete. Gives the exit status; a failure is reported on standard error.
+template <typename Fill>
+int WriteOutput(const std::string& path, const Fill& fill) {
+  OutputFile file;
+  std::string problem;
+  if (!file.Open(path, &problem)) return Fail(path, problem);
+  if (!fill(&file)) return Fail(path, "not enough memory to write it");
+  return file.Commit(&problem) ? kDone : Fail(path, problem);
+}
 
 // From now on an interruption removes the file that is being written and then ends the program.
 void CatchInterrupts();

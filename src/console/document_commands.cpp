@@ -9,6 +9,7 @@
 #include "animation/stream_inspector.h"
 #include "console/commands.h"
 #include "console/console_files.h"
+#include "console/state_writer.h"
 #include "foundation/paths.h"
 #include "imaging/indexed_image.h"
 #include "imaging/nibble_bitmap.h"
@@ -19,16 +20,6 @@
 namespace sorvel::console {
 
 namespace {
-
-// Writes a file by a function that fills it; the file appears only if that gives true.
-template <typename Fill>
-int WriteOutput(const std::string& path, const Fill& fill) {
-  OutputFile file;
-  std::string problem;
-  if (!file.Open(path, &problem)) return Fail(path, problem);
-  if (!fill(&file)) return Fail(path, "not enough memory to write it");
-  return file.Commit(&problem) ? kDone : Fail(path, problem);
-}
 
 // The frame that a word names, counted from 1 there and from 0 here.
 int SelectFrame(const std::string& path, const std::string& word, Cut* cut) {
@@ -41,8 +32,8 @@ int SelectFrame(const std::string& path, const std::string& word, Cut* cut) {
   return kDone;
 }
 
-// What a film takes of an entry has to be there and whole: a compiled stream beside the cut, which goes in as it is, or
-// else the cut.
+// Checks that an entry of a film can be exported: the compiled stream beside the cut is complete or, if there is none,
+// the cut can be opened.
 bool CheckEntry(const char* cutPath) {
   char cachePath[kPathCapacity];
   std::string problem;
@@ -108,17 +99,13 @@ int RunCompile(const Arguments& arguments) {
     return Fail(in, "there are no frames " + std::to_string(first) + " to " + std::to_string(last) + ", the cut has " +
                         std::to_string(cut.frames.Count()));
   }
-  const int32_t scale = OutputScale(cut.Antialias());
   NibbleBitmap bitmap;
-  // A packed image takes half the memory of an indexed one, and the encoder asks only for indices.
+  // A packed image takes half the memory of an indexed one and holds all that is compiled.
   PackedImage composition;
-  if (bitmap.Create(cut.width / scale, cut.height / scale) == 0 || !composition.Resize(cut.width, cut.height, 0)) {
-    return Fail(in, "no memory for the picture");
-  }
+  if (!composition.Resize(cut.width, cut.height, 0)) return Fail(in, "no memory for the picture");
   return WriteOutput(out, [&](OutputFile* file) {
-    AnimationEncoder encoder(file->Stream(), &bitmap, 1);
-    encoder.progress = [](int32_t done, int32_t total) { ShowProgress("frame", done, total); };
-    const bool isCompiled = encoder.EncodeCut(&cut, &composition, first - 1, last - 1) != 0;
+    const bool isCompiled = CompileFrames(&cut, first - 1, last - 1, file->Stream(), &bitmap, &composition,
+                                          [](int32_t done, int32_t total) { ShowProgress("frame", done, total); });
     ClearProgress();
     return isCompiled;
   });
@@ -174,7 +161,7 @@ int RunView(const Arguments& arguments) {
   }
   Cut cut(0, 0, 24, "", 0);
   if (!LoadCut(in, &cut)) return kFailed;
-  // The editor shows every pixel, whatever the size that is put out.
+  // The editor shows every canvas pixel, whatever the output size.
   cut.SetAntialias(0);
   if (!CheckCanvas(in, cut)) return kFailed;
   const int status = SelectFrame(in, arguments.Plain()[1], &cut);
@@ -191,10 +178,7 @@ int RunView(const Arguments& arguments) {
   IndexedImage view;
   if (!view.Resize(cut.width, cut.height, 0)) return Fail(in, "no memory for the picture");
   frame->ComposeFrame(&view, 0, 0, cut.width, cut.height, &flags, nullptr);
-  return WriteOutput(arguments.Plain()[2], [&view](OutputFile* file) {
-    WriteIndexedBitmap(file->Stream(), view, ColorTable);
-    return true;
-  });
+  return WriteView(arguments.Plain()[2], view);
 }
 
 }  // namespace sorvel::console

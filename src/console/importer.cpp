@@ -15,7 +15,7 @@ namespace sorvel::console {
 
 namespace {
 
-constexpr int32_t kMostCells = 32768;  // what a record's number can tell apart
+constexpr int32_t kMostCells = 32768;  // a record holds a cell number of 15 bits
 
 // The index of each level at each place of the dither's tile.
 using ToneTile = std::array<std::array<std::array<uint8_t, 4>, 4>, 49>;

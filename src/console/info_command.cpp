@@ -15,7 +15,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-// Writes JSON as it goes along, since a file may hold a million records. Lists have an item a line.
+// Writes JSON piece by piece: a file may hold a million records. Each item of a list has its own line.
 class JsonWriter {
  public:
   void BeginObject(const char* name = nullptr) { Open(name, '{'); }
@@ -136,14 +136,14 @@ void WriteStreamCut(JsonWriter& out, const StreamCutInfo& cut) {
               {"fps", cut.fps},
               {"levels", cut.levels}});
   out.BeginList("frames");
-  for (const StreamFrameInfo& frame : cut.frames) {
+  for (const StreamFrameHead& frame : cut.frames) {
     out.Item({{"time", frame.time},
               {"loop", frame.loop},
               {"brightness", frame.brightness},
               {"x", frame.x},
               {"y", frame.y},
               {"box", {frame.box.x, frame.box.y, frame.box.width, frame.box.height}},
-              {"mapSize", frame.mapSize},
+              {"mapSize", frame.MapSize()},
               {"codeSize", frame.codeSize},
               {"literalSize", frame.literalSize}});
   }

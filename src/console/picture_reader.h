@@ -8,7 +8,7 @@
 
 namespace sorvel::console {
 
-// A picture from outside: red, green and blue of each pixel, rows from top to bottom.
+// An imported picture: red, green and blue of each pixel, rows from top to bottom.
 struct Picture {
   // False if there is no memory for it, or if it is larger than a canvas or a scan can be.
   bool Allocate(int64_t newWidth, int64_t newHeight);

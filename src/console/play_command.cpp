@@ -45,7 +45,7 @@ int PlayTicks(const std::string& in, const std::string& folder, ByteStream* stre
     if (tick == 0) {
       if (player.Play(stream) == 0) return Fail(in, "the picture can't be shown");
       if (player.window->height != player.decoder.outputHeight) return Fail(in, "the picture area is too large");
-      // A still has only been invalidated; the window paints it in its own time.
+      // A still is only invalidated and not yet painted.
       if (player.window->paints == paintsBefore) {
         platform::DeviceContext* context = platform::BeginDrawing(player.window);
         player.Paint(context);
@@ -59,7 +59,8 @@ int PlayTicks(const std::string& in, const std::string& folder, ByteStream* stre
     if (painted) {
       char name[32];
       std::snprintf(name, sizeof(name), "/tick-%05d.pgm", tick);
-      if (!WriteGreyMap(folder + name, *player.window, &problem)) return Fail(folder + name, problem);
+      const int status = WriteGreyMap(folder + name, *player.window);
+      if (status != kDone) return status;
     }
     ShowProgress("tick", tick + 1, count);
   }
@@ -90,7 +91,7 @@ int RunPlay(const Arguments& arguments) {
   std::error_code error;
   std::filesystem::create_directories(folder, error);
   if (error) return Fail(folder, error.message());
-  // The log grows with the pictures, so that it tells of them wherever the play ends.
+  // The log is written tick by tick, so that it agrees with the pictures wherever the play ends.
   const std::string logPath = folder + "/ticks.jsonl";
   FileStream log(std::fopen(logPath.c_str(), "wb"));
   if (!log.IsOpen()) return Fail(logPath, std::strerror(errno));

@@ -33,7 +33,7 @@ int RunLines(const std::string& script, std::string text, MainFrame* frame) {
   return kDone;
 }
 
-// Takes the windows away without asking anybody.
+// Destroys the windows without asking whether to save.
 void DestroyWindows(MainFrame* frame) {
   if (platform::headless::HasQuit()) return;
   for (CutWindow* cut : OpenCuts(*frame)) platform::DestroyMdiChild(frame->mdiClient, cut->window);

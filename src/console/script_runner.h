@@ -9,15 +9,15 @@
 
 namespace sorvel::console {
 
-// Carries out the actions of a script on the running program. It does what a user could do, by messages, notifications
-// and answers to dialogs, and changes no object itself.
+// Carries out the actions of a script on the running program. It acts like a user, through messages, notifications and
+// answers to dialogs, and never changes an object directly.
 class ScriptRunner {
  public:
   // The frame is one that StartProgram has brought up; it isn't owned.
   explicit ScriptRunner(MainFrame* mainFrame) : frame(mainFrame) {}
 
-  // Carries out one action, whose name is the first word. kDone; kFailed, with the line about a file written; or
-  // kRefused, with the reason in Problem(), for what can't be carried out.
+  // Carries out one action; the first word is its name. kDone; kFailed for a file that can't be read or written, which
+  // is reported on standard error; or kRefused for an action that can't be carried out, with the reason in Problem().
   int Run(const std::vector<std::string>& actionWords);
 
   const std::string& Problem() const { return problem; }
@@ -28,7 +28,7 @@ class ScriptRunner {
   struct Action;
   static const Action kActions[];
 
-  // The actions; words[0] is the name, and the number of words is right.
+  // The actions, in script_actions.cpp. words[0] is the name, and the number of words is right.
   int RunClient();
   int RunCommand();
   int RunKey();
@@ -70,8 +70,8 @@ class ScriptRunner {
   // The active cut, and one of the two lists; null, with the reason in `problem`, if there is none.
   CutWindow* NeedCut();
   platform::WindowHandle NeedList(const std::string& word);
-  // The panel of this number; null if there is none.
-  platform::WindowHandle FindPanel(int32_t id) const;
+  // The control of this number; null if there is none.
+  platform::WindowHandle FindPanel(const std::string& word) const;
 
   int SendMouse(platform::WindowHandle window, uint32_t message, Point place, uint32_t modifiers);
   void PaintWindows();

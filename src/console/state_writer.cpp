@@ -17,7 +17,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-// Puts the cursor of a list back: commands may rely on where they left it.
+// Puts the cursor of a list back at the end of its scope: commands may rely on where they left it.
 template <typename T>
 class CursorKeeper {
  public:
@@ -63,13 +63,15 @@ Json DescribeList(platform::WindowHandle list) {
 }
 
 Json DescribePanels(MainFrame* frame) {
-  return {{"10002", TextOf(frame->frameTimeEdit)},
-          {"10005", TextOf(frame->loopEdit)},
-          {"10006", TextOf(frame->commentEdit)},
-          {"10007", TextOf(frame->brightnessEdit)},
-          {"10009", {{"text", TextOf(frame->keyFrameCheck)}, {"checked", platform::IsChecked(frame->keyFrameCheck)}}},
-          {"10003", DescribeList(frame->cutList)},
-          {"10004", DescribeList(frame->layerList)}};
+  const Json keyFrame = {{"text", TextOf(frame->keyFrameCheck)},
+                         {"checked", platform::IsChecked(frame->keyFrameCheck)}};
+  return {{std::to_string(kFrameTimeEdit), TextOf(frame->frameTimeEdit)},
+          {std::to_string(kLoopEdit), TextOf(frame->loopEdit)},
+          {std::to_string(kCommentEdit), TextOf(frame->commentEdit)},
+          {std::to_string(kBrightnessEdit), TextOf(frame->brightnessEdit)},
+          {std::to_string(kKeyFrameCheck), keyFrame},
+          {std::to_string(kCutList), DescribeList(frame->cutList)},
+          {std::to_string(kLayerList), DescribeList(frame->layerList)}};
 }
 
 Json DescribePen() {
@@ -175,15 +177,6 @@ Json DescribePlayer(const AnimationWindow& player) {
           {"timer", platform::headless::RunningTimerPeriod() != 0}};
 }
 
-// Writes a file by a function that fills it; the file appears only when it is complete.
-template <typename Fill>
-bool WriteOutput(const std::string& path, std::string* problem, const Fill& fill) {
-  OutputFile file;
-  if (!file.Open(path, problem)) return false;
-  fill(&file);
-  return file.Commit(problem);
-}
-
 }  // namespace
 
 std::string PixelChecksum(const CellImage& image) {
@@ -207,20 +200,25 @@ std::string DescribeState(MainFrame* frame, const std::vector<CutWindow*>& cuts)
   return state.dump() + "\n";
 }
 
-bool WriteBytes(const std::string& path, const void* bytes, size_t count, std::string* problem) {
-  return WriteOutput(path, problem, [bytes, count](OutputFile* file) { std::fwrite(bytes, 1, count, file->File()); });
+int WriteBytes(const std::string& path, const void* bytes, size_t count) {
+  return WriteOutput(path, [bytes, count](OutputFile* file) {
+    std::fwrite(bytes, 1, count, file->File());
+    return true;
+  });
 }
 
-bool WriteView(const std::string& path, const CutWindow& cut, std::string* problem) {
-  return WriteOutput(path, problem,
-                     [&cut](OutputFile* file) { WriteIndexedBitmap(file->Stream(), cut.view, ColorTable); });
+int WriteView(const std::string& path, const CellImage& view) {
+  return WriteOutput(path, [&view](OutputFile* file) {
+    WriteIndexedBitmap(file->Stream(), view, ColorTable);
+    return true;
+  });
 }
 
-bool WriteScreen(const std::string& path, const platform::Window& window, std::string* problem) {
-  const int32_t pitch = (window.width * 3 + 3) & ~3;
-  return WriteOutput(path, problem, [&window, pitch](OutputFile* file) {
-    ByteStream& stream = *file->Stream();
-    WriteBitmapHeads(stream, {window.width, window.height, 24, 0, 0}, pitch * window.height);
+int WriteScreen(const std::string& path, const platform::Window& window) {
+  constexpr int32_t bits = 24;
+  return WriteOutput(path, [&window](OutputFile* file) {
+    const int32_t pitch = static_cast<int32_t>(BitmapRowBytes(window.width, bits));
+    WriteBitmapHeads(*file->Stream(), {window.width, window.height, bits, 0, 0}, pitch * window.height);
     std::vector<uint8_t> row(static_cast<size_t>(pitch), 0);
     for (int32_t y = window.height - 1; y >= 0; --y) {
       const platform::ColorEntry* from = window.pixels.data() + static_cast<ptrdiff_t>(y) * window.width;
@@ -230,18 +228,20 @@ bool WriteScreen(const std::string& path, const platform::Window& window, std::s
         row[place++] = from[x].green;
         row[place++] = from[x].red;
       }
-      stream.Write(row.data(), pitch);
+      file->Stream()->Write(row.data(), pitch);
     }
+    return true;
   });
 }
 
-bool WriteGreyMap(const std::string& path, const platform::Window& window, std::string* problem) {
+int WriteGreyMap(const std::string& path, const platform::Window& window) {
   std::vector<uint8_t> greys;
   greys.reserve(window.pixels.size());
   for (const platform::ColorEntry& color : window.pixels) greys.push_back(color.red);
-  return WriteOutput(path, problem, [&window, &greys](OutputFile* file) {
+  return WriteOutput(path, [&window, &greys](OutputFile* file) {
     std::fprintf(file->File(), "P5\n%d %d\n255\n", window.width, window.height);
     if (!greys.empty()) std::fwrite(greys.data(), 1, greys.size(), file->File());
+    return true;
   });
 }
 

@@ -17,13 +17,13 @@ std::string PixelChecksum(const CellImage& image);
 // is opened for it, so that its check marks are up to date; nothing else changes.
 std::string DescribeState(MainFrame* frame, const std::vector<CutWindow*>& cuts);
 
-// Each writes a file, and gives false with the reason if that fails.
-bool WriteBytes(const std::string& path, const void* bytes, size_t count, std::string* problem);
-// The view of a cut, as a bitmap of 8 bits with the colours of the roles.
-bool WriteView(const std::string& path, const CutWindow& cut, std::string* problem);
-// The client area of a window as it stands on the screen: as a bitmap of 24 bits, bottom row first, or as a binary
-// grey map of its red values.
-bool WriteScreen(const std::string& path, const platform::Window& window, std::string* problem);
-bool WriteGreyMap(const std::string& path, const platform::Window& window, std::string* problem);
+// Each writes a file and gives the exit status; a failure is reported on standard error.
+int WriteBytes(const std::string& path, const void* bytes, size_t count);
+// A picture of colour roles, as a bitmap of 8 bits a pixel with the colours of the roles.
+int WriteView(const std::string& path, const CellImage& view);
+// The client area of a window as it is on the screen: as a bitmap of 24 bits a pixel, bottom row first, or as a binary
+// grey map (PGM) of its red values.
+int WriteScreen(const std::string& path, const platform::Window& window);
+int WriteGreyMap(const std::string& path, const platform::Window& window);
 
 }  // namespace sorvel::console

@@ -64,9 +64,7 @@ void ResetClipboardBlock() {
 }
 
 bool CutWindow::CopyCellToClipboard() {
-  int32_t x = 0;
-  int32_t y = 0;
-  const CellImage* cell = CurrentCell(&x, &y);
+  const CellImage* cell = CurrentCell();
   if (cell == nullptr) return false;
   const size_t size = static_cast<size_t>(kDibStart) + static_cast<size_t>(cell->ByteCount());
   Buffer<uint8_t> data;

@@ -145,10 +145,8 @@ void CutWindow::ShowChange(const Rect& area) {
 
 // Of these three commands a selection counts only while the tool that makes it is the current one.
 void CutWindow::ChangeDraft(int32_t id) {
-  int32_t x = 0;
-  int32_t y = 0;
   if (!SaveUndo()) return;
-  CellImage* cell = CurrentCell(&x, &y);
+  CellImage* cell = CurrentCell();
   const bool isArea = host->currentTool == kToolAreaSelect && HasSelection();
   const Rect area = isArea ? SelectionInLayer() : Rect{0, 0, cell->width, cell->height};
   if (id == kCommandEraseCell) {
@@ -168,9 +166,7 @@ void CutWindow::ChangeDraft(int32_t id) {
 // One level: a second undo does the change again. It works on the cell that was changed, not on the current one.
 void CutWindow::UndoCommand() {
   if (!Undo()) return;
-  int32_t x = 0;
-  int32_t y = 0;
-  if (undoRect.width == 0 || undoRect.height == 0 || CurrentCell(&x, &y) != undoCell) {
+  if (undoRect.width == 0 || undoRect.height == 0 || CurrentCell() != undoCell) {
     RepaintAll();
     return;
   }
@@ -178,9 +174,7 @@ void CutWindow::UndoCommand() {
 }
 
 void CutWindow::CopySelection() {
-  int32_t x = 0;
-  int32_t y = 0;
-  const CellImage* cell = CurrentCell(&x, &y);
+  const CellImage* cell = CurrentCell();
   if (!HasSelection() || cell == nullptr) return;
   Rect area = SelectionInLayer();
   if (cell->ClipRect(&area.x, &area.y, &area.width, &area.height)) {
@@ -189,9 +183,7 @@ void CutWindow::CopySelection() {
 }
 
 void CutWindow::CutSelection() {
-  int32_t x = 0;
-  int32_t y = 0;
-  CellImage* cell = CurrentCell(&x, &y);
+  CellImage* cell = CurrentCell();
   if (!HasSelection() || cell == nullptr) return;
   Rect area = SelectionInLayer();
   if (!cell->ClipRect(&area.x, &area.y, &area.width, &area.height) ||
@@ -206,10 +198,8 @@ void CutWindow::CutSelection() {
 }
 
 void CutWindow::FlipCell(bool (CellImage::*flip)(int32_t, int32_t, int32_t, int32_t, uint32_t)) {
-  int32_t x = 0;
-  int32_t y = 0;
   Rect area;
-  CellImage* cell = CurrentCell(&x, &y);
+  CellImage* cell = CurrentCell();
   if (!ToolArea(&area)) return;
   SaveUndo();
   undoRect = area;

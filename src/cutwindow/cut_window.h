@@ -208,9 +208,12 @@ class CutWindow final : public Cut, public platform::WindowObject {
   void SwitchView(uint32_t flag);
   void FlipCell(bool (CellImage::*flip)(int32_t, int32_t, int32_t, int32_t, uint32_t));
 
-  // Compiles frames for the player; false if the cut can't be compiled.
-  bool CompileFrames(ByteStream* stream, int32_t first, int32_t last);
   void PlayFile(ByteStream* file);
 };
+
+// The window of a cut that is open in one; null for other cuts and for null.
+inline CutWindow* WindowOfCut(Cut* cut) {
+  return cut != nullptr && cut->Has(kHasWindow) ? static_cast<CutWindow*>(cut) : nullptr;
+}
 
 }  // namespace sorvel

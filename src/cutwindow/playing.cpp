@@ -6,14 +6,6 @@
 
 namespace sorvel {
 
-bool CutWindow::CompileFrames(ByteStream* stream, int32_t first, int32_t last) {
-  NibbleBitmap* bitmap = &host->animationWindow.bitmap;
-  const int32_t scale = OutputScale(Antialias());
-  if (CanvasProblem(*this) != nullptr || bitmap->Create(width / scale, height / scale) == 0) return false;
-  AnimationEncoder encoder(stream, bitmap, 1);
-  return encoder.EncodeCut(this, &view, first, last) != 0;
-}
-
 // The player works from memory: its timer must not touch the disk.
 void CutWindow::PlayFile(ByteStream* file) {
   Buffer<uint8_t> bytes;
@@ -44,7 +36,7 @@ bool CutWindow::PlayCut() {
       if (!file.IsOpen()) return false;
     }
     // A cut that can't be compiled leaves the file empty, and nothing plays.
-    CompileFrames(&file, 0, frames.Count() - 1);
+    CompileFrames(this, 0, frames.Count() - 1, &file, &host->animationWindow.bitmap, &view);
     // The view holds output pictures now.
     RepaintArea(0, 0, width, height, false);
   }
@@ -59,7 +51,7 @@ void CutWindow::PreviewFrame() {
   FileStream file(platform::OpenTemporaryFile());
   if (!file.IsOpen()) return;
   host->StopAnimation();
-  CompileFrames(&file, currentFrame, currentFrame);
+  CompileFrames(this, currentFrame, currentFrame, &file, &host->animationWindow.bitmap, &view);
   PlayFile(&file);
   file.Close();
 }

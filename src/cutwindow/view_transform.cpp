@@ -82,9 +82,7 @@ Rect CutWindow::SelectionInLayer() {
 }
 
 bool CutWindow::ToolArea(Rect* area) {
-  int32_t x = 0;
-  int32_t y = 0;
-  const CellImage* cell = CurrentCell(&x, &y);
+  const CellImage* cell = CurrentCell();
   if (cell == nullptr) return false;
   *area = HasSelection() ? SelectionInLayer() : Rect{0, 0, cell->width, cell->height};
   return true;

@@ -14,7 +14,7 @@ constexpr CodeSearch kSearch({1, 4, 5, 6, 7, 9, 10, 2, 8, 11, 12, 13, 14, 3, 15,
 constexpr int32_t kLayerHeadBytes = 7;  // behind the name
 constexpr int32_t kCellHeadBytes = 8;
 
-// What an address of a group becomes for a code.
+// How far in memory, in bytes, the source of a group lies from the group.
 int32_t ByteOffset(int32_t code, int32_t pitch) {
   return kUnitOffsets[code].dy * pitch + kUnitOffsets[code].dx / 2;
 }
@@ -25,11 +25,11 @@ uint16_t LoadGroup(const uint8_t* bytes) {
   return group;
 }
 
-// A stream accounts for so much memory a byte of its length: a cell takes no less than its bit map, one bit for each
-// byte of codes, which is one for 16 bytes of pixels. The rest is for streams that end early.
+// The memory that cells may take is bounded by the length of the stream, so that a short file can't ask for gigabytes.
+// In a file a cell takes at least its change map: one bit for each byte of codes, which stand for 4 bytes of pixels.
 constexpr int64_t kPixelBytesPerByte = 32;
-constexpr int64_t kMemoryPerCell = 128;
-constexpr int64_t kFreeMemory = 1 << 16;
+constexpr int64_t kMemoryPerCell = 128;   // of the objects that a cell consists of
+constexpr int64_t kFreeMemory = 1 << 16;  // for files that end early
 
 }  // namespace
 
@@ -55,7 +55,7 @@ bool CellWriter::Write(Layer* layer, ByteStream* stream) {
 }
 
 void CellWriter::WriteCell(const CellImage& image, ByteStream* stream) {
-  // A cell without width has rows but no bytes for them.
+  // A cell of width 0 may have a height, but it has no bytes.
   const int32_t height = groups > 0 ? image.height : 0;
   literalSize = 0;
   rows.Begin(image.width, height);
@@ -186,7 +186,7 @@ bool CellReader::ReadCell(CellImage* image, ByteStream* stream, int32_t length, 
           std::memcpy(stale, literal, 2);
           literal += 2;
         } else {
-          // Of a cell whose data is too short the rest is garbage, whichever it is.
+          // The data ended early. The last literal is repeated so that the pixels are defined.
           std::memcpy(group, stale, 2);
         }
         literalsUsed += 2;
@@ -195,7 +195,7 @@ bool CellReader::ReadCell(CellImage* image, ByteStream* stream, int32_t length, 
       }
     }
   }
-  // A literal that the data ends in takes what there is.
+  // The last literal may lack its second byte.
   const int64_t consumed = std::min<int64_t>(literalsUsed, rest - codesGot);
   const int32_t end = static_cast<int32_t>(start + codesGot + consumed);
   if (stream->Tell() != end) stream->Seek(end, kFromStart);

@@ -9,9 +9,10 @@
 
 namespace sorvel {
 
-// What the code of cells and that of compiled streams share: a picture is cut into units of four pixels, and each has
-// a code of four bits that says where it is copied from. The codes of a row are stored only in the bytes that differ
-// from the row above, and a map says which they are.
+// The compression that cells and compiled streams share. A picture is cut into units of four pixels. Each unit has a
+// code of four bits, which says where it is copied from; code 0 means that its pixels are stored (a literal). Two codes
+// make a byte. Of a row's code bytes only those that differ from the row above are stored; a bit map, the change map,
+// says which they are.
 
 constexpr int32_t kUnitCodes = 16;
 constexpr int32_t kLiteralUnit = 0;
@@ -47,8 +48,8 @@ inline int32_t CodeAt(const uint8_t* row, int32_t k) {
   return row[k / 2] >> (k % 2 * 4) & 0x0F;
 }
 
-// The order in which a writer looks for the source of a unit: 15 codes, and last, found by nothing else, the literal.
-// The codes that would do are a set of places in this order, lowest bit first.
+// The order in which a writer prefers codes: 15 sources, then the literal, which always fits. A set of codes is a bit
+// mask of ranks in this order; the lowest bit is the first choice.
 class CodeSearch {
  public:
   constexpr explicit CodeSearch(const uint8_t (&codesInOrder)[kUnitCodes]) {
@@ -60,7 +61,7 @@ class CodeSearch {
 
   constexpr int32_t CodeOf(int32_t rank) const { return order[static_cast<size_t>(rank)]; }
 
-  // The code of the row above goes first, since it costs nothing; then the order decides.
+  // Prefers the code of the row above, which needs no byte; then the order decides.
   int32_t Choose(uint32_t found, int32_t above) const {
     const bool keeps = above != kLiteralUnit && (found >> ranks[static_cast<size_t>(above)] & 1) != 0;
     return keeps ? above : order[static_cast<size_t>(std::countr_zero(found))];
@@ -110,10 +111,10 @@ class CodeRowWriter {
 // How many code bytes a row of the map asks for. Bits behind the row's last code byte ask for none.
 int32_t CountCodes(const uint8_t* mapRow, int32_t width);
 
-// In place of a byte behind the end: the code of the row above stays.
+// For LoadCodeRow: behind the end the codes of the row above stay.
 constexpr int32_t kCodeOfRowAbove = -1;
-// Brings a row of code bytes up to date by its row of the map, with the codes from *next on. Behind `end` every code is
-// the byte `behindEnd`.
+// Turns the code bytes of the row above into those of this row: replaces the bytes that its row of the change map names
+// by the bytes from *next on, which it advances. Behind `end` it takes the byte `behindEnd`.
 void LoadCodeRow(const uint8_t* mapRow, int32_t width, const uint8_t** next, const uint8_t* end, int32_t behindEnd,
                  uint8_t* row);
 

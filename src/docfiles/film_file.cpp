@@ -17,7 +17,7 @@ bool ReadLine(FILE* file, char (&line)[kLineLimit]) {
   while (length < kLineLimit) {
     const int byte = std::fgetc(file);
     if (byte == EOF || byte == '\n') {
-      // Files come from both sides of the text mode.
+      // Files have line ends of either kind.
       if (length > 0 && line[length - 1] == '\r') --length;
       line[length] = '\0';
       return byte != EOF;
@@ -59,7 +59,7 @@ bool Film::SaveTo(const char* filePath, char separator) {
 }
 
 bool Film::Load(const char* filePath, char separator, LoadReport* report) {
-  // The path may be the film's own, which goes with the reset.
+  // Reset() frees the film's own path, which may be the one passed.
   char target[kPathCapacity];
   const bool fits = std::strlen(filePath) < sizeof(target);
   if (fits) std::strcpy(target, filePath);

@@ -89,7 +89,7 @@ bool Cut::Attach(int32_t index, int32_t recordX, int32_t recordY, bool above) {
   const int32_t record = current->currentRecord;
   for (int32_t i = 0; i < frames.Count(); ++i) {
     Frame* frame = frames.At(i);
-    // A frame with fewer records gets none of this layer.
+    // A frame without that record doesn't get the layer.
     if (record >= 0 && !frame->SelectRecord(record)) continue;
     if (above) {
       frame->AddRecord(layer, 0, recordX, recordY);
@@ -162,7 +162,7 @@ bool Cut::LayerDown() {
 
 void Cut::PurgeUnusedLayers() {
   int32_t limit = layers.Count();
-  // The index moves on after a removal too, so the layer that took the free place is passed over until the next call.
+  // The index advances after a removal too, so the layer that moved into the free place stays until the next call.
   for (int32_t index = 0; index < limit; ++index) {
     Layer* layer = layers.At(index);
     bool used = false;
@@ -215,7 +215,7 @@ bool Cut::AddOrInsertCell(int32_t fill, bool (Frame::*place)(int32_t)) {
   Layer* layer = record->layer;
   const int32_t added = record->cell;
   for (int32_t i = 0; i < frames.Count(); ++i) frames.At(i)->ShiftCellRefs(layer, added, 1);
-  // The current frame's own reference was lifted with the others.
+  // The renumbering above also moved the current frame's own reference.
   current = SeekCurrentFrame();
   if (CurrentFrameRecord()->cell != added) current->StepCellBack();
   MarkImages();
@@ -232,9 +232,7 @@ bool Cut::InsertCurrentCell(int32_t fill) {
 
 bool Cut::DeleteCurrentCell() {
   Frame* current = SeekCurrentFrame();
-  int32_t x = 0;
-  int32_t y = 0;
-  CellImage* image = CurrentCell(&x, &y);
+  CellImage* image = CurrentCell();
   if (current == nullptr || !current->RemoveCellHere()) return false;
   const FrameRecord* record = CurrentFrameRecord();
   Layer* layer = record->layer;
@@ -268,22 +266,23 @@ bool Cut::LastCellOfFrame() {
   return StepCell(&Frame::LastCellHere);
 }
 
+CellImage* Cut::CurrentCell() {
+  Frame* frame = CurrentFrame();
+  return frame != nullptr ? frame->VisibleCell(frame->currentRecord) : nullptr;
+}
+
 CellImage* Cut::CurrentCell(int32_t* x, int32_t* y) {
   Frame* frame = CurrentFrame();
   return frame != nullptr ? frame->VisibleCell(frame->currentRecord, x, y) : nullptr;
 }
 
 bool Cut::EraseDraft() {
-  int32_t x = 0;
-  int32_t y = 0;
-  const CellImage* cell = CurrentCell(&x, &y);
+  const CellImage* cell = CurrentCell();
   return cell != nullptr && EraseDraftRect(0, 0, cell->width, cell->height);
 }
 
 bool Cut::EraseDraftRect(int32_t x, int32_t y, int32_t rectWidth, int32_t rectHeight) {
-  int32_t cellX = 0;
-  int32_t cellY = 0;
-  CellImage* cell = CurrentCell(&cellX, &cellY);
+  CellImage* cell = CurrentCell();
   if (cell == nullptr) return false;
   cell->ClearSketch(x, y, rectWidth, rectHeight, kTransparent);
   MarkImages();
@@ -291,16 +290,12 @@ bool Cut::EraseDraftRect(int32_t x, int32_t y, int32_t rectWidth, int32_t rectHe
 }
 
 bool Cut::ConvertToDraft(uint32_t mask) {
-  int32_t x = 0;
-  int32_t y = 0;
-  const CellImage* cell = CurrentCell(&x, &y);
+  const CellImage* cell = CurrentCell();
   return cell != nullptr && ConvertToDraftRect(0, 0, cell->width, cell->height, mask);
 }
 
 bool Cut::ConvertToDraftRect(int32_t x, int32_t y, int32_t rectWidth, int32_t rectHeight, uint32_t mask) {
-  int32_t cellX = 0;
-  int32_t cellY = 0;
-  CellImage* cell = CurrentCell(&cellX, &cellY);
+  CellImage* cell = CurrentCell();
   if (cell == nullptr) return false;
   cell->ToSketch(x, y, rectWidth, rectHeight, kTransparent, mask);
   MarkImages();
@@ -308,9 +303,7 @@ bool Cut::ConvertToDraftRect(int32_t x, int32_t y, int32_t rectWidth, int32_t re
 }
 
 bool Cut::EraseLayerDraft() {
-  int32_t x = 0;
-  int32_t y = 0;
-  if (CurrentCell(&x, &y) == nullptr) return false;
+  if (CurrentCell() == nullptr) return false;
   Layer* layer = CurrentFrameRecord()->layer;
   if (!layer->cells.SeekLast()) return false;
   do {
@@ -334,9 +327,7 @@ bool Cut::EnsureUndoBuffer(Layer* layer) {
 }
 
 bool Cut::SaveUndo() {
-  int32_t x = 0;
-  int32_t y = 0;
-  CellImage* cell = CurrentCell(&x, &y);
+  CellImage* cell = CurrentCell();
   if (cell == nullptr || cell->ByteCount() > undoCapacity) return false;
   if (cell->ByteCount() > 0) std::memcpy(undoPixels, cell->bits, static_cast<size_t>(cell->ByteCount()));
   undoCell = cell;

@@ -25,7 +25,7 @@ constexpr uint32_t kDrawLimitMask = 63;
 
 // Bits of Cut::stateFlags. Above them two bits hold the output size.
 enum StateFlag : uint32_t {
-  kHasWindow = 1u << 0,
+  kHasWindow = 1u << 0,    // the cut is a CutWindow
   kModified = 1u << 1,     // there is something to save
   kImagesStale = 1u << 2,  // the compiled stream is out of date in its pictures
   kTimingStale = 1u << 3,  // the compiled stream is out of date in its frame data
@@ -87,6 +87,7 @@ class Cut {
 
   // The image that the current record shows and its place on the cut; null on a blank record.
   CellImage* CurrentCell(int32_t* x, int32_t* y);
+  CellImage* CurrentCell();
   // Underdrawing of the current cell: erase it, or turn the ink into it. Rectangles are in cell coordinates.
   bool EraseDraft();
   bool EraseDraftRect(int32_t x, int32_t y, int32_t rectWidth, int32_t rectHeight);

@@ -118,10 +118,13 @@ bool Frame::SameAs(Frame* other) {
 }
 
 CellImage* Frame::VisibleCell(int32_t index, int32_t* resolvedX, int32_t* resolvedY) {
-  const FrameRecord* record = RecordAt(index);
-  if (record == nullptr || record->cell < 0) return nullptr;
-  GetRecordPosition(index, resolvedX, resolvedY);
-  return record->layer->CellAt(record->cell);
+  if (VisibleRecord(index) != nullptr) GetRecordPosition(index, resolvedX, resolvedY);
+  return VisibleCell(index);
+}
+
+CellImage* Frame::VisibleCell(int32_t index) {
+  const FrameRecord* record = VisibleRecord(index);
+  return record != nullptr ? record->layer->CellAt(record->cell) : nullptr;
 }
 
 bool Frame::GetRecordPosition(int32_t index, int32_t* resolvedX, int32_t* resolvedY) {
@@ -160,36 +163,36 @@ bool Frame::CopyRecordPosition(int32_t index, Frame* other) {
 }
 
 CellImage* Frame::PreviousCell(int32_t index) {
-  const FrameRecord* record = RecordAt(index);
-  if (record == nullptr || record->cell < 0) return nullptr;
+  const FrameRecord* record = VisibleRecord(index);
+  if (record == nullptr) return nullptr;
   return record->layer->CellAt(record->cell == 0 ? record->layer->cells.Count() - 1 : record->cell - 1);
 }
 
 CellImage* Frame::NextCell(int32_t index) {
-  const FrameRecord* record = RecordAt(index);
-  if (record == nullptr || record->cell < 0) return nullptr;
+  const FrameRecord* record = VisibleRecord(index);
+  if (record == nullptr) return nullptr;
   return record->layer->CellAt(record->cell + 1 == record->layer->cells.Count() ? 0 : record->cell + 1);
 }
 
-FrameRecord* Frame::CurrentVisibleRecord() {
-  FrameRecord* record = RecordAt(currentRecord);
-  return record != nullptr && record->cell >= 0 ? record : nullptr;
+FrameRecord* Frame::VisibleRecord(int32_t index) {
+  FrameRecord* record = RecordAt(index);
+  return record != nullptr && !IsBlankCell(record->cell) ? record : nullptr;
 }
 
 bool Frame::AddCellHere(int32_t fill) {
-  FrameRecord* record = CurrentVisibleRecord();
+  FrameRecord* record = VisibleRecord(currentRecord);
   if (record == nullptr || !record->layer->AddCell(record->cell, fill, nullptr)) return false;
   ++record->cell;
   return true;
 }
 
 bool Frame::InsertCellHere(int32_t fill) {
-  FrameRecord* record = CurrentVisibleRecord();
+  FrameRecord* record = VisibleRecord(currentRecord);
   return record != nullptr && record->layer->InsertCell(record->cell, fill, nullptr);
 }
 
 bool Frame::RemoveCellHere() {
-  FrameRecord* record = CurrentVisibleRecord();
+  FrameRecord* record = VisibleRecord(currentRecord);
   if (record == nullptr || record->layer->cells.Count() <= 1) return false;
   if (!record->layer->DeleteCell(record->cell)) return false;
   if (record->cell == record->layer->cells.Count()) --record->cell;
@@ -197,28 +200,28 @@ bool Frame::RemoveCellHere() {
 }
 
 bool Frame::StepCellBack() {
-  FrameRecord* record = CurrentVisibleRecord();
+  FrameRecord* record = VisibleRecord(currentRecord);
   if (record == nullptr || record->cell == 0) return false;
   --record->cell;
   return true;
 }
 
 bool Frame::StepCellForward() {
-  FrameRecord* record = CurrentVisibleRecord();
+  FrameRecord* record = VisibleRecord(currentRecord);
   if (record == nullptr || record->cell + 1 >= record->layer->cells.Count()) return false;
   ++record->cell;
   return true;
 }
 
 bool Frame::FirstCellHere() {
-  FrameRecord* record = CurrentVisibleRecord();
+  FrameRecord* record = VisibleRecord(currentRecord);
   if (record == nullptr) return false;
   record->cell = 0;
   return true;
 }
 
 bool Frame::LastCellHere() {
-  FrameRecord* record = CurrentVisibleRecord();
+  FrameRecord* record = VisibleRecord(currentRecord);
   if (record == nullptr) return false;
   record->cell = record->layer->cells.Count() - 1;
   return true;
@@ -242,10 +245,8 @@ void Frame::ShiftCellRefs(const Layer* layer, int32_t from, int32_t delta) {
 
 bool Frame::MergeDown(uint32_t destMask) {
   if (currentRecord < 1) return false;
-  int32_t unusedX = 0;
-  int32_t unusedY = 0;
-  CellImage* upper = VisibleCell(currentRecord, &unusedX, &unusedY);
-  CellImage* lower = VisibleCell(currentRecord - 1, &unusedX, &unusedY);
+  CellImage* upper = VisibleCell(currentRecord);
+  CellImage* lower = VisibleCell(currentRecord - 1);
   if (upper == nullptr || lower == nullptr) return false;
   const FrameRecord* above = RecordAt(currentRecord);
   const FrameRecord* below = RecordAt(currentRecord - 1);

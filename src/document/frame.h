@@ -8,11 +8,16 @@
 
 namespace sorvel {
 
+// A record's cell is a number in its layer. A blank record shows nothing and holds -1 - the number.
+constexpr bool IsBlankCell(int32_t cell) {
+  return cell < 0;
+}
+
 // Which cell of which layer a frame shows, and where.
 struct FrameRecord {
   Layer* layer;  // not owned
-  int32_t cell;  // number in the layer; a negative value is a blank record and holds -1 - the number
-  int32_t x;     // left top of the cell in cut coordinates, or relative to the frame if the layer follows it
+  int32_t cell;
+  int32_t x;  // left top of the cell in cut coordinates, or relative to the frame if the layer follows it
   int32_t y;
 
   bool operator==(const FrameRecord&) const = default;
@@ -57,6 +62,7 @@ class Frame {
   // The image that a record shows and its place on the cut. Null, and nothing written, for a bad index or a blank
   // record; null for a number that its layer doesn't have.
   CellImage* VisibleCell(int32_t index, int32_t* resolvedX, int32_t* resolvedY);
+  CellImage* VisibleCell(int32_t index);
   // The place on the cut, of blank records too.
   bool GetRecordPosition(int32_t index, int32_t* resolvedX, int32_t* resolvedY);
   bool SetRecordPosition(int32_t index, int32_t resolvedX, int32_t resolvedY);
@@ -112,7 +118,8 @@ class Frame {
 
  private:
   FrameRecord* RecordAt(int32_t index) { return records.At(index); }
-  FrameRecord* CurrentVisibleRecord();
+  // Null for a bad index and for a blank record.
+  FrameRecord* VisibleRecord(int32_t index);
 };
 
 }  // namespace sorvel

@@ -50,7 +50,7 @@ bool Layer::PlaceCell(int32_t position, int32_t fill, CellImage* image, bool beh
     DestroyImage(made);
     return false;
   }
-  // A new image is blank already; one that was passed loses its picture.
+  // A new image is blank already. The caller's image loses its picture.
   if (fill != 0 || made == nullptr) image->Fill(fill);
   if (behind) {
     cells.InsertAfter(image);
@@ -68,7 +68,7 @@ bool Layer::DeleteCell(int32_t index) {
 }
 
 bool Layer::Resize(int32_t newWidth, int32_t newHeight, int32_t fill) {
-  // Two pixels a byte are the least that a cell takes.
+  // A cell takes at least one byte for two pixels.
   if (!platform::FitsMemory((int64_t{newWidth} + 1) / 2 + 3, newHeight)) return false;
   width = newWidth;
   height = newHeight;

@@ -12,7 +12,7 @@ bool Cut::MoveToFrame(int32_t index) {
   if (left == nullptr) return false;
   const int32_t record = left->currentRecord;
   currentFrame = index;
-  // A frame with fewer records keeps its own.
+  // A frame without a record of that index keeps its own current record.
   SeekCurrentFrame()->SelectRecord(record);
   return true;
 }
@@ -85,7 +85,7 @@ bool Cut::MakeAllKeyFrames() {
 
 namespace {
 
-// One value that changes by whole steps, with the remainder spent one at a time on the first time units.
+// Spreads a difference over `total` time units in whole steps. The first `remainder` units change by one more.
 struct SteppedChange {
   int32_t step;
   int32_t remainder;

@@ -18,9 +18,7 @@ constexpr int32_t kFirstDotGap = 100;
 // Draws on the current cell within an area that undo can take back, and shows it. `draw` gives false for nothing.
 template <typename Draw>
 void DrawOnCell(CutWindow* cut, const Rect& area, const Draw& draw) {
-  int32_t cellX = 0;
-  int32_t cellY = 0;
-  CellImage* cell = cut->CurrentCell(&cellX, &cellY);
+  CellImage* cell = cut->CurrentCell();
   if (cell == nullptr || !cut->SaveUndo()) return;
   cut->undoRect = area;
   if (draw(cell)) cut->ShowChange(area);

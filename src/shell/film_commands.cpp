@@ -140,9 +140,8 @@ void MainFrame::RemoveActiveCut() {
   if (film->RemoveCut(index)) platform::DeleteListLine(cutList, index);
 }
 
-// The film is told of no cuts but those that this frame opens, and each of them is a window.
 CutWindow* MainFrame::WindowOfEntry(int32_t index) {
-  return static_cast<CutWindow*>(film->cuts.At(index).cut);
+  return WindowOfCut(film->cuts.At(index).cut);
 }
 
 void MainFrame::OpenListedCut() {

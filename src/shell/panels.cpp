@@ -148,8 +148,8 @@ void MainFrame::FormatLayerLine(char* text, size_t capacity, Frame* frame, int32
   int32_t y = 0;
   int32_t cell = 0;
   frame->GetRecord(record, &layer, &x, &y, &cell);
-  // A blank record counts as cell -1.
-  std::snprintf(text, capacity, "%s (%d/%d)", layer->ShownName(), cell < 0 ? 0 : cell + 1, layer->cells.Count());
+  const int32_t shown = IsBlankCell(cell) ? 0 : cell + 1;
+  std::snprintf(text, capacity, "%s (%d/%d)", layer->ShownName(), shown, layer->cells.Count());
 }
 
 void MainFrame::ReplaceLayerLine(int32_t line, int32_t target, Frame* frame, int32_t record) {

@@ -40,6 +40,18 @@ class Screen {
   int32_t Grey(int32_t x, int32_t y) { return window->pixels.at(static_cast<size_t>(y * window->width + x)).green; }
   int32_t Grey() { return Grey(0, 0); }
 
+  // The grey of the first pixel now and after each of so many ticks, and the player's count of ticks.
+  std::string Greys(int32_t count, std::string* ticks = nullptr) {
+    std::string greys = std::to_string(Grey());
+    if (ticks != nullptr) *ticks = std::to_string(player.ticks);
+    for (int32_t i = 0; i < count; ++i) {
+      player.TimerTick();
+      greys += " " + std::to_string(Grey());
+      if (ticks != nullptr) *ticks += " " + std::to_string(player.ticks);
+    }
+    return greys;
+  }
+
   void Repaint() {
     platform::DeviceContext* context = platform::BeginDrawing(window);
     player.Paint(context);
@@ -93,7 +105,7 @@ TEST(AnimationWindow, TickWithoutAStreamDoesNothing) {
 
 TEST(AnimationWindow, StillNeedsNoTimer) {
   Screen screen;
-  EXPECT_EQ(screen.Play(Compiled({"", 4, 1, 4, 1, 24, 4}, {Block(-9, 3, 0xE4)})), 1);
+  EXPECT_EQ(screen.Play(Compiled({}, {Block(-9, 3, 0xE4)})), 1);
   EXPECT_TRUE(screen.window->shown);
   EXPECT_EQ(screen.player.timerId, 0u);
   EXPECT_EQ(screen.player.timerFps, 0);
@@ -120,7 +132,7 @@ TEST(AnimationWindow, StillHasItsBrightness) {
 
 TEST(AnimationWindow, ContainerOfOneFrameIsAStill) {
   Screen screen;
-  EXPECT_EQ(screen.Play(Container(8, 4, 4, 1, {CutRecord({"", 4, 1, 4, 1, 24, 4}, {Block(5, 1, 0xFF)})})), 1);
+  EXPECT_EQ(screen.Play(Container(8, 4, 4, 1, {CutRecord({}, {Block(5, 1, 0xFF)})})), 1);
   EXPECT_EQ(Period(), 0);
   EXPECT_EQ(screen.player.viewLeft, 2);
   EXPECT_EQ(screen.player.viewTop, 1);
@@ -153,7 +165,7 @@ TEST(AnimationWindow, MarginsAddToTheHeight) {
   Screen screen;
   screen.player.topMargin = 2;
   screen.player.bottomMargin = 3;
-  screen.Play(Compiled({"", 4, 1, 4, 1, 24, 4}, {Block(1, 1, 0xFF)}));
+  screen.Play(Compiled({}, {Block(1, 1, 0xFF)}));
   EXPECT_EQ(screen.window->height, 6);
   screen.Repaint();
   EXPECT_EQ(screen.Grey(0, 1), 0);
@@ -193,14 +205,8 @@ TEST(AnimationWindow, TickIsAWholeNumberOfMilliseconds) {
 TEST(AnimationWindow, FrameStandsItsTime) {
   Screen screen;
   screen.Play(Compiled({}, {Block(3, 1, 0x00), Block(1, 1, 0x55), Block(2, 1, 0xFF)}));
-  std::string seen = std::to_string(screen.Grey());
-  std::string ticks = std::to_string(screen.player.ticks);
-  for (int i = 0; i < 8; ++i) {
-    ASSERT_TRUE(platform::headless::RunTimer());
-    seen += " " + std::to_string(screen.Grey());
-    ticks += " " + std::to_string(screen.player.ticks);
-  }
-  EXPECT_EQ(seen, "0 0 0 85 255 255 0 0 0");
+  std::string ticks;
+  EXPECT_EQ(screen.Greys(8, &ticks), "0 0 0 85 255 255 0 0 0");
   EXPECT_EQ(ticks, "3 2 1 1 2 1 3 2 1");
 }
 
@@ -321,26 +327,15 @@ TEST(AnimationWindow, NewRateTakesEffectWhenTheCutIsShown) {
 TEST(AnimationWindow, DissolveWeighsTheNewFrameMoreAtEachTick) {
   Screen screen;
   screen.Play(Compiled({}, {Block(1, 1, 0xFF), Block(-3, 1, 0x00), Block(1, 1, 0x55)}));
-  std::string seen = std::to_string(screen.Grey());
-  std::string ticks = std::to_string(screen.player.ticks);
-  for (int i = 0; i < 5; ++i) {
-    screen.player.TimerTick();
-    seen += " " + std::to_string(screen.Grey());
-    ticks += " " + std::to_string(screen.player.ticks);
-  }
-  EXPECT_EQ(seen, "255 191 127 63 85 255");
+  std::string ticks;
+  EXPECT_EQ(screen.Greys(5, &ticks), "255 191 127 63 85 255");
   EXPECT_EQ(ticks, "1 -3 -2 -1 1 1");
 }
 
 TEST(AnimationWindow, DissolveFromBlack) {
   Screen screen;
   screen.Play(Compiled({}, {Block(1, 1, 0x00), Block(-3, 1, 0xFF), Still(1, 1)}));
-  std::string seen = std::to_string(screen.Grey());
-  for (int i = 0; i < 4; ++i) {
-    screen.player.TimerTick();
-    seen += " " + std::to_string(screen.Grey());
-  }
-  EXPECT_EQ(seen, "0 63 127 191 255");
+  EXPECT_EQ(screen.Greys(4), "0 63 127 191 255");
 }
 
 TEST(AnimationWindow, TimeMinusOneIsOneTickOfHalfAndHalf) {
@@ -357,23 +352,13 @@ TEST(AnimationWindow, TimeMinusOneIsOneTickOfHalfAndHalf) {
 TEST(AnimationWindow, DissolveAfterADissolveStartsAtThePictureBefore) {
   Screen screen;
   screen.Play(Compiled({}, {Block(1, 1, 0x00), Block(-1, 1, 0xFF), Block(-1, 1, 0x00), Still(1, 1)}));
-  std::string seen = std::to_string(screen.Grey());
-  for (int i = 0; i < 3; ++i) {
-    screen.player.TimerTick();
-    seen += " " + std::to_string(screen.Grey());
-  }
-  EXPECT_EQ(seen, "0 127 127 0");
+  EXPECT_EQ(screen.Greys(3), "0 127 127 0");
 }
 
 TEST(AnimationWindow, SamePictureWithAnotherBrightnessFades) {
   Screen screen;
   screen.Play(Compiled({}, {Block(1, 1, 0xFF), Still(-3, 1, 0), Still(1, 1, 0), Still(-1, 1, 100)}));
-  std::string seen = std::to_string(screen.Grey());
-  for (int i = 0; i < 5; ++i) {
-    screen.player.TimerTick();
-    seen += " " + std::to_string(screen.Grey());
-  }
-  EXPECT_EQ(seen, "255 191 127 63 0 127");
+  EXPECT_EQ(screen.Greys(5), "255 191 127 63 0 127");
 }
 
 TEST(AnimationWindow, NoDissolveBetweenCuts) {
@@ -620,7 +605,7 @@ TEST(AnimationWindow, LevelsThatNobodyWritesDoNoHarm) {
 
 // A black frame of three ticks and a white one of two.
 Bytes TwoFrames() {
-  return Compiled({"", 4, 1, 4, 1, 24, 4}, {Block(3, 1, 0x00), Block(2, 0, 0xFF)});
+  return Compiled({}, {Block(3, 1, 0x00), Block(2, 0, 0xFF)});
 }
 
 TEST(PlayerMessages, CloseStopsThePlayAndKeepsThePicture) {

@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <vector>
@@ -37,6 +39,11 @@ struct Player {
   AnimationDecoder decoder;
   int32_t opened;
 };
+
+// A frame of one tick with this box.
+Bytes Boxed(const Rect& box, const Bytes& map, const Bytes& codes, const Bytes& literals) {
+  return FrameBytes({1, 1, 50, 0, 0, box}, map, codes, literals);
+}
 
 std::array<uint8_t, 45> DifferentBlocks() {
   std::array<uint8_t, 45> blocks;
@@ -167,7 +174,7 @@ TEST(StreamDecoder, FpsIsReadAsASignedByte) {
 }
 
 TEST(StreamDecoder, LevelsMakeTheRamp) {
-  Player four(Compiled({"", 4, 1, 4, 1, 24, 4}, {Block(1, 1, 0xE4)}));
+  Player four(Compiled({}, {Block(1, 1, 0xE4)}));
   four.decoder.DecodeNextFrame();
   int32_t red = 0, green = 0, blue = 0;
   four.bitmap.GetFrontColor(2, &red, &green, &blue);
@@ -188,15 +195,14 @@ TEST(StreamDecoder, FourLevelsTakeOneByteForABlock) {
 }
 
 TEST(StreamDecoder, ThirteenLevelsTakeTwoBytesForABlock) {
-  Player player(
-      Compiled({"", 4, 1, 4, 1, 24, 13}, {FrameBytes({1, 1, 50, 0, 0, {0, 0, 4, 1}}, {1}, {0}, {0xC1, 0x3A})}));
+  Player player(Compiled({"", 4, 1, 4, 1, 24, 13}, {Boxed({0, 0, 4, 1}, {1}, {0}, {0xC1, 0x3A})}));
   EXPECT_EQ(player.Frames(1), "1:1ca3");
 }
 
 TEST(StreamDecoder, UpToFourLevelsTheBytesAreThoseOfFour) {
   Player two(Compiled({"", 4, 1, 4, 1, 24, 2}, {Block(1, 1, 0x1B)}));
   EXPECT_EQ(two.Frames(1), "1:3210");
-  Player five(Compiled({"", 4, 1, 4, 1, 24, 5}, {FrameBytes({1, 1, 50, 0, 0, {0, 0, 4, 1}}, {1}, {0}, {0x21, 0x43})}));
+  Player five(Compiled({"", 4, 1, 4, 1, 24, 5}, {Boxed({0, 0, 4, 1}, {1}, {0}, {0x21, 0x43})}));
   EXPECT_EQ(five.Frames(1), "1:1234");
 }
 
@@ -213,9 +219,8 @@ TEST(StreamDecoder, EachCodeCopiesFromItsOffset) {
     SCOPED_TRACE(static_cast<int>(offset.code));
     auto blocks = DifferentBlocks();
     Bytes literals(blocks.begin(), blocks.end() - 1);
-    Player player(Compiled({"", 20, 9, 20, 9, 24, 4},
-                           {FrameBytes({1, 1, 50, 0, 0, {0, 0, 20, 9}}, Hex("07 00 00 00 00 00 00 00 04"),
-                                       {0, 0, 0, offset.code}, literals)}));
+    Player player(Compiled({"", 20, 9, 20, 9, 24, 4}, {Boxed({0, 0, 20, 9}, Hex("07 00 00 00 00 00 00 00 04"),
+                                                             {0, 0, 0, offset.code}, literals)}));
     blocks[44] = blocks[static_cast<size_t>((8 + offset.dy) * 5 + (16 + offset.dx) / 4)];
     EXPECT_EQ(player.Frames(1), "1:" + BlockPicture(blocks));
   }
@@ -224,64 +229,57 @@ TEST(StreamDecoder, EachCodeCopiesFromItsOffset) {
 // Two rows of one block. The code section says that it is a byte shorter than the map asks for, so that the second code
 // is the byte behind it, which is the first literal as well: 0F, the frame before.
 TEST(StreamDecoder, CodesGoOnBehindTheirSection) {
-  const Bytes frame = FrameBytes({1, 1, 50, 0, 0, {0, 0, 4, 2}}, {0x01, 0x01}, {0x00}, {0x0F});
+  const Bytes frame = Boxed({0, 0, 4, 2}, {0x01, 0x01}, {0x00}, {0x0F});
   Player player(Compiled({"", 4, 2, 4, 2, 24, 4}, {frame, Still(2, 0)}));
   EXPECT_EQ(player.Frames(2), "1:3300/0000 2:3300/0000");
 }
 
 TEST(StreamDecoder, NextFrameLiesBehindTheLastLiteralThatWasRead) {
-  Bytes longer = FrameBytes({1, 1, 50, 0, 0, {0, 0, 4, 1}}, {0x01}, {0x00}, {0xE4, 0xFF});
+  Bytes longer = Boxed({0, 0, 4, 1}, {0x01}, {0x00}, {0xE4, 0xFF});
   longer.pop_back();
   Bytes shorter = FrameBytes({2, 0, 50, 0, 0, {0, 0, 4, 1}}, {0x01}, {0x00}, {});
   shorter.push_back(0x1B);
-  Player player(Compiled({"", 4, 1, 4, 1, 24, 4}, {longer, shorter, Still(3, 0)}));
+  Player player(Compiled({}, {longer, shorter, Still(3, 0)}));
   EXPECT_EQ(player.Frames(3), "1:0123 2:3210 3:3210");
 }
 
 TEST(StreamDecoder, CodesStartAsOneInEachFrame) {
   // An empty map: each block is that to its left.
-  Player player(
-      Compiled({"", 8, 2, 8, 2, 24, 4}, {FrameBytes({1, 1, 50, 0, 0, {0, 0, 8, 2}}, {1, 1}, {0x10, 0x14}, {0x1B}),
-                                         FrameBytes({1, 1, 50, 0, 0, {4, 0, 4, 2}}, {0, 0}, {}, {}),
-                                         FrameBytes({1, 1, 50, 0, 0, {4, 1, 4, 1}}, {1}, {0x00}, {0xFF}),
-                                         FrameBytes({1, 1, 50, 0, 0, {4, 0, 4, 2}}, {0, 0}, {}, {})}));
+  Player player(Compiled({"", 8, 2, 8, 2, 24, 4},
+                         {Boxed({0, 0, 8, 2}, {1, 1}, {0x10, 0x14}, {0x1B}), Boxed({4, 0, 4, 2}, {0, 0}, {}, {}),
+                          Boxed({4, 1, 4, 1}, {1}, {0x00}, {0xFF}), Boxed({4, 0, 4, 2}, {0, 0}, {}, {})}));
   EXPECT_EQ(player.Frames(4), "1:32103210/32103210 1:32103210/32103210 1:32103210/32103333 1:32103210/32103210");
 }
 
 TEST(StreamDecoder, LowNibbleIsTheLeftBlock) {
-  Player player(Compiled({"", 12, 1, 12, 1, 24, 4},
-                         {FrameBytes({1, 1, 50, 0, 0, {0, 0, 12, 1}}, {3}, {0x00, 0x02}, {0x1B, 0xE4})}));
+  Player player(Compiled({"", 12, 1, 12, 1, 24, 4}, {Boxed({0, 0, 12, 1}, {3}, {0x00, 0x02}, {0x1B, 0xE4})}));
   EXPECT_EQ(player.Frames(1), "1:321001233210");
 }
 
 TEST(StreamDecoder, WideRowsHaveSeveralMapBytes) {
   // 72 pixels: nine bytes of codes. The last block of all comes from the literals.
-  Player player(Compiled({"", 72, 1, 72, 1, 24, 4},
-                         {FrameBytes({1, 1, 50, 0, 0, {0, 0, 72, 1}}, {0x01, 0x01}, {0x10, 0x01}, {0xFF, 0x1B})}));
+  Player player(Compiled({"", 72, 1, 72, 1, 24, 4}, {Boxed({0, 0, 72, 1}, {0x01, 0x01}, {0x10, 0x01}, {0xFF, 0x1B})}));
   EXPECT_EQ(player.Frames(1), "1:" + std::string(68, '3') + "3210");
 }
 
 TEST(StreamDecoder, CodeFifteenTakesTheFrameBefore) {
-  Player player(
-      Compiled({"", 8, 1, 8, 1, 24, 4}, {FrameBytes({1, 1, 50, 0, 0, {0, 0, 8, 1}}, {1}, {0x00}, {0xFF, 0x1B}),
-                                         FrameBytes({1, 1, 50, 0, 0, {0, 0, 8, 1}}, {1}, {0xF0}, {0xE4})}));
+  Player player(Compiled({"", 8, 1, 8, 1, 24, 4},
+                         {Boxed({0, 0, 8, 1}, {1}, {0x00}, {0xFF, 0x1B}), Boxed({0, 0, 8, 1}, {1}, {0xF0}, {0xE4})}));
   EXPECT_EQ(player.Frames(2), "1:33333210 1:01233210");
 }
 
 TEST(StreamDecoder, BoxNeedNotStartAtABlockOfThePicture) {
-  Player player(
-      Compiled({"", 8, 3, 8, 3, 24, 4}, {FrameBytes({1, 1, 50, 0, 0, {0, 0, 8, 3}}, {1, 1, 0}, {0x10, 0x14}, {0xFF}),
-                                         FrameBytes({1, 1, 50, 0, 0, {2, 1, 6, 1}}, {1}, {0x00}, {0xE4, 0x00})}));
+  Player player(Compiled({"", 8, 3, 8, 3, 24, 4}, {Boxed({0, 0, 8, 3}, {1, 1, 0}, {0x10, 0x14}, {0xFF}),
+                                                   Boxed({2, 1, 6, 1}, {1}, {0x00}, {0xE4, 0x00})}));
   EXPECT_EQ(player.Frames(2), "1:33333333/33333333/33333333 1:33333333/33012300/00333333");
 }
 
 TEST(StreamDecoder, OtherPartsOfThePictureStay) {
   // Each frame changes another block; three frames share two planes.
-  Player player(Compiled({"", 12, 3, 12, 3, 24, 4},
-                         {FrameBytes({1, 1, 50, 0, 0, {0, 0, 12, 3}}, {3, 1, 0}, {0x10, 0x01, 0x14}, {0xFF}),
-                          FrameBytes({1, 1, 50, 0, 0, {0, 0, 4, 1}}, {1}, {0x00}, {0x00}),
-                          FrameBytes({1, 1, 50, 0, 0, {8, 2, 4, 1}}, {1}, {0x00}, {0x55}),
-                          FrameBytes({1, 1, 50, 0, 0, {4, 1, 4, 1}}, {1}, {0x00}, {0xAA}), Still(1, 1), Still(1, 1)}));
+  Player player(Compiled(
+      {"", 12, 3, 12, 3, 24, 4},
+      {Boxed({0, 0, 12, 3}, {3, 1, 0}, {0x10, 0x01, 0x14}, {0xFF}), Boxed({0, 0, 4, 1}, {1}, {0x00}, {0x00}),
+       Boxed({8, 2, 4, 1}, {1}, {0x00}, {0x55}), Boxed({4, 1, 4, 1}, {1}, {0x00}, {0xAA}), Still(1, 1), Still(1, 1)}));
   const std::string white = "333333333333";
   const std::string one = "000033333333/" + white + "/" + white;
   const std::string two = "000033333333/" + white + "/333333331111";
@@ -291,9 +289,8 @@ TEST(StreamDecoder, OtherPartsOfThePictureStay) {
 }
 
 TEST(StreamDecoder, EmptyBoxBringsBothPlanesTogether) {
-  Player player(Compiled({"", 4, 2, 4, 2, 24, 4},
-                         {FrameBytes({1, 1, 50, 0, 0, {0, 0, 4, 2}}, {1, 1}, {0x00, 0x04}, {0xE4}),
-                          FrameBytes({1, 1, 50, 0, 0, {0, 1, 4, 1}}, {1}, {0x00}, {0x00}), Still(1, 1)}));
+  Player player(Compiled({"", 4, 2, 4, 2, 24, 4}, {Boxed({0, 0, 4, 2}, {1, 1}, {0x00, 0x04}, {0xE4}),
+                                                   Boxed({0, 1, 4, 1}, {1}, {0x00}, {0x00}), Still(1, 1)}));
   EXPECT_EQ(player.Frames(3), "1:0123/0123 1:0123/0000 1:0123/0000");
   for (int32_t y = 0; y < 2; ++y) {
     for (int32_t x = 0; x < 4; ++x) EXPECT_EQ(player.bitmap.GetFront(x, y), player.bitmap.GetBack(x, y));
@@ -377,9 +374,9 @@ TEST(StreamDecoder, EachCutBringsItsOwnValues) {
 TEST(StreamDecoder, CutLargerThanTheBitmapIsReadOver) {
   Player player(Container(
       4, 1, 4, 1,
-      {CutRecord({"", 4, 1, 4, 1, 24, 4}, {Block(1, 1, 0x1B, 60)}),
+      {CutRecord({}, {Block(1, 1, 0x1B, 60)}),
        CutRecord({"", 8, 1, 8, 1, 24, 4}, {FrameBytes({5, 1, 90, 2, 1, {0, 0, 8, 1}}, {1}, {0x00}, {0xFF, 0xFF})}),
-       CutRecord({"", 4, 1, 4, 1, 24, 4}, {Block(2, 1, 0xE4, 70)})}));
+       CutRecord({}, {Block(2, 1, 0xE4, 70)})}));
   player.decoder.DecodeNextFrame();
   const Bytes before(player.bitmap.bits, player.bitmap.bits + player.bitmap.imageSize);
   EXPECT_EQ(player.decoder.DecodeNextFrame(), 5);
@@ -395,7 +392,7 @@ TEST(StreamDecoder, CutHigherThanTheBitmapIsReadOver) {
   Player player(Container(
       4, 1, 4, 1,
       {CutRecord({"", 4, 2, 4, 2, 24, 4}, {FrameBytes({5, 1, 90, 0, 0, {0, 0, 4, 2}}, {1, 1}, {0, 4}, {0xFF})}),
-       CutRecord({"", 4, 1, 4, 1, 24, 4}, {Block(2, 1, 0xE4, 70)})}));
+       CutRecord({}, {Block(2, 1, 0xE4, 70)})}));
   EXPECT_EQ(player.decoder.DecodeNextFrame(), 5);
   EXPECT_EQ(player.bitmap.brightness, 50);
   EXPECT_EQ(player.Frames(1), "2:0123");
@@ -409,14 +406,31 @@ std::string Times(Player* player, int32_t count) {
   return text;
 }
 
-TEST(StreamDecoder, BodyRunsAsOftenAsTheFieldSays) {
-  Player player(Compiled({}, {Block(1, 1, 0), Still(2, 3), Still(3, 0), Still(4, 0), Still(5, 1)}));
-  EXPECT_EQ(Times(&player, 12), "1 2 3 4 2 3 4 2 3 4 5 1");
-}
-
-TEST(StreamDecoder, LoopOfOneFrame) {
-  Player player(Compiled({}, {Block(1, 1, 0), Still(2, 4), Still(3, 1)}));
-  EXPECT_EQ(Times(&player, 7), "1 2 2 2 2 3 1");
+TEST(StreamDecoder, LoopsRunTheirBodiesAgain) {
+  const struct {
+    const char* name;
+    std::initializer_list<Bytes> frames;
+    const char* times;
+  } rows[] = {
+      {"BodyRunsAsOftenAsTheFieldSays",
+       {Block(1, 1, 0), Still(2, 3), Still(3, 0), Still(4, 0), Still(5, 1)},
+       "1 2 3 4 2 3 4 2 3 4 5 1"},
+      {"LoopOfOneFrame", {Block(1, 1, 0), Still(2, 4), Still(3, 1)}, "1 2 2 2 2 3 1"},
+      {"FrameBehindTheBodyMayOpenTheNextLoop",
+       {Block(1, 2, 0), Still(2, 0), Still(3, 2), Still(4, 0), Still(5, 1)},
+       "1 2 1 2 3 4 3 4 5 1"},
+      {"BodyEndsAtNegativeFields",
+       {Block(1, 2, 0), Still(2, 0), Still(3, -1), Still(4, -5), Still(5, 0)},
+       "1 2 1 2 3 4 5 1"},
+      {"NegativeFieldsNeverStartALoop", {Block(1, -2, 0), Still(2, 0), Still(3, 1)}, "1 2 3 1 2"},
+      {"ZeroWithoutALoopIsNothing", {Block(1, 0, 0), Still(2, 0), Still(3, 0)}, "1 2 3 1 2 3 1"},
+      {"LoopAtTheCutsFirstFrameTakesItsTimePositiveAgain", {Block(-2, 2, 0), Still(-3, 0), Still(4, 1)}, "2 -3 2 -3 4"},
+  };
+  for (const auto& row : rows) {
+    const std::string times = row.times;
+    Player player(Compiled({}, row.frames));
+    EXPECT_EQ(Times(&player, static_cast<int32_t>(std::count(times.begin(), times.end(), ' ')) + 1), times) << row.name;
+  }
 }
 
 TEST(StreamDecoder, LoopCountGoesDownAtEachRun) {
@@ -425,26 +439,6 @@ TEST(StreamDecoder, LoopCountGoesDownAtEachRun) {
     player.decoder.DecodeNextFrame();
     EXPECT_EQ(player.decoder.loopCount, expected);
   }
-}
-
-TEST(StreamDecoder, FrameBehindTheBodyMayOpenTheNextLoop) {
-  Player player(Compiled({}, {Block(1, 2, 0), Still(2, 0), Still(3, 2), Still(4, 0), Still(5, 1)}));
-  EXPECT_EQ(Times(&player, 10), "1 2 1 2 3 4 3 4 5 1");
-}
-
-TEST(StreamDecoder, BodyEndsAtNegativeFields) {
-  Player player(Compiled({}, {Block(1, 2, 0), Still(2, 0), Still(3, -1), Still(4, -5), Still(5, 0)}));
-  EXPECT_EQ(Times(&player, 8), "1 2 1 2 3 4 5 1");
-}
-
-TEST(StreamDecoder, NegativeFieldsNeverStartALoop) {
-  Player player(Compiled({}, {Block(1, -2, 0), Still(2, 0), Still(3, 1)}));
-  EXPECT_EQ(Times(&player, 5), "1 2 3 1 2");
-}
-
-TEST(StreamDecoder, ZeroWithoutALoopIsNothing) {
-  Player player(Compiled({}, {Block(1, 0, 0), Still(2, 0), Still(3, 0)}));
-  EXPECT_EQ(Times(&player, 7), "1 2 3 1 2 3 1");
 }
 
 TEST(StreamDecoder, LoopFromFrameZeroToTheEndOfTheStreamJumpsFromItsOwnFirstFrame) {
@@ -489,7 +483,7 @@ TEST(StreamDecoder, LoopOverTheEndOfTheLastCutWrapsToTheFirst) {
 TEST(StreamDecoder, SecondRunIsTheSameAsTheFirst) {
   // The body stands on the frame ahead of it: code 15, and frames that dissolve.
   Player player(Compiled({"", 8, 2, 8, 2, 24, 4},
-                         {FrameBytes({1, 1, 50, 0, 0, {0, 0, 8, 2}}, {1, 1}, {0x10, 0x14}, {0x1B}),
+                         {Boxed({0, 0, 8, 2}, {1, 1}, {0x10, 0x14}, {0x1B}),
                           FrameBytes({-2, 2, 40, 0, 0, {0, 0, 8, 1}}, {1}, {0xF0}, {0xFF}),
                           FrameBytes({-3, 0, 60, 0, 0, {0, 1, 8, 1}}, {1}, {0x0F}, {0x00}),
                           FrameBytes({-1, 0, 50, 0, 0, {0, 0, 8, 2}}, {1, 1}, {0xFF, 0x0F}, {0x55}), Still(9, 1)}));
@@ -508,11 +502,6 @@ TEST(StreamDecoder, SecondRunIsTheSameAsTheFirst) {
   EXPECT_EQ(runs[0][5], "33333210/32100000");
   EXPECT_EQ(runs[0][9], "33333210/32101111");
   EXPECT_EQ(player.decoder.DecodeNextFrame(), 9);
-}
-
-TEST(StreamDecoder, LoopAtTheCutsFirstFrameTakesItsTimePositiveAgain) {
-  Player player(Compiled({}, {Block(-2, 2, 0), Still(-3, 0), Still(4, 1)}));
-  EXPECT_EQ(Times(&player, 5), "2 -3 2 -3 4");
 }
 
 // Reopening.

@@ -57,27 +57,12 @@ TEST(StreamInspector, CompiledCut) {
   const StreamCutInfo& cut = inspected.info.cuts[0];
   EXPECT_EQ(cut.offset, 6);
   EXPECT_EQ(cut.credit, "credit");
-  EXPECT_EQ(cut.width, 4);
-  EXPECT_EQ(cut.height, 2);
-  EXPECT_EQ(cut.frameWidth, 3);
-  EXPECT_EQ(cut.frameHeight, 5);
-  EXPECT_EQ(cut.fps, 30);
-  EXPECT_EQ(cut.levels, 4);
+  EXPECT_EQ(static_cast<const StreamCutHead&>(cut), (StreamCutHead{4, 2, 3, 5, 30, 4}));
   ASSERT_EQ(cut.frames.size(), 3u);
-  EXPECT_EQ(cut.frames[0].time, 7);
-  EXPECT_EQ(cut.frames[0].loop, 3);
-  EXPECT_EQ(cut.frames[0].brightness, 50);
-  EXPECT_EQ(cut.frames[0].x, -1);
-  EXPECT_EQ(cut.frames[0].y, 2);
-  EXPECT_EQ(cut.frames[0].box, (Rect{0, 0, 4, 2}));
-  EXPECT_EQ(cut.frames[0].mapSize, 2);
-  EXPECT_EQ(cut.frames[0].codeSize, 2u);
-  EXPECT_EQ(cut.frames[0].literalSize, 1u);
-  EXPECT_EQ(cut.frames[1].time, -2);
-  EXPECT_EQ(cut.frames[1].loop, 0);
-  EXPECT_EQ(cut.frames[1].brightness, 99);
-  EXPECT_EQ(cut.frames[1].box, (Rect{2, 1, 2, 1}));
-  EXPECT_EQ(cut.frames[2].box, (Rect{0, 0, 0, 0}));
+  EXPECT_EQ(cut.frames[0], (StreamFrameHead{{7, 3, 50, -1, 2}, {0, 0, 4, 2}, 2, 1}));
+  EXPECT_EQ(cut.frames[0].MapSize(), 2);
+  EXPECT_EQ(cut.frames[1], (StreamFrameHead{{-2, 0, 99, 0, 0}, {2, 1, 2, 1}, 1, 0}));
+  EXPECT_EQ(cut.frames[2], (StreamFrameHead{{1, 1, 50, 0, 0}, {}, 0, 0}));
 }
 
 TEST(StreamInspector, Container) {
@@ -94,10 +79,7 @@ TEST(StreamInspector, Container) {
   EXPECT_EQ(info.size, film.size());
   EXPECT_EQ(info.title, "a title");
   EXPECT_EQ(info.author, "an author");
-  EXPECT_EQ(info.width, 320);
-  EXPECT_EQ(info.height, 240);
-  EXPECT_EQ(info.maxWidth, 8);
-  EXPECT_EQ(info.maxHeight, 1);
+  EXPECT_EQ(static_cast<const ContainerHead&>(info), (ContainerHead{320, 240, 8, 1, 2}));
   // 6 + 8 + 10 + 10 and two entries.
   EXPECT_EQ(info.offsets, (std::vector<uint32_t>{42, 42 + 14 + 28 + 25}));
   ASSERT_EQ(info.cuts.size(), 2u);

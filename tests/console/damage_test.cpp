@@ -68,24 +68,28 @@ void TruncateEverywhere(const std::string& name, const Bytes& whole) {
   }
 }
 
-TEST(ConsoleDamage, TruncatedCutIsNamed) {
+class ConsoleDamage : public testing::Test {
+ protected:
+  const Folder folder;
+};
+
+TEST_F(ConsoleDamage, TruncatedCutIsNamed) {
   TruncateEverywhere("a.cut", Cut());
 }
 
-TEST(ConsoleDamage, TruncatedLayerIsNamed) {
+TEST_F(ConsoleDamage, TruncatedLayerIsNamed) {
   TruncateEverywhere("a.lyr", LayerFile());
 }
 
-TEST(ConsoleDamage, TruncatedStreamIsNamed) {
+TEST_F(ConsoleDamage, TruncatedStreamIsNamed) {
   TruncateEverywhere("a.ca", Stream());
 }
 
-TEST(ConsoleDamage, TruncatedContainerIsNamed) {
+TEST_F(ConsoleDamage, TruncatedContainerIsNamed) {
   TruncateEverywhere("a.sv", FilmStream());
 }
 
-TEST(ConsoleDamage, WholeFilesAreRead) {
-  const Folder folder;
+TEST_F(ConsoleDamage, WholeFilesAreRead) {
   folder.Write("a.cut", Cut());
   folder.Write("a.lyr", LayerFile());
   folder.Write("a.ca", Stream());
@@ -123,24 +127,23 @@ void FlipEverywhere(const std::string& name, const Bytes& whole, int step) {
   }
 }
 
-TEST(ConsoleDamage, CutWithAFlippedBit) {
+TEST_F(ConsoleDamage, CutWithAFlippedBit) {
   FlipEverywhere("a.cut", Cut(), 3);
 }
 
-TEST(ConsoleDamage, LayerWithAFlippedBit) {
+TEST_F(ConsoleDamage, LayerWithAFlippedBit) {
   FlipEverywhere("a.lyr", LayerFile(), 3);
 }
 
-TEST(ConsoleDamage, StreamWithAFlippedBit) {
+TEST_F(ConsoleDamage, StreamWithAFlippedBit) {
   FlipEverywhere("a.ca", Stream(), 3);
 }
 
-TEST(ConsoleDamage, ContainerWithAFlippedBit) {
+TEST_F(ConsoleDamage, ContainerWithAFlippedBit) {
   FlipEverywhere("a.sv", FilmStream(), 3);
 }
 
-TEST(ConsoleDamage, BytesBehindTheEndAreNoticed) {
-  const Folder folder;
+TEST_F(ConsoleDamage, BytesBehindTheEndAreNoticed) {
   const std::pair<std::string, Bytes> files[] = {
       {"a.cut", Cut()}, {"a.lyr", LayerFile()}, {"a.ca", Stream()}, {"a.sv", FilmStream()}};
   for (const auto& [name, bytes] : files) {
@@ -149,15 +152,13 @@ TEST(ConsoleDamage, BytesBehindTheEndAreNoticed) {
   }
 }
 
-TEST(ConsoleDamage, RecordOfALayerThatIsntThere) {
-  const Folder folder;
+TEST_F(ConsoleDamage, RecordOfALayerThatIsntThere) {
   folder.Write("a.cut", CutFile(4, 2, "", {LayerBlock("A", {Hex("12 34 41 00")})},
                                 {FrameRecordBytes(0, 0, 1, 1, 50, "", {{1, 0, 0, 0}})}));
   for (const Words& words : Readers("a.cut")) ExpectDamage(folder, words, "a.cut");
 }
 
-TEST(ConsoleDamage, HugeSizesFailQuickly) {
-  const Folder folder;
+TEST_F(ConsoleDamage, HugeSizesFailQuickly) {
   Bytes cut = Cut();
   for (size_t i = 13; i < 21; ++i) cut[i] = 0xFF;
   folder.Write("a.cut", cut);
@@ -176,8 +177,7 @@ TEST(ConsoleDamage, HugeSizesFailQuickly) {
   ExpectDamage(folder, {"play", "a.ca", "out", "--ticks", "3"}, "a.ca");
 }
 
-TEST(ConsoleDamage, DamagedCutStopsAnExport) {
-  const Folder folder;
+TEST_F(ConsoleDamage, DamagedCutStopsAnExport) {
   folder.Write("b.cut", Part(Cut(), 0, 60));
   folder.Write("f.flm", Text("\n\n8, 8\nb.cut"));
   Bytes film = folder.Read("f.flm");
@@ -186,8 +186,7 @@ TEST(ConsoleDamage, DamagedCutStopsAnExport) {
   ExpectDamage(folder, {"export", "f.flm", "out.sv"}, "b.cut");
 }
 
-TEST(ConsoleDamage, DamagedInputLeavesTheOutputAsItWas) {
-  const Folder folder;
+TEST_F(ConsoleDamage, DamagedInputLeavesTheOutputAsItWas) {
   folder.Write("a.cut", Part(Cut(), 0, 60));
   folder.Write("out.ca", Text("mine"));
   folder.Write("out.bmp", Text("mine"));

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "support/test_streams.h"
+#include "support/test_scripts.h"
 
 namespace sorvel {
 namespace {
@@ -100,15 +100,6 @@ Bytes Bmp(int32_t width, int32_t height, int32_t bits, const Bytes& palette, con
                rows});
 }
 
-uint32_t Crc(const Bytes& bytes) {
-  uint32_t crc = 0xFFFFFFFF;
-  for (uint8_t byte : bytes) {
-    crc ^= byte;
-    for (int i = 0; i < 8; ++i) crc = (crc & 1) != 0 ? crc >> 1 ^ 0xEDB88320 : crc >> 1;
-  }
-  return ~crc;
-}
-
 Bytes Be32(uint32_t value) {
   return {static_cast<uint8_t>(value >> 24), static_cast<uint8_t>(value >> 16 & 255),
           static_cast<uint8_t>(value >> 8 & 255), static_cast<uint8_t>(value & 255)};
@@ -116,7 +107,7 @@ Bytes Be32(uint32_t value) {
 
 Bytes Chunk(std::string_view type, const Bytes& data) {
   const Bytes body = Join({AsBytes(type), data});
-  return Join({Be32(static_cast<uint32_t>(data.size())), body, Be32(Crc(body))});
+  return Join({Be32(static_cast<uint32_t>(data.size())), body, Be32(Crc32(body))});
 }
 
 // The rows, each with its filter byte, go in without compression.
@@ -137,16 +128,21 @@ Bytes Png(uint32_t width, uint32_t height, uint8_t depth, uint8_t colorType, con
 
 // Greys.
 
-TEST(ConsoleImport, FourGreysAreSolid) {
+class ConsoleImport : public testing::Test {
+ protected:
+  const Folder folder;
+};
+
+TEST_F(ConsoleImport, FourGreysAreSolid) {
   EXPECT_EQ(Shown("a.pgm", AsBytes("P2\n4 1\n255\n0 84 168 255\n")), "1234");
 }
 
-TEST(ConsoleImport, GreysBetweenAreDithers) {
+TEST_F(ConsoleImport, GreysBetweenAreDithers) {
   // 128 is level 24: eight of sixteen pixels of dark.
   EXPECT_EQ(Shown("a.ppm", Plain(128, 128, 128)), "3232/2323/3232/2323");
 }
 
-TEST(ConsoleImport, FirstAndLastLevels) {
+TEST_F(ConsoleImport, FirstAndLastLevels) {
   EXPECT_EQ(Shown("a.ppm", Plain(5, 5, 5)), "1111/1111/1111/1111");
   EXPECT_EQ(Shown("a.ppm", Plain(6, 6, 6)), "1112/1111/1111/1111");
   EXPECT_EQ(Shown("a.ppm", Plain(83, 83, 83)), "2221/2222/2222/2222");
@@ -156,20 +152,20 @@ TEST(ConsoleImport, FirstAndLastLevels) {
   EXPECT_EQ(Shown("a.ppm", Plain(251, 251, 251)), "4444/4444/4444/4444");
 }
 
-TEST(ConsoleImport, RedGreenAndBlueHaveTheirWeights) {
+TEST_F(ConsoleImport, RedGreenAndBlueHaveTheirWeights) {
   EXPECT_EQ(Shown("a.ppm", Plain(255, 0, 0)), "2221/2222/2121/2222");
   EXPECT_EQ(Shown("a.ppm", Plain(0, 255, 0)), "3232/3323/3232/3333");
   EXPECT_EQ(Shown("a.ppm", Plain(0, 0, 255)), "1212/1121/1212/2111");
   EXPECT_EQ(Shown("a.ppm", Plain(255, 255, 0)), "4343/3434/4343/3444");
 }
 
-TEST(ConsoleImport, DitherLiesAtThePlaceInThePicture) {
+TEST_F(ConsoleImport, DitherLiesAtThePlaceInThePicture) {
   std::string text = "P2\n6 5\n255\n";
   for (int i = 0; i < 30; ++i) text += "128 ";
   EXPECT_EQ(Shown("a.pgm", AsBytes(text)), "323232/232323/323232/232323/323232");
 }
 
-TEST(ConsoleImport, TransparentColour) {
+TEST_F(ConsoleImport, TransparentColour) {
   const Bytes picture = AsBytes("P3\n4 1\n255\n0 255 0  0 254 0  255 255 255  0 255 0\n");
   EXPECT_EQ(Shown("a.ppm", picture, {"--transparent", "00ff00"}), ".24.");
   EXPECT_EQ(Shown("a.ppm", picture, {"--transparent", "00FF00"}), ".24.");
@@ -178,24 +174,24 @@ TEST(ConsoleImport, TransparentColour) {
 
 // Bitmap files.
 
-TEST(ConsoleImport, BitmapOfOneBit) {
+TEST_F(ConsoleImport, BitmapOfOneBit) {
   const Bytes palette = Hex("54 54 54 00  FF FF FF 00");
   EXPECT_EQ(Shown("a.bmp", Bmp(10, 2, 1, palette, Hex("FF 80 00 00  A0 40 00 00"))), "4242222224/4444444442");
 }
 
-TEST(ConsoleImport, BitmapOfFourBits) {
+TEST_F(ConsoleImport, BitmapOfFourBits) {
   const Bytes palette = Hex("00 00 00 00  54 54 54 00  A8 A8 A8 00  FF FF FF 00");
   EXPECT_EQ(Shown("a.bmp", Bmp(5, 2, 4, palette, Hex("01 23 00 00  32 10 30 00"), 4)), "43214/12341");
 }
 
-TEST(ConsoleImport, BitmapOfEightBits) {
+TEST_F(ConsoleImport, BitmapOfEightBits) {
   Bytes palette = Hex("00 00 00 00  54 54 54 00  A8 A8 A8 00  FF FF FF 00");
   palette.resize(1024);
   EXPECT_EQ(Shown("a.bmp", Bmp(5, 2, 8, palette, Hex("00 01 02 03 00 00 00 00  03 02 01 00 03 00 00 00"))),
             "43214/12341");
 }
 
-TEST(ConsoleImport, BitmapOf24Bits) {
+TEST_F(ConsoleImport, BitmapOf24Bits) {
   EXPECT_EQ(Shown("a.bmp", Bmp(2, 2, 24, {}, Hex(std::string(kBlack) + kDark + "00 00" + kLight + kWhite + "00 00"))),
             "34/12");
   // Blue comes first.
@@ -204,11 +200,11 @@ TEST(ConsoleImport, BitmapOf24Bits) {
   EXPECT_EQ(Shown("a.bmp", Bmp(4, 4, 24, {}, rows)), "2221/2222/2121/2222");
 }
 
-TEST(ConsoleImport, BitmapOf32Bits) {
+TEST_F(ConsoleImport, BitmapOf32Bits) {
   EXPECT_EQ(Shown("a.bmp", Bmp(2, 2, 32, {}, Hex("00 00 00 00  54 54 54 00  A8 A8 A8 00  FF FF FF 00"))), "34/12");
 }
 
-TEST(ConsoleImport, BitmapFromTopToBottom) {
+TEST_F(ConsoleImport, BitmapFromTopToBottom) {
   EXPECT_EQ(Shown("a.bmp", Bmp(2, -2, 24, {}, Hex(std::string(kBlack) + kDark + "00 00" + kLight + kWhite + "00 00"))),
             "12/34");
   const Bytes palette = Hex("54 54 54 00  FF FF FF 00");
@@ -217,72 +213,71 @@ TEST(ConsoleImport, BitmapFromTopToBottom) {
 
 // PNG.
 
-TEST(ConsoleImport, GreyPng) {
+TEST_F(ConsoleImport, GreyPng) {
   EXPECT_EQ(Shown("a.png", Png(4, 2, 8, 0, Hex("00 00 54 A8 FF  00 FF A8 54 00"))), "1234/4321");
 }
 
-TEST(ConsoleImport, GreyPngOfFewBits) {
+TEST_F(ConsoleImport, GreyPngOfFewBits) {
   EXPECT_EQ(Shown("a.png", Png(4, 1, 1, 0, Hex("00 A0"))), "4141");
   EXPECT_EQ(Shown("a.png", Png(4, 1, 4, 0, Hex("00 0F F0"))), "1441");
 }
 
-TEST(ConsoleImport, ColourPng) {
+TEST_F(ConsoleImport, ColourPng) {
   EXPECT_EQ(Shown("a.png", Png(2, 2, 8, 2, Hex(std::string("00") + kBlack + kDark + "00" + kLight + kWhite))), "12/34");
   Bytes rows;
   for (int y = 0; y < 4; ++y) rows = Join({rows, Hex("00 FF0000 FF0000 FF0000 FF0000")});
   EXPECT_EQ(Shown("a.png", Png(4, 4, 8, 2, rows)), "2221/2222/2121/2222");
 }
 
-TEST(ConsoleImport, PngWithAPalette) {
+TEST_F(ConsoleImport, PngWithAPalette) {
   EXPECT_EQ(Shown("a.png", Png(4, 1, 8, 3, Hex("00 03 02 01 00"), Chunk("PLTE", Hex("000000 545454 A8A8A8 FFFFFF")))),
             "4321");
   EXPECT_EQ(Shown("a.png", Png(4, 1, 2, 3, Hex("00 1B"), Chunk("PLTE", Hex("000000 545454 A8A8A8 FFFFFF")))), "1234");
 }
 
-TEST(ConsoleImport, PngOfSixteenBits) {
+TEST_F(ConsoleImport, PngOfSixteenBits) {
   EXPECT_EQ(Shown("a.png", Png(4, 1, 16, 0, Hex("00 0000 5454 A8A8 FFFF"))), "1234");
   EXPECT_EQ(Shown("a.png", Png(2, 1, 16, 2, Hex("00 545454545454 A8A8A8A8A8A8"))), "23");
 }
 
-TEST(ConsoleImport, InterlacedPng) {
+TEST_F(ConsoleImport, InterlacedPng) {
   // Of 3 by 3 pixels: (0, 0), then nothing in the second and third pass, (2, 0) in the fourth, row 2 in the fifth
   // at even columns, the odd columns of even rows in the sixth, and row 1 in the seventh.
   EXPECT_EQ(Shown("a.png", Png(3, 3, 8, 0, Hex("00 00  00 54  00 A8 FF  00 FF  00 54  00 00 54 A8"), {}, 1)),
             "142/123/324");
 }
 
-TEST(ConsoleImport, TransparentPngShowsWhitePaper) {
+TEST_F(ConsoleImport, TransparentPngShowsWhitePaper) {
   EXPECT_EQ(Shown("a.png", Png(2, 1, 8, 6, Hex("00 000000FF 00000000"))), "14");
   EXPECT_EQ(Shown("a.png", Png(2, 1, 8, 4, Hex("00 54FF 0000"))), "24");
 }
 
 // Portable maps.
 
-TEST(ConsoleImport, PlainMaps) {
+TEST_F(ConsoleImport, PlainMaps) {
   EXPECT_EQ(Shown("a.pgm", AsBytes("P2 # a comment\n2 2 255\n0 84\n168 255")), "12/34");
   EXPECT_EQ(Shown("a.ppm", AsBytes("P3\n2 1\n255\n84 84 84 255 255 255\n")), "24");
 }
 
-TEST(ConsoleImport, BinaryMaps) {
+TEST_F(ConsoleImport, BinaryMaps) {
   EXPECT_EQ(Shown("a.pgm", Join({AsBytes("P5\n# a comment\n2 2\n255\n"), Hex("00 54 A8 FF")})), "12/34");
   EXPECT_EQ(Shown("a.ppm", Join({AsBytes("P6\n2 1\n255\n"), Hex("545454 A8A8A8")})), "23");
 }
 
-TEST(ConsoleImport, MapsOfOtherDepths) {
+TEST_F(ConsoleImport, MapsOfOtherDepths) {
   EXPECT_EQ(Shown("a.pgm", AsBytes("P2\n4 1\n3\n0 1 2 3\n")).substr(0, 1), "1");
   EXPECT_EQ(Shown("a.pgm", AsBytes("P2\n4 1\n15\n0 5 10 15\n")).substr(3, 1), "4");
   EXPECT_EQ(Shown("a.pgm", Join({AsBytes("P5\n3 1\n65535\n"), Hex("0000 5454 FFFF")})), "124");
 }
 
-TEST(ConsoleImport, KindIsToldByTheFirstBytes) {
+TEST_F(ConsoleImport, KindIsToldByTheFirstBytes) {
   EXPECT_EQ(Shown("a.bmp", AsBytes("P2\n4 1\n255\n0 84 168 255\n")), "1234");
   EXPECT_EQ(Shown("a.pgm", Png(4, 1, 8, 0, Hex("00 00 54 A8 FF"))), "1234");
 }
 
 // The cut.
 
-TEST(ConsoleImport, DefaultsOfTheCut) {
-  const Folder folder;
+TEST_F(ConsoleImport, DefaultsOfTheCut) {
   folder.Write("a.pgm", AsBytes("P2\n3 2\n255\n0 0 0 0 0 0\n"));
   const Imported imported = Import(folder, {"a.pgm"});
   EXPECT_EQ(imported.cut->width, 3);
@@ -300,8 +295,7 @@ TEST(ConsoleImport, DefaultsOfTheCut) {
   EXPECT_EQ(folder.List(), "a.pgm out.cut");
 }
 
-TEST(ConsoleImport, OptionsOfTheCut) {
-  const Folder folder;
+TEST_F(ConsoleImport, OptionsOfTheCut) {
   folder.Write("a.pgm", AsBytes("P2\n4 2\n255\n0 0 0 0 0 0 0 0\n"));
   const Imported imported =
       Import(folder, {"--fps", "12", "--width", "20", "--height", "10", "--antialias", "2", "--hold", "3", "a.pgm"});
@@ -314,8 +308,7 @@ TEST(ConsoleImport, OptionsOfTheCut) {
   EXPECT_EQ(imported.cut->frames.At(0)->time, 3);
 }
 
-TEST(ConsoleImport, OneFrameForEachPictureInTheirOrder) {
-  const Folder folder;
+TEST_F(ConsoleImport, OneFrameForEachPictureInTheirOrder) {
   folder.Write("a.pgm", AsBytes("P2\n2 1\n255\n0 84\n"));
   folder.Write("b.pgm", AsBytes("P2\n2 1\n255\n168 255\n"));
   const Imported imported = Import(folder, {"b.pgm", "a.pgm"});
@@ -324,8 +317,7 @@ TEST(ConsoleImport, OneFrameForEachPictureInTheirOrder) {
   EXPECT_EQ(imported.Shown(1), "12");
 }
 
-TEST(ConsoleImport, EqualPicturesShareACell) {
-  const Folder folder;
+TEST_F(ConsoleImport, EqualPicturesShareACell) {
   folder.Write("a.pgm", AsBytes("P2\n2 1\n255\n0 84\n"));
   folder.Write("b.pgm", AsBytes("P2\n2 1\n255\n168 255\n"));
   folder.Write("c.ppm", AsBytes("P3\n2 1\n255\n0 0 0 84 84 84\n"));
@@ -336,13 +328,13 @@ TEST(ConsoleImport, EqualPicturesShareACell) {
   for (int32_t i = 0; i < 5; ++i) EXPECT_EQ(imported.cut->frames.At(i)->records.At(0)->cell, cells[i]) << i;
 }
 
-TEST(ConsoleImport, SmallerPicturesStandInTheMiddle) {
+TEST_F(ConsoleImport, SmallerPicturesStandInTheMiddle) {
   const std::string shown = Shown("a.pgm", AsBytes("P2\n2 2\n255\n0 84 168 0\n"), {"--width", "6", "--height", "4"});
   EXPECT_EQ(shown.substr(7, 6), "..12..");
   EXPECT_EQ(shown.substr(14, 6), "..31..");
 }
 
-TEST(ConsoleImport, DitherOfASmallerPictureIsThatOfThePicture) {
+TEST_F(ConsoleImport, DitherOfASmallerPictureIsThatOfThePicture) {
   std::string text = "P2\n4 4\n255\n";
   for (int i = 0; i < 16; ++i) text += "128 ";
   const std::string shown = Shown("a.pgm", AsBytes(text), {"--width", "6", "--height", "6"});
@@ -350,14 +342,13 @@ TEST(ConsoleImport, DitherOfASmallerPictureIsThatOfThePicture) {
   EXPECT_EQ(shown.substr(15, 4), "2323");
 }
 
-TEST(ConsoleImport, LargerPicturesAreCutAroundTheirMiddle) {
+TEST_F(ConsoleImport, LargerPicturesAreCutAroundTheirMiddle) {
   EXPECT_EQ(Shown("a.pgm", AsBytes("P2\n4 4\n255\n0 0 0 0  0 84 168 0  0 255 84 0  0 0 0 0\n"),
                   {"--width", "2", "--height", "2"}),
             "23/42");
 }
 
-TEST(ConsoleImport, LaterPicturesOfOtherSizesKeepTheFirstsCanvas) {
-  const Folder folder;
+TEST_F(ConsoleImport, LaterPicturesOfOtherSizesKeepTheFirstsCanvas) {
   folder.Write("a.pgm", AsBytes("P2\n4 1\n255\n0 0 0 0\n"));
   folder.Write("b.pgm", AsBytes("P2\n2 1\n255\n84 168\n"));
   folder.Write("c.pgm", AsBytes("P2\n6 1\n255\n0 84 84 168 168 0\n"));
@@ -367,16 +358,14 @@ TEST(ConsoleImport, LaterPicturesOfOtherSizesKeepTheFirstsCanvas) {
   EXPECT_EQ(imported.Shown(2), "2233");
 }
 
-TEST(ConsoleImport, OutputReplacesAFile) {
-  const Folder folder;
+TEST_F(ConsoleImport, OutputReplacesAFile) {
   folder.Write("a.pgm", AsBytes("P2\n1 1\n255\n0\n"));
   folder.Write("out.cut", Bytes(5000, 'x'));
   EXPECT_EQ(Import(folder, {"a.pgm"}).Shown(0), "1");
   EXPECT_EQ(folder.List(), "a.pgm out.cut");
 }
 
-TEST(ConsoleImport, BadOptionsAreWrongUsage) {
-  const Folder folder;
+TEST_F(ConsoleImport, BadOptionsAreWrongUsage) {
   folder.Write("a.pgm", AsBytes("P2\n1 1\n255\n0\n"));
   const Words cases[] = {{"--fps", "0"},
                          {"--fps", "256"},
@@ -416,7 +405,7 @@ void ExpectRefused(const std::string& name, const Bytes& bytes) {
   EXPECT_EQ(folder.List(), name);
 }
 
-TEST(ConsoleImport, TruncatedPicturesAreNamed) {
+TEST_F(ConsoleImport, TruncatedPicturesAreNamed) {
   const Bytes bitmap = Bmp(4, 2, 24, {}, Hex("000000 545454 A8A8A8 FFFFFF  000000 545454 A8A8A8 FFFFFF"));
   const Bytes png = Png(4, 2, 8, 0, Hex("00 00 54 A8 FF  00 FF A8 54 00"));
   const Bytes map = Join({AsBytes("P5\n4 2\n255\n"), Hex("00 54 A8 FF 00 54 A8 FF")});
@@ -438,7 +427,7 @@ TEST(ConsoleImport, TruncatedPicturesAreNamed) {
   ExpectRefused("a.bmp", Part(bitmap, 0, bitmap.size() - 1));
 }
 
-TEST(ConsoleImport, HugeSizesInTheHeadFailQuickly) {
+TEST_F(ConsoleImport, HugeSizesInTheHeadFailQuickly) {
   for (int32_t width : {30000, 32767, 0x7FFFFFFF}) {
     for (int32_t height : {30000, 32767, -32767, 0x7FFFFFFF, INT32_MIN}) {
       SCOPED_TRACE(std::to_string(width) + " " + std::to_string(height));
@@ -451,7 +440,7 @@ TEST(ConsoleImport, HugeSizesInTheHeadFailQuickly) {
   }
 }
 
-TEST(ConsoleImport, HostileHeadsAreRefused) {
+TEST_F(ConsoleImport, HostileHeadsAreRefused) {
   ExpectRefused("a.bmp", Bmp(0, 2, 24, {}, Hex("00 00 00 00")));
   ExpectRefused("a.bmp", Bmp(2, 0, 24, {}, Hex("00 00 00 00")));
   ExpectRefused("a.bmp", Bmp(-2, 2, 24, {}, Bytes(16, 0)));
@@ -468,15 +457,13 @@ TEST(ConsoleImport, HostileHeadsAreRefused) {
   ExpectRefused("a.png", Png(0, 1, 8, 0, Hex("00")));
 }
 
-TEST(ConsoleImport, BitmapColourOutsideItsPaletteDoesNoHarm) {
-  const Folder folder;
+TEST_F(ConsoleImport, BitmapColourOutsideItsPaletteDoesNoHarm) {
   folder.Write("a.bmp", Bmp(4, 1, 8, Hex("00 00 00 00"), Hex("00 01 7F FF"), 1));
   const Answer run = folder.Sorvel({"import", "out.cut", "a.bmp"});
   EXPECT_TRUE(run.status == 0 || (run.status == 1 && run.IsOneLineAbout("a.bmp"))) << run;
 }
 
-TEST(ConsoleImport, PictureThatFailsAmongOthersIsNamedAndNothingIsLeft) {
-  const Folder folder;
+TEST_F(ConsoleImport, PictureThatFailsAmongOthersIsNamedAndNothingIsLeft) {
   folder.Write("a.pgm", AsBytes("P2\n1 1\n255\n0\n"));
   folder.Write("b.pgm", AsBytes("P2\n1 1\n255\n"));
   const Answer run = folder.Sorvel({"import", "out.cut", "a.pgm", "b.pgm", "a.pgm"});
@@ -485,8 +472,7 @@ TEST(ConsoleImport, PictureThatFailsAmongOthersIsNamedAndNothingIsLeft) {
   EXPECT_EQ(folder.List(), "a.pgm b.pgm");
 }
 
-TEST(ConsoleImport, FlippedBitsDoNoHarm) {
-  const Folder folder;
+TEST_F(ConsoleImport, FlippedBitsDoNoHarm) {
   const std::pair<std::string, Bytes> files[] = {
       {"a.bmp", Bmp(3, 2, 4, Hex("00 00 00 00  FF FF FF 00"), Hex("01 00 00 00  10 10 00 00"), 2)},
       {"a.pgm", AsBytes("P2\n3 2\n255\n0 1 2 3 4 5\n")},

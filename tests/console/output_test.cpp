@@ -63,8 +63,12 @@ void WriteFilm(const Folder& folder) {
   folder.Write("f.flm", Bytes(film.begin(), film.end()));
 }
 
-TEST(ConsoleOutput, CompileShowsItsFramesOnATerminalAndTakesTheLineAway) {
+class ConsoleOutput : public testing::Test {
+ protected:
   const Folder folder;
+};
+
+TEST_F(ConsoleOutput, CompileShowsItsFramesOnATerminalAndTakesTheLineAway) {
   WriteFilm(folder);
   int status = -1;
   const std::string shown = ShownOnATerminal(folder, "compile a.cut a.ca", &status);
@@ -72,8 +76,7 @@ TEST(ConsoleOutput, CompileShowsItsFramesOnATerminalAndTakesTheLineAway) {
   EXPECT_EQ(shown, "\rframe 1 of 3\x1B[K\rframe 2 of 3\x1B[K\rframe 3 of 3\x1B[K\r\x1B[K");
 }
 
-TEST(ConsoleOutput, ExportShowsItsCutsOnATerminalAndTakesTheLineAway) {
-  const Folder folder;
+TEST_F(ConsoleOutput, ExportShowsItsCutsOnATerminalAndTakesTheLineAway) {
   WriteFilm(folder);
   int status = -1;
   const std::string shown = ShownOnATerminal(folder, "export f.flm f.sv", &status);
@@ -81,8 +84,7 @@ TEST(ConsoleOutput, ExportShowsItsCutsOnATerminalAndTakesTheLineAway) {
   EXPECT_EQ(shown, "\rcut 1 of 2\x1B[K\rcut 2 of 2\x1B[K\r\x1B[K");
 }
 
-TEST(ConsoleOutput, WithoutATerminalNoProgressIsShown) {
-  const Folder folder;
+TEST_F(ConsoleOutput, WithoutATerminalNoProgressIsShown) {
   WriteFilm(folder);
   for (const Answer& run : {folder.Sorvel({"compile", "a.cut", "a.ca"}), folder.Sorvel({"export", "f.flm", "f.sv"})}) {
     EXPECT_EQ(run.status, 0);
@@ -90,16 +92,14 @@ TEST(ConsoleOutput, WithoutATerminalNoProgressIsShown) {
   }
 }
 
-TEST(ConsoleOutput, PipeGetsTheWholeStream) {
-  const Folder folder;
+TEST_F(ConsoleOutput, PipeGetsTheWholeStream) {
   folder.Write("a.cut", SmallCutFile());
   ASSERT_EQ(folder.Sorvel({"compile", "a.cut", "a.ca"}).status, 0);
   ASSERT_EQ(Shell("cd '" + folder.Path("") + "' && " + Program() + "compile a.cut /dev/stdout | cat > piped.ca"), 0);
   EXPECT_EQ(folder.Read("piped.ca"), folder.Read("a.ca"));
 }
 
-TEST(ConsoleOutput, LinkStaysAndItsFileIsReplaced) {
-  const Folder folder;
+TEST_F(ConsoleOutput, LinkStaysAndItsFileIsReplaced) {
   folder.Write("a.cut", SmallCutFile());
   folder.Write("real.cut", Bytes{1, 2, 3});
   ASSERT_EQ(symlink("real.cut", folder.Path("link.cut").c_str()), 0);
@@ -109,15 +109,13 @@ TEST(ConsoleOutput, LinkStaysAndItsFileIsReplaced) {
   EXPECT_GT(readlink(folder.Path("link.cut").c_str(), target, sizeof(target) - 1), 0);
 }
 
-TEST(ConsoleOutput, FullDeviceIsAFailure) {
-  const Folder folder;
+TEST_F(ConsoleOutput, FullDeviceIsAFailure) {
   folder.Write("a.cut", SmallCutFile());
   EXPECT_EQ(folder.Sorvel({"resave", "a.cut", "/dev/full"}).status, 1);
   EXPECT_EQ(Shell("cd '" + folder.Path("") + "' && " + Program() + "info a.cut > /dev/full 2> /dev/null"), 1);
 }
 
-TEST(ConsoleOutput, InterruptedImportLeavesTheOldFileAndNothingElse) {
-  const Folder folder;
+TEST_F(ConsoleOutput, InterruptedImportLeavesTheOldFileAndNothingElse) {
   const Bytes old = {1, 2, 3};
   folder.Write("a.cut", old);
   ASSERT_EQ(Shell("printf 'P5\\n3000 3000\\n255\\n' > '" + folder.Path("p.pgm") +
@@ -132,8 +130,7 @@ TEST(ConsoleOutput, InterruptedImportLeavesTheOldFileAndNothingElse) {
   EXPECT_EQ(folder.List(), "a.cut p.pgm");
 }
 
-TEST(ConsoleOutput, FilmThatLeadsAboveTheRootIsRefused) {
-  const Folder folder;
+TEST_F(ConsoleOutput, FilmThatLeadsAboveTheRootIsRefused) {
   const std::string lines = "t\na\n320, 240\n../../../../../../../../c.cut\n";
   folder.Write("f.flm", Bytes(lines.begin(), lines.end()));
   const Answer run = folder.Sorvel({"info", "f.flm"});
@@ -141,24 +138,21 @@ TEST(ConsoleOutput, FilmThatLeadsAboveTheRootIsRefused) {
   EXPECT_TRUE(run.IsOneLineAbout("f.flm")) << run;
 }
 
-TEST(ConsoleOutput, RateThatAStreamCantSayIsWrongUsage) {
-  const Folder folder;
+TEST_F(ConsoleOutput, RateThatAStreamCantSayIsWrongUsage) {
   const std::string picture = "P2\n1 1\n255\n0\n";
   folder.Write("p.pgm", Bytes(picture.begin(), picture.end()));
   EXPECT_EQ(folder.Sorvel({"import", "a.cut", "--fps", "128", "p.pgm"}).status, 2);
   EXPECT_EQ(folder.Sorvel({"import", "a.cut", "--fps", "127", "p.pgm"}).status, 0);
 }
 
-TEST(ConsoleOutput, FrameNumberBelowOneIsNoFrame) {
-  const Folder folder;
+TEST_F(ConsoleOutput, FrameNumberBelowOneIsNoFrame) {
   folder.Write("a.cut", SmallCutFile());
   EXPECT_EQ(folder.Sorvel({"frame", "a.cut", "0", "f.bmp"}).status, 1);
   EXPECT_EQ(folder.Sorvel({"frame", "a.cut", "-1", "f.bmp"}).status, 1);
   EXPECT_EQ(folder.Sorvel({"frame", "a.cut", "one", "f.bmp"}).status, 2);
 }
 
-TEST(ConsoleOutput, PictureOfHugeSizeInASmallFileTakesNoMemory) {
-  const Folder folder;
+TEST_F(ConsoleOutput, PictureOfHugeSizeInASmallFileTakesNoMemory) {
   const std::string head = "P5\n32767 32767\n255\n";
   folder.Write("p.pgm", Bytes(head.begin(), head.end()));
   const Answer run = folder.Sorvel({"import", "a.cut", "p.pgm"});

@@ -27,8 +27,12 @@ Bytes Map(const std::string& head, std::string_view pixels) {
   return Join({Bytes(head.begin(), head.end()), Hex(pixels)});
 }
 
-TEST(ConsolePlay, LogHasALineForEachTick) {
+class ConsolePlay : public testing::Test {
+ protected:
   const Folder folder;
+};
+
+TEST_F(ConsolePlay, LogHasALineForEachTick) {
   Play(folder, "a.ca",
        Compiled({"", 8, 2, 4, 1, 24, 4},
                 {FrameBytes({2, 1, 50, 0, 0, {0, 0, 8, 2}}, {1, 1}, {0x10, 0x14}, {0xFF}),
@@ -53,8 +57,7 @@ TEST(ConsolePlay, LogHasALineForEachTick) {
             "out/ticks.jsonl");
 }
 
-TEST(ConsolePlay, PicturesAreBinaryGreyMapsOfTheClientArea) {
-  const Folder folder;
+TEST_F(ConsolePlay, PicturesAreBinaryGreyMapsOfTheClientArea) {
   Play(folder, "a.sv",
        Container(6, 3, 4, 1,
                  {CutRecord({"", 4, 1, 4, 1, 10, 4}, {Block(1, 1, 0xE4)}),
@@ -76,8 +79,7 @@ TEST(ConsolePlay, PicturesAreBinaryGreyMapsOfTheClientArea) {
       "\n");
 }
 
-TEST(ConsolePlay, DissolveIsMixedInThePictures) {
-  const Folder folder;
+TEST_F(ConsolePlay, DissolveIsMixedInThePictures) {
   Play(folder, "a.ca", Compiled({}, {Block(1, 1, 0xFF), Block(-3, 1, 0x00), Still(1, 1)}), "5");
   const char* pixels[] = {"FF FF FF FF", "BF BF BF BF", "7F 7F 7F 7F", "3F 3F 3F 3F", "00 00 00 00"};
   for (int i = 0; i < 5; ++i) {
@@ -85,16 +87,14 @@ TEST(ConsolePlay, DissolveIsMixedInThePictures) {
   }
 }
 
-TEST(ConsolePlay, PictureAreaMayHaveNoWidth) {
-  const Folder folder;
+TEST_F(ConsolePlay, PictureAreaMayHaveNoWidth) {
   folder.Write("a.ca", Compiled({"", 4, 1, 0, 1, 24, 4}, {Block(1, 1, 0xE4)}));
   const Answer run = folder.Sorvel({"play", "a.ca", "out", "--ticks", "1"});
   EXPECT_EQ(run.status, 0) << run;
   EXPECT_EQ(folder.Read("out/tick-00000.pgm"), Map("P5\n0 1\n255\n", ""));
 }
 
-TEST(ConsolePlay, StillHasTickZeroAlone) {
-  const Folder folder;
+TEST_F(ConsolePlay, StillHasTickZeroAlone) {
   Play(folder, "a.ca", Compiled({"", 4, 1, 4, 1, 24, 4}, {Block(7, 3, 0xE4)}), "100");
   EXPECT_EQ(
       AsText(folder.Read("out/ticks.jsonl")),
@@ -104,8 +104,7 @@ TEST(ConsolePlay, StillHasTickZeroAlone) {
   EXPECT_EQ(folder.List(), "a.ca out out/tick-00000.pgm out/ticks.jsonl");
 }
 
-TEST(ConsolePlay, ContainerOfOneFrameIsAStill) {
-  const Folder folder;
+TEST_F(ConsolePlay, ContainerOfOneFrameIsAStill) {
   Play(folder, "a.sv", Container(8, 1, 4, 1, {CutRecord({"", 4, 1, 4, 1, 24, 4}, {Block(7, 1, 0xE4)})}), "3");
   EXPECT_EQ(
       AsText(folder.Read("out/ticks.jsonl")),
@@ -114,8 +113,7 @@ TEST(ConsolePlay, ContainerOfOneFrameIsAStill) {
   EXPECT_EQ(folder.Read("out/tick-00000.pgm"), Map("P5\n8 1\n255\n", "00 00 00 55 AA FF 00 00"));
 }
 
-TEST(ConsolePlay, TimeZeroEndsWithItsOwnTick) {
-  const Folder folder;
+TEST_F(ConsolePlay, TimeZeroEndsWithItsOwnTick) {
   Play(folder, "a.ca", Compiled({}, {Block(2, 1, 0xFF), Block(0, 1, 0x55), Block(1, 1, 0x00)}), "100");
   EXPECT_EQ(
       AsText(folder.Read("out/ticks.jsonl")),
@@ -128,8 +126,7 @@ TEST(ConsolePlay, TimeZeroEndsWithItsOwnTick) {
   EXPECT_EQ(folder.Read("out/tick-00002.pgm"), Map("P5\n4 1\n255\n", "55 55 55 55"));
 }
 
-TEST(ConsolePlay, FirstFrameOfTimeZeroEndsAtOnce) {
-  const Folder folder;
+TEST_F(ConsolePlay, FirstFrameOfTimeZeroEndsAtOnce) {
   Play(folder, "a.ca", Compiled({}, {Block(0, 1, 0xFF), Block(1, 1, 0x55)}), "9");
   EXPECT_EQ(
       AsText(folder.Read("out/ticks.jsonl")),
@@ -137,21 +134,18 @@ TEST(ConsolePlay, FirstFrameOfTimeZeroEndsAtOnce) {
       "\n");
 }
 
-TEST(ConsolePlay, OneTickIsTheFirstFrame) {
-  const Folder folder;
+TEST_F(ConsolePlay, OneTickIsTheFirstFrame) {
   Play(folder, "a.ca", Compiled({}, {Block(2, 1, 0xFF), Block(1, 1, 0x55)}), "1");
   EXPECT_EQ(folder.List(), "a.ca out out/tick-00000.pgm out/ticks.jsonl");
 }
 
-TEST(ConsolePlay, NoTicksLeaveAnEmptyLog) {
-  const Folder folder;
+TEST_F(ConsolePlay, NoTicksLeaveAnEmptyLog) {
   Play(folder, "a.ca", Compiled({}, {Block(2, 1, 0xFF), Block(1, 1, 0x55)}), "0");
   EXPECT_EQ(folder.List(), "a.ca out out/ticks.jsonl");
   EXPECT_TRUE(folder.Read("out/ticks.jsonl").empty());
 }
 
-TEST(ConsolePlay, FolderMayBeThereAlready) {
-  const Folder folder;
+TEST_F(ConsolePlay, FolderMayBeThereAlready) {
   folder.MakeFolder("out");
   folder.Write("out/ticks.jsonl", Text("old"));
   folder.Write("out/mine.txt", Text("mine"));
@@ -160,8 +154,7 @@ TEST(ConsolePlay, FolderMayBeThereAlready) {
   EXPECT_EQ(AsText(folder.Read("out/ticks.jsonl")).substr(0, 10), "{\"tick\":0,");
 }
 
-TEST(ConsolePlay, FileInPlaceOfTheFolderIsNamed) {
-  const Folder folder;
+TEST_F(ConsolePlay, FileInPlaceOfTheFolderIsNamed) {
   folder.Write("a.ca", Compiled({}, {Block(1, 1, 0)}));
   folder.Write("out", Text("mine"));
   const Answer run = folder.Sorvel({"play", "a.ca", "out", "--ticks", "1"});
@@ -170,8 +163,7 @@ TEST(ConsolePlay, FileInPlaceOfTheFolderIsNamed) {
   EXPECT_EQ(folder.Read("out"), Text("mine"));
 }
 
-TEST(ConsolePlay, LoopedBodyRunsInTheLog) {
-  const Folder folder;
+TEST_F(ConsolePlay, LoopedBodyRunsInTheLog) {
   Play(folder, "a.ca", Compiled({}, {Block(1, 2, 0xFF), Block(1, 0, 0x55), Block(1, 1, 0x00)}), "6");
   const char* pixels[] = {"FF FF FF FF", "55 55 55 55", "FF FF FF FF", "55 55 55 55", "00 00 00 00", "FF FF FF FF"};
   for (int i = 0; i < 6; ++i) {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -10,6 +10,7 @@
 #include "document/load_report.h"
 #include "foundation/byte_stream.h"
 #include "imaging/packed_image.h"
+#include "reference/reference.h"
 #include "support/test_images.h"
 
 namespace sorvel {
@@ -40,78 +41,67 @@ CellImage* NewCell(Layer* layer) {
 
 // Name "A", not following the frame.
 Bytes BlockHead(int32_t width, int32_t height, int32_t cells) {
-  return {'A',
-          0,
-          static_cast<uint8_t>(width & 255),
-          static_cast<uint8_t>(width >> 8),
-          static_cast<uint8_t>(height & 255),
-          static_cast<uint8_t>(height >> 8),
-          0,
-          static_cast<uint8_t>(cells & 255),
-          static_cast<uint8_t>(cells >> 8)};
-}
-
-Bytes Long(uint32_t value) {
-  return {static_cast<uint8_t>(value), static_cast<uint8_t>(value >> 8), static_cast<uint8_t>(value >> 16),
-          static_cast<uint8_t>(value >> 24)};
+  return Text("A") + Le16(width) + Le16(height) + Bytes{0} + Le16(cells);
 }
 
 Bytes CellOf(const Bytes& map, const Bytes& codes, const Bytes& literals) {
-  return Long(static_cast<uint32_t>(codes.size())) + Long(static_cast<uint32_t>(literals.size())) + map + codes +
+  return Le32(static_cast<uint32_t>(codes.size())) + Le32(static_cast<uint32_t>(literals.size())) + map + codes +
          literals;
 }
 
-const int32_t kCodeX[16] = {0, -4, -8, -16, 0, -4, 0, -4, -8, 0, -4, -8, 0, -4, -8, 0};
-const int32_t kCodeY[16] = {0, 0, 0, 0, -1, -1, -2, -2, -2, -4, -4, -4, -8, -8, -8, -16};
+// A cell of 4 by 1 pixels: 1234.
+const Bytes kCell1234 = CellOf({0x01}, {0x00}, {0x12, 0x34});
 
-// The writer in its plainest form.
-Bytes PlainCell(const Layer& layer, CellImage& image) {
-  int32_t w = layer.width;
-  int32_t h = layer.height;
-  size_t codeBytes = static_cast<size_t>((w + 7) / 8);
-  size_t mapRow = (codeBytes + 7) / 8;
-  Bytes map(mapRow * static_cast<size_t>(h), 0);
-  Bytes previous(codeBytes, 0x11);
-  Bytes current(codeBytes, 0);
-  Bytes codes;
-  Bytes literals;
-  const int32_t order[15] = {1, 4, 5, 6, 7, 9, 10, 2, 8, 11, 12, 13, 14, 3, 15};
-  for (int32_t y = 0; y < h; ++y) {
-    size_t k = 0;
-    for (int32_t x = 0; x < w; x += 4, ++k) {
-      uint32_t v = image.GetRaw(x, y);
-      int32_t code = k % 2 == 0 ? previous[k / 2] & 15 : previous[k / 2] >> 4;
-      bool inside = x + kCodeX[code] >= 0 && y + kCodeY[code] >= 0;
-      if (code == 0 || !inside || image.GetRaw(x + kCodeX[code], y + kCodeY[code]) != v) {
-        code = 0;
-        for (int32_t n : order) {
-          if (x + kCodeX[n] < 0 || y + kCodeY[n] < 0) continue;
-          if (image.GetRaw(x + kCodeX[n], y + kCodeY[n]) != v) continue;
-          code = n;
-          break;
-        }
-      }
-      if (code == 0) literals += {static_cast<uint8_t>(v), static_cast<uint8_t>(v >> 8)};
-      current[k / 2] = static_cast<uint8_t>(k % 2 == 0 ? code : current[k / 2] | code << 4);
-    }
-    for (size_t i = 0; i < codeBytes; ++i) {
-      if (previous[i] == current[i]) continue;
-      codes.push_back(current[i]);
-      uint8_t& byte = map[static_cast<size_t>(y) * mapRow + i / 8];
-      byte = static_cast<uint8_t>(byte | 1u << (i % 8));
-    }
-    previous.swap(current);
+// A layer with one cell of this picture.
+struct OneCell {
+  explicit OneCell(const std::string& picture)
+      : layer(static_cast<int32_t>(picture.find('\n')),
+              static_cast<int32_t>(std::count(picture.begin(), picture.end(), '\n')), "A", nullptr, 0),
+        cell(NewCell(&layer)) {
+    Draw(cell, picture);
   }
-  return CellOf(map, codes, literals);
+  Layer layer;
+  CellImage* cell;
+};
+
+// The block of such a layer without its head.
+Bytes Written(const std::string& picture) {
+  OneCell one(picture);
+  const Bytes block = Encode(&one.layer);
+  const Bytes head = BlockHead(one.layer.width, one.layer.height, 1);
+  EXPECT_EQ(Head(block, head.size()), head);
+  return From(block, head.size());
 }
 
+// The picture of a cell that has to be read.
+std::string ReadPicture(int32_t width, int32_t height, const Bytes& cell) {
+  Layer layer(0, 0, nullptr, nullptr, 0);
+  EXPECT_TRUE(Decode(&layer, BlockHead(width, height, 1) + cell));
+  return Picture(*layer.CellAt(0));
+}
+
+// A block that has to end the reading.
+void ExpectDamaged(const Bytes& block) {
+  Layer layer(0, 0, nullptr, nullptr, 0);
+  LoadReport report;
+  EXPECT_FALSE(Decode(&layer, block, &report));
+  EXPECT_TRUE(report.IsDamaged());
+}
+
+// The same block by the plain writer.
 Bytes PlainBlock(Layer& layer) {
-  Bytes bytes = TextBytes(layer.name != nullptr ? layer.name : "UNTITLED");
-  Bytes sizes = BlockHead(layer.width, layer.height, layer.cells.Count());
-  sizes[6] = static_cast<uint8_t>(layer.followFrame);
-  bytes.insert(bytes.end(), sizes.begin() + 2, sizes.end());
-  for (int32_t i = 0; i < layer.cells.Count(); ++i) bytes += PlainCell(layer, *layer.CellAt(i));
-  return bytes;
+  reference::LayerData data;
+  if (layer.name != nullptr) data.name = layer.name;
+  data.width = layer.width;
+  data.height = layer.height;
+  data.followFrame = layer.followFrame;
+  for (int32_t i = 0; i < layer.cells.Count(); ++i) {
+    const CellImage* image = layer.CellAt(i);
+    reference::Cell& cell = data.cells.emplace_back(image->width, image->height);
+    EXPECT_EQ(cell.pitch, image->pitch);
+    std::copy(image->bits, image->bits + image->ByteCount(), cell.bits.begin());
+  }
+  return reference::WriteLayerBlock(data);
 }
 
 // Writing.
@@ -119,47 +109,26 @@ Bytes PlainBlock(Layer& layer) {
 TEST(CellWriter, BlankCellOf8By3Takes15Bytes) {
   Layer layer(8, 3, "A", nullptr, 0);
   NewCell(&layer);
-  const Bytes expected = {'A',  0,    0x08, 0x00, 0x03, 0x00, 0x00, 0x01, 0x00,  // head
-                          0x02, 0x00, 0x00, 0x00, 0x02, 0x00, 0x00, 0x00, 0x01, 0x01, 0x00, 0x10, 0x14, 0x00, 0x00};
-  EXPECT_EQ(Encode(&layer), expected);
+  EXPECT_EQ(Encode(&layer), Hex("41 00 08 00 03 00 00 01 00  02 00 00 00 02 00 00 00 01 01 00 10 14 00 00"));
 }
 
 TEST(CellWriter, GroupThatDiffersFromTheRowAboveIsALiteral) {
-  Layer layer(8, 2, "A", nullptr, 0);
-  CellImage* cell = NewCell(&layer);
-  Draw(cell, "1234....\n........\n");
-  const Bytes expected = BlockHead(8, 2, 1) + Bytes{0x02, 0x00, 0x00, 0x00, 0x06, 0x00, 0x00, 0x00, 0x01,
-                                                    0x01, 0x00, 0x10, 0x12, 0x34, 0x00, 0x00, 0x00, 0x00};
-  EXPECT_EQ(Encode(&layer), expected);
+  EXPECT_EQ(Written("1234....\n........\n"), Hex("02 00 00 00 06 00 00 00 01 01 00 10 12 34 00 00 00 00"));
 }
 
 TEST(CellWriter, MatchDemandsTheFollowingGroupAsWell) {
-  Layer layer(16, 1, "A", nullptr, 0);
-  CellImage* cell = NewCell(&layer);
-  Draw(cell, "1111222211113333\n");
-  const Bytes expected = BlockHead(16, 1, 1) + Bytes{0x02, 0x00, 0x00, 0x00, 0x08, 0x00, 0x00, 0x00, 0x03, 0x00,
-                                                     0x00, 0x11, 0x11, 0x22, 0x22, 0x11, 0x11, 0x33, 0x33};
-  EXPECT_EQ(Encode(&layer), expected);
+  EXPECT_EQ(Written("1111222211113333\n"), Hex("02 00 00 00 08 00 00 00 03 00 00 11 11 22 22 11 11 33 33"));
 }
 
 TEST(CellWriter, LastGroupOfARowIsComparedWithTheStartOfTheNextRow) {
-  Layer layer(8, 3, "A", nullptr, 0);
-  CellImage* cell = NewCell(&layer);
   // The right groups are equal in all rows; what follows them isn't.
-  Draw(cell, "11115555\n22225555\n33335555\n");
-  const Bytes expected =
-      BlockHead(8, 3, 1) +
-      CellOf({0x01, 0x00, 0x00}, {0x00}, {0x11, 0x11, 0x55, 0x55, 0x22, 0x22, 0x55, 0x55, 0x33, 0x33, 0x55, 0x55});
-  EXPECT_EQ(Encode(&layer), expected);
+  EXPECT_EQ(Written("11115555\n22225555\n33335555\n"),
+            CellOf(Hex("01 00 00"), {0x00}, Hex("11 11 55 55 22 22 55 55 33 33 55 55")));
 }
 
 TEST(CellWriter, BytesBehindTheLastRowCountAsZero) {
-  Layer layer(8, 2, "A", nullptr, 0);
-  CellImage* cell = NewCell(&layer);
   // In row 1 the right group is followed by the end of the pixels, in row 0 by the zeroes that row 1 begins with.
-  Draw(cell, "11115555\n....5555\n");
-  const Bytes expected = BlockHead(8, 2, 1) + CellOf({0x01, 0x01}, {0x00, 0x40}, {0x11, 0x11, 0x55, 0x55, 0x00, 0x00});
-  EXPECT_EQ(Encode(&layer), expected);
+  EXPECT_EQ(Written("11115555\n....5555\n"), CellOf({0x01, 0x01}, {0x00, 0x40}, Hex("11 11 55 55 00 00")));
 }
 
 TEST(CellWriter, FirstGroupOfACellIsAlwaysALiteral) {
@@ -171,47 +140,33 @@ TEST(CellWriter, FirstGroupOfACellIsAlwaysALiteral) {
 }
 
 TEST(CellWriter, CodeOfTheRowAboveIsTriedFirst) {
-  Layer layer(4, 6, "A", nullptr, 0);
-  CellImage* cell = NewCell(&layer);
   // The last row equals both the one two above and the one four above, which the row above it was copied from.
-  Draw(cell, "1111\n2222\n3333\n2222\n1111\n2222\n");
-  EXPECT_EQ(Encode(&layer), BlockHead(4, 6, 1) + CellOf({0x01, 0x00, 0x00, 0x01, 0x01, 0x00}, {0x00, 0x06, 0x09},
-                                                        {0x11, 0x11, 0x22, 0x22, 0x33, 0x33}));
+  EXPECT_EQ(Written("1111\n2222\n3333\n2222\n1111\n2222\n"),
+            CellOf(Hex("01 00 00 01 01 00"), Hex("00 06 09"), Hex("11 11 22 22 33 33")));
 }
 
 TEST(CellWriter, WidthOf1LeavesTheHighNibblesZero) {
-  Layer layer(1, 2, "A", nullptr, 0);
-  NewCell(&layer);
-  const Bytes expected = {'A',  0,    0x01, 0x00, 0x02, 0x00, 0x00, 0x01, 0x00,  // head
-                          0x02, 0x00, 0x00, 0x00, 0x02, 0x00, 0x00, 0x00, 0x01, 0x01, 0x00, 0x04, 0x00, 0x00};
-  EXPECT_EQ(Encode(&layer), expected);
+  EXPECT_EQ(Written(".\n.\n"), Hex("02 00 00 00 02 00 00 00 01 01 00 04 00 00"));
 }
 
 TEST(CellWriter, WidthOf65Has9CodeBytesAnd2MapBytesARow) {
-  Layer layer(65, 2, "A", nullptr, 0);
-  NewCell(&layer);
   // Row 1 keeps code 1 at the right, so only its first byte is stored.
-  const Bytes expected = BlockHead(65, 2, 1) + Bytes{0x03, 0x00, 0x00, 0x00, 0x02, 0x00, 0x00, 0x00, 0x01,
-                                                     0x01, 0x01, 0x00, 0x10, 0x01, 0x14, 0x00, 0x00};
-  EXPECT_EQ(Encode(&layer), expected);
+  const std::string row = std::string(65, '.') + "\n";
+  EXPECT_EQ(Written(row + row), Hex("03 00 00 00 02 00 00 00 01 01 01 00 10 01 14 00 00"));
 }
 
 TEST(CellWriter, PaddingWithinTheLastGroupIsStored) {
-  Layer layer(5, 1, "A", nullptr, 0);
-  CellImage* cell = NewCell(&layer);
-  Draw(cell, "12345\n");
-  cell->bits[2] = 0x5A;
-  cell->bits[3] = 0xBC;
-  EXPECT_EQ(Encode(&layer), BlockHead(5, 1, 1) + CellOf({0x01}, {0x00}, {0x12, 0x34, 0x5A, 0xBC}));
+  OneCell one("12345\n");
+  one.cell->bits[2] = 0x5A;
+  one.cell->bits[3] = 0xBC;
+  EXPECT_EQ(Encode(&one.layer), BlockHead(5, 1, 1) + CellOf({0x01}, {0x00}, {0x12, 0x34, 0x5A, 0xBC}));
 }
 
 TEST(CellWriter, PaddingBehindTheLastGroupIsNotStoredButCompared) {
-  Layer layer(4, 2, "A", nullptr, 0);
-  CellImage* cell = NewCell(&layer);
-  Draw(cell, "1234\n1234\n");
-  cell->bits[6] = 0xFF;
+  OneCell one("1234\n1234\n");
+  one.cell->bits[6] = 0xFF;
   const Bytes written = BlockHead(4, 2, 1) + CellOf({0x01, 0x00}, {0x00}, {0x12, 0x34, 0x12, 0x34});
-  EXPECT_EQ(Encode(&layer), written);
+  EXPECT_EQ(Encode(&one.layer), written);
   Layer loaded(0, 0, nullptr, nullptr, 0);
   ASSERT_TRUE(Decode(&loaded, written));
   EXPECT_EQ(Encode(&loaded), BlockHead(4, 2, 1) + CellOf({0x01, 0x01}, {0x00, 0x04}, {0x12, 0x34}));
@@ -219,22 +174,21 @@ TEST(CellWriter, PaddingBehindTheLastGroupIsNotStoredButCompared) {
 
 TEST(CellWriter, HeadHoldsNameSizesFollowFlagAndCount) {
   Layer layer(0x1234, 0x0102, "\x83\x8C.x", nullptr, 1);
-  const Bytes expected = {0x83, 0x8C, '.', 'x', 0x00, 0x34, 0x12, 0x02, 0x01, 0x01, 0x00, 0x00};
-  EXPECT_EQ(Encode(&layer), expected);
+  EXPECT_EQ(Encode(&layer), Text("\x83\x8C.x") + Hex("34 12 02 01 01 00 00"));
 }
 
 TEST(CellWriter, OnlyTheLowBytesOfTheFieldsAreWritten) {
   Layer wide(0x10008, 3, "A", nullptr, 0x1FE);
-  EXPECT_EQ(Encode(&wide), (Bytes{'A', 0x00, 0x08, 0x00, 0x03, 0x00, 0xFE, 0x00, 0x00}));
+  EXPECT_EQ(Encode(&wide), Hex("41 00 08 00 03 00 FE 00 00"));
   Layer high(8, 0x20003, "A", nullptr, 0);
-  EXPECT_EQ(Encode(&high), (Bytes{'A', 0x00, 0x08, 0x00, 0x03, 0x00, 0x00, 0x00, 0x00}));
+  EXPECT_EQ(Encode(&high), Hex("41 00 08 00 03 00 00 00 00"));
 }
 
 TEST(CellWriter, NullNameIsWrittenAsUntitledAndAnEmptyOneAsItIs) {
   Layer layer(0, 0, nullptr, nullptr, 0);
-  EXPECT_EQ(Encode(&layer), (Bytes{'U', 'N', 'T', 'I', 'T', 'L', 'E', 'D', 0, 0, 0, 0, 0, 0, 0, 0}));
+  EXPECT_EQ(Encode(&layer), Text("UNTITLED") + Bytes(7, 0));
   layer.SetName("");
-  EXPECT_EQ(Encode(&layer), (Bytes{0, 0, 0, 0, 0, 0, 0, 0}));
+  EXPECT_EQ(Encode(&layer), Bytes(8, 0));
 }
 
 TEST(CellWriter, CellsWithoutPixelsTakeEightZeroBytesEach) {
@@ -245,14 +199,12 @@ TEST(CellWriter, CellsWithoutPixelsTakeEightZeroBytesEach) {
 }
 
 TEST(CellWriter, BlockBeginsAtThePositionOfTheStream) {
-  Layer layer(8, 3, "A", nullptr, 0);
-  CellImage* cell = NewCell(&layer);
-  Draw(cell, "12345678\n12345678\n87654321\n");
-  Bytes block = Encode(&layer);
+  OneCell one("12345678\n12345678\n87654321\n");
+  Bytes block = Encode(&one.layer);
   OutputBytes output;
   output.stream.PutC(0x77);
-  EXPECT_TRUE(CellWriter().Write(&layer, &output.stream));
-  EXPECT_TRUE(CellWriter().Write(&layer, &output.stream));
+  EXPECT_TRUE(CellWriter().Write(&one.layer, &output.stream));
+  EXPECT_TRUE(CellWriter().Write(&one.layer, &output.stream));
   EXPECT_EQ(output.Written(), Bytes{0x77} + block + block);
 }
 
@@ -267,11 +219,11 @@ TEST(CellWriter, AllStreamsReceiveTheSameBytes) {
   chunks.Seek(0, kFromStart);
   for (uint8_t byte : block) ASSERT_EQ(chunks.GetC(), byte);
   TemporaryFolder folder;
-  FileStream file(std::fopen(folder.File("block").c_str(), "wb"));
+  FileStream file(std::fopen(folder.Path("block").c_str(), "wb"));
   ASSERT_TRUE(file.IsOpen());
   EXPECT_TRUE(CellWriter().Write(&layer, &file));
   file.Close();
-  EXPECT_EQ(ReadFile(folder.File("block")), block);
+  EXPECT_EQ(ReadBytes(folder.Path("block")), block);
 }
 
 TEST(CellWriter, AgreesWithThePlainWriter) {
@@ -354,7 +306,7 @@ TEST(CellReader, ReplacesEverythingOfTheLayer) {
   Layer layer(9, 9, "old", nullptr, 0);
   NewCell(&layer);
   NewCell(&layer);
-  Bytes bytes = BlockHead(4, 1, 1) + CellOf({0x01}, {0x00}, {0x12, 0x34});
+  Bytes bytes = BlockHead(4, 1, 1) + kCell1234;
   bytes[6] = 1;
   EXPECT_TRUE(Decode(&layer, bytes));
   EXPECT_STREQ(layer.name, "A");
@@ -392,7 +344,7 @@ TEST(CellReader, EmptyNameStaysAnEmptyText) {
 TEST(CellReader, NameOf255BytesIsReadWhole) {
   Layer loaded(0, 0, nullptr, nullptr, 0);
   std::string name(255, 'n');
-  EXPECT_TRUE(Decode(&loaded, TextBytes(name) + Bytes{4, 0, 1, 0, 0, 0, 0}));
+  EXPECT_TRUE(Decode(&loaded, Text(name) + Bytes{4, 0, 1, 0, 0, 0, 0}));
   EXPECT_EQ(loaded.name, name);
   EXPECT_EQ(loaded.width, 4);
 }
@@ -408,7 +360,7 @@ TEST(CellReader, NameWithoutAnEndIsCutAndReadingGoesOnBehindIts256thByte) {
 
 TEST(CellReader, CellsTakeTheClassOfThePrototypeAndNoneMeansPacked) {
   Layer plain(0, 0, nullptr, nullptr, 0);
-  Bytes bytes = BlockHead(4, 1, 1) + CellOf({0x01}, {0x00}, {0x12, 0x34});
+  Bytes bytes = BlockHead(4, 1, 1) + kCell1234;
   EXPECT_TRUE(Decode(&plain, bytes));
   EXPECT_EQ(plain.CellAt(0)->colors, 16);
   PackedImage prototype;
@@ -421,6 +373,8 @@ TEST(CellReader, CellsTakeTheClassOfThePrototypeAndNoneMeansPacked) {
 }
 
 TEST(CellReader, EachCodeCopiesFromItsPlace) {
+  const int32_t codeX[16] = {0, -4, -8, -16, 0, -4, 0, -4, -8, 0, -4, -8, 0, -4, -8, 0};
+  const int32_t codeY[16] = {0, 0, 0, 0, -1, -1, -2, -2, -2, -4, -4, -4, -8, -8, -8, -16};
   // All groups but the last of the last row are literals, no two of them equal.
   for (int32_t code = 1; code < 16; ++code) {
     Bytes map(17, 0x00);
@@ -430,28 +384,22 @@ TEST(CellReader, EachCodeCopiesFromItsPlace) {
     for (int32_t i = 0; i < 17 * 5 - 1; ++i) literals += {static_cast<uint8_t>(i), static_cast<uint8_t>(0xA0 + i % 7)};
     Layer layer(0, 0, nullptr, nullptr, 0);
     ASSERT_TRUE(Decode(&layer, BlockHead(20, 17, 1) + CellOf(map, {0, 0, 0, static_cast<uint8_t>(code)}, literals)));
-    size_t source = static_cast<size_t>((16 + kCodeY[code]) * 5 + (16 + kCodeX[code]) / 4) * 2;
+    const auto source = static_cast<size_t>((16 + codeY[code]) * 5 + (16 + codeX[code]) / 4) * 2;
     CellImage* cell = layer.CellAt(0);
-    EXPECT_EQ(cell->bits[16 * cell->pitch + 8], literals[source]) << code;
-    EXPECT_EQ(cell->bits[16 * cell->pitch + 9], literals[source + 1]) << code;
-    EXPECT_EQ(cell->bits[0], 0x00);
-    EXPECT_EQ(cell->bits[1], 0xA0);
-    EXPECT_EQ(cell->bits[2], 0x01);
+    const uint8_t* copied = cell->bits + 16 * cell->pitch + 8;
+    EXPECT_EQ(Bytes(copied, copied + 2), Part(literals, source, 2)) << code;
+    EXPECT_EQ(Bytes(cell->bits, cell->bits + 3), Hex("00 A0 01"));
   }
 }
 
 TEST(CellReader, EvenGroupsHaveTheLowNibbleOfTheirCodeByte) {
   // Left group: a literal; right group: a copy of it.
-  Layer layer(0, 0, nullptr, nullptr, 0);
-  ASSERT_TRUE(Decode(&layer, BlockHead(8, 1, 1) + CellOf({0x01}, {0x10}, {0x12, 0x34})));
-  EXPECT_EQ(Picture(*layer.CellAt(0)), "12341234\n");
+  EXPECT_EQ(ReadPicture(8, 1, CellOf({0x01}, {0x10}, {0x12, 0x34})), "12341234\n");
 }
 
 TEST(CellReader, CodesThatAreNotStoredAreThoseOfTheRowAbove) {
-  Layer layer(0, 0, nullptr, nullptr, 0);
   // Row 1 has no codes of its own: again a literal and its copy.
-  ASSERT_TRUE(Decode(&layer, BlockHead(8, 2, 1) + CellOf({0x01, 0x00}, {0x10}, {0x12, 0x34, 0x56, 0x78})));
-  EXPECT_EQ(Picture(*layer.CellAt(0)), "12341234\n56785678\n");
+  EXPECT_EQ(ReadPicture(8, 2, CellOf({0x01, 0x00}, {0x10}, {0x12, 0x34, 0x56, 0x78})), "12341234\n56785678\n");
 }
 
 TEST(CellReader, CodesAreAllOnesAheadOfTheFirstRowOfEachCell) {
@@ -465,26 +413,20 @@ TEST(CellReader, CodesAreAllOnesAheadOfTheFirstRowOfEachCell) {
 
 TEST(CellReader, AnyValidCodeDecodes) {
   // The writer would choose codes 1 and 4 here.
-  Layer layer(0, 0, nullptr, nullptr, 0);
-  ASSERT_TRUE(
-      Decode(&layer, BlockHead(12, 2, 1) + CellOf({0x03, 0x03}, {0x10, 0x02, 0x54, 0x00}, {0x77, 0x77, 0x77, 0x77})));
-  EXPECT_EQ(Picture(*layer.CellAt(0)), "777777777777\n777777777777\n");
+  EXPECT_EQ(ReadPicture(12, 2, CellOf({0x03, 0x03}, Hex("10 02 54 00"), Hex("77 77 77 77"))),
+            "777777777777\n777777777777\n");
 }
 
 TEST(CellReader, HighNibbleBehindAnOddLastGroupIsIgnored) {
-  Layer layer(0, 0, nullptr, nullptr, 0);
-  ASSERT_TRUE(Decode(&layer, BlockHead(4, 2, 1) + CellOf({0x01, 0x01}, {0xF0, 0xE4}, {0x12, 0x34})));
-  EXPECT_EQ(Picture(*layer.CellAt(0)), "1234\n1234\n");
+  EXPECT_EQ(ReadPicture(4, 2, CellOf({0x01, 0x01}, {0xF0, 0xE4}, {0x12, 0x34})), "1234\n1234\n");
 }
 
 TEST(CellReader, LiteralsMayHoldEveryByte) {
-  Layer layer(0, 0, nullptr, nullptr, 0);
-  ASSERT_TRUE(Decode(&layer, BlockHead(8, 1, 1) + CellOf({0x01}, {0x00}, {0xFF, 0xFF, 0xFF, 0x12})));
-  EXPECT_EQ(Picture(*layer.CellAt(0)), "ffffff12\n");
+  EXPECT_EQ(ReadPicture(8, 1, CellOf({0x01}, {0x00}, Hex("FF FF FF 12"))), "ffffff12\n");
 }
 
 TEST(CellReader, BlocksFollowEachOtherWithoutAGap) {
-  Bytes first = BlockHead(4, 1, 1) + CellOf({0x01}, {0x00}, {0x12, 0x34});
+  Bytes first = BlockHead(4, 1, 1) + kCell1234;
   Bytes second = BlockHead(4, 1, 1) + CellOf({0x01}, {0x00}, {0x56, 0x78});
   InputBytes input(first + second + Bytes{0x99});
   Layer a(0, 0, nullptr, nullptr, 0);
@@ -515,16 +457,13 @@ TEST(CellReader, LiteralLengthThatIsTooSmallOrTooBigEndsTheReadAtThatCell) {
 }
 
 TEST(CellReader, CodeLengthThatReachesIntoTheLiteralsOfTheLastCellGivesFalse) {
-  Bytes bytes = BlockHead(4, 1, 1) + CellOf({0x01}, {0x00}, {0x12, 0x34});
+  Bytes bytes = BlockHead(4, 1, 1) + kCell1234;
   bytes[9] = 2;
-  Layer layer(0, 0, nullptr, nullptr, 0);
-  LoadReport report;
-  EXPECT_FALSE(Decode(&layer, bytes, &report));
-  EXPECT_TRUE(report.IsDamaged());
+  ExpectDamaged(bytes);
 }
 
 TEST(CellReader, ReportIsOptionalAndQuietForAGoodBlock) {
-  Bytes bytes = BlockHead(4, 1, 1) + CellOf({0x01}, {0x00}, {0x12, 0x34});
+  Bytes bytes = BlockHead(4, 1, 1) + kCell1234;
   Layer layer(0, 0, nullptr, nullptr, 0);
   LoadReport report;
   EXPECT_TRUE(Decode(&layer, bytes, &report));
@@ -534,14 +473,8 @@ TEST(CellReader, ReportIsOptionalAndQuietForAGoodBlock) {
 }
 
 TEST(CellReader, CellThatTheStreamCanNotHoldEndsTheRead) {
-  Layer layer(0, 0, nullptr, nullptr, 0);
-  LoadReport report;
-  EXPECT_FALSE(Decode(&layer, BlockHead(65535, 65535, 1) + Bytes(40, 0), &report));
-  EXPECT_TRUE(report.IsDamaged());
-  Layer many(0, 0, nullptr, nullptr, 0);
-  LoadReport manyReport;
-  EXPECT_FALSE(Decode(&many, BlockHead(2000, 2000, 65535) + Bytes(40, 0), &manyReport));
-  EXPECT_TRUE(manyReport.IsDamaged());
+  ExpectDamaged(BlockHead(65535, 65535, 1) + Bytes(40, 0));
+  ExpectDamaged(BlockHead(2000, 2000, 65535) + Bytes(40, 0));
 }
 
 TEST(CellReader, LargeBlankCellIsNotMistakenForDamage) {
@@ -575,51 +508,35 @@ TEST(CellReader, EveryTruncationIsReported) {
 }
 
 TEST(CellReader, EveryFlippedBitIsSurvived) {
-  Bytes bytes = SampleBlock();
   int32_t refused = 0;
-  for (size_t at = 0; at < bytes.size(); ++at) {
-    for (uint32_t bit = 0; bit < 8; ++bit) {
-      Bytes damaged = bytes;
-      damaged[at] = static_cast<uint8_t>(damaged[at] ^ (1u << bit));
-      Layer layer(0, 0, nullptr, nullptr, 0);
-      LoadReport report;
-      bool result = Decode(&layer, damaged, &report);
-      if (!result) {
-        EXPECT_TRUE(report.IsDamaged()) << at << " bit " << bit;
-        ++refused;
-      }
-      for (int32_t i = 0; i < layer.cells.Count(); ++i) {
-        EXPECT_EQ(layer.CellAt(i)->width, layer.width);
-        EXPECT_EQ(layer.CellAt(i)->height, layer.height);
-      }
+  ForEachFlippedBit(SampleBlock(), [&refused](const Bytes& damaged, size_t at) {
+    Layer layer(0, 0, nullptr, nullptr, 0);
+    LoadReport report;
+    if (!Decode(&layer, damaged, &report)) {
+      EXPECT_TRUE(report.IsDamaged()) << at;
+      ++refused;
     }
-  }
+    for (int32_t i = 0; i < layer.cells.Count(); ++i) {
+      EXPECT_EQ(layer.CellAt(i)->width, layer.width);
+      EXPECT_EQ(layer.CellAt(i)->height, layer.height);
+    }
+  });
   EXPECT_GT(refused, 0);
 }
 
 TEST(CellReader, LargestNumbersAnywhereAreSurvived) {
-  Bytes bytes = SampleBlock();
-  for (size_t count : {1u, 2u, 4u}) {
-    for (size_t at = 0; at + count <= bytes.size(); ++at) {
-      Bytes damaged = bytes;
-      for (size_t i = 0; i < count; ++i) damaged[at + i] = 0xFF;
-      Layer layer(0, 0, nullptr, nullptr, 0);
-      LoadReport report;
-      if (!Decode(&layer, damaged, &report)) {
-        EXPECT_TRUE(report.IsDamaged()) << at;
-      }
-    }
-  }
+  ForEachLargestNumber(SampleBlock(), 0, [](const Bytes& damaged, size_t at) {
+    Layer layer(0, 0, nullptr, nullptr, 0);
+    LoadReport report;
+    EXPECT_TRUE(Decode(&layer, damaged, &report) || report.IsDamaged()) << at;
+  });
 }
 
 TEST(CellReader, LengthsOfFourBytesOfFFEndTheRead) {
   for (size_t field : {9u, 13u}) {
-    Bytes bytes = BlockHead(4, 1, 1) + CellOf({0x01}, {0x00}, {0x12, 0x34});
+    Bytes bytes = BlockHead(4, 1, 1) + kCell1234;
     for (size_t i = 0; i < 4; ++i) bytes[field + i] = 0xFF;
-    Layer layer(0, 0, nullptr, nullptr, 0);
-    LoadReport report;
-    EXPECT_FALSE(Decode(&layer, bytes, &report));
-    EXPECT_TRUE(report.IsDamaged());
+    ExpectDamaged(bytes);
   }
 }
 
@@ -643,11 +560,7 @@ TEST(CellReader, RandomBytesAreSurvived) {
 Bytes BlockWithoutItsLastCode() {
   Bytes map(18, 0);
   map[0] = map[3] = map[17] = 1;
-  const Bytes codes = {0x00, 0x04};
-  const Bytes literals = {0x12, 0x34, 0x56, 0x78, 0x9A, 0xBC};
-  const Bytes head = {'A', 0, 4, 0, 18, 0, 0, 1, 0};
-  const Bytes lengths = {2, 0, 0, 0, 6, 0, 0, 0};
-  return head + lengths + map + codes + literals;
+  return BlockHead(4, 18, 1) + CellOf(map, {0x00, 0x04}, Hex("12 34 56 78 9A BC"));
 }
 
 // A read behind the end of a memory stream stores the byte FF, so the code is 15: the group 16 rows above.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "document/cut.h"
@@ -19,7 +20,7 @@ namespace {
 
 using namespace testimages;
 
-const Bytes kMagic = TextBytes("Sorvelin Cut");
+const Bytes kMagic = Text("Sorvelin Cut");
 
 Bytes Saved(Cut* cut) {
   OutputBytes output;
@@ -43,61 +44,61 @@ FrameRecord RecordAt(Cut& cut, int32_t frame, int32_t record) {
 
 // 240 by 180 at 24 frames a second, with an empty credit.
 Bytes SmallHead(uint8_t layers, uint16_t frames) {
-  return kMagic + Bytes{0xF0,
-                        0x00,
-                        0xB4,
-                        0x00,
-                        0xF0,
-                        0x00,
-                        0xB4,
-                        0x00,
-                        0x18,
-                        0x00,
-                        0x00,
-                        layers,
-                        static_cast<uint8_t>(frames),
-                        static_cast<uint8_t>(frames >> 8)};
+  return kMagic + Hex("F0 00 B4 00 F0 00 B4 00 18 00 00") + Bytes{layers} + Le16(frames);
 }
 
 // A layer of 4 by 1 pixels with one cell; `left` are its two left pixels.
 Bytes SmallLayer(char name, uint8_t left) {
-  return {static_cast<uint8_t>(name),
-          0x00,
-          0x04,
-          0x00,
-          0x01,
-          0x00,
-          0x00,
-          0x01,
-          0x00,  // head
-          0x01,
-          0x00,
-          0x00,
-          0x00,
-          0x02,
-          0x00,
-          0x00,
-          0x00,
-          0x01,
-          0x00,
-          left,
-          0x34};
+  return Bytes{static_cast<uint8_t>(name)} + Hex("00 04 00 01 00 00 01 00  01 00 00 00 02 00 00 00 01 00") +
+         Bytes{left, 0x34};
 }
 
-const Bytes kPlainFrame = {0x00, 0x00, 0x00, 0x00, 0x01, 0x00, 0x01, 0x00, 0x32, 0x00, 0x00};
+const Bytes kPlainFrame = Hex("00 00 00 00 01 00 01 00 32 00 00");
 
 // Two layers, two frames with all their fields, one blank record.
 Bytes SampleFile() {
-  return kMagic + Bytes{0x40, 0x01, 0xF0, 0x00, 0xA0, 0x00, 0x78, 0x00, 0x0C, 'k', 'i', 0x00, 0x02, 0x02, 0x02, 0x00} +
-         SmallLayer('A', 0x12) +
-         Bytes{'B',  'b',  0x00, 0x08, 0x00, 0x03, 0x00, 0x01, 0x02, 0x00, 0x02, 0x00, 0x00, 0x00, 0x02,
-               0x00, 0x00, 0x00, 0x01, 0x01, 0x00, 0x10, 0x14, 0x00, 0x00, 0x03, 0x00, 0x00, 0x00, 0x04,
-               0x00, 0x00, 0x00, 0x01, 0x01, 0x01, 0x10, 0x14, 0x04, 0x55, 0x55, 0x55, 0x55} +
-         Bytes{0x05, 0x00, 0xFA, 0xFF, 0xFD, 0xFF, 0x03, 0x00, 0x14, 'h',
-               'i',  0x00, 0x02, 0x01, 0x07, 0x00, 0xF8, 0xFF, 0xFE, 0xFF,  // layer, x, y, cell
-               0x00, 0x02, 0x01, 0x04, 0x03, 0x00, 0x00} +
-         Bytes{0x00, 0x00, 0x00, 0x00, 0x02, 0x00, 0x00, 0x00, 0xCD,
-               0x00, 0x01, 0x01, 0x00, 0x00, 0x00, 0x00, 0x01, 0x00};
+  return kMagic + Hex("40 01 F0 00 A0 00 78 00 0C") + Text("ki") + Hex("02 02 02 00") + SmallLayer('A', 0x12) +
+         Text("Bb") +
+         Hex("08 00 03 00 01 02 00"
+             "02 00 00 00 02 00 00 00 01 01 00 10 14 00 00"
+             "03 00 00 00 04 00 00 00 01 01 01 10 14 04 55 55 55 55"
+             "05 00 FA FF FD FF 03 00 14") +
+         Text("hi") +
+         // Records of layer, x, y and cell.
+         Hex("02  01 07 00 F8 FF FE FF  00 02 01 04 03 00 00"
+             "00 00 00 00 02 00 00 00 CD 00  01  01 00 00 00 00 01 00");
+}
+
+// What a file that has to load becomes.
+struct LoadedCut {
+  explicit LoadedCut(const Bytes& bytes) {
+    LoadReport report;
+    EXPECT_TRUE(Load(&cut, bytes, &report));
+    isDamaged = report.IsDamaged();
+  }
+  Frame* At(int32_t index) { return cut.frames.At(index); }
+
+  Cut cut{1, 2, 3, "old", 1};
+  bool isDamaged = false;
+};
+
+using Numbers = std::vector<int32_t>;
+
+Numbers SizesOf(const Cut& cut) {
+  return {cut.width, cut.height, cut.frameWidth, cut.frameHeight, cut.fps};
+}
+
+// Place, time, loop and brightness.
+Numbers FieldsOf(const Frame& frame) {
+  return {frame.x, frame.y, frame.time, frame.loop, frame.brightness};
+}
+
+void SetFields(Frame* frame, const Numbers& fields) {
+  frame->x = fields[0];
+  frame->y = fields[1];
+  frame->time = fields[2];
+  frame->loop = fields[3];
+  frame->brightness = fields[4];
 }
 
 void MakeSample(Cut* cut) {
@@ -110,20 +111,12 @@ void MakeSample(Cut* cut) {
   b->followFrame = 1;
   b->AddCell(0, 5, nullptr);
   Frame* frame = cut->AddFrame();
-  frame->x = 5;
-  frame->y = -6;
-  frame->time = -3;
-  frame->loop = 3;
-  frame->brightness = 20;
+  SetFields(frame, {5, -6, -3, 3, 20});
   AssignString(&frame->comment, "hi");
   frame->AddRecord(b, -2, 7, -8);
   frame->AddRecord(a, 0, 0x102, 0x304);
   frame = cut->AddFrame();
-  frame->x = 0;
-  frame->y = 0;
-  frame->time = 2;
-  frame->loop = 0;
-  frame->brightness = -51;
+  SetFields(frame, {0, 0, 2, 0, -51});
   frame->AddRecord(b, 1, 0, 0);
 }
 
@@ -134,10 +127,8 @@ TEST(CutFile, CutOfOneFrameWithoutLayers) {
   Frame* frame = cut.AddFrame();
   frame->x = 0;
   frame->y = 0;
-  const Bytes expected = {'S',  'o',  'r',  'v',  'e',  'l',  'i',  'n',  ' ',  'C',  'u',  't',  0x00,
-                          0xF0, 0x00, 0xB4, 0x00, 0xF0, 0x00, 0xB4, 0x00, 0x18, 0x00, 0x00, 0x00, 0x01,
-                          0x00, 0x00, 0x00, 0x00, 0x00, 0x01, 0x00, 0x01, 0x00, 0x32, 0x00, 0x00};
-  EXPECT_EQ(Saved(&cut), expected);
+  EXPECT_EQ(Saved(&cut), Text("Sorvelin Cut") + Hex("F0 00 B4 00 F0 00 B4 00 18 00 00 00 01 00"
+                                                    "00 00 00 00 01 00 01 00 32 00 00"));
 }
 
 TEST(CutFile, HoldsHeaderLayersFramesAndRecordsInOrder) {
@@ -149,15 +140,10 @@ TEST(CutFile, HoldsHeaderLayersFramesAndRecordsInOrder) {
 TEST(CutFile, KeyFrameBrightnessIsStoredAsTheComplement) {
   Cut cut(240, 180, 24, "", 0);
   Frame* frame = cut.AddFrame();
-  const size_t at = 27 + 8;
-  frame->brightness = -51;
-  EXPECT_EQ(Saved(&cut)[at], 0xCD);
-  frame->brightness = -101;
-  EXPECT_EQ(Saved(&cut)[at], 0x9B);
-  frame->brightness = 100;
-  EXPECT_EQ(Saved(&cut)[at], 0x64);
-  frame->brightness = -1;
-  EXPECT_EQ(Saved(&cut)[at], 0xFF);
+  for (const auto& [brightness, byte] : {std::pair{-51, 0xCD}, {-101, 0x9B}, {100, 0x64}, {-1, 0xFF}}) {
+    frame->brightness = brightness;
+    EXPECT_EQ(Saved(&cut)[27 + 8], byte);
+  }
 }
 
 TEST(CutFile, AntialiasByteIs1Or2Or0) {
@@ -174,13 +160,9 @@ TEST(CutFile, LargerValuesAreCutToTheirLowBits) {
   cut.frameWidth = -1;
   cut.frameHeight = 0x10001;
   Frame* frame = cut.AddFrame();
-  frame->x = 0x18001;
-  frame->y = -0x18001;
-  frame->time = 0x12345;
-  frame->loop = 0x54321;
-  const Bytes expected = kMagic + Bytes{0x45, 0x23, 0x56, 0x34, 0xFF, 0xFF, 0x01, 0x00, 0x34, 0x00, 0x00, 0x00, 0x01,
-                                        0x00, 0x01, 0x80, 0xFF, 0x7F, 0x45, 0x23, 0x21, 0x43, 0x32, 0x00, 0x00};
-  EXPECT_EQ(Saved(&cut), expected);
+  SetFields(frame, {0x18001, -0x18001, 0x12345, 0x54321, 50});
+  EXPECT_EQ(Saved(&cut), kMagic + Hex("45 23 56 34 FF FF 01 00 34 00 00 00 01 00"
+                                      "01 80 FF 7F 45 23 21 43 32 00 00"));
 }
 
 TEST(CutFile, SavingClearsOnlyTheModifiedMark) {
@@ -207,7 +189,7 @@ TEST(CutFile, SaveToPathNeedsAPathThatCanBeWritten) {
   cut.MarkImages();
   EXPECT_FALSE(cut.SaveToPath());
   TemporaryFolder folder;
-  AssignString(&cut.path, folder.File("missing/cut.cut").c_str());
+  AssignString(&cut.path, folder.Path("missing/cut.cut").c_str());
   EXPECT_FALSE(cut.SaveToPath());
   EXPECT_TRUE(cut.Has(kModified));
 }
@@ -216,26 +198,21 @@ TEST(CutFile, SaveToPathWritesTheFile) {
   TemporaryFolder folder;
   Cut cut(320, 240, 12, "ki", 0);
   MakeSample(&cut);
-  std::string path = folder.File("cut.cut");
+  std::string path = folder.Path("cut.cut");
   WriteFile(path, Bytes(5000, 1));
   AssignString(&cut.path, path.c_str());
   EXPECT_TRUE(cut.SaveToPath());
-  EXPECT_EQ(ReadFile(path), SampleFile());
+  EXPECT_EQ(ReadBytes(path), SampleFile());
   EXPECT_FALSE(cut.Has(kModified));
 }
 
 // Loading.
 
 TEST(CutFile, LoadTakesEveryField) {
-  Cut cut(1, 2, 3, "old", 1);
-  LoadReport report;
-  ASSERT_TRUE(Load(&cut, SampleFile(), &report));
-  EXPECT_FALSE(report.IsDamaged()) << report.problem;
-  EXPECT_EQ(cut.width, 320);
-  EXPECT_EQ(cut.height, 240);
-  EXPECT_EQ(cut.frameWidth, 160);
-  EXPECT_EQ(cut.frameHeight, 120);
-  EXPECT_EQ(cut.fps, 12);
+  LoadedCut loaded(SampleFile());
+  Cut& cut = loaded.cut;
+  EXPECT_FALSE(loaded.isDamaged);
+  EXPECT_EQ(SizesOf(cut), Numbers({320, 240, 160, 120, 12}));
   EXPECT_STREQ(cut.credit, "ki");
   EXPECT_EQ(cut.Antialias(), 2);
   ASSERT_EQ(cut.layers.Count(), 2);
@@ -247,39 +224,28 @@ TEST(CutFile, LoadTakesEveryField) {
   EXPECT_EQ(Picture(*a->CellAt(0)), "1234\n");
   EXPECT_STREQ(b->name, "Bb");
   EXPECT_EQ(b->followFrame, 1u);
-  EXPECT_EQ(b->width, 8);
-  EXPECT_EQ(b->height, 3);
   ASSERT_EQ(b->cells.Count(), 2);
   EXPECT_EQ(Picture(*b->CellAt(0)), "........\n........\n........\n");
   EXPECT_EQ(Picture(*b->CellAt(1)), "55555555\n55555555\n55555555\n");
   ASSERT_EQ(cut.frames.Count(), 2);
-  Frame* frame = FrameAt(cut, 0);
-  EXPECT_EQ(frame->x, 5);
-  EXPECT_EQ(frame->y, -6);
-  EXPECT_EQ(frame->time, -3);
-  EXPECT_EQ(frame->loop, 3);
-  EXPECT_EQ(frame->brightness, 20);
-  EXPECT_STREQ(frame->comment, "hi");
-  EXPECT_EQ(frame->width, 320);
-  EXPECT_EQ(frame->height, 240);
-  ASSERT_EQ(frame->records.Count(), 2);
+  EXPECT_EQ(FieldsOf(*loaded.At(0)), Numbers({5, -6, -3, 3, 20}));
+  EXPECT_STREQ(loaded.At(0)->comment, "hi");
+  EXPECT_EQ(loaded.At(0)->width, 320);
+  EXPECT_EQ(loaded.At(0)->height, 240);
+  ASSERT_EQ(loaded.At(0)->records.Count(), 2);
   EXPECT_EQ(RecordAt(cut, 0, 0), (FrameRecord{b, -2, 7, -8}));
   EXPECT_EQ(RecordAt(cut, 0, 1), (FrameRecord{a, 0, 0x102, 0x304}));
-  frame = FrameAt(cut, 1);
-  EXPECT_EQ(frame->brightness, -51);
-  EXPECT_TRUE(frame->IsKey());
-  EXPECT_EQ(frame->DecodedBrightness(), 50);
-  EXPECT_STREQ(frame->comment, "");
-  ASSERT_EQ(frame->records.Count(), 1);
+  EXPECT_EQ(FieldsOf(*loaded.At(1)), Numbers({0, 0, 2, 0, -51}));
+  EXPECT_STREQ(loaded.At(1)->comment, "");
+  ASSERT_EQ(loaded.At(1)->records.Count(), 1);
   EXPECT_EQ(RecordAt(cut, 1, 0), (FrameRecord{b, 1, 0, 0}));
 }
 
 TEST(CutFile, LoadShowsTheLastFrameWithItsTopmostRecord) {
-  Cut cut(1, 1, 1, "", 0);
-  ASSERT_TRUE(Load(&cut, SampleFile()));
-  EXPECT_EQ(cut.currentFrame, 1);
-  EXPECT_EQ(FrameAt(cut, 0)->currentRecord, 1);
-  EXPECT_EQ(FrameAt(cut, 1)->currentRecord, 0);
+  LoadedCut loaded(SampleFile());
+  EXPECT_EQ(loaded.cut.currentFrame, 1);
+  EXPECT_EQ(loaded.At(0)->currentRecord, 1);
+  EXPECT_EQ(loaded.At(1)->currentRecord, 0);
 }
 
 TEST(CutFile, LoadPutsTheFlagsBack) {
@@ -288,10 +254,7 @@ TEST(CutFile, LoadPutsTheFlagsBack) {
   cut.viewFlags = kOnionPrevious | kOnionNext | kCurrentCellOnly | kDimOthers | 5u << kDrawLimitShift;
   AssignString(&cut.path, "/a/b.cut");
   ASSERT_TRUE(Load(&cut, SampleFile()));
-  EXPECT_FALSE(cut.Has(kModified));
-  EXPECT_FALSE(cut.Has(kTimingStale));
-  EXPECT_TRUE(cut.Has(kImagesStale));
-  EXPECT_TRUE(cut.Has(kHasWindow));
+  EXPECT_EQ(cut.stateFlags, kImagesStale | kHasWindow | 2u << kAntialiasShift);
   EXPECT_EQ(cut.viewFlags, 5u << kDrawLimitShift);
   EXPECT_STREQ(cut.path, "");
 }
@@ -355,51 +318,34 @@ TEST(CutFile, LoopIsUnsignedAndPositionsAreSigned) {
   Cut cut(240, 180, 24, "", 0);
   Layer* layer = cut.AddLayer("L", 4, 4, nullptr);
   Frame* frame = cut.AddFrame();
-  frame->loop = 40000;
-  frame->x = 40000;
-  frame->y = -32768;
-  frame->time = 32767;
+  SetFields(frame, {40000, -32768, 32767, 40000, 50});
   frame->AddRecord(layer, -32768, 40000, 32767);
-  Cut loaded(1, 1, 1, "", 0);
-  ASSERT_TRUE(Load(&loaded, Saved(&cut)));
-  frame = FrameAt(loaded, 0);
-  EXPECT_EQ(frame->loop, 40000);
-  EXPECT_EQ(frame->x, 40000 - 65536);
-  EXPECT_EQ(frame->y, -32768);
-  EXPECT_EQ(frame->time, 32767);
-  EXPECT_EQ(RecordAt(loaded, 0, 0), (FrameRecord{loaded.layers.At(0), -32768, 40000 - 65536, 32767}));
+  LoadedCut loaded(Saved(&cut));
+  EXPECT_EQ(FieldsOf(*loaded.At(0)), Numbers({40000 - 65536, -32768, 32767, 40000, 50}));
+  EXPECT_EQ(RecordAt(loaded.cut, 0, 0), (FrameRecord{loaded.cut.layers.At(0), -32768, 40000 - 65536, 32767}));
 }
 
 TEST(CutFile, SizesAndFpsAreUnsigned) {
-  Cut cut(1, 1, 1, "", 0);
-  ASSERT_TRUE(Load(&cut, kMagic + Bytes{0xFF, 0xFF, 0x00, 0x80, 0xFE, 0xFF, 0x01, 0x80, 0xFF, 0, 0, 0, 0, 0}));
-  EXPECT_EQ(cut.width, 65535);
-  EXPECT_EQ(cut.height, 32768);
-  EXPECT_EQ(cut.frameWidth, 65534);
-  EXPECT_EQ(cut.frameHeight, 32769);
-  EXPECT_EQ(cut.fps, 255);
-  EXPECT_EQ(cut.frames.Count(), 0);
-  EXPECT_EQ(cut.currentFrame, -1);
+  LoadedCut loaded(kMagic + Hex("FF FF 00 80 FE FF 01 80 FF 00 00 00 00 00"));
+  EXPECT_EQ(SizesOf(loaded.cut), Numbers({65535, 32768, 65534, 32769, 255}));
+  EXPECT_EQ(loaded.cut.frames.Count(), 0);
+  EXPECT_EQ(loaded.cut.currentFrame, -1);
 }
 
 TEST(CutFile, BrightnessIsReadSigned) {
   for (int32_t value = -101; value <= 100; ++value) {
     Bytes bytes = SmallHead(0, 1) + kPlainFrame;
     bytes[35] = static_cast<uint8_t>(value);
-    Cut cut(1, 1, 1, "", 0);
-    ASSERT_TRUE(Load(&cut, bytes));
-    EXPECT_EQ(FrameAt(cut, 0)->brightness, value);
+    EXPECT_EQ(LoadedCut(bytes).At(0)->brightness, value);
   }
 }
 
 TEST(CutFile, CutWithoutLayersAndRecordsLoads) {
-  Cut cut(1, 1, 1, "", 0);
-  LoadReport report;
-  ASSERT_TRUE(Load(&cut, SmallHead(0, 2) + kPlainFrame + kPlainFrame, &report));
-  EXPECT_FALSE(report.IsDamaged()) << report.problem;
-  EXPECT_EQ(cut.layers.Count(), 0);
-  EXPECT_EQ(cut.frames.Count(), 2);
-  EXPECT_EQ(FrameAt(cut, 1)->currentRecord, -1);
+  LoadedCut loaded(SmallHead(0, 2) + kPlainFrame + kPlainFrame);
+  EXPECT_FALSE(loaded.isDamaged);
+  EXPECT_EQ(loaded.cut.layers.Count(), 0);
+  EXPECT_EQ(loaded.cut.frames.Count(), 2);
+  EXPECT_EQ(loaded.At(1)->currentRecord, -1);
 }
 
 TEST(CutFile, RoundTripKeepsFramesAndBlankCells) {
@@ -437,9 +383,7 @@ TEST(CutFile, RandomCutsSurviveTheRoundTrip) {
     int32_t frames = random.Between(0, 20);
     for (int32_t i = 0; i < frames; ++i) {
       Frame* frame = cut.AddFrame();
-      frame->x = random.Between(-32768, 32767);
-      frame->y = random.Between(-32768, 32767);
-      frame->time = random.Between(-32768, 32767);
+      for (int32_t Frame::*field : {&Frame::x, &Frame::y, &Frame::time}) frame->*field = random.Between(-32768, 32767);
       frame->loop = random.Between(0, 65535);
       frame->brightness = random.Between(-101, 100);
       AssignString(&frame->comment, std::string(static_cast<size_t>(random.Between(0, 255)), 'c').c_str());
@@ -459,9 +403,7 @@ TEST(CutFile, RandomCutsSurviveTheRoundTrip) {
     for (int32_t i = 0; i < frames; ++i) {
       Frame* frame = FrameAt(cut, i);
       Frame* copy = FrameAt(loaded, i);
-      ASSERT_EQ(copy->time, frame->time);
-      ASSERT_EQ(copy->loop, frame->loop);
-      ASSERT_EQ(copy->brightness, frame->brightness);
+      ASSERT_EQ(FieldsOf(*copy), FieldsOf(*frame));
       ASSERT_STREQ(copy->comment, frame->comment);
       ASSERT_EQ(copy->records.Count(), frame->records.Count());
     }
@@ -488,8 +430,8 @@ TEST(CutFile, EveryStreamThatCanSeekHoldsACut) {
   EXPECT_FALSE(report.IsDamaged()) << report.problem;
   EXPECT_EQ(Saved(&fromChunks), bytes);
   TemporaryFolder folder;
-  WriteFile(folder.File("cut.cut"), bytes);
-  FileStream file(std::fopen(folder.File("cut.cut").c_str(), "rb"));
+  WriteFile(folder.Path("cut.cut"), bytes);
+  FileStream file(std::fopen(folder.Path("cut.cut").c_str(), "rb"));
   ASSERT_TRUE(file.IsOpen());
   Cut fromFile(1, 1, 1, "", 0);
   EXPECT_TRUE(fromFile.Load(&file, nullptr, &report));
@@ -502,10 +444,9 @@ TEST(CutFile, TextsOf255BytesAreReadWhole) {
   std::string text(255, 't');
   Cut cut(240, 180, 24, text.c_str(), 0);
   AssignString(&cut.AddFrame()->comment, text.c_str());
-  Cut loaded(1, 1, 1, "", 0);
-  ASSERT_TRUE(Load(&loaded, Saved(&cut)));
-  EXPECT_EQ(loaded.credit, text);
-  EXPECT_EQ(FrameAt(loaded, 0)->comment, text);
+  LoadedCut loaded(Saved(&cut));
+  EXPECT_EQ(loaded.cut.credit, text);
+  EXPECT_EQ(loaded.At(0)->comment, text);
 }
 
 TEST(CutFile, CreditWithoutAnEndIsCutAndReadingGoesOnBehindIts256thByte) {
@@ -554,7 +495,7 @@ TEST(CutFile, MagicIsComparedWhole) {
   Cut cut(240, 180, 24, "", 0);
   for (const char* magic : {"Sorvelin Cut ", "Sorvelin Cu", "", "Sorvelin Layer", "sorvelin cut"}) {
     LoadReport report;
-    EXPECT_FALSE(Load(&cut, TextBytes(magic) + Bytes(40, 0), &report)) << magic;
+    EXPECT_FALSE(Load(&cut, Text(magic) + Bytes(40, 0), &report)) << magic;
     EXPECT_TRUE(report.IsDamaged()) << magic;
   }
   EXPECT_FALSE(Load(&cut, Bytes(1000, 'S')));
@@ -588,126 +529,85 @@ TEST(CutFile, TruncationWithoutAReportIsSurvived) {
 }
 
 TEST(CutFile, WhatATruncatedHeaderLacksReadsAsZero) {
-  Cut cut(9, 9, 9, "old", 1);
-  EXPECT_TRUE(Load(&cut, Head(SampleFile(), 16)));
-  EXPECT_EQ(cut.width, 320);
-  EXPECT_EQ(cut.height, 240 & 255);
-  EXPECT_EQ(cut.frameWidth, 0);
-  EXPECT_EQ(cut.frameHeight, 0);
-  EXPECT_EQ(cut.fps, 0);
-  EXPECT_STREQ(cut.credit, "");
-  EXPECT_EQ(cut.Antialias(), 0);
-  EXPECT_EQ(cut.layers.Count(), 0);
-  EXPECT_EQ(cut.frames.Count(), 0);
+  LoadedCut loaded(Head(SampleFile(), 16));
+  EXPECT_EQ(SizesOf(loaded.cut), Numbers({320, 240 & 255, 0, 0, 0}));
+  EXPECT_STREQ(loaded.cut.credit, "");
+  EXPECT_EQ(loaded.cut.Antialias(), 0);
+  EXPECT_EQ(loaded.cut.layers.Count(), 0);
+  EXPECT_EQ(loaded.cut.frames.Count(), 0);
 }
 
 TEST(CutFile, FrameThatTheFileEndsInReadsZeroesForTheRest) {
-  Cut cut(9, 9, 9, "old", 1);
-  EXPECT_TRUE(Load(&cut, SmallHead(0, 1) + Bytes{0x05, 0x00, 0x06, 0x00, 0x07, 0x00}));
-  ASSERT_EQ(cut.frames.Count(), 1);
-  Frame* frame = FrameAt(cut, 0);
-  EXPECT_EQ(frame->x, 5);
-  EXPECT_EQ(frame->y, 6);
-  EXPECT_EQ(frame->time, 7);
-  EXPECT_EQ(frame->loop, 0);
-  EXPECT_EQ(frame->brightness, 0);
-  EXPECT_STREQ(frame->comment, "");
-  EXPECT_EQ(frame->records.Count(), 0);
+  LoadedCut loaded(SmallHead(0, 1) + Hex("05 00 06 00 07 00"));
+  ASSERT_EQ(loaded.cut.frames.Count(), 1);
+  EXPECT_EQ(FieldsOf(*loaded.At(0)), Numbers({5, 6, 7, 0, 0}));
+  EXPECT_STREQ(loaded.At(0)->comment, "");
+  EXPECT_EQ(loaded.At(0)->records.Count(), 0);
 }
 
 TEST(CutFile, EveryFlippedBitIsSurvived) {
-  Bytes bytes = SampleFile();
-  for (size_t at = 0; at < bytes.size(); ++at) {
-    for (uint32_t bit = 0; bit < 8; ++bit) {
-      Bytes damaged = bytes;
-      damaged[at] = static_cast<uint8_t>(damaged[at] ^ (1u << bit));
-      Cut cut(1, 1, 1, "", 0);
-      LoadReport report;
-      bool result = Load(&cut, damaged, &report);
-      EXPECT_EQ(result, at >= kMagic.size()) << at;
-      // What was loaded can be shown and saved.
-      for (int32_t i = 0; i < std::min(cut.frames.Count(), 4); ++i) {
-        Frame* frame = FrameAt(cut, i);
-        for (int32_t r = 0; r < frame->records.Count(); ++r) {
-          EXPECT_NE(frame->LayerAt(r), nullptr);
-          int32_t x;
-          int32_t y;
-          frame->VisibleCell(r, &x, &y);
-          frame->PreviousCell(r);
-          frame->NextCell(r);
-        }
+  ForEachFlippedBit(SampleFile(), [](const Bytes& damaged, size_t at) {
+    Cut cut(1, 1, 1, "", 0);
+    LoadReport report;
+    EXPECT_EQ(Load(&cut, damaged, &report), at >= kMagic.size()) << at;
+    // What was loaded can be shown and saved.
+    for (int32_t i = 0; i < std::min(cut.frames.Count(), 4); ++i) {
+      Frame* frame = FrameAt(cut, i);
+      for (int32_t r = 0; r < frame->records.Count(); ++r) {
+        EXPECT_NE(frame->LayerAt(r), nullptr);
+        frame->VisibleCell(r);
+        frame->PreviousCell(r);
+        frame->NextCell(r);
       }
     }
-  }
+  });
 }
 
 TEST(CutFile, LargestNumbersAnywhereAreSurvived) {
-  Bytes bytes = SampleFile();
-  for (size_t count : {1u, 2u, 4u}) {
-    for (size_t at = kMagic.size(); at + count <= bytes.size(); ++at) {
-      Bytes damaged = bytes;
-      for (size_t i = 0; i < count; ++i) damaged[at + i] = 0xFF;
-      Cut cut(1, 1, 1, "", 0);
-      LoadReport report;
-      EXPECT_TRUE(Load(&cut, damaged, &report)) << at;
-    }
-  }
+  ForEachLargestNumber(SampleFile(), kMagic.size(), [](const Bytes& damaged, size_t) { LoadedCut loaded(damaged); });
 }
 
 TEST(CutFile, CountsThatTheFileCanNotHoldAreReported) {
-  struct {
-    uint8_t layers;
-    uint16_t frames;
-  } const counts[] = {{255, 0}, {0, 65535}, {255, 65535}};
-  for (const auto& count : counts) {
-    Cut cut(1, 1, 1, "", 0);
-    LoadReport report;
-    EXPECT_TRUE(Load(&cut, SmallHead(count.layers, count.frames), &report));
-    EXPECT_TRUE(report.IsDamaged());
+  for (const auto& [layers, frames] : {std::pair{255, 0}, {0, 65535}, {255, 65535}}) {
+    LoadedCut loaded(SmallHead(static_cast<uint8_t>(layers), static_cast<uint16_t>(frames)));
+    EXPECT_TRUE(loaded.isDamaged);
   }
 }
 
 TEST(CutFile, DamagedLayerStaysAsFarAsItGot) {
   Bytes damaged = SmallLayer('B', 0x56);
   damaged[13] = 4;
-  Cut cut(1, 1, 1, "", 0);
-  LoadReport report;
-  EXPECT_TRUE(Load(&cut, SmallHead(2, 0) + SmallLayer('A', 0x12) + damaged, &report));
-  EXPECT_TRUE(report.IsDamaged());
-  ASSERT_EQ(cut.layers.Count(), 2);
-  EXPECT_EQ(Picture(*cut.layers.At(0)->CellAt(0)), "1234\n");
-  EXPECT_STREQ(cut.layers.At(1)->name, "B");
-  EXPECT_EQ(cut.layers.At(1)->width, 4);
+  LoadedCut loaded(SmallHead(2, 0) + SmallLayer('A', 0x12) + damaged);
+  EXPECT_TRUE(loaded.isDamaged);
+  ASSERT_EQ(loaded.cut.layers.Count(), 2);
+  EXPECT_EQ(Picture(*loaded.cut.layers.At(0)->CellAt(0)), "1234\n");
+  EXPECT_STREQ(loaded.cut.layers.At(1)->name, "B");
+  EXPECT_EQ(loaded.cut.layers.At(1)->width, 4);
 }
 
 TEST(CutFile, RecordOfAMissingLayerIsLeftOutAndNoted) {
-  Bytes frame = {0x00, 0x00, 0x00, 0x00, 0x01, 0x00, 0x01, 0x00, 0x32, 0x00, 0x03, 0x00, 0x01, 0x00,
-                 0x02, 0x00, 0x00, 0x00,  // layer, x, y, cell
-                 0x01, 0x03, 0x00, 0x04, 0x00, 0x00, 0x00, 0x00, 0x05, 0x00, 0x06, 0x00, 0x00, 0x00};
-  Cut cut(1, 1, 1, "", 0);
-  LoadReport report;
-  EXPECT_TRUE(Load(&cut, SmallHead(1, 2) + SmallLayer('A', 0x12) + frame + kPlainFrame, &report));
-  EXPECT_TRUE(report.IsDamaged());
-  ASSERT_EQ(cut.frames.Count(), 2);
-  ASSERT_EQ(FrameAt(cut, 0)->records.Count(), 2);
-  EXPECT_EQ(RecordAt(cut, 0, 0), (FrameRecord{cut.layers.At(0), 0, 1, 2}));
-  EXPECT_EQ(RecordAt(cut, 0, 1), (FrameRecord{cut.layers.At(0), 0, 5, 6}));
-  EXPECT_EQ(FrameAt(cut, 0)->currentRecord, 1);
-  EXPECT_EQ(FrameAt(cut, 1)->brightness, 50);
+  // Records of layer, x, y and cell.
+  const Bytes frame =
+      Hex("00 00 00 00 01 00 01 00 32 00 03"
+          "00 01 00 02 00 00 00  01 03 00 04 00 00 00  00 05 00 06 00 00 00");
+  LoadedCut loaded(SmallHead(1, 2) + SmallLayer('A', 0x12) + frame + kPlainFrame);
+  EXPECT_TRUE(loaded.isDamaged);
+  ASSERT_EQ(loaded.cut.frames.Count(), 2);
+  ASSERT_EQ(loaded.At(0)->records.Count(), 2);
+  EXPECT_EQ(RecordAt(loaded.cut, 0, 0), (FrameRecord{loaded.cut.layers.At(0), 0, 1, 2}));
+  EXPECT_EQ(RecordAt(loaded.cut, 0, 1), (FrameRecord{loaded.cut.layers.At(0), 0, 5, 6}));
+  EXPECT_EQ(loaded.At(0)->currentRecord, 1);
+  EXPECT_EQ(loaded.At(1)->brightness, 50);
 }
 
 TEST(CutFile, CellNumberPastTheEndIsLegalAndShowsNothing) {
-  Bytes frame = {0x00, 0x00, 0x00, 0x00, 0x01, 0x00, 0x01, 0x00, 0x32,
-                 0x00, 0x01, 0x00, 0x00, 0x00, 0x00, 0x00, 0x63, 0x00};
-  Cut cut(1, 1, 1, "", 0);
-  LoadReport report;
-  EXPECT_TRUE(Load(&cut, SmallHead(1, 1) + SmallLayer('A', 0x12) + frame, &report));
-  EXPECT_FALSE(report.IsDamaged()) << report.problem;
-  ASSERT_EQ(FrameAt(cut, 0)->records.Count(), 1);
+  LoadedCut loaded(SmallHead(1, 1) + SmallLayer('A', 0x12) +
+                   Hex("00 00 00 00 01 00 01 00 32 00 01 00 00 00 00 00 63 00"));
+  Cut& cut = loaded.cut;
+  EXPECT_FALSE(loaded.isDamaged);
+  ASSERT_EQ(loaded.At(0)->records.Count(), 1);
   EXPECT_EQ(RecordAt(cut, 0, 0).cell, 99);
-  int32_t x;
-  int32_t y;
-  EXPECT_EQ(cut.CurrentCell(&x, &y), nullptr);
+  EXPECT_EQ(cut.CurrentCell(), nullptr);
   OwnedImage image = MakeImage(false, 8, 8);
   uint32_t flags = kOnionPrevious | kOnionNext;
   cut.CurrentFrame()->ComposeFrame(image.get(), 0, 0, 8, 8, &flags, nullptr);

@@ -19,7 +19,7 @@ using Names = std::vector<std::string>;
 
 class FilmFile : public ::testing::Test {
  protected:
-  FilmFile() : path_(folder_.File("film.flm")) {}
+  FilmFile() : path_(folder_.Path("film.flm")) {}
 
   void Add(Film* film, const std::string& cutPath) {
     Cut cut(1, 1, 1, "", 0);
@@ -28,13 +28,16 @@ class FilmFile : public ::testing::Test {
     film->CutClosed(&cut);
   }
 
-  std::string FileText() const {
-    Bytes bytes = ReadFile(path_);
-    return std::string(bytes.begin(), bytes.end());
+  std::string FileText() const { return ReadFile(path_); }
+
+  // The text of a film's file after a save that gives true.
+  std::string Saved(Film* film) {
+    EXPECT_TRUE(film->SaveTo(path_.c_str(), '/'));
+    return FileText();
   }
 
   bool Load(Film* film, const std::string& text, LoadReport* report = nullptr) {
-    WriteFile(path_, Bytes(text.begin(), text.end()));
+    WriteFile(path_, text);
     return film->Load(path_.c_str(), '/', report);
   }
 
@@ -52,8 +55,7 @@ class FilmFile : public ::testing::Test {
 
 TEST_F(FilmFile, FilmWithoutCutsHasExactlyThreeLines) {
   Film film;
-  EXPECT_TRUE(film.SaveTo(path_.c_str(), '/'));
-  EXPECT_EQ(FileText(), "\n\n320, 240\n");
+  EXPECT_EQ(Saved(&film), "\n\n320, 240\n");
 }
 
 TEST_F(FilmFile, HoldsTitleAuthorSizeAndOneCutALine) {
@@ -62,28 +64,25 @@ TEST_F(FilmFile, HoldsTitleAuthorSizeAndOneCutALine) {
   AssignString(&film.author, "\x8D\xEC\x8E\xD2");
   film.width = 640;
   film.height = -1;
-  Add(&film, folder_.File("cuts/c1.cut"));
-  Add(&film, folder_.File("c2.cut"));
-  EXPECT_TRUE(film.SaveTo(path_.c_str(), '/'));
-  EXPECT_EQ(FileText(), "A title\n\x8D\xEC\x8E\xD2\n640, -1\ncuts/c1.cut\nc2.cut\n");
+  Add(&film, folder_.Path("cuts/c1.cut"));
+  Add(&film, folder_.Path("c2.cut"));
+  EXPECT_EQ(Saved(&film), "A title\n\x8D\xEC\x8E\xD2\n640, -1\ncuts/c1.cut\nc2.cut\n");
 }
 
 TEST_F(FilmFile, CutInAnotherFolderGetsAPathThroughTheParent) {
   TemporaryFolder other;
   Film film;
-  std::string cutPath = other.File("c2.cut");
+  std::string cutPath = other.Path("c2.cut");
   Add(&film, cutPath);
-  EXPECT_TRUE(film.SaveTo(path_.c_str(), '/'));
   std::string folderName = cutPath.substr(0, cutPath.find_last_of('/'));
   folderName = folderName.substr(folderName.find_last_of('/') + 1);
-  EXPECT_EQ(FileText(), "\n\n320, 240\n../" + folderName + "/c2.cut\n");
+  EXPECT_EQ(Saved(&film), "\n\n320, 240\n../" + folderName + "/c2.cut\n");
 }
 
 TEST_F(FilmFile, CutBesideTheFilmGetsItsBareName) {
   Film film;
-  Add(&film, folder_.File("c1.cut"));
-  EXPECT_TRUE(film.SaveTo(path_.c_str(), '/'));
-  EXPECT_EQ(FileText(), "\n\n320, 240\nc1.cut\n");
+  Add(&film, folder_.Path("c1.cut"));
+  EXPECT_EQ(Saved(&film), "\n\n320, 240\nc1.cut\n");
 }
 
 TEST_F(FilmFile, SavingMakesThePathTheFilmsOwnAndClearsTheMark) {
@@ -109,7 +108,7 @@ TEST_F(FilmFile, FailedSaveTouchesNeitherPathNorMark) {
   Film film;
   film.modified = 1;
   AssignString(&film.path, "/old.flm");
-  EXPECT_FALSE(film.SaveTo(folder_.File("missing/film.flm").c_str(), '/'));
+  EXPECT_FALSE(film.SaveTo(folder_.Path("missing/film.flm").c_str(), '/'));
   EXPECT_STREQ(film.path, "/old.flm");
   EXPECT_EQ(film.modified, 1u);
 }
@@ -128,8 +127,7 @@ TEST_F(FilmFile, SaveThatFailsAtTheCloseTouchesNeitherPathNorMark) {
 TEST_F(FilmFile, SavingReplacesTheWholeFile) {
   WriteFile(path_, Bytes(10000, 'x'));
   Film film;
-  EXPECT_TRUE(film.SaveTo(path_.c_str(), '/'));
-  EXPECT_EQ(FileText(), "\n\n320, 240\n");
+  EXPECT_EQ(Saved(&film), "\n\n320, 240\n");
 }
 
 // Loading.
@@ -143,7 +141,7 @@ TEST_F(FilmFile, LoadTakesEveryLine) {
   EXPECT_STREQ(film.author, "Someone");
   EXPECT_EQ(film.width, 640);
   EXPECT_EQ(film.height, 480);
-  EXPECT_EQ(NamesOf(film), (Names{folder_.File("cuts/c1.cut"), folder_.File("c2.cut")}));
+  EXPECT_EQ(NamesOf(film), (Names{folder_.Path("cuts/c1.cut"), folder_.Path("c2.cut")}));
   EXPECT_EQ(film.path, path_);
   EXPECT_EQ(film.modified, 0u);
 }
@@ -158,7 +156,7 @@ TEST_F(FilmFile, ReloadedFilmHasTheSameOrder) {
   Film film;
   Names names;
   for (int32_t i = 0; i < 12; ++i) {
-    names.push_back(folder_.File("c" + std::to_string(i * 7 % 12) + ".cut"));
+    names.push_back(folder_.Path("c" + std::to_string(i * 7 % 12) + ".cut"));
     Add(&film, names.back());
   }
   names.push_back(names.front());
@@ -174,7 +172,7 @@ TEST_F(FilmFile, LoadReplacesTheFormerEntries) {
   Film film;
   Add(&film, "/x/old.cut");
   EXPECT_TRUE(Load(&film, "t\na\n1, 2\nnew.cut\n"));
-  EXPECT_EQ(NamesOf(film), (Names{folder_.File("new.cut")}));
+  EXPECT_EQ(NamesOf(film), (Names{folder_.Path("new.cut")}));
 }
 
 TEST_F(FilmFile, FailedOpenLeavesAnEmptyFilmOfTheOldSize) {
@@ -186,7 +184,7 @@ TEST_F(FilmFile, FailedOpenLeavesAnEmptyFilmOfTheOldSize) {
   film.width = 11;
   film.height = 12;
   film.modified = 1;
-  EXPECT_FALSE(film.Load(folder_.File("missing.flm").c_str(), '/'));
+  EXPECT_FALSE(film.Load(folder_.Path("missing.flm").c_str(), '/'));
   EXPECT_EQ(film.cuts.Count(), 0);
   EXPECT_STREQ(film.title, "");
   EXPECT_STREQ(film.author, "");
@@ -199,18 +197,18 @@ TEST_F(FilmFile, FailedOpenLeavesAnEmptyFilmOfTheOldSize) {
 TEST_F(FilmFile, BlankLinesBetweenCutsVanish) {
   Film film;
   EXPECT_TRUE(Load(&film, "t\na\n1, 2\n\nx.cut\n\n\ny.cut\n\n"));
-  EXPECT_EQ(NamesOf(film), (Names{folder_.File("x.cut"), folder_.File("y.cut")}));
+  EXPECT_EQ(NamesOf(film), (Names{folder_.Path("x.cut"), folder_.Path("y.cut")}));
 }
 
 TEST_F(FilmFile, LastLineWithoutANewlineIsTaken) {
   Film film;
   EXPECT_TRUE(Load(&film, "t\na\n1, 2\nx.cut\ny.cut"));
-  EXPECT_EQ(NamesOf(film), (Names{folder_.File("x.cut"), folder_.File("y.cut")}));
+  EXPECT_EQ(NamesOf(film), (Names{folder_.Path("x.cut"), folder_.Path("y.cut")}));
 }
 
 TEST_F(FilmFile, PathThroughTheParentComesBackAbsolute) {
   TemporaryFolder other;
-  std::string cutPath = other.File("c2.cut");
+  std::string cutPath = other.Path("c2.cut");
   Film film;
   Add(&film, cutPath);
   EXPECT_TRUE(film.SaveTo(path_.c_str(), '/'));
@@ -240,7 +238,7 @@ TEST_F(FilmFile, SizeIsParsedFromItsLineAlone) {
   EXPECT_TRUE(Load(&film, "t\na\n\n640, 480\n"));
   EXPECT_EQ(film.width, 11);
   EXPECT_EQ(film.height, 12);
-  EXPECT_EQ(NamesOf(film), (Names{folder_.File("640, 480")}));
+  EXPECT_EQ(NamesOf(film), (Names{folder_.Path("640, 480")}));
 }
 
 TEST_F(FilmFile, SizeMayHaveOtherBlanksAndSigns) {
@@ -260,7 +258,7 @@ TEST_F(FilmFile, LongTitleSplitsOverTwoLinesAndLosesOneByte) {
   EXPECT_STREQ(film.author, "rest");
   EXPECT_EQ(film.width, 11);
   EXPECT_EQ(film.height, 12);
-  EXPECT_EQ(NamesOf(film), (Names{folder_.File("640, 480"), folder_.File("x.cut")}));
+  EXPECT_EQ(NamesOf(film), (Names{folder_.Path("640, 480"), folder_.Path("x.cut")}));
 }
 
 TEST_F(FilmFile, TitleOf255BytesIsReadWhole) {
@@ -280,7 +278,7 @@ TEST_F(FilmFile, TitleOf256BytesLeavesAnEmptyLineBehind) {
   EXPECT_EQ(film.title, std::string(255, 't'));
   EXPECT_STREQ(film.author, "");
   EXPECT_EQ(film.width, 11);
-  EXPECT_EQ(NamesOf(film), (Names{folder_.File("640, 480")}));
+  EXPECT_EQ(NamesOf(film), (Names{folder_.Path("640, 480")}));
 }
 
 TEST_F(FilmFile, EmptyFileGivesAnEmptyFilm) {
@@ -333,7 +331,7 @@ TEST_F(FilmFile, HostileLinesAreSurvived) {
     Film film;
     EXPECT_TRUE(Load(&film, "t\na\n99999999999999999999, 99999999999999999999\n" + line + "\nx.cut\n"));
     ASSERT_GE(film.cuts.Count(), 1);
-    EXPECT_EQ(film.CutName(film.cuts.Count() - 1), folder_.File("x.cut"));
+    EXPECT_EQ(film.CutName(film.cuts.Count() - 1), folder_.Path("x.cut"));
     EXPECT_TRUE(Load(&film, line));
   }
 }

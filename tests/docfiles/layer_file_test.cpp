@@ -15,13 +15,12 @@ namespace {
 
 using namespace testimages;
 
-const Bytes kMagic = TextBytes("Sorvelin Layer");
-
-const Bytes kCell1234 = {0x01, 0x00, 0x00, 0x00, 0x02, 0x00, 0x00, 0x00, 0x01, 0x00, 0x12, 0x34};
-const Bytes kCell5678 = {0x01, 0x00, 0x00, 0x00, 0x02, 0x00, 0x00, 0x00, 0x01, 0x00, 0x56, 0x78};
+const Bytes kMagic = Text("Sorvelin Layer");
 
 // A layer "N" of 4 by 1 that follows the frame, with two cells.
-const Bytes kFile = kMagic + Bytes{'N', 0x00, 0x04, 0x00, 0x01, 0x00, 0x01, 0x02, 0x00} + kCell1234 + kCell5678;
+const Bytes kFile = kMagic + Hex("4E 00 04 00 01 00 01 02 00"
+                                 "01 00 00 00 02 00 00 00 01 00 12 34"
+                                 "01 00 00 00 02 00 00 00 01 00 56 78");
 
 bool LoadLayer(Cut* cut, const Bytes& bytes, LoadReport* report = nullptr) {
   InputBytes input(bytes);
@@ -60,8 +59,7 @@ class LayerFile : public ::testing::Test {
 TEST_F(LayerFile, HoldsTheMagicAndTheBlockOfTheCurrentLayer) {
   ASSERT_TRUE(LoadLayer(&cut_, kFile));
   EXPECT_EQ(SavedLayer(&cut_), kFile);
-  const Bytes magic = {'S', 'o', 'r', 'v', 'e', 'l', 'i', 'n', ' ', 'L', 'a', 'y', 'e', 'r', 0};
-  EXPECT_EQ(Head(SavedLayer(&cut_), 15), magic);
+  EXPECT_EQ(Head(SavedLayer(&cut_), 15), Text("Sorvelin Layer"));
 }
 
 TEST_F(LayerFile, TheCurrentRecordOfTheCurrentFrameDecides) {
@@ -107,9 +105,7 @@ TEST_F(LayerFile, LoadingReplacesTheLayerForAllFrames) {
   EXPECT_EQ(*cut_.frames.At(0)->records.At(1), (FrameRecord{upper_, 1, 10, 20}));
   EXPECT_EQ(*cut_.frames.At(1)->records.At(1), (FrameRecord{upper_, 2, 10, 20}));
   EXPECT_EQ(cut_.currentFrame, 1);
-  int32_t x;
-  int32_t y;
-  EXPECT_EQ(cut_.CurrentCell(&x, &y), nullptr);
+  EXPECT_EQ(cut_.CurrentCell(), nullptr);
 }
 
 TEST_F(LayerFile, LoadingMarksImages) {
@@ -170,8 +166,8 @@ TEST_F(LayerFile, FifteenthByteOfTheMagicCountsAsItsEnd) {
 }
 
 TEST_F(LayerFile, ShorterMagicGivesFalse) {
-  EXPECT_FALSE(LoadLayer(&cut_, TextBytes("Sorvelin Laye") + Bytes(30, 0)));
-  EXPECT_FALSE(LoadLayer(&cut_, TextBytes("Sorvelin Cut") + Bytes(30, 0)));
+  EXPECT_FALSE(LoadLayer(&cut_, Text("Sorvelin Laye") + Bytes(30, 0)));
+  EXPECT_FALSE(LoadLayer(&cut_, Text("Sorvelin Cut") + Bytes(30, 0)));
   EXPECT_FALSE(LoadLayer(&cut_, {}));
   EXPECT_STREQ(upper_->name, "upper");
 }
@@ -200,7 +196,7 @@ TEST(LayerFileInEmptyCut, LoadingMakesALayerThatEveryFrameShows) {
 TEST(LayerFileInEmptyCut, WrongMagicMakesNoLayer) {
   Cut cut(240, 180, 24, "", 0);
   cut.AddFrame();
-  EXPECT_FALSE(LoadLayer(&cut, TextBytes("Sorvelin layer")));
+  EXPECT_FALSE(LoadLayer(&cut, Text("Sorvelin layer")));
   EXPECT_EQ(cut.layers.Count(), 0);
   EXPECT_EQ(cut.frames.At(0)->records.Count(), 0);
 }
@@ -244,28 +240,19 @@ TEST_F(LayerFile, EveryTruncationIsReported) {
 }
 
 TEST_F(LayerFile, EveryFlippedBitIsSurvived) {
-  for (size_t at = 0; at < kFile.size(); ++at) {
-    for (uint32_t bit = 0; bit < 8; ++bit) {
-      Bytes damaged = kFile;
-      damaged[at] = static_cast<uint8_t>(damaged[at] ^ (1u << bit));
-      LoadReport report;
-      bool result = LoadLayer(&cut_, damaged, &report);
-      EXPECT_EQ(result, at >= 14) << at;
-      cut_.SaveUndo();
-    }
-  }
+  ForEachFlippedBit(kFile, [this](const Bytes& damaged, size_t at) {
+    LoadReport report;
+    EXPECT_EQ(LoadLayer(&cut_, damaged, &report), at >= 14) << at;
+    cut_.SaveUndo();
+  });
 }
 
 TEST_F(LayerFile, LargestNumbersAnywhereAreSurvived) {
-  for (size_t count : {1u, 2u, 4u}) {
-    for (size_t at = 15; at + count <= kFile.size(); ++at) {
-      Bytes damaged = kFile;
-      for (size_t i = 0; i < count; ++i) damaged[at + i] = 0xFF;
-      LoadReport report;
-      EXPECT_TRUE(LoadLayer(&cut_, damaged, &report)) << at;
-      cut_.SaveUndo();
-    }
-  }
+  ForEachLargestNumber(kFile, 15, [this](const Bytes& damaged, size_t at) {
+    LoadReport report;
+    EXPECT_TRUE(LoadLayer(&cut_, damaged, &report)) << at;
+    cut_.SaveUndo();
+  });
 }
 
 TEST_F(LayerFile, SizesThatTheFileCanNotHoldAreReported) {

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "support/test_document.h"
 
@@ -22,6 +23,14 @@ std::string Names(Film& film) {
   return names;
 }
 
+using Cuts = std::vector<const Cut*>;
+
+Cuts OpenCuts(Film& film) {
+  Cuts cuts;
+  for (int32_t i = 0; i < film.cuts.Count(); ++i) cuts.push_back(film.cuts.At(i).cut);
+  return cuts;
+}
+
 TEST(Film, NewFilmHasItsDefaults) {
   Film film;
   EXPECT_EQ(film.cuts.Count(), 0);
@@ -33,56 +42,45 @@ TEST(Film, NewFilmHasItsDefaults) {
   EXPECT_EQ(film.modified, 0u);
 }
 
-TEST(Film, AddCutPutsItBehindThePosition) {
-  SavedCut a("a");
-  SavedCut b("b");
-  SavedCut c("c");
-  Film film;
-  EXPECT_TRUE(film.AddCut(&a.cut, 0));
-  EXPECT_NE(film.modified, 0u);
-  EXPECT_TRUE(film.AddCut(&b.cut, 0));
-  EXPECT_TRUE(film.AddCut(&c.cut, 0));
-  EXPECT_EQ(film.cuts.CursorIndex(), 1);
-  EXPECT_EQ(Names(film), "a c b ");
-}
-
-TEST(Film, AddCutAtABadPositionGoesToTheTail) {
-  SavedCut a("a");
-  SavedCut b("b");
-  SavedCut c("c");
-  Film film;
-  EXPECT_TRUE(film.AddCut(&a.cut, -1));
-  EXPECT_TRUE(film.AddCut(&b.cut, -1));
-  film.CutName(0);
-  EXPECT_TRUE(film.AddCut(&c.cut, 9));
-  EXPECT_EQ(film.cuts.CursorIndex(), 2);
-  EXPECT_EQ(Names(film), "a b c ");
-}
-
-TEST(Film, InsertCutPutsItAheadOfThePosition) {
-  SavedCut a("a");
-  SavedCut b("b");
-  SavedCut c("c");
-  Film film;
-  EXPECT_TRUE(film.InsertCut(&a.cut, 0));
-  EXPECT_NE(film.modified, 0u);
-  EXPECT_TRUE(film.AddCut(&b.cut, 0));
-  EXPECT_TRUE(film.InsertCut(&c.cut, 1));
-  EXPECT_EQ(film.cuts.CursorIndex(), 1);
-  EXPECT_EQ(Names(film), "a c b ");
-}
-
-TEST(Film, InsertCutAtABadPositionGoesToTheHead) {
-  SavedCut a("a");
-  SavedCut b("b");
-  SavedCut c("c");
-  Film film;
-  EXPECT_TRUE(film.InsertCut(&a.cut, -1));
-  EXPECT_TRUE(film.InsertCut(&b.cut, 5));
-  film.CutName(1);
-  EXPECT_TRUE(film.InsertCut(&c.cut, -1));
-  EXPECT_EQ(film.cuts.CursorIndex(), 0);
-  EXPECT_EQ(Names(film), "c b a ");
+TEST(Film, NewEntriesStandBehindOrAheadOfAPosition) {
+  struct Step {
+    bool (Film::*put)(Cut*, int32_t);
+    int32_t position;
+  };
+  const struct {
+    const char* name;
+    Step steps[3];
+    const char* names;
+    int32_t cursor;
+  } rows[] = {
+      {"AddCutPutsItBehindThePosition", {{&Film::AddCut, 0}, {&Film::AddCut, 0}, {&Film::AddCut, 0}}, "a c b ", 1},
+      {"AddCutAtABadPositionGoesToTheTail",
+       {{&Film::AddCut, -1}, {&Film::AddCut, -1}, {&Film::AddCut, 9}},
+       "a b c ",
+       2},
+      {"InsertCutPutsItAheadOfThePosition",
+       {{&Film::InsertCut, 0}, {&Film::AddCut, 0}, {&Film::InsertCut, 1}},
+       "a c b ",
+       1},
+      {"InsertCutAtABadPositionGoesToTheHead",
+       {{&Film::InsertCut, -1}, {&Film::InsertCut, 5}, {&Film::InsertCut, -1}},
+       "c b a ",
+       0},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    SavedCut cuts[] = {SavedCut("a"), SavedCut("b"), SavedCut("c")};
+    Film film;
+    for (size_t i = 0; i < 3; ++i) {
+      // The position counts, wherever the last reading left the list's cursor.
+      film.CutName(static_cast<int32_t>(i) / 2);
+      film.modified = 0;
+      EXPECT_TRUE((film.*row.steps[i].put)(&cuts[i].cut, row.steps[i].position));
+      EXPECT_NE(film.modified, 0u);
+    }
+    EXPECT_EQ(film.cuts.CursorIndex(), row.cursor);
+    EXPECT_EQ(Names(film), row.names);
+  }
 }
 
 TEST(Film, NewEntryHoldsTheOpenCutAndItsOwnCopyOfThePath) {
@@ -178,19 +176,13 @@ TEST(Film, OpenedCutEntersAllEntriesOfItsPath) {
   Film film;
   for (Cut* cut : {&a.cut, &b.cut, &a.cut}) film.AddCut(cut, -1);
   film.CutClosed(&a.cut);
-  EXPECT_EQ(film.cuts.At(0).cut, nullptr);
-  EXPECT_EQ(film.cuts.At(1).cut, &b.cut);
-  EXPECT_EQ(film.cuts.At(2).cut, nullptr);
+  EXPECT_EQ(OpenCuts(film), Cuts({nullptr, &b.cut, nullptr}));
   film.modified = 0;
   SavedCut again("a");
   film.CutOpened(&again.cut);
-  EXPECT_EQ(film.cuts.At(0).cut, &again.cut);
-  EXPECT_EQ(film.cuts.At(1).cut, &b.cut);
-  EXPECT_EQ(film.cuts.At(2).cut, &again.cut);
-  EXPECT_EQ(film.modified, 0u);
+  EXPECT_EQ(OpenCuts(film), Cuts({&again.cut, &b.cut, &again.cut}));
   film.CutClosed(&again.cut);
-  EXPECT_EQ(film.cuts.At(0).cut, nullptr);
-  EXPECT_EQ(film.cuts.At(2).cut, nullptr);
+  EXPECT_EQ(OpenCuts(film), Cuts({nullptr, &b.cut, nullptr}));
   EXPECT_EQ(film.modified, 0u);
 }
 

@@ -2,274 +2,231 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "support/test_document.h"
 
 namespace sorvel {
 namespace {
 
-using testdoc::CellNumber;
 using testdoc::Drawing;
 using testdoc::Drawings;
 using testdoc::NumberCells;
 using testdoc::Paint;
 using testdoc::Picture;
-using testdoc::Stacking;
 
-// Three layers of four cells each, which show the drawings 1 to 4.
-struct Layers {
-  Layers() {
+using Numbers = std::vector<int32_t>;
+
+// A frame, and three layers A, B and C of four cells each, which show the drawings 1 to 4.
+struct Stack {
+  // Records of cell 0 at the origin, the bottom one first; the last one is current.
+  explicit Stack(std::string_view letters = "") {
     for (Layer* layer : {&a, &b, &c}) NumberCells(layer, 4);
+    for (char letter : letters) frame.AddRecord(letter == 'A' ? &a : letter == 'B' ? &b : &c, 0, 0, 0);
   }
+  // Records of layer A.
+  Stack(std::initializer_list<int32_t> cells) : Stack() {
+    for (int32_t cell : cells) frame.AddRecord(&a, cell, 0, 0);
+  }
+
+  std::string Shown() { return testdoc::Stack(&frame); }
+  Numbers Cells() {
+    Numbers cells;
+    for (int32_t i = 0; i < frame.records.Count(); ++i) cells.push_back(frame.records.At(i)->cell);
+    return cells;
+  }
+  FrameRecord Record(int32_t index) { return *frame.records.At(index); }
+
   Layer a{4, 2, "A", nullptr, 0};
   Layer b{4, 2, "B", nullptr, 0};
   Layer c{4, 2, "C", nullptr, 0};
+  Frame frame{10, 10};
+};
+
+struct Place {
+  int32_t x;
+  int32_t y;
+  bool operator==(const Place&) const = default;
 };
 
 TEST(Frame, NewFrameHasItsDefaults) {
   Frame frame(320, 240);
   EXPECT_EQ(frame.records.Count(), 0);
-  EXPECT_EQ(frame.time, 1);
-  EXPECT_EQ(frame.loop, 1);
   EXPECT_EQ(frame.currentRecord, -1);
-  EXPECT_EQ(frame.x, 0);
-  EXPECT_EQ(frame.y, 0);
-  EXPECT_EQ(frame.width, 320);
-  EXPECT_EQ(frame.height, 240);
-  EXPECT_EQ(frame.brightness, 50);
+  EXPECT_EQ(Numbers({frame.time, frame.loop, frame.brightness}), Numbers({1, 1, 50}));
+  EXPECT_EQ(Numbers({frame.x, frame.y, frame.width, frame.height}), Numbers({0, 0, 320, 240}));
   EXPECT_EQ(frame.comment, EmptyString);
 }
 
 TEST(Frame, AddRecordPutsItBehindTheCurrentOne) {
-  Layers layers;
-  Frame frame(10, 10);
-  EXPECT_TRUE(frame.AddRecord(&layers.a, 1, 5, -6));
-  EXPECT_EQ(frame.currentRecord, 0);
-  EXPECT_TRUE(frame.AddRecord(&layers.b, 0, 0, 0));
-  EXPECT_EQ(frame.currentRecord, 1);
-  frame.SelectRecord(0);
-  EXPECT_TRUE(frame.AddRecord(&layers.c, 0, 0, 0));
-  EXPECT_EQ(frame.currentRecord, 1);
-  EXPECT_EQ(Stacking(&frame), "ACB");
-  EXPECT_EQ(*frame.records.At(0), (FrameRecord{&layers.a, 1, 5, -6}));
+  Stack test;
+  EXPECT_TRUE(test.frame.AddRecord(&test.a, 1, 5, -6));
+  EXPECT_EQ(test.Shown(), "[A]");
+  EXPECT_TRUE(test.frame.AddRecord(&test.b, 0, 0, 0));
+  EXPECT_EQ(test.Shown(), "A[B]");
+  test.frame.SelectRecord(0);
+  EXPECT_TRUE(test.frame.AddRecord(&test.c, 0, 0, 0));
+  EXPECT_EQ(test.Shown(), "A[C]B");
+  EXPECT_EQ(test.Record(0), (FrameRecord{&test.a, 1, 5, -6}));
 }
 
 TEST(Frame, AddRecordGoesByTheCurrentRecordAndNotByTheLastOneRead) {
-  Layers layers;
-  Frame frame(10, 10);
-  frame.AddRecord(&layers.a, 0, 0, 0);
-  frame.AddRecord(&layers.b, 0, 0, 0);
-  frame.LayerAt(0);
-  frame.AddRecord(&layers.c, 0, 0, 0);
-  EXPECT_EQ(Stacking(&frame), "ABC");
+  Stack test("AB");
+  test.frame.LayerAt(0);
+  test.frame.AddRecord(&test.c, 0, 0, 0);
+  EXPECT_EQ(test.Shown(), "AB[C]");
 }
 
 TEST(Frame, InsertRecordTakesTheIndexOfTheCurrentOne) {
-  Layers layers;
-  Frame frame(10, 10);
-  frame.AddRecord(&layers.a, 0, 0, 0);
-  frame.AddRecord(&layers.b, 0, 0, 0);
-  EXPECT_TRUE(frame.InsertRecord(&layers.c, 2, 3, 4));
-  EXPECT_EQ(frame.currentRecord, 1);
-  EXPECT_EQ(Stacking(&frame), "ACB");
-  EXPECT_EQ(*frame.records.At(1), (FrameRecord{&layers.c, 2, 3, 4}));
+  Stack test("AB");
+  EXPECT_TRUE(test.frame.InsertRecord(&test.c, 2, 3, 4));
+  EXPECT_EQ(test.Shown(), "A[C]B");
+  EXPECT_EQ(test.Record(1), (FrameRecord{&test.c, 2, 3, 4}));
 }
 
 TEST(Frame, InsertRecordWithoutACurrentOnePutsItInTwice) {
-  Layers layers;
-  Frame frame(10, 10);
-  EXPECT_TRUE(frame.InsertRecord(&layers.a, 1, 2, 3));
-  EXPECT_EQ(Stacking(&frame), "AA");
-  EXPECT_EQ(frame.currentRecord, 0);
-  EXPECT_EQ(*frame.records.At(0), *frame.records.At(1));
+  Stack test;
+  EXPECT_TRUE(test.frame.InsertRecord(&test.a, 1, 2, 3));
+  EXPECT_EQ(test.Shown(), "[A]A");
+  EXPECT_EQ(test.Record(0), (FrameRecord{&test.a, 1, 2, 3}));
+  EXPECT_EQ(test.Record(1), test.Record(0));
 }
 
 TEST(Frame, RemovingTheLayerOfTheLastRecordSelectsTheNewLast) {
-  Layers layers;
-  Frame frame(10, 10);
-  for (Layer* layer : {&layers.a, &layers.b, &layers.c}) frame.AddRecord(layer, 0, 0, 0);
-  ASSERT_EQ(frame.currentRecord, 2);
-  frame.RemoveLayer(&layers.c);
-  EXPECT_EQ(frame.currentRecord, 1);
-  EXPECT_EQ(Stacking(&frame), "AB");
+  Stack test("ABC");
+  test.frame.RemoveLayer(&test.c);
+  EXPECT_EQ(test.Shown(), "A[B]");
 }
 
 TEST(Frame, RemovingTheCurrentLayerInTheMiddleSelectsItsSuccessor) {
-  Layers layers;
-  Frame frame(10, 10);
-  for (Layer* layer : {&layers.a, &layers.b, &layers.c}) frame.AddRecord(layer, 0, 0, 0);
-  frame.SelectRecord(1);
-  frame.RemoveLayer(&layers.b);
-  EXPECT_EQ(frame.currentRecord, 1);
-  EXPECT_EQ(frame.LayerAt(1), &layers.c);
+  Stack test("ABC");
+  test.frame.SelectRecord(1);
+  test.frame.RemoveLayer(&test.b);
+  EXPECT_EQ(test.Shown(), "A[C]");
 }
 
 TEST(Frame, RemovingALayerBelowKeepsTheCurrentRecord) {
-  Layers layers;
-  Frame frame(10, 10);
-  for (Layer* layer : {&layers.a, &layers.b, &layers.a, &layers.c}) frame.AddRecord(layer, 0, 0, 0);
-  ASSERT_EQ(frame.currentRecord, 3);
-  frame.RemoveLayer(&layers.a);
-  EXPECT_EQ(Stacking(&frame), "BC");
-  EXPECT_EQ(frame.currentRecord, 1);
+  Stack test("ABAC");
+  test.frame.RemoveLayer(&test.a);
+  EXPECT_EQ(test.Shown(), "B[C]");
 }
 
 TEST(Frame, RemovingALayerAboveKeepsTheCurrentRecord) {
-  Layers layers;
-  Frame frame(10, 10);
-  for (Layer* layer : {&layers.a, &layers.b, &layers.b}) frame.AddRecord(layer, 0, 0, 0);
-  frame.SelectRecord(0);
-  frame.RemoveLayer(&layers.b);
-  EXPECT_EQ(Stacking(&frame), "A");
-  EXPECT_EQ(frame.currentRecord, 0);
+  Stack test("ABB");
+  test.frame.SelectRecord(0);
+  test.frame.RemoveLayer(&test.b);
+  EXPECT_EQ(test.Shown(), "[A]");
 }
 
 TEST(Frame, RemovingTheOnlyLayerLeavesNoCurrentRecord) {
-  Layers layers;
-  Frame frame(10, 10);
-  frame.AddRecord(&layers.a, 0, 0, 0);
-  frame.AddRecord(&layers.a, 1, 0, 0);
-  frame.RemoveLayer(&layers.a);
-  EXPECT_EQ(frame.records.Count(), 0);
-  EXPECT_EQ(frame.currentRecord, -1);
+  Stack test("AA");
+  test.frame.RemoveLayer(&test.a);
+  EXPECT_EQ(test.frame.records.Count(), 0);
+  EXPECT_EQ(test.frame.currentRecord, -1);
 }
 
 TEST(Frame, RemovingAForeignLayerChangesNothing) {
-  Layers layers;
-  Frame frame(10, 10);
-  frame.RemoveLayer(&layers.c);
-  EXPECT_EQ(frame.currentRecord, -1);
-  frame.AddRecord(&layers.a, 0, 0, 0);
-  frame.AddRecord(&layers.b, 0, 0, 0);
-  frame.SelectRecord(0);
-  frame.RemoveLayer(&layers.c);
-  EXPECT_EQ(Stacking(&frame), "AB");
-  EXPECT_EQ(frame.currentRecord, 0);
+  Stack empty;
+  empty.frame.RemoveLayer(&empty.c);
+  EXPECT_EQ(empty.frame.currentRecord, -1);
+  Stack test("AB");
+  test.frame.SelectRecord(0);
+  test.frame.RemoveLayer(&test.c);
+  EXPECT_EQ(test.Shown(), "[A]B");
 }
 
 TEST(Frame, SelectRecordRefusesABadIndex) {
-  Layers layers;
-  Frame frame(10, 10);
-  EXPECT_FALSE(frame.SelectRecord(0));
-  EXPECT_EQ(frame.currentRecord, -1);
-  frame.AddRecord(&layers.a, 0, 0, 0);
-  frame.AddRecord(&layers.b, 0, 0, 0);
-  EXPECT_FALSE(frame.SelectRecord(2));
-  EXPECT_FALSE(frame.SelectRecord(-1));
-  EXPECT_EQ(frame.currentRecord, 1);
-  EXPECT_TRUE(frame.SelectRecord(0));
-  EXPECT_EQ(frame.currentRecord, 0);
+  Stack empty;
+  EXPECT_FALSE(empty.frame.SelectRecord(0));
+  EXPECT_EQ(empty.frame.currentRecord, -1);
+  Stack test("AB");
+  EXPECT_FALSE(test.frame.SelectRecord(2));
+  EXPECT_FALSE(test.frame.SelectRecord(-1));
+  EXPECT_EQ(test.Shown(), "A[B]");
+  EXPECT_TRUE(test.frame.SelectRecord(0));
+  EXPECT_EQ(test.Shown(), "[A]B");
 }
 
 TEST(Frame, MoveRecordUpSwapsItWithItsSuccessor) {
-  Layers layers;
-  Frame frame(10, 10);
-  for (Layer* layer : {&layers.a, &layers.b, &layers.c}) frame.AddRecord(layer, 0, 0, 0);
-  frame.SelectRecord(0);
-  EXPECT_TRUE(frame.MoveRecordUp(-1));
-  EXPECT_EQ(Stacking(&frame), "BAC");
-  EXPECT_EQ(frame.currentRecord, 1);
-  EXPECT_TRUE(frame.MoveRecordUp(1));
-  EXPECT_EQ(Stacking(&frame), "BCA");
-  EXPECT_EQ(frame.currentRecord, 2);
-  EXPECT_FALSE(frame.MoveRecordUp(-1));
-  EXPECT_EQ(Stacking(&frame), "BCA");
-  EXPECT_EQ(frame.currentRecord, 2);
+  Stack test("ABC");
+  test.frame.SelectRecord(0);
+  EXPECT_TRUE(test.frame.MoveRecordUp(-1));
+  EXPECT_EQ(test.Shown(), "B[A]C");
+  EXPECT_TRUE(test.frame.MoveRecordUp(1));
+  EXPECT_EQ(test.Shown(), "BC[A]");
+  EXPECT_FALSE(test.frame.MoveRecordUp(-1));
+  EXPECT_EQ(test.Shown(), "BC[A]");
 }
 
 TEST(Frame, MoveRecordDownSwapsItWithItsPredecessor) {
-  Layers layers;
-  Frame frame(10, 10);
-  for (Layer* layer : {&layers.a, &layers.b, &layers.c}) frame.AddRecord(layer, 0, 0, 0);
-  EXPECT_TRUE(frame.MoveRecordDown(-1));
-  EXPECT_EQ(Stacking(&frame), "ACB");
-  EXPECT_EQ(frame.currentRecord, 1);
-  EXPECT_TRUE(frame.MoveRecordDown(1));
-  EXPECT_EQ(Stacking(&frame), "CAB");
-  EXPECT_EQ(frame.currentRecord, 0);
-  EXPECT_FALSE(frame.MoveRecordDown(-1));
-  EXPECT_EQ(Stacking(&frame), "CAB");
-  EXPECT_EQ(frame.currentRecord, 0);
+  Stack test("ABC");
+  EXPECT_TRUE(test.frame.MoveRecordDown(-1));
+  EXPECT_EQ(test.Shown(), "A[C]B");
+  EXPECT_TRUE(test.frame.MoveRecordDown(1));
+  EXPECT_EQ(test.Shown(), "[C]AB");
+  EXPECT_FALSE(test.frame.MoveRecordDown(-1));
+  EXPECT_EQ(test.Shown(), "[C]AB");
 }
 
 TEST(Frame, MovingAnotherRecordLeavesTheCurrentIndex) {
-  Layers layers;
-  Frame frame(10, 10);
-  for (Layer* layer : {&layers.a, &layers.b, &layers.c}) frame.AddRecord(layer, 0, 0, 0);
-  frame.SelectRecord(1);
-  EXPECT_TRUE(frame.MoveRecordUp(0));
-  EXPECT_EQ(Stacking(&frame), "BAC");
-  EXPECT_EQ(frame.currentRecord, 1);
-  EXPECT_TRUE(frame.MoveRecordDown(2));
-  EXPECT_EQ(Stacking(&frame), "BCA");
-  EXPECT_EQ(frame.currentRecord, 1);
+  Stack test("ABC");
+  test.frame.SelectRecord(1);
+  EXPECT_TRUE(test.frame.MoveRecordUp(0));
+  EXPECT_EQ(test.Shown(), "B[A]C");
+  EXPECT_TRUE(test.frame.MoveRecordDown(2));
+  EXPECT_EQ(test.Shown(), "B[C]A");
 }
 
 TEST(Frame, MovingABadIndexIsFalse) {
-  Layers layers;
-  Frame frame(10, 10);
-  frame.AddRecord(&layers.a, 0, 0, 0);
-  frame.AddRecord(&layers.b, 0, 0, 0);
+  Stack test("AB");
   for (int32_t index : {2, 7, -2}) {
-    EXPECT_FALSE(frame.MoveRecordUp(index));
-    EXPECT_FALSE(frame.MoveRecordDown(index));
+    EXPECT_FALSE(test.frame.MoveRecordUp(index));
+    EXPECT_FALSE(test.frame.MoveRecordDown(index));
   }
-  EXPECT_EQ(Stacking(&frame), "AB");
-  EXPECT_EQ(frame.currentRecord, 1);
+  EXPECT_EQ(test.Shown(), "A[B]");
 }
 
 TEST(Frame, GetRecordGivesRawFields) {
-  Layers layers;
-  layers.a.followFrame = 1;
-  Frame frame(10, 10);
-  frame.x = 100;
-  frame.AddRecord(&layers.a, -3, 7, 8);
-  Layer* layer = nullptr;
-  int32_t x = 0;
-  int32_t y = 0;
-  int32_t cell = 0;
-  EXPECT_TRUE(frame.GetRecord(0, &layer, &x, &y, &cell));
-  EXPECT_EQ(layer, &layers.a);
-  EXPECT_EQ(x, 7);
-  EXPECT_EQ(y, 8);
-  EXPECT_EQ(cell, -3);
+  Stack test;
+  test.a.followFrame = 1;
+  test.frame.x = 100;
+  test.frame.AddRecord(&test.a, -3, 7, 8);
+  FrameRecord read = {};
+  EXPECT_TRUE(test.frame.GetRecord(0, &read.layer, &read.x, &read.y, &read.cell));
+  EXPECT_EQ(read, (FrameRecord{&test.a, -3, 7, 8}));
 }
 
 TEST(Frame, BadIndexIsFalseOrNullInEveryRecordOperation) {
-  Layers layers;
-  Frame frame(10, 10);
-  frame.AddRecord(&layers.a, 1, 2, 3);
+  Stack test;
+  test.frame.AddRecord(&test.a, 1, 2, 3);
   Frame other(10, 10);
-  other.AddRecord(&layers.a, 1, 20, 30);
+  other.AddRecord(&test.a, 1, 20, 30);
   for (int32_t index : {-1, 1, 9}) {
-    Layer* layer = nullptr;
-    int32_t x = 77;
-    int32_t y = 77;
-    int32_t cell = 77;
-    EXPECT_FALSE(frame.GetRecord(index, &layer, &x, &y, &cell));
-    EXPECT_EQ(frame.LayerAt(index), nullptr);
-    EXPECT_EQ(frame.VisibleCell(index, &x, &y), nullptr);
-    EXPECT_FALSE(frame.GetRecordPosition(index, &x, &y));
-    EXPECT_FALSE(frame.SetRecordPosition(index, 5, 5));
-    EXPECT_FALSE(frame.OffsetRecord(index, 5, 5));
-    EXPECT_FALSE(frame.CopyRecordPosition(index, &other));
-    EXPECT_EQ(frame.PreviousCell(index), nullptr);
-    EXPECT_EQ(frame.NextCell(index), nullptr);
-    EXPECT_EQ(x, 77);
-    EXPECT_EQ(y, 77);
+    FrameRecord read = {};
+    Place place = {77, 77};
+    EXPECT_FALSE(test.frame.GetRecord(index, &read.layer, &read.x, &read.y, &read.cell));
+    EXPECT_EQ(test.frame.LayerAt(index), nullptr);
+    EXPECT_EQ(test.frame.VisibleCell(index), nullptr);
+    EXPECT_EQ(test.frame.VisibleCell(index, &place.x, &place.y), nullptr);
+    EXPECT_FALSE(test.frame.GetRecordPosition(index, &place.x, &place.y));
+    EXPECT_FALSE(test.frame.SetRecordPosition(index, 5, 5));
+    EXPECT_FALSE(test.frame.OffsetRecord(index, 5, 5));
+    EXPECT_FALSE(test.frame.CopyRecordPosition(index, &other));
+    EXPECT_EQ(test.frame.PreviousCell(index), nullptr);
+    EXPECT_EQ(test.frame.NextCell(index), nullptr);
+    EXPECT_EQ(place, (Place{77, 77}));
   }
-  EXPECT_EQ(*frame.records.At(0), (FrameRecord{&layers.a, 1, 2, 3}));
+  EXPECT_EQ(test.Record(0), (FrameRecord{&test.a, 1, 2, 3}));
 }
 
 TEST(Frame, LayerAtGivesTheLayer) {
-  Layers layers;
-  Frame frame(10, 10);
-  frame.AddRecord(&layers.a, 0, 0, 0);
-  frame.AddRecord(&layers.b, -1, 0, 0);
-  EXPECT_EQ(frame.LayerAt(0), &layers.a);
-  EXPECT_EQ(frame.LayerAt(1), &layers.b);
+  Stack test("AB");
+  test.frame.records.At(1)->cell = -1;
+  EXPECT_EQ(test.frame.LayerAt(0), &test.a);
+  EXPECT_EQ(test.frame.LayerAt(1), &test.b);
 }
 
 TEST(Frame, ClearRecordsCentresTheFrameAndKeepsItsProperties) {
@@ -282,19 +239,16 @@ TEST(Frame, ClearRecordsCentresTheFrameAndKeepsItsProperties) {
   frame.ClearRecords();
   EXPECT_EQ(frame.records.Count(), 0);
   EXPECT_EQ(frame.currentRecord, -1);
-  EXPECT_EQ(frame.time, 1);
-  EXPECT_EQ(frame.x, 160);
-  EXPECT_EQ(frame.y, 120);
-  EXPECT_EQ(frame.loop, 4);
-  EXPECT_EQ(frame.brightness, -31);
+  EXPECT_EQ(Numbers({frame.time, frame.x, frame.y}), Numbers({1, 160, 120}));
+  EXPECT_EQ(Numbers({frame.loop, frame.brightness}), Numbers({4, -31}));
   EXPECT_STREQ(frame.comment, "note");
 }
 
 TEST(Frame, CopyTakesRecordsTimeAndPosition) {
-  Layers layers;
+  Stack test;
   Frame source(30, 40);
-  source.AddRecord(&layers.a, 1, 2, 3);
-  source.AddRecord(&layers.b, -2, 4, 5);
+  source.AddRecord(&test.a, 1, 2, 3);
+  source.AddRecord(&test.b, -2, 4, 5);
   source.SelectRecord(0);
   source.time = -7;
   source.x = 11;
@@ -303,11 +257,7 @@ TEST(Frame, CopyTakesRecordsTimeAndPosition) {
   copy.CopyFrom(&source);
   EXPECT_TRUE(copy.SameAs(&source));
   EXPECT_EQ(copy.currentRecord, 0);
-  EXPECT_EQ(copy.time, -7);
-  EXPECT_EQ(copy.x, 11);
-  EXPECT_EQ(copy.y, 12);
-  EXPECT_EQ(copy.width, 30);
-  EXPECT_EQ(copy.height, 40);
+  EXPECT_EQ(Numbers({copy.time, copy.x, copy.y, copy.width, copy.height}), Numbers({-7, 11, 12, 30, 40}));
   EXPECT_NE(copy.records.At(0), source.records.At(0));
   copy.OffsetRecord(0, 1, 1);
   EXPECT_EQ(source.records.At(0)->x, 2);
@@ -334,12 +284,12 @@ TEST(Frame, CopyKeepsItsOwnBrightnessAndComment) {
 }
 
 TEST(Frame, SameFramesMayDifferInTimingBrightnessAndComment) {
-  Layers layers;
-  Frame a(10, 10);
+  Stack test;
+  Frame& a = test.frame;
   Frame b(10, 10);
   EXPECT_TRUE(a.SameAs(&b));
-  a.AddRecord(&layers.a, 1, 2, 3);
-  b.AddRecord(&layers.a, 1, 2, 3);
+  a.AddRecord(&test.a, 1, 2, 3);
+  b.AddRecord(&test.a, 1, 2, 3);
   a.time = 5;
   a.loop = 0;
   a.brightness = -1;
@@ -351,17 +301,16 @@ TEST(Frame, SameFramesMayDifferInTimingBrightnessAndComment) {
 }
 
 TEST(Frame, FramesDifferByAnyRecordFieldOrderCountOrPosition) {
-  Layers layers;
-  const FrameRecord changes[] = {
-      {&layers.b, 1, 2, 3}, {&layers.a, 0, 2, 3}, {&layers.a, 1, 0, 3}, {&layers.a, 1, 2, 0}};
+  Stack test;
+  const FrameRecord changes[] = {{&test.b, 1, 2, 3}, {&test.a, 0, 2, 3}, {&test.a, 1, 0, 3}, {&test.a, 1, 2, 0}};
   for (const FrameRecord& change : changes) {
     Frame a(10, 10);
     Frame b(10, 10);
-    a.AddRecord(&layers.a, 1, 2, 3);
+    a.AddRecord(&test.a, 1, 2, 3);
     b.AddRecord(change.layer, change.cell, change.x, change.y);
     EXPECT_FALSE(a.SameAs(&b));
   }
-  Frame a(10, 10);
+  Frame& a = test.frame;
   Frame b(10, 10);
   a.x = 1;
   EXPECT_FALSE(a.SameAs(&b));
@@ -369,125 +318,103 @@ TEST(Frame, FramesDifferByAnyRecordFieldOrderCountOrPosition) {
   b.y = 1;
   EXPECT_FALSE(a.SameAs(&b));
   a.y = 1;
-  a.AddRecord(&layers.a, 0, 0, 0);
+  a.AddRecord(&test.a, 0, 0, 0);
   EXPECT_FALSE(a.SameAs(&b));
   EXPECT_FALSE(b.SameAs(&a));
-  a.AddRecord(&layers.b, 0, 0, 0);
-  b.AddRecord(&layers.b, 0, 0, 0);
-  b.AddRecord(&layers.a, 0, 0, 0);
+  a.AddRecord(&test.b, 0, 0, 0);
+  b.AddRecord(&test.b, 0, 0, 0);
+  b.AddRecord(&test.a, 0, 0, 0);
   EXPECT_FALSE(a.SameAs(&b));
 }
 
 TEST(Frame, VisibleCellComesWithItsPlaceOnTheCut) {
-  Layers layers;
-  layers.b.followFrame = 1;
-  Frame frame(10, 10);
-  frame.x = 100;
-  frame.y = -50;
-  frame.AddRecord(&layers.a, 1, 2, 3);
-  frame.AddRecord(&layers.b, 3, 2, 3);
-  int32_t x = 0;
-  int32_t y = 0;
-  EXPECT_EQ(frame.VisibleCell(0, &x, &y), layers.a.CellAt(1));
-  EXPECT_EQ(x, 2);
-  EXPECT_EQ(y, 3);
-  EXPECT_EQ(frame.VisibleCell(1, &x, &y), layers.b.CellAt(3));
-  EXPECT_EQ(x, 102);
-  EXPECT_EQ(y, -47);
+  Stack test;
+  test.b.followFrame = 1;
+  test.frame.x = 100;
+  test.frame.y = -50;
+  test.frame.AddRecord(&test.a, 1, 2, 3);
+  test.frame.AddRecord(&test.b, 3, 2, 3);
+  Place place = {};
+  EXPECT_EQ(test.frame.VisibleCell(0, &place.x, &place.y), test.a.CellAt(1));
+  EXPECT_EQ(place, (Place{2, 3}));
+  EXPECT_EQ(test.frame.VisibleCell(1, &place.x, &place.y), test.b.CellAt(3));
+  EXPECT_EQ(place, (Place{102, -47}));
+  EXPECT_EQ(test.frame.VisibleCell(1), test.b.CellAt(3));
 }
 
 TEST(Frame, BlankRecordShowsNothingAndWritesNoPosition) {
-  Layers layers;
-  Frame frame(10, 10);
-  frame.AddRecord(&layers.a, -1, 2, 3);
-  int32_t x = 77;
-  int32_t y = 88;
-  EXPECT_EQ(frame.VisibleCell(0, &x, &y), nullptr);
-  EXPECT_EQ(x, 77);
-  EXPECT_EQ(y, 88);
+  Stack test({-1});
+  Place place = {77, 88};
+  EXPECT_EQ(test.frame.VisibleCell(0, &place.x, &place.y), nullptr);
+  EXPECT_EQ(test.frame.VisibleCell(0), nullptr);
+  EXPECT_EQ(place, (Place{77, 88}));
 }
 
 TEST(Frame, StaleCellNumberShowsNothing) {
-  Layers layers;
-  Frame frame(10, 10);
-  frame.AddRecord(&layers.a, 4, 2, 3);
-  int32_t x = 0;
-  int32_t y = 0;
-  EXPECT_EQ(frame.VisibleCell(0, &x, &y), nullptr);
+  EXPECT_EQ(Stack({4}).frame.VisibleCell(0), nullptr);
 }
 
 TEST(Frame, BlankRecordHasAPosition) {
-  Layers layers;
-  layers.a.followFrame = 1;
-  Frame frame(10, 10);
-  frame.x = 10;
-  frame.y = 20;
-  frame.AddRecord(&layers.a, -1, 2, 3);
-  int32_t x = 0;
-  int32_t y = 0;
-  EXPECT_TRUE(frame.GetRecordPosition(0, &x, &y));
-  EXPECT_EQ(x, 12);
-  EXPECT_EQ(y, 23);
+  Stack test;
+  test.a.followFrame = 1;
+  test.frame.x = 10;
+  test.frame.y = 20;
+  test.frame.AddRecord(&test.a, -1, 2, 3);
+  Place place = {};
+  EXPECT_TRUE(test.frame.GetRecordPosition(0, &place.x, &place.y));
+  EXPECT_EQ(place, (Place{12, 23}));
 }
 
 TEST(Frame, SetRecordPositionStoresRelativeToTheFrameForAFollowingLayer) {
-  Layers layers;
-  layers.b.followFrame = 1;
-  Frame frame(10, 10);
-  frame.x = 10;
-  frame.y = 20;
-  frame.AddRecord(&layers.a, 0, 0, 0);
-  frame.AddRecord(&layers.b, 0, 0, 0);
-  EXPECT_TRUE(frame.SetRecordPosition(0, 5, 6));
-  EXPECT_TRUE(frame.SetRecordPosition(1, 5, 6));
-  EXPECT_EQ(*frame.records.At(0), (FrameRecord{&layers.a, 0, 5, 6}));
-  EXPECT_EQ(*frame.records.At(1), (FrameRecord{&layers.b, 0, -5, -14}));
+  Stack test("AB");
+  test.b.followFrame = 1;
+  test.frame.x = 10;
+  test.frame.y = 20;
+  EXPECT_TRUE(test.frame.SetRecordPosition(0, 5, 6));
+  EXPECT_TRUE(test.frame.SetRecordPosition(1, 5, 6));
+  EXPECT_EQ(test.Record(0), (FrameRecord{&test.a, 0, 5, 6}));
+  EXPECT_EQ(test.Record(1), (FrameRecord{&test.b, 0, -5, -14}));
 }
 
 TEST(Frame, OffsetRecordAddsToTheRawPosition) {
-  Layers layers;
-  layers.a.followFrame = 1;
-  Frame frame(10, 10);
-  frame.x = 10;
-  frame.AddRecord(&layers.a, -1, 1, 2);
-  EXPECT_TRUE(frame.OffsetRecord(0, 5, -6));
-  EXPECT_EQ(*frame.records.At(0), (FrameRecord{&layers.a, -1, 6, -4}));
+  Stack test;
+  test.a.followFrame = 1;
+  test.frame.x = 10;
+  test.frame.AddRecord(&test.a, -1, 1, 2);
+  EXPECT_TRUE(test.frame.OffsetRecord(0, 5, -6));
+  EXPECT_EQ(test.Record(0), (FrameRecord{&test.a, -1, 6, -4}));
 }
 
 TEST(Frame, CopyRecordPositionCopiesTheRawPosition) {
-  Layers layers;
-  layers.a.followFrame = 1;
-  Frame frame(10, 10);
+  Stack test;
+  test.a.followFrame = 1;
   Frame other(10, 10);
   other.x = 100;
-  frame.AddRecord(&layers.a, 2, 1, 1);
-  other.AddRecord(&layers.b, 3, 7, 8);
-  EXPECT_TRUE(frame.CopyRecordPosition(0, &other));
-  EXPECT_EQ(*frame.records.At(0), (FrameRecord{&layers.a, 2, 7, 8}));
+  test.frame.AddRecord(&test.a, 2, 1, 1);
+  other.AddRecord(&test.b, 3, 7, 8);
+  EXPECT_TRUE(test.frame.CopyRecordPosition(0, &other));
+  EXPECT_EQ(test.Record(0), (FrameRecord{&test.a, 2, 7, 8}));
 }
 
 TEST(Frame, CopyRecordPositionNeedsTheRecordInBothFrames) {
-  Layers layers;
-  Frame frame(10, 10);
+  Stack test;
   Frame other(10, 10);
-  frame.AddRecord(&layers.a, 2, 1, 1);
-  EXPECT_FALSE(frame.CopyRecordPosition(0, &other));
-  EXPECT_FALSE(other.CopyRecordPosition(0, &frame));
-  EXPECT_EQ(*frame.records.At(0), (FrameRecord{&layers.a, 2, 1, 1}));
+  test.frame.AddRecord(&test.a, 2, 1, 1);
+  EXPECT_FALSE(test.frame.CopyRecordPosition(0, &other));
+  EXPECT_FALSE(other.CopyRecordPosition(0, &test.frame));
+  EXPECT_EQ(test.Record(0), (FrameRecord{&test.a, 2, 1, 1}));
 }
 
 TEST(Frame, NeighboursOfTheShownCellGoRound) {
-  Layers layers;
-  Frame frame(10, 10);
-  frame.AddRecord(&layers.a, 0, 0, 0);
-  frame.AddRecord(&layers.a, 1, 0, 0);
-  frame.AddRecord(&layers.a, 3, 0, 0);
-  EXPECT_EQ(Drawing(frame.PreviousCell(0)), 4);
-  EXPECT_EQ(Drawing(frame.NextCell(0)), 2);
-  EXPECT_EQ(Drawing(frame.PreviousCell(1)), 1);
-  EXPECT_EQ(Drawing(frame.NextCell(1)), 3);
-  EXPECT_EQ(Drawing(frame.PreviousCell(2)), 3);
-  EXPECT_EQ(Drawing(frame.NextCell(2)), 1);
+  Stack test({0, 1, 3});
+  const struct {
+    int32_t previous;
+    int32_t next;
+  } drawings[] = {{4, 2}, {1, 3}, {3, 1}};
+  for (int32_t i = 0; i < 3; ++i) {
+    EXPECT_EQ(Drawing(test.frame.PreviousCell(i)), drawings[i].previous) << i;
+    EXPECT_EQ(Drawing(test.frame.NextCell(i)), drawings[i].next) << i;
+  }
 }
 
 TEST(Frame, OnlyCellIsItsOwnNeighbour) {
@@ -500,56 +427,44 @@ TEST(Frame, OnlyCellIsItsOwnNeighbour) {
 }
 
 TEST(Frame, BlankRecordHasNoNeighbours) {
-  Layers layers;
-  Frame frame(10, 10);
-  frame.AddRecord(&layers.a, -2, 0, 0);
-  EXPECT_EQ(frame.PreviousCell(0), nullptr);
-  EXPECT_EQ(frame.NextCell(0), nullptr);
+  Stack test({-2});
+  EXPECT_EQ(test.frame.PreviousCell(0), nullptr);
+  EXPECT_EQ(test.frame.NextCell(0), nullptr);
 }
 
 TEST(Frame, AddCellHereShowsTheNewCellBehind) {
-  Layers layers;
-  Frame frame(10, 10);
-  frame.AddRecord(&layers.a, 1, 0, 0);
-  EXPECT_TRUE(frame.AddCellHere(9));
-  EXPECT_EQ(CellNumber(&frame, 0), 2);
-  EXPECT_EQ(Drawings(&layers.a), "12934");
+  Stack test({1});
+  EXPECT_TRUE(test.frame.AddCellHere(9));
+  EXPECT_EQ(test.Cells(), Numbers({2}));
+  EXPECT_EQ(Drawings(&test.a), "12934");
 }
 
 TEST(Frame, AddCellHereFailsOnAStaleNumber) {
-  Layers layers;
-  Frame frame(10, 10);
-  frame.AddRecord(&layers.a, 4, 0, 0);
-  EXPECT_FALSE(frame.AddCellHere(9));
-  EXPECT_EQ(CellNumber(&frame, 0), 4);
-  EXPECT_EQ(Drawings(&layers.a), "1234");
+  Stack test({4});
+  EXPECT_FALSE(test.frame.AddCellHere(9));
+  EXPECT_EQ(test.Cells(), Numbers({4}));
+  EXPECT_EQ(Drawings(&test.a), "1234");
 }
 
 TEST(Frame, InsertCellHereShowsTheNewCellAhead) {
-  Layers layers;
-  Frame frame(10, 10);
-  frame.AddRecord(&layers.a, 1, 0, 0);
-  EXPECT_TRUE(frame.InsertCellHere(9));
-  EXPECT_EQ(CellNumber(&frame, 0), 1);
-  EXPECT_EQ(Drawings(&layers.a), "19234");
+  Stack test({1});
+  EXPECT_TRUE(test.frame.InsertCellHere(9));
+  EXPECT_EQ(test.Cells(), Numbers({1}));
+  EXPECT_EQ(Drawings(&test.a), "19234");
 }
 
 TEST(Frame, RemoveCellHereShowsTheSuccessor) {
-  Layers layers;
-  Frame frame(10, 10);
-  frame.AddRecord(&layers.a, 1, 0, 0);
-  EXPECT_TRUE(frame.RemoveCellHere());
-  EXPECT_EQ(CellNumber(&frame, 0), 1);
-  EXPECT_EQ(Drawings(&layers.a), "134");
+  Stack test({1});
+  EXPECT_TRUE(test.frame.RemoveCellHere());
+  EXPECT_EQ(test.Cells(), Numbers({1}));
+  EXPECT_EQ(Drawings(&test.a), "134");
 }
 
 TEST(Frame, RemoveCellHereOfTheLastCellShowsThePredecessor) {
-  Layers layers;
-  Frame frame(10, 10);
-  frame.AddRecord(&layers.a, 3, 0, 0);
-  EXPECT_TRUE(frame.RemoveCellHere());
-  EXPECT_EQ(CellNumber(&frame, 0), 2);
-  EXPECT_EQ(Drawings(&layers.a), "123");
+  Stack test({3});
+  EXPECT_TRUE(test.frame.RemoveCellHere());
+  EXPECT_EQ(test.Cells(), Numbers({2}));
+  EXPECT_EQ(Drawings(&test.a), "123");
 }
 
 TEST(Frame, RemoveCellHereKeepsTheOnlyCell) {
@@ -562,146 +477,106 @@ TEST(Frame, RemoveCellHereKeepsTheOnlyCell) {
 }
 
 TEST(Frame, CellStepsStopAtTheEnds) {
-  Layers layers;
-  Frame frame(10, 10);
-  frame.AddRecord(&layers.a, 1, 0, 0);
-  EXPECT_TRUE(frame.StepCellBack());
-  EXPECT_EQ(CellNumber(&frame, 0), 0);
-  EXPECT_FALSE(frame.StepCellBack());
-  EXPECT_EQ(CellNumber(&frame, 0), 0);
-  for (int32_t cell = 1; cell <= 3; ++cell) {
-    EXPECT_TRUE(frame.StepCellForward());
-    EXPECT_EQ(CellNumber(&frame, 0), cell);
+  Stack test({1});
+  for (const auto& [moves, cell] : {std::pair{true, 0}, {false, 0}}) {
+    EXPECT_EQ(test.frame.StepCellBack(), moves);
+    EXPECT_EQ(test.Cells(), Numbers({cell}));
   }
-  EXPECT_FALSE(frame.StepCellForward());
-  EXPECT_EQ(CellNumber(&frame, 0), 3);
+  for (const auto& [moves, cell] : {std::pair{true, 1}, {true, 2}, {true, 3}, {false, 3}}) {
+    EXPECT_EQ(test.frame.StepCellForward(), moves);
+    EXPECT_EQ(test.Cells(), Numbers({cell}));
+  }
 }
 
 TEST(Frame, FirstAndLastCellAreReachedFromAnywhere) {
-  Layers layers;
-  Frame frame(10, 10);
-  frame.AddRecord(&layers.a, 2, 0, 0);
-  EXPECT_TRUE(frame.FirstCellHere());
-  EXPECT_EQ(CellNumber(&frame, 0), 0);
-  EXPECT_TRUE(frame.FirstCellHere());
-  EXPECT_TRUE(frame.LastCellHere());
-  EXPECT_EQ(CellNumber(&frame, 0), 3);
-  EXPECT_TRUE(frame.LastCellHere());
+  Stack test({2});
+  for (int32_t i = 0; i < 2; ++i) {
+    EXPECT_TRUE(test.frame.FirstCellHere());
+    EXPECT_EQ(test.Cells(), Numbers({0}));
+  }
+  for (int32_t i = 0; i < 2; ++i) {
+    EXPECT_TRUE(test.frame.LastCellHere());
+    EXPECT_EQ(test.Cells(), Numbers({3}));
+  }
 }
 
 TEST(Frame, CellOperationsActOnTheCurrentRecord) {
-  Layers layers;
-  Frame frame(10, 10);
-  frame.AddRecord(&layers.a, 1, 0, 0);
-  frame.AddRecord(&layers.b, 1, 0, 0);
-  frame.AddRecord(&layers.c, 1, 0, 0);
-  frame.SelectRecord(1);
-  frame.LayerAt(2);
-  EXPECT_TRUE(frame.StepCellForward());
-  EXPECT_EQ(CellNumber(&frame, 0), 1);
-  EXPECT_EQ(CellNumber(&frame, 1), 2);
-  EXPECT_EQ(CellNumber(&frame, 2), 1);
+  Stack test({1, 1, 1});
+  test.frame.SelectRecord(1);
+  test.frame.LayerAt(2);
+  EXPECT_TRUE(test.frame.StepCellForward());
+  EXPECT_EQ(test.Cells(), Numbers({1, 2, 1}));
 }
 
 TEST(Frame, CellOperationsRefuseABlankRecord) {
-  Layers layers;
-  Frame frame(10, 10);
-  frame.AddRecord(&layers.a, -2, 0, 0);
-  EXPECT_FALSE(frame.AddCellHere(9));
-  EXPECT_FALSE(frame.InsertCellHere(9));
-  EXPECT_FALSE(frame.RemoveCellHere());
-  EXPECT_FALSE(frame.StepCellBack());
-  EXPECT_FALSE(frame.StepCellForward());
-  EXPECT_FALSE(frame.FirstCellHere());
-  EXPECT_FALSE(frame.LastCellHere());
-  EXPECT_EQ(CellNumber(&frame, 0), -2);
-  EXPECT_EQ(Drawings(&layers.a), "1234");
+  Stack test({-2});
+  EXPECT_FALSE(test.frame.AddCellHere(9));
+  EXPECT_FALSE(test.frame.InsertCellHere(9));
+  for (bool (Frame::*run)() : {&Frame::RemoveCellHere, &Frame::StepCellBack, &Frame::StepCellForward,
+                               &Frame::FirstCellHere, &Frame::LastCellHere}) {
+    EXPECT_FALSE((test.frame.*run)());
+  }
+  EXPECT_EQ(test.Cells(), Numbers({-2}));
+  EXPECT_EQ(Drawings(&test.a), "1234");
 }
 
 TEST(Frame, BlankHoldsTheComplementOfTheNumber) {
-  Layers layers;
-  Frame frame(10, 10);
-  frame.AddRecord(&layers.a, 0, 0, 0);
-  frame.ToggleBlank();
-  EXPECT_EQ(CellNumber(&frame, 0), -1);
-  frame.ToggleBlank();
-  EXPECT_EQ(CellNumber(&frame, 0), 0);
-  frame.LastCellHere();
-  frame.ToggleBlank();
-  EXPECT_EQ(CellNumber(&frame, 0), -4);
-  frame.ToggleBlank();
-  EXPECT_EQ(CellNumber(&frame, 0), 3);
+  for (const auto& [cell, blank] : {std::pair{0, -1}, {3, -4}}) {
+    Stack test({cell});
+    test.frame.ToggleBlank();
+    EXPECT_EQ(test.Cells(), Numbers({blank}));
+    test.frame.ToggleBlank();
+    EXPECT_EQ(test.Cells(), Numbers({cell}));
+  }
 }
 
 TEST(Frame, ToggleBlankNeedsACurrentRecord) {
-  Layers layers;
-  Frame frame(10, 10);
-  frame.ToggleBlank();
-  frame.AddRecord(&layers.a, 0, 0, 0);
+  Stack empty;
+  empty.frame.ToggleBlank();
+  Stack test({0});
   for (int32_t current : {-1, 1, 5}) {
-    frame.currentRecord = current;
-    frame.ToggleBlank();
-    EXPECT_EQ(CellNumber(&frame, 0), 0);
+    test.frame.currentRecord = current;
+    test.frame.ToggleBlank();
+    EXPECT_EQ(test.Cells(), Numbers({0}));
   }
 }
 
 TEST(Frame, ShiftMovesTheNumbersOfOneLayerFromAPointOn) {
-  Layers layers;
-  Frame frame(10, 10);
-  for (int32_t cell : {0, 1, 2}) frame.AddRecord(&layers.a, cell, 0, 0);
-  frame.AddRecord(&layers.b, 2, 0, 0);
-  frame.ShiftCellRefs(&layers.a, 1, 1);
-  EXPECT_EQ(CellNumber(&frame, 0), 0);
-  EXPECT_EQ(CellNumber(&frame, 1), 2);
-  EXPECT_EQ(CellNumber(&frame, 2), 3);
-  EXPECT_EQ(CellNumber(&frame, 3), 2);
-  frame.ShiftCellRefs(&layers.a, 2, -1);
-  EXPECT_EQ(CellNumber(&frame, 0), 0);
-  EXPECT_EQ(CellNumber(&frame, 1), 1);
-  EXPECT_EQ(CellNumber(&frame, 2), 2);
+  Stack test({0, 1, 2});
+  test.frame.AddRecord(&test.b, 2, 0, 0);
+  test.frame.ShiftCellRefs(&test.a, 1, 1);
+  EXPECT_EQ(test.Cells(), Numbers({0, 2, 3, 2}));
+  test.frame.ShiftCellRefs(&test.a, 2, -1);
+  EXPECT_EQ(test.Cells(), Numbers({0, 1, 2, 2}));
 }
 
 TEST(Frame, ShiftClipsToTheLastCell) {
-  Layers layers;
-  Frame frame(10, 10);
-  frame.AddRecord(&layers.a, 3, 0, 0);
-  frame.AddRecord(&layers.a, 9, 0, 0);
-  frame.ShiftCellRefs(&layers.a, 2, 1);
-  EXPECT_EQ(CellNumber(&frame, 0), 3);
-  EXPECT_EQ(CellNumber(&frame, 1), 3);
+  Stack test({3, 9});
+  test.frame.ShiftCellRefs(&test.a, 2, 1);
+  EXPECT_EQ(test.Cells(), Numbers({3, 3}));
 }
 
 TEST(Frame, ShiftClipsNumbersBelowItsPointToo) {
-  Layers layers;
-  Frame frame(10, 10);
-  frame.AddRecord(&layers.a, 9, 0, 0);
-  frame.ShiftCellRefs(&layers.a, 20, 1);
-  EXPECT_EQ(CellNumber(&frame, 0), 3);
+  Stack test({9});
+  test.frame.ShiftCellRefs(&test.a, 20, 1);
+  EXPECT_EQ(test.Cells(), Numbers({3}));
 }
 
 TEST(Frame, ShiftNeverTouchesABlankRecord) {
-  Layers layers;
-  Frame frame(10, 10);
-  frame.AddRecord(&layers.a, -3, 0, 0);
-  frame.AddRecord(&layers.a, -100, 0, 0);
-  frame.ShiftCellRefs(&layers.a, 0, 1);
-  frame.ShiftCellRefs(&layers.a, 0, -1);
-  EXPECT_EQ(CellNumber(&frame, 0), -3);
-  EXPECT_EQ(CellNumber(&frame, 1), -100);
+  Stack test({-3, -100});
+  test.frame.ShiftCellRefs(&test.a, 0, 1);
+  test.frame.ShiftCellRefs(&test.a, 0, -1);
+  EXPECT_EQ(test.Cells(), Numbers({-3, -100}));
 }
 
 TEST(Frame, BlankSwitchedOffPastTheLastCellShowsNothing) {
-  Layers layers;
-  Frame frame(10, 10);
-  frame.AddRecord(&layers.a, 3, 0, 0);
-  frame.ToggleBlank();
-  layers.a.DeleteCell(0);
-  frame.ShiftCellRefs(&layers.a, 1, -1);
-  frame.ToggleBlank();
-  EXPECT_EQ(CellNumber(&frame, 0), 3);
-  int32_t x = 0;
-  int32_t y = 0;
-  EXPECT_EQ(frame.VisibleCell(0, &x, &y), nullptr);
+  Stack test({3});
+  test.frame.ToggleBlank();
+  test.a.DeleteCell(0);
+  test.frame.ShiftCellRefs(&test.a, 1, -1);
+  test.frame.ToggleBlank();
+  EXPECT_EQ(test.Cells(), Numbers({3}));
+  EXPECT_EQ(test.frame.VisibleCell(0), nullptr);
 }
 
 // Two layers of one cell, 4 by 2 below and 3 by 2 above.
@@ -717,32 +592,27 @@ struct MergePair {
   Frame frame{50, 50};
 };
 
+// The lower picture after a merge that gives true; the upper one stays.
+std::string Merged(std::string_view below, std::string_view above, int32_t dx = 0, int32_t dy = 0, uint32_t mask = 0) {
+  MergePair pair(dx, dy);
+  Paint(pair.lower.CellAt(0), below);
+  Paint(pair.upper.CellAt(0), above);
+  EXPECT_TRUE(pair.frame.MergeDown(mask));
+  EXPECT_EQ(Picture(pair.upper.CellAt(0)), above);
+  return Picture(pair.lower.CellAt(0));
+}
+
 TEST(Frame, MergeDownDrawsInkOverTheCellBelow) {
-  MergePair pair(0, 0);
-  Paint(pair.lower.CellAt(0), "4444/4444");
-  Paint(pair.upper.CellAt(0), "080/506");
-  EXPECT_TRUE(pair.frame.MergeDown(0));
-  EXPECT_EQ(Picture(pair.lower.CellAt(0)), "4844/5464");
-  EXPECT_EQ(Picture(pair.upper.CellAt(0)), "080/506");
+  EXPECT_EQ(Merged("4444/4444", "080/506"), "4844/5464");
 }
 
 TEST(Frame, MergeDownShiftsByTheDifferenceOfThePositions) {
-  MergePair pair(2, -1);
-  Paint(pair.upper.CellAt(0), "888/123");
-  EXPECT_TRUE(pair.frame.MergeDown(0));
-  EXPECT_EQ(Picture(pair.lower.CellAt(0)), "0012/0000");
-  MergePair other(-1, 1);
-  Paint(other.upper.CellAt(0), "123/888");
-  EXPECT_TRUE(other.frame.MergeDown(0));
-  EXPECT_EQ(Picture(other.lower.CellAt(0)), "0000/2300");
+  EXPECT_EQ(Merged("0000/0000", "888/123", 2, -1), "0012/0000");
+  EXPECT_EQ(Merged("0000/0000", "123/888", -1, 1), "0000/2300");
 }
 
 TEST(Frame, MergeDownBesideTheCellBelowChangesNothingAndGivesTrue) {
-  MergePair pair(40, 0);
-  Paint(pair.lower.CellAt(0), "4444/4444");
-  Paint(pair.upper.CellAt(0), "888/888");
-  EXPECT_TRUE(pair.frame.MergeDown(0));
-  EXPECT_EQ(Picture(pair.lower.CellAt(0)), "4444/4444");
+  EXPECT_EQ(Merged("4444/4444", "888/888", 40, 0), "4444/4444");
 }
 
 TEST(Frame, MergeDownComparesRawPositions) {
@@ -755,27 +625,15 @@ TEST(Frame, MergeDownComparesRawPositions) {
 }
 
 TEST(Frame, MergeDownAppliesToneMarks) {
-  MergePair pair(0, 0);
-  Paint(pair.lower.CellAt(0), "1800/4000");
-  Paint(pair.upper.CellAt(0), "bbb/e00");
-  EXPECT_TRUE(pair.frame.MergeDown(0));
-  EXPECT_EQ(Picture(pair.lower.CellAt(0)), "33b0/2000");
+  EXPECT_EQ(Merged("1800/4000", "bbb/e00"), "33b0/2000");
 }
 
 TEST(Frame, MergeDownLeavesProtectedPixelsBelow) {
-  MergePair pair(0, 0);
-  Paint(pair.lower.CellAt(0), "4800/5000");
-  Paint(pair.upper.CellAt(0), "111/188");
-  EXPECT_TRUE(pair.frame.MergeDown(1u << 8 | 1u << 5));
-  EXPECT_EQ(Picture(pair.lower.CellAt(0)), "1810/5880");
+  EXPECT_EQ(Merged("4800/5000", "111/188", 0, 0, 1u << 8 | 1u << 5), "1810/5880");
 }
 
 TEST(Frame, MergeDownMaskDoesNotConcernTheUpperPixels) {
-  MergePair pair(0, 0);
-  Paint(pair.lower.CellAt(0), "0000/4000");
-  Paint(pair.upper.CellAt(0), "888/888");
-  EXPECT_TRUE(pair.frame.MergeDown(1u << 8));
-  EXPECT_EQ(Picture(pair.lower.CellAt(0)), "8880/8880");
+  EXPECT_EQ(Merged("0000/4000", "888/888", 0, 0, 1u << 8), "8880/8880");
 }
 
 TEST(Frame, MergeDownUsesTheRecordDirectlyBelowTheCurrentOne) {
@@ -795,8 +653,7 @@ TEST(Frame, MergeDownNeedsARecordBelow) {
   pair.upper.CellAt(0)->Fill(1);
   pair.frame.SelectRecord(0);
   EXPECT_FALSE(pair.frame.MergeDown(0));
-  Frame empty(10, 10);
-  EXPECT_FALSE(empty.MergeDown(0));
+  EXPECT_FALSE(Frame(10, 10).MergeDown(0));
   EXPECT_EQ(Picture(pair.lower.CellAt(0)), "0000/0000");
 }
 
@@ -817,16 +674,12 @@ TEST(Frame, KeyMarkerKeepsTheBrightness) {
     Frame frame(10, 10);
     frame.brightness = brightness;
     EXPECT_FALSE(frame.IsKey());
-    frame.SetKey(true);
-    EXPECT_EQ(frame.brightness, key);
-    EXPECT_TRUE(frame.IsKey());
-    EXPECT_EQ(frame.DecodedBrightness(), brightness);
-    frame.SetKey(true);
-    EXPECT_EQ(frame.brightness, key);
-    frame.SetKey(false);
-    EXPECT_EQ(frame.brightness, brightness);
-    frame.SetKey(false);
-    EXPECT_EQ(frame.brightness, brightness);
+    for (bool isKey : {true, true, false, false}) {
+      frame.SetKey(isKey);
+      EXPECT_EQ(frame.brightness, isKey ? key : brightness);
+      EXPECT_EQ(frame.IsKey(), isKey);
+      EXPECT_EQ(frame.DecodedBrightness(), brightness);
+    }
   }
 }
 

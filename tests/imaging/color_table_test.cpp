@@ -52,7 +52,7 @@ class ColorTableTest : public ::testing::Test {
   ~ColorTableTest() override { PutDefaults(); }
 
   bool Load(const Bytes& bytes) {
-    std::string path = folder_.File("palette.bmp");
+    std::string path = folder_.Path("palette.bmp");
     WriteFile(path, bytes);
     return LoadColors(path.c_str());
   }
@@ -136,7 +136,7 @@ TEST_F(ColorTableTest, WritingOutsideTheTableChangesNothing) {
 }
 
 TEST_F(ColorTableTest, MissingFileLeavesTheDefaults) {
-  EXPECT_FALSE(LoadColors(folder_.File("nothing.bmp").c_str()));
+  EXPECT_FALSE(LoadColors(folder_.Path("nothing.bmp").c_str()));
   ExpectDefaults();
   EXPECT_EQ(ColorOf(0), (Color{225, 255, 255}));
   EXPECT_EQ(ColorOf(15), (Color{255, 0, 0}));

@@ -150,9 +150,7 @@ Drawings DrawingsOf(Cut* cut) {
       drawings.cells.emplace_back(cell->bits, cell->bits + (cell->bits == nullptr ? 0 : cell->ByteCount()));
     }
   }
-  if (cut->undoCell != nullptr) {
-    drawings.undo.assign(cut->undoPixels, cut->undoPixels + cut->undoCell->ByteCount());
-  }
+  if (cut->undoCell != nullptr) drawings.undo.assign(cut->undoPixels, cut->undoPixels + cut->undoCell->ByteCount());
   return drawings;
 }
 

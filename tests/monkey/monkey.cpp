@@ -770,9 +770,7 @@ void Monkey::PlanGesture() {
       break;
     case 9:
       // A pan.
-      for (int32_t moves = Number(2, 5); moves > 0; --moves) {
-        plan.push_back(Mouse("move", PlaceOn(cut), " ctrl shift"));
-      }
+      for (int32_t moves = Number(2, 5); moves > 0; --moves) plan.push_back(Mouse("move", PlaceOn(cut), " ctrl shift"));
       break;
     default:
       for (int32_t count = Number(1, 8); count > 0; --count) {

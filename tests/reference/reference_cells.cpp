@@ -15,34 +15,24 @@ void Put16(Bytes* out, int value) {
 }
 
 void Put32(Bytes* out, std::uint32_t value) {
-  for (int i = 0; i < 4; i++) {
-    Put8(out, static_cast<int>((value >> (8 * i)) & 0xFF));
-  }
+  for (int i = 0; i < 4; i++) Put8(out, static_cast<int>((value >> (8 * i)) & 0xFF));
 }
 
 void PutText(Bytes* out, const std::string& text) {
-  for (char c : text) {
-    Put8(out, static_cast<unsigned char>(c));
-  }
+  for (char c : text) Put8(out, static_cast<unsigned char>(c));
   Put8(out, 0);
 }
 
 void Patch16(Bytes* out, std::size_t at, int value) {
-  for (std::size_t i = 0; i < 2; i++) {
-    (*out)[at + i] = static_cast<std::uint8_t>((value >> (8 * i)) & 0xFF);
-  }
+  for (std::size_t i = 0; i < 2; i++) (*out)[at + i] = static_cast<std::uint8_t>((value >> (8 * i)) & 0xFF);
 }
 
 void Patch32(Bytes* out, std::size_t at, std::uint32_t value) {
-  for (std::size_t i = 0; i < 4; i++) {
-    (*out)[at + i] = static_cast<std::uint8_t>((value >> (8 * i)) & 0xFF);
-  }
+  for (std::size_t i = 0; i < 4; i++) (*out)[at + i] = static_cast<std::uint8_t>((value >> (8 * i)) & 0xFF);
 }
 
 int Reader::GetC() {
-  if (position >= data->size()) {
-    return -1;
-  }
+  if (position >= data->size()) return -1;
   int value = (*data)[position];
   position = position + 1;
   return value;
@@ -79,9 +69,7 @@ std::string Reader::Text() {
   std::string text;
   while (text.size() < 256) {
     int c = GetC();
-    if (c <= 0) {
-      return text;
-    }
+    if (c <= 0) return text;
     text.push_back(static_cast<char>(c));
   }
   text.pop_back();
@@ -105,9 +93,7 @@ Cell::Cell(int cellWidth, int cellHeight, std::uint8_t fill) {
 
 std::uint8_t Cell::Get(int x, int y) const {
   std::uint8_t both = bits[static_cast<std::size_t>(y * pitch + x / 2)];
-  if (x % 2 == 0) {
-    return static_cast<std::uint8_t>(both >> 4);
-  }
+  if (x % 2 == 0) return static_cast<std::uint8_t>(both >> 4);
   return static_cast<std::uint8_t>(both & 15);
 }
 
@@ -146,9 +132,7 @@ std::uint32_t ReadGroup(const Cell& cell, int x, int y) {
   for (int i = 0; i < 4; i++) {
     long at = start + i;
     std::uint32_t byte = 0;
-    if (at >= 0 && at < static_cast<long>(cell.bits.size())) {
-      byte = cell.bits[static_cast<std::size_t>(at)];
-    }
+    if (at >= 0 && at < static_cast<long>(cell.bits.size())) byte = cell.bits[static_cast<std::size_t>(at)];
     value = value | (byte << (8 * i));
   }
   return value;
@@ -168,9 +152,7 @@ int CodeOf(const Bytes& codes, int k) {
 bool Matches(const Cell& cell, int x, int y, int code) {
   int fromX = x + kOffsets[code].dx;
   int fromY = y + kOffsets[code].dy;
-  if (fromX < 0 || fromY < 0) {
-    return false;
-  }
+  if (fromX < 0 || fromY < 0) return false;
   // All 32 bits, though a literal stores only 16: the following group has to
   // agree as well.
   return ReadGroup(cell, fromX, fromY) == ReadGroup(cell, x, y);
@@ -178,13 +160,9 @@ bool Matches(const Cell& cell, int x, int y, int code) {
 
 int ChooseCode(const Cell& cell, int x, int y, int above) {
   static const int order[15] = {1, 4, 5, 6, 7, 9, 10, 2, 8, 11, 12, 13, 14, 3, 15};
-  if (above != 0 && Matches(cell, x, y, above)) {
-    return above;
-  }
+  if (above != 0 && Matches(cell, x, y, above)) return above;
   for (int code : order) {
-    if (Matches(cell, x, y, code)) {
-      return code;
-    }
+    if (Matches(cell, x, y, code)) return code;
   }
   return 0;
 }
@@ -200,9 +178,7 @@ void PutCell(Bytes* out, const Cell& cell, int width, int height) {
     for (int k = 0; k < sizes.groups; k++) {
       int x = 4 * k;
       int code = ChooseCode(cell, x, y, CodeOf(previous, k));
-      if (code == 0) {
-        Put16(&literals, static_cast<int>(ReadGroup(cell, x, y) & 0xFFFF));
-      }
+      if (code == 0) Put16(&literals, static_cast<int>(ReadGroup(cell, x, y) & 0xFFFF));
       std::uint8_t& byte = current[static_cast<std::size_t>(k / 2)];
       if (k % 2 == 0) {
         byte = static_cast<std::uint8_t>(code);
@@ -232,15 +208,11 @@ bool GetCell(Reader* in, Cell* cell) {
   std::uint32_t codeLength = in->U32();
   std::uint32_t literalLength = in->U32();
   Bytes map;
-  for (int i = 0; i < sizes.mapBytes * cell->height; i++) {
-    map.push_back(static_cast<std::uint8_t>(in->U8()));
-  }
+  for (int i = 0; i < sizes.mapBytes * cell->height; i++) map.push_back(static_cast<std::uint8_t>(in->U8()));
   Bytes stored;
   for (std::uint32_t i = 0; i < codeLength; i++) {
     int c = in->GetC();
-    if (c < 0) {
-      break;
-    }
+    if (c < 0) break;
     stored.push_back(static_cast<std::uint8_t>(c));
   }
   std::size_t literalStart = in->position;
@@ -279,9 +251,7 @@ Bytes WriteLayerBlock(const LayerData& layer) {
   Put16(&out, layer.height);
   Put8(&out, static_cast<int>(layer.followFrame & 0xFF));
   Put16(&out, static_cast<int>(layer.cells.size()));
-  for (const Cell& cell : layer.cells) {
-    PutCell(&out, cell, layer.width, layer.height);
-  }
+  for (const Cell& cell : layer.cells) PutCell(&out, cell, layer.width, layer.height);
   return out;
 }
 
@@ -294,9 +264,7 @@ bool ReadLayerBlock(Reader* in, LayerData* layer) {
   int count = in->U16();
   for (int i = 0; i < count; i++) {
     layer->cells.emplace_back(layer->width, layer->height);
-    if (!GetCell(in, &layer->cells.back())) {
-      return false;
-    }
+    if (!GetCell(in, &layer->cells.back())) return false;
   }
   return true;
 }

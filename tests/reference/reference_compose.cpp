@@ -10,9 +10,7 @@ bool IsEmpty(const Box& box) {
 }
 
 void AddBox(Box* target, const Box& box) {
-  if (IsEmpty(box)) {
-    return;
-  }
+  if (IsEmpty(box)) return;
   if (IsEmpty(*target)) {
     *target = box;
     return;
@@ -41,9 +39,7 @@ void Canvas::Set(int x, int y, std::uint8_t value) {
 void Canvas::Clear(const Box& area) {
   for (int y = 0; y < height; y++) {
     for (int x = 0; x < width; x++) {
-      if (x >= area.x && x < area.x + area.width && y >= area.y && y < area.y + area.height) {
-        Set(x, y, 0);
-      }
+      if (x >= area.x && x < area.x + area.width && y >= area.y && y < area.y + area.height) Set(x, y, 0);
     }
   }
 }
@@ -61,12 +57,8 @@ int AdjustTone(int value, int delta) {
     return 0;
   }
   tone = tone + delta;
-  if (tone < 0) {
-    tone = 0;
-  }
-  if (tone > 3) {
-    tone = 3;
-  }
+  if (tone < 0) tone = 0;
+  if (tone > 3) tone = 3;
   return tone + 1;
 }
 
@@ -82,12 +74,8 @@ struct Block {
 };
 
 bool Clip(Block* b, const Canvas& target, const Cell& source) {
-  if (b->sx + b->width > source.width) {
-    b->width = source.width - b->sx;
-  }
-  if (b->sy + b->height > source.height) {
-    b->height = source.height - b->sy;
-  }
+  if (b->sx + b->width > source.width) b->width = source.width - b->sx;
+  if (b->sy + b->height > source.height) b->height = source.height - b->sy;
   if (b->sx < 0) {
     b->dx = b->dx - b->sx;
     b->width = b->width + b->sx;
@@ -108,33 +96,21 @@ bool Clip(Block* b, const Canvas& target, const Cell& source) {
     b->height = b->height + b->dy;
     b->dy = 0;
   }
-  if (b->dx + b->width > target.width) {
-    b->width = target.width - b->dx;
-  }
-  if (b->dy + b->height > target.height) {
-    b->height = target.height - b->dy;
-  }
+  if (b->dx + b->width > target.width) b->width = target.width - b->dx;
+  if (b->dy + b->height > target.height) b->height = target.height - b->dy;
   return b->width >= 1 && b->height >= 1;
 }
 
 // The value that a source pixel writes over a destination pixel, or -1 for
 // none.
 int KeyedValue(int s, int destination, bool pale) {
-  if (s == 0) {
-    return -1;
-  }
+  if (s == 0) return -1;
   if (pale) {
     // Only lines and darks of a pale layer are drawn; its white hides
     // nothing below.
-    if (s == 1 || s == 8) {
-      return 16;
-    }
-    if (s == 2 || s == 9) {
-      return 17;
-    }
-    if (s == 3 || s == 10) {
-      return 18;
-    }
+    if (s == 1 || s == 8) return 16;
+    if (s == 2 || s == 9) return 17;
+    if (s == 3 || s == 10) return 18;
     return -1;
   }
   if (s >= 11 && s <= 14) {
@@ -160,9 +136,7 @@ int KeyedValue(int s, int destination, bool pale) {
 bool Composite(Canvas* target, int dx, int dy, const Cell& source, int sx, int sy, int width, int height, bool pale,
                Box* outBox) {
   Block b{dx, dy, sx, sy, width, height};
-  if (!Clip(&b, *target, source)) {
-    return false;
-  }
+  if (!Clip(&b, *target, source)) return false;
   bool ink = false;
   int left = 0;
   int top = 0;
@@ -173,9 +147,7 @@ bool Composite(Canvas* target, int dx, int dy, const Cell& source, int sx, int s
       int x = b.sx + i;
       int y = b.sy + j;
       int s = source.Get(x, y);
-      if (s == 0) {
-        continue;
-      }
+      if (s == 0) continue;
       if (!ink) {
         ink = true;
         left = x;
@@ -186,22 +158,16 @@ bool Composite(Canvas* target, int dx, int dy, const Cell& source, int sx, int s
       right = std::max(right, x + 1);
       bottom = y + 1;
       int value = KeyedValue(s, target->Get(b.dx + i, b.dy + j), pale);
-      if (value >= 0) {
-        target->Set(b.dx + i, b.dy + j, static_cast<std::uint8_t>(value));
-      }
+      if (value >= 0) target->Set(b.dx + i, b.dy + j, static_cast<std::uint8_t>(value));
     }
   }
-  if (outBox != nullptr) {
-    *outBox = ink ? Box{left, top, right - left, bottom - top} : Box{};
-  }
+  if (outBox != nullptr) *outBox = ink ? Box{left, top, right - left, bottom - top} : Box{};
   return true;
 }
 
 void Overlay(Canvas* target, int dx, int dy, const Cell& source, int sx, int sy, int width, int height, int variant) {
   Block b{dx, dy, sx, sy, width, height};
-  if (!Clip(&b, *target, source)) {
-    return;
-  }
+  if (!Clip(&b, *target, source)) return;
   int base = variant == 0 ? 19 : 22;
   for (int i = 0; i < b.width; i++) {
     for (int j = 0; j < b.height; j++) {
@@ -214,9 +180,7 @@ void Overlay(Canvas* target, int dx, int dy, const Cell& source, int sx, int sy,
       } else if (s == 3 || s == 10) {
         ghost = base + 2;
       }
-      if (ghost >= 0) {
-        target->Set(b.dx + i, b.dy + j, static_cast<std::uint8_t>(ghost));
-      }
+      if (ghost >= 0) target->Set(b.dx + i, b.dy + j, static_cast<std::uint8_t>(ghost));
     }
   }
 }
@@ -251,9 +215,7 @@ void SetEntry(std::vector<Box>* boxes, int entry, const Box& box) {
 }
 
 Box* EntryOf(std::vector<Box>* boxes, int entry) {
-  if (boxes == nullptr || entry < 0 || entry >= static_cast<int>(boxes->size())) {
-    return nullptr;
-  }
+  if (boxes == nullptr || entry < 0 || entry >= static_cast<int>(boxes->size())) return nullptr;
   return &(*boxes)[static_cast<std::size_t>(entry)];
 }
 
@@ -282,9 +244,7 @@ void ComposeFrame(Canvas* target, const CutData& cut, const FrameData& frame, co
 
   if ((flags & kDimOthers) != 0) {
     for (int i = 0; i < count; i++) {
-      if (i == current) {
-        continue;
-      }
+      if (i == current) continue;
       const Cell* cell = VisibleCell(cut, frame, i, &px, &py);
       if (cell == nullptr) {
         SetEntry(inkBoxes, i, Box{});
@@ -311,9 +271,7 @@ void ComposeFrame(Canvas* target, const CutData& cut, const FrameData& frame, co
       SetEntry(inkBoxes, i, Box{});
       continue;
     }
-    if (i == current) {
-      DrawGhosts(target, cut, frame, i, area, flags);
-    }
+    if (i == current) DrawGhosts(target, cut, frame, i, area, flags);
     Composite(target, area.x, area.y, *cell, area.x - px, area.y - py, area.width, area.height, false,
               EntryOf(inkBoxes, i));
   }

@@ -51,9 +51,7 @@ Bytes WriteLayerFile(const LayerData& layer) {
 bool ReadCut(const Bytes& file, CutData* cut) {
   Reader in;
   in.data = &file;
-  if (in.Text() != "Sorvelin Cut") {
-    return false;
-  }
+  if (in.Text() != "Sorvelin Cut") return false;
   *cut = CutData();
   cut->width = in.U16();
   cut->height = in.U16();
@@ -105,12 +103,8 @@ bool ReadCut(const Bytes& file, CutData* cut) {
 // ---- frames --------------------------------------------------------------
 
 int ScaleOf(const CutData& cut) {
-  if (cut.antialias == 1) {
-    return 2;
-  }
-  if (cut.antialias == 2) {
-    return 4;
-  }
+  if (cut.antialias == 1) return 2;
+  if (cut.antialias == 2) return 4;
   return 1;
 }
 
@@ -122,45 +116,31 @@ int DecodedBrightness(const FrameData& frame) {
 // frames between take theirs out of it, and at least 1 is left.
 int EffectiveTime(const CutData& cut, int frameIndex) {
   int count = static_cast<int>(cut.frames.size());
-  if (frameIndex < 0 || frameIndex >= count) {
-    return 0;
-  }
+  if (frameIndex < 0 || frameIndex >= count) return 0;
   const FrameData& frame = cut.frames[static_cast<std::size_t>(frameIndex)];
-  if (frame.brightness >= 0) {
-    return frame.time;
-  }
+  if (frame.brightness >= 0) return frame.time;
   int rest = std::abs(frame.time);
   for (int i = frameIndex + 1; i < count; i++) {
     const FrameData& next = cut.frames[static_cast<std::size_t>(i)];
-    if (next.brightness < 0) {
-      break;
-    }
+    if (next.brightness < 0) break;
     rest = rest - std::abs(next.time);
   }
-  if (rest < 1) {
-    rest = 1;
-  }
+  if (rest < 1) rest = 1;
   return frame.time < 0 ? -rest : rest;
 }
 
 bool SameAs(const FrameData& one, const FrameData& other) {
-  if (one.records.size() != other.records.size() || one.x != other.x || one.y != other.y) {
-    return false;
-  }
+  if (one.records.size() != other.records.size() || one.x != other.x || one.y != other.y) return false;
   for (std::size_t i = 0; i < one.records.size(); i++) {
     const RecordData& a = one.records[i];
     const RecordData& b = other.records[i];
-    if (a.layer != b.layer || a.cell != b.cell || a.x != b.x || a.y != b.y) {
-      return false;
-    }
+    if (a.layer != b.layer || a.cell != b.cell || a.x != b.x || a.y != b.y) return false;
   }
   return true;
 }
 
 void SelectRecord(FrameData* frame, int record) {
-  if (record >= 0 && record < static_cast<int>(frame->records.size())) {
-    frame->currentRecord = record;
-  }
+  if (record >= 0 && record < static_cast<int>(frame->records.size())) frame->currentRecord = record;
 }
 
 void RecordPosition(const CutData& cut, const FrameData& frame, int record, int* x, int* y) {
@@ -174,17 +154,11 @@ void RecordPosition(const CutData& cut, const FrameData& frame, int record, int*
 }
 
 const Cell* VisibleCell(const CutData& cut, const FrameData& frame, int record, int* x, int* y) {
-  if (record < 0 || record >= static_cast<int>(frame.records.size())) {
-    return nullptr;
-  }
+  if (record < 0 || record >= static_cast<int>(frame.records.size())) return nullptr;
   const RecordData& r = frame.records[static_cast<std::size_t>(record)];
-  if (r.cell < 0) {
-    return nullptr;
-  }
+  if (r.cell < 0) return nullptr;
   const LayerData& layer = cut.layers[static_cast<std::size_t>(r.layer)];
-  if (r.cell >= static_cast<int>(layer.cells.size())) {
-    return nullptr;
-  }
+  if (r.cell >= static_cast<int>(layer.cells.size())) return nullptr;
   RecordPosition(cut, frame, record, x, y);
   return &layer.cells[static_cast<std::size_t>(r.cell)];
 }

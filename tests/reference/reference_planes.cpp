@@ -12,32 +12,24 @@ namespace {
 // the memory altogether.
 long AddressOf(const Planes& planes, int x, int y) {
   long at = static_cast<long>(y) * planes.pitch + x;
-  if (at < 0 || at >= static_cast<long>(planes.memory.size())) {
-    return -1;
-  }
+  if (at < 0 || at >= static_cast<long>(planes.memory.size())) return -1;
   return at;
 }
 
 }  // namespace
 
 bool Planes::Create(int newWidth, int newHeight) {
-  if (!memory.empty() && newWidth == width && newHeight == height) {
-    return true;
-  }
+  if (!memory.empty() && newWidth == width && newHeight == height) return true;
   memory.clear();
   saved.clear();
-  if (newWidth == 0 || newHeight == 0) {
-    return false;
-  }
+  if (newWidth == 0 || newHeight == 0) return false;
   width = newWidth;
   height = newHeight;
   pitch = (width + 3) / 4 * 4;
   memory.assign(static_cast<std::size_t>(pitch) * static_cast<std::size_t>(height) + 16, 0);
   saved.assign(static_cast<std::size_t>(pitch) * static_cast<std::size_t>(height), 0);
   static const int ramp[13] = {0, 22, 43, 64, 85, 107, 128, 149, 170, 192, 213, 234, 255};
-  for (std::size_t i = 0; i < 13; i++) {
-    baseColors[i] = Color{ramp[i], ramp[i], ramp[i]};
-  }
+  for (std::size_t i = 0; i < 13; i++) baseColors[i] = Color{ramp[i], ramp[i], ramp[i]};
   return true;
 }
 
@@ -58,9 +50,7 @@ int Planes::GetBack(int x, int y) const {
 
 void Planes::SetFront(int x, int y, int value) {
   long at = AddressOf(*this, x, y);
-  if (at < 0) {
-    return;
-  }
+  if (at < 0) return;
   std::uint8_t& byte = memory[static_cast<std::size_t>(at)];
   if (frontIsHigh != 0) {
     byte = static_cast<std::uint8_t>((byte & 0x0F) | ((value << 4) & 0xF0));
@@ -78,27 +68,19 @@ std::array<int, 4> Planes::GetBack4(int x, int y) const {
 }
 
 void Planes::SetFront4(int x, int y, const std::array<int, 4>& values) {
-  for (int k = 0; k < 4; k++) {
-    SetFront(x + k, y, values[static_cast<std::size_t>(k)]);
-  }
+  for (int k = 0; k < 4; k++) SetFront(x + k, y, values[static_cast<std::size_t>(k)]);
 }
 
 void Planes::FillBits(int value) {
-  for (std::size_t i = 0; i < saved.size(); i++) {
-    memory[i] = static_cast<std::uint8_t>(value & 0xFF);
-  }
+  for (std::size_t i = 0; i < saved.size(); i++) memory[i] = static_cast<std::uint8_t>(value & 0xFF);
 }
 
 void Planes::SaveBits() {
-  for (std::size_t i = 0; i < saved.size(); i++) {
-    saved[i] = memory[i];
-  }
+  for (std::size_t i = 0; i < saved.size(); i++) saved[i] = memory[i];
 }
 
 void Planes::RestoreBits() {
-  for (std::size_t i = 0; i < saved.size(); i++) {
-    memory[i] = saved[i];
-  }
+  for (std::size_t i = 0; i < saved.size(); i++) memory[i] = saved[i];
 }
 
 // Colours go with the nibble and not with front or back: a flip leaves every
@@ -117,29 +99,21 @@ void Planes::SetMixColor(int front, int back, const Color& color) {
 }
 
 void Planes::SetLevels(int count) {
-  if (count < 2) {
-    count = 2;
-  }
-  if (count > 16) {
-    count = 16;
-  }
+  if (count < 2) count = 2;
+  if (count > 16) count = 16;
   int n = count - 1;
   int value = 0;
   for (int i = 0; i < count; i++) {
     baseColors[static_cast<std::size_t>(i)] = Color{value, value, value};
     value = value + 255 / n;
-    if (i < 255 % n) {
-      value = value + 1;
-    }
+    if (i < 255 % n) value = value + 1;
   }
 }
 
 namespace {
 
 int Brighten(int c, int d, int value) {
-  if (d == 0) {
-    return c;
-  }
+  if (d == 0) return c;
   if (d > 0) {
     int lift = 255 * d / 50;
     return ((255 - lift) * c / 255 + lift) & 0xFF;
@@ -177,9 +151,7 @@ void Planes::MixPlanes(int a, int b) {
 void Planes::CopyBackToFront(const Box& area) {
   for (int y = area.y; y < area.y + area.height; y++) {
     for (int x = area.x; x < area.x + area.width; x++) {
-      if (x >= 0 && x < width && y >= 0 && y < height) {
-        SetFront(x, y, GetBack(x, y));
-      }
+      if (x >= 0 && x < width && y >= 0 && y < height) SetFront(x, y, GetBack(x, y));
     }
   }
 }
@@ -207,12 +179,8 @@ void Planes::CopyAround(const Box& inner, const Box& other) {
 namespace {
 
 int ToneOf(int role) {
-  if (role >= 1 && role <= 3) {
-    return role - 1;
-  }
-  if (role >= 8 && role <= 10) {
-    return role - 8;
-  }
+  if (role >= 1 && role <= 3) return role - 1;
+  if (role >= 8 && role <= 10) return role - 8;
   return 3;
 }
 
@@ -246,13 +214,9 @@ void Planes::ReduceFrom(const Canvas& composition, Box* outBox, int scale, const
     for (int dx = target.x; dx < target.x + target.width; dx++) {
       int value = 0;
       for (int j = 0; j < scale; j++) {
-        for (int i = 0; i < scale; i++) {
-          value = value + ToneOf(composition.Get(dx * scale + i, dy * scale + j));
-        }
+        for (int i = 0; i < scale; i++) value = value + ToneOf(composition.Get(dx * scale + i, dy * scale + j));
       }
-      if (scale == 4) {
-        value = Dithered(value, dx, dy);
-      }
+      if (scale == 4) value = Dithered(value, dx, dy);
       if (GetBack(dx, dy) != value) {
         if (!changed) {
           changed = true;
@@ -267,27 +231,21 @@ void Planes::ReduceFrom(const Canvas& composition, Box* outBox, int scale, const
       SetFront(dx, dy, value);
     }
   }
-  if (outBox == nullptr) {
-    return;
-  }
+  if (outBox == nullptr) return;
   // Changes in column 0 alone, or in row 0 alone, look like no change here,
   // since the maximum starts at 0. Streams depend on it.
   if (maxX == 0 || maxY == 0) {
     *outBox = Box{};
     return;
   }
-  if (minX % 2 != 0) {
-    minX = minX - 1;
-  }
+  if (minX % 2 != 0) minX = minX - 1;
   *outBox = Box{minX, minY, maxX - minX + 1, maxY - minY + 1};
 }
 
 Bytes Planes::FrontPicture() const {
   Bytes picture;
   for (int y = 0; y < height; y++) {
-    for (int x = 0; x < width; x++) {
-      picture.push_back(static_cast<std::uint8_t>(GetFront(x, y)));
-    }
+    for (int x = 0; x < width; x++) picture.push_back(static_cast<std::uint8_t>(GetFront(x, y)));
   }
   return picture;
 }

@@ -33,9 +33,7 @@ bool Decoder::OpenStream(const Bytes& stream) {
     int pictureHeight = in.I16();
     planes.Create(pictureWidth, pictureHeight);
     cutCount = in.I16();
-    for (int i = 0; i < cutCount; i++) {
-      cutOffsets.push_back(in.U32());
-    }
+    for (int i = 0; i < cutCount; i++) cutOffsets.push_back(in.U32());
     firstCutOffset = in.position;
   } else {
     return false;
@@ -72,18 +70,14 @@ Head ReadHead(Reader* in, int frameCounter) {
   head.box.width = in->I16();
   head.box.height = in->I16();
   // There is no dissolve into the first frame of a cut.
-  if (frameCounter == 0) {
-    head.time = std::abs(head.time);
-  }
+  if (frameCounter == 0) head.time = std::abs(head.time);
   return head;
 }
 
 }  // namespace
 
 int Decoder::DecodeNextFrame() {
-  if (in.data == nullptr) {
-    return 0;
-  }
+  if (in.data == nullptr) return 0;
   if (in.position == streamEnd) {
     in.position = firstCutOffset;
     cutIndex = 0;
@@ -163,9 +157,7 @@ int Decoder::DecodeNextFrame() {
     int y = currentBox.y + row;
     in.position = mapPosition + static_cast<std::size_t>(row * mapRowBytes);
     Bytes rowMap;
-    for (int i = 0; i < mapRowBytes; i++) {
-      rowMap.push_back(static_cast<std::uint8_t>(in.U8()));
-    }
+    for (int i = 0; i < mapRowBytes; i++) rowMap.push_back(static_cast<std::uint8_t>(in.U8()));
     in.position = codePosition;
     for (int i = 0; i < rowBytes; i++) {
       if ((rowMap[static_cast<std::size_t>(i / 8)] >> (i % 8)) % 2 == 1) {
@@ -233,24 +225,18 @@ struct Player {
   void DissolveStep(int n) {
     decoder.planes.MixPlanes(ticks, n);
     std::array<int, 4> target = Target();
-    for (std::size_t i = 0; i < 4; i++) {
-      viewport[i] = (fromViewport[i] * ticks + target[i] * (n - ticks)) / n;
-    }
+    for (std::size_t i = 0; i < 4; i++) viewport[i] = (fromViewport[i] * ticks + target[i] * (n - ticks)) / n;
     Centre();
   }
 
   void DecodeAhead() {
     nextTime = decoder.DecodeNextFrame();
-    if (nextTime < 0) {
-      fromViewport = viewport;
-    }
+    if (nextTime < 0) fromViewport = viewport;
   }
 
   void Black(int left, int top, int right, int bottom) {
     for (int y = top; y < bottom; y++) {
-      for (int x = left; x < right; x++) {
-        SetClient(x, y, 0);
-      }
+      for (int x = left; x < right; x++) SetClient(x, y, 0);
     }
   }
 
@@ -308,17 +294,13 @@ struct Player {
     }
     // A new rate counts from the tick on which the first frame with it
     // comes on the screen, not from its decoding.
-    if (timerFps == 0 || (ticks == 0 && decoder.fps != timerFps)) {
-      SetTimer();
-    }
+    if (timerFps == 0 || (ticks == 0 && decoder.fps != timerFps)) SetTimer();
     if (ticks != 0) {
       if (ticks < 0) {
         DissolveStep(nextTime - 1);
         Paint();
       }
-      if (ticks == 1 || ticks == -1) {
-        DecodeAhead();
-      }
+      if (ticks == 1 || ticks == -1) DecodeAhead();
       return;
     }
     viewport = Target();
@@ -330,9 +312,7 @@ struct Player {
       decoder.planes.MixPlanes(0, 1);
     }
     Paint();
-    if (ticks == 1 || ticks == -1) {
-      DecodeAhead();
-    }
+    if (ticks == 1 || ticks == -1) DecodeAhead();
     if (ticks == 0) {
       StopTimer();
       ticks = 1;
@@ -351,9 +331,7 @@ struct Player {
     tick.viewport = viewport;
     tick.outputWidth = decoder.outputWidth;
     tick.outputHeight = decoder.outputHeight;
-    if (painted) {
-      tick.picture = client;
-    }
+    if (painted) tick.picture = client;
     painted = false;
     return tick;
   }
@@ -364,9 +342,7 @@ struct Player {
 std::vector<Tick> Play(const Bytes& stream, int ticks) {
   std::vector<Tick> result;
   Player player;
-  if (ticks < 1 || !player.decoder.OpenStream(stream)) {
-    return result;
-  }
+  if (ticks < 1 || !player.decoder.OpenStream(stream)) return result;
   Decoder& decoder = player.decoder;
   if (decoder.outputWidth > 0 && decoder.outputHeight > 0) {
     player.client.assign(static_cast<std::size_t>(decoder.outputWidth) * static_cast<std::size_t>(decoder.outputHeight),
@@ -385,9 +361,7 @@ std::vector<Tick> Play(const Bytes& stream, int ticks) {
   for (int i = 0; i < ticks; i++) {
     player.TimerTick();
     result.push_back(player.Report(i));
-    if (player.stopped) {
-      break;
-    }
+    if (player.stopped) break;
   }
   return result;
 }

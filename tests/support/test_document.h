@@ -4,14 +4,11 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <filesystem>
-#include <initializer_list>
-#include <random>
 #include <string>
 #include <string_view>
-#include <system_error>
 
 #include "document/cut.h"
+#include "support/test_bytes.h"
 
 namespace sorvel::testdoc {
 
@@ -62,49 +59,21 @@ inline std::string Stacking(Frame* frame) {
   return letters;
 }
 
+// The same, with the current record in brackets.
+inline std::string Stack(Frame* frame) {
+  std::string letters = Stacking(frame);
+  if (frame->currentRecord < 0) return letters;
+  const size_t current = static_cast<size_t>(frame->currentRecord);
+  return letters.insert(current + 1, "]").insert(current, "[");
+}
+
 inline int32_t CellNumber(Frame* frame, int32_t index) {
   FrameRecord* record = frame->records.At(index);
   return record != nullptr ? record->cell : -1000;
 }
 
-// A folder of its own for one test, gone with all its files afterwards.
-class TemporaryFolder {
- public:
-  TemporaryFolder() {
-    std::error_code error;
-    std::random_device random;
-    std::filesystem::path base = std::filesystem::temp_directory_path(error);
-    do {
-      folder_ = base / ("sorvel_test_" + std::to_string(random()));
-    } while (!std::filesystem::create_directory(folder_, error) && !error);
-  }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-  ~TemporaryFolder() {
-    std::error_code error;
-    std::filesystem::remove_all(folder_, error);
-  }
-
-  std::string Path(std::string_view name) const { return (folder_ / name).string(); }
-
- private:
-  std::filesystem::path folder_;
-};
-
-inline void WriteFile(const std::string& path, std::string_view bytes) {
-  FILE* file = std::fopen(path.c_str(), "wb");
-  ASSERT_NE(file, nullptr);
-  EXPECT_EQ(std::fwrite(bytes.data(), 1, bytes.size(), file), bytes.size());
-  std::fclose(file);
-}
-
-inline std::string ReadFile(const std::string& path) {
-  std::string bytes;
-  FILE* file = std::fopen(path.c_str(), "rb");
-  if (file == nullptr) return "(no file)";
-  for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file)) bytes += static_cast<char>(c);
-  std::fclose(file);
-  return bytes;
-}
+using testbytes::ReadFile;
+using testbytes::TemporaryFolder;
+using testbytes::WriteFile;
 
 }  // namespace sorvel::testdoc

@@ -2,18 +2,16 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
-#include <filesystem>
 #include <memory>
 #include <random>
 #include <string>
-#include <system_error>
 #include <vector>
 
 #include "foundation/byte_stream.h"
 #include "imaging/indexed_image.h"
 #include "imaging/packed_image.h"
 #include "imaging/rect.h"
+#include "support/test_bytes.h"
 
 namespace sorvel {
 
@@ -23,7 +21,7 @@ static inline void PrintTo(const Rect& rect, std::ostream* out) {
 
 namespace testimages {
 
-using Bytes = std::vector<uint8_t>;
+using namespace testbytes;
 
 // The same sequence on every platform.
 class Random {
@@ -223,21 +221,6 @@ inline int32_t PlainGrey(CellImage& composition, int32_t dx, int32_t dy, int32_t
   return sum / 4 + dither[sum % 4][(dy & 1) * 2 + (dx & 1)];
 }
 
-// Bytes to be read through a stream; they fill their memory to the last one, so that a read behind them is caught.
-class InputBytes {
- public:
-  explicit InputBytes(const Bytes& content) : bytes_(new uint8_t[content.size()]) {
-    std::copy(content.begin(), content.end(), bytes_.get());
-    stream.buffer = bytes_.get();
-    stream.size = static_cast<int32_t>(content.size());
-  }
-
-  BufferStream stream;
-
- private:
-  std::unique_ptr<uint8_t[]> bytes_;
-};
-
 class OutputBytes {
  public:
   explicit OutputBytes(int32_t capacity = 1 << 18) : bytes_(static_cast<size_t>(capacity), 0xA5) {
@@ -252,63 +235,6 @@ class OutputBytes {
  private:
   Bytes bytes_;
 };
-
-inline Bytes& operator+=(Bytes& bytes, const Bytes& more) {
-  bytes.insert(bytes.end(), more.begin(), more.end());
-  return bytes;
-}
-
-inline Bytes operator+(Bytes bytes, const Bytes& more) {
-  return bytes += more;
-}
-
-inline Bytes TextBytes(const std::string& text) {
-  Bytes bytes(text.begin(), text.end());
-  bytes.push_back(0);
-  return bytes;
-}
-
-inline Bytes Head(const Bytes& bytes, size_t count) {
-  return Bytes(bytes.begin(), bytes.begin() + static_cast<ptrdiff_t>(count));
-}
-
-// A folder of the test's own, gone at its end.
-class TemporaryFolder {
- public:
-  TemporaryFolder() {
-    std::random_device device;
-    path_ = std::filesystem::temp_directory_path() / ("sorvel_test_" + std::to_string(device()));
-    std::error_code error;
-    std::filesystem::create_directories(path_, error);
-  }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-  ~TemporaryFolder() {
-    std::error_code error;
-    std::filesystem::remove_all(path_, error);
-  }
-
-  std::string File(const std::string& name) const { return (path_ / name).generic_string(); }
-
- private:
-  std::filesystem::path path_;
-};
-
-inline void WriteFile(const std::string& path, const Bytes& bytes) {
-  FILE* file = std::fopen(path.c_str(), "wb");
-  if (file == nullptr) return;
-  if (!bytes.empty()) std::fwrite(bytes.data(), 1, bytes.size(), file);
-  std::fclose(file);
-}
-
-inline Bytes ReadFile(const std::string& path) {
-  Bytes bytes;
-  FILE* file = std::fopen(path.c_str(), "rb");
-  if (file == nullptr) return bytes;
-  for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file)) bytes.push_back(static_cast<uint8_t>(c));
-  std::fclose(file);
-  return bytes;
-}
 
 }  // namespace testimages
 }  // namespace sorvel

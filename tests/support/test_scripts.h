@@ -9,15 +9,19 @@
 
 namespace sorvel::teststreams {
 
-// The checksum of zip and PNG as eight hexadecimal digits.
-inline std::string ZipChecksum(const Bytes& bytes) {
+// The checksum of zip and PNG, as a number and as eight hexadecimal digits.
+inline uint32_t Crc32(const Bytes& bytes) {
   uint32_t crc = 0xFFFFFFFF;
   for (uint8_t byte : bytes) {
     crc ^= byte;
     for (int i = 0; i < 8; ++i) crc = (crc & 1) != 0 ? crc >> 1 ^ 0xEDB88320 : crc >> 1;
   }
+  return ~crc;
+}
+
+inline std::string ZipChecksum(const Bytes& bytes) {
   char text[9];
-  std::snprintf(text, sizeof text, "%08x", ~crc);
+  std::snprintf(text, sizeof text, "%08x", Crc32(bytes));
   return text;
 }
 

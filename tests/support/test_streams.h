@@ -18,6 +18,7 @@
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "animation/stream_encoder.h"
@@ -26,65 +27,12 @@
 #include "imaging/indexed_image.h"
 #include "imaging/nibble_bitmap.h"
 #include "support/places.h"
+#include "support/test_bytes.h"
 
 namespace sorvel::teststreams {
 
-using Bytes = std::vector<uint8_t>;
-
-// Pairs of hexadecimal digits; blanks and line ends between them don't count.
-inline Bytes Hex(std::string_view text) {
-  Bytes bytes;
-  int digits = 0;
-  int value = 0;
-  for (char c : text) {
-    if (c == ' ' || c == '\n') continue;
-    value = value * 16 + (c <= '9' ? c - '0' : c <= 'F' ? c - 'A' + 10 : c - 'a' + 10);
-    if (++digits == 2) {
-      bytes.push_back(static_cast<uint8_t>(value));
-      digits = 0;
-      value = 0;
-    }
-  }
-  return bytes;
-}
-
-inline Bytes Join(std::initializer_list<Bytes> parts) {
-  Bytes whole;
-  for (const Bytes& part : parts) whole.insert(whole.end(), part.begin(), part.end());
-  return whole;
-}
-
-inline Bytes Le16(int32_t value) {
-  return {static_cast<uint8_t>(value & 255), static_cast<uint8_t>(value >> 8 & 255)};
-}
-
-inline Bytes Le32(uint32_t value) {
-  return {static_cast<uint8_t>(value & 255), static_cast<uint8_t>(value >> 8 & 255),
-          static_cast<uint8_t>(value >> 16 & 255), static_cast<uint8_t>(value >> 24 & 255)};
-}
-
-inline Bytes Text(std::string_view text) {
-  Bytes bytes(text.begin(), text.end());
-  bytes.push_back(0);
-  return bytes;
-}
-
-inline uint32_t U32At(const Bytes& bytes, size_t offset) {
-  return static_cast<uint32_t>(bytes.at(offset) | bytes.at(offset + 1) << 8 | bytes.at(offset + 2) << 16) |
-         static_cast<uint32_t>(bytes.at(offset + 3)) << 24;
-}
-
-inline int32_t I16At(const Bytes& bytes, size_t offset) {
-  return static_cast<int16_t>(bytes.at(offset) | bytes.at(offset + 1) << 8);
-}
-
-inline Bytes Part(const Bytes& bytes, size_t from, size_t count) {
-  return Bytes(bytes.begin() + static_cast<ptrdiff_t>(from), bytes.begin() + static_cast<ptrdiff_t>(from + count));
-}
-
-inline Bytes From(const Bytes& bytes, size_t from) {
-  return Part(bytes, from, bytes.size() - from);
-}
+using namespace testbytes;
+using Input = InputBytes;
 
 struct FrameHead {
   int32_t time = 1;
@@ -165,21 +113,6 @@ inline Bytes Container(int32_t width, int32_t height, int32_t maxWidth, int32_t 
   return Join({{'S', 'V'}, Le32(static_cast<uint32_t>(start + body.size())), middle, table, body});
 }
 
-// Bytes to be read through a stream; they end with their memory, so that a read behind them is caught.
-class Input {
- public:
-  explicit Input(const Bytes& content) : bytes(new uint8_t[content.size()]) {
-    for (size_t i = 0; i < content.size(); ++i) bytes[i] = content[i];
-    stream.buffer = bytes.get();
-    stream.size = static_cast<int32_t>(content.size());
-  }
-
-  BufferStream stream;
-
- private:
-  std::unique_ptr<uint8_t[]> bytes;
-};
-
 // A temporary file that becomes bytes again.
 class Output {
  public:
@@ -189,12 +122,9 @@ class Output {
   ~Output() { stream.Close(); }
 
   Bytes Written() {
-    Bytes bytes;
-    std::fseek(stream.file, 0, SEEK_SET);
-    for (int c = std::fgetc(stream.file); c != EOF; c = std::fgetc(stream.file)) {
-      bytes.push_back(static_cast<uint8_t>(c));
-    }
-    return bytes;
+    std::rewind(stream.file);
+    const std::string bytes = ReadRest(stream.file);
+    return Bytes(bytes.begin(), bytes.end());
   }
 
   FileStream stream;
@@ -248,12 +178,9 @@ inline std::unique_ptr<Cut> MakeCut(int32_t width, int32_t height, const std::ve
 inline Bytes Compile(Cut* cut, int32_t first, int32_t last) {
   Output output;
   NibbleBitmap bitmap;
-  const int32_t scale = OutputScale(cut->Antialias());
-  bitmap.Create(cut->width / scale, cut->height / scale);
   IndexedImage composition;
   composition.Resize(cut->width, cut->height, 0);
-  AnimationEncoder encoder(&output.stream, &bitmap, 1);
-  if (encoder.EncodeCut(cut, &composition, first, last) != 1) return {};
+  if (!CompileFrames(cut, first, last, &output.stream, &bitmap, &composition)) return {};
   EXPECT_EQ(output.stream.Tell(), 6);
   return output.Written();
 }
@@ -278,37 +205,11 @@ inline std::ostream& operator<<(std::ostream& out, const Answer& run) {
   return out << "status " << run.status << "\n" << run.out << run.err;
 }
 
-// A folder of the test's own, gone at its end, in which the program runs.
-class Folder {
+// A folder of the test's own in which the program runs.
+class Folder : public TemporaryFolder {
  public:
-  Folder() {
-    char name[] = "/tmp/sorvel_console_XXXXXX";
-    path = mkdtemp(name) != nullptr ? name : "";
-  }
-  Folder(const Folder&) = delete;
-  Folder& operator=(const Folder&) = delete;
-  ~Folder() {
-    std::error_code error;
-    std::filesystem::remove_all(path, error);
-  }
-
-  std::string Path(const std::string& name) const { return path + "/" + name; }
-
-  void Write(const std::string& name, const Bytes& bytes) const {
-    FILE* file = std::fopen(Path(name).c_str(), "wb");
-    ASSERT_NE(file, nullptr);
-    for (uint8_t byte : bytes) EXPECT_EQ(std::fputc(byte, file), byte);
-    std::fclose(file);
-  }
-
-  Bytes Read(const std::string& name) const {
-    Bytes bytes;
-    FILE* file = std::fopen(Path(name).c_str(), "rb");
-    if (file == nullptr) return bytes;
-    for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file)) bytes.push_back(static_cast<uint8_t>(c));
-    std::fclose(file);
-    return bytes;
-  }
+  void Write(const std::string& name, const Bytes& bytes) const { WriteFile(Path(name), bytes); }
+  Bytes Read(const std::string& name) const { return ReadBytes(Path(name)); }
 
   void MakeFolder(const std::string& name) const { EXPECT_EQ(mkdir(Path(name).c_str(), 0755), 0); }
 
@@ -353,20 +254,12 @@ class Folder {
     }
     Answer run;
     if (WIFEXITED(status)) run.status = WEXITSTATUS(status);
-    run.out = ReadAll(out);
-    run.err = ReadAll(err);
+    for (const auto& [file, text] : {std::pair{out, &run.out}, {err, &run.err}}) {
+      std::rewind(file);
+      *text = ReadRest(file);
+      std::fclose(file);
+    }
     return run;
-  }
-
-  std::string path;
-
- private:
-  static std::string ReadAll(FILE* file) {
-    std::string text;
-    std::rewind(file);
-    for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file)) text += static_cast<char>(c);
-    std::fclose(file);
-    return text;
   }
 };
 

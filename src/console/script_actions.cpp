@@ -4,8 +4,8 @@
 #include "console/script_runner.h"
 #include "console/script_words.h"
 #include "console/state_writer.h"
-#include "cutwindow/commands.h"
 #include "platform/headless/headless.h"
+#include "resources/ids.h"
 
 namespace sorvel::console {
 

@@ -73,15 +73,18 @@ std::string CellOf(const Json& state) {
 
 // Usage and files.
 
-TEST(Run, HelpAnswers) {
+class Run : public testing::Test {
+ protected:
   const Folder folder;
+};
+
+TEST_F(Run, HelpAnswers) {
   const Answer run = folder.Sorvel({"run", "--help"});
   EXPECT_EQ(run.status, 0);
   EXPECT_NE(run.out.find("sorvel run SCRIPT [--settings FILE]"), std::string::npos);
 }
 
-TEST(Run, WrongUsageIsStatusTwo) {
-  const Folder folder;
+TEST_F(Run, WrongUsageIsStatusTwo) {
   folder.Write("a.sorvel", {});
   for (const std::vector<std::string>& words : {std::vector<std::string>{"run"},
                                                 {"run", "a.sorvel", "b.sorvel"},
@@ -93,8 +96,7 @@ TEST(Run, WrongUsageIsStatusTwo) {
   }
 }
 
-TEST(Run, AScriptThatCantBeReadIsStatusOne) {
-  const Folder folder;
+TEST_F(Run, AScriptThatCantBeReadIsStatusOne) {
   folder.MakeFolder("d.sorvel");
   for (const char* name : {"no.sorvel", "d.sorvel"}) {
     const Answer run = folder.Sorvel({"run", name});
@@ -103,16 +105,14 @@ TEST(Run, AScriptThatCantBeReadIsStatusOne) {
   }
 }
 
-TEST(Run, AnEmptyScriptEndsWithoutWritingSettings) {
-  const Folder folder;
+TEST_F(Run, AnEmptyScriptEndsWithoutWritingSettings) {
   const Answer run = RunScript(folder, "");
   EXPECT_EQ(run.status, 0) << run;
   EXPECT_EQ(run.out + run.err, "");
   EXPECT_EQ(folder.List(), "test.sorvel");
 }
 
-TEST(Run, AScriptWithoutExitAsksNothing) {
-  const Folder folder;
+TEST_F(Run, AScriptWithoutExitAsksNothing) {
   const Answer run = RunScript(folder, std::string(kSmallCut) + "mouse ldown 2 2\n");
   EXPECT_EQ(run.status, 0) << run;
   EXPECT_EQ(run.err, "");
@@ -121,19 +121,18 @@ TEST(Run, AScriptWithoutExitAsksNothing) {
   EXPECT_EQ(Settings(folder).find("[setup]"), std::string::npos);
 }
 
-TEST(Run, OutputsThatCantBeWrittenAreNamed) {
+TEST_F(Run, OutputsThatCantBeWrittenAreNamed) {
   for (const char* action : {"state no/s.json", "view no/s.json", "screen no/s.json", "player no/s.json"}) {
     SCOPED_TRACE(action);
-    const Folder folder;
-    const Answer run = RunScript(folder, std::string(kSmallCut) + action + "\nstate reached.json\n");
+    const Folder own;
+    const Answer run = RunScript(own, std::string(kSmallCut) + action + "\nstate reached.json\n");
     EXPECT_EQ(run.status, 1) << run;
     EXPECT_TRUE(run.IsOneLineAbout("no/s.json")) << run;
-    EXPECT_FALSE(folder.Has("reached.json"));
+    EXPECT_FALSE(own.Has("reached.json"));
   }
 }
 
-TEST(Run, APictureForTheClipboardThatCantBeReadIsNamed) {
-  const Folder folder;
+TEST_F(Run, APictureForTheClipboardThatCantBeReadIsNamed) {
   const Answer run = RunScript(folder, "clipboard no.bmp\n");
   EXPECT_EQ(run.status, 1) << run;
   EXPECT_TRUE(run.IsOneLineAbout("no.bmp")) << run;
@@ -141,35 +140,30 @@ TEST(Run, APictureForTheClipboardThatCantBeReadIsNamed) {
 
 // Lines and words.
 
-TEST(Run, CommentsAndBlankLinesCountAsLines) {
+TEST_F(Run, CommentsAndBlankLinesCountAsLines) {
   ExpectRefused("# a comment\n\n   \t\n\r\n", "nonsense", 5);
 }
 
-TEST(Run, LinesMayEndInCarriageReturns) {
-  const Folder folder;
+TEST_F(Run, LinesMayEndInCarriageReturns) {
   EXPECT_EQ(RunScript(folder, "client 20 10\r\nstate s.json\r\n").status, 0);
   EXPECT_TRUE(folder.Has("s.json"));
 }
 
-TEST(Run, TheLastLineNeedsNoEnd) {
-  const Folder folder;
+TEST_F(Run, TheLastLineNeedsNoEnd) {
   EXPECT_EQ(RunScript(folder, "state s.json").status, 0);
   EXPECT_TRUE(folder.Has("s.json"));
 }
 
-TEST(Run, QuotedWordsHoldBlanksAndEscapes) {
-  const Folder folder;
+TEST_F(Run, QuotedWordsHoldBlanksAndEscapes) {
   const Json state = RunForState(folder, std::string(kSmallCut) + "panel 10006 \"a  \\\"b\\\" \\\\ #c\"\n");
   EXPECT_EQ(state["panels"]["10006"], "a  \"b\" \\ #c");
 }
 
-TEST(Run, AnEmptyWordIsWrittenInQuotes) {
-  const Folder folder;
+TEST_F(Run, AnEmptyWordIsWrittenInQuotes) {
   EXPECT_EQ(RunForState(folder, std::string(kSmallCut) + "panel 10005 \"\"\n")["panels"]["10005"], "");
 }
 
-TEST(Run, TextGoesInAsShiftJis) {
-  const Folder folder;
+TEST_F(Run, TextGoesInAsShiftJis) {
   // A frame's comment is cut to 255 bytes; 表 has two in Shift JIS and three in UTF-8.
   std::string comment;
   for (int i = 0; i < 127; ++i) comment += "表";
@@ -177,19 +171,19 @@ TEST(Run, TextGoesInAsShiftJis) {
   EXPECT_EQ(state["cuts"][0]["frames"][0]["comment"], comment);
 }
 
-TEST(Run, LinesThatCantBeTakenApartAreRefused) {
+TEST_F(Run, LinesThatCantBeTakenApartAreRefused) {
   ExpectRefused("", "state \"s.json", 1);
   ExpectRefused("", "state \"s\\x.json\"", 1);
   ExpectRefused("", "state \"s\\", 1);
   ExpectRefused("", "panel 10006 \xFF", 1);
 }
 
-TEST(Run, TextThatShiftJisLacksIsRefused) {
+TEST_F(Run, TextThatShiftJisLacksIsRefused) {
   ExpectRefused(kSmallCut, "panel 10006 \xF0\x9F\x98\x80", 5);
   ExpectRefused("", "open \xF0\x9F\x98\x80.cut", 1);
 }
 
-TEST(Run, UnknownActionsAndWrongWordsAreRefused) {
+TEST_F(Run, UnknownActionsAndWrongWordsAreRefused) {
   for (const char* line : {"draw",
                            "client 640",
                            "client 640 480 1",
@@ -246,7 +240,7 @@ TEST(Run, UnknownActionsAndWrongWordsAreRefused) {
   }
 }
 
-TEST(Run, ActionsWithoutAnObjectAreRefused) {
+TEST_F(Run, ActionsWithoutAnObjectAreRefused) {
   for (const char* line : {"mouse move 1 1", "char a", "close", "scroll h lineup", "focus cut", "view v.bmp",
                            "screen s.bmp", "activate 0", "select 10003 0", "dblclick 10003 0", "save-clipboard c"}) {
     ExpectRefused("", line, 1);
@@ -257,7 +251,7 @@ TEST(Run, ActionsWithoutAnObjectAreRefused) {
   }
 }
 
-TEST(Run, UnknownKeysAreRefused) {
+TEST_F(Run, UnknownKeysAreRefused) {
   for (const char* key : {"F0", "F25", "F04", "FF", "Alt+F4", "Shift+", "Ctrl+Ctrl+N", "Return", "enter", "", "-"}) {
     ExpectRefused("", std::string("key \"") + key + "\"", 1);
   }
@@ -265,7 +259,7 @@ TEST(Run, UnknownKeysAreRefused) {
 
 // Answers.
 
-TEST(Run, DialogsWithoutAnAnswerAreRefused) {
+TEST_F(Run, DialogsWithoutAnAnswerAreRefused) {
   ExpectRefused("", "command 40050", 1);
   ExpectRefused("dialog 107 ok\n", "command 40050", 2);
   ExpectRefused("", "command 40056", 1);
@@ -275,23 +269,21 @@ TEST(Run, DialogsWithoutAnAnswerAreRefused) {
   ExpectRefused(kSmallCut, "exit", 5);
 }
 
-TEST(Run, AnAnswerForAnotherDialogIsRefused) {
+TEST_F(Run, AnAnswerForAnotherDialogIsRefused) {
   ExpectRefused("dialog 106 ok\n", "command 40050", 2);
 }
 
-TEST(Run, AControlThatADialogLacksIsRefused) {
+TEST_F(Run, AControlThatADialogLacksIsRefused) {
   ExpectRefused("dialog 108 1002=4 ok\n", "command 40040", 2);
 }
 
-TEST(Run, AnswersAreQueuedByKind) {
-  const Folder folder;
+TEST_F(Run, AnswersAreQueuedByKind) {
   const Json state = RunForState(folder, std::string("file b.cut\nanswer yes\n") + kSmallCut + "close\n");
   EXPECT_TRUE(state["cuts"].empty());
   EXPECT_TRUE(folder.Has("b.cut"));
 }
 
-TEST(Run, DialogValuesAreSetInTheirOrder) {
-  const Folder folder;
+TEST_F(Run, DialogValuesAreSetInTheirOrder) {
   // The button that inverts sets all the check boxes anew.
   const auto mask = [&](const std::string& values) {
     return RunForState(folder, "dialog 109 " + values + " ok\ncommand 40046\n")["pen"]["maskFlags"].get<int32_t>();
@@ -300,8 +292,7 @@ TEST(Run, DialogValuesAreSetInTheirOrder) {
   EXPECT_EQ(mask("1009=off 1050=click"), 0x7F1F);
 }
 
-TEST(Run, ARadioButtonTurnsTheOthersOff) {
-  const Folder folder;
+TEST_F(Run, ARadioButtonTurnsTheOthersOff) {
   const std::string script =
       "dialog 107 1002=8 1001=8 1056=on 1057=on ok\n"
       "dialog 106 cancel\n"
@@ -309,22 +300,19 @@ TEST(Run, ARadioButtonTurnsTheOthersOff) {
   EXPECT_EQ(RunForState(folder, script)["cuts"][0]["antialias"], 2);
 }
 
-TEST(Run, CancelledDialogsEndTheirCommand) {
-  const Folder folder;
+TEST_F(Run, CancelledDialogsEndTheirCommand) {
   const Json state = RunForState(folder, "dialog 107 1002=8 cancel\ncommand 40050\nfile cancel\ncommand 40056\n");
   EXPECT_TRUE(state["cuts"].empty());
   EXPECT_FALSE(folder.Has("settings.ini"));
 }
 
-TEST(Run, AFileWithoutExtensionGetsThatOfTheDialog) {
-  const Folder folder;
+TEST_F(Run, AFileWithoutExtensionGetsThatOfTheDialog) {
   const Json state = RunForState(folder, std::string(kSmallCut) + "file ./x/../a\ncommand 40052\n");
   EXPECT_EQ(state["cuts"][0]["path"], folder.Path("a.cut"));
   EXPECT_TRUE(folder.Has("a.cut"));
 }
 
-TEST(Run, AColorAnswersTheTransparentColour) {
-  const Folder folder;
+TEST_F(Run, AColorAnswersTheTransparentColour) {
   const Json state = RunForState(folder, "color 102aF0\ncommand 40137\n");
   EXPECT_EQ(state["frame"]["checked"],
             Json({kToolFreePen, kCommandStatusBar, kCommandToolBar, kCommandTransparentColor}));
@@ -332,16 +320,14 @@ TEST(Run, AColorAnswersTheTransparentColour) {
   EXPECT_NE(Settings(folder).find("Flag=1"), std::string::npos) << Settings(folder);
 }
 
-TEST(Run, ACancelledColourLeavesTheSwitchOff) {
-  const Folder folder;
+TEST_F(Run, ACancelledColourLeavesTheSwitchOff) {
   const Json state = RunForState(folder, "color cancel\ncommand 40137\n");
   EXPECT_EQ(state["frame"]["checked"], Json({kToolFreePen, kCommandStatusBar, kCommandToolBar}));
 }
 
 // Windows, keys and the mouse.
 
-TEST(Run, CutWindowsAre640By480AtFirst) {
-  const Folder folder;
+TEST_F(Run, CutWindowsAre640By480AtFirst) {
   const Json state = RunForState(folder, "dialog 107 ok\ndialog 106 ok\ncommand 40050\nscreen s.bmp\n");
   // A canvas of 240 by 180 is smaller than the window: the scroll bars put the position below 0.
   EXPECT_EQ(state["cuts"][0]["scrollX"], 240 - 640);
@@ -352,8 +338,7 @@ TEST(Run, CutWindowsAre640By480AtFirst) {
   EXPECT_EQ(U32At(screen, 22), 480u);
 }
 
-TEST(Run, ClientSizesEveryWindow) {
-  const Folder folder;
+TEST_F(Run, ClientSizesEveryWindow) {
   const Json state = RunForState(folder, std::string(kSmallCut) + kSmallCut + "client 10 6\n");
   for (const Json& cut : state["cuts"]) {
     EXPECT_EQ(cut["scrollX"], -2);
@@ -361,8 +346,7 @@ TEST(Run, ClientSizesEveryWindow) {
   }
 }
 
-TEST(Run, KeysGoThroughTheAccelerators) {
-  const Folder folder;
+TEST_F(Run, KeysGoThroughTheAccelerators) {
   const std::string frames = std::string(kSmallCut) + "command 40004\n";
   EXPECT_EQ(RunForState(folder, frames)["cuts"][0]["currentFrame"], 1);
   for (const char* key : {"F2", "F6"}) {
@@ -371,8 +355,7 @@ TEST(Run, KeysGoThroughTheAccelerators) {
   EXPECT_EQ(RunForState(folder, frames + "key F2\nkey F7\n")["cuts"][0]["currentFrame"], 1);
 }
 
-TEST(Run, KeysWithoutACommandDoNothing) {
-  const Folder folder;
+TEST_F(Run, KeysWithoutACommandDoNothing) {
   // Ctrl+F2 is no accelerator, nor is a letter alone: only char types.
   const std::string keys = "key Ctrl+F2\nkey Shift+Ctrl+F2\nkey Ctrl+Shift+Enter\nkey F24\nkey 2\nkey a\nkey Space\n";
   const Json state = RunForState(folder, std::string(kSmallCut) + "command 40004\n" + keys);
@@ -381,29 +364,25 @@ TEST(Run, KeysWithoutACommandDoNothing) {
   EXPECT_EQ(state["frame"]["panelsShown"], true);
 }
 
-TEST(Run, CharactersGoToTheCutWindow) {
-  const Folder folder;
+TEST_F(Run, CharactersGoToTheCutWindow) {
   const Json state = RunForState(folder, std::string(kSmallCut) + "focus 10002\nchar 2\nchar 表\n");
   EXPECT_EQ(state["frame"]["currentTool"], kToolEraser);
 }
 
-TEST(Run, AMouseStrokeDraws) {
-  const Folder folder;
+TEST_F(Run, AMouseStrokeDraws) {
   const Json state =
       RunForState(folder, std::string(kSmallCut) + "mouse ldown 1 1\nmouse move 3 1\nmouse move 5 3\nmouse lup 5 3\n");
   EXPECT_EQ(CellOf(state), CellChecksum({"........", ".888....", "....8...", ".....8.."}));
 }
 
-TEST(Run, ControlReachesTheTools) {
-  const Folder folder;
+TEST_F(Run, ControlReachesTheTools) {
   const std::string box = std::string(kSmallCut) + "command 40045\nmouse ldown 1 1\nmouse move 4 3\nmouse lup 4 3";
   EXPECT_EQ(CellOf(RunForState(folder, box + "\n")), CellChecksum({"........", ".8888...", ".8..8...", ".8888..."}));
   EXPECT_EQ(CellOf(RunForState(folder, box + " ctrl\n")),
             CellChecksum({"........", ".111....", ".111....", "........"}));
 }
 
-TEST(Run, ShiftAndControlPan) {
-  const Folder folder;
+TEST_F(Run, ShiftAndControlPan) {
   const std::string large =
       "client 8 4\n"
       "dialog 107 1002=16 1001=8 ok\n"
@@ -415,8 +394,7 @@ TEST(Run, ShiftAndControlPan) {
   EXPECT_EQ(state["cuts"][0]["scrollY"], 2);
 }
 
-TEST(Run, TheCursorStaysWhereTheMouseWas) {
-  const Folder folder;
+TEST_F(Run, TheCursorStaysWhereTheMouseWas) {
   const std::string zoomed =
       "client 8 8\n"
       "dialog 107 1002=16 1001=16 ok\n"
@@ -433,8 +411,7 @@ TEST(Run, TheCursorStaysWhereTheMouseWas) {
   EXPECT_EQ(scrolled("char s\n"), Json({0, 17}));
 }
 
-TEST(Run, ScrollMovesTheBars) {
-  const Folder folder;
+TEST_F(Run, ScrollMovesTheBars) {
   const std::string large =
       "client 8 8\n"
       "dialog 107 1002=64 1001=64 ok\n"
@@ -451,15 +428,13 @@ TEST(Run, ScrollMovesTheBars) {
   EXPECT_EQ(scrolled("scroll h thumbtrack 9\nscroll h thumbposition 11\nscroll v thumbtrack 50\n"), Json({11, 50}));
 }
 
-TEST(Run, TheTimerOpensThePopupOfTools) {
-  const Folder folder;
+TEST_F(Run, TheTimerOpensThePopupOfTools) {
   // What the popup shows isn't part of the state; a timer that isn't set is no error.
   EXPECT_EQ(RunScript(folder, "timer\n").status, 0);
   EXPECT_EQ(RunScript(folder, std::string(kSmallCut) + "mouse rdown 1 1\ntimer\nmouse rup 1 1\ntimer\n").status, 0);
 }
 
-TEST(Run, ThePickerPicks) {
-  const Folder folder;
+TEST_F(Run, ThePickerPicks) {
   const Json state = RunForState(
       folder, std::string(kSmallCut) + "mouse rdown 1 1\nmouse rup 1 1\npicker ldown 18 4\npicker lup 18 4\n");
   EXPECT_EQ(state["pen"]["colorA"], 0);
@@ -469,28 +444,24 @@ TEST(Run, ThePickerPicks) {
 
 // Panels and lists.
 
-TEST(Run, AReadOnlyEditKeepsItsText) {
-  const Folder folder;
+TEST_F(Run, AReadOnlyEditKeepsItsText) {
   const Json state = RunForState(folder, std::string(kSmallCut) + "click 10009\npanel 10002 7\n");
   EXPECT_EQ(state["panels"]["10002"], "1");
   EXPECT_EQ(state["panels"]["10009"]["checked"], true);
 }
 
-TEST(Run, PanelMovesTheFocus) {
-  const Folder folder;
+TEST_F(Run, PanelMovesTheFocus) {
   const Json state = RunForState(folder, std::string(kSmallCut) + "panel 10007 30\nkey Tab\n");
   EXPECT_EQ(state["frame"]["status"], "現在のフレームにあるレイヤの一覧です。選択されたレイヤが編集対象となります。");
 }
 
-TEST(Run, ClickSwitchesTheKeyFrame) {
-  const Folder folder;
+TEST_F(Run, ClickSwitchesTheKeyFrame) {
   EXPECT_EQ(RunForState(folder, std::string(kSmallCut) + "click 10009\n")["cuts"][0]["frames"][0]["brightness"], -51);
   EXPECT_EQ(RunForState(folder, std::string(kSmallCut) + "click 10009\nclick 10009\n")["panels"]["10009"]["checked"],
             false);
 }
 
-TEST(Run, SelectMakesALayerCurrent) {
-  const Folder folder;
+TEST_F(Run, SelectMakesALayerCurrent) {
   const std::string layers = std::string(kSmallCut) + "dialog 106 1000=B ok\ncommand 40014\n";
   EXPECT_EQ(RunForState(folder, layers)["cuts"][0]["frames"][0]["currentRecord"], 1);
   const Json state = RunForState(folder, layers + "focus cut\nselect 10004 0\n");
@@ -500,16 +471,14 @@ TEST(Run, SelectMakesALayerCurrent) {
   EXPECT_EQ(state["frame"]["status"], "");
 }
 
-TEST(Run, SelectTakesExactlyTheseLines) {
-  const Folder folder;
+TEST_F(Run, SelectTakesExactlyTheseLines) {
   folder.Write("f.flm", TextFile("t\na\n8, 4\na.cut\nb.cut\nc.cut\n"));
   const Json state = RunForState(folder, "open f.flm\nselect 10003 2 1\n");
   EXPECT_EQ(state["panels"]["10003"]["selected"], Json({1, 2}));
   EXPECT_EQ(state["panels"]["10003"]["caret"], 1);
 }
 
-TEST(Run, ADoubleClickSelectsAndOpens) {
-  const Folder folder;
+TEST_F(Run, ADoubleClickSelectsAndOpens) {
   folder.Write("a.cut", SmallCutFile());
   folder.Write("b.cut", SmallCutFile());
   folder.Write("f.flm", TextFile("t\na\n8, 4\na.cut\nb.cut\n"));
@@ -518,8 +487,7 @@ TEST(Run, ADoubleClickSelectsAndOpens) {
   EXPECT_EQ(state["cuts"][0]["path"], folder.Path("b.cut"));
 }
 
-TEST(Run, ADoubleClickOnALayerShowsItsProperties) {
-  const Folder folder;
+TEST_F(Run, ADoubleClickOnALayerShowsItsProperties) {
   const Json state = RunForState(folder, std::string(kSmallCut) + "dialog 106 1000=表 1060=on ok\ndblclick 10004 0\n");
   EXPECT_EQ(state["cuts"][0]["layers"][0]["name"], "表");
   EXPECT_EQ(state["cuts"][0]["layers"][0]["followFrame"], 1);
@@ -527,8 +495,7 @@ TEST(Run, ADoubleClickOnALayerShowsItsProperties) {
 
 // Documents.
 
-TEST(Run, OpenGoesByTheExtension) {
-  const Folder folder;
+TEST_F(Run, OpenGoesByTheExtension) {
   folder.Write("a.CUT", SmallCutFile());
   folder.Write("a.txt", SmallCutFile());
   const Json state = RunForState(folder, "open a.txt\nopen no.cut\nopen a.CUT\n");
@@ -537,21 +504,18 @@ TEST(Run, OpenGoesByTheExtension) {
   EXPECT_EQ(state["cuts"][0]["currentFrame"], 1);
 }
 
-TEST(Run, AnAbsolutePathStaysAsItIs) {
-  const Folder folder;
+TEST_F(Run, AnAbsolutePathStaysAsItIs) {
   folder.Write("a.cut", SmallCutFile());
   const std::string path = folder.path + "/./a.cut";
   EXPECT_EQ(RunForState(folder, "open " + path + "\n")["cuts"][0]["path"], path);
 }
 
-TEST(Run, DropOpensTheFile) {
-  const Folder folder;
+TEST_F(Run, DropOpensTheFile) {
   folder.Write("a.cut", SmallCutFile());
   EXPECT_EQ(RunForState(folder, "drop a.cut\n")["cuts"][0]["title"], "a.cut");
 }
 
-TEST(Run, CutsStandInTheOrderOfOpening) {
-  const Folder folder;
+TEST_F(Run, CutsStandInTheOrderOfOpening) {
   for (const char* name : {"a.cut", "b.cut", "c.cut"}) folder.Write(name, SmallCutFile());
   const std::string open = "open c.cut\nopen a.cut\nopen b.cut\n";
   const auto titles = [&](const std::string& lines) {
@@ -567,8 +531,7 @@ TEST(Run, CutsStandInTheOrderOfOpening) {
   EXPECT_EQ(titles("activate 1\nclose\nopen a.cut\nactivate 0\n"), Json({"c.cut!", "b.cut", "a.cut"}));
 }
 
-TEST(Run, ClipboardPicturesComeIn) {
-  const Folder folder;
+TEST_F(Run, ClipboardPicturesComeIn) {
   // 2 by 1 pixels of 24 bits: white and black.
   folder.Write("p.bmp", Join({{'B', 'M'},
                               Le32(62),
@@ -592,8 +555,7 @@ TEST(Run, ClipboardPicturesComeIn) {
   EXPECT_EQ(state["cuts"][0]["selection"], Json({0, 0, 2, 1}));
 }
 
-TEST(Run, SaveClipboardWritesWhatTheProgramPutThere) {
-  const Folder folder;
+TEST_F(Run, SaveClipboardWritesWhatTheProgramPutThere) {
   const std::string dot = "mouse ldown 1 1\nmouse lup 1 1\n";
   EXPECT_EQ(RunScript(folder, kSmallCut + dot + "command 40124\nsave-clipboard c.dib\n").status, 0);
   const Bytes dib = folder.Read("c.dib");
@@ -604,8 +566,7 @@ TEST(Run, SaveClipboardWritesWhatTheProgramPutThere) {
   EXPECT_EQ(From(dib, 104), Hex("00000000 00000000 08000000 00000000"));
 }
 
-TEST(Run, TicksAreThoseOfTheTimer) {
-  const Folder folder;
+TEST_F(Run, TicksAreThoseOfTheTimer) {
   folder.Write("a.cut", SmallCutFile());
   const auto player = [&](const std::string& lines) { return RunForState(folder, "open a.cut\n" + lines)["player"]; };
   EXPECT_EQ(player("tick 3\n"), Json({{"visible", false}, {"title", ""}, {"timer", false}}));
@@ -617,8 +578,7 @@ TEST(Run, TicksAreThoseOfTheTimer) {
 
 // Pictures.
 
-TEST(Run, ViewIsThatOfTheViewCommand) {
-  const Folder folder;
+TEST_F(Run, ViewIsThatOfTheViewCommand) {
   folder.Write("a.cut", SmallCutFile());
   EXPECT_EQ(RunScript(folder, "open a.cut\nview v.bmp\n").status, 0);
   EXPECT_EQ(folder.Sorvel({"view", "a.cut", "2", "expected.bmp"}).status, 0);
@@ -626,8 +586,7 @@ TEST(Run, ViewIsThatOfTheViewCommand) {
   EXPECT_EQ(folder.Read("v.bmp"), folder.Read("expected.bmp"));
 }
 
-TEST(Run, ScreenShowsTheViewInItsColours) {
-  const Folder folder;
+TEST_F(Run, ScreenShowsTheViewInItsColours) {
   EXPECT_EQ(RunScript(folder, std::string("client 3 2\n") + "dialog 107 1002=3 1001=2 ok\ndialog 106 1000=A ok\n" +
                                   "command 40050\nmouse ldown 2 0\nmouse lup 2 0\nscreen s.bmp\n")
                 .status,
@@ -652,8 +611,7 @@ TEST(Run, ScreenShowsTheViewInItsColours) {
   EXPECT_EQ(folder.Read("s.bmp"), expected);
 }
 
-TEST(Run, ScreenShowsOverlays) {
-  const Folder folder;
+TEST_F(Run, ScreenShowsOverlays) {
   const std::string band = std::string(kSmallCut) + "screen before.bmp\ncommand 40037\nmouse ldown 1 1\n";
   EXPECT_EQ(RunScript(folder, band + "mouse move 6 1\nscreen with.bmp\nmouse rup 6 1\nmouse move 7 3\ncommand 40029\n" +
                                   "screen after.bmp\n")
@@ -663,8 +621,7 @@ TEST(Run, ScreenShowsOverlays) {
   EXPECT_EQ(folder.Read("after.bmp"), folder.Read("before.bmp"));
 }
 
-TEST(Run, PlayerIsTheClientAreaOfTheAnimation) {
-  const Folder folder;
+TEST_F(Run, PlayerIsTheClientAreaOfTheAnimation) {
   folder.Write("a.cut", SmallCutFile());
   EXPECT_EQ(RunScript(folder, "open a.cut\nkey F4\nplayer p.pgm\n").status, 0);
   EXPECT_EQ(folder.Read("p.pgm"), Join({TextFile("P5\n4 2\n255\n"), Hex("00 55 AA FF  FF 00 FF FF")}));
@@ -672,8 +629,7 @@ TEST(Run, PlayerIsTheClientAreaOfTheAnimation) {
 
 // State.
 
-TEST(Run, StateHasItsKeysInTheirOrder) {
-  const Folder folder;
+TEST_F(Run, StateHasItsKeysInTheirOrder) {
   folder.Write("f.flm", TextFile("t\na\n8, 4\na.cut\n"));
   const Json state = RunForState(folder, std::string("open f.flm\n") + kSmallCut);
   using Names = std::vector<std::string>;
@@ -702,8 +658,7 @@ TEST(Run, StateHasItsKeysInTheirOrder) {
   EXPECT_EQ(Keys(state["player"]), (Names{"visible", "title", "timer"}));
 }
 
-TEST(Run, AnEmptyLayerNameIsNoNullName) {
-  const Folder folder;
+TEST_F(Run, AnEmptyLayerNameIsNoNullName) {
   folder.Write("a.cut", CutFile(4, 2, "", {LayerBlock("", {Hex("12 34 41 00")})},
                                 {FrameRecordBytes(0, 0, 1, 1, 50, "", {{0, 0, 0, 0}})}));
   const Json state = RunForState(folder, "open a.cut\n");
@@ -711,14 +666,12 @@ TEST(Run, AnEmptyLayerNameIsNoNullName) {
   EXPECT_EQ(state["panels"]["10004"]["lines"], Json({" (1/1)"}));
 }
 
-TEST(Run, TwoStatesInARowAreEqual) {
-  const Folder folder;
+TEST_F(Run, TwoStatesInARowAreEqual) {
   EXPECT_EQ(RunScript(folder, std::string(kSmallCut) + "command 40004\nstate a.json\nstate b.json\n").status, 0);
   EXPECT_EQ(folder.Read("a.json"), folder.Read("b.json"));
 }
 
-TEST(Run, TheSelectionIsInWindowCoordinates) {
-  const Folder folder;
+TEST_F(Run, TheSelectionIsInWindowCoordinates) {
   const Json state =
       RunForState(folder, std::string(kSmallCut) + "command 40059\nmouse ldown 1 1\nmouse move 5 3\nmouse lup 5 3\n");
   EXPECT_EQ(state["cuts"][0]["selection"], Json({1, 1, 5, 3}));
@@ -726,8 +679,7 @@ TEST(Run, TheSelectionIsInWindowCoordinates) {
 
 // The end.
 
-TEST(Run, ExitWritesTheSettings) {
-  const Folder folder;
+TEST_F(Run, ExitWritesTheSettings) {
   const Answer run = RunScript(folder, "command 40074\nchar_is_not_reached\n");
   EXPECT_EQ(run.status, 3);
   EXPECT_FALSE(folder.Has("settings.ini"));
@@ -738,15 +690,13 @@ TEST(Run, ExitWritesTheSettings) {
   EXPECT_NE(Settings(folder).find("film="), std::string::npos) << Settings(folder);
 }
 
-TEST(Run, TheExitCommandEndsTheScriptToo) {
-  const Folder folder;
+TEST_F(Run, TheExitCommandEndsTheScriptToo) {
   EXPECT_EQ(RunScript(folder, "command 40001\nstate not_reached.json\n").status, 0);
   EXPECT_FALSE(folder.Has("not_reached.json"));
   EXPECT_TRUE(folder.Has("settings.ini"));
 }
 
-TEST(Run, TheNextRunOpensTheFilmOfTheLast) {
-  const Folder folder;
+TEST_F(Run, TheNextRunOpensTheFilmOfTheLast) {
   folder.Write("雪.flm", TextFile("t\na\n8, 4\na.cut\n"));
   EXPECT_EQ(RunScript(folder, "open 雪.flm\ncommand 40074\nexit\n").status, 0);
   const Json state = RunForState(folder, "");
@@ -755,8 +705,7 @@ TEST(Run, TheNextRunOpensTheFilmOfTheLast) {
   EXPECT_EQ(state["pen"]["penSign"], -1);
 }
 
-TEST(Run, WithoutSettingsTheFileBesideTheProgramCounts) {
-  const Folder folder;
+TEST_F(Run, WithoutSettingsTheFileBesideTheProgramCounts) {
   std::error_code error;
   std::filesystem::copy_file(kProgramPath, folder.Path("program"), error);
   ASSERT_FALSE(error);
@@ -765,8 +714,7 @@ TEST(Run, WithoutSettingsTheFileBesideTheProgramCounts) {
   EXPECT_EQ(folder.List(), "a.sorvel program program.ini");
 }
 
-TEST(Run, ExitAsksAboutWhatIsntSaved) {
-  const Folder folder;
+TEST_F(Run, ExitAsksAboutWhatIsntSaved) {
   EXPECT_EQ(RunScript(folder, std::string(kSmallCut) + "answer yes\nfile kept\nexit\n").status, 0);
   EXPECT_TRUE(folder.Has("kept.cut"));
 }

@@ -17,7 +17,7 @@ bool IsRecordBlank(CutWindow* cut) {
   int32_t y = 0;
   int32_t cell = 0;
   Frame* frame = cut->CurrentFrame();
-  return frame != nullptr && frame->GetRecord(frame->currentRecord, &layer, &x, &y, &cell) && cell < 0;
+  return frame != nullptr && frame->GetRecord(frame->currentRecord, &layer, &x, &y, &cell) && IsBlankCell(cell);
 }
 
 // Check marks that follow the active cut; without one they stay as they are.

@@ -15,11 +15,7 @@ class FramePositionTool final : public PositionTool {
     return true;
   }
 
-  bool CanMove(CutWindow* window) const override {
-    int32_t x = 0;
-    int32_t y = 0;
-    return window->CurrentCell(&x, &y) != nullptr;
-  }
+  bool CanMove(CutWindow* window) const override { return window->CurrentCell() != nullptr; }
 
   void Place(const ToolInput& input) override {
     CutWindow* const window = input.window;

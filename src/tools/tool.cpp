@@ -118,9 +118,7 @@ Point UnpackPlace(intptr_t place, bool isSigned) {
 }
 
 bool Tool::Prepare(intptr_t place, ToolInput* input) {
-  int32_t x = 0;
-  int32_t y = 0;
-  input->cell = input->window->CurrentCell(&x, &y);
+  input->cell = input->window->CurrentCell();
   if (input->cell == nullptr) {
     // What the tool had on the screen must still go when the picture changes.
     input->HideOverlay();

@@ -57,8 +57,7 @@ TEST_F(Console, HelpNamesEveryCommand) {
 }
 
 TEST_F(Console, VersionAnswersInOneLine) {
-  EXPECT_EQ(Run({"--version"}), "sorvel 1.0
-");
+  EXPECT_EQ(Run({"--version"}), "sorvel 1.0\n");
 }
 
 TEST_F(Console, EveryCommandHasHelp) {

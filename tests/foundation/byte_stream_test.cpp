@@ -5,7 +5,9 @@
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
+#include <initializer_list>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "support/test_document.h"
@@ -23,10 +25,6 @@ uint8_t Sample(int32_t index) {
   return static_cast<uint8_t>(index * 7 + index / 251);
 }
 
-void PutSamples(ByteStream& stream, int32_t count) {
-  for (int32_t i = 0; i < count; ++i) stream.PutC(Sample(i));
-}
-
 // All bytes from the position to the end of the data.
 Bytes Rest(ByteStream& stream) {
   Bytes bytes;
@@ -42,6 +40,33 @@ BufferStream BufferOver(uint8_t* memory, int32_t capacity, int32_t size) {
   return stream;
 }
 
+// A stream that holds bytes and stands at its start.
+struct FilledStream : ChunkStream {
+  explicit FilledStream(std::initializer_list<uint8_t> bytes) {
+    EXPECT_TRUE(Write(bytes.begin(), static_cast<int32_t>(bytes.size())));
+    Seek(0, kFromStart);
+  }
+};
+
+// A stream that holds samples and stands behind them.
+struct SampleStream : ChunkStream {
+  explicit SampleStream(int32_t count, int32_t blockSize = 4096) : ChunkStream(blockSize) {
+    for (int32_t i = 0; i < count; ++i) PutC(Sample(i));
+  }
+};
+
+// The samples from a position to the end of the data.
+void ExpectSamples(ByteStream& stream, int32_t from, int32_t end) {
+  for (int32_t i = from; i < end; ++i) ASSERT_EQ(stream.GetC(), Sample(i)) << i;
+  EXPECT_EQ(stream.GetC(), -1);
+}
+
+void ExpectState(ChunkStream& stream, int32_t position, int32_t size, int32_t blocks) {
+  EXPECT_EQ(stream.Tell(), position);
+  EXPECT_EQ(stream.Size(), size);
+  EXPECT_EQ(stream.BlockCount(), blocks);
+}
+
 void ExpectSeek(ByteStream& stream, int32_t offset, int32_t origin, int32_t position) {
   EXPECT_TRUE(stream.Seek(offset, origin));
   EXPECT_EQ(stream.Tell(), position);
@@ -50,39 +75,24 @@ void ExpectSeek(ByteStream& stream, int32_t offset, int32_t origin, int32_t posi
 TEST(ChunkStream, NewStreamIsOpenEmptyAndHasOneBlock) {
   ChunkStream stream;
   EXPECT_TRUE(stream.IsOpen());
-  EXPECT_EQ(stream.Tell(), 0);
-  EXPECT_EQ(stream.Size(), 0);
-  EXPECT_EQ(stream.BlockCount(), 1);
+  ExpectState(stream, 0, 0, 1);
   EXPECT_EQ(stream.GetC(), -1);
 }
 
 TEST(ChunkStream, AFullBlockIsLeftOnlyByTheNextByte) {
-  ChunkStream stream;
-  PutSamples(stream, 4096);
-  EXPECT_EQ(stream.Tell(), 4096);
-  EXPECT_EQ(stream.Size(), 4096);
-  EXPECT_EQ(stream.BlockCount(), 1);
+  SampleStream stream(4096);
+  ExpectState(stream, 4096, 4096, 1);
+  EXPECT_EQ(stream.GetC(), -1);
+  ExpectState(stream, 4096, 4096, 1);
   EXPECT_EQ(stream.PutC(1), 1);
-  EXPECT_EQ(stream.Tell(), 4097);
-  EXPECT_EQ(stream.Size(), 4097);
-  EXPECT_EQ(stream.BlockCount(), 2);
+  ExpectState(stream, 4097, 4097, 2);
 }
 
 TEST(ChunkStream, ReadingAcrossABlockBorderGivesEveryByteBack) {
-  ChunkStream stream;
-  PutSamples(stream, 4096 * 2 + 10);
+  SampleStream stream(4096 * 2 + 10);
   EXPECT_TRUE(stream.Seek(0, kFromStart));
-  for (int32_t i = 0; i < 4096 * 2 + 10; ++i) ASSERT_EQ(stream.GetC(), Sample(i)) << i;
-  EXPECT_EQ(stream.GetC(), -1);
+  ExpectSamples(stream, 0, 4096 * 2 + 10);
   EXPECT_EQ(stream.Tell(), 4096 * 2 + 10);
-}
-
-TEST(ChunkStream, GetCAtTheEndOfAFullBlockIsTheEndOfTheData) {
-  ChunkStream stream;
-  PutSamples(stream, 4096);
-  EXPECT_EQ(stream.GetC(), -1);
-  EXPECT_EQ(stream.Tell(), 4096);
-  EXPECT_EQ(stream.BlockCount(), 1);
 }
 
 TEST(ChunkStream, PutCGivesTheByteUnsigned) {
@@ -96,12 +106,10 @@ TEST(ChunkStream, PutCGivesTheByteUnsigned) {
 }
 
 TEST(ChunkStream, OverwritingKeepsTheSize) {
-  ChunkStream stream;
-  PutSamples(stream, 10);
+  SampleStream stream(10);
   stream.Seek(3, kFromStart);
   stream.PutC(99);
-  EXPECT_EQ(stream.Size(), 10);
-  EXPECT_EQ(stream.Tell(), 4);
+  ExpectState(stream, 4, 10, 1);
   stream.Seek(3, kFromStart);
   EXPECT_EQ(stream.GetC(), 99);
   EXPECT_EQ(stream.GetC(), Sample(4));
@@ -123,87 +131,64 @@ TEST(ChunkStream, WriteRunsOverBlockBorders) {
   std::vector<uint8_t> bytes;
   for (int32_t i = 0; i < 10000; ++i) bytes.push_back(Sample(i));
   EXPECT_TRUE(stream.Write(bytes.data(), 10000));
-  EXPECT_EQ(stream.BlockCount(), 3);
-  EXPECT_EQ(stream.Size(), 10000);
+  ExpectState(stream, 10000, 10000, 3);
   stream.Seek(0, kFromStart);
-  for (int32_t i = 0; i < 10000; ++i) ASSERT_EQ(stream.GetC(), Sample(i)) << i;
+  ExpectSamples(stream, 0, 10000);
+}
+
+// A read of `count` bytes gives `result`, stores `stored` and leaves the rest of its memory.
+void ExpectRead(ByteStream& stream, int32_t count, bool result, std::vector<uint8_t> stored) {
+  std::vector<uint8_t> read(6, 9);
+  EXPECT_EQ(stream.Read(read.data(), count), result);
+  stored.resize(6, 9);
+  EXPECT_EQ(read, stored);
 }
 
 TEST(ChunkStream, ReadGivesTheBytesAndTrue) {
-  ChunkStream stream;
-  const uint8_t bytes[] = {1, 2, 254, 0};
-  stream.Write(bytes, 4);
-  stream.Seek(0, kFromStart);
-  uint8_t read[4] = {9, 9, 9, 9};
-  EXPECT_TRUE(stream.Read(read, 4));
-  EXPECT_EQ(std::memcmp(read, bytes, 4), 0);
-  EXPECT_TRUE(stream.Read(read, 0));
+  FilledStream stream({1, 2, 254, 0});
+  ExpectRead(stream, 4, true, {1, 2, 254, 0});
+  ExpectRead(stream, 0, true, {});
 }
 
 TEST(ChunkStream, ReadStopsBehindAByte255) {
-  ChunkStream stream;
-  const uint8_t bytes[] = {1, 255, 2};
-  stream.Write(bytes, 3);
-  stream.Seek(0, kFromStart);
-  uint8_t read[3] = {9, 9, 9};
-  EXPECT_FALSE(stream.Read(read, 3));
-  EXPECT_EQ(read[0], 1);
-  EXPECT_EQ(read[1], 255);
-  EXPECT_EQ(read[2], 9);
+  FilledStream stream({1, 255, 2});
+  ExpectRead(stream, 3, false, {1, 255});
   EXPECT_EQ(stream.Tell(), 2);
   EXPECT_EQ(stream.GetC(), 2);
 }
 
 TEST(ChunkStream, ReadOfALastByte255IsFalse) {
-  ChunkStream stream;
-  stream.PutC(255);
-  stream.Seek(0, kFromStart);
-  uint8_t read = 0;
-  EXPECT_FALSE(stream.Read(&read, 1));
-  EXPECT_EQ(read, 255);
+  FilledStream stream({255});
+  ExpectRead(stream, 1, false, {255});
   EXPECT_EQ(stream.Tell(), 1);
 }
 
 TEST(ChunkStream, ReadPastTheEndStoresOneByte255AndIsFalse) {
-  ChunkStream stream;
-  const uint8_t bytes[] = {1, 2};
-  stream.Write(bytes, 2);
-  stream.Seek(0, kFromStart);
-  uint8_t read[4] = {9, 9, 9, 9};
-  EXPECT_FALSE(stream.Read(read, 4));
-  EXPECT_EQ(read[0], 1);
-  EXPECT_EQ(read[1], 2);
-  EXPECT_EQ(read[2], 255);
-  EXPECT_EQ(read[3], 9);
+  FilledStream stream({1, 2});
+  ExpectRead(stream, 4, false, {1, 2, 255});
   EXPECT_EQ(stream.Tell(), 2);
 }
 
 TEST(ChunkStream, CloseEmptiesAndKeepsTheBlocks) {
-  ChunkStream stream;
-  PutSamples(stream, 9000);
+  SampleStream stream(9000);
   EXPECT_TRUE(stream.Close());
   EXPECT_EQ(stream.GetC(), -1);
-  EXPECT_EQ(stream.Tell(), 0);
-  EXPECT_EQ(stream.Size(), 0);
-  EXPECT_EQ(stream.BlockCount(), 3);
+  ExpectState(stream, 0, 0, 3);
   EXPECT_TRUE(stream.IsOpen());
 }
 
 TEST(ChunkStream, StreamIsUsedAnewAfterClose) {
-  ChunkStream stream;
-  PutSamples(stream, 9000);
+  SampleStream stream(9000);
   stream.Close();
   for (int32_t i = 0; i < 5000; ++i) stream.PutC(i & 63);
-  EXPECT_EQ(stream.BlockCount(), 3);
-  EXPECT_EQ(stream.Size(), 5000);
+  ExpectState(stream, 5000, 5000, 3);
   stream.Seek(0, kFromStart);
   for (int32_t i = 0; i < 5000; ++i) ASSERT_EQ(stream.GetC(), i & 63) << i;
   EXPECT_EQ(stream.GetC(), -1);
 }
 
 TEST(ChunkStream, SeekCountsFromStartPositionOrEnd) {
-  ChunkStream stream;
-  PutSamples(stream, 100);
+  SampleStream stream(100);
   ExpectSeek(stream, 40, kFromStart, 40);
   ExpectSeek(stream, -15, kFromPosition, 25);
   ExpectSeek(stream, 5, kFromPosition, 30);
@@ -212,32 +197,24 @@ TEST(ChunkStream, SeekCountsFromStartPositionOrEnd) {
 }
 
 TEST(ChunkStream, SeekFromAnyOtherOriginCountsFromTheStart) {
-  ChunkStream stream;
-  PutSamples(stream, 100);
-  for (int32_t origin : {3, -1, 77}) {
-    ExpectSeek(stream, 60, origin, 60);
-  }
+  SampleStream stream(100);
+  for (int32_t origin : {3, -1, 77}) ExpectSeek(stream, 60, origin, 60);
 }
 
 TEST(ChunkStream, SeekToANegativeTargetIsFalseWithoutAMove) {
-  ChunkStream stream;
-  PutSamples(stream, 100);
+  SampleStream stream(100);
   stream.Seek(10, kFromStart);
-  EXPECT_FALSE(stream.Seek(-1, kFromStart));
-  EXPECT_EQ(stream.Tell(), 10);
-  EXPECT_FALSE(stream.Seek(-11, kFromPosition));
-  EXPECT_EQ(stream.Tell(), 10);
-  EXPECT_FALSE(stream.Seek(-101, kFromEnd));
-  EXPECT_EQ(stream.Tell(), 10);
+  for (const auto& [offset, origin] : {std::pair{-1, kFromStart}, {-11, kFromPosition}, {-101, kFromEnd}}) {
+    EXPECT_FALSE(stream.Seek(offset, origin));
+    EXPECT_EQ(stream.Tell(), 10);
+  }
   EXPECT_EQ(stream.GetC(), Sample(10));
 }
 
 TEST(ChunkStream, SeekPastTheEndMakesTheBlocksAndKeepsTheSize) {
-  ChunkStream stream;
-  PutSamples(stream, 10);
-  ExpectSeek(stream, 4096 * 3 + 5, kFromStart, 4096 * 3 + 5);
-  EXPECT_EQ(stream.BlockCount(), 4);
-  EXPECT_EQ(stream.Size(), 10);
+  SampleStream stream(10);
+  EXPECT_TRUE(stream.Seek(4096 * 3 + 5, kFromStart));
+  ExpectState(stream, 4096 * 3 + 5, 10, 4);
   EXPECT_EQ(stream.GetC(), -1);
   stream.PutC(77);
   EXPECT_EQ(stream.Size(), 4096 * 3 + 6);
@@ -246,20 +223,16 @@ TEST(ChunkStream, SeekPastTheEndMakesTheBlocksAndKeepsTheSize) {
 }
 
 TEST(ChunkStream, SeekToABlockBorderMakesTheBlockBehindIt) {
-  ChunkStream stream;
-  PutSamples(stream, 4096);
-  ExpectSeek(stream, 4096, kFromStart, 4096);
-  EXPECT_EQ(stream.BlockCount(), 2);
-  EXPECT_EQ(stream.Size(), 4096);
+  SampleStream stream(4096);
+  EXPECT_TRUE(stream.Seek(4096, kFromStart));
+  ExpectState(stream, 4096, 4096, 2);
   EXPECT_EQ(stream.GetC(), -1);
   stream.PutC(5);
-  EXPECT_EQ(stream.BlockCount(), 2);
-  EXPECT_EQ(stream.Size(), 4097);
+  ExpectState(stream, 4097, 4097, 2);
 }
 
 TEST(ChunkStream, SeekBackIntoAnEarlierBlockReadsThere) {
-  ChunkStream stream;
-  PutSamples(stream, 4096 * 4);
+  SampleStream stream(4096 * 4);
   for (int32_t target : {4095, 4096, 12288, 0, 8191, 8192, 16383}) {
     EXPECT_TRUE(stream.Seek(target, kFromStart));
     EXPECT_EQ(stream.GetC(), Sample(target)) << target;
@@ -269,8 +242,7 @@ TEST(ChunkStream, SeekBackIntoAnEarlierBlockReadsThere) {
 }
 
 TEST(ChunkStream, SmallBlocksBehaveAlike) {
-  ChunkStream stream(3);
-  PutSamples(stream, 3);
+  SampleStream stream(3, 3);
   EXPECT_EQ(stream.BlockCount(), 1);
   EXPECT_TRUE(stream.Seek(7, kFromStart));
   EXPECT_EQ(stream.BlockCount(), 3);
@@ -280,12 +252,17 @@ TEST(ChunkStream, SmallBlocksBehaveAlike) {
   EXPECT_EQ(stream.Size(), 8);
 }
 
-TEST(BufferStream, NewStreamIsClosedAndAllZero) {
-  BufferStream stream;
+void ExpectClosedAndZero(const BufferStream& stream) {
   EXPECT_FALSE(stream.IsOpen());
+  EXPECT_EQ(stream.buffer, nullptr);
   EXPECT_EQ(stream.capacity, 0);
   EXPECT_EQ(stream.position, 0);
   EXPECT_EQ(stream.size, 0);
+}
+
+TEST(BufferStream, NewStreamIsClosedAndAllZero) {
+  BufferStream stream;
+  ExpectClosedAndZero(stream);
   EXPECT_EQ(stream.GetC(), -1);
   EXPECT_EQ(stream.PutC(1), -1);
 }
@@ -329,13 +306,9 @@ TEST(BufferStream, WriteBehindTheCapacityTouchesNoMemory) {
 TEST(BufferStream, ReadIsClippedToTheSizeAndStillTrue) {
   uint8_t memory[] = {1, 255, 3, 4};
   BufferStream stream = BufferOver(memory, 0, 3);
-  uint8_t read[5] = {9, 9, 9, 9, 9};
-  EXPECT_TRUE(stream.Read(read, 5));
-  const uint8_t expected[] = {1, 255, 3, 9, 9};
-  EXPECT_EQ(std::memcmp(read, expected, 5), 0);
+  ExpectRead(stream, 5, true, {1, 255, 3});
   EXPECT_EQ(stream.Tell(), 3);
-  EXPECT_TRUE(stream.Read(read, 1));
-  EXPECT_EQ(read[0], 1);
+  ExpectRead(stream, 1, true, {});
   EXPECT_EQ(stream.Tell(), 3);
 }
 
@@ -343,10 +316,7 @@ TEST(BufferStream, ReadBehindTheSizeStoresNothing) {
   uint8_t memory[8] = {1, 2, 3, 4, 5, 6, 7, 8};
   BufferStream stream = BufferOver(memory, 0, 4);
   stream.Seek(6, kFromStart);
-  uint8_t read[2] = {9, 9};
-  EXPECT_TRUE(stream.Read(read, 2));
-  EXPECT_EQ(read[0], 9);
-  EXPECT_EQ(read[1], 9);
+  ExpectRead(stream, 2, true, {});
 }
 
 TEST(BufferStream, CloseZeroesTheFieldsAndFreesNothing) {
@@ -354,11 +324,7 @@ TEST(BufferStream, CloseZeroesTheFieldsAndFreesNothing) {
   BufferStream stream = BufferOver(memory, 4, 3);
   stream.position = 2;
   EXPECT_TRUE(stream.Close());
-  EXPECT_EQ(stream.buffer, nullptr);
-  EXPECT_EQ(stream.capacity, 0);
-  EXPECT_EQ(stream.position, 0);
-  EXPECT_EQ(stream.size, 0);
-  EXPECT_FALSE(stream.IsOpen());
+  ExpectClosedAndZero(stream);
   EXPECT_EQ(memory[3], 4);
 }
 
@@ -487,9 +453,7 @@ TEST(ByteFields, IntegersAreLittleEndian) {
 }
 
 TEST(ByteFields, ShortFieldsArriveZeroExtended) {
-  ChunkStream stream;
-  for (int32_t c : {0xfe, 0xff, 0xfe, 0xff, 0x78, 0x56, 0x34, 0xf2}) stream.PutC(c);
-  stream.Seek(0, kFromStart);
+  FilledStream stream({0xfe, 0xff, 0xfe, 0xff, 0x78, 0x56, 0x34, 0xf2});
   EXPECT_EQ(ReadField(stream, 1), 0xfeu);
   EXPECT_EQ(ReadField(stream, 1), 0xffu);
   EXPECT_EQ(ReadField(stream, 2), 0xfffeu);
@@ -497,9 +461,7 @@ TEST(ByteFields, ShortFieldsArriveZeroExtended) {
 }
 
 TEST(ByteFields, SignedFieldsAreSignExtended) {
-  ChunkStream stream;
-  for (int32_t c : {0xfe, 0x7f, 0xff, 0xff, 0x00, 0x80, 0xfd, 0xff, 0xff, 0xff}) stream.PutC(c);
-  stream.Seek(0, kFromStart);
+  FilledStream stream({0xfe, 0x7f, 0xff, 0xff, 0x00, 0x80, 0xfd, 0xff, 0xff, 0xff});
   EXPECT_EQ(ReadSignedField(stream, 1), -2);
   EXPECT_EQ(ReadSignedField(stream, 1), 127);
   EXPECT_EQ(ReadSignedField(stream, 2), -1);
@@ -508,12 +470,16 @@ TEST(ByteFields, SignedFieldsAreSignExtended) {
 }
 
 TEST(ByteFields, BytesPastTheEndReadAsZero) {
-  ChunkStream stream;
-  stream.PutC(0x34);
-  stream.Seek(0, kFromStart);
+  FilledStream stream({0x34});
   EXPECT_EQ(ReadField(stream, 4), 0x34u);
   EXPECT_EQ(ReadField(stream, 2), 0u);
   EXPECT_EQ(ReadSignedField(stream, 1), 0);
+}
+
+void ExpectText(ByteStream& stream, int32_t limit, const char* expected) {
+  char text[16] = "xxxxxxxxxxx";
+  ReadText(stream, text, limit);
+  EXPECT_STREQ(text, expected);
 }
 
 TEST(ByteFields, TextEndsWithAZeroByte) {
@@ -524,82 +490,58 @@ TEST(ByteFields, TextEndsWithAZeroByte) {
   stream.Seek(0, kFromStart);
   EXPECT_EQ(Rest(stream), Bytes({'a', 'b', 0xff, 0, 0}));
   stream.Seek(0, kFromStart);
-  char text[16] = "xxxxxxxxxxx";
-  ReadText(stream, text, 16);
-  EXPECT_STREQ(text, "ab\xff");
-  ReadText(stream, text, 16);
-  EXPECT_STREQ(text, "");
+  ExpectText(stream, 16, "ab\xff");
+  ExpectText(stream, 16, "");
 }
 
 TEST(ByteFields, TextWithoutAZeroByteEndsWithTheData) {
-  ChunkStream stream;
-  stream.Write("abc", 3);
-  stream.Seek(0, kFromStart);
-  char text[16] = "xxxxxxxxxxx";
-  ReadText(stream, text, 16);
-  EXPECT_STREQ(text, "abc");
+  FilledStream stream({'a', 'b', 'c'});
+  ExpectText(stream, 16, "abc");
 }
 
 TEST(ByteFields, TextAtTheLimitLosesItsLastByte) {
-  ChunkStream stream;
-  stream.Write("abcdefg", 7);
-  stream.Seek(0, kFromStart);
-  char text[5] = "xxxx";
-  ReadText(stream, text, 4);
-  EXPECT_STREQ(text, "abc");
+  FilledStream stream({'a', 'b', 'c', 'd', 'e', 'f', 'g'});
+  ExpectText(stream, 4, "abc");
   EXPECT_EQ(stream.Tell(), 4);
 }
 
 TEST(ByteFields, TextThatJustFitsIsWhole) {
-  ChunkStream stream;
-  WriteText(stream, "abc");
-  stream.PutC('z');
-  stream.Seek(0, kFromStart);
-  char text[5] = "xxxx";
-  ReadText(stream, text, 4);
-  EXPECT_STREQ(text, "abc");
+  FilledStream stream({'a', 'b', 'c', 0, 'z'});
+  ExpectText(stream, 4, "abc");
   EXPECT_EQ(stream.Tell(), 4);
 }
 
 TEST(ByteFields, StreamLengthKeepsThePosition) {
-  ChunkStream stream;
-  PutSamples(stream, 5000);
+  SampleStream stream(5000);
   stream.Seek(7, kFromStart);
   EXPECT_EQ(StreamLength(stream), 5000);
   EXPECT_EQ(stream.Tell(), 7);
 }
 
 TEST(ByteFields, ReadUpToPassesBytes255AndGivesTheCount) {
-  ChunkStream stream;
-  const uint8_t bytes[] = {1, 255, 255, 4};
-  stream.Write(bytes, 4);
-  stream.Seek(0, kFromStart);
-  uint8_t read[6] = {9, 9, 9, 9, 9, 9};
-  EXPECT_EQ(ReadUpTo(stream, read, 3), 3);
-  EXPECT_EQ(std::memcmp(read, bytes, 3), 0);
-  EXPECT_EQ(read[3], 9);
-  EXPECT_EQ(ReadUpTo(stream, read, 6), 1);
+  FilledStream stream({1, 255, 255, 4});
+  std::vector<uint8_t> read(6, 9);
+  EXPECT_EQ(ReadUpTo(stream, read.data(), 3), 3);
+  EXPECT_EQ(read, (std::vector<uint8_t>{1, 255, 255, 9, 9, 9}));
+  EXPECT_EQ(ReadUpTo(stream, read.data(), 6), 1);
   EXPECT_EQ(read[0], 4);
-  EXPECT_EQ(ReadUpTo(stream, read, 6), 0);
+  EXPECT_EQ(ReadUpTo(stream, read.data(), 6), 0);
 }
 
 TEST(ByteFields, CopyStreamCopiesACountOrAllTheRest) {
-  ChunkStream from;
-  PutSamples(from, 6000);
+  SampleStream from(6000);
   from.Seek(2, kFromStart);
   ChunkStream to;
   EXPECT_TRUE(CopyStream(from, to, 3));
   EXPECT_EQ(from.Tell(), 5);
   EXPECT_EQ(to.Size(), 3);
   EXPECT_TRUE(CopyStream(from, to, -1));
-  EXPECT_EQ(to.Size(), 5998);
   to.Seek(0, kFromStart);
-  for (int32_t i = 2; i < 6000; ++i) ASSERT_EQ(to.GetC(), Sample(i)) << i;
+  ExpectSamples(to, 2, 6000);
 }
 
 TEST(ByteFields, CopyStreamIsFalseWhenTheSourceEndsEarly) {
-  ChunkStream from;
-  PutSamples(from, 4);
+  SampleStream from(4);
   from.Seek(0, kFromStart);
   ChunkStream to;
   EXPECT_FALSE(CopyStream(from, to, 5));

@@ -128,23 +128,12 @@ TEST(CursorList, SeekFindsEveryIndexFromEveryOther) {
   }
 }
 
-TEST(CursorList, SeekStartsAtTheTailWhenThatIsNearer) {
+TEST(CursorList, SeekStartsWhereItIsNearest) {
   Numbers list(10);
+  // At the tail, or at the head, when that is nearer; at the cursor when head or tail is equally near.
   ExpectSeekAvoids(&list, 5, 9, 5, true);
-}
-
-TEST(CursorList, SeekStartsAtTheHeadWhenThatIsNearer) {
-  Numbers list(10);
   ExpectSeekAvoids(&list, 5, 2, 5, false);
-}
-
-TEST(CursorList, SeekPrefersTheCursorToAnEquallyNearHead) {
-  Numbers list(10);
   ExpectSeekAvoids(&list, 6, 3, 0, true);
-}
-
-TEST(CursorList, SeekPrefersTheCursorToAnEquallyNearTail) {
-  Numbers list(10);
   ExpectSeekAvoids(&list, 3, 6, 9, false);
 }
 
@@ -161,30 +150,20 @@ TEST(CursorList, SeekOfANeighbourTakesOneStep) {
   before->next = beforeNext;
 }
 
-TEST(CursorList, SeekFirstAndSeekLastGoToTheEnds) {
-  Numbers list(3);
+TEST(CursorList, MovesStopAtTheEnds) {
+  Numbers list(2);
   EXPECT_TRUE(list.SeekFirst());
   EXPECT_EQ(CursorOf(list), Place(0, 0));
-  EXPECT_TRUE(list.SeekLast());
-  EXPECT_EQ(CursorOf(list), Place(2, 2));
-}
-
-TEST(CursorList, SeekNextStopsAtTheTail) {
-  Numbers list(2);
-  list.SeekFirst();
   EXPECT_TRUE(list.SeekNext());
-  EXPECT_EQ(list.CursorIndex(), 1);
+  EXPECT_EQ(CursorOf(list), Place(1, 1));
   EXPECT_FALSE(list.SeekNext());
   EXPECT_EQ(CursorOf(list), Place(1, 1));
-}
-
-TEST(CursorList, SeekPrevStopsAtTheHead) {
-  Numbers list(2);
-  list.SeekLast();
   EXPECT_TRUE(list.SeekPrev());
-  EXPECT_EQ(list.CursorIndex(), 0);
+  EXPECT_EQ(CursorOf(list), Place(0, 0));
   EXPECT_FALSE(list.SeekPrev());
   EXPECT_EQ(CursorOf(list), Place(0, 0));
+  EXPECT_TRUE(list.SeekLast());
+  EXPECT_EQ(CursorOf(list), Place(1, 1));
 }
 
 TEST(CursorList, AtMovesTheCursorAndABadIndexGivesTheDefaultWithoutAMove) {
@@ -212,62 +191,29 @@ TEST(CursorList, FirstInsertionOfEitherKindMakesTheOnlyElement) {
   EXPECT_EQ(Elements(before), Ints({7}));
 }
 
-TEST(CursorList, InsertBeforeAtTheHeadMakesTheNewHead) {
-  Numbers list(3);
-  list.SeekFirst();
-  list.InsertBefore(9);
-  EXPECT_EQ(CursorOf(list), Place(0, 9));
-  EXPECT_EQ(Elements(list), Ints({9, 0, 1, 2}));
+// An edit of a list of 0 to count - 1 whose cursor is at an index leaves the cursor and the elements like this.
+void ExpectEdit(const char* rule, int32_t count, int32_t at, void (*edit)(CursorList<int32_t>&), Place cursor,
+                const Ints& elements) {
+  Numbers list(count);
+  ASSERT_TRUE(list.Seek(at));
+  edit(list);
+  EXPECT_EQ(CursorOf(list), cursor) << rule;
+  EXPECT_EQ(Elements(list), elements) << rule;
 }
 
-TEST(CursorList, InsertAfterAtTheTailMakesTheNewTail) {
-  Numbers list(3);
-  list.SeekLast();
-  list.InsertAfter(9);
-  EXPECT_EQ(list.CursorIndex(), 3);
-  EXPECT_EQ(list.CursorIndex(), list.Count() - 1);
-  EXPECT_EQ(list.Current(), 9);
-  EXPECT_EQ(Elements(list), Ints({0, 1, 2, 9}));
-}
-
-TEST(CursorList, InsertAfterInTheMiddleTakesTheNextIndex) {
-  Numbers list(3);
-  list.Seek(1);
-  list.InsertAfter(9);
-  EXPECT_EQ(CursorOf(list), Place(2, 9));
-  EXPECT_EQ(Elements(list), Ints({0, 1, 9, 2}));
-}
-
-TEST(CursorList, InsertBeforeInTheMiddleTakesOverTheIndex) {
-  Numbers list(3);
-  list.Seek(1);
-  list.InsertBefore(9);
-  EXPECT_EQ(CursorOf(list), Place(1, 9));
-  EXPECT_EQ(Elements(list), Ints({0, 9, 1, 2}));
-}
-
-TEST(CursorList, RemovingTheTailMovesTheCursorToTheNewTail) {
-  Numbers list(3);
-  list.SeekLast();
-  EXPECT_TRUE(list.RemoveCurrent());
-  EXPECT_EQ(CursorOf(list), Place(1, 1));
-  EXPECT_EQ(Elements(list), Ints({0, 1}));
-}
-
-TEST(CursorList, RemovingAMiddleElementLeavesTheCursorOnTheSuccessor) {
-  Numbers list(4);
-  list.Seek(1);
-  EXPECT_TRUE(list.RemoveCurrent());
-  EXPECT_EQ(CursorOf(list), Place(1, 2));
-  EXPECT_EQ(Elements(list), Ints({0, 2, 3}));
-}
-
-TEST(CursorList, RemovingTheHeadLeavesTheCursorOnTheNewHead) {
-  Numbers list(3);
-  list.SeekFirst();
-  EXPECT_TRUE(list.RemoveCurrent());
-  EXPECT_EQ(CursorOf(list), Place(0, 1));
-  EXPECT_EQ(Elements(list), Ints({1, 2}));
+TEST(CursorList, EditsMoveTheCursor) {
+  const auto after = [](CursorList<int32_t>& list) { list.InsertAfter(9); };
+  const auto before = [](CursorList<int32_t>& list) { list.InsertBefore(9); };
+  const auto remove = [](CursorList<int32_t>& list) { EXPECT_TRUE(list.RemoveCurrent()); };
+  ExpectEdit("InsertBeforeAtTheHeadMakesTheNewHead", 3, 0, before, {0, 9}, {9, 0, 1, 2});
+  ExpectEdit("InsertAfterAtTheTailMakesTheNewTail", 3, 2, after, {3, 9}, {0, 1, 2, 9});
+  ExpectEdit("InsertAfterInTheMiddleTakesTheNextIndex", 3, 1, after, {2, 9}, {0, 1, 9, 2});
+  ExpectEdit("InsertBeforeInTheMiddleTakesOverTheIndex", 3, 1, before, {1, 9}, {0, 9, 1, 2});
+  ExpectEdit("RemovingTheTailMovesTheCursorToTheNewTail", 3, 2, remove, {1, 1}, {0, 1});
+  ExpectEdit("RemovingAMiddleElementLeavesTheCursorOnTheSuccessor", 4, 1, remove, {1, 2}, {0, 2, 3});
+  ExpectEdit("RemovingTheHeadLeavesTheCursorOnTheNewHead", 3, 0, remove, {0, 1}, {1, 2});
+  const auto change = [](CursorList<int32_t>& list) { *list.CurrentSlot() = 42; };
+  ExpectEdit("SlotChangesTheElementInPlace", 3, 1, change, {1, 42}, {0, 42, 2});
 }
 
 TEST(CursorList, ListThatLostItsOnlyElementWorksAsANewOne) {
@@ -318,22 +264,13 @@ TEST(CursorList, FindStartsAtTheCursorInclusive) {
   EXPECT_EQ(list.Find(2), 2);
   EXPECT_EQ(list.Find(4), 4);
   EXPECT_EQ(CursorOf(list), Place(4, 4));
-}
-
-TEST(CursorList, FindDoesNotLookAheadOfTheCursor) {
-  Numbers list(5);
-  list.Seek(3);
+  // What lies ahead of the cursor isn't found, and the cursor stays.
   EXPECT_EQ(list.Find(2), -1);
-  EXPECT_EQ(CursorOf(list), Place(3, 3));
+  EXPECT_EQ(CursorOf(list), Place(4, 4));
   list.SeekFirst();
-  EXPECT_EQ(list.Find(2), 2);
-}
-
-TEST(CursorList, FindWithoutAMatchKeepsTheCursor) {
-  Numbers list(3);
-  list.Seek(1);
   EXPECT_EQ(list.Find(77), -1);
-  EXPECT_EQ(CursorOf(list), Place(1, 1));
+  EXPECT_EQ(CursorOf(list), Place(0, 0));
+  EXPECT_EQ(list.Find(2), 2);
 }
 
 TEST(CursorList, FindGivesTheFirstOfEqualElements) {
@@ -353,13 +290,6 @@ TEST(CursorList, FindComparesPointersNotWhatTheyPointAt) {
   list.InsertAfter(&b);
   list.SeekFirst();
   EXPECT_EQ(list.Find(&b), 1);
-}
-
-TEST(CursorList, SlotChangesTheElementInPlace) {
-  Numbers list(3);
-  list.Seek(1);
-  *list.CurrentSlot() = 42;
-  EXPECT_EQ(Elements(list), Ints({0, 42, 2}));
 }
 
 TEST(CursorList, FollowsAPlainSequenceThroughManyRandomEdits) {

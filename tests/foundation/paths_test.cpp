@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <string>
+#include <utility>
 
 #include "support/test_document.h"
 
@@ -39,24 +40,37 @@ std::string Split(const std::string& path) {
 }
 
 TEST(Paths, SplitTakesAPathApart) {
-  EXPECT_EQ(Split("C:\\a\\b\\c.cut"), "C:|\\a\\b\\|c|.cut");
-  EXPECT_EQ(Split("/a/b/c.cut"), "|/a/b/|c|.cut");
-  EXPECT_EQ(Split("C:\\a/b\\c.cut"), "C:|\\a/b\\|c|.cut");
-  EXPECT_EQ(Split("c.cut"), "||c|.cut");
-  EXPECT_EQ(Split("C:c.cut"), "C:||c|.cut");
-  EXPECT_EQ(Split(""), "|||");
-}
-
-TEST(Paths, ExtensionBeginsAtTheLastDotOfTheName) {
-  EXPECT_EQ(Split("\\a.b\\c"), "|\\a.b\\|c|");
-  EXPECT_EQ(Split("\\a.b\\c.d.e"), "|\\a.b\\|c.d|.e");
-  EXPECT_EQ(Split("\\a\\c."), "|\\a\\|c|.");
-  EXPECT_EQ(Split("\\a\\.cut"), "|\\a\\||.cut");
-  EXPECT_EQ(Split("\\a\\"), "|\\a\\||");
+  const struct {
+    const char* path;
+    const char* parts;
+  } cases[] = {
+      {"C:\\a\\b\\c.cut", "C:|\\a\\b\\|c|.cut"},
+      {"/a/b/c.cut", "|/a/b/|c|.cut"},
+      {"C:\\a/b\\c.cut", "C:|\\a/b\\|c|.cut"},
+      {"c.cut", "||c|.cut"},
+      {"C:c.cut", "C:||c|.cut"},
+      {"", "|||"},
+      // The extension begins at the last dot of the name.
+      {"\\a.b\\c", "|\\a.b\\|c|"},
+      {"\\a.b\\c.d.e", "|\\a.b\\|c.d|.e"},
+      {"\\a\\c.", "|\\a\\|c|."},
+      {"\\a\\.cut", "|\\a\\||.cut"},
+      {"\\a\\", "|\\a\\||"},
+      // A lead byte at the very end ends the path.
+      {"a.b\x83", "||a|.b\x83"},
+      {"C:\\\x83\x5c.cut", "C:|\\|\x83\x5c|.cut"},
+  };
+  for (const auto& one : cases) {
+    EXPECT_EQ(Split(one.path), one.parts);
+    PathParts parts;
+    ASSERT_TRUE(SplitPath(one.path, &parts));
+    char joined[kPathCapacity];
+    EXPECT_TRUE(JoinPath(joined, parts));
+    EXPECT_STREQ(joined, one.path);
+  }
 }
 
 TEST(Paths, SecondByteOfACharacterIsNoSeparatorAndNoDot) {
-  EXPECT_EQ(Split("C:\\\x83\x5c.cut"), "C:|\\|\x83\x5c|.cut");
   for (const std::string lead : {"\x81", "\x83", "\x95", "\x9f", "\xe0", "\xfc"}) {
     EXPECT_EQ(Split("C:\\a" + lead + "\\b\\c.cut"), "C:|\\a" + lead + "\\b\\|c|.cut");
     EXPECT_EQ(Split("a" + lead + "\\b.c"), "||a" + lead + "\\b|.c");
@@ -67,21 +81,6 @@ TEST(Paths, SecondByteOfACharacterIsNoSeparatorAndNoDot) {
 TEST(Paths, SingleBytesOutsideTheLeadRangesDoNotHideASeparator) {
   for (const char* byte : {"\x80", "\xa0", "\xb1", "\xdf", "\xfd"}) {
     EXPECT_EQ(Split(std::string("a") + byte + "\\b.c"), std::string("|a") + byte + "\\|b|.c");
-  }
-}
-
-TEST(Paths, LeadByteAtTheVeryEndEndsThePath) {
-  EXPECT_EQ(Split("a.b\x83"), "||a|.b\x83");
-}
-
-TEST(Paths, JoinGivesThePathAgain) {
-  for (const char* path :
-       {"C:\\a\\b\\c.cut", "/a/b/c.cut", "c", "C:c.x", "\\a.b\\c", "\\a\\.cut", "x\\", "\x83\x5c.a"}) {
-    PathParts parts;
-    ASSERT_TRUE(SplitPath(path, &parts));
-    char joined[kPathCapacity];
-    EXPECT_TRUE(JoinPath(joined, parts));
-    EXPECT_STREQ(joined, path);
   }
 }
 
@@ -104,10 +103,7 @@ TEST(Paths, ChangeExtensionReplacesTheExtension) {
   EXPECT_STREQ(path, "C:\\a\\cut1.ca");
   EXPECT_TRUE(ChangeExtension(path, "C:\\a\\b.c.exe", "ini"));
   EXPECT_STREQ(path, "C:\\a\\b.c.ini");
-}
-
-TEST(Paths, ChangeExtensionGivesOneToANameWithout) {
-  char path[kPathCapacity];
+  // A name without one gets it.
   EXPECT_TRUE(ChangeExtension(path, "C:\\a.b\\c", "ini"));
   EXPECT_STREQ(path, "C:\\a.b\\c.ini");
 }
@@ -134,55 +130,46 @@ TEST(Paths, ReplaceNameKeepsTheExtensionUnlessOneIsGiven) {
   EXPECT_STREQ(path, "C:\\a\\new.cut");
   ReplaceName(path, "newer", "lyr");
   EXPECT_STREQ(path, "C:\\a\\newer.lyr");
-}
-
-TEST(Paths, ReplaceNameKeepsAPathThatWouldGrowTooLong) {
-  char path[kPathCapacity] = "C:\\a\\old.cut";
+  // A path that would grow too long stays.
   EXPECT_FALSE(ReplaceName(path, std::string(kPathCapacity - 5, 'n').c_str(), nullptr));
-  EXPECT_STREQ(path, "C:\\a\\old.cut");
+  EXPECT_STREQ(path, "C:\\a\\newer.lyr");
 }
 
 TEST(Paths, FileNameIsTheBaseNameWithOrWithoutExtension) {
-  char name[64];
-  EXPECT_TRUE(FileNameOf(name, sizeof(name), "C:\\a\\cut1.cut", false));
-  EXPECT_STREQ(name, "cut1");
-  EXPECT_TRUE(FileNameOf(name, sizeof(name), "C:\\a\\cut1.cut", true));
-  EXPECT_STREQ(name, "cut1.cut");
-  EXPECT_TRUE(FileNameOf(name, sizeof(name), "C:\\a\\\x83\x5c.cut", true));
-  EXPECT_STREQ(name, "\x83\x5c.cut");
-}
-
-TEST(Paths, FileNameNeedsRoomForItsTerminator) {
-  char name[9] = "........";
-  EXPECT_FALSE(FileNameOf(name, 4, "C:\\a\\cut1.cut", false));
-  EXPECT_TRUE(FileNameOf(name, 5, "C:\\a\\cut1.cut", false));
-  EXPECT_STREQ(name, "cut1");
-  EXPECT_TRUE(FileNameOf(name, 9, "C:\\a\\cut1.cut", true));
-  EXPECT_STREQ(name, "cut1.cut");
-  EXPECT_FALSE(FileNameOf(name, 0, "C:\\a\\cut1.cut", false));
-  EXPECT_STREQ(name, "cut1.cut");
-}
-
-TEST(Paths, FileNameTooLongWithItsExtensionLeavesTheBaseName) {
-  char name[9] = "........";
-  EXPECT_FALSE(FileNameOf(name, 8, "C:\\a\\cut1.cut", true));
-  EXPECT_STREQ(name, "cut1");
+  const struct {
+    const char* path;
+    size_t size;
+    bool withExtension;
+    bool result;
+    const char* name;
+  } cases[] = {
+      {"C:\\a\\cut1.cut", 16, false, true, "cut1"},
+      {"C:\\a\\cut1.cut", 16, true, true, "cut1.cut"},
+      {"C:\\a\\\x83\x5c.cut", 16, true, true, "\x83\x5c.cut"},
+      // There has to be room for the terminator.
+      {"C:\\a\\cut1.cut", 4, false, false, nullptr},
+      {"C:\\a\\cut1.cut", 5, false, true, "cut1"},
+      {"C:\\a\\cut1.cut", 9, true, true, "cut1.cut"},
+      {"C:\\a\\cut1.cut", 0, false, false, "........"},
+      // A name that is too long with its extension leaves the base name.
+      {"C:\\a\\cut1.cut", 8, true, false, "cut1"},
+  };
+  for (const auto& one : cases) {
+    char name[16] = "........";
+    EXPECT_EQ(FileNameOf(name, one.size, one.path, one.withExtension), one.result) << one.size;
+    if (one.name != nullptr) {
+      EXPECT_STREQ(name, one.name) << one.size;
+    }
+  }
 }
 
 TEST(Paths, UpperExtensionHasItsDot) {
   char extension[kPathCapacity];
-  EXPECT_TRUE(UpperExtensionOf(extension, "C:\\a\\cut1.cut"));
-  EXPECT_STREQ(extension, ".CUT");
-  EXPECT_TRUE(UpperExtensionOf(extension, "film.Flm"));
-  EXPECT_STREQ(extension, ".FLM");
-  EXPECT_TRUE(UpperExtensionOf(extension, "a.b.l-1yr"));
-  EXPECT_STREQ(extension, ".L-1YR");
-}
-
-TEST(Paths, UpperExtensionOfANameWithoutOneIsEmpty) {
-  char extension[kPathCapacity] = "old";
-  EXPECT_TRUE(UpperExtensionOf(extension, "C:\\a.cut\\film"));
-  EXPECT_STREQ(extension, "");
+  for (const auto& [path, upper] :
+       {std::pair{"C:\\a\\cut1.cut", ".CUT"}, {"film.Flm", ".FLM"}, {"a.b.l-1yr", ".L-1YR"}, {"C:\\a.cut\\film", ""}}) {
+    EXPECT_TRUE(UpperExtensionOf(extension, path));
+    EXPECT_STREQ(extension, upper);
+  }
 }
 
 TEST(Paths, UpperExtensionIsFalseForANullPointer) {
@@ -191,47 +178,37 @@ TEST(Paths, UpperExtensionIsFalseForANullPointer) {
   EXPECT_FALSE(UpperExtensionOf(extension, nullptr));
 }
 
-TEST(Paths, RelativePathGoesDownFromTheDirectoryOfTheBase) {
-  EXPECT_EQ(Relative("C:\\a\\b\\c.cut", "C:\\a\\f.flm"), "b/c.cut");
-  EXPECT_EQ(Relative("C:\\a\\b\\c\\d.cut", "C:\\a\\f.flm"), "b/c/d.cut");
-  EXPECT_EQ(Relative("C:\\a\\c.cut", "C:\\a\\f.flm"), "c.cut");
-}
-
-TEST(Paths, RelativePathGoesUpForEveryDirectoryNotShared) {
-  EXPECT_EQ(Relative("C:\\x\\c.cut", "C:\\a\\f.flm"), "../x/c.cut");
-  EXPECT_EQ(Relative("C:\\c.cut", "C:\\a\\b\\f.flm"), "../../c.cut");
-}
-
-TEST(Paths, RelativePathCutsTheSharedPartAtASeparator) {
-  EXPECT_EQ(Relative("C:\\ab\\c.cut", "C:\\ax\\f.flm"), "../ab/c.cut");
-  EXPECT_EQ(Relative("C:\\a\\film2.cut", "C:\\a\\film.flm"), "film2.cut");
-  EXPECT_EQ(Relative("C:\\ab\\c.cut", "C:\\a\\f.flm"), "../ab/c.cut");
-}
-
-TEST(Paths, RelativePathOfTheBaseItselfIsItsName) {
-  EXPECT_EQ(Relative("C:\\a\\f", "C:\\a\\f"), "f");
-}
-
-TEST(Paths, RelativePathWithNothingSharedCountsFromTheStart) {
-  EXPECT_EQ(Relative("D:\\x.cut", "C:\\a\\f.flm"), "../../D:/x.cut");
-}
-
-TEST(Paths, RelativePathWorksOnTheSeparatorGiven) {
-  EXPECT_EQ(Relative("/a/b/c.cut", "/a/f.flm", '/'), "b/c.cut");
-  EXPECT_EQ(Relative("/x/c.cut", "/a/f.flm", '/'), "../x/c.cut");
-  EXPECT_EQ(Relative("/a/b\\c.cut", "/a/f.flm", '/'), "b\\c.cut");
-}
-
-TEST(Paths, RelativePathTakesSecondBytesForSeparators) {
-  EXPECT_EQ(Relative("C:\\a\\\x83\x5cx.cut", "C:\\a\\f.flm"), "\x83/x.cut");
-  EXPECT_EQ(Relative("C:\\\x83\x5cx.cut",
-                     "C:\\\x83\x5c"
-                     "f.flm"),
-            "x.cut");
-  EXPECT_EQ(Relative("C:\\x.cut",
-                     "C:\\\x83\x5c"
-                     "f.flm"),
-            "../x.cut");
+TEST(Paths, RelativePaths) {
+  const struct {
+    const char* target;
+    const char* base;
+    const char* relative;
+    char separator = '\\';
+  } cases[] = {
+      // Down from the directory of the base.
+      {"C:\\a\\b\\c.cut", "C:\\a\\f.flm", "b/c.cut"},
+      {"C:\\a\\b\\c\\d.cut", "C:\\a\\f.flm", "b/c/d.cut"},
+      {"C:\\a\\c.cut", "C:\\a\\f.flm", "c.cut"},
+      // Up for every directory that isn't shared.
+      {"C:\\x\\c.cut", "C:\\a\\f.flm", "../x/c.cut"},
+      {"C:\\c.cut", "C:\\a\\b\\f.flm", "../../c.cut"},
+      // The shared part is cut at a separator.
+      {"C:\\ab\\c.cut", "C:\\ax\\f.flm", "../ab/c.cut"},
+      {"C:\\a\\film2.cut", "C:\\a\\film.flm", "film2.cut"},
+      {"C:\\ab\\c.cut", "C:\\a\\f.flm", "../ab/c.cut"},
+      // The base itself, and nothing shared.
+      {"C:\\a\\f", "C:\\a\\f", "f"},
+      {"D:\\x.cut", "C:\\a\\f.flm", "../../D:/x.cut"},
+      // The separator that is given.
+      {"/a/b/c.cut", "/a/f.flm", "b/c.cut", '/'},
+      {"/x/c.cut", "/a/f.flm", "../x/c.cut", '/'},
+      {"/a/b\\c.cut", "/a/f.flm", "b\\c.cut", '/'},
+      // Second bytes of characters are taken for separators.
+      {"C:\\a\\\x83\\x.cut", "C:\\a\\f.flm", "\x83/x.cut"},
+      {"C:\\\x83\\x.cut", "C:\\\x83\\f.flm", "x.cut"},
+      {"C:\\x.cut", "C:\\\x83\\f.flm", "../x.cut"},
+  };
+  for (const auto& one : cases) EXPECT_EQ(Relative(one.target, one.base, one.separator), one.relative) << one.target;
 }
 
 TEST(Paths, RelativePathThatDoesNotFitFails) {
@@ -241,46 +218,35 @@ TEST(Paths, RelativePathThatDoesNotFitFails) {
   EXPECT_FALSE(MakeRelativePath(path, "C:\\x.cut", (base + "f").c_str(), '\\'));
 }
 
-TEST(Paths, AbsolutePathStartsInTheDirectoryOfTheBase) {
-  EXPECT_EQ(Absolute("c.cut", "C:\\a\\f.flm"), "C:\\a\\c.cut");
-  EXPECT_EQ(Absolute("b/c.cut", "C:\\a\\f.flm"), "C:\\a\\b\\c.cut");
-}
-
-TEST(Paths, AbsolutePathGoesUpForEveryLeadingPair) {
-  EXPECT_EQ(Absolute("../x/c.cut", "C:\\a\\f.flm"), "C:\\x\\c.cut");
-  EXPECT_EQ(Absolute("../../c.cut", "C:\\a\\b\\f.flm"), "C:\\c.cut");
-}
-
-TEST(Paths, AbsolutePathKeepsPairsFurtherIn) {
-  EXPECT_EQ(Absolute("b/../c.cut", "C:\\a\\f.flm"), "C:\\a\\b\\..\\c.cut");
-}
-
-TEST(Paths, AbsolutePathTurnsSlashesOnlyInTheRelativePart) {
-  EXPECT_EQ(Absolute("b/c.cut", "C:/q\\a\\f.flm"), "C:/q\\a\\b\\c.cut");
-}
-
-TEST(Paths, AbsolutePathIsEmptyWhenItsSeparatorIsTheFirstByte) {
-  EXPECT_EQ(Absolute("c.cut", "/f.flm", '/'), "");
-  EXPECT_EQ(Absolute("../c.cut", "/a/f.flm", '/'), "");
-}
-
-TEST(Paths, AbsolutePathIsEmptyWhenItLeadsAboveTheRoot) {
-  EXPECT_EQ(Absolute("../../c.cut", "C:\\a\\f.flm"), "");
-  EXPECT_EQ(Absolute("../../../../c.cut", "/a/f.flm", '/'), "");
-  EXPECT_EQ(Absolute("c.cut", "f.flm"), "");
-}
-
-TEST(Paths, AbsolutePathWorksOnTheSeparatorGiven) {
-  EXPECT_EQ(Absolute("b/c.cut", "/a/f.flm", '/'), "/a/b/c.cut");
-  EXPECT_EQ(Absolute("../x/c.cut", "/q/a/f.flm", '/'), "/q/x/c.cut");
-}
-
-TEST(Paths, AbsolutePathTakesSecondBytesForSeparators) {
-  EXPECT_EQ(Absolute("c.cut",
-                     "C:\\a\\\x83\x5c"
-                     "f.flm"),
-            "C:\\a\\\x83\x5c"
-            "c.cut");
+TEST(Paths, AbsolutePaths) {
+  const struct {
+    const char* relative;
+    const char* base;
+    const char* absolute;
+    char separator = '\\';
+  } cases[] = {
+      // From the directory of the base, up for every leading pair of dots; pairs further in stay.
+      {"c.cut", "C:\\a\\f.flm", "C:\\a\\c.cut"},
+      {"b/c.cut", "C:\\a\\f.flm", "C:\\a\\b\\c.cut"},
+      {"../x/c.cut", "C:\\a\\f.flm", "C:\\x\\c.cut"},
+      {"../../c.cut", "C:\\a\\b\\f.flm", "C:\\c.cut"},
+      {"b/../c.cut", "C:\\a\\f.flm", "C:\\a\\b\\..\\c.cut"},
+      // Slashes are turned in the relative part alone.
+      {"b/c.cut", "C:/q\\a\\f.flm", "C:/q\\a\\b\\c.cut"},
+      // Empty where its separator would be the first byte, and above the root.
+      {"c.cut", "/f.flm", "", '/'},
+      {"../c.cut", "/a/f.flm", "", '/'},
+      {"../../c.cut", "C:\\a\\f.flm", ""},
+      {"../../../../c.cut", "/a/f.flm", "", '/'},
+      {"c.cut", "f.flm", ""},
+      // The separator that is given.
+      {"b/c.cut", "/a/f.flm", "/a/b/c.cut", '/'},
+      {"../x/c.cut", "/q/a/f.flm", "/q/x/c.cut", '/'},
+      // Second bytes of characters are taken for separators.
+      {"c.cut", "C:\\a\\\x83\\f.flm", "C:\\a\\\x83\\c.cut"},
+  };
+  for (const auto& one : cases)
+    EXPECT_EQ(Absolute(one.relative, one.base, one.separator), one.absolute) << one.relative;
 }
 
 TEST(Paths, AbsolutePathThatDoesNotFitFails) {
@@ -298,10 +264,32 @@ TEST(Paths, RelativeAndAbsoluteAreInverse) {
 }
 
 TEST(NextNumberedName, TakesTheNumberBehindThatOfTheName) {
-  TemporaryFolder folder;
-  EXPECT_EQ(Numbered(folder.Path("cut1.cut")), folder.Path("cut002.cut"));
-  EXPECT_EQ(Numbered(folder.Path("cut41.cut")), folder.Path("cut042.cut"));
-  EXPECT_EQ(Numbered(folder.Path("cut099.cut")), folder.Path("cut100.cut"));
+  const TemporaryFolder folder;
+  const struct {
+    const char* rule;
+    std::string name;
+    const char* next;
+  } cases[] = {
+      {"TakesTheNumberBehindThatOfTheName", "cut1", "cut002"},
+      {"TakesTheNumberBehindThatOfTheName", "cut41", "cut042"},
+      {"TakesTheNumberBehindThatOfTheName", "cut099", "cut100"},
+      {"NameWithoutDigitsGetsTheFirstNumber", "abc", "abc001"},
+      {"OnlyDigitsAtTheEndCount", "a12b3", "a12b004"},
+      {"OnlyDigitsAtTheEndCount", "a12b", "a12b001"},
+      {"NoNumberFromThousandOn", "cut998", "cut999"},
+      {"NoNumberFromThousandOn", "cut999", nullptr},
+      {"NoNumberFromThousandOn", "cut123456", nullptr},
+      {"EndlessDigitsAreRefused", "cut" + std::string(60, '9'), nullptr},
+      {"EndlessDigitsAreRefused", "cut4294967296", nullptr},
+      {"LeadingZerosDoNotCount", "cut0000007", "cut008"},
+      {"NameOfDigitsOnlyLosesTheFirstDigit", "007", "08"},
+      {"NameOfDigitsOnlyLosesTheFirstDigit", "123", "24"},
+      {"EmptyNameLosesTheFirstDigitToo", "", "01"},
+  };
+  for (const auto& one : cases) {
+    const std::string next = one.next == nullptr ? "(none)" : folder.Path(std::string(one.next) + ".cut");
+    EXPECT_EQ(Numbered(folder.Path(one.name + ".cut")), next) << one.rule;
+  }
 }
 
 TEST(NextNumberedName, PassesFilesThatExist) {
@@ -311,50 +299,10 @@ TEST(NextNumberedName, PassesFilesThatExist) {
   WriteFile(folder.Path("cut003.cut"), "");
   WriteFile(folder.Path("cut004.lyr"), "");
   EXPECT_EQ(Numbered(folder.Path("cut1.cut")), folder.Path("cut004.cut"));
-}
-
-TEST(NextNumberedName, NameWithoutDigitsGetsTheFirstNumber) {
-  TemporaryFolder folder;
-  EXPECT_EQ(Numbered(folder.Path("abc.cut")), folder.Path("abc001.cut"));
-}
-
-TEST(NextNumberedName, OnlyDigitsAtTheEndCount) {
-  TemporaryFolder folder;
-  EXPECT_EQ(Numbered(folder.Path("a12b3.cut")), folder.Path("a12b004.cut"));
-  EXPECT_EQ(Numbered(folder.Path("a12b.cut")), folder.Path("a12b001.cut"));
-}
-
-TEST(NextNumberedName, NoNumberFromThousandOn) {
-  TemporaryFolder folder;
-  EXPECT_EQ(Numbered(folder.Path("cut998.cut")), folder.Path("cut999.cut"));
-  EXPECT_EQ(Numbered(folder.Path("cut999.cut")), "(none)");
-  EXPECT_EQ(Numbered(folder.Path("cut123456.cut")), "(none)");
   WriteFile(folder.Path("cut999.cut"), "");
   EXPECT_EQ(Numbered(folder.Path("cut998.cut")), "(none)");
-}
-
-TEST(NextNumberedName, EndlessDigitsAreRefused) {
-  TemporaryFolder folder;
-  EXPECT_EQ(Numbered(folder.Path("cut" + std::string(60, '9') + ".cut")), "(none)");
-  EXPECT_EQ(Numbered(folder.Path("cut4294967296.cut")), "(none)");
-}
-
-TEST(NextNumberedName, LeadingZerosDoNotCount) {
-  TemporaryFolder folder;
-  EXPECT_EQ(Numbered(folder.Path("cut0000007.cut")), folder.Path("cut008.cut"));
-}
-
-TEST(NextNumberedName, NameOfDigitsOnlyLosesTheFirstDigit) {
-  TemporaryFolder folder;
-  EXPECT_EQ(Numbered(folder.Path("007.cut")), folder.Path("08.cut"));
-  EXPECT_EQ(Numbered(folder.Path("123.cut")), folder.Path("24.cut"));
   WriteFile(folder.Path("08.cut"), "");
   EXPECT_EQ(Numbered(folder.Path("007.cut")), folder.Path("09.cut"));
-}
-
-TEST(NextNumberedName, EmptyNameLosesTheFirstDigitToo) {
-  TemporaryFolder folder;
-  EXPECT_EQ(Numbered(folder.Path(".cut")), folder.Path("01.cut"));
 }
 
 TEST(NextNumberedName, DigitBehindALeadByteBelongsToTheCharacter) {

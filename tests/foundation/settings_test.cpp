@@ -59,24 +59,29 @@ std::string Text(const SettingKey& key) {
 
 using Lines = std::vector<std::string>;
 
+// Every setting with its section, its name and its default; those with no text are numbers.
 const struct {
   const SettingKey* key;
   const char* section;
   const char* name;
-} kAllKeys[] = {{&settings::kFont, "setup", "font"},
-                {&settings::kBrush, "setup", "brush"},
-                {&settings::kFilm, "setup", "film"},
-                {&settings::kNewCutWidth, "OnNewCut", "width"},
-                {&settings::kNewCutHeight, "OnNewCut", "height"},
-                {&settings::kNewCutFps, "OnNewCut", "fps"},
-                {&settings::kNewCutAntialias, "OnNewCut", "anti"},
-                {&settings::kNewCutCredit, "OnNewCut", "credit"},
-                {&settings::kNewFilmWidth, "OnNewFilm", "width"},
-                {&settings::kNewFilmHeight, "OnNewFilm", "height"},
-                {&settings::kNewFilmTitle, "OnNewFilm", "title"},
-                {&settings::kNewFilmAuthor, "OnNewFilm", "author"},
-                {&settings::kPasteTransparent, "OnClipTrans", "Flag"},
-                {&settings::kPasteTransparentColor, "OnClipTrans", "RGB"}};
+  const char* text;
+  int32_t number = 0;
+} kAllKeys[] = {
+    {&settings::kFont, "setup", "font", "\x82\x6c\x82\x72 \x82\x6f\x83\x53\x83\x56\x83\x62\x83\x4e, 24, 12, 400"},
+    {&settings::kBrush, "setup", "brush", "7, 0, 1, 0, 1, 0"},
+    {&settings::kFilm, "setup", "film", ""},
+    {&settings::kNewCutWidth, "OnNewCut", "width", nullptr, 240},
+    {&settings::kNewCutHeight, "OnNewCut", "height", nullptr, 180},
+    {&settings::kNewCutFps, "OnNewCut", "fps", nullptr, 24},
+    {&settings::kNewCutAntialias, "OnNewCut", "anti", nullptr, 0},
+    {&settings::kNewCutCredit, "OnNewCut", "credit", ""},
+    {&settings::kNewFilmWidth, "OnNewFilm", "width", nullptr, 320},
+    {&settings::kNewFilmHeight, "OnNewFilm", "height", nullptr, 240},
+    {&settings::kNewFilmTitle, "OnNewFilm", "title", ""},
+    {&settings::kNewFilmAuthor, "OnNewFilm", "author", ""},
+    {&settings::kPasteTransparent, "OnClipTrans", "Flag", nullptr, 0},
+    {&settings::kPasteTransparentColor, "OnClipTrans", "RGB", "#00ff00"},
+};
 
 TEST(Settings, SectionsAndKeysHaveTheirNames) {
   for (const auto& row : kAllKeys) {
@@ -85,21 +90,28 @@ TEST(Settings, SectionsAndKeysHaveTheirNames) {
   }
 }
 
+// What is not at its default, as "section.name=value".
+Lines Changed() {
+  Lines lines;
+  for (const auto& row : kAllKeys) {
+    const bool isNumber = row.text == nullptr;
+    const std::string value = isNumber ? std::to_string(ReadSettingNumber(*row.key)) : Text(*row.key);
+    if (value == (isNumber ? std::to_string(row.number) : row.text)) continue;
+    lines.push_back(std::string(row.section) + "." + row.name + "=" + value);
+  }
+  return lines;
+}
+
+// A file of these lines changes exactly these settings.
+void ExpectFile(const char* rule, const Lines& lines, const Lines& changed, const char* lineEnd = "\r\n") {
+  std::string bytes;
+  for (const std::string& line : lines) bytes += line + lineEnd;
+  const SettingsFile file(bytes);
+  EXPECT_EQ(Changed(), changed) << rule;
+}
+
 void ExpectDefaults() {
-  EXPECT_EQ(Text(settings::kFont), "\x82\x6c\x82\x72 \x82\x6f\x83\x53\x83\x56\x83\x62\x83\x4e, 24, 12, 400");
-  EXPECT_EQ(Text(settings::kBrush), "7, 0, 1, 0, 1, 0");
-  EXPECT_EQ(Text(settings::kFilm), "");
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutWidth), 240);
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutHeight), 180);
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutFps), 24);
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutAntialias), 0);
-  EXPECT_EQ(Text(settings::kNewCutCredit), "");
-  EXPECT_EQ(ReadSettingNumber(settings::kNewFilmWidth), 320);
-  EXPECT_EQ(ReadSettingNumber(settings::kNewFilmHeight), 240);
-  EXPECT_EQ(Text(settings::kNewFilmTitle), "");
-  EXPECT_EQ(Text(settings::kNewFilmAuthor), "");
-  EXPECT_EQ(ReadSettingNumber(settings::kPasteTransparent), 0);
-  EXPECT_EQ(Text(settings::kPasteTransparentColor), "#00ff00");
+  EXPECT_EQ(Changed(), Lines());
 }
 
 TEST(Settings, MissingFileGivesTheDefaults) {
@@ -121,113 +133,43 @@ TEST(Settings, EmptyFileGivesTheDefaults) {
   ExpectDefaults();
 }
 
-TEST(Settings, MissingKeyGivesItsDefault) {
-  SettingsFile file("[OnNewCut]\r\nwidth=99\r\n[setup]\r\n");
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutWidth), 99);
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutHeight), 180);
-  EXPECT_EQ(Text(settings::kBrush), "7, 0, 1, 0, 1, 0");
+TEST(Settings, FilesAreRead) {
+  ExpectFile("MissingKeyGivesItsDefault", {"[OnNewCut]", "width=99", "[setup]"}, {"OnNewCut.width=99"});
+  ExpectFile("ValuesAreReadFromTheirOwnSection",
+             {"[OnNewFilm]", "width=1", "[OnNewCut]", "width=2", "[Other]", "width=3", "fps=4"},
+             {"OnNewCut.width=2", "OnNewFilm.width=1"});
+  ExpectFile("KeyAheadOfAnySectionIsNotFound", {"width=7", "[OnNewCut]", "height=8"}, {"OnNewCut.height=8"});
+  ExpectFile("KeyIsNotFoundByAPartOfItsName",
+             {"[OnNewCut]", "widths=1", "widt=2", " xwidth=3", "[OnNewCuts]", "height=4", "[OnNewCu]", "fps=5"}, {});
+  ExpectFile("BlanksAroundKeysAndValuesDoNotCount", {"  [OnNewCut]  ", "\t width  =\t 55 \t", "  credit =  some one  "},
+             {"OnNewCut.width=55", "OnNewCut.credit=some one"});
+  ExpectFile("SectionsAndKeysCompareWithoutCase", {"[ONNEWCUT]", "WIDTH=55", "[onnewfilm]", "TiTlE=abc"},
+             {"OnNewCut.width=55", "OnNewFilm.title=abc"});
+  ExpectFile("ValueKeepsItsCase", {"[setup]", "film=C:\\Films\\One.FLM"}, {"setup.film=C:\\Films\\One.FLM"});
+  ExpectFile("FileMayHaveBareLineFeeds", {"[OnNewCut]", "width=1", "height=2", "", "[OnNewFilm]", "width=3"},
+             {"OnNewCut.width=1", "OnNewCut.height=2", "OnNewFilm.width=3"}, "\n");
+  ExpectFile("OnePairOfQuotesIsTakenOff",
+             {"[OnNewFilm]", "title=\"  spaced  \"", "author='single'", "[OnNewCut]", "credit=\"\"twice\"\"", "[setup]",
+              "brush=\"\""},
+             {"setup.brush=", "OnNewCut.credit=\"twice\"", "OnNewFilm.title=  spaced  ", "OnNewFilm.author=single"});
+  ExpectFile("QuotesThatAreNoPairStay",
+             {"[OnNewFilm]", "title=\"half", "author=half\"", "[OnNewCut]", "credit=\"", "[setup]", "film=\"a'"},
+             {"setup.film=\"a'", "OnNewCut.credit=\"", "OnNewFilm.title=\"half", "OnNewFilm.author=half\""});
+  ExpectFile("OnlyTheFirstEqualsSignSeparates", {"[setup]", "film=a=b;c=d"}, {"setup.film=a=b;c=d"});
+  ExpectFile("EmptyValueIsNotAMissingKey", {"[setup]", "brush=", "[OnClipTrans]", "RGB=   "},
+             {"setup.brush=", "OnClipTrans.RGB="});
+  ExpectFile("CommentedLinesDoNotCount", {"[OnNewCut]", ";width=1", "  ; width=2", "height=3", ";[OnNewFilm]", "fps=4"},
+             {"OnNewCut.height=3", "OnNewCut.fps=4"});
+  ExpectFile("NumbersMayBeNegative", {"[OnNewCut]", "width=-12"}, {"OnNewCut.width=-12"});
+  ExpectFile("NumberEndsWhereOtherTextBegins", {"[OnNewCut]", "width=12abc", "height=34, 56", "fps=7.9", "anti=2 x"},
+             {"OnNewCut.width=12", "OnNewCut.height=34", "OnNewCut.fps=7", "OnNewCut.anti=2"});
+  ExpectFile("TextThatBeginsWithNoNumberIsZero", {"[OnNewCut]", "width=abc", "height=-", "fps=x5"},
+             {"OnNewCut.width=0", "OnNewCut.height=0", "OnNewCut.fps=0"});
 }
 
-TEST(Settings, ValuesAreReadFromTheirOwnSection) {
-  SettingsFile file("[OnNewFilm]\r\nwidth=1\r\n[OnNewCut]\r\nwidth=2\r\n[Other]\r\nwidth=3\r\nfps=4\r\n");
-  EXPECT_EQ(ReadSettingNumber(settings::kNewFilmWidth), 1);
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutWidth), 2);
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutFps), 24);
-}
-
-TEST(Settings, KeyAheadOfAnySectionIsNotFound) {
-  SettingsFile file("width=7\r\n[OnNewCut]\r\nheight=8\r\n");
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutWidth), 240);
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutHeight), 8);
-}
-
-TEST(Settings, KeyIsNotFoundByAPartOfItsName) {
-  SettingsFile file(
-      "[OnNewCut]\r\nwidths=1\r\nwidt=2\r\n xwidth=3\r\n[OnNewCuts]\r\nheight=4\r\n[OnNewCu]\r\nfps=5\r\n");
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutWidth), 240);
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutHeight), 180);
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutFps), 24);
-}
-
-TEST(Settings, BlanksAroundKeysAndValuesDoNotCount) {
-  SettingsFile file("  [OnNewCut]  \r\n\t width  =\t 55 \t\r\n  credit =  some one  \r\n");
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutWidth), 55);
-  EXPECT_EQ(Text(settings::kNewCutCredit), "some one");
-}
-
-TEST(Settings, SectionsAndKeysCompareWithoutCase) {
-  SettingsFile file("[ONNEWCUT]\r\nWIDTH=55\r\n[onnewfilm]\r\nTiTlE=abc\r\n");
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutWidth), 55);
-  EXPECT_EQ(Text(settings::kNewFilmTitle), "abc");
-}
-
-TEST(Settings, ValueKeepsItsCase) {
-  SettingsFile file("[setup]\r\nfilm=C:\\Films\\One.FLM\r\n");
-  EXPECT_EQ(Text(settings::kFilm), "C:\\Films\\One.FLM");
-}
-
-TEST(Settings, FileMayHaveBareLineFeeds) {
-  SettingsFile file("[OnNewCut]\nwidth=1\nheight=2\n\n[OnNewFilm]\nwidth=3");
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutWidth), 1);
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutHeight), 2);
-  EXPECT_EQ(ReadSettingNumber(settings::kNewFilmWidth), 3);
-}
-
-TEST(Settings, OnePairOfQuotesIsTakenOff) {
-  SettingsFile file(
-      "[OnNewFilm]\r\ntitle=\"  spaced  \"\r\nauthor='single'\r\n[OnNewCut]\r\ncredit=\"\"twice\"\"\r\n"
-      "[setup]\r\nfilm=\"\"\r\n");
-  EXPECT_EQ(Text(settings::kNewFilmTitle), "  spaced  ");
-  EXPECT_EQ(Text(settings::kNewFilmAuthor), "single");
-  EXPECT_EQ(Text(settings::kNewCutCredit), "\"twice\"");
-  EXPECT_EQ(Text(settings::kFilm), "");
-}
-
-TEST(Settings, QuotesThatAreNoPairStay) {
-  SettingsFile file(
-      "[OnNewFilm]\r\ntitle=\"half\r\nauthor=half\"\r\n[OnNewCut]\r\ncredit=\"\r\n[setup]\r\nfilm=\"a'\r\n");
-  EXPECT_EQ(Text(settings::kNewFilmTitle), "\"half");
-  EXPECT_EQ(Text(settings::kNewFilmAuthor), "half\"");
-  EXPECT_EQ(Text(settings::kNewCutCredit), "\"");
-  EXPECT_EQ(Text(settings::kFilm), "\"a'");
-}
-
-TEST(Settings, OnlyTheFirstEqualsSignSeparates) {
-  SettingsFile file("[setup]\r\nfilm=a=b;c=d\r\n");
-  EXPECT_EQ(Text(settings::kFilm), "a=b;c=d");
-}
-
-TEST(Settings, EmptyValueIsNotAMissingKey) {
-  SettingsFile file("[setup]\r\nbrush=\r\n[OnClipTrans]\r\nRGB=   \r\n");
-  EXPECT_EQ(Text(settings::kBrush), "");
-  EXPECT_EQ(Text(settings::kPasteTransparentColor), "");
-}
-
-TEST(Settings, CommentedLinesDoNotCount) {
-  SettingsFile file("[OnNewCut]\r\n;width=1\r\n  ; width=2\r\nheight=3\r\n;[OnNewFilm]\r\nfps=4\r\n");
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutWidth), 240);
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutHeight), 3);
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutFps), 4);
-}
-
-TEST(Settings, NumbersMayBeNegative) {
-  SettingsFile file("[OnNewCut]\r\nwidth=-12\r\n");
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutWidth), -12);
-}
-
-TEST(Settings, NumberEndsWhereOtherTextBegins) {
-  SettingsFile file("[OnNewCut]\r\nwidth=12abc\r\nheight=34, 56\r\nfps=7.9\r\nanti=2 x\r\n");
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutWidth), 12);
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutHeight), 34);
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutFps), 7);
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutAntialias), 2);
-}
-
-TEST(Settings, TextThatBeginsWithNoNumberIsZero) {
-  SettingsFile file("[OnNewCut]\r\nwidth=abc\r\nheight=-\r\nfps=x5\r\n");
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutWidth), 0);
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutHeight), 0);
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutFps), 0);
+TEST(Settings, FileMayEndWithoutALineEnd) {
+  const SettingsFile file("[OnNewCut]\nwidth=1\n\n[OnNewFilm]\nwidth=3");
+  EXPECT_EQ(Changed(), Lines({"OnNewCut.width=1", "OnNewFilm.width=3"}));
 }
 
 TEST(Settings, TextIsCutToTheBuffer) {
@@ -259,21 +201,30 @@ TEST(Settings, LongLinesAreRead) {
   EXPECT_EQ(Text(settings::kBrush), "1, 2");
 }
 
-TEST(Settings, FirstWriteMakesTheFile) {
-  SettingsFile file;
-  WriteSettingNumber(settings::kNewCutWidth, 320);
-  EXPECT_EQ(file.Lines(), Lines({"[OnNewCut]", "width=320"}));
+// A number that is written into a file of these bytes leaves these lines, and can be read again.
+void ExpectWrite(const char* rule, const char* bytes, const SettingKey& key, int32_t value, const Lines& lines) {
+  const SettingsFile file;
+  if (bytes != nullptr) WriteFile(file.path, bytes);
+  WriteSettingNumber(key, value);
+  EXPECT_EQ(file.Lines(), lines) << rule;
+  EXPECT_EQ(ReadSettingNumber(key), value) << rule;
 }
 
-TEST(Settings, NumbersAreWrittenAsDecimals) {
-  SettingsFile file("[OnNewCut]\r\nwidth=1\r\nheight=2\r\nfps=3\r\n");
-  WriteSettingNumber(settings::kNewCutWidth, -7);
-  WriteSettingNumber(settings::kNewCutHeight, 2147483647);
-  WriteSettingNumber(settings::kNewCutFps, 0);
-  EXPECT_EQ(file.Lines(), Lines({"[OnNewCut]", "width=-7", "height=2147483647", "fps=0"}));
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutWidth), -7);
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutHeight), 2147483647);
-  EXPECT_EQ(ReadSettingNumber(settings::kNewCutFps), 0);
+TEST(Settings, WritesLeaveTheirLines) {
+  using namespace settings;
+  ExpectWrite("FirstWriteMakesTheFile", nullptr, kNewCutWidth, 320, {"[OnNewCut]", "width=320"});
+  ExpectWrite("WriteReplacesTheValueInPlace", "[OnNewCut]\r\nwidth=1\r\nheight=2\r\n[OnNewFilm]\r\nwidth=3\r\n",
+              kNewCutWidth, 100, {"[OnNewCut]", "width=100", "height=2", "[OnNewFilm]", "width=3"});
+  ExpectWrite("NewKeyOfTheLastSectionIsAppendedToTheFile", "[OnNewFilm]\r\nwidth=3\r\n[OnNewCut]\r\nwidth=1",
+              kNewCutFps, 30, {"[OnNewFilm]", "width=3", "[OnNewCut]", "width=1", "fps=30"});
+  ExpectWrite("NewKeyOfAnEmptySectionComesBehindItsHead", "[OnNewCut]\r\n[OnNewFilm]\r\nwidth=3\r\n", kNewCutFps, 30,
+              {"[OnNewCut]", "fps=30", "[OnNewFilm]", "width=3"});
+  ExpectWrite("CommentedKeyIsNotOverwritten", "[OnNewCut]\r\n;width=1\r\n", kNewCutWidth, 2,
+              {"[OnNewCut]", ";width=1", "width=2"});
+  for (const int32_t number : {-7, 2147483647, 0}) {
+    ExpectWrite("NumbersAreWrittenAsDecimals", "[OnNewCut]\r\nwidth=1\r\n", kNewCutWidth, number,
+                {"[OnNewCut]", "width=" + std::to_string(number)});
+  }
 }
 
 TEST(Settings, EveryKeyReadsBackWhatWasWritten) {
@@ -287,12 +238,6 @@ TEST(Settings, ShiftJisTextReadsBackByteForByte) {
   const char text[] = "\x83\x5c\x95\x5c\x81\x5b \xb1\xb2\xfc\x4b x\x83\x7c";
   WriteSettingText(settings::kNewFilmTitle, text);
   EXPECT_EQ(Text(settings::kNewFilmTitle), text);
-}
-
-TEST(Settings, WriteReplacesTheValueInPlace) {
-  SettingsFile file("[OnNewCut]\r\nwidth=1\r\nheight=2\r\n[OnNewFilm]\r\nwidth=3\r\n");
-  WriteSettingNumber(settings::kNewCutWidth, 100);
-  EXPECT_EQ(file.Lines(), Lines({"[OnNewCut]", "width=100", "height=2", "[OnNewFilm]", "width=3"}));
 }
 
 TEST(Settings, WriteFindsItsKeyWithoutCase) {
@@ -325,30 +270,12 @@ TEST(Settings, NewKeyIsAppendedToItsSection) {
   EXPECT_EQ(file.Lines().size(), 6u);
 }
 
-TEST(Settings, NewKeyOfTheLastSectionIsAppendedToTheFile) {
-  SettingsFile file("[OnNewFilm]\r\nwidth=3\r\n[OnNewCut]\r\nwidth=1");
-  WriteSettingNumber(settings::kNewCutFps, 30);
-  EXPECT_EQ(file.Lines(), Lines({"[OnNewFilm]", "width=3", "[OnNewCut]", "width=1", "fps=30"}));
-}
-
-TEST(Settings, NewKeyOfAnEmptySectionComesBehindItsHead) {
-  SettingsFile file("[OnNewCut]\r\n[OnNewFilm]\r\nwidth=3\r\n");
-  WriteSettingNumber(settings::kNewCutFps, 30);
-  EXPECT_EQ(file.Lines(), Lines({"[OnNewCut]", "fps=30", "[OnNewFilm]", "width=3"}));
-}
-
 TEST(Settings, NewSectionIsAppendedToTheFile) {
   SettingsFile file("[OnNewCut]\r\nwidth=1");
   WriteSettingNumber(settings::kPasteTransparent, 1);
   Lines lines = file.Lines();
   std::erase(lines, "");
   EXPECT_EQ(lines, Lines({"[OnNewCut]", "width=1", "[OnClipTrans]", "Flag=1"}));
-}
-
-TEST(Settings, CommentedKeyIsNotOverwritten) {
-  SettingsFile file("[OnNewCut]\r\n;width=1\r\n");
-  WriteSettingNumber(settings::kNewCutWidth, 2);
-  EXPECT_EQ(file.Lines(), Lines({"[OnNewCut]", ";width=1", "width=2"}));
 }
 
 TEST(Settings, NothingIsCached) {

@@ -7,91 +7,69 @@
 namespace sorvel {
 namespace {
 
+// A field of a document, which holds a text at first.
+struct Field {
+  explicit Field(const char* first = "") { AssignString(&text, first); }
+  Field(const Field&) = delete;
+  Field& operator=(const Field&) = delete;
+  ~Field() { AssignString(&text, ""); }
+
+  char* text = EmptyString;
+};
+
 TEST(AssignString, EmptyTextIsEmpty) {
   EXPECT_EQ(EmptyString[0], '\0');
 }
 
 TEST(AssignString, GivesAnEmptyFieldItsOwnCopy) {
-  char* field = EmptyString;
+  Field field;
   char text[] = "abc";
-  EXPECT_TRUE(AssignString(&field, text));
-  EXPECT_NE(field, EmptyString);
-  EXPECT_NE(field, text);
+  EXPECT_TRUE(AssignString(&field.text, text));
+  EXPECT_NE(field.text, EmptyString);
+  EXPECT_NE(field.text, text);
   text[0] = 'x';
-  EXPECT_STREQ(field, "abc");
-  AssignString(&field, "");
+  EXPECT_STREQ(field.text, "abc");
 }
 
-TEST(AssignString, SameTextIsFalseAndKeepsTheBuffer) {
-  char* field = EmptyString;
-  AssignString(&field, "abc");
-  char* buffer = field;
-  EXPECT_FALSE(AssignString(&field, "abc"));
-  EXPECT_EQ(field, buffer);
-  EXPECT_STREQ(field, "abc");
-  AssignString(&field, "");
-}
-
-TEST(AssignString, OwnTextIsFalseAndKeepsTheBuffer) {
-  char* field = EmptyString;
-  AssignString(&field, "abc");
-  char* buffer = field;
-  EXPECT_FALSE(AssignString(&field, field));
-  EXPECT_EQ(field, buffer);
-  AssignString(&field, "");
+TEST(AssignString, SameOrOwnTextIsFalseAndKeepsTheBuffer) {
+  Field field("abc");
+  char* const buffer = field.text;
+  for (const char* text : {"abc", static_cast<const char*>(buffer)}) {
+    EXPECT_FALSE(AssignString(&field.text, text));
+    EXPECT_EQ(field.text, buffer);
+    EXPECT_STREQ(field.text, "abc");
+  }
 }
 
 TEST(AssignString, EmptyTextToAnEmptyFieldIsFalse) {
-  char* field = EmptyString;
-  EXPECT_FALSE(AssignString(&field, ""));
-  EXPECT_EQ(field, EmptyString);
+  Field field;
+  EXPECT_FALSE(AssignString(&field.text, ""));
+  EXPECT_EQ(field.text, EmptyString);
 }
 
 TEST(AssignString, TextOfEqualLengthOverwritesTheBufferInPlace) {
-  char* field = EmptyString;
-  AssignString(&field, "abc");
-  char* buffer = field;
-  EXPECT_TRUE(AssignString(&field, "xyz"));
-  EXPECT_EQ(field, buffer);
-  EXPECT_STREQ(field, "xyz");
-  AssignString(&field, "");
-}
-
-TEST(AssignString, LongerAndShorterTextsReplaceTheText) {
-  char* field = EmptyString;
-  AssignString(&field, "abc");
-  EXPECT_TRUE(AssignString(&field, "a much longer text than before"));
-  EXPECT_STREQ(field, "a much longer text than before");
-  EXPECT_TRUE(AssignString(&field, "z"));
-  EXPECT_STREQ(field, "z");
-  AssignString(&field, "");
+  Field field("abc");
+  char* const buffer = field.text;
+  EXPECT_TRUE(AssignString(&field.text, "xyz"));
+  EXPECT_EQ(field.text, buffer);
+  EXPECT_STREQ(field.text, "xyz");
 }
 
 TEST(AssignString, EmptyTextSharesTheEmptyString) {
-  char* field = EmptyString;
-  AssignString(&field, "abc");
-  EXPECT_TRUE(AssignString(&field, ""));
-  EXPECT_EQ(field, EmptyString);
+  Field field("abc");
+  EXPECT_TRUE(AssignString(&field.text, ""));
+  EXPECT_EQ(field.text, EmptyString);
   EXPECT_EQ(EmptyString[0], '\0');
 }
 
-TEST(AssignString, ComparesByteForByte) {
-  char* field = EmptyString;
-  AssignString(&field, "abc");
-  EXPECT_TRUE(AssignString(&field, "abC"));
-  EXPECT_STREQ(field, "abC");
-  EXPECT_TRUE(AssignString(&field, "ab"));
-  EXPECT_STREQ(field, "ab");
-  AssignString(&field, "");
-}
-
-TEST(AssignString, KeepsBytesAbove127) {
-  char* field = EmptyString;
-  const char text[] = "\x83\x5c\xfc\xff\x80";
-  EXPECT_TRUE(AssignString(&field, text));
-  EXPECT_EQ(std::strlen(field), 5u);
-  EXPECT_STREQ(field, text);
-  AssignString(&field, "");
+// Texts that are longer, shorter, equal but for the case of a letter, or made of bytes above 127.
+TEST(AssignString, OtherTextsReplaceTheTextByteForByte) {
+  Field field("abc");
+  for (const char* text : {"abC", "ab", "a much longer text than before", "z", "\x83\x5c\xfc\xff\x80"}) {
+    EXPECT_TRUE(AssignString(&field.text, text));
+    EXPECT_STREQ(field.text, text);
+  }
+  EXPECT_EQ(std::strlen(field.text), 5u);
 }
 
 }  // namespace

@@ -51,6 +51,13 @@ class ColorTableTest : public ::testing::Test {
  protected:
   ~ColorTableTest() override { PutDefaults(); }
 
+  // A file with a byte changed leaves the table as it was.
+  void ExpectRejected(Bytes bytes, size_t at, int32_t value) {
+    bytes[at] = static_cast<uint8_t>(value);
+    EXPECT_FALSE(Load(bytes)) << at << ": " << value;
+    ExpectDefaults();
+  }
+
   bool Load(const Bytes& bytes) {
     std::string path = folder_.Path("palette.bmp");
     WriteFile(path, bytes);
@@ -116,40 +123,29 @@ TEST_F(ColorTableTest, SetColorWritesOneEntry) {
   EXPECT_EQ(ColorTable[25].blue, 3);
   EXPECT_EQ(ColorTable[25].red, 1);
   EXPECT_EQ(ColorTable[25].reserved, 0);
-  PutDefaults();
+  SetColor(25, 0, 0, 0);
   ExpectDefaults();
 }
 
-TEST_F(ColorTableTest, ReadingOutsideTheTableGivesBlack) {
-  EXPECT_EQ(ColorOf(26), (Color{0, 0, 0}));
-  EXPECT_EQ(ColorOf(-1), (Color{0, 0, 0}));
-  EXPECT_EQ(ColorOf(INT32_MAX), (Color{0, 0, 0}));
-  EXPECT_EQ(ColorOf(INT32_MIN), (Color{0, 0, 0}));
-}
-
-TEST_F(ColorTableTest, WritingOutsideTheTableChangesNothing) {
-  SetColor(26, 1, 2, 3);
-  SetColor(-1, 1, 2, 3);
-  SetColor(INT32_MIN, 1, 2, 3);
+TEST_F(ColorTableTest, ReadingOutsideTheTableGivesBlackAndWritingChangesNothing) {
+  for (const int32_t index : {26, -1, INT32_MAX, INT32_MIN}) {
+    SetColor(index, 1, 2, 3);
+    EXPECT_EQ(ColorOf(index), (Color{0, 0, 0}));
+  }
   ExpectDefaults();
-  EXPECT_EQ(ColorOf(26), (Color{0, 0, 0}));
 }
 
 TEST_F(ColorTableTest, MissingFileLeavesTheDefaults) {
   EXPECT_FALSE(LoadColors(folder_.Path("nothing.bmp").c_str()));
   ExpectDefaults();
-  EXPECT_EQ(ColorOf(0), (Color{225, 255, 255}));
-  EXPECT_EQ(ColorOf(15), (Color{255, 0, 0}));
 }
 
-TEST_F(ColorTableTest, TwentySixDeclaredColoursAreTaken) {
-  EXPECT_TRUE(Load(BitmapFile(26, 26)));
-  ExpectFileColors();
-}
-
-TEST_F(ColorTableTest, OfTwoHundredFiftySixColoursTheFirstTwentySixAreTaken) {
-  EXPECT_TRUE(Load(BitmapFile(256, 256)));
-  ExpectFileColors();
+TEST_F(ColorTableTest, TheFirstTwentySixDeclaredColoursAreTaken) {
+  for (const int32_t count : {26, 256}) {
+    PutDefaults();
+    EXPECT_TRUE(Load(BitmapFile(count, count)));
+    ExpectFileColors();
+  }
 }
 
 TEST_F(ColorTableTest, DeclaredColoursCompareUnsigned) {
@@ -160,41 +156,21 @@ TEST_F(ColorTableTest, DeclaredColoursCompareUnsigned) {
 }
 
 TEST_F(ColorTableTest, TooFewDeclaredColoursAreRejectedWhole) {
-  for (int32_t declared : {0, 1, 16, 25}) {
-    EXPECT_FALSE(Load(BitmapFile(declared, 26))) << declared;
-    ExpectDefaults();
-  }
+  for (int32_t declared : {0, 1, 16, 25}) ExpectRejected(BitmapFile(declared, 26), kColorsUsedAt, declared);
 }
 
 TEST_F(ColorTableTest, OtherDepthsAreRejected) {
-  for (int32_t depth : {0, 1, 4, 7, 9, 16, 24, 32}) {
-    Bytes bytes = BitmapFile(256, 256);
-    bytes[kBitsPerPixelAt] = static_cast<uint8_t>(depth);
-    EXPECT_FALSE(Load(bytes)) << depth;
-    ExpectDefaults();
-  }
-  Bytes bytes = BitmapFile(256, 256);
-  bytes[kBitsPerPixelAt + 1] = 1;
-  EXPECT_FALSE(Load(bytes));
-  ExpectDefaults();
+  for (int32_t depth : {0, 1, 4, 7, 9, 16, 24, 32}) ExpectRejected(BitmapFile(256, 256), kBitsPerPixelAt, depth);
+  ExpectRejected(BitmapFile(256, 256), kBitsPerPixelAt + 1, 1);
 }
 
 TEST_F(ColorTableTest, CompressedBitmapsAreRejected) {
-  for (size_t i = 0; i < 4; ++i) {
-    Bytes bytes = BitmapFile(256, 256);
-    bytes[kCompressionAt + i] = 1;
-    EXPECT_FALSE(Load(bytes)) << i;
-    ExpectDefaults();
-  }
+  for (size_t i = 0; i < 4; ++i) ExpectRejected(BitmapFile(256, 256), kCompressionAt + i, 1);
 }
 
 TEST_F(ColorTableTest, FilesThatDoNotBeginWithBmAreRejected) {
-  for (size_t i = 0; i < 2; ++i) {
-    Bytes bytes = BitmapFile(256, 256);
-    bytes[i] = static_cast<uint8_t>(bytes[i] + 1);
-    EXPECT_FALSE(Load(bytes));
-    ExpectDefaults();
-  }
+  ExpectRejected(BitmapFile(256, 256), 0, 'C');
+  ExpectRejected(BitmapFile(256, 256), 1, 'N');
 }
 
 TEST_F(ColorTableTest, NothingElseOfTheHeadersIsLookedAt) {
@@ -280,29 +256,15 @@ TEST_F(ColorTableTest, PaletteHasTheTableThenBlackThenAGreyRamp) {
   ColorEntry entries[kDrawPaletteSize];
   for (ColorEntry& entry : entries) entry = {0xEE, 0xEE, 0xEE, 0xEE};
   BuildDrawPalette(entries);
-  for (int32_t i = 0; i < 26; ++i) {
-    Color expected = i == 3 ? Color{9, 8, 7} : kDefaults[i];
-    EXPECT_EQ((Color{entries[i].red, entries[i].green, entries[i].blue}), expected) << i;
-  }
-  for (int32_t i = 26; i < 38; ++i) {
-    EXPECT_EQ((Color{entries[i].red, entries[i].green, entries[i].blue}), (Color{0, 0, 0})) << i;
-  }
-  for (int32_t i = 0; i < 116; ++i) {
-    const ColorEntry& entry = entries[38 + i];
-    int32_t grey = 255 * i / 127;
-    EXPECT_EQ((Color{entry.red, entry.green, entry.blue}), (Color{grey, grey, grey})) << i;
-  }
-  for (const ColorEntry& entry : entries) EXPECT_EQ(entry.reserved, 0);
-}
-
-TEST_F(ColorTableTest, PaletteEndsInGrey230) {
-  ColorEntry entries[kDrawPaletteSize];
-  BuildDrawPalette(entries);
   EXPECT_EQ(kDrawPaletteSize, 154);
-  EXPECT_EQ(entries[153].red, 230);
-  EXPECT_EQ(entries[153].green, 230);
-  EXPECT_EQ(entries[153].blue, 230);
+  for (int32_t i = 0; i < kDrawPaletteSize; ++i) {
+    const int32_t grey = i < 38 ? 0 : 255 * (i - 38) / 127;
+    const Color expected = i == 3 ? Color{9, 8, 7} : i < 26 ? kDefaults[i] : Color{grey, grey, grey};
+    EXPECT_EQ((Color{entries[i].red, entries[i].green, entries[i].blue}), expected) << i;
+    EXPECT_EQ(entries[i].reserved, 0);
+  }
   EXPECT_EQ(entries[39].red, 2);
+  EXPECT_EQ(entries[153].red, 230);
 }
 
 }  // namespace

@@ -55,31 +55,35 @@ Color EntryOf(const NibbleBitmap& bitmap, int32_t byte) {
   return {entry.red, entry.green, entry.blue};
 }
 
-void Randomize(NibbleBitmap* bitmap, Random& random) {
-  for (int32_t i = 0; i < bitmap->imageSize; ++i) bitmap->bits[i] = random.Byte();
-}
+// A bitmap with pixels.
+struct Made : NibbleBitmap {
+  Made(int32_t madeWidth, int32_t madeHeight, int32_t fill = 0) {
+    EXPECT_EQ(Create(madeWidth, madeHeight), 1);
+    FillBits(fill);
+  }
+
+  // The pixels and the spare bytes behind them.
+  Bytes All() const { return Bytes(bits, bits + imageSize + 16); }
+  Bytes First(int32_t count) const { return Bytes(bits, bits + count); }
+  void Randomize(Random& random) {
+    for (int32_t i = 0; i < imageSize; ++i) bits[i] = random.Byte();
+  }
+};
 
 TEST(PlaneBitmap, FieldsStartWithTheirDefaults) {
   NibbleBitmap bitmap;
-  EXPECT_EQ(bitmap.frontIsHigh, 0);
-  EXPECT_EQ(bitmap.width, 0);
-  EXPECT_EQ(bitmap.height, 0);
+  for (const int32_t field : {bitmap.frontIsHigh, bitmap.width, bitmap.height}) EXPECT_EQ(field, 0);
   EXPECT_EQ(bitmap.brightness, 50);
-  EXPECT_EQ(bitmap.redMax, 255);
-  EXPECT_EQ(bitmap.greenMax, 255);
-  EXPECT_EQ(bitmap.blueMax, 255);
+  for (const int32_t field : {bitmap.redMax, bitmap.greenMax, bitmap.blueMax}) EXPECT_EQ(field, 255);
   EXPECT_EQ(bitmap.bitmapHandle, nullptr);
   for (int32_t i = 0; i < 16; ++i) {
-    EXPECT_EQ(BaseOf(bitmap, i), Grey(0));
-    EXPECT_EQ(FrontOf(bitmap, i), Grey(0));
-    EXPECT_EQ(BackOf(bitmap, i), Grey(0));
+    for (const Color& color : {BaseOf(bitmap, i), FrontOf(bitmap, i), BackOf(bitmap, i)}) EXPECT_EQ(color, Grey(0));
   }
   for (int32_t i = 0; i < 256; ++i) EXPECT_EQ(EntryOf(bitmap, i), Grey(0));
 }
 
 TEST(PlaneBitmap, CreateStoresTheSizesAndRoundsThePitchToFour) {
-  NibbleBitmap bitmap;
-  EXPECT_EQ(bitmap.Create(5, 3), 1);
+  Made bitmap(5, 3);
   EXPECT_EQ(bitmap.width, 5);
   EXPECT_EQ(bitmap.height, 3);
   EXPECT_EQ(bitmap.pitch, 8);
@@ -94,7 +98,7 @@ TEST(PlaneBitmap, CreateStoresTheSizesAndRoundsThePitchToFour) {
 TEST(PlaneBitmap, PixelsAndTheMemoryBehindThemStartAsZero) {
   NibbleBitmap bitmap;
   ASSERT_EQ(bitmap.Create(5, 3), 1);
-  for (int32_t i = 0; i < bitmap.imageSize + 16; ++i) EXPECT_EQ(bitmap.bits[i], 0) << i;
+  EXPECT_EQ(Bytes(bitmap.bits, bitmap.bits + bitmap.imageSize + 16), Bytes(40, 0));
 }
 
 TEST(PlaneBitmap, CreateWithAZeroSizeGivesZeroAndLeavesNoBitmap) {
@@ -113,9 +117,7 @@ TEST(PlaneBitmap, CreateWithAZeroSizeGivesZeroAndLeavesNoBitmap) {
 }
 
 TEST(PlaneBitmap, CreateWithTheSameSizeKeepsPixelsColoursAndTheSavedBuffer) {
-  NibbleBitmap bitmap;
-  ASSERT_EQ(bitmap.Create(6, 2), 1);
-  bitmap.FillBits(0x5A);
+  Made bitmap(6, 2, 0x5A);
   bitmap.SaveBits();
   bitmap.FillBits(0x31);
   bitmap.SetBaseColor(2, 1, 2, 3);
@@ -139,8 +141,7 @@ TEST(PlaneBitmap, CreateMakesARampOfItsOwnInTheFirstThirteenBaseColours) {
 }
 
 TEST(PlaneBitmap, FrontIsTheNibbleThatTheFieldSays) {
-  NibbleBitmap bitmap;
-  ASSERT_EQ(bitmap.Create(4, 2), 1);
+  Made bitmap(4, 2);
   bitmap.bits[bitmap.pitch + 2] = 0x3A;
   EXPECT_EQ(bitmap.GetFront(2, 1), 10);
   EXPECT_EQ(bitmap.GetBack(2, 1), 3);
@@ -150,20 +151,15 @@ TEST(PlaneBitmap, FrontIsTheNibbleThatTheFieldSays) {
 }
 
 TEST(PlaneBitmap, SetFrontLeavesTheBackNibble) {
-  NibbleBitmap bitmap;
-  ASSERT_EQ(bitmap.Create(4, 1), 1);
-  bitmap.FillBits(0x3A);
+  Made bitmap(4, 1, 0x3A);
   bitmap.SetFront(1, 0, 5);
   bitmap.frontIsHigh = 1;
   bitmap.SetFront(2, 0, 5);
-  const uint8_t expected[] = {0x3A, 0x35, 0x5A, 0x3A};
-  EXPECT_EQ(std::memcmp(bitmap.bits, expected, 4), 0);
+  EXPECT_EQ(bitmap.First(4), (Bytes{0x3A, 0x35, 0x5A, 0x3A}));
 }
 
 TEST(PlaneBitmap, SetFrontAboveFifteenSpillsOnlyUpwards) {
-  NibbleBitmap bitmap;
-  ASSERT_EQ(bitmap.Create(4, 1), 1);
-  bitmap.FillBits(0x2A);
+  Made bitmap(4, 1, 0x2A);
   bitmap.SetFront(0, 0, 0x15);
   EXPECT_EQ(bitmap.bits[0], 0x35);
   bitmap.frontIsHigh = 1;
@@ -172,10 +168,7 @@ TEST(PlaneBitmap, SetFrontAboveFifteenSpillsOnlyUpwards) {
 }
 
 TEST(PlaneBitmap, FillBitsOverwritesBothPlanesAndThePadding) {
-  NibbleBitmap bitmap;
-  ASSERT_EQ(bitmap.Create(5, 2), 1);
-  bitmap.FillBits(0x1C7);
-  for (int32_t i = 0; i < 16; ++i) EXPECT_EQ(bitmap.bits[i], 0xC7) << i;
+  EXPECT_EQ(Made(5, 2, 0x1C7).First(16), Bytes(16, 0xC7));
 }
 
 TEST(PlaneBitmap, SaveAndRestoreBeforeTheFirstCreateDoNothing) {
@@ -187,22 +180,20 @@ TEST(PlaneBitmap, SaveAndRestoreBeforeTheFirstCreateDoNothing) {
 }
 
 TEST(PlaneBitmap, RestoreBringsBothPlanesBack) {
-  NibbleBitmap bitmap;
-  ASSERT_EQ(bitmap.Create(7, 3), 1);
+  Made bitmap(7, 3);
   Random random(21);
-  Randomize(&bitmap, random);
-  std::vector<uint8_t> saved(bitmap.bits, bitmap.bits + bitmap.imageSize);
+  bitmap.Randomize(random);
+  const Bytes saved = bitmap.First(bitmap.imageSize);
   bitmap.SaveBits();
   bitmap.FillBits(0);
   bitmap.frontIsHigh = 1;
   bitmap.RestoreBits();
-  EXPECT_EQ(std::vector<uint8_t>(bitmap.bits, bitmap.bits + bitmap.imageSize), saved);
+  EXPECT_EQ(bitmap.First(bitmap.imageSize), saved);
   EXPECT_EQ(bitmap.frontIsHigh, 1);
 }
 
 TEST(PlaneBitmap, BlockReadsGiveFourNibblesOfThePlane) {
-  NibbleBitmap bitmap;
-  ASSERT_EQ(bitmap.Create(8, 2), 1);
+  Made bitmap(8, 2);
   for (int32_t i = 0; i < 16; ++i) bitmap.bits[i] = static_cast<uint8_t>(i * 16 + 15 - i);
   for (int32_t high = 0; high < 2; ++high) {
     bitmap.frontIsHigh = high;
@@ -218,47 +209,36 @@ TEST(PlaneBitmap, BlockReadsGiveFourNibblesOfThePlane) {
 }
 
 TEST(PlaneBitmap, BlockReadAtTheRightGoesOnInMemory) {
-  NibbleBitmap bitmap;
-  ASSERT_EQ(bitmap.Create(6, 2), 1);
+  Made bitmap(6, 2);
   for (int32_t i = 0; i < 16; ++i) bitmap.bits[i] = static_cast<uint8_t>(i);
   uint8_t block[4];
   bitmap.GetFront4(&block, 6, 0);
-  const uint8_t expected[] = {6, 7, 8, 9};
-  EXPECT_EQ(std::memcmp(block, expected, 4), 0);
+  EXPECT_EQ(Bytes(block, block + 4), (Bytes{6, 7, 8, 9}));
 }
 
 TEST(PlaneBitmap, BlocksReachOverTheEndOfTheLastRow) {
-  NibbleBitmap bitmap;
-  ASSERT_EQ(bitmap.Create(8, 2), 1);
-  bitmap.FillBits(0xFF);
+  Made bitmap(8, 2, 0xFF);
   uint8_t block[4] = {9, 9, 9, 9};
   bitmap.GetFront4(&block, 7, 1);
-  const uint8_t expected[] = {15, 0, 0, 0};
-  EXPECT_EQ(std::memcmp(block, expected, 4), 0);
+  EXPECT_EQ(Bytes(block, block + 4), (Bytes{15, 0, 0, 0}));
   bitmap.GetBack4(&block, 8, 1);
-  const uint8_t nothing[] = {0, 0, 0, 0};
-  EXPECT_EQ(std::memcmp(block, nothing, 4), 0);
+  EXPECT_EQ(Bytes(block, block + 4), Bytes(4, 0));
 }
 
 TEST(PlaneBitmap, BlockWriteKeepsTheBackNibbles) {
   for (int32_t high = 0; high < 2; ++high) {
-    NibbleBitmap bitmap;
-    ASSERT_EQ(bitmap.Create(8, 2), 1);
+    Made bitmap(8, 2);
     Random random(22);
-    Randomize(&bitmap, random);
+    bitmap.Randomize(random);
     bitmap.frontIsHigh = high;
-    std::vector<uint8_t> before(bitmap.bits, bitmap.bits + 16);
+    Bytes expected = bitmap.All();
     const uint8_t values[] = {1, 15, 0, 8};
     bitmap.SetFront4(2, 1, values);
-    for (int32_t i = 0; i < 16; ++i) {
-      int32_t column = i - 10;
-      uint8_t old = before[static_cast<size_t>(i)];
-      int32_t expected = old;
-      if (column >= 0 && column < 4) {
-        expected = high != 0 ? (old & 15) + values[column] * 16 : (old & 0xF0) + values[column];
-      }
-      EXPECT_EQ(bitmap.bits[i], expected) << i;
+    for (size_t i = 0; i < 4; ++i) {
+      uint8_t& byte = expected[10 + i];
+      byte = static_cast<uint8_t>(high != 0 ? (byte & 15) + values[i] * 16 : (byte & 0xF0) + values[i]);
     }
+    EXPECT_EQ(bitmap.All(), expected);
   }
 }
 
@@ -315,11 +295,8 @@ void ExpectRamp(const std::vector<int32_t>& ramp) {
   for (size_t i = 0; i < ramp.size(); ++i) EXPECT_EQ(BaseOf(bitmap, static_cast<int32_t>(i)), Grey(ramp[i])) << i;
 }
 
-TEST(PlaneBitmap, FourLevels) {
+TEST(PlaneBitmap, LevelsSpendTheRemainderFirst) {
   ExpectRamp({0, 85, 170, 255});
-}
-
-TEST(PlaneBitmap, ThirteenLevelsSpendTheRemainderFirst) {
   ExpectRamp({0, 22, 44, 66, 87, 108, 129, 150, 171, 192, 213, 234, 255});
 }
 
@@ -365,35 +342,26 @@ TEST(PlaneBitmap, EachChannelHasItsOwnRamp) {
   }
 }
 
-TEST(PlaneBitmap, NeutralBrightnessCopiesTheRamp) {
+TEST(PlaneBitmap, NeutralBrightnessCopiesTheRampFullIsWhiteAndNoneIsBlack) {
   NibbleBitmap bitmap;
   bitmap.SetLevels(13);
-  bitmap.SetBrightness(50);
-  EXPECT_EQ(bitmap.brightness, 50);
-  for (int32_t i = 0; i < 16; ++i) EXPECT_EQ(FrontOf(bitmap, i), BaseOf(bitmap, i));
-}
-
-TEST(PlaneBitmap, FullBrightnessIsWhiteAndNoneIsBlack) {
-  NibbleBitmap bitmap;
-  bitmap.SetLevels(13);
-  bitmap.SetBrightness(100);
-  EXPECT_EQ(bitmap.brightness, 100);
-  for (int32_t i = 0; i < 16; ++i) EXPECT_EQ(FrontOf(bitmap, i), Grey(255));
-  bitmap.SetBrightness(0);
-  EXPECT_EQ(bitmap.brightness, 0);
-  for (int32_t i = 0; i < 16; ++i) EXPECT_EQ(FrontOf(bitmap, i), Grey(0));
+  for (const int32_t brightness : {50, 100, 0}) {
+    bitmap.SetBrightness(brightness);
+    EXPECT_EQ(bitmap.brightness, brightness);
+    for (int32_t i = 0; i < 16; ++i) {
+      EXPECT_EQ(FrontOf(bitmap, i), brightness == 50 ? BaseOf(bitmap, i) : Grey(brightness == 100 ? 255 : 0));
+    }
+  }
 }
 
 TEST(PlaneBitmap, BrightnessTruncatesItsDivisions) {
   NibbleBitmap bitmap;
   bitmap.SetLevels(4);
-  bitmap.SetBrightness(51);
-  EXPECT_EQ(FrontOf(bitmap, 0), Grey(5));
-  EXPECT_EQ(FrontOf(bitmap, 1), Grey(88));
-  EXPECT_EQ(FrontOf(bitmap, 3), Grey(255));
-  bitmap.SetBrightness(49);
-  EXPECT_EQ(FrontOf(bitmap, 1), Grey(83));
-  EXPECT_EQ(FrontOf(bitmap, 3), Grey(249));
+  const int32_t cases[][3] = {{51, 0, 5}, {51, 1, 88}, {51, 3, 255}, {49, 1, 83}, {49, 3, 249}};
+  for (const auto& [brightness, level, grey] : cases) {
+    bitmap.SetBrightness(brightness);
+    EXPECT_EQ(FrontOf(bitmap, level), Grey(grey)) << brightness;
+  }
 }
 
 TEST(PlaneBitmap, BrightnessFollowsItsFormulasForEveryValue) {
@@ -481,23 +449,20 @@ TEST(PlaneBitmap, DissolveWithNegativeWeightsMovesFromBackToFront) {
   NibbleBitmap bitmap;
   bitmap.SetFrontColor(1, 100, 0, 0);
   bitmap.SetBackColor(2, 0, 100, 0);
-  bitmap.MixPlanes(-4, -5);
-  EXPECT_EQ(EntryOf(bitmap, 0x21), (Color{20, 80, 0}));
-  bitmap.MixPlanes(-1, -5);
-  EXPECT_EQ(EntryOf(bitmap, 0x21), (Color{80, 20, 0}));
-  bitmap.MixPlanes(0, -5);
-  EXPECT_EQ(EntryOf(bitmap, 0x21), (Color{100, 0, 0}));
+  for (const int32_t weight : {-4, -1, 0}) {
+    bitmap.MixPlanes(weight, -5);
+    EXPECT_EQ(EntryOf(bitmap, 0x21), (Color{100 + 20 * weight, -20 * weight, 0}));
+  }
 }
 
 TEST(PlaneBitmap, CopyBackToFrontCopiesTheRectangle) {
   for (int32_t high = 0; high < 2; ++high) {
     Random random(24);
     for (int32_t round = 0; round < 200; ++round) {
-      NibbleBitmap bitmap;
-      ASSERT_EQ(bitmap.Create(random.Between(1, 12), random.Between(1, 8)), 1);
+      Made bitmap(random.Between(1, 12), random.Between(1, 8));
       bitmap.frontIsHigh = high;
-      Randomize(&bitmap, random);
-      std::vector<uint8_t> expected(bitmap.bits, bitmap.bits + bitmap.imageSize + 16);
+      bitmap.Randomize(random);
+      Bytes expected = bitmap.All();
       int32_t x = random.Between(-4, 12);
       int32_t y = random.Between(-4, 8);
       int32_t w = random.Between(0, 14);
@@ -511,21 +476,18 @@ TEST(PlaneBitmap, CopyBackToFrontCopiesTheRectangle) {
         }
       }
       bitmap.CopyBackToFront(x, y, w, h);
-      ASSERT_EQ(std::vector<uint8_t>(bitmap.bits, bitmap.bits + bitmap.imageSize + 16), expected)
-          << x << ", " << y << ", " << w << ", " << h;
+      ASSERT_EQ(bitmap.All(), expected) << x << ", " << y << ", " << w << ", " << h;
     }
   }
 }
 
 TEST(PlaneBitmap, CopyBackToFrontOfAnEmptyRectangleDoesNothing) {
-  NibbleBitmap bitmap;
-  ASSERT_EQ(bitmap.Create(4, 4), 1);
-  bitmap.FillBits(0x72);
+  Made bitmap(4, 4, 0x72);
   bitmap.CopyBackToFront(0, 0, 0, 4);
   bitmap.CopyBackToFront(0, 0, 4, 0);
-  for (int32_t i = 0; i < 16; ++i) EXPECT_EQ(bitmap.bits[i], 0x72);
+  EXPECT_EQ(bitmap.First(16), Bytes(16, 0x72));
   bitmap.CopyBackToFront(0, 0, 4, 4);
-  for (int32_t i = 0; i < 16; ++i) EXPECT_EQ(bitmap.bits[i], 0x77);
+  EXPECT_EQ(bitmap.First(16), Bytes(16, 0x77));
 }
 
 }  // namespace

@@ -22,16 +22,18 @@ std::string FrontPicture(NibbleBitmap& bitmap) {
   return text;
 }
 
-// Makes the back plane equal to a wholly white output, so that only darker pixels count as changed.
-void PutWhiteBehind(NibbleBitmap* bitmap, int32_t white) {
-  bitmap->FillBits(white * 17);
-  bitmap->frontIsHigh = 1;
-}
+// A bitmap with pixels.
+struct Made : NibbleBitmap {
+  Made(int32_t madeWidth, int32_t madeHeight, int32_t fill = 0) {
+    EXPECT_EQ(Create(madeWidth, madeHeight), 1);
+    FillBits(fill);
+  }
+};
 
+// The box of dark pixels in front of a back plane that is equal to a wholly white output.
 Rect ChangedBox(int32_t width, int32_t height, const std::vector<Point>& changes) {
-  NibbleBitmap bitmap;
-  EXPECT_EQ(bitmap.Create(width, height), 1);
-  PutWhiteBehind(&bitmap, 3);
+  Made bitmap(width, height, 0x33);
+  bitmap.frontIsHigh = 1;
   OwnedImage composition = MakeImage(false, width, height);
   for (const Point& point : changes) composition->SetPixel(point.x, point.y, 1);
   Rect box{-1, -2, -3, -4};
@@ -43,16 +45,14 @@ TEST(ReduceFrom, EachIndexGivesItsTone) {
   const int32_t tones[] = {3, 0, 1, 2, 3, 3, 3, 3, 0, 1, 2, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3};
   OwnedImage composition = MakeImage(false, 25, 1);
   for (int32_t i = 0; i < 25; ++i) composition->SetPixel(i, 0, i);
-  NibbleBitmap bitmap;
-  ASSERT_EQ(bitmap.Create(25, 1), 1);
+  Made bitmap(25, 1);
   bitmap.ReduceFrom(*composition, nullptr, 1, nullptr);
   for (int32_t i = 0; i < 25; ++i) EXPECT_EQ(bitmap.GetFront(i, 0), tones[i]) << i;
 }
 
 TEST(ReduceFrom, HalfSizeAddsFourTones) {
   OwnedImage composition = ImageOf(true, "1144.\n114.1\n8123.\n9a44.\n.....\n");
-  NibbleBitmap bitmap;
-  ASSERT_EQ(bitmap.Create(2, 2), 1);
+  Made bitmap(2, 2);
   bitmap.ReduceFrom(*composition, nullptr, 2, nullptr);
   EXPECT_EQ(FrontPicture(bitmap), ".c\n39\n");
 }
@@ -73,8 +73,7 @@ TEST(ReduceFrom, QuarterSizeDithersTheRemainder) {
         }
       }
     }
-    NibbleBitmap bitmap;
-    ASSERT_EQ(bitmap.Create(4, 4), 1);
+    Made bitmap(4, 4);
     bitmap.ReduceFrom(*composition, nullptr, 4, nullptr);
     for (int32_t y = 0; y < 4; ++y) {
       for (int32_t x = 0; x < 4; ++x) {
@@ -86,8 +85,7 @@ TEST(ReduceFrom, QuarterSizeDithersTheRemainder) {
 }
 
 TEST(ReduceFrom, QuarterSizeRunsFrom0To12) {
-  NibbleBitmap bitmap;
-  ASSERT_EQ(bitmap.Create(2, 2), 1);
+  Made bitmap(2, 2);
   OwnedImage composition = MakeImage(false, 8, 8);
   bitmap.ReduceFrom(*composition, nullptr, 4, nullptr);
   EXPECT_EQ(FrontPicture(bitmap), "cc\ncc\n");
@@ -98,9 +96,7 @@ TEST(ReduceFrom, QuarterSizeRunsFrom0To12) {
 
 TEST(ReduceFrom, OnlyTheFrontPlaneChanges) {
   for (int32_t high = 0; high < 2; ++high) {
-    NibbleBitmap bitmap;
-    ASSERT_EQ(bitmap.Create(4, 1), 1);
-    bitmap.FillBits(0x96);
+    Made bitmap(4, 1, 0x96);
     bitmap.frontIsHigh = high;
     OwnedImage composition = ImageOf(true, "1234\n");
     bitmap.ReduceFrom(*composition, nullptr, 1, nullptr);
@@ -112,9 +108,7 @@ TEST(ReduceFrom, OnlyTheFrontPlaneChanges) {
 }
 
 TEST(ReduceFrom, AreaLimitsWhatIsWritten) {
-  NibbleBitmap bitmap;
-  ASSERT_EQ(bitmap.Create(4, 3), 1);
-  bitmap.FillBits(0xEE);
+  Made bitmap(4, 3, 0xEE);
   OwnedImage composition = MakeImage(true, 8, 6);
   composition->Fill(8);
   Rect area{1, 1, 2, 1};
@@ -123,9 +117,7 @@ TEST(ReduceFrom, AreaLimitsWhatIsWritten) {
 }
 
 TEST(ReduceFrom, AreaIsCutAtTheBitmap) {
-  NibbleBitmap bitmap;
-  ASSERT_EQ(bitmap.Create(3, 3), 1);
-  bitmap.FillBits(0xEE);
+  Made bitmap(3, 3, 0xEE);
   OwnedImage composition = MakeImage(true, 15, 15);
   composition->Fill(8);
   Rect area{2, 1, 50, 60};
@@ -134,9 +126,7 @@ TEST(ReduceFrom, AreaIsCutAtTheBitmap) {
 }
 
 TEST(ReduceFrom, EmptyAreaWritesNothingAndGivesAZeroBox) {
-  NibbleBitmap bitmap;
-  ASSERT_EQ(bitmap.Create(3, 3), 1);
-  bitmap.FillBits(0xEE);
+  Made bitmap(3, 3, 0xEE);
   OwnedImage composition = MakeImage(true, 3, 3);
   for (const Rect& area : {Rect{0, 0, 0, 3}, Rect{0, 0, 3, 0}, Rect{3, 3, 1, 1}}) {
     Rect box{-1, -2, -3, -4};
@@ -147,28 +137,23 @@ TEST(ReduceFrom, EmptyAreaWritesNothingAndGivesAZeroBox) {
 }
 
 TEST(ReduceFrom, BoxHoldsThePixelsThatDifferFromTheBack) {
-  EXPECT_EQ(ChangedBox(12, 9, {{4, 3}, {7, 5}}), (Rect{4, 3, 4, 3}));
-  EXPECT_EQ(ChangedBox(12, 9, {{2, 1}}), (Rect{2, 1, 1, 1}));
-}
-
-TEST(ReduceFrom, BoxBeginsAtAnEvenColumn) {
-  EXPECT_EQ(ChangedBox(12, 9, {{5, 3}, {7, 5}}), (Rect{4, 3, 4, 3}));
-  EXPECT_EQ(ChangedBox(12, 9, {{1, 1}}), (Rect{0, 1, 2, 1}));
-}
-
-TEST(ReduceFrom, BoxIsZeroWithoutAChange) {
-  EXPECT_EQ(ChangedBox(12, 9, {}), Rect{});
-}
-
-TEST(ReduceFrom, ChangesOnlyInColumn0OrOnlyInRow0CountAsNone) {
-  EXPECT_EQ(ChangedBox(12, 9, {{0, 2}, {0, 7}}), Rect{});
-  EXPECT_EQ(ChangedBox(12, 9, {{3, 0}, {9, 0}}), Rect{});
-  EXPECT_EQ(ChangedBox(12, 9, {{0, 0}}), Rect{});
-  EXPECT_EQ(ChangedBox(12, 9, {{0, 5}, {3, 0}}), (Rect{0, 0, 4, 6}));
-}
-
-TEST(ReduceFrom, BoxAtTheRightBottomCorner) {
-  EXPECT_EQ(ChangedBox(12, 9, {{11, 8}}), (Rect{10, 8, 2, 1}));
+  const struct {
+    const char* rule;
+    std::vector<Point> changes;
+    Rect box;
+  } cases[] = {
+      {"BoxHoldsThePixelsThatDifferFromTheBack", {{4, 3}, {7, 5}}, {4, 3, 4, 3}},
+      {"BoxHoldsThePixelsThatDifferFromTheBack", {{2, 1}}, {2, 1, 1, 1}},
+      {"BoxBeginsAtAnEvenColumn", {{5, 3}, {7, 5}}, {4, 3, 4, 3}},
+      {"BoxBeginsAtAnEvenColumn", {{1, 1}}, {0, 1, 2, 1}},
+      {"BoxIsZeroWithoutAChange", {}, {}},
+      {"ChangesOnlyInColumn0OrOnlyInRow0CountAsNone", {{0, 2}, {0, 7}}, {}},
+      {"ChangesOnlyInColumn0OrOnlyInRow0CountAsNone", {{3, 0}, {9, 0}}, {}},
+      {"ChangesOnlyInColumn0OrOnlyInRow0CountAsNone", {{0, 0}}, {}},
+      {"ChangesOnlyInColumn0OrOnlyInRow0CountAsNone", {{0, 5}, {3, 0}}, {0, 0, 4, 6}},
+      {"BoxAtTheRightBottomCorner", {{11, 8}}, {10, 8, 2, 1}},
+  };
+  for (const auto& one : cases) EXPECT_EQ(ChangedBox(12, 9, one.changes), one.box) << one.rule;
 }
 
 TEST(ReduceFrom, AgreesWithThePixelRules) {
@@ -176,9 +161,8 @@ TEST(ReduceFrom, AgreesWithThePixelRules) {
   for (int32_t round = 0; round < 3000; ++round) {
     const int32_t scales[] = {1, 2, 4};
     int32_t scale = scales[random.Between(0, 2)];
-    NibbleBitmap bitmap;
-    bool wide = round % 50 == 0;
-    ASSERT_EQ(bitmap.Create(wide ? random.Between(900, 3500) : random.Between(1, 13), random.Between(1, 9)), 1);
+    const bool wide = round % 50 == 0;
+    Made bitmap(wide ? random.Between(900, 3500) : random.Between(1, 13), random.Between(1, 9));
     bitmap.frontIsHigh = random.Between(0, 1);
     bool packed = random.OneIn(2);
     OwnedImage composition = MakeImage(packed, bitmap.width * scale + random.Between(0, scale - 1),
@@ -199,30 +183,21 @@ TEST(ReduceFrom, AgreesWithThePixelRules) {
     Rect area{random.Between(0, 13), random.Between(0, 9), random.Between(0, 15), random.Between(0, 12)};
     if (wide) area.width = random.Between(900, 3500);
     bool whole = random.OneIn(3);
-    int32_t fromX = whole ? 0 : area.x * scale;
-    int32_t fromY = whole ? 0 : area.y * scale;
-    int32_t toX = bitmap.width * scale;
-    int32_t toY = bitmap.height * scale;
-    if (!whole) {
-      toX = std::min(toX, (area.x + area.width) * scale);
-      toY = std::min(toY, (area.y + area.height) * scale);
-    }
+    const Rect part = whole ? Rect{0, 0, bitmap.width, bitmap.height} : area;
     int32_t minX = INT32_MAX;
     int32_t minY = INT32_MAX;
     int32_t maxX = 0;
     int32_t maxY = 0;
-    for (int32_t y = fromY; y < toY; y += scale) {
-      for (int32_t x = fromX; x < toX; x += scale) {
-        int32_t dx = x / scale;
-        int32_t dy = y / scale;
-        int32_t value = PlainGrey(*composition, dx, dy, scale);
-        if (bitmap.GetBack(dx, dy) != value) {
-          minX = std::min(minX, dx);
-          minY = std::min(minY, dy);
-          maxX = std::max(maxX, dx);
-          maxY = std::max(maxY, dy);
+    for (int32_t y = part.y; y < std::min(part.y + part.height, bitmap.height); ++y) {
+      for (int32_t x = part.x; x < std::min(part.x + part.width, bitmap.width); ++x) {
+        const int32_t value = PlainGrey(*composition, x, y, scale);
+        if (bitmap.GetBack(x, y) != value) {
+          minX = std::min(minX, x);
+          minY = std::min(minY, y);
+          maxX = std::max(maxX, x);
+          maxY = std::max(maxY, y);
         }
-        uint8_t& byte = expected[static_cast<size_t>(dy * bitmap.pitch + dx)];
+        uint8_t& byte = expected[static_cast<size_t>(y * bitmap.pitch + x)];
         byte = static_cast<uint8_t>(bitmap.frontIsHigh != 0 ? (byte & 15) + value * 16 : (byte & 0xF0) + value);
       }
     }

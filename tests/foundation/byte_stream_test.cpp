@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
-#include <initializer_list>
 #include <string>
 #include <utility>
 #include <vector>
@@ -40,20 +39,15 @@ BufferStream BufferOver(uint8_t* memory, int32_t capacity, int32_t size) {
   return stream;
 }
 
-// A stream that holds bytes and stands at its start.
-struct FilledStream : ChunkStream {
-  explicit FilledStream(std::initializer_list<uint8_t> bytes) {
-    EXPECT_TRUE(Write(bytes.begin(), static_cast<int32_t>(bytes.size())));
-    Seek(0, kFromStart);
-  }
-};
+// Puts bytes into an empty stream and goes to their start.
+void Fill(ChunkStream& stream, const std::vector<uint8_t>& bytes) {
+  EXPECT_TRUE(stream.Write(bytes.data(), static_cast<int32_t>(bytes.size())));
+  stream.Seek(0, kFromStart);
+}
 
-// A stream that holds samples and stands behind them.
-struct SampleStream : ChunkStream {
-  explicit SampleStream(int32_t count, int32_t blockSize = 4096) : ChunkStream(blockSize) {
-    for (int32_t i = 0; i < count; ++i) PutC(Sample(i));
-  }
-};
+void PutSamples(ByteStream& stream, int32_t count) {
+  for (int32_t i = 0; i < count; ++i) stream.PutC(Sample(i));
+}
 
 // The samples from a position to the end of the data.
 void ExpectSamples(ByteStream& stream, int32_t from, int32_t end) {
@@ -80,7 +74,8 @@ TEST(ChunkStream, NewStreamIsOpenEmptyAndHasOneBlock) {
 }
 
 TEST(ChunkStream, AFullBlockIsLeftOnlyByTheNextByte) {
-  SampleStream stream(4096);
+  ChunkStream stream;
+  PutSamples(stream, 4096);
   ExpectState(stream, 4096, 4096, 1);
   EXPECT_EQ(stream.GetC(), -1);
   ExpectState(stream, 4096, 4096, 1);
@@ -89,7 +84,8 @@ TEST(ChunkStream, AFullBlockIsLeftOnlyByTheNextByte) {
 }
 
 TEST(ChunkStream, ReadingAcrossABlockBorderGivesEveryByteBack) {
-  SampleStream stream(4096 * 2 + 10);
+  ChunkStream stream;
+  PutSamples(stream, 4096 * 2 + 10);
   EXPECT_TRUE(stream.Seek(0, kFromStart));
   ExpectSamples(stream, 0, 4096 * 2 + 10);
   EXPECT_EQ(stream.Tell(), 4096 * 2 + 10);
@@ -106,7 +102,8 @@ TEST(ChunkStream, PutCGivesTheByteUnsigned) {
 }
 
 TEST(ChunkStream, OverwritingKeepsTheSize) {
-  SampleStream stream(10);
+  ChunkStream stream;
+  PutSamples(stream, 10);
   stream.Seek(3, kFromStart);
   stream.PutC(99);
   ExpectState(stream, 4, 10, 1);
@@ -145,32 +142,37 @@ void ExpectRead(ByteStream& stream, int32_t count, bool result, std::vector<uint
 }
 
 TEST(ChunkStream, ReadGivesTheBytesAndTrue) {
-  FilledStream stream({1, 2, 254, 0});
+  ChunkStream stream;
+  Fill(stream, {1, 2, 254, 0});
   ExpectRead(stream, 4, true, {1, 2, 254, 0});
   ExpectRead(stream, 0, true, {});
 }
 
 TEST(ChunkStream, ReadStopsBehindAByte255) {
-  FilledStream stream({1, 255, 2});
+  ChunkStream stream;
+  Fill(stream, {1, 255, 2});
   ExpectRead(stream, 3, false, {1, 255});
   EXPECT_EQ(stream.Tell(), 2);
   EXPECT_EQ(stream.GetC(), 2);
 }
 
 TEST(ChunkStream, ReadOfALastByte255IsFalse) {
-  FilledStream stream({255});
+  ChunkStream stream;
+  Fill(stream, {255});
   ExpectRead(stream, 1, false, {255});
   EXPECT_EQ(stream.Tell(), 1);
 }
 
 TEST(ChunkStream, ReadPastTheEndStoresOneByte255AndIsFalse) {
-  FilledStream stream({1, 2});
+  ChunkStream stream;
+  Fill(stream, {1, 2});
   ExpectRead(stream, 4, false, {1, 2, 255});
   EXPECT_EQ(stream.Tell(), 2);
 }
 
 TEST(ChunkStream, CloseEmptiesAndKeepsTheBlocks) {
-  SampleStream stream(9000);
+  ChunkStream stream;
+  PutSamples(stream, 9000);
   EXPECT_TRUE(stream.Close());
   EXPECT_EQ(stream.GetC(), -1);
   ExpectState(stream, 0, 0, 3);
@@ -178,7 +180,8 @@ TEST(ChunkStream, CloseEmptiesAndKeepsTheBlocks) {
 }
 
 TEST(ChunkStream, StreamIsUsedAnewAfterClose) {
-  SampleStream stream(9000);
+  ChunkStream stream;
+  PutSamples(stream, 9000);
   stream.Close();
   for (int32_t i = 0; i < 5000; ++i) stream.PutC(i & 63);
   ExpectState(stream, 5000, 5000, 3);
@@ -188,7 +191,8 @@ TEST(ChunkStream, StreamIsUsedAnewAfterClose) {
 }
 
 TEST(ChunkStream, SeekCountsFromStartPositionOrEnd) {
-  SampleStream stream(100);
+  ChunkStream stream;
+  PutSamples(stream, 100);
   ExpectSeek(stream, 40, kFromStart, 40);
   ExpectSeek(stream, -15, kFromPosition, 25);
   ExpectSeek(stream, 5, kFromPosition, 30);
@@ -197,12 +201,14 @@ TEST(ChunkStream, SeekCountsFromStartPositionOrEnd) {
 }
 
 TEST(ChunkStream, SeekFromAnyOtherOriginCountsFromTheStart) {
-  SampleStream stream(100);
+  ChunkStream stream;
+  PutSamples(stream, 100);
   for (int32_t origin : {3, -1, 77}) ExpectSeek(stream, 60, origin, 60);
 }
 
 TEST(ChunkStream, SeekToANegativeTargetIsFalseWithoutAMove) {
-  SampleStream stream(100);
+  ChunkStream stream;
+  PutSamples(stream, 100);
   stream.Seek(10, kFromStart);
   for (const auto& [offset, origin] : {std::pair{-1, kFromStart}, {-11, kFromPosition}, {-101, kFromEnd}}) {
     EXPECT_FALSE(stream.Seek(offset, origin));
@@ -212,7 +218,8 @@ TEST(ChunkStream, SeekToANegativeTargetIsFalseWithoutAMove) {
 }
 
 TEST(ChunkStream, SeekPastTheEndMakesTheBlocksAndKeepsTheSize) {
-  SampleStream stream(10);
+  ChunkStream stream;
+  PutSamples(stream, 10);
   EXPECT_TRUE(stream.Seek(4096 * 3 + 5, kFromStart));
   ExpectState(stream, 4096 * 3 + 5, 10, 4);
   EXPECT_EQ(stream.GetC(), -1);
@@ -223,7 +230,8 @@ TEST(ChunkStream, SeekPastTheEndMakesTheBlocksAndKeepsTheSize) {
 }
 
 TEST(ChunkStream, SeekToABlockBorderMakesTheBlockBehindIt) {
-  SampleStream stream(4096);
+  ChunkStream stream;
+  PutSamples(stream, 4096);
   EXPECT_TRUE(stream.Seek(4096, kFromStart));
   ExpectState(stream, 4096, 4096, 2);
   EXPECT_EQ(stream.GetC(), -1);
@@ -232,7 +240,8 @@ TEST(ChunkStream, SeekToABlockBorderMakesTheBlockBehindIt) {
 }
 
 TEST(ChunkStream, SeekBackIntoAnEarlierBlockReadsThere) {
-  SampleStream stream(4096 * 4);
+  ChunkStream stream;
+  PutSamples(stream, 4096 * 4);
   for (int32_t target : {4095, 4096, 12288, 0, 8191, 8192, 16383}) {
     EXPECT_TRUE(stream.Seek(target, kFromStart));
     EXPECT_EQ(stream.GetC(), Sample(target)) << target;
@@ -242,7 +251,8 @@ TEST(ChunkStream, SeekBackIntoAnEarlierBlockReadsThere) {
 }
 
 TEST(ChunkStream, SmallBlocksBehaveAlike) {
-  SampleStream stream(3, 3);
+  ChunkStream stream(3);
+  PutSamples(stream, 3);
   EXPECT_EQ(stream.BlockCount(), 1);
   EXPECT_TRUE(stream.Seek(7, kFromStart));
   EXPECT_EQ(stream.BlockCount(), 3);
@@ -252,7 +262,7 @@ TEST(ChunkStream, SmallBlocksBehaveAlike) {
   EXPECT_EQ(stream.Size(), 8);
 }
 
-void ExpectClosedAndZero(const BufferStream& stream) {
+void ExpectClosedAndZero(BufferStream& stream) {
   EXPECT_FALSE(stream.IsOpen());
   EXPECT_EQ(stream.buffer, nullptr);
   EXPECT_EQ(stream.capacity, 0);
@@ -453,7 +463,8 @@ TEST(ByteFields, IntegersAreLittleEndian) {
 }
 
 TEST(ByteFields, ShortFieldsArriveZeroExtended) {
-  FilledStream stream({0xfe, 0xff, 0xfe, 0xff, 0x78, 0x56, 0x34, 0xf2});
+  ChunkStream stream;
+  Fill(stream, {0xfe, 0xff, 0xfe, 0xff, 0x78, 0x56, 0x34, 0xf2});
   EXPECT_EQ(ReadField(stream, 1), 0xfeu);
   EXPECT_EQ(ReadField(stream, 1), 0xffu);
   EXPECT_EQ(ReadField(stream, 2), 0xfffeu);
@@ -461,7 +472,8 @@ TEST(ByteFields, ShortFieldsArriveZeroExtended) {
 }
 
 TEST(ByteFields, SignedFieldsAreSignExtended) {
-  FilledStream stream({0xfe, 0x7f, 0xff, 0xff, 0x00, 0x80, 0xfd, 0xff, 0xff, 0xff});
+  ChunkStream stream;
+  Fill(stream, {0xfe, 0x7f, 0xff, 0xff, 0x00, 0x80, 0xfd, 0xff, 0xff, 0xff});
   EXPECT_EQ(ReadSignedField(stream, 1), -2);
   EXPECT_EQ(ReadSignedField(stream, 1), 127);
   EXPECT_EQ(ReadSignedField(stream, 2), -1);
@@ -470,7 +482,8 @@ TEST(ByteFields, SignedFieldsAreSignExtended) {
 }
 
 TEST(ByteFields, BytesPastTheEndReadAsZero) {
-  FilledStream stream({0x34});
+  ChunkStream stream;
+  Fill(stream, {0x34});
   EXPECT_EQ(ReadField(stream, 4), 0x34u);
   EXPECT_EQ(ReadField(stream, 2), 0u);
   EXPECT_EQ(ReadSignedField(stream, 1), 0);
@@ -495,31 +508,36 @@ TEST(ByteFields, TextEndsWithAZeroByte) {
 }
 
 TEST(ByteFields, TextWithoutAZeroByteEndsWithTheData) {
-  FilledStream stream({'a', 'b', 'c'});
+  ChunkStream stream;
+  Fill(stream, {'a', 'b', 'c'});
   ExpectText(stream, 16, "abc");
 }
 
 TEST(ByteFields, TextAtTheLimitLosesItsLastByte) {
-  FilledStream stream({'a', 'b', 'c', 'd', 'e', 'f', 'g'});
+  ChunkStream stream;
+  Fill(stream, {'a', 'b', 'c', 'd', 'e', 'f', 'g'});
   ExpectText(stream, 4, "abc");
   EXPECT_EQ(stream.Tell(), 4);
 }
 
 TEST(ByteFields, TextThatJustFitsIsWhole) {
-  FilledStream stream({'a', 'b', 'c', 0, 'z'});
+  ChunkStream stream;
+  Fill(stream, {'a', 'b', 'c', 0, 'z'});
   ExpectText(stream, 4, "abc");
   EXPECT_EQ(stream.Tell(), 4);
 }
 
 TEST(ByteFields, StreamLengthKeepsThePosition) {
-  SampleStream stream(5000);
+  ChunkStream stream;
+  PutSamples(stream, 5000);
   stream.Seek(7, kFromStart);
   EXPECT_EQ(StreamLength(stream), 5000);
   EXPECT_EQ(stream.Tell(), 7);
 }
 
 TEST(ByteFields, ReadUpToPassesBytes255AndGivesTheCount) {
-  FilledStream stream({1, 255, 255, 4});
+  ChunkStream stream;
+  Fill(stream, {1, 255, 255, 4});
   std::vector<uint8_t> read(6, 9);
   EXPECT_EQ(ReadUpTo(stream, read.data(), 3), 3);
   EXPECT_EQ(read, (std::vector<uint8_t>{1, 255, 255, 9, 9, 9}));
@@ -529,7 +547,8 @@ TEST(ByteFields, ReadUpToPassesBytes255AndGivesTheCount) {
 }
 
 TEST(ByteFields, CopyStreamCopiesACountOrAllTheRest) {
-  SampleStream from(6000);
+  ChunkStream from;
+  PutSamples(from, 6000);
   from.Seek(2, kFromStart);
   ChunkStream to;
   EXPECT_TRUE(CopyStream(from, to, 3));
@@ -541,7 +560,8 @@ TEST(ByteFields, CopyStreamCopiesACountOrAllTheRest) {
 }
 
 TEST(ByteFields, CopyStreamIsFalseWhenTheSourceEndsEarly) {
-  SampleStream from(4);
+  ChunkStream from;
+  PutSamples(from, 4);
   from.Seek(0, kFromStart);
   ChunkStream to;
   EXPECT_FALSE(CopyStream(from, to, 5));

@@ -29,18 +29,11 @@ INSTANTIATE_TEST_SUITE_P(CellImage, EachClass, ::testing::Values(true, false),
 // Pixel storage.
 
 TEST(PackedImage, EvenPixelsLieInTheHighNibble) {
-  PackedImage image;
-  image.Resize(5, 2, 0);
-  image.SetPixel(0, 0, 1);
-  image.SetPixel(1, 0, 2);
-  image.SetPixel(4, 0, 3);
-  image.SetPixel(3, 1, 15);
+  OwnedImage image = ImageOf(true, "12..3\n...f.\n");
   const uint8_t expected[] = {0x12, 0x00, 0x30, 0x00, 0x00, 0x0F, 0x00, 0x00};
-  EXPECT_EQ(std::memcmp(image.bits, expected, sizeof expected), 0);
-  EXPECT_EQ(image.GetPixel(0, 0), 1);
-  EXPECT_EQ(image.GetPixel(1, 0), 2);
-  EXPECT_EQ(image.GetPixel(4, 0), 3);
-  EXPECT_EQ(image.GetPixel(3, 1), 15);
+  EXPECT_EQ(image->pitch, 4);
+  EXPECT_EQ(std::memcmp(image->bits, expected, sizeof expected), 0);
+  EXPECT_EQ(Picture(*image), "12..3\n...f.\n");
 }
 
 TEST(PackedImage, RowsCountTheHalfByteAndRoundUpToFour) {
@@ -51,15 +44,6 @@ TEST(PackedImage, RowsCountTheHalfByteAndRoundUpToFour) {
     EXPECT_EQ(image.pitch, pitches[width]) << width;
     EXPECT_EQ(image.ByteCount(), pitches[width] * 3) << width;
   }
-}
-
-TEST(PackedImage, WidthFiveHasThreeBytesOfPixelsInFour) {
-  PackedImage image;
-  image.Resize(5, 1, 0);
-  for (int32_t x = 0; x < 5; ++x) image.SetPixel(x, 0, 15);
-  const uint8_t expected[] = {0xFF, 0xFF, 0xF0, 0x00};
-  EXPECT_EQ(image.pitch, 4);
-  EXPECT_EQ(std::memcmp(image.bits, expected, 4), 0);
 }
 
 TEST(PackedImage, SixteenZeroBytesLieBehindTheLastRow) {
@@ -145,23 +129,23 @@ TEST_P(EachClass, SetPixelLeavesTheNeighbours) {
 
 TEST_P(EachClass, FindInkGivesTheFirstInkTowardsTheEnd) {
   OwnedImage image = ImageOf(Packed(), "...3..4...\n..........\n");
-  EXPECT_EQ(image->FindInk(0, 0, 10, 1), 3);
-  EXPECT_EQ(image->FindInk(3, 0, 10, 1), 3);
-  EXPECT_EQ(image->FindInk(4, 0, 10, 1), 6);
-  EXPECT_EQ(image->FindInk(9, 0, -1, 0), 6);
-  EXPECT_EQ(image->FindInk(5, 0, -1, 0), 3);
-}
-
-TEST_P(EachClass, FindInkGivesTheEndWithoutInkAndDoesNotLookAtIt) {
-  OwnedImage image = ImageOf(Packed(), "...3..4...\n..........\n");
-  EXPECT_EQ(image->FindInk(0, 0, 3, 1), 3);
-  EXPECT_EQ(image->FindInk(4, 0, 6, 1), 6);
-  EXPECT_EQ(image->FindInk(2, 0, -1, 0), -1);
-  EXPECT_EQ(image->FindInk(5, 0, 3, 0), 3);
-  EXPECT_EQ(image->FindInk(0, 1, 10, 1), 10);
-  EXPECT_EQ(image->FindInk(9, 1, -1, 0), -1);
-  EXPECT_EQ(image->FindInk(4, 0, 4, 1), 4);
-  EXPECT_EQ(image->FindInk(4, 0, 4, 0), 4);
+  const int32_t cases[][5] = {{0, 0, 10, 1, 3},
+                              {3, 0, 10, 1, 3},
+                              {4, 0, 10, 1, 6},
+                              {9, 0, -1, 0, 6},
+                              {5, 0, -1, 0, 3},
+                              // Without ink there is the end, which isn't looked at.
+                              {0, 0, 3, 1, 3},
+                              {4, 0, 6, 1, 6},
+                              {2, 0, -1, 0, -1},
+                              {5, 0, 3, 0, 3},
+                              {0, 1, 10, 1, 10},
+                              {9, 1, -1, 0, -1},
+                              {4, 0, 4, 1, 4},
+                              {4, 0, 4, 0, 4}};
+  for (const auto& [x, y, end, forward, found] : cases) {
+    EXPECT_EQ(image->FindInk(x, y, end, forward), found) << x << ", " << y << " to " << end;
+  }
 }
 
 TEST_P(EachClass, FindInkIsNotFooledByThePadding) {
@@ -183,53 +167,12 @@ TEST_P(EachClass, MakeBlankGivesAnEmptyImageOfTheSameClassAndSize) {
 TEST_P(EachClass, PixelReadOutsideIsMinusOne) {
   OwnedImage image = ImageOf(Packed(), "12\n34\n");
   EXPECT_EQ(image->PixelOrOutside(1, 1), 4);
-  EXPECT_EQ(image->PixelOrOutside(-1, 0), -1);
-  EXPECT_EQ(image->PixelOrOutside(0, -1), -1);
-  EXPECT_EQ(image->PixelOrOutside(2, 0), -1);
-  EXPECT_EQ(image->PixelOrOutside(0, 2), -1);
+  for (const Point& at : {Point{-1, 0}, Point{0, -1}, Point{2, 0}, Point{0, 2}}) {
+    EXPECT_EQ(image->PixelOrOutside(at.x, at.y), -1);
+  }
 }
 
 // Resizing.
-
-TEST(PackedImage, GrowingKeepsThePictureAtTheTopLeftAndFillsTheRest) {
-  PackedImage image;
-  image.Resize(10, 10, 0);
-  Random random(13);
-  Scatter(&image, random, 15, 1);
-  std::string before = Picture(image);
-  EXPECT_TRUE(image.Resize(20, 20, 4));
-  EXPECT_EQ(image.width, 20);
-  EXPECT_EQ(image.height, 20);
-  std::string expected;
-  for (size_t y = 0; y < 20; ++y) {
-    expected += y < 10 ? before.substr(y * 11, 10) + std::string(10, '4') : std::string(20, '4');
-    expected += '\n';
-  }
-  EXPECT_EQ(Picture(image), expected);
-}
-
-TEST(PackedImage, ShrinkingCutsAtTheRightAndTheBottom) {
-  OwnedImage image = ImageOf(true, "123456\n789abc\ndef123\n");
-  EXPECT_TRUE(image->Resize(3, 2, 9));
-  EXPECT_EQ(Picture(*image), "123\n789\n");
-}
-
-TEST(PackedImage, SpareNibbleOfAnOddWidthTakesTheFillWhenTheImageGrows) {
-  OwnedImage image = ImageOf(true, "123\n456\n");
-  EXPECT_TRUE(image->Resize(6, 2, 8));
-  EXPECT_EQ(Picture(*image), "123888\n456888\n");
-}
-
-TEST(PackedImage, PaddingOfTheOldRowsIsNotKept) {
-  PackedImage image;
-  image.Resize(4, 1, 0);
-  image.bits[2] = 0xAB;
-  image.bits[3] = 0xCD;
-  EXPECT_TRUE(image.Resize(12, 1, 6));
-  EXPECT_EQ(Picture(image), "....66666666\n");
-  EXPECT_EQ(image.bits[6], 0x66);
-  EXPECT_EQ(image.bits[7], 0x66);
-}
 
 TEST(PackedImage, ResizeToNothingAndBackLeavesOnlyTheFill) {
   OwnedImage image = ImageOf(true, "123\n456\n");
@@ -294,16 +237,9 @@ TEST(AdjustTone, MovesTheToneOfEachFamilyAndClamps) {
   }
 }
 
-TEST(AdjustTone, ResultIsAlwaysAPlainTone) {
-  EXPECT_EQ(AdjustTone(1, 0), 1);
-  EXPECT_EQ(AdjustTone(4, 2), 4);
-  EXPECT_EQ(AdjustTone(8, -2), 1);
-  EXPECT_EQ(AdjustTone(10, 1), 4);
-  EXPECT_EQ(AdjustTone(16, 1), 2);
-  EXPECT_EQ(AdjustTone(18, -1), 2);
-}
-
-TEST(AdjustTone, PixelsWithoutAToneGiveZero) {
+TEST(AdjustTone, ResultIsAlwaysAPlainToneOrZeroForPixelsWithoutOne) {
+  const int32_t cases[][3] = {{1, 0, 1}, {4, 2, 4}, {8, -2, 1}, {10, 1, 4}, {16, 1, 2}, {18, -1, 2}};
+  for (const auto& [value, delta, tone] : cases) EXPECT_EQ(AdjustTone(value, delta), tone) << value;
   for (int32_t value : {-1, 0, 5, 6, 7, 11, 12, 13, 14, 15, 19, 20, 21, 22, 23, 24, 25}) {
     EXPECT_EQ(AdjustTone(value, 1), 0) << value;
   }
@@ -351,36 +287,29 @@ TEST_P(EachClass, KeyedCopyLeavesTheDestinationUnderIndexZero) {
             "91959\n99999\n49994\n");
 }
 
-TEST(Composite, ToneMarksOverTransparentShowTheirMarkerColours) {
-  EXPECT_EQ(KeyedRow(0, kKeyed), ".123456789abcdef\n");
-}
-
-TEST(Composite, ToneMarksOverSketchShowTheirMarkerColours) {
-  EXPECT_EQ(KeyedRow(6, kKeyed), "6123456789abcdef\n");
-}
-
-TEST(Composite, ToneMarksShiftThePlainTones) {
-  EXPECT_EQ(KeyedRow(1, kKeyed), "1123456789a3211f\n");
-  EXPECT_EQ(KeyedRow(2, kKeyed), "2123456789a4311f\n");
-  EXPECT_EQ(KeyedRow(3, kKeyed), "3123456789a4421f\n");
-  EXPECT_EQ(KeyedRow(4, kKeyed), "4123456789a4432f\n");
-}
-
-TEST(Composite, ToneMarksTurnLinesIntoPlainTones) {
-  EXPECT_EQ(KeyedRow(8, kKeyed), "8123456789a3211f\n");
-  EXPECT_EQ(KeyedRow(9, kKeyed), "9123456789a4311f\n");
-  EXPECT_EQ(KeyedRow(10, kKeyed), "a123456789a4421f\n");
-}
-
-TEST(Composite, ToneMarksTurnPaleFormsIntoPlainTones) {
-  EXPECT_EQ(KeyedRow(16, kKeyed), "g123456789a3211f\n");
-  EXPECT_EQ(KeyedRow(17, kKeyed), "h123456789a4311f\n");
-  EXPECT_EQ(KeyedRow(18, kKeyed), "i123456789a4421f\n");
-}
-
-TEST(Composite, PaleDrawsOnlyLinesAndDarks) {
-  EXPECT_EQ(KeyedRow(0, kKeyed | kPale), ".ghi....ghi.....\n");
-  EXPECT_EQ(KeyedRow(3, kKeyed | kPale), "3ghi3333ghi33333\n");
+TEST(Composite, ToneMarksShiftWhatLiesBelow) {
+  const struct {
+    const char* rule;
+    int32_t below;
+    int32_t flags;
+    const char* row;
+  } cases[] = {
+      {"ToneMarksOverTransparentShowTheirMarkerColours", 0, kKeyed, ".123456789abcdef\n"},
+      {"ToneMarksOverSketchShowTheirMarkerColours", 6, kKeyed, "6123456789abcdef\n"},
+      {"ToneMarksShiftThePlainTones", 1, kKeyed, "1123456789a3211f\n"},
+      {"ToneMarksShiftThePlainTones", 2, kKeyed, "2123456789a4311f\n"},
+      {"ToneMarksShiftThePlainTones", 3, kKeyed, "3123456789a4421f\n"},
+      {"ToneMarksShiftThePlainTones", 4, kKeyed, "4123456789a4432f\n"},
+      {"ToneMarksTurnLinesIntoPlainTones", 8, kKeyed, "8123456789a3211f\n"},
+      {"ToneMarksTurnLinesIntoPlainTones", 9, kKeyed, "9123456789a4311f\n"},
+      {"ToneMarksTurnLinesIntoPlainTones", 10, kKeyed, "a123456789a4421f\n"},
+      {"ToneMarksTurnPaleFormsIntoPlainTones", 16, kKeyed, "g123456789a3211f\n"},
+      {"ToneMarksTurnPaleFormsIntoPlainTones", 17, kKeyed, "h123456789a4311f\n"},
+      {"ToneMarksTurnPaleFormsIntoPlainTones", 18, kKeyed, "i123456789a4421f\n"},
+      {"PaleDrawsOnlyLinesAndDarks", 0, kKeyed | kPale, ".ghi....ghi.....\n"},
+      {"PaleDrawsOnlyLinesAndDarks", 3, kKeyed | kPale, "3ghi3333ghi33333\n"},
+  };
+  for (const auto& one : cases) EXPECT_EQ(KeyedRow(one.below, one.flags), one.row) << one.rule;
 }
 
 TEST(Composite, KeyedCopyOfIndexedSourceKeepsTheHigherIndices) {
@@ -532,11 +461,8 @@ std::string OverlaidRow(int32_t variant) {
   return Picture(*destination);
 }
 
-TEST(Overlay, CellBeforeIsGreen) {
+TEST(Overlay, CellBeforeIsGreenAndCellAfterIsRed) {
   EXPECT_EQ(OverlaidRow(0), "4jkl4444jkl44444\n");
-}
-
-TEST(Overlay, CellAfterIsRed) {
   EXPECT_EQ(OverlaidRow(1), "4mno4444mno44444\n");
 }
 

@@ -55,20 +55,24 @@ Color EntryOf(const NibbleBitmap& bitmap, int32_t byte) {
   return {entry.red, entry.green, entry.blue};
 }
 
-// A bitmap with pixels.
-struct Made : NibbleBitmap {
-  Made(int32_t madeWidth, int32_t madeHeight, int32_t fill = 0) {
-    EXPECT_EQ(Create(madeWidth, madeHeight), 1);
-    FillBits(fill);
-  }
+// Gives a bitmap its pixels.
+void Make(NibbleBitmap* bitmap, int32_t width, int32_t height, int32_t fill = 0) {
+  EXPECT_EQ(bitmap->Create(width, height), 1);
+  bitmap->FillBits(fill);
+}
 
-  // The pixels and the spare bytes behind them.
-  Bytes All() const { return Bytes(bits, bits + imageSize + 16); }
-  Bytes First(int32_t count) const { return Bytes(bits, bits + count); }
-  void Randomize(Random& random) {
-    for (int32_t i = 0; i < imageSize; ++i) bits[i] = random.Byte();
-  }
-};
+void Randomize(NibbleBitmap* bitmap, Random& random) {
+  for (int32_t i = 0; i < bitmap->imageSize; ++i) bitmap->bits[i] = random.Byte();
+}
+
+Bytes First(const NibbleBitmap& bitmap, int32_t count) {
+  return Bytes(bitmap.bits, bitmap.bits + count);
+}
+
+// The pixels and the spare bytes behind them.
+Bytes All(const NibbleBitmap& bitmap) {
+  return First(bitmap, bitmap.imageSize + 16);
+}
 
 TEST(PlaneBitmap, FieldsStartWithTheirDefaults) {
   NibbleBitmap bitmap;
@@ -83,7 +87,8 @@ TEST(PlaneBitmap, FieldsStartWithTheirDefaults) {
 }
 
 TEST(PlaneBitmap, CreateStoresTheSizesAndRoundsThePitchToFour) {
-  Made bitmap(5, 3);
+  NibbleBitmap bitmap;
+  Make(&bitmap, 5, 3);
   EXPECT_EQ(bitmap.width, 5);
   EXPECT_EQ(bitmap.height, 3);
   EXPECT_EQ(bitmap.pitch, 8);
@@ -117,7 +122,8 @@ TEST(PlaneBitmap, CreateWithAZeroSizeGivesZeroAndLeavesNoBitmap) {
 }
 
 TEST(PlaneBitmap, CreateWithTheSameSizeKeepsPixelsColoursAndTheSavedBuffer) {
-  Made bitmap(6, 2, 0x5A);
+  NibbleBitmap bitmap;
+  Make(&bitmap, 6, 2, 0x5A);
   bitmap.SaveBits();
   bitmap.FillBits(0x31);
   bitmap.SetBaseColor(2, 1, 2, 3);
@@ -141,7 +147,8 @@ TEST(PlaneBitmap, CreateMakesARampOfItsOwnInTheFirstThirteenBaseColours) {
 }
 
 TEST(PlaneBitmap, FrontIsTheNibbleThatTheFieldSays) {
-  Made bitmap(4, 2);
+  NibbleBitmap bitmap;
+  Make(&bitmap, 4, 2);
   bitmap.bits[bitmap.pitch + 2] = 0x3A;
   EXPECT_EQ(bitmap.GetFront(2, 1), 10);
   EXPECT_EQ(bitmap.GetBack(2, 1), 3);
@@ -151,15 +158,17 @@ TEST(PlaneBitmap, FrontIsTheNibbleThatTheFieldSays) {
 }
 
 TEST(PlaneBitmap, SetFrontLeavesTheBackNibble) {
-  Made bitmap(4, 1, 0x3A);
+  NibbleBitmap bitmap;
+  Make(&bitmap, 4, 1, 0x3A);
   bitmap.SetFront(1, 0, 5);
   bitmap.frontIsHigh = 1;
   bitmap.SetFront(2, 0, 5);
-  EXPECT_EQ(bitmap.First(4), (Bytes{0x3A, 0x35, 0x5A, 0x3A}));
+  EXPECT_EQ(First(bitmap, 4), (Bytes{0x3A, 0x35, 0x5A, 0x3A}));
 }
 
 TEST(PlaneBitmap, SetFrontAboveFifteenSpillsOnlyUpwards) {
-  Made bitmap(4, 1, 0x2A);
+  NibbleBitmap bitmap;
+  Make(&bitmap, 4, 1, 0x2A);
   bitmap.SetFront(0, 0, 0x15);
   EXPECT_EQ(bitmap.bits[0], 0x35);
   bitmap.frontIsHigh = 1;
@@ -168,7 +177,9 @@ TEST(PlaneBitmap, SetFrontAboveFifteenSpillsOnlyUpwards) {
 }
 
 TEST(PlaneBitmap, FillBitsOverwritesBothPlanesAndThePadding) {
-  EXPECT_EQ(Made(5, 2, 0x1C7).First(16), Bytes(16, 0xC7));
+  NibbleBitmap bitmap;
+  Make(&bitmap, 5, 2, 0x1C7);
+  EXPECT_EQ(First(bitmap, 16), Bytes(16, 0xC7));
 }
 
 TEST(PlaneBitmap, SaveAndRestoreBeforeTheFirstCreateDoNothing) {
@@ -180,20 +191,22 @@ TEST(PlaneBitmap, SaveAndRestoreBeforeTheFirstCreateDoNothing) {
 }
 
 TEST(PlaneBitmap, RestoreBringsBothPlanesBack) {
-  Made bitmap(7, 3);
+  NibbleBitmap bitmap;
+  Make(&bitmap, 7, 3);
   Random random(21);
-  bitmap.Randomize(random);
-  const Bytes saved = bitmap.First(bitmap.imageSize);
+  Randomize(&bitmap, random);
+  const Bytes saved = First(bitmap, bitmap.imageSize);
   bitmap.SaveBits();
   bitmap.FillBits(0);
   bitmap.frontIsHigh = 1;
   bitmap.RestoreBits();
-  EXPECT_EQ(bitmap.First(bitmap.imageSize), saved);
+  EXPECT_EQ(First(bitmap, bitmap.imageSize), saved);
   EXPECT_EQ(bitmap.frontIsHigh, 1);
 }
 
 TEST(PlaneBitmap, BlockReadsGiveFourNibblesOfThePlane) {
-  Made bitmap(8, 2);
+  NibbleBitmap bitmap;
+  Make(&bitmap, 8, 2);
   for (int32_t i = 0; i < 16; ++i) bitmap.bits[i] = static_cast<uint8_t>(i * 16 + 15 - i);
   for (int32_t high = 0; high < 2; ++high) {
     bitmap.frontIsHigh = high;
@@ -209,7 +222,8 @@ TEST(PlaneBitmap, BlockReadsGiveFourNibblesOfThePlane) {
 }
 
 TEST(PlaneBitmap, BlockReadAtTheRightGoesOnInMemory) {
-  Made bitmap(6, 2);
+  NibbleBitmap bitmap;
+  Make(&bitmap, 6, 2);
   for (int32_t i = 0; i < 16; ++i) bitmap.bits[i] = static_cast<uint8_t>(i);
   uint8_t block[4];
   bitmap.GetFront4(&block, 6, 0);
@@ -217,7 +231,8 @@ TEST(PlaneBitmap, BlockReadAtTheRightGoesOnInMemory) {
 }
 
 TEST(PlaneBitmap, BlocksReachOverTheEndOfTheLastRow) {
-  Made bitmap(8, 2, 0xFF);
+  NibbleBitmap bitmap;
+  Make(&bitmap, 8, 2, 0xFF);
   uint8_t block[4] = {9, 9, 9, 9};
   bitmap.GetFront4(&block, 7, 1);
   EXPECT_EQ(Bytes(block, block + 4), (Bytes{15, 0, 0, 0}));
@@ -227,18 +242,19 @@ TEST(PlaneBitmap, BlocksReachOverTheEndOfTheLastRow) {
 
 TEST(PlaneBitmap, BlockWriteKeepsTheBackNibbles) {
   for (int32_t high = 0; high < 2; ++high) {
-    Made bitmap(8, 2);
+    NibbleBitmap bitmap;
+    Make(&bitmap, 8, 2);
     Random random(22);
-    bitmap.Randomize(random);
+    Randomize(&bitmap, random);
     bitmap.frontIsHigh = high;
-    Bytes expected = bitmap.All();
+    Bytes expected = All(bitmap);
     const uint8_t values[] = {1, 15, 0, 8};
     bitmap.SetFront4(2, 1, values);
     for (size_t i = 0; i < 4; ++i) {
       uint8_t& byte = expected[10 + i];
       byte = static_cast<uint8_t>(high != 0 ? (byte & 15) + values[i] * 16 : (byte & 0xF0) + values[i]);
     }
-    EXPECT_EQ(bitmap.All(), expected);
+    EXPECT_EQ(All(bitmap), expected);
   }
 }
 
@@ -459,10 +475,11 @@ TEST(PlaneBitmap, CopyBackToFrontCopiesTheRectangle) {
   for (int32_t high = 0; high < 2; ++high) {
     Random random(24);
     for (int32_t round = 0; round < 200; ++round) {
-      Made bitmap(random.Between(1, 12), random.Between(1, 8));
+      NibbleBitmap bitmap;
+      Make(&bitmap, random.Between(1, 12), random.Between(1, 8));
       bitmap.frontIsHigh = high;
-      bitmap.Randomize(random);
-      Bytes expected = bitmap.All();
+      Randomize(&bitmap, random);
+      Bytes expected = All(bitmap);
       int32_t x = random.Between(-4, 12);
       int32_t y = random.Between(-4, 8);
       int32_t w = random.Between(0, 14);
@@ -476,18 +493,19 @@ TEST(PlaneBitmap, CopyBackToFrontCopiesTheRectangle) {
         }
       }
       bitmap.CopyBackToFront(x, y, w, h);
-      ASSERT_EQ(bitmap.All(), expected) << x << ", " << y << ", " << w << ", " << h;
+      ASSERT_EQ(All(bitmap), expected) << x << ", " << y << ", " << w << ", " << h;
     }
   }
 }
 
 TEST(PlaneBitmap, CopyBackToFrontOfAnEmptyRectangleDoesNothing) {
-  Made bitmap(4, 4, 0x72);
+  NibbleBitmap bitmap;
+  Make(&bitmap, 4, 4, 0x72);
   bitmap.CopyBackToFront(0, 0, 0, 4);
   bitmap.CopyBackToFront(0, 0, 4, 0);
-  EXPECT_EQ(bitmap.First(16), Bytes(16, 0x72));
+  EXPECT_EQ(First(bitmap, 16), Bytes(16, 0x72));
   bitmap.CopyBackToFront(0, 0, 4, 4);
-  EXPECT_EQ(bitmap.First(16), Bytes(16, 0x77));
+  EXPECT_EQ(First(bitmap, 16), Bytes(16, 0x77));
 }
 
 }  // namespace

@@ -22,17 +22,16 @@ std::string FrontPicture(NibbleBitmap& bitmap) {
   return text;
 }
 
-// A bitmap with pixels.
-struct Made : NibbleBitmap {
-  Made(int32_t madeWidth, int32_t madeHeight, int32_t fill = 0) {
-    EXPECT_EQ(Create(madeWidth, madeHeight), 1);
-    FillBits(fill);
-  }
-};
+// Gives a bitmap its pixels.
+void Make(NibbleBitmap* bitmap, int32_t width, int32_t height, int32_t fill = 0) {
+  EXPECT_EQ(bitmap->Create(width, height), 1);
+  bitmap->FillBits(fill);
+}
 
 // The box of dark pixels in front of a back plane that is equal to a wholly white output.
 Rect ChangedBox(int32_t width, int32_t height, const std::vector<Point>& changes) {
-  Made bitmap(width, height, 0x33);
+  NibbleBitmap bitmap;
+  Make(&bitmap, width, height, 0x33);
   bitmap.frontIsHigh = 1;
   OwnedImage composition = MakeImage(false, width, height);
   for (const Point& point : changes) composition->SetPixel(point.x, point.y, 1);
@@ -45,14 +44,16 @@ TEST(ReduceFrom, EachIndexGivesItsTone) {
   const int32_t tones[] = {3, 0, 1, 2, 3, 3, 3, 3, 0, 1, 2, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3};
   OwnedImage composition = MakeImage(false, 25, 1);
   for (int32_t i = 0; i < 25; ++i) composition->SetPixel(i, 0, i);
-  Made bitmap(25, 1);
+  NibbleBitmap bitmap;
+  Make(&bitmap, 25, 1);
   bitmap.ReduceFrom(*composition, nullptr, 1, nullptr);
   for (int32_t i = 0; i < 25; ++i) EXPECT_EQ(bitmap.GetFront(i, 0), tones[i]) << i;
 }
 
 TEST(ReduceFrom, HalfSizeAddsFourTones) {
   OwnedImage composition = ImageOf(true, "1144.\n114.1\n8123.\n9a44.\n.....\n");
-  Made bitmap(2, 2);
+  NibbleBitmap bitmap;
+  Make(&bitmap, 2, 2);
   bitmap.ReduceFrom(*composition, nullptr, 2, nullptr);
   EXPECT_EQ(FrontPicture(bitmap), ".c\n39\n");
 }
@@ -73,7 +74,8 @@ TEST(ReduceFrom, QuarterSizeDithersTheRemainder) {
         }
       }
     }
-    Made bitmap(4, 4);
+    NibbleBitmap bitmap;
+    Make(&bitmap, 4, 4);
     bitmap.ReduceFrom(*composition, nullptr, 4, nullptr);
     for (int32_t y = 0; y < 4; ++y) {
       for (int32_t x = 0; x < 4; ++x) {
@@ -85,7 +87,8 @@ TEST(ReduceFrom, QuarterSizeDithersTheRemainder) {
 }
 
 TEST(ReduceFrom, QuarterSizeRunsFrom0To12) {
-  Made bitmap(2, 2);
+  NibbleBitmap bitmap;
+  Make(&bitmap, 2, 2);
   OwnedImage composition = MakeImage(false, 8, 8);
   bitmap.ReduceFrom(*composition, nullptr, 4, nullptr);
   EXPECT_EQ(FrontPicture(bitmap), "cc\ncc\n");
@@ -96,7 +99,8 @@ TEST(ReduceFrom, QuarterSizeRunsFrom0To12) {
 
 TEST(ReduceFrom, OnlyTheFrontPlaneChanges) {
   for (int32_t high = 0; high < 2; ++high) {
-    Made bitmap(4, 1, 0x96);
+    NibbleBitmap bitmap;
+    Make(&bitmap, 4, 1, 0x96);
     bitmap.frontIsHigh = high;
     OwnedImage composition = ImageOf(true, "1234\n");
     bitmap.ReduceFrom(*composition, nullptr, 1, nullptr);
@@ -108,7 +112,8 @@ TEST(ReduceFrom, OnlyTheFrontPlaneChanges) {
 }
 
 TEST(ReduceFrom, AreaLimitsWhatIsWritten) {
-  Made bitmap(4, 3, 0xEE);
+  NibbleBitmap bitmap;
+  Make(&bitmap, 4, 3, 0xEE);
   OwnedImage composition = MakeImage(true, 8, 6);
   composition->Fill(8);
   Rect area{1, 1, 2, 1};
@@ -117,7 +122,8 @@ TEST(ReduceFrom, AreaLimitsWhatIsWritten) {
 }
 
 TEST(ReduceFrom, AreaIsCutAtTheBitmap) {
-  Made bitmap(3, 3, 0xEE);
+  NibbleBitmap bitmap;
+  Make(&bitmap, 3, 3, 0xEE);
   OwnedImage composition = MakeImage(true, 15, 15);
   composition->Fill(8);
   Rect area{2, 1, 50, 60};
@@ -126,7 +132,8 @@ TEST(ReduceFrom, AreaIsCutAtTheBitmap) {
 }
 
 TEST(ReduceFrom, EmptyAreaWritesNothingAndGivesAZeroBox) {
-  Made bitmap(3, 3, 0xEE);
+  NibbleBitmap bitmap;
+  Make(&bitmap, 3, 3, 0xEE);
   OwnedImage composition = MakeImage(true, 3, 3);
   for (const Rect& area : {Rect{0, 0, 0, 3}, Rect{0, 0, 3, 0}, Rect{3, 3, 1, 1}}) {
     Rect box{-1, -2, -3, -4};
@@ -162,7 +169,8 @@ TEST(ReduceFrom, AgreesWithThePixelRules) {
     const int32_t scales[] = {1, 2, 4};
     int32_t scale = scales[random.Between(0, 2)];
     const bool wide = round % 50 == 0;
-    Made bitmap(wide ? random.Between(900, 3500) : random.Between(1, 13), random.Between(1, 9));
+    NibbleBitmap bitmap;
+    Make(&bitmap, wide ? random.Between(900, 3500) : random.Between(1, 13), random.Between(1, 9));
     bitmap.frontIsHigh = random.Between(0, 1);
     bool packed = random.OneIn(2);
     OwnedImage composition = MakeImage(packed, bitmap.width * scale + random.Between(0, scale - 1),

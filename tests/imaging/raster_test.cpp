@@ -11,10 +11,6 @@ namespace {
 constexpr PenSpec kFinest = {7, 0, 0, 2};
 constexpr PenSpec kWide = {0, 0, 0, 2};
 
-int32_t InkOf(const PenSpec& pen, int32_t x, int32_t y) {
-  return inkrules::InkAt(pen.tone, pen.colorA, pen.colorB, x, y);
-}
-
 // Writes down where it is stamped and with which ink; has no pixels.
 class StampLog final : public CellImage {
  public:

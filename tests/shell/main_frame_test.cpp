@@ -183,7 +183,5 @@ TEST_F(FrameWindow, AnActivationSendsOnePulse) {
   }
 }
 
-// What is kept from run to run.
-
 }  // namespace
 }  // namespace sorvel::testshell

@@ -96,14 +96,19 @@ void PlainLine(CellImage* image, int32_t x0, int32_t y0, int32_t x1, int32_t y1,
   if (pen->colorB == 8) pen->colorB = 1;
 }
 
+template <typename Visit>
+void ForRect(const Rect& rect, const Visit& visit) {
+  for (int32_t x = rect.x; x < rect.x + rect.width; ++x) {
+    for (int32_t y = rect.y; y < rect.y + rect.height; ++y) visit(x, y);
+  }
+}
+
 bool PlainFillBox(CellImage* image, Rect box, const PenSpec& pen, uint32_t mask, Bounds* outBox) {
   if (!PlainClip(*image, &box, true)) return false;
   if (outBox != nullptr) *outBox = {box.x, box.y, box.x + box.width, box.y + box.height};
-  for (int32_t x = box.x; x < box.x + box.width; ++x) {
-    for (int32_t y = box.y; y < box.y + box.height; ++y) {
-      if (!PlainMasked(mask, image->GetPixel(x, y))) image->SetPixel(x, y, PlainInk(pen, x, y));
-    }
-  }
+  ForRect(box, [&](int32_t x, int32_t y) {
+    if (!PlainMasked(mask, image->GetPixel(x, y))) image->SetPixel(x, y, PlainInk(pen, x, y));
+  });
   return true;
 }
 
@@ -220,44 +225,36 @@ bool PlainEdgeFill(CellImage* image, Rect rect, const PenSpec& pen, uint32_t mas
     return pixel >= 0 && pixel != 15 && pixel != key;
   };
   for (int32_t pass = 0; pass < std::abs(pen.shape - 7) + 1; ++pass) {
-    for (int32_t x = rect.x; x < rect.x + rect.width; ++x) {
-      for (int32_t y = rect.y; y < rect.y + rect.height; ++y) {
-        if (image->GetPixel(x, y) != key) continue;
-        if (isForeign(x - 1, y) || isForeign(x, y - 1) || isForeign(x + 1, y) || isForeign(x, y + 1)) {
-          image->SetPixel(x, y, 15);
-        }
+    ForRect(rect, [&](int32_t x, int32_t y) {
+      if (image->GetPixel(x, y) != key) return;
+      if (isForeign(x - 1, y) || isForeign(x, y - 1) || isForeign(x + 1, y) || isForeign(x, y + 1)) {
+        image->SetPixel(x, y, 15);
       }
-    }
-    for (int32_t x = rect.x; x < rect.x + rect.width; ++x) {
-      for (int32_t y = rect.y; y < rect.y + rect.height; ++y) {
-        if (image->GetPixel(x, y) == 15) image->SetPixel(x, y, PlainInk(pen, x, y));
-      }
-    }
+    });
+    ForRect(rect, [&](int32_t x, int32_t y) {
+      if (image->GetPixel(x, y) == 15) image->SetPixel(x, y, PlainInk(pen, x, y));
+    });
   }
   return true;
 }
 
 bool PlainToSketch(CellImage* image, Rect rect, int32_t whiteValue, uint32_t mask) {
   if (!PlainClip(*image, &rect, false)) return false;
-  for (int32_t x = rect.x; x < rect.x + rect.width; ++x) {
-    for (int32_t y = rect.y; y < rect.y + rect.height; ++y) {
-      const int32_t pixel = image->GetPixel(x, y);
-      if (PlainMasked(mask, pixel)) continue;
-      if (pixel >= 8 && pixel <= 10) image->SetPixel(x, y, pixel - 3);
-      if (pixel >= 1 && pixel <= 3) image->SetPixel(x, y, pixel + 4);
-      if (pixel == 4) image->SetPixel(x, y, whiteValue);
-    }
-  }
+  ForRect(rect, [&](int32_t x, int32_t y) {
+    const int32_t pixel = image->GetPixel(x, y);
+    if (PlainMasked(mask, pixel)) return;
+    if (pixel >= 8 && pixel <= 10) image->SetPixel(x, y, pixel - 3);
+    if (pixel >= 1 && pixel <= 3) image->SetPixel(x, y, pixel + 4);
+    if (pixel == 4) image->SetPixel(x, y, whiteValue);
+  });
   return true;
 }
 
 bool PlainClearSketch(CellImage* image, Rect rect, int32_t value) {
   if (!PlainClip(*image, &rect, false)) return false;
-  for (int32_t x = rect.x; x < rect.x + rect.width; ++x) {
-    for (int32_t y = rect.y; y < rect.y + rect.height; ++y) {
-      if (IsPlainSketch(image->GetPixel(x, y))) image->SetPixel(x, y, value);
-    }
-  }
+  ForRect(rect, [&](int32_t x, int32_t y) {
+    if (IsPlainSketch(image->GetPixel(x, y))) image->SetPixel(x, y, value);
+  });
   return true;
 }
 
@@ -295,12 +292,10 @@ bool PlainMosaic(CellImage* image, Rect rect) {
   const int64_t count = int64_t{rect.width} * rect.height;
   if (count < 16) return false;
   int64_t sum = 0;
-  for (int32_t x = rect.x; x < rect.x + rect.width; ++x) {
-    for (int32_t y = rect.y; y < rect.y + rect.height; ++y) {
-      const int32_t pixel = image->GetPixel(x, y);
-      sum += pixel >= 1 && pixel <= 3 ? pixel - 1 : pixel >= 8 && pixel <= 10 ? pixel - 8 : 3;
-    }
-  }
+  ForRect(rect, [&](int32_t x, int32_t y) {
+    const int32_t pixel = image->GetPixel(x, y);
+    sum += pixel >= 1 && pixel <= 3 ? pixel - 1 : pixel >= 8 && pixel <= 10 ? pixel - 8 : 3;
+  });
   const auto level = static_cast<int32_t>(std::clamp<int64_t>(sum / (count / 16), 0, 48));
   return PlainFillBox(image, rect, LevelToPen(level), 0, nullptr);
 }
@@ -448,9 +443,10 @@ template <typename Check>
 void ForTwins(uint32_t seed, int32_t rounds, const Check& check) {
   Random random(seed);
   for (int32_t round = 0; round < rounds && !testing::Test::HasFatalFailure(); ++round) {
+    SCOPED_TRACE(round);
     const Twins twins = AnyTwins(&random);
     check(&random, twins);
-    ASSERT_TRUE(AreEqual(twins)) << "round " << round;
+    ASSERT_TRUE(AreEqual(twins));
   }
 }
 
@@ -534,25 +530,22 @@ TEST(InkExactness, FillRectEqualsItsPlainForm) {
 }
 
 TEST(InkExactness, StampImageEqualsItsPlainForm) {
-  Random random(6);
-  for (int32_t round = 0; round < 6000; ++round) {
-    const Twins twins = AnyTwins(&random);
-    const Twins source = AnyTwins(&random);
-    const Rect block = AnyRect(&random, *source.real);
+  ForTwins(6, 6000, [](Random* random, const Twins& twins) {
+    const Twins source = AnyTwins(random);
+    const Rect block = AnyRect(random, *source.real);
     const int32_t sx = std::clamp(block.x, -100, 300);
     const int32_t sy = std::clamp(block.y, -100, 300);
     const int32_t width = std::clamp(block.width, -100, 300);
     const int32_t height = std::clamp(block.height, -100, 300);
-    const int32_t dx = random.Between(-9, twins.real->width);
-    const int32_t dy = random.Between(-9, twins.real->height);
-    const PenSpec pen = AnyPen(&random, twins.isPacked);
-    const uint32_t mask = AnyMask(&random);
+    const int32_t dx = random->Between(-9, twins.real->width);
+    const int32_t dy = random->Between(-9, twins.real->height);
+    const PenSpec pen = AnyPen(random, twins.isPacked);
+    const uint32_t mask = AnyMask(random);
     ASSERT_EQ(twins.real->StampImage(dx, dy, source.real.get(), sx, sy, width, height, pen, mask),
-              PlainStampImage(twins.plain.get(), dx, dy, source.plain.get(), sx, sy, width, height, pen, mask))
-        << round;
-    ASSERT_TRUE(AreEqual(twins)) << round;
-    ASSERT_TRUE(AreEqual(source)) << round;
-  }
+              PlainStampImage(twins.plain.get(), dx, dy, source.plain.get(), sx, sy, width, height, pen, mask));
+    ASSERT_TRUE(AreEqual(twins));
+    ASSERT_TRUE(AreEqual(source));
+  });
 }
 
 // Pens of ordinary colours more often than not: with the marker's value nothing happens.
@@ -566,24 +559,21 @@ PenSpec AnyFillPen(Random* random, bool isPacked) {
 }
 
 TEST(InkExactness, FloodFillEqualsTheRecursion) {
-  Random random(7);
-  for (int32_t round = 0; round < 12000; ++round) {
-    const Twins twins = AnyTwins(&random);
+  ForTwins(7, 12000, [](Random* random, const Twins& twins) {
     for (int32_t i = 0; i < 2; ++i) {
-      const PenSpec pen = AnyFillPen(&random, twins.isPacked);
-      const uint32_t mask = AnyMask(&random);
-      const int32_t edge = random.OneIn(30) ? 3 : 0;
-      const int32_t x = random.Between(-edge, twins.real->width - 1 + edge);
-      const int32_t y = random.Between(-edge, twins.real->height - 1 + edge);
-      Rect real = AnyDirty(&random);
+      const PenSpec pen = AnyFillPen(random, twins.isPacked);
+      const uint32_t mask = AnyMask(random);
+      const int32_t edge = random->OneIn(30) ? 3 : 0;
+      const int32_t x = random->Between(-edge, twins.real->width - 1 + edge);
+      const int32_t y = random->Between(-edge, twins.real->height - 1 + edge);
+      Rect real = AnyDirty(random);
       Rect plain = real;
       ASSERT_EQ(twins.real->FloodFill(x, y, pen, mask, &real),
-                PlainFloodFill(twins.plain.get(), x, y, pen, mask, &plain))
-          << round;
-      ASSERT_EQ(real, plain) << round << " from " << x << ", " << y;
-      ASSERT_TRUE(AreEqual(twins)) << round << " from " << x << ", " << y;
+                PlainFloodFill(twins.plain.get(), x, y, pen, mask, &plain));
+      ASSERT_EQ(real, plain) << " from " << x << ", " << y;
+      ASSERT_TRUE(AreEqual(twins)) << " from " << x << ", " << y;
     }
-  }
+  });
 }
 
 // Mostly ground, with columns of boundaries and sketch at chosen places around the borders of words.
@@ -614,118 +604,94 @@ TEST(InkExactness, FloodFillAcrossTheBordersOfWordsEqualsTheRecursion) {
 }
 
 TEST(InkExactness, GradientFillEqualsTheRecursion) {
-  Random random(9);
-  for (int32_t round = 0; round < 8000; ++round) {
-    const Twins twins = AnyTwins(&random);
-    const PenSpec startPen = AnyPen(&random, true);
-    const PenSpec endPen = AnyPen(&random, true);
-    const uint32_t mask = AnyMask(&random);
-    const int32_t x = random.Between(0, twins.real->width - 1);
-    const int32_t y = random.Between(0, twins.real->height - 1);
-    int32_t endX = random.Between(-50, twins.real->width + 50);
-    int32_t endY = random.Between(-50, twins.real->height + 50);
-    if (random.OneIn(20)) endX = random.OneIn(2) ? kLowest : kHighest;
-    if (random.OneIn(20)) endY = random.OneIn(2) ? kLowest : kHighest;
-    Rect real = AnyDirty(&random);
+  ForTwins(9, 8000, [](Random* random, const Twins& twins) {
+    const PenSpec startPen = AnyPen(random, true);
+    const PenSpec endPen = AnyPen(random, true);
+    const uint32_t mask = AnyMask(random);
+    const int32_t x = random->Between(0, twins.real->width - 1);
+    const int32_t y = random->Between(0, twins.real->height - 1);
+    int32_t endX = random->Between(-50, twins.real->width + 50);
+    int32_t endY = random->Between(-50, twins.real->height + 50);
+    if (random->OneIn(20)) endX = random->OneIn(2) ? kLowest : kHighest;
+    if (random->OneIn(20)) endY = random->OneIn(2) ? kLowest : kHighest;
+    Rect real = AnyDirty(random);
     Rect plain = real;
     ASSERT_EQ(twins.real->GradientFill(x, y, startPen, endX, endY, endPen, mask, &real),
-              PlainGradientFill(twins.plain.get(), x, y, startPen, endX, endY, endPen, mask, &plain))
-        << round;
-    ASSERT_EQ(real, plain) << round;
-    ASSERT_TRUE(AreEqual(twins)) << round << " from " << x << ", " << y << " to " << endX << ", " << endY;
-  }
+              PlainGradientFill(twins.plain.get(), x, y, startPen, endX, endY, endPen, mask, &plain));
+    ASSERT_EQ(real, plain);
+  });
 }
 
 TEST(InkExactness, EdgeFillEqualsItsPlainForm) {
-  Random random(10);
-  for (int32_t round = 0; round < 8000; ++round) {
-    const Twins twins = AnyTwins(&random);
-    const Rect rect = AnyRect(&random, *twins.real);
-    const PenSpec pen = AnyPen(&random, twins.isPacked);
-    const uint32_t mask = AnyMask(&random);
+  ForTwins(10, 8000, [](Random* random, const Twins& twins) {
+    const Rect rect = AnyRect(random, *twins.real);
+    const PenSpec pen = AnyPen(random, twins.isPacked);
+    const uint32_t mask = AnyMask(random);
     ASSERT_EQ(twins.real->EdgeFill(rect.x, rect.y, rect.width, rect.height, pen, mask),
-              PlainEdgeFill(twins.plain.get(), rect, pen, mask))
-        << round;
-    ASSERT_TRUE(AreEqual(twins)) << round << " at " << rect.x << ", " << rect.y << ", " << rect.width << ", "
-                                 << rect.height << " shape " << pen.shape;
-  }
+              PlainEdgeFill(twins.plain.get(), rect, pen, mask));
+  });
 }
 
 TEST(InkExactness, SketchOperationsEqualTheirPlainForms) {
-  Random random(11);
-  for (int32_t round = 0; round < 10000; ++round) {
-    const Twins twins = AnyTwins(&random);
-    const Rect rect = AnyRect(&random, *twins.real);
-    const int32_t value = random.Between(0, twins.isPacked ? 15 : 255);
-    if (random.OneIn(2)) {
-      const uint32_t mask = AnyMask(&random);
+  ForTwins(11, 10000, [](Random* random, const Twins& twins) {
+    const Rect rect = AnyRect(random, *twins.real);
+    const int32_t value = random->Between(0, twins.isPacked ? 15 : 255);
+    if (random->OneIn(2)) {
+      const uint32_t mask = AnyMask(random);
       ASSERT_EQ(twins.real->ToSketch(rect.x, rect.y, rect.width, rect.height, value, mask),
-                PlainToSketch(twins.plain.get(), rect, value, mask))
-          << round;
+                PlainToSketch(twins.plain.get(), rect, value, mask));
     } else {
       ASSERT_EQ(twins.real->ClearSketch(rect.x, rect.y, rect.width, rect.height, value),
-                PlainClearSketch(twins.plain.get(), rect, value))
-          << round;
+                PlainClearSketch(twins.plain.get(), rect, value));
     }
-    ASSERT_TRUE(AreEqual(twins)) << round;
-  }
+  });
 }
 
 TEST(InkExactness, ExchangeEqualsItsPlainForm) {
-  Random random(12);
-  for (int32_t round = 0; round < 8000; ++round) {
-    const Twins twins = AnyTwins(&random);
-    Twins other = AnyTwins(&random);
+  ForTwins(12, 8000, [](Random* random, const Twins& twins) {
+    Twins other = AnyTwins(random);
     // What a byte holds needs a byte on the other side.
-    if (other.isPacked != twins.isPacked) continue;
-    const bool withItself = random.OneIn(5);
-    const int32_t sx = random.Between(-9, other.real->width);
-    const int32_t sy = random.Between(-9, other.real->height);
-    const int32_t dx = random.Between(-9, twins.real->width);
-    const int32_t dy = random.Between(-9, twins.real->height);
-    const int32_t width = random.Between(-9, random.OneIn(4) ? 2200 : 200);
-    const int32_t height = random.Between(-9, 50);
+    if (other.isPacked != twins.isPacked) return;
+    const bool withItself = random->OneIn(5);
+    const int32_t sx = random->Between(-9, other.real->width);
+    const int32_t sy = random->Between(-9, other.real->height);
+    const int32_t dx = random->Between(-9, twins.real->width);
+    const int32_t dy = random->Between(-9, twins.real->height);
+    const int32_t width = random->Between(-9, random->OneIn(4) ? 2200 : 200);
+    const int32_t height = random->Between(-9, 50);
     ASSERT_EQ(twins.real->Exchange(dx, dy, withItself ? twins.real.get() : other.real.get(), sx, sy, width, height),
               PlainExchange(twins.plain.get(), dx, dy, withItself ? twins.plain.get() : other.plain.get(), sx, sy,
-                            width, height))
-        << round;
-    ASSERT_TRUE(AreEqual(twins)) << round;
-    ASSERT_TRUE(AreEqual(other)) << round;
-  }
+                            width, height));
+    ASSERT_TRUE(AreEqual(twins));
+    ASSERT_TRUE(AreEqual(other));
+  });
 }
 
 TEST(InkExactness, MoveBlockEqualsItsPlainForm) {
-  Random random(13);
-  for (int32_t round = 0; round < 10000; ++round) {
-    const Twins twins = AnyTwins(&random);
-    const Rect block = {random.Between(-10, twins.real->width), random.Between(-10, twins.real->height),
-                        random.Between(-5, twins.real->width + 9), random.Between(-5, twins.real->height + 9)};
-    const int32_t reach = random.OneIn(3) ? 1200 : 6;
-    const int32_t toX = block.x + random.Between(-reach, reach);
-    const int32_t toY = block.y + (random.OneIn(4) ? 0 : random.Between(-reach, reach));
-    const int32_t fillValue = random.OneIn(2) ? 0 : random.Between(0, 15);
-    const uint32_t mask = AnyMask(&random);
+  ForTwins(13, 10000, [](Random* random, const Twins& twins) {
+    const Rect block = {random->Between(-10, twins.real->width), random->Between(-10, twins.real->height),
+                        random->Between(-5, twins.real->width + 9), random->Between(-5, twins.real->height + 9)};
+    const int32_t reach = random->OneIn(3) ? 1200 : 6;
+    const int32_t toX = block.x + random->Between(-reach, reach);
+    const int32_t toY = block.y + (random->OneIn(4) ? 0 : random->Between(-reach, reach));
+    const int32_t fillValue = random->OneIn(2) ? 0 : random->Between(0, 15);
+    const uint32_t mask = AnyMask(random);
     twins.real->MoveBlock(block.x, block.y, block.width, block.height, toX, toY, fillValue, mask);
     PlainMoveBlock(twins.plain.get(), block, toX, toY, fillValue, mask);
-    ASSERT_TRUE(AreEqual(twins)) << round << " by " << toX - block.x << ", " << toY - block.y;
-  }
+  });
 }
 
 TEST(InkExactness, MosaicEqualsItsPlainForm) {
-  Random random(14);
-  for (int32_t round = 0; round < 8000; ++round) {
-    const Twins twins = AnyTwins(&random);
+  ForTwins(14, 8000, [](Random* random, const Twins& twins) {
     for (int32_t i = 0; i < 3; ++i) {
-      Rect rect = AnyRect(&random, *twins.real);
-      if (random.OneIn(2)) {
-        const int32_t size = 4 * random.Between(1, 4);
-        rect = {random.Between(-10, twins.real->width), random.Between(-10, twins.real->height), size, size};
+      Rect rect = AnyRect(random, *twins.real);
+      if (random->OneIn(2)) {
+        const int32_t size = 4 * random->Between(1, 4);
+        rect = {random->Between(-10, twins.real->width), random->Between(-10, twins.real->height), size, size};
       }
-      ASSERT_EQ(twins.real->Mosaic(rect.x, rect.y, rect.width, rect.height), PlainMosaic(twins.plain.get(), rect))
-          << round;
+      ASSERT_EQ(twins.real->Mosaic(rect.x, rect.y, rect.width, rect.height), PlainMosaic(twins.plain.get(), rect));
     }
-    ASSERT_TRUE(AreEqual(twins)) << round;
-  }
+  });
 }
 
 TEST(InkExactness, FlipsEqualTheirPlainForms) {
@@ -743,86 +709,77 @@ TEST(InkExactness, FlipsEqualTheirPlainForms) {
 }
 
 TEST(InkExactness, CompositeAndOverlayEqualTheirPlainForms) {
-  Random random(16);
-  for (int32_t round = 0; round < 12000; ++round) {
-    const Twins twins = AnyTwins(&random);
-    const Twins source = AnyTwins(&random);
+  ForTwins(16, 12000, [](Random* random, const Twins& twins) {
+    const Twins source = AnyTwins(random);
     // More than 15 doesn't go into four bits.
-    if (twins.isPacked && !source.isPacked) continue;
-    const bool withItself = random.OneIn(8);
+    if (twins.isPacked && !source.isPacked) return;
+    const bool withItself = random->OneIn(8);
     CellImage* const realSource = withItself ? twins.real.get() : source.real.get();
     CellImage* const plainSource = withItself ? twins.plain.get() : source.plain.get();
-    const int32_t dx = random.Between(-20, twins.real->width);
-    const int32_t dy = random.Between(-20, twins.real->height);
-    const int32_t sx = random.Between(-20, realSource->width);
-    const int32_t sy = random.Between(-20, realSource->height);
-    const int32_t width = random.Between(-9, random.OneIn(4) ? 2200 : 200);
-    const int32_t height = random.Between(-9, 50);
-    if (random.OneIn(4)) {
-      const int32_t variant = random.Between(0, 1);
+    const int32_t dx = random->Between(-20, twins.real->width);
+    const int32_t dy = random->Between(-20, twins.real->height);
+    const int32_t sx = random->Between(-20, realSource->width);
+    const int32_t sy = random->Between(-20, realSource->height);
+    const int32_t width = random->Between(-9, random->OneIn(4) ? 2200 : 200);
+    const int32_t height = random->Between(-9, 50);
+    if (random->OneIn(4)) {
+      const int32_t variant = random->Between(0, 1);
       // The plain form goes by columns: in an image of its own it would read other pixels.
-      if (withItself) continue;
+      if (withItself) return;
       ASSERT_EQ(twins.real->Overlay(dx, dy, realSource, sx, sy, width, height, variant),
-                testimages::PlainOverlay(twins.plain.get(), dx, dy, plainSource, sx, sy, width, height, variant))
-          << round;
+                testimages::PlainOverlay(twins.plain.get(), dx, dy, plainSource, sx, sy, width, height, variant));
     } else {
-      const int32_t flags = random.Between(0, 3);
+      const int32_t flags = random->Between(0, 3);
       // The pale family doesn't go into four bits either.
-      if (twins.isPacked && flags == 3) continue;
+      if (twins.isPacked && flags == 3) return;
       // A keyed copy into itself has the ink of its rows from before.
-      if (withItself && (flags & 1) != 0) continue;
-      const uint32_t destMask = AnyMask(&random);
-      const uint32_t sourceMask = AnyMask(&random);
+      if (withItself && (flags & 1) != 0) return;
+      const uint32_t destMask = AnyMask(random);
+      const uint32_t sourceMask = AnyMask(random);
       Rect real = {-1, -2, -3, -4};
       Rect plain = real;
       ASSERT_EQ(twins.real->Composite(dx, dy, realSource, sx, sy, width, height, flags, destMask, sourceMask, &real),
                 testimages::PlainComposite(twins.plain.get(), dx, dy, plainSource, sx, sy, width, height, flags,
-                                           destMask, sourceMask, &plain))
-          << round;
-      ASSERT_EQ(real, plain) << round;
+                                           destMask, sourceMask, &plain));
+      ASSERT_EQ(real, plain);
     }
-    ASSERT_TRUE(AreEqual(twins)) << round;
-    ASSERT_TRUE(AreEqual(source)) << round;
-  }
+    ASSERT_TRUE(AreEqual(twins));
+    ASSERT_TRUE(AreEqual(source));
+  });
 }
 
 TEST(InkExactness, FindInkEqualsPixelReads) {
-  Random random(17);
-  for (int32_t round = 0; round < 6000; ++round) {
-    const Twins twins = AnyTwins(&random);
+  ForTwins(17, 6000, [](Random* random, const Twins& twins) {
     CellImage* const image = twins.real.get();
     for (int32_t i = 0; i < 10; ++i) {
-      const int32_t y = random.Between(0, image->height - 1);
-      const int32_t from = random.Between(0, image->width - 1);
-      const int32_t end = random.Between(from + 1, image->width);
+      const int32_t y = random->Between(0, image->height - 1);
+      const int32_t from = random->Between(0, image->width - 1);
+      const int32_t end = random->Between(from + 1, image->width);
       int32_t x = from;
       while (x < end && image->GetPixel(x, y) == 0) ++x;
-      ASSERT_EQ(image->FindInk(from, y, end, 1), x) << round;
-      const int32_t before = random.Between(-1, from - 1);
+      ASSERT_EQ(image->FindInk(from, y, end, 1), x);
+      const int32_t before = random->Between(-1, from - 1);
       x = from;
       while (x > before && image->GetPixel(x, y) == 0) --x;
-      ASSERT_EQ(image->FindInk(from, y, before, 0), x) << round;
+      ASSERT_EQ(image->FindInk(from, y, before, 0), x);
     }
-  }
+  });
 }
 
 TEST(InkExactness, RowsEqualPixelReadsAndWrites) {
-  Random random(18);
-  for (int32_t round = 0; round < 6000; ++round) {
-    const Twins twins = AnyTwins(&random);
-    const int32_t y = random.Between(0, twins.real->height - 1);
-    const int32_t x = random.Between(0, twins.real->width - 1);
-    const int32_t count = random.Between(1, twins.real->width - x);
+  ForTwins(18, 6000, [](Random* random, const Twins& twins) {
+    const int32_t y = random->Between(0, twins.real->height - 1);
+    const int32_t x = random->Between(0, twins.real->width - 1);
+    const int32_t count = random->Between(1, twins.real->width - x);
     std::vector<uint8_t> pixels(static_cast<size_t>(count));
     twins.real->ReadRow(x, y, count, pixels.data());
     for (int32_t i = 0; i < count; ++i) {
-      ASSERT_EQ(pixels[static_cast<size_t>(i)], twins.real->GetPixel(x + i, y)) << round;
-      pixels[static_cast<size_t>(i)] = static_cast<uint8_t>(random.Between(0, 15));
+      ASSERT_EQ(pixels[static_cast<size_t>(i)], twins.real->GetPixel(x + i, y));
+      pixels[static_cast<size_t>(i)] = static_cast<uint8_t>(random->Between(0, 15));
       twins.plain->SetPixel(x + i, y, pixels[static_cast<size_t>(i)]);
     }
     twins.real->WriteRow(x, y, count, pixels.data());
-    ASSERT_TRUE(AreEqual(twins)) << round;
-  }
+  });
 }
 
 // ---- Large cells, where nothing may go deeper with the size of the area.
@@ -887,30 +844,27 @@ void DrawLarge(CellImage* image, LargePicture picture) {
   }
 }
 
+constexpr LargePicture kLargePictures[] = {LargePicture::kBlank, LargePicture::kWinding, LargePicture::kComb,
+                                           LargePicture::kGrain};
+
+void ExpectLargeFill(bool packed, int32_t width, int32_t height, LargePicture picture, int32_t y) {
+  const OwnedImage image = MakeImage(packed, width, height);
+  DrawLarge(image.get(), picture);
+  ExpectLargeFill(image.get(), 0, y);
+}
+
 TEST(InkExactness, FloodFillOfAVeryWideCell) {
   for (const bool packed : {true, false}) {
-    for (const LargePicture picture :
-         {LargePicture::kBlank, LargePicture::kWinding, LargePicture::kComb, LargePicture::kGrain}) {
-      const OwnedImage image = MakeImage(packed, 32767, 8);
-      DrawLarge(image.get(), picture);
-      ExpectLargeFill(image.get(), 0, 1);
-    }
+    for (const LargePicture picture : kLargePictures) ExpectLargeFill(packed, 32767, 8, picture, 1);
   }
 }
 
 TEST(InkExactness, FloodFillOfAVeryTallCell) {
-  const OwnedImage image = MakeImage(true, 8, 32767);
-  DrawLarge(image.get(), LargePicture::kGrain);
-  ExpectLargeFill(image.get(), 0, 20000);
+  ExpectLargeFill(true, 8, 32767, LargePicture::kGrain, 20000);
 }
 
 TEST(InkExactness, FloodFillOfAVeryLargeCell) {
-  for (const LargePicture picture :
-       {LargePicture::kBlank, LargePicture::kWinding, LargePicture::kComb, LargePicture::kGrain}) {
-    const OwnedImage image = MakeImage(true, 4000, 4000);
-    DrawLarge(image.get(), picture);
-    ExpectLargeFill(image.get(), 0, 3000);
-  }
+  for (const LargePicture picture : kLargePictures) ExpectLargeFill(true, 4000, 4000, picture, 3000);
 }
 
 }  // namespace

@@ -100,7 +100,7 @@ class CutWindow final : public Cut, public platform::WindowObject {
   void UpdateTitle();
   intptr_t WindowProc(uint32_t message, uintptr_t first, intptr_t second) override;
 
-  // Commands of the cut: 0 when it was handled, 1 when it isn't one of them.
+  // Runs a command of the cut: 0 when it was handled, 1 when it isn't one of them. Defined in shell/.
   int32_t OnCommand(int32_t code, int32_t id, platform::WindowHandle control);
   void OnChar(uintptr_t character);
   // The tool's overlay goes off the screen.
@@ -189,25 +189,6 @@ class CutWindow final : public Cut, public platform::WindowObject {
   void Paint();
   void PaintClient(platform::DeviceContext* context, const Bounds& update);
   void ChooseCursor();
-
-  // Commands.
-  struct Command;
-  static const Command kCommands[];
-  void PlayCommand();
-  void GoToFrame(bool (Cut::*step)());
-  void StepCell(bool (Cut::*step)());
-  void ShowSteppedCell();
-  void StepFrame(bool (Cut::*step)());
-  void SwitchBlank(bool allFrames);
-  void EraseSketchOfLayer();
-  void CopyDown();
-  void UndoCommand();
-  void CopySelection();
-  void CutSelection();
-  void ChangeDraft(int32_t id);
-  void SwitchView(uint32_t flag);
-  void FlipCell(bool (CellImage::*flip)(int32_t, int32_t, int32_t, int32_t, uint32_t));
-
   void PlayFile(ByteStream* file);
 };
 

@@ -183,6 +183,15 @@ void CutWindow::PaintClient(platform::DeviceContext* context, const Bounds& upda
 
 // Tools.
 
+void CutWindow::ShowChange(const Rect& area) {
+  undoRect = area;
+  Point corner = {area.x, area.y};
+  LayerToCut(&corner, 1);
+  Pulse();
+  RepaintArea(corner.x, corner.y, area.width, area.height, true);
+  Pulse();
+}
+
 void CutWindow::AddUndoRect(const Rect* rect) {
   if (rect == nullptr) {
     undoRect = Rect{};

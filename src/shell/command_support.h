@@ -19,6 +19,9 @@ constexpr size_t kDialogPathSize = 261;
 // Room of a text of the settings that a dialog starts from.
 constexpr size_t kSettingTextSize = 80;
 
+// The rate of a cut whose size and rate are still to be read from a file.
+constexpr int32_t kUnreadFps = 20;
+
 // What the file dialogs of each kind of document offer.
 constexpr platform::FileForm kCutFiles = {"Cut Files (*.cut)\0*.cut\0All Files (*.*)\0*.*\0", "cut"};
 constexpr platform::FileForm kLayerFiles = {"Layer Files (*.lyr)\0*.lyr\0All Files (*.*)\0*.*\0", "lyr"};

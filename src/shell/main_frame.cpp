@@ -3,10 +3,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "cutwindow/wait_cursor.h"
 #include "dialogs/dialogs.h"
-#include "foundation/paths.h"
-#include "platform/files.h"
 #include "shell/tool_bar.h"
 #include "tools/tool_table.h"
 
@@ -182,60 +179,7 @@ void MainFrame::CutGone(CutWindow* cut) {
   if (panelsCut == cut) panelsCut = nullptr;
 }
 
-void MainFrame::CloseEveryCut() {
-  while (CutWindow* cut = ActiveCut()) platform::Send(cut->window, platform::kMessageClose, 0, 0);
-}
-
-void MainFrame::CloseAllCuts() {
-  CloseEveryCut();
-  AskSaveFilm();
-}
-
-bool MainFrame::AskToSave(const char* path) {
-  char name[kTextBufferSize] = "untitled.cut";
-  if (path[0] != '\0') FileNameOf(name, sizeof(name), path, true);
-  char format[kTextBufferSize];
-  platform::ReadResourceText(kTextSaveQuestion, format, sizeof(format));
-  char question[2 * kTextBufferSize];
-  std::snprintf(question, sizeof(question), format, name);
-  return platform::AskYesNo(frameWindow, question, kBoxTitle, platform::BoxIcon::kNone);
-}
-
-// There is no way back from closing: without a file to save to, what was drawn is lost.
-void MainFrame::AskSaveCut(CutWindow* cut) {
-  film->CutClosed(cut);
-  if (!cut->Has(kModified)) return;
-  if ((shellFlags & kCloseWithoutAsking) == 0 && !AskToSave(cut->path)) return;
-  OverwriteCut(cut);
-}
-
-void MainFrame::AskSaveFilm() {
-  if (film->modified == 0 || !AskToSave(film->path)) return;
-  bool isSaved = false;
-  {
-    const WaitCursor wait;
-    isSaved = film->Save(platform::kPathSeparator);
-  }
-  if (!isSaved) SaveFilmAs();
-}
-
-// What isn't saved yet is saved without a question for each.
-void MainFrame::CloseAllWithoutFilm() {
-  char question[kTextBufferSize];
-  platform::ReadResourceText(kTextCloseAllQuestion, question, sizeof(question));
-  if (platform::AskYesNo(frameWindow, question, kBoxTitle, platform::BoxIcon::kNone)) {
-    shellFlags |= kCloseWithoutAsking;
-  }
-  CloseEveryCut();
-  shellFlags &= ~static_cast<uint32_t>(kCloseWithoutAsking);
-}
-
 // The player.
-
-void MainFrame::StopAnimation() {
-  animationWindow.StopTimer();
-  platform::Hide(animationWindow.window);
-}
 
 int32_t MainFrame::PlayBuffer(uint8_t* buffer, int32_t size) {
   std::free(streamBuffer.buffer);

@@ -63,6 +63,8 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   int32_t PlayBuffer(uint8_t* buffer, int32_t size) override;
   bool EditText(char** text) override;
 
+  // Runs a command that belongs to the window of a cut: 0, or 1 if it doesn't.
+  static int32_t RunWindowCommand(CutWindow* cut, int32_t id);
   // Makes the selected tool the current one; the pulse goes round the change.
   void SelectTool(int32_t id);
   void MarkTool(int32_t id, bool on);
@@ -124,59 +126,62 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   void OnToolTip(platform::ToolTipMoment moment, platform::ToolTip* tip);
   void OnDropFiles(uintptr_t drop);
 
-  // Routing.
   int32_t OnPanelNotification(int32_t code, int32_t id);
   void OnEditNotification(int32_t code, int32_t id);
   void SwapInputMethod();
-  void MoveFocus(bool forward);
+
+  // Commands: the table, and the bodies by family, each in its own file.
   struct Command;
   static const Command kCommands[];
   void WriteCheckMarks(platform::MenuHandle menu);
 
-  // Bars and windows.
-  void ToggleBar(uint32_t flag, platform::WindowHandle bar);
+  // The shell.
+  void Exit();
+  void ToggleBar(ShellFlag flag);  // kStatusBarVisible or kToolBarVisible
+  void MoveFocus(bool forward);
   void CloseEveryCut();
   void CloseAllWithoutFilm();
   bool AskToSave(const char* path);  // whether to save the document of this path, or of none
 
-  // Documents: what is done to the active cut.
-  void EditCutProperties(CutWindow* cut);
-  void EditFrameSize(CutWindow* cut);
+  // Tools and what they draw with.
+  void EditGrid();
+  void EditMask();
+  void EditFont();
+  void ChooseTransparentColor();
+
+  // Frames.
   void AddOrInsertFrame(CutWindow* cut, bool insert);
   void AddFrameBody(CutWindow* cut);
-  void StepFrame(CutWindow* cut, bool (Cut::*step)());
-  void StepToKeyFrame(CutWindow* cut, bool (Cut::*step)());
   void AddFrames(CutWindow* cut);
   void DeleteFrames(CutWindow* cut);
   void SpreadBrightness(CutWindow* cut);
   void SpreadFramePosition(CutWindow* cut);
-  void SpreadLayerPosition(CutWindow* cut);
   void MakeAllKeyFrames(CutWindow* cut);
+  void EditFrameSize(CutWindow* cut);
   void ExportBitmap(CutWindow* cut);
+
+  // Layers.
   void AddOrInsertLayer(CutWindow* cut, bool insert);
   void DeleteLayer(CutWindow* cut);
   void MoveLayer(CutWindow* cut, bool up);
   void RewriteLayerLines(Frame* frame, const Layer* layer);
   // Takes a line out of the list of layers and puts that of a record in at `target`; it comes out unselected.
   void ReplaceLayerLine(int32_t line, int32_t target, Frame* frame, int32_t record);
+  void SpreadLayerPosition(CutWindow* cut);
+  void OpenLayer();
   void SaveLayer(CutWindow* cut);
   void OverwriteLayer(CutWindow* cut);
-  void DrawRandomDots(CutWindow* cut);
-  void DrawGridLines(CutWindow* cut);
   // These two find the active cut themselves: the list of layers calls them too.
   void EditLayerProperties();
   void SelectLayerLine();
 
-  // Options of the tools.
-  void EditGrid();
-  void EditMask();
-  void EditFont();
-  void ChooseTransparentColor();
+  // The drawing of the current cell.
+  void DrawRandomDots(CutWindow* cut);
+  void DrawGridLines(CutWindow* cut);
 
-  // Cut files.
+  // Cuts.
   void NewCut();
   void OpenCut();
-  void OpenLayer();
   bool SaveCutAs(CutWindow* cut);  // false for a cancel
   // Without a path, or if the file can't be written, as SaveCutAs.
   void OverwriteCut(CutWindow* cut);
@@ -185,6 +190,7 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   CutWindow* MakeNewCut(const CutDialog& values, const char* path);
   // Opens the window of a cut, which owns the cut from then on. Null, and the cut is gone, if that fails.
   CutWindow* ShowCut(CutWindow* cut);
+  void EditCutProperties(CutWindow* cut);
 
   // The film.
   // The title of the frame names the film's file; null for a film without one.

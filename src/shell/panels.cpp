@@ -90,13 +90,6 @@ void MainFrame::TogglePanels() {
   Relayout();
 }
 
-// With the panels hidden the bar comes up over the cut windows until the next layout.
-void MainFrame::ToggleBar(uint32_t flag, platform::WindowHandle bar) {
-  shellFlags ^= flag;
-  (shellFlags & flag) != 0 ? platform::Show(bar) : platform::Hide(bar);
-  Relayout();
-}
-
 // The splitter: a strip of the frame's own client area between the panels and the cut windows.
 
 Bounds MainFrame::SplitterStrip() {
@@ -221,6 +214,71 @@ void MainFrame::SelectCutLine(CutWindow* cut) {
   if (line < 0 || platform::IsListLineSelected(cutList, line)) return;
   platform::SetListLineSelected(cutList, -1, false);
   platform::SetListLineSelected(cutList, line, true);
+}
+
+// Notifications of the panels' controls.
+
+// Notifications of the panels. All of them belong to the frame.
+int32_t MainFrame::OnPanelNotification(int32_t code, int32_t id) {
+  switch (id) {
+    case kFrameTimeEdit:
+    case kLoopEdit:
+    case kCommentEdit:
+    case kBrightnessEdit:
+      OnEditNotification(code, id);
+      break;
+    case kLayerList:
+      if (code == platform::kListSelectionChanged) SelectLayerLine();
+      if (code == platform::kListDoubleClicked) EditLayerProperties();
+      if (code == platform::kListSetFocus) ShowHelp(id);
+      if (code == platform::kListKillFocus) SetStatusText(nullptr);
+      break;
+    case kCutList:
+      if (code == platform::kListDoubleClicked) OpenListedCut();
+      if (code == platform::kListSetFocus) ShowHelp(id);
+      if (code == platform::kListKillFocus) SetStatusText(nullptr);
+      break;
+    case kKeyFrameCheck:
+      if (code == platform::kButtonClicked) {
+        if (CutWindow* cut = ActiveCut()) {
+          CommitPanels(cut);
+          RefreshPanels(cut);
+        }
+      }
+      if (code == platform::kButtonSetFocus) ShowHelp(id);
+      if (code == platform::kButtonKillFocus) SetStatusText(nullptr);
+      break;
+    default:
+      break;
+  }
+  return 0;
+}
+
+void MainFrame::OnEditNotification(int32_t code, int32_t id) {
+  if (code != platform::kEditSetFocus && code != platform::kEditKillFocus) return;
+  if (id == kCommentEdit) SwapInputMethod();
+  if (code == platform::kEditSetFocus) {
+    if (id == kFrameTimeEdit) platform::SelectAllText(frameTimeEdit);
+    if (id == kLoopEdit) platform::SelectAllText(loopEdit);
+    if (id == kBrightnessEdit) platform::SelectAllText(brightnessEdit);
+    ShowHelp(id);
+    return;
+  }
+  CutWindow* cut = id == kFrameTimeEdit ? ActiveCut() : nullptr;
+  if (Frame* frame = cut != nullptr ? cut->CurrentFrame() : nullptr) {
+    const int32_t time = frame->time;
+    CommitPanels(cut);
+    if (frame->time != time) RefreshPanels(cut);
+  }
+  SetStatusText(nullptr);
+}
+
+// The comment has an input method state of its own, which is exchanged with the rest of the program's whenever the
+// focus comes or goes.
+void MainFrame::SwapInputMethod() {
+  const bool isOpen = platform::IsInputMethodOpen(frameWindow);
+  platform::OpenInputMethod(frameWindow, savedImeOpen);
+  savedImeOpen = isOpen;
 }
 
 }  // namespace sorvel

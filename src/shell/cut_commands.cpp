@@ -1,3 +1,5 @@
+// The commands on cuts and their files, and playing a cut.
+
 #include <cstdio>
 #include <cstring>
 
@@ -5,16 +7,10 @@
 #include "foundation/paths.h"
 #include "foundation/settings.h"
 #include "shell/command_support.h"
+#include "shell/commands.h"
 #include "shell/main_frame.h"
 
 namespace sorvel {
-
-namespace {
-
-// A cut that is to be read from a file begins without a size.
-constexpr int32_t kUnreadFps = 20;
-
-}  // namespace
 
 bool MainFrame::OpenByExtension(const char* path) {
   char extension[kPathCapacity];
@@ -77,35 +73,6 @@ CutWindow* MainFrame::OpenCutFile(const char* path) {
   return cut;
 }
 
-void MainFrame::OpenLayer() {
-  ChosenPath chosen;
-  if (chosen.AskToOpen(frameWindow, kLayerFiles)) OpenLayerFile(chosen.path);
-}
-
-CutWindow* MainFrame::OpenLayerFile(const char* path) {
-  CommandFile file(path, "rb");
-  if (!file.IsOpen()) return nullptr;
-  CutWindow* cut = new CutWindow(this, 0, 0, kUnreadFps, "", 0);
-  Frame* frame = cut->AddFrame();
-  if (!cut->LoadLayer(&file.stream)) {
-    delete cut;
-    return nullptr;
-  }
-  const Layer* layer = frame->LayerAt(frame->currentRecord);
-  cut->width = cut->frameWidth = layer->width;
-  cut->height = cut->frameHeight = layer->height;
-  if (!cut->FitView()) {
-    delete cut;
-    return nullptr;
-  }
-  cut->MarkTiming();
-  cut->RepaintAll();
-  cut = ShowCut(cut);
-  // It counts as saved and compiled: nobody is asked about a layer that was only looked at.
-  if (cut != nullptr) cut->stateFlags &= ~static_cast<uint32_t>(kModified | kImagesStale | kTimingStale);
-  return cut;
-}
-
 // Saving.
 
 bool MainFrame::SaveCutAs(CutWindow* cut) {
@@ -135,6 +102,32 @@ void MainFrame::OverwriteCut(CutWindow* cut) {
     isSaved = cut->SaveToPath();
   }
   if (!isSaved) SaveCutAs(cut);
+}
+
+// Properties and playing.
+
+void MainFrame::EditCutProperties(CutWindow* cut) {
+  CutDialog dialog(statusBar, cut->width, cut->height, cut->fps, cut->credit, cut->Antialias());
+  if (!dialog.Run(frameWindow)) return;
+  if (dialog.width != cut->width || dialog.height != cut->height) {
+    cut->width = dialog.width;
+    cut->height = dialog.height;
+    cut->FitView();
+  }
+  cut->fps = dialog.fps;
+  cut->SetAntialias(dialog.antialias);
+  AssignString(&cut->credit, dialog.credit);
+  platform::InvalidateClient(cut->window, true);
+  cut->MarkImages();
+  cut->RepaintAll();
+}
+
+void PlayAndRepaint(CutWindow* cut) {
+  {
+    const WaitCursor wait;
+    cut->PlayCut();
+  }
+  cut->RepaintAll();
 }
 
 }  // namespace sorvel

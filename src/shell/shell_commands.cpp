@@ -1,0 +1,118 @@
+// The commands on the shell itself: its bars, the focus, closing and the player.
+
+#include <cstdio>
+#include <iterator>
+
+#include "cutwindow/wait_cursor.h"
+#include "foundation/paths.h"
+#include "platform/files.h"
+#include "resources/ids.h"
+#include "shell/main_frame.h"
+
+namespace sorvel {
+
+namespace {
+
+constexpr char kAboutTitle[] = "About Sorvelin";
+
+}  // namespace
+
+// With the panels hidden the bar comes up over the cut windows until the next layout.
+void MainFrame::ToggleBar(ShellFlag flag) {
+  const platform::WindowHandle bar = flag == kStatusBarVisible ? statusBar : toolBar;
+  shellFlags ^= flag;
+  (shellFlags & flag) != 0 ? platform::Show(bar) : platform::Hide(bar);
+  Relayout();
+}
+
+// The focus ring begins at the cut window, which is left out when there is none.
+void MainFrame::MoveFocus(bool forward) {
+  CutWindow* cut = ActiveCut();
+  const platform::WindowHandle ring[] = {cut != nullptr ? cut->window : nullptr,
+                                         frameTimeEdit,
+                                         keyFrameCheck,
+                                         loopEdit,
+                                         brightnessEdit,
+                                         layerList,
+                                         cutList,
+                                         commentEdit};
+  const size_t count = std::size(ring);
+  const platform::WindowHandle focused = platform::FocusedWindow();
+  if (focused == nullptr) return;
+  for (size_t i = 0; i < count; ++i) {
+    if (ring[i] != focused) continue;
+    const size_t step = forward ? 1 : count - 1;
+    size_t next = (i + step) % count;
+    if (ring[next] == nullptr) next = (next + step) % count;
+    platform::SetFocusTo(ring[next]);
+    return;
+  }
+}
+
+void MainFrame::ShowAbout() {
+  char text[kTextBufferSize];
+  platform::ReadResourceText(kTextAbout, text, sizeof(text));
+  platform::ShowMessage(frameWindow, text, kAboutTitle, platform::BoxIcon::kNone);
+}
+
+void MainFrame::StopAnimation() {
+  animationWindow.StopTimer();
+  platform::Hide(animationWindow.window);
+}
+
+// Closing.
+
+void MainFrame::CloseEveryCut() {
+  while (CutWindow* cut = ActiveCut()) platform::Send(cut->window, platform::kMessageClose, 0, 0);
+}
+
+void MainFrame::CloseAllCuts() {
+  CloseEveryCut();
+  AskSaveFilm();
+}
+
+// What isn't saved yet is saved without a question for each.
+void MainFrame::CloseAllWithoutFilm() {
+  char question[kTextBufferSize];
+  platform::ReadResourceText(kTextCloseAllQuestion, question, sizeof(question));
+  if (platform::AskYesNo(frameWindow, question, kBoxTitle, platform::BoxIcon::kNone)) {
+    shellFlags |= kCloseWithoutAsking;
+  }
+  CloseEveryCut();
+  shellFlags &= ~static_cast<uint32_t>(kCloseWithoutAsking);
+}
+
+bool MainFrame::AskToSave(const char* path) {
+  char name[kTextBufferSize] = "untitled.cut";
+  if (path[0] != '\0') FileNameOf(name, sizeof(name), path, true);
+  char format[kTextBufferSize];
+  platform::ReadResourceText(kTextSaveQuestion, format, sizeof(format));
+  char question[2 * kTextBufferSize];
+  std::snprintf(question, sizeof(question), format, name);
+  return platform::AskYesNo(frameWindow, question, kBoxTitle, platform::BoxIcon::kNone);
+}
+
+// There is no way back from closing: without a file to save to, what was drawn is lost.
+void MainFrame::AskSaveCut(CutWindow* cut) {
+  film->CutClosed(cut);
+  if (!cut->Has(kModified)) return;
+  if ((shellFlags & kCloseWithoutAsking) == 0 && !AskToSave(cut->path)) return;
+  OverwriteCut(cut);
+}
+
+void MainFrame::AskSaveFilm() {
+  if (film->modified == 0 || !AskToSave(film->path)) return;
+  bool isSaved = false;
+  {
+    const WaitCursor wait;
+    isSaved = film->Save(platform::kPathSeparator);
+  }
+  if (!isSaved) SaveFilmAs();
+}
+
+void MainFrame::Exit() {
+  CloseAllCuts();
+  platform::DestroyWindow(frameWindow);
+}
+
+}  // namespace sorvel

@@ -151,7 +151,7 @@ AssertionResult App::Start(const std::string& commandLine) {
   SetForegroundWindow(frame);
   const auto inFront = [this] { return GetForegroundWindow() == frame; };
   // Where a program may not bring another one to the front, a click does.
-  if (!Await(inFront, kShortTime)) Click(MiddleOf(Screen(Of(kStatusBar))));
+  if (!Await(inFront, kShortTime)) Click(MiddleOf(Screen(Of(kStatusBarId))));
   if (!Await(inFront, kShortTime)) return AssertionFailure() << "the frame window doesn't come to the front";
   ParkMouse();
   return AssertionSuccess();
@@ -191,7 +191,7 @@ AssertionResult App::Leave() {
     Await([this] { return !Runs() || Dialog() != nullptr; });
     const HWND box = Dialog();
     if (box == nullptr) break;
-    ClickButton(box, IDNO);
+    ClickButton(IDNO);
     Await([this, box] { return !Runs() || Dialog() != box; });
   }
   return Ends();
@@ -220,7 +220,7 @@ LRESULT App::Ask(HWND window, UINT message, WPARAM first, LPARAM second) const {
 }
 
 HWND App::Cut() const {
-  return reinterpret_cast<HWND>(Ask(Of(kMdiClient), WM_MDIGETACTIVE));
+  return reinterpret_cast<HWND>(Ask(Of(kMdiClientId), WM_MDIGETACTIVE));
 }
 
 HWND App::Player() const {
@@ -268,7 +268,7 @@ std::vector<std::string> App::Lines(HWND list) const {
 }
 
 bool App::IsToolDown(int command) const {
-  return Ask(Of(kToolBar), TB_ISBUTTONCHECKED, static_cast<WPARAM>(command)) != 0;
+  return Ask(Of(kToolBarId), TB_ISBUTTONCHECKED, static_cast<WPARAM>(command)) != 0;
 }
 
 AssertionResult App::Shows(HWND window, const std::string& text) const {
@@ -292,9 +292,24 @@ AssertionResult App::HasFocus(HWND window) const {
   return AssertionFailure() << "the focus is in control " << GetDlgCtrlID(Focus()) << " of class " << Utf8(name);
 }
 
-HWND App::AwaitDialog(const std::string& title) const {
-  Await([&] { return Dialog() != nullptr && Text(Dialog()) == title; });
-  return Dialog() != nullptr && Text(Dialog()) == title ? Dialog() : nullptr;
+AssertionResult App::HasTool(int command) const {
+  if (Await([&] { return IsToolDown(command); })) return AssertionSuccess();
+  return AssertionFailure() << "the button of the tool " << command << " isn't down";
+}
+
+AssertionResult App::HasNoCut() const {
+  if (Await([this] { return Cut() == nullptr; })) return AssertionSuccess();
+  return AssertionFailure() << "the cut " << Text(Cut()) << " stays";
+}
+
+AssertionResult App::HasPlayer(bool there) const {
+  if (Await([&] { return (Player() != nullptr) == there; })) return AssertionSuccess();
+  return AssertionFailure() << (there ? "nothing plays" : "the animation window stays");
+}
+
+AssertionResult App::HasDialog(const std::string& title) const {
+  if (Await([&] { return Dialog() != nullptr && Text(Dialog()) == title; })) return AssertionSuccess();
+  return AssertionFailure() << "no dialog \"" << title << "\" comes";
 }
 
 AssertionResult App::DialogGoes() const {
@@ -304,8 +319,15 @@ AssertionResult App::DialogGoes() const {
   return AssertionFailure() << "the dialog \"" << Text(Dialog()) << "\" stays";
 }
 
-void App::ClickButton(HWND dialog, int control) const {
-  Click(MiddleOf(Screen(GetDlgItem(dialog, control))));
+AssertionResult App::HasValues(const Values& values) const {
+  for (const auto& [control, text] : values) {
+    if (Text(Item(control)) != text) return AssertionFailure() << control << " shows \"" << Text(Item(control)) << "\"";
+  }
+  return AssertionSuccess();
+}
+
+void App::ClickButton(int control) const {
+  Click(MiddleOf(Screen(Item(control))));
 }
 
 AssertionResult App::Enter(HWND edit, const std::string& text) const {
@@ -317,9 +339,33 @@ AssertionResult App::Enter(HWND edit, const std::string& text) const {
   return Shows(edit, text);
 }
 
-std::string App::BoxText(HWND box) const {
-  constexpr int textId = 0xFFFF;
-  return Text(GetDlgItem(box, textId));
+AssertionResult App::Enter(const Values& values) const {
+  for (const auto& [control, text] : values) {
+    if (const AssertionResult entered = Enter(Item(control), text); !entered) return entered;
+  }
+  return AssertionSuccess();
+}
+
+AssertionResult App::Answer(const std::string& title, const Values& values, const std::string& picture, int key) const {
+  if (const AssertionResult comes = HasDialog(title); !comes) return comes;
+  if (const AssertionResult entered = Enter(values); !entered) return entered;
+  if (!picture.empty()) {
+    if (const AssertionResult kept = Keep(picture); !kept) return kept;
+  }
+  // Over the canvas the mouse would leave its mark there.
+  ParkMouse();
+  Press(key);
+  return DialogGoes();
+}
+
+AssertionResult App::AnswerQuestion(const std::string& text, int button, const std::string& picture) const {
+  if (const AssertionResult comes = HasDialog("Sorvelin"); !comes) return comes;
+  if (!text.empty() && BoxText() != text) return AssertionFailure() << "it asks \"" << BoxText() << "\"";
+  if (!picture.empty()) {
+    if (const AssertionResult kept = Keep(picture); !kept) return kept;
+  }
+  ClickButton(button);
+  return AssertionSuccess();
 }
 
 bool App::InMenu() const {
@@ -376,9 +422,9 @@ AssertionResult App::ChooseAt(char popup, int item) {
 RECT App::ToolRect(int command) const {
   RECT rect = {};
   const RemoteMemory memory(process.hProcess, sizeof(rect));
-  Ask(Of(kToolBar), TB_GETRECT, static_cast<WPARAM>(command), memory.Place());
+  Ask(Of(kToolBarId), TB_GETRECT, static_cast<WPARAM>(command), memory.Place());
   memory.Read(&rect);
-  MapWindowPoints(Of(kToolBar), nullptr, reinterpret_cast<POINT*>(&rect), 2);
+  MapWindowPoints(Of(kToolBarId), nullptr, reinterpret_cast<POINT*>(&rect), 2);
   return rect;
 }
 
@@ -393,24 +439,16 @@ AssertionResult App::ClickTool(int command) {
 AssertionResult App::NewCut(const std::string& layer, int width, int height) {
   const HWND before = Cut();
   Press('N', {VK_CONTROL});
-  HWND dialog = AwaitDialog("カットのプロパティ");
-  if (dialog == nullptr) return AssertionFailure() << "the cut dialog doesn't come";
-  if (width != canvas.width || Text(GetDlgItem(dialog, kCutWidthEdit)) != std::to_string(width)) {
-    if (const AssertionResult set = Enter(GetDlgItem(dialog, kCutWidthEdit), std::to_string(width)); !set) return set;
-  }
-  if (height != canvas.height || Text(GetDlgItem(dialog, kCutHeightEdit)) != std::to_string(height)) {
-    if (const AssertionResult set = Enter(GetDlgItem(dialog, kCutHeightEdit), std::to_string(height)); !set) return set;
+  if (const AssertionResult comes = HasDialog("カットのプロパティ"); !comes) return comes;
+  const Values size = {{kCutWidthEdit, std::to_string(width)}, {kCutHeightEdit, std::to_string(height)}};
+  for (const auto& value : size) {
+    if (HasValues({value})) continue;
+    if (const AssertionResult set = Enter({value}); !set) return set;
   }
   Press(VK_RETURN);
-  dialog = AwaitDialog("レイヤのプロパティ");
-  if (dialog == nullptr) return AssertionFailure() << "the layer dialog doesn't come";
-  if (!layer.empty()) {
-    if (const AssertionResult set = Enter(GetDlgItem(dialog, kLayerNameEdit), layer); !set) return set;
-  }
-  // Over the canvas the mouse would leave its mark there.
-  ParkMouse();
-  Press(layer.empty() ? VK_ESCAPE : VK_RETURN);
-  if (const AssertionResult gone = DialogGoes(); !gone) return gone;
+  const Values name = layer.empty() ? Values() : Values{{kLayerNameEdit, layer}};
+  const AssertionResult answered = Answer("レイヤのプロパティ", name, "", layer.empty() ? VK_ESCAPE : VK_RETURN);
+  if (!answered) return answered;
   if (!Await([&] { return Cut() != nullptr && Cut() != before; })) {
     return AssertionFailure() << "the cut window doesn't come";
   }
@@ -500,6 +538,22 @@ void App::ParkMouse() const {
   MoveTo({kFramePlace.right + 40, kFramePlace.bottom + 40});
 }
 
+AssertionResult App::Stroke(POINT from, POINT to) const {
+  Drag(At(from), At(to));
+  ParkMouse();
+  return HasPixel(to.x, to.y, 0);
+}
+
+AssertionResult App::TypeUntil(const std::string& keys, int control, const std::string& text) const {
+  Type(keys);
+  return Shows(control, text);
+}
+
+AssertionResult App::TypeUntilTool(const std::string& keys, int command) const {
+  Type(keys);
+  return HasTool(command);
+}
+
 Picture App::WholePicture() const {
   // A maximised window reaches over the edges of the screen.
   const RECT screen = {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
@@ -530,6 +584,13 @@ AssertionResult App::HasPixel(int x, int y, Color color) const {
                             << color;
 }
 
+AssertionResult App::HasPixels(const std::vector<Spot>& spots) const {
+  for (const Spot& spot : spots) {
+    if (const AssertionResult has = HasPixel(spot.x, spot.y, spot.color); !has) return has;
+  }
+  return AssertionSuccess();
+}
+
 Picture App::StillPictureOf(HWND client) const {
   constexpr int still = 3;  // looks without a change
   Picture last = PictureOf(client);
@@ -552,14 +613,16 @@ AssertionResult App::Keep(const std::string& name) const {
   StillPicture();
   const Picture picture = WholePicture();
   if (picture.Colors(3) < 3) return AssertionFailure() << "the picture " << name << " is empty";
-  if (!picture.Save(gOutput + "/" + name + ".bmp")) return AssertionFailure() << "can't write the picture " << name;
-  return AssertionSuccess();
+  return KeepPicture(picture, name);
 }
 
 AssertionResult App::KeepScreen(const std::string& name) const {
-  const Picture picture(RECT{0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)});
-  if (!picture.Save(gOutput + "/" + name + ".bmp")) return AssertionFailure() << "can't write the picture " << name;
-  return AssertionSuccess();
+  return KeepPicture(Picture(RECT{0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)}), name);
+}
+
+AssertionResult KeepPicture(const Picture& picture, const std::string& name) {
+  if (picture.Save(gOutput + "/" + name + ".bmp")) return AssertionSuccess();
+  return AssertionFailure() << "can't write the picture " << name;
 }
 
 void DesktopTest::TearDown() {
@@ -609,6 +672,10 @@ void SetOutputFolder(const std::string& path) {
   std::error_code error;
   fs::create_directories(PathFrom(path), error);
   gOutput = path;
+}
+
+std::string OutputFolder() {
+  return gOutput;
 }
 
 }  // namespace sorvel::desktop

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "input.h"
@@ -36,19 +37,15 @@ struct Canvas {
   int denominator = 1;
 };
 
-// Numbers of the frame's controls.
-enum Control : int {
-  kMdiClient = kMdiClientId,
-  kFrameTime = kFrameTimeEdit,
-  kCutList = kCutList,
-  kLayerList = kLayerList,
-  kLoop = kLoopEdit,
-  kComment = kCommentEdit,
-  kBrightness = kBrightnessEdit,
-  kStatusBar = kStatusBarId,
-  kKeyFrame = kKeyFrameCheck,
-  kToolBar = kToolBarId,
+// A pixel of the canvas and its colour.
+struct Spot {
+  int x;
+  int y;
+  Color color;
 };
+
+// Values of a dialog's controls by their numbers.
+using Values = std::vector<std::pair<int, std::string>>;
 
 // The program itself, as its user has it: started from a folder of its own, seen on the screen, moved by the mouse and
 // the keyboard. Texts and paths are UTF-8. Nothing here waits without end.
@@ -90,12 +87,13 @@ class App {
 
   std::string Text(HWND window) const;
   std::string Text(int control) const { return Text(Of(control)); }
-  std::string Status() const { return Text(kStatusBar); }
+  std::string Status() const { return Text(kStatusBarId); }
   std::string Title() const { return Text(frame); }
   std::vector<std::string> Lines(HWND list) const;
   std::vector<std::string> Lines(int control) const { return Lines(Of(control)); }
   LRESULT Ask(HWND window, UINT message, WPARAM first = 0, LPARAM second = 0) const;
   bool IsToolDown(int command) const;
+  bool IsChecked(HWND button) const { return Ask(button, BM_GETCHECK) == BST_CHECKED; }
 
   // Waits for what a control is to show.
   testing::AssertionResult Shows(int control, const std::string& text) const;
@@ -103,16 +101,34 @@ class App {
   testing::AssertionResult Lists(int control, const std::vector<std::string>& lines) const;
   testing::AssertionResult HasFocus(HWND window) const;
 
-  // Waits for a dialog with this title, and gives it; null if it doesn't come.
-  HWND AwaitDialog(const std::string& title) const;
+  // Waits until the button of this tool is down.
+  testing::AssertionResult HasTool(int command) const;
+  // Waits for no cut to be open, and for a play.
+  testing::AssertionResult HasNoCut() const;
+  testing::AssertionResult HasPlayer(bool there = true) const;
+
+  // Waits for a dialog with this title.
+  testing::AssertionResult HasDialog(const std::string& title) const;
   // Waits until no dialog is open.
   testing::AssertionResult DialogGoes() const;
-  // Presses a button of the dialog with the mouse.
-  void ClickButton(HWND dialog, int control) const;
+  // A control of the open dialog.
+  HWND Item(int control) const { return GetDlgItem(Dialog(), control); }
+  // Whether the controls of the open dialog show these texts.
+  testing::AssertionResult HasValues(const Values& values) const;
+  // Presses a button of the open dialog with the mouse.
+  void ClickButton(int control) const;
   // Replaces the text of an edit with the mouse and the keyboard, and waits for it to stand there.
   testing::AssertionResult Enter(HWND edit, const std::string& text) const;
-  // The text of a box without its buttons.
-  std::string BoxText(HWND box) const;
+  // Does this with edits of the open dialog.
+  testing::AssertionResult Enter(const Values& values) const;
+  // Waits for a dialog, enters values, keeps a picture of it under a name, closes it by a key and waits until it is
+  // gone.
+  testing::AssertionResult Answer(const std::string& title, const Values& values = {}, const std::string& picture = "",
+                                  int key = VK_RETURN) const;
+  // Waits for the question about saving and answers it with a button. An empty text stands for any.
+  testing::AssertionResult AnswerQuestion(const std::string& text, int button, const std::string& picture = "") const;
+  // The text of the open box without its buttons.
+  std::string BoxText() const { return Text(Item(0xFFFF)); }
 
   // Chooses from the menu bar by access keys: the popup's, then the item's.
   testing::AssertionResult Choose(char popup, const std::string& item);
@@ -133,17 +149,24 @@ class App {
 
   // Places on the screen.
   POINT At(int x, int y) const;  // of the canvas
+  POINT At(POINT place) const { return At(place.x, place.y); }
   RECT Screen(HWND window) const;
   RECT ClientOnScreen(HWND window) const;
   RECT InFrame(int control) const;  // in the frame's client area
   // A place at which the mouse moves nothing and no tool sees it.
   void ParkMouse() const;
+  // Draws a line on the canvas, parks the mouse and waits for the ink at the end.
+  testing::AssertionResult Stroke(POINT from, POINT to) const;
+  // Types keys, and waits for what a control shows then.
+  testing::AssertionResult TypeUntil(const std::string& keys, int control, const std::string& text) const;
+  testing::AssertionResult TypeUntilTool(const std::string& keys, int command) const;
 
   Picture WholePicture() const;          // the frame with all that stands over it
   Picture PictureOf(HWND client) const;  // the client area
   Picture PictureOfCanvas() const;
   Color Pixel(int x, int y) const;  // of the canvas
   testing::AssertionResult HasPixel(int x, int y, Color color) const;
+  testing::AssertionResult HasPixels(const std::vector<Spot>& spots) const;
   // Waits until nothing moves in the picture any more, and gives it.
   Picture StillPicture() const;
   Picture StillPictureOf(HWND client) const;
@@ -184,5 +207,7 @@ std::string Setting(const App& app, const std::string& section, const std::strin
 
 // Where pictures are kept; made if it isn't there.
 void SetOutputFolder(const std::string& path);
+std::string OutputFolder();
+testing::AssertionResult KeepPicture(const Picture& picture, const std::string& name);
 
 }  // namespace sorvel::desktop

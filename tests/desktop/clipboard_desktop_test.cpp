@@ -102,45 +102,37 @@ Color Pasted(Color color, int x, int y) {
   return scale[takesDark ? darker : darker + 1];
 }
 
-// A picture as CF_DIB with this many bits a pixel; null for no memory. With 8 bits or 1 the painter is Greys or
-// TwoColors.
+// What is pasted: a CF_DIB of so many bits a pixel, or a CF_BITMAP.
+enum Kind : int { kMonochromeBitmap = -1, kScreenBitmap = 0, k1Bit = 1, k8Bits = 8, k24Bits = 24, k32Bits = 32 };
+
+Painter PainterOf(Kind kind) {
+  if (kind == k1Bit || kind == kMonochromeBitmap) return TwoColors;
+  return kind == k8Bits ? Greys : Colors;
+}
+
+// The picture as CF_DIB; null for no memory.
 HGLOBAL MakeDib(int bits, Painter painter) {
   const size_t colors = bits <= 8 ? size_t{1} << bits : 0;
   const size_t pitch = (static_cast<size_t>(kWidth * bits) + 31) / 32 * 4;
-  const size_t rows = sizeof(BITMAPINFOHEADER) + colors * sizeof(RGBQUAD);
+  const size_t rows = sizeof(BITMAPINFOHEADER) + colors * sizeof(Color);
   const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, rows + pitch * kHeight);
   if (memory == nullptr) return nullptr;
   uint8_t* data = static_cast<uint8_t*>(GlobalLock(memory));
-  BITMAPINFOHEADER header = {};
-  header.biSize = sizeof(header);
-  header.biWidth = kWidth;
-  header.biHeight = kHeight;
-  header.biPlanes = 1;
-  header.biBitCount = static_cast<WORD>(bits);
+  const BITMAPINFOHEADER header = {sizeof(header), kWidth, kHeight, 1, static_cast<WORD>(bits), 0, 0, 0, 0, 0, 0};
   std::memcpy(data, &header, sizeof(header));
-  std::vector<Color> table(colors);
-  if (bits == 1) table = {kBlack, kWhite};
-  for (size_t i = 0; bits == 8 && i < colors; i++)
-    table[i] = i == kGreenEntry ? kGreen : static_cast<Color>(i) * 0x010101;
   for (size_t i = 0; i < colors; i++) {
-    const RGBQUAD entry = {static_cast<BYTE>(table[i]), static_cast<BYTE>(table[i] >> 8),
-                           static_cast<BYTE>(table[i] >> 16), 0};
-    std::memcpy(data + sizeof(header) + i * sizeof(entry), &entry, sizeof(entry));
+    const Color color = static_cast<Color>(i) * (bits == 1 ? 0xFFFFFF : 0x010101);
+    std::memcpy(data + sizeof(header) + i * sizeof(color), i == kGreenEntry ? &kGreen : &color, sizeof(color));
   }
   for (int y = 0; y < kHeight; y++) {
     uint8_t* row = data + rows + pitch * static_cast<size_t>(kHeight - 1 - y);
     for (int x = 0; x < kWidth; x++) {
       const Color color = painter(x, y);
-      const size_t place = static_cast<size_t>(x);
       if (bits == 1) {
-        if (color == kWhite) row[place / 8] = static_cast<uint8_t>(row[place / 8] | 0x80 >> (x % 8));
-      } else if (bits == 8) {
-        row[place] = color == kGreen ? kGreenEntry : static_cast<uint8_t>(color);
+        if (color == kWhite) row[x / 8] = static_cast<uint8_t>(row[x / 8] | 0x80 >> (x % 8));
       } else {
-        uint8_t* pixel = row + place * static_cast<size_t>(bits / 8);
-        pixel[0] = static_cast<uint8_t>(color);
-        pixel[1] = static_cast<uint8_t>(color >> 8);
-        pixel[2] = static_cast<uint8_t>(color >> 16);
+        const Color value = bits == 8 && color == kGreen ? kGreenEntry : color;
+        std::memcpy(row + x * (bits / 8), &value, static_cast<size_t>(bits / 8));
       }
     }
   }
@@ -148,65 +140,46 @@ HGLOBAL MakeDib(int bits, Painter painter) {
   return memory;
 }
 
-// The same as CF_BITMAP, of one bit or as the screen has them.
+// The picture as CF_BITMAP, of one bit or as the screen has them.
 HBITMAP MakeBitmap(bool monochrome, Painter painter) {
   const HDC screen = GetDC(nullptr);
   const HBITMAP bitmap =
       monochrome ? CreateBitmap(kWidth, kHeight, 1, 1, nullptr) : CreateCompatibleBitmap(screen, kWidth, kHeight);
-  std::vector<uint32_t> pixels;
-  for (int y = 0; y < kHeight; y++) {
-    for (int x = 0; x < kWidth; x++) pixels.push_back(painter(x, y));
-  }
-  BITMAPINFO info = {};
-  info.bmiHeader.biSize = sizeof(info.bmiHeader);
-  info.bmiHeader.biWidth = kWidth;
-  info.bmiHeader.biHeight = -kHeight;
-  info.bmiHeader.biPlanes = 1;
-  info.bmiHeader.biBitCount = 32;
-  SetDIBits(screen, bitmap, 0, kHeight, pixels.data(), &info, DIB_RGB_COLORS);
+  const HGLOBAL dib = MakeDib(32, painter);
+  const BITMAPINFO* info = static_cast<const BITMAPINFO*>(GlobalLock(dib));
+  SetDIBits(screen, bitmap, 0, kHeight, &info->bmiHeader + 1, info, DIB_RGB_COLORS);
+  GlobalFree(dib);
   ReleaseDC(nullptr, screen);
   return bitmap;
-}
-
-uint32_t Number(const std::vector<uint8_t>& bytes, size_t place, int length) {
-  uint32_t number = 0;
-  for (int i = 0; i < length; i++) number |= static_cast<uint32_t>(bytes[place + static_cast<size_t>(i)]) << (8 * i);
-  return number;
 }
 
 class ClipboardTest : public DesktopTest {
  protected:
   void SetUp() override { ASSERT_TRUE(app.Start()); }
 
-  void Stroke(POINT from, POINT to) {
-    Drag(app.At(from.x, from.y), app.At(to.x, to.y));
-    app.ParkMouse();
-    ASSERT_TRUE(app.HasPixel(to.x, to.y, kBlack));
-  }
-
   // The ground with a line of ink on it, and all of the canvas as it looks with that.
   void MakeGround() {
     ASSERT_TRUE(app.NewCut("A", kCanvasWidth, kCanvasHeight));
     ASSERT_TRUE(app.HasPixel(kCanvasWidth - 1, kCanvasHeight - 1, kTransparent));
-    Stroke({7, 340}, {470, 12});
-    ASSERT_FALSE(HasFatalFailure());
+    ASSERT_TRUE(app.Stroke({7, 340}, {470, 12}));
     Press(VK_F3);
     app.StillPictureOf(app.Cut());
     ground = app.PictureOfCanvas();
     ASSERT_GT(ground.Count(kBlack), 300);
   }
 
-  void Put(UINT format, HANDLE handle) {
-    Clipboard clipboard;
-    ASSERT_TRUE(clipboard.IsOpen());
-    ASSERT_NE(handle, nullptr);
-    ASSERT_TRUE(clipboard.Put(format, handle));
-  }
-
-  // Pastes and looks at every pixel; then takes the paste back.
-  void ExpectPasted(Painter painter, bool transparent, const std::string& picture) {
+  // Pastes a picture and looks at every pixel; then takes the paste back.
+  void ExpectPasted(Kind kind, bool transparent, const std::string& picture = "") {
+    SCOPED_TRACE(kind);
+    const Painter painter = PainterOf(kind);
+    {
+      Clipboard clipboard;
+      ASSERT_TRUE(clipboard.IsOpen());
+      ASSERT_TRUE(kind > 0 ? clipboard.Put(CF_DIB, MakeDib(kind, painter))
+                           : clipboard.Put(CF_BITMAP, MakeBitmap(kind == kMonochromeBitmap, painter)));
+    }
     ASSERT_TRUE(app.Choose('e', "bp"));
-    ASSERT_TRUE(Await([this] { return app.IsToolDown(kToolAreaSelect); }));
+    ASSERT_TRUE(app.HasTool(kToolAreaSelect));
     // Another frame takes off the box in which the picture floats.
     Press(VK_F3);
     const auto expected = [&](int x, int y) {
@@ -232,9 +205,7 @@ class ClipboardTest : public DesktopTest {
     });
     EXPECT_EQ(wrong, 0) << "the first one at " << place.x << ", " << place.y << ": " << std::hex << shown
                         << " instead of " << expected(place.x, place.y);
-    if (!picture.empty()) {
-      EXPECT_TRUE(app.Keep(picture));
-    }
+    EXPECT_TRUE(picture.empty() || app.Keep(picture));
     Type("z");
     ASSERT_TRUE(Await([this] { return app.PictureOfCanvas() == ground; })) << "the paste isn't taken back";
   }
@@ -249,21 +220,17 @@ TEST_F(ClipboardTest, AnotherProgramGetsTheCell) {
   constexpr int pitch = 52;
   ASSERT_TRUE(app.NewCut("A", width, height));
   ASSERT_TRUE(app.HasPixel(width - 1, height - 1, kTransparent));
-  Stroke({10, 8}, {60, 8});
-  Stroke({20, 30}, {90, 50});
-  ASSERT_FALSE(HasFatalFailure());
+  ASSERT_TRUE(app.Stroke({10, 8}, {60, 8}));
+  ASSERT_TRUE(app.Stroke({20, 30}, {90, 50}));
   // Fills have a black of their own.
-  Type("W");
-  ASSERT_TRUE(Await([this] { return app.IsToolDown(kToolFill); }));
+  ASSERT_TRUE(app.TypeUntilTool("W", kToolFill));
   Click(app.At(30, 8));
   // The eraser turns ink into underdrawing.
-  Type("2");
-  ASSERT_TRUE(Await([this] { return app.IsToolDown(kToolEraser); }));
+  ASSERT_TRUE(app.TypeUntilTool("2", kToolEraser));
   Drag(app.At(50, 8), app.At(50, 9));
   ASSERT_TRUE(app.HasPixel(50, 8, kSketch));
   // A selection doesn't matter.
-  Type("Q");
-  ASSERT_TRUE(Await([this] { return app.IsToolDown(kToolAreaSelect); }));
+  ASSERT_TRUE(app.TypeUntilTool("Q", kToolAreaSelect));
   Drag(app.At(5, 5), app.At(25, 15));
   app.ParkMouse();
   EXPECT_TRUE(app.Keep("clipboard-cell"));
@@ -281,24 +248,15 @@ TEST_F(ClipboardTest, AnotherProgramGetsTheCell) {
     bytes = clipboard.Bytes(CF_DIB);
   }
   ASSERT_GE(bytes.size(), 104u + pitch * height);
-  EXPECT_EQ(Number(bytes, 0, 4), 40u);
-  EXPECT_EQ(Number(bytes, 4, 4), static_cast<uint32_t>(width));
-  EXPECT_EQ(Number(bytes, 8, 4), static_cast<uint32_t>(height));
-  EXPECT_EQ(Number(bytes, 12, 2), 1u);
-  EXPECT_EQ(Number(bytes, 14, 2), 4u);
-  for (const size_t place : {16u, 20u, 24u, 28u, 36u}) EXPECT_EQ(Number(bytes, place, 4), 0u) << place;
-  EXPECT_EQ(Number(bytes, 32, 4), 16u);
-  for (size_t i = 0; i < 16; i++) EXPECT_EQ(Number(bytes, 40 + 4 * i, 4), kTable[i]) << i;
+  const BITMAPINFOHEADER header = {sizeof(header), width, height, 1, 4, 0, 0, 0, 0, 16, 0};
+  EXPECT_EQ(std::memcmp(bytes.data(), &header, sizeof(header)), 0);
+  EXPECT_EQ(std::memcmp(bytes.data() + sizeof(header), kTable, sizeof(kTable)), 0);
   const auto value = [&](int x, int y) {
     const size_t place = 104 + static_cast<size_t>(pitch * (height - 1 - y) + x / 2);
     return x % 2 == 0 ? bytes[place] >> 4 : bytes[place] & 0xF;
   };
-  EXPECT_EQ(value(0, 0), 0);
-  EXPECT_EQ(value(30, 8), 1);
-  EXPECT_EQ(value(50, 8), 5);
-  EXPECT_EQ(value(20, 30), 8);
-  EXPECT_EQ(value(90, 50), 8);
-  EXPECT_EQ(value(20, 31), 0);
+  constexpr int values[][3] = {{0, 0, 0}, {30, 8, 1}, {50, 8, 5}, {20, 30, 8}, {90, 50, 8}, {20, 31, 0}};
+  for (const auto& [x, y, expected] : values) EXPECT_EQ(value(x, y), expected) << x << ", " << y;
   // Each pixel stands in the window with its colour.
   Press(VK_F3);
   ASSERT_TRUE(app.HasPixel(20, 8, kBlack));
@@ -312,68 +270,53 @@ TEST_F(ClipboardTest, AnotherProgramGetsTheCell) {
 }
 
 TEST_F(ClipboardTest, PicturesOfAllDepthsArePasted) {
-  MakeGround();
-  ASSERT_FALSE(HasFatalFailure());
+  ASSERT_NO_FATAL_FAILURE(MakeGround());
   // The middle grey is an even mixture.
   for (int y = 0; y < 4; y++) {
     for (int x = 0; x < 4; x++) ASSERT_EQ(Pasted(kGrey, x, y), (x + y) % 2 == 0 ? kLightGrey : kDarkGrey);
   }
-  const struct {
-    int bits;
-    Painter painter;
-    const char* picture;
-  } dibs[] = {
-      {1, TwoColors, "clipboard-two-colors"},
-      {8, Greys, "clipboard-greys"},
-      {24, Colors, "clipboard-colors"},
-      {32, Colors, ""},
+  const std::pair<Kind, const char*> pictures[] = {
+      {k1Bit, "clipboard-two-colors"}, {k8Bits, "clipboard-greys"}, {k24Bits, "clipboard-colors"}, {k32Bits, ""},
+      {kMonochromeBitmap, ""},         {kScreenBitmap, ""},
   };
-  for (const auto& dib : dibs) {
-    SCOPED_TRACE(dib.bits);
-    Put(CF_DIB, MakeDib(dib.bits, dib.painter));
-    ASSERT_FALSE(HasFatalFailure());
-    ExpectPasted(dib.painter, false, dib.picture);
-    ASSERT_FALSE(HasFatalFailure());
-  }
-  for (const bool monochrome : {true, false}) {
-    SCOPED_TRACE(monochrome ? "monochrome bitmap" : "bitmap");
-    const Painter painter = monochrome ? TwoColors : Colors;
-    Put(CF_BITMAP, MakeBitmap(monochrome, painter));
-    ASSERT_FALSE(HasFatalFailure());
-    ExpectPasted(painter, false, "");
-    ASSERT_FALSE(HasFatalFailure());
-  }
+  for (const auto& [kind, picture] : pictures) ASSERT_NO_FATAL_FAILURE(ExpectPasted(kind, false, picture));
 }
 
 TEST_F(ClipboardTest, TheTransparentColorLetsTheGroundShow) {
-  MakeGround();
-  ASSERT_FALSE(HasFatalFailure());
+  ASSERT_NO_FATAL_FAILURE(MakeGround());
   ASSERT_TRUE(app.Choose('e', "bt"));
   ASSERT_TRUE(Await([this] { return app.Dialog() != nullptr; }));
   app.StillPictureOf(app.Dialog());
   EXPECT_TRUE(app.KeepScreen("clipboard-color-dialog"));
   Press(VK_RETURN);
   ASSERT_TRUE(app.DialogGoes());
-  for (const int bits : {8, 24, 32}) {
-    SCOPED_TRACE(bits);
-    const Painter painter = bits == 8 ? Greys : Colors;
-    Put(CF_DIB, MakeDib(bits, painter));
-    ASSERT_FALSE(HasFatalFailure());
-    ExpectPasted(painter, true, bits == 24 ? "clipboard-transparent" : "");
-    ASSERT_FALSE(HasFatalFailure());
-  }
-  Put(CF_BITMAP, MakeBitmap(false, Colors));
-  ASSERT_FALSE(HasFatalFailure());
-  ExpectPasted(Colors, true, "");
-  ASSERT_FALSE(HasFatalFailure());
+  for (const Kind kind : {k8Bits, k24Bits, k32Bits, kScreenBitmap})
+    ASSERT_NO_FATAL_FAILURE(ExpectPasted(kind, true, kind == k24Bits ? "clipboard-transparent" : ""));
   // The same item switches it off, and asks nothing.
   ASSERT_TRUE(app.Choose('e', "bt"));
   ASSERT_TRUE(app.DialogGoes());
-  ExpectPasted(Colors, false, "");
-  ASSERT_FALSE(HasFatalFailure());
+  ASSERT_NO_FATAL_FAILURE(ExpectPasted(kScreenBitmap, false));
   ASSERT_TRUE(app.Leave());
   EXPECT_EQ(Setting(app, "OnClipTrans", "Flag"), "0");
   EXPECT_EQ(Setting(app, "OnClipTrans", "RGB"), "#00FF00");
+}
+
+TEST_F(ClipboardTest, APictureOfTheSystemsClipboardIsPasted) {
+  ASSERT_TRUE(app.NewCut());
+  {
+    Clipboard clipboard;
+    ASSERT_TRUE(clipboard.IsOpen());
+    ASSERT_TRUE(clipboard.Put(CF_BITMAP, CreateBitmap(40, 30, 1, 1, std::vector<uint8_t>(6 * 30).data())));
+  }
+  ASSERT_TRUE(app.Choose('e', "bp"));
+  // It floats in a frame at the corner of the canvas.
+  ASSERT_TRUE(app.HasPixel(20, 15, kBlack));
+  EXPECT_TRUE(app.HasTool(kToolAreaSelect));
+  EXPECT_EQ(app.Pixel(45, 15), kTransparent);
+  Drag(app.At(20, 15), app.At(120, 95));
+  app.ParkMouse();
+  EXPECT_TRUE(app.HasPixels({{120, 95, kBlack}, {10, 10, kTransparent}}));
+  EXPECT_TRUE(app.Keep("pasted"));
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 // The dialogs: their values, keys, up-down arrows and help.
+#include <algorithm>
 #include <utility>
 
 #include "app.h"
@@ -16,19 +17,21 @@ class DialogsTest : public DesktopTest {
  protected:
   void SetUp() override { ASSERT_TRUE(app.Start()); }
 
-  HWND CutDialog() {
+  testing::AssertionResult OpenCutDialog() const {
     Press('N', {VK_CONTROL});
-    return app.AwaitDialog("カットのプロパティ");
+    return app.HasDialog("カットのプロパティ");
   }
 
-  int Checked(HWND dialog) const {
-    int count = 0;
-    for (const int box : kMaskBoxes) count += app.Ask(GetDlgItem(dialog, box), BM_GETCHECK) == BST_CHECKED;
-    return count;
+  // Whether so many boxes of the mask are checked in the end.
+  bool AreChecked(int expected) const {
+    return Await([&] {
+      return std::count_if(std::begin(kMaskBoxes), std::end(kMaskBoxes),
+                           [this](int box) { return app.IsChecked(app.Item(box)); }) == expected;
+    });
   }
 
-  testing::AssertionResult IsCentred(HWND dialog) const {
-    const RECT box = app.Screen(dialog);
+  testing::AssertionResult IsCentred() const {
+    const RECT box = app.Screen(app.Dialog());
     const RECT frame = app.Screen(app.Frame());
     const LONG left = frame.left + (frame.right - frame.left) / 2 - (box.right - box.left) / 2;
     const LONG top = frame.top + (frame.bottom - frame.top) / 2 - (box.bottom - box.top) / 2;
@@ -39,13 +42,10 @@ class DialogsTest : public DesktopTest {
 };
 
 TEST_F(DialogsTest, TheCutDialogShowsTheDefaults) {
-  const HWND dialog = CutDialog();
-  ASSERT_NE(dialog, nullptr);
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, kCutWidthEdit)), "240");
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, kCutHeightEdit)), "180");
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, kCutFpsEdit)), "24");
-  EXPECT_EQ(app.Ask(GetDlgItem(dialog, kCutWholeRadio), BM_GETCHECK), BST_CHECKED);
-  EXPECT_TRUE(IsCentred(dialog));
+  ASSERT_TRUE(OpenCutDialog());
+  EXPECT_TRUE(app.HasValues({{kCutWidthEdit, "240"}, {kCutHeightEdit, "180"}, {kCutFpsEdit, "24"}}));
+  EXPECT_TRUE(app.IsChecked(app.Item(kCutWholeRadio)));
+  EXPECT_TRUE(IsCentred());
   EXPECT_TRUE(app.Keep("cut-dialog"));
   Press(VK_ESCAPE);
   ASSERT_TRUE(app.DialogGoes());
@@ -53,10 +53,9 @@ TEST_F(DialogsTest, TheCutDialogShowsTheDefaults) {
 }
 
 TEST_F(DialogsTest, TheArrowsCountUpAndDown) {
-  const HWND dialog = CutDialog();
-  ASSERT_NE(dialog, nullptr);
-  const HWND edit = GetDlgItem(dialog, kCutWidthEdit);
-  const RECT arrows = app.Screen(GetDlgItem(dialog, kCutWidthUpDown));
+  ASSERT_TRUE(OpenCutDialog());
+  const HWND edit = app.Item(kCutWidthEdit);
+  const RECT arrows = app.Screen(app.Item(kCutWidthUpDown));
   const LONG x = (arrows.left + arrows.right) / 2;
   Click({x, arrows.top + (arrows.bottom - arrows.top) / 4});
   EXPECT_TRUE(app.Shows(edit, "241"));
@@ -76,53 +75,44 @@ TEST_F(DialogsTest, TheArrowsCountUpAndDown) {
 }
 
 TEST_F(DialogsTest, HelpFollowsTheFocus) {
-  const HWND dialog = CutDialog();
-  ASSERT_NE(dialog, nullptr);
+  ASSERT_TRUE(OpenCutDialog());
   const std::pair<int, const char*> controls[] = {
       {kCutFpsEdit, "1秒あたりに切り替えるフレームの数を指定します。映画だと24、テレビだと30だそうです。"},
       {kCutCreditEdit, "このカットを担当したスタッフの名前を記入します。"},
   };
   for (const auto& [id, help] : controls) {
-    for (int i = 0; i < 8 && app.Focus() != GetDlgItem(dialog, id); i++) {
+    for (int i = 0; i < 8 && app.Focus() != app.Item(id); i++) {
       const HWND before = app.Focus();
       Press(VK_TAB);
       Await([&] { return app.Focus() != before; });
     }
-    ASSERT_TRUE(app.HasFocus(GetDlgItem(dialog, id)));
-    EXPECT_TRUE(app.Shows(kStatusBar, help));
+    ASSERT_TRUE(app.HasFocus(app.Item(id)));
+    EXPECT_TRUE(app.Shows(kStatusBarId, help));
   }
   EXPECT_TRUE(app.Keep("dialog-help"));
-  app.ClickButton(dialog, kCutHalfRadio);
-  EXPECT_TRUE(app.Shows(kStatusBar, "1/2に縮小されたサイズで出力します。"));
+  app.ClickButton(kCutHalfRadio);
+  EXPECT_TRUE(app.Shows(kStatusBarId, "1/2に縮小されたサイズで出力します。"));
   Press(VK_ESCAPE);
   ASSERT_TRUE(app.DialogGoes());
-  EXPECT_TRUE(app.Shows(kStatusBar, ""));
+  EXPECT_TRUE(app.Shows(kStatusBarId, ""));
 }
 
 TEST_F(DialogsTest, ValuesReachTheCut) {
-  HWND dialog = CutDialog();
-  ASSERT_NE(dialog, nullptr);
-  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kCutWidthEdit), "300"));
-  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kCutFpsEdit), "12"));
-  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kCutCreditEdit), "作画 太郎"));
-  app.ClickButton(dialog, kCutQuarterRadio);
-  app.ClickButton(dialog, IDOK);
-  dialog = app.AwaitDialog("レイヤのプロパティ");
-  ASSERT_NE(dialog, nullptr);
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, kLayerWidthEdit)), "300");
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, kLayerHeightEdit)), "180");
-  app.ClickButton(dialog, IDOK);
+  ASSERT_TRUE(OpenCutDialog());
+  ASSERT_TRUE(app.Enter({{kCutWidthEdit, "300"}, {kCutFpsEdit, "12"}, {kCutCreditEdit, "作画 太郎"}}));
+  app.ClickButton(kCutQuarterRadio);
+  app.ClickButton(IDOK);
+  ASSERT_TRUE(app.HasDialog("レイヤのプロパティ"));
+  EXPECT_TRUE(app.HasValues({{kLayerWidthEdit, "300"}, {kLayerHeightEdit, "180"}}));
+  app.ClickButton(IDOK);
   ASSERT_TRUE(app.DialogGoes());
   // A layer without a name gets one with its number.
   EXPECT_TRUE(app.Lists(kLayerList, {"LAYER 0 (1/1)"}));
   ASSERT_TRUE(app.Choose('c', "p"));
-  dialog = app.AwaitDialog("カットのプロパティ");
-  ASSERT_NE(dialog, nullptr);
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, kCutWidthEdit)), "300");
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, kCutFpsEdit)), "12");
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, kCutCreditEdit)), "作画 太郎");
-  EXPECT_EQ(app.Ask(GetDlgItem(dialog, kCutQuarterRadio), BM_GETCHECK), BST_CHECKED);
-  app.ClickButton(dialog, IDCANCEL);
+  ASSERT_TRUE(app.HasDialog("カットのプロパティ"));
+  EXPECT_TRUE(app.HasValues({{kCutWidthEdit, "300"}, {kCutFpsEdit, "12"}, {kCutCreditEdit, "作画 太郎"}}));
+  EXPECT_TRUE(app.IsChecked(app.Item(kCutQuarterRadio)));
+  app.ClickButton(IDCANCEL);
   EXPECT_TRUE(app.DialogGoes());
   EXPECT_EQ(Setting(app, "OnNewCut", "width"), "300");
   EXPECT_EQ(Setting(app, "OnNewCut", "anti"), "2");
@@ -132,18 +122,21 @@ TEST_F(DialogsTest, ValuesReachTheCut) {
 TEST_F(DialogsTest, TheMaskIsClearedAndInvertedAndProtects) {
   ASSERT_TRUE(app.NewCut());
   ASSERT_TRUE(app.ClickTool(kCommandMask));
-  HWND dialog = app.AwaitDialog("マスク");
-  ASSERT_NE(dialog, nullptr);
-  EXPECT_EQ(Checked(dialog), 0);
-  app.ClickButton(dialog, kMaskInvertButton);
-  EXPECT_TRUE(Await([&] { return Checked(dialog) == 12; }));
-  EXPECT_TRUE(app.Shows(kStatusBar, "マスクを反転させます。"));
-  EXPECT_TRUE(app.Keep("mask-dialog"));
-  app.ClickButton(dialog, kMaskClearButton);
-  EXPECT_TRUE(Await([&] { return Checked(dialog) == 0; }));
-  EXPECT_TRUE(app.Shows(kStatusBar, "マスクをクリアします。"));
-  app.ClickButton(dialog, kMaskTransparentCheck);
-  EXPECT_TRUE(Await([&] { return Checked(dialog) == 1; }));
+  ASSERT_TRUE(app.HasDialog("マスク"));
+  EXPECT_TRUE(AreChecked(0));
+  const struct {
+    int button;
+    int checked;
+    const char* help;
+  } buttons[] = {{kMaskInvertButton, 12, "マスクを反転させます。"}, {kMaskClearButton, 0, "マスクをクリアします。"}};
+  for (const auto& [button, checked, help] : buttons) {
+    app.ClickButton(button);
+    EXPECT_TRUE(AreChecked(checked));
+    EXPECT_TRUE(app.Shows(kStatusBarId, help));
+    EXPECT_TRUE(checked == 0 || app.Keep("mask-dialog"));
+  }
+  app.ClickButton(kMaskTransparentCheck);
+  EXPECT_TRUE(AreChecked(1));
   Press(VK_RETURN);
   ASSERT_TRUE(app.DialogGoes());
   Drag(app.At(20, 30), app.At(100, 30));
@@ -151,48 +144,35 @@ TEST_F(DialogsTest, TheMaskIsClearedAndInvertedAndProtects) {
   app.StillPicture();
   EXPECT_EQ(app.PictureOfCanvas().Count(kTransparent), 240 * 180) << "ink on protected pixels";
   Type("g");
-  dialog = app.AwaitDialog("マスク");
-  ASSERT_NE(dialog, nullptr);
-  EXPECT_EQ(app.Ask(GetDlgItem(dialog, kMaskTransparentCheck), BM_GETCHECK), BST_CHECKED);
-  app.ClickButton(dialog, kMaskClearButton);
+  ASSERT_TRUE(app.HasDialog("マスク"));
+  EXPECT_TRUE(app.IsChecked(app.Item(kMaskTransparentCheck)));
+  app.ClickButton(kMaskClearButton);
   Press(VK_ESCAPE);  // a cancel keeps the mask
   ASSERT_TRUE(app.DialogGoes());
   Type("h");
-  dialog = app.AwaitDialog("マスク");
-  ASSERT_NE(dialog, nullptr);
-  EXPECT_EQ(Checked(dialog), 1);
+  ASSERT_TRUE(app.HasDialog("マスク"));
+  EXPECT_TRUE(AreChecked(1));
 }
 
 TEST_F(DialogsTest, TheGridSnapsThePen) {
   ASSERT_TRUE(app.NewCut());
   Type("G");
-  const HWND dialog = app.AwaitDialog("グリッド");
-  ASSERT_NE(dialog, nullptr);
-  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kGridWidthEdit), "8"));
-  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kGridHeightEdit), "8"));
-  EXPECT_TRUE(app.Keep("grid-dialog"));
-  Press(VK_RETURN);
-  ASSERT_TRUE(app.DialogGoes());
+  ASSERT_TRUE(app.Answer("グリッド", {{kGridWidthEdit, "8"}, {kGridHeightEdit, "8"}}, "grid-dialog"));
   Click(app.At(12, 13));
   app.ParkMouse();
-  EXPECT_TRUE(app.HasPixel(8, 16, kBlack));
-  EXPECT_EQ(app.Pixel(12, 13), kTransparent);
+  EXPECT_TRUE(app.HasPixels({{8, 16, kBlack}, {12, 13, kTransparent}}));
 }
 
 TEST_F(DialogsTest, TheFontDialogListsTheFontsAndKeepsTheChoice) {
   ASSERT_TRUE(app.Choose('t', "o"));
-  HWND dialog = app.AwaitDialog("フォント指定");
-  ASSERT_NE(dialog, nullptr);
-  const HWND list = GetDlgItem(dialog, kFontNameList);
+  ASSERT_TRUE(app.HasDialog("フォント指定"));
+  const HWND list = app.Item(kFontNameList);
   const std::vector<std::string> fonts = app.Lines(list);
   ASSERT_GT(fonts.size(), 1u);
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, kFontSizeEdit)), "24");
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, kFontSpacingEdit)), "12");
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, kFontWeightEdit)), "400");
-  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kFontWeightEdit), "5000"));
-  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kFontSizeEdit), "32"));
+  EXPECT_TRUE(app.HasValues({{kFontSizeEdit, "24"}, {kFontSpacingEdit, "12"}, {kFontWeightEdit, "400"}}));
+  ASSERT_TRUE(app.Enter({{kFontWeightEdit, "5000"}, {kFontSizeEdit, "32"}}));
   Click({app.Screen(list).left + 30, app.Screen(list).top + 8});
-  EXPECT_TRUE(app.Shows(kStatusBar, "@で始まるフォント名は縦書きになります。"));
+  EXPECT_TRUE(app.Shows(kStatusBarId, "@で始まるフォント名は縦書きになります。"));
   Press(VK_HOME);
   EXPECT_TRUE(app.Keep("font-dialog"));
   Press(VK_RETURN);
@@ -203,10 +183,8 @@ TEST_F(DialogsTest, TheFontDialogListsTheFontsAndKeepsTheChoice) {
 
 TEST_F(DialogsTest, EveryOtherDialogComesUp) {
   ASSERT_TRUE(app.NewCut());
-  Type("t");
-  ASSERT_TRUE(app.Shows(kKeyFrame, "2(2f)"));
-  Type("q");
-  ASSERT_TRUE(app.Shows(kKeyFrame, "1(1f)"));
+  ASSERT_TRUE(app.TypeUntil("t", kKeyFrameCheck, "2(2f)"));
+  ASSERT_TRUE(app.TypeUntil("q", kKeyFrameCheck, "1(1f)"));
   const struct {
     char popup;
     const char* item;
@@ -220,44 +198,35 @@ TEST_F(DialogsTest, EveryOtherDialogComesUp) {
   };
   for (const auto& entry : dialogs) {
     ASSERT_TRUE(app.Choose(entry.popup, entry.item)) << entry.title;
-    const HWND dialog = app.AwaitDialog(entry.title);
-    ASSERT_NE(dialog, nullptr) << entry.title;
-    EXPECT_TRUE(IsCentred(dialog)) << entry.title;
-    EXPECT_TRUE(app.Keep(entry.name));
-    Press(VK_ESCAPE);
-    ASSERT_TRUE(app.DialogGoes()) << entry.title;
+    ASSERT_TRUE(app.HasDialog(entry.title));
+    EXPECT_TRUE(IsCentred()) << entry.title;
+    ASSERT_TRUE(app.Answer(entry.title, {}, entry.name, VK_ESCAPE));
   }
   ASSERT_TRUE(app.ChooseAt('e', 19));
-  ASSERT_NE(app.AwaitDialog("ランダムに点描"), nullptr);
+  ASSERT_TRUE(app.HasDialog("ランダムに点描"));
   EXPECT_TRUE(app.Keep("dots-dialog"));
 }
 
 TEST_F(DialogsTest, TheRampEndsAtTheLastFrame) {
   ASSERT_TRUE(app.NewCut());
   ASSERT_TRUE(app.Choose('r', "m"));
-  HWND dialog = app.AwaitDialog("フレームの複数指定");
-  ASSERT_NE(dialog, nullptr);
-  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kFrameCountEdit), "4"));
-  Press(VK_RETURN);
-  ASSERT_TRUE(app.DialogGoes());
-  ASSERT_TRUE(app.Shows(kKeyFrame, "5(5f)"));
-  Type("E");
-  ASSERT_TRUE(app.Shows(kKeyFrame, "1(1f)"));
+  ASSERT_TRUE(app.Answer("フレームの複数指定", {{kFrameCountEdit, "4"}}));
+  ASSERT_TRUE(app.Shows(kKeyFrameCheck, "5(5f)"));
+  ASSERT_TRUE(app.TypeUntil("E", kKeyFrameCheck, "1(1f)"));
   // From 0 to the 50 of the last frame: steps of 12, and the remainder of 2 in the first two.
   for (int i = 0; i < 4; i++) Press(VK_TAB);
-  ASSERT_TRUE(app.HasFocus(app.Of(kBrightness)));
+  ASSERT_TRUE(app.HasFocus(app.Of(kBrightnessEdit)));
   Type("0");
   ASSERT_TRUE(app.Choose('r', "l"));
-  dialog = app.AwaitDialog("明度の連続変化");
-  ASSERT_NE(dialog, nullptr);
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, kRampEndEdit)), "5");
-  EXPECT_TRUE(app.Shows(kStatusBar, "終点のフレーム番号を指定します。現在のフレームからここまでが対象となります。"));
+  ASSERT_TRUE(app.HasDialog("明度の連続変化"));
+  EXPECT_TRUE(app.HasValues({{kRampEndEdit, "5"}}));
+  EXPECT_TRUE(app.Shows(kStatusBarId, "終点のフレーム番号を指定します。現在のフレームからここまでが対象となります。"));
   Press(VK_RETURN);
   ASSERT_TRUE(app.DialogGoes());
   Press(VK_F3);
   Press(VK_F3);
-  ASSERT_TRUE(app.Shows(kKeyFrame, "3(3f)"));
-  EXPECT_TRUE(app.Shows(kBrightness, "26"));
+  ASSERT_TRUE(app.Shows(kKeyFrameCheck, "3(3f)"));
+  EXPECT_TRUE(app.Shows(kBrightnessEdit, "26"));
 }
 
 }  // namespace

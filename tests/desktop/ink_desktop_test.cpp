@@ -38,12 +38,8 @@ struct MenuPlace {
 // The tools without a key.
 constexpr MenuPlace kMenuPlaces[] = {{"40070", 't', "d"}, {"40086", 't', "u"}};
 
-struct DialogTitle {
-  const char* number;
-  const char* title;
-};
-
-constexpr DialogTitle kDialogTitles[] = {{"106", "レイヤのプロパティ"}, {"107", "カットのプロパティ"}};
+constexpr std::pair<const char*, const char*> kDialogTitles[] = {{"106", "レイヤのプロパティ"},
+                                                                 {"107", "カットのプロパティ"}};
 
 // Hands that follow a script of the console program. What they can't do in a real window, or don't know, is a failure:
 // a button that is pressed elsewhere than where the mouse stands, among others.
@@ -82,21 +78,6 @@ class Hands {
     return app->At(place.x - (client.cx - app->canvas.width) / 2, place.y - (client.cy - app->canvas.height) / 2);
   }
 
-  static AssertionResult PressButton(const std::string& message) {
-    if (message == "ldown") {
-      LeftDown();
-    } else if (message == "lup") {
-      LeftUp();
-    } else if (message == "rdown") {
-      RightDown();
-    } else if (message == "rup") {
-      RightUp();
-    } else {
-      return AssertionFailure() << "no hand can do \"" << message << "\"";
-    }
-    return AssertionSuccess();
-  }
-
   static AssertionResult Use(const std::string& message, POINT place) {
     if (message == "move") {
       MoveTo(place);
@@ -106,7 +87,14 @@ class Hands {
     POINT standing = {};
     GetCursorPos(&standing);
     if (standing.x != place.x || standing.y != place.y) return AssertionFailure() << "the mouse stands elsewhere";
-    return PressButton(message);
+    constexpr std::pair<const char*, void (*)()> buttons[] = {
+        {"ldown", LeftDown}, {"lup", LeftUp}, {"rdown", RightDown}, {"rup", RightUp}};
+    for (const auto& [name, press] : buttons) {
+      if (message != name) continue;
+      press();
+      return AssertionSuccess();
+    }
+    return AssertionFailure() << "no hand can do \"" << message << "\"";
   }
 
   AssertionResult MoveMouse(const Words& words) {
@@ -154,16 +142,16 @@ class Hands {
 
   AssertionResult AnswerDialog(const Words& answer) {
     const auto* known = std::find_if(std::begin(kDialogTitles), std::end(kDialogTitles),
-                                     [&](const DialogTitle& entry) { return answer[1] == entry.number; });
+                                     [&](const auto& entry) { return answer[1] == entry.first; });
     if (known == std::end(kDialogTitles)) return AssertionFailure() << "dialog " << answer[1] << " isn't known";
-    const HWND dialog = app->AwaitDialog(known->title);
-    if (dialog == nullptr) return AssertionFailure() << "dialog " << answer[1] << " doesn't come";
+    if (const AssertionResult comes = app->HasDialog(known->second); !comes) return comes;
+    Values values;
     for (size_t i = 2; i + 1 < answer.size(); i++) {
       const size_t sign = answer[i].find('=');
       if (sign == std::string::npos) return AssertionFailure() << "no value in " << answer[i];
-      const HWND edit = GetDlgItem(dialog, Number(answer[i].substr(0, sign)));
-      if (const AssertionResult set = app->Enter(edit, answer[i].substr(sign + 1)); !set) return set;
+      values.emplace_back(Number(answer[i].substr(0, sign)), answer[i].substr(sign + 1));
     }
+    if (const AssertionResult entered = app->Enter(values); !entered) return entered;
     app->ParkMouse();
     Press(VK_RETURN);
     return AssertionSuccess();

@@ -71,17 +71,17 @@ TEST_F(MenusTest, AMarkFollowsASwitch) {
 TEST_F(MenusTest, TheStatusBarTellsTheHighlightedItem) {
   ASSERT_NE(app.OpenMenu('f'), nullptr);
   // The keyboard opens a popup with its first item highlighted.
-  EXPECT_TRUE(app.Shows(kStatusBar, "フィルムを新しく作成します。"));
+  EXPECT_TRUE(app.Shows(kStatusBarId, "フィルムを新しく作成します。"));
   Press(VK_DOWN);
-  EXPECT_TRUE(app.Shows(kStatusBar, "フィルムを開きます。"));
-  Press(VK_DOWN);
-  Press(VK_DOWN);
+  EXPECT_TRUE(app.Shows(kStatusBarId, "フィルムを開きます。"));
   Press(VK_DOWN);
   Press(VK_DOWN);
-  EXPECT_TRUE(app.Shows(kStatusBar, "新しいカットをフィルムに追加します。ファイル名は自動的に番号付けされます。"));
+  Press(VK_DOWN);
+  Press(VK_DOWN);
+  EXPECT_TRUE(app.Shows(kStatusBarId, "新しいカットをフィルムに追加します。ファイル名は自動的に番号付けされます。"));
   EXPECT_TRUE(app.Keep("menu-help"));
   app.CloseMenus();
-  EXPECT_TRUE(app.Shows(kStatusBar, ""));
+  EXPECT_TRUE(app.Shows(kStatusBarId, ""));
 }
 
 TEST_F(MenusTest, TheToolBarIsClicked) {
@@ -95,9 +95,9 @@ TEST_F(MenusTest, TheToolBarIsClicked) {
     EXPECT_EQ(down, 1) << tool;
   }
   ASSERT_TRUE(app.ClickTool(kCommandAddFrame));
-  EXPECT_TRUE(app.Shows(kKeyFrame, "2(2f)"));
+  EXPECT_TRUE(app.Shows(kKeyFrameCheck, "2(2f)"));
   ASSERT_TRUE(app.ClickTool(kCommandPreviousFrame));
-  EXPECT_TRUE(app.Shows(kKeyFrame, "1(1f)"));
+  EXPECT_TRUE(app.Shows(kKeyFrameCheck, "1(1f)"));
   ASSERT_TRUE(app.ClickTool(kCommandAddCell));
   EXPECT_TRUE(app.Lists(kLayerList, {"A (2/2)"}));
 }
@@ -106,7 +106,7 @@ TEST_F(MenusTest, AClickOnTheChosenToolKeepsIt) {
   ASSERT_TRUE(app.ClickTool(kToolLine));
   ASSERT_TRUE(app.ClickTool(kToolLine));
   Press(VK_F1);
-  EXPECT_NE(app.AwaitDialog("直線"), nullptr);
+  EXPECT_TRUE(app.HasDialog("直線"));
 }
 
 TEST_F(MenusTest, AToolTipNamesTheButtonAndTheStatusBarExplainsIt) {
@@ -120,12 +120,12 @@ TEST_F(MenusTest, AToolTipNamesTheButtonAndTheStatusBarExplainsIt) {
   EXPECT_TRUE(app.Shows(app.ToolTip(), "消しゴム"));
   // Wine's tool bar doesn't tell its parent when a tip comes up.
   if (!IsWine()) {
-    EXPECT_TRUE(app.Shows(kStatusBar, "ドラッグした部分を下絵に転化します。"));
+    EXPECT_TRUE(app.Shows(kStatusBarId, "ドラッグした部分を下絵に転化します。"));
   }
   EXPECT_TRUE(app.Keep("tool-tip"));
   app.ParkMouse();
   EXPECT_TRUE(Await([this] { return app.ToolTip() == nullptr; }));
-  EXPECT_TRUE(app.Shows(kStatusBar, ""));
+  EXPECT_TRUE(app.Shows(kStatusBarId, ""));
 }
 
 TEST_F(MenusTest, WithoutTheStatusBarThereAreNoToolTips) {
@@ -138,16 +138,14 @@ TEST_F(MenusTest, WithoutTheStatusBarThereAreNoToolTips) {
 
 TEST_F(MenusTest, TheToolIsExplained) {
   Press(VK_F1);
-  HWND box = app.AwaitDialog("自由ペン");
-  ASSERT_NE(box, nullptr);
-  EXPECT_EQ(app.BoxText(box), "ドラッグして線を描きます。");
+  ASSERT_TRUE(app.HasDialog("自由ペン"));
+  EXPECT_EQ(app.BoxText(), "ドラッグして線を描きます。");
   Press(VK_RETURN);
   ASSERT_TRUE(app.DialogGoes());
   ASSERT_TRUE(app.Choose('t', "n"));
   Press(VK_F8);
-  box = app.AwaitDialog("直線");
-  ASSERT_NE(box, nullptr);
-  EXPECT_EQ(app.BoxText(box),
+  ASSERT_TRUE(app.HasDialog("直線"));
+  EXPECT_EQ(app.BoxText(),
             "ドラッグで直線を描きます。\nCtrl を押しながらクリックすると、連続直線モードとなります。\n"
             "連続直線モードで Ctrl を押しながらクリックするとスキップします。\n"
             "連続直線モードは右クリックで解除します。");
@@ -158,9 +156,8 @@ TEST_F(MenusTest, TheToolIsExplained) {
 
 TEST_F(MenusTest, TheAboutBoxTellsTheVersion) {
   ASSERT_TRUE(app.Choose('v', "v"));
-  const HWND box = app.AwaitDialog("About Sorvelin");
-  ASSERT_NE(box, nullptr);
-  EXPECT_EQ(app.BoxText(box), "Sorvel Developer Version 1.0");
+  ASSERT_TRUE(app.HasDialog("About Sorvelin"));
+  EXPECT_EQ(app.BoxText(), "Sorvel Developer Version 1.0");
   EXPECT_TRUE(app.Keep("about"));
   Press(VK_RETURN);
   EXPECT_TRUE(app.DialogGoes());

@@ -13,18 +13,16 @@ class PlayerTest : public DesktopTest {
     ASSERT_TRUE(app.Start());
     ASSERT_TRUE(app.NewCut());
     Press(VK_TAB);
-    ASSERT_TRUE(app.HasFocus(app.Of(kFrameTime)));
+    ASSERT_TRUE(app.HasFocus(app.Of(kFrameTimeEdit)));
     Type("4");
     Press(VK_TAB);
     Click(app.At(5, 5));
     ASSERT_TRUE(app.HasFocus(app.Cut()));
     Type("z");  // without the dot of the click
-    Type("t");
-    ASSERT_TRUE(app.Shows(kKeyFrame, "2(5f)"));
+    ASSERT_TRUE(app.TypeUntil("t", kKeyFrameCheck, "2(5f)"));
     Type("b");
     ASSERT_TRUE(app.Lists(kLayerList, {"A (2/2)"}));
-    Type("W");
-    ASSERT_TRUE(Await([this] { return app.IsToolDown(kToolFill); }));
+    ASSERT_TRUE(app.TypeUntilTool("W", kToolFill));
     Click(app.At(100, 100));
     ASSERT_TRUE(app.HasPixel(200, 20, kBlack));
     app.ParkMouse();
@@ -98,7 +96,7 @@ TEST_F(PlayerTest, APlayGoesOnWhileADialogIsOpen) {
   Press(VK_F4);
   ASSERT_TRUE(Plays());
   ASSERT_TRUE(app.Choose('c', "p"));
-  ASSERT_NE(app.AwaitDialog("カットのプロパティ"), nullptr);
+  ASSERT_TRUE(app.HasDialog("カットのプロパティ"));
   EXPECT_TRUE(Plays());
 }
 
@@ -121,8 +119,7 @@ TEST_F(PlayerTest, APlayGoesOnWhileTheFrameIsDragged) {
 TEST_F(PlayerTest, APlayGoesOnWhileAStrokeIsDrawn) {
   Press(VK_F4);
   ASSERT_TRUE(Plays());
-  Type("1q");
-  ASSERT_TRUE(app.Shows(kKeyFrame, "1(1f)"));
+  ASSERT_TRUE(app.TypeUntil("1q", kKeyFrameCheck, "1(1f)"));
   MoveTo(app.At(20, 150));
   LeftDown();
   for (int i = 1; i <= 8; i++) MoveTo(app.At(20 + 5 * i, 150));
@@ -136,8 +133,7 @@ TEST_F(PlayerTest, APreviewStands) {
   ASSERT_TRUE(app.Choose('r', "v"));
   ASSERT_TRUE(Await([this] { return app.Player() != nullptr && Middle() == kBlack; }));
   EXPECT_FALSE(Await([this] { return Middle() != kBlack; }, 600));
-  Type("q");
-  ASSERT_TRUE(app.Shows(kKeyFrame, "1(1f)"));
+  ASSERT_TRUE(app.TypeUntil("q", kKeyFrameCheck, "1(1f)"));
   ASSERT_TRUE(app.Choose('r', "v"));
   EXPECT_TRUE(Await([this] { return Middle() == kWhite; }));
   Press(VK_F9);

@@ -1,7 +1,6 @@
 // A film from nothing to the exported file, by the mouse and the keyboard alone.
-#include <shellapi.h>
-
 #include <array>
+#include <cstdlib>
 #include <cstring>
 
 #include "app.h"
@@ -22,31 +21,15 @@ constexpr int kDissolve = 4;  // ticks
 constexpr int kPictures = kFrames + kFrames + 1 + kDissolve + 1;
 constexpr int kPlayTime = 12000;  // milliseconds, several rounds
 
-// The folder that the pictures go to, the first argument of the tests.
-std::string OutputFolder() {
-  int count = 0;
-  wchar_t** words = CommandLineToArgvW(GetCommandLineW(), &count);
-  std::string folder = ".";
-  for (int i = count - 1; i > 0; i--) {
-    if (words[i][0] != L'-') folder = Utf8(words[i]);
-  }
-  LocalFree(words);
-  return folder;
-}
-
 // A click with a key held. All in one go: Wine lets go of keys that the X server knows nothing about.
 void ClickHeld(POINT place, int key) {
   MoveTo(place);
   INPUT inputs[4] = {};
   for (const int i : {0, 3}) {
     inputs[i].type = INPUT_KEYBOARD;
-    inputs[i].ki.wVk = static_cast<WORD>(key);
-    inputs[i].ki.wScan = static_cast<WORD>(MapVirtualKeyW(static_cast<UINT>(key), MAPVK_VK_TO_VSC));
-    inputs[i].ki.dwFlags = i == 0 ? 0 : KEYEVENTF_KEYUP;
-  }
-  for (const int i : {1, 2}) {
-    inputs[i].type = INPUT_MOUSE;
-    inputs[i].mi.dwFlags = i == 1 ? MOUSEEVENTF_LEFTDOWN : MOUSEEVENTF_LEFTUP;
+    inputs[i].ki = {static_cast<WORD>(key), static_cast<WORD>(MapVirtualKeyW(static_cast<UINT>(key), MAPVK_VK_TO_VSC)),
+                    i == 0 ? 0u : static_cast<DWORD>(KEYEVENTF_KEYUP), 0, 0};
+    inputs[i == 0 ? 1 : 2].mi.dwFlags = i == 0 ? MOUSEEVENTF_LEFTDOWN : MOUSEEVENTF_LEFTUP;
   }
   SendInput(ARRAYSIZE(inputs), inputs, sizeof(INPUT));
   Sleep(20);
@@ -81,25 +64,16 @@ class Drawing {
 class ProductionTest : public DesktopTest {
  protected:
   // A cut of the film that numbers itself: its two dialogs, and for the first one the dialog for its name.
-  void NewFilmCut(int key, bool shift, int width, const std::string& path) {
+  void NewFilmCut(int width, const std::string& path = "") {
     const HWND before = app.Cut();
-    if (shift) {
-      Press(key, {VK_SHIFT});
-    } else {
-      Press(key);
-    }
-    HWND dialog = app.AwaitDialog("カットのプロパティ");
-    ASSERT_NE(dialog, nullptr);
-    ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kCutWidthEdit), std::to_string(width)));
-    ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kCutHeightEdit), std::to_string(kHeight)));
-    ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kCutFpsEdit), "12"));
-    if (before == nullptr) {
-      EXPECT_TRUE(app.Keep("production-cut-dialog"));
-    }
+    ASSERT_TRUE(app.HasDialog("カットのプロパティ"));
+    ASSERT_TRUE(app.Enter(
+        {{kCutWidthEdit, std::to_string(width)}, {kCutHeightEdit, std::to_string(kHeight)}, {kCutFpsEdit, "12"}}));
+    EXPECT_TRUE(before != nullptr || app.Keep("production-cut-dialog"));
     Press(VK_RETURN);
-    dialog = app.AwaitDialog("レイヤのプロパティ");
-    ASSERT_NE(dialog, nullptr);
-    ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kLayerNameEdit), "原画"));
+    ASSERT_TRUE(app.HasDialog("レイヤのプロパティ"));
+    ASSERT_TRUE(app.Enter({{kLayerNameEdit, "原画"}}));
+    const HWND dialog = app.Dialog();
     app.ParkMouse();
     Press(VK_RETURN);
     if (!path.empty()) {
@@ -110,82 +84,75 @@ class ProductionTest : public DesktopTest {
     ASSERT_TRUE(Await([&] { return app.Cut() != nullptr && app.Cut() != before; }));
     app.canvas = {width, kHeight, 1, 1};
     ASSERT_TRUE(app.HasFocus(app.Cut()));
-    ASSERT_TRUE(app.HasPixel(0, 0, kTransparent));
-    ASSERT_TRUE(app.HasPixel(width - 1, kHeight - 1, kTransparent));
+    ASSERT_TRUE(app.HasPixels({{0, 0, kTransparent}, {width - 1, kHeight - 1, kTransparent}}));
   }
 
   void Stroke(const std::vector<POINT>& points) {
-    MoveTo(app.At(points[0].x, points[0].y));
+    MoveTo(app.At(points[0]));
     LeftDown();
-    for (const POINT& point : points) MoveTo(app.At(point.x, point.y));
+    for (const POINT& point : points) MoveTo(app.At(point));
     LeftUp();
     app.ParkMouse();
     ASSERT_TRUE(app.HasPixel(points.back().x, points.back().y, kBlack));
   }
 
   // Frames behind the last one, which they copy; "1(1f)" is the first one's counter.
-  void AddFrames(int count) {
-    for (int i = 0; i < count; i++) {
-      Type("t");
-      const std::string counter = std::to_string(i + 2);
-      ASSERT_TRUE(app.Shows(kKeyFrame, std::string(counter).append("(").append(counter).append("f)")));
-    }
+  void AddFrames() {
+    for (const char* counter : {"2(2f)", "3(3f)", "4(4f)", "5(5f)"})
+      ASSERT_TRUE(app.TypeUntil("t", kKeyFrameCheck, counter));
   }
 
-  bool IsKey() const { return app.Ask(app.Of(kKeyFrame), BM_GETCHECK) == BST_CHECKED; }
+  // So many fields on in the ring of the focus, or back, to this window.
+  void Tab(int count, HWND window) {
+    for (int i = 0; i < std::abs(count); i++) count > 0 ? Press(VK_TAB) : Press(VK_TAB, {VK_SHIFT});
+    ASSERT_TRUE(app.HasFocus(window));
+  }
+
+  bool IsKey() const { return app.IsChecked(app.Of(kKeyFrameCheck)); }
 
   // From the canvas to the edit of the frame's time, and back with what was typed there.
   void TypeTime(const std::string& time) {
-    Press(VK_TAB);
-    ASSERT_TRUE(app.HasFocus(app.Of(kFrameTime)));
-    Type(time);
-    ASSERT_TRUE(app.Shows(kFrameTime, time));
-    Press(VK_TAB, {VK_SHIFT});
-    ASSERT_TRUE(app.HasFocus(app.Cut()));
+    ASSERT_NO_FATAL_FAILURE(Tab(1, app.Of(kFrameTimeEdit)));
+    ASSERT_TRUE(app.TypeUntil(time, kFrameTimeEdit, time));
+    ASSERT_NO_FATAL_FAILURE(Tab(-1, app.Cut()));
+  }
+
+  // Accepts a dialog of a change up to the last frame.
+  testing::AssertionResult AnswerRamp(const std::string& title) const {
+    const testing::AssertionResult comes = app.HasDialog(title);
+    if (!comes) return comes;
+    const testing::AssertionResult last = app.HasValues({{kRampEndEdit, "5"}});
+    return last ? app.Answer(title) : last;
   }
 
   // A wave in a key frame that grows dark in five frames.
   void MakeFade() {
-    NewFilmCut(VK_F10, false, kWidth, app.PathOf("表1.cut"));
-    ASSERT_FALSE(HasFatalFailure());
+    Press(VK_F10);
+    ASSERT_NO_FATAL_FAILURE(NewFilmCut(kWidth, app.PathOf("表1.cut")));
     ASSERT_TRUE(app.Lists(kCutList, {"表1"}));
     Type("ffff");
-    Stroke({{20, 70}, {40, 45}, {60, 60}, {80, 80}, {100, 55}, {120, 40}, {140, 60}});
-    ASSERT_FALSE(HasFatalFailure());
-    const RECT box = app.Screen(app.Of(kKeyFrame));
+    ASSERT_NO_FATAL_FAILURE(Stroke({{20, 70}, {40, 45}, {60, 60}, {80, 80}, {100, 55}, {120, 40}, {140, 60}}));
+    const RECT box = app.Screen(app.Of(kKeyFrameCheck));
     Click({box.left + 6, box.top + 10});
     ASSERT_TRUE(Await([this] { return IsKey(); }));
-    Press(VK_TAB, {VK_SHIFT});
-    Press(VK_TAB, {VK_SHIFT});
-    ASSERT_TRUE(app.HasFocus(app.Cut()));
-    AddFrames(kFrames - 1);
-    ASSERT_FALSE(HasFatalFailure());
+    ASSERT_NO_FATAL_FAILURE(Tab(-2, app.Cut()));
+    ASSERT_NO_FATAL_FAILURE(AddFrames());
     EXPECT_FALSE(IsKey());
     // The last frame is a key as well, and black.
-    Press(VK_TAB);
-    Press(VK_TAB);
-    ASSERT_TRUE(app.HasFocus(app.Of(kKeyFrame)));
+    ASSERT_NO_FATAL_FAILURE(Tab(2, app.Of(kKeyFrameCheck)));
     Press(VK_SPACE);
     ASSERT_TRUE(Await([this] { return IsKey(); }));
-    Press(VK_TAB);
-    Press(VK_TAB);
-    ASSERT_TRUE(app.HasFocus(app.Of(kBrightness)));
-    Type("0");
-    ASSERT_TRUE(app.Shows(kBrightness, "0"));
-    for (int i = 0; i < 4; i++) Press(VK_TAB, {VK_SHIFT});
-    ASSERT_TRUE(app.HasFocus(app.Cut()));
+    ASSERT_NO_FATAL_FAILURE(Tab(2, app.Of(kBrightnessEdit)));
+    ASSERT_TRUE(app.TypeUntil("0", kBrightnessEdit, "0"));
+    ASSERT_NO_FATAL_FAILURE(Tab(-4, app.Cut()));
     Type("e");  // the key frame before
-    ASSERT_TRUE(app.Shows(kKeyFrame, "1(1f)"));
+    ASSERT_TRUE(app.Shows(kKeyFrameCheck, "1(1f)"));
     EXPECT_TRUE(IsKey());
     ASSERT_TRUE(app.Choose('r', "l"));
-    const HWND dialog = app.AwaitDialog("明度の連続変化");
-    ASSERT_NE(dialog, nullptr);
-    EXPECT_EQ(app.Text(GetDlgItem(dialog, kRampEndEdit)), "5");
-    Press(VK_RETURN);
-    ASSERT_TRUE(app.DialogGoes());
+    ASSERT_TRUE(AnswerRamp("明度の連続変化"));
     for (const char* brightness : {"37", "24", "12", "0"}) {
       Press(VK_F3);
-      ASSERT_TRUE(app.Shows(kBrightness, brightness));
+      ASSERT_TRUE(app.Shows(kBrightnessEdit, brightness));
     }
     EXPECT_TRUE(IsKey());
     fade.Take(app);
@@ -197,17 +164,15 @@ class ProductionTest : public DesktopTest {
 
   // A long landscape, along which the frame goes from the left to the right.
   void MakePan() {
-    NewFilmCut(VK_F3, true, kPanWidth, "");
-    ASSERT_FALSE(HasFatalFailure());
+    Press(VK_F3, {VK_SHIFT});
+    ASSERT_NO_FATAL_FAILURE(NewFilmCut(kPanWidth));
     ASSERT_TRUE(app.Lists(kCutList, {"表1", "表002"}));
     Stroke({{5, 90}, {50, 40}, {90, 80}, {130, 30}, {190, 95}, {230, 60}, {260, 85}, {312, 50}});
-    Stroke({{80, 20}, {82, 20}});
-    ASSERT_FALSE(HasFatalFailure());
+    ASSERT_NO_FATAL_FAILURE(Stroke({{80, 20}, {82, 20}}));
     ASSERT_TRUE(app.Choose('r', "s"));
-    HWND dialog = app.AwaitDialog("フレームのプロパティ");
-    ASSERT_NE(dialog, nullptr);
-    ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kFrameWidthEdit), std::to_string(kWidth)));
-    EXPECT_EQ(app.Text(GetDlgItem(dialog, kFrameHeightEdit)), std::to_string(kHeight));
+    ASSERT_TRUE(app.HasDialog("フレームのプロパティ"));
+    ASSERT_TRUE(app.Enter({{kFrameWidthEdit, std::to_string(kWidth)}}));
+    EXPECT_TRUE(app.HasValues({{kFrameHeightEdit, std::to_string(kHeight)}}));
     app.ParkMouse();
     Press(VK_RETURN);
     ASSERT_TRUE(app.DialogGoes());
@@ -218,48 +183,34 @@ class ProductionTest : public DesktopTest {
     Drag(app.At(kPanWidth / 2, 60), app.At(kWidth / 2, 60));
     app.ParkMouse();
     EXPECT_TRUE(app.Keep("production-frame-position"));
-    AddFrames(kFrames - 1);
-    ASSERT_FALSE(HasFatalFailure());
+    ASSERT_NO_FATAL_FAILURE(AddFrames());
     Drag(app.At(kWidth / 2, 60), app.At(kPanWidth - kWidth / 2, 60));
     app.ParkMouse();
-    Type("E");
-    ASSERT_TRUE(app.Shows(kKeyFrame, "1(1f)"));
+    ASSERT_TRUE(app.TypeUntil("E", kKeyFrameCheck, "1(1f)"));
     ASSERT_TRUE(app.Choose('r', "o"));
-    dialog = app.AwaitDialog("フレームの連続移動");
-    ASSERT_NE(dialog, nullptr);
-    EXPECT_EQ(app.Text(GetDlgItem(dialog, kRampEndEdit)), "5");
-    Press(VK_RETURN);
-    ASSERT_TRUE(app.DialogGoes());
-    Type("1");
-    ASSERT_TRUE(Await([this] { return app.IsToolDown(kToolFreePen); }));
+    ASSERT_TRUE(AnswerRamp("フレームの連続移動"));
+    ASSERT_TRUE(app.TypeUntilTool("1", kToolFreePen));
     ASSERT_TRUE(app.ChooseAt('c', 3));  // over its own file
     ASSERT_TRUE(app.DialogGoes());
   }
 
   // Two drawings, the second of which comes up slowly over the first.
   void MakeDissolve() {
-    NewFilmCut(VK_F10, false, kWidth, "");
-    ASSERT_FALSE(HasFatalFailure());
+    Press(VK_F10);
+    ASSERT_NO_FATAL_FAILURE(NewFilmCut(kWidth));
     ASSERT_TRUE(app.Lists(kCutList, {"表1", "表002", "表003"}));
-    Stroke({{40, 30}, {120, 90}});
-    ASSERT_FALSE(HasFatalFailure());
-    TypeTime("2");
-    ASSERT_FALSE(HasFatalFailure());
+    ASSERT_NO_FATAL_FAILURE(Stroke({{40, 30}, {120, 90}}));
+    ASSERT_NO_FATAL_FAILURE(TypeTime("2"));
     first.Take(app);
-    Type("t");
-    ASSERT_TRUE(app.Shows(kKeyFrame, "2(3f)"));
+    ASSERT_TRUE(app.TypeUntil("t", kKeyFrameCheck, "2(3f)"));
     Type("b");
     ASSERT_TRUE(app.Lists(kLayerList, {"原画 (2/2)"}));
     ASSERT_TRUE(app.HasPixel(80, 60, kTransparent));
-    Stroke({{120, 30}, {40, 90}});
-    ASSERT_FALSE(HasFatalFailure());
-    TypeTime("-4");
-    ASSERT_FALSE(HasFatalFailure());
-    Type("t");
-    ASSERT_TRUE(app.Shows(kFrameTime, "-4"));
-    ASSERT_TRUE(app.Shows(kKeyFrame, "3(7f)"));
-    TypeTime("2");
-    ASSERT_FALSE(HasFatalFailure());
+    ASSERT_NO_FATAL_FAILURE(Stroke({{120, 30}, {40, 90}}));
+    ASSERT_NO_FATAL_FAILURE(TypeTime("-4"));
+    ASSERT_TRUE(app.TypeUntil("t", kFrameTimeEdit, "-4"));
+    ASSERT_TRUE(app.Shows(kKeyFrameCheck, "3(7f)"));
+    ASSERT_NO_FATAL_FAILURE(TypeTime("2"));
     second.Take(app);
     ASSERT_TRUE(app.ChooseAt('c', 3));
     ASSERT_TRUE(app.DialogGoes());
@@ -308,7 +259,7 @@ class ProductionTest : public DesktopTest {
 
   // The player runs through all of the film, picture by picture in its order.
   void WatchTheFilm() {
-    ASSERT_TRUE(Await([this] { return app.Player() != nullptr; }));
+    ASSERT_TRUE(app.HasPlayer());
     const RECT client = app.ClientOnScreen(app.Player());
     ASSERT_EQ(client.right - client.left, kWidth);
     ASSERT_EQ(client.bottom - client.top, kHeight);
@@ -332,7 +283,7 @@ class ProductionTest : public DesktopTest {
             const Picture again = app.PictureOf(app.Player());
             if (again == shown) {
               ADD_FAILURE() << "a picture that isn't in the film";
-              again.Save(OutputFolder() + "/failed-production-picture.bmp");
+              KeepPicture(again, "failed-production-picture");
               return true;
             }
             return false;
@@ -345,7 +296,7 @@ class ProductionTest : public DesktopTest {
           if (seen[static_cast<size_t>(picture)]) return count == kPictures;
           seen[static_cast<size_t>(picture)] = true;
           count++;
-          shown.Save(OutputFolder() + "/played-" + std::to_string(100 + picture) + ".bmp");
+          KeepPicture(shown, "played-" + std::to_string(100 + picture));
           return count == kPictures;
         },
         kPlayTime);
@@ -363,22 +314,16 @@ class ProductionTest : public DesktopTest {
 TEST_F(ProductionTest, AFilmOfThreeCutsIsMadePlayedAndExported) {
   ASSERT_TRUE(app.Start());
   ASSERT_TRUE(app.Choose('f', "n"));
-  HWND dialog = app.AwaitDialog("フィルムのプロパティー");
-  ASSERT_NE(dialog, nullptr);
-  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kFilmWidthEdit), std::to_string(kWidth)));
-  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kFilmHeightEdit), std::to_string(kHeight)));
-  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kFilmTitleEdit), "十二夜"));
-  ASSERT_TRUE(app.Enter(GetDlgItem(dialog, kFilmAuthorEdit), "表 太郎"));
-  EXPECT_TRUE(app.Keep("production-film-dialog"));
-  Press(VK_RETURN);
-  ASSERT_TRUE(app.DialogGoes());
+  ASSERT_TRUE(app.Answer("フィルムのプロパティー",
+                         {{kFilmWidthEdit, std::to_string(kWidth)},
+                          {kFilmHeightEdit, std::to_string(kHeight)},
+                          {kFilmTitleEdit, "十二夜"},
+                          {kFilmAuthorEdit, "表 太郎"}},
+                         "production-film-dialog"));
 
-  MakeFade();
-  ASSERT_FALSE(HasFatalFailure());
-  MakePan();
-  ASSERT_FALSE(HasFatalFailure());
-  MakeDissolve();
-  ASSERT_FALSE(HasFatalFailure());
+  ASSERT_NO_FATAL_FAILURE(MakeFade());
+  ASSERT_NO_FATAL_FAILURE(MakePan());
+  ASSERT_NO_FATAL_FAILURE(MakeDissolve());
   EXPECT_GT(fade.Ink(kWidth, kHeight), 200);
   EXPECT_GT(pan.Ink(kPanWidth, kHeight), 400);
   EXPECT_GT(first.Ink(kWidth, kHeight), 200);
@@ -396,18 +341,16 @@ TEST_F(ProductionTest, AFilmOfThreeCutsIsMadePlayedAndExported) {
   ASSERT_TRUE(app.Shows(app.Frame(), "Sorvel Developer - ソ"));
   ASSERT_TRUE(app.Lists(kCutList, {"表1", "表002", "表003"}));
   EXPECT_EQ(app.Cut(), nullptr);
-  OpenLine(0, kWidth, "表1.cut");
-  ASSERT_FALSE(HasFatalFailure());
-  EXPECT_TRUE(app.Shows(kKeyFrame, "5(5f)"));
+  ASSERT_NO_FATAL_FAILURE(OpenLine(0, kWidth, "表1.cut"));
+  EXPECT_TRUE(app.Shows(kKeyFrameCheck, "5(5f)"));
   EXPECT_TRUE(IsKey());
   Press(VK_F2);
-  ASSERT_TRUE(app.Shows(kKeyFrame, "4(4f)"));
-  EXPECT_TRUE(app.Shows(kBrightness, "12"));
-  OpenLine(2, kWidth, "表003.cut");
-  ASSERT_FALSE(HasFatalFailure());
+  ASSERT_TRUE(app.Shows(kKeyFrameCheck, "4(4f)"));
+  EXPECT_TRUE(app.Shows(kBrightnessEdit, "12"));
+  ASSERT_NO_FATAL_FAILURE(OpenLine(2, kWidth, "表003.cut"));
   Press(VK_F2);
-  ASSERT_TRUE(app.Shows(kKeyFrame, "2(3f)"));
-  EXPECT_TRUE(app.Shows(kFrameTime, "-4"));
+  ASSERT_TRUE(app.Shows(kKeyFrameCheck, "2(3f)"));
+  EXPECT_TRUE(app.Shows(kFrameTimeEdit, "-4"));
   EXPECT_TRUE(app.HasPixel(40, 90, kBlack));
   EXPECT_TRUE(app.Keep("production-reopened"));
 
@@ -421,7 +364,7 @@ TEST_F(ProductionTest, AFilmOfThreeCutsIsMadePlayedAndExported) {
   EXPECT_TRUE(app.KeepScreen("production-playing"));
   const std::string title = app.Text(app.Player());
   Press(VK_ESCAPE);
-  ASSERT_TRUE(Await([this] { return app.Player() == nullptr; }));
+  ASSERT_TRUE(app.HasPlayer(false));
 
   ASSERT_TRUE(app.Choose('f', "v"));
   ASSERT_TRUE(app.AnswerFileDialog(app.PathOf("十二夜")));

@@ -35,7 +35,8 @@ TEST_F(StartTest, AFirstStartIsEmptyWithTheFreePen) {
   EXPECT_EQ(app.Cut(), nullptr);
   EXPECT_EQ(app.Player(), nullptr);
   EXPECT_EQ(app.Picker(), nullptr);
-  for (const int edit : {kFrameTime, kLoop, kBrightness, kComment}) EXPECT_EQ(app.Text(edit), "") << edit;
+  for (const int edit : {kFrameTimeEdit, kLoopEdit, kBrightnessEdit, kCommentEdit})
+    EXPECT_EQ(app.Text(edit), "") << edit;
   for (const int list : {kCutList, kLayerList}) EXPECT_TRUE(app.Lists(list, {})) << list;
   EXPECT_TRUE(app.IsToolDown(kToolFreePen));
   EXPECT_FALSE(app.IsToolDown(kToolEraser));
@@ -45,10 +46,10 @@ TEST_F(StartTest, AFirstStartIsEmptyWithTheFreePen) {
 TEST_F(StartTest, TheControlsAreThere) {
   ASSERT_TRUE(app.Start());
   const std::pair<int, const char*> controls[] = {
-      {kMdiClient, "MDIClient"},    {kFrameTime, "Edit"},  {kCutList, "ListBox"},
-      {kLayerList, "ListBox"},      {kLoop, "Edit"},       {kComment, "Edit"},
-      {kBrightness, "Edit"},        {kKeyFrame, "Button"}, {kStatusBar, "msctls_statusbar32"},
-      {kToolBar, "ToolbarWindow32"}};
+      {kMdiClientId, "MDIClient"},    {kFrameTimeEdit, "Edit"},   {kCutList, "ListBox"},
+      {kLayerList, "ListBox"},        {kLoopEdit, "Edit"},        {kCommentEdit, "Edit"},
+      {kBrightnessEdit, "Edit"},      {kKeyFrameCheck, "Button"}, {kStatusBarId, "msctls_statusbar32"},
+      {kToolBarId, "ToolbarWindow32"}};
   for (const auto& [id, name] : controls) {
     ASSERT_NE(app.Of(id), nullptr) << id;
     EXPECT_EQ(ClassOf(app.Of(id)), name) << id;
@@ -60,8 +61,8 @@ TEST_F(StartTest, ThePanelsStandInTheirColumn) {
   ASSERT_TRUE(app.Start());
   RECT client = {};
   GetClientRect(app.Frame(), &client);
-  const RECT toolBar = app.InFrame(kToolBar);
-  const RECT statusBar = app.InFrame(kStatusBar);
+  const RECT toolBar = app.InFrame(kToolBarId);
+  const RECT statusBar = app.InFrame(kStatusBarId);
   EXPECT_EQ(statusBar.bottom, client.bottom);
   EXPECT_EQ(toolBar.top, 0);
   const LONG panel = 160;
@@ -72,12 +73,12 @@ TEST_F(StartTest, ThePanelsStandInTheirColumn) {
   const LONG lists = top + 2 * line;
   const LONG middle = lists + (bottom - lists) / 2;
   const std::pair<int, RECT> places[] = {
-      {kMdiClient, {panel + 2, top, client.right, bottom - line}},
-      {kComment, {panel + 2, bottom - line, client.right, bottom}},
-      {kKeyFrame, {0, top, half, top + line}},
-      {kFrameTime, {half, top, panel, top + line}},
-      {kBrightness, {0, top + line, half, lists}},
-      {kLoop, {half, top + line, panel, lists}},
+      {kMdiClientId, {panel + 2, top, client.right, bottom - line}},
+      {kCommentEdit, {panel + 2, bottom - line, client.right, bottom}},
+      {kKeyFrameCheck, {0, top, half, top + line}},
+      {kFrameTimeEdit, {half, top, panel, top + line}},
+      {kBrightnessEdit, {0, top + line, half, lists}},
+      {kLoopEdit, {half, top + line, panel, lists}},
       {kLayerList, {0, lists, panel, middle}},
       {kCutList, {0, middle, panel, bottom}},
   };
@@ -143,13 +144,10 @@ TEST_F(StartTest, SettingsAreReadAtTheStart) {
                             ShiftJis("表") + "\r\n"));
   ASSERT_TRUE(app.Start());
   Press('N', {VK_CONTROL});
-  const HWND dialog = app.AwaitDialog("カットのプロパティ");
-  ASSERT_NE(dialog, nullptr);
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, kCutWidthEdit)), "100");
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, kCutHeightEdit)), "80");
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, kCutFpsEdit)), "12");
-  EXPECT_EQ(app.Text(GetDlgItem(dialog, kCutCreditEdit)), "表");
-  EXPECT_EQ(app.Ask(GetDlgItem(dialog, kCutHalfRadio), BM_GETCHECK), BST_CHECKED);
+  ASSERT_TRUE(app.HasDialog("カットのプロパティ"));
+  EXPECT_TRUE(
+      app.HasValues({{kCutWidthEdit, "100"}, {kCutHeightEdit, "80"}, {kCutFpsEdit, "12"}, {kCutCreditEdit, "表"}}));
+  EXPECT_TRUE(app.IsChecked(app.Item(kCutHalfRadio)));
   Press(VK_ESCAPE);
   ASSERT_TRUE(app.DialogGoes());
   ASSERT_TRUE(app.Leave());

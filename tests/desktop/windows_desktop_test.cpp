@@ -11,11 +11,8 @@ class WindowsTest : public DesktopTest {
 
   void NewDrawing() {
     ASSERT_TRUE(app.NewCut());
-    Drag(app.At(20, 30), app.At(200, 37));
-    Drag(app.At(30, 150), app.At(187, 20));
-    app.ParkMouse();
-    ASSERT_TRUE(app.HasPixel(200, 37, kBlack));
-    ASSERT_TRUE(app.HasPixel(187, 20, kBlack));
+    ASSERT_TRUE(app.Stroke({20, 30}, {200, 37}));
+    ASSERT_TRUE(app.Stroke({30, 150}, {187, 20}));
     Press(VK_F3);  // takes the pen's mark off
   }
 
@@ -47,11 +44,27 @@ class WindowsTest : public DesktopTest {
     Press(VK_TAB);
     Click(app.At(5, 5));
     Type("tb");
-    if (const testing::AssertionResult frame = app.Shows(kKeyFrame, "2(6f)"); !frame) return frame;
+    if (const testing::AssertionResult frame = app.Shows(kKeyFrameCheck, "2(6f)"); !frame) return frame;
     app.ParkMouse();
     Press(VK_F4);
-    if (Await([this] { return app.Player() != nullptr; })) return testing::AssertionSuccess();
-    return testing::AssertionFailure() << "nothing plays";
+    return app.HasPlayer();
+  }
+
+  // Another program's window in front; null if it doesn't get there.
+  static HWND OtherInFront() {
+    const HWND other = CreateWindowExW(WS_EX_TOPMOST, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 1100, 60, 100, 60, nullptr,
+                                       nullptr, nullptr, nullptr);
+    SetForegroundWindow(other);
+    return Await([&] { return GetForegroundWindow() == other; }) ? other : nullptr;
+  }
+
+  // The picture at this scale.
+  void Zoom(const char* keys, int numerator, int denominator) {
+    MoveTo(app.At(120, 90));
+    Type(keys);
+    app.ParkMouse();
+    app.canvas.numerator = numerator;
+    app.canvas.denominator = denominator;
   }
 };
 
@@ -62,10 +75,7 @@ TEST_F(WindowsTest, APartIsPaintedAsTheWholeWasAtFullSize) {
 
 TEST_F(WindowsTest, APartIsPaintedAsTheWholeWasEnlarged) {
   NewDrawing();
-  MoveTo(app.At(120, 90));
-  Type("ss");
-  app.ParkMouse();
-  app.canvas.numerator = 3;
+  Zoom("ss", 3, 1);
   ASSERT_TRUE(app.HasPixel(20, 30, kBlack));
   Press(VK_F3);
   ExpectSteadyPaint(0);
@@ -73,10 +83,7 @@ TEST_F(WindowsTest, APartIsPaintedAsTheWholeWasEnlarged) {
 
 TEST_F(WindowsTest, APartIsPaintedNearlyAsTheWholeWasReduced) {
   NewDrawing();
-  MoveTo(app.At(120, 90));
-  Type("aa");
-  app.ParkMouse();
-  app.canvas.denominator = 3;
+  Zoom("aa", 1, 3);
   ASSERT_TRUE(Await([this] { return app.Pixel(243, 90) == kBlack && app.Pixel(-3, 60) == kBlack; }));
   Press(VK_F3);
   // A painted part needn't begin with a whole group of pixels, so that a line may move by one.
@@ -87,34 +94,29 @@ TEST_F(WindowsTest, APartIsPaintedNearlyAsTheWholeWasReduced) {
 
 TEST_F(WindowsTest, TheFocusComesBackWithTheWindow) {
   NewDrawing();
-  const HWND other = CreateWindowExW(WS_EX_TOPMOST, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 1100, 60, 100, 60, nullptr,
-                                     nullptr, nullptr, nullptr);
-  SetForegroundWindow(other);
-  ASSERT_TRUE(Await([&] { return GetForegroundWindow() == other; }));
+  const HWND other = OtherInFront();
+  ASSERT_NE(other, nullptr);
   const RECT frame = app.Screen(app.Frame());
   Click({frame.left + 400, frame.top + 12});
   ASSERT_TRUE(Await([this] { return GetForegroundWindow() == app.Frame(); }));
   DestroyWindow(other);
   EXPECT_TRUE(app.HasFocus(app.Cut()));
-  Type("t");
-  EXPECT_TRUE(app.Shows(kKeyFrame, "2(2f)"));
+  EXPECT_TRUE(app.TypeUntil("t", kKeyFrameCheck, "2(2f)"));
 }
 
 TEST_F(WindowsTest, ACommentInWorkSurvivesAnotherWindow) {
   NewDrawing();
   Press(VK_TAB, {VK_SHIFT});
-  ASSERT_TRUE(app.HasFocus(app.Of(kComment)));
+  ASSERT_TRUE(app.HasFocus(app.Of(kCommentEdit)));
   Type("abc");
-  const HWND other = CreateWindowExW(WS_EX_TOPMOST, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 1100, 60, 100, 60, nullptr,
-                                     nullptr, nullptr, nullptr);
-  SetForegroundWindow(other);
-  ASSERT_TRUE(Await([&] { return GetForegroundWindow() == other; }));
+  const HWND other = OtherInFront();
+  ASSERT_NE(other, nullptr);
   DestroyWindow(other);
   SetForegroundWindow(app.Frame());
   ASSERT_TRUE(Await([this] { return GetForegroundWindow() == app.Frame(); }));
-  EXPECT_EQ(app.Text(kComment), "abc");
+  EXPECT_EQ(app.Text(kCommentEdit), "abc");
   Press(VK_F3);
-  EXPECT_TRUE(app.Shows(kComment, "abc"));
+  EXPECT_TRUE(app.Shows(kCommentEdit, "abc"));
 }
 
 TEST_F(WindowsTest, AMinimisedWindowComesBackAsItWas) {
@@ -133,8 +135,7 @@ TEST_F(WindowsTest, TheFrameIsMaximised) {
   NewDrawing();
   ShowWindow(app.Frame(), SW_MAXIMIZE);
   ASSERT_TRUE(Await([this] { return IsZoomed(app.Frame()) != FALSE; }));
-  EXPECT_TRUE(app.HasPixel(200, 37, kBlack));
-  EXPECT_TRUE(app.HasPixel(0, 0, kTransparent));
+  EXPECT_TRUE(app.HasPixels({{200, 37, kBlack}, {0, 0, kTransparent}}));
   EXPECT_TRUE(app.Keep("maximised"));
 }
 
@@ -143,9 +144,9 @@ TEST_F(WindowsTest, ACutWindowOfItsOwnSizeIsDrawnAndClosed) {
   const HWND first = app.Cut();
   ASSERT_TRUE(app.NewCut("B"));
   const HWND second = app.Cut();
-  PostMessageW(app.Of(kMdiClient), WM_MDIRESTORE, reinterpret_cast<WPARAM>(second), 0);
+  PostMessageW(app.Of(kMdiClientId), WM_MDIRESTORE, reinterpret_cast<WPARAM>(second), 0);
   ASSERT_TRUE(Await([&] { return !IsZoomed(second); }));
-  PostMessageW(app.Of(kMdiClient), WM_MDITILE, MDITILE_VERTICAL, 0);
+  PostMessageW(app.Of(kMdiClientId), WM_MDITILE, MDITILE_VERTICAL, 0);
   ASSERT_TRUE(Await([&] {
     return app.Screen(first).right <= app.Screen(second).left || app.Screen(second).right <= app.Screen(first).left;
   }));
@@ -159,9 +160,7 @@ TEST_F(WindowsTest, ACutWindowOfItsOwnSizeIsDrawnAndClosed) {
   EXPECT_TRUE(app.Lists(kLayerList, {"A (1/1)"}));
   EXPECT_TRUE(app.HasPixel(200, 37, kBlack));
   PostMessageW(first, WM_CLOSE, 0, 0);
-  const HWND box = app.AwaitDialog("Sorvelin");
-  ASSERT_NE(box, nullptr);
-  app.ClickButton(box, IDNO);
+  ASSERT_TRUE(app.AnswerQuestion("", IDNO));
   ASSERT_TRUE(Await([&] { return app.Cut() == second; }));
   EXPECT_TRUE(app.Lists(kLayerList, {"B (1/1)"}));
 }
@@ -176,13 +175,11 @@ TEST_F(WindowsTest, ACutIsClosedDuringItsPlay) {
   ASSERT_TRUE(app.NewCut());
   ASSERT_TRUE(StartsPlaying());
   Press(VK_F4, {VK_CONTROL});
-  const HWND box = app.AwaitDialog("Sorvelin");
-  ASSERT_NE(box, nullptr);
-  app.ClickButton(box, IDNO);
-  ASSERT_TRUE(Await([this] { return app.Cut() == nullptr; }));
+  ASSERT_TRUE(app.AnswerQuestion("", IDNO));
+  ASSERT_TRUE(app.HasNoCut());
   app.ParkMouse();
   Press(VK_F9);
-  EXPECT_TRUE(Await([this] { return app.Player() == nullptr; }));
+  EXPECT_TRUE(app.HasPlayer(false));
   EXPECT_TRUE(app.Leave());
 }
 
@@ -195,8 +192,7 @@ TEST_F(WindowsTest, AStrokeThatLeavesTheWindowEndsWithTheButton) {
   MoveTo(app.At(60, 70));
   app.ParkMouse();
   Press(VK_F3);
-  EXPECT_TRUE(app.HasPixel(60, 70, kTransparent));
-  EXPECT_EQ(app.Pixel(55, 60), kTransparent);
+  EXPECT_TRUE(app.HasPixels({{60, 70, kTransparent}, {55, 60, kTransparent}}));
 }
 
 }  // namespace

@@ -35,18 +35,13 @@ class PlayerTest : public DesktopTest {
   }
 
   testing::AssertionResult Plays() const {
-    if (!Await([this] { return app.Player() != nullptr; })) return testing::AssertionFailure() << "no window";
+    if (const testing::AssertionResult there = app.HasPlayer(); !there) return there;
     for (const Color color : {kBlack, kWhite, kBlack}) {
       if (!Await([&] { return Middle() == color; })) {
         return testing::AssertionFailure() << "the picture stays at " << std::hex << Middle();
       }
     }
     return testing::AssertionSuccess();
-  }
-
-  testing::AssertionResult Stops() const {
-    if (Await([this] { return app.Player() == nullptr; })) return testing::AssertionSuccess();
-    return testing::AssertionFailure() << "the window stays";
   }
 };
 
@@ -60,11 +55,11 @@ TEST_F(PlayerTest, APlayShowsBothFramesInAWindowOfTheirSize) {
   EXPECT_NE(app.Text(app.Player()).find(" byte"), std::string::npos) << app.Text(app.Player());
   EXPECT_TRUE(app.KeepScreen("playing"));
   Press(VK_ESCAPE);
-  EXPECT_TRUE(Stops());
+  EXPECT_TRUE(app.HasPlayer(false));
   ASSERT_TRUE(app.ClickTool(kCommandPlay));
   EXPECT_TRUE(Plays());
   ASSERT_TRUE(app.ClickTool(kCommandStop));
-  EXPECT_TRUE(Stops());
+  EXPECT_TRUE(app.HasPlayer(false));
 }
 
 TEST_F(PlayerTest, AFrameStandsForItsTicks) {
@@ -137,7 +132,7 @@ TEST_F(PlayerTest, APreviewStands) {
   ASSERT_TRUE(app.Choose('r', "v"));
   EXPECT_TRUE(Await([this] { return Middle() == kWhite; }));
   Press(VK_F9);
-  EXPECT_TRUE(Stops());
+  EXPECT_TRUE(app.HasPlayer(false));
 }
 
 TEST_F(PlayerTest, ASavedCutKeepsItsCompiledFile) {

@@ -11,7 +11,19 @@
 namespace sorvel::desktop {
 namespace {
 
-using StartTest = DesktopTest;
+class StartTest : public DesktopTest {
+ protected:
+  void SetUp() override { ASSERT_TRUE(app.Start()); }
+
+  // Draws nothing, but changes the pen by a key and an item of the menu, and gives what is written at the end.
+  std::string PenAfter(const char* keys, const char* item) {
+    EXPECT_TRUE(app.NewCut());
+    Type(keys);
+    EXPECT_TRUE(app.Choose('t', item));
+    EXPECT_TRUE(app.Leave());
+    return Setting(app, "setup", "brush");
+  }
+};
 
 std::string ClassOf(HWND window) {
   wchar_t name[64] = L"";
@@ -29,7 +41,6 @@ int LineOf(HWND window) {
 }
 
 TEST_F(StartTest, AFirstStartIsEmptyWithTheFreePen) {
-  ASSERT_TRUE(app.Start());
   EXPECT_EQ(app.Title(), "Sorvel Developer");
   EXPECT_EQ(app.Status(), "");
   EXPECT_EQ(app.Cut(), nullptr);
@@ -44,7 +55,6 @@ TEST_F(StartTest, AFirstStartIsEmptyWithTheFreePen) {
 }
 
 TEST_F(StartTest, TheControlsAreThere) {
-  ASSERT_TRUE(app.Start());
   const std::pair<int, const char*> controls[] = {
       {kMdiClientId, "MDIClient"},    {kFrameTimeEdit, "Edit"},   {kCutList, "ListBox"},
       {kLayerList, "ListBox"},        {kLoopEdit, "Edit"},        {kCommentEdit, "Edit"},
@@ -58,7 +68,6 @@ TEST_F(StartTest, TheControlsAreThere) {
 }
 
 TEST_F(StartTest, ThePanelsStandInTheirColumn) {
-  ASSERT_TRUE(app.Start());
   RECT client = {};
   GetClientRect(app.Frame(), &client);
   const RECT toolBar = app.InFrame(kToolBarId);
@@ -84,10 +93,8 @@ TEST_F(StartTest, ThePanelsStandInTheirColumn) {
   };
   for (const auto& [id, place] : places) {
     const RECT found = app.InFrame(id);
-    EXPECT_EQ(found.left, place.left) << id;
-    EXPECT_EQ(found.top, place.top) << id;
-    EXPECT_EQ(found.right, place.right) << id;
-    EXPECT_EQ(found.bottom, place.bottom) << id;
+    EXPECT_TRUE(EqualRect(&found, &place))
+        << id << " stands at " << found.left << ", " << found.top << " to " << found.right << ", " << found.bottom;
   }
 }
 
@@ -110,7 +117,6 @@ TEST_F(StartTest, TheWindowIsUsableAtOnce) {
 }
 
 TEST_F(StartTest, TheExitOfAFirstRunWritesTheDefaults) {
-  ASSERT_TRUE(app.Start());
   ASSERT_TRUE(app.Leave());
   EXPECT_EQ(Setting(app, "setup", "film"), "");
   EXPECT_EQ(Setting(app, "setup", "font"), "ＭＳ Ｐゴシック, 24, 12, 400");
@@ -118,23 +124,14 @@ TEST_F(StartTest, TheExitOfAFirstRunWritesTheDefaults) {
 }
 
 TEST_F(StartTest, ThePenIsWrittenBackAtTheExit) {
-  ASSERT_TRUE(app.Start());
-  ASSERT_TRUE(app.NewCut());
-  Type("ff");                         // two sizes larger
-  ASSERT_TRUE(app.Choose('t', "w"));  // without taking out corners
-  ASSERT_TRUE(app.Leave());
-  EXPECT_EQ(Setting(app, "setup", "brush"), "9, 0, 1, 0, 0, 0");
+  // Two sizes larger, and without taking out corners.
+  EXPECT_EQ(PenAfter("ff", "w"), "9, 0, 1, 0, 0, 0");
   EXPECT_EQ(Setting(app, "OnNewCut", "width"), "240");
   EXPECT_EQ(Setting(app, "OnNewCut", "fps"), "24");
 }
 
 TEST_F(StartTest, ASquarePenIsMarkedInTheSettings) {
-  ASSERT_TRUE(app.Start());
-  ASSERT_TRUE(app.NewCut());
-  Type("fff");
-  ASSERT_TRUE(app.Choose('t', "p"));
-  ASSERT_TRUE(app.Leave());
-  EXPECT_EQ(Setting(app, "setup", "brush"), "4, 0, 1, 0, 1, 1");
+  EXPECT_EQ(PenAfter("fff", "p"), "4, 0, 1, 0, 1, 1");
 }
 
 TEST_F(StartTest, SettingsAreReadAtTheStart) {
@@ -179,7 +176,6 @@ TEST_F(StartTest, AnUnknownDocumentLeavesAnEmptyProgram) {
 }
 
 TEST_F(StartTest, TheFrameCanBeClosedByItsButtonsKey) {
-  ASSERT_TRUE(app.Start());
   Press(VK_F4, {VK_MENU});
   EXPECT_TRUE(app.Ends());
 }

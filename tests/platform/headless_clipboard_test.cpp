@@ -79,18 +79,19 @@ TEST_F(HeadlessClipboard, AFourBitDibIsAPictureFromItsBottomRowUp) {
 }
 
 TEST_F(HeadlessClipboard, EightAnd24And32BitDibsArePictures) {
-  Bytes eight = Head(1, 1, 8, 2);
-  Append(&eight, {1, 2, 3, 0, 4, 5, 6, 0, 1, 0, 0, 0});
-  EXPECT_TRUE(PutDib(eight));
-  EXPECT_EQ(Picture(&width, &height), Bytes({4, 5, 6}));
-  Bytes full = Head(1, 2, 24, 0);
-  Append(&full, {1, 2, 3, 0, 4, 5, 6, 0});
-  EXPECT_TRUE(PutDib(full));
-  EXPECT_EQ(Picture(&width, &height), Bytes({4, 5, 6, 1, 2, 3}));
-  Bytes topDown = Head(1, -2, 32, 0);
-  Append(&topDown, {1, 2, 3, 0, 4, 5, 6, 0});
-  EXPECT_TRUE(PutDib(topDown));
-  EXPECT_EQ(Picture(&width, &height), Bytes({1, 2, 3, 4, 5, 6}));
+  const struct {
+    Bytes head;
+    Bytes rest;
+    Bytes pixels;
+  } dibs[] = {{Head(1, 1, 8, 2), {1, 2, 3, 0, 4, 5, 6, 0, 1, 0, 0, 0}, {4, 5, 6}},
+              {Head(1, 2, 24, 0), {1, 2, 3, 0, 4, 5, 6, 0}, {4, 5, 6, 1, 2, 3}},
+              {Head(1, -2, 32, 0), {1, 2, 3, 0, 4, 5, 6, 0}, {1, 2, 3, 4, 5, 6}}};
+  for (const auto& [head, rest, pixels] : dibs) {
+    Bytes dib = head;
+    Append(&dib, rest);
+    EXPECT_TRUE(PutDib(dib));
+    EXPECT_EQ(Picture(&width, &height), pixels);
+  }
 }
 
 TEST_F(HeadlessClipboard, ADibThatIsCutOffOrOfAForeignKindIsNoPicture) {

@@ -10,29 +10,29 @@ namespace {
 
 class HeadlessControls : public HeadlessTest {
  protected:
-  std::string Line(WindowHandle list, int32_t index) {
+  std::string Line(WindowHandle from, int32_t index) {
     char text[32];
-    ReadListLine(list, index, text, sizeof(text));
+    ReadListLine(from, index, text, sizeof(text));
     return text;
   }
-  void Fill(WindowHandle list, const std::vector<std::string>& texts) {
-    for (const std::string& text : texts) AddListLine(list, text.c_str());
+  void Fill(WindowHandle target, const std::vector<std::string>& texts) {
+    for (const std::string& text : texts) AddListLine(target, text.c_str());
   }
-  std::vector<int32_t> Selected(WindowHandle list) {
+  std::vector<int32_t> Selected(WindowHandle from) {
     std::vector<int32_t> lines;
-    for (int32_t i = 0; i < ListCount(list); ++i) {
-      if (IsListLineSelected(list, i)) lines.push_back(i);
+    for (int32_t i = 0; i < ListCount(from); ++i) {
+      if (IsListLineSelected(from, i)) lines.push_back(i);
     }
     return lines;
   }
 
   Frame frame;
+  WindowHandle list = MakeListBox(frame.window, 1, false);
 };
 
 using Lines = std::vector<int32_t>;
 
 TEST_F(HeadlessControls, LinesAreAddedInsertedReadAndDeleted) {
-  const WindowHandle list = MakeListBox(frame.window, 1, false);
   EXPECT_EQ(AddListLine(list, "b"), 0);
   InsertListLine(list, 0, "a");
   InsertListLine(list, -1, "c");
@@ -48,7 +48,6 @@ TEST_F(HeadlessControls, LinesAreAddedInsertedReadAndDeleted) {
 }
 
 TEST_F(HeadlessControls, ReadingALineCutsToTheBuffer) {
-  const WindowHandle list = MakeListBox(frame.window, 1, false);
   AddListLine(list, "abcdef");
   char text[3] = "zz";
   EXPECT_EQ(ReadListLine(list, 0, text, sizeof(text)), 2u);
@@ -59,7 +58,6 @@ TEST_F(HeadlessControls, ReadingALineCutsToTheBuffer) {
 }
 
 TEST_F(HeadlessControls, DeletingTheSelectedLineLeavesNoneSelected) {
-  const WindowHandle list = MakeListBox(frame.window, 1, false);
   Fill(list, {"a", "b", "c"});
   EXPECT_EQ(SelectedListLine(list), -1);
   SelectListLine(list, 2);
@@ -70,7 +68,6 @@ TEST_F(HeadlessControls, DeletingTheSelectedLineLeavesNoneSelected) {
 }
 
 TEST_F(HeadlessControls, TheSelectionStaysWithItsLine) {
-  const WindowHandle list = MakeListBox(frame.window, 1, false);
   Fill(list, {"a", "b", "c"});
   SelectListLine(list, 2);
   DeleteListLine(list, 0);
@@ -84,7 +81,7 @@ TEST_F(HeadlessControls, TheSelectionStaysWithItsLine) {
 }
 
 TEST_F(HeadlessControls, AnExtendedSelectionIsAFlagOfEachLine) {
-  const WindowHandle list = MakeListBox(frame.window, 1, true);
+  list = MakeListBox(frame.window, 1, true);
   Fill(list, {"a", "b", "c", "d"});
   SetListLineSelected(list, 1, true);
   SetListLineSelected(list, 3, true);
@@ -107,18 +104,16 @@ TEST_F(HeadlessControls, AnExtendedSelectionIsAFlagOfEachLine) {
 }
 
 TEST_F(HeadlessControls, OperationsOfTheOtherKindOfSelectionDoNothing) {
-  const WindowHandle single = MakeListBox(frame.window, 1, false);
   const WindowHandle extended = MakeListBox(frame.window, 2, true);
-  Fill(single, {"a", "b"});
+  Fill(list, {"a", "b"});
   Fill(extended, {"a", "b"});
-  SetListLineSelected(single, 1, true);
+  SetListLineSelected(list, 1, true);
   SelectListLine(extended, 1);
-  EXPECT_EQ(SelectedListLine(single), -1);
+  EXPECT_EQ(SelectedListLine(list), -1);
   EXPECT_EQ(Selected(extended), Lines());
 }
 
 TEST_F(HeadlessControls, FindingGoesRoundAndDoesntRegardCase) {
-  const WindowHandle list = MakeListBox(frame.window, 1, false);
   Fill(list, {"Alpha", "beta", "Alphabet"});
   EXPECT_EQ(FindListLine(list, 0, "alpha"), 2);
   EXPECT_EQ(FindListLine(list, 2, "ALPHA"), 0);
@@ -135,7 +130,6 @@ TEST_F(HeadlessControls, CapitalsInsideADoubleByteStay) {
 }
 
 TEST_F(HeadlessControls, ASortedListFindsThePlace) {
-  const WindowHandle list = MakeListBox(frame.window, 1, false);
   list->sorted = true;
   EXPECT_EQ(AddListLine(list, "beta"), 0);
   EXPECT_EQ(AddListLine(list, "Alpha"), 0);
@@ -144,7 +138,7 @@ TEST_F(HeadlessControls, ASortedListFindsThePlace) {
 }
 
 TEST_F(HeadlessControls, AUsersSelectionIsToldToTheParent) {
-  const WindowHandle list = MakeListBox(frame.window, kCutList, true);
+  list = MakeListBox(frame.window, kCutList, true);
   Fill(list, {"a", "b", "c"});
   EXPECT_TRUE(headless::SelectLines(list, {2, 0}));
   EXPECT_EQ(Selected(list), Lines({0, 2}));
@@ -231,30 +225,21 @@ TEST_F(HeadlessUpDown, ThePositionShowsInTheEditWithSeparators) {
 }
 
 TEST_F(HeadlessUpDown, APositionIsBoundedByTheRange) {
-  SetUpDownPosition(upDown, 2000);
-  EXPECT_EQ(UpDownPosition(upDown), 1200);
-  SetUpDownPosition(upDown, 0);
-  EXPECT_EQ(UpDownPosition(upDown), 1);
+  for (const auto& [set, position] : {std::pair(2000, 1200), std::pair(0, 1)}) {
+    SetUpDownPosition(upDown, set);
+    EXPECT_EQ(UpDownPosition(upDown), position);
+  }
 }
 
 TEST_F(HeadlessUpDown, ATypedNumberOfTheRangeIsThePosition) {
-  EXPECT_EQ(Typed("33"), 33);
-  EXPECT_EQ(Typed("  44"), 44);
-  EXPECT_EQ(Typed("+55"), 55);
-  EXPECT_EQ(Typed("1,100"), 1100);
+  const std::pair<const char*, int32_t> texts[] = {{"33", 33}, {"  44", 44}, {"+55", 55}, {"1,100", 1100}};
+  for (const auto& [text, position] : texts) EXPECT_EQ(Typed(text), position) << text;
 }
 
 TEST_F(HeadlessUpDown, AnythingElseGivesTheLastValidPositionAndAHighHalf) {
   EXPECT_EQ(Typed("33"), 33);
-  constexpr int32_t invalid = 0x10000 | 33;
-  EXPECT_EQ(Typed("0"), invalid);
-  EXPECT_EQ(Typed("1201"), invalid);
-  EXPECT_EQ(Typed("-5"), invalid);
-  EXPECT_EQ(Typed("12x"), invalid);
-  EXPECT_EQ(Typed("12 "), invalid);
-  EXPECT_EQ(Typed("-"), invalid);
-  EXPECT_EQ(Typed("99999999999999999999999"), invalid);
-  EXPECT_EQ(Typed("65569"), invalid);
+  for (const char* text : {"0", "1201", "-5", "12x", "12 ", "-", "99999999999999999999999", "65569"})
+    EXPECT_EQ(Typed(text), 0x10000 | 33) << text;
 }
 
 TEST_F(HeadlessUpDown, AnEmptyTextIsNoNumberEvenIfZeroIsInTheRange) {

@@ -5,7 +5,6 @@
 
 #include "platform/controls.h"
 #include "platform/headless/internal.h"
-#include "platform/headless/resources.h"
 #include "platform_fixture.h"
 #include "resources/ids.h"
 
@@ -80,23 +79,6 @@ class HeadlessDialog : public HeadlessTest {
   Frame frame;
   DialogLog log;
 };
-
-TEST_F(HeadlessDialog, EveryTemplateHasOkAndCancel) {
-  for (const headless::DialogResource& each : headless::Dialogs()) {
-    if (each.part != headless::DialogPart::kDialog) continue;
-    Window* dialog = headless::NewWindow(WindowKind::kDialog, nullptr, nullptr, {});
-    ASSERT_TRUE(headless::LoadDialog(each.id, dialog)) << each.id;
-    EXPECT_NE(DialogControl(dialog, 1), nullptr) << each.id;
-    EXPECT_NE(DialogControl(dialog, 2), nullptr) << each.id;
-    EXPECT_EQ(DialogControl(dialog, -1), nullptr) << each.id;
-    EXPECT_FALSE(dialog->text.empty()) << each.id;
-    for (const Window* control : dialog->children) {
-      EXPECT_LE(control->place.right, dialog->width) << each.id << " " << control->id;
-      EXPECT_LE(control->place.bottom, dialog->height) << each.id << " " << control->id;
-    }
-    headless::EndWindow(dialog);
-  }
-}
 
 TEST_F(HeadlessDialog, OkAndCancelEndItWithTheirCommand) {
   EXPECT_EQ(Answered(kCutDialog, {}), 7);

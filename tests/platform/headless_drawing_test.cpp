@@ -168,21 +168,16 @@ TEST_F(HeadlessDrawing, AFrameIsDottedOnOneGridAndComesOff) {
 }
 
 TEST_F(HeadlessDrawing, EachPixelOfAThinFrameIsInvertedOnce) {
-  Make(5, 5);
-  InvertFrame(context, {0, 0, 5, 1});
-  EXPECT_EQ(CountLit(), 3);
-  InvertFrame(context, {0, 0, 5, 1});
-  InvertFrame(context, {2, 0, 3, 5});
-  EXPECT_EQ(CountLit(), 3);
-  InvertFrame(context, {2, 0, 3, 5});
-  InvertFrame(context, {2, 2, 3, 3});
-  EXPECT_EQ(CountLit(), 1);
+  const std::pair<Bounds, int32_t> frames[] = {{{0, 0, 5, 1}, 3}, {{2, 0, 3, 5}, 3}, {{2, 2, 3, 3}, 1}};
+  for (const auto& [place, lit] : frames) {
+    InvertFrame(context, place);
+    EXPECT_EQ(CountLit(), lit);
+    InvertFrame(context, place);
+  }
 }
 
 TEST_F(HeadlessDrawing, EmptyAndNegativeFramesDrawNothing) {
-  InvertFrame(context, {2, 2, 2, 6});
-  InvertFrame(context, {6, 6, 2, 2});
-  InvertFrame(context, {2, 6, 6, 2});
+  for (const Bounds& place : {Bounds{2, 2, 2, 6}, Bounds{6, 6, 2, 2}, Bounds{2, 6, 6, 2}}) InvertFrame(context, place);
   EXPECT_EQ(CountLit(), 0);
 }
 
@@ -320,21 +315,20 @@ TEST_F(HeadlessDrawing, PaintingIsClippedToWhatWasInvalidErasedFirstAndValidAfte
 
 TEST_F(HeadlessDrawing, ScrollingMovesThePixelsAndWhatComesFreeIsInvalid) {
   Make(4, 3);
-  ValidateClient(window);
-  const BrushHandle brush = MakeBrush(255, 255, 255);
-  FillArea(context, {1, 1, 2, 2}, brush);
-  DeleteBrush(brush);
-  ScrollClient(window, 1, -1);
-  EXPECT_EQ(Picture(), "..#.\n....\n....\n");
-  EXPECT_EQ(window->invalid, (Bounds{0, 0, 4, 3}));
-  ValidateClient(window);
-  ScrollClient(window, 0, 2);
-  EXPECT_EQ(Picture(), "..#.\n....\n..#.\n");
-  EXPECT_EQ(window->invalid, (Bounds{0, 0, 4, 2}));
-  ValidateClient(window);
-  ScrollClient(window, -2, 0);
-  EXPECT_EQ(Picture(), "#.#.\n....\n#.#.\n");
-  EXPECT_EQ(window->invalid, (Bounds{2, 0, 4, 3}));
+  FillFace(context, {1, 1, 2, 2});
+  const struct {
+    Point by;
+    const char* picture;
+    Bounds invalid;
+  } scrolls[] = {{{1, -1}, "..f.\n....\n....\n", {0, 0, 4, 3}},
+                 {{0, 2}, "..f.\n....\n..f.\n", {0, 0, 4, 2}},
+                 {{-2, 0}, "f.f.\n....\nf.f.\n", {2, 0, 4, 3}}};
+  for (const auto& [by, picture, invalid] : scrolls) {
+    ValidateClient(window);
+    ScrollClient(window, by.x, by.y);
+    EXPECT_EQ(Picture(), picture);
+    EXPECT_EQ(window->invalid, invalid);
+  }
 }
 
 TEST_F(HeadlessDrawing, WhatWaitsToBePaintedMovesWhenTheClientAreaScrolls) {

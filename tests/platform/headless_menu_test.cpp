@@ -82,20 +82,6 @@ TEST_F(HeadlessMenu, AnOpenedPopupIsToldToItsOwnerAndRemembered) {
   DeleteMenu(menu);
 }
 
-TEST_F(HeadlessMenu, KeysFindTheirCommandWithExactlyTheirModifier) {
-  constexpr int32_t f4 = 0x73;
-  constexpr int32_t f2 = 0x71;
-  constexpr int32_t tab = 9;
-  EXPECT_EQ(headless::FindAccelerator(f4, false, false), kCommandPlay);
-  EXPECT_EQ(headless::FindAccelerator(f4, true, false), 0);
-  EXPECT_EQ(headless::FindAccelerator(f2, false, false), kCommandPreviousFrame);
-  EXPECT_EQ(headless::FindAccelerator(f2, true, false), kCommandInsertNumberedCut);
-  EXPECT_EQ(headless::FindAccelerator(tab, true, false), kCommandFocusBackward);
-  EXPECT_EQ(headless::FindAccelerator('N', false, true), kCommandNewCut);
-  EXPECT_EQ(headless::FindAccelerator('N', false, false), 0);
-  EXPECT_EQ(headless::FindAccelerator('N', true, true), 0);
-}
-
 TEST_F(HeadlessMenu, ATextIsShiftJisAndCutToTheBuffer) {
   char text[256];
   const std::string whole = headless::FromUtf8("横幅を指定します。");

@@ -10,13 +10,36 @@
 namespace sorvel::platform {
 namespace {
 
-using HeadlessWindow = HeadlessTest;
-using HeadlessMdi = HeadlessTest;
-using HeadlessFocus = HeadlessTest;
+class HeadlessWindow : public HeadlessTest {
+ protected:
+  // A window whose object writes to the log, in which only what follows then stands.
+  WindowHandle Make(const char* title = "") {
+    const WindowHandle window = MakeCaptionWindow("Class", title, nullptr, &object);
+    log.clear();
+    return window;
+  }
+
+  Log log;
+  Recorder object{"a", &log};
+  Frame frame;
+};
+
+// A frame with a first child window.
+class HeadlessMdi : public HeadlessTest {
+ protected:
+  Frame frame;
+  Child a{&frame, "a"};
+  Log first = frame.TakeLog();
+};
+
+class HeadlessFocus : public HeadlessTest {
+ protected:
+  Frame frame;
+  WindowHandle edit = MakeEdit(frame.window, 1, false);
+  WindowHandle second = MakeEdit(frame.window, 2, false);
+};
 
 TEST_F(HeadlessWindow, ObjectKnowsItsWindowWhenItIsCreated) {
-  Log log;
-  Recorder object("a", &log);
   WindowHandle seen = nullptr;
   object.onMessage = [&](uint32_t) { seen = object.window; };
   const WindowHandle window = MakeCaptionWindow("Class", "Title", nullptr, &object);
@@ -28,11 +51,9 @@ TEST_F(HeadlessWindow, ObjectKnowsItsWindowWhenItIsCreated) {
 }
 
 TEST_F(HeadlessWindow, ObjectCanRefuseItsWindow) {
-  Frame frame;
-  Recorder object("a", &frame.log);
   object.createAnswer = -1;
   EXPECT_EQ(MakeMdiChild(frame.client, "Class", "Title", &object), nullptr);
-  EXPECT_EQ(frame.TakeLog(), Log({"a create"}));
+  EXPECT_EQ(log, Log({"a create"}));
   EXPECT_TRUE(frame.client->children.empty());
 }
 
@@ -68,7 +89,6 @@ TEST_F(HeadlessWindow, OperationsOnAWindowThatIsGoneDoNothing) {
 }
 
 TEST_F(HeadlessWindow, ClientPointsGoToTheScreenAndBack) {
-  Frame frame;
   Child child(&frame, "a");
   MoveWindow(frame.window, 10, 20, 800, 600, true);
   MoveWindow(frame.client, 160, 30, 640, 500, true);
@@ -88,10 +108,7 @@ TEST_F(HeadlessWindow, PlacesAtTheEndOfTheRangeWrapWithoutHarm) {
 }
 
 TEST_F(HeadlessWindow, ANewSizeIsToldOnceAndTheClientAreaIsBlack) {
-  Log log;
-  Recorder object("a", &log);
-  const WindowHandle window = MakeCaptionWindow("Class", "", nullptr, &object);
-  log.clear();
+  const WindowHandle window = Make();
   SetClientSize(window, 3, 2);
   SetClientSize(window, 3, 2);
   MoveWindow(window, 5, 5, 3, 2, true);
@@ -105,27 +122,20 @@ TEST_F(HeadlessWindow, ANewSizeIsToldOnceAndTheClientAreaIsBlack) {
 }
 
 TEST_F(HeadlessWindow, ClosingDestroysByDefault) {
-  Log log;
-  Recorder object("a", &log);
-  const WindowHandle window = MakeCaptionWindow("Class", "", nullptr, &object);
+  const WindowHandle window = Make();
   Send(window, kMessageClose, 0, 0);
   EXPECT_EQ(log.back(), "a destroy");
-  EXPECT_TRUE(headless::AllWindows().empty());
+  EXPECT_EQ(ObjectOf(window), nullptr);
 }
 
 TEST_F(HeadlessWindow, ClosingTheFrameEndsOwnedWindowsThenTheFrameThenItsChildren) {
-  Frame frame;
   Child first(&frame, "a");
   Child second(&frame, "b");
   Recorder popupObject("popup", &frame.log);
   MakePopupWindow("Popup", frame.window, 10, 10, &popupObject);
   frame.log.clear();
   Send(frame.window, kMessageClose, 0, 0);
-  ASSERT_EQ(frame.log.size(), 5u);
-  EXPECT_EQ(frame.log[1], "popup destroy");
-  EXPECT_EQ(frame.log[2], "frame destroy");
-  EXPECT_EQ(frame.log[3], "a destroy");
-  EXPECT_EQ(frame.log[4], "b destroy");
+  EXPECT_EQ(frame.TakeLog(), Log({"frame 16", "popup destroy", "frame destroy", "a destroy", "b destroy"}));
   EXPECT_TRUE(headless::AllWindows().empty());
 }
 
@@ -139,7 +149,6 @@ TEST_F(HeadlessWindow, QuittingIsRemembered) {
 }
 
 TEST_F(HeadlessWindow, ShowingTheFrameMakesItActiveAndTellsItsSize) {
-  Frame frame;
   ShowAs(frame.window, 0);
   EXPECT_TRUE(frame.TakeLog().empty());
   ShowAs(frame.window, 5);
@@ -151,7 +160,6 @@ TEST_F(HeadlessWindow, ShowingTheFrameMakesItActiveAndTellsItsSize) {
 }
 
 TEST_F(HeadlessWindow, AControlOfAHiddenWindowIsntShown) {
-  Frame frame;
   const WindowHandle edit = MakeEdit(frame.window, 1, false);
   EXPECT_FALSE(IsShown(edit));
   Show(frame.window);
@@ -161,10 +169,7 @@ TEST_F(HeadlessWindow, AControlOfAHiddenWindowIsntShown) {
 }
 
 TEST_F(HeadlessWindow, WindowTimersComeDueWhenAsked) {
-  Log log;
-  Recorder object("a", &log);
-  const WindowHandle window = MakeCaptionWindow("Class", "", nullptr, &object);
-  log.clear();
+  const WindowHandle window = Make();
   EXPECT_FALSE(headless::RunWindowTimers());
   SetWindowTimer(window, 1, 500);
   SetWindowTimer(window, 1, 250);
@@ -228,15 +233,15 @@ struct DropTaker final : WindowObject {
 };
 
 TEST_F(HeadlessWindow, OfADropOnlyTheFirstFileIsTaken) {
-  DropTaker object;
-  const WindowHandle window = MakeCaptionWindow("Class", "", nullptr, &object);
+  DropTaker taker;
+  const WindowHandle window = MakeCaptionWindow("Class", "", nullptr, &taker);
   headless::DropFiles(window, {"/a.cut", "/b.cut"});
-  EXPECT_TRUE(object.taken);
-  EXPECT_FALSE(object.takenAgain);
-  EXPECT_STREQ(object.path, "/a.cut");
-  object.capacity = 4;
+  EXPECT_TRUE(taker.taken);
+  EXPECT_FALSE(taker.takenAgain);
+  EXPECT_STREQ(taker.path, "/a.cut");
+  taker.capacity = 4;
   headless::DropFiles(window, {"/a.cut"});
-  EXPECT_FALSE(object.taken);
+  EXPECT_FALSE(taker.taken);
 }
 
 TEST_F(HeadlessWindow, AScrollBarStopsItsThumbOnePageBeforeTheEnd) {
@@ -250,7 +255,6 @@ TEST_F(HeadlessWindow, AScrollBarStopsItsThumbOnePageBeforeTheEnd) {
 }
 
 TEST_F(HeadlessWindow, ResetForgetsEverything) {
-  Frame frame;
   Child child(&frame, "a");
   headless::SetClientSize(100, 50);
   headless::QueueYesNo(true);
@@ -272,18 +276,14 @@ TEST_F(HeadlessWindow, ResetForgetsEverything) {
 // Child windows.
 
 TEST_F(HeadlessMdi, TheFirstChildIsCreatedSizedActivatedAndGetsTheFocus) {
-  Frame frame;
-  Child a(&frame, "a");
-  EXPECT_EQ(frame.TakeLog(), Log({"a create", "a size 640 480", "a activate none a", "a focus"}));
+  EXPECT_EQ(first, Log({"a create", "a size 640 480", "a activate none a", "a focus"}));
   EXPECT_EQ(ActiveMdiChild(frame.client), a.window);
   EXPECT_EQ(FocusedWindow(), a.window);
   EXPECT_EQ(frame.client->children, std::vector<WindowHandle>({a.window}));
 }
 
 TEST_F(HeadlessMdi, TheOldChildLosesBeforeTheNewOneGainsAndTheFocusComesLast) {
-  Frame frame;
   const WindowHandle edit = MakeEdit(frame.window, 5, false);
-  Child a(&frame, "a");
   SetFocusTo(edit);
   frame.log.clear();
   Child b(&frame, "b");
@@ -292,8 +292,6 @@ TEST_F(HeadlessMdi, TheOldChildLosesBeforeTheNewOneGainsAndTheFocusComesLast) {
 }
 
 TEST_F(HeadlessMdi, TheLoserIsTheActiveOneUntilItHasAnswered) {
-  Frame frame;
-  Child a(&frame, "a");
   std::vector<WindowHandle> active;
   a.object.onMessage = [&](uint32_t message) {
     if (message == kMessageMdiActivate) active.push_back(ActiveMdiChild(frame.client));
@@ -304,16 +302,11 @@ TEST_F(HeadlessMdi, TheLoserIsTheActiveOneUntilItHasAnswered) {
 }
 
 TEST_F(HeadlessMdi, ActivatingTheActiveChildTellsNothing) {
-  Frame frame;
-  Child a(&frame, "a");
-  frame.log.clear();
   ActivateMdiChild(frame.client, a.window);
   EXPECT_TRUE(frame.log.empty());
 }
 
 TEST_F(HeadlessMdi, AClosedChildLosesThenEndsAndTheOneBeforeItGains) {
-  Frame frame;
-  Child a(&frame, "a");
   Child b(&frame, "b");
   Child c(&frame, "c");
   ActivateMdiChild(frame.client, a.window);
@@ -327,9 +320,6 @@ TEST_F(HeadlessMdi, AClosedChildLosesThenEndsAndTheOneBeforeItGains) {
 }
 
 TEST_F(HeadlessMdi, ClosingTheLastChildTellsItsLossOnlyAndTheFrameGetsTheFocus) {
-  Frame frame;
-  Child a(&frame, "a");
-  frame.log.clear();
   DestroyMdiChild(frame.client, a.window);
   EXPECT_EQ(frame.TakeLog(), Log({"a activate a none", "a destroy", "frame focus"}));
   EXPECT_EQ(ActiveMdiChild(frame.client), nullptr);
@@ -337,8 +327,6 @@ TEST_F(HeadlessMdi, ClosingTheLastChildTellsItsLossOnlyAndTheFrameGetsTheFocus) 
 }
 
 TEST_F(HeadlessMdi, ClosingAChildThatIsntActiveTellsItsEndOnly) {
-  Frame frame;
-  Child a(&frame, "a");
   Child b(&frame, "b");
   frame.log.clear();
   DestroyMdiChild(frame.client, a.window);
@@ -369,12 +357,11 @@ struct SelfEnding final : WindowObject {
 };
 
 TEST_F(HeadlessMdi, AnObjectCanEndWithItsWindow) {
-  Frame frame;
   bool gone = false;
   const WindowHandle child = MakeMdiChild(frame.client, "Child", "", new SelfEnding(&gone));
   Send(child, kMessageClose, 0, 0);
   EXPECT_TRUE(gone);
-  EXPECT_TRUE(frame.client->children.empty());
+  EXPECT_EQ(frame.client->children, std::vector<WindowHandle>({a.window}));
   gone = false;
   MakeMdiChild(frame.client, "Child", "", new SelfEnding(&gone));
   DestroyWindow(frame.window);
@@ -382,8 +369,6 @@ TEST_F(HeadlessMdi, AnObjectCanEndWithItsWindow) {
 }
 
 TEST_F(HeadlessMdi, EachChildWhoseClientSizeChangesIsToldOnce) {
-  Frame frame;
-  Child a(&frame, "a");
   Child b(&frame, "b");
   SetClientSize(b.window, 200, 100);
   frame.log.clear();
@@ -395,8 +380,6 @@ TEST_F(HeadlessMdi, EachChildWhoseClientSizeChangesIsToldOnce) {
 }
 
 TEST_F(HeadlessMdi, NumbersOfTheWindowListActivateTheirWindow) {
-  Frame frame;
-  Child a(&frame, "a");
   Child b(&frame, "b");
   Send(frame.window, kMessageCommand, 58000, 0);
   EXPECT_EQ(ActiveMdiChild(frame.client), a.window);
@@ -407,25 +390,20 @@ TEST_F(HeadlessMdi, NumbersOfTheWindowListActivateTheirWindow) {
 // Focus.
 
 TEST_F(HeadlessFocus, TheOldControlIsToldBeforeTheNewOne) {
-  Frame frame;
-  const WindowHandle edit = MakeEdit(frame.window, 1, false);
-  const WindowHandle list = MakeListBox(frame.window, 2, false);
-  const WindowHandle check = MakeCheckBox(frame.window, 3);
+  const WindowHandle list = MakeListBox(frame.window, 3, false);
+  const WindowHandle check = MakeCheckBox(frame.window, 4);
   SetFocusTo(edit);
   SetFocusTo(list);
   SetFocusTo(check);
   SetFocusTo(check);
   SetFocusTo(edit);
   EXPECT_EQ(frame.TakeLog(),
-            Log({"frame command 1 256", "frame command 1 512", "frame command 2 4", "frame command 2 5",
-                 "frame command 3 6", "frame command 3 7", "frame command 1 256"}));
+            Log({"frame command 1 256", "frame command 1 512", "frame command 3 4", "frame command 3 5",
+                 "frame command 4 6", "frame command 4 7", "frame command 1 256"}));
 }
 
 TEST_F(HeadlessFocus, TheNewControlHasTheFocusWhenTheOldOneIsTold) {
-  Frame frame;
-  const WindowHandle first = MakeEdit(frame.window, 1, false);
-  const WindowHandle second = MakeEdit(frame.window, 2, false);
-  SetFocusTo(first);
+  SetFocusTo(edit);
   WindowHandle seen = nullptr;
   frame.object.onMessage = [&](uint32_t) {
     if (seen == nullptr) seen = FocusedWindow();
@@ -435,11 +413,8 @@ TEST_F(HeadlessFocus, TheNewControlHasTheFocusWhenTheOldOneIsTold) {
 }
 
 TEST_F(HeadlessFocus, AControlThatLosesItWhileTheOldOneIsToldGetsNoNotification) {
-  Frame frame;
-  const WindowHandle first = MakeEdit(frame.window, 1, false);
-  const WindowHandle second = MakeEdit(frame.window, 2, false);
   const WindowHandle third = MakeListBox(frame.window, 3, false);
-  SetFocusTo(first);
+  SetFocusTo(edit);
   frame.log.clear();
   bool once = true;
   frame.object.onMessage = [&](uint32_t) {
@@ -454,19 +429,15 @@ TEST_F(HeadlessFocus, AControlThatLosesItWhileTheOldOneIsToldGetsNoNotification)
 }
 
 TEST_F(HeadlessFocus, TheFrameHandsTheFocusToTheActiveChild) {
-  Frame frame;
-  const WindowHandle edit = MakeEdit(frame.window, 1, false);
   Child a(&frame, "a");
-  SetFocusTo(edit);
-  SetFocusTo(frame.window);
-  EXPECT_EQ(FocusedWindow(), a.window);
-  SetFocusTo(edit);
-  SetFocusTo(frame.client);
-  EXPECT_EQ(FocusedWindow(), a.window);
+  for (const WindowHandle given : {frame.window, frame.client}) {
+    SetFocusTo(edit);
+    SetFocusTo(given);
+    EXPECT_EQ(FocusedWindow(), a.window);
+  }
 }
 
 TEST_F(HeadlessFocus, FocusingAChildActivatesIt) {
-  Frame frame;
   Child a(&frame, "a");
   Child b(&frame, "b");
   SetFocusTo(a.window);
@@ -474,8 +445,6 @@ TEST_F(HeadlessFocus, FocusingAChildActivatesIt) {
 }
 
 TEST_F(HeadlessFocus, HidingTheFocusedControlGivesTheFocusBack) {
-  Frame frame;
-  const WindowHandle edit = MakeEdit(frame.window, 1, false);
   Child a(&frame, "a");
   SetFocusTo(edit);
   Hide(edit);

@@ -5,9 +5,10 @@
 #include <shellapi.h>
 #include <shlobj.h>
 
-#include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <system_error>
 
 #include "resources/ids.h"
@@ -42,10 +43,9 @@ std::string ModulePath() {
 }
 
 std::string TemporaryFolder() {
-  wchar_t path[MAX_PATH] = L"";
-  GetTempPathW(MAX_PATH, path);
   static int number = 0;
-  return Utf8(path) + "sorvel-desktop-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(number++);
+  const std::string name = "sorvel-desktop-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(number++);
+  return Utf8((fs::temp_directory_path() / name).wstring());
 }
 
 double Now() {
@@ -68,7 +68,7 @@ std::string Listed(const std::vector<std::string>& lines) {
 
 struct Search {
   DWORD process;
-  const wchar_t* windowClass;
+  const char* windowClass;
   HWND found;
 };
 
@@ -76,10 +76,7 @@ BOOL CALLBACK LookAt(HWND window, LPARAM parameter) {
   Search* search = reinterpret_cast<Search*>(parameter);
   DWORD process = 0;
   GetWindowThreadProcessId(window, &process);
-  wchar_t name[64] = L"";
-  GetClassNameW(window, name, ARRAYSIZE(name));
-  if (process != search->process || !IsWindowVisible(window) || std::wcscmp(name, search->windowClass) != 0)
-    return TRUE;
+  if (process != search->process || !IsWindowVisible(window) || ClassOf(window) != search->windowClass) return TRUE;
   search->found = window;
   return FALSE;
 }
@@ -131,10 +128,10 @@ AssertionResult App::Start(const std::string& commandLine) {
   STARTUPINFOW start = {};
   start.cb = sizeof(start);
   start.dwFlags = STARTF_USEPOSITION | STARTF_USESIZE | STARTF_USESHOWWINDOW;
-  start.dwX = static_cast<DWORD>(kFramePlace.left);
-  start.dwY = static_cast<DWORD>(kFramePlace.top);
-  start.dwXSize = static_cast<DWORD>(kFramePlace.right - kFramePlace.left);
-  start.dwYSize = static_cast<DWORD>(kFramePlace.bottom - kFramePlace.top);
+  start.dwX = kFramePlace.left;
+  start.dwY = kFramePlace.top;
+  start.dwXSize = kFramePlace.right - kFramePlace.left;
+  start.dwYSize = kFramePlace.bottom - kFramePlace.top;
   start.wShowWindow = SW_SHOWNORMAL;
   const double begin = Now();
   if (!CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr, Wide(folder).c_str(), &start,
@@ -143,7 +140,7 @@ AssertionResult App::Start(const std::string& commandLine) {
   }
   WaitForInputIdle(process.hProcess, kPatience);
   const auto shown = [this] {
-    frame = WindowOf(L"SorvelinFrame");
+    frame = WindowOf("SorvelinFrame");
     return frame != nullptr && SendMessageTimeoutW(frame, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, kAnswerTime, nullptr) != 0;
   };
   if (!Await(shown)) return AssertionFailure() << "the frame window doesn't come";
@@ -203,7 +200,7 @@ size_t App::WorkingSet() const {
   return counters.WorkingSetSize;
 }
 
-HWND App::WindowOf(const wchar_t* windowClass) const {
+HWND App::WindowOf(const char* windowClass) const {
   Search search = {process.dwProcessId, windowClass, nullptr};
   EnumWindows(LookAt, reinterpret_cast<LPARAM>(&search));
   return search.found;
@@ -224,23 +221,23 @@ HWND App::Cut() const {
 }
 
 HWND App::Player() const {
-  return WindowOf(L"SorvelWnd");
+  return WindowOf("SorvelWnd");
 }
 
 HWND App::Picker() const {
-  return WindowOf(L"SORVELIN");
+  return WindowOf("SORVELIN");
 }
 
 HWND App::Dialog() const {
-  return WindowOf(L"#32770");
+  return WindowOf("#32770");
 }
 
 HWND App::PopupMenu() const {
-  return WindowOf(L"#32768");
+  return WindowOf("#32768");
 }
 
 HWND App::ToolTip() const {
-  return WindowOf(L"tooltips_class32");
+  return WindowOf("tooltips_class32");
 }
 
 HWND App::Focus() const {
@@ -287,9 +284,7 @@ AssertionResult App::Lists(int control, const std::vector<std::string>& lines) c
 
 AssertionResult App::HasFocus(HWND window) const {
   if (Await([&] { return Focus() == window; }, kPatience / 2)) return AssertionSuccess();
-  wchar_t name[64] = L"";
-  GetClassNameW(Focus(), name, ARRAYSIZE(name));
-  return AssertionFailure() << "the focus is in control " << GetDlgCtrlID(Focus()) << " of class " << Utf8(name);
+  return AssertionFailure() << "the focus is in control " << GetDlgCtrlID(Focus()) << " of class " << ClassOf(Focus());
 }
 
 AssertionResult App::HasTool(int command) const {
@@ -461,9 +456,7 @@ AssertionResult App::AnswerFileDialog(const std::string& path) {
   HWND dialog = nullptr;
   const auto inField = [&] {
     dialog = Dialog();
-    wchar_t name[16] = L"";
-    GetClassNameW(Focus(), name, ARRAYSIZE(name));
-    return dialog != nullptr && std::wcscmp(name, L"Edit") == 0 && IsChild(dialog, Focus());
+    return dialog != nullptr && ClassOf(Focus()) == "Edit" && IsChild(dialog, Focus());
   };
   if (!Await(inField)) return AssertionFailure() << "no file dialog comes with the focus in its field";
   const HWND field = Focus();
@@ -632,25 +625,24 @@ void DesktopTest::TearDown() {
   }
 }
 
+std::string ClassOf(HWND window) {
+  wchar_t name[64] = L"";
+  GetClassNameW(window, name, ARRAYSIZE(name));
+  return Utf8(name);
+}
+
 bool IsWine() {
   return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
 }
 
 std::string ReadFile(const std::string& path) {
-  std::string bytes;
-  FILE* file = _wfopen(Wide(path).c_str(), L"rb");
-  if (file == nullptr) return bytes;
-  char block[4096];
-  for (size_t read = 0; (read = std::fread(block, 1, sizeof(block), file)) > 0;) bytes.append(block, read);
-  std::fclose(file);
-  return bytes;
+  std::ifstream file(PathFrom(path), std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 bool WriteFile(const std::string& path, const std::string& bytes) {
-  FILE* file = _wfopen(Wide(path).c_str(), L"wb");
-  if (file == nullptr) return false;
-  const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
-  return std::fclose(file) == 0 && written;
+  std::ofstream file(PathFrom(path), std::ios::binary);
+  return file.write(bytes.data(), static_cast<std::streamsize>(bytes.size())).flush().good();
 }
 
 bool FileExists(const std::string& path) {

@@ -178,7 +178,7 @@ class App {
   Canvas canvas;
 
  private:
-  HWND WindowOf(const wchar_t* windowClass) const;
+  HWND WindowOf(const char* windowClass) const;
   bool InMenu() const;
 
   std::string folder;
@@ -195,6 +195,8 @@ class DesktopTest : public testing::Test {
   App app;
 };
 
+// The name of a window's class.
+std::string ClassOf(HWND window);
 // Whether the window system is Wine, which lacks this or that.
 bool IsWine();
 

@@ -12,33 +12,20 @@ constexpr DWORD kRest = 10;  // milliseconds
 constexpr int kDragSteps = 8;
 constexpr int kMoveTries = 5;
 
-INPUT KeyInput(int key, bool down) {
+INPUT KeyboardInput(int key, UINT scan, DWORD flags) {
   INPUT input = {};
   input.type = INPUT_KEYBOARD;
-  input.ki.wVk = static_cast<WORD>(key);
-  input.ki.wScan = static_cast<WORD>(MapVirtualKeyW(static_cast<UINT>(key), MAPVK_VK_TO_VSC));
-  input.ki.dwFlags = down ? 0 : KEYEVENTF_KEYUP;
+  input.ki = {static_cast<WORD>(key), static_cast<WORD>(scan), flags, 0, 0};
   return input;
 }
 
-INPUT CharacterInput(wchar_t character, bool down) {
-  INPUT input = {};
-  input.type = INPUT_KEYBOARD;
-  input.ki.wScan = character;
-  input.ki.dwFlags = KEYEVENTF_UNICODE | (down ? 0u : static_cast<DWORD>(KEYEVENTF_KEYUP));
-  return input;
+INPUT KeyInput(int key, bool down) {
+  return KeyboardInput(key, MapVirtualKeyW(static_cast<UINT>(key), MAPVK_VK_TO_VSC), down ? 0u : KEYEVENTF_KEYUP);
 }
 
 void SendAll(std::vector<INPUT>* inputs) {
   SendInput(static_cast<UINT>(inputs->size()), inputs->data(), sizeof(INPUT));
   Sleep(kRest);
-}
-
-void SendButton(DWORD flag) {
-  std::vector<INPUT> inputs(1);
-  inputs[0].type = INPUT_MOUSE;
-  inputs[0].mi.dwFlags = flag;
-  SendAll(&inputs);
 }
 
 // The least number of 65536 parts of the screen that comes out as this pixel again.
@@ -72,8 +59,8 @@ void Type(const std::string& text) {
       inputs.push_back(KeyInput(key, true));
       inputs.push_back(KeyInput(key, false));
     } else {
-      inputs.push_back(CharacterInput(character, true));
-      inputs.push_back(CharacterInput(character, false));
+      inputs.push_back(KeyboardInput(0, character, KEYEVENTF_UNICODE));
+      inputs.push_back(KeyboardInput(0, character, KEYEVENTF_UNICODE | KEYEVENTF_KEYUP));
     }
   }
   SendAll(&inputs);
@@ -99,17 +86,11 @@ void MoveTo(POINT place, std::initializer_list<int> held) {
   }
 }
 
-void LeftDown() {
-  SendButton(MOUSEEVENTF_LEFTDOWN);
-}
-void LeftUp() {
-  SendButton(MOUSEEVENTF_LEFTUP);
-}
-void RightDown() {
-  SendButton(MOUSEEVENTF_RIGHTDOWN);
-}
-void RightUp() {
-  SendButton(MOUSEEVENTF_RIGHTUP);
+void SendButton(DWORD flag) {
+  std::vector<INPUT> inputs(1);
+  inputs[0].type = INPUT_MOUSE;
+  inputs[0].mi.dwFlags = flag;
+  SendAll(&inputs);
 }
 
 void Click(POINT place) {

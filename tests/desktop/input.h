@@ -17,10 +17,20 @@ void Type(const std::string& text);
 
 // With keys that are down while it moves.
 void MoveTo(POINT place, std::initializer_list<int> held = {});
-void LeftDown();
-void LeftUp();
-void RightDown();
-void RightUp();
+// Presses or releases a button of the mouse: MOUSEEVENTF_LEFTDOWN and its like.
+void SendButton(DWORD flag);
+inline void LeftDown() {
+  SendButton(MOUSEEVENTF_LEFTDOWN);
+}
+inline void LeftUp() {
+  SendButton(MOUSEEVENTF_LEFTUP);
+}
+inline void RightDown() {
+  SendButton(MOUSEEVENTF_RIGHTDOWN);
+}
+inline void RightUp() {
+  SendButton(MOUSEEVENTF_RIGHTUP);
+}
 void Click(POINT place);
 void DoubleClick(POINT place);
 void RightClick(POINT place);

@@ -25,12 +25,6 @@ class StartTest : public DesktopTest {
   }
 };
 
-std::string ClassOf(HWND window) {
-  wchar_t name[64] = L"";
-  GetClassNameW(window, name, ARRAYSIZE(name));
-  return Utf8(name);
-}
-
 // The same figure that the layout counts with: a line of the frame's default font and four pixels.
 int LineOf(HWND window) {
   const HDC context = GetDC(window);

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -35,44 +36,25 @@ struct Recorder final : WindowObject {
 
 inline std::string Recorder::NameOf(uintptr_t handle) const {
   if (handle == 0) return "none";
-  if (others != nullptr) {
-    for (const Recorder* other : *others) {
-      if (reinterpret_cast<uintptr_t>(other->window) == handle) return other->name;
-    }
+  for (const Recorder* other : *others) {
+    if (reinterpret_cast<uintptr_t>(other->window) == handle) return other->name;
   }
   return "other";
 }
 
 inline intptr_t Recorder::WindowProc(uint32_t message, uintptr_t first, intptr_t second) {
+  static const std::map<uint32_t, const char*> names = {{kMessageCreate, "create"},
+                                                        {kMessageDestroy, "destroy"},
+                                                        {kMessageSetFocus, "focus"},
+                                                        {kMessageKillFocus, "blur"}};
   const uintptr_t value = static_cast<uintptr_t>(second);
-  std::string text = name + " ";
-  switch (message) {
-    case kMessageCreate:
-      text += "create";
-      break;
-    case kMessageDestroy:
-      text += "destroy";
-      break;
-    case kMessageSize:
-      text += "size " + std::to_string(LowHalf(value)) + " " + std::to_string(HighHalf(value));
-      break;
-    case kMessageMdiActivate:
-      text += "activate " + NameOf(first) + " " + NameOf(value);
-      break;
-    case kMessageSetFocus:
-      text += "focus";
-      break;
-    case kMessageKillFocus:
-      text += "blur";
-      break;
-    case kMessageCommand:
-      text += "command " + std::to_string(LowHalf(first)) + " " + std::to_string(HighHalf(first));
-      break;
-    default:
-      text += std::to_string(message);
-      break;
-  }
-  log->push_back(text);
+  const auto halves = [](uintptr_t of) { return std::to_string(LowHalf(of)) + " " + std::to_string(HighHalf(of)); };
+  const auto known = names.find(message);
+  std::string text = known != names.end() ? known->second : std::to_string(message);
+  if (message == kMessageSize) text = "size " + halves(value);
+  if (message == kMessageMdiActivate) text = "activate " + NameOf(first) + " " + NameOf(value);
+  if (message == kMessageCommand) text = "command " + halves(first);
+  log->push_back(name + " " + text);
   if (onMessage) onMessage(message);
   if (message == kMessageCreate) return createAnswer;
   return DefaultHandling(window, message, first, second);

@@ -1,6 +1,8 @@
 #include "foundation/byte_stream.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <cstdlib>
 #include <cstring>
 
 namespace sorvel {
@@ -18,7 +20,9 @@ bool FileStream::Close() {
 
 bool FileStream::Write(const void* bytes, int32_t count) {
   if (count <= 0) return true;
-  return std::fwrite(bytes, static_cast<size_t>(count), 1, file) == 1;
+  if (std::fwrite(bytes, static_cast<size_t>(count), 1, file) == 1) return true;
+  NoteFailure();
+  return false;
 }
 
 bool FileStream::Read(void* bytes, int32_t count) {
@@ -28,7 +32,10 @@ bool FileStream::Read(void* bytes, int32_t count) {
 
 bool FileStream::Seek(int32_t offset, int32_t origin) {
   const int whence = origin == kFromPosition ? SEEK_CUR : origin == kFromEnd ? SEEK_END : SEEK_SET;
-  return std::fseek(file, offset, whence) == 0;
+  if (std::fseek(file, offset, whence) == 0) return true;
+  // A seek writes what is buffered. One to a place ahead of the start fails too, and says nothing of the contents.
+  if (std::ferror(file) != 0) NoteFailure();
+  return false;
 }
 
 int32_t FileStream::Tell() {
@@ -41,7 +48,13 @@ int32_t FileStream::GetC() {
 }
 
 int32_t FileStream::PutC(int32_t value) {
-  return std::fputc(value, file);
+  const int byte = std::fputc(value, file);
+  if (byte == EOF) NoteFailure();
+  return byte;
+}
+
+void FileStream::NoteFailure() {
+  if (failure == 0) failure = errno != 0 ? errno : EIO;
 }
 
 ChunkStream::ChunkStream(int32_t blockBytes)

@@ -46,6 +46,12 @@ class FileStream final : public ByteStream {
   int32_t PutC(int32_t value) override;
 
   FILE* file;
+  // The value of errno of the first write, or seek behind a write, that failed; 0 while none did. What is written is
+  // checked once, at the end: see ReplacementFile.
+  int failure = 0;
+
+ private:
+  void NoteFailure();
 };
 
 // Memory that grows block by block; bytes that were written never move. Close() empties the stream and keeps its

@@ -1,0 +1,195 @@
+#include "foundation/replacement_file.h"
+
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+
+#include "platform/files.h"
+#include "platform/text.h"
+
+namespace sorvel {
+
+namespace {
+
+constexpr char kCopySuffix[] = ".copy";
+constexpr char kTargetSuffix[] = ".target";
+
+WriteProblem ProblemOf(int error) {
+  switch (error) {
+    case 0:
+      return WriteProblem::kNone;
+    case ENOSPC:
+#ifdef EDQUOT
+    case EDQUOT:
+#endif
+      return WriteProblem::kDiskFull;
+    case EFBIG:
+      return WriteProblem::kTooLarge;
+    case EACCES:
+    case EPERM:
+    case EROFS:
+    case EISDIR:
+      return WriteProblem::kReadOnly;
+    case ENOENT:
+    case ENOTDIR:
+      return WriteProblem::kNoFolder;
+    case EBUSY:
+#ifdef ETXTBSY
+    case ETXTBSY:
+#endif
+      return WriteProblem::kInUse;
+    default:
+      return WriteProblem::kOther;
+  }
+}
+
+// Where the copy of a file that is written in place lies, without its suffix. Empty if there is no such place.
+std::string CopyBase(const std::string& target) {
+  const std::string folder = platform::LocalDataFolder();
+  if (folder.empty()) return "";
+  uint64_t hash = 14695981039346656037u;
+  for (const char byte : target) hash = (hash ^ static_cast<uint8_t>(byte)) * 1099511628211u;
+  char name[32];
+  std::snprintf(name, sizeof(name), "%cin-place-%016llx", platform::kPathSeparator,
+                static_cast<unsigned long long>(hash));
+  return folder + name;
+}
+
+// Writes all that `from` holds over what the target holds.
+bool WriteOver(ByteStream& from, const std::string& target) {
+  FileStream out(platform::OpenInPlace(target, false));
+  if (!out.IsOpen()) return false;
+  from.Seek(0, kFromStart);
+  const bool copied = CopyStream(from, out, -1);
+  const bool flushed = copied && platform::TruncateHere(out.file) && platform::FlushToDisk(out.file);
+  const int problem = errno;
+  const bool closed = out.Close();
+  if (!flushed) errno = problem;
+  return flushed && closed;
+}
+
+bool WriteTargetName(const std::string& path, const std::string& target) {
+  platform::PartialFile partial;
+  if (!platform::CreatePartialFile(path, false, &partial)) return false;
+  std::fwrite(target.data(), 1, target.size(), partial.file);
+  return platform::CommitPartialFile(&partial);
+}
+
+}  // namespace
+
+bool ReplacementFile::Fail(int number) {
+  error = number != 0 ? number : EIO;
+  reason = ProblemOf(error);
+  return false;
+}
+
+bool ReplacementFile::Open(const char* path, Form form) {
+  std::string utf8;
+  if (!platform::ShiftJisToUtf8(path, &utf8)) return Fail(ENOENT);
+  return OpenUtf8(utf8, form);
+}
+
+bool ReplacementFile::OpenUtf8(const std::string& path, Form form) {
+  Discard();
+  reason = WriteProblem::kNone;
+  error = 0;
+  isText = form == Form::kText;
+  if (path.empty()) return Fail(ENOENT);
+  if (platform::CreatePartialFile(path, isText, &partial)) {
+    stream = FileStream(partial.file);
+    return true;
+  }
+  const int problem = errno;
+  return OpenCopy(path) || Fail(problem);
+}
+
+bool ReplacementFile::OpenCopy(const std::string& path) {
+  FILE* target = platform::OpenInPlace(path, isText);
+  if (target == nullptr) return false;
+  isPlainFile = std::fseek(target, 0, SEEK_END) == 0 && platform::IsPlainFile(target);
+  std::fclose(target);
+  if (isPlainFile) {
+    const std::string base = CopyBase(path);
+    if (base.empty() || !platform::CreatePartialFile(base + kCopySuffix, isText, &partial)) return false;
+    stream = FileStream(partial.file);
+  } else {
+    stream = FileStream(platform::OpenTemporaryFile());
+    if (!stream.IsOpen()) return false;
+  }
+  inPlace = path;
+  return true;
+}
+
+bool ReplacementFile::Commit() {
+  if (!stream.IsOpen()) return Fail(error);
+  const int failed = stream.failure;
+  if (failed != 0) {
+    Discard();
+    return Fail(failed);
+  }
+  if (!inPlace.empty()) return CommitInPlace();
+  stream.file = nullptr;
+  return platform::CommitPartialFile(&partial) || Fail(errno);
+}
+
+bool ReplacementFile::CommitInPlace() {
+  const std::string target = inPlace;
+  inPlace.clear();
+  if (!isPlainFile) {
+    const bool written = WriteOver(stream, target);
+    const int problem = errno;
+    stream.Close();
+    return written || Fail(problem);
+  }
+  // The copy is whole and says what it is for before the first byte of the target changes.
+  const std::string base = CopyBase(target);
+  stream.file = nullptr;
+  if (!WriteTargetName(base + kTargetSuffix, target)) {
+    const int problem = errno;
+    platform::DiscardPartialFile(&partial);
+    return Fail(problem);
+  }
+  if (!platform::CommitPartialFile(&partial)) return Fail(errno);
+  FileStream copy(platform::OpenFileAt(base + kCopySuffix, "rb"));
+  const bool written = copy.IsOpen() && WriteOver(copy, target);
+  const int problem = errno;
+  copy.Close();
+  if (!written) return Fail(problem);
+  platform::RemoveFileAt(base + kTargetSuffix);
+  platform::RemoveFileAt(base + kCopySuffix);
+  return true;
+}
+
+void ReplacementFile::Discard() {
+  if (partial.file != nullptr) {
+    platform::DiscardPartialFile(&partial);
+  } else {
+    stream.Close();
+  }
+  stream.file = nullptr;
+  inPlace.clear();
+}
+
+void FinishInterruptedWrites() {
+  const std::string folder = platform::LocalDataFolder();
+  const std::string suffix = kTargetSuffix;
+  for (const std::string& name : platform::NamesInFolder(folder)) {
+    if (!name.starts_with("in-place-") || !name.ends_with(suffix)) continue;
+    const std::string path = folder + platform::kPathSeparator + name;
+    const std::string copyPath = path.substr(0, path.size() - suffix.size()) + kCopySuffix;
+    FILE* file = platform::OpenFileAt(path, "rb");
+    if (file == nullptr) continue;
+    std::string target;
+    for (int byte = std::fgetc(file); byte != EOF; byte = std::fgetc(file)) target.push_back(static_cast<char>(byte));
+    std::fclose(file);
+    FileStream copy(platform::OpenFileAt(copyPath, "rb"));
+    // Without a copy the target wasn't touched yet.
+    const bool done = !copy.IsOpen() || WriteOver(copy, target);
+    copy.Close();
+    if (!done) continue;
+    platform::RemoveFileAt(path);
+    platform::RemoveFileAt(copyPath);
+  }
+}
+
+}  // namespace sorvel

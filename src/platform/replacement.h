@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+// What replacing a file as a whole needs of the system. Paths are UTF-8 here, since not every name of a file can be
+// said in Shift JIS. Each operation that fails sets errno.
+namespace sorvel::platform {
+
+// A file beside the one that it is to replace. While it is open it is locked, by which a leftover of a program that was
+// killed can be told from the work of one that runs.
+struct PartialFile {
+  FILE* file = nullptr;
+  std::string path;
+  std::string target;  // with links followed
+  intptr_t lock = -1;  // keeps others from sweeping the file until it has its name
+};
+
+// Makes the file, empty, for writing and reading, with the permissions of the file that it is to replace; `isText` ends
+// lines as the system's text files do. Leftovers in the folder are removed first. False, with nothing made, if the
+// folder takes no new file, or if the target can't be written or is no plain file.
+bool CreatePartialFile(const std::string& target, bool isText, PartialFile* partial);
+
+// Flushes the file to the disk, closes it and gives it the target's name in one step: whoever opens the target finds
+// the old contents or the new ones. False leaves the target as it was, and the partial file is gone.
+bool CommitPartialFile(PartialFile* partial);
+
+// Closes and removes the file.
+void DiscardPartialFile(PartialFile* partial);
+
+// Removes the partial files of this program. Only calls that are safe in a signal handler.
+void RemovePartialFilesNow();
+
+// Flushes what was written to the disk itself.
+bool FlushToDisk(FILE* file);
+
+// Opens an existing file of any kind for writing over what it holds. A plain file keeps its length.
+FILE* OpenInPlace(const std::string& path, bool isText);
+
+// Whether an open file is one on a disk: no pipe, terminal or device.
+bool IsPlainFile(FILE* file);
+
+// Ends the file behind its position.
+bool TruncateHere(FILE* file);
+
+// A file by its UTF-8 path and a mode of fopen; null if it can't be opened.
+FILE* OpenFileAt(const std::string& path, const char* mode);
+bool RemoveFileAt(const std::string& path);
+// The names in a folder in no order, without "." and ".."; none if it can't be read.
+std::vector<std::string> NamesInFolder(const std::string& folder);
+
+// A folder of this user for what the program keeps on its own; made if it is missing. Empty if there is none.
+std::string LocalDataFolder();
+
+}  // namespace sorvel::platform

@@ -1,0 +1,260 @@
+#include "platform/replacement.h"
+
+#include <fcntl.h>
+#include <io.h>
+#include <shlobj.h>
+
+#include <cerrno>
+#include <random>
+
+#include "platform/win32/win32.h"
+
+namespace sorvel::platform {
+
+namespace {
+
+constexpr wchar_t kPattern[] = L".sorvel-*.tmp";
+constexpr int kTries = 100;
+constexpr int kMoveTries = 20;
+constexpr DWORD kMovePause = 50;  // milliseconds
+constexpr size_t kFileBuffer = 1 << 16;
+
+std::wstring Wide(const std::string& text) {
+  std::wstring wide(text.size() + 1, L'\0');
+  const int length = MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), wide.data(),
+                                         static_cast<int>(wide.size()));
+  wide.resize(static_cast<size_t>(length));
+  return wide;
+}
+
+std::string Narrow(const std::wstring& wide) {
+  std::string text(wide.size() * 3 + 1, '\0');
+  const int length = WideCharToMultiByte(CP_UTF8, 0, wide.data(), static_cast<int>(wide.size()), text.data(),
+                                         static_cast<int>(text.size()), nullptr, nullptr);
+  text.resize(static_cast<size_t>(length));
+  return text;
+}
+
+// With this prefix a path may be longer than 260 characters.
+std::wstring LongPath(const std::string& path) {
+  const std::wstring wide = Wide(path);
+  wchar_t full[1024];
+  const DWORD length = GetFullPathNameW(wide.c_str(), 1024, full, nullptr);
+  if (length == 0 || length >= 1024 || full[0] == L'\\') return wide;
+  return std::wstring(L"\\\\?\\").append(full, length);
+}
+
+void SetErrno() {
+  switch (GetLastError()) {
+    case ERROR_DISK_FULL:
+    case ERROR_HANDLE_DISK_FULL:
+      errno = ENOSPC;
+      break;
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_INVALID_DRIVE:
+    case ERROR_BAD_NETPATH:
+      errno = ENOENT;
+      break;
+    case ERROR_SHARING_VIOLATION:
+    case ERROR_LOCK_VIOLATION:
+      errno = EBUSY;
+      break;
+    case ERROR_WRITE_PROTECT:
+    case ERROR_ACCESS_DENIED:
+      errno = EACCES;
+      break;
+    default:
+      errno = EIO;
+      break;
+  }
+}
+
+std::wstring FolderOf(const std::wstring& path) {
+  const size_t slash = path.find_last_of(L"\\/");
+  return slash == std::wstring::npos ? std::wstring() : path.substr(0, slash + 1);
+}
+
+// The file behind a link, also where it doesn't exist yet.
+std::wstring FollowLinks(const std::wstring& path) {
+  const HANDLE file = CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return path;
+  wchar_t text[1024];
+  const DWORD length = GetFinalPathNameByHandleW(file, text, 1024, 0);
+  CloseHandle(file);
+  return length > 0 && length < 1024 ? std::wstring(text, length) : path;
+}
+
+// As long as a partial file lives its program holds a mutex of this name; the system frees it with the program.
+std::wstring MutexName(const std::wstring& path) {
+  return L"Local\\sorvel" + path.substr(path.find_last_of(L"\\/") + 1);
+}
+
+void SweepLeftovers(const std::wstring& folder) {
+  WIN32_FIND_DATAW found;
+  const HANDLE search = FindFirstFileW((folder + kPattern).c_str(), &found);
+  if (search == INVALID_HANDLE_VALUE) return;
+  do {
+    const std::wstring path = folder + found.cFileName;
+    const HANDLE owner = OpenMutexW(SYNCHRONIZE, FALSE, MutexName(path).c_str());
+    if (owner != nullptr) {
+      CloseHandle(owner);
+    } else {
+      DeleteFileW(path.c_str());
+    }
+  } while (FindNextFileW(search, &found));
+  FindClose(search);
+}
+
+void Unlock(PartialFile* partial) {
+  if (partial->lock != -1) CloseHandle(reinterpret_cast<HANDLE>(partial->lock));
+  partial->lock = -1;
+}
+
+}  // namespace
+
+bool CreatePartialFile(const std::string& target, bool isText, PartialFile* partial) {
+  const std::wstring wide = FollowLinks(LongPath(target));
+  partial->target = Narrow(wide);
+  const DWORD attributes = GetFileAttributesW(wide.c_str());
+  if (attributes != INVALID_FILE_ATTRIBUTES &&
+      (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE)) != 0) {
+    errno = EACCES;
+    return false;
+  }
+  const std::wstring folder = FolderOf(wide);
+  SweepLeftovers(folder);
+  std::random_device device;
+  for (int i = 0; i < kTries; ++i) {
+    wchar_t name[32];
+    swprintf(name, 32, L".sorvel-%08x.tmp", device());
+    const std::wstring path = folder + name;
+    const HANDLE mutex = CreateMutexW(nullptr, FALSE, MutexName(path).c_str());
+    const HANDLE file =
+        CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+      const DWORD problem = GetLastError();
+      if (mutex != nullptr) CloseHandle(mutex);
+      if (problem == ERROR_FILE_EXISTS) continue;
+      SetLastError(problem);
+      SetErrno();
+      return false;
+    }
+    partial->path = Narrow(path);
+    partial->lock = mutex != nullptr ? reinterpret_cast<intptr_t>(mutex) : -1;
+    const int descriptor = _open_osfhandle(reinterpret_cast<intptr_t>(file), _O_RDWR | (isText ? _O_TEXT : _O_BINARY));
+    partial->file = descriptor >= 0 ? _fdopen(descriptor, isText ? "w+" : "wb+") : nullptr;
+    if (partial->file != nullptr) {
+      std::setvbuf(partial->file, nullptr, _IOFBF, kFileBuffer);
+      return true;
+    }
+    if (descriptor >= 0) {
+      _close(descriptor);
+    } else {
+      CloseHandle(file);
+    }
+    DeleteFileW(path.c_str());
+    Unlock(partial);
+    errno = EMFILE;
+    return false;
+  }
+  errno = EEXIST;
+  return false;
+}
+
+bool CommitPartialFile(PartialFile* partial) {
+  errno = 0;
+  bool good = std::ferror(partial->file) == 0 && FlushToDisk(partial->file);
+  int problem = errno;
+  FILE* const file = partial->file;
+  partial->file = nullptr;
+  if (std::fclose(file) != 0 && good) {
+    good = false;
+    problem = errno;
+  }
+  const std::wstring from = Wide(partial->path);
+  const std::wstring to = Wide(partial->target);
+  if (good) {
+    // Scanners and indexers hold a file for moments.
+    for (int i = 0; i < kMoveTries; ++i) {
+      good = MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE;
+      const DWORD reason = GetLastError();
+      const bool isHeld =
+          reason == ERROR_SHARING_VIOLATION || reason == ERROR_LOCK_VIOLATION || reason == ERROR_ACCESS_DENIED;
+      if (good || !isHeld) break;
+      Sleep(kMovePause);
+      SetLastError(reason);
+    }
+    if (!good) {
+      SetErrno();
+      problem = errno;
+    }
+  }
+  if (!good) DeleteFileW(from.c_str());
+  Unlock(partial);
+  errno = problem;
+  return good;
+}
+
+void DiscardPartialFile(PartialFile* partial) {
+  if (partial->file == nullptr) return;
+  std::fclose(partial->file);
+  partial->file = nullptr;
+  DeleteFileW(Wide(partial->path).c_str());
+  Unlock(partial);
+}
+
+// No signal ends a program of this platform while it writes; what is killed is swept by the next save.
+void RemovePartialFilesNow() {}
+
+bool FlushToDisk(FILE* file) {
+  if (std::fflush(file) != 0) return false;
+  const HANDLE handle = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file)));
+  if (FlushFileBuffers(handle) || GetFileType(handle) != FILE_TYPE_DISK) return true;
+  SetErrno();
+  return false;
+}
+
+FILE* OpenInPlace(const std::string& path, bool isText) {
+  return _wfopen(LongPath(path).c_str(), isText ? L"r+" : L"rb+");
+}
+
+bool IsPlainFile(FILE* file) {
+  return GetFileType(reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file)))) == FILE_TYPE_DISK;
+}
+
+bool TruncateHere(FILE* file) {
+  return std::fflush(file) == 0 && (!IsPlainFile(file) || _chsize(_fileno(file), std::ftell(file)) == 0);
+}
+
+FILE* OpenFileAt(const std::string& path, const char* mode) {
+  return _wfopen(LongPath(path).c_str(), Wide(mode).c_str());
+}
+
+bool RemoveFileAt(const std::string& path) {
+  return DeleteFileW(LongPath(path).c_str()) != FALSE;
+}
+
+std::vector<std::string> NamesInFolder(const std::string& folder) {
+  std::vector<std::string> names;
+  WIN32_FIND_DATAW found;
+  const HANDLE search = FindFirstFileW((LongPath(folder) + L"\\*").c_str(), &found);
+  if (search == INVALID_HANDLE_VALUE) return names;
+  do {
+    const std::string name = Narrow(found.cFileName);
+    if (name != "." && name != "..") names.push_back(name);
+  } while (FindNextFileW(search, &found));
+  FindClose(search);
+  return names;
+}
+
+std::string LocalDataFolder() {
+  wchar_t folder[MAX_PATH];
+  if (SHGetFolderPathW(nullptr, CSIDL_LOCAL_APPDATA | CSIDL_FLAG_CREATE, nullptr, 0, folder) != S_OK) return "";
+  const std::wstring path = std::wstring(folder) + L"\\Sorvel Developer";
+  CreateDirectoryW(path.c_str(), nullptr);
+  return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES ? Narrow(path) : "";
+}
+
+}  // namespace sorvel::platform

@@ -15,6 +15,7 @@
 #include "animation/stream_encoder.h"
 #include "console/arguments.h"
 #include "foundation/bitmap_head.h"
+#include "platform/replacement.h"
 #include "platform/text.h"
 
 namespace sorvel::console {
@@ -23,11 +24,8 @@ namespace {
 
 constexpr size_t kFileBuffer = 1 << 16;
 
-// The file to remove when the program is interrupted, where a signal handler can read it; empty when there is none.
-char gPartialPath[4096] = "";
-
 void OnInterrupt(int signal) {
-  if (gPartialPath[0] != '\0') unlink(gPartialPath);
+  platform::RemovePartialFilesNow();
   std::signal(signal, SIG_DFL);
   std::raise(signal);
 }
@@ -57,6 +55,8 @@ bool Check(const std::string& path, const char* problem) {
 }  // namespace
 
 void CatchInterrupts() {
+  // A file that grows beyond a limit fails like one on a full disk.
+  std::signal(SIGXFSZ, SIG_IGN);
   std::signal(SIGINT, OnInterrupt);
   std::signal(SIGTERM, OnInterrupt);
   std::signal(SIGHUP, OnInterrupt);
@@ -86,91 +86,20 @@ bool InputFile::Open(const std::string& path, std::string* problem) {
   return true;
 }
 
-OutputFile::~OutputFile() {
-  Discard();
-}
-
-void OutputFile::Discard() {
-  stream.Close();
-  if (!partial.empty()) std::remove(partial.c_str());
-  partial.clear();
-  gPartialPath[0] = '\0';
-}
-
-bool OutputFile::OpenBeside(const std::string& path, bool exists, unsigned mode) {
-  target = path;
-  if (exists) {
-    // A link stays, and the file that it leads to is replaced.
-    char* resolved = realpath(path.c_str(), nullptr);
-    if (resolved != nullptr) target = resolved;
-    std::free(resolved);
-  } else {
-    const mode_t mask = umask(0);
-    umask(mask);
-    mode = 0666 & ~mask;
-  }
-  partial = target + ".XXXXXX";
-  if (partial.size() >= sizeof(gPartialPath)) {
-    errno = ENAMETOOLONG;
-    partial.clear();
-    return false;
-  }
-  const int descriptor = mkstemp(partial.data());
-  if (descriptor < 0) {
-    partial.clear();
-    return false;
-  }
-  std::strcpy(gPartialPath, partial.c_str());
-  if (fchmod(descriptor, mode) != 0) errno = 0;
-  stream.file = fdopen(descriptor, "wb+");
-  return stream.file != nullptr;
-}
-
 bool OutputFile::Open(const std::string& path, std::string* problem) {
-  struct stat status = {};
-  const bool exists = stat(path.c_str(), &status) == 0;
-  bool open = false;
-  if (exists && S_ISDIR(status.st_mode)) {
-    errno = EISDIR;
-  } else if (exists && !S_ISREG(status.st_mode)) {
-    target = path;
-    stream.file = std::tmpfile();
-    open = stream.file != nullptr;
-  } else {
-    open = OpenBeside(path, exists, status.st_mode & 07777);
-  }
-  if (!open) {
-    *problem = SystemProblem();
-    return false;
-  }
-  std::setvbuf(stream.file, nullptr, _IOFBF, kFileBuffer);
-  return true;
-}
-
-bool OutputFile::CopyToTarget() {
-  FileStream out(std::fopen(target.c_str(), "wb"));
-  if (!out.IsOpen()) return false;
-  stream.Seek(0, kFromStart);
-  const bool copied = CopyStream(stream, out, -1);
-  return out.Close() && copied;
+  if (file.OpenUtf8(path)) return true;
+  *problem = std::strerror(file.errorNumber());
+  return false;
 }
 
 bool OutputFile::Commit(std::string* problem) {
-  errno = 0;
-  bool written = std::ferror(stream.file) == 0 && std::fseek(stream.file, 0, SEEK_END) == 0;
-  if (written && std::ftell(stream.file) > INT32_MAX) {
+  if (std::fseek(file.stream.file, 0, SEEK_END) == 0 && std::ftell(file.stream.file) > INT32_MAX) {
     *problem = "would be larger than 2 GiB";
     return false;
   }
-  if (written && partial.empty()) written = CopyToTarget();
-  const bool closed = stream.Close();
-  if (!written || !closed || (!partial.empty() && std::rename(partial.c_str(), target.c_str()) != 0)) {
-    *problem = errno != 0 ? SystemProblem() : "can't be written";
-    return false;
-  }
-  partial.clear();
-  gPartialPath[0] = '\0';
-  return true;
+  if (file.Commit()) return true;
+  *problem = file.errorNumber() != 0 ? std::strerror(file.errorNumber()) : "can't be written";
+  return false;
 }
 
 FileKind KindOf(const std::string& path) {

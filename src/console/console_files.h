@@ -8,6 +8,7 @@
 #include "document/cut.h"
 #include "document/film.h"
 #include "foundation/byte_stream.h"
+#include "foundation/replacement_file.h"
 #include "imaging/color_table.h"
 
 namespace sorvel::console {
@@ -30,31 +31,18 @@ class InputFile {
   FileStream stream{nullptr};
 };
 
-// A file that appears under its name only when it is complete: it is written beside its place and then renamed, and
-// what isn't committed is removed, also when the program is interrupted. What isn't a plain file, a pipe say, gets the
-// whole at the end. One of them is open at a time.
+// A file that appears under its name only when it is complete, also when the program is interrupted.
 class OutputFile {
  public:
-  OutputFile() = default;
-  OutputFile(const OutputFile&) = delete;
-  OutputFile& operator=(const OutputFile&) = delete;
-  ~OutputFile();
-
   // Each gives false with the reason.
   bool Open(const std::string& path, std::string* problem);
   bool Commit(std::string* problem);
 
-  FILE* File() { return stream.file; }
-  ByteStream* Stream() { return &stream; }
+  FILE* File() { return file.stream.file; }
+  ByteStream* Stream() { return &file.stream; }
 
  private:
-  bool OpenBeside(const std::string& path, bool exists, unsigned mode);
-  bool CopyToTarget();
-  void Discard();
-
-  FileStream stream{nullptr};
-  std::string target;
-  std::string partial;  // empty when the target isn't a plain file
+  ReplacementFile file;
 };
 
 // Writes a file by `fill`, which takes the OutputFile and gives false if it lacks memory. The file appears only when it

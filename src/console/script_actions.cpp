@@ -286,7 +286,9 @@ int ScriptRunner::RunPlayer() {
 
 int ScriptRunner::RunExit() {
   platform::Send(frame->frameWindow, platform::kMessageCommand, kCommandExit, 0);
-  return kDone;
+  // A question without an answer is told by itself.
+  if (HasEnded() || !headless::Failure().empty()) return kDone;
+  return Refuse("a document couldn't be saved, so the program goes on");
 }
 
 }  // namespace sorvel::console

@@ -191,12 +191,14 @@ std::string DescribeState(MainFrame* frame, const std::vector<CutWindow*>& cuts)
   const CutWindow* active = frame->ActiveCut();
   Json list = Json::array();
   for (CutWindow* cut : cuts) list.push_back(DescribeCut(cut, cut == active));
-  const Json state = {{"frame", DescribeFrame(frame)},
-                      {"panels", DescribePanels(frame)},
-                      {"pen", DescribePen()},
-                      {"film", DescribeFilm(frame->film)},
-                      {"cuts", list},
-                      {"player", DescribePlayer(frame->animationWindow)}};
+  Json state = {{"frame", DescribeFrame(frame)},
+                {"panels", DescribePanels(frame)},
+                {"pen", DescribePen()},
+                {"film", DescribeFilm(frame->film)},
+                {"cuts", list},
+                {"player", DescribePlayer(frame->animationWindow)}};
+  const std::vector<std::string>& messages = platform::headless::Warnings();
+  for (const std::string& message : messages) state["messages"].push_back(ShownText(message));
   return state.dump() + "\n";
 }
 

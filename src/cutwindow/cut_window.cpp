@@ -69,7 +69,7 @@ intptr_t CutWindow::WindowProc(uint32_t message, uintptr_t first, intptr_t secon
       return 0;
     case platform::kMessageClose:
       host->CommitPanels(this);
-      host->AskSaveCut(this);
+      if (!host->AskSaveCut(this)) return 0;
       break;
     case platform::kMessageSetCursor:
       if ((platform::LowHalf(static_cast<uintptr_t>(second)) & kClientHit) != 0) ChooseCursor();

@@ -41,8 +41,9 @@ class CutWindowHost {
   // Selects the cut's line in the list of cuts, and no other.
   virtual void SelectCutLine(CutWindow* cut) = 0;
   virtual void TogglePanels() = 0;
-  // The cut is about to close: the film forgets its window, and what isn't saved is asked for.
-  virtual void AskSaveCut(CutWindow* cut) = 0;
+  // The cut is about to close: the film forgets its window, and the user is asked whether to save what isn't saved.
+  // False stops the close, since the drawing couldn't be written and would be lost.
+  virtual bool AskSaveCut(CutWindow* cut) = 0;
   // The cut's window goes away without being asked: the film forgets it.
   virtual void CutGone(CutWindow* cut) = 0;
 

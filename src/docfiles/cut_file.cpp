@@ -3,7 +3,6 @@
 #include "docfiles/cell_codec.h"
 #include "docfiles/stream_check.h"
 #include "document/cut.h"
-#include "platform/files.h"
 
 namespace sorvel {
 
@@ -123,14 +122,23 @@ bool Cut::Load(ByteStream* stream, CellImage* prototype, LoadReport* report) {
   return true;
 }
 
+WriteProblem Cut::SaveToFile(const char* filePath, bool purge) {
+  ReplacementFile file;
+  if (!file.Open(filePath)) return file.WhyNot();
+  const std::vector<TakenLayer> unused = purge ? TakeUnusedLayers() : std::vector<TakenLayer>();
+  const uint32_t marks = stateFlags;
+  const bool isSaved = Save(&file.stream) && file.Commit();
+  if (isSaved) {
+    DestroyLayers(unused);
+    return WriteProblem::kNone;
+  }
+  PutLayersBack(unused);
+  stateFlags = marks;
+  return file.WhyNot();
+}
+
 bool Cut::SaveToPath() {
-  if (path[0] == '\0') return false;
-  FILE* file = platform::OpenStdioFile(path, "wb");
-  if (file == nullptr) return false;
-  FileStream stream(file);
-  const bool saved = Save(&stream);
-  stream.Close();
-  return saved;
+  return path[0] != '\0' && SaveToFile(path, false) == WriteProblem::kNone;
 }
 
 }  // namespace sorvel

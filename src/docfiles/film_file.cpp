@@ -3,6 +3,7 @@
 
 #include "document/film.h"
 #include "foundation/paths.h"
+#include "foundation/replacement_file.h"
 #include "platform/files.h"
 
 namespace sorvel {
@@ -30,8 +31,8 @@ bool ReadLine(FILE* file, char (&line)[kLineLimit]) {
 
 }  // namespace
 
-bool Film::Save(char separator) {
-  return path[0] != '\0' && SaveTo(path, separator);
+bool Film::Save(char separator, WriteProblem* problem) {
+  return path[0] != '\0' && SaveTo(path, separator, problem);
 }
 
 void Film::WriteHead(FILE* file) {
@@ -48,11 +49,12 @@ bool Film::WriteTo(FILE* file, const char* filePath, char separator) {
   return std::ferror(file) == 0;
 }
 
-bool Film::SaveTo(const char* filePath, char separator) {
-  FILE* file = platform::OpenStdioFile(filePath, "w");
-  if (file == nullptr) return false;
-  const bool written = WriteTo(file, filePath, separator);
-  if (std::fclose(file) != 0 || !written) return false;
+bool Film::SaveTo(const char* filePath, char separator, WriteProblem* problem) {
+  ReplacementFile file;
+  const bool isWritten = file.Open(filePath, ReplacementFile::Form::kText) &&
+                         WriteTo(file.stream.file, filePath, separator) && file.Commit();
+  if (problem != nullptr) *problem = isWritten ? WriteProblem::kNone : file.WhyNot();
+  if (!isWritten) return false;
   AssignString(&path, filePath);
   modified = 0;
   return true;

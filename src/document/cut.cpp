@@ -160,7 +160,8 @@ bool Cut::LayerDown() {
   return ShiftLayer(false);
 }
 
-void Cut::PurgeUnusedLayers() {
+std::vector<Cut::TakenLayer> Cut::TakeUnusedLayers() {
+  std::vector<TakenLayer> taken;
   int32_t limit = layers.Count();
   // The index advances after a removal too, so the layer that moved into the free place stays until the next call.
   for (int32_t index = 0; index < limit; ++index) {
@@ -171,9 +172,31 @@ void Cut::PurgeUnusedLayers() {
       for (int32_t r = 0; r < frame->records.Count() && !used; ++r) used = frame->LayerAt(r) == layer;
     }
     if (used) continue;
-    DestroyLayer(layer);
+    layers.Seek(index);
+    layers.RemoveCurrent();
+    taken.push_back({index, layer});
     --limit;
   }
+  return taken;
+}
+
+void Cut::PutLayersBack(const std::vector<TakenLayer>& taken) {
+  for (size_t i = taken.size(); i-- > 0;) {
+    if (layers.Seek(taken[i].index)) {
+      layers.InsertBefore(taken[i].layer);
+    } else {
+      layers.SeekLast();
+      layers.InsertAfter(taken[i].layer);
+    }
+  }
+}
+
+void Cut::DestroyLayers(const std::vector<TakenLayer>& taken) {
+  for (const TakenLayer& each : taken) DestroyLayer(each.layer);
+}
+
+void Cut::PurgeUnusedLayers() {
+  DestroyLayers(TakeUnusedLayers());
 }
 
 // Frames.

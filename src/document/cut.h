@@ -1,12 +1,14 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "document/frame.h"
 #include "document/layer.h"
 #include "document/load_report.h"
 #include "foundation/byte_stream.h"
 #include "foundation/cursor_list.h"
+#include "foundation/replacement_file.h"
 #include "foundation/shared_string.h"
 #include "imaging/nibble_bitmap.h"
 
@@ -68,6 +70,15 @@ class Cut {
   bool LayerDown();
   // Deletes layers that no frame refers to. Of two such neighbours only the first goes at each call.
   void PurgeUnusedLayers();
+  // The same in two steps. The layers that would go are taken out and handed over with the places that they had; then
+  // either all of them come back, or they are destroyed.
+  struct TakenLayer {
+    int32_t index;
+    Layer* layer;
+  };
+  std::vector<TakenLayer> TakeUnusedLayers();
+  void PutLayersBack(const std::vector<TakenLayer>& taken);
+  void DestroyLayers(const std::vector<TakenLayer>& taken);
 
   // Frames. New ones have no records.
   Frame* AddFrame();   // behind the current one, and current; marks images
@@ -134,6 +145,9 @@ class Cut {
   // nothing has been touched then. A damaged stream is read as far as it makes sense and the report says what is
   // wrong. Afterwards the last frame is current, with its topmost record.
   bool Load(ByteStream* stream, CellImage* prototype, LoadReport* report = nullptr);
+  // Replaces a file by the cut as a whole, without the layers that PurgeUnusedLayers() deletes if `purge` says so.
+  // kNone, or why it couldn't be written: file, layers and marks are then what they were.
+  WriteProblem SaveToFile(const char* filePath, bool purge);
   // Saves to the cut's path; false if that is empty or can't be written.
   bool SaveToPath();
   // The layer of the current record to a layer file and back. Loading replaces that layer, for all frames; a cut

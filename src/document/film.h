@@ -6,6 +6,7 @@
 #include "document/cut.h"
 #include "document/load_report.h"
 #include "foundation/cursor_list.h"
+#include "foundation/replacement_file.h"
 #include "foundation/shared_string.h"
 
 namespace sorvel {
@@ -46,8 +47,10 @@ class Film {
   bool Reset();
 
   // Files. The separator is that of the platform's paths. Saving and loading make the file's path the film's own.
-  bool Save(char separator);  // false without a path
-  bool SaveTo(const char* filePath, char separator);
+  // Each replaces the file as a whole, or gives false and leaves file, path and mark as they were. `problem`, which may
+  // be null, receives the reason. Save() gives false without a path, and then leaves `problem` alone.
+  bool Save(char separator, WriteProblem* problem = nullptr);
+  bool SaveTo(const char* filePath, char separator, WriteProblem* problem = nullptr);
   // The lines ahead of the cuts.
   void WriteHead(FILE* file);
   // The text of the file that is to lie at this path; nothing of the film changes.

@@ -16,8 +16,6 @@ constexpr char kTargetSuffix[] = ".target";
 
 WriteProblem ProblemOf(int error) {
   switch (error) {
-    case 0:
-      return WriteProblem::kNone;
     case ENOSPC:
 #ifdef EDQUOT
     case EDQUOT:
@@ -78,8 +76,8 @@ bool WriteTargetName(const std::string& path, const std::string& target) {
 }  // namespace
 
 bool ReplacementFile::Fail(int number) {
-  error = number != 0 ? number : EIO;
-  reason = ProblemOf(error);
+  error = number;
+  reason = number != 0 ? ProblemOf(number) : WriteProblem::kOther;
   return false;
 }
 
@@ -123,7 +121,7 @@ bool ReplacementFile::OpenCopy(const std::string& path) {
 bool ReplacementFile::Commit() {
   if (!stream.IsOpen()) return Fail(error);
   const int failed = stream.failure;
-  if (failed != 0) {
+  if (failed != 0 || std::ferror(stream.file) != 0) {
     Discard();
     return Fail(failed);
   }

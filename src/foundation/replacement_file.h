@@ -38,8 +38,11 @@ class ReplacementFile {
   bool Commit();
   void Discard();
 
+  // Why the file couldn't be written; kNone while nothing failed.
   WriteProblem problem() const { return reason; }
-  // The value of errno that goes with it.
+  // The same for a caller that gave up for a reason of its own, which is kOther.
+  WriteProblem WhyNot() const { return reason != WriteProblem::kNone ? reason : WriteProblem::kOther; }
+  // The value of errno that goes with it, 0 if it got lost.
   int errorNumber() const { return error; }
 
  private:

@@ -18,7 +18,7 @@ void EndDialog(WindowHandle dialog, intptr_t result);
 WindowHandle DialogControl(WindowHandle dialog, int32_t id);
 WindowHandle ParentOf(WindowHandle window);
 
-enum class BoxIcon { kNone, kQuestion, kInformation };
+enum class BoxIcon { kNone, kQuestion, kInformation, kWarning };
 
 // A box with Yes and No; true for Yes.
 bool AskYesNo(WindowHandle owner, const char* text, const char* title, BoxIcon icon);

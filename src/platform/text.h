@@ -3,8 +3,7 @@
 #include <string>
 #include <string_view>
 
-// The program's text is Shift JIS (code page 932); what lies outside may be UTF-8. Only a platform that the console
-// program runs on implements this: the desktop program meets no UTF-8.
+// The program's text is Shift JIS (code page 932); what lies outside may be UTF-8.
 namespace sorvel::platform {
 
 // Each gives false when a character has no counterpart; the result is then what came before it.

@@ -131,6 +131,13 @@
 #define kTextCloseAllQuestion 40139
 #define kTextDeleteQuestion 40140
 #define kTextAbout 40141
+#define kTextNotSaved 40280
+#define kTextDiskFull 40281
+#define kTextReadOnly 40282
+#define kTextNoFolder 40283
+#define kTextFileInUse 40284
+#define kTextFileTooLarge 40285
+#define kTextWriteFailed 40286
 
 // Controls of the frame.
 #define kMdiClientId 10001

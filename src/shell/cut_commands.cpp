@@ -75,33 +75,35 @@ CutWindow* MainFrame::OpenCutFile(const char* path) {
 
 // Saving.
 
-bool MainFrame::SaveCutAs(CutWindow* cut) {
+bool MainFrame::SaveCutFile(CutWindow* cut, const char* path) {
+  WriteProblem problem = WriteProblem::kNone;
+  {
+    const WaitCursor wait;
+    problem = cut->SaveToFile(path, true);
+  }
+  if (problem != WriteProblem::kNone) ReportNotSaved(path, problem);
+  return problem == WriteProblem::kNone;
+}
+
+SaveResult MainFrame::SaveCutAs(CutWindow* cut) {
   CommitPanels(cut);
   ChosenPath chosen;
   std::snprintf(chosen.path, sizeof(chosen.path), "%s", cut->path);
-  if (!chosen.AskToSave(frameWindow, kCutFiles)) return false;
-  CommandFile file(chosen.path, "wb");
-  // Quirk 18. A file that doesn't open counts as saved: only a cancel stops the caller.
-  if (!file.IsOpen()) return true;
-  {
-    WaitCursor wait;
-    cut->PurgeUnusedLayers();
-    cut->Save(&file.stream);
-  }
+  if (!chosen.AskToSave(frameWindow, kCutFiles)) return SaveResult::kCancelled;
+  if (!SaveCutFile(cut, chosen.path)) return SaveResult::kFailed;
   AssignString(&cut->path, chosen.path);
   cut->UpdateTitle();
-  return true;
+  return SaveResult::kSaved;
 }
 
 // What is still being typed into a panel isn't stored.
-void MainFrame::OverwriteCut(CutWindow* cut) {
-  bool isSaved = false;
-  {
-    WaitCursor wait;
+SaveResult MainFrame::OverwriteCut(CutWindow* cut) {
+  if (cut->path[0] == '\0') {
     cut->PurgeUnusedLayers();
-    isSaved = cut->SaveToPath();
+  } else if (SaveCutFile(cut, cut->path)) {
+    return SaveResult::kSaved;
   }
-  if (!isSaved) SaveCutAs(cut);
+  return SaveCutAs(cut);
 }
 
 // Properties and playing.

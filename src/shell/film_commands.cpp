@@ -31,10 +31,13 @@ std::vector<int32_t> SelectedLines(platform::WindowHandle list) {
   return lines;
 }
 
-void CopyFile(const char* from, const char* to) {
+// A source that can't be read is skipped and counts as copied.
+WriteProblem CopyFile(const char* from, const char* to) {
   CommandFile source(from, "rb");
-  CommandFile target(to, "wb");
-  if (source.IsOpen() && target.IsOpen()) CopyStream(source.stream, target.stream, -1);
+  if (!source.IsOpen()) return WriteProblem::kNone;
+  ReplacementFile target;
+  const bool isCopied = target.Open(to) && CopyStream(source.stream, target.stream, -1) && target.Commit();
+  return isCopied ? WriteProblem::kNone : target.WhyNot();
 }
 
 }  // namespace
@@ -56,7 +59,7 @@ void MainFrame::InsertCutLine(int32_t index, const char* path) {
 }
 
 void MainFrame::NewFilm() {
-  AskSaveFilm();
+  if (!AskSaveFilm()) return;
   char title[kSettingTextSize];
   char author[kSettingTextSize];
   ReadSettingText(settings::kNewFilmTitle, title, sizeof(title));
@@ -79,7 +82,7 @@ void MainFrame::NewFilm() {
 }
 
 void MainFrame::OpenFilm() {
-  AskSaveFilm();
+  if (!AskSaveFilm()) return;
   ChosenPath chosen;
   if (chosen.AskToOpen(frameWindow, kFilmFiles)) OpenFilmFile(chosen.path);
 }
@@ -97,19 +100,27 @@ bool MainFrame::OpenFilmFile(const char* path) {
   return true;
 }
 
-void MainFrame::SaveFilmAs() {
+SaveResult MainFrame::SaveFilmAs() {
   ChosenPath chosen;
-  if (!chosen.AskToSave(frameWindow, kFilmFiles)) return;
-  film->SaveTo(chosen.path, platform::kPathSeparator);
+  if (!chosen.AskToSave(frameWindow, kFilmFiles)) return SaveResult::kCancelled;
+  WriteProblem problem = WriteProblem::kNone;
+  const bool isSaved = film->SaveTo(chosen.path, platform::kPathSeparator, &problem);
+  // The title changes with either result.
   SetFrameTitle(chosen.path);
+  if (!isSaved) ReportNotSaved(chosen.path, problem);
+  return isSaved ? SaveResult::kSaved : SaveResult::kFailed;
 }
 
-void MainFrame::OverwriteFilm() {
-  if (film->path[0] == '\0') {
-    SaveFilmAs();
-  } else {
-    film->Save(platform::kPathSeparator);
+SaveResult MainFrame::OverwriteFilm() {
+  if (film->path[0] != '\0') {
+    WriteProblem problem = WriteProblem::kNone;
+    {
+      const WaitCursor wait;
+      if (film->Save(platform::kPathSeparator, &problem)) return SaveResult::kSaved;
+    }
+    ReportNotSaved(film->path, problem);
   }
+  return SaveFilmAs();
 }
 
 void MainFrame::EditFilmProperties() {
@@ -126,7 +137,7 @@ void MainFrame::EditFilmProperties() {
 
 void MainFrame::AddOrInsertActiveCut(bool insert) {
   CutWindow* cut = ActiveCut();
-  if (cut == nullptr || (cut->path[0] == '\0' && !SaveCutAs(cut))) return;
+  if (cut == nullptr || (cut->path[0] == '\0' && SaveCutAs(cut) != SaveResult::kSaved)) return;
   const int32_t caret = platform::ListCaret(cutList);
   if (!(insert ? film->InsertCut(cut, caret) : film->AddCut(cut, caret))) return;
   const int32_t line = insert ? caret : caret + 1;
@@ -169,7 +180,8 @@ void MainFrame::NewNumberedCut(bool insert) {
   if (!dialog.Run(frameWindow)) return;
   CutWindow* cut = MakeNewCut(dialog, path);
   if (cut == nullptr) return;
-  cut->SaveToPath();
+  const WriteProblem problem = cut->SaveToFile(cut->path, false);
+  if (problem != WriteProblem::kNone) ReportNotSaved(cut->path, problem);
   AddOrInsertLayer(cut, false);
   AddOrInsertActiveCut(insert);
 }
@@ -240,12 +252,15 @@ void MainFrame::RenameCutLines(const char* path, const char* name) {
 }
 
 // A line holds the bare name, whatever the file was called: the new film has its cuts beside itself. A target that is
-// its own source ends up empty.
+// its own source stays as it is.
 void MainFrame::ExtractCuts() {
   ChosenPath chosen;
   if (!chosen.AskToSave(frameWindow, kFilmFiles)) return;
-  CommandFile file(chosen.path, "w");
-  if (!file.IsOpen()) return;
+  ReplacementFile file;
+  if (!file.Open(chosen.path, ReplacementFile::Form::kText)) {
+    ReportNotSaved(chosen.path, file.problem());
+    return;
+  }
   film->WriteHead(file.stream.file);
   for (const int32_t line : SelectedLines(cutList)) {
     const char* path = film->CutName(line);
@@ -254,8 +269,11 @@ void MainFrame::ExtractCuts() {
     std::fprintf(file.stream.file, "%s.cut\n", name.text);
     char target[kPathCapacity];
     std::strcpy(target, chosen.path);
-    if (ReplaceName(target, name.text, "cut")) CopyFile(path, target);
+    if (!ReplaceName(target, name.text, "cut")) continue;
+    const WriteProblem problem = CopyFile(path, target);
+    if (problem != WriteProblem::kNone) ReportNotSaved(target, problem);
   }
+  if (!file.Commit()) ReportNotSaved(chosen.path, file.problem());
 }
 
 // Playback.
@@ -265,13 +283,26 @@ void MainFrame::ExportFilm() {
   ChosenPath chosen;
   if (!chosen.AskToSave(frameWindow, kContainerFiles)) return;
   WaitCursor wait;
-  CommandFile file(chosen.path, "wb");
+  ReplacementFile file;
+  if (!file.Open(chosen.path)) {
+    wait.Leave();
+    ReportNotSaved(chosen.path, file.problem());
+    return;
+  }
   std::vector<int32_t> order(static_cast<size_t>(film->cuts.Count()));
   std::iota(order.begin(), order.end(), 0);
-  const bool isWritten = file.IsOpen() && WriteFilmContainer(film, order.data(), film->cuts.Count(), &file.stream,
-                                                             &animationWindow.bitmap, nullptr);
-  if (!isWritten) wait.Leave();
-  if (!isWritten && file.IsOpen()) platform::PlayAlert();
+  const bool isMade =
+      WriteFilmContainer(film, order.data(), film->cuts.Count(), &file.stream, &animationWindow.bitmap, nullptr);
+  const bool isWritten = isMade && file.Commit();
+  if (isWritten) return;
+  wait.Leave();
+  // A cut that can't be compiled fails with a sound alone; a file that can't be written says so.
+  if (isMade || file.stream.failure != 0) {
+    file.Commit();
+    ReportNotSaved(chosen.path, file.WhyNot());
+  } else {
+    platform::PlayAlert();
+  }
 }
 
 void MainFrame::PlaySelectedCuts() {

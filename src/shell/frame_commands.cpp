@@ -108,9 +108,11 @@ void MainFrame::EditFrameSize(CutWindow* cut) {
 void MainFrame::ExportBitmap(CutWindow* cut) {
   ChosenPath chosen;
   if (!chosen.AskToSave(frameWindow, kBitmapFiles)) return;
-  CommandFile file(chosen.path, "wb");
-  if (!file.IsOpen() || FrameProblem(*cut) != nullptr) return;
-  cut->ExportFrameBitmap(&file.stream, &animationWindow.bitmap, &cut->view);
+  if (FrameProblem(*cut) != nullptr) return;
+  ReplacementFile file;
+  const bool isWritten = file.Open(chosen.path) &&
+                         cut->ExportFrameBitmap(&file.stream, &animationWindow.bitmap, &cut->view) && file.Commit();
+  if (!isWritten) ReportNotSaved(chosen.path, file.WhyNot());
 }
 
 }  // namespace sorvel

@@ -141,10 +141,13 @@ CutWindow* MainFrame::OpenLayerFile(const char* path) {
 void MainFrame::SaveLayer(CutWindow* cut) {
   ChosenPath chosen;
   if (!chosen.AskToSave(frameWindow, kLayerFiles)) return;
-  CommandFile file(chosen.path, "wb");
-  if (!file.IsOpen()) return;
-  const WaitCursor wait;
-  cut->SaveLayer(&file.stream);
+  ReplacementFile file;
+  bool isWritten = false;
+  {
+    const WaitCursor wait;
+    isWritten = file.Open(chosen.path) && cut->SaveLayer(&file.stream) && file.Commit();
+  }
+  if (!isWritten) ReportNotSaved(chosen.path, file.WhyNot());
 }
 
 void MainFrame::OverwriteLayer(CutWindow* cut) {

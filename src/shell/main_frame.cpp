@@ -51,7 +51,7 @@ intptr_t MainFrame::WindowProc(uint32_t message, uintptr_t first, intptr_t secon
       PaintSplitter();
       return 0;
     case platform::kMessageClose:
-      CloseAllCuts();
+      if (!CloseAllCuts()) return 0;
       break;
     case platform::kMessageToolTip:
       OnToolTip(static_cast<platform::ToolTipMoment>(first), platform::PointerIn<platform::ToolTip>(second));

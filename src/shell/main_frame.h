@@ -28,6 +28,8 @@ constexpr char kFrameTitle[] = "Sorvel Developer";
 // The title of questions.
 constexpr char kBoxTitle[] = "Sorvelin";
 
+enum class SaveResult { kSaved, kCancelled, kFailed };
+
 // Bits of MainFrame::shellFlags.
 enum ShellFlag : uint32_t {
   kStatusBarVisible = 1u << 0,
@@ -57,7 +59,7 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   void RefreshLayerLine(CutWindow* cut) override;
   void SelectCutLine(CutWindow* cut) override;
   void TogglePanels() override;
-  void AskSaveCut(CutWindow* cut) override;
+  bool AskSaveCut(CutWindow* cut) override;
   void CutGone(CutWindow* cut) override;
   void StopAnimation() override;
   int32_t PlayBuffer(uint8_t* buffer, int32_t size) override;
@@ -87,8 +89,12 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   void ShowMenuHelp(int32_t id);
 
   // Closing.
-  void CloseAllCuts();
-  void AskSaveFilm();
+  // Each gives false if a document couldn't be written and the user chose no other place: what called for it then
+  // stops.
+  bool CloseAllCuts();
+  bool AskSaveFilm();
+  // A box that says which file couldn't be written, and why.
+  void ReportNotSaved(const char* path, WriteProblem problem);
 
   // Opening by the file's extension, cut, layer or film. False if nothing was opened.
   bool OpenByExtension(const char* path);
@@ -139,7 +145,7 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   void Exit();
   void ToggleBar(ShellFlag flag);  // kStatusBarVisible or kToolBarVisible
   void MoveFocus(bool forward);
-  void CloseEveryCut();
+  bool CloseEveryCut();  // false if one stayed open
   void CloseAllWithoutFilm();
   bool AskToSave(const char* path);  // whether to save the document of this path, or of none
 
@@ -182,9 +188,11 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   // Cuts.
   void NewCut();
   void OpenCut();
-  bool SaveCutAs(CutWindow* cut);  // false for a cancel
+  // Each says in a box why a file couldn't be written; the document then keeps its path, its layers and its mark.
+  SaveResult SaveCutAs(CutWindow* cut);
   // Without a path, or if the file can't be written, as SaveCutAs.
-  void OverwriteCut(CutWindow* cut);
+  SaveResult OverwriteCut(CutWindow* cut);
+  bool SaveCutFile(CutWindow* cut, const char* path);
   // A cut that was just made: one frame, nothing to save, pictures to compile. Its window is open afterwards. Null if
   // that can't be had.
   CutWindow* MakeNewCut(const CutDialog& values, const char* path);
@@ -199,8 +207,8 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   void InsertCutLine(int32_t index, const char* path);
   void NewFilm();
   void OpenFilm();
-  void SaveFilmAs();
-  void OverwriteFilm();
+  SaveResult SaveFilmAs();
+  SaveResult OverwriteFilm();
   void EditFilmProperties();
   void AddOrInsertActiveCut(bool insert);
   void RemoveActiveCut();

@@ -62,13 +62,16 @@ void MainFrame::StopAnimation() {
 
 // Closing.
 
-void MainFrame::CloseEveryCut() {
-  while (CutWindow* cut = ActiveCut()) platform::Send(cut->window, platform::kMessageClose, 0, 0);
+bool MainFrame::CloseEveryCut() {
+  while (CutWindow* cut = ActiveCut()) {
+    platform::Send(cut->window, platform::kMessageClose, 0, 0);
+    if (ActiveCut() == cut) return false;
+  }
+  return true;
 }
 
-void MainFrame::CloseAllCuts() {
-  CloseEveryCut();
-  AskSaveFilm();
+bool MainFrame::CloseAllCuts() {
+  return CloseEveryCut() && AskSaveFilm();
 }
 
 // What isn't saved yet is saved without a question for each.
@@ -92,27 +95,56 @@ bool MainFrame::AskToSave(const char* path) {
   return platform::AskYesNo(frameWindow, question, kBoxTitle, platform::BoxIcon::kNone);
 }
 
-// There is no way back from closing: without a file to save to, what was drawn is lost.
-void MainFrame::AskSaveCut(CutWindow* cut) {
+// A cut that has no file yet closes with its dialog, whatever the answer. Only a drawing that couldn't be written where
+// it should have been stays.
+bool MainFrame::AskSaveCut(CutWindow* cut) {
   film->CutClosed(cut);
-  if (!cut->Has(kModified)) return;
-  if ((shellFlags & kCloseWithoutAsking) == 0 && !AskToSave(cut->path)) return;
-  OverwriteCut(cut);
+  if (!cut->Has(kModified)) return true;
+  if ((shellFlags & kCloseWithoutAsking) == 0 && !AskToSave(cut->path)) return true;
+  const bool hasFile = cut->path[0] != '\0';
+  const SaveResult result = OverwriteCut(cut);
+  if (result == SaveResult::kSaved || (result == SaveResult::kCancelled && !hasFile)) return true;
+  film->CutOpened(cut);
+  return false;
 }
 
-void MainFrame::AskSaveFilm() {
-  if (film->modified == 0 || !AskToSave(film->path)) return;
-  bool isSaved = false;
-  {
-    const WaitCursor wait;
-    isSaved = film->Save(platform::kPathSeparator);
-  }
-  if (!isSaved) SaveFilmAs();
+bool MainFrame::AskSaveFilm() {
+  if (film->modified == 0 || !AskToSave(film->path)) return true;
+  const bool hasFile = film->path[0] != '\0';
+  const SaveResult result = OverwriteFilm();
+  return result == SaveResult::kSaved || (result == SaveResult::kCancelled && !hasFile);
+}
+
+void MainFrame::ReportNotSaved(const char* path, WriteProblem problem) {
+  const auto reason = [problem] {
+    switch (problem) {
+      case WriteProblem::kDiskFull:
+        return kTextDiskFull;
+      case WriteProblem::kReadOnly:
+        return kTextReadOnly;
+      case WriteProblem::kNoFolder:
+        return kTextNoFolder;
+      case WriteProblem::kInUse:
+        return kTextFileInUse;
+      case WriteProblem::kTooLarge:
+        return kTextFileTooLarge;
+      case WriteProblem::kNone:
+      case WriteProblem::kOther:
+        break;
+    }
+    return kTextWriteFailed;
+  };
+  char format[kTextBufferSize];
+  char why[kTextBufferSize];
+  platform::ReadResourceText(kTextNotSaved, format, sizeof(format));
+  platform::ReadResourceText(reason(), why, sizeof(why));
+  char message[3 * kTextBufferSize];
+  std::snprintf(message, sizeof(message), format, path, why);
+  platform::ShowMessage(frameWindow, message, kBoxTitle, platform::BoxIcon::kWarning);
 }
 
 void MainFrame::Exit() {
-  CloseAllCuts();
-  platform::DestroyWindow(frameWindow);
+  if (CloseAllCuts()) platform::DestroyWindow(frameWindow);
 }
 
 }  // namespace sorvel

@@ -229,7 +229,9 @@ class ReplacementFilesOfAUser : public ReplacementFiles {
     }
   }
   void TearDown() override {
-    if (wasRoot) ASSERT_EQ(seteuid(0), 0);
+    if (wasRoot) {
+      ASSERT_EQ(seteuid(0), 0);
+    }
     fs::permissions(folder / "closed", fs::perms::owner_all);
   }
 

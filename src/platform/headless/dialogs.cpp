@@ -31,6 +31,7 @@ std::deque<std::optional<uint32_t>> gColors;
 
 std::string gFailure;
 headless::BoxRecord gMessage;
+std::vector<std::string> gWarnings;
 headless::BoxRecord gQuestion;
 int32_t gAlerts = 0;
 
@@ -289,6 +290,10 @@ const BoxRecord& LastMessage() {
   return gMessage;
 }
 
+const std::vector<std::string>& Warnings() {
+  return gWarnings;
+}
+
 const BoxRecord& LastQuestion() {
   return gQuestion;
 }
@@ -301,6 +306,7 @@ void ResetDialogs() {
   ClearAnswers();
   gFailure.clear();
   gMessage = {};
+  gWarnings.clear();
   gQuestion = {};
   gAlerts = 0;
 }
@@ -357,6 +363,7 @@ bool AskYesNo(WindowHandle owner, const char* text, const char* title, BoxIcon i
 void ShowMessage(WindowHandle owner, const char* text, const char* title, BoxIcon icon) {
   static_cast<void>(owner);
   gMessage = {text, title, icon, gMessage.count + 1};
+  if (icon == BoxIcon::kWarning) gWarnings.push_back(text);
 }
 
 void PlayAlert() {

@@ -269,6 +269,8 @@ struct BoxRecord {
   int32_t count = 0;  // how many there were of its kind
 };
 const BoxRecord& LastMessage();
+// The texts of all messages with the warning icon, oldest first.
+const std::vector<std::string>& Warnings();
 const BoxRecord& LastQuestion();
 int32_t AlertCount();
 

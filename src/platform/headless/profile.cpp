@@ -11,6 +11,8 @@
 
 #include "foundation/arithmetic.h"
 #include "platform/files.h"
+#include "platform/replacement.h"
+#include "platform/text.h"
 
 namespace sorvel::platform {
 
@@ -141,13 +143,15 @@ bool WriteProfileText(const char* path, const char* section, const char* key, co
     lines.push_back(std::string("[").append(section).append("]\r"));
     lines.push_back(line);
   }
-  FILE* file = OpenStdioFile(path, "wb");
-  if (file == nullptr) return false;
-  bool good = true;
+  std::string native;
+  PartialFile file;
+  if (!ShiftJisToUtf8(path, &native) || !CreatePartialFile(native, false, &file)) return false;
+  // A write that fails is found when the file is committed.
   for (const std::string& each : lines) {
-    good = good && std::fwrite(each.data(), 1, each.size(), file) == each.size() && std::fputc('\n', file) != EOF;
+    std::fwrite(each.data(), 1, each.size(), file.file);
+    std::fputc('\n', file.file);
   }
-  return std::fclose(file) == 0 && good;
+  return CommitPartialFile(&file);
 }
 
 }  // namespace sorvel::platform

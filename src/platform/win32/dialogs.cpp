@@ -36,6 +36,8 @@ UINT IconOf(BoxIcon icon) {
       return MB_ICONQUESTION;
     case BoxIcon::kInformation:
       return MB_ICONINFORMATION;
+    case BoxIcon::kWarning:
+      return MB_ICONWARNING;
     case BoxIcon::kNone:
       break;
   }

@@ -6,6 +6,7 @@
 #include "animation/stream_encoder.h"
 #include "animation/stream_format.h"
 #include "foundation/paths.h"
+#include "foundation/replacement_file.h"
 #include "imaging/packed_image.h"
 #include "platform/files.h"
 
@@ -13,14 +14,12 @@ namespace sorvel {
 
 namespace {
 
-// Saves a copy of the compiled stream beside the cut. If that fails, the film still gets the cut. An incomplete copy is
-// deleted: the next export would take it for the stream.
+// Saves a copy of the compiled stream beside the cut. If that fails, the film still gets the cut.
 void KeepCache(FileStream* compiled, const char* cachePath) {
-  FileStream cache(platform::OpenStdioFile(cachePath, "wb"));
-  if (!cache.IsOpen()) return;
+  ReplacementFile cache;
+  if (!cache.Open(cachePath)) return;
   compiled->Seek(0, kFromStart);
-  const bool copied = CopyStream(*compiled, cache, -1);
-  if (!cache.Close() || !copied) platform::DeletePath(cachePath);
+  if (CopyStream(*compiled, cache.stream, -1)) cache.Commit();
 }
 
 // Compiles all frames of the cut into a temporary file. Gives the open file, or null on failure. A cut without frames

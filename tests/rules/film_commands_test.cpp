@@ -390,8 +390,8 @@ TEST_F(Extract, OpenCutsUnsavedChangesStay) {
 }
 
 const Rules<SessionTest, "Extract"> kExtractRules = {
-    {"IntoItsOwnFolderDestroysTheFile", OpenFilmOf(Do(), {"a.cut"}).File("x.flm").Command(kCommandExtractCuts),
-     Has("bytes/x.flm", "title\nauthor\n100, 50\na.cut\n", "bytes/a.cut", "")},
+    {"IntoItsOwnFolderLeavesTheFile", OpenFilmOf(Do(), {"a.cut"}).File("x.flm").Command(kCommandExtractCuts),
+     Has("bytes/x.flm", "title\nauthor\n100, 50\na.cut\n", "bytes/a.cut", PlainCut().Bytes())},
     {"CancelWritesNothing", OpenFilmOf(Do(), {"a.cut"}).File("cancel").Command(kCommandExtractCuts),
      Has("files", Names{"a.cut", "film.flm"})},
 };

@@ -734,7 +734,7 @@ class OrderHost final : public CutWindowHost {
   void RefreshLayerLine(CutWindow*) override { Note("line"); }
   void SelectCutLine(CutWindow*) override {}
   void TogglePanels() override {}
-  void AskSaveCut(CutWindow*) override {}
+  bool AskSaveCut(CutWindow*) override { return true; }
   void CutGone(CutWindow*) override {}
   void StopAnimation() override { Note("stop"); }
   int32_t PlayBuffer(uint8_t* buffer, int32_t) override {

@@ -61,7 +61,7 @@ class ToolHost final : public CutWindowHost {
   void RefreshLayerLine(CutWindow*) override {}
   void SelectCutLine(CutWindow*) override {}
   void TogglePanels() override {}
-  void AskSaveCut(CutWindow*) override {}
+  bool AskSaveCut(CutWindow*) override { return true; }
   void CutGone(CutWindow*) override {}
   void StopAnimation() override {}
   int32_t PlayBuffer(uint8_t* buffer, int32_t) override {

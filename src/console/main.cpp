@@ -4,6 +4,7 @@
 
 #include "console/commands.h"
 #include "console/console_files.h"
+#include "foundation/replacement_file.h"
 #include "imaging/color_table.h"
 
 namespace sorvel::console {
@@ -131,6 +132,7 @@ int RunCommand(const Command& command, int count, char** words) {
     return FailUsage(std::string(command.name) + ": " + arguments.Problem() + "; usage: sorvel " + command.usage);
   }
   CatchInterrupts();
+  FinishInterruptedWrites();
   LoadColors(nullptr);
   return command.run(arguments);
 }

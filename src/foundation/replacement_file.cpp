@@ -43,7 +43,7 @@ WriteProblem ProblemOf(int error) {
 
 // Where the copy of a file that is written in place lies, without its suffix. Empty if there is no such place.
 std::string CopyBase(const std::string& target) {
-  const std::string folder = platform::LocalDataFolder();
+  const std::string folder = platform::LocalDataFolder(true);
   if (folder.empty()) return "";
   uint64_t hash = 14695981039346656037u;
   for (const char byte : target) hash = (hash ^ static_cast<uint8_t>(byte)) * 1099511628211u;
@@ -169,7 +169,7 @@ void ReplacementFile::Discard() {
 }
 
 void FinishInterruptedWrites() {
-  const std::string folder = platform::LocalDataFolder();
+  const std::string folder = platform::LocalDataFolder(false);
   const std::string suffix = kTargetSuffix;
   for (const std::string& name : platform::NamesInFolder(folder)) {
     if (!name.starts_with("in-place-") || !name.ends_with(suffix)) continue;

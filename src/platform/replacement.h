@@ -51,7 +51,8 @@ bool RemoveFileAt(const std::string& path);
 // The names in a folder in no order, without "." and ".."; none if it can't be read.
 std::vector<std::string> NamesInFolder(const std::string& folder);
 
-// A folder of this user for what the program keeps on its own; made if it is missing. Empty if there is none.
-std::string LocalDataFolder();
+// The folder of this user for what the program keeps on its own. Empty if there is none; with `make` a missing one is
+// made.
+std::string LocalDataFolder(bool make);
 
 }  // namespace sorvel::platform

@@ -8,6 +8,7 @@
 #include "cutwindow/drawing_settings.h"
 #include "dialogs/dialogs.h"
 #include "foundation/paths.h"
+#include "foundation/replacement_file.h"
 #include "foundation/settings.h"
 #include "imaging/color_table.h"
 #include "imaging/pen.h"
@@ -128,6 +129,7 @@ void ReleaseProgram() {
 
 int EntryPoint(const char* commandLine, int32_t showCommand) {
   MainFrame frame;
+  FinishInterruptedWrites();
   if (!StartProgram(&frame, commandLine, showCommand)) return 0;
   const int code = platform::RunLoop(frame.frameWindow, frame.mdiClient, kAccelerators);
   FinishProgram(&frame);

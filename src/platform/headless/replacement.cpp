@@ -230,7 +230,7 @@ std::vector<std::string> NamesInFolder(const std::string& folder) {
   return names;
 }
 
-std::string LocalDataFolder() {
+std::string LocalDataFolder(bool make) {
   const char* data = std::getenv("XDG_DATA_HOME");
   const char* home = std::getenv("HOME");
   std::string folder;
@@ -242,6 +242,7 @@ std::string LocalDataFolder() {
     return "";
   }
   folder += "/sorvel";
+  if (!make) return folder;
   for (size_t slash = folder.find('/', 1); slash != std::string::npos; slash = folder.find('/', slash + 1)) {
     mkdir(folder.substr(0, slash).c_str(), 0700);
   }

@@ -249,11 +249,11 @@ std::vector<std::string> NamesInFolder(const std::string& folder) {
   return names;
 }
 
-std::string LocalDataFolder() {
+std::string LocalDataFolder(bool make) {
   wchar_t folder[MAX_PATH];
   if (SHGetFolderPathW(nullptr, CSIDL_LOCAL_APPDATA | CSIDL_FLAG_CREATE, nullptr, 0, folder) != S_OK) return "";
   const std::wstring path = std::wstring(folder) + L"\\Sorvel Developer";
-  CreateDirectoryW(path.c_str(), nullptr);
+  if (make) CreateDirectoryW(path.c_str(), nullptr);
   return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES ? Narrow(path) : "";
 }
 

@@ -6,6 +6,7 @@
 #include "cutwindow/pen_picker.h"
 #include "cutwindow/toolbox.h"
 #include "document/cut.h"
+#include "foundation/buffer.h"
 #include "imaging/indexed_image.h"
 #include "imaging/packed_image.h"
 #include "imaging/rect.h"
@@ -47,9 +48,9 @@ class CutWindowHost {
   // The cut's window goes away without being asked: the film forgets it.
   virtual void CutGone(CutWindow* cut) = 0;
 
-  // The player. PlayBuffer takes over the buffer, of malloc.
+  // The player. PlayBuffer plays a compiled stream of `size` bytes from the start; always 1.
   virtual void StopAnimation() = 0;
-  virtual int32_t PlayBuffer(uint8_t* buffer, int32_t size) = 0;
+  virtual int32_t PlayBuffer(Buffer<uint8_t> buffer, int32_t size) = 0;
 
   // Lets the user edit a text, an owned string field; false for a cancel.
   virtual bool EditText(char** text) = 0;

@@ -1,3 +1,4 @@
+#include <utility>
 
 #include "animation/stream_encoder.h"
 #include "cutwindow/cut_window.h"
@@ -10,7 +11,7 @@ namespace sorvel {
 void CutWindow::PlayFile(ByteStream* file) {
   Buffer<uint8_t> bytes;
   int32_t size = 0;
-  if (ReadWholeStream(*file, &bytes, &size)) host->PlayBuffer(bytes.Release(), size);
+  if (ReadWholeStream(*file, &bytes, &size)) host->PlayBuffer(std::move(bytes), size);
 }
 
 bool CutWindow::PlayCut() {

@@ -13,7 +13,7 @@ constexpr size_t kHelpSize = 256;
 intptr_t OnInit(platform::WindowHandle window, Dialog* dialog) {
   gCurrentDialog = dialog;
   dialog->WriteValues(window);
-  // Not kept on the screen: a dialog larger than its parent begins left of it or above it.
+  // A dialog larger than its parent may lie partly off the screen.
   const Bounds own = platform::ScreenBounds(window);
   const Bounds parent = platform::ScreenBounds(platform::ParentOf(window));
   platform::MoveWindow(window, parent.Width() / 2 - own.Width() / 2 + parent.left,
@@ -47,7 +47,7 @@ bool Dialog::Run(platform::WindowHandle owner) {
   return platform::RunDialog(templateId, owner, DialogProc, this) != 0;
 }
 
-// Edits, list boxes and buttons each tell of the focus by numbers of their own, which don't overlap.
+// Edits, list boxes and buttons have different notifications for the focus, whose numbers don't overlap.
 intptr_t Dialog::OnControl(platform::WindowHandle, int32_t code, int32_t id, platform::WindowHandle) {
   switch (code) {
     case platform::kEditSetFocus:

@@ -7,21 +7,21 @@
 
 namespace sorvel {
 
-// The base of all dialogs. A dialog holds the values that it shows: the caller fills them in, runs it, and reads them
-// when it was ended with OK. While a control has the focus, the status bar shows its help.
+// The base of all dialogs. A dialog object holds the values that the dialog shows. The caller sets them, calls Run()
+// and reads them after OK. While a control has the focus, the status bar shows its help.
 class Dialog {
  public:
-  // From the controls to the fields, on OK. It can't refuse: values are made acceptable.
+  // Copies the controls to the fields, on OK. Values out of range are corrected, not refused.
   virtual void ReadValues(platform::WindowHandle dialog) = 0;
-  // From the fields to the controls.
+  // Copies the fields to the controls.
   virtual void WriteValues(platform::WindowHandle dialog) = 0;
-  // Commands of controls; what it gives is the answer to the message.
+  // Handles a notification of a control and returns the answer to the message.
   virtual intptr_t OnControl(platform::WindowHandle dialog, int32_t code, int32_t id, platform::WindowHandle control);
 
-  // Shows the dialog over its owner until it is ended. True for OK.
+  // Shows the dialog, centred over its owner, until the user ends it. True for OK.
   bool Run(platform::WindowHandle owner);
 
-  platform::WindowHandle statusBar;  // where the help goes
+  platform::WindowHandle statusBar;  // shows the help
   int32_t templateId;
 
  protected:
@@ -29,7 +29,7 @@ class Dialog {
   ~Dialog() = default;
 };
 
-// The dialog that is shown; null between dialogs. A dialog can't open another one.
+// The dialog that is shown; null if there is none. A dialog can't open another one.
 extern Dialog* gCurrentDialog;
 
 }  // namespace sorvel

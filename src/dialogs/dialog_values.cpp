@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <vector>
 
 #include "foundation/shared_string.h"
 #include "platform/controls.h"
@@ -23,11 +24,9 @@ void TakeText(platform::WindowHandle dialog, int32_t id, DialogText& text) {
 
 void TakeWholeText(platform::WindowHandle dialog, int32_t id, char** field) {
   const platform::WindowHandle edit = platform::DialogControl(dialog, id);
-  const size_t size = platform::TextLength(edit) + 1;
-  char* typed = new char[size];
-  platform::ReadText(edit, typed, size);
-  AssignString(field, typed);
-  delete[] typed;
+  std::vector<char> typed(platform::TextLength(edit) + 1);
+  platform::ReadText(edit, typed.data(), typed.size());
+  AssignString(field, typed.data());
 }
 
 void ShowNumber(platform::WindowHandle dialog, int32_t upDown, int32_t low, int32_t high, int32_t value) {

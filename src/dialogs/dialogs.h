@@ -6,9 +6,10 @@
 #include "dialogs/dialog.h"
 #include "foundation/shared_string.h"
 
-// The dialogs of the program. Each takes the values that it shows first; sizes are in pixels.
+// The dialogs of the program. The constructors take the initial values. Sizes are in pixels.
 namespace sorvel {
 
+// Room for a text of a dialog, in bytes with the terminator. Longer texts are cut.
 constexpr size_t kDialogTextSize = 256;
 
 class LayerDialog final : public Dialog {
@@ -24,7 +25,7 @@ class LayerDialog final : public Dialog {
   uint32_t followFrame;
 };
 
-// What the dialog of a cut held when it was last ended with OK, from whichever command.
+// The values of the last CutDialog, of any command, that was ended with OK.
 struct CutDialogValues {
   int32_t width = 960;
   int32_t height = 720;
@@ -38,7 +39,7 @@ class CutDialog final : public Dialog {
  public:
   CutDialog(platform::WindowHandle helpBar, int32_t cutWidth, int32_t cutHeight, int32_t framesPerSecond,
             const char* creditText, int32_t outputSize);
-  explicit CutDialog(platform::WindowHandle helpBar);  // takes the values of CutDialogDefaults
+  explicit CutDialog(platform::WindowHandle helpBar);  // starts with CutDialogDefaults
   void ReadValues(platform::WindowHandle dialog) override;
   void WriteValues(platform::WindowHandle dialog) override;
 
@@ -49,7 +50,7 @@ class CutDialog final : public Dialog {
   char credit[kDialogTextSize];
 };
 
-// The steps of a grid.
+// The grid that points snap to, or that is drawn.
 class GridDialog final : public Dialog {
  public:
   GridDialog(platform::WindowHandle helpBar, int32_t stepX, int32_t stepY);
@@ -83,8 +84,8 @@ class FilmDialog final : public Dialog {
   char author[kDialogTextSize];
 };
 
-// The three dialogs that ask for an end frame share one form; the template tells which it is. `frame` is the number of
-// frames at first and the chosen frame, from 1, afterwards.
+// The base of the three dialogs that ask for the last frame of a range; they differ in their template only. `frame` is
+// the number of frames before Run(), and the chosen frame, counted from 1, afterwards.
 class FrameRangeDialog : public Dialog {
  public:
   void ReadValues(platform::WindowHandle dialog) override;
@@ -128,7 +129,7 @@ class FontDialog final : public Dialog {
   int32_t weight;
 };
 
-// A text of any length; one object serves the whole run, so that the text stays for the next use.
+// A text of any length.
 class TextDialog final : public Dialog {
  public:
   explicit TextDialog(platform::WindowHandle helpBar);

@@ -22,7 +22,7 @@ constexpr MaskBox kBoxes[] = {
 
 MaskDialog::MaskDialog(platform::WindowHandle helpBar, uint32_t flags) : Dialog(helpBar, kMaskDialog), mask(flags) {}
 
-// Bits without a box fall away.
+// Bits that no check box stands for are cleared.
 void MaskDialog::ReadValues(platform::WindowHandle dialog) {
   mask = 0;
   for (const MaskBox& box : kBoxes) {
@@ -34,7 +34,7 @@ void MaskDialog::WriteValues(platform::WindowHandle dialog) {
   for (const MaskBox& box : kBoxes) ShowCheck(dialog, box.control, (mask >> box.bit & 1) != 0);
 }
 
-// Both buttons start from what the field holds, not from boxes that were clicked since.
+// Both buttons start from the field, not from boxes that were clicked since.
 intptr_t MaskDialog::OnControl(platform::WindowHandle dialog, int32_t code, int32_t id,
                                platform::WindowHandle control) {
   if (code != platform::kButtonClicked || (id != kMaskClearButton && id != kMaskInvertButton)) {

@@ -1,4 +1,4 @@
-// The dialogs that ask for a number or two: grid, end frame, count of frames, distance of dots.
+// The dialogs that ask for one or two numbers: grid, end frame, count of frames, distance of dots.
 
 #include "dialogs/dialog_values.h"
 #include "dialogs/dialogs.h"
@@ -8,7 +8,7 @@ namespace sorvel {
 
 namespace {
 
-// Quirk 13. Unlike sizes, steps of a grid are put right only if they are negative: 0 stays.
+// Quirk 13. Unlike sizes, steps of a grid are corrected only if they are negative: 0 stays.
 int32_t TakeStep(platform::WindowHandle dialog, int32_t upDown) {
   const int32_t step = TakeNumber(dialog, upDown);
   return step < 0 ? 1 : step;

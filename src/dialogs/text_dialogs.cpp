@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <vector>
 
 #include "dialogs/dialog_values.h"
 #include "dialogs/dialogs.h"
@@ -15,7 +16,7 @@ namespace {
 
 constexpr int32_t kHeaviest = 1000;
 
-// A font may be told once for each script that it holds; the sorted list shows it once.
+// ListFonts() may give a name several times; the sorted list shows it once.
 void AddFontName(const char* name, void* user) {
   platform::WindowHandle list = static_cast<platform::WindowHandle>(user);
   const int32_t line = platform::AddListLine(list, name);
@@ -43,13 +44,11 @@ FontDialog::~FontDialog() {
 void FontDialog::ReadValues(platform::WindowHandle dialog) {
   const platform::WindowHandle list = platform::DialogControl(dialog, kFontNameList);
   const int32_t line = platform::SelectedListLine(list);
-  // Without any font there is no line.
+  // There is no line without any font.
   if (line >= 0) {
-    const size_t capacity = platform::ListLineLength(list, line) + 1;
-    char* text = new char[capacity];
-    platform::ReadListLine(list, line, text, capacity);
-    AssignString(&faceName, text);
-    delete[] text;
+    std::vector<char> name(platform::ListLineLength(list, line) + 1);
+    platform::ReadListLine(list, line, name.data(), name.size());
+    AssignString(&faceName, name.data());
   }
   size = TakeNumber(dialog, kFontSizeUpDown);
   if (size < 0) size = 1;
@@ -60,7 +59,7 @@ void FontDialog::ReadValues(platform::WindowHandle dialog) {
 void FontDialog::WriteValues(platform::WindowHandle dialog) {
   platform::WindowHandle list = platform::DialogControl(dialog, kFontNameList);
   platform::ListFonts(AddFontName, list);
-  // The search begins behind line 0, so of several names that begin alike line 0 is taken last.
+  // The search starts after line 0, so that line 0 is the last choice of several names that begin alike.
   const int32_t line = platform::FindListLine(list, 0, faceName);
   platform::SelectListLine(list, std::max(line, 0));
   ShowSize(dialog, kFontSizeUpDown, size);

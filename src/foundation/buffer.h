@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <limits>
 #include <type_traits>
+#include <utility>
 
 namespace sorvel {
 
@@ -21,6 +22,14 @@ class Buffer {
   Buffer() = default;
   Buffer(const Buffer&) = delete;
   Buffer& operator=(const Buffer&) = delete;
+  // A moved buffer hands its memory over and is empty.
+  Buffer(Buffer&& other) noexcept : items(std::exchange(other.items, nullptr)), count(std::exchange(other.count, 0)) {}
+  Buffer& operator=(Buffer&& other) noexcept {
+    std::swap(items, other.items);
+    std::swap(count, other.count);
+    other.Free();
+    return *this;
+  }
   ~Buffer() { std::free(items); }
 
   // Both free first what the buffer held. The items of Allocate() have no defined value.
@@ -36,14 +45,6 @@ class Buffer {
     if (Fits(newCount)) items = static_cast<Item*>(std::calloc(Bytes(newCount), 1));
     if (items != nullptr) count = static_cast<size_t>(newCount);
     return items != nullptr;
-  }
-
-  // Gives up the memory, which the caller frees with std::free().
-  [[nodiscard]] Item* Release() {
-    Item* released = items;
-    items = nullptr;
-    count = 0;
-    return released;
   }
 
   bool IsAllocated() const { return items != nullptr; }

@@ -9,17 +9,19 @@
 // The system's clipboard.
 namespace sorvel::platform {
 
+// Opens the clipboard for `owner`; every successful open needs a close. False if another program has it open.
 bool OpenClipboard(WindowHandle owner);
 void CloseClipboard();
 
-// Empties the clipboard and puts a device-independent bitmap of `size` bytes on it: header, colours, rows. The data is
-// copied. False if there is no memory; the clipboard is as it was then. Between Open and Close only.
+// Replaces the contents of the open clipboard with a device-independent bitmap of `size` bytes: header, colours, rows.
+// Copies the data. False if there is no memory; the clipboard then keeps its contents.
 bool PutClipboardDib(const uint8_t* data, size_t size);
 
-// Whether there is a picture that can be taken. It needs no opening.
+// Whether the clipboard holds a picture. It need not be open.
 bool HasClipboardPicture();
 
-// A picture of the clipboard, read in pieces. Null if there is none. Between Open and Close only.
+// The picture on the open clipboard, which is read in pieces. Null if there is none. The caller releases it before the
+// clipboard is closed.
 struct ClipboardPicture;
 ClipboardPicture* TakeClipboardPicture(int32_t* width, int32_t* height);
 // Reads a rectangle of the picture, rows from top to bottom without gaps, 3 bytes a pixel: blue, green, red. `pixels`

@@ -5,25 +5,26 @@
 
 #include "platform/window.h"
 
-// Controls: children of the main window or of a dialog that send their notifications as commands to it.
+// Controls: child windows of the main window or of a dialog. They report events to it as kMessageCommand.
 namespace sorvel::platform {
 
-// All visible, with the window system's default place until they are moved.
+// Each makes a visible control, or gives null; MoveWindow() places it. `id` is its number in commands.
 WindowHandle MakeEdit(WindowHandle parent, int32_t id, bool scrolls);
 WindowHandle MakeListBox(WindowHandle parent, int32_t id, bool extendedSelection);
-WindowHandle MakeCheckBox(WindowHandle parent, int32_t id);  // switches itself, and tells of the focus
+WindowHandle MakeCheckBox(WindowHandle parent, int32_t id);  // toggles itself on a click
 WindowHandle MakeStatusBar(WindowHandle parent, int32_t id);
 
-// A button of a tool bar; command 0 is a separator. Image is the number of a picture of 16 by 16.
+// A button of a tool bar; one with command 0 is a separator. `image` is the index of its 16x16 picture in the bitmap.
 struct ToolButton {
   int32_t image;
   int32_t command;
-  bool check;  // stays down
+  bool check;  // a toggle: it stays down while it is checked
 };
-// A tool bar with tool tips: kMessageToolTip comes to the parent. `bitmap` is the resource of its pictures.
+// A tool bar with tool tips, for which it sends kMessageToolTip to its parent. `bitmap` is the resource number of its
+// pictures.
 WindowHandle MakeToolBar(WindowHandle parent, int32_t id, int32_t bitmap, int32_t imageCount, const ToolButton* buttons,
                          int32_t buttonCount);
-// No effect if there is no such button.
+// Has no effect if the tool bar has no such button.
 void CheckToolButton(WindowHandle toolBar, int32_t command, bool checked);
 
 void SetEditReadOnly(WindowHandle edit, bool readOnly);
@@ -32,28 +33,29 @@ void SelectAllText(WindowHandle edit);
 bool IsChecked(WindowHandle button);
 void SetChecked(WindowHandle button, bool checked);
 
-// List boxes. Lines count from 0.
+// List boxes. Lines are numbered from 0; an operation on a line that doesn't exist has no effect.
 void SetListRedraw(WindowHandle list, bool redraw);
 int32_t ListCount(WindowHandle list);
 void ClearList(WindowHandle list);
-int32_t AddListLine(WindowHandle list, const char* text);  // gives its index; a sorted list finds the place
-void InsertListLine(WindowHandle list, int32_t index, const char* text);  // -1: behind the last
+int32_t AddListLine(WindowHandle list, const char* text);  // returns its index; a sorted list chooses the place
+void InsertListLine(WindowHandle list, int32_t index, const char* text);  // -1 appends it
 void DeleteListLine(WindowHandle list, int32_t index);
 size_t ReadListLine(WindowHandle list, int32_t index, char* text, size_t capacity);
 size_t ListLineLength(WindowHandle list, int32_t index);
-// The first line behind `after` that begins with the text, without regard to case, going round; -1 if there is none.
+// The first line that begins with the text, ignoring case. The search starts after line `after` and wraps round to it.
+// -1 if there is none.
 int32_t FindListLine(WindowHandle list, int32_t after, const char* text);
-// Of lists with one selected line; -1 for none.
+// For lists with single selection; -1 for no line.
 int32_t SelectedListLine(WindowHandle list);
 void SelectListLine(WindowHandle list, int32_t index);
-// Of lists with an extended selection; index -1 means all lines.
+// For lists with extended selection; index -1 stands for all lines.
 bool IsListLineSelected(WindowHandle list, int32_t index);
 void SetListLineSelected(WindowHandle list, int32_t index, bool selected);
 int32_t ListCaret(WindowHandle list);
 void SetListCaret(WindowHandle list, int32_t index);
 
-// Up-down controls. The range holds 16 bits each. The position is what the control reports: its high half isn't 0 when
-// the edit beside it holds something else than a number of the range.
+// Up-down controls. Both limits are 16-bit numbers. The low 16 bits of the position are the number; the high 16 bits
+// aren't 0 when the edit next to the control doesn't hold a number within the range.
 void SetUpDownRange(WindowHandle upDown, int32_t low, int32_t high);
 void SetUpDownPosition(WindowHandle upDown, int32_t position);
 int32_t UpDownPosition(WindowHandle upDown);

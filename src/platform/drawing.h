@@ -5,42 +5,43 @@
 #include "platform/bitmaps.h"
 #include "platform/window.h"
 
-// Drawing on a window's client area. What lies outside it is left out.
+// Drawing in a window's client area, in client coordinates. Drawing outside it is clipped.
 namespace sorvel::platform {
 
 struct DeviceContext;
 
+// Every context that was begun must be ended with the matching function.
 DeviceContext* BeginDrawing(WindowHandle window);
 void EndDrawing(WindowHandle window, DeviceContext* context);
 
-// The same in answer to kMessagePaint: what was invalid, given in `update`, is erased and valid afterwards. One at a
-// time. `update` may be null.
+// The same, to answer kMessagePaint: drawing is clipped to the invalid area, which is erased and becomes valid.
+// `update`, which may be null, receives its bounds. Only one painting at a time.
 DeviceContext* BeginPainting(WindowHandle window, Bounds* update);
 void EndPainting(WindowHandle window, DeviceContext* context);
 
 // The device context of a kMessagePrintClient.
 DeviceContext* ContextOf(uintptr_t first);
 
-// Displays of 256 colours: whether this is one, and its palette. `foreground` asks for the palette's own colours.
+// Palettes of displays with 256 colours. `foreground` asks for the exact colours of the palette.
 bool HasPalette(DeviceContext* context);
 void SelectDrawingPalette(DeviceContext* context, PaletteHandle palette, bool foreground);
 void RealizeDrawingPalette(DeviceContext* context);
 
-// Fills with black from (left, top) up to, and without, (right, bottom). Nothing if that is empty.
+// Right and bottom edge don't belong to the area. An empty area draws nothing.
 void FillBlack(DeviceContext* context, int32_t left, int32_t top, int32_t right, int32_t bottom);
 void FillArea(DeviceContext* context, const Bounds& area, BrushHandle brush);
-// With the colour of buttons.
+// Fills with the colour of button faces.
 void FillFace(DeviceContext* context, const Bounds& area);
 
-// Copies a rectangle of the bitmap, through these 256 colours, pixel for pixel to (x, y). What lies outside the bitmap
-// or the client area leaves the client area as it is.
+// Copies the rectangle at (sourceX, sourceY) of the bitmap to (x, y) at its own size, with `colors` in place of the
+// bitmap's colour table. The parts outside the bitmap draw nothing.
 void DrawBitmap(DeviceContext* context, int32_t x, int32_t y, int32_t width, int32_t height, BitmapHandle bitmap,
                 int32_t sourceX, int32_t sourceY, const ColorEntry (&colors)[256]);
-// Copies the rectangle `source` of the bitmap, through its own colours, to `target`, at another size if they differ.
-// Where several pixels fall on one, their colours are joined by a logical AND, so that dark lines stay.
+// Copies the rectangle `source` of the bitmap to `target` and scales it if the sizes differ. Pixels that fall on one
+// are combined with AND, so that thin dark lines stay visible.
 void StretchBitmap(DeviceContext* context, const Bounds& target, BitmapHandle bitmap, const Bounds& source);
 
-// Overlays by inversion: drawing one again takes it away. A line leaves out its last point; a frame is dotted.
+// Drawn by inverting pixels: drawing the same again removes it. A line doesn't include `to`; a frame is dotted.
 void InvertLine(DeviceContext* context, Point from, Point to);
 void InvertFrame(DeviceContext* context, const Bounds& frame);
 

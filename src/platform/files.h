@@ -3,17 +3,17 @@
 #include <cstddef>
 #include <cstdio>
 
-// Files and the program's own path. Every path here is text in the program's code page, Shift JIS.
+// Files and the program's own path. Paths are Shift JIS, the program's code page.
 namespace sorvel::platform {
 
-// What separates directories in a full path of this platform.
+// Separates directories in full paths of this platform.
 extern const char kPathSeparator;
 
-// Opens a file with a mode of fopen; the caller closes it. Null when it can't be opened, or when this platform can't
-// express the name.
+// Opens a file with a mode of fopen(); the caller closes it. Null if it can't be opened, or if its name can't be
+// converted to this platform's encoding.
 FILE* OpenStdioFile(const char* path, const char* mode);
 
-// A file without a name for reading and writing, gone when it is closed. Null when there is none to be had.
+// Opens an unnamed file for reading and writing that is deleted when it is closed. Null if there can't be one.
 FILE* OpenTemporaryFile();
 
 // True if a file or folder of this path exists.
@@ -22,7 +22,7 @@ bool PathExists(const char* path);
 // Deletes a file; false if that fails.
 bool DeletePath(const char* path);
 
-// Gives a file another path; false if that fails.
+// Renames or moves a file. False if that fails, or if there is a file of the new path.
 bool RenamePath(const char* path, const char* newPath);
 
 // The full path of the running program. False, and an empty text, if it doesn't fit.

@@ -11,7 +11,7 @@ struct Point {
   bool operator==(const Point&) const = default;
 };
 
-// A rectangle of a window's client area or of the screen; right and bottom edge don't belong to it.
+// A rectangle by its edges; the right and bottom edge don't belong to it.
 struct Bounds {
   int32_t left = 0;
   int32_t top = 0;

@@ -16,14 +16,15 @@ void DeleteMenu(MenuHandle menu);
 // The menu bar of the main window.
 MenuHandle FrameMenu(WindowHandle frame);
 MenuHandle Submenu(MenuHandle menu, int32_t index);
-// Sets or takes the check mark of the item with this number; no effect if there is none.
+// Sets or clears the check mark of an item, in submenus too. Has no effect if there is no item of this number.
 void CheckMenuEntry(MenuHandle menu, int32_t id, bool checked);
-// The menu of a message: kMessageInitMenu, kMessageInitMenuPopup.
+// The menu in the first parameter of kMessageInitMenu or kMessageInitMenuPopup.
 MenuHandle MenuOf(uintptr_t first);
-// Opens a popup with its right top corner at a place of the screen; its commands come to the owner.
+// Opens a popup menu with its top right corner at `place`, in screen coordinates. It sends its commands to the owner.
 void OpenPopupMenu(MenuHandle popup, Point place, WindowHandle owner);
 
-// Text of the string table, cut to capacity - 1 bytes. Gives the length; 0, and an empty text, if there is none.
+// Reads a text of the string table, cut to capacity - 1 bytes, and returns its length. Without such a text: 0, and an
+// empty text.
 size_t ReadResourceText(int32_t id, char* text, size_t capacity);
 
 }  // namespace sorvel::platform

@@ -4,7 +4,8 @@
 
 #include "platform/geometry.h"
 
-// Numbers of the messages that windows answer, of the notifications that controls send, and the loop that brings them.
+// The messages that windows handle, with the window system's numbers, and the message loop. `first` and `second` are
+// the two parameters of a message.
 namespace sorvel::platform {
 
 struct Window;
@@ -14,13 +15,13 @@ enum WindowMessage : uint32_t {
   kMessageCreate = 0x0001,
   kMessageDestroy = 0x0002,
   kMessageSize = 0x0005,      // second: client width and height, 16 bits each
-  kMessageActivate = 0x0006,  // first: low half 0 for loss, high half not 0 for a minimised window
+  kMessageActivate = 0x0006,  // first: low half 0 if the window is deactivated, high half not 0 if it is minimised
   kMessageSetFocus = 0x0007,
   kMessageKillFocus = 0x0008,
   kMessagePaint = 0x000F,
   kMessageClose = 0x0010,
   kMessageSetCursor = 0x0020,      // second: low half the hit-test code
-  kMessageMouseActivate = 0x0021,  // the answer 3 leaves the window inactive
+  kMessageMouseActivate = 0x0021,  // the answer kNoActivate leaves the window inactive
   kMessageChar = 0x0102,           // first: the character
   kMessageInitDialog = 0x0110,     // second: the parameter of RunDialog
   kMessageCommand = 0x0111,        // first: number in the low half, notification in the high; second: the control
@@ -37,11 +38,11 @@ enum WindowMessage : uint32_t {
   kMessageRightDown = 0x0204,
   kMessageRightUp = 0x0205,
   kMessageRightDouble = 0x0206,
-  kMessageMdiActivate = 0x0222,  // first: the window that loses, second: the one that gains
+  kMessageMdiActivate = 0x0222,  // first: the window that becomes inactive, second: the one that becomes active
   kMessageDropFiles = 0x0233,    // first: the drop, for TakeDroppedFile
   kMessagePrintClient = 0x0318,  // first: a device context to draw the whole client area into
   kMessageUser = 0x0400,
-  // What a tool bar asks of the frame, made from its notifications. first: ToolTipMoment; second: a ToolTip.
+  // Sent by a tool bar to its parent. first: ToolTipMoment; second: a ToolTip.
   kMessageToolTip = 0x0401,
 };
 
@@ -74,6 +75,7 @@ enum Notification : int32_t {
   kEditKillFocus = 0x200,
 };
 
+// kNeedText asks for the text; the other two tell that the tip appears and disappears.
 enum class ToolTipMoment : uintptr_t { kNeedText, kShow, kPop };
 
 struct ToolTip {
@@ -107,16 +109,15 @@ T* PointerIn(intptr_t parameter) {
   return reinterpret_cast<T*>(parameter);  // NOLINT(performance-no-int-to-ptr)
 }
 
-// Hands out messages until QuitLoop was called. The MDI client's own keys come first, then the accelerators of table
-// `accelerators`, which become commands to the frame, then everything else. Gives the code that was given to QuitLoop.
+// Dispatches messages until QuitLoop() is called, and returns its code. Keys go to the MDI client's own shortcuts
+// first, then to the accelerator table with the resource number `accelerators`, which sends commands to the frame.
 int RunLoop(WindowHandle frame, WindowHandle mdiClient, int32_t accelerators);
 void QuitLoop(int code);
 
-// Sends the message and gives the answer of the window's object.
+// Sends the message at once and returns the answer.
 intptr_t Send(WindowHandle window, uint32_t message, uintptr_t first, intptr_t second);
 
-// Takes all waiting mouse moves of this window out of the queue. True, with the place of the last one, if there were
-// any.
+// Removes all mouse moves of this window from the queue. True if there were any; `place` is then that of the last one.
 bool TakeMouseMoves(WindowHandle window, Point* place);
 
 }  // namespace sorvel::platform

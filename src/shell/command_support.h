@@ -10,29 +10,29 @@
 #include "platform/files.h"
 #include "platform/window.h"
 
-// What the commands share.
+// Helpers of the commands.
 namespace sorvel {
 
-// Room of a path in a file dialog, with its terminator.
+// Room for a path from a file dialog, with its terminator.
 constexpr size_t kDialogPathSize = 261;
 
-// Room of a text of the settings that a dialog starts from.
+// Room for a text from the settings that a dialog starts with.
 constexpr size_t kSettingTextSize = 80;
 
 // The rate of a cut whose size and rate are still to be read from a file.
 constexpr int32_t kUnreadFps = 20;
 
-// What the file dialogs of each kind of document offer.
+// The file types of the file dialogs.
 constexpr platform::FileForm kCutFiles = {"Cut Files (*.cut)\0*.cut\0All Files (*.*)\0*.*\0", "cut"};
 constexpr platform::FileForm kLayerFiles = {"Layer Files (*.lyr)\0*.lyr\0All Files (*.*)\0*.*\0", "lyr"};
 constexpr platform::FileForm kFilmFiles = {"Film Files (*.flm)\0*.flm\0All Files (*.*)\0*.*\0", "flm"};
 constexpr platform::FileForm kContainerFiles = {"Sorvel Files (*.sv)\0*.sv\0All Files (*.*)\0*.*\0", "sv"};
 constexpr platform::FileForm kBitmapFiles = {"Bitmap Files (*.bmp)\0*.bmp\0All Files (*.*)\0*.*\0", "bmp"};
 
-// The path that the user chooses in a file dialog, which begins empty.
+// The path that the user chooses in a file dialog. The dialog starts with it; it is empty at first.
 class ChosenPath {
  public:
-  // Each gives false for a cancel.
+  // False if the user cancels.
   bool AskToOpen(platform::WindowHandle owner, const platform::FileForm& form) {
     return platform::AskFileToOpen(owner, form, path, sizeof(path));
   }
@@ -43,7 +43,7 @@ class ChosenPath {
   char path[kDialogPathSize] = "";
 };
 
-// A file for the length of a command.
+// A file that is closed at the end of the scope.
 class CommandFile {
  public:
   CommandFile(const char* path, const char* mode) : stream(platform::OpenStdioFile(path, mode)) {}
@@ -57,13 +57,13 @@ class CommandFile {
   FileStream stream;
 };
 
-// Takes a line out of a list and puts a text in at `target`; it comes out unselected.
+// Deletes a line of a list and inserts a text at `target`. The new line isn't selected.
 inline void ReplaceListLine(platform::WindowHandle list, int32_t line, int32_t target, const char* text) {
   platform::DeleteListLine(list, line);
   platform::InsertListLine(list, target, text);
 }
 
-// A list doesn't redraw for the length of a scope.
+// Suspends redrawing of a list until the end of the scope.
 class QuietList {
  public:
   explicit QuietList(platform::WindowHandle quietList) : list(quietList) { platform::SetListRedraw(list, false); }

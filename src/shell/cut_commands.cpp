@@ -96,7 +96,7 @@ SaveResult MainFrame::SaveCutAs(CutWindow* cut) {
   return SaveResult::kSaved;
 }
 
-// What is still being typed into a panel isn't stored.
+// Doesn't commit the panels.
 SaveResult MainFrame::OverwriteCut(CutWindow* cut) {
   if (cut->path[0] == '\0') {
     cut->PurgeUnusedLayers();

@@ -12,7 +12,8 @@ namespace {
 
 constexpr int32_t kFirstDotGap = 100;
 
-// Draws on the current cell within an area that undo can take back, and shows it. `draw` gives false for nothing.
+// Calls draw(cell) to draw within an area of the current cell, with undo, and shows the area. `draw` returns false if
+// it drew nothing.
 template <typename Draw>
 void DrawOnCell(CutWindow* cut, const Rect& area, const Draw& draw) {
   CellImage* cell = cut->CurrentCell();
@@ -23,7 +24,8 @@ void DrawOnCell(CutWindow* cut, const Rect& area, const Draw& draw) {
 
 }  // namespace
 
-// One level: a second undo does the change again. It works on the cell that was changed, not on the current one.
+// There is one level: a second undo repeats the change. It changes the cell that was drawn on, which may not be
+// current.
 void UndoChange(CutWindow* cut) {
   if (!cut->Undo()) return;
   const Rect& area = cut->undoRect;
@@ -53,15 +55,15 @@ void CutSelection(CutWindow* cut) {
       !cut->StoreBlock(area.x, area.y, area.width, area.height, maskFlags) || !cut->SaveUndo()) {
     return;
   }
-  // Plain ink of colour 0, so that the mask keeps what it protects.
+  // A box of colour 0, because FillBox() obeys the mask.
   constexpr PenSpec transparentPen = {0, 0, kTransparent, kTransparent};
   cell->FillBox(area.x, area.y, area.width, area.height, transparentPen, maskFlags, nullptr);
   cut->ShowChange(area);
   cut->MarkImages();
 }
 
-// In the selection or all over. Of the first three a selection counts only while the tool that makes it is the current
-// one.
+// Changes of the selection, or of the whole cell without one. The first three use a selection only while the tool that
+// makes it is the current one.
 
 namespace {
 
@@ -132,7 +134,7 @@ void MainFrame::DrawRandomDots(CutWindow* cut) {
   });
 }
 
-// The grid that points snap to stays as it is.
+// The dialog doesn't change the grid that points snap to.
 void MainFrame::DrawGridLines(CutWindow* cut) {
   Rect area;
   if (!cut->ToolArea(&area)) return;
@@ -150,7 +152,7 @@ void SwitchView(CutWindow* cut, uint32_t flag) {
   cut->RepaintAll();
 }
 
-// The compiled stream shows the same cells as the view.
+// The compiled stream has the same cells as the view, so it is out of date.
 void SwitchCurrentCellOnly(CutWindow* cut) {
   cut->stateFlags |= kImagesStale;
   SwitchView(cut, kCurrentCellOnly);

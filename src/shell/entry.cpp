@@ -79,7 +79,7 @@ void ResetProgram() {
 }
 
 bool StartProgram(MainFrame* frame, const char* commandLine, int32_t showCommand) {
-  // The order counts: later steps read what earlier ones left.
+  // The order matters: later steps use the results of earlier ones.
   ResetProgram();
   LoadColors(nullptr);
   MakePalette();
@@ -95,7 +95,7 @@ bool StartProgram(MainFrame* frame, const char* commandLine, int32_t showCommand
   frame->animationWindow.palette = gPalette;
   if (platform::MakeFrameWindow(kFrameClass, kFrameTitle, kFrameMenu, frame) == nullptr) return false;
   gMainFrame = frame;
-  // The document comes before the window is shown. One that can't be opened leaves an empty program.
+  // The window is shown with its document. Without one that can be opened it is empty.
   char path[kFilmPathSize];
   ReadSettingText(settings::kFilm, path, sizeof(path));
   const char* document = commandLine[0] != '\0' ? commandLine : path;

@@ -1,6 +1,7 @@
 #include <cstdio>
 #include <cstring>
 #include <numeric>
+#include <utility>
 #include <vector>
 
 #include "animation/film_container.h"
@@ -15,7 +16,7 @@ namespace sorvel {
 
 namespace {
 
-// The file's name without directory and extension; empty if it is too long for a list or a title.
+// The name of a file without directory and extension; empty if it is too long for a list or a title.
 struct BareName {
   explicit BareName(const char* path) {
     if (!FileNameOf(text, sizeof(text), path, false)) text[0] = '\0';
@@ -67,7 +68,7 @@ void MainFrame::NewFilm() {
   FilmDialog dialog(statusBar, ReadSettingNumber(settings::kNewFilmWidth), ReadSettingNumber(settings::kNewFilmHeight),
                     title, author);
   if (!dialog.Run(frameWindow)) return;
-  // Cut windows stay open, in no film any more.
+  // The cut windows stay open but belong to no film.
   film->Reset();
   film->width = dialog.width;
   film->height = dialog.height;
@@ -251,8 +252,8 @@ void MainFrame::RenameCutLines(const char* path, const char* name) {
   }
 }
 
-// A line holds the bare name, whatever the file was called: the new film has its cuts beside itself. A target that is
-// its own source stays as it is.
+// The new film has its cuts in its own folder, so its lines are bare names with the extension cut. A cut that is copied
+// onto itself stays as it is.
 void MainFrame::ExtractCuts() {
   ChosenPath chosen;
   if (!chosen.AskToSave(frameWindow, kFilmFiles)) return;
@@ -318,7 +319,7 @@ void MainFrame::PlaySelectedCuts() {
   }
   Buffer<uint8_t> bytes;
   int32_t size = 0;
-  if (ReadWholeStream(file.stream, &bytes, &size)) PlayBuffer(bytes.Release(), size);
+  if (ReadWholeStream(file.stream, &bytes, &size)) PlayBuffer(std::move(bytes), size);
 }
 
 }  // namespace sorvel

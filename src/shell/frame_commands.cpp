@@ -8,8 +8,7 @@
 
 namespace sorvel {
 
-// Steps. The panels and the picture are told in the order that each command has always had: tools and panels that look
-// at each other see the difference.
+// Steps between frames. The commands differ in whether they show the new frame in the panels or in the picture first.
 
 namespace {
 
@@ -32,7 +31,7 @@ void JumpToFrame(CutWindow* cut, bool (Cut::*jump)(), ShowOrder order) {
   if ((cut->*jump)()) ShowFrame(cut, order);
 }
 
-// What is still being typed goes with the frame, so nothing is committed.
+// Commits nothing: what is being typed belongs to the deleted frame.
 void DeleteCurrentFrame(CutWindow* cut) {
   if (cut->DeleteFrame()) ShowFrame(cut, ShowOrder::kPanelsFirst);
 }
@@ -44,7 +43,7 @@ void MainFrame::AddFrameBody(CutWindow* cut) {
   Frame* before = cut->frames.At(cut->currentFrame - 1);
   if (before == nullptr) return;
   added->CopyFrom(before);
-  // The new frame's time comes out of the stretch of the key frame.
+  // The new frame takes its time from that of the key frame.
   if (before->IsKey() && before->time >= 2) added->time = before->time / 2;
 }
 
@@ -71,7 +70,7 @@ void MainFrame::DeleteFrames(CutWindow* cut) {
   CommitPanels(cut);
   FrameCountDialog dialog(statusBar, 1);
   if (!dialog.Run(frameWindow)) return;
-  // The last frame stays, however many were asked for.
+  // The last remaining frame can't be deleted.
   for (int32_t i = 0; i < dialog.count && cut->DeleteFrame(); ++i) {
   }
   RefreshPanels(cut);

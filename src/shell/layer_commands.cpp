@@ -16,12 +16,12 @@ void MainFrame::AddOrInsertLayer(CutWindow* cut, bool insert) {
   if (isSelected) area = cut->SelectionInCut();
   LayerDialog dialog(statusBar, "", area.width, area.height, 0);
   if (!dialog.Run(frameWindow)) return;
-  // A new layer never follows the frame, whatever the dialog says.
+  // The check box of the dialog has no effect: a new layer never follows the frame.
   Layer* layer = cut->AddLayer(dialog.name, dialog.width, dialog.height, &cut->prototype);
   if (layer == nullptr) return;
   cut->layers.SeekFirst();
   const int32_t index = cut->layers.Find(layer);
-  // Over the selection, or in the middle of the canvas.
+  // The layer covers the selection, or lies in the middle of the canvas.
   const int32_t x = isSelected ? area.x : (cut->width - layer->width) / 2;
   const int32_t y = isSelected ? area.y : (cut->height - layer->height) / 2;
   const bool isAttached = insert ? cut->AttachLayerBefore(index, x, y) : cut->AttachLayer(index, x, y);
@@ -63,7 +63,7 @@ void MainFrame::EditLayerProperties() {
   if (dialog.width != layer->width || dialog.height != layer->height) {
     if (!layer->Resize(dialog.width, dialog.height, 0)) return;
     cut->EnsureUndoBuffer(layer);
-    // The undo copy has the former size.
+    // The undo copy has the old size.
     cut->ForgetUndoOf(layer);
   }
   layer->followFrame = dialog.followFrame;
@@ -133,7 +133,7 @@ CutWindow* MainFrame::OpenLayerFile(const char* path) {
   cut->MarkTiming();
   cut->RepaintAll();
   cut = ShowCut(cut);
-  // It counts as saved and compiled: nobody is asked about a layer that was only looked at.
+  // It counts as saved and compiled: closing a layer that was only viewed asks no question.
   if (cut != nullptr) cut->stateFlags &= ~static_cast<uint32_t>(kModified | kImagesStale | kTimingStale);
   return cut;
 }

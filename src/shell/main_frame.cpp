@@ -1,7 +1,8 @@
 #include "shell/main_frame.h"
 
-#include <cstdlib>
+#include <cstdio>
 #include <cstring>
+#include <utility>
 
 #include "dialogs/dialogs.h"
 #include "shell/tool_bar.h"
@@ -24,7 +25,6 @@ MainFrame::MainFrame() : CutWindowHost(AllTools()) {
 
 MainFrame::~MainFrame() {
   animationWindow.StopTimer();
-  std::free(streamBuffer.buffer);
   delete film;
 }
 
@@ -109,8 +109,8 @@ CutWindow* MainFrame::ActiveCut() {
   return child != nullptr ? static_cast<CutWindow*>(platform::ObjectOf(child)) : nullptr;
 }
 
-// On a display of 256 colours the program's palette takes effect when it comes to the front. One pulse is enough: the
-// activation of the cut window sends the other.
+// On a display with 256 colours the palette takes effect when the program comes to the front. One pulse is enough: the
+// activation of the cut window sends the other one.
 void MainFrame::OnActivate(uintptr_t first) {
   platform::DeviceContext* context = platform::BeginDrawing(window);
   const bool isActivated = platform::LowHalf(first) != 0 && platform::HighHalf(first) == 0;
@@ -139,7 +139,6 @@ void MainFrame::ShowHelp(int32_t id) {
   if (platform::ReadResourceText(id, text, sizeof(text)) > 0) SetStatusText(text);
 }
 
-// The help of a command is the second line of its text, or the whole of a text of one line.
 void MainFrame::ShowMenuHelp(int32_t id) {
   char text[kTextBufferSize];
   platform::ReadResourceText(id, text, sizeof(text));
@@ -151,7 +150,7 @@ void MainFrame::ShowMenuHelp(int32_t id) {
   SetStatusText(help);
 }
 
-// Without the status bar the tool bar shows no tips either.
+// While the status bar is hidden, the tool bar shows no tips either.
 void MainFrame::OnToolTip(platform::ToolTipMoment moment, platform::ToolTip* tip) {
   switch (moment) {
     case platform::ToolTipMoment::kNeedText: {
@@ -181,9 +180,9 @@ void MainFrame::CutGone(CutWindow* cut) {
 
 // The player.
 
-int32_t MainFrame::PlayBuffer(uint8_t* buffer, int32_t size) {
-  std::free(streamBuffer.buffer);
-  streamBuffer.buffer = buffer;
+int32_t MainFrame::PlayBuffer(Buffer<uint8_t> buffer, int32_t size) {
+  streamMemory = std::move(buffer);
+  streamBuffer.buffer = streamMemory.Data();
   streamBuffer.position = 0;
   streamBuffer.size = size;
   streamBuffer.capacity = size;

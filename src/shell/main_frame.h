@@ -5,6 +5,7 @@
 
 #include "cutwindow/cut_window.h"
 #include "document/film.h"
+#include "foundation/buffer.h"
 #include "foundation/byte_stream.h"
 #include "platform/controls.h"
 #include "platform/dialogs.h"
@@ -23,7 +24,7 @@ constexpr char kFrameClass[] = "SorvelinFrame";
 constexpr char kHelperClass[] = "SORVELIN";
 constexpr char kAnimationClass[] = "SorvelWnd";
 
-// The title of the frame; the name of the film's file is put behind it.
+// The title of the frame; the name of the film's file follows it.
 constexpr char kFrameTitle[] = "Sorvel Developer";
 // The title of questions.
 constexpr char kBoxTitle[] = "Sorvelin";
@@ -35,12 +36,12 @@ enum ShellFlag : uint32_t {
   kStatusBarVisible = 1u << 0,
   kToolBarVisible = 1u << 1,
   kPanelsWanted = 1u << 2,  // always set
-  kPanelsShown = 1u << 3,   // clear: the cut windows fill the frame
+  kPanelsShown = 1u << 3,   // if clear, the cut windows fill the frame
   kCloseWithoutAsking = 1u << 4,
 };
 
-// The main window: it owns the film, the player, the panels at its left, the bars and the area of the cut windows. The
-// active cut is never stored; it is asked of that area each time.
+// The main window. It owns the film, the player, the panels at its left, the bars and the MDI client with the cut
+// windows. It never stores the active cut but asks the MDI client each time.
 class MainFrame final : public platform::WindowObject, public CutWindowHost {
  public:
   MainFrame();
@@ -50,7 +51,7 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
 
   intptr_t WindowProc(uint32_t message, uintptr_t first, intptr_t second) override;
 
-  // What a cut window asks for.
+  // CutWindowHost.
   CutWindow* ActiveCut() override;
   int32_t OnCommand(int32_t code, int32_t id, platform::WindowHandle control) override;
   void SendCommand(int32_t id) override;
@@ -62,13 +63,14 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   bool AskSaveCut(CutWindow* cut) override;
   void CutGone(CutWindow* cut) override;
   void StopAnimation() override;
-  int32_t PlayBuffer(uint8_t* buffer, int32_t size) override;
+  int32_t PlayBuffer(Buffer<uint8_t> buffer, int32_t size) override;
   bool EditText(char** text) override;
 
   // Runs a command that belongs to the window of a cut: 0, or 1 if it doesn't.
   static int32_t RunWindowCommand(CutWindow* cut, int32_t id);
-  // Makes the selected tool the current one; the pulse goes round the change.
+  // Makes a tool the current one, with a pulse to the active cut before and after.
   void SelectTool(int32_t id);
+  // Shows whether a tool is selected, in the tool bar and the menus.
   void MarkTool(int32_t id, bool on);
   void OnInitMenu();
   void OnInitMenuPopup(platform::MenuHandle popup);
@@ -79,13 +81,14 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   void LayoutPanels(int32_t clientWidth, int32_t clientHeight);
   void Relayout();
   void FillLayerList(CutWindow* cut);
-  // The line of a record in the list of layers.
+  // Writes the text of a record's line in the list of layers.
   void FormatLayerLine(char* text, size_t capacity, Frame* frame, int32_t record);
-  // Clears the bar for null.
+  // Null clears the status bar.
   void SetStatusText(const char* text);
-  // The status bar shows the help of a command or control; it keeps its text if there is none.
+  // Shows the help of a control in the status bar, which keeps its text if there is none.
   void ShowHelp(int32_t id);
-  // The same of a menu item or button, of whose text the second line is the help; the bar is cleared if it has none.
+  // Shows the help of a command, which is the second line of its text, or the whole of a single line. Without a text it
+  // clears the status bar.
   void ShowMenuHelp(int32_t id);
 
   // Closing.
@@ -96,9 +99,9 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   // A box that says which file couldn't be written, and why.
   void ReportNotSaved(const char* path, WriteProblem problem);
 
-  // Opening by the file's extension, cut, layer or film. False if nothing was opened.
+  // Opens a cut, layer or film by the extension of its path. False if nothing was opened.
   bool OpenByExtension(const char* path);
-  // Null if the file isn't a cut. The window owns the cut.
+  // Open a cut or layer file in a new window, which owns the cut. Null if that fails.
   CutWindow* OpenCutFile(const char* path);
   CutWindow* OpenLayerFile(const char* path);
   bool OpenFilmFile(const char* path);
@@ -113,15 +116,17 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   platform::WindowHandle keyFrameCheck = nullptr;
   platform::WindowHandle commentEdit = nullptr;
   platform::WindowHandle toolBar = nullptr;
-  CutWindow* panelsCut = nullptr;  // whose values the panels hold, not owned; null when it is gone
+  CutWindow* panelsCut = nullptr;  // whose values the panels show, not owned; null when it is gone
   Film* film = nullptr;            // owned, never null
-  BufferStream streamBuffer;       // of the player; owns its buffer
+  BufferStream streamBuffer;       // what the player reads, in streamMemory
   int32_t panelWidth = 160;        // pixels
   Point dragLast;                  // of the splitter
   uint32_t shellFlags = 0;
-  bool savedImeOpen = false;  // the input method state that isn't in force, the comment's or the program's
+  bool savedImeOpen = false;  // the state of the input method that isn't in use: the comment's or the program's
 
  private:
+  Buffer<uint8_t> streamMemory;
+
   void OnCreate();
   // Splitter.
   Bounds SplitterStrip();
@@ -147,7 +152,8 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   void MoveFocus(bool forward);
   bool CloseEveryCut();  // false if one stayed open
   void CloseAllWithoutFilm();
-  bool AskToSave(const char* path);  // whether to save the document of this path, or of none
+  // Asks whether to save a document; the path may be empty. True for Yes.
+  bool AskToSave(const char* path);
 
   // Tools and what they draw with.
   void EditGrid();
@@ -171,13 +177,13 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   void DeleteLayer(CutWindow* cut);
   void MoveLayer(CutWindow* cut, bool up);
   void RewriteLayerLines(Frame* frame, const Layer* layer);
-  // Takes a line out of the list of layers and puts that of a record in at `target`; it comes out unselected.
+  // Deletes a line of the list of layers and inserts that of a record at `target`. The new line isn't selected.
   void ReplaceLayerLine(int32_t line, int32_t target, Frame* frame, int32_t record);
   void SpreadLayerPosition(CutWindow* cut);
   void OpenLayer();
   void SaveLayer(CutWindow* cut);
   void OverwriteLayer(CutWindow* cut);
-  // These two find the active cut themselves: the list of layers calls them too.
+  // These two work on the active cut, if any: the list of layers calls them too.
   void EditLayerProperties();
   void SelectLayerLine();
 
@@ -188,22 +194,22 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   // Cuts.
   void NewCut();
   void OpenCut();
-  // Each says in a box why a file couldn't be written; the document then keeps its path, its layers and its mark.
+  // If a file can't be written, each says why in a box; the document then keeps its path, its layers and its mark.
   SaveResult SaveCutAs(CutWindow* cut);
-  // Without a path, or if the file can't be written, as SaveCutAs.
+  // Does the same as SaveCutAs if the cut has no path or its file can't be written.
   SaveResult OverwriteCut(CutWindow* cut);
   bool SaveCutFile(CutWindow* cut, const char* path);
-  // A cut that was just made: one frame, nothing to save, pictures to compile. Its window is open afterwards. Null if
-  // that can't be had.
+  // Makes a cut with one frame and opens its window. It has nothing to save, and its pictures are to be compiled. Null
+  // if the window can't be made.
   CutWindow* MakeNewCut(const CutDialog& values, const char* path);
-  // Opens the window of a cut, which owns the cut from then on. Null, and the cut is gone, if that fails.
+  // Opens the window of a cut, which then owns the cut. Null if that fails; the cut is then deleted.
   CutWindow* ShowCut(CutWindow* cut);
   void EditCutProperties(CutWindow* cut);
 
   // The film.
-  // The title of the frame names the film's file; null for a film without one.
+  // Shows the name of the film's file in the title of the frame; null for a film without a file.
   void SetFrameTitle(const char* filmPath);
-  // A line of the list of cuts, by the path of the cut; index -1 means behind the last.
+  // Inserts a line for the cut of this path into the list of cuts; index -1 appends it.
   void InsertCutLine(int32_t index, const char* path);
   void NewFilm();
   void OpenFilm();
@@ -212,12 +218,12 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   void EditFilmProperties();
   void AddOrInsertActiveCut(bool insert);
   void RemoveActiveCut();
-  // The window of a film entry's cut; null if the cut isn't open.
+  // The window of the cut of a film entry; null if the cut isn't open.
   CutWindow* WindowOfEntry(int32_t index);
   void OpenListedCut();
   void NewNumberedCut(bool insert);
   void DeleteCuts();
-  // The files of an entry go, and its window without being asked.
+  // Deletes the files of an entry and closes its window without a question.
   void DeleteCutFiles(int32_t index);
   void RenameListedCut();
   void RenameCutLines(const char* path, const char* name);
@@ -226,7 +232,7 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   void PlaySelectedCuts();
 };
 
-// The one main frame; null until its window exists, and again at the end. The program itself passes the frame along.
+// The main frame while its window exists, else null. The program itself passes the frame along instead.
 extern MainFrame* gMainFrame;
 
 }  // namespace sorvel

@@ -10,10 +10,10 @@ namespace sorvel {
 namespace {
 
 constexpr int32_t kSplitterWidth = 2;
-// Room in a line of an edit beside its letters.
+// Height of a one-line edit beyond that of its text.
 constexpr int32_t kLineMargin = 4;
 
-// What is read of the edits, with the terminator; an edit shows more than is read.
+// Room for the texts of the edits, with the terminator. Longer texts are cut.
 constexpr size_t kTimeSize = 5;
 constexpr size_t kBrightnessSize = 4;
 constexpr size_t kCommentSize = 256;
@@ -27,7 +27,7 @@ void SetNumber(platform::WindowHandle edit, int32_t value) {
   platform::SetText(edit, text);
 }
 
-// The number that the text begins with; 0 for an empty field or none.
+// The number at the start of the text; 0 if there is none.
 int32_t ReadNumber(platform::WindowHandle edit, size_t size) {
   char text[kTimeSize];
   int32_t value = 0;
@@ -90,7 +90,7 @@ void MainFrame::TogglePanels() {
   Relayout();
 }
 
-// The splitter: a strip of the frame's own client area between the panels and the cut windows.
+// The splitter: a strip of the frame's client area between the panels and the cut windows.
 
 Bounds MainFrame::SplitterStrip() {
   const Bounds client = platform::ClientBounds(window);
@@ -112,7 +112,7 @@ void MainFrame::InvertSplitter() {
   platform::EndDrawing(window, context);
 }
 
-// The column has no limits: it can be dragged to nothing or past the window's edge.
+// The column can have any width: the user can drag it to nothing or past the window's edge.
 void MainFrame::OnSplitter(uint32_t message, intptr_t second) {
   const Point place = platform::PointOf(second);
   if (message == platform::kMessageLeftDown) {
@@ -133,7 +133,7 @@ void MainFrame::OnSplitter(uint32_t message, intptr_t second) {
   dragLast = place;
 }
 
-// The panels as a view of the current frame.
+// The panels show the current frame.
 
 void MainFrame::FormatLayerLine(char* text, size_t capacity, Frame* frame, int32_t record) {
   Layer* layer = nullptr;
@@ -174,7 +174,7 @@ void MainFrame::RefreshPanels(CutWindow* cut) {
   SetNumber(loopEdit, frame->loop);
   SelectIfFocused(loopEdit);
   SetNumber(brightnessEdit, frame->DecodedBrightness());
-  // The loop again, and not the brightness: its text isn't selected by a refresh.
+  // The loop again: a refresh doesn't select the text of the brightness.
   SelectIfFocused(loopEdit);
   int32_t timing = 1;
   for (int32_t i = 0; i < cut->currentFrame; ++i) timing += std::abs(cut->EffectiveTime(i));
@@ -197,11 +197,11 @@ void MainFrame::RefreshLayerLine(CutWindow* cut) {
 
 void MainFrame::CommitPanels(CutWindow* cut) {
   Frame* frame = cut != nullptr ? cut->CurrentFrame() : nullptr;
-  // Between two cut windows a field may lose the focus when the next one is active already, but not shown yet.
+  // When the user changes to another cut, an edit can lose the focus while the other cut is active but not yet shown.
   if (frame == nullptr || cut != panelsCut) return;
   char comment[kCommentSize];
   platform::ReadText(commentEdit, comment, sizeof(comment));
-  // The edit of a key frame shows its effective time, which isn't its own.
+  // For a key frame the edit shows the effective time, which isn't the frame's own.
   const int32_t time = frame->IsKey() ? frame->time : ReadNumber(frameTimeEdit, kTimeSize);
   const int32_t loop = ReadNumber(loopEdit, kTimeSize);
   const bool isKey = platform::IsChecked(keyFrameCheck);
@@ -218,7 +218,6 @@ void MainFrame::SelectCutLine(CutWindow* cut) {
 
 // Notifications of the panels' controls.
 
-// Notifications of the panels. All of them belong to the frame.
 int32_t MainFrame::OnPanelNotification(int32_t code, int32_t id) {
   switch (id) {
     case kFrameTimeEdit:
@@ -273,8 +272,8 @@ void MainFrame::OnEditNotification(int32_t code, int32_t id) {
   SetStatusText(nullptr);
 }
 
-// The comment has an input method state of its own, which is exchanged with the rest of the program's whenever the
-// focus comes or goes.
+// The comment has an input method state of its own. Whenever the comment gets or loses the focus, it is exchanged with
+// that of the rest of the program.
 void MainFrame::SwapInputMethod() {
   const bool isOpen = platform::IsInputMethodOpen(frameWindow);
   platform::OpenInputMethod(frameWindow, savedImeOpen);

@@ -17,7 +17,7 @@ constexpr char kAboutTitle[] = "About Sorvelin";
 
 }  // namespace
 
-// With the panels hidden the bar comes up over the cut windows until the next layout.
+// While the panels are hidden, the bar appears over the cut windows until the next layout.
 void MainFrame::ToggleBar(ShellFlag flag) {
   const platform::WindowHandle bar = flag == kStatusBarVisible ? statusBar : toolBar;
   shellFlags ^= flag;
@@ -25,7 +25,7 @@ void MainFrame::ToggleBar(ShellFlag flag) {
   Relayout();
 }
 
-// The focus ring begins at the cut window, which is left out when there is none.
+// The focus goes round the controls, starting with the window of the active cut, if any.
 void MainFrame::MoveFocus(bool forward) {
   CutWindow* cut = ActiveCut();
   const platform::WindowHandle ring[] = {cut != nullptr ? cut->window : nullptr,
@@ -74,7 +74,7 @@ bool MainFrame::CloseAllCuts() {
   return CloseEveryCut() && AskSaveFilm();
 }
 
-// What isn't saved yet is saved without a question for each.
+// After Yes, cuts that aren't saved are saved without a question for each.
 void MainFrame::CloseAllWithoutFilm() {
   char question[kTextBufferSize];
   platform::ReadResourceText(kTextCloseAllQuestion, question, sizeof(question));

@@ -19,7 +19,7 @@ constexpr char kToolTitle[] = "Sorvelin Tool";
 
 }  // namespace
 
-// Tools. The pulse goes round the change: the old tool takes its overlay off, and the new one begins without any.
+// At the first pulse the old tool removes its overlay; the second one goes to the new tool.
 void MainFrame::SelectTool(int32_t id) {
   if (id == currentTool) {
     // A click on the tool's own button has lifted it.
@@ -66,7 +66,7 @@ void MainFrame::EditFont() {
   if (dialog.Run(frameWindow)) SetTextToolFont(dialog.faceName, dialog.size, dialog.lineSpacing, dialog.weight);
 }
 
-// One command both chooses the colour and, while it is on, switches it off.
+// The same command chooses the colour and, while transparency is on, switches it off.
 void MainFrame::ChooseTransparentColor() {
   if (clipTransparent) {
     clipTransparent = false;

@@ -32,13 +32,19 @@ TEST(Buffer, AFailedAllocationLeavesItEmpty) {
   EXPECT_FALSE(buffer.AllocateZeroed(UINT64_MAX / 4));
 }
 
-TEST(Buffer, ReleasedMemoryIsTheCallers) {
+TEST(Buffer, AMoveHandsTheMemoryOver) {
   Buffer<uint8_t> buffer;
   ASSERT_TRUE(buffer.Allocate(1));
-  uint8_t* memory = buffer.Release();
-  EXPECT_NE(memory, nullptr);
+  const uint8_t* memory = buffer.Data();
+  Buffer<uint8_t> second(std::move(buffer));
   EXPECT_FALSE(buffer.IsAllocated());
-  std::free(memory);
+  EXPECT_EQ(buffer.Count(), 0u);
+  Buffer<uint8_t> third;
+  ASSERT_TRUE(third.Allocate(2));
+  third = std::move(second);
+  EXPECT_FALSE(second.IsAllocated());
+  EXPECT_EQ(third.Data(), memory);
+  EXPECT_EQ(third.Count(), 1u);
 }
 
 }  // namespace

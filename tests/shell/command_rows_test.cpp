@@ -737,9 +737,8 @@ class OrderHost final : public CutWindowHost {
   bool AskSaveCut(CutWindow*) override { return true; }
   void CutGone(CutWindow*) override {}
   void StopAnimation() override { Note("stop"); }
-  int32_t PlayBuffer(uint8_t* buffer, int32_t) override {
+  int32_t PlayBuffer(Buffer<uint8_t>, int32_t) override {
     Note("play");
-    std::free(buffer);
     return 1;
   }
   bool EditText(char**) override { return false; }

@@ -190,9 +190,10 @@ TEST_F(FilmCommands, AnExportUnderThePlayOfADamagedStreamStaysInItsMemory) {
   stream[8] = 0;
   stream[9] = 8;
   stream[10] = 0;
-  uint8_t* buffer = static_cast<uint8_t*>(std::malloc(stream.size()));
-  std::memcpy(buffer, stream.data(), stream.size());
-  frame->PlayBuffer(buffer, static_cast<int32_t>(stream.size()));
+  Buffer<uint8_t> buffer;
+  ASSERT_TRUE(buffer.Allocate(stream.size()));
+  std::memcpy(buffer.Data(), stream.data(), stream.size());
+  frame->PlayBuffer(std::move(buffer), static_cast<int32_t>(stream.size()));
   platform::DeletePath(folder.Path("large.ca").c_str());
   FileCommand(kCommandExportFilm, folder.Path("second.sv"));
   EXPECT_EQ(frame->animationWindow.bitmap.width, 200);

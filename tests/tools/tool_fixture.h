@@ -64,10 +64,7 @@ class ToolHost final : public CutWindowHost {
   bool AskSaveCut(CutWindow*) override { return true; }
   void CutGone(CutWindow*) override {}
   void StopAnimation() override {}
-  int32_t PlayBuffer(uint8_t* buffer, int32_t) override {
-    std::free(buffer);
-    return 0;
-  }
+  int32_t PlayBuffer(Buffer<uint8_t>, int32_t) override { return 1; }
 
   bool EditText(char** text) override {
     ++textDialogs;

@@ -60,7 +60,7 @@ bool ReadHead(const uint8_t* data, size_t size, Dib* dib) {
   return needed <= size;
 }
 
-// Numbers without a colour are black.
+// Indices outside the colour table are black.
 void PutColor(const Dib& dib, size_t index, uint8_t* pixel) {
   constexpr uint8_t black[kBytesPerPixel] = {};
   std::memcpy(pixel, index < dib.colorCount ? dib.colors + index * 4 : black, kBytesPerPixel);

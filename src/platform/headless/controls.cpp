@@ -44,7 +44,7 @@ void SelectOnly(Window* list, int32_t index) {
   if (index >= 0) LineOf(list, index).selected = true;
 }
 
-// Behind the lines that come before it or are the same.
+// Where a sorted list inserts a line: after all that sort before it or equal.
 int32_t SortedPlace(const Window* list, const char* text) {
   const std::string key = headless::WithoutCase(text);
   const auto place = std::upper_bound(
@@ -243,7 +243,7 @@ void SetListLineSelected(WindowHandle list, int32_t index, bool selected) {
     for (ListLine& line : list->lines) line.selected = selected;
   } else if (HasLine(list, index)) {
     LineOf(list, index).selected = selected;
-    // A line that comes into the selection gets the caret, as in the window system.
+    // As in the window system, a line that becomes selected gets the caret.
     if (selected) list->caret = index;
   }
 }

@@ -17,13 +17,13 @@ namespace {
 
 constexpr int32_t kOk = 1;
 constexpr int32_t kCancel = 2;
-// Pixels of a dialog's font, and the units that they are.
+// The size of the dialog font in pixels, and in dialog units.
 constexpr int32_t kFontWidth = 6;
 constexpr int32_t kFontHeight = 12;
 constexpr int32_t kUnitsAcross = 4;
 constexpr int32_t kUnitsDown = 8;
 
-// Answers of each kind wait in the order in which they are given; nothing stands for a cancel.
+// Queued answers of each kind, in order; an empty one means cancel.
 std::deque<headless::DialogAnswer> gDialogs;
 std::deque<std::optional<std::string>> gFiles;
 std::deque<bool> gAnswers;
@@ -105,7 +105,7 @@ std::string Quoted(const std::string& text) {
   return std::string(" \"").append(headless::ToUtf8(text)).append("\"");
 }
 
-// As the key that ends a line types it.
+// Line ends as the Enter key types them.
 std::string WithLineEnds(const std::string& text) {
   std::string result;
   for (size_t i = 0; i < text.size(); ++i) {
@@ -134,7 +134,7 @@ bool ChooseLine(Window* list, const std::string& value) {
   return false;
 }
 
-// Gives what is wrong, or an empty text.
+// Returns what is wrong, or an empty text.
 std::string SetValue(Window* dialog, int32_t resource, int32_t id, const std::string& value) {
   Window* control = DialogControl(dialog, id);
   if (control == nullptr) return "dialog " + std::to_string(resource) + " has no control " + std::to_string(id);
@@ -157,7 +157,7 @@ std::string SetValue(Window* dialog, int32_t resource, int32_t id, const std::st
   }
 }
 
-// The user's part. False for an answer that doesn't fit.
+// Acts as the user. False for an answer that doesn't fit the dialog.
 bool AnswerDialog(Window* dialog, const headless::DialogAnswer& answer) {
   for (const auto& [id, value] : answer.values) {
     if (dialog->ended) return true;
@@ -190,7 +190,7 @@ const Window* FirstControl(const Window* dialog) {
   return nullptr;
 }
 
-// As it is if there is no working directory.
+// Unchanged if there is no working directory.
 std::string FullPath(const std::string& path) {
   char folder[PATH_MAX];
   if (path.empty() || path[0] == '/' || getcwd(folder, sizeof(folder)) == nullptr) return path;

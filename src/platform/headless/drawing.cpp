@@ -9,7 +9,7 @@ namespace sorvel::platform {
 
 namespace {
 
-// Holds every product of two differences of coordinates.
+// Wide enough for every product of two coordinate differences.
 __extension__ using Wide = __int128;
 
 constexpr ColorEntry kFace = {192, 192, 192, 0};
@@ -42,7 +42,7 @@ void Fill(DeviceContext* context, const Bounds& area, ColorEntry color) {
   }
 }
 
-// The numbers of a stretch of the source that fall on number `index` of the target, at least one, cut to the bitmap.
+// The source pixels that map to target pixel `index`, at least one, clipped to the bitmap.
 struct Span {
   int64_t first;
   int64_t last;
@@ -69,7 +69,7 @@ ColorEntry JoinedColor(const Bitmap& bitmap, const Span& columns, const Span& ro
   return joined;
 }
 
-// One pixel wide, from the left top corner; each side leaves the last corner to the next.
+// A frame one pixel wide, whose right and bottom side are drawn over the other two.
 void DrawEdgeLine(DeviceContext* context, const Bounds& area, ColorEntry leftTop, ColorEntry rightBottom) {
   if (area.IsEmpty()) return;
   Fill(context, {area.left, area.top, area.left + 1, area.bottom}, leftTop);
@@ -78,7 +78,7 @@ void DrawEdgeLine(DeviceContext* context, const Bounds& area, ColorEntry leftTop
   Fill(context, {area.left, area.bottom - 1, area.right, area.bottom}, rightBottom);
 }
 
-// Every second pixel of a row or column, so that the dots of all frames lie on one grid.
+// Inverts every second pixel. The dots of all frames lie on one checkerboard.
 void InvertDots(DeviceContext* context, const Bounds& strip) {
   const Bounds part = Clipped(context, strip);
   for (int32_t y = part.top; y < part.bottom; ++y) {

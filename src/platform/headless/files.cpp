@@ -25,7 +25,7 @@ FILE* OpenStdioFile(const char* path, const char* mode) {
   if (!ShiftJisToUtf8(path, &native)) return nullptr;
   FILE* file = std::fopen(native.c_str(), mode);
   struct stat status = {};
-  // A folder opens for reading here, unlike on the system that this stands in for.
+  // fopen() opens folders for reading here, unlike on Windows.
   if (file == nullptr || fstat(fileno(file), &status) != 0 || !S_ISDIR(status.st_mode)) return file;
   std::fclose(file);
   return nullptr;
@@ -48,7 +48,7 @@ bool DeletePath(const char* path) {
 bool RenamePath(const char* path, const char* newPath) {
   std::string from;
   std::string to;
-  // Nothing is written over a file that has the new name.
+  // rename() would replace an existing file.
   return ShiftJisToUtf8(path, &from) && ShiftJisToUtf8(newPath, &to) && access(to.c_str(), F_OK) != 0 &&
          std::rename(from.c_str(), to.c_str()) == 0;
 }

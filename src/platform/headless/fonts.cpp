@@ -26,7 +26,7 @@ struct Font {
 
 namespace {
 
-// Where the fonts of common packages lie; the first one that is there serves names that aren't.
+// Fonts of common packages. The first one that exists replaces fonts that don't.
 constexpr const char* kFontFiles[] = {
     "/usr/share/fonts/opentype/ipafont-gothic/ipagp.ttf",
     "/usr/share/fonts/opentype/ipafont-gothic/ipag.ttf",
@@ -41,7 +41,7 @@ constexpr const char* kFontFiles[] = {
     "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf",
     "/usr/share/fonts/truetype/liberation/LiberationSans-Regular.ttf",
 };
-// A size beyond this is none that can be drawn with.
+// Larger sizes are refused.
 constexpr int32_t kLargestSize = 2000;
 constexpr int32_t kBoldWeight = 600;
 constexpr FT_ULong kKana = 0x3042;  // a font that has it writes vertically too
@@ -51,7 +51,7 @@ struct FontFile {
   const char* path;
   FT_Long index;
   std::string fullName;
-  std::vector<std::string> names;  // all that it answers to
+  std::vector<std::string> names;  // all names of the font
   bool japanese;
 };
 
@@ -94,7 +94,7 @@ void AppendUtf8(uint32_t code, std::string* text) {
   }
 }
 
-// Names of the tables are double bytes, the high one first.
+// Names in font tables are big-endian UTF-16.
 std::string NameText(const FT_SfntName& name) {
   std::string text;
   for (FT_UInt i = 0; i + 1 < name.string_len; i += 2) {
@@ -176,7 +176,7 @@ bool SetSize(Font* font, int32_t size) {
   return true;
 }
 
-// The characters of the text; what is none is left out.
+// Decodes the text and leaves out what isn't a character.
 std::vector<uint32_t> Characters(const char* text, int32_t length) {
   std::vector<uint32_t> characters;
   const std::string_view whole(text, static_cast<size_t>(std::max(length, 0)));
@@ -193,7 +193,7 @@ std::vector<uint32_t> Characters(const char* text, int32_t length) {
   return characters;
 }
 
-// Loads the character's outline into the face's slot; gives its step along the line.
+// Loads the glyph of a character into the face's slot. Returns its advance along the line.
 bool LoadGlyph(const Font& font, uint32_t character, int32_t* step) {
   const FT_UInt glyph = FT_Get_Char_Index(font.face, character);
   if (FT_Load_Glyph(font.face, glyph, FT_LOAD_TARGET_MONO | FT_LOAD_NO_BITMAP) != 0) return false;
@@ -211,7 +211,7 @@ int32_t LineLength(const Font& font, const std::vector<uint32_t>& characters) {
   return static_cast<int32_t>(std::min<int64_t>(length, INT32_MAX));
 }
 
-// The number of the colour nearest to black. It isn't 0, which is the ground.
+// The index of the colour nearest to black, except 0, which is the background.
 uint8_t InkOf(const Bitmap& bitmap) {
   const auto distance = [&bitmap](size_t index) {
     const ColorEntry& color = bitmap.colors[index];
@@ -224,7 +224,7 @@ uint8_t InkOf(const Bitmap& bitmap) {
   return static_cast<uint8_t>(nearest);
 }
 
-// Puts the dots of the slot's bitmap into the part of the bitmap that the line may cover.
+// Draws the glyph in the slot, clipped to the box of the line.
 void PutGlyph(FT_GlyphSlot slot, int64_t x, int64_t y, const Bounds& part, uint8_t ink, Bitmap* bitmap) {
   const FT_Bitmap& dots = slot->bitmap;
   for (int64_t row = 0; row < static_cast<int64_t>(dots.rows); ++row) {
@@ -243,18 +243,18 @@ int32_t Bounded(int64_t value, int32_t limit) {
   return static_cast<int32_t>(std::clamp<int64_t>(value, 0, limit));
 }
 
-// A turn with the clock: the base line runs downward.
+// A clockwise quarter turn: the base line runs downward.
 void TurnOutline(FT_GlyphSlot slot) {
   const FT_Matrix turn = {0, kOne, -kOne, 0};
   FT_Outline_Transform(&slot->outline, &turn);
 }
 
-// Characters of one byte.
+// Single-byte characters.
 bool IsNarrow(uint32_t character) {
   return character < 0x80 || (character >= 0xFF61 && character <= 0xFF9F);
 }
 
-// In vertical lines letters as wide as they are high stand upright, and narrow ones lie on their side.
+// In vertical lines full-width characters stand upright and half-width ones lie on their side.
 void DrawGlyph(const Font& font, uint32_t character, int64_t along, Point corner, const Bounds& part, uint8_t ink,
                Bitmap* bitmap, int32_t* step) {
   *step = 0;
@@ -305,7 +305,7 @@ void DrawTextLine(BitmapHandle bitmap, FontHandle font, int32_t x, int32_t y, co
   const int64_t left = font->vertical ? int64_t{x} - font->height : x;
   const int64_t right = font->vertical ? x : x + lineLength;
   const int64_t bottom = y + (font->vertical ? lineLength : int64_t{font->height});
-  // Ink beside the line's own box would stay where the caller never looks.
+  // The caller looks only at the box that MeasureText gives.
   const Bounds part = {Bounded(left, bitmap->width), Bounded(y, bitmap->height), Bounded(right, bitmap->width),
                        Bounded(bottom, bitmap->height)};
   if (part.IsEmpty()) return;

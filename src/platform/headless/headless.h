@@ -14,9 +14,9 @@
 #include "platform/timer.h"
 #include "platform/window.h"
 
-// What stands behind the seam when there is no window system, and what a script or a test does in the user's place.
-// Nothing happens by itself here: no paint messages, no mouse, no clock; each is asked for with an operation below.
-// Texts are Shift JIS, as in the seam.
+// The platform without a window system, and the operations by which a script or a test acts as the user. Nothing
+// happens by itself: paint messages, mouse and timers come only from the operations below. Texts are Shift JIS unless
+// stated.
 namespace sorvel::platform {
 
 struct Bitmap {
@@ -83,28 +83,28 @@ struct WindowTimer {
   uint32_t milliseconds;
 };
 
-// A window or control. Tests may read everything; only the seam and the operations below write.
+// A window or control. Callers may read everything; only functions of the platform write.
 struct Window {
   WindowKind kind = WindowKind::kCaption;
   WindowObject* object = nullptr;
-  Window* parent = nullptr;       // whose client area it lies in; null for windows of the screen
-  Window* owner = nullptr;        // of a window of the screen; it doesn't outlive its owner
-  std::vector<Window*> children;  // in the order in which they were made
+  Window* parent = nullptr;       // whose client area contains it; null for top-level windows
+  Window* owner = nullptr;        // of a top-level window, which ends with its owner
+  std::vector<Window*> children;  // in the order of their creation
   int32_t id = 0;
   std::string text;
   CursorShape classCursor = CursorShape::kArrow;
-  bool ending = false;  // it was told of its end and is about to go
+  bool ending = false;  // it got kMessageDestroy and is about to be deleted
 
   Bounds place;       // in the client area of the parent, or on the screen
   int32_t width = 0;  // of the client area
   int32_t height = 0;
-  bool shown = false;  // it may still lie in one that isn't
+  bool shown = false;  // its parent may still be hidden
 
-  int32_t paints = 0;              // how often something was drawn on it
-  std::vector<ColorEntry> pixels;  // the client area, width * height, black at first; none for controls
+  int32_t paints = 0;              // counts drawing operations
+  std::vector<ColorEntry> pixels;  // of the client area, width * height, initially black; empty for controls
   Bounds invalid;                  // the part of the client area that waits to be painted
   bool eraseInvalid = false;
-  Bounds clip;  // where drawing has an effect; all of the client area but while painting
+  Bounds clip;  // drawing has an effect only here; the whole client area except while painting
   bool hasBackground = false;
   ColorEntry background;
 
@@ -114,7 +114,7 @@ struct Window {
 
   // MDI client.
   int32_t firstChild = 0;                // the number of the first window of the window list
-  std::vector<Window*> activationOrder;  // its children, the one that was active last in front
+  std::vector<Window*> activationOrder;  // its children, most recently active first
   Window* activeChild = nullptr;
 
   // Edits.
@@ -151,33 +151,31 @@ struct Window {
 
 namespace headless {
 
-// Back to the state of a fresh process: no windows, empty queues and clipboard, no failure, no timer. Windows that are
-// still there end without a message, and their objects are not touched.
+// Restores the state of a new process: no windows, empty queues and clipboard, no failure, no timer. Remaining windows
+// are deleted without a message, and their objects aren't touched.
 void Reset();
 
 // Windows ----------------------------------------------------------------------------------------------------------
 
-// All windows and controls in the order in which they were made; the open cut windows are the children of the area of
-// child windows.
+// All windows and controls in the order of their creation. The cut windows are the children of the MDI client.
 const std::vector<WindowHandle>& AllWindows();
-// Null when there is none.
+// The first window of this kind; null if there is none.
 WindowHandle FindWindowOfKind(WindowKind kind);
 
-// The client size of every child window, now and in future; 640 by 480 at first. Each one whose size changes gets one
-// kMessageSize.
+// Sets the client size of all MDI children, present and future; initially 640 by 480. Each one that changes its size
+// gets one kMessageSize.
 void SetClientSize(int32_t width, int32_t height);
 
-// If something is invalid: it is erased if that was asked for, the object draws the whole client area by
-// kMessagePrintClient, and all is valid. False if nothing was.
+// If the window has an invalid area: erases it if so marked, lets the object draw the whole client area with
+// kMessagePrintClient, and makes it valid. False if nothing was invalid.
 bool PaintInvalid(WindowHandle window);
-// If something is invalid: the object gets kMessagePaint, as from the window system. False if nothing was. Without it
-// BeginPainting has nothing to paint, and drawing has no effect until EndPainting.
+// If the window has an invalid area: sends kMessagePaint, as a window system does. False if nothing was invalid.
+// Without an invalid area BeginPainting clips everything.
 bool DeliverPaint(WindowHandle window);
-// Whether UpdateClient delivers paint messages; off at first, when it does what PaintInvalid does.
+// Whether UpdateClient does what DeliverPaint does, or, initially, what PaintInvalid does.
 void SetLivePainting(bool live);
 
-// Whether QuitLoop was called, and with which code. RunLoop itself gives that code, or 0, at once: a script drives the
-// program.
+// Whether QuitLoop was called, and with which code. RunLoop returns that code, or 0, at once: the script is the loop.
 bool HasQuit();
 int QuitCode();
 
@@ -186,49 +184,48 @@ void DropFiles(WindowHandle window, const std::vector<std::string>& paths);
 
 // Mouse, keys and window timers ------------------------------------------------------------------------------------
 
-// Where the mouse stands, on the screen. It sends nothing.
+// Sets the mouse position in screen coordinates, without a message.
 void SetCursorPlace(Point place);
 CursorShape CurrentCursor();
-// Puts a mouse move into the queue that TakeMouseMoves empties.
+// Adds a mouse move to the queue that TakeMouseMoves empties.
 void QueueMouseMove(WindowHandle window, Point place);
 
-// Sends the kMessageTimer of each window timer that is set; false when none is.
+// Sends one kMessageTimer for each window timer that is set. False if there is none.
 bool RunWindowTimers();
 
-// The command of a key in the program's accelerator table, 0 for none. `key` is the window system's virtual key code:
-// a capital letter or a digit is itself, Enter 13, Tab 9, Esc 27, F1 to F24 from 112.
+// The command of a key in the program's accelerator table; 0 for none. `key` is the virtual key code of the window
+// system: ASCII for digits and capital letters, 13 for Enter, 9 for Tab, 27 for Esc, 112 and up for F1 to F24.
 int32_t FindAccelerator(int32_t key, bool shift, bool control);
 
 bool IsInputMethodOn();
 
-// The period of the player's timer that runs in milliseconds, 0 when none does.
+// The period of the running player timer in milliseconds; 0 if none runs.
 int32_t RunningTimerPeriod();
-// Lets that timer come due once; false when none runs.
+// Calls that timer's function once. False if none runs.
 bool RunTimer();
 
-// Controls. None of these moves the focus: SetFocusTo before it does what a mouse press would do. -------------------
+// Controls. None of these moves the focus, as a mouse press would; call SetFocusTo first. ---------------------------
 
-// Replaces the text of an edit, as typed. False if it is read-only.
+// Replaces the text of an edit, as if typed. False if it is read-only.
 bool TypeText(WindowHandle edit, const std::string& text);
-// Clicks a check box, radio button or push button: it switches, and its parent is told.
+// Clicks a check box, radio button or push button: it changes its state and notifies its parent.
 void ClickButton(WindowHandle button);
-// Selects these lines and no others; the last one gets the caret. The parent is told with kListSelectionChanged. False,
-// and nothing happens, if a line doesn't exist, or if several are given for a list of one selected line.
+// Selects exactly these lines, puts the caret on the last one and notifies the parent with kListSelectionChanged.
+// False, without any effect, if a line doesn't exist, or if there are several for a list with single selection.
 bool SelectLines(WindowHandle list, const std::vector<int32_t>& lines);
-// The first click selects the line, the second tells the parent with kListDoubleClicked. False if there is no such
-// line.
+// Selects the line, then notifies the parent with kListDoubleClicked. False if there is no such line.
 bool DoubleClickLine(WindowHandle list, int32_t line);
 
 // Menus ------------------------------------------------------------------------------------------------------------
 
-// Opens the menu bar: the frame gets kMessageInitMenu.
+// Opens the menu bar: sends kMessageInitMenu to the frame.
 void OpenMenuBar(WindowHandle frame);
-// The numbers of the items with a check mark, ascending, in the menu and in its popups.
+// The numbers of the items with a check mark, in the menu and its submenus, in ascending order.
 std::vector<int32_t> CheckedEntries(MenuHandle menu);
 
 // The last popup that was opened with OpenPopupMenu.
 struct PopupRecord {
-  Menu* menu = nullptr;  // null for none yet
+  Menu* menu = nullptr;  // null if there was none
   Point place;
   WindowHandle owner = nullptr;
   int32_t count = 0;  // how many there were
@@ -237,31 +234,32 @@ const PopupRecord& OpenedPopup();
 
 // Answers ----------------------------------------------------------------------------------------------------------
 
-// What a dialog gets: values for its controls, set in this order, and then OK or Cancel. An edit takes a text, a check
-// box or radio button "on" or "off", a list box the text of a line, a push button "click". In an edit of several lines
-// "\n" ends a line.
+// What the user does in a dialog: sets these controls in this order, then presses OK or Cancel. The value is the text
+// of an edit, "on" or "off" for a check box or radio button, the text of a line for a list box, "click" for a push
+// button. In an edit of several lines "\n" ends a line.
 struct DialogAnswer {
   int32_t resource = 0;
   std::vector<std::pair<int32_t, std::string>> values;
   bool ok = true;
 };
 void QueueDialog(const DialogAnswer& answer);
-// A name without an extension gets the default one of the dialog. A relative path becomes a full one.
+// The choice in a file dialog. A name without an extension gets the dialog's default one; a relative path becomes a
+// full one.
 void QueueFile(const std::string& path);
 void QueueFileCancel();
 void QueueYesNo(bool yes);
 void QueueColor(uint8_t red, uint8_t green, uint8_t blue);
 void QueueColorCancel();
-// Answers that still wait, of all kinds.
+// The number of answers of all kinds that are still waiting.
 size_t QueuedAnswers();
 void ClearAnswers();
 
-// The first thing that had no answer, or one that doesn't fit: one line of English, UTF-8, empty for none. What asked
-// was told that the user cancelled.
+// The first question that found no answer, or one that doesn't fit it, as a line of English in UTF-8; empty if there
+// was none. Such a question is treated as cancelled.
 const std::string& Failure();
 void ClearFailure();
 
-// A message or question that was shown.
+// The last message or question that was shown.
 struct BoxRecord {
   std::string text;
   std::string title;
@@ -276,13 +274,13 @@ int32_t AlertCount();
 
 // Clipboard --------------------------------------------------------------------------------------------------------
 
-// Puts a picture on the clipboard: rows from top to bottom without gaps, 3 bytes a pixel: blue, green, red. False, and
-// an empty clipboard, if the number of bytes doesn't fit the size.
+// Puts a picture on the clipboard: rows from top to bottom without padding, 3 bytes per pixel: blue, green, red. False,
+// with an empty clipboard, if the number of bytes doesn't match the size.
 bool SetClipboardPicture(int32_t width, int32_t height, const std::vector<uint8_t>& pixels);
-// The bytes that the program put there; empty if it didn't, or if a picture took their place.
+// The bitmap that the program put there; empty if it put none, or if a picture has replaced it.
 const std::vector<uint8_t>& ClipboardDib();
 
-// Names the running program in place of the real one; null goes back to it.
+// Replaces the path that ProgramPath gives; null restores the real one.
 void SetProgramPath(const char* path);
 
 }  // namespace headless

@@ -19,7 +19,7 @@ struct FocusCodes {
   int32_t loss;
 };
 
-// False for controls that don't tell.
+// False for controls that send no focus notifications.
 bool FindFocusCodes(const Window* control, FocusCodes* codes) {
   switch (control->kind) {
     case WindowKind::kEdit:
@@ -95,7 +95,7 @@ void ResetInput() {
 void SetFocusTo(WindowHandle window) {
   if (window == gFocus || (window != nullptr && !headless::IsWindow(window))) return;
   Window* old = gFocus;
-  // The old one is told when the new one has the focus already: that is what it sees when it asks.
+  // The new window already has the focus when the old one gets its message, as in the window system.
   gFocus = window;
   if (old != nullptr) TellFocus(old, false, window);
   if (gFocus == window && window != nullptr) TellFocus(window, true, headless::IsWindow(old) ? old : nullptr);

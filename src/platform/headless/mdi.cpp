@@ -2,14 +2,14 @@
 
 #include "platform/headless/internal.h"
 
-// The area of child windows: which of them is active, and what they are told of it.
+// MDI children: which one is active, and the messages about it.
 namespace sorvel::platform {
 
 namespace {
 
 constexpr int32_t kFirstWidth = 640;
 constexpr int32_t kFirstHeight = 480;
-// What a size message can tell.
+// The largest size that kMessageSize can carry.
 constexpr int32_t kLargestSide = 0x7FFF;
 
 int32_t gClientWidth = kFirstWidth;
@@ -24,7 +24,7 @@ void MoveToFront(std::vector<Window*>* order, Window* child) {
   order->insert(order->begin(), child);
 }
 
-// The one that was active before `child`.
+// The child that was active before `child`.
 Window* NextOf(const Window* mdiClient, const Window* child) {
   for (Window* other : mdiClient->activationOrder) {
     if (other != child && !other->ending) return other;
@@ -32,7 +32,7 @@ Window* NextOf(const Window* mdiClient, const Window* child) {
   return nullptr;
 }
 
-// `loser` is null if there is none any more.
+// `loser` is null if it no longer exists.
 void GainActivation(Window* mdiClient, Window* child, Window* loser) {
   mdiClient->activeChild = child;
   MoveToFront(&mdiClient->activationOrder, child);
@@ -51,7 +51,7 @@ void SizeNewChild(Window* child) {
 void ActivateChild(Window* mdiClient, Window* child) {
   Window* loser = mdiClient->activeChild;
   if (loser == child) return;
-  // The one that loses is the active one until it has answered: it still stores what it shows.
+  // The old window stays the active one until it has answered: it stores what the panels show of it.
   if (loser != nullptr) SendActivation(loser, loser, child);
   if (IsWindow(child) && !child->ending) GainActivation(mdiClient, child, IsWindow(loser) ? loser : nullptr);
 }
@@ -76,7 +76,7 @@ void EndChild(Window* child) {
 void SetClientSize(int32_t width, int32_t height) {
   gClientWidth = std::clamp(width, 0, kLargestSide);
   gClientHeight = std::clamp(height, 0, kLargestSide);
-  // A window may go while another is told.
+  // A message may have destroyed a window.
   const std::vector<Window*> windows(AllWindows().begin(), AllWindows().end());
   for (Window* window : windows) {
     if (!IsWindow(window) || window->kind != WindowKind::kMdiChild) continue;

@@ -14,7 +14,7 @@ namespace {
 
 headless::PopupRecord gPopup;
 
-// Reads the lines up to the end of the menu or popup, and steps behind it.
+// Reads the lines of a menu or popup and moves past its end.
 Menu* ReadMenu(std::span<const headless::MenuResource> table, size_t* next) {
   Menu* menu = new Menu;
   while (*next < table.size()) {

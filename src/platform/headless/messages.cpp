@@ -23,7 +23,7 @@ bool HasTimer(const Window* window, uintptr_t id) {
                      [id](const WindowTimer& timer) { return timer.id == id; });
 }
 
-// Numbers from the first child's on choose a window of the list.
+// Commands numbered from firstChild on activate a window of the window list.
 bool ChooseListedWindow(const Window* frame, int32_t id) {
   Window* client = headless::MdiClientOf(frame);
   if (client == nullptr || client->firstChild == 0) return false;
@@ -33,7 +33,7 @@ bool ChooseListedWindow(const Window* frame, int32_t id) {
   return true;
 }
 
-// The area of child windows hands the focus on, and so does the frame.
+// The MDI client passes the focus to its active child, and the frame to the MDI client.
 void HandFocusOn(const Window* client) {
   if (client != nullptr && client->activeChild != nullptr) SetFocusTo(client->activeChild);
 }
@@ -80,7 +80,7 @@ bool RunWindowTimers() {
     for (const WindowTimer& timer : window->timers) due.push_back({window, timer.id});
   }
   for (const Due& each : due) {
-    // One that came before it may have stopped it.
+    // An earlier timer's message may have stopped it.
     if (HasTimer(each.window, each.id)) Send(each.window, kMessageTimer, each.id, 0);
   }
   return !due.empty();

@@ -25,7 +25,7 @@ bool IsMovedOut(const Window* window, int32_t dx, int32_t dy) {
   return std::abs(int64_t{dx}) >= window->width || std::abs(int64_t{dy}) >= window->height;
 }
 
-// Rows are taken in the order in which none is overwritten before it is read.
+// Goes through the rows in the order that reads each one before it is overwritten.
 void MovePixels(Window* window, int32_t dx, int32_t dy) {
   if (IsMovedOut(window, dx, dy)) return;
   const int32_t count = window->width - std::abs(dx);
@@ -41,7 +41,7 @@ void MovePixels(Window* window, int32_t dx, int32_t dy) {
   }
 }
 
-// What waits to be painted moves along with the pixels.
+// The invalid area moves with the pixels.
 void MoveInvalid(Window* window, int32_t dx, int32_t dy) {
   const Bounds& old = window->invalid;
   if (old.IsEmpty()) return;

@@ -18,7 +18,7 @@ namespace sorvel::platform {
 
 namespace {
 
-// No settings file comes near this; what is larger is not one and isn't read.
+// Larger files are no settings files and aren't read.
 constexpr long kLargestFile = 1 << 20;
 
 bool IsBlank(char byte) {
@@ -33,7 +33,7 @@ std::string Trim(const std::string& text) {
   return text.substr(start, end - start);
 }
 
-// False for a file that isn't there; too large a one gives false as well.
+// False if the file is missing or too large.
 bool ReadLines(const char* path, std::vector<std::string>* lines) {
   FILE* file = OpenStdioFile(path, "rb");
   if (file == nullptr) return false;
@@ -68,7 +68,7 @@ bool IsKey(const std::string& line, const char* key, std::string* value) {
   return true;
 }
 
-// Where a key stands, or where it belongs: found false and the index of the line it is to be put in front of.
+// The line of a key. If it isn't found, the index of the line to insert it before.
 struct KeyPlace {
   bool hasSection = false;
   bool hasKey = false;
@@ -93,7 +93,7 @@ KeyPlace FindKey(const std::vector<std::string>& lines, const char* section, con
         place.line = i;
         break;
       }
-      // New keys go behind the section's last line that says anything.
+      // New keys go after the last line of the section that isn't empty.
       if (!Trim(lines[i]).empty()) place.line = i + 1;
     }
   }

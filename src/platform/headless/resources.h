@@ -3,12 +3,12 @@
 #include <cstdint>
 #include <span>
 
-// The program's menus, keys, texts and dialogs as tables. Texts are UTF-8, numbers those of the resources.
+// The program's menus, accelerator keys, texts and dialogs as tables. Texts are UTF-8.
 namespace sorvel::platform::headless {
 
 enum class MenuPart { kMenu, kPopup, kItem, kSeparator, kPopupEnd, kMenuEnd };
 
-// A menu is a kMenu, its lines, and a kMenuEnd; a popup likewise.
+// A menu is a kMenu, its lines and a kMenuEnd. A submenu is a kPopup, its lines and a kPopupEnd.
 struct MenuResource {
   MenuPart part;
   const char* label;
@@ -43,8 +43,8 @@ enum class DialogPart {
   kDialogEnd,
 };
 
-// A dialog is a kDialog, its controls, and a kDialogEnd. Places are dialog units. `upDown` is the number of the up-down
-// control at the right of a kNumber.
+// A dialog is a kDialog, its controls and a kDialogEnd. Places and sizes are in dialog units. `upDown` is the number of
+// the up-down control at the right of a kNumber, an edit for numbers.
 struct DialogResource {
   DialogPart part;
   int32_t id;

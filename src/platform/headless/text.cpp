@@ -9,9 +9,9 @@ namespace {
 bool Convert(const char* from, const char* to, std::string_view text, std::string* result) {
   result->clear();
   iconv_t converter = iconv_open(to, from);
-  // The library tells a failure so. NOLINTNEXTLINE(performance-no-int-to-ptr)
+  // The library's failure value. NOLINTNEXTLINE(performance-no-int-to-ptr)
   if (converter == reinterpret_cast<iconv_t>(-1)) return false;
-  // Neither code page takes more than three bytes for what the other holds in one.
+  // A byte of either encoding becomes at most three of the other.
   result->resize(text.size() * 3 + 4);
   char* in = const_cast<char*>(text.data());
   size_t inLeft = text.size();

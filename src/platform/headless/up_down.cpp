@@ -4,13 +4,13 @@
 #include "platform/controls.h"
 #include "platform/headless/internal.h"
 
-// Up-down controls: a number of 16 bits beside an edit that shows it.
+// Up-down controls: a 16-bit number, shown in the edit next to the control.
 namespace sorvel::platform {
 
 namespace {
 
 constexpr char kThousandsSeparator = ',';
-// Characters of the edit that the control looks at.
+// The control reads only so many characters of the edit.
 constexpr size_t kLongestNumber = 19;
 
 // A range may run backwards.
@@ -28,8 +28,8 @@ std::string NumberText(int32_t value) {
   return value < 0 ? std::string(1, '-').append(text) : text;
 }
 
-// The number that the text is as a whole, blanks in front and separators left out. False if it is something else,
-// nothing at all, or outside the range.
+// Parses the whole text as a number, without leading blanks and separators. False if it isn't one or lies outside the
+// range.
 bool ReadNumber(const Window* upDown, std::string text, int32_t* value) {
   text.resize(std::min(text.size(), kLongestNumber));
   text.erase(std::remove(text.begin(), text.end(), kThousandsSeparator), text.end());
@@ -54,7 +54,7 @@ void SetUpDownPosition(WindowHandle upDown, int32_t position) {
   if (headless::IsWindow(upDown->buddy)) SetText(upDown->buddy, NumberText(upDown->position).c_str());
 }
 
-// The low half is the number that the edit holds, or else the last valid one with the high half 1.
+// The number in the edit, or the last valid one with 1 in the high half.
 int32_t UpDownPosition(WindowHandle upDown) {
   if (!headless::IsWindow(upDown)) return 0;
   constexpr int32_t isInvalid = 1;

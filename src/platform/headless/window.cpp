@@ -15,7 +15,7 @@ constexpr Bounds kFramePlace = {0, 0, 1024, 768};
 constexpr Bounds kMdiClientPlace = {162, 28, 1024, 732};
 constexpr Point kScreen = {1280, 1024};
 constexpr int32_t kLineHeight = 16;
-// Like any window system this one makes no window that is out of all proportion.
+// Larger windows aren't made.
 constexpr int32_t kMostPixels = 1 << 24;
 
 struct WindowClass {
@@ -48,7 +48,7 @@ void Remove(std::vector<Window*>* list, const Window* window) {
   list->erase(std::remove(list->begin(), list->end(), window), list->end());
 }
 
-// A class that isn't known has an arrow and no background.
+// Unknown classes have an arrow cursor and no background.
 void ApplyClass(Window* window, const char* name) {
   const auto found = gClasses.find(name);
   if (found == gClasses.end()) return;
@@ -71,7 +71,7 @@ void FreeTree(Window* window) {
   delete static_cast<DeviceContext*>(window);
 }
 
-// A window is told before its children are.
+// A window gets kMessageDestroy before its children.
 void SendEnd(Window* window) {
   window->ending = true;
   if (window->parent != nullptr && window->parent->activeChild == window) window->parent->activeChild = nullptr;
@@ -101,7 +101,7 @@ Window* Create(Window* window, WindowObject* object) {
   return nullptr;
 }
 
-// Where the client area's left top corner is on the screen. Windows of the screen have no border here.
+// The top left corner of the client area on the screen. Top-level windows have no border here.
 Point Origin(const Window* window) {
   Point origin;
   for (const Window* each = window; each != nullptr; each = each->parent) {
@@ -227,7 +227,7 @@ WindowHandle MakeFrameWindow(const char* windowClass, const char* title, int32_t
 }
 
 WindowHandle MakeMdiClient(WindowHandle frame, int32_t id, int32_t windowMenu, int32_t firstChild) {
-  // The list of windows in the menu isn't kept here: its numbers work without it.
+  // The window list in the menu isn't shown; its commands work without it.
   static_cast<void>(windowMenu);
   if (!headless::IsWindow(frame)) return nullptr;
   Window* window = headless::NewWindow(WindowKind::kMdiClient, frame, nullptr, kMdiClientPlace);
@@ -395,7 +395,7 @@ void SetScrollBar(WindowHandle window, ScrollBar bar, const ScrollState& state) 
 void SetScrollPosition(WindowHandle window, ScrollBar bar, int32_t position) {
   if (!headless::IsWindow(window)) return;
   ScrollState& state = window->scrollBars[static_cast<int>(bar)];
-  // A page that reaches beyond the end stops the thumb before it.
+  // The thumb stops one page before the end.
   const int64_t last = int64_t{state.maximum} - std::max(state.page - 1, 0);
   state.position = static_cast<int32_t>(std::max<int64_t>(std::min<int64_t>(position, last), 0));
 }

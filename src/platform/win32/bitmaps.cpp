@@ -13,7 +13,7 @@ BitmapHandle CreateBitmap(int32_t width, int32_t height, const ColorEntry* color
   const int32_t pitch = (width + 3) & ~3;
   info.head.biSize = sizeof(info.head);
   info.head.biWidth = width;
-  // Rows that are never shown hold the spare bytes.
+  // Additional rows, which are never shown, provide the spare bytes.
   info.head.biHeight = -(height + (kSpareBytes + pitch - 1) / pitch);
   info.head.biPlanes = 1;
   info.head.biBitCount = 8;

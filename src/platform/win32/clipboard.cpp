@@ -40,7 +40,7 @@ bool PutClipboardDib(const uint8_t* data, size_t size) {
   std::memcpy(target, data, size);
   GlobalUnlock(memory);
   EmptyClipboard();
-  // From here on the memory is the clipboard's.
+  // The clipboard owns the memory from here on.
   if (SetClipboardData(CF_DIB, memory) == nullptr) GlobalFree(memory);
   return true;
 }
@@ -86,7 +86,7 @@ bool ReadClipboardPicture(ClipboardPicture* picture, int32_t x, int32_t y, int32
 }
 
 void ReleaseClipboardPicture(ClipboardPicture* picture) {
-  // The picture itself stays the clipboard's.
+  // The clipboard keeps owning the picture itself.
   SelectObject(picture->picture, picture->oldPicture);
   DeleteDC(picture->picture);
   SelectObject(picture->tile, picture->oldTile);

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int kPictureSize = 16;
 
-// The font of the panels. The one that controls start with is the heavy system font, which has no Japanese of its own.
+// The font of the panels. By default controls use the bold system font, which has no Japanese glyphs.
 HFONT PanelFont() {
   static const HFONT font =
       CreateFontA(-12, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, SHIFTJIS_CHARSET, OUT_DEFAULT_PRECIS,

@@ -19,7 +19,7 @@ struct DialogStart {
   void* parameter;
 };
 
-// The function stands in the dialog's own storage from its first message with the parameter on.
+// The dialog's user data holds the function from the message on that carries the parameter.
 INT_PTR CALLBACK DialogProc(HWND dialog, UINT message, WPARAM first, LPARAM second) {
   if (message == WM_INITDIALOG) {
     const DialogStart* start = reinterpret_cast<const DialogStart*>(second);

@@ -21,7 +21,7 @@ class BitmapSource {
   ~BitmapSource() {
     SelectObject(handle, old);
     DeleteDC(handle);
-    // The pixels are written to next, so nothing that reads them may still be waiting.
+    // The program writes to the pixels next, so queued drawing that reads them must finish.
     GdiFlush();
   }
 
@@ -31,7 +31,7 @@ class BitmapSource {
   const HGDIOBJ old;
 };
 
-// Cuts a stretch of the source to 0 up to `limit`, and moves the target along.
+// Clips a range of the source to 0 up to `limit`, and adjusts the target.
 void CutToSource(int32_t limit, int32_t* source, int32_t* target, int32_t* length) {
   const int32_t before = std::max(0, -*source);
   *source += before;
@@ -96,7 +96,7 @@ void FillFace(DeviceContext* context, const Bounds& area) {
 void DrawBitmap(DeviceContext* context, int32_t x, int32_t y, int32_t width, int32_t height, BitmapHandle bitmap,
                 int32_t sourceX, int32_t sourceY, const ColorEntry (&colors)[256]) {
   if (bitmap == nullptr) return;
-  // The rows of the spare bytes belong to the handle, but not to the picture.
+  // The rows of spare bytes belong to the handle but not to the picture.
   CutToSource(bitmap->width, &sourceX, &x, &width);
   CutToSource(bitmap->height, &sourceY, &y, &height);
   if (width <= 0 || height <= 0) return;

@@ -11,7 +11,7 @@ FILE* OpenStdioFile(const char* path, const char* mode) {
 }
 
 FILE* OpenTemporaryFile() {
-  // The one of the run-time library lies in the root folder, which is closed to most users; this one goes when closed.
+  // tmpfile() uses the root folder, where most users can't write.
   char folder[MAX_PATH];
   char path[MAX_PATH];
   const DWORD length = GetTempPathA(sizeof(folder), folder);

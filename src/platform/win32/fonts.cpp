@@ -6,7 +6,7 @@ namespace sorvel::platform {
 
 namespace {
 
-// Tenths of a degree against the clock: three quarters of a turn make a line run downward.
+// In tenths of a degree, counterclockwise: 270 degrees make a line run downward.
 constexpr int kDownward = 2700;
 
 struct FontListing {
@@ -57,7 +57,7 @@ void DrawTextLine(BitmapHandle bitmap, FontHandle font, int32_t x, int32_t y, co
   SelectObject(memory, oldFont);
   SelectObject(memory, oldBitmap);
   DeleteDC(memory);
-  // The pixels are read next.
+  // The program reads the pixels next.
   GdiFlush();
 }
 

@@ -13,9 +13,8 @@ namespace {
 constexpr char kTimerClass[] = "SorvelTimer";
 constexpr UINT kTick = WM_USER;
 
-// The timer calls on a thread of its own, where all that happens is that a message is posted to this window: ticks run
-// on the main thread, and no more than one waits at a time. Each timer has its number, by which a message that is left
-// over from one before is known.
+// The timer calls back on a thread of its own, which only posts a message to this window: ticks run on the main thread,
+// and at most one is queued. The number of the timer in the message tells ticks of an earlier timer apart.
 struct {
   HWND window = nullptr;
   TimerFunction function = nullptr;
@@ -28,7 +27,7 @@ struct {
 LRESULT CALLBACK TimerProc(HWND window, UINT message, WPARAM first, LPARAM second) {
   if (message != kTick) return DefWindowProcA(window, message, first, second);
   if (gTimer.id != 0 && first == gTimer.number) gTimer.function(gTimer.user);
-  // Only now may the next one be posted: ticks that take longer than their period leave room for everything else.
+  // The next one may be posted only now, so that slow ticks can't keep other messages out.
   gTimer.waiting = false;
   return 0;
 }

@@ -12,7 +12,8 @@
 #include "platform/menus.h"
 #include "platform/window.h"
 
-// The window system's handles behind the seam's. But for bitmaps they are the same values under another type.
+// Conversion between the platform's handles and those of the window system. Except for bitmaps they are the same
+// values.
 namespace sorvel::platform {
 
 struct Bitmap {

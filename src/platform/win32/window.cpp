@@ -16,7 +16,7 @@ namespace {
 // WS_MAXIMIZE, WS_VSCROLL, WS_HSCROLL and MDIS_ALLCHILDSTYLES.
 constexpr DWORD kMdiChildStyle = 0x01300001;
 
-// The one window with an area of child windows: its default handling needs that area.
+// The frame window and its MDI client, which the default handling of the frame needs.
 struct {
   HWND frame = nullptr;
   HWND client = nullptr;
@@ -26,7 +26,7 @@ bool IsMdiChild(HWND window) {
   return (GetWindowLongPtrA(window, GWL_EXSTYLE) & WS_EX_MDICHILD) != 0;
 }
 
-// Tool tips ask in either of two alphabets; the object answers in its own.
+// Tool tips ask for ANSI or wide text; the object answers in Shift JIS.
 LRESULT OnNotify(WindowObject* object, const NMHDR* head) {
   ToolTip tip = {static_cast<int32_t>(head->idFrom), ""};
   const auto tell = [&](ToolTipMoment moment) {
@@ -56,7 +56,7 @@ LRESULT OnNotify(WindowObject* object, const NMHDR* head) {
   }
 }
 
-// Hands each message to the window's object, which is found in the window's own storage.
+// Passes each message to the window's object, which its user data holds.
 LRESULT CALLBACK ObjectProc(HWND window, UINT message, WPARAM first, LPARAM second) {
   WindowObject* object = reinterpret_cast<WindowObject*>(GetWindowLongPtrA(window, 0));
   if (object == nullptr && message == WM_NCCREATE) {
@@ -244,7 +244,7 @@ Point ScreenToClient(WindowHandle window, Point point) {
 }
 
 void MoveWindow(WindowHandle window, int32_t x, int32_t y, int32_t width, int32_t height, bool repaint) {
-  // Windows that lie beside each other are moved one by one: pixels that were carried along could be a neighbour's.
+  // No copied pixels: panels are moved one by one, and a copy could take pixels of a neighbour along.
   SetWindowPos(HandleOf(window), nullptr, x, y, width, height,
                SWP_NOZORDER | SWP_NOACTIVATE | static_cast<UINT>(repaint ? SWP_NOCOPYBITS : SWP_NOREDRAW));
 }

@@ -10,18 +10,31 @@ namespace {
 
 struct BoxTool : DrawingTest {
   BoxTool() { session.Command(kToolRectangle); }
-  void Drag(int fromX, int fromY, int toX, int toY, std::string_view keys = "") {
-    session.Press(fromX, fromY);
-    session.Release(toX, toY, keys);
-  }
 };
 
 TEST_F(BoxTool, AWidePenDrawsAWideOutline) {
   session.PickSize(3);
-  Drag(20, 15, 40, 30);
+  session.Press(20, 15).Release(40, 30);
   const ModelPen pen = {.shape = 10};
   model.Line(20, 15, 40, 15, pen).Line(40, 15, 40, 30, pen).Line(40, 30, 20, 30, pen).Line(20, 30, 20, 15, pen);
   EXPECT_TRUE(ViewShows(model));
+}
+
+TEST_F(BoxTool, TheFrameFollowsToTheLowerRightOnly) {
+  const PixelMatrix screen = session.NowScreen();
+  session.Press(30, 30).Move(20, 40).Move(40, 20);
+  EXPECT_TRUE(session.NowScreen() == screen);
+  session.Move(40, 40);
+  EXPECT_FALSE(session.NowScreen() == screen);
+  EXPECT_TRUE(ViewShows(model));
+}
+
+TEST_F(BoxTool, TheReleaseTakesTheFrameAway) {
+  session.Press(10, 10).Move(50, 40).Release(20, 20);
+  const PixelMatrix dragged = session.NowScreen();
+  DrawingSession plain;
+  plain.Command(kToolRectangle).Press(10, 10).Release(20, 20);
+  EXPECT_TRUE(plain.NowScreen() == dragged);
 }
 
 const Rules<BoxTool, "BoxTool"> kBoxToolRules = {
@@ -51,29 +64,9 @@ const Rules<BoxTool, "BoxTool"> kBoxToolRules = {
      Ink().Outline(10, 10, 20, 20, 8)},
     {"ABoxIsOneUndoStep", Do().Press(30, 30).Release(40, 40).Press(10, 10).Release(20, 20).Command(kCommandUndo),
      Ink().Outline(30, 30, 40, 40, 8)},
+    {"PositionsAreUnsigned", Do().Press(10, 10).Release(-3, 20),
+     Ink().Fill(10, 10, 54, 1, 8).Fill(10, 20, 54, 1, 8).Fill(10, 10, 1, 11, 8)},
 };
-
-TEST_F(BoxTool, TheFrameFollowsToTheLowerRightOnly) {
-  const PixelMatrix screen = session.NowScreen();
-  session.Press(30, 30).Move(20, 40).Move(40, 20);
-  EXPECT_TRUE(session.NowScreen() == screen);
-  session.Move(40, 40);
-  EXPECT_FALSE(session.NowScreen() == screen);
-  EXPECT_TRUE(ViewShows(model));
-}
-
-TEST_F(BoxTool, TheReleaseTakesTheFrameAway) {
-  session.Press(10, 10).Move(50, 40).Release(20, 20);
-  const PixelMatrix dragged = session.NowScreen();
-  DrawingSession plain;
-  plain.Command(kToolRectangle).Press(10, 10).Release(20, 20);
-  EXPECT_TRUE(plain.NowScreen() == dragged);
-}
-
-TEST_F(BoxTool, PositionsAreUnsigned) {
-  Drag(10, 10, -3, 20);
-  EXPECT_TRUE(ViewShows(model.Fill(10, 10, 54, 1, 8).Fill(10, 20, 54, 1, 8).Fill(10, 10, 1, 11, 8)));
-}
 
 // The picture stands 10 pixels in from the window's edge on each side.
 struct BoxPastTheEdge : DrawingTest {

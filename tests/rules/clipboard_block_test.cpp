@@ -11,139 +11,21 @@
 namespace rules {
 namespace {
 
-struct Block : BlockScene {
-  // Draws a mark of 4 by 5 at (12, 12) and selects the block from (10, 10) to (20, 20) around it.
-  void SelectMark() {
-    Ink(12, 12, 4, 5, 2);
-    Select(10, 10, 20, 20);
-  }
-  // The same, copied.
-  void CopyMark() {
-    SelectMark();
-    session.Command(kCommandCopy);
-  }
-  // What a block of the mark shows where it is pasted at its old place.
-  InkModel WithMark() const {
-    InkModel with = model;
-    with.Fill(12, 12, 4, 5, 2);
-    return with;
-  }
-};
+struct Block : BlockScene {};
 
-TEST_F(Block, AnEmptyBlockPastesNothing) {
-  EXPECT_TRUE(PasteShows(model));
-  EXPECT_TRUE(Holds(session, "cut/floatingPaste", false, "frame/currentTool", kToolFreePen));
+// Draws a mark of 4 by 5 at (12, 12) and selects the block from (10, 10) to (20, 20) around it.
+Rule::Steps SelectMark() {
+  return {Filled{12, 12, 4, 5, 2}, Do().SelectArea(10, 10, 20, 20)};
 }
 
-TEST_F(Block, ComesBackAtItsPlaceInItsCut) {
-  CopyMark();
-  Clear();
-  EXPECT_TRUE(PasteShows(WithMark()));
+// The same, copied.
+Rule::Steps CopyMark() {
+  return {Filled{12, 12, 4, 5, 2}, Do().SelectArea(10, 10, 20, 20).Command(kCommandCopy)};
 }
 
-TEST_F(Block, ComesBackAtItsPlaceOnTheCanvasInAnotherLayer) {
-  CopyMark();
-  Clear();
-  session.AddLayer("B", 64, 48).Command(kToolLayerPosition).LeftDrag(10, 10, 15, 13).Command(kCommandPaste);
-  session.Command(kCommandCurrentCellOnly);
-  EXPECT_TRUE(ViewShows(WithMark()));
-}
-
-TEST_F(Block, LandsAtTheOriginInAnotherCut) {
-  CopyMark();
-  NewCutOfTheSameSize();
-  InkModel other;
-  other.Fill(2, 2, 4, 5, 2);
-  EXPECT_TRUE(PasteShows(other));
-  EXPECT_EQ(session.NowSelection(), (Area{0, 0, 10, 10}));
-}
-
-TEST_F(Block, FloatsAsASelectionOfTheAreaTool) {
-  CopyMark();
-  session.Command(kToolFreePen).Command(kCommandPaste);
-  EXPECT_TRUE(Holds(session, "cut/selection", Area{10, 10, 20, 20}, "cut/floatingPaste", true, "frame/currentTool",
-                    kToolAreaSelect, "cut/undoRect", Area{10, 10, 10, 10}));
-}
-
-TEST_F(Block, TransparentPixelsOfItLeaveTheCell) {
-  CopyMark();
-  Ink(8, 8, 30, 30, 4);
-  EXPECT_TRUE(PasteShows(WithMark()));
-}
-
-TEST_F(Block, TheMaskDecidesWhatIsLifted) {
-  Ink(12, 12, 2, 5, 2);
-  Ink(14, 12, 2, 5, 3);
-  CopyBlockAndClear({3});
-  model.Fill(12, 12, 2, 5, 2);
-  EXPECT_TRUE(PasteShows(model));
-}
-
-TEST_F(Block, TheMaskProtectsWhatItIsPastedOn) {
-  CopyMark();
-  Ink(14, 10, 10, 10, 3);
-  session.Mask({3});
-  EXPECT_TRUE(PasteShows(model));
-}
-
-TEST_F(Block, ACopyWithoutASelectionKeepsTheOldOne) {
-  CopyMark();
-  Clear();
-  session.Command(kCommandCopy).Command(kCommandPaste);
-  EXPECT_TRUE(ViewShows(WithMark()));
-}
-
-TEST_F(Block, ACopyIsCutToTheCell) {
-  AddSmallLayer();
-  Select(10, 10, 40, 25);
-  session.Command(kCommandCopy).Command(kCommandPaste);
-  EXPECT_EQ(session.NowSelection(), (Area{22, 19, 40, 25}));
-}
-
-TEST_F(Block, ACopyBesideTheCellStoresNothing) {
-  AddSmallLayer();
-  Select(2, 2, 10, 10);
-  session.Command(kCommandCopy).Command(kCommandPaste);
-  EXPECT_EQ(session.Cut()["floatingPaste"], false);
-}
-
-TEST_F(Block, ABlankRecordTakesNoPaste) {
-  CopyMark();
-  session.Command(kToolFreePen).Command(kCommandBlankCell).Command(kCommandPaste);
-  EXPECT_TRUE(Holds(session, "frame/currentTool", kToolFreePen, "cut/floatingPaste", false));
-}
-
-TEST_F(Block, UndoTakesThePasteAway) {
-  CopyMark();
-  Clear();
-  session.Command(kCommandPaste).Command(kCommandUndo);
-  EXPECT_TRUE(ViewShows(model));
-}
-
-TEST_F(Block, ACutErasesAndStores) {
-  Ink(5, 12, 20, 5, 2);
-  Select(10, 10, 20, 20);
-  session.Command(kCommandCut);
-  InkModel erased = model;
-  erased.Fill(10, 12, 10, 5, 0);
-  EXPECT_TRUE(ViewShows(erased));
-  EXPECT_EQ(session.NowUndoRect(), (Area{10, 10, 10, 10}));
-  EXPECT_TRUE(PasteShows(model));
-}
-
-TEST_F(Block, ACutBesideTheCellStopsBeforeTheUndoCopy) {
-  AddSmallLayer();
-  Ink(25, 20, 5, 5, 2);
-  Select(2, 2, 10, 10);
-  session.Command(kCommandCut);
-  EXPECT_TRUE(ViewShows(model));
-  EXPECT_TRUE(UndoShows(InkModel()));
-}
-
-TEST_F(Block, ACutIsOneUndoStep) {
-  SelectMark();
-  session.Command(kCommandCut).Command(kCommandUndo);
-  EXPECT_TRUE(ViewShows(model));
+// What a block of the mark shows where it is pasted at its old place.
+Ink WithMark() {
+  return Once().Fill(12, 12, 4, 5, 2);
 }
 
 // The mirror commands.
@@ -215,15 +97,6 @@ INSTANTIATE_TEST_SUITE_P(Commands, MirroredPart,
                                                     {{12, 19, 3, 1, 3}}}),
                          [](const testing::TestParamInfo<MirrorCase>& test) { return std::string(test.param.name); });
 
-TEST_F(Block, AMirrorTurnsTheWholeCellLeftToRight) {
-  Ink(10, 5, 3, 4, 2);
-  session.Command(kCommandFlipHorizontal);
-  InkModel flipped;
-  flipped.Fill(51, 5, 3, 4, 2);
-  EXPECT_TRUE(ViewShows(flipped));
-  EXPECT_EQ(session.NowUndoRect(), (Area{0, 0, 64, 48}));
-}
-
 TEST_F(Block, AMirrorNeedsNoAreaTool) {
   Ink(10, 5, 3, 4, 2);
   Select(8, 4, 20, 12);
@@ -233,25 +106,51 @@ TEST_F(Block, AMirrorNeedsNoAreaTool) {
   EXPECT_TRUE(ViewShows(flipped)) << "the tool change ended the selection";
 }
 
-TEST_F(Block, AMirrorOfASelectionPastTheCellTurnsThePartInside) {
-  AddSmallLayer();
-  Ink(22, 20, 2, 3, 2);
-  Select(10, 10, 32, 40);
-  session.Command(kCommandFlipHorizontal);
-  InkModel flipped;
-  flipped.Fill(30, 20, 2, 3, 2);
-  EXPECT_TRUE(ViewShows(flipped));
-}
-
 const Rules<Block, "Block"> kBlockRules = {
+    {"ComesBackAtItsPlaceInItsCut", CopyMark(), Filled{}, Do().Command(kCommandPaste), WithMark()},
+    {"ComesBackAtItsPlaceOnTheCanvasInAnotherLayer", CopyMark(), Filled{},
+     Do().AddLayer("B", 64, 48).Command(kToolLayerPosition).LeftDrag(10, 10, 15, 13),
+     Do().Commands({kCommandPaste, kCommandCurrentCellOnly}), WithMark()},
+    {"LandsAtTheOriginInAnotherCut", CopyMark(), Do().NewCut(kCutOfTheSameSize).Command(kCommandPaste),
+     OnEmpty().Fill(2, 2, 4, 5, 2), Has("cut/selection", Area{0, 0, 10, 10})},
+    {"FloatsAsASelectionOfTheAreaTool", CopyMark(), Do().Command(kToolFreePen).Command(kCommandPaste),
+     Has("cut/selection", Area{10, 10, 20, 20}, "cut/floatingPaste", true, "frame/currentTool", kToolAreaSelect,
+         "cut/undoRect", Area{10, 10, 10, 10})},
+    {"TransparentPixelsOfItLeaveTheCell", CopyMark(), Filled{8, 8, 30, 30, 4}, Do().Command(kCommandPaste), WithMark()},
+    {"TheMaskProtectsWhatItIsPastedOn", CopyMark(), Filled{14, 10, 10, 10, 3}, Do().Mask({3}).Command(kCommandPaste),
+     Ink()},
+    {"ACopyWithoutASelectionKeepsTheOldOne", CopyMark(), Filled{}, Do().Commands({kCommandCopy, kCommandPaste}),
+     WithMark()},
+    {"ABlankRecordTakesNoPaste", CopyMark(), Do().Command(kToolFreePen).Commands({kCommandBlankCell, kCommandPaste}),
+     Has("frame/currentTool", kToolFreePen, "cut/floatingPaste", false)},
+    {"UndoTakesThePasteAway", CopyMark(), Filled{}, Do().Commands({kCommandPaste, kCommandUndo}), Ink()},
+    {"ACutIsOneUndoStep", SelectMark(), Do().Commands({kCommandCut, kCommandUndo}), Ink()},
+    {"AnEmptyBlockPastesNothing", Do().Command(kCommandPaste), Ink(),
+     Has("cut/floatingPaste", false, "frame/currentTool", kToolFreePen)},
+    {"TheMaskDecidesWhatIsLifted", Filled{12, 12, 2, 5, 2}, Filled{14, 12, 2, 5, 3}, CopyBlockAndClear({3}),
+     Do().Command(kCommandPaste), Ink().Fill(12, 12, 2, 5, 2)},
+    {"ACopyIsCutToTheCell",
+     Do().AddLayer("B", 20, 10).SelectArea(10, 10, 40, 25).Commands({kCommandCopy, kCommandPaste}),
+     Has("cut/selection", Area{22, 19, 40, 25})},
+    {"ACopyBesideTheCellStoresNothing",
+     Do().AddLayer("B", 20, 10).SelectArea(2, 2, 10, 10).Commands({kCommandCopy, kCommandPaste}),
+     Has("cut/floatingPaste", false)},
+    {"ACutErasesAndStores", Filled{5, 12, 20, 5, 2}, Do().SelectArea(10, 10, 20, 20).Command(kCommandCut),
+     Once().Fill(10, 12, 10, 5, 0), Has("cut/undoRect", Area{10, 10, 10, 10}), Do().Command(kCommandPaste), Ink()},
+    {"ACutBesideTheCellStopsBeforeTheUndoCopy", Do().AddLayer("B", 20, 10), Filled{25, 20, 5, 5, 2},
+     Do().SelectArea(2, 2, 10, 10).Command(kCommandCut), Ink(), Do().Command(kCommandUndo), OnEmpty()},
+    {"AMirrorTurnsTheWholeCellLeftToRight", Filled{10, 5, 3, 4, 2}, Do().Command(kCommandFlipHorizontal),
+     OnEmpty().Fill(51, 5, 3, 4, 2), Has("cut/undoRect", Area{0, 0, 64, 48})},
+    {"AMirrorOfASelectionPastTheCellTurnsThePartInside", Do().AddLayer("B", 20, 10), Filled{22, 20, 2, 3, 2},
+     Do().SelectArea(10, 10, 32, 40).Command(kCommandFlipHorizontal), OnEmpty().Fill(30, 20, 2, 3, 2)},
     {"ACutLeavesProtectedPixels",
-     Do().FillArea(12, 12, 2, 5, 2).FillArea(14, 12, 2, 5, 3).SelectArea(10, 10, 20, 20).Mask({3}),
-     Do().Command(kCommandCut), Ink().Fill(12, 12, 2, 5, 2).Fill(14, 12, 2, 5, 3).Fill(12, 12, 2, 5, 0)},
-    {"AMirrorIsOneUndoStep", Do().FillArea(10, 5, 3, 4, 2).Command(kCommandFlipHorizontal).Command(kCommandUndo),
+     Do().FillArea(12, 12, 2, 5, 2).FillArea(14, 12, 2, 5, 3).SelectArea(10, 10, 20, 20).Mask({3}).Command(kCommandCut),
+     Ink().Fill(12, 12, 2, 5, 2).Fill(14, 12, 2, 5, 3).Fill(12, 12, 2, 5, 0)},
+    {"AMirrorIsOneUndoStep", Do().FillArea(10, 5, 3, 4, 2).Commands({kCommandFlipHorizontal, kCommandUndo}),
      Ink().Fill(10, 5, 3, 4, 2)},
     {"ABlankRecordIsNotMirrored",
-     Do().FillArea(10, 5, 3, 4, 2).Command(kCommandBlankCell).Command(kCommandFlipHorizontal),
-     Do().Command(kCommandBlankCell), Ink().Fill(10, 5, 3, 4, 2)},
+     Do().FillArea(10, 5, 3, 4, 2).Commands({kCommandBlankCell, kCommandFlipHorizontal, kCommandBlankCell}),
+     Ink().Fill(10, 5, 3, 4, 2)},
 };
 
 }  // namespace

@@ -15,31 +15,10 @@ uint32_t Grey(int value) {
   return static_cast<uint32_t>(value) * 0x010101u;
 }
 
-struct PastedPicture : BlockScene {
-  void PastePlain(int width, int height, uint32_t colour) {
-    PastePicture(session, PlainPicture(width, height, colour));
-  }
-  // 8 by 6 pixels.
-  void PasteWhite() { PastePlain(8, 6, 0xFFFFFF); }
-};
-
-TEST_F(PastedPicture, WhiteIsPlainWhite) {
-  PasteWhite();
-  EXPECT_TRUE(ViewShows(model.Fill(0, 0, 8, 6, 4)));
-}
-
-TEST_F(PastedPicture, BlackIsFillBlack) {
-  PastePlain(8, 6, 0x000000);
-  EXPECT_TRUE(ViewShows(model.Fill(0, 0, 8, 6, 1)));
-}
-
-TEST_F(PastedPicture, MiddleGreyIsAnEvenDitherOfTheTwoGreys) {
-  PastePlain(8, 8, 0x808080);
-  EXPECT_TRUE(ViewShows(model.FillWith({.tone = 8, .colorA = 2, .colorB = 3}, 0, 0, 8, 8)));
-}
+struct PastedPicture : BlockScene {};
 
 TEST_F(PastedPicture, TheLowestLevelHasOneSixteenthOfDarkGrey) {
-  PastePlain(16, 16, Grey(6));
+  PastePicture(session, PlainPicture(16, 16, Grey(6)));
   const PixelMatrix view = session.NowView();
   EXPECT_EQ(view.Count(1), 240);
   EXPECT_EQ(view.Count(2), 16);
@@ -83,49 +62,6 @@ TEST(PastedPictureOfManyColours, ThatIsLargeHasNoSeams) {
   EXPECT_TRUE(Shows(session.NowView(), model));
 }
 
-TEST_F(PastedPicture, FloatsAsASelectionOfTheAreaTool) {
-  PasteWhite();
-  EXPECT_TRUE(Holds(session, "cut/selection", Area{0, 0, 8, 6}, "cut/floatingPaste", true, "frame/currentTool",
-                    kToolAreaSelect, "cut/undoRect", Area{0, 0, 8, 6}));
-}
-
-TEST_F(PastedPicture, LandsAtTheLayersOrigin) {
-  session.Command(kToolLayerPosition).LeftDrag(10, 10, 15, 13);
-  PasteWhite();
-  EXPECT_TRUE(ViewShows(model.Fill(5, 3, 8, 6, 4)));
-}
-
-TEST_F(PastedPicture, LeavesProtectedPixelsOfTheCell) {
-  Ink(2, 0, 3, 20, 3);
-  session.Mask({3});
-  PasteWhite();
-  EXPECT_TRUE(ViewShows(model.Fill(0, 0, 8, 6, 4).Fill(2, 0, 3, 20, 3)));
-}
-
-TEST_F(PastedPicture, IsOneUndoStep) {
-  Ink(2, 0, 3, 20, 3);
-  PasteWhite();
-  EXPECT_TRUE(UndoShows(model));
-}
-
-TEST_F(PastedPicture, AnEmptyClipboardPastesNothing) {
-  session.Command(kCommandPasteFromClipboard);
-  EXPECT_TRUE(Holds(session, "cut/floatingPaste", false, "frame/currentTool", kToolFreePen));
-}
-
-TEST_F(PastedPicture, ABlankRecordTakesNone) {
-  session.Command(kCommandBlankCell);
-  PasteWhite();
-  EXPECT_EQ(session.Cut()["floatingPaste"], false);
-}
-
-TEST_F(PastedPicture, BecomesTheBlock) {
-  PasteWhite();
-  Clear();
-  model.Fill(0, 0, 8, 6, 4);
-  EXPECT_TRUE(PasteShows(model));
-}
-
 TEST_F(PastedPicture, TheTransparentColourShowsWhatLiesBelow) {
   Ink(2, 0, 3, 20, 3);
   session.Line("color FFFFFF").Command(kCommandTransparentColor);
@@ -133,12 +69,6 @@ TEST_F(PastedPicture, TheTransparentColourShowsWhatLiesBelow) {
   for (size_t x = 0; x < 8; ++x) picture.pixels[x] = 0x000000;
   PastePicture(session, picture);
   EXPECT_TRUE(ViewShows(model.Fill(0, 0, 8, 1, 1)));
-}
-
-TEST_F(PastedPicture, OnlyTheExactColourIsTransparent) {
-  session.Line("color FFFFFF").Command(kCommandTransparentColor);
-  PastePlain(8, 6, 0xFFFFFE);
-  EXPECT_EQ(session.NowView().Count(4), 48);
 }
 
 TEST_F(PastedPicture, SettingsGiveTheTransparentColourInRedGreenAndBlue) {
@@ -149,11 +79,32 @@ TEST_F(PastedPicture, SettingsGiveTheTransparentColourInRedGreenAndBlue) {
   EXPECT_NE(view.At(1, 0), 0u);
 }
 
-TEST_F(PastedPicture, ASecondCommandSwitchesTheTransparencyOff) {
-  session.Line("color FFFFFF").Command(kCommandTransparentColor).Command(kCommandTransparentColor);
-  PasteWhite();
-  EXPECT_EQ(session.NowView().Count(4), 48);
-}
+const Rules<PastedPicture, "PastedPicture"> kPastedPictureRules = {
+    {"WhiteIsPlainWhite", PastePicture(Do(), PlainPicture(8, 6, 0xFFFFFF)), Ink().Fill(0, 0, 8, 6, 4)},
+    {"BlackIsFillBlack", PastePicture(Do(), PlainPicture(8, 6, 0x000000)), Ink().Fill(0, 0, 8, 6, 1)},
+    {"MiddleGreyIsAnEvenDitherOfTheTwoGreys", PastePicture(Do(), PlainPicture(8, 8, 0x808080)),
+     Ink().FillWith({.tone = 8, .colorA = 2, .colorB = 3}, 0, 0, 8, 8)},
+    {"FloatsAsASelectionOfTheAreaTool", PastePicture(Do(), PlainPicture(8, 6, 0xFFFFFF)),
+     Has("cut/selection", Area{0, 0, 8, 6}, "cut/floatingPaste", true, "frame/currentTool", kToolAreaSelect,
+         "cut/undoRect", Area{0, 0, 8, 6})},
+    {"LandsAtTheLayersOrigin", Do().Command(kToolLayerPosition).LeftDrag(10, 10, 15, 13),
+     PastePicture(Do(), PlainPicture(8, 6, 0xFFFFFF)), Ink().Fill(5, 3, 8, 6, 4)},
+    {"LeavesProtectedPixelsOfTheCell", Filled{2, 0, 3, 20, 3}, Do().Mask({3}),
+     PastePicture(Do(), PlainPicture(8, 6, 0xFFFFFF)), Ink().Fill(0, 0, 8, 6, 4).Fill(2, 0, 3, 20, 3)},
+    {"IsOneUndoStep", Filled{2, 0, 3, 20, 3}, PastePicture(Do(), PlainPicture(8, 6, 0xFFFFFF)),
+     Do().Command(kCommandUndo), Ink()},
+    {"AnEmptyClipboardPastesNothing", Do().Command(kCommandPasteFromClipboard),
+     Has("cut/floatingPaste", false, "frame/currentTool", kToolFreePen)},
+    {"ABlankRecordTakesNone", Do().Command(kCommandBlankCell), PastePicture(Do(), PlainPicture(8, 6, 0xFFFFFF)),
+     Has("cut/floatingPaste", false)},
+    {"BecomesTheBlock", PastePicture(Do(), PlainPicture(8, 6, 0xFFFFFF)), Filled{}, Do().Command(kCommandPaste),
+     Ink().Fill(0, 0, 8, 6, 4)},
+    {"OnlyTheExactColourIsTransparent", Do().Line("color FFFFFF").Command(kCommandTransparentColor),
+     PastePicture(Do(), PlainPicture(8, 6, 0xFFFFFE)), Has("pixels/4", 48)},
+    {"ASecondCommandSwitchesTheTransparencyOff",
+     Do().Line("color FFFFFF").Commands({kCommandTransparentColor, kCommandTransparentColor}),
+     PastePicture(Do(), PlainPicture(8, 6, 0xFFFFFF)), Has("pixels/4", 48)},
+};
 
 using TransparentColour = SessionTest;
 

@@ -14,378 +14,180 @@ namespace {
 
 // ---- Between cuts ----
 
-struct BlockBetweenCuts : BlockScene {};
-
-TEST_F(BlockBetweenCuts, LandsAtTheOriginOfTheCellNotOfTheCanvas) {
-  CopyAndClear();
-  NewCutWithSmallLayer();
-  InkModel other;
-  other.Fill(24, 21, 4, 4, 2);
-  EXPECT_TRUE(PasteShows(other));
-  EXPECT_TRUE(Holds(session, "cut/selection", Area{22, 19, 32, 29}, "cut/undoRect", Area{0, 0, 10, 10}));
-}
-
-TEST_F(BlockBetweenCuts, LargerThanTheCellKeepsItsWholeFrame) {
-  Ink(0, 0, 64, 48, 2);
-  Ink(0, 0, 3, 3, 3);
-  Select(0, 0, 40, 30);
-  session.Command(kCommandCopy);
-  NewCutWithSmallLayer();
-  InkModel other;
-  other.Fill(22, 19, 20, 10, 2).Fill(22, 19, 3, 3, 3);
-  EXPECT_TRUE(PasteShows(other));
-  EXPECT_TRUE(Holds(session, "cut/selection", Area{22, 19, 62, 49}, "cut/undoRect", Area{0, 0, 40, 30}));
-}
-
-TEST_F(BlockBetweenCuts, ComesBackAtItsPlaceInTheFirstCutAfterAPasteInTheSecond) {
-  CopyAndClear();
-  NewCutWithSmallLayer();
-  session.Command(kCommandPaste).Activate(0).Command(kCommandPaste);
-  EXPECT_TRUE(ViewShows(model.Fill(12, 12, 4, 4, 2)));
-  EXPECT_EQ(session.NowSelection(), (Area{10, 10, 20, 20}));
-}
-
-TEST_F(BlockBetweenCuts, BelongsToTheCutOfTheLastCopy) {
-  CopyAndClear();
-  NewCutOfTheSameSize();
-  session.FillArea(31, 6, 2, 2, 4);
-  Select(30, 5, 38, 12);
-  session.Command(kCommandCopy).Activate(0).Command(kCommandPaste);
-  EXPECT_TRUE(ViewShows(model.Fill(1, 1, 2, 2, 4)));
-  session.Activate(1).Command(kCommandPaste);
-  EXPECT_EQ(session.NowSelection(), (Area{30, 5, 38, 12}));
-}
-
-TEST_F(BlockBetweenCuts, OutlivesTheCutItCameFrom) {
-  CopyAndClear();
-  NewCutOfTheSameSize();
-  session.Activate(0).Answer("no").Close();
-  InkModel other;
-  other.Fill(2, 2, 4, 4, 2);
-  EXPECT_TRUE(PasteShows(other));
-}
-
-TEST_F(BlockBetweenCuts, ACutOutBlockIsTakenAlongAndItsUndoStaysBehind) {
-  Ink(12, 12, 4, 4, 2);
-  Select(10, 10, 20, 20);
-  session.Command(kCommandCut);
-  NewCutOfTheSameSize();
-  InkModel other;
-  other.Fill(2, 2, 4, 4, 2);
-  EXPECT_TRUE(PasteShows(other));
-  session.Activate(0).Command(kCommandUndo);
-  EXPECT_TRUE(ViewShows(model));
-  session.Activate(1).Command(kCommandUndo);
-  EXPECT_TRUE(ViewShows(InkModel()));
-}
-
-TEST_F(BlockBetweenCuts, ADragInTheSecondCutMovesTheBlockThere) {
-  CopyAndClear();
-  NewCutOfTheSameSize();
-  session.Command(kCommandPaste).LeftDrag(5, 5, 35, 25);
-  InkModel other;
-  other.Fill(32, 22, 4, 4, 2);
-  EXPECT_TRUE(ViewShows(other));
-  session.Activate(0);
-  EXPECT_TRUE(ViewShows(model));
-}
+const Rules<BlockScene, "BlockBetweenCuts"> kBlockBetweenCutsRules = {
+    {"LandsAtTheOriginOfTheCellNotOfTheCanvas", CopyAndClear(), Do().NewCut(kCutWithSmallLayer).Command(kCommandPaste),
+     OnEmpty().Fill(24, 21, 4, 4, 2), Has("cut/selection", Area{22, 19, 32, 29}, "cut/undoRect", Area{0, 0, 10, 10})},
+    {"LargerThanTheCellKeepsItsWholeFrame", Filled{0, 0, 64, 48, 2}, Filled{0, 0, 3, 3, 3},
+     Do().SelectArea(0, 0, 40, 30).Command(kCommandCopy).NewCut(kCutWithSmallLayer).Command(kCommandPaste),
+     OnEmpty().Fill(22, 19, 20, 10, 2).Fill(22, 19, 3, 3, 3),
+     Has("cut/selection", Area{22, 19, 62, 49}, "cut/undoRect", Area{0, 0, 40, 30})},
+    {"ComesBackAtItsPlaceInTheFirstCutAfterAPasteInTheSecond", CopyAndClear(),
+     Do().NewCut(kCutWithSmallLayer).Command(kCommandPaste).Activate(0).Command(kCommandPaste),
+     Ink().Fill(12, 12, 4, 4, 2), Has("cut/selection", Area{10, 10, 20, 20})},
+    {"BelongsToTheCutOfTheLastCopy", CopyAndClear(),
+     Do().NewCut(kCutOfTheSameSize).FillArea(31, 6, 2, 2, 4).SelectArea(30, 5, 38, 12).Command(kCommandCopy),
+     Do().Activate(0).Command(kCommandPaste), Ink().Fill(1, 1, 2, 2, 4), Do().Activate(1).Command(kCommandPaste),
+     Has("cut/selection", Area{30, 5, 38, 12})},
+    {"OutlivesTheCutItCameFrom", CopyAndClear(),
+     Do().NewCut(kCutOfTheSameSize).Activate(0).Answer("no").Close().Command(kCommandPaste),
+     OnEmpty().Fill(2, 2, 4, 4, 2)},
+    {"ACutOutBlockIsTakenAlongAndItsUndoStaysBehind", Filled{12, 12, 4, 4, 2},
+     Do().SelectArea(10, 10, 20, 20).Command(kCommandCut).NewCut(kCutOfTheSameSize).Command(kCommandPaste),
+     OnEmpty().Fill(2, 2, 4, 4, 2), Do().Activate(0).Command(kCommandUndo), Ink(),
+     Do().Activate(1).Command(kCommandUndo), OnEmpty()},
+    {"ADragInTheSecondCutMovesTheBlockThere", CopyAndClear(),
+     Do().NewCut(kCutOfTheSameSize).Command(kCommandPaste).LeftDrag(5, 5, 35, 25), OnEmpty().Fill(32, 22, 4, 4, 2),
+     Do().Activate(0), Ink()},
+};
 
 // ---- Between layers ----
 
-struct BlockBetweenLayers : BlockScene {
-  // 30 by 20 pixels from (10, 10) on, with a mark in the left upper corner.
-  void CopyLargeBlock() {
-    session.FillArea(10, 10, 30, 20, 2);
-    session.FillArea(10, 10, 5, 5, 3);
-    Select(10, 10, 40, 30);
-    session.Command(kCommandCopy);
-    Clear();
-  }
+// 30 by 20 pixels from (10, 10) on, with a mark in the left upper corner.
+Rule::Steps CopyLargeBlock() {
+  ScriptSession copy;
+  copy.FillArea(10, 10, 30, 20, 2).FillArea(10, 10, 5, 5, 3).SelectArea(10, 10, 40, 30).Command(kCommandCopy);
+  return {copy, Filled{}};
+}
+
+const Rules<BlockScene, "BlockBetweenLayers"> kBlockBetweenLayersRules = {
+    {"OnASmallerLayerIsCutToItAndKeepsItsPlace", CopyLargeBlock(), Do().AddLayer("B", 20, 10).Command(kCommandPaste),
+     Ink().Fill(22, 19, 18, 10, 2), Has("cut/selection", Area{10, 10, 40, 30}, "cut/undoRect", Area{-12, -9, 30, 20})},
+    {"ADragBringsInThePartThatLayOutside", CopyLargeBlock(),
+     Do().AddLayer("B", 20, 10).Command(kCommandPaste).LeftDrag(30, 22, 42, 31),
+     Ink().Fill(22, 19, 20, 10, 2).Fill(22, 19, 5, 5, 3),
+     Has("cut/selection", Area{22, 19, 52, 39}, "cut/undoRect", Area{-12, -9, 42, 29})},
+    {"UndoOnTheSmallerLayerTakesItAwayAndBringsItBack", CopyLargeBlock(),
+     Do().AddLayer("B", 20, 10).Commands({kCommandPaste, kCommandUndo}), Ink(), Do().Command(kCommandUndo),
+     Ink().Fill(22, 19, 18, 10, 2)},
+    {"OutOfASmallerLayerKeepsItsPlaceOnALargerOne",
+     Do().AddLayer("B", 20, 10).FillArea(24, 20, 6, 4, 3).Command(kToolAreaSelect).RightClick(30, 22),
+     Do().Command(kCommandCopy).Select(kLayerList, {0}).Commands({kCommandPaste, kCommandCurrentCellOnly}),
+     Ink().Fill(24, 20, 6, 4, 3), Has("cut/undoRect", Area{22, 19, 20, 10})},
+    {"WhollyBesideTheOtherLayerFloatsAndCanBeDraggedIn", CopyAndClear(),
+     Do().AddLayer("B", 20, 10).Command(kCommandPaste), Ink(), Has("cut/floatingPaste", true),
+     Do().LeftDrag(15, 15, 30, 25), Ink().Fill(27, 22, 4, 4, 2)},
+    {"GoesToAnotherCellOfTheLayer", Filled{12, 12, 4, 4, 2},
+     Do().SelectArea(10, 10, 20, 20).Commands({kCommandCopy, kCommandAddCell, kCommandPaste}).LeftDrag(15, 15, 25, 15),
+     OnEmpty().Fill(22, 12, 4, 4, 2), Do().Command(kCommandPreviousCell), Ink()},
 };
-
-TEST_F(BlockBetweenLayers, OnASmallerLayerIsCutToItAndKeepsItsPlace) {
-  CopyLargeBlock();
-  AddSmallLayer();
-  model.Fill(22, 19, 18, 10, 2);
-  EXPECT_TRUE(PasteShows(model));
-  EXPECT_TRUE(Holds(session, "cut/selection", Area{10, 10, 40, 30}, "cut/undoRect", Area{-12, -9, 30, 20}));
-}
-
-TEST_F(BlockBetweenLayers, ADragBringsInThePartThatLayOutside) {
-  CopyLargeBlock();
-  AddSmallLayer();
-  session.Command(kCommandPaste).LeftDrag(30, 22, 42, 31);
-  EXPECT_TRUE(ViewShows(model.Fill(22, 19, 20, 10, 2).Fill(22, 19, 5, 5, 3)));
-  EXPECT_TRUE(Holds(session, "cut/selection", Area{22, 19, 52, 39}, "cut/undoRect", Area{-12, -9, 42, 29}));
-}
-
-TEST_F(BlockBetweenLayers, UndoOnTheSmallerLayerTakesItAwayAndBringsItBack) {
-  CopyLargeBlock();
-  AddSmallLayer();
-  session.Command(kCommandPaste).Command(kCommandUndo);
-  EXPECT_TRUE(ViewShows(model));
-  session.Command(kCommandUndo);
-  EXPECT_TRUE(ViewShows(model.Fill(22, 19, 18, 10, 2)));
-}
-
-TEST_F(BlockBetweenLayers, OutOfASmallerLayerKeepsItsPlaceOnALargerOne) {
-  AddSmallLayer();
-  session.FillArea(24, 20, 6, 4, 3).Command(kToolAreaSelect).RightClick(30, 22).Command(kCommandCopy);
-  session.Select(kLayerList, {0}).Command(kCommandPaste).Command(kCommandCurrentCellOnly);
-  EXPECT_TRUE(ViewShows(model.Fill(24, 20, 6, 4, 3)));
-  EXPECT_EQ(session.NowUndoRect(), (Area{22, 19, 20, 10}));
-}
-
-TEST_F(BlockBetweenLayers, WhollyBesideTheOtherLayerFloatsAndCanBeDraggedIn) {
-  CopyAndClear();
-  AddSmallLayer();
-  EXPECT_TRUE(PasteShows(model));
-  EXPECT_EQ(session.Cut()["floatingPaste"], true);
-  session.LeftDrag(15, 15, 30, 25);
-  EXPECT_TRUE(ViewShows(model.Fill(27, 22, 4, 4, 2)));
-}
-
-TEST_F(BlockBetweenLayers, GoesToAnotherCellOfTheLayer) {
-  Ink(12, 12, 4, 4, 2);
-  Select(10, 10, 20, 20);
-  session.Command(kCommandCopy).Command(kCommandAddCell).Command(kCommandPaste).LeftDrag(15, 15, 25, 15);
-  InkModel added;
-  added.Fill(22, 12, 4, 4, 2);
-  EXPECT_TRUE(ViewShows(added));
-  session.Command(kCommandPreviousCell);
-  EXPECT_TRUE(ViewShows(model));
-}
 
 // ---- Masks ----
 
-struct MaskedBlock : BlockScene {};
-
-TEST_F(MaskedBlock, TheMaskOfTheCopyLiftsAndTheMaskOfThePasteProtects) {
-  Ink(12, 12, 2, 5, 2);
-  Ink(14, 12, 2, 5, 3);
-  Ink(16, 12, 2, 5, 4);
-  CopyBlockAndClear({3});
-  Ink(11, 12, 9, 2, 9);
-  session.Mask({9});
-  model.Fill(12, 14, 2, 3, 2).Fill(16, 14, 2, 3, 4);
-  EXPECT_TRUE(PasteShows(model));
-}
-
-TEST_F(MaskedBlock, ProtectedTransparencyLetsThePasteOverInkOnly) {
-  CopyAndClear();
-  Ink(13, 10, 10, 4, 3);
-  session.Mask({0});
-  model.Fill(13, 12, 3, 2, 2);
-  EXPECT_TRUE(PasteShows(model));
-}
-
-TEST_F(MaskedBlock, ProtectedTransparencyDoesNotChangeWhatIsLifted) {
-  CopyAndClear({0});
-  model.Fill(12, 12, 4, 4, 2);
-  EXPECT_TRUE(PasteShows(model));
-}
-
-TEST_F(MaskedBlock, NothingLiftedStillFloatsInItsFrame) {
-  CopyAndClear({2});
-  EXPECT_TRUE(PasteShows(model));
-  EXPECT_TRUE(Holds(session, "cut/floatingPaste", true, "cut/selection", Area{10, 10, 20, 20}));
-}
-
-TEST_F(MaskedBlock, ACopyReplacesAllOfAnOlderBlock) {
-  Ink(10, 10, 10, 10, 2);
-  Select(10, 10, 20, 20);
-  session.Command(kCommandCopy);
-  Ink(10, 10, 10, 10, 3);
-  CopyBlockAndClear({3});
-  EXPECT_TRUE(PasteShows(model)) << "the older block's ink came back";
-}
-
-TEST_F(MaskedBlock, AMaskSetWhileItFloatsCountsForTheNextDrag) {
-  CopyAndClear();
-  Ink(40, 10, 10, 20, 3);
-  session.Command(kCommandPaste).Mask({3}).LeftDrag(15, 15, 41, 25);
-  EXPECT_TRUE(ViewShows(model.Fill(38, 22, 2, 4, 2)));
-}
-
-TEST_F(MaskedBlock, AMaskClearedWhileItFloatsCountsForTheNextDrag) {
-  CopyAndClear();
-  Ink(10, 10, 10, 10, 3);
-  Ink(40, 10, 10, 20, 3);
-  session.Mask({3});
-  EXPECT_TRUE(PasteShows(model));
-  session.Mask({}).LeftDrag(15, 15, 41, 25);
-  EXPECT_TRUE(ViewShows(model.Fill(38, 22, 4, 4, 2)));
-}
-
-TEST_F(MaskedBlock, TheUndoOfAMaskedPasteGivesTheCellBack) {
-  CopyAndClear();
-  Ink(13, 10, 10, 4, 3);
-  session.Mask({3}).Command(kCommandPaste).Command(kCommandUndo);
-  EXPECT_TRUE(ViewShows(model));
-}
-
-TEST_F(MaskedBlock, ACutUnderAMaskStoresWhatItErasesAndUndoGivesBackBoth) {
-  Ink(12, 12, 2, 4, 2);
-  Ink(14, 12, 2, 4, 3);
-  Select(10, 10, 20, 20);
-  session.Mask({3}).Command(kCommandCut);
-  InkModel erased = model;
-  erased.Fill(12, 12, 2, 4, 0);
-  EXPECT_TRUE(ViewShows(erased));
-  EXPECT_TRUE(UndoShows(model));
-  Clear();
-  model.Fill(12, 12, 2, 4, 2);
-  EXPECT_TRUE(PasteShows(model));
-}
+const Rules<BlockScene, "MaskedBlock"> kMaskedBlockRules = {
+    {"ACopyReplacesAllOfAnOlderBlock", Filled{10, 10, 10, 10, 2}, Do().SelectArea(10, 10, 20, 20).Command(kCommandCopy),
+     Filled{10, 10, 10, 10, 3}, CopyBlockAndClear({3}), Do().Command(kCommandPaste), Ink()},
+    {"TheMaskOfTheCopyLiftsAndTheMaskOfThePasteProtects", Filled{12, 12, 2, 5, 2}, Filled{14, 12, 2, 5, 3},
+     Filled{16, 12, 2, 5, 4}, CopyBlockAndClear({3}), Filled{11, 12, 9, 2, 9}, Do().Mask({9}).Command(kCommandPaste),
+     Ink().Fill(12, 14, 2, 3, 2).Fill(16, 14, 2, 3, 4)},
+    {"ProtectedTransparencyLetsThePasteOverInkOnly", CopyAndClear(), Filled{13, 10, 10, 4, 3},
+     Do().Mask({0}).Command(kCommandPaste), Ink().Fill(13, 12, 3, 2, 2)},
+    {"ProtectedTransparencyDoesNotChangeWhatIsLifted", CopyAndClear({0}), Do().Command(kCommandPaste),
+     Ink().Fill(12, 12, 4, 4, 2)},
+    {"NothingLiftedStillFloatsInItsFrame", CopyAndClear({2}), Do().Command(kCommandPaste), Ink(),
+     Has("cut/floatingPaste", true, "cut/selection", Area{10, 10, 20, 20})},
+    {"AMaskSetWhileItFloatsCountsForTheNextDrag", CopyAndClear(), Filled{40, 10, 10, 20, 3},
+     Do().Command(kCommandPaste).Mask({3}).LeftDrag(15, 15, 41, 25), Ink().Fill(38, 22, 2, 4, 2)},
+    {"AMaskClearedWhileItFloatsCountsForTheNextDrag", CopyAndClear(), Filled{10, 10, 10, 10, 3},
+     Filled{40, 10, 10, 20, 3}, Do().Mask({3}).Command(kCommandPaste), Ink(), Do().Mask({}).LeftDrag(15, 15, 41, 25),
+     Ink().Fill(38, 22, 4, 4, 2)},
+    {"TheUndoOfAMaskedPasteGivesTheCellBack", CopyAndClear(), Filled{13, 10, 10, 4, 3},
+     Do().Mask({3}).Commands({kCommandPaste, kCommandUndo}), Ink()},
+    {"ACutUnderAMaskStoresWhatItErasesAndUndoGivesBackBoth", Filled{12, 12, 2, 4, 2}, Filled{14, 12, 2, 4, 3},
+     Do().SelectArea(10, 10, 20, 20).Mask({3}).Command(kCommandCut), Once().Fill(12, 12, 2, 4, 0),
+     Do().Command(kCommandUndo), Ink(), Filled{}, Do().Command(kCommandPaste), Ink().Fill(12, 12, 2, 4, 2)},
+};
 
 // ---- Roles in the block ----
 
-struct BlockOfRoles : BlockScene {};
-
-TEST_F(BlockOfRoles, HoldsLinesBoundariesAndUnderdrawingExactly) {
-  Ink(10, 10, 2, 6, 1);
-  Ink(12, 10, 2, 6, 2);
-  Ink(14, 10, 2, 6, 3);
-  session.Command(kCommandToSketch);
-  model.Fill(10, 10, 2, 6, 5).Fill(12, 10, 2, 6, 6).Fill(14, 10, 2, 6, 7);
-  Ink(16, 10, 1, 6, 9);
-  Ink(17, 10, 1, 6, 10);
-  session.DrawInkLine(18, 10, 18, 15);
-  model.Fill(18, 10, 1, 6, 8);
-  Ink(19, 10, 1, 6, 4);
-  EXPECT_TRUE(ViewShows(model));
-  const InkModel drawn = model;
-  CopyBlockAndClear();
-  EXPECT_TRUE(PasteShows(drawn));
+// What the block of every role shows.
+Ink EveryRole() {
+  const int roles[] = {5, 5, 6, 6, 7, 7, 9, 10, 8, 4};
+  Ink ink = OnEmpty();
+  for (int i = 0; i < 10; ++i) ink.Fill(10 + i, 10, 1, 6, roles[i]);
+  return ink;
 }
 
 // A tone mark shifts the tone that it is pasted on, and stays itself where there is none.
-TEST_F(BlockOfRoles, ToneMarksChangeTheGreysBelow) {
+Rule::Steps PasteToneMarks() {
   const int marks[] = {11, 12, 13, 14};
   const int below[] = {0, 1, 2, 3, 4, 9, 10};
   const int shown[4][7] = {
       {11, 3, 4, 4, 4, 4, 4}, {12, 2, 3, 4, 4, 3, 4}, {13, 1, 1, 2, 3, 1, 2}, {14, 1, 1, 1, 2, 1, 1}};
-  for (int i = 0; i < 4; ++i) Ink(10, 10 + 2 * i, 14, 2, marks[i]);
-  Select(10, 10, 24, 18);
-  session.Command(kCommandCopy);
-  Clear();
-  for (int j = 1; j < 7; ++j) Ink(10 + 2 * j, 8, 2, 12, below[j]);
-  session.Command(kCommandPaste);
+  Rule::Steps steps;
+  Ink pasted;
   for (int i = 0; i < 4; ++i) {
-    for (int j = 0; j < 7; ++j) model.Fill(10 + 2 * j, 10 + 2 * i, 2, 2, shown[i][j]);
+    steps.emplace_back(Filled{10, 10 + 2 * i, 14, 2, marks[i]});
+    for (int j = 0; j < 7; ++j) pasted.Fill(10 + 2 * j, 10 + 2 * i, 2, 2, shown[i][j]);
   }
-  EXPECT_TRUE(ViewShows(model));
+  steps.emplace_back(Do().SelectArea(10, 10, 24, 18).Command(kCommandCopy));
+  steps.emplace_back(Filled{});
+  for (int j = 1; j < 7; ++j) steps.emplace_back(Filled{10 + 2 * j, 8, 2, 12, below[j]});
+  steps.emplace_back(Do().Command(kCommandPaste));
+  steps.emplace_back(pasted);
+  return steps;
 }
 
-TEST_F(BlockOfRoles, AFloatingToneMarkLeavesTheGreysAsTheyWere) {
-  session.FillArea(12, 12, 4, 4, 11);
-  CopyBlockAndClear();
-  Ink(10, 10, 10, 10, 1);
-  Ink(40, 10, 10, 20, 2);
-  session.Command(kCommandPaste);
-  InkModel pasted = model;
-  pasted.Fill(12, 12, 4, 4, 3);
-  EXPECT_TRUE(ViewShows(pasted));
-  session.LeftDrag(15, 15, 45, 25);
-  EXPECT_TRUE(ViewShows(model.Fill(42, 22, 4, 4, 4)));
-}
+const Rules<BlockScene, "BlockOfRoles"> kBlockOfRolesRules = {
+    {"HoldsLinesBoundariesAndUnderdrawingExactly", Filled{10, 10, 2, 6, 1}, Filled{12, 10, 2, 6, 2},
+     Filled{14, 10, 2, 6, 3}, Do().Command(kCommandToSketch),
+     Ink().Fill(10, 10, 2, 6, 5).Fill(12, 10, 2, 6, 6).Fill(14, 10, 2, 6, 7), Filled{16, 10, 1, 6, 9},
+     Filled{17, 10, 1, 6, 10}, Do().DrawInkLine(18, 10, 18, 15), Ink().Fill(18, 10, 1, 6, 8), Filled{19, 10, 1, 6, 4},
+     Ink(), CopyBlockAndClear(), Do().Command(kCommandPaste), EveryRole()},
+    {"ToneMarksChangeTheGreysBelow", PasteToneMarks()},
+    {"AFloatingToneMarkLeavesTheGreysAsTheyWere", Do().FillArea(12, 12, 4, 4, 11), CopyBlockAndClear(),
+     Filled{10, 10, 10, 10, 1}, Filled{40, 10, 10, 20, 2}, Do().Command(kCommandPaste), Once().Fill(12, 12, 4, 4, 3),
+     Do().LeftDrag(15, 15, 45, 25), Ink().Fill(42, 22, 4, 4, 4)},
+};
 
 // ---- The floating paste ----
 
 struct FloatingBlock : BlockScene {
   FloatingBlock() {
-    CopyAndClear();
+    session.FillArea(12, 12, 4, 4, 2).SelectArea(10, 10, 20, 20).Command(kCommandCopy).FillArea(0, 0, 64, 48, 0);
     Ink(40, 10, 10, 20, 3);
     session.Command(kCommandPaste);
   }
-  // The cell with the block at this place of its left upper corner.
-  InkModel With(int x, int y) const {
-    InkModel with = model;
-    with.Fill(x + 2, y + 2, 4, 4, 2);
-    return with;
-  }
 };
 
-TEST_F(FloatingBlock, UndoAndRedoBeforeADrag) {
-  EXPECT_TRUE(ViewShows(With(10, 10)));
-  EXPECT_TRUE(UndoShows(model));
-  EXPECT_TRUE(UndoShows(With(10, 10)));
-}
-
-TEST_F(FloatingBlock, UndoAndRedoAfterADragMeanItsLastPlace) {
-  session.LeftDrag(15, 15, 45, 25);
-  EXPECT_TRUE(ViewShows(With(40, 20)));
-  EXPECT_TRUE(UndoShows(model));
-  EXPECT_TRUE(UndoShows(With(40, 20)));
-  EXPECT_TRUE(UndoShows(model));
-}
-
-TEST_F(FloatingBlock, UndoAfterSeveralDragsTakesThePasteAwayAtOnce) {
-  session.LeftDrag(15, 15, 45, 25).LeftDrag(42, 24, 22, 34).LeftDrag(22, 34, 20, 30);
-  EXPECT_TRUE(ViewShows(With(18, 26)));
-  EXPECT_TRUE(UndoShows(model));
-  EXPECT_TRUE(UndoShows(With(18, 26)));
-}
-
-TEST_F(FloatingBlock, APressWithoutAMovePutsItBackWhereItWas) {
-  session.Press(15, 15).Release(15, 15);
-  EXPECT_TRUE(ViewShows(With(10, 10)));
-  EXPECT_TRUE(Holds(session, "cut/selection", Area{10, 10, 20, 20}, "cut/floatingPaste", true));
-}
-
-TEST_F(FloatingBlock, MadeFinalIsMovedAsTheInkOfTheCell) {
-  session.LeftDrag(30, 40, 34, 44);
-  Select(10, 10, 20, 20);
-  session.LeftDrag(15, 15, 25, 25);
-  EXPECT_TRUE(ViewShows(With(20, 20)));
-  EXPECT_TRUE(UndoShows(With(10, 10))) << "the paste itself was final";
-}
-
-TEST_F(FloatingBlock, ASecondPasteLeavesTheFirstWhereItWasDragged) {
-  session.LeftDrag(15, 15, 45, 25).Command(kCommandPaste);
-  InkModel both = With(40, 20);
-  both.Fill(12, 12, 4, 4, 2);
-  EXPECT_TRUE(ViewShows(both));
-  session.LeftDrag(15, 15, 35, 45);
-  both.Fill(12, 12, 4, 4, 0).Fill(32, 42, 4, 4, 2);
-  EXPECT_TRUE(ViewShows(both));
-  EXPECT_TRUE(UndoShows(With(40, 20)));
-}
-
-// The flag outlives the selection, so that the next drag of any frame is a drag of the paste: the frame's size decides
-// how much of the block lands.
-TEST_F(FloatingBlock, AFrameDrawnAfterAToolChangeDragsThePaste) {
-  session.Command(kToolFreePen);
-  Select(25, 30, 30, 35);
-  session.LeftDrag(28, 33, 33, 35);
-  EXPECT_TRUE(ViewShows(model.Fill(32, 34, 3, 3, 2)));
-  EXPECT_EQ(session.NowSelection(), (Area{30, 32, 35, 37}));
-}
-
-TEST_F(FloatingBlock, AfterUndoAndRedoAFrameStillDragsThePaste) {
-  session.LeftDrag(15, 15, 35, 25).Command(kCommandUndo).Command(kCommandUndo).LeftDrag(30, 20, 40, 30);
-  session.LeftDrag(35, 25, 25, 35);
-  EXPECT_TRUE(ViewShows(With(20, 30)));
-}
-
-// The press swaps with the undo copy, whatever that holds: after an undo it is the paste.
-TEST_F(FloatingBlock, AfterAnUndoADragBringsThePasteBackAndPutsAnotherOne) {
-  session.Command(kCommandUndo).LeftDrag(20, 30, 30, 40).LeftDrag(25, 35, 27, 37);
-  InkModel both = With(22, 32);
-  both.Fill(12, 12, 4, 4, 2);
-  EXPECT_TRUE(ViewShows(both));
-}
-
-TEST_F(FloatingBlock, AWidenedFrameTakesTheBlockToItsCorner) {
-  session.LeftDrag(10, 15, 7, 15);
-  EXPECT_EQ(session.NowSelection(), (Area{7, 10, 23, 20}));
-  EXPECT_TRUE(ViewShows(With(10, 10)));
-  session.LeftDrag(15, 15, 15, 25);
-  EXPECT_TRUE(ViewShows(With(7, 20)));
-  EXPECT_TRUE(Holds(session, "cut/selection", Area{7, 20, 23, 30}, "cut/undoRect", Area{7, 10, 16, 20}));
+// The cell with the block at this place of its left upper corner.
+Ink With(int x, int y) {
+  return Once().Fill(x + 2, y + 2, 4, 4, 2);
 }
 
 const Rules<FloatingBlock, "FloatingBlock"> kFloatingBlockRules = {
+    {"MadeFinalIsMovedAsTheInkOfTheCell",
+     Do().LeftDrag(30, 40, 34, 44).SelectArea(10, 10, 20, 20).LeftDrag(15, 15, 25, 25), With(20, 20),
+     Do().Command(kCommandUndo), With(10, 10)},
+    {"DraggedOverTheRightEdgeAndBackIsWhole", Do().LeftDrag(12, 15, 62, 15), With(60, 10),
+     Has("cut/selection", Area{60, 10, 70, 20}), Do().LeftDrag(63, 15, 23, 25), With(20, 20),
+     Do().Command(kCommandUndo), Ink()},
+    {"UndoAndRedoBeforeADrag", With(10, 10), Do().Command(kCommandUndo), Ink(), Do().Command(kCommandUndo),
+     With(10, 10)},
+    {"UndoAndRedoAfterADragMeanItsLastPlace", Do().LeftDrag(15, 15, 45, 25), With(40, 20), Do().Command(kCommandUndo),
+     Ink(), Do().Command(kCommandUndo), With(40, 20), Do().Command(kCommandUndo), Ink()},
+    {"UndoAfterSeveralDragsTakesThePasteAwayAtOnce",
+     Do().LeftDrag(15, 15, 45, 25).LeftDrag(42, 24, 22, 34).LeftDrag(22, 34, 20, 30), With(18, 26),
+     Do().Command(kCommandUndo), Ink(), Do().Command(kCommandUndo), With(18, 26)},
+    {"APressWithoutAMovePutsItBackWhereItWas", Do().Press(15, 15).Release(15, 15), With(10, 10),
+     Has("cut/selection", Area{10, 10, 20, 20}, "cut/floatingPaste", true)},
+    {"ASecondPasteLeavesTheFirstWhereItWasDragged", Do().LeftDrag(15, 15, 45, 25).Command(kCommandPaste),
+     With(40, 20).Fill(12, 12, 4, 4, 2), Do().LeftDrag(15, 15, 35, 45),
+     With(40, 20).Fill(12, 12, 4, 4, 2).Fill(12, 12, 4, 4, 0).Fill(32, 42, 4, 4, 2), Do().Command(kCommandUndo),
+     With(40, 20)},
+    // The flag outlives the selection, so that the next drag of any frame is a drag of the paste: the frame's size
+    // decides how much of the block lands.
+    {"AFrameDrawnAfterAToolChangeDragsThePaste",
+     Do().Command(kToolFreePen).SelectArea(25, 30, 30, 35).LeftDrag(28, 33, 33, 35), Ink().Fill(32, 34, 3, 3, 2),
+     Has("cut/selection", Area{30, 32, 35, 37})},
+    {"AfterUndoAndRedoAFrameStillDragsThePaste",
+     Do().LeftDrag(15, 15, 35, 25).Commands({kCommandUndo, kCommandUndo}).LeftDrag(30, 20, 40, 30),
+     Do().LeftDrag(35, 25, 25, 35), With(20, 30)},
+    // The press swaps with the undo copy, whatever that holds: after an undo it is the paste.
+    {"AfterAnUndoADragBringsThePasteBackAndPutsAnotherOne",
+     Do().Command(kCommandUndo).LeftDrag(20, 30, 30, 40).LeftDrag(25, 35, 27, 37), With(22, 32).Fill(12, 12, 4, 4, 2)},
+    {"AWidenedFrameTakesTheBlockToItsCorner", Do().LeftDrag(10, 15, 7, 15), Has("cut/selection", Area{7, 10, 23, 20}),
+     With(10, 10), Do().LeftDrag(15, 15, 15, 25), With(7, 20),
+     Has("cut/selection", Area{7, 20, 23, 30}, "cut/undoRect", Area{7, 10, 16, 20})},
     {"UndoEndsTheSelectionAndLeavesItAfloat", Do().LeftDrag(15, 15, 45, 25).Command(kCommandUndo),
      Has("cut/hasSelection", false, "cut/floatingPaste", true)},
     {"TheUndoRectGrowsOverAllItsPlaces", Has("cut/undoRect", Area{10, 10, 10, 10}), Do().LeftDrag(15, 15, 45, 25),
@@ -393,31 +195,11 @@ const Rules<FloatingBlock, "FloatingBlock"> kFloatingBlockRules = {
      Has("cut/undoRect", Area{10, 10, 40, 30})},
     {"ANarrowedFrameCutsTheBlock", Do().LeftDrag(10, 15, 13, 15), Has("cut/selection", Area{13, 10, 17, 20}),
      Do().LeftDrag(15, 15, 25, 25), Ink().Fill(25, 22, 2, 4, 2)},
+    {"DraggedOverTheLeftUpperCornerAndBackIsWhole", Do().LeftDrag(17, 17, 3, 4), With(-4, -3),
+     Has("cut/selection", Area{-4, -3, 6, 7}), Do().LeftDrag(3, 4, 23, 24), With(16, 17)},
+    {"DraggedWhollyOutLeavesTheCellAndUndoBringsItBack", Do().LeftDrag(15, 15, 15, 60), Ink(),
+     Do().Command(kCommandUndo), Ink()},
 };
-
-TEST_F(FloatingBlock, DraggedOverTheRightEdgeAndBackIsWhole) {
-  session.LeftDrag(12, 15, 62, 15);
-  model.Fill(40, 10, 10, 20, 3);
-  EXPECT_TRUE(ViewShows(With(60, 10)));
-  EXPECT_EQ(session.NowSelection(), (Area{60, 10, 70, 20}));
-  session.LeftDrag(63, 15, 23, 25);
-  EXPECT_TRUE(ViewShows(With(20, 20)));
-  EXPECT_TRUE(UndoShows(model));
-}
-
-TEST_F(FloatingBlock, DraggedOverTheLeftUpperCornerAndBackIsWhole) {
-  session.LeftDrag(17, 17, 3, 4);
-  EXPECT_TRUE(ViewShows(With(-4, -3)));
-  EXPECT_EQ(session.NowSelection(), (Area{-4, -3, 6, 7}));
-  session.LeftDrag(3, 4, 23, 24);
-  EXPECT_TRUE(ViewShows(With(16, 17)));
-}
-
-TEST_F(FloatingBlock, DraggedWhollyOutLeavesTheCellAndUndoBringsItBack) {
-  session.LeftDrag(15, 15, 15, 60);
-  EXPECT_TRUE(ViewShows(model));
-  EXPECT_TRUE(UndoShows(model));
-}
 
 // ---- The frame in the window and on the grid ----
 
@@ -431,43 +213,22 @@ struct ZoomedBlock : BlockScene {
     session.Command(kCommandCopy).Command(kCommandEraseCell).Command(kCommandPaste);
     model.Fill(21, 17, 10, 8, 0);
   }
-  InkModel With(int x, int y) const {
-    InkModel with = model;
-    with.Fill(x + 1, y + 1, 4, 4, 2);
-    return with;
-  }
 };
 
-TEST_F(ZoomedBlock, ComesBackAtItsPlaceWithAFrameOfWholePixels) {
-  EXPECT_TRUE(ViewShows(With(21, 17)));
-  EXPECT_TRUE(Holds(session, "cut/selection", Area{10, 10, 30, 26}, "cut/undoRect", Area{21, 17, 10, 8}));
-}
+const Rules<ZoomedBlock, "ZoomedBlock"> kZoomedBlockRules = {
+    {"ComesBackAtItsPlaceWithAFrameOfWholePixels", With(20, 16),
+     Has("cut/selection", Area{10, 10, 30, 26}, "cut/undoRect", Area{21, 17, 10, 8})},
+    {"IsDraggedByWholePixels", Do().LeftDrag(21, 20, 31, 28), With(25, 20), Has("cut/selection", Area{20, 18, 40, 34}),
+     Do().Command(kCommandUndo), Ink()},
+};
 
-TEST_F(ZoomedBlock, IsDraggedByWholePixels) {
-  session.LeftDrag(21, 20, 31, 28);
-  EXPECT_TRUE(ViewShows(With(26, 21)));
-  EXPECT_EQ(session.NowSelection(), (Area{20, 18, 40, 34}));
-  EXPECT_TRUE(UndoShows(model));
-}
-
-struct BlockOnTheGrid : BlockScene {};
-
-TEST_F(BlockOnTheGrid, ACopySnapsTheSelectionOfAnEarlierGrid) {
-  Ink(0, 0, 64, 48, 2);
-  Select(11, 13, 30, 27);
-  session.Grid(8, 8).Command(kCommandCopy).Grid(1, 1);
-  Clear();
-  model.Fill(8, 16, 24, 8, 2);
-  EXPECT_TRUE(PasteShows(model));
-  EXPECT_EQ(session.NowSelection(), (Area{8, 16, 32, 24}));
-}
-
-TEST_F(BlockOnTheGrid, ADragGoesInStepsOfTheGrid) {
-  CopyAndClear();
-  session.Command(kCommandPaste).Grid(8, 8).LeftDrag(15, 15, 26, 27);
-  EXPECT_TRUE(ViewShows(model.Fill(20, 20, 4, 4, 2)));
-  EXPECT_EQ(session.NowSelection(), (Area{18, 18, 28, 28}));
-}
+const Rules<BlockScene, "BlockOnTheGrid"> kBlockOnTheGridRules = {
+    {"ACopySnapsTheSelectionOfAnEarlierGrid", Filled{0, 0, 64, 48, 2},
+     Do().SelectArea(11, 13, 30, 27).Grid(8, 8).Command(kCommandCopy).Grid(1, 1), Filled{}, Do().Command(kCommandPaste),
+     Ink().Fill(8, 16, 24, 8, 2), Has("cut/selection", Area{8, 16, 32, 24})},
+    {"ADragGoesInStepsOfTheGrid", CopyAndClear(), Do().Command(kCommandPaste).Grid(8, 8).LeftDrag(15, 15, 26, 27),
+     Ink().Fill(20, 20, 4, 4, 2), Has("cut/selection", Area{18, 18, 28, 28})},
+};
 
 // ---- Cut ----
 
@@ -477,54 +238,27 @@ struct CutOut : BlockScene {
     Ink(40, 10, 10, 20, 3);
     Select(10, 10, 20, 20);
   }
-  InkModel Without() const {
-    InkModel without = model;
-    without.Fill(10, 10, 10, 10, 0);
-    return without;
-  }
 };
 
-TEST_F(CutOut, UndoAndRedo) {
-  session.Command(kCommandCut).Command(kCommandUndo);
-  EXPECT_TRUE(ViewShows(model));
-  EXPECT_TRUE(UndoShows(Without()));
+Ink Without() {
+  return Once().Fill(10, 10, 10, 10, 0);
 }
 
 const Rules<CutOut, "CutOut"> kCutOutRules = {
+    // The repaint ends the selection, over which a new layer would lie.
+    {"PastTheEdgeOfASmallLayerIsLimitedToIt", Do().Repaint().AddLayer("B", 20, 10), Filled{22, 19, 20, 10, 4},
+     Do().SelectArea(10, 10, 30, 24).Command(kCommandCut), Once().Fill(22, 19, 8, 5, 0),
+     Has("cut/undoRect", Area{0, 0, 8, 5}), Do().Command(kCommandUndo), Ink(),
+     Do().Commands({kCommandUndo, kCommandPaste}), Ink(), Has("cut/selection", Area{22, 19, 30, 24})},
+    {"UndoAndRedo", Do().Commands({kCommandCut, kCommandUndo}), Ink(), Do().Command(kCommandUndo), Without()},
     {"EndsTheSelectionWhichACopyKeeps", Do().Command(kCommandCopy), Has("cut/selection", Area{10, 10, 20, 20}),
      Do().Command(kCommandCut), Has("cut/hasSelection", false)},
-    {"TheBlockOutlivesTheUndo",
-     Do().Command(kCommandCut).Command(kCommandUndo).Command(kCommandPaste).LeftDrag(15, 15, 35, 35),
+    {"TheBlockOutlivesTheUndo", Do().Commands({kCommandCut, kCommandUndo, kCommandPaste}).LeftDrag(15, 15, 35, 35),
      Ink().Fill(32, 32, 4, 4, 2)},
+    {"UndoAfterThePasteGivesTheStateAfterTheCut", Do().Commands({kCommandCut, kCommandPaste}).LeftDrag(15, 15, 35, 35),
+     Without().Fill(32, 32, 4, 4, 2), Do().Command(kCommandUndo), Without(), Do().Command(kCommandUndo),
+     Without().Fill(32, 32, 4, 4, 2)},
 };
-
-TEST_F(CutOut, UndoAfterThePasteGivesTheStateAfterTheCut) {
-  session.Command(kCommandCut).Command(kCommandPaste).LeftDrag(15, 15, 35, 35);
-  InkModel moved = Without();
-  moved.Fill(32, 32, 4, 4, 2);
-  EXPECT_TRUE(ViewShows(moved));
-  EXPECT_TRUE(UndoShows(Without()));
-  EXPECT_TRUE(UndoShows(moved));
-}
-
-TEST_F(CutOut, PastTheEdgeOfASmallLayerIsLimitedToIt) {
-  // A new layer would lie over the selection.
-  session.Repaint();
-  AddSmallLayer();
-  session.FillArea(22, 19, 20, 10, 4);
-  Select(10, 10, 30, 24);
-  session.Command(kCommandCut);
-  InkModel rest = model;
-  rest.Fill(22, 19, 20, 10, 4);
-  const InkModel whole = rest;
-  rest.Fill(22, 19, 8, 5, 0);
-  EXPECT_TRUE(ViewShows(rest));
-  EXPECT_EQ(session.NowUndoRect(), (Area{0, 0, 8, 5}));
-  EXPECT_TRUE(UndoShows(whole));
-  session.Command(kCommandUndo).Command(kCommandPaste);
-  EXPECT_TRUE(ViewShows(whole));
-  EXPECT_EQ(session.NowSelection(), (Area{22, 19, 30, 24}));
-}
 
 // ---- Pictures ----
 
@@ -687,75 +421,37 @@ TEST_F(ClipboardPicture, UndoAndRedoAfterADrag) {
   EXPECT_TRUE(UndoShows(moved));
 }
 
-// The picture takes the layer's place as its own, but not the cut as its owner.
-TEST_F(ClipboardPicture, WithoutAnOwnerLandsAtTheOriginOfEachLayer) {
-  AddSmallLayer();
-  PastePicture(session, PlainPicture(6, 4, 0xFFFFFF));
-  EXPECT_TRUE(ViewShows(model.Fill(22, 19, 6, 4, 4)));
-  session.Select(kLayerList, {0}).Command(kCommandPaste);
-  EXPECT_TRUE(ViewShows(model.Fill(0, 0, 6, 4, 4)));
-}
-
-TEST_F(ClipboardPicture, AfterACopyInThisCutKeepsItsPlaceOnTheCanvas) {
-  CopyAndClear();
-  AddSmallLayer();
-  PastePicture(session, PlainPicture(6, 4, 0xFFFFFF));
-  EXPECT_TRUE(ViewShows(model.Fill(22, 19, 6, 4, 4)));
-  session.Select(kLayerList, {0}).Command(kCommandPaste).Command(kCommandCurrentCellOnly);
-  EXPECT_TRUE(ViewShows(model));
-}
-
-TEST_F(ClipboardPicture, PastedInAnotherCutTakesThatCutsPlaceBackToTheOwner) {
-  CopyAndClear();
-  NewCutWithSmallLayer();
-  PastePicture(session, PlainPicture(6, 4, 0xFFFFFF));
-  EXPECT_TRUE(ViewShows(model.Fill(22, 19, 6, 4, 4)));
-  session.Activate(0).Command(kCommandPaste);
-  EXPECT_TRUE(ViewShows(model));
-}
+const Rules<ClipboardPicture, "ClipboardPicture"> kClipboardPictureRules = {
+    // The picture takes the layer's place as its own, but not the cut as its owner.
+    {"WithoutAnOwnerLandsAtTheOriginOfEachLayer", Do().AddLayer("B", 20, 10),
+     PastePicture(Do(), PlainPicture(6, 4, 0xFFFFFF)), Ink().Fill(22, 19, 6, 4, 4),
+     Do().Select(kLayerList, {0}).Command(kCommandPaste), Ink().Fill(0, 0, 6, 4, 4)},
+    {"AfterACopyInThisCutKeepsItsPlaceOnTheCanvas", CopyAndClear(), Do().AddLayer("B", 20, 10),
+     PastePicture(Do(), PlainPicture(6, 4, 0xFFFFFF)), Ink().Fill(22, 19, 6, 4, 4),
+     Do().Select(kLayerList, {0}).Commands({kCommandPaste, kCommandCurrentCellOnly}), Ink()},
+    {"PastedInAnotherCutTakesThatCutsPlaceBackToTheOwner", CopyAndClear(), Do().NewCut(kCutWithSmallLayer),
+     PastePicture(Do(), PlainPicture(6, 4, 0xFFFFFF)), Ink().Fill(22, 19, 6, 4, 4),
+     Do().Activate(0).Command(kCommandPaste), Ink()},
+};
 
 // ---- Pictures under a mask ----
 
-struct MaskedPicture : BlockScene {
-  // A block with ink of index 3 in its left upper corner, and an empty cell.
-  void CopyCorner() {
-    session.FillArea(10, 10, 8, 6, 3);
-    CopyBlockAndClear();
-  }
-  void PasteWhite() { PastePicture(session, PlainPicture(20, 15, 0xFFFFFF)); }
+// Copies a block with ink of index 3 in its left upper corner, and empties the cell.
+Rule::Steps CopyCorner() {
+  return {Do().FillArea(10, 10, 8, 6, 3).SelectArea(10, 10, 20, 20).Command(kCommandCopy), Filled{}};
+}
+
+const Rules<BlockScene, "MaskedPicture"> kMaskedPictureRules = {
+    // The mask also asks what the block held before, of which a resize keeps the left upper part.
+    {"ProtectedPixelsOfTheOldBlockStayInIt", CopyCorner(), Do().Mask({3}),
+     PastePicture(Do(), PlainPicture(20, 15, 0xFFFFFF)), Ink().Fill(0, 0, 20, 15, 4).Fill(0, 0, 8, 6, 3)},
+    {"WithoutAMaskNothingOfTheOldBlockStays", CopyCorner(), Do().Line("color FFFFFF").Command(kCommandTransparentColor),
+     PastePicture(Do(), PlainPicture(20, 15, 0xFFFFFF)), OnEmpty(), Has("cut/selection", Area{0, 0, 20, 15})},
+    {"ProtectedTransparencyKeepsAFreshBlockEmpty", Filled{0, 0, 30, 30, 2}, Do().Mask({0}),
+     PastePicture(Do(), PlainPicture(20, 15, 0xFFFFFF)), Ink(), Has("cut/floatingPaste", true)},
+    {"ProtectedTransparencyLetsThePictureOverTheInkOfTheOldBlock", CopyAndClear(), Filled{0, 0, 30, 5, 9},
+     Do().Mask({0}), PastePicture(Do(), PlainPicture(20, 15, 0xFFFFFF)), Ink().Fill(2, 2, 4, 3, 4)},
 };
-
-// The mask also asks what the block held before, of which a resize keeps the left upper part.
-TEST_F(MaskedPicture, ProtectedPixelsOfTheOldBlockStayInIt) {
-  CopyCorner();
-  session.Mask({3});
-  PasteWhite();
-  EXPECT_TRUE(ViewShows(model.Fill(0, 0, 20, 15, 4).Fill(0, 0, 8, 6, 3)));
-}
-
-TEST_F(MaskedPicture, WithoutAMaskNothingOfTheOldBlockStays) {
-  CopyCorner();
-  SwitchTransparencyOn(session, "FFFFFF");
-  PasteWhite();
-  EXPECT_TRUE(ViewShows(InkModel()));
-  EXPECT_EQ(session.NowSelection(), (Area{0, 0, 20, 15}));
-}
-
-TEST_F(MaskedPicture, ProtectedTransparencyKeepsAFreshBlockEmpty) {
-  Ink(0, 0, 30, 30, 2);
-  session.Mask({0});
-  PasteWhite();
-  EXPECT_TRUE(ViewShows(model));
-  EXPECT_EQ(session.Cut()["floatingPaste"], true);
-}
-
-TEST_F(MaskedPicture, ProtectedTransparencyLetsThePictureOverTheInkOfTheOldBlock) {
-  CopyAndClear();
-  Ink(0, 0, 30, 5, 9);
-  session.Mask({0});
-  PasteWhite();
-  EXPECT_TRUE(ViewShows(model.Fill(2, 2, 4, 3, 4)));
-}
 
 // ---- Large pictures ----
 

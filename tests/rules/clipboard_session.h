@@ -11,6 +11,7 @@
 #include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
+#include "rules/rule_table.h"
 
 namespace rules {
 
@@ -49,18 +50,20 @@ inline void DrawPasted(InkModel& model, const Picture& picture, int x, int y, in
 }
 
 // Puts a bitmap file of the session's folder on the clipboard.
-inline void PutOnClipboard(ScriptSession& session, const std::string& name) {
-  session.Line("clipboard " + Quoted(session.Path(name)));
+template <typename Session>
+ScriptSession& PutOnClipboard(Session&& session, const std::string& name) {
+  return session.Line("clipboard " + Quoted(name));
 }
 
-inline void PutOnClipboard(ScriptSession& session, const Picture& picture) {
+template <typename Session>
+ScriptSession& PutOnClipboard(Session&& session, const Picture& picture) {
   session.WriteBitmap("picture.bmp", picture.width, picture.height, picture.pixels);
-  PutOnClipboard(session, "picture.bmp");
+  return PutOnClipboard(session, "picture.bmp");
 }
 
-inline void PastePicture(ScriptSession& session, const Picture& picture) {
-  PutOnClipboard(session, picture);
-  session.Command(kCommandPasteFromClipboard);
+template <typename Session>
+ScriptSession& PastePicture(Session&& session, const Picture& picture) {
+  return PutOnClipboard(session, picture).Command(kCommandPasteFromClipboard);
 }
 
 // A drawing and its model, with blocks that are copied and pasted.
@@ -72,34 +75,8 @@ struct BlockScene : DrawingTest {
     session.FillArea(x, y, width, height, index);
     model.Fill(x, y, width, height, index);
   }
-  // Empties the cell.
-  void Clear() { Ink(0, 0, model.Width(), model.Height(), 0); }
   void Select(int left, int top, int right, int bottom) {
     session.Command(kToolAreaSelect).LeftDrag(left, top, right, bottom);
-  }
-  // Copies the block from (10, 10) to (20, 20), under a mask of these indices, and empties the cell and the mask.
-  void CopyBlockAndClear(std::initializer_list<int> mask = {}) {
-    Select(10, 10, 20, 20);
-    if (mask.size() != 0) session.Mask(mask);
-    session.Command(kCommandCopy);
-    Clear();
-  }
-  // The same of a cell that has ink of index 2 at (12, 12), 4 by 4.
-  void CopyAndClear(std::initializer_list<int> mask = {}) {
-    session.FillArea(12, 12, 4, 4, 2);
-    CopyBlockAndClear(mask);
-  }
-  // A layer of 20 by 10 in the middle of a canvas of 64 by 48, from (22, 19) to (41, 28), which becomes current.
-  void AddSmallLayer() { session.AddLayer("B", 20, 10); }
-  // Another cut of 64 by 48; its only layer is as large.
-  void NewCutOfTheSameSize() { session.NewCut({.width = 64, .height = 48}); }
-  // The same with a layer as `AddSmallLayer` adds it.
-  void NewCutWithSmallLayer() { session.NewCut({.width = 64, .height = 48, .layerWidth = 20, .layerHeight = 10}); }
-
-  // Compares the view after a paste of the block.
-  testing::AssertionResult PasteShows(const InkModel& expected) {
-    session.Command(kCommandPaste);
-    return ViewShows(expected);
   }
   // Compares the view after an undo, which brings back what the undo before it took away.
   testing::AssertionResult UndoShows(const InkModel& expected) {
@@ -107,5 +84,24 @@ struct BlockScene : DrawingTest {
     return ViewShows(expected);
   }
 };
+
+// Copies the block from (10, 10) to (20, 20), under a mask of these indices, and empties the cell and the mask.
+inline Rule::Steps CopyBlockAndClear(std::initializer_list<int> mask = {}) {
+  ScriptSession copy;
+  copy.SelectArea(10, 10, 20, 20);
+  if (mask.size() != 0) copy.Mask(mask);
+  return {copy.Command(kCommandCopy), Filled{}};
+}
+
+// The same of a cell that has ink of index 2 at (12, 12), 4 by 4.
+inline Rule::Steps CopyAndClear(std::initializer_list<int> mask = {}) {
+  Rule::Steps steps = {Do().FillArea(12, 12, 4, 4, 2)};
+  for (const Rule::Step& step : CopyBlockAndClear(mask)) steps.push_back(step);
+  return steps;
+}
+
+// Other cuts of 64 by 48: with a layer as large, and with one of 20 by 10 in the middle, from (22, 19) to (41, 28).
+inline const NewCutValues kCutOfTheSameSize = {.width = 64, .height = 48};
+inline const NewCutValues kCutWithSmallLayer = {.width = 64, .height = 48, .layerWidth = 20, .layerHeight = 10};
 
 }  // namespace rules

@@ -51,8 +51,8 @@ const Rules<SessionTest, "MaskDialog"> kMaskDialogRules = {
      Do().Dialog(kMaskDialog, {{kMaskClearButton, "click"}}).Command(kCommandMask), Has("pen/maskFlags", 0)},
     {"InvertTakesTheMaskItWasOpenedWithAndNotTheBoxes",
      Do().Dialog(kMaskDialog, {{kMaskBlackCheck, "on"}}).Command(kCommandMask),
-     Do().Dialog(kMaskDialog, {{kMaskTransparentCheck, "on"}, {kMaskInvertButton, "click"}}),
-     Do().Command(kCommandMask), Has("pen/maskFlags", 0x7F1F & ~2)},
+     Do().Dialog(kMaskDialog, {{kMaskTransparentCheck, "on"}, {kMaskInvertButton, "click"}}).Command(kCommandMask),
+     Has("pen/maskFlags", 0x7F1F & ~2)},
     {"InvertTwiceComesBack",
      Do().Dialog(kMaskDialog, {{kMaskBlackCheck, "on"}, {kMaskMinus2Check, "on"}}).Command(kCommandMask),
      Do().Dialog(kMaskDialog, {{kMaskInvertButton, "click"}, {kMaskInvertButton, "click"}}).Command(kCommandMask),
@@ -84,13 +84,6 @@ INSTANTIATE_TEST_SUITE_P(Dialogs, AntialiasButton,
 
 using CutDialog = SessionTest;
 
-TEST_F(CutDialog, WithNoAntialiasButtonOnTheValueStays) {
-  CutFile file = CutFile::WithoutLayers(1);
-  file.antialias = 2;
-  session.OpenCut("a.cut", file).Dialog(kCutDialog, {{kCutQuarterRadio, "off"}}).Command(kCommandCutProperties);
-  EXPECT_EQ(session.Cut()["antialias"], 2);
-}
-
 TEST_F(CutDialog, SizeOfZeroNeverComesThrough) {
   session.OpenCut("a.cut", CutFile::WithoutLayers(1));
   session.Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "0"}, {kFrameHeightEdit, "-4"}}).Command(kCommandFrameSize);
@@ -99,9 +92,12 @@ TEST_F(CutDialog, SizeOfZeroNeverComesThrough) {
 }
 
 const Rules<SessionTest, "CutDialog"> kCutDialogRules = {
+    {"WithNoAntialiasButtonOnTheValueStays",
+     Do().OpenCut("a.cut", CutFile{.antialias = 2, .frames = {{}}}).Dialog(kCutDialog, {{kCutQuarterRadio, "off"}}),
+     Do().Command(kCommandCutProperties), Has("cut/antialias", 2)},
     {"LargestSizeIsTaken", Do().OpenCut("a.cut", CutFile::WithoutLayers(1)),
-     Do().Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "32767"}, {kFrameHeightEdit, "1"}}),
-     Do().Command(kCommandFrameSize), Has("cut/frameWidth", 32767, "cut/frameHeight", 1)},
+     Do().Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "32767"}, {kFrameHeightEdit, "1"}}).Command(kCommandFrameSize),
+     Has("cut/frameWidth,frameHeight", "32767 1")},
     {"LaterValuesOverEarlierOnes", Do().OpenCut("a.cut", CutFile::WithoutLayers(1)),
      Do().Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "5"}, {kFrameWidthEdit, "6"}}).Command(kCommandFrameSize),
      Has("cut/frameWidth", 6)},
@@ -177,18 +173,17 @@ TEST_F(FontDialog, FontThatIsNotThereFallsToTheFirstLine) {
   EXPECT_EQ(session.Setting("setup", "font").find("No Such Face"), std::string::npos);
 }
 
-TEST_F(FontDialog, CancelKeepsTheFont) {
-  session.SetSettings("[setup]\r\nfont=No Such Face, 31, 7, 650\r\n");
-  session.Dialog(kFontDialog, {{kFontSizeEdit, "99"}}, "cancel").Command(kCommandFont).Exit().Run();
-  EXPECT_EQ(session.Setting("setup", "font"), "No Such Face, 31, 7, 650");
-}
+const Rules<SessionTest, "FontDialog"> kFontDialogRules = {
+    {"CancelKeepsTheFont", Do().SetSettings("[setup]\r\nfont=No Such Face, 31, 7, 650\r\n"),
+     Do().Dialog(kFontDialog, {{kFontSizeEdit, "99"}}, "cancel").Command(kCommandFont).Exit(),
+     Has("settings/setup/font", "No Such Face, 31, 7, 650")},
+};
 
-TEST(RandomDotsDialog, GapOfOneStampsEveryPixel) {
-  ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({0}, {0})).Dialog(kRandomDotsDialog, {{kDotGapEdit, "1"}});
-  session.Command(kCommandRandomDots);
-  EXPECT_EQ(session.Cut()["layers"][0]["cells"], json::array({PlainCell(1)}));
-}
+const Rules<SessionTest, "RandomDotsDialog"> kRandomDotsDialogRules = {
+    {"GapOfOneStampsEveryPixel",
+     Do().OpenCut("a.cut", CutFile::Showing({0}, {0})).Dialog(kRandomDotsDialog, {{kDotGapEdit, "1"}}),
+     Do().Command(kCommandRandomDots), Has("cells", json::array({PlainCell(1)}))},
+};
 
 using Answers = SessionTest;
 

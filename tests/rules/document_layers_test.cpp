@@ -21,39 +21,17 @@ CutFile ThreeLayers(size_t frameCount) {
   return file;
 }
 
-// The layer names of a frame's records, bottom first.
-std::string Order(ScriptSession& session, size_t frame, int state = kNow) {
-  std::string names;
-  json cut = session.Cut(state);
-  json records = session.FrameAt(frame, state)["records"];
-  for (json& record : records) {
-    const size_t layer = record["layer"].is_number_integer() ? record["layer"].get<size_t>() : 999;
-    if (layer >= cut["layers"].size()) return "(bad layer)";
-    names.append(cut["layers"][layer]["name"].get<std::string>());
-  }
-  return names;
-}
-
 json Lines(ScriptSession& session, int state = kNow) {
   return PanelOf(session, "10004", state)["lines"];
 }
 
 using AddLayer = SessionTest;
 
-TEST_F(AddLayer, LiesAboveTheCurrentRecordInEveryFrame) {
-  session.OpenCut("a.cut", ThreeLayers(2)).Select(kLayerList, {0}).Dialog(kLayerDialog, {{kLayerNameEdit, "N"}});
-  session.Command(kCommandAddLayer);
-  EXPECT_EQ(Order(session, 0), "ANBC");
-  EXPECT_EQ(Order(session, 1), "ANBC");
-  EXPECT_TRUE(Holds(session, "cut/frames/0/currentRecord", 1, "cut/frames/1/currentRecord", 1));
-}
-
 TEST_F(AddLayer, SkipsAFrameThatLacksTheCurrentRecord) {
   CutFile file = ThreeLayers(2);
   file.frames[0].records.resize(1);
   session.OpenCut("a.cut", file).Dialog(kLayerDialog, {{kLayerNameEdit, "N"}}).Command(kCommandAddLayer);
-  EXPECT_EQ(Order(session, 0), "A");
-  EXPECT_EQ(Order(session, 1), "ABCN");
+  EXPECT_TRUE(Holds(session, "order/0", "A", "order/1", "ABCN"));
 }
 
 TEST_F(AddLayer, DefaultNameOfTheEleventhLayerHasNoBlank) {
@@ -62,12 +40,6 @@ TEST_F(AddLayer, DefaultNameOfTheEleventhLayerHasNoBlank) {
   file.frames.push_back({.records = {{.layer = 0}}});
   session.OpenCut("a.cut", file).Dialog(kLayerDialog, {}).Command(kCommandAddLayer);
   EXPECT_EQ(session.Cut()["layers"][10]["name"], "LAYER10");
-}
-
-TEST_F(AddLayer, RefreshesTheList) {
-  session.OpenCut("a.cut", ThreeLayers(1)).Dialog(kLayerDialog, {{kLayerNameEdit, "N"}}).Command(kCommandAddLayer);
-  EXPECT_TRUE(Holds(session, "panels/layers/lines", json::array({"A (1/1)", "B (1/1)", "C (1/1)", "N (1/1)"}),
-                    "panels/layers/selected", json::array({3})));
 }
 
 TEST_F(AddLayer, LiesOverTheSelectionWithItsSize) {
@@ -83,58 +55,43 @@ TEST_F(AddLayer, LiesOverTheSelectionWithItsSize) {
 }
 
 const Rules<SessionTest, "AddLayer"> kAddLayerRules = {
+    {"LiesAboveTheCurrentRecordInEveryFrame",
+     Do().OpenCut("a.cut", ThreeLayers(2)).Select(kLayerList, {0}).Dialog(kLayerDialog, {{kLayerNameEdit, "N"}}),
+     Do().Command(kCommandAddLayer),
+     Has("order/0", "ANBC", "order/1", "ANBC", "cut/frames/0/currentRecord", 1, "cut/frames/1/currentRecord", 1)},
+    {"RefreshesTheList",
+     Do().OpenCut("a.cut", ThreeLayers(1)).Dialog(kLayerDialog, {{kLayerNameEdit, "N"}}).Command(kCommandAddLayer),
+     Has("panels/layers/lines", json::array({"A (1/1)", "B (1/1)", "C (1/1)", "N (1/1)"}), "panels/layers/selected",
+         "3")},
     {"IsCentredOnTheCut", Do().NewCut({.width = 32, .height = 24, .layerWidth = 9, .layerHeight = 5}),
-     Has("cut/frame/records/0/x", 11, "cut/frame/records/0/y", 9),
+     Has("cut/frame/records/0/x,y", "11 9"),
      Do().NewCut({.width = 32, .height = 24, .layerWidth = 39, .layerHeight = 29}),
-     Has("cut/frame/records/0/x", -3, "cut/frame/records/0/y", -2)},
+     Has("cut/frame/records/0/x,y", "-3 -2")},
     {"DialogStartsWithTheCutSizeAndAnEmptyName",
      Do().OpenCut("a.cut", ThreeLayers(1)).Dialog(kLayerDialog, {}).Command(kCommandAddLayer),
-     Has("cut/layers/3/width", 8, "cut/layers/3/height", 3, "cut/layers/3/name", "LAYER 3", "cut/layers/3/followFrame",
-         0)},
+     Has("cut/layers/3/width,height", "8 3", "cut/layers/3/name", "LAYER 3", "cut/layers/3/followFrame", 0)},
     {"CheckBoxOfTheDialogHasNoEffect",
-     Do().OpenCut("a.cut", ThreeLayers(1)).Dialog(kLayerDialog, {{kLayerFollowCheck, "on"}}),
-     Do().Command(kCommandAddLayer), Has("cut/layers/3/followFrame", 0)},
+     Do().OpenCut("a.cut", ThreeLayers(1)).Dialog(kLayerDialog, {{kLayerFollowCheck, "on"}}).Command(kCommandAddLayer),
+     Has("cut/layers/3/followFrame", 0)},
     {"HasOneTransparentCell", Do().OpenCut("a.cut", ThreeLayers(1)).Dialog(kLayerDialog, {}).Command(kCommandAddLayer),
      Has("cut/layers/3/cells", json::array({PlainCell(0)}))},
     {"CancelAddsNothing", Do().OpenCut("a.cut", ThreeLayers(1)).Dialog(kLayerDialog, {{kLayerNameEdit, "N"}}, "cancel"),
      Do().Command(kCommandAddLayer), Has("cut/layers/#", 3, "cut/modified", false)},
-    {"OverTheSelectionKeepsItsPlaceWithAnotherSize",
-     Do().NewCut().Command(kToolAreaSelect).LeftDrag(306, 230, 316, 236),
+    {"OverTheSelectionKeepsItsPlaceWithAnotherSize", Do().NewCut().SelectArea(306, 230, 316, 236),
      Do().Dialog(kLayerDialog, {{kLayerNameEdit, "N"}, {kLayerWidthEdit, "4"}, {kLayerHeightEdit, "4"}}),
-     Do().Command(kCommandAddLayer), Has("cut/frame/records/1/x", 2, "cut/frame/records/1/y", 2)},
+     Do().Command(kCommandAddLayer), Has("cut/frame/records/1/x,y", "2 2")},
 };
 
-using InsertLayer = SessionTest;
-
-TEST_F(InsertLayer, LiesBelowTheCurrentRecordInEveryFrame) {
-  session.OpenCut("a.cut", ThreeLayers(2)).Select(kLayerList, {1}).Dialog(kLayerDialog, {{kLayerNameEdit, "N"}});
-  session.Command(kCommandInsertLayer);
-  EXPECT_EQ(Order(session, 0), "ANBC");
-  EXPECT_EQ(Order(session, 1), "ANBC");
-  EXPECT_EQ(session.Frame()["currentRecord"], 1);
-}
-
-TEST_F(InsertLayer, IntoAFrameWithoutRecordsEntersTwice) {
-  session.OpenCut("a.cut", CutFile::WithoutLayers(1)).Dialog(kLayerDialog, {{kLayerNameEdit, "N"}});
-  session.Command(kCommandInsertLayer);
-  EXPECT_EQ(Order(session, 0), "NN");
-  EXPECT_EQ(session.Cut()["layers"].size(), 1U);
-}
+const Rules<SessionTest, "InsertLayer"> kInsertLayerRules = {
+    {"LiesBelowTheCurrentRecordInEveryFrame",
+     Do().OpenCut("a.cut", ThreeLayers(2)).Select(kLayerList, {1}).Dialog(kLayerDialog, {{kLayerNameEdit, "N"}}),
+     Do().Command(kCommandInsertLayer), Has("order/0", "ANBC", "order/1", "ANBC", "cut/frame/currentRecord", 1)},
+    {"IntoAFrameWithoutRecordsEntersTwice",
+     Do().OpenCut("a.cut", CutFile::WithoutLayers(1)).Dialog(kLayerDialog, {{kLayerNameEdit, "N"}}),
+     Do().Command(kCommandInsertLayer), Has("order/0", "NN", "cut/layers/#", 1)},
+};
 
 using DeleteLayer = SessionTest;
-
-TEST_F(DeleteLayer, GoesFromEveryFrame) {
-  session.OpenCut("a.cut", ThreeLayers(2)).Select(kLayerList, {1}).Command(kCommandDeleteLayer);
-  EXPECT_EQ(Order(session, 0), "AC");
-  EXPECT_EQ(Order(session, 1), "AC");
-  EXPECT_EQ(session.Cut()["layers"].size(), 2U);
-}
-
-TEST_F(DeleteLayer, OnTopLeavesTheNewTopCurrent) {
-  session.OpenCut("a.cut", ThreeLayers(1)).Command(kCommandDeleteLayer);
-  EXPECT_EQ(session.Frame()["currentRecord"], 1);
-  EXPECT_EQ(Order(session, 0), "AB");
-}
 
 TEST_F(DeleteLayer, OfTheLastLayerLeavesAFrameWithoutRecords) {
   session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(kCommandDeleteLayer);
@@ -148,14 +105,18 @@ TEST_F(DeleteLayer, OfTheLastLayerLeavesAFrameWithoutRecords) {
 }
 
 const Rules<SessionTest, "DeleteLayer"> kDeleteLayerRules = {
+    {"GoesFromEveryFrame", Do().OpenCut("a.cut", ThreeLayers(2)).Select(kLayerList, {1}).Command(kCommandDeleteLayer),
+     Has("order/0", "AC", "order/1", "AC", "cut/layers/#", 2)},
+    {"OnTopLeavesTheNewTopCurrent", Do().OpenCut("a.cut", ThreeLayers(1)).Command(kCommandDeleteLayer),
+     Has("cut/frame/currentRecord", 1, "order/0", "AB")},
     {"InTheMiddleLeavesTheFormerThirdRecordCurrent",
      Do().OpenCut("a.cut", ThreeLayers(1)).Select(kLayerList, {1}).Command(kCommandDeleteLayer),
      Has("cut/frame/currentRecord", 1, "panels/layers/lines", json::array({"A (1/1)", "C (1/1)"}),
-         "panels/layers/selected", json::array({1}))},
+         "panels/layers/selected", "1")},
     {"CommitsNothingAndRefreshesOnlyTheList",
      Do().OpenCut("a.cut", ThreeLayers(1)).Panel(kCommentEdit, "typed").Command(kCommandDeleteLayer),
      Has("cut/frame/comment", "", "panels/comment", "typed")},
-    {"MarksImagesAndRepaints", Do().OpenCut("a.cut", ThreeLayers(1)).Command(kCommandPlay).Command(kCommandDeleteLayer),
+    {"MarksImagesAndRepaints", Do().OpenCut("a.cut", ThreeLayers(1)).Commands({kCommandPlay, kCommandDeleteLayer}),
      Has("cut/imagesStale", true, "cut/modified", true, "pixels/2", 24)},
 };
 
@@ -169,53 +130,33 @@ TEST_F(DeleteLayer, TakesTheUndoOfItsCellWithIt) {
 
 using LayerUp = SessionTest;
 
-TEST_F(LayerUp, ChangesTheCurrentFrameAndAllBehindIt) {
-  session.OpenCut("a.cut", ThreeLayers(3)).Command(kCommandPreviousFrame).Select(kLayerList, {0});
-  session.Command(kCommandLayerUp);
-  EXPECT_EQ(Order(session, 0), "ABC");
-  EXPECT_EQ(Order(session, 1), "BAC");
-  EXPECT_EQ(Order(session, 2), "BAC");
-  EXPECT_EQ(session.Frame()["currentRecord"], 1);
-}
-
-TEST_F(LayerUp, MovesTheLineInTheList) {
-  session.OpenCut("a.cut", ThreeLayers(1)).Select(kLayerList, {0}).Command(kCommandLayerUp);
-  EXPECT_TRUE(Holds(session, "panels/layers/lines", json::array({"B (1/1)", "A (1/1)", "C (1/1)"}),
-                    "panels/layers/selected", json::array({1})));
-}
-
 TEST_F(LayerUp, LeavesFramesWithAnotherLayerAtThatPlace) {
   CutFile file = ThreeLayers(2);
   file.frames[1].records = {{.layer = 2}, {.layer = 1}, {.layer = 0}};
   session.OpenCut("a.cut", file).Command(kCommandFirstFrame).Select(kLayerList, {0}).Command(kCommandLayerUp);
-  EXPECT_EQ(Order(session, 0), "BAC");
-  EXPECT_EQ(Order(session, 1), "CBA");
+  EXPECT_TRUE(Holds(session, "order/0", "BAC", "order/1", "CBA"));
   EXPECT_EQ(session.FrameAt(1)["currentRecord"], 0);
 }
 
-TEST_F(LayerUp, StopsAtTheTop) {
-  session.OpenCut("a.cut", ThreeLayers(1)).Command(kCommandLayerUp);
-  EXPECT_EQ(Order(session, 0), "ABC");
-  EXPECT_TRUE(
-      Holds(session, "cut/modified", false, "panels/layers/lines", json::array({"A (1/1)", "B (1/1)", "C (1/1)"})));
-}
+const Rules<SessionTest, "LayerUp"> kLayerUpRules = {
+    {"ChangesTheCurrentFrameAndAllBehindIt",
+     Do().OpenCut("a.cut", ThreeLayers(3)).Command(kCommandPreviousFrame).Select(kLayerList, {0}),
+     Do().Command(kCommandLayerUp),
+     Has("order/0", "ABC", "order/1", "BAC", "order/2", "BAC", "cut/frame/currentRecord", 1)},
+    {"MovesTheLineInTheList", Do().OpenCut("a.cut", ThreeLayers(1)).Select(kLayerList, {0}).Command(kCommandLayerUp),
+     Has("panels/layers/lines", json::array({"B (1/1)", "A (1/1)", "C (1/1)"}), "panels/layers/selected", "1")},
+    {"StopsAtTheTop", Do().OpenCut("a.cut", ThreeLayers(1)).Command(kCommandLayerUp),
+     Has("order/0", "ABC", "cut/modified", false, "panels/layers/lines",
+         json::array({"A (1/1)", "B (1/1)", "C (1/1)"}))},
+};
 
-using LayerDown = SessionTest;
-
-TEST_F(LayerDown, IsTheMirror) {
-  session.OpenCut("a.cut", ThreeLayers(3)).Command(kCommandPreviousFrame).Command(kCommandLayerDown);
-  EXPECT_EQ(Order(session, 0), "ABC");
-  EXPECT_EQ(Order(session, 1), "ACB");
-  EXPECT_EQ(Order(session, 2), "ACB");
-  EXPECT_TRUE(Holds(session, "panels/layers/lines", json::array({"A (1/1)", "C (1/1)", "B (1/1)"}),
-                    "panels/layers/selected", json::array({1})));
-}
-
-TEST_F(LayerDown, StopsAtTheBottom) {
-  session.OpenCut("a.cut", ThreeLayers(1)).Select(kLayerList, {0}).Command(kCommandLayerDown);
-  EXPECT_EQ(Order(session, 0), "ABC");
-  EXPECT_EQ(session.Cut()["modified"], false);
-}
+const Rules<SessionTest, "LayerDown"> kLayerDownRules = {
+    {"IsTheMirror", Do().OpenCut("a.cut", ThreeLayers(3)).Commands({kCommandPreviousFrame, kCommandLayerDown}),
+     Has("order/0", "ABC", "order/1", "ACB", "order/2", "ACB", "panels/layers/lines",
+         json::array({"A (1/1)", "C (1/1)", "B (1/1)"}), "panels/layers/selected", "1")},
+    {"StopsAtTheBottom", Do().OpenCut("a.cut", ThreeLayers(1)).Select(kLayerList, {0}).Command(kCommandLayerDown),
+     Has("order/0", "ABC", "cut/modified", false)},
+};
 
 TEST_F(LayerUp, RepaintsAndMarksImages) {
   session.OpenCut("a.cut", ThreeLayers(1)).Command(kCommandPlay).Select(kLayerList, {1}).Command(kCommandLayerUp);
@@ -267,8 +208,8 @@ const Rules<SessionTest, "LayerProperties"> kLayerPropertiesRules = {
      Do().Command(kCommandLayerProperties), Has("cut/layers/2/followFrame", 1),
      Do().Dialog(kLayerDialog, {{kLayerFollowCheck, "off"}}).Command(kCommandLayerProperties),
      Has("cut/layers/2/followFrame", 0)},
-    {"NewSizeTakesFollowFrameToo", Do().OpenCut("a.cut", ThreeLayers(1)),
-     Do().Dialog(kLayerDialog, {{kLayerWidthEdit, "16"}, {kLayerFollowCheck, "on"}}),
+    {"NewSizeTakesFollowFrameToo",
+     Do().OpenCut("a.cut", ThreeLayers(1)).Dialog(kLayerDialog, {{kLayerWidthEdit, "16"}, {kLayerFollowCheck, "on"}}),
      Do().Command(kCommandLayerProperties), Has("cut/layers/2/followFrame", 1)},
     {"OkMarksImagesEvenWhenUnchanged",
      Do().OpenCut("a.cut", ThreeLayers(1)).Command(kCommandPlay).Dialog(kLayerDialog, {}),
@@ -286,8 +227,8 @@ const Rules<SessionTest, "SelectLayer"> kSelectLayerRules = {
      Do().OpenCut("a.cut", ThreeLayers(1)).Command(kCommandPlay).Select(kLayerList, {0}),
      Has("cut/frame/currentRecord", 0, "cut/imagesStale", false, "cut/modified", false)},
     {"NeedsANewStreamWhenOnlyTheCurrentCellIsShown",
-     Do().OpenCut("a.cut", ThreeLayers(1)).Command(kCommandCurrentCellOnly).Command(kCommandPlay),
-     Do().Select(kLayerList, {0}), Has("cut/imagesStale", true, "cut/timingStale", false, "pixels/1", 24)},
+     Do().OpenCut("a.cut", ThreeLayers(1)).Commands({kCommandCurrentCellOnly, kCommandPlay}).Select(kLayerList, {0}),
+     Has("cut/imagesStale", true, "cut/timingStale", false, "pixels/1", 24)},
 };
 
 using SaveLayer = SessionTest;
@@ -307,55 +248,47 @@ TEST_F(SaveLayer, WorksOnABlankRecordAndChangesNoFlag) {
   EXPECT_EQ(session.Cut(state)["modified"], false);
 }
 
-TEST_F(SaveLayer, CancelWritesNothing) {
-  session.OpenCut("a.cut", ThreeLayers(1)).File("cancel").Command(kCommandSaveLayer).Run();
-  EXPECT_EQ(session.Files(), std::vector<std::string>{"a.cut"});
-}
+const Rules<SessionTest, "SaveLayer"> kSaveLayerRules = {
+    {"CancelWritesNothing", Do().OpenCut("a.cut", ThreeLayers(1)).File("cancel").Command(kCommandSaveLayer),
+     Has("files", "a.cut")},
+};
 
 // A script with two layer files: one cell of colour 4 called "Four", and the rest as it stands.
-void WriteLayerFour(ScriptSession& session) {
+template <typename Session>
+ScriptSession& WriteLayerFour(Session&& session) {
   const std::string block("Four\0\x08\0\x03\0\0\x01\0\x02\0\0\0\x02\0\0\0\x01\x01\0\x10\x14\x44\x44", 27);
-  session.Write("four.lyr", std::string("Sorvelin Layer\0", 15) + block);
+  return session.Write("four.lyr", std::string("Sorvelin Layer\0", 15) + block);
 }
 
 using OverwriteLayer = SessionTest;
-
-TEST_F(OverwriteLayer, ReplacesTheCurrentLayerFromTheFile) {
-  WriteLayerFour(session);
-  session.OpenCut("a.cut", ThreeLayers(1)).Select(kLayerList, {1}).File("four");
-  session.Command(kCommandOverwriteLayer);
-  EXPECT_TRUE(Holds(session, "cut/layers/#", 3, "cut/layers/1/name", "Four", "cut/layers/1/cells",
-                    json::array({PlainCell(4)}), "cut/modified", true, "cut/imagesStale", true));
-}
 
 TEST_F(OverwriteLayer, RepaintsButLeavesThePanels) {
   WriteLayerFour(session);
   session.OpenCut("a.cut", ThreeLayers(1)).File("four.lyr").Command(kCommandOverwriteLayer);
   const int view = session.View();
-  EXPECT_EQ(Lines(session), json::array({"A (1/1)", "B (1/1)", "C (1/1)"}));
+  EXPECT_TRUE(Holds(session, "panels/layers/lines", json::array({"A (1/1)", "B (1/1)", "C (1/1)"})));
   EXPECT_EQ(session.ViewAt(view).Count(4), 24);
 }
 
-TEST_F(OverwriteLayer, IntoACutWithoutLayersMakesOneInEveryFrame) {
-  WriteLayerFour(session);
-  session.OpenCut("a.cut", CutFile::WithoutLayers(2)).File("four.lyr").Command(kCommandOverwriteLayer);
-  EXPECT_EQ(Order(session, 0), "Four");
-  EXPECT_EQ(Order(session, 1), "Four");
-  EXPECT_EQ(session.FrameAt(0)["records"][0]["x"], 0);
-}
+const Rules<SessionTest, "OverwriteLayer"> kOverwriteLayerRules = {
+    {"IntoACutWithoutLayersMakesOneInEveryFrame",
+     WriteLayerFour(Do()).OpenCut("a.cut", CutFile::WithoutLayers(2)).File("four.lyr").Command(kCommandOverwriteLayer),
+     Has("order/0", "Four", "order/1", "Four", "cut/frames/0/records/0/x", 0)},
+    {"ReplacesTheCurrentLayerFromTheFile",
+     WriteLayerFour(Do()).OpenCut("a.cut", ThreeLayers(1)).Select(kLayerList, {1}).File("four"),
+     Do().Command(kCommandOverwriteLayer),
+     Has("cut/layers/#", 3, "cut/layers/1/name", "Four", "cut/layers/1/cells", json::array({PlainCell(4)}),
+         "cut/modified", true, "cut/imagesStale", true)},
+    {"WrongMagicLeavesTheLayer",
+     Do().Write("bad.lyr", std::string("Sorvelin Later\0Four\0", 20)).OpenCut("a.cut", ThreeLayers(1)).File("bad.lyr"),
+     Do().Command(kCommandOverwriteLayer), Has("cut/layers/2/name", "C", "cut/modified", false)},
+};
 
-TEST_F(OverwriteLayer, WrongMagicLeavesTheLayer) {
-  session.Write("bad.lyr", std::string("Sorvelin Later\0Four\0", 20));
-  session.OpenCut("a.cut", ThreeLayers(1)).File("bad.lyr").Command(kCommandOverwriteLayer);
-  EXPECT_TRUE(Holds(session, "cut/layers/2/name", "C", "cut/modified", false));
-}
-
-TEST(EraseLayerDraft, ClearsTheSketchColoursOfEveryCell) {
-  ScriptSession session;
-  session.OpenCut("a.cut", CutFile::Showing({5, 1, 6, 7, 8}, {1})).Command(kCommandEraseLayerSketch);
-  EXPECT_EQ(session.Cut()["layers"][0]["cells"],
-            json::array({PlainCell(0), PlainCell(1), PlainCell(0), PlainCell(0), PlainCell(8)}));
-}
+const Rules<SessionTest, "EraseLayerDraft"> kEraseLayerDraftRules = {
+    {"ClearsTheSketchColoursOfEveryCell",
+     Do().OpenCut("a.cut", CutFile::Showing({5, 1, 6, 7, 8}, {1})).Command(kCommandEraseLayerSketch),
+     Has("cells", json::array({PlainCell(0), PlainCell(1), PlainCell(0), PlainCell(0), PlainCell(8)}))},
+};
 
 }  // namespace
 }  // namespace rules

@@ -3,26 +3,21 @@
 #include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
+#include "rules/rule_table.h"
 
 namespace rules {
 namespace {
 
 struct EdgingTool : DrawingTest {
-  EdgingTool() { Area(10, 8, 30, 30, 4); }
-  void Area(int x, int y, int width, int height, int index) {
-    session.FillArea(x, y, width, height, index);
-    session.Command(kToolEdging);
-    model.Fill(x, y, width, height, index);
-  }
-  void Drag(int fromX, int fromY, int toX, int toY) {
-    session.Press(fromX, fromY);
-    session.Release(toX, toY);
+  EdgingTool() {
+    session.FillArea(10, 8, 30, 30, 4).Command(kToolEdging);
+    model.Fill(10, 8, 30, 30, 4);
   }
 };
 
-TEST_F(EdgingTool, TheBorderLiesInsideTheAreaAndInsideTheDrag) {
-  Drag(12, 10, 45, 42);
-  EXPECT_TRUE(ViewShows(model.Fill(39, 10, 1, 28, 1).Fill(12, 37, 28, 1, 1)));
+// A ground of this index, and the tool.
+Rule::Steps Ground(int x, int y, int width, int height, int index) {
+  return {Filled{x, y, width, height, index}, Do().Command(kToolEdging)};
 }
 
 class EdgingSize : public EdgingTool, public testing::WithParamInterface<std::pair<int, bool>> {};
@@ -31,7 +26,7 @@ TEST_P(EdgingSize, IsTheThicknessLessOne) {
   const auto& [step, square] = GetParam();
   if (square) session.Command(kCommandSquarePen);
   session.PickSize(step);
-  Drag(12, 10, 45, 42);
+  session.Press(12, 10).Release(45, 42);
   EXPECT_TRUE(ViewShows(model.Fill(40 - (step + 1), 10, step + 1, 28, 1).Fill(12, 38 - (step + 1), 28, step + 1, 1)));
 }
 
@@ -39,61 +34,29 @@ INSTANTIATE_TEST_SUITE_P(All, EdgingSize,
                          testing::Values(std::pair(0, false), std::pair(1, false), std::pair(4, false),
                                          std::pair(7, false), std::pair(1, true), std::pair(7, true)));
 
-TEST_F(EdgingTool, AGroundIsEdgedAroundItsInk) {
-  Area(0, 0, 64, 48, 0);
-  Area(20, 20, 10, 10, 2);
-  Drag(15, 15, 35, 35);
-  model.Fill(20, 19, 10, 1, 1).Fill(20, 30, 10, 1, 1).Fill(19, 20, 1, 10, 1).Fill(30, 20, 1, 10, 1);
-  EXPECT_TRUE(ViewShows(model));
-}
-
-TEST_F(EdgingTool, NeighboursBeyondTheDragCount) {
-  Drag(12, 8, 36, 20);
-  EXPECT_TRUE(ViewShows(model.Fill(12, 8, 24, 1, 1)));
-}
-
 TEST_F(EdgingTool, ADitheredPenEdgesInItsDither) {
   session.Pick(8, 1);
-  Drag(12, 10, 45, 42);
+  session.Press(12, 10).Release(45, 42);
   const ModelPen pen = {.tone = 8, .colorA = 1, .colorB = 2};
   EXPECT_TRUE(ViewShows(model.FillWith(pen, 39, 10, 1, 28).FillWith(pen, 12, 37, 28, 1)));
 }
 
-TEST_F(EdgingTool, AProtectedKeyColourIsRefused) {
-  session.Mask({4});
-  Drag(12, 10, 45, 42);
-  EXPECT_TRUE(ViewShows(model));
-}
-
-TEST_F(EdgingTool, TheUndoRectIsTheDrag) {
-  Drag(12, 10, 45, 42);
-  EXPECT_EQ(session.NowUndoRect(), (rules::Area{12, 10, 33, 32}));
-}
-
-TEST_F(EdgingTool, EdgingIsOneUndoStep) {
-  Drag(12, 10, 45, 42);
-  session.Command(kCommandUndo);
-  EXPECT_TRUE(ViewShows(model));
-}
-
-TEST_F(EdgingTool, ADragToTheUpperLeftDoesNothing) {
-  Drag(38, 36, 12, 10);
-  Drag(38, 36, 45, 30);
-  Drag(38, 36, 38, 42);
-  EXPECT_TRUE(ViewShows(model));
-}
-
-TEST_F(EdgingTool, ADragThatEndedOnTheWrongSideGoesOn) {
-  Drag(12, 10, 5, 5);
-  session.Release(45, 42);
-  EXPECT_TRUE(ViewShows(model.Fill(39, 10, 1, 28, 1).Fill(12, 37, 28, 1, 1)));
-}
-
-TEST_F(EdgingTool, AFinishedDragDoesNotGoOn) {
-  Drag(12, 10, 20, 20);
-  session.Release(45, 42);
-  EXPECT_TRUE(ViewShows(model));
-}
+const Rules<EdgingTool, "EdgingTool"> kEdgingToolRules = {
+    {"AGroundIsEdgedAroundItsInk", Ground(0, 0, 64, 48, 0), Ground(20, 20, 10, 10, 2),
+     Do().Press(15, 15).Release(35, 35),
+     Ink().Fill(20, 19, 10, 1, 1).Fill(20, 30, 10, 1, 1).Fill(19, 20, 1, 10, 1).Fill(30, 20, 1, 10, 1)},
+    {"TheBorderLiesInsideTheAreaAndInsideTheDrag", Do().Press(12, 10).Release(45, 42),
+     Ink().Fill(39, 10, 1, 28, 1).Fill(12, 37, 28, 1, 1)},
+    {"NeighboursBeyondTheDragCount", Do().Press(12, 8).Release(36, 20), Ink().Fill(12, 8, 24, 1, 1)},
+    {"AProtectedKeyColourIsRefused", Do().Mask({4}).Press(12, 10).Release(45, 42), Ink()},
+    {"TheUndoRectIsTheDrag", Do().Press(12, 10).Release(45, 42), Has("cut/undoRect", Area{12, 10, 33, 32})},
+    {"EdgingIsOneUndoStep", Do().Press(12, 10).Release(45, 42).Command(kCommandUndo), Ink()},
+    {"ADragToTheUpperLeftDoesNothing",
+     Do().Press(38, 36).Release(12, 10).Press(38, 36).Release(45, 30).Press(38, 36).Release(38, 42), Ink()},
+    {"ADragThatEndedOnTheWrongSideGoesOn", Do().Press(12, 10).Release(5, 5).Release(45, 42),
+     Ink().Fill(39, 10, 1, 28, 1).Fill(12, 37, 28, 1, 1)},
+    {"AFinishedDragDoesNotGoOn", Do().Press(12, 10).Release(20, 20).Release(45, 42), Ink()},
+};
 
 TEST_F(EdgingTool, TheFrameFollowsToTheLowerRightOnly) {
   const PixelMatrix screen = session.NowScreen();

@@ -215,9 +215,9 @@ TEST_F(ExportedBitmap, WithTheCurrentCellOnlyItShowsThatCell) {
 }
 
 const Rules<DrawingTest, "ExportedBitmap"> kExportedBitmapRules = {
-    {"LeavesTheViewWithoutItsGhosts",
-     Do().FillArea(8, 8, 8, 8, 2).Command(kCommandAddCell).Command(kCommandShowPrevious), Has("pixels/20", 64),
-     Do().File("out.bmp").Command(kCommandExportBitmap), Ink(), Do().Repaint(), Has("pixels/20", 64)},
+    {"LeavesTheViewWithoutItsGhosts", Do().FillArea(8, 8, 8, 8, 2).Commands({kCommandAddCell, kCommandShowPrevious}),
+     Has("pixels/20", 64), Do().File("out.bmp").Command(kCommandExportBitmap), Ink(), Do().Repaint(),
+     Has("pixels/20", 64)},
     {"ANameWithoutAnExtensionGetsOne", Do().File("picture").Command(kCommandExportBitmap),
      Has("exists/picture.bmp", true)},
 };

@@ -2,11 +2,11 @@
 #include <sys/wait.h>
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -16,14 +16,13 @@
 #include "rules/film_session.h"
 #include "rules/little_bytes.h"
 #include "rules/rule_table.h"
-#include "rules/script_session.h"
-#include "rules/session_state.h"
 #include "support/places.h"
 
 namespace rules {
 namespace {
 
 using nlohmann::json;
+using std::filesystem::last_write_time;
 
 // ---- The console program's other commands ----
 
@@ -43,19 +42,23 @@ int Console(const ScriptSession& session, const Names& words) {
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-int ConsoleExport(const ScriptSession& session) {
-  return Console(session, {"export", session.Path("film.flm"), session.Path("out.sv")});
+// Exports the film with the console program.
+Rule::After ConsoleExports(int status = 0, const std::string& target = "out.sv") {
+  return [=](ScriptSession& session) {
+    EXPECT_EQ(Console(session, {"export", session.Path("film.flm"), session.Path(target)}), status);
+  };
 }
 
-// The stream of a cut that was just read from its file.
-std::string Stream(const CutFile& file) {
-  ScriptSession session;
-  session.Write("x.cut", file.Bytes());
-  EXPECT_EQ(Console(session, {"compile", session.Path("x.cut"), session.Path("x.ca")}), 0);
-  return session.Bytes("x.ca");
+// The last command failed with one line about this name.
+Rule::After SaysThatItFailed(const std::string& name) {
+  return [=](ScriptSession& session) {
+    const std::string errors = session.Bytes("errors.txt");
+    EXPECT_EQ(std::count(errors.begin(), errors.end(), '\n'), 1) << errors;
+    EXPECT_NE(errors.find(name), std::string::npos) << errors;
+  };
 }
 
-// ---- Writing what is expected ----
+// ---- Films ----
 
 struct Film {
   std::string title = "title";
@@ -64,40 +67,64 @@ struct Film {
   int height = 18;
 };
 
-// The container of these records.
-std::string Container(const Film& film, const Names& records, int maxWidth, int maxHeight) {
-  std::string head = film.title + '\0' + film.author + '\0';
-  for (const int value : {film.width, film.height, maxWidth, maxHeight, static_cast<int>(records.size())}) {
-    head.append(LittleBytes(value, 2));
-  }
-  std::string table;
-  std::string body;
-  const size_t start = 6 + head.size() + 4 * records.size();
-  for (const std::string& record : records) {
-    table.append(LittleBytes(static_cast<int64_t>(start + body.size()), 4));
-    body.append(record);
-  }
-  return "SV" + LittleBytes(static_cast<int64_t>(start + body.size()), 4) + head + table + body;
-}
+// A line of a film. A cut that isn't given has no file.
+struct Line {
+  std::string name;
+  std::optional<CutFile> cut = {};
+};
 
-std::string RecordOf(const CutFile& file) {
-  const std::string stream = Stream(file);
-  return stream.size() < 6 ? std::string() : stream.substr(6);
-}
-
-void WriteFilm(ScriptSession& session, const Names& lines, const Film& film = {}) {
+// The film, film.flm, and its cuts as files.
+ScriptSession FilmOf(const std::vector<Line>& lines, const Film& film = {}) {
+  ScriptSession session;
+  Names names;
+  for (const Line& line : lines) {
+    if (line.cut) session.Write(line.name, line.cut->Bytes());
+    names.push_back(line.name);
+  }
   const std::string size = std::to_string(film.width) + ", " + std::to_string(film.height);
-  session.Write("film.flm", FilmText(lines, film.title + "\n" + film.author + "\n" + size + "\n"));
+  return session.Write("film.flm", FilmText(names, film.title + "\n" + film.author + "\n" + size + "\n"));
 }
 
-// The film, opened in the application.
-ScriptSession& OpenFilm(ScriptSession& session, const Names& lines, const Film& film = {}) {
-  WriteFilm(session, lines, film);
-  return session.Open("film.flm");
+// The same, opened in the application.
+ScriptSession OpenFilm(const std::vector<Line>& lines, const Film& film = {}) {
+  return FilmOf(lines, film).Open("film.flm");
 }
 
-ScriptSession& Export(ScriptSession& session) {
-  return session.File("out.sv").Command(kCommandExportFilm);
+// Exports the film with the application.
+ScriptSession Export() {
+  return Do().File("out.sv").Command(kCommandExportFilm);
+}
+
+// ---- What is expected, by the plain implementation ----
+
+// The stream of a cut that was just read from its file.
+std::string Stream(const CutFile& file) {
+  bool refused = false;
+  const reference::Bytes bytes =
+      reference::EncodeCut(file.Data(), 0, static_cast<int>(file.frames.size()) - 1, &refused);
+  return {bytes.begin(), bytes.end()};
+}
+
+// The container of these streams.
+std::string ContainerOf(const Names& streams, const Film& film = {}) {
+  std::vector<reference::Bytes> bytes;
+  for (const std::string& stream : streams) bytes.emplace_back(stream.begin(), stream.end());
+  const reference::Bytes whole = reference::WriteContainer(film.title, film.author, film.width, film.height, bytes);
+  return {whole.begin(), whole.end()};
+}
+
+std::string Container(const std::vector<CutFile>& cuts, const Film& film = {}) {
+  Names streams;
+  for (const CutFile& cut : cuts) streams.push_back(Stream(cut));
+  return ContainerOf(streams, film);
+}
+
+Facts Exported(const std::vector<CutFile>& cuts, const Film& film = {}) {
+  return Has("bytes/out.sv", Container(cuts, film));
+}
+
+Facts PlayerPlays(const std::vector<CutFile>& cuts, const Film& film = {}) {
+  return Has("player/title", SizeTitle(Container(cuts, film).size()));
 }
 
 // ---- The cuts ----
@@ -147,142 +174,46 @@ CutFile SmallCut() {
           .frames = {{.time = 4, .x = 4, .y = 4, .records = {{0, 0, 7, 9}, {1, 0, 12, 10}}}}};
 }
 
-struct NamedCut {
-  std::string name;
-  CutFile file;
-};
-
-// Writes these cuts, and a film of them.
-Names WriteFilmOf(ScriptSession& session, const std::vector<NamedCut>& cuts, const Film& film = {}) {
-  Names lines;
-  for (const NamedCut& cut : cuts) {
-    session.Write(cut.name, cut.file.Bytes());
-    lines.push_back(cut.name);
-  }
-  WriteFilm(session, lines, film);
+const std::vector<Line>& ThreeCuts() {
+  static const std::vector<Line> lines = {{"wide.cut", WideCut()}, {"tall.cut", TallCut()}, {"small.cut", SmallCut()}};
   return lines;
 }
 
-ScriptSession& OpenFilmOf(ScriptSession& session, const std::vector<NamedCut>& cuts) {
-  WriteFilmOf(session, cuts);
-  return session.Open("film.flm");
+// The cut without the upper record of its last frame, as the blank command makes it.
+CutFile Changed() {
+  CutFile cut = WideCut();
+  cut.frames[2].records[1].cell = -1;
+  return cut;
 }
 
-// Writes the three cuts, and a film of them.
-Names WriteThreeCuts(ScriptSession& session, const Film& film = {}) {
-  return WriteFilmOf(session, {{"wide.cut", WideCut()}, {"tall.cut", TallCut()}, {"small.cut", SmallCut()}}, film);
+// A cut whose only frame stands this long at this rate.
+CutFile Timed(int color, int fps, int time) {
+  CutFile cut = Still(color);
+  cut.fps = fps;
+  cut.frames[0].time = time;
+  return cut;
 }
 
-// ---- A reader of the container ----
-
-struct FrameHead {
-  int time = 0;
-  int loop = 0;
-  int brightness = 0;
-  int x = 0;
-  int y = 0;
-  int boxX = 0;
-  int boxY = 0;
-  int boxWidth = 0;
-  int boxHeight = 0;
-  bool operator==(const FrameHead&) const = default;
-};
-
-struct CutRecord {
-  std::string credit;
-  int width = 0;
-  int height = 0;
-  int frameWidth = 0;
-  int frameHeight = 0;
-  int fps = 0;
-  int levels = 0;
-  std::vector<FrameHead> frames;
-};
-
-struct ReadFilm {
-  uint32_t size = 0;
-  std::string title;
-  std::string author;
-  int width = 0;
-  int height = 0;
-  int maxWidth = 0;
-  int maxHeight = 0;
-  int count = 0;
-  size_t table = 0;
-  std::vector<size_t> offsets;
-  std::vector<CutRecord> cuts;
-};
-
-class ContainerReader {
- public:
-  explicit ContainerReader(const std::string& wholeFile) : bytes(wholeFile) {}
-
-  ReadFilm Read() {
-    ReadFilm film;
-    EXPECT_EQ(bytes.substr(0, 2), "SV");
-    position = 2;
-    film.size = static_cast<uint32_t>(Unsigned(4));
-    film.title = Text();
-    film.author = Text();
-    film.width = Short();
-    film.height = Short();
-    film.maxWidth = Short();
-    film.maxHeight = Short();
-    film.count = Short();
-    film.table = position;
-    for (int i = 0; i < film.count && position < bytes.size(); ++i) {
-      film.offsets.push_back(static_cast<size_t>(Unsigned(4)));
-    }
-    for (size_t i = 0; i < film.offsets.size(); ++i) {
-      EXPECT_EQ(position, film.offsets[i]) << "record " << i << " doesn't begin where the one before it ends";
-      film.cuts.push_back(Record(i + 1 < film.offsets.size() ? film.offsets[i + 1] : bytes.size()));
-    }
-    EXPECT_EQ(position, bytes.size());
-    return film;
+// Two frames with these heads.
+CutFile TwoFrames(const FileFrame& first, const FileFrame& second) {
+  CutFile cut = CutFile::Showing({1, 2}, {0, 1});
+  const FileFrame heads[] = {first, second};
+  for (size_t i = 0; i < 2; ++i) {
+    cut.frames[i].time = heads[i].time;
+    cut.frames[i].loop = heads[i].loop;
   }
+  return cut;
+}
 
- private:
-  int64_t Unsigned(size_t count) {
-    position += count;
-    return LittleAt(bytes, position - count, count);
+// Four frames with these times and stored values of brightness.
+CutFile FourFrames(const std::vector<int>& times, const std::vector<int>& stored) {
+  CutFile cut = CutFile::Showing({1, 2}, {0, 1, 0, 1});
+  for (size_t i = 0; i < 4; ++i) {
+    cut.frames[i].time = times[i];
+    cut.frames[i].brightness = stored[i];
   }
-  int Short() { return static_cast<int16_t>(Unsigned(2)); }
-  int Byte() { return static_cast<int>(Unsigned(1)); }
-  std::string Text() {
-    std::string text;
-    while (position < bytes.size() && bytes[position] != '\0') text.push_back(bytes[position++]);
-    ++position;
-    return text;
-  }
-  CutRecord Record(size_t end) {
-    CutRecord record;
-    record.credit = Text();
-    record.width = Short();
-    record.height = Short();
-    record.frameWidth = Short();
-    record.frameHeight = Short();
-    record.fps = Byte();
-    record.levels = Byte() + 1;
-    while (position < end) {
-      FrameHead frame;
-      frame.time = Short();
-      frame.loop = Short();
-      frame.brightness = Byte();
-      for (int* field : {&frame.x, &frame.y, &frame.boxX, &frame.boxY, &frame.boxWidth, &frame.boxHeight}) {
-        *field = Short();
-      }
-      const int64_t sections = Unsigned(4) + Unsigned(4);
-      const int rowBytes = (frame.boxWidth + 7) / 8;
-      position += static_cast<size_t>(frame.boxHeight * ((rowBytes + 7) / 8) + sections);
-      record.frames.push_back(frame);
-    }
-    EXPECT_EQ(position, end) << "a frame reaches over the end of its record";
-    return record;
-  }
-
-  const std::string bytes;
-  size_t position = 0;
-};
+  return cut;
+}
 
 // ---- What a player should show ----
 
@@ -294,15 +225,8 @@ using Ticks = std::vector<reference::Tick>;
 
 // The ticks of a film of these cuts.
 Ticks TicksOf(const Film& film, const std::vector<CutFile>& cuts, int count) {
-  std::vector<reference::Bytes> streams;
-  for (const CutFile& cut : cuts) {
-    const std::string file = cut.Bytes();
-    reference::CutData data;
-    EXPECT_TRUE(reference::ReadCut({file.begin(), file.end()}, &data));
-    bool refused = false;
-    streams.push_back(reference::EncodeCut(data, 0, static_cast<int>(cut.frames.size()) - 1, &refused));
-  }
-  return reference::Play(reference::WriteContainer(film.title, film.author, film.width, film.height, streams), count);
+  const std::string container = Container(cuts, film);
+  return reference::Play({container.begin(), container.end()}, count);
 }
 
 testing::AssertionResult IsPicture(const PixelMatrix& picture, const Film& film, const reference::Bytes& greys) {
@@ -366,379 +290,288 @@ void ExpectTicks(const Played& played, const Film& film, const Ticks& ticks) {
   }
 }
 
+// The exported film plays so in the console program.
+Rule::After Plays(const std::vector<CutFile>& cuts, int ticks, const Film& film = {}) {
+  return
+      [=](ScriptSession& session) { ExpectTicks(Played(session, "out.sv", ticks), film, TicksOf(film, cuts, ticks)); };
+}
+
+// The application's player shows this, tick by tick.
+Rule::After Shows(const std::vector<CutFile>& cuts, int count, const Film& film = {}) {
+  return [=](ScriptSession& session) {
+    const Ticks ticks = TicksOf(film, cuts, count);
+    std::vector<int> pictures = {session.Player()};
+    for (size_t i = 1; i < ticks.size(); ++i) pictures.push_back(session.Line("tick 1").Player());
+    session.Run();
+    reference::Bytes last;
+    for (size_t i = 0; i < ticks.size(); ++i) {
+      if (ticks[i].painted) last = ticks[i].picture;
+      EXPECT_TRUE(IsPicture(session.PlayerAt(pictures[i]), film, last)) << "tick " << i;
+    }
+  };
+}
+
 // ---- The fields of the container ----
+
+// A record up to the head of its first frame, which has the whole picture.
+std::string RecordHead(const CutFile& cut) {
+  const int scale = ScaleOf(cut);
+  const FileFrame& frame = cut.frames[0];
+  std::string head = cut.credit + '\0';
+  for (const int size : {cut.width, cut.height, cut.frameWidth, cut.frameHeight}) PutLittle(head, size / scale, 2);
+  PutLittle(head, cut.fps, 1);
+  PutLittle(head, cut.antialias == 0 ? 3 : 12, 1);
+  for (const int value : {frame.time, frame.loop}) PutLittle(head, value, 2);
+  PutLittle(head, frame.brightness, 1);
+  for (const int value : {frame.x / scale, frame.y / scale, 0, 0, cut.width / scale, cut.height / scale}) {
+    PutLittle(head, value, 2);
+  }
+  return head;
+}
 
 using FilmContainer = SessionTest;
 
 TEST_F(FilmContainer, HasTheFieldsOfTheFilmAndOfEachCut) {
-  const Film film = {.title = "My film", .author = "Me", .width = 24, .height = 18};
-  WriteThreeCuts(session, film);
-  ASSERT_EQ(ConsoleExport(session), 0);
+  session.Then(FilmOf(ThreeCuts(), {.title = "My film", .author = "Me", .width = 24, .height = 18}));
+  ConsoleExports()(session);
   const std::string bytes = session.Bytes("out.sv");
-  const ReadFilm read = ContainerReader(bytes).Read();
-  EXPECT_EQ(read.size, bytes.size());
-  EXPECT_EQ(read.title, "My film");
-  EXPECT_EQ(read.author, "Me");
-  EXPECT_EQ(read.width, 24);
-  EXPECT_EQ(read.height, 18);
-  EXPECT_EQ(read.maxWidth, 20);
-  EXPECT_EQ(read.maxHeight, 13);
-  EXPECT_EQ(read.count, 3);
-  EXPECT_EQ(read.table, 8U + 7 + 2 + 10);
-  ASSERT_EQ(read.cuts.size(), 3U);
-  EXPECT_EQ(read.offsets[0], read.table + 4 * 3);
-  const std::vector<CutFile> cuts = {WideCut(), TallCut(), SmallCut()};
-  for (size_t i = 0; i < cuts.size(); ++i) {
-    const int scale = ScaleOf(cuts[i]);
-    EXPECT_EQ(read.cuts[i].credit, cuts[i].credit) << i;
-    EXPECT_EQ(read.cuts[i].width, cuts[i].width / scale) << i;
-    EXPECT_EQ(read.cuts[i].height, cuts[i].height / scale) << i;
-    EXPECT_EQ(read.cuts[i].frameWidth, cuts[i].frameWidth / scale) << i;
-    EXPECT_EQ(read.cuts[i].frameHeight, cuts[i].frameHeight / scale) << i;
-    EXPECT_EQ(read.cuts[i].fps, cuts[i].fps) << i;
-    EXPECT_EQ(read.cuts[i].levels, cuts[i].antialias == 0 ? 4 : 13) << i;
-    ASSERT_EQ(read.cuts[i].frames.size(), cuts[i].frames.size()) << i;
-    for (size_t j = 0; j < cuts[i].frames.size(); ++j) {
-      const FrameHead& head = read.cuts[i].frames[j];
-      const FileFrame& frame = cuts[i].frames[j];
-      EXPECT_EQ(head.time, frame.time) << i << ", " << j;
-      EXPECT_EQ(head.loop, frame.loop) << i << ", " << j;
-      EXPECT_EQ(head.brightness, frame.brightness) << i << ", " << j;
-      EXPECT_EQ(head.x, frame.x / scale) << i << ", " << j;
-      EXPECT_EQ(head.y, frame.y / scale) << i << ", " << j;
-    }
-    EXPECT_EQ(read.cuts[i].frames[0].boxX, 0);
-    EXPECT_EQ(read.cuts[i].frames[0].boxY, 0);
-    EXPECT_EQ(read.cuts[i].frames[0].boxWidth, cuts[i].width / scale);
-    EXPECT_EQ(read.cuts[i].frames[0].boxHeight, cuts[i].height / scale);
+  std::string head = "SV" + LittleBytes(static_cast<int64_t>(bytes.size()), 4) + std::string("My film\0Me\0", 11);
+  for (const int value : {24, 18, 20, 13, 3}) PutLittle(head, value, 2);
+  EXPECT_EQ(bytes.substr(0, head.size()), head);
+  size_t start = head.size() + 4 * 3;
+  for (size_t i = 0; i < 3; ++i) {
+    EXPECT_EQ(LittleAt(bytes, head.size() + 4 * i, 4), start) << i;
+    const CutFile& cut = *ThreeCuts()[i].cut;
+    EXPECT_EQ(bytes.substr(start, RecordHead(cut).size()), RecordHead(cut)) << i;
+    start += Stream(cut).size() - 6;
   }
-  // The second frame of the first cut shows the same picture.
-  EXPECT_EQ(read.cuts[0].frames[1], (FrameHead{.time = 1, .loop = 1, .brightness = 80, .x = 4, .y = 2}));
+  EXPECT_EQ(start, bytes.size());
 }
 
-TEST_F(FilmContainer, IsTheHeadTheTableAndTheStreamsWithoutTheirFirstSixBytes) {
-  WriteThreeCuts(session);
-  ASSERT_EQ(ConsoleExport(session), 0);
-  EXPECT_EQ(session.Bytes("out.sv"),
-            Container({}, {RecordOf(WideCut()), RecordOf(TallCut()), RecordOf(SmallCut())}, 20, 13));
-}
+const Film kEmptyTexts = {.title = "", .author = ""};
+// The second byte of the first characters is a backslash.
+const Film kJapaneseTexts = {.title = "\x83\x5C\x83\x76", .author = "\x95\x5C"};
 
-TEST_F(FilmContainer, EmptyTextsAreOneZeroByteEach) {
-  const Film film = {.title = "", .author = ""};
-  WriteFilmOf(session, {{"a.cut", Still(1)}}, film);
-  ASSERT_EQ(ConsoleExport(session), 0);
-  EXPECT_EQ(session.Bytes("out.sv"), Container(film, {RecordOf(Still(1))}, 8, 3));
-}
-
-TEST_F(FilmContainer, KeepsTheBytesOfJapaneseTexts) {
-  // The second byte of the first character is a backslash.
-  const Film film = {.title = "\x83\x5C\x83\x76", .author = "\x95\x5C"};
+CutFile WithJapaneseCredit() {
   CutFile cut = Still(1);
   cut.credit = "\x94\x5C";
-  WriteFilmOf(session, {{"a.cut", cut}}, film);
-  ASSERT_EQ(ConsoleExport(session), 0);
-  EXPECT_EQ(session.Bytes("out.sv"), Container(film, {RecordOf(cut)}, 8, 3));
-  EXPECT_EQ(ContainerReader(session.Bytes("out.sv")).Read().cuts[0].credit, "\x94\x5C");
+  return cut;
 }
 
-TEST_F(FilmContainer, FirstFrameOfEachCutStartsCleanly) {
-  CutFile cut = CutFile::Showing({1, 2}, {0, 1});
-  cut.frames[0].time = -3;
-  cut.frames[0].loop = 0;
-  cut.frames[1].time = -2;
-  cut.frames[1].loop = 0;
-  session.Write("a.cut", cut.Bytes());
-  WriteFilm(session, {"a.cut", "a.cut"});
-  ASSERT_EQ(ConsoleExport(session), 0);
-  const std::string bytes = session.Bytes("out.sv");
-  const ReadFilm read = ContainerReader(bytes).Read();
-  ASSERT_EQ(read.cuts.size(), 2U);
-  for (const CutRecord& record : read.cuts) {
-    ASSERT_EQ(record.frames.size(), 2U);
-    EXPECT_EQ(record.frames[0].time, 3);
-    EXPECT_EQ(record.frames[0].loop, 1);
-    EXPECT_EQ(record.frames[1].time, -2);
-    EXPECT_EQ(record.frames[1].loop, 0);
-  }
-}
-
-TEST_F(FilmContainer, KeyFramesHaveTheirEffectiveTimes) {
-  CutFile cut = CutFile::Showing({1, 2}, {0, 1, 0, 1});
-  const int times[] = {10, 2, 3, 4};
-  const int stored[] = {-51, 50, 50, -1 - 70};
-  for (size_t i = 0; i < 4; ++i) {
-    cut.frames[i].time = times[i];
-    cut.frames[i].brightness = stored[i];
-  }
-  WriteFilmOf(session, {{"a.cut", cut}});
-  ASSERT_EQ(ConsoleExport(session), 0);
-  const std::string bytes = session.Bytes("out.sv");
-  const ReadFilm read = ContainerReader(bytes).Read();
-  ASSERT_EQ(read.cuts.size(), 1U);
-  ASSERT_EQ(read.cuts[0].frames.size(), 4U);
-  const int expected[] = {5, 2, 3, 4};
-  for (size_t i = 0; i < 4; ++i) EXPECT_EQ(read.cuts[0].frames[i].time, expected[i]) << i;
-  EXPECT_EQ(read.cuts[0].frames[0].brightness, 50);
-  EXPECT_EQ(read.cuts[0].frames[3].brightness, 70);
-}
-
-TEST_F(FilmContainer, ACutListedTwiceIsStoredTwice) {
-  session.Write("a.cut", WideCut().Bytes());
-  session.Write("b.cut", SmallCut().Bytes());
-  WriteFilm(session, {"a.cut", "b.cut", "a.cut"});
-  ASSERT_EQ(ConsoleExport(session), 0);
-  const std::string wide = RecordOf(WideCut());
-  EXPECT_EQ(session.Bytes("out.sv"), Container({}, {wide, RecordOf(SmallCut()), wide}, 20, 10));
-  EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut", "b.ca", "b.cut", "film.flm", "out.sv"}));
-}
-
-TEST_F(FilmContainer, ACutWithoutFramesHasAnEmptyRecord) {
-  session.Write("none.cut", CutFile::WithoutLayers(0).Bytes());
-  session.Write("a.cut", Still(1).Bytes());
-  OpenFilm(session, {"a.cut", "none.cut"});
-  Export(session).Run();
-  EXPECT_TRUE(session.Exists("none.ca"));
-  EXPECT_EQ(session.Bytes("none.ca"), "");
-  EXPECT_EQ(session.Bytes("out.sv"), Container({}, {RecordOf(Still(1)), ""}, 8, 3));
-}
+const Rules<SessionTest, "FilmContainer"> kFilmContainerRules = {
+    {"IsTheHeadTheTableAndTheStreamsWithoutTheirFirstSixBytes", FilmOf(ThreeCuts()), ConsoleExports(),
+     Exported({WideCut(), TallCut(), SmallCut()})},
+    {"EmptyTextsAreOneZeroByteEach", FilmOf({{"a.cut", Still(1)}}, kEmptyTexts), ConsoleExports(),
+     Exported({Still(1)}, kEmptyTexts)},
+    {"KeepsTheBytesOfJapaneseTexts", FilmOf({{"a.cut", WithJapaneseCredit()}}, kJapaneseTexts), ConsoleExports(),
+     Exported({WithJapaneseCredit()}, kJapaneseTexts)},
+    {"FirstFrameOfEachCutStartsCleanly",
+     FilmOf({{"a.cut", TwoFrames({.time = -3, .loop = 0}, {.time = -2, .loop = 0})}, {"a.cut"}}), ConsoleExports(),
+     Exported({TwoFrames({.time = 3, .loop = 1}, {.time = -2, .loop = 0}),
+               TwoFrames({.time = 3, .loop = 1}, {.time = -2, .loop = 0})})},
+    {"KeyFramesHaveTheirEffectiveTimes", FilmOf({{"a.cut", FourFrames({10, 2, 3, 4}, {-51, 50, 50, -1 - 70})}}),
+     ConsoleExports(), Exported({FourFrames({5, 2, 3, 4}, {50, 50, 50, 70})})},
+    {"ACutListedTwiceIsStoredTwice", FilmOf({{"a.cut", WideCut()}, {"b.cut", SmallCut()}, {"a.cut"}}), ConsoleExports(),
+     Exported({WideCut(), SmallCut(), WideCut()}), Has("files", "a.ca a.cut b.ca b.cut film.flm out.sv")},
+    {"ACutWithoutFramesHasAnEmptyRecord", OpenFilm({{"a.cut", Still(1)}, {"none.cut", CutFile::WithoutLayers(0)}}),
+     Export(), Has("exists/none.ca", true, "bytes/none.ca", "", "bytes/out.sv", ContainerOf({Stream(Still(1)), ""}))},
+};
 
 // ---- Cache files ----
 
-using FilmExport = SessionTest;
-
-TEST_F(FilmExport, MakesTheCacheFilesThatAreMissing) {
-  WriteThreeCuts(session);
-  ASSERT_EQ(ConsoleExport(session), 0);
-  EXPECT_EQ(session.Files(),
-            (Names{"film.flm", "out.sv", "small.ca", "small.cut", "tall.ca", "tall.cut", "wide.ca", "wide.cut"}));
-  EXPECT_EQ(session.Bytes("wide.ca"), Stream(WideCut()));
-  EXPECT_EQ(session.Bytes("tall.ca"), Stream(TallCut()));
-  EXPECT_EQ(session.Bytes("small.ca"), Stream(SmallCut()));
+// Makes a folder in the session's folder.
+Rule::After MakesFolder(const std::string& name) {
+  return [=](ScriptSession& session) { std::filesystem::create_directory(session.Path(name)); };
 }
 
-TEST_F(FilmExport, CacheFilesLieBesideTheirCutsUnderTheirNames) {
-  std::filesystem::create_directory(session.Path("sub"));
-  session.Write("sub/x.cut", Still(1).Bytes());
-  session.Write("a.b.CUT", Still(2).Bytes());
-  session.Write("plain", Still(3).Bytes());
-  WriteFilm(session, {"sub/x.cut", "a.b.CUT", "plain"});
-  ASSERT_EQ(ConsoleExport(session), 0);
-  EXPECT_EQ(session.Files(), (Names{"a.b.CUT", "a.b.ca", "film.flm", "out.sv", "plain", "plain.ca", "sub"}));
-  EXPECT_EQ(session.Bytes("sub/x.ca"), Stream(Still(1)));
-  EXPECT_EQ(session.Bytes("a.b.ca"), Stream(Still(2)));
-  EXPECT_EQ(session.Bytes("plain.ca"), Stream(Still(3)));
-}
-
-TEST_F(FilmExport, TwoCutsOfOneNameShareTheCacheOfTheFirst) {
-  WriteFilmOf(session, {{"a.one", WideCut()}, {"a.two", SmallCut()}});
-  ASSERT_EQ(ConsoleExport(session), 0);
-  const std::string wide = RecordOf(WideCut());
-  EXPECT_EQ(session.Bytes("out.sv"), Container({}, {wide, wide}, 20, 10));
-  EXPECT_EQ(session.Bytes("a.ca"), Stream(WideCut()));
-}
-
-TEST_F(FilmExport, AnEntryThatIsAStreamItselfIsCopied) {
-  session.Write("a.ca", Stream(WideCut()));
-  WriteFilm(session, {"a.ca"});
-  ASSERT_EQ(ConsoleExport(session), 0);
-  EXPECT_EQ(session.Bytes("out.sv"), Container({}, {RecordOf(WideCut())}, 20, 10));
+Rule::After IsFolder(const std::string& name) {
+  return [=](ScriptSession& session) { EXPECT_TRUE(std::filesystem::is_directory(session.Path(name))); };
 }
 
 // A cache of another picture than its cut's, older than the cut.
 struct StaleCache : SessionTest {
   StaleCache() {
-    session.Write("a.cut", WideCut().Bytes());
-    session.Write("a.ca", old);
-    const auto then = std::filesystem::last_write_time(session.Path("a.cut")) - std::chrono::hours(48);
-    std::filesystem::last_write_time(session.Path("a.ca"), then);
-    WriteFilm(session, {"a.cut"});
+    session.Then(FilmOf({{"a.cut", WideCut()}})).Write("a.ca", Stream(SmallCut()));
+    last_write_time(session.Path("a.ca"), last_write_time(session.Path("a.cut")) - std::chrono::hours(48));
   }
-  void ExpectTheOldStream() {
-    EXPECT_EQ(session.Bytes("out.sv"), Container({}, {old.substr(6)}, 10, 6));
-    EXPECT_EQ(session.Bytes("a.ca"), old);
-    EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut", "film.flm", "out.sv"}));
-  }
-  const std::string old = Stream(SmallCut());
 };
 
-TEST_F(StaleCache, IsTakenAsItIsByTheConsoleProgram) {
-  ASSERT_EQ(ConsoleExport(session), 0);
-  ExpectTheOldStream();
+Facts OldStream(const char* files = "a.ca a.cut film.flm out.sv") {
+  return Has("bytes/out.sv", Container({SmallCut()}), "bytes/a.ca", Stream(SmallCut()), "files", files);
 }
 
-TEST_F(StaleCache, IsTakenAsItIsByTheApplication) {
-  session.Open("film.flm");
-  Export(session).Run();
-  ExpectTheOldStream();
-}
-
-TEST_F(StaleCache, IsTakenEvenForAnOpenCutThatNeedsCompiling) {
-  session.Open("film.flm").Open("a.cut").Command(kCommandBlankCell);
-  Export(session);
-  const int state = session.State();
-  session.Run();
-  ExpectTheOldStream();
-  EXPECT_EQ(MarksOf(session, state), "modified imagesStale timingStale");
-}
-
-TEST_F(StaleCache, IsReplacedByAPlayOfTheCutAndThenCounts) {
-  session.Open("film.flm").Open("a.cut").Command(kCommandPlay);
-  Export(session).Run();
-  EXPECT_EQ(session.Bytes("a.ca"), Stream(WideCut()));
-  EXPECT_EQ(session.Bytes("out.sv"), Container({}, {RecordOf(WideCut())}, 20, 10));
-}
-
-TEST_F(StaleCache, DoesWithoutItsCut) {
-  std::filesystem::remove(session.Path("a.cut"));
-  ASSERT_EQ(ConsoleExport(session), 0);
-  EXPECT_EQ(session.Bytes("out.sv"), Container({}, {old.substr(6)}, 10, 6));
-  EXPECT_EQ(session.Files(), (Names{"a.ca", "film.flm", "out.sv"}));
-}
-
-TEST_F(StaleCache, PlaysInASelection) {
-  session.Open("film.flm").Command(kCommandPlaySelection);
-  EXPECT_EQ(PlayerOf(session)["title"], SizeTitle(Container({}, {old.substr(6)}, 10, 6).size()));
-  EXPECT_EQ(session.Bytes("a.ca"), old);
-}
-
-TEST_F(FilmExport, AFreshCacheIsNotWrittenAgain) {
-  session.Write("a.cut", WideCut().Bytes());
-  session.Write("a.ca", Stream(WideCut()));
-  const auto then = std::filesystem::last_write_time(session.Path("a.ca")) - std::chrono::hours(1);
-  std::filesystem::last_write_time(session.Path("a.ca"), then);
-  std::filesystem::permissions(session.Path("a.ca"), std::filesystem::perms::owner_read);
-  WriteFilm(session, {"a.cut"});
-  ASSERT_EQ(ConsoleExport(session), 0);
-  EXPECT_EQ(session.Bytes("out.sv"), Container({}, {RecordOf(WideCut())}, 20, 10));
-  EXPECT_EQ(std::filesystem::last_write_time(session.Path("a.ca")), then);
-}
+const Rules<StaleCache, "StaleCache"> kStaleCacheRules = {
+    {"IsTakenAsItIsByTheConsoleProgram", ConsoleExports(), OldStream()},
+    {"IsTakenAsItIsByTheApplication", Do().Open("film.flm"), Export(), OldStream()},
+    {"IsTakenEvenForAnOpenCutThatNeedsCompiling", Do().Open("film.flm").Open("a.cut").Command(kCommandBlankCell),
+     Export(), OldStream(), Has("cut/marks", "modified imagesStale timingStale")},
+    {"IsReplacedByAPlayOfTheCutAndThenCounts", Do().Open("film.flm").Open("a.cut").Command(kCommandPlay), Export(),
+     Has("bytes/a.ca", Stream(WideCut())), Exported({WideCut()})},
+    {"DoesWithoutItsCut", Rule::After([](ScriptSession& session) { std::filesystem::remove(session.Path("a.cut")); }),
+     ConsoleExports(), OldStream("a.ca film.flm out.sv")},
+    {"PlaysInASelection", Do().Open("film.flm").Command(kCommandPlaySelection), PlayerPlays({SmallCut()}),
+     Has("bytes/a.ca", Stream(SmallCut()))},
+};
 
 // A cut that is open and was changed without a save; the film's entry knows it.
 struct OpenChangedCut : SessionTest {
-  OpenChangedCut() {
-    OpenFilmOf(session, {{"a.cut", WideCut()}}).Open("a.cut").Command(kCommandBlankCell);
-    changed.frames[2].records[1].cell = -1;
-  }
-  CutFile changed = WideCut();
+  OpenChangedCut() { session.Then(OpenFilm({{"a.cut", WideCut()}})).Open("a.cut").Command(kCommandBlankCell); }
 };
-
-TEST_F(OpenChangedCut, IsCompiledAsItStandsInItsWindow) {
-  Export(session);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Bytes("a.ca"), Stream(changed));
-  EXPECT_EQ(session.Bytes("out.sv"), Container({}, {RecordOf(changed)}, 20, 10));
-  EXPECT_EQ(session.Bytes("a.cut"), WideCut().Bytes());
-  EXPECT_EQ(MarksOf(session, state), "modified imagesStale timingStale");
-}
-
-TEST_F(OpenChangedCut, IsCompiledForASelectionToo) {
-  session.Command(kCommandPlaySelection);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Bytes("a.ca"), Stream(changed));
-  EXPECT_EQ(PlayerOf(session, state)["title"], SizeTitle(Container({}, {RecordOf(changed)}, 20, 10).size()));
-  EXPECT_EQ(session.Cut(state)["imagesStale"], true);
-}
-
-TEST_F(OpenChangedCut, AChangeAfterTheFirstExportDoesNotCount) {
-  Export(session).Command(kCommandBlankCell).File("second.sv").Command(kCommandExportFilm).Run();
-  EXPECT_EQ(session.Bytes("second.sv"), session.Bytes("out.sv"));
-  EXPECT_EQ(session.Bytes("a.ca"), Stream(changed));
-}
 
 TEST_F(OpenChangedCut, ItsViewStaysAsItWas) {
   const int before = session.View();
-  Export(session);
-  const int after = session.View();
+  const int after = session.Then(Export()).View();
   EXPECT_TRUE(session.ViewAt(after) == session.ViewAt(before));
 }
 
-TEST_F(OpenChangedCut, SavedUnderAnotherNameStillFillsTheCacheOfItsEntry) {
-  session.SaveCutAs("b.cut");
-  Export(session).Run();
-  EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut", "b.cut", "film.flm", "out.sv"}));
-  EXPECT_EQ(session.Bytes("a.ca"), Stream(changed));
-}
+const Rules<OpenChangedCut, "OpenChangedCut"> kOpenChangedCutRules = {
+    {"IsCompiledAsItStandsInItsWindow", Export(), Exported({Changed()}),
+     Has("bytes/a.ca", Stream(Changed()), "bytes/a.cut", WideCut().Bytes(), "cut/marks",
+         "modified imagesStale timingStale")},
+    {"IsCompiledForASelectionToo", Do().Command(kCommandPlaySelection), PlayerPlays({Changed()}),
+     Has("bytes/a.ca", Stream(Changed()), "cut/imagesStale", true)},
+    {"AChangeAfterTheFirstExportDoesNotCount", Export(), Do().Command(kCommandBlankCell).File("second.sv"),
+     Do().Command(kCommandExportFilm),
+     Has("bytes/out.sv", Container({Changed()}), "bytes/second.sv", Container({Changed()}), "bytes/a.ca",
+         Stream(Changed()))},
+    {"SavedUnderAnotherNameStillFillsTheCacheOfItsEntry", Do().SaveCutAs("b.cut"), Export(),
+     Has("files", "a.ca a.cut b.cut film.flm out.sv", "bytes/a.ca", Stream(Changed()))},
+    {"ClosedWithoutASaveIsReadFromItsFile", Do().Answer("no").Close(), Export(), Has("bytes/a.ca", Stream(WideCut()))},
+};
 
-TEST_F(OpenChangedCut, ClosedWithoutASaveIsReadFromItsFile) {
-  session.Answer("no").Close();
-  Export(session).Run();
-  EXPECT_EQ(session.Bytes("a.ca"), Stream(WideCut()));
-}
-
-TEST_F(FilmExport, ACutThatWasOpenBeforeItsFilmIsReadFromItsFile) {
-  session.OpenCut("a.cut", WideCut()).Command(kCommandBlankCell);
-  OpenFilm(session, {"a.cut"});
-  Export(session);
-  json film = session.NowState()["film"];
-  EXPECT_EQ(film["cuts"][0]["open"], false);
-  EXPECT_EQ(session.Bytes("a.ca"), Stream(WideCut()));
-}
-
-TEST_F(FilmExport, DoesNotCommitWhatIsStillInThePanels) {
-  OpenFilmOf(session, {{"a.cut", WideCut()}}).Open("a.cut").Panel(kBrightnessEdit, "90");
-  Export(session);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Bytes("a.ca"), Stream(WideCut()));
-  EXPECT_EQ(session.Frame(state)["brightness"], 20);
-}
-
-TEST_F(FilmExport, AnOpenCutThatShowsOneLayerIsCompiledSo) {
-  OpenFilmOf(session, {{"small.cut", SmallCut()}}).Open("small.cut").Command(kCommandCurrentCellOnly);
-  Export(session).Run();
+// The small cut without its lower record.
+CutFile UpperOfSmallCut() {
   CutFile upper = SmallCut();
   upper.frames[0].records.erase(upper.frames[0].records.begin());
-  EXPECT_EQ(session.Bytes("small.ca"), Stream(upper));
+  return upper;
 }
 
-TEST_F(FilmExport, CompilingSelectsTheCurrentRecordInTheFramesThatDiffer) {
-  OpenFilmOf(session, {{"a.cut", WideCut()}}).Open("a.cut").Select(kLayerList, {0});
-  const int before = session.State();
-  Export(session);
-  const int after = session.State();
-  EXPECT_EQ(session.FrameAt(0, before)["currentRecord"], 1);
-  EXPECT_EQ(session.FrameAt(1, before)["currentRecord"], 1);
-  EXPECT_EQ(session.FrameAt(2, before)["currentRecord"], 0);
-  EXPECT_EQ(session.FrameAt(0, after)["currentRecord"], 0);
-  EXPECT_EQ(session.FrameAt(1, after)["currentRecord"], 1) << "it shows the same as the frame before it";
-  EXPECT_EQ(session.FrameAt(2, after)["currentRecord"], 0);
+CutFile WithAntialiasOfThree() {
+  CutFile cut = TallCut();
+  cut.antialias = 3;
+  return cut;
+}
+
+const std::vector<Line> kOneWideCut = {{"a.cut", WideCut()}};
+const CutFile kTwoStills = CutFile::Showing({1, 2}, {0, 1});
+
+const Rules<SessionTest, "FilmExport"> kFilmExportRules = {
+    {"MakesTheCacheFilesThatAreMissing", FilmOf(ThreeCuts()), ConsoleExports(),
+     Has("files", "film.flm out.sv small.ca small.cut tall.ca tall.cut wide.ca wide.cut", "bytes/wide.ca",
+         Stream(WideCut()), "bytes/tall.ca", Stream(TallCut()), "bytes/small.ca", Stream(SmallCut()))},
+    {"CacheFilesLieBesideTheirCutsUnderTheirNames", MakesFolder("sub"),
+     Rule::After([](ScriptSession& session) { session.Write("sub/x.cut", Still(1).Bytes()); }),
+     FilmOf({{"sub/x.cut"}, {"a.b.CUT", Still(2)}, {"plain", Still(3)}}), ConsoleExports(),
+     Has("files", "a.b.CUT a.b.ca film.flm out.sv plain plain.ca sub", "bytes/sub/x.ca", Stream(Still(1)),
+         "bytes/a.b.ca", Stream(Still(2)), "bytes/plain.ca", Stream(Still(3)))},
+    {"TwoCutsOfOneNameShareTheCacheOfTheFirst", FilmOf({{"a.one", WideCut()}, {"a.two", SmallCut()}}), ConsoleExports(),
+     Exported({WideCut(), WideCut()}), Has("bytes/a.ca", Stream(WideCut()))},
+    {"AnEntryThatIsAStreamItselfIsCopied", FilmOf({{"a.ca"}}).Write("a.ca", Stream(WideCut())), ConsoleExports(),
+     Exported({WideCut()})},
+    {"ACutThatWasOpenBeforeItsFilmIsReadFromItsFile", FilmOf(kOneWideCut),
+     Do().Open("a.cut").Command(kCommandBlankCell).Open("film.flm"), Export(),
+     Has("film/cuts/0/open", false, "bytes/a.ca", Stream(WideCut()))},
+    {"DoesNotCommitWhatIsStillInThePanels", OpenFilm(kOneWideCut), Do().Open("a.cut").Panel(kBrightnessEdit, "90"),
+     Export(), Has("bytes/a.ca", Stream(WideCut()), "cut/frame/brightness", 20)},
+    {"AnOpenCutThatShowsOneLayerIsCompiledSo", OpenFilm({{"small.cut", SmallCut()}}),
+     Do().Open("small.cut").Command(kCommandCurrentCellOnly), Export(),
+     Has("bytes/small.ca", Stream(UpperOfSmallCut()))},
+    // The second frame shows the same as the one before it.
+    {"CompilingSelectsTheCurrentRecordInTheFramesThatDiffer", OpenFilm(kOneWideCut),
+     Do().Open("a.cut").Select(kLayerList, {0}), Has("cut/frames/*/currentRecord", "1 1 0"), Export(),
+     Has("cut/frames/*/currentRecord", "0 1 0")},
+    {"AFolderInTheCachesPlaceIsNoCache", FilmOf(kOneWideCut), MakesFolder("a.ca"), ConsoleExports(),
+     Exported({WideCut()}), IsFolder("a.ca")},
+    {"AnAntialiasByteOfThreeIsAHalf", FilmOf({{"a.cut", WithAntialiasOfThree()}}), ConsoleExports(),
+     Exported({TallCut()})},
+    {"WithoutCutsShowsNoDialog", OpenFilm({}), Do().Command(kCommandExportFilm), Has("files", "film.flm")},
+    {"WithoutCutsFailsInTheConsoleProgram", FilmOf({}), ConsoleExports(1), Has("files", "film.flm")},
+    {"NameWithoutExtensionGetsSv", OpenFilm(kOneWideCut), Do().File("named").Command(kCommandExportFilm),
+     Has("files", "a.ca a.cut film.flm named.sv")},
+    {"CancelWritesNothing", OpenFilm(kOneWideCut), Do().File("cancel").Command(kCommandExportFilm),
+     Has("files", "a.cut film.flm")},
+    {"TargetThatCanNotBeOpenedIsSilentAndCompilesNothing", OpenFilm(kOneWideCut),
+     Do().File("nofolder/out.sv").Command(kCommandExportFilm), Has("files", "a.cut film.flm")},
+    {"TargetThatCanNotBeOpenedFailsInTheConsoleProgram", FilmOf(kOneWideCut), ConsoleExports(1, "nofolder/out.sv"),
+     SaysThatItFailed("out.sv")},
+    {"ALongerFileOfTheSameNameIsReplaced", OpenFilm({{"a.cut", Still(1)}}).Write("out.sv", std::string(5000, 'x')),
+     Export(), Exported({Still(1)})},
+    {"TakesEveryCutWhateverIsSelected", OpenFilm(ThreeCuts()), Do().Select(kCutList, {1}), Export(),
+     Exported({WideCut(), TallCut(), SmallCut()})},
+};
+
+using FilmExport = SessionTest;
+
+TEST_F(FilmExport, AFreshCacheIsNotWrittenAgain) {
+  session.Then(FilmOf(kOneWideCut)).Write("a.ca", Stream(WideCut()));
+  const auto then = last_write_time(session.Path("a.ca")) - std::chrono::hours(1);
+  last_write_time(session.Path("a.ca"), then);
+  std::filesystem::permissions(session.Path("a.ca"), std::filesystem::perms::owner_read);
+  ConsoleExports()(session);
+  EXPECT_EQ(session.Bytes("out.sv"), Container({WideCut()}));
+  EXPECT_EQ(last_write_time(session.Path("a.ca")), then);
+}
+
+TEST_F(FilmExport, AFolderInTheCachesPlaceDoesNotKeepTheCutFromPlaying) {
+  std::filesystem::create_directory(session.Path("a.ca"));
+  session.Then(OpenFilm(kOneWideCut)).Command(kCommandPlaySelection);
+  EXPECT_TRUE(Holds(session, "player/visible", true));
+  IsFolder("a.ca")(session);
+}
+
+TEST_F(FilmExport, LeavesARunningPlayAlone) {
+  session.Then(OpenFilm(kOneWideCut)).Write("a.ca", Stream(WideCut())).OpenCut("c.cut", kTwoStills);
+  const int before = session.Command(kCommandPlay).State();
+  const int after = session.Then(Export()).State();
+  const int picture = session.Line("tick 1").Player();
+  EXPECT_EQ(PlayerOf(session, before)["timer"], true);
+  EXPECT_EQ(PlayerOf(session, after), PlayerOf(session, before));
+  EXPECT_EQ(session.PlayerAt(picture).Count(85), 24);
+}
+
+TEST_F(FilmExport, ApplicationAndConsoleProgramAgree) {
+  ScriptSession application;
+  ScriptSession console;
+  const Film film = {.title = "T", .author = "", .width = 321, .height = 1};
+  for (ScriptSession* each : {&application, &console}) {
+    each->Then(FilmOf({{"small.cut", SmallCut()},
+                       {"stale.cut", Still(2)},
+                       {"wide.cut", WideCut()},
+                       {"small.cut"},
+                       {"tall.cut", TallCut()}},
+                      film));
+    each->Write("stale.ca", Stream(Still(3)));
+  }
+  application.Open("film.flm").Then(Export()).Run();
+  ConsoleExports()(console);
+  ASSERT_EQ(application.Files(), console.Files());
+  for (const std::string& name : console.Files()) EXPECT_EQ(application.Bytes(name), console.Bytes(name)) << name;
+  EXPECT_EQ(console.Bytes("out.sv"), Container({SmallCut(), Still(3), WideCut(), SmallCut(), TallCut()}, film));
 }
 
 // ---- Damaged caches ----
 
-using DamagedCache = SessionTest;
-
-TEST_F(DamagedCache, IsCopiedFromItsSeventhByteOn) {
-  session.Write("a.cut", WideCut().Bytes());
-  session.Write("b.cut", SmallCut().Bytes());
-  const std::string record("no\0\x2C\x01\x02\x00garbage\xFF\x00\xFF", 17);
-  session.Write("b.ca", "XYabcd" + record);
-  OpenFilm(session, {"a.cut", "b.cut"});
-  Export(session).Run();
-  EXPECT_EQ(session.Bytes("out.sv"), Container({}, {RecordOf(WideCut()), record}, 300, 10));
-  EXPECT_EQ(session.Bytes("b.ca"), "XYabcd" + record);
+// The wide cut, and a small one with these bytes as its cache.
+ScriptSession FilmWithCache(const std::string& cache) {
+  return OpenFilm({{"a.cut", WideCut()}, {"b.cut", SmallCut()}}).Write("b.ca", cache);
 }
 
-TEST_F(DamagedCache, NegativeSizesNeverCount) {
-  session.Write("a.ca", std::string("CAabcd\0\xFF\xFF\x00\x80", 11));
-  OpenFilm(session, {"a.cut"});
-  Export(session).Run();
-  EXPECT_EQ(session.Bytes("out.sv"), Container({}, {std::string("\0\xFF\xFF\x00\x80", 5)}, 0, 0));
-}
+const std::string kGarbage("XYabcdno\0\x2C\x01\x02\x00garbage\xFF\x00\xFF", 23);
+const std::string kNegativeSizes("CAabcd\0\xFF\xFF\x00\x80", 11);
+
+const Rules<SessionTest, "DamagedCache"> kDamagedCacheRules = {
+    {"IsCopiedFromItsSeventhByteOn", FilmWithCache(kGarbage), Export(),
+     Has("bytes/out.sv", ContainerOf({Stream(WideCut()), kGarbage}), "bytes/b.ca", kGarbage)},
+    {"NegativeSizesNeverCount", OpenFilm({{"a.cut"}}).Write("a.ca", kNegativeSizes), Export(),
+     Has("bytes/out.sv", ContainerOf({kNegativeSizes}))},
+};
 
 class ShortCache : public SessionTest, public testing::WithParamInterface<size_t> {};
 
 TEST_P(ShortCache, GivesWhatIsBehindItsSixthByte) {
-  session.Write("a.cut", WideCut().Bytes());
-  session.Write("b.cut", SmallCut().Bytes());
   const std::string cache = std::string("CA\x09\0\0\0longcredit", 16).substr(0, GetParam());
-  session.Write("b.ca", cache);
-  OpenFilm(session, {"a.cut", "b.cut"});
-  Export(session).Run();
-  const std::string record = cache.size() < 6 ? std::string() : cache.substr(6);
-  EXPECT_EQ(session.Bytes("out.sv"), Container({}, {RecordOf(WideCut()), record}, 20, 10));
+  session.Then(FilmWithCache(cache)).Then(Export()).Run();
+  EXPECT_EQ(session.Bytes("out.sv"), ContainerOf({Stream(WideCut()), cache}));
   EXPECT_EQ(session.Bytes("b.ca"), cache);
 }
 
@@ -749,209 +582,69 @@ INSTANTIATE_TEST_SUITE_P(Cache, ShortCache, testing::Values(0, 1, 5, 6, 7, 16));
 // A name that leads into a folder that isn't there can neither be read nor made.
 struct CacheThatCanNotBeMade : SessionTest {
   CacheThatCanNotBeMade() {
-    session.Write("a.cut", WideCut().Bytes());
-    session.Write("b.cut", SmallCut().Bytes());
     std::filesystem::create_symlink(session.Path("nofolder/b.ca"), session.Path("b.ca"));
-    WriteFilm(session, {"a.cut", "b.cut"});
+    session.Then(FilmOf({{"a.cut", WideCut()}, {"b.cut", SmallCut()}}));
+  }
+  void TearDown() override {
+    EXPECT_TRUE(std::filesystem::is_symlink(session.Path("b.ca")));
+    EXPECT_FALSE(session.Exists("b.ca"));
+    SessionTest::TearDown();
   }
 };
 
-TEST_F(CacheThatCanNotBeMade, DoesNotKeepTheCutOutOfTheFilm) {
-  EXPECT_EQ(ConsoleExport(session), 0);
-  EXPECT_EQ(session.Bytes("out.sv"), Container({}, {RecordOf(WideCut()), RecordOf(SmallCut())}, 20, 10));
-  EXPECT_TRUE(std::filesystem::is_symlink(session.Path("b.ca")));
-  EXPECT_FALSE(session.Exists("b.ca"));
-}
+const Rules<CacheThatCanNotBeMade, "CacheThatCanNotBeMade"> kCacheThatCanNotBeMadeRules = {
+    {"DoesNotKeepTheCutOutOfTheFilm", ConsoleExports(), Exported({WideCut(), SmallCut()})},
+    {"DoesNotKeepTheCutFromPlaying", Do().Open("film.flm").OpenCut("c.cut", kTwoStills).Command(kCommandPlay),
+     Do().Select(kCutList, {0, 1}).Command(kCommandPlaySelection), PlayerPlays({WideCut(), SmallCut()}),
+     Has("player/visible,timer", "true true", "files", "a.ca a.cut b.ca b.cut c.ca c.cut film.flm")},
+};
 
-TEST_F(CacheThatCanNotBeMade, DoesNotKeepTheCutFromPlaying) {
-  session.Open("film.flm").OpenCut("c.cut", CutFile::Showing({1, 2}, {0, 1})).Command(kCommandPlay);
-  session.Select(kCutList, {0, 1}).Command(kCommandPlaySelection);
-  EXPECT_TRUE(Holds(session, "player/visible", true, "player/timer", true));
-  const std::string container = Container({}, {RecordOf(WideCut()), RecordOf(SmallCut())}, 20, 10);
-  EXPECT_EQ(PlayerOf(session)["title"], SizeTitle(container.size()));
-  EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut", "b.ca", "b.cut", "c.ca", "c.cut", "film.flm"}));
-  EXPECT_FALSE(session.Exists("b.ca"));
-}
+const std::vector<Line> kFilmWithAGap = {{"a.cut", WideCut()}, {"gone.cut"}, {"c.cut", SmallCut()}};
 
-TEST_F(FilmExport, AFolderInTheCachesPlaceIsNoCache) {
-  session.Write("a.cut", WideCut().Bytes());
-  std::filesystem::create_directory(session.Path("a.ca"));
-  WriteFilm(session, {"a.cut"});
-  EXPECT_EQ(ConsoleExport(session), 0);
-  EXPECT_EQ(session.Bytes("out.sv"), Container({}, {RecordOf(WideCut())}, 20, 10));
-  EXPECT_TRUE(std::filesystem::is_directory(session.Path("a.ca")));
-}
-
-TEST_F(FilmExport, AFolderInTheCachesPlaceDoesNotKeepTheCutFromPlaying) {
-  session.Write("a.cut", WideCut().Bytes());
-  std::filesystem::create_directory(session.Path("a.ca"));
-  OpenFilm(session, {"a.cut"}).Command(kCommandPlaySelection);
-  EXPECT_EQ(PlayerOf(session)["visible"], true);
-  EXPECT_TRUE(std::filesystem::is_directory(session.Path("a.ca")));
-}
-
-using MissingCut = SessionTest;
-
-TEST_F(MissingCut, LeavesNoFileInTheApplicationEither) {
-  session.Write("a.cut", WideCut().Bytes());
-  session.Write("c.cut", SmallCut().Bytes());
-  OpenFilm(session, {"a.cut", "gone.cut", "c.cut"});
-  Export(session).Run();
-  EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut", "c.cut", "film.flm"}));
-}
-
-TEST_F(MissingCut, LeavesAnOlderExportAsItIs) {
-  session.Write("b.cut", WideCut().Bytes());
-  session.Write("out.sv", "older");
-  OpenFilm(session, {"gone.cut", "b.cut"});
-  Export(session).Run();
-  EXPECT_EQ(session.Files(), (Names{"b.cut", "film.flm", "out.sv"}));
-  EXPECT_EQ(session.Bytes("out.sv"), "older");
-}
-
-TEST_F(MissingCut, FailsTheConsoleExportWhichLeavesNoFile) {
-  session.Write("a.cut", WideCut().Bytes());
-  session.Write("c.cut", SmallCut().Bytes());
-  WriteFilm(session, {"a.cut", "gone.cut", "c.cut"});
-  EXPECT_EQ(ConsoleExport(session), 1);
-  EXPECT_FALSE(session.Exists("out.sv"));
-  const std::string errors = session.Bytes("errors.txt");
-  EXPECT_EQ(std::count(errors.begin(), errors.end(), '\n'), 1) << errors;
-  EXPECT_NE(errors.find("gone.cut"), std::string::npos) << errors;
-}
-
-TEST_F(MissingCut, OutsideTheSelectionDoesNotMatter) {
-  session.Write("a.cut", WideCut().Bytes());
-  OpenFilm(session, {"gone.cut", "a.cut"}).Select(kCutList, {1}).Command(kCommandPlaySelection);
-  EXPECT_TRUE(Holds(session, "player/visible", true, "player/title",
-                    SizeTitle(Container({}, {RecordOf(WideCut())}, 20, 10).size())));
-}
-
-TEST_F(MissingCut, BehindOthersInTheSelectionLeavesTheirCachesAndNoPlay) {
-  session.Write("a.cut", WideCut().Bytes());
-  session.Write("c.cut", SmallCut().Bytes());
-  OpenFilm(session, {"a.cut", "gone.cut", "c.cut"}).OpenCut("d.cut", CutFile::Showing({1, 2}, {0, 1}));
-  session.Command(kCommandPlay).Select(kCutList, {0, 1, 2}).Command(kCommandPlaySelection);
-  EXPECT_TRUE(Holds(session, "player/visible", false, "player/timer", false));
-  EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut", "c.cut", "d.ca", "d.cut", "film.flm"}));
-}
+const Rules<SessionTest, "MissingCut"> kMissingCutRules = {
+    {"LeavesNoFileInTheApplicationEither", OpenFilm(kFilmWithAGap), Export(),
+     Has("files", "a.ca a.cut c.cut film.flm")},
+    {"LeavesAnOlderExportAsItIs", OpenFilm({{"gone.cut"}, {"b.cut", WideCut()}}).Write("out.sv", "older"), Export(),
+     Has("files", "b.cut film.flm out.sv", "bytes/out.sv", "older")},
+    {"FailsTheConsoleExportWhichLeavesNoFile", FilmOf(kFilmWithAGap), ConsoleExports(1), SaysThatItFailed("gone.cut"),
+     Has("exists/out.sv", false)},
+    {"OutsideTheSelectionDoesNotMatter", OpenFilm({{"gone.cut"}, {"a.cut", WideCut()}}),
+     Do().Select(kCutList, {1}).Command(kCommandPlaySelection), PlayerPlays({WideCut()}), Has("player/visible", true)},
+    {"BehindOthersInTheSelectionLeavesTheirCachesAndNoPlay", OpenFilm(kFilmWithAGap),
+     Do().OpenCut("d.cut", kTwoStills).Command(kCommandPlay).Select(kCutList, {0, 1, 2}).Command(kCommandPlaySelection),
+     Has("player/visible,timer", "false false", "files", "a.ca a.cut c.cut d.ca d.cut film.flm")},
+};
 
 TEST(ForeignCut, FailsLikeAMissingOneAndGetsNoCache) {
   ScriptSession session;
-  session.Write("a.cut", "Sorvelin Layer");
-  OpenFilm(session, {"a.cut"});
-  Export(session).Run();
+  session.Then(OpenFilm({{"a.cut"}})).Write("a.cut", "Sorvelin Layer").Then(Export()).Run();
   EXPECT_EQ(session.Files(), (Names{"a.cut", "film.flm"}));
-  EXPECT_EQ(ConsoleExport(session), 1);
+  ConsoleExports(1)(session);
   EXPECT_EQ(session.Files(), (Names{"a.cut", "film.flm"}));
-}
-
-TEST_F(FilmExport, AnAntialiasByteOfThreeIsAHalf) {
-  CutFile cut = TallCut();
-  cut.antialias = 3;
-  WriteFilmOf(session, {{"a.cut", cut}});
-  ASSERT_EQ(ConsoleExport(session), 0);
-  EXPECT_EQ(session.Bytes("out.sv"), Container({}, {RecordOf(TallCut())}, 10, 13));
-}
-
-// ---- The dialog and the target ----
-
-TEST_F(FilmExport, WithoutCutsShowsNoDialog) {
-  OpenFilm(session, {}).Command(kCommandExportFilm).Run(0);
-  EXPECT_EQ(session.Files(), Names{"film.flm"});
-}
-
-TEST_F(FilmExport, WithoutCutsFailsInTheConsoleProgram) {
-  WriteFilm(session, {});
-  EXPECT_EQ(ConsoleExport(session), 1);
-  EXPECT_EQ(session.Files(), Names{"film.flm"});
-}
-
-TEST_F(FilmExport, NameWithoutExtensionGetsSv) {
-  OpenFilmOf(session, {{"a.cut", WideCut()}}).File("named").Command(kCommandExportFilm).Run();
-  EXPECT_EQ(session.Files(), (Names{"a.ca", "a.cut", "film.flm", "named.sv"}));
-}
-
-TEST_F(FilmExport, CancelWritesNothing) {
-  OpenFilmOf(session, {{"a.cut", WideCut()}}).File("cancel").Command(kCommandExportFilm).Run();
-  EXPECT_EQ(session.Files(), (Names{"a.cut", "film.flm"}));
-}
-
-TEST_F(FilmExport, TargetThatCanNotBeOpenedIsSilentAndCompilesNothing) {
-  OpenFilmOf(session, {{"a.cut", WideCut()}}).File("nofolder/out.sv").Command(kCommandExportFilm).Run();
-  EXPECT_EQ(session.Files(), (Names{"a.cut", "film.flm"}));
-}
-
-TEST_F(FilmExport, TargetThatCanNotBeOpenedFailsInTheConsoleProgram) {
-  WriteFilmOf(session, {{"a.cut", WideCut()}});
-  EXPECT_EQ(Console(session, {"export", session.Path("film.flm"), session.Path("nofolder/out.sv")}), 1);
-  const std::string errors = session.Bytes("errors.txt");
-  EXPECT_NE(errors.find("out.sv"), std::string::npos) << errors;
-}
-
-TEST_F(FilmExport, ALongerFileOfTheSameNameIsReplaced) {
-  session.Write("a.cut", Still(1).Bytes());
-  session.Write("out.sv", std::string(5000, 'x'));
-  OpenFilm(session, {"a.cut"});
-  Export(session).Run();
-  EXPECT_EQ(session.Bytes("out.sv"), Container({}, {RecordOf(Still(1))}, 8, 3));
-}
-
-TEST_F(FilmExport, LeavesARunningPlayAlone) {
-  session.Write("a.cut", WideCut().Bytes());
-  session.Write("a.ca", Stream(WideCut()));
-  OpenFilm(session, {"a.cut"}).OpenCut("c.cut", CutFile::Showing({1, 2}, {0, 1})).Command(kCommandPlay);
-  const int before = session.State();
-  Export(session);
-  const int after = session.State();
-  session.Line("tick 1");
-  const int picture = session.Player();
-  EXPECT_EQ(PlayerOf(session, before)["timer"], true);
-  EXPECT_EQ(PlayerOf(session, after), PlayerOf(session, before));
-  EXPECT_EQ(session.PlayerAt(picture).Count(85), 24);
-}
-
-TEST_F(FilmExport, TakesEveryCutWhateverIsSelected) {
-  const Names lines = WriteThreeCuts(session);
-  OpenFilm(session, lines).Select(kCutList, {1});
-  Export(session).Run();
-  EXPECT_EQ(ContainerReader(session.Bytes("out.sv")).Read().count, 3);
-}
-
-TEST_F(FilmExport, ApplicationAndConsoleProgramAgree) {
-  ScriptSession application;
-  ScriptSession console;
-  const Film film = {.title = "T", .author = "", .width = 321, .height = 1};
-  for (ScriptSession* each : {&application, &console}) {
-    WriteThreeCuts(*each, film);
-    each->Write("stale.cut", Still(2).Bytes());
-    each->Write("stale.ca", Stream(Still(3)));
-    WriteFilm(*each, {"small.cut", "stale.cut", "wide.cut", "small.cut", "tall.cut"}, film);
-  }
-  application.Open(application.Path("film.flm"));
-  Export(application).Run();
-  ASSERT_EQ(ConsoleExport(console), 0);
-  ASSERT_EQ(application.Files(), console.Files());
-  for (const std::string& name : console.Files()) EXPECT_EQ(application.Bytes(name), console.Bytes(name)) << name;
-  const std::string small = RecordOf(SmallCut());
-  EXPECT_EQ(console.Bytes("out.sv"),
-            Container(film, {small, RecordOf(Still(3)), RecordOf(WideCut()), small, RecordOf(TallCut())}, 20, 13));
 }
 
 // ---- Playing the container ----
 
+const Film kSmallFilm = {.width = 7, .height = 3};
+
+const Rules<SessionTest, "PlayedContainer"> kPlayedContainerRules = {
+    // The three cuts take 6, 6 and 4 ticks.
+    {"ShowsEachCutInItsTurnAndStartsOver", FilmOf(ThreeCuts()), ConsoleExports(),
+     Plays({WideCut(), TallCut(), SmallCut()}, 40)},
+    {"FilmSmallerThanItsCutsShowsTheirMiddle", FilmOf(ThreeCuts(), kSmallFilm), ConsoleExports(),
+     Plays({WideCut(), TallCut(), SmallCut()}, 20, kSmallFilm)},
+    {"OneCutOfOneFrameIsAStill", FilmOf({{"a.cut", SmallCut()}}), ConsoleExports(), Plays({SmallCut()}, 10)},
+    {"TwoCutsOfOneFrameHaveTheirTimesAndRates", FilmOf({{"a.cut", Timed(1, 10, 2)}, {"b.cut", Timed(2, 24, -3)}}),
+     ConsoleExports(), Plays({Timed(1, 10, 2), Timed(2, 24, -3)}, 12)},
+    {"ACutThatStandsTwicePlaysTwice", FilmOf({{"a.cut", TallCut()}, {"a.cut"}, {"b.cut", WideCut()}}), ConsoleExports(),
+     Plays({TallCut(), TallCut(), WideCut()}, 22)},
+};
+
 using PlayedContainer = SessionTest;
 
-TEST_F(PlayedContainer, ShowsEachCutInItsTurnAndStartsOver) {
-  WriteThreeCuts(session);
-  ASSERT_EQ(ConsoleExport(session), 0);
-  // The three cuts take 6, 6 and 4 ticks.
-  ExpectTicks(Played(session, "out.sv", 40), {}, TicksOf({}, {WideCut(), TallCut(), SmallCut()}, 40));
-}
-
 TEST_F(PlayedContainer, ShowsThePicturesOfEachCutsOwnStream) {
-  WriteThreeCuts(session);
-  ASSERT_EQ(ConsoleExport(session), 0);
+  session.Then(FilmOf(ThreeCuts()));
+  ConsoleExports()(session);
   const Played whole(session, "out.sv", 16);
   ASSERT_EQ(whole.lines.size(), 16U);
   struct Part {
@@ -983,44 +676,9 @@ TEST_F(PlayedContainer, ShowsThePicturesOfEachCutsOwnStream) {
   }
 }
 
-TEST_F(PlayedContainer, FilmSmallerThanItsCutsShowsTheirMiddle) {
-  const Film film = {.width = 7, .height = 3};
-  WriteThreeCuts(session, film);
-  ASSERT_EQ(ConsoleExport(session), 0);
-  ExpectTicks(Played(session, "out.sv", 20), film, TicksOf(film, {WideCut(), TallCut(), SmallCut()}, 20));
-}
-
-TEST_F(PlayedContainer, OneCutOfOneFrameIsAStill) {
-  WriteFilmOf(session, {{"a.cut", SmallCut()}});
-  ASSERT_EQ(ConsoleExport(session), 0);
-  ExpectTicks(Played(session, "out.sv", 10), {}, TicksOf({}, {SmallCut()}, 10));
-}
-
-TEST_F(PlayedContainer, TwoCutsOfOneFrameHaveTheirTimesAndRates) {
-  CutFile first = Still(1);
-  first.fps = 10;
-  first.frames[0].time = 2;
-  CutFile second = Still(2);
-  second.fps = 24;
-  second.frames[0].time = -3;
-  WriteFilmOf(session, {{"a.cut", first}, {"b.cut", second}});
-  ASSERT_EQ(ConsoleExport(session), 0);
-  ExpectTicks(Played(session, "out.sv", 12), {}, TicksOf({}, {first, second}, 12));
-}
-
-TEST_F(PlayedContainer, ACutThatStandsTwicePlaysTwice) {
-  session.Write("a.cut", TallCut().Bytes());
-  session.Write("b.cut", WideCut().Bytes());
-  WriteFilm(session, {"a.cut", "a.cut", "b.cut"});
-  ASSERT_EQ(ConsoleExport(session), 0);
-  ExpectTicks(Played(session, "out.sv", 22), {}, TicksOf({}, {TallCut(), TallCut(), WideCut()}, 22));
-}
-
 TEST_F(PlayedContainer, StopsAtAFrameOfTimeZero) {
-  CutFile last = Still(2);
-  last.frames[0].time = 0;
-  WriteFilmOf(session, {{"a.cut", WideCut()}, {"b.cut", last}});
-  ASSERT_EQ(ConsoleExport(session), 0);
+  session.Then(FilmOf({{"a.cut", WideCut()}, {"b.cut", Timed(2, 24, 0)}}));
+  ConsoleExports()(session);
   const Played played(session, "out.sv", 20);
   ASSERT_EQ(played.lines.size(), 7U);
   EXPECT_EQ(played.lines[6]["painted"], true);
@@ -1033,8 +691,8 @@ TEST_F(PlayedContainer, ALoopAtTheEndOfACutRunsBeforeTheNextCut) {
   CutFile looped = CutFile::Showing({1, 2, 3}, {0, 1, 2});
   looped.frames[1].loop = 3;
   looped.frames[2].loop = 0;
-  WriteFilmOf(session, {{"a.cut", looped}, {"b.cut", Still(4)}});
-  ASSERT_EQ(ConsoleExport(session), 0);
+  session.Then(FilmOf({{"a.cut", looped}, {"b.cut", Still(4)}}));
+  ConsoleExports()(session);
   const Played played(session, "out.sv", 10);
   ASSERT_EQ(played.lines.size(), 10U);
   const int greys[] = {0, 85, 170, 85, 170, 85, 170, 255, 0, 85};
@@ -1048,107 +706,58 @@ TEST_F(PlayedContainer, ALoopAtTheEndOfACutRunsBeforeTheNextCut) {
 
 // ---- Playing the selection ----
 
-// What the application's player shows, tick by tick.
-void ExpectPlayer(ScriptSession& session, const Film& film, const Ticks& ticks) {
-  std::vector<int> pictures = {session.Player()};
-  for (size_t i = 1; i < ticks.size(); ++i) {
-    session.Line("tick 1");
-    pictures.push_back(session.Player());
-  }
-  session.Run();
-  reference::Bytes last;
-  for (size_t i = 0; i < ticks.size(); ++i) {
-    if (ticks[i].painted) last = ticks[i].picture;
-    EXPECT_TRUE(IsPicture(session.PlayerAt(pictures[i]), film, last)) << "tick " << i;
-  }
+CutFile OfOneTick() {
+  CutFile flash = SmallCut();
+  flash.frames[0].time = 1;
+  return flash;
 }
+
+const Film kNewTexts = {.title = "longer title", .author = "", .width = 30, .height = 20};
+
+const Rules<SessionTest, "PlaySelection"> kPlaySelectionRules = {
+    {"PlaysInTheOrderOfTheList", OpenFilm(ThreeCuts()), Do().Select(kCutList, {2, 0}).Command(kCommandPlaySelection),
+     PlayerPlays({WideCut(), SmallCut()}), Has("player/visible,timer", "true true"), Shows({WideCut(), SmallCut()}, 14),
+     Has("files", "film.flm small.ca small.cut tall.cut wide.ca wide.cut")},
+    {"AllCutsPlayAsTheExportedFilmDoes", OpenFilm(ThreeCuts()),
+     Do().Select(kCutList, {0, 1, 2}).Command(kCommandPlaySelection), Export(),
+     PlayerPlays({WideCut(), TallCut(), SmallCut()}), Exported({WideCut(), TallCut(), SmallCut()}),
+     Shows({WideCut(), TallCut(), SmallCut()}, 18)},
+    // The next cut's first frame is decoded at once, into the plane that is shown.
+    {"ShowsAFirstCutOfOneTickWithItsOwnPicture", OpenFilm({{"a.cut", OfOneTick()}, {"b.cut", WideCut()}}),
+     Do().Select(kCutList, {0, 1}).Command(kCommandPlaySelection), Shows({OfOneTick(), WideCut()}, 4)},
+    {"OfOneCutPlaysIt", OpenFilm(ThreeCuts()), Do().Select(kCutList, {1}).Command(kCommandPlaySelection),
+     PlayerPlays({TallCut()}), Has("player/timer", true), Shows({TallCut()}, 14)},
+    {"OfOneCutOfOneFrameIsAStillOfTheFilmsSize", OpenFilm(ThreeCuts()),
+     Do().Select(kCutList, {2}).Command(kCommandPlaySelection), Has("player/visible,timer", "true false"),
+     Shows({SmallCut()}, 1)},
+    {"OfACutThatStandsTwicePlaysBothLines", OpenFilm({{"a.cut", SmallCut()}, {"a.cut"}}),
+     Do().Select(kCutList, {0, 1}).Command(kCommandPlaySelection), PlayerPlays({SmallCut(), SmallCut()}),
+     Has("player/timer", true)},
+    // The line that is deleted is the last one, so that no line is selected.
+    {"OfNothingMakesNoCache", OpenFilm({{"a.cut", Still(1)}, {"b.cut", Still(2)}}),
+     Do().Select(kCutList, {1}).Answer("no").Command(kCommandDeleteCuts).Command(kCommandPlaySelection),
+     Has("player/visible", false, "player/title", "", "files", "a.cut b.cut film.flm")},
+    {"TakesTheTextsOfTheFilmAsTheyAreNow", OpenFilm({{"a.cut", SmallCut()}}),
+     Do().Dialog(
+         kFilmDialog,
+         {{kFilmTitleEdit, "longer title"}, {kFilmAuthorEdit, ""}, {kFilmWidthEdit, "30"}, {kFilmHeightEdit, "20"}}),
+     Do().Command(kCommandFilmProperties).Command(kCommandPlaySelection), PlayerPlays({SmallCut()}, kNewTexts),
+     Shows({SmallCut()}, 1, kNewTexts)},
+    {"OfADamagedCacheDoesNotHurt",
+     OpenFilm({{"a.cut", SmallCut()}, {"b.cut", WideCut()}})
+         .Write("a.ca", std::string("CA\0\0\0\0\0", 7) + std::string(40, '\xFF')),
+     Do().Select(kCutList, {0, 1}).Command(kCommandPlaySelection).Line("tick 50"),
+     Has("bytes/a.ca", std::string("CA\0\0\0\0\0", 7) + std::string(40, '\xFF'), "bytes/b.ca", Stream(WideCut()))},
+};
 
 using PlaySelection = SessionTest;
 
-TEST_F(PlaySelection, PlaysInTheOrderOfTheList) {
-  OpenFilm(session, WriteThreeCuts(session)).Select(kCutList, {2, 0}).Command(kCommandPlaySelection);
-  ExpectPlayer(session, {}, TicksOf({}, {WideCut(), SmallCut()}, 14));
-  EXPECT_TRUE(Holds(session, "player/visible", true, "player/timer", true));
-  const std::string container = Container({}, {RecordOf(WideCut()), RecordOf(SmallCut())}, 20, 10);
-  EXPECT_EQ(PlayerOf(session)["title"], SizeTitle(container.size()));
-  EXPECT_EQ(session.Files(), (Names{"film.flm", "small.ca", "small.cut", "tall.cut", "wide.ca", "wide.cut"}));
-}
-
-TEST_F(PlaySelection, AllCutsPlayAsTheExportedFilmDoes) {
-  OpenFilm(session, WriteThreeCuts(session)).Select(kCutList, {0, 1, 2}).Command(kCommandPlaySelection);
-  Export(session);
-  ExpectPlayer(session, {}, TicksOf({}, {WideCut(), TallCut(), SmallCut()}, 18));
-  EXPECT_EQ(PlayerOf(session)["title"], SizeTitle(session.Bytes("out.sv").size()));
-}
-
-// The next cut's first frame is decoded at once, into the plane that is shown.
-TEST_F(PlaySelection, ShowsAFirstCutOfOneTickWithItsOwnPicture) {
-  CutFile flash = SmallCut();
-  flash.frames[0].time = 1;
-  OpenFilmOf(session, {{"a.cut", flash}, {"b.cut", WideCut()}}).Select(kCutList, {0, 1}).Command(kCommandPlaySelection);
-  ExpectPlayer(session, {}, TicksOf({}, {flash, WideCut()}, 4));
-}
-
-TEST_F(PlaySelection, OfOneCutPlaysIt) {
-  OpenFilm(session, WriteThreeCuts(session)).Select(kCutList, {1}).Command(kCommandPlaySelection);
-  ExpectPlayer(session, {}, TicksOf({}, {TallCut()}, 14));
-  EXPECT_TRUE(Holds(session, "player/timer", true, "player/title",
-                    SizeTitle(Container({}, {RecordOf(TallCut())}, 10, 13).size())));
-}
-
-TEST_F(PlaySelection, OfOneCutOfOneFrameIsAStillOfTheFilmsSize) {
-  OpenFilm(session, WriteThreeCuts(session)).Select(kCutList, {2}).Command(kCommandPlaySelection);
-  ExpectPlayer(session, {}, TicksOf({}, {SmallCut()}, 1));
-  EXPECT_TRUE(Holds(session, "player/visible", true, "player/timer", false));
-}
-
-TEST_F(PlaySelection, OfACutThatStandsTwicePlaysBothLines) {
-  session.Write("a.cut", SmallCut().Bytes());
-  OpenFilm(session, {"a.cut", "a.cut"}).Select(kCutList, {0, 1}).Command(kCommandPlaySelection);
-  const int state = session.State();
-  session.Run();
-  const std::string record = RecordOf(SmallCut());
-  EXPECT_EQ(PlayerOf(session, state)["title"], SizeTitle(Container({}, {record, record}, 10, 6).size()));
-  EXPECT_EQ(PlayerOf(session, state)["timer"], true);
-}
-
-TEST_F(PlaySelection, OfNothingMakesNoCache) {
-  session.Write("a.cut", Still(1).Bytes());
-  session.Write("b.cut", Still(2).Bytes());
-  // The line that was deleted was the last one, so that no line is selected.
-  OpenFilm(session, {"a.cut", "b.cut"}).Select(kCutList, {1}).Answer("no").Command(kCommandDeleteCuts);
-  session.Command(kCommandPlaySelection);
-  EXPECT_TRUE(Holds(session, "player/visible", false, "player/title", ""));
-  EXPECT_EQ(session.Files(), (Names{"a.cut", "b.cut", "film.flm"}));
-}
-
 TEST_F(PlaySelection, OfAnEmptyFilmDoesNothing) {
-  OpenFilm(session, {}).OpenCut("c.cut", CutFile::Showing({1, 2}, {0, 1})).Command(kCommandPlay);
+  session.Then(OpenFilm({})).OpenCut("c.cut", kTwoStills).Command(kCommandPlay);
   const int before = session.State();
-  session.Command(kCommandPlaySelection);
-  const int after = session.State();
+  const int after = session.Command(kCommandPlaySelection).State();
   EXPECT_EQ(PlayerOf(session, after), PlayerOf(session, before));
   EXPECT_EQ(PlayerOf(session, after)["timer"], true);
-}
-
-TEST_F(PlaySelection, TakesTheTextsOfTheFilmAsTheyAreNow) {
-  OpenFilmOf(session, {{"a.cut", SmallCut()}})
-      .Dialog(
-          kFilmDialog,
-          {{kFilmTitleEdit, "longer title"}, {kFilmAuthorEdit, ""}, {kFilmWidthEdit, "30"}, {kFilmHeightEdit, "20"}});
-  session.Command(kCommandFilmProperties).Command(kCommandPlaySelection);
-  const Film film = {.title = "longer title", .author = "", .width = 30, .height = 20};
-  ExpectPlayer(session, film, TicksOf(film, {SmallCut()}, 1));
-  EXPECT_EQ(PlayerOf(session)["title"], SizeTitle(Container(film, {RecordOf(SmallCut())}, 10, 6).size()));
-}
-
-TEST_F(PlaySelection, OfADamagedCacheDoesNotHurt) {
-  session.Write("a.cut", SmallCut().Bytes());
-  session.Write("a.ca", std::string("CA\0\0\0\0\0", 7) + std::string(40, '\xFF'));
-  session.Write("b.cut", WideCut().Bytes());
-  OpenFilm(session, {"a.cut", "b.cut"}).Select(kCutList, {0, 1}).Command(kCommandPlaySelection).Line("tick 50").Run();
-  EXPECT_EQ(session.Bytes("a.ca").size(), 47U);
-  EXPECT_EQ(session.Bytes("b.ca"), Stream(WideCut()));
 }
 
 }  // namespace

@@ -22,12 +22,14 @@ CutFile Drawn(const std::string& credit) {
 }
 
 // A film with these lines, as bytes; no cut file is made.
-ScriptSession& OpenFilm(ScriptSession& session, const Names& lines) {
+template <typename Session>
+ScriptSession& OpenFilm(Session&& session, const Names& lines) {
   return OpenFilmFile(session, FilmText(lines));
 }
 
 // The command with its two dialogs, of a cut of 8 by 3 without a layer.
-ScriptSession& Numbered(ScriptSession& session, int command = kCommandAddNumberedCut) {
+template <typename Session>
+ScriptSession& Numbered(Session&& session, int command = kCommandAddNumberedCut) {
   return AddNumberedCut(session, {{kCutWidthEdit, "8"}, {kCutHeightEdit, "3"}, {kCutWholeRadio, "on"}}, command);
 }
 
@@ -84,32 +86,20 @@ TEST_F(CutNumbers, HolesAreFilledInTheirOrder) {
   }
 }
 
-TEST_F(CutNumbers, NumberFreedByADeletionIsGivenAgain) {
-  OpenFilm(session, {"c001.cut"});
-  Numbered(session);
-  Numbered(session).Select(kCutList, {1}).Answer("yes").Command(kCommandDeleteCuts).Select(kCutList, {0});
-  Numbered(session);
-  EXPECT_EQ(Entries(session), (Names{"c001.cut", "c002.cut", "c003.cut"}));
-  EXPECT_EQ(session.Files(), (Names{"c002.cut", "c003.cut", "film.flm"}));
-}
-
-// The name is counted from files, not from the film's lines.
-TEST_F(CutNumbers, LineWhoseFileIsMissingDoesNotTakeItsNumber) {
-  OpenFilm(session, {"c001.cut", "c002.cut"});
-  Numbered(session);
-  EXPECT_EQ(Entries(session), (Names{"c001.cut", "c002.cut", "c002.cut"}));
-  // Adding links the new entry alone.
-  EXPECT_EQ(OpenFlags(session), (std::vector<bool>{false, true, false}));
-}
-
-TEST_F(CutNumbers, CutRenamedAwayFreesItsNumber) {
-  OpenFilm(session, {"c001.cut"});
-  Numbered(session).Dialog(kRenameDialog, {{kRenameEdit, "other"}}).Command(kCommandRenameCut).Select(kCutList, {0});
-  Numbered(session);
-  EXPECT_TRUE(Holds(session, "film/cuts/*/name", Names{"c001.cut", "c002.cut", "other.cut"}, "cuts/*/path",
-                    Names{"other.cut", "c002.cut"}));
-  EXPECT_EQ(session.Files(), (Names{"c002.cut", "film.flm", "other.cut"}));
-}
+const Rules<SessionTest, "CutNumbers"> kCutNumbersRules = {
+    {"NumberFreedByADeletionIsGivenAgain", OpenFilm(Do(), {"c001.cut"}), Numbered(Do()),
+     Numbered(Do()).Select(kCutList, {1}).Answer("yes").Command(kCommandDeleteCuts).Select(kCutList, {0}),
+     Numbered(Do()), Has("entries", "c001.cut c002.cut c003.cut", "files", "c002.cut c003.cut film.flm")},
+    // The name is counted from files, not from the film's lines.
+    {"LineWhoseFileIsMissingDoesNotTakeItsNumber", OpenFilm(Do(), {"c001.cut", "c002.cut"}), Numbered(Do()),
+     Has("entries", "c001.cut c002.cut c002.cut"),
+     // Adding links the new entry alone.
+     Has("entries/open", "false true false")},
+    {"CutRenamedAwayFreesItsNumber", OpenFilm(Do(), {"c001.cut"}),
+     Numbered(Do()).RenameCut("other").Select(kCutList, {0}), Numbered(Do()),
+     Has("entries", "c001.cut c002.cut other.cut", "windows", "other.cut c002.cut", "files",
+         "c002.cut film.flm other.cut")},
+};
 
 // ---------------------------------------------------------------------------------------------------------------------
 // One name and the next.
@@ -162,13 +152,11 @@ INSTANTIATE_TEST_SUITE_P(ShiftJis, NextNumber,
 
 using NextNumberOfDigits = SessionTest;
 
-TEST_F(NextNumberOfDigits, PassesOverTheShortNamesThatExist) {
-  session.Write("00.cut", "taken");
-  Numbered(OpenFilm(session, {"99.cut"}));
-  // 101 without its first character.
-  EXPECT_EQ(Entries(session), (Names{"99.cut", "01.cut"}));
-  EXPECT_EQ(session.Bytes("00.cut"), "taken");
-}
+const Rules<SessionTest, "NextNumberOfDigits"> kNextNumberOfDigitsRules = {
+    {"PassesOverTheShortNamesThatExist", Do().Write("00.cut", "taken"), Numbered(OpenFilm(Do(), {"99.cut"})),
+     // 101 without its first character.
+     Has("entries", "99.cut 01.cut", "bytes/00.cut", "taken")},
+};
 
 TEST_F(NextNumberOfDigits, StartsAgainBehindNinetyNine) {
   OpenFilm(session, {"97.cut"});
@@ -213,65 +201,16 @@ TEST_F(NumberedCutFolder, IsThatOfTheEntryAtTheCaret) {
   EXPECT_EQ(session.Bytes("work/beside/c003.cut"), "taken");
 }
 
-TEST_F(NumberedCutFolder, ThatDoesNotExistHasNoFileButTheCutIsThere) {
-  Numbered(OpenFilm(session, {"none/c1.cut"}));
-  const int made = session.State();
-  session.File("c.cut").Command(kCommandOverwriteCut);
-  const int saved = session.State();
-  EXPECT_EQ(Entries(session, made), (Names{"none/c1.cut", "none/c002.cut"}));
-  EXPECT_EQ(session.Cut(made)["path"], session.Path("none/c002.cut"));
-  EXPECT_EQ(session.Cut(made)["title"], "c002.cut");
-  EXPECT_EQ(session.Cut(saved)["path"], session.Path("c.cut"));
-  EXPECT_EQ(Entries(session, saved), (Names{"none/c1.cut", "none/c002.cut"}));
-  EXPECT_EQ(OpenFlags(session, saved), (std::vector<bool>{false, true}));
-  EXPECT_EQ(session.Files(), (Names{"c.cut", "film.flm"}));
-  EXPECT_EQ(session.Bytes("c.cut"), PlainCut().Bytes());
-}
+const Rules<SessionTest, "NumberedCutFolder"> kNumberedCutFolderRules = {
+    {"ThatDoesNotExistHasNoFileButTheCutIsThere", Numbered(OpenFilm(Do(), {"none/c1.cut"})),
+     Has("entries", "none/c1.cut none/c002.cut", "cut/path", "none/c002.cut", "cut/title", "c002.cut"),
+     Do().File("c.cut").Command(kCommandOverwriteCut),
+     Has("cut/path", "c.cut", "entries", "none/c1.cut none/c002.cut", "entries/open", "false true", "files",
+         "c.cut film.flm", "bytes/c.cut", PlainCut().Bytes())},
+};
 
 // ---------------------------------------------------------------------------------------------------------------------
 // The limit.
-
-using NumberLimit = SessionTest;
-
-// From 997 on: two more numbers, and then every new cut goes to the file of the entry at the caret.
-TEST_F(NumberLimit, WorkUpToItAndPastIt) {
-  OpenFilm(session, {"\x95\x5C"
-                     "997.cut"});
-  session.Write("表997.cut", Drawn("997").Bytes());
-  Numbered(session);
-  Numbered(session);
-  // The cut with the last number is drawn and saved.
-  session.Dialog(kLayerDialog, {{kLayerNameEdit, "A"}}).Command(kCommandAddLayer).Panel(kCommentEdit, "last");
-  session.Command(kCommandFirstFrame).Command(kCommandOverwriteCut);
-  const int saved = session.State();
-  Numbered(session);
-  const int past = session.State();
-  // The window of the first one still has the drawing and writes it back.
-  session.Activate(1).Command(kCommandOverwriteCut).Select(kCutList, {3}).DoubleClick(kCutList, 3);
-  const int back = session.State();
-  session.Command(kCommandOverwriteFilm).Run();
-
-  EXPECT_EQ(session.Cut(saved)["path"], session.Path("表999.cut"));
-  EXPECT_EQ(Entries(session, saved), (Names{"表997.cut", "表998.cut", "表999.cut"}));
-  EXPECT_EQ(Entries(session, past), (Names{"表997.cut", "表998.cut", "表999.cut", "表999.cut"}));
-  EXPECT_EQ(Lines(session, past), (Names{"表997", "表998", "表999", "表999"}));
-  EXPECT_EQ(OpenFlags(session, past), (std::vector<bool>{false, true, true, true}));
-  EXPECT_EQ(WindowPaths(session, past), (Names{"表998.cut", "表999.cut", "表999.cut"}));
-  EXPECT_EQ(session.Cut(past)["layers"].size(), 0U);
-  EXPECT_EQ(session.Cut(back)["layers"].size(), 0U);
-  CutFile last = CutFile::Showing({0}, {0});
-  last.frames[0].comment = "last";
-  EXPECT_EQ(session.Bytes("表999.cut"), last.Bytes());
-  EXPECT_EQ(session.Bytes("表998.cut"), PlainCut().Bytes());
-  EXPECT_EQ(session.Bytes("表997.cut"), Drawn("997").Bytes());
-  EXPECT_EQ(session.Files(), (Names{"film.flm", "表997.cut", "表998.cut", "表999.cut"}));
-  EXPECT_EQ(session.Bytes("film.flm"), kFilmHead +
-                                           "\x95\x5C"
-                                           "997.cut\n\x95\x5C"
-                                           "998.cut\n\x95\x5C"
-                                           "999.cut\n\x95\x5C"
-                                           "999.cut\n");
-}
 
 struct Full {
   const char* name;
@@ -321,28 +260,45 @@ INSTANTIATE_TEST_SUITE_P(
                     std::pair{kNoneFree, kCommandAddNumberedCut}, std::pair{kNoneFree, kCommandInsertNumberedCut},
                     std::pair{kNoneFreeOfDigits, kCommandAddNumberedCut}));
 
-TEST_F(NumberLimit, CancelledDialogLeavesTheFileOfTheEntry) {
-  OpenFilm(session, {"c999.cut"}).Write("c999.cut", Drawn("old").Bytes()).Dialog(kCutDialog, {}, "cancel");
-  session.Command(kCommandAddNumberedCut);
-  EXPECT_TRUE(Holds(session, "film/cuts/*/name", Names{"c999.cut"}, "film/modified", false, "bytes/c999.cut",
-                    Drawn("old").Bytes()));
-}
-
-TEST_F(NumberLimit, RenameOfTheDoubledCutGoesToBothEntriesAndOneWindow) {
-  OpenFilm(session, {"c999.cut"});
-  session.Write("c999.cut", Drawn("old").Bytes());
-  session.DoubleClick(kCutList, 0);
-  Numbered(session).Select(kCutList, {1}).Dialog(kRenameDialog, {{kRenameEdit, "new"}}).Command(kCommandRenameCut);
-  const int renamed = session.State();
-  // The first window still has the old name, and what it holds.
-  session.Activate(0).Command(kCommandOverwriteCut).Run();
-  EXPECT_EQ(Entries(session, renamed), (Names{"new.cut", "new.cut"}));
-  EXPECT_EQ(Lines(session, renamed), (Names{"new", "new"}));
-  EXPECT_EQ(WindowPaths(session, renamed), (Names{"c999.cut", "new.cut"}));
-  EXPECT_EQ(session.Files(), (Names{"c999.cut", "film.flm", "new.cut"}));
-  EXPECT_EQ(session.Bytes("c999.cut"), Drawn("old").Bytes());
-  EXPECT_EQ(session.Bytes("new.cut"), PlainCut().Bytes());
-}
+const Rules<SessionTest, "NumberLimit"> kNumberLimitRules = {
+    // From 997 on: two more numbers, and then every new cut goes to the file of the entry at the caret.
+    {"WorkUpToItAndPastIt",
+     OpenFilm(Do(), {"\x95\x5C"
+                     "997.cut"})
+         .Write("表997.cut", Drawn("997").Bytes()),
+     Numbered(Do()), Numbered(Do()),
+     // The cut with the last number is drawn and saved.
+     Do().Dialog(kLayerDialog, {{kLayerNameEdit, "A"}}).Command(kCommandAddLayer).Panel(kCommentEdit, "last"),
+     Do().Commands({kCommandFirstFrame, kCommandOverwriteCut}),
+     Has("cut/path", "表999.cut", "entries", "表997.cut 表998.cut 表999.cut"), Numbered(Do()),
+     Has("entries", "表997.cut 表998.cut 表999.cut 表999.cut", "lines", "表997 表998 表999 表999", "entries/open",
+         "false true true true", "windows", "表998.cut 表999.cut 表999.cut", "cut/layers/#", 0),
+     // The window of the first one still has the drawing and writes it back.
+     Do().Activate(1).Command(kCommandOverwriteCut).Select(kCutList, {3}).DoubleClick(kCutList, 3),
+     Has("cut/layers/#", 0), Do().Command(kCommandOverwriteFilm),
+     Has("bytes/表999.cut",
+         CutFile{.layers = {{.name = "A", .cells = {0}}}, .frames = {{.comment = "last", .records = {{.cell = 0}}}}}
+             .Bytes(),
+         "bytes/表998.cut", PlainCut().Bytes(), "bytes/表997.cut", Drawn("997").Bytes(), "files",
+         "film.flm 表997.cut 表998.cut 表999.cut", "bytes/film.flm",
+         kFilmHead + "\x95\x5C"
+                     "997.cut\n\x95\x5C"
+                     "998.cut\n\x95\x5C"
+                     "999.cut\n\x95\x5C"
+                     "999.cut\n")},
+    {"CancelledDialogLeavesTheFileOfTheEntry",
+     OpenFilm(Do(), {"c999.cut"}).Write("c999.cut", Drawn("old").Bytes()).Dialog(kCutDialog, {}, "cancel"),
+     Do().Command(kCommandAddNumberedCut),
+     Has("entries", "c999.cut", "film/modified", false, "bytes/c999.cut", Drawn("old").Bytes())},
+    {"RenameOfTheDoubledCutGoesToBothEntriesAndOneWindow",
+     OpenFilm(Do(), {"c999.cut"}).Write("c999.cut", Drawn("old").Bytes()).DoubleClick(kCutList, 0),
+     Numbered(Do()).Select(kCutList, {1}).RenameCut("new"),
+     Has("entries", "new.cut new.cut", "lines", "new new", "windows", "c999.cut new.cut"),
+     // The first window still has the old name, and what it holds.
+     Do().Activate(0).Command(kCommandOverwriteCut),
+     Has("files", "c999.cut film.flm new.cut", "bytes/c999.cut", Drawn("old").Bytes(), "bytes/new.cut",
+         PlainCut().Bytes())},
+};
 
 // ---------------------------------------------------------------------------------------------------------------------
 // The dialogs of the numbered cut.
@@ -396,14 +352,13 @@ TEST_F(NumberedCutDialog, LayerIsInTheFileOnceTheCutIsSaved) {
   EXPECT_EQ(session.Cut(made)["layers"][0]["name"], "L");
 }
 
-TEST_F(NumberedCutDialog, LosesItsLayerWhenTheCutIsClosedUnsaved) {
-  OpenFilm(session, {"c001.cut"})
-      .Dialog(kCutDialog, {{kCutWidthEdit, "8"}, {kCutHeightEdit, "3"}, {kCutWholeRadio, "on"}});
-  session.Dialog(kLayerDialog, {{kLayerNameEdit, "L"}}).Command(kCommandAddNumberedCut).Answer("no").Close();
-  session.DoubleClick(kCutList, 1);
-  EXPECT_TRUE(Holds(session, "cut/path", "c002.cut", "cut/layers/#", 0));
-  EXPECT_EQ(session.Bytes("c002.cut"), PlainCut().Bytes());
-}
+const Rules<SessionTest, "NumberedCutDialog"> kNumberedCutDialogRules = {
+    {"LosesItsLayerWhenTheCutIsClosedUnsaved", OpenFilm(Do(), {"c001.cut"}),
+     Do().Dialog(kCutDialog, {{kCutWidthEdit, "8"}, {kCutHeightEdit, "3"}, {kCutWholeRadio, "on"}}),
+     Do().Dialog(kLayerDialog, {{kLayerNameEdit, "L"}}).Command(kCommandAddNumberedCut).Answer("no").Close(),
+     Do().DoubleClick(kCutList, 1),
+     Has("cut/path", "c002.cut", "cut/layers/#", 0, "bytes/c002.cut", PlainCut().Bytes())},
+};
 
 class NumberedCutWithoutFilm : public SessionTest, public testing::WithParamInterface<int> {};
 
@@ -424,7 +379,7 @@ INSTANTIATE_TEST_SUITE_P(Film, NumberedCutWithoutFilm,
 
 const Rules<SessionTest, "NumberedCutInNoFilm"> kNumberedCutInNoFilmRules = {
     {"CancelledWithNoCutOpenDoesNothing", Do().Dialog(kCutDialog, {}, "cancel").Command(kCommandAddNumberedCut),
-     Has("film/cuts/*/name", Names{}, "cuts/*/path", Names{}, "film/modified", false)},
+     Has("entries", "", "windows", "", "film/modified", false)},
 };
 
 }  // namespace

@@ -92,17 +92,14 @@ CutFile Credited(const std::string& credit) {
 }
 
 // A film of these cuts in the session's folder, each with a cut file that differs from the others by its credit.
-ScriptSession& OpenFilm(ScriptSession& session, const Names& cuts) {
+template <typename Session>
+ScriptSession& OpenFilm(Session&& session, const Names& cuts) {
   Names lines;
   for (const std::string& cut : cuts) {
     lines.push_back(Stored(cut));
     session.Write(cut, Credited(Stored(cut)).Bytes());
   }
   return OpenFilmFile(session, FilmText(lines));
-}
-
-ScriptSession& OpenFilm(ScriptSession&& session, const Names& cuts) {
-  return OpenFilm(session, cuts);
 }
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -620,26 +617,6 @@ TEST_F(ThreeDays, TheWholeWork) {
 // ---------------------------------------------------------------------------------------------------------------------
 // Adding, inserting and removing.
 
-using FilmEntries = SessionTest;
-
-// The cut's first line is selected already, so the selection stays; the caret goes to the new line.
-TEST_F(FilmEntries, CutAddedTwiceLeavesASelectionThatHoldsItsFirstLine) {
-  OpenFilm(session, {"a.cut", "b.cut"}).Open("a.cut").Select(kCutList, {0, 1});
-  session.Command(kCommandAddCutToFilm);
-  EXPECT_TRUE(Holds(session, "panels/cuts/lines", Names{"a", "b", "a"}, "panels/cuts/selected", json::array({0, 1}),
-                    "panels/cuts/caret", 2));
-}
-
-TEST_F(FilmEntries, InsertedUnsavedCutIsSavedFirst) {
-  OpenFilm(session, {"a.cut"}).NewCut({.width = 8, .height = 3}).Panel(kCommentEdit, "予").File("ソ");
-  session.Command(kCommandInsertCutIntoFilm);
-  EXPECT_TRUE(Holds(session, "film/cuts/*/name", Names{"ソ.cut", "a.cut"}, "panels/cuts/lines", Names{"ソ", "a"},
-                    "panels/cuts/caret", 0, "cut/title", "ソ.cut", "cut/modified", false));
-  CutFile file = CutFile::Showing({0}, {0});
-  file.frames[0].comment = Stored("予");
-  EXPECT_EQ(session.Bytes("ソ.cut"), file.Bytes());
-}
-
 class UnsavedCutForTheFilm : public SessionTest, public testing::WithParamInterface<int> {};
 
 TEST_P(UnsavedCutForTheFilm, WhoseFileDoesNotOpenStaysOut) {
@@ -667,40 +644,43 @@ TEST_P(CutForTheFilm, NeedsAnOpenCut) {
 INSTANTIATE_TEST_SUITE_P(Film, CutForTheFilm, testing::Values(kCommandAddCutToFilm, kCommandInsertCutIntoFilm));
 
 const Rules<SessionTest, "FilmEntries"> kFilmEntriesRules = {
+    {"InsertedUnsavedCutIsSavedFirst",
+     OpenFilm(Do(), {"a.cut"}).NewCut({.width = 8, .height = 3}).Panel(kCommentEdit, "予").File("ソ"),
+     Do().Command(kCommandInsertCutIntoFilm),
+     Has("entries", "ソ.cut a.cut", "lines", "ソ a", "lines/caret", 0, "cut/title", "ソ.cut", "cut/modified", false,
+         "bytes/ソ.cut",
+         CutFile{.layers = {{.name = "A", .cells = {0}}},
+                 .frames = {{.comment = Stored("予"), .records = {{.cell = 0}}}}}
+             .Bytes())},
+    // The cut's first line is selected already, so the selection stays; the caret goes to the new line.
+    {"CutAddedTwiceLeavesASelectionThatHoldsItsFirstLine",
+     OpenFilm(Do(), {"a.cut", "b.cut"}).Open("a.cut").Select(kCutList, {0, 1}).Command(kCommandAddCutToFilm),
+     Has("lines", "a b a", "lines/selected", "0 1", "lines/caret", 2)},
     {"CutAddedTwiceHasItsFirstLineSelected",
      OpenFilm(Do(), {"a.cut", "b.cut"}).Open("a.cut").Select(kCutList, {1}).Command(kCommandAddCutToFilm),
-     Has("film/cuts/*/name", Names{"a.cut", "b.cut", "a.cut"}, "film/cuts/*/open", std::vector<bool>{true, false, true},
-         "panels/cuts/selected", json::array({0}))},
+     Has("entries", "a.cut b.cut a.cut", "entries/open", "true false true", "lines/selected", "0")},
     {"AddedLineIsTheOnlySelectedOne",
      OpenFilm(Do(), {"a.cut", "b.cut", "c.cut"}).OpenCut("表.cut", PlainCut()).Select(kCutList, {2, 0}),
      Do().Command(kCommandAddCutToFilm),
-     Has("film/cuts/*/name", Names{"a.cut", "表.cut", "b.cut", "c.cut"}, "panels/cuts/selected", json::array({1}),
-         "panels/cuts/caret", 1)},
+     Has("entries", "a.cut 表.cut b.cut c.cut", "lines/selected", "1", "lines/caret", 1)},
     {"InsertWithACancelledSaveInsertsNothing",
      OpenFilm(Do(), {"a.cut"}).NewCut().File("cancel").Command(kCommandInsertCutIntoFilm),
-     Has("film/cuts/*/name", Names{"a.cut"}, "panels/cuts/lines", Names{"a"}, "film/modified", false, "files",
-         Names{"a.cut", "film.flm"})},
+     Has("entries", "a.cut", "lines", "a", "film/modified", false, "files", "a.cut film.flm")},
     {"RemovedOneByOneAndAddedAgain",
      OpenFilmFile(Do(), kFilmHead + "a.cut\nb.cut\na.cut\n").OpenCut("a.cut", PlainCut()),
-     Do().Command(kCommandRemoveCutFromFilm),
-     Has("film/cuts/*/name", Names{"b.cut", "a.cut"}, "panels/cuts/lines", Names{"b", "a"}),
-     Do().Command(kCommandRemoveCutFromFilm), Has("film/cuts/*/name", Names{"b.cut"}, "panels/cuts/lines", Names{"b"}),
-     Do().Command(kCommandRemoveCutFromFilm).Select(kCutList, {0}).Command(kCommandInsertCutIntoFilm),
-     Do().Command(kCommandOverwriteFilm),
+     Do().Command(kCommandRemoveCutFromFilm), Has("entries", "b.cut a.cut", "lines", "b a"),
+     Do().Command(kCommandRemoveCutFromFilm), Has("entries", "b.cut", "lines", "b"),
+     Do().Command(kCommandRemoveCutFromFilm).Select(kCutList, {0}),
+     Do().Commands({kCommandInsertCutIntoFilm, kCommandOverwriteFilm}),
      Has("bytes/film.flm", kFilmHead + "a.cut\nb.cut\n", "bytes/a.cut", PlainCut().Bytes())},
+    {"LeavesANewFilmWithoutLinesAndItsWindowsOpen",
+     OpenFilm(Do(), {"a.cut", "b.cut"}).Open("b.cut").Dialog(kFilmDialog, {}).Command(kCommandNewFilm),
+     // None of these has an entry to work on, and none asks.
+     Do().Commands({kCommandRemoveCutFromFilm, kCommandDeleteCuts, kCommandRenameCut}),
+     Has("entries", "", "windows", "b.cut"),
+     Do().Command(kCommandAddCutToFilm).File("new").Command(kCommandOverwriteFilm),
+     Has("bytes/new.flm", "\n\n320, 240\nb.cut\n", "bytes/film.flm", kFilmHead + "a.cut\nb.cut\n")},
 };
-
-TEST_F(FilmEntries, LeavesANewFilmWithoutLinesAndItsWindowsOpen) {
-  OpenFilm(session, {"a.cut", "b.cut"}).Open("b.cut").Dialog(kFilmDialog, {}).Command(kCommandNewFilm);
-  // None of these has an entry to work on, and none asks.
-  session.Command(kCommandRemoveCutFromFilm).Command(kCommandDeleteCuts).Command(kCommandRenameCut);
-  const int state = session.State();
-  session.Command(kCommandAddCutToFilm).File("new").Command(kCommandOverwriteFilm).Run();
-  EXPECT_EQ(Entries(session, state), Names{});
-  EXPECT_EQ(WindowPaths(session, state), Names{"b.cut"});
-  EXPECT_EQ(session.Bytes("new.flm"), "\n\n320, 240\nb.cut\n");
-  EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + "a.cut\nb.cut\n");
-}
 
 // ---------------------------------------------------------------------------------------------------------------------
 // The link between an entry and an open cut.
@@ -726,88 +706,46 @@ TEST_F(FilmLink, CutSavedUnderAnotherNameStaysBehindItsOldEntry) {
   EXPECT_EQ(session.Bytes("a.cut"), session.Bytes("表.cut"));
 }
 
-TEST_F(FilmLink, FilmOpenedAgainKnowsNoneOfTheOpenCuts) {
-  OpenFilm(session, {"a.cut", "b.cut"}).Open("a.cut").Open("film.flm");
-  const int opened = session.State();
-  session.Command(kCommandRemoveCutFromFilm);
-  const int removed = session.State();
-  session.Select(kCutList, {0}).Dialog(kRenameDialog, {{kRenameEdit, "表"}}).Command(kCommandRenameCut);
-  const int renamed = session.State();
-  session.Command(kCommandOverwriteCut).DoubleClick(kCutList, 0);
-  const int clicked = session.State();
-  EXPECT_EQ(OpenFlags(session, opened), (std::vector<bool>{false, false}));
-  EXPECT_EQ(Entries(session, removed), (Names{"a.cut", "b.cut"}));
-  EXPECT_EQ(Entries(session, renamed), (Names{"表.cut", "b.cut"}));
-  EXPECT_EQ(WindowPaths(session, renamed), Names{"a.cut"});
-  EXPECT_EQ(session.Cut(renamed)["title"], "a.cut");
-  EXPECT_EQ(WindowPaths(session, clicked), (Names{"a.cut", "表.cut"}));
-  EXPECT_EQ(OpenFlags(session, clicked), (std::vector<bool>{true, false}));
-  // The window still writes to its own path.
-  EXPECT_EQ(session.Files(), (Names{"a.cut", "b.cut", "film.flm", "表.cut"}));
-  EXPECT_EQ(session.Bytes("a.cut"), Credited("a.cut").Bytes());
-  EXPECT_EQ(session.Bytes("表.cut"), Credited("a.cut").Bytes());
-}
-
 const Rules<SessionTest, "FilmLink"> kFilmLinkRules = {
+    {"FilmOpenedAgainKnowsNoneOfTheOpenCuts", OpenFilm(Do(), {"a.cut", "b.cut"}).Open("a.cut").Open("film.flm"),
+     Has("entries/open", "false false"), Do().Command(kCommandRemoveCutFromFilm), Has("entries", "a.cut b.cut"),
+     Do().Select(kCutList, {0}).RenameCut("表"),
+     Has("entries", "表.cut b.cut", "windows", "a.cut", "cut/title", "a.cut"),
+     Do().Command(kCommandOverwriteCut).DoubleClick(kCutList, 0),
+     Has("windows", "a.cut 表.cut", "entries/open", "true false"),
+     // The window still writes to its own path.
+     Has("files", "a.cut b.cut film.flm 表.cut", "bytes/a.cut", Credited("a.cut").Bytes(), "bytes/表.cut",
+         Credited("a.cut").Bytes())},
     {"RenameTakesACutThatWasSavedUnderAnotherNameAlong",
-     OpenFilm(Do(), {"a.cut", "b.cut"}).Open("a.cut").SaveCutAs("表.cut").Select(kCutList, {0}),
-     Do().Dialog(kRenameDialog, {{kRenameEdit, "ソ"}}).Command(kCommandRenameCut),
-     Has("film/cuts/*/name", Names{"ソ.cut", "b.cut"}, "cut/path", "ソ.cut", "cut/title", "ソ.cut", "files",
-         Names{"b.cut", "film.flm", "ソ.cut", "表.cut"})},
+     OpenFilm(Do(), {"a.cut", "b.cut"}).Open("a.cut").SaveCutAs("表.cut").Select(kCutList, {0}).RenameCut("ソ"),
+     Has("entries", "ソ.cut b.cut", "cut/path", "ソ.cut", "cut/title", "ソ.cut", "files",
+         "b.cut film.flm ソ.cut 表.cut")},
     {"DeleteInAFilmOpenedAgainLeavesTheWindow",
      OpenFilm(Do(), {"a.cut", "b.cut"}).Open("a.cut").Open("film.flm").Select(kCutList, {0}).Answer("yes"),
-     Do().Command(kCommandDeleteCuts),
-     Has("film/cuts/*/name", Names{"b.cut"}, "cuts/*/path", Names{"a.cut"}, "files", Names{"b.cut", "film.flm"})},
+     Do().Command(kCommandDeleteCuts), Has("entries", "b.cut", "windows", "a.cut", "files", "b.cut film.flm")},
     {"IsByTheBytesOfThePath",
      Do().Write("film.flm", FilmText({"./a.cut", "A.cut", "a.cut"})).Write("A.cut", Credited("upper").Bytes()),
-     Do().Open("film.flm").OpenCut("a.cut", PlainCut()), Has("film/cuts/*/open", std::vector<bool>{false, false, true}),
+     Do().Open("film.flm").OpenCut("a.cut", PlainCut()), Has("entries/open", "false false true"),
      Do().DoubleClick(kCutList, 0),
-     Has("film/cuts/*/open", std::vector<bool>{true, false, true}, "cuts/*/path", Names{"a.cut", "./a.cut"},
-         "panels/cuts/lines", Names{"a", "A", "a"})},
+     Has("entries/open", "true false true", "windows", "a.cut ./a.cut", "lines", "a A a")},
     {"DoubleClickOnAnOpenCutCommitsTheOneThatIsLeft",
-     OpenFilm(Do(), {"表.cut", "b.cut"}).DoubleClick(kCutList, 0).DoubleClick(kCutList, 1),
-     Do().Panel(kCommentEdit, "ソ").DoubleClick(kCutList, 0),
+     OpenFilm(Do(), {"表.cut", "b.cut"}).DoubleClick(kCutList, 0).DoubleClick(kCutList, 1).Panel(kCommentEdit, "ソ"),
+     Do().DoubleClick(kCutList, 0),
      Has("cut/path", "表.cut", "cuts/1/modified", true, "cuts/1/frames/0/comment", "ソ", "panels/comment", "",
-         "panels/cuts/selected", json::array({0}))},
+         "lines/selected", "0")},
     {"CutThatIsNoCutFileOpensNothing",
      OpenFilm(Do(), {"a.cut"}).Write("a.cut", "Sorvelin Layer").DoubleClick(kCutList, 0),
-     Has("cuts/#", 0, "film/cuts/*/open", std::vector<bool>{false}, "bytes/a.cut", "Sorvelin Layer")},
+     Has("cuts/#", 0, "entries/open", "false", "bytes/a.cut", "Sorvelin Layer")},
     {"CutClosedAndSavedOpensAgainFromItsLine",
      OpenFilm(Do(), {"能.cut"}).Write("能.cut", CutFile::Showing({1}, {0}).Bytes()).DoubleClick(kCutList, 0),
-     Do().Command(kCommandBlankCell).Answer("yes").Close(), Has("film/cuts/*/open", std::vector<bool>{false}),
-     Do().DoubleClick(kCutList, 0),
-     Has("film/cuts/*/open", std::vector<bool>{true}, "cut/frame/records/0/cell", -1, "bytes/能.cut",
-         CutFile::Showing({1}, {-1}).Bytes())},
+     Do().Command(kCommandBlankCell).Answer("yes").Close(), Has("entries/open", "false"), Do().DoubleClick(kCutList, 0),
+     Has("entries/open", "true", "cut/frame/records/0/cell", -1, "bytes/能.cut", CutFile::Showing({1}, {-1}).Bytes())},
 };
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Renaming.
 
 using FilmRename = SessionTest;
-
-TEST_F(FilmRename, ModifiedCutKeepsItsOldBytesUntilItIsSaved) {
-  OpenFilm(session, {"a.cut"});
-  const CutFile file = CutFile::Showing({1, 2}, {0, 1});
-  session.Write("a.cut", file.Bytes());
-  session.Write("a.ca", "stream");
-  session.DoubleClick(kCutList, 0).Command(kCommandBlankCell).Dialog(kRenameDialog, {{kRenameEdit, "表"}});
-  session.Command(kCommandRenameCut);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Bytes("表.cut"), file.Bytes());
-  EXPECT_EQ(session.Cut(state)["modified"], true);
-  // Only the cut's own file is renamed.
-  EXPECT_EQ(session.Files(), (Names{"a.ca", "film.flm", "表.cut"}));
-}
-
-// From then on the two entries are of one name.
-TEST_F(FilmRename, EntriesThatCameToOneNameAreRenamedTogether) {
-  OpenFilm(session, {"a.cut", "b.cut"}).Dialog(kRenameDialog, {{kRenameEdit, "b"}}).Command(kCommandRenameCut);
-  session.Select(kCutList, {1}).Dialog(kRenameDialog, {{kRenameEdit, "ソ"}}).Command(kCommandRenameCut);
-  EXPECT_TRUE(Holds(session, "film/cuts/*/name", Names{"ソ.cut", "ソ.cut"}, "panels/cuts/lines", Names{"ソ", "ソ"}));
-  EXPECT_EQ(session.Files(), (Names{"a.cut", "film.flm", "ソ.cut"}));
-  EXPECT_EQ(session.Bytes("ソ.cut"), Credited("b.cut").Bytes());
-}
 
 TEST_F(FilmRename, ToAnEmptyNameLeavesTheExtension) {
   OpenFilm(session, {"a.cut"}).Dialog(kRenameDialog, {{kRenameEdit, ""}}).Command(kCommandRenameCut);
@@ -841,29 +779,40 @@ TEST_F(FilmRename, IntoAFolderMovesTheFile) {
 }
 
 const Rules<SessionTest, "FilmRename"> kFilmRenameRules = {
+    {"ModifiedCutKeepsItsOldBytesUntilItIsSaved", OpenFilm(Do(), {"a.cut"}),
+     Do().Write("a.cut", CutFile{.layers = {{.name = "A", .cells = {1, 2}}},
+                                 .frames = {{.records = {{.cell = 0}}}, {.records = {{.cell = 1}}}}}
+                             .Bytes()),
+     Do().Write("a.ca", "stream").DoubleClick(kCutList, 0).Command(kCommandBlankCell).RenameCut("表"),
+     Has("bytes/表.cut",
+         CutFile{.layers = {{.name = "A", .cells = {1, 2}}},
+                 .frames = {{.records = {{.cell = 0}}}, {.records = {{.cell = 1}}}}}
+             .Bytes(),
+         "cut/modified", true),
+     // Only the cut's own file is renamed.
+     Has("files", "a.ca film.flm 表.cut")},
+    // From then on the two entries are of one name.
+    {"EntriesThatCameToOneNameAreRenamedTogether",
+     OpenFilm(Do(), {"a.cut", "b.cut"}).RenameCut("b").Select(kCutList, {1}).RenameCut("ソ"),
+     Has("entries", "ソ.cut ソ.cut", "lines", "ソ ソ", "files", "a.cut film.flm ソ.cut", "bytes/ソ.cut",
+         Credited("b.cut").Bytes())},
     {"OverwriteAfterItGoesToTheNewName",
      OpenFilm(Do(), {"a.cut"}).Write("a.cut", CutFile::Showing({1, 2}, {0, 1}).Bytes()).DoubleClick(kCutList, 0),
-     Do().Command(kCommandBlankCell).Dialog(kRenameDialog, {{kRenameEdit, "表"}}).Command(kCommandRenameCut),
-     Do().Command(kCommandOverwriteCut),
-     Has("files", Names{"film.flm", "表.cut"}, "bytes/表.cut", CutFile::Showing({1, 2}, {0, -2}).Bytes())},
-    {"OntoTheNameOfAnotherCutLeavesBothFiles",
-     OpenFilm(Do(), {"a.cut", "b.cut"}).Dialog(kRenameDialog, {{kRenameEdit, "b"}}).Command(kCommandRenameCut),
-     Has("film/cuts/*/name", Names{"b.cut", "b.cut"}, "panels/cuts/lines", Names{"b", "b"}, "bytes/b.cut",
-         Credited("b.cut").Bytes(), "bytes/a.cut", Credited("a.cut").Bytes())},
-    {"NameMayHoldADot",
-     OpenFilm(Do(), {"a.cut"}).Dialog(kRenameDialog, {{kRenameEdit, "表.2"}}).Command(kCommandRenameCut),
-     Do().Command(kCommandOverwriteFilm).File("film.flm").Command(kCommandOpenFilm),
-     Has("panels/cuts/lines", Names{"表.2"}, "files", Names{"film.flm", "表.2.cut"}, "bytes/film.flm",
-         kFilmHead + Stored("表.2.cut\n"))},
+     Do().Command(kCommandBlankCell).RenameCut("表").Command(kCommandOverwriteCut),
+     Has("files", "film.flm 表.cut", "bytes/表.cut", CutFile::Showing({1, 2}, {0, -2}).Bytes())},
+    {"OntoTheNameOfAnotherCutLeavesBothFiles", OpenFilm(Do(), {"a.cut", "b.cut"}).RenameCut("b"),
+     Has("entries", "b.cut b.cut", "lines", "b b", "bytes/b.cut", Credited("b.cut").Bytes(), "bytes/a.cut",
+         Credited("a.cut").Bytes())},
+    {"NameMayHoldADot", OpenFilm(Do(), {"a.cut"}).RenameCut("表.2").Command(kCommandOverwriteFilm).File("film.flm"),
+     Do().Command(kCommandOpenFilm),
+     Has("lines", "表.2", "files", "film.flm 表.2.cut", "bytes/film.flm", kFilmHead + Stored("表.2.cut\n"))},
     {"ToTheSameNameOfACutThatIsListedTwiceAsksOnceAndChangesNothing",
      OpenFilm(Do(), {"表.cut"}).Write("film.flm", kFilmHead + Stored("表.cut\n表.cut\n")).Select(kCutList, {0}),
-     Do().Dialog(kRenameDialog, {{kRenameEdit, "表"}}).Command(kCommandRenameCut),
-     Has("film/cuts/*/name", Names{"表.cut", "表.cut"}, "film/modified", false, "files", Names{"film.flm", "表.cut"})},
+     Do().RenameCut("表"), Has("entries", "表.cut 表.cut", "film/modified", false, "files", "film.flm 表.cut")},
     {"ChangesTheFilmFileOnlyWhenTheFilmIsSaved",
-     OpenFilm(Do(), {"a.cut"}).Dialog(kRenameDialog, {{kRenameEdit, "b"}}).Command(kCommandRenameCut),
-     Do().Answer("no").File("film.flm").Command(kCommandOpenFilm), Has("film/cuts/*/name", Names{"a.cut"}),
-     Do().DoubleClick(kCutList, 0),
-     Has("bytes/film.flm", kFilmHead + "a.cut\n", "cuts/#", 0, "files", Names{"b.cut", "film.flm"})},
+     OpenFilm(Do(), {"a.cut"}).RenameCut("b").Answer("no").File("film.flm").Command(kCommandOpenFilm),
+     Has("entries", "a.cut"), Do().DoubleClick(kCutList, 0),
+     Has("bytes/film.flm", kFilmHead + "a.cut\n", "cuts/#", 0, "files", "b.cut film.flm")},
 };
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -911,24 +860,23 @@ const Rules<SessionTest, "FilmDelete"> kFilmDeleteRules = {
     {"OfOneOfTwoEntriesOfAnOpenCutLeavesTheOtherClosed",
      OpenFilmFile(Do(), kFilmHead + Stored("表.cut\nb.cut\n表.cut\n")).OpenCut("表.cut", CutFile::Showing({1}, {0})),
      Do().Command(kCommandBlankCell).Select(kCutList, {2}).Answer("yes").Command(kCommandDeleteCuts),
-     Has("film/cuts/*/name", Names{"表.cut", "b.cut"}, "panels/cuts/lines", Names{"表", "b"}, "film/cuts/*/open",
-         std::vector<bool>{false, false}, "cuts/#", 0),
-     Do().DoubleClick(kCutList, 0), Has("cuts/#", 0, "files", Names{"film.flm"})},
+     Has("entries", "表.cut b.cut", "lines", "表 b", "entries/open", "false false", "cuts/#", 0),
+     Do().DoubleClick(kCutList, 0), Has("cuts/#", 0, "files", "film.flm")},
     {"OfBothEntriesOfAnOpenCut",
      OpenFilmFile(Do(), kFilmHead + Stored("表.cut\nb.cut\n表.cut\n")).OpenCut("表.cut", CutFile::Showing({1}, {0})),
      Do().Command(kCommandBlankCell).Select(kCutList, {0, 2}).Answer("yes").Command(kCommandDeleteCuts),
-     Has("film/cuts/*/name", Names{"b.cut"}, "panels/cuts/lines", Names{"b"}, "cuts/#", 0),
-     Do().Command(kCommandOverwriteFilm), Has("files", Names{"film.flm"}, "bytes/film.flm", kFilmHead + "b.cut\n")},
+     Has("entries", "b.cut", "lines", "b", "cuts/#", 0), Do().Command(kCommandOverwriteFilm),
+     Has("files", "film.flm", "bytes/film.flm", kFilmHead + "b.cut\n")},
     {"WithoutTheFileTheOpenCutCanBeAddedAgain",
      OpenFilm(Do(), {"a.cut", "表.cut"}).OpenCut("a.cut", CutFile::Showing({1}, {0})).Command(kCommandBlankCell),
      Do().Select(kCutList, {0}).Answer("no").Command(kCommandDeleteCuts).Select(kCutList, {0}),
      Do().Command(kCommandAddCutToFilm),
-     Has("film/cuts/*/name", Names{"表.cut", "a.cut"}, "film/cuts/*/open", std::vector<bool>{false, true},
-         "cut/modified", true, "bytes/a.cut", CutFile::Showing({1}, {0}).Bytes())},
+     Has("entries", "表.cut a.cut", "entries/open", "false true", "cut/modified", true, "bytes/a.cut",
+         CutFile::Showing({1}, {0}).Bytes())},
     {"OfACutWithAnotherExtensionTakesTheStreamOfItsName",
      Do().Write("film.flm", kFilmHead + Stored("表.dat\n")).Write("表.dat", PlainCut().Bytes()),
      Do().Write("表.cut", PlainCut().Bytes()).Write("表.ca", "stream").Open("film.flm").Answer("yes"),
-     Do().Command(kCommandDeleteCuts), Has("files", Names{"film.flm", "表.cut"})},
+     Do().Command(kCommandDeleteCuts), Has("files", "film.flm 表.cut")},
 };
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -1014,12 +962,6 @@ TEST_F(FilmFile, LongerTitleSplitsAndShiftsWhatFollows) {
                     "film/height", 34, "film/cuts/*/name", Names{"100, 50", "a.cut"}));
 }
 
-TEST_F(FilmFile, BlankLinesAndAMissingLastNewlineAreGoneAfterASave) {
-  OpenFilmFile(session, kFilmHead + Stored("\n\n表.cut\n\nソ/能.cut\n\n\n../十.cut")).Command(kCommandOverwriteFilm);
-  EXPECT_EQ(Lines(session), (Names{"表", "能", "十"}));
-  EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + Stored("表.cut\nソ/能.cut\n../十.cut\n"));
-}
-
 TEST_F(FilmFile, WayUpInTheMiddleOfALineStays) {
   MakeFolder(session, "表");
   session.Write("a.cut", PlainCut().Bytes());
@@ -1061,18 +1003,21 @@ TEST_F(FilmFile, OfAFolderFarAwayLeadsThereAndBack) {
 }
 
 const Rules<SessionTest, "FilmFile"> kFilmFileRules = {
+    {"BlankLinesAndAMissingLastNewlineAreGoneAfterASave",
+     OpenFilmFile(Do(), kFilmHead + Stored("\n\n表.cut\n\nソ/能.cut\n\n\n../十.cut")).Command(kCommandOverwriteFilm),
+     Has("lines", "表 能 十", "bytes/film.flm", kFilmHead + Stored("表.cut\nソ/能.cut\n../十.cut\n"))},
     {"SizeThatDoesNotParseStaysThatOfTheFilmBefore",
      OpenFilm(Do(), {"a.cut"}).Write("other.flm", "T\nA\nsize\n").Open("other.flm"),
-     Has("film/title", "T", "film/width", 100, "film/height", 50)},
+     Has("film/title", "T", "film/width,height", "100 50")},
     {"YesToTheQuestionBeforeAnotherFilmSavesToTheFilmsOwnPath",
      OpenFilm(Do(), {"表.cut"}).Write("other.flm", "T\nA\n1, 2\n").Dialog(kFilmDialog, {{kFilmTitleEdit, "ソ"}}),
      Do().Command(kCommandFilmProperties).Answer("yes").File("other.flm").Command(kCommandOpenFilm),
      Has("bytes/film.flm", Stored("ソ\nauthor\n100, 50\n表.cut\n"), "bytes/other.flm", "T\nA\n1, 2\n", "frame/title",
          "Sorvel Developer - other")},
     {"SaveUnderAnotherNameLeavesTheOldFileAndGoesOnWithTheNew",
-     OpenFilm(Do(), {"a.cut"}).Dialog(kFilmDialog, {{kFilmTitleEdit, "表"}}).Command(kCommandFilmProperties),
-     Do().File("能").Command(kCommandSaveFilmAs).Dialog(kFilmDialog, {{kFilmTitleEdit, "ソ"}}),
-     Do().Command(kCommandFilmProperties).Command(kCommandOverwriteFilm),
+     OpenFilm(Do(), {"a.cut"}).Dialog(kFilmDialog, {{kFilmTitleEdit, "表"}}).Command(kCommandFilmProperties).File("能"),
+     Do().Command(kCommandSaveFilmAs).Dialog(kFilmDialog, {{kFilmTitleEdit, "ソ"}}),
+     Do().Commands({kCommandFilmProperties, kCommandOverwriteFilm}),
      Has("bytes/film.flm", kFilmHead + "a.cut\n", "bytes/能.flm", Stored("ソ\nauthor\n100, 50\na.cut\n"), "frame/title",
          "Sorvel Developer - 能")},
 };

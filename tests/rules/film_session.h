@@ -22,13 +22,10 @@ inline std::string FilmText(const Names& lines, const std::string& head = kFilmH
 }
 
 // Writes the film file of the session, film.flm, and opens it.
-inline ScriptSession& OpenFilmFile(ScriptSession& session, std::string_view bytes) {
+template <typename Session>
+ScriptSession& OpenFilmFile(Session&& session, std::string_view bytes) {
   session.Write("film.flm", bytes);
   return session.Open("film.flm");
-}
-
-inline ScriptSession& OpenFilmFile(ScriptSession&& session, std::string_view bytes) {
-  return OpenFilmFile(session, bytes);
 }
 
 // A cut as the program makes it without a layer dialog: 8 by 3, one frame.
@@ -38,8 +35,9 @@ inline CutFile PlainCut() {
 
 // The command for a cut whose name is counted on, 40115 to add it or 40116 to insert it, with its two dialogs; the
 // layer dialog is cancelled.
-inline ScriptSession& AddNumberedCut(ScriptSession& session, const DialogValues& values = {},
-                                     int command = kCommandAddNumberedCut) {
+template <typename Session>
+ScriptSession& AddNumberedCut(Session&& session, const DialogValues& values = {},
+                              int command = kCommandAddNumberedCut) {
   return session.Dialog(kCutDialog, values).Dialog(kLayerDialog, {}, "cancel").Command(command);
 }
 

@@ -5,6 +5,7 @@
 #include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
+#include "rules/rule_table.h"
 
 namespace rules {
 namespace {
@@ -25,175 +26,69 @@ int Step(int start, int position, int delta, int span) {
   return std::clamp(span == 0 ? start : start + position * delta / span, 0, 48);
 }
 
-struct GradientTool : DrawingTest {
-  void Click(const PickerPlace& pen, int x, int y) {
-    session.Pick(pen.column, pen.row);
-    session.Command(kToolGradient);
-    session.LeftClick(x, y);
-  }
-  // The ramp over a rectangle of the model.
-  void Ramp(bool horizontal, int origin, int span, int start, int end, int x, int y, int width, int height) {
-    for (int j = y; j < y + height; ++j) {
-      for (int i = x; i < x + width; ++i) {
-        const int level = Step(start, (horizontal ? i : j) - origin, end - start, span);
-        model.Set(i, j, ModelInkAt(ModelPenOfLevel(level), i, j));
-      }
-    }
-  }
-};
+struct GradientTool : DrawingTest {};
 
-TEST_F(GradientTool, TheFirstClickDrawsNothing) {
-  Click(black, 10, 10);
-  EXPECT_TRUE(ViewShows(model));
+ScriptSession Click(const PickerPlace& pen, int x, int y) {
+  return Do().Pick(pen.column, pen.row).Command(kToolGradient).LeftClick(x, y);
 }
 
-TEST_F(GradientTool, TheSecondClickFillsFromBlackToWhite) {
-  Click(black, 10, 10);
-  Click(white, 50, 12);
-  Ramp(true, 10, 40, 0, 48, 0, 0, 64, 48);
-  EXPECT_TRUE(ViewShows(model));
+// This ink, and over it the ramp in a rectangle.
+Ink Ramp(bool horizontal, int origin, int span, int start, int end, int x, int y, int width, int height,
+         Ink ink = Ink()) {
+  for (int j = y; j < y + height; ++j) {
+    for (int i = x; i < x + width; ++i) {
+      const int level = Step(start, (horizontal ? i : j) - origin, end - start, span);
+      ink.Set(i, j, ModelInkAt(ModelPenOfLevel(level), i, j));
+    }
+  }
+  return ink;
 }
 
 TEST_F(GradientTool, TheRampStopsAtBlackAndWhiteBeyondTheClicks) {
-  Click(black, 10, 10);
-  Click(white, 50, 12);
+  session.Then(Click(black, 10, 10));
+  session.Then(Click(white, 50, 12));
   const PixelMatrix view = session.NowView();
   EXPECT_EQ(view.Count(1, 0, 0, 11, 48), 11 * 48);
   EXPECT_EQ(view.Count(4, 50, 0, 14, 48), 14 * 48);
 }
 
-TEST_F(GradientTool, ASteepPairOfClicksRunsDownwards) {
-  Click(white, 10, 5);
-  Click(darkGrey, 30, 40);
-  Ramp(false, 5, 35, 48, 16, 0, 0, 64, 48);
-  EXPECT_TRUE(ViewShows(model));
-}
-
-TEST_F(GradientTool, ATieRunsDownwards) {
-  Click(almostBlack, 10, 10);
-  Click(lightTone, 30, 30);
-  Ramp(false, 10, 20, 1, 44, 0, 0, 64, 48);
-  EXPECT_TRUE(ViewShows(model));
-}
-
-TEST_F(GradientTool, ASpanToTheLeftIsNegative) {
-  Click(lightTone, 50, 20);
-  Click(almostBlack, 13, 22);
-  Ramp(true, 50, -37, 44, 1, 0, 0, 64, 48);
-  EXPECT_TRUE(ViewShows(model));
-}
-
-TEST_F(GradientTool, TheTopRowOfThePickerIsAlwaysBlack) {
-  Click({2, 0}, 10, 10);
-  Click(white, 50, 12);
-  Ramp(true, 10, 40, 0, 48, 0, 0, 64, 48);
-  EXPECT_TRUE(ViewShows(model));
-}
-
-TEST_F(GradientTool, EqualPensFillEvenly) {
-  Click(lightTone, 10, 10);
-  Click(lightTone, 40, 30);
-  Ramp(false, 10, 20, 44, 44, 0, 0, 64, 48);
-  EXPECT_TRUE(ViewShows(model));
-}
-
-TEST_F(GradientTool, ASpanOfZeroKeepsTheFirstLevel) {
-  Click(lightTone, 10, 10);
-  Click(black, 10, 10);
-  Ramp(false, 10, 0, 44, 0, 0, 0, 64, 48);
-  EXPECT_TRUE(ViewShows(model));
-}
-
-TEST_F(GradientTool, TheFirstClickIsTheSeed) {
-  session.Command(kToolRectangle).Press(10, 10).Release(40, 30);
-  Click(black, 20, 20);
-  Click(white, 60, 22);
-  model.Outline(10, 10, 40, 30, 8);
-  Ramp(true, 20, 40, 0, 48, 11, 11, 29, 19);
-  EXPECT_TRUE(ViewShows(model));
-}
-
-TEST_F(GradientTool, TheSecondClickMayLieOnProtectedInk) {
-  session.FillArea(40, 0, 24, 48, 3).Mask({3});
-  Click(black, 10, 20);
-  Click(white, 50, 22);
-  model.Fill(40, 0, 24, 48, 3);
-  Ramp(true, 10, 40, 0, 48, 0, 0, 40, 48);
-  EXPECT_TRUE(ViewShows(model));
-}
-
-TEST_F(GradientTool, AProtectedSeedIsRefused) {
-  session.Mask({0});
-  Click(black, 10, 20);
-  Click(white, 50, 22);
-  EXPECT_TRUE(ViewShows(model));
-}
-
-TEST_F(GradientTool, ASketchSeedFillsTheSketchAlone) {
-  session.Command(kToolFocusLines).LeftClick(30, 0).LeftClick(30, 47, "ctrl");
-  Click(black, 30, 10);
-  Click(white, 30, 40);
-  Ramp(false, 10, 30, 0, 48, 30, 0, 1, 48);
-  EXPECT_TRUE(ViewShows(model));
-}
-
-TEST_F(GradientTool, ProtectedBoundariesAreConsumedAllTheSame) {
-  session.FillArea(30, 0, 1, 48, 9).Mask({9});
-  Click(black, 5, 10);
-  Click(white, 45, 12);
-  Ramp(true, 5, 40, 0, 48, 0, 0, 31, 48);
-  EXPECT_TRUE(ViewShows(model));
-}
-
-TEST_F(GradientTool, AProtectedBoundarySeedIsRefused) {
-  session.FillArea(30, 0, 1, 48, 9).Mask({9});
-  Click(black, 30, 10);
-  Click(white, 30, 40);
-  EXPECT_TRUE(ViewShows(model.Fill(30, 0, 1, 48, 9)));
-}
-
-TEST_F(GradientTool, ARightClickKeepsTheFirstClickArmed) {
-  session.FillArea(0, 0, 64, 4, 4);
-  Click(black, 10, 20);
-  session.RightClick(20, 2);
-  Click(white, 50, 22);
-  model.Fill(0, 0, 64, 4, 4);
-  Ramp(true, 10, 40, 0, 48, 0, 4, 64, 44);
-  EXPECT_TRUE(ViewShows(model));
-}
-
-TEST_F(GradientTool, TheThirdClickIsAFirstClickAgain) {
-  Click(black, 10, 10);
-  Click(white, 50, 12);
-  Click(black, 10, 40);
-  Ramp(true, 10, 40, 0, 48, 0, 0, 64, 48);
-  EXPECT_TRUE(ViewShows(model));
-}
-
-TEST_F(GradientTool, AGradientIsOneUndoStep) {
-  session.DrawInkLine(0, 30, 63, 30);
-  Click(black, 10, 10);
-  Click(white, 50, 12);
-  session.Command(kCommandUndo);
-  EXPECT_TRUE(ViewShows(model.Line(0, 30, 63, 30)));
-}
-
-TEST_F(GradientTool, TheGridDoesNotMoveTheClicks) {
-  session.Grid(8, 8);
-  Click(black, 11, 11);
-  Click(white, 51, 14);
-  Ramp(true, 11, 40, 0, 48, 0, 0, 64, 48);
-  EXPECT_TRUE(ViewShows(model));
-}
-
-TEST_F(GradientTool, ThePenStaysTheSecondOne) {
-  Click(black, 10, 10);
-  Click(lightTone, 50, 12);
-  const nlohmann::json pen = session.NowState()["pen"];
-  EXPECT_EQ(pen["colorA"], 3);
-  EXPECT_EQ(pen["colorB"], 4);
-  EXPECT_EQ(pen["tone"], 4);
-}
+const Rules<GradientTool, "GradientTool"> kGradientToolRules = {
+    {"ThePenStaysTheSecondOne", Click(black, 10, 10), Click(lightTone, 50, 12), Has("pen/colorA,colorB,tone", "3 4 4")},
+    {"TheFirstClickDrawsNothing", Click(black, 10, 10), Ink()},
+    {"TheSecondClickFillsFromBlackToWhite", Click(black, 10, 10), Click(white, 50, 12),
+     Ramp(true, 10, 40, 0, 48, 0, 0, 64, 48)},
+    {"ASteepPairOfClicksRunsDownwards", Click(white, 10, 5), Click(darkGrey, 30, 40),
+     Ramp(false, 5, 35, 48, 16, 0, 0, 64, 48)},
+    {"ATieRunsDownwards", Click(almostBlack, 10, 10), Click(lightTone, 30, 30),
+     Ramp(false, 10, 20, 1, 44, 0, 0, 64, 48)},
+    {"ASpanToTheLeftIsNegative", Click(lightTone, 50, 20), Click(almostBlack, 13, 22),
+     Ramp(true, 50, -37, 44, 1, 0, 0, 64, 48)},
+    {"TheTopRowOfThePickerIsAlwaysBlack", Click({2, 0}, 10, 10), Click(white, 50, 12),
+     Ramp(true, 10, 40, 0, 48, 0, 0, 64, 48)},
+    {"EqualPensFillEvenly", Click(lightTone, 10, 10), Click(lightTone, 40, 30),
+     Ramp(false, 10, 20, 44, 44, 0, 0, 64, 48)},
+    {"ASpanOfZeroKeepsTheFirstLevel", Click(lightTone, 10, 10), Click(black, 10, 10),
+     Ramp(false, 10, 0, 44, 0, 0, 0, 64, 48)},
+    {"TheFirstClickIsTheSeed", Do().Command(kToolRectangle).Press(10, 10).Release(40, 30), Click(black, 20, 20),
+     Click(white, 60, 22), Ramp(true, 20, 40, 0, 48, 11, 11, 29, 19, Ink().Outline(10, 10, 40, 30, 8))},
+    {"TheSecondClickMayLieOnProtectedInk", Do().FillArea(40, 0, 24, 48, 3).Mask({3}), Click(black, 10, 20),
+     Click(white, 50, 22), Ramp(true, 10, 40, 0, 48, 0, 0, 40, 48, Ink().Fill(40, 0, 24, 48, 3))},
+    {"AProtectedSeedIsRefused", Do().Mask({0}), Click(black, 10, 20), Click(white, 50, 22), Ink()},
+    {"ASketchSeedFillsTheSketchAlone", Do().Command(kToolFocusLines).LeftClick(30, 0).LeftClick(30, 47, "ctrl"),
+     Click(black, 30, 10), Click(white, 30, 40), Ramp(false, 10, 30, 0, 48, 30, 0, 1, 48)},
+    {"ProtectedBoundariesAreConsumedAllTheSame", Do().FillArea(30, 0, 1, 48, 9).Mask({9}), Click(black, 5, 10),
+     Click(white, 45, 12), Ramp(true, 5, 40, 0, 48, 0, 0, 31, 48)},
+    {"AProtectedBoundarySeedIsRefused", Do().FillArea(30, 0, 1, 48, 9).Mask({9}), Click(black, 30, 10),
+     Click(white, 30, 40), Ink().Fill(30, 0, 1, 48, 9)},
+    {"ARightClickKeepsTheFirstClickArmed", Do().FillArea(0, 0, 64, 4, 4), Click(black, 10, 20), Do().RightClick(20, 2),
+     Click(white, 50, 22), Ramp(true, 10, 40, 0, 48, 0, 4, 64, 44, Ink().Fill(0, 0, 64, 4, 4))},
+    {"TheThirdClickIsAFirstClickAgain", Click(black, 10, 10), Click(white, 50, 12), Click(black, 10, 40),
+     Ramp(true, 10, 40, 0, 48, 0, 0, 64, 48)},
+    {"AGradientIsOneUndoStep", Do().DrawInkLine(0, 30, 63, 30), Click(black, 10, 10), Click(white, 50, 12),
+     Do().Command(kCommandUndo), Ink().Line(0, 30, 63, 30)},
+    {"TheGridDoesNotMoveTheClicks", Do().Grid(8, 8), Click(black, 11, 11), Click(white, 51, 14),
+     Ramp(true, 11, 40, 0, 48, 0, 0, 64, 48)},
+};
 
 }  // namespace
 }  // namespace rules

@@ -74,9 +74,10 @@ INSTANTIATE_TEST_SUITE_P(All, SnappedTool,
                          testing::Values(kToolFreePen, kToolLine, kToolCurve, kToolFocusLines, kToolParallelLines));
 
 const Rules<DrawingTest, "GridSnap"> kGridSnapRules = {
-    {"TheDialogSetsIt", Do().Grid(8, 5), Has("pen/gridWidth", 8, "pen/gridHeight", 5)},
-    {"ACancelledDialogKeepsIt", Do().Dialog(kGridDialog, {{kGridWidthEdit, "8"}, {kGridHeightEdit, "5"}}, "cancel"),
-     Do().Command(kCommandSnapGrid), Has("pen/gridWidth", 1)},
+    {"TheDialogSetsIt", Do().Grid(8, 5), Has("pen/gridWidth,gridHeight", "8 5")},
+    {"ACancelledDialogKeepsIt",
+     Do().Dialog(kGridDialog, {{kGridWidthEdit, "8"}, {kGridHeightEdit, "5"}}, "cancel").Command(kCommandSnapGrid),
+     Has("pen/gridWidth", 1)},
     {"WidthAndHeightAreApart", Do().Grid(8, 4).Press(13, 13), Has("pixel/16/12", 1)},
     {"TheGridIsThatOfTheCutAndNotOfTheLayer",
      Do().Command(kToolLayerPosition).LeftDrag(10, 10, 13, 15).Grid(8, 8).Command(kToolFreePen).Press(18, 22),

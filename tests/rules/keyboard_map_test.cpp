@@ -155,28 +155,18 @@ INSTANTIATE_TEST_SUITE_P(Keyboard, PenSize,
                                          PenStep{5, true, "d", 6}, PenStep{7, true, "d", 7}, PenStep{0, true, "j", 0},
                                          PenStep{7, true, "f", 6}));
 
-TEST(PenSize, ShapeOnTheWrongSideIsPutRightByAnyKey) {
-  ScriptSession session;
-  // A shape of 4 with the square flag is read as 10: a round shape marked square.
-  session.SetSettings("[setup]\r\nbrush=4, 0, 1, 0, 1, 1\r\n").OpenCut("a.cut", Drawing());
-  const int before = session.State();
-  session.Char('!');
-  const int after = session.State();
-  EXPECT_EQ(session.StateAt(before)["pen"]["shape"], 10);
-  EXPECT_EQ(session.StateAt(after)["pen"]["shape"], 4);
-}
-
-TEST(PenSize, RoundShapeBelowSevenIsPutRightByAnyKey) {
-  ScriptSession session;
-  session.SetSettings("[setup]\r\nbrush=3, 0, 1, 0, 1, 0\r\n").OpenCut("a.cut", Drawing()).Char('Z');
-  EXPECT_EQ(session.NowState()["pen"]["shape"], 11);
-}
-
-TEST(PenSize, CharacterOutsideTheTableRunsItToo) {
-  ScriptSession session;
-  session.SetSettings("[setup]\r\nbrush=3, 0, 1, 0, 1, 0\r\n").OpenCut("a.cut", Drawing()).Char('~');
-  EXPECT_EQ(session.NowState()["pen"]["shape"], 11);
-}
+const Rules<SessionTest, "PenSize"> kPenSizeRules = {
+    {"ShapeOnTheWrongSideIsPutRightByAnyKey",
+     // A shape of 4 with the square flag is read as 10: a round shape marked square.
+     Do().SetSettings("[setup]\r\nbrush=4, 0, 1, 0, 1, 1\r\n").OpenCut("a.cut", Drawing()), Has("pen/shape", 10),
+     Do().Char('!'), Has("pen/shape", 4)},
+    {"RoundShapeBelowSevenIsPutRightByAnyKey",
+     Do().SetSettings("[setup]\r\nbrush=3, 0, 1, 0, 1, 0\r\n").OpenCut("a.cut", Drawing()).Char('Z'),
+     Has("pen/shape", 11)},
+    {"CharacterOutsideTheTableRunsItToo",
+     Do().SetSettings("[setup]\r\nbrush=3, 0, 1, 0, 1, 0\r\n").OpenCut("a.cut", Drawing()).Char('~'),
+     Has("pen/shape", 11)},
+};
 
 class ZoomKey : public SessionTest, public testing::WithParamInterface<std::pair<char, bool>> {};
 
@@ -208,7 +198,7 @@ TEST_F(ZoomKeys, BringTheCursorsPointToTheCentre) {
 
 const Rules<SessionTest, "ZoomKeys"> kZoomKeysRules = {
     {"LeaveTheCurrentTool", Do().OpenCut("a.cut", Drawing()).Char('s').Char('a'),
-     Has("frame/currentTool", kToolFreePen, "cut/zoomNumerator", 1, "cut/zoomDenominator", 1)},
+     Has("frame/currentTool", kToolFreePen, "cut/zoomNumerator,zoomDenominator", "1 1")},
 };
 
 std::string Status(ScriptSession& session, int state = kNow) {

@@ -73,8 +73,8 @@ const Rules<DrawingTest, "LineRaster"> kLineRasterRules = {
      Has("pen/colorB", 1), Ink().Line(10, 10, 40, 20)},
     {"PlainBlackIsPlainBlackAgainAfterTheLine", Do().DrawInkLine(10, 10, 40, 20), Has("pen/colorB", 1)},
     {"AMaskHoldsAtEveryStamp",
-     Do().FillArea(20, 0, 6, 48, 4).FillArea(30, 0, 6, 48, 3).Mask({4}).PickSize(6).Command(kToolLine),
-     Do().Press(10, 10).Release(50, 20),
+     Do().FillArea(20, 0, 6, 48, 4).FillArea(30, 0, 6, 48, 3).Mask({4}).PickSize(6).Command(kToolLine).Press(10, 10),
+     Do().Release(50, 20),
      Ink().Fill(20, 0, 6, 48, 4).Fill(30, 0, 6, 48, 3).Line(10, 10, 50, 20, {.shape = 13}, 1U << 4)},
 };
 

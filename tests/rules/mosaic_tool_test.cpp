@@ -8,54 +8,10 @@
 namespace rules {
 namespace {
 
-struct MosaicTool : DrawingTest {
-  void Area(int x, int y, int width, int height, int index) {
-    session.FillArea(x, y, width, height, index);
-    model.Fill(x, y, width, height, index);
-  }
-  void Click(int x, int y) { session.Command(kToolMosaic).LeftClick(x, y); }
-  void Tile(int level, int x, int y, int size = 4) { model.FillWith(ModelPenOfLevel(level), x, y, size, size); }
-};
+struct MosaicTool : DrawingTest {};
 
-TEST_F(MosaicTool, AClickTreatsOneTileAndWritesWhite) {
-  Click(10, 11);
-  EXPECT_TRUE(ViewShows(model.Fill(8, 8, 4, 4, 4)));
-  EXPECT_EQ(session.NowUndoRect(), (rules::Area{8, 8, 4, 4}));
-}
-
-TEST_F(MosaicTool, AHalfBlackTileIsTheMiddleGrey) {
-  Area(8, 8, 2, 4, 1);
-  Click(10, 10);
-  Tile(24, 8, 8);
-  EXPECT_TRUE(ViewShows(model));
-}
-
-TEST_F(MosaicTool, TonesAndBoundariesCountBySteps) {
-  Area(8, 8, 4, 1, 1);
-  Area(8, 9, 4, 1, 2);
-  Area(8, 10, 4, 1, 10);
-  Area(8, 11, 4, 1, 13);
-  Click(10, 10);
-  Tile(4 * (0 + 1 + 2 + 3), 8, 8);
-  EXPECT_TRUE(ViewShows(model));
-}
-
-TEST_F(MosaicTool, LineBlackCountsAsBlack) {
-  session.DrawInkLine(8, 8, 11, 8);
-  Click(10, 10);
-  Tile(36, 8, 8);
-  EXPECT_TRUE(ViewShows(model));
-}
-
-TEST_F(MosaicTool, ADragTreatsEveryTileOnItsOwn) {
-  Area(8, 8, 4, 4, 1);
-  Area(12, 8, 2, 4, 1);
-  session.Command(kToolMosaic).Press(9, 10).Release(17, 13);
-  Tile(0, 8, 8);
-  Tile(24, 12, 8);
-  Tile(48, 16, 8);
-  EXPECT_TRUE(ViewShows(model.Fill(8, 12, 12, 4, 4)));
-  EXPECT_EQ(session.NowUndoRect(), (rules::Area{8, 8, 12, 8}));
+ScriptSession Click(int x, int y) {
+  return Do().Command(kToolMosaic).LeftClick(x, y);
 }
 
 TEST_F(MosaicTool, RightClicksAddFourAndWrap) {
@@ -66,66 +22,42 @@ TEST_F(MosaicTool, RightClicksAddFourAndWrap) {
   }
 }
 
-TEST_F(MosaicTool, ALargerTileIsOneAverage) {
-  Area(8, 8, 4, 8, 1);
-  session.Command(kToolMosaic).RightClick(20, 20).LeftClick(10, 10);
-  Tile(24, 8, 8, 8);
-  EXPECT_TRUE(ViewShows(model));
-}
-
 const Rules<MosaicTool, "MosaicTool"> kMosaicToolRules = {
+    {"TonesAndBoundariesCountBySteps", Filled{8, 8, 4, 1, 1}, Filled{8, 9, 4, 1, 2}, Filled{8, 10, 4, 1, 10},
+     Filled{8, 11, 4, 1, 13}, Click(10, 10), Ink().FillWith(ModelPenOfLevel(4 * (0 + 1 + 2 + 3)), 8, 8, 4, 4)},
+    {"AClickTreatsOneTileAndWritesWhite", Click(10, 11), Ink().Fill(8, 8, 4, 4, 4),
+     Has("cut/undoRect", Area{8, 8, 4, 4})},
+    {"AHalfBlackTileIsTheMiddleGrey", Filled{8, 8, 2, 4, 1}, Click(10, 10),
+     Ink().FillWith(ModelPenOfLevel(24), 8, 8, 4, 4)},
+    {"LineBlackCountsAsBlack", Do().DrawInkLine(8, 8, 11, 8), Click(10, 10),
+     Ink().FillWith(ModelPenOfLevel(36), 8, 8, 4, 4)},
+    {"ADragTreatsEveryTileOnItsOwn", Filled{8, 8, 4, 4, 1}, Filled{12, 8, 2, 4, 1},
+     Do().Command(kToolMosaic).Press(9, 10).Release(17, 13),
+     Ink()
+         .FillWith(ModelPenOfLevel(0), 8, 8, 4, 4)
+         .FillWith(ModelPenOfLevel(24), 12, 8, 4, 4)
+         .FillWith(ModelPenOfLevel(48), 16, 8, 4, 4)
+         .Fill(8, 12, 12, 4, 4),
+     Has("cut/undoRect", Area{8, 8, 12, 8})},
+    {"ALargerTileIsOneAverage", Filled{8, 8, 4, 8, 1}, Do().Command(kToolMosaic).RightClick(20, 20).LeftClick(10, 10),
+     Ink().FillWith(ModelPenOfLevel(24), 8, 8, 8, 8)},
     {"ARightClickDuringADragKeepsTheSize", Do().Command(kToolMosaic).Press(8, 8).RightRelease(8, 8).Release(8, 8),
-     Has("cut/undoRect", rules::Area{8, 8, 4, 4})},
+     Has("cut/undoRect", Area{8, 8, 4, 4})},
     {"AReleaseAboveOrLeftOfTheStartKeepsTheDrag", Do().Command(kToolMosaic).Press(20, 20).Release(8, 24).Release(24, 8),
      Ink(), Do().Release(24, 20), Ink().Fill(20, 20, 8, 4, 4)},
     {"AReleaseWithoutAPressDoesNothing", Do().Command(kToolMosaic).Release(20, 20), Ink()},
+    {"UndoTakesTheMosaicBack", Filled{8, 8, 3, 3, 1}, Click(10, 10), Do().Command(kCommandUndo), Ink()},
+    {"TheLayersBelowComeIntoTheTile", Filled{8, 8, 2, 4, 1}, Do().AddLayer("B", 64, 48), Click(10, 10),
+     Do().Command(kCommandCurrentCellOnly), OnEmpty().FillWith(ModelPenOfLevel(24), 8, 8, 4, 4)},
+    {"TheLayersAboveStayOut", Do().AddLayer("B", 64, 48).FillArea(8, 8, 4, 4, 1).Select(kLayerList, {0}), Click(10, 10),
+     Do().Command(kCommandCurrentCellOnly), OnEmpty().Fill(8, 8, 4, 4, 4)},
+    {"DisplaySwitchesDoNotComeIntoTheTile", Filled{8, 8, 2, 4, 1},
+     Do().AddLayer("B", 64, 48).Command(kCommandDimOthers), Click(10, 10),
+     Do().Commands({kCommandDimOthers, kCommandCurrentCellOnly}), OnEmpty().FillWith(ModelPenOfLevel(24), 8, 8, 4, 4)},
+    {"ALayerElsewhereGetsTheTileUnderTheMouse", Filled{20, 20, 8, 8, 1},
+     Do().Command(kToolLayerPosition).LeftDrag(10, 10, 11, 12), Click(21, 22), OnEmpty().Fill(21, 22, 8, 8, 1),
+     Has("cut/undoRect", Area{20, 20, 4, 4})},
 };
-
-TEST_F(MosaicTool, UndoTakesTheMosaicBack) {
-  Area(8, 8, 3, 3, 1);
-  Click(10, 10);
-  session.Command(kCommandUndo);
-  EXPECT_TRUE(ViewShows(model));
-}
-
-TEST_F(MosaicTool, TheLayersBelowComeIntoTheTile) {
-  Area(8, 8, 2, 4, 1);
-  session.AddLayer("B", 64, 48);
-  Click(10, 10);
-  session.Command(kCommandCurrentCellOnly);
-  InkModel upper;
-  upper.FillWith(ModelPenOfLevel(24), 8, 8, 4, 4);
-  EXPECT_TRUE(ViewShows(upper));
-}
-
-TEST_F(MosaicTool, TheLayersAboveStayOut) {
-  session.AddLayer("B", 64, 48).FillArea(8, 8, 4, 4, 1).Select(kLayerList, {0});
-  Click(10, 10);
-  session.Command(kCommandCurrentCellOnly);
-  InkModel lower;
-  lower.Fill(8, 8, 4, 4, 4);
-  EXPECT_TRUE(ViewShows(lower));
-}
-
-TEST_F(MosaicTool, DisplaySwitchesDoNotComeIntoTheTile) {
-  Area(8, 8, 2, 4, 1);
-  session.AddLayer("B", 64, 48).Command(kCommandDimOthers);
-  Click(10, 10);
-  session.Command(kCommandDimOthers).Command(kCommandCurrentCellOnly);
-  InkModel upper;
-  upper.FillWith(ModelPenOfLevel(24), 8, 8, 4, 4);
-  EXPECT_TRUE(ViewShows(upper));
-}
-
-TEST_F(MosaicTool, ALayerElsewhereGetsTheTileUnderTheMouse) {
-  Area(20, 20, 8, 8, 1);
-  session.Command(kToolLayerPosition).LeftDrag(10, 10, 11, 12);
-  Click(21, 22);
-  InkModel moved;
-  moved.Fill(21, 22, 8, 8, 1);
-  EXPECT_TRUE(ViewShows(moved));
-  EXPECT_EQ(session.NowUndoRect(), (rules::Area{20, 20, 4, 4}));
-}
 
 TEST(MosaicAtTheEdge, ATileOfLessThanSixteenPixelsStaysAsItIsComposed) {
   DrawingSession session({.width = 62, .height = 48});

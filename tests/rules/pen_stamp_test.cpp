@@ -3,14 +3,16 @@
 #include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
+#include "rules/rule_table.h"
 #include "support/ink_rules.h"
 
 namespace rules {
 namespace {
 
-void PickShape(DrawingSession& session, int shape) {
+template <typename Session>
+ScriptSession& PickShape(Session&& session, int shape) {
   if (shape < 7) session.Command(kCommandSquarePen);
-  session.PickSize(shape < 7 ? 7 - shape : shape - 7);
+  return session.PickSize(shape < 7 ? 7 - shape : shape - 7);
 }
 
 class PenShape : public DrawingTest, public testing::WithParamInterface<int> {};
@@ -28,31 +30,16 @@ TEST_P(PenShape, StampsItsRowsAroundThePoint) {
 
 INSTANTIATE_TEST_SUITE_P(All, PenShape, testing::Range(0, 15));
 
-using PenStamp = DrawingTest;
-
-TEST_F(PenStamp, TheFinestPenSetsThePointAlone) {
-  session.Press(10, 10);
-  EXPECT_TRUE(ViewShows(model.Set(10, 10, 1)));
-}
-
-TEST_F(PenStamp, TheLargestSquareCoversFourToTheLeftAndThreeToTheRight) {
-  PickShape(session, 0);
-  session.Press(10, 10);
-  EXPECT_TRUE(ViewShows(model.Fill(6, 6, 8, 8, 1)));
-}
-
-TEST_F(PenStamp, NearACornerOnlyThePixelsInsideAreSet) {
-  PickShape(session, 0);
-  session.LeftClick(1, 2).LeftClick(62, 46);
-  EXPECT_TRUE(ViewShows(model.Fill(0, 0, 5, 6, 8).Fill(58, 42, 6, 6, 8)));
-}
-
-TEST_F(PenStamp, AMaskHoldsOverTheWholeWidthOfThePen) {
-  session.FillArea(20, 18, 2, 9, 3).FillArea(22, 18, 2, 9, 2).Mask({3});
-  PickShape(session, 0);
-  session.Press(22, 22);
-  EXPECT_TRUE(ViewShows(model.Fill(20, 18, 2, 9, 3).Fill(22, 18, 2, 9, 2).Fill(18, 18, 8, 8, 1).Fill(20, 18, 2, 9, 3)));
-}
+const Rules<DrawingTest, "PenStamp"> kPenStampRules = {
+    {"TheFinestPenSetsThePointAlone", Do().Press(10, 10), Ink().Set(10, 10, 1)},
+    {"TheLargestSquareCoversFourToTheLeftAndThreeToTheRight", PickShape(Do(), 0).Press(10, 10),
+     Ink().Fill(6, 6, 8, 8, 1)},
+    {"NearACornerOnlyThePixelsInsideAreSet", PickShape(Do(), 0).LeftClick(1, 2).LeftClick(62, 46),
+     Ink().Fill(0, 0, 5, 6, 8).Fill(58, 42, 6, 6, 8)},
+    {"AMaskHoldsOverTheWholeWidthOfThePen", Do().FillArea(20, 18, 2, 9, 3).FillArea(22, 18, 2, 9, 2).Mask({3}),
+     PickShape(Do(), 0).Press(22, 22),
+     Ink().Fill(20, 18, 2, 9, 3).Fill(22, 18, 2, 9, 2).Fill(18, 18, 8, 8, 1).Fill(20, 18, 2, 9, 3)},
+};
 
 class PenTone : public testing::TestWithParam<int> {
  protected:

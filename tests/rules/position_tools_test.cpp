@@ -10,11 +10,14 @@
 namespace rules {
 namespace {
 
-using Json = nlohmann::json;
-using Place = std::pair<int, int>;
+// A frame behind the current one, which becomes current, at this place.
+ScriptSession AddFrameAt(int x, int y) {
+  return Do().Command(kCommandAddFrame).LeftClick(1, 1, "ctrl").LeftDrag(16, 12, x, y);
+}
 
-Place PlaceOf(const Json& item) {
-  return {item["x"].get<int>(), item["y"].get<int>()};
+// The same with the record moved to this place.
+ScriptSession AddRecordAt(int x, int y) {
+  return Do().Command(kCommandAddFrame).LeftClick(1, 1, "ctrl").LeftDrag(0, 0, x, y);
 }
 
 struct FramePosition : DrawingTest {
@@ -22,72 +25,6 @@ struct FramePosition : DrawingTest {
     session.Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "32"}, {kFrameHeightEdit, "24"}}).Command(kCommandFrameSize);
     session.Command(kToolFramePosition);
   }
-  // A frame behind the current one, which becomes current, at this place.
-  void AddFrameAt(int x, int y) {
-    session.Command(kCommandAddFrame).LeftClick(1, 1, "ctrl");
-    session.LeftDrag(16, 12, x, y);
-  }
-  Place Now() { return PlaceOf(session.Frame()); }
-};
-
-TEST_F(FramePosition, ARightClickTakesThePreviousFramesPlace) {
-  session.LeftDrag(0, 0, 4, 6);
-  AddFrameAt(10, 20);
-  EXPECT_EQ(Now(), (Place{10, 20}));
-  session.RightClick(1, 1);
-  EXPECT_EQ(Now(), (Place{4, 6}));
-}
-
-TEST_F(FramePosition, BeforeTheFirstFrameComesTheLast) {
-  session.LeftDrag(0, 0, 4, 6);
-  AddFrameAt(10, 20);
-  AddFrameAt(30, 8);
-  session.Command(kCommandFirstFrame).RightClick(1, 1);
-  EXPECT_EQ(Now(), (Place{30, 8}));
-}
-
-TEST_F(FramePosition, CtrlAndRightClickTakeTheMiddleOfTheNeighbours) {
-  session.LeftDrag(0, 0, 4, 6);
-  AddFrameAt(10, 20);
-  AddFrameAt(31, 8);
-  session.Command(kCommandPreviousFrame).RightClick(1, 1, "ctrl");
-  EXPECT_EQ(Now(), (Place{17, 7}));
-}
-
-TEST_F(FramePosition, TheNeighboursWrapAtBothEnds) {
-  session.LeftDrag(0, 0, 4, 6);
-  AddFrameAt(10, 20);
-  AddFrameAt(30, 8);
-  session.RightClick(1, 1, "ctrl");
-  EXPECT_EQ(Now(), (Place{7, 13}));
-  session.Command(kCommandFirstFrame).RightClick(1, 1, "ctrl");
-  EXPECT_EQ(Now(), (Place{8, 16}));
-}
-
-TEST_F(FramePosition, ARightClickDuringADragCopiesNothing) {
-  AddFrameAt(10, 20);
-  session.Press(10, 10).RightRelease(20, 20);
-  EXPECT_EQ(Now(), (Place{10, 20}));
-}
-
-const Rules<FramePosition, "FramePosition"> kFramePositionRules = {
-    {"ADragMovesTheFrame", Do().LeftDrag(10, 10, 15, 13), Has("cut/frame/x", 5, "cut/frame/y", 3)},
-    {"TheReleaseGivesTheWay", Do().Press(10, 10).Move(40, 40), Has("cut/frame/x", 0, "cut/frame/y", 0),
-     Do().Release(4, 12), Has("cut/frame/x", -6, "cut/frame/y", 2)},
-    {"DragsAddUp", Do().LeftDrag(10, 10, 15, 13).LeftDrag(10, 10, 8, 11), Has("cut/frame/x", 3, "cut/frame/y", 4)},
-    {"AReleaseWithoutAPressMovesNothing", Do().LeftDrag(10, 10, 15, 13).Release(30, 30),
-     Has("cut/frame/x", 5, "cut/frame/y", 3)},
-    {"CtrlCentresTheFrame", Do().LeftClick(3, 3, "ctrl"), Has("cut/frame/x", 16, "cut/frame/y", 12)},
-    {"CtrlAtTheReleaseOfADragCentresTheFrame", Do().Press(10, 10).Move(20, 20).Release(20, 20, "ctrl"),
-     Has("cut/frame/x", 16, "cut/frame/y", 12), Do().Release(40, 40), Has("cut/frame/x", 16, "cut/frame/y", 12)},
-    {"ARightClickOnTheOnlyFrameChangesNothing", Do().LeftDrag(10, 10, 15, 13).RightClick(1, 1),
-     Has("cut/frame/x", 5, "cut/frame/y", 3), Do().RightClick(1, 1, "ctrl"), Has("cut/frame/x", 5, "cut/frame/y", 3)},
-    {"ARightClickCancelsTheDrag", Do().Press(10, 10).Move(20, 20).RightRelease(20, 20).Release(30, 30),
-     Has("cut/frame/x", 0, "cut/frame/y", 0)},
-    {"ADragMovesByTheGrid", Do().Grid(8, 8).LeftDrag(3, 5, 13, 20), Has("cut/frame/x", 16, "cut/frame/y", 8)},
-    {"ABlankRecordStopsTheTool", Do().Command(kCommandBlankCell).LeftDrag(10, 10, 15, 13).LeftClick(3, 3, "ctrl"),
-     Has("cut/frame/x", 0, "cut/frame/y", 0)},
-    {"PositionsAreUnsigned", Do().LeftDrag(10, 10, -3, 12), Has("cut/frame/x", 65533 - 10, "cut/frame/y", 2)},
 };
 
 TEST_F(FramePosition, APulseShowsTheBoxOnABlankRecordToo) {
@@ -128,90 +65,73 @@ TEST_P(PositionBox, FollowsTheDragAndIsTakenAwayByACancel) {
 
 INSTANTIATE_TEST_SUITE_P(All, PositionBox, testing::Values(kToolFramePosition, kToolLayerPosition));
 
-TEST_F(FramePosition, NoPixelOfTheCellChanges) {
-  session.LeftDrag(10, 10, 15, 13);
-  EXPECT_TRUE(ViewShows(InkModel()));
-}
+const Rules<FramePosition, "FramePosition"> kFramePositionRules = {
+    {"ARightClickTakesThePreviousFramesPlace", Do().LeftDrag(0, 0, 4, 6), AddFrameAt(10, 20),
+     Has("cut/frame/x,y", "10 20"), Do().RightClick(1, 1), Has("cut/frame/x,y", "4 6")},
+    {"BeforeTheFirstFrameComesTheLast", Do().LeftDrag(0, 0, 4, 6), AddFrameAt(10, 20), AddFrameAt(30, 8),
+     Do().Command(kCommandFirstFrame).RightClick(1, 1), Has("cut/frame/x,y", "30 8")},
+    {"CtrlAndRightClickTakeTheMiddleOfTheNeighbours", Do().LeftDrag(0, 0, 4, 6), AddFrameAt(10, 20), AddFrameAt(31, 8),
+     Do().Command(kCommandPreviousFrame).RightClick(1, 1, "ctrl"), Has("cut/frame/x,y", "17 7")},
+    {"TheNeighboursWrapAtBothEnds", Do().LeftDrag(0, 0, 4, 6), AddFrameAt(10, 20), AddFrameAt(30, 8),
+     Do().RightClick(1, 1, "ctrl"), Has("cut/frame/x,y", "7 13"),
+     Do().Command(kCommandFirstFrame).RightClick(1, 1, "ctrl"), Has("cut/frame/x,y", "8 16")},
+    {"ARightClickDuringADragCopiesNothing", AddFrameAt(10, 20), Do().Press(10, 10).RightRelease(20, 20),
+     Has("cut/frame/x,y", "10 20")},
+    {"ADragMovesTheFrame", Do().LeftDrag(10, 10, 15, 13), Has("cut/frame/x,y", "5 3")},
+    {"TheReleaseGivesTheWay", Do().Press(10, 10).Move(40, 40), Has("cut/frame/x,y", "0 0"), Do().Release(4, 12),
+     Has("cut/frame/x,y", "-6 2")},
+    {"DragsAddUp", Do().LeftDrag(10, 10, 15, 13).LeftDrag(10, 10, 8, 11), Has("cut/frame/x,y", "3 4")},
+    {"AReleaseWithoutAPressMovesNothing", Do().LeftDrag(10, 10, 15, 13).Release(30, 30), Has("cut/frame/x,y", "5 3")},
+    {"CtrlCentresTheFrame", Do().LeftClick(3, 3, "ctrl"), Has("cut/frame/x,y", "16 12")},
+    {"CtrlAtTheReleaseOfADragCentresTheFrame", Do().Press(10, 10).Move(20, 20).Release(20, 20, "ctrl"),
+     Has("cut/frame/x,y", "16 12"), Do().Release(40, 40), Has("cut/frame/x,y", "16 12")},
+    {"ARightClickOnTheOnlyFrameChangesNothing", Do().LeftDrag(10, 10, 15, 13).RightClick(1, 1),
+     Has("cut/frame/x,y", "5 3"), Do().RightClick(1, 1, "ctrl"), Has("cut/frame/x,y", "5 3")},
+    {"ARightClickCancelsTheDrag", Do().Press(10, 10).Move(20, 20).RightRelease(20, 20).Release(30, 30),
+     Has("cut/frame/x,y", "0 0")},
+    {"ADragMovesByTheGrid", Do().Grid(8, 8).LeftDrag(3, 5, 13, 20), Has("cut/frame/x,y", "16 8")},
+    {"ABlankRecordStopsTheTool", Do().Command(kCommandBlankCell).LeftDrag(10, 10, 15, 13).LeftClick(3, 3, "ctrl"),
+     Has("cut/frame/x,y", "0 0")},
+    {"PositionsAreUnsigned", Do().LeftDrag(10, 10, -3, 12), Has("cut/frame/x", 65533 - 10, "cut/frame/y", 2)},
+    {"NoPixelOfTheCellChanges", Do().LeftDrag(10, 10, 15, 13), OnEmpty()},
+};
 
 struct LayerPosition : DrawingTest {
   LayerPosition() { session.Command(kToolLayerPosition); }
-  Place Now() { return PlaceOf(session.CurrentRecord()); }
-  // A frame behind the current one, which becomes current, with the record moved to this place.
-  void AddFrameAt(int x, int y) {
-    session.Command(kCommandAddFrame).LeftClick(1, 1, "ctrl");
-    session.LeftDrag(0, 0, x, y);
-  }
 };
 
-TEST_F(LayerPosition, OtherFramesKeepTheirPlace) {
-  AddFrameAt(10, 20);
-  session.Command(kCommandPreviousFrame);
-  EXPECT_EQ(Now(), (Place{0, 0}));
-}
-
-TEST_F(LayerPosition, ARightClickTakesThePreviousFramesPlace) {
-  session.LeftDrag(0, 0, 4, 6);
-  AddFrameAt(10, 20);
-  session.RightClick(1, 1);
-  EXPECT_EQ(Now(), (Place{4, 6}));
-}
-
-TEST_F(LayerPosition, BeforeTheFirstFrameComesTheLast) {
-  session.LeftDrag(0, 0, 4, 6);
-  AddFrameAt(10, 20);
-  AddFrameAt(30, 8);
-  session.Command(kCommandFirstFrame).RightClick(1, 1);
-  EXPECT_EQ(Now(), (Place{30, 8}));
-}
-
-TEST_F(LayerPosition, CtrlAndRightClickTakeTheMiddleOfTheNeighbours) {
-  session.LeftDrag(0, 0, 4, 6);
-  AddFrameAt(10, 20);
-  AddFrameAt(31, 8);
-  session.Command(kCommandPreviousFrame).RightClick(1, 1, "ctrl");
-  EXPECT_EQ(Now(), (Place{17, 7}));
-}
-
-TEST_F(LayerPosition, AtTheFirstFrameItsOwnPlaceStandsForThePreviousOne) {
-  session.LeftDrag(0, 0, 4, 6);
-  AddFrameAt(10, 20);
-  AddFrameAt(30, 8);
-  session.Command(kCommandFirstFrame).RightClick(1, 1, "ctrl");
-  EXPECT_EQ(Now(), (Place{7, 13}));
-}
-
-TEST_F(LayerPosition, AtTheLastFrameThePreviousPlaceStandsForTheNextOne) {
-  session.LeftDrag(0, 0, 4, 6);
-  AddFrameAt(10, 20);
-  AddFrameAt(30, 8);
-  session.RightClick(1, 1, "ctrl");
-  EXPECT_EQ(Now(), (Place{10, 20}));
-}
-
 const Rules<LayerPosition, "LayerPosition"> kLayerPositionRules = {
-    {"ADragMovesTheRecord", Do().LeftDrag(10, 10, 15, 13), Has("cut/frame/record/x", 5, "cut/frame/record/y", 3)},
+    {"TheCurrentRecordMovesAlone", Do().AddLayer("B", 64, 48).LeftDrag(10, 10, 15, 13),
+     Has("cut/frame/records/0/x,y", "0 0", "cut/frame/records/1/x,y", "5 3")},
+    {"OtherFramesKeepTheirPlace", AddRecordAt(10, 20), Do().Command(kCommandPreviousFrame),
+     Has("cut/frame/record/x,y", "0 0")},
+    {"ARightClickTakesThePreviousFramesPlace", Do().LeftDrag(0, 0, 4, 6), AddRecordAt(10, 20), Do().RightClick(1, 1),
+     Has("cut/frame/record/x,y", "4 6")},
+    {"BeforeTheFirstFrameComesTheLast", Do().LeftDrag(0, 0, 4, 6), AddRecordAt(10, 20), AddRecordAt(30, 8),
+     Do().Command(kCommandFirstFrame).RightClick(1, 1), Has("cut/frame/record/x,y", "30 8")},
+    {"CtrlAndRightClickTakeTheMiddleOfTheNeighbours", Do().LeftDrag(0, 0, 4, 6), AddRecordAt(10, 20),
+     AddRecordAt(31, 8), Do().Command(kCommandPreviousFrame).RightClick(1, 1, "ctrl"),
+     Has("cut/frame/record/x,y", "17 7")},
+    {"AtTheFirstFrameItsOwnPlaceStandsForThePreviousOne", Do().LeftDrag(0, 0, 4, 6), AddRecordAt(10, 20),
+     AddRecordAt(30, 8), Do().Command(kCommandFirstFrame).RightClick(1, 1, "ctrl"),
+     Has("cut/frame/record/x,y", "7 13")},
+    {"AtTheLastFrameThePreviousPlaceStandsForTheNextOne", Do().LeftDrag(0, 0, 4, 6), AddRecordAt(10, 20),
+     AddRecordAt(30, 8), Do().RightClick(1, 1, "ctrl"), Has("cut/frame/record/x,y", "10 20")},
+    {"ADragMovesTheRecord", Do().LeftDrag(10, 10, 15, 13), Has("cut/frame/record/x,y", "5 3")},
     {"TheViewFollows", Do().FillArea(10, 10, 5, 5, 2).Command(kToolLayerPosition).LeftDrag(10, 10, 30, 13),
      Ink().Fill(30, 13, 5, 5, 2)},
     {"AReleaseWithoutAPressMovesNothing", Do().LeftDrag(10, 10, 15, 13).Release(30, 30),
-     Has("cut/frame/record/x", 5, "cut/frame/record/y", 3)},
+     Has("cut/frame/record/x,y", "5 3")},
     {"CtrlSetsTheRecordToTheOrigin", Do().LeftDrag(10, 10, 15, 13).LeftClick(3, 3, "ctrl"),
-     Has("cut/frame/record/x", 0, "cut/frame/record/y", 0)},
+     Has("cut/frame/record/x,y", "0 0")},
     {"CtrlAtTheReleaseOfADragEndsIt", Do().Press(10, 10).Release(20, 20, "ctrl").Release(30, 30),
-     Has("cut/frame/record/x", 0, "cut/frame/record/y", 0)},
+     Has("cut/frame/record/x,y", "0 0")},
     {"ARightClickCancelsTheDrag", Do().Press(10, 10).Move(20, 20).RightRelease(20, 20).Release(30, 30),
-     Has("cut/frame/record/x", 0, "cut/frame/record/y", 0)},
-    {"ADragMovesByTheGrid", Do().Grid(8, 8).LeftDrag(3, 5, 13, 20),
-     Has("cut/frame/record/x", 16, "cut/frame/record/y", 8)},
+     Has("cut/frame/record/x,y", "0 0")},
+    {"ADragMovesByTheGrid", Do().Grid(8, 8).LeftDrag(3, 5, 13, 20), Has("cut/frame/record/x,y", "16 8")},
     {"ABlankRecordMovesAllTheSame", Do().Command(kCommandBlankCell).LeftDrag(10, 10, 15, 13),
-     Has("cut/frame/record/x", 5, "cut/frame/record/y", 3)},
+     Has("cut/frame/record/x,y", "5 3")},
 };
-
-TEST_F(LayerPosition, TheCurrentRecordMovesAlone) {
-  session.AddLayer("B", 64, 48).LeftDrag(10, 10, 15, 13);
-  const Json records = session.Frame()["records"];
-  EXPECT_EQ(PlaceOf(records[0]), (Place{0, 0}));
-  EXPECT_EQ(PlaceOf(records[1]), (Place{5, 3}));
-}
 
 // Three frames of which the first lacks the record; the middle one is current.
 struct MissingRecord : SessionTest {
@@ -226,17 +146,11 @@ struct MissingRecord : SessionTest {
     session.Line("client 64 48").OpenCut("missing.cut", file);
     session.Command(kCommandPreviousFrame).Command(kToolLayerPosition);
   }
-  Place Now() {
-    const int state = session.State();
-    session.Run();
-    return PlaceOf(session.CurrentRecord(state));
-  }
 };
 
 const Rules<MissingRecord, "MissingRecord"> kMissingRecordRules = {
-    {"CountsAsTheOriginForTheMiddle", Do().RightClick(1, 1, "ctrl"),
-     Has("cut/frame/record/x", 15, "cut/frame/record/y", 4)},
-    {"IsNotCopied", Do().RightClick(1, 1), Has("cut/frame/record/x", 10, "cut/frame/record/y", 20)},
+    {"CountsAsTheOriginForTheMiddle", Do().RightClick(1, 1, "ctrl"), Has("cut/frame/record/x,y", "15 4")},
+    {"IsNotCopied", Do().RightClick(1, 1), Has("cut/frame/record/x,y", "10 20")},
 };
 
 // The layer follows the frame, which stands at 16, 12.
@@ -249,28 +163,18 @@ struct FollowingLayer : LayerPosition {
   }
 };
 
-TEST_F(FollowingLayer, ADragMovesTheRawPosition) {
-  session.LeftDrag(10, 10, 15, 13);
-  EXPECT_EQ(Now(), (Place{5, 3}));
-}
-
-TEST_F(FollowingLayer, CtrlSetsTheResolvedPosition) {
-  session.LeftClick(3, 3, "ctrl");
-  EXPECT_EQ(Now(), (Place{-16, -12}));
-}
-
-TEST_F(FollowingLayer, ARightClickCopiesTheRawPosition) {
-  session.LeftDrag(0, 0, 4, 6).Command(kCommandAddFrame).LeftDrag(0, 0, 10, 10).Command(kToolFramePosition);
-  session.LeftDrag(0, 0, 7, 9).Command(kToolLayerPosition).RightClick(1, 1);
-  EXPECT_EQ(Now(), (Place{4, 6}));
-}
-
-TEST_F(FollowingLayer, TheMiddleIsTakenOfResolvedPositions) {
-  session.LeftDrag(0, 0, 4, 6).Command(kCommandAddFrame).Command(kCommandAddFrame).Command(kToolFramePosition);
-  session.LeftDrag(0, 0, 10, 20).Command(kToolLayerPosition).Command(kCommandPreviousFrame).RightClick(1, 1, "ctrl");
-  // The resolved places of the neighbours are 20, 18 and 30, 38.
-  EXPECT_EQ(Now(), (Place{9, 16}));
-}
+const Rules<FollowingLayer, "FollowingLayer"> kFollowingLayerRules = {
+    {"ADragMovesTheRawPosition", Do().LeftDrag(10, 10, 15, 13), Has("cut/frame/record/x,y", "5 3")},
+    {"CtrlSetsTheResolvedPosition", Do().LeftClick(3, 3, "ctrl"), Has("cut/frame/record/x,y", "-16 -12")},
+    {"ARightClickCopiesTheRawPosition",
+     Do().LeftDrag(0, 0, 4, 6).Command(kCommandAddFrame).LeftDrag(0, 0, 10, 10).Command(kToolFramePosition),
+     Do().LeftDrag(0, 0, 7, 9).Command(kToolLayerPosition).RightClick(1, 1), Has("cut/frame/record/x,y", "4 6")},
+    {"TheMiddleIsTakenOfResolvedPositions",
+     Do().LeftDrag(0, 0, 4, 6).Commands({kCommandAddFrame, kCommandAddFrame, kToolFramePosition}),
+     Do().LeftDrag(0, 0, 10, 20).Command(kToolLayerPosition).Command(kCommandPreviousFrame).RightClick(1, 1, "ctrl"),
+     // The resolved places of the neighbours are 20, 18 and 30, 38.
+     Has("cut/frame/record/x,y", "9 16")},
+};
 
 // A cut that has just been compiled: all marks are gone.
 struct MarksOfPositions : DrawingTest {
@@ -279,40 +183,16 @@ struct MarksOfPositions : DrawingTest {
     session.Command(kToolFramePosition).SaveCutAs("marks.cut");
     session.Command(kCommandPlay).Command(kCommandStop);
   }
-  void ExpectTimingMark() {
-    const Json cut = session.Cut();
-    EXPECT_EQ(cut["modified"], true);
-    EXPECT_EQ(cut["timingStale"], true);
-    EXPECT_EQ(cut["imagesStale"], false);
-  }
 };
 
-TEST_F(MarksOfPositions, AFrameDragMarksTheTiming) {
-  session.LeftDrag(10, 10, 15, 13);
-  ExpectTimingMark();
-}
-
-TEST_F(MarksOfPositions, CentringTheFrameMarksTheTiming) {
-  session.LeftClick(10, 10, "ctrl");
-  ExpectTimingMark();
-}
-
-TEST_F(MarksOfPositions, CopyingAFramePlaceMarksTheTiming) {
-  session.RightClick(10, 10);
-  ExpectTimingMark();
-}
-
-TEST_F(MarksOfPositions, ALayerDragMarksTheTiming) {
-  session.Command(kToolLayerPosition).LeftDrag(10, 10, 15, 13);
-  ExpectTimingMark();
-}
-
-TEST_F(MarksOfPositions, ALayerSetToTheOriginMarksTheTiming) {
-  session.Command(kToolLayerPosition).LeftClick(10, 10, "ctrl");
-  ExpectTimingMark();
-}
-
 const Rules<MarksOfPositions, "MarksOfPositions"> kMarksOfPositionsRules = {
+    {"AFrameDragMarksTheTiming", Do().LeftDrag(10, 10, 15, 13), Has("cut/marks", "modified timingStale")},
+    {"CentringTheFrameMarksTheTiming", Do().LeftClick(10, 10, "ctrl"), Has("cut/marks", "modified timingStale")},
+    {"CopyingAFramePlaceMarksTheTiming", Do().RightClick(10, 10), Has("cut/marks", "modified timingStale")},
+    {"ALayerDragMarksTheTiming", Do().Command(kToolLayerPosition).LeftDrag(10, 10, 15, 13),
+     Has("cut/marks", "modified timingStale")},
+    {"ALayerSetToTheOriginMarksTheTiming", Do().Command(kToolLayerPosition).LeftClick(10, 10, "ctrl"),
+     Has("cut/marks", "modified timingStale")},
     {"CompilingClearsThem", Has("cut/modified", false, "cut/timingStale", false, "cut/imagesStale", false)},
     {"ACancelledDragMarksNothing", Do().Press(10, 10).RightRelease(20, 20), Has("cut/modified", false)},
 };

@@ -64,10 +64,10 @@ INSTANTIATE_TEST_SUITE_P(Routing, Tool,
 
 using SelectTool = SessionTest;
 
-TEST_F(SelectTool, CurrentToolAgainKeepsThePreviousOne) {
-  session.Command(kToolEraser).Command(kToolLine).Command(kToolLine);
-  EXPECT_TRUE(Holds(session, "frame/currentTool", kToolLine, "frame/previousTool", kToolEraser));
-}
+const Rules<SessionTest, "SelectTool"> kSelectToolRules = {
+    {"CurrentToolAgainKeepsThePreviousOne", Do().Command(kToolEraser).Command(kToolLine).Command(kToolLine),
+     Has("frame/currentTool", kToolLine, "frame/previousTool", kToolEraser)},
+};
 
 TEST_F(SelectTool, CurrentToolAgainSendsNoPulseSoThatASelectionStays) {
   session.NewCut().Command(kToolAreaSelect).LeftDrag(306, 230, 316, 240);
@@ -141,13 +141,6 @@ TEST(Routing, ExplanationAndVersionAreBoxesWithoutAQuestion) {
 
 using CheckMarks = SessionTest;
 
-const Rules<SessionTest, "CheckMarks"> kCheckMarksRules = {
-    {"WithoutACutOnlyToolAndBarsAreChecked",
-     Has("frame/checked", std::vector<int>{kToolFreePen, kCommandStatusBar, kCommandToolBar})},
-    {"OfANewCutHaveTheCornerRemovalToo", Do().OpenCut("a.cut", OneRecord()),
-     Has("frame/checked", std::vector<int>{kToolFreePen, kCommandStatusBar, kCommandToolBar, kCommandMuraRemoval})},
-};
-
 class SwitchOfTheCut : public SessionTest, public testing::WithParamInterface<int> {};
 
 TEST_P(SwitchOfTheCut, FlipsItsCheckMark) {
@@ -167,35 +160,6 @@ INSTANTIATE_TEST_SUITE_P(Routing, SwitchOfTheCut,
                                          kCommandBlankCell, kCommandDimOthers, kCommandMuraRemoval,
                                          kCommandLineEmphasis, kCommandSquarePen));
 
-TEST_F(CheckMarks, BarsFollowTheirBits) {
-  session.Command(kCommandStatusBar).Command(kCommandToolBar);
-  EXPECT_FALSE(IsChecked(session, kCommandStatusBar));
-  EXPECT_FALSE(IsChecked(session, kCommandToolBar));
-}
-
-TEST_F(CheckMarks, SquarePenIsMarkedWithoutACut) {
-  session.Command(kCommandSquarePen);
-  EXPECT_TRUE(IsChecked(session, kCommandSquarePen));
-}
-
-TEST_F(CheckMarks, BlankMarkFollowsTheCurrentRecord) {
-  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {0, -2}));
-  const int blank = session.State();
-  session.Command(kCommandPreviousFrame);
-  const int shown = session.State();
-  EXPECT_TRUE(IsChecked(session, kCommandBlankCell, blank));
-  EXPECT_FALSE(IsChecked(session, kCommandBlankCell, shown));
-}
-
-TEST_F(CheckMarks, FrameWithoutRecordsCountsAsNotBlank) {
-  session.OpenCut("a.cut", CutFile::Showing({1, 2}, {-1}));
-  const int blank = session.State();
-  session.OpenCut("b.cut", CutFile::WithoutLayers(1));
-  const int none = session.State();
-  EXPECT_TRUE(IsChecked(session, kCommandBlankCell, blank));
-  EXPECT_FALSE(IsChecked(session, kCommandBlankCell, none));
-}
-
 TEST_F(CheckMarks, StayAsLastWrittenWhenTheLastCutHasClosed) {
   session.OpenCut("a.cut", OneRecord()).Command(kCommandDimOthers).Command(kCommandShowPrevious);
   const int open = session.State();
@@ -205,26 +169,29 @@ TEST_F(CheckMarks, StayAsLastWrittenWhenTheLastCutHasClosed) {
   EXPECT_EQ(Checked(session, closed), Checked(session, open));
 }
 
-TEST_F(CheckMarks, AreThoseOfTheActiveCut) {
-  session.OpenCut("a.cut", OneRecord()).Command(kCommandDimOthers).OpenCut("b.cut", OneRecord());
-  const int second = session.State();
-  session.Activate(0);
-  const int first = session.State();
-  EXPECT_FALSE(IsChecked(session, kCommandDimOthers, second));
-  EXPECT_TRUE(IsChecked(session, kCommandDimOthers, first));
-}
-
-TEST_F(CheckMarks, LineEmphasisIsOfOneWindow) {
-  session.OpenCut("a.cut", OneRecord()).Command(kCommandLineEmphasis).OpenCut("b.cut", OneRecord());
-  EXPECT_FALSE(IsChecked(session, kCommandLineEmphasis));
-  EXPECT_TRUE(Holds(session, "cuts/0/lineEmphasis", true, "cuts/1/lineEmphasis", false));
-}
-
-TEST_F(CheckMarks, CornerRemovalIsOfTheWholeProgram) {
-  session.OpenCut("a.cut", OneRecord()).Command(kCommandMuraRemoval).OpenCut("b.cut", OneRecord());
-  EXPECT_FALSE(IsChecked(session, kCommandMuraRemoval));
-  EXPECT_EQ(session.NowState()["pen"]["muraRemoval"], 0);
-}
+const Rules<SessionTest, "CheckMarks"> kCheckMarksRules = {
+    {"WithoutACutOnlyToolAndBarsAreChecked",
+     Has("frame/checked", std::vector<int>{kToolFreePen, kCommandStatusBar, kCommandToolBar})},
+    {"OfANewCutHaveTheCornerRemovalToo", Do().OpenCut("a.cut", OneRecord()),
+     Has("frame/checked", std::vector<int>{kToolFreePen, kCommandStatusBar, kCommandToolBar, kCommandMuraRemoval})},
+    {"BarsFollowTheirBits", Do().Commands({kCommandStatusBar, kCommandToolBar}),
+     Has(MarkOf(kCommandStatusBar), false, MarkOf(kCommandToolBar), false)},
+    {"SquarePenIsMarkedWithoutACut", Do().Command(kCommandSquarePen), Has(MarkOf(kCommandSquarePen), true)},
+    {"BlankMarkFollowsTheCurrentRecord", Do().OpenCut("a.cut", CutFile::Showing({1, 2}, {0, -2})),
+     Has(MarkOf(kCommandBlankCell), true), Do().Command(kCommandPreviousFrame), Has(MarkOf(kCommandBlankCell), false)},
+    {"FrameWithoutRecordsCountsAsNotBlank", Do().OpenCut("a.cut", CutFile::Showing({1, 2}, {-1})),
+     Has(MarkOf(kCommandBlankCell), true), Do().OpenCut("b.cut", CutFile::WithoutLayers(1)),
+     Has(MarkOf(kCommandBlankCell), false)},
+    {"AreThoseOfTheActiveCut",
+     Do().OpenCut("a.cut", OneRecord()).Command(kCommandDimOthers).OpenCut("b.cut", OneRecord()),
+     Has(MarkOf(kCommandDimOthers), false), Do().Activate(0), Has(MarkOf(kCommandDimOthers), true)},
+    {"LineEmphasisIsOfOneWindow",
+     Do().OpenCut("a.cut", OneRecord()).Command(kCommandLineEmphasis).OpenCut("b.cut", OneRecord()),
+     Has(MarkOf(kCommandLineEmphasis), false, "cuts/0/lineEmphasis", true, "cuts/1/lineEmphasis", false)},
+    {"CornerRemovalIsOfTheWholeProgram",
+     Do().OpenCut("a.cut", OneRecord()).Command(kCommandMuraRemoval).OpenCut("b.cut", OneRecord()),
+     Has(MarkOf(kCommandMuraRemoval), false, "pen/muraRemoval", 0)},
+};
 
 struct Help {
   const char* place;
@@ -258,8 +225,6 @@ INSTANTIATE_TEST_SUITE_P(
              "チェックすると現在のフレームをキーフレームに指定します。左側の数はフレーム番号、"
              "右のカッコ内の数は実際のタイミングを示します。"}));
 
-using PanelNotifications = SessionTest;
-
 class EditThatKeepsItsText : public SessionTest, public testing::WithParamInterface<int> {};
 
 TEST_P(EditThatKeepsItsText, UntilTheNextCommit) {
@@ -270,15 +235,11 @@ TEST_P(EditThatKeepsItsText, UntilTheNextCommit) {
 
 INSTANTIATE_TEST_SUITE_P(Routing, EditThatKeepsItsText, testing::Values(kLoopEdit, kCommentEdit, kBrightnessEdit));
 
-TEST_F(PanelNotifications, SelectingALayerLineMakesItCurrent) {
-  CutFile file;
-  file.layers = {{.name = "A", .cells = {1}}, {.name = "B", .cells = {2}}};
-  file.frames.push_back({.records = {{.layer = 0}, {.layer = 1}}});
-  session.OpenCut("a.cut", file).Select(kLayerList, {0});
-  EXPECT_EQ(session.Frame()["currentRecord"], 0);
-}
-
 const Rules<SessionTest, "PanelNotifications"> kPanelNotificationsRules = {
+    {"SelectingALayerLineMakesItCurrent",
+     Do().OpenCut("a.cut", CutFile{.layers = {{.name = "A", .cells = {1}}, {.name = "B", .cells = {2}}},
+                                   .frames = {{.records = {{.layer = 0}, {.layer = 1}}}}}),
+     Do().Select(kLayerList, {0}), Has("cut/frame/currentRecord", 0)},
     {"LeavingTheFrameTimeCommitsIt", Do().OpenCut("a.cut", OneRecord()).Panel(kFrameTimeEdit, "7").Focus("cut"),
      Has("cut/frame/time", 7)},
     {"LeavingAChangedFrameTimeRefreshes",
@@ -288,15 +249,15 @@ const Rules<SessionTest, "PanelNotifications"> kPanelNotificationsRules = {
      Do().OpenCut("a.cut", OneRecord()).Panel(kLoopEdit, "12345").Panel(kFrameTimeEdit, "1").Focus("cut"),
      Has("cut/frame/loop", 1234, "panels/loop", "12345")},
     {"DoubleClickOnALayerLineOpensItsProperties",
-     Do().OpenCut("a.cut", OneRecord()).Dialog(kLayerDialog, {{kLayerNameEdit, "Renamed"}}),
-     Do().DoubleClick(kLayerList, 0), Has("cut/layers/0/name", "Renamed")},
+     Do().OpenCut("a.cut", OneRecord()).Dialog(kLayerDialog, {{kLayerNameEdit, "Renamed"}}).DoubleClick(kLayerList, 0),
+     Has("cut/layers/0/name", "Renamed")},
 };
 
-TEST(ActiveCut, IsTheOneActivatedLast) {
-  ScriptSession session;
-  session.OpenCut("a.cut", OneRecord()).OpenCut("b.cut", OneRecord()).Activate(0).Command(kCommandBlankCell);
-  EXPECT_TRUE(Holds(session, "cuts/0/frames/0/records/0/cell", -1, "cuts/1/frames/0/records/0/cell", 0));
-}
+const Rules<SessionTest, "ActiveCut"> kActiveCutRules = {
+    {"IsTheOneActivatedLast",
+     Do().OpenCut("a.cut", OneRecord()).OpenCut("b.cut", OneRecord()).Activate(0).Command(kCommandBlankCell),
+     Has("cuts/0/frames/0/records/0/cell", -1, "cuts/1/frames/0/records/0/cell", 0)},
+};
 
 struct Shortcut {
   const char* key;

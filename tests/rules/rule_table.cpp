@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <map>
 #include <sstream>
 
 #include "resources/ids.h"
@@ -22,6 +23,29 @@ constexpr PanelName panelNames[] = {{"time", kFrameTimeEdit},    {"cuts", kCutLi
                                     {"layers", kLayerList},      {"loop", kLoopEdit},
                                     {"comment", kCommentEdit},   {"brightness", kBrightnessEdit},
                                     {"keyFrame", kKeyFrameCheck}};
+
+// Places that have a name of their own.
+const std::map<std::string, std::string> namedPlaces = {
+    {"entries", "film/cuts/*/name"},      {"entries/open", "film/cuts/*/open"},
+    {"lines", "panels/cuts/lines"},       {"lines/selected", "panels/cuts/selected"},
+    {"lines/caret", "panels/cuts/caret"}, {"windows", "cuts/*/path"},
+    {"times", "cut/frames/*/time"},       {"numbers", "cut/frames/*/records/0/cell"},
+    {"cells", "cut/layers/0/cells"}};
+
+std::string Whole(const std::string& place) {
+  const auto found = namedPlaces.find(place);
+  return found == namedPlaces.end() ? place : found->second;
+}
+
+// The elements with a blank between them; an empty text is "(empty)".
+std::string Joined(const json& list) {
+  std::string text;
+  for (const json& element : list) {
+    const std::string word = element.is_string() ? element.get<std::string>() : element.dump();
+    text.append(text.empty() ? "" : " ").append(word.empty() ? "(empty)" : word);
+  }
+  return text;
+}
 
 // The value without the session's folder in its paths.
 json Shown(const ScriptSession& session, json value) {
@@ -53,9 +77,24 @@ json ValueAt(const json& value, const std::vector<std::string>& words, size_t fi
     for (const json& element : value) all.push_back(ValueAt(element, words, first + 1));
     return all;
   }
+  if (word.find(',') != std::string::npos) {
+    json all = json::array();
+    std::istringstream names(word);
+    for (std::string name; std::getline(names, name, ',');) all.push_back(ValueAt(value, {name}, 0));
+    return all;
+  }
   const json::json_pointer pointer("/" + word);
   if (!value.is_structured() || !value.contains(pointer)) return "(nothing)";
   return ValueAt(value.at(pointer), words, first + 1);
+}
+
+// The names of the layers that a frame shows, from the bottom on.
+std::string OrderOf(ScriptSession& session, size_t frame, int state) {
+  std::string names;
+  json cut = session.Cut(state);
+  json records = session.FrameAt(frame, state)["records"];
+  for (const json& record : records) names.append(TextOf(ValueAt(cut["layers"], {record["layer"].dump(), "name"}, 0)));
+  return names;
 }
 
 json ValueOf(ScriptSession& session, const std::string& place, const Asked& asked) {
@@ -75,6 +114,11 @@ json ValueOf(ScriptSession& session, const std::string& place, const Asked& aske
       if (second == panel.name) return ValueAt(PanelOf(session, std::to_string(panel.id), asked.state), words, 2);
     }
   }
+  if (head == "order") return OrderOf(session, std::stoul(second), asked.state);
+  if (head == "checked") {
+    json ids = session.StateAt(asked.state)["frame"]["checked"];
+    return std::find(ids.begin(), ids.end(), std::stoi(second)) != ids.end();
+  }
   if (head != "cut") return ValueAt(session.StateAt(asked.state), words, 0);
   if (second == "marks") return MarksOf(session, asked.state);
   if (second == "properties") return PropertiesOf(session, asked.state);
@@ -89,7 +133,8 @@ json ValueOf(ScriptSession& session, const std::string& place, const Asked& aske
 
 bool IsAbout(const Facts& facts, std::initializer_list<std::string_view> heads) {
   return std::any_of(facts.begin(), facts.end(), [heads](const auto& fact) {
-    return std::find(heads.begin(), heads.end(), fact.first.substr(0, fact.first.find('/'))) != heads.end();
+    const std::string place = Whole(fact.first);
+    return std::find(heads.begin(), heads.end(), place.substr(0, place.find('/'))) != heads.end();
   });
 }
 
@@ -99,7 +144,8 @@ Asked Ask(ScriptSession& session, const Facts& facts) {
   Asked asked;
   if (IsAbout(facts, {"pixels", "pixel"})) asked.view = session.View();
   if (IsAbout(facts, {"screen"})) asked.screen = session.Screen();
-  if (IsAbout(facts, {"cut", "cuts", "film", "frame", "panels", "pen", "player"})) asked.state = session.State();
+  if (IsAbout(facts, {"checked", "cut", "cuts", "film", "frame", "order", "panels", "pen", "player"}))
+    asked.state = session.State();
   return asked;
 }
 
@@ -108,7 +154,8 @@ testing::AssertionResult AllHold(ScriptSession& session, const Facts& facts, con
   testing::AssertionResult result = testing::AssertionFailure();
   bool hold = true;
   for (const auto& [place, expected] : facts) {
-    const json value = Shown(session, ValueOf(session, place, asked));
+    json value = Shown(session, ValueOf(session, Whole(place), asked));
+    if (value.is_array() && expected.is_string()) value = Joined(value);
     if (value == expected) continue;
     hold = false;
     const auto text = [](const json& of) { return of.dump(-1, ' ', false, json::error_handler_t::replace); };

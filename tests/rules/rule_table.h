@@ -30,7 +30,16 @@ namespace rules {
 //   settings  "settings/setup/film" is a key of the settings file after the run
 //   files     the names of the files in the session's folder after the run
 //   bytes     "bytes/a.cut" are the bytes of such a file, and "exists/a.cut" tells whether it is there
-// "*" stands for every element of a list, and a last "#" for its length. Paths in the folder are told without it.
+// and these stand for longer paths:
+//   entries   the files of the film's entries; "entries/open" tells which of them have an open cut
+//   lines     the lines of the list of cuts; "lines/selected" and "lines/caret"
+//   windows   the files of the open cuts, in the order of opening
+//   times     the times of the active cut's frames; "numbers" the cell of each frame's first record
+//   cells     the checksums of the first layer's cells
+// "checked/40077" tells whether the command of this number has a check mark, "order/0" the names of the layers of a
+// frame's records from the bottom on, without blanks. A last word may be several names with commas: their values.
+// "*" stands for every element of a list, and a last "#" for its length. Paths in the folder are told without it. A
+// list may be given as one text, its elements with a blank between them.
 using Facts = std::vector<std::pair<std::string, nlohmann::json>>;
 
 // Facts of places and values in turn.
@@ -38,10 +47,15 @@ inline Facts Has() {
   return {};
 }
 template <typename Value, typename... Rest>
-Facts Has(const char* place, const Value& value, const Rest&... rest) {
+Facts Has(const std::string& place, const Value& value, const Rest&... rest) {
   Facts facts = Has(rest...);
   facts.emplace(facts.begin(), place, value);
   return facts;
+}
+
+// The place of a command's check mark.
+inline std::string MarkOf(int command) {
+  return "checked/" + std::to_string(command);
 }
 
 // The numbers of a session's results; `kNow` where a fact needs none.
@@ -67,9 +81,14 @@ inline ScriptSession Do() {
   return {};
 }
 
-// Work on a model that is done later.
+// Work on a model that is done later, and a look at the view, which then shows the model.
 class Ink {
  public:
+  // What it is drawn into: the fixture's model, which keeps it, a copy of that, or an empty model of the same size.
+  enum class Ground { kModel, kCopy, kEmpty };
+
+  explicit Ink(Ground itsGround = Ground::kModel) : ground(itsGround) {}
+
   Ink& Set(int x, int y, int value) { return Add(&InkModel::Set, x, y, value); }
   Ink& Fill(int x, int y, int width, int height, int value) { return Add(&InkModel::Fill, x, y, width, height, value); }
   Ink& FillWith(const ModelPen& pen, int x, int y, int width, int height) {
@@ -85,8 +104,12 @@ class Ink {
   Ink& Curve(const std::array<Point, 4>& points, const ModelPen& pen = {}, unsigned mask = 0) {
     return Add(&InkModel::Curve, points, pen, mask);
   }
-  void DrawInto(InkModel& model) const {
-    for (const auto& step : steps) step(model);
+  // The model after this ink; only ink that is kept changes the fixture's.
+  InkModel On(InkModel& model) const {
+    InkModel drawn = ground == Ground::kEmpty ? InkModel(model.Width(), model.Height()) : model;
+    for (const auto& step : steps) step(drawn);
+    if (ground == Ground::kModel) model = drawn;
+    return drawn;
   }
 
  private:
@@ -96,19 +119,46 @@ class Ink {
     return *this;
   }
 
+  Ground ground;
   std::vector<std::function<void(InkModel&)>> steps;
 };
 
-// A test that is a row of a table: scripts, which follow each other after the fixture's own, and between and behind
-// them what holds there. Ink is drawn into the fixture's model, which the view then shows. All is asked in one run.
-struct Rule {
-  using Step = std::variant<ScriptSession, Facts, Ink>;
+inline Ink Once() {
+  return Ink(Ink::Ground::kCopy);
+}
+inline Ink OnEmpty() {
+  return Ink(Ink::Ground::kEmpty);
+}
 
-  template <typename... Steps>
-  Rule(const char* itsName, const Steps&... itsSteps) : name(itsName), steps{Step(itsSteps)...} {}
+// A rectangle that is filled in the drawing and in the model.
+struct Filled {
+  int x = 0;
+  int y = 0;
+  int width = 64;
+  int height = 48;
+  int index = 0;
+};
+
+// A test that is a row of a table: scripts, which follow each other after the fixture's own, and between and behind
+// them what holds there. All is asked in one run; an `After` is done behind it, in its turn.
+struct Rule {
+  using After = std::function<void(ScriptSession&)>;
+  using Step = std::variant<ScriptSession, Facts, Ink, Filled, After>;
+  using Steps = std::vector<Step>;
+
+  template <typename... Each>
+  Rule(const char* itsName, const Each&... each) : name(itsName) {
+    (Add(each), ...);
+  }
 
   const char* name;
-  std::vector<Step> steps;
+  Steps steps;
+
+ private:
+  void Add(const Step& step) { steps.push_back(step); }
+  void Add(const Steps& several) {
+    for (const Step& step : several) Add(step);
+  }
 };
 
 template <typename Fixture>
@@ -124,19 +174,28 @@ class RuleTest : public Fixture {
       asked.emplace_back();
       if (const auto* lines = std::get_if<ScriptSession>(&step)) script.Then(*lines);
       if (const auto* facts = std::get_if<Facts>(&step)) asked.back() = Ask(script, *facts);
+      if (const auto* area = std::get_if<Filled>(&step)) {
+        script.FillArea(area->x, area->y, area->width, area->height, area->index);
+      }
       if (std::holds_alternative<Ink>(step)) asked.back().view = script.View();
     }
     script.RunAll();
     for (size_t i = 0; i < rule.steps.size(); ++i) {
       SCOPED_TRACE("step " + std::to_string(i + 1));
-      if (const auto* facts = std::get_if<Facts>(&rule.steps[i])) {
+      const Rule::Step& step = rule.steps[i];
+      if (const auto* facts = std::get_if<Facts>(&step)) {
         EXPECT_TRUE(AllHold(script, *facts, asked[i]));
       }
+      if (const auto* after = std::get_if<Rule::After>(&step)) (*after)(script);
       if constexpr (std::is_base_of_v<DrawingTest, Fixture>) {
-        if (const auto* ink = std::get_if<Ink>(&rule.steps[i])) {
-          ink->DrawInto(this->model);
-          EXPECT_TRUE(Shows(script.ViewAt(asked[i].view), this->model));
+        if (const auto* area = std::get_if<Filled>(&step)) {
+          this->model.Fill(area->x, area->y, area->width, area->height, area->index);
         }
+        if (const auto* ink = std::get_if<Ink>(&step)) {
+          EXPECT_TRUE(Shows(script.ViewAt(asked[i].view), ink->On(this->model)));
+        }
+      } else {
+        EXPECT_FALSE(std::holds_alternative<Ink>(step)) << "there is no model to compare with";
       }
     }
   }

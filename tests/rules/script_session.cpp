@@ -132,43 +132,31 @@ bool PixelMatrix::operator==(const PixelMatrix& other) const {
   return width == other.width && height == other.height && pixels == other.pixels;
 }
 
-std::string CutFile::Bytes() const {
-  std::string bytes("Sorvelin Cut", 13);
-  for (const int size : {width, height, frameWidth, frameHeight}) PutLittle(bytes, static_cast<uint32_t>(size), 2);
-  PutLittle(bytes, static_cast<uint32_t>(fps), 1);
-  bytes.append(credit).append(1, '\0');
-  PutLittle(bytes, static_cast<uint32_t>(antialias), 1);
-  PutLittle(bytes, static_cast<uint32_t>(layers.size()), 1);
-  PutLittle(bytes, static_cast<uint32_t>(frames.size()), 2);
+reference::CutData CutFile::Data() const {
+  reference::CutData data;
+  data.width = width;
+  data.height = height;
+  data.frameWidth = frameWidth;
+  data.frameHeight = frameHeight;
+  data.fps = fps;
+  data.credit = credit;
+  data.antialias = antialias;
   for (const FileLayer& layer : layers) {
-    bytes.append(layer.name).append(1, '\0');
-    PutLittle(bytes, 8, 2);
-    PutLittle(bytes, 3, 2);
-    PutLittle(bytes, layer.followFrame ? 1 : 0, 1);
-    PutLittle(bytes, static_cast<uint32_t>(layer.cells.size()), 2);
-    for (const int color : layer.cells) {
-      // The very bytes that the program writes: the last group of a cell is compared with zeros behind it, so that it
-      // is a literal of its own in any colour but 0.
-      const bool blank = color == 0;
-      PutLittle(bytes, blank ? 2 : 3, 4);
-      PutLittle(bytes, blank ? 2 : 4, 4);
-      bytes.append(blank ? std::string("\x01\x01\x00\x10\x14", 5) : std::string("\x01\x01\x01\x10\x14\x04", 6));
-      bytes.append(blank ? 2 : 4, static_cast<char>(color * 17));
-    }
+    data.layers.push_back({layer.name, 8, 3, layer.followFrame ? 1U : 0U, {}});
+    for (const int color : layer.cells) data.layers.back().cells.emplace_back(8, 3, static_cast<uint8_t>(color));
   }
   for (const FileFrame& frame : frames) {
-    for (const int value : {frame.x, frame.y, frame.time, frame.loop}) {
-      PutLittle(bytes, static_cast<uint32_t>(value), 2);
-    }
-    PutLittle(bytes, static_cast<uint32_t>(frame.brightness), 1);
-    bytes.append(frame.comment).append(1, '\0');
-    PutLittle(bytes, static_cast<uint32_t>(frame.records.size()), 1);
+    data.frames.push_back({frame.x, frame.y, frame.time, frame.loop, frame.brightness, frame.comment, {}});
     for (const FileRecord& record : frame.records) {
-      PutLittle(bytes, static_cast<uint32_t>(record.layer), 1);
-      for (const int value : {record.x, record.y, record.cell}) PutLittle(bytes, static_cast<uint32_t>(value), 2);
+      data.frames.back().records.push_back({record.layer, record.cell, record.x, record.y});
     }
   }
-  return bytes;
+  return data;
+}
+
+std::string CutFile::Bytes() const {
+  const reference::Bytes bytes = reference::WriteCut(Data());
+  return {bytes.begin(), bytes.end()};
 }
 
 CutFile CutFile::Showing(const std::vector<int>& cells, const std::vector<int>& shown) {
@@ -231,6 +219,11 @@ ScriptSession& ScriptSession::Line(std::string_view text) {
 
 ScriptSession& ScriptSession::Command(int id) {
   return Line("command " + std::to_string(id));
+}
+
+ScriptSession& ScriptSession::Commands(const std::vector<int>& ids) {
+  for (const int id : ids) Command(id);
+  return *this;
 }
 
 ScriptSession& ScriptSession::Key(std::string_view name) {
@@ -350,6 +343,10 @@ ScriptSession& ScriptSession::NewCutWithoutLayer(const NewCutValues& values) {
   Dialog(kCutDialog, CutDialogValues(values));
   Dialog(kLayerDialog, {}, "cancel");
   return Command(kCommandNewCut);
+}
+
+ScriptSession& ScriptSession::RenameCut(std::string_view name) {
+  return Dialog(kRenameDialog, {{kRenameEdit, std::string(name)}}).Command(kCommandRenameCut);
 }
 
 ScriptSession& ScriptSession::SaveCutAs(std::string_view name) {

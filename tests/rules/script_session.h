@@ -12,6 +12,8 @@
 #include <utility>
 #include <vector>
 
+#include "reference/reference.h"
+
 namespace rules {
 
 // A picture as it was written to a file. Row 0 is the top row.
@@ -93,7 +95,8 @@ struct CutFile {
   std::vector<FileLayer> layers = {};
   std::vector<FileFrame> frames = {};
 
-  // The bytes of the file.
+  // The same for the plain implementation, and the bytes that it writes.
+  reference::CutData Data() const;
   std::string Bytes() const;
   // One layer with these cells, and one frame for each number, showing that cell of it (negative: blank).
   static CutFile Showing(const std::vector<int>& cells, const std::vector<int>& shown);
@@ -135,6 +138,8 @@ class ScriptSession {
   // Adds the lines of another script, which has no results, and its files and settings.
   ScriptSession& Then(const ScriptSession& other);
   ScriptSession& Command(int id);
+  // One after the other.
+  ScriptSession& Commands(const std::vector<int>& ids);
   ScriptSession& Key(std::string_view name);
   ScriptSession& Keys(std::string_view name, int count);
   // A blank is quoted here, so that ' ' is the Space key.
@@ -191,6 +196,8 @@ class ScriptSession {
   ScriptSession& NewCut(const NewCutValues& values = {});
   // New cut with the layer dialog cancelled: one frame without records.
   ScriptSession& NewCutWithoutLayer(const NewCutValues& values = {});
+  // Renames the cut at the caret of the film's list.
+  ScriptSession& RenameCut(std::string_view name);
   // Saves the active cut under a name in the folder of this session.
   ScriptSession& SaveCutAs(std::string_view name);
 

@@ -6,6 +6,7 @@
 #include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
+#include "rules/rule_table.h"
 
 namespace rules {
 namespace {
@@ -20,19 +21,20 @@ Place ScrollOf(DrawingSession& session) {
 struct Scrolling : DrawingTest {
   Scrolling() : DrawingTest({.width = 200, .height = 150, .clientWidth = 64, .clientHeight = 48}) {}
   void Scroll(const std::string& bar, const std::string& code) { session.Line("scroll " + bar + " " + code); }
-  Place Now() { return ScrollOf(session); }
-  // Double size, from 1/1, with the position at the origin.
-  void ZoomIn() {
-    session.Command(kToolZoom);
-    session.Press(0, 0);
-    session.Command(kToolFreePen);
-    Scroll("h", "thumbposition 0");
-    Scroll("v", "thumbposition 0");
-  }
 };
 
-TEST_F(Scrolling, AWindowStartsAtTheOrigin) {
-  EXPECT_EQ(Now(), (Place{0, 0}));
+// Pages to the right and down.
+ScriptSession Pages(int count) {
+  ScriptSession pages;
+  for (int i = 0; i < count; ++i) pages.Line("scroll h pagedown").Line("scroll v pagedown");
+  return pages;
+}
+
+// Double size, from 1/1, with the position at the origin.
+ScriptSession ZoomIn() {
+  ScriptSession zoom;
+  zoom.Command(kToolZoom).Press(0, 0).Command(kToolFreePen);
+  return zoom.Line("scroll h thumbposition 0").Line("scroll v thumbposition 0");
 }
 
 TEST_F(Scrolling, AClientLargerThanThePictureLeavesANegativePosition) {
@@ -40,102 +42,36 @@ TEST_F(Scrolling, AClientLargerThanThePictureLeavesANegativePosition) {
   EXPECT_EQ(ScrollOf(large), (Place{-400, -300}));
 }
 
-TEST_F(Scrolling, ALineIsFourPixels) {
-  Scroll("h", "linedown");
-  Scroll("v", "linedown");
-  Scroll("v", "linedown");
-  EXPECT_EQ(Now(), (Place{4, 8}));
-  Scroll("v", "lineup");
-  EXPECT_EQ(Now(), (Place{4, 4}));
-}
-
-TEST_F(Scrolling, ALineAtDoubleSizeIsEightPixels) {
-  ZoomIn();
-  Scroll("h", "linedown");
-  Scroll("v", "linedown");
-  EXPECT_EQ(Now(), (Place{8, 8}));
-}
-
-TEST_F(Scrolling, LineUpHasNoLowerLimit) {
-  Scroll("h", "lineup");
-  Scroll("h", "lineup");
-  Scroll("v", "lineup");
-  EXPECT_EQ(Now(), (Place{-8, -4}));
-}
-
-TEST_F(Scrolling, ANewClientSizeBringsANegativePositionBack) {
-  Scroll("h", "lineup");
-  Scroll("v", "lineup");
-  session.Line("client 60 40");
-  EXPECT_EQ(Now(), (Place{0, 0}));
-}
-
-TEST_F(Scrolling, LineDownHasNoUpperLimit) {
-  Scroll("h", "thumbposition 136");
-  Scroll("h", "linedown");
-  EXPECT_EQ(Now(), (Place{140, 0}));
-}
-
-TEST_F(Scrolling, APageIsTheClient) {
-  Scroll("h", "pagedown");
-  Scroll("v", "pagedown");
-  EXPECT_EQ(Now(), (Place{64, 48}));
-  Scroll("h", "pageup");
-  Scroll("v", "pageup");
-  EXPECT_EQ(Now(), (Place{0, 0}));
-}
-
-TEST_F(Scrolling, PageDownStopsAtTheLastPage) {
-  for (int i = 0; i < 5; ++i) {
-    Scroll("h", "pagedown");
-    Scroll("v", "pagedown");
-  }
-  EXPECT_EQ(Now(), (Place{136, 102}));
-}
-
-TEST_F(Scrolling, PageUpStopsAtZero) {
-  Scroll("h", "thumbposition 10");
-  Scroll("h", "pageup");
-  Scroll("v", "pageup");
-  EXPECT_EQ(Now(), (Place{0, 0}));
-}
-
-TEST_F(Scrolling, ThumbCodesSetThePosition) {
-  Scroll("h", "thumbposition 77");
-  Scroll("v", "thumbtrack 33");
-  EXPECT_EQ(Now(), (Place{77, 33}));
-}
-
-TEST_F(Scrolling, ThumbPositionsAreMultiplesOfTheZoom) {
-  ZoomIn();
-  Scroll("h", "thumbposition 77");
-  Scroll("v", "thumbtrack 33");
-  EXPECT_EQ(Now(), (Place{76, 32}));
-}
-
-TEST_F(Scrolling, APageAtTripleSizeIsAMultipleOfTheZoom) {
-  ZoomIn();
-  session.Command(kToolZoom).Press(0, 0);
-  Scroll("h", "thumbposition 0");
-  Scroll("v", "thumbposition 0");
-  Scroll("h", "pagedown");
-  Scroll("v", "pagedown");
-  EXPECT_EQ(Now(), (Place{63, 48}));
-}
-
-TEST_F(Scrolling, ALargerClientPullsThePositionBack) {
-  Scroll("h", "thumbposition 136");
-  Scroll("v", "thumbposition 102");
-  session.Line("client 100 60");
-  EXPECT_EQ(Now(), (Place{100, 90}));
-}
-
-TEST_F(Scrolling, TheMouseMeetsTheScrolledPicture) {
-  Scroll("h", "thumbposition 50");
-  Scroll("v", "thumbposition 30");
-  session.Press(10, 5);
-  EXPECT_TRUE(ViewShows(model.Set(60, 35, 1)));
-}
+const Rules<Scrolling, "Scrolling"> kScrollingRules = {
+    {"PageDownStopsAtTheLastPage", Pages(5), Has("cut/scrollX,scrollY", "136 102")},
+    {"ALineAtDoubleSizeIsEightPixels", ZoomIn(), Do().Line("scroll h linedown").Line("scroll v linedown"),
+     Has("cut/scrollX,scrollY", "8 8")},
+    {"ThumbPositionsAreMultiplesOfTheZoom", ZoomIn(),
+     Do().Line("scroll h thumbposition 77").Line("scroll v thumbtrack 33"), Has("cut/scrollX,scrollY", "76 32")},
+    {"APageAtTripleSizeIsAMultipleOfTheZoom", ZoomIn(),
+     Do().Command(kToolZoom).Press(0, 0).Line("scroll h thumbposition 0").Line("scroll v thumbposition 0"),
+     Do().Line("scroll h pagedown").Line("scroll v pagedown"), Has("cut/scrollX,scrollY", "63 48")},
+    {"AWindowStartsAtTheOrigin", Has("cut/scrollX,scrollY", "0 0")},
+    {"ALineIsFourPixels", Do().Line("scroll h linedown").Line("scroll v linedown").Line("scroll v linedown"),
+     Has("cut/scrollX,scrollY", "4 8"), Do().Line("scroll v lineup"), Has("cut/scrollX,scrollY", "4 4")},
+    {"LineUpHasNoLowerLimit", Do().Line("scroll h lineup").Line("scroll h lineup").Line("scroll v lineup"),
+     Has("cut/scrollX,scrollY", "-8 -4")},
+    {"ANewClientSizeBringsANegativePositionBack",
+     Do().Line("scroll h lineup").Line("scroll v lineup").Line("client 60 40"), Has("cut/scrollX,scrollY", "0 0")},
+    {"LineDownHasNoUpperLimit", Do().Line("scroll h thumbposition 136").Line("scroll h linedown"),
+     Has("cut/scrollX,scrollY", "140 0")},
+    {"APageIsTheClient", Do().Line("scroll h pagedown").Line("scroll v pagedown"), Has("cut/scrollX,scrollY", "64 48"),
+     Do().Line("scroll h pageup").Line("scroll v pageup"), Has("cut/scrollX,scrollY", "0 0")},
+    {"PageUpStopsAtZero", Do().Line("scroll h thumbposition 10").Line("scroll h pageup").Line("scroll v pageup"),
+     Has("cut/scrollX,scrollY", "0 0")},
+    {"ThumbCodesSetThePosition", Do().Line("scroll h thumbposition 77").Line("scroll v thumbtrack 33"),
+     Has("cut/scrollX,scrollY", "77 33")},
+    {"ALargerClientPullsThePositionBack",
+     Do().Line("scroll h thumbposition 136").Line("scroll v thumbposition 102").Line("client 100 60"),
+     Has("cut/scrollX,scrollY", "100 90")},
+    {"TheMouseMeetsTheScrolledPicture",
+     Do().Line("scroll h thumbposition 50").Line("scroll v thumbposition 30").Press(10, 5), Ink().Set(60, 35, 1)},
+};
 
 TEST_F(Scrolling, AtHalfSizeTheHorizontalTotalIsThatOfFullSize) {
   DrawingSession half({.width = 400, .height = 300, .clientWidth = 64, .clientHeight = 48});
@@ -210,74 +146,10 @@ TEST_F(ScrollPulse, ComesWithAThumbTrackAfterTheThumbWasLeft) {
 }
 
 // Panning with Shift and Ctrl.
-struct Panning : Scrolling {
-  void Pan(int x, int y) { session.Move(x, y, "ctrl shift"); }
-};
+struct Panning : Scrolling {};
 
-TEST_F(Panning, ThePictureFollowsTheMouse) {
-  Pan(30, 20);
-  EXPECT_EQ(Now(), (Place{0, 0}));
-  Pan(20, 15);
-  EXPECT_EQ(Now(), (Place{10, 5}));
-  Pan(10, 13);
-  EXPECT_EQ(Now(), (Place{20, 7}));
-  Pan(15, 13);
-  EXPECT_EQ(Now(), (Place{15, 7}));
-}
-
-TEST_F(Panning, StopsAtTheOrigin) {
-  Pan(10, 10);
-  Pan(30, 40);
-  EXPECT_EQ(Now(), (Place{0, 0}));
-}
-
-TEST_F(Panning, StopsOneBeforeTheLastPage) {
-  Pan(500, 500);
-  Pan(0, 0);
-  EXPECT_EQ(Now(), (Place{135, 101}));
-}
-
-TEST_F(Panning, AWayThatWasNotGoneIsStillOwed) {
-  Pan(10, 10);
-  Pan(30, 10);
-  Pan(25, 10);
-  EXPECT_EQ(Now(), (Place{0, 0}));
-  Pan(6, 10);
-  EXPECT_EQ(Now(), (Place{4, 0}));
-}
-
-TEST_F(Panning, PositionsAreMultiplesOfTheZoom) {
-  ZoomIn();
-  Pan(30, 20);
-  Pan(23, 15);
-  EXPECT_EQ(Now(), (Place{6, 4}));
-}
-
-TEST_F(Panning, WithoutBothKeysNothingMoves) {
-  session.Move(30, 20, "ctrl").Move(20, 15, "ctrl").Move(10, 10, "shift");
-  EXPECT_EQ(Now(), (Place{0, 0}));
-}
-
-TEST_F(Panning, AMoveWithoutTheKeysEndsIt) {
-  Pan(30, 20);
-  Pan(20, 15);
-  session.Move(50, 40);
-  Pan(40, 40);
-  EXPECT_EQ(Now(), (Place{10, 5}));
-  Pan(38, 40);
-  EXPECT_EQ(Now(), (Place{12, 5}));
-}
-
-TEST_F(Panning, TheToolSeesNothingOfIt) {
-  Pan(30, 20);
-  Pan(20, 15);
-  EXPECT_TRUE(ViewShows(InkModel(200, 150)));
-}
-
-TEST_F(Panning, ItsStartSendsAPulse) {
-  session.Move(40, 30);
-  Pan(30, 20);
-  EXPECT_TRUE(ViewShows(InkModel(200, 150)));
+ScriptSession Pan(int x, int y) {
+  return Do().Move(x, y, "ctrl shift");
 }
 
 TEST_F(Panning, ASmallPictureStaysAndItsToolSeesNothing) {
@@ -288,12 +160,24 @@ TEST_F(Panning, ASmallPictureStaysAndItsToolSeesNothing) {
   EXPECT_TRUE(Shows(small.NowView(), InkModel()));
 }
 
-TEST_F(Panning, AStrokeUnderThePanGetsNoSegment) {
-  session.Command(kCommandMuraRemoval).Press(30, 20);
-  Pan(40, 20);
-  Pan(40, 20);
-  EXPECT_TRUE(ViewShows(model.Set(30, 20, 1)));
-}
+const Rules<Panning, "Panning"> kPanningRules = {
+    {"TheToolSeesNothingOfIt", Pan(30, 20), Pan(20, 15), OnEmpty()},
+    {"ItsStartSendsAPulse", Do().Move(40, 30), Pan(30, 20), OnEmpty()},
+    {"ThePictureFollowsTheMouse", Pan(30, 20), Has("cut/scrollX,scrollY", "0 0"), Pan(20, 15),
+     Has("cut/scrollX,scrollY", "10 5"), Pan(10, 13), Has("cut/scrollX,scrollY", "20 7"), Pan(15, 13),
+     Has("cut/scrollX,scrollY", "15 7")},
+    {"StopsAtTheOrigin", Pan(10, 10), Pan(30, 40), Has("cut/scrollX,scrollY", "0 0")},
+    {"StopsOneBeforeTheLastPage", Pan(500, 500), Pan(0, 0), Has("cut/scrollX,scrollY", "135 101")},
+    {"AWayThatWasNotGoneIsStillOwed", Pan(10, 10), Pan(30, 10), Pan(25, 10), Has("cut/scrollX,scrollY", "0 0"),
+     Pan(6, 10), Has("cut/scrollX,scrollY", "4 0")},
+    {"PositionsAreMultiplesOfTheZoom", ZoomIn(), Pan(30, 20), Pan(23, 15), Has("cut/scrollX,scrollY", "6 4")},
+    {"WithoutBothKeysNothingMoves", Do().Move(30, 20, "ctrl").Move(20, 15, "ctrl").Move(10, 10, "shift"),
+     Has("cut/scrollX,scrollY", "0 0")},
+    {"AMoveWithoutTheKeysEndsIt", Pan(30, 20), Pan(20, 15), Do().Move(50, 40), Pan(40, 40),
+     Has("cut/scrollX,scrollY", "10 5"), Pan(38, 40), Has("cut/scrollX,scrollY", "12 5")},
+    {"AStrokeUnderThePanGetsNoSegment", Do().Command(kCommandMuraRemoval).Press(30, 20), Pan(40, 20), Pan(40, 20),
+     Ink().Set(30, 20, 1)},
+};
 
 }  // namespace
 }  // namespace rules

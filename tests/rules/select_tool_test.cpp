@@ -9,10 +9,6 @@ namespace rules {
 namespace {
 
 struct AreaSelection : DrawingTest {
-  void Area(int x, int y, int width, int height, int index) {
-    session.FillArea(x, y, width, height, index);
-    model.Fill(x, y, width, height, index);
-  }
   void Select(int left, int top, int right, int bottom) {
     session.Command(kToolAreaSelect);
     session.LeftDrag(left, top, right, bottom);
@@ -38,16 +34,6 @@ TEST_P(LeftEdge, IsCaughtWithinOnePixel) {
 
 INSTANTIATE_TEST_SUITE_P(All, LeftEdge, testing::Values(19, 20, 21));
 
-TEST_F(AreaSelection, ADragInsideMovesTheInk) {
-  Area(12, 12, 4, 5, 2);
-  Select(10, 10, 20, 20);
-  session.LeftDrag(15, 15, 25, 18);
-  InkModel moved;
-  moved.Fill(22, 15, 4, 5, 2);
-  EXPECT_TRUE(ViewShows(moved));
-  EXPECT_EQ(session.NowSelection(), (rules::Area{20, 13, 30, 23}));
-}
-
 TEST_F(AreaSelection, AMoveByOnePixelCarriesASolidBarInEveryDirection) {
   const std::pair<int, int> steps[] = {{1, 0}, {-1, 0}, {0, 1}, {0, -1}, {1, 1}, {-1, -1}};
   for (const auto& [dx, dy] : steps) {
@@ -60,140 +46,86 @@ TEST_F(AreaSelection, AMoveByOnePixelCarriesASolidBarInEveryDirection) {
   }
 }
 
-TEST_F(AreaSelection, InkOutsideTheFrameStays) {
-  Area(5, 12, 20, 4, 2);
-  Select(10, 10, 20, 20);
-  session.LeftDrag(15, 15, 15, 30);
-  InkModel moved;
-  moved.Fill(5, 12, 20, 4, 2).Fill(10, 12, 10, 4, 0).Fill(10, 27, 10, 4, 2);
-  EXPECT_TRUE(ViewShows(moved));
-}
-
-TEST_F(AreaSelection, HolesInTheBlockShowWhatLayAtTheTarget) {
-  Area(30, 10, 20, 20, 3);
-  Area(12, 12, 2, 2, 2);
-  Area(16, 12, 2, 2, 2);
-  Select(10, 10, 20, 20);
-  session.LeftDrag(15, 15, 35, 17);
-  EXPECT_TRUE(ViewShows(model.Fill(12, 12, 6, 2, 0).Fill(32, 14, 2, 2, 2).Fill(36, 14, 2, 2, 2)));
-}
-
-TEST_F(AreaSelection, InkMovedOverTheEdgeIsLost) {
-  Area(50, 12, 8, 4, 2);
-  Select(48, 10, 60, 20);
-  session.LeftDrag(54, 15, 62, 15);
-  InkModel moved;
-  moved.Fill(58, 12, 6, 4, 2);
-  EXPECT_TRUE(ViewShows(moved));
-}
-
-TEST_F(AreaSelection, TheUndoRectCoversSourceAndTarget) {
-  Area(12, 12, 4, 5, 2);
-  Select(10, 10, 20, 20);
-  session.LeftDrag(15, 15, 25, 18);
-  EXPECT_EQ(session.NowUndoRect(), (rules::Area{10, 10, 20, 13}));
-}
-
-TEST_F(AreaSelection, ALayerElsewhereMovesItsInkUnderTheFrame) {
-  Area(12, 12, 4, 5, 2);
-  session.Command(kToolLayerPosition).LeftDrag(10, 10, 15, 13);
-  Select(15, 13, 25, 23);
-  session.LeftDrag(20, 18, 30, 21);
-  InkModel moved;
-  moved.Fill(27, 18, 4, 5, 2);
-  EXPECT_TRUE(ViewShows(moved));
-}
-
 // A pasted block floats until a press beside it.
 struct FloatingPaste : AreaSelection {
   FloatingPaste() {
-    Area(12, 12, 4, 4, 2);
-    Area(40, 10, 10, 20, 3);
+    session.FillArea(12, 12, 4, 4, 2);
+    model.Fill(12, 12, 4, 4, 2);
+    session.FillArea(40, 10, 10, 20, 3);
+    model.Fill(40, 10, 10, 20, 3);
     Select(10, 10, 20, 20);
     session.Command(kCommandCopy).Command(kCommandPaste);
   }
 };
 
-TEST_F(FloatingPaste, ADragTakesThePasteElsewhere) {
-  session.LeftDrag(15, 15, 45, 25);
-  EXPECT_TRUE(ViewShows(model.Fill(42, 22, 4, 4, 2)));
-  EXPECT_EQ(session.NowSelection(), (rules::Area{40, 20, 50, 30}));
-}
-
-TEST_F(FloatingPaste, ASecondDragLeavesNoTrace) {
-  session.LeftDrag(15, 15, 45, 25).LeftDrag(42, 24, 22, 34);
-  EXPECT_TRUE(ViewShows(model.Fill(22, 32, 4, 4, 2)));
-}
-
-TEST_F(FloatingPaste, StaysAfloatWhileItIsDragged) {
-  session.LeftDrag(15, 15, 45, 25);
-  EXPECT_EQ(session.Cut()["floatingPaste"], true);
-}
-
-TEST_F(FloatingPaste, APressBesideItMakesItFinal) {
-  session.LeftDrag(50, 40, 55, 45);
-  EXPECT_EQ(session.Cut()["floatingPaste"], false);
-}
-
-TEST_F(FloatingPaste, ARightClickMakesItFinal) {
-  session.RightClick(15, 15);
-  EXPECT_EQ(session.Cut()["floatingPaste"], false);
-  EXPECT_FALSE(session.HasSelection());
-}
-
-TEST_F(FloatingPaste, AToolChangeEndsTheSelectionAndLeavesThePasteAfloat) {
-  session.Command(kToolFreePen);
-  EXPECT_FALSE(session.HasSelection());
-  EXPECT_EQ(session.Cut()["floatingPaste"], true);
-}
-
-TEST_F(FloatingPaste, UndoAfterTheDragTakesThePasteAway) {
-  session.LeftDrag(15, 15, 45, 25).Command(kCommandUndo);
-  EXPECT_TRUE(ViewShows(model));
-}
+const Rules<FloatingPaste, "FloatingPaste"> kFloatingPasteRules = {
+    {"ADragTakesThePasteElsewhere", Do().LeftDrag(15, 15, 45, 25), Ink().Fill(42, 22, 4, 4, 2),
+     Has("cut/selection", Area{40, 20, 50, 30})},
+    {"ASecondDragLeavesNoTrace", Do().LeftDrag(15, 15, 45, 25).LeftDrag(42, 24, 22, 34), Ink().Fill(22, 32, 4, 4, 2)},
+    {"StaysAfloatWhileItIsDragged", Do().LeftDrag(15, 15, 45, 25), Has("cut/floatingPaste", true)},
+    {"APressBesideItMakesItFinal", Do().LeftDrag(50, 40, 55, 45), Has("cut/floatingPaste", false)},
+    {"ARightClickMakesItFinal", Do().RightClick(15, 15), Has("cut/floatingPaste", false, "cut/hasSelection", false)},
+    {"AToolChangeEndsTheSelectionAndLeavesThePasteAfloat", Do().Command(kToolFreePen),
+     Has("cut/hasSelection", false, "cut/floatingPaste", true)},
+    {"UndoAfterTheDragTakesThePasteAway", Do().LeftDrag(15, 15, 45, 25).Command(kCommandUndo), Ink()},
+};
 
 // The commands that take the selection as their area.
 
 const Rules<AreaSelection, "AreaSelection"> kAreaSelectionRules = {
-    {"ADragMarksItsRectangle", Do().SelectArea(10, 12, 30, 25), Has("cut/selection", rules::Area{10, 12, 30, 25})},
+    {"ADragInsideMovesTheInk", Filled{12, 12, 4, 5, 2}, Do().SelectArea(10, 10, 20, 20).LeftDrag(15, 15, 25, 18),
+     OnEmpty().Fill(22, 15, 4, 5, 2), Has("cut/selection", Area{20, 13, 30, 23})},
+    {"InkOutsideTheFrameStays", Filled{5, 12, 20, 4, 2}, Do().SelectArea(10, 10, 20, 20).LeftDrag(15, 15, 15, 30),
+     OnEmpty().Fill(5, 12, 20, 4, 2).Fill(10, 12, 10, 4, 0).Fill(10, 27, 10, 4, 2)},
+    {"HolesInTheBlockShowWhatLayAtTheTarget", Filled{30, 10, 20, 20, 3}, Filled{12, 12, 2, 2, 2},
+     Filled{16, 12, 2, 2, 2}, Do().SelectArea(10, 10, 20, 20).LeftDrag(15, 15, 35, 17),
+     Ink().Fill(12, 12, 6, 2, 0).Fill(32, 14, 2, 2, 2).Fill(36, 14, 2, 2, 2)},
+    {"InkMovedOverTheEdgeIsLost", Filled{50, 12, 8, 4, 2}, Do().SelectArea(48, 10, 60, 20).LeftDrag(54, 15, 62, 15),
+     OnEmpty().Fill(58, 12, 6, 4, 2)},
+    {"TheUndoRectCoversSourceAndTarget", Filled{12, 12, 4, 5, 2},
+     Do().SelectArea(10, 10, 20, 20).LeftDrag(15, 15, 25, 18), Has("cut/undoRect", Area{10, 10, 20, 13})},
+    {"ALayerElsewhereMovesItsInkUnderTheFrame", Filled{12, 12, 4, 5, 2},
+     Do().Command(kToolLayerPosition).LeftDrag(10, 10, 15, 13).SelectArea(15, 13, 25, 23).LeftDrag(20, 18, 30, 21),
+     OnEmpty().Fill(27, 18, 4, 5, 2)},
+    {"ADragMarksItsRectangle", Do().SelectArea(10, 12, 30, 25), Has("cut/selection", Area{10, 12, 30, 25})},
     {"TheSelectionFollowsEveryMove", Do().Command(kToolAreaSelect).Press(10, 12).Move(30, 25).Move(20, 40),
-     Has("cut/selection", rules::Area{10, 12, 20, 40})},
+     Has("cut/selection", Area{10, 12, 20, 40})},
     {"MovesToTheUpperLeftDoNotCount",
      Do().Command(kToolAreaSelect).Press(20, 20).Move(30, 30).Move(10, 40).Move(40, 10).Release(40, 10),
-     Has("cut/selection", rules::Area{20, 20, 30, 30})},
+     Has("cut/selection", Area{20, 20, 30, 30})},
     {"ADragMarksNothingInTheCell", Do().SelectArea(10, 12, 30, 25), Ink()},
     {"ARightClickSelectsTheWholeCell", Do().Command(kToolAreaSelect).RightClick(20, 20),
-     Has("cut/selection", rules::Area{0, 0, 64, 48})},
+     Has("cut/selection", Area{0, 0, 64, 48})},
     {"ASecondRightClickClearsTheSelection", Do().Command(kToolAreaSelect).RightClick(20, 20).RightClick(20, 20),
      Has("cut/hasSelection", false)},
     {"ARightClickSelectsTheCellWhereItStands",
      Do().AddLayer("B", 20, 10).Command(kToolLayerPosition).LeftDrag(10, 10, 13, 15).Command(kToolAreaSelect),
-     Do().RightClick(20, 20), Has("cut/selection", rules::Area{25, 24, 45, 34})},
+     Do().RightClick(20, 20), Has("cut/selection", Area{25, 24, 45, 34})},
     {"ARightClickDuringADragIsIgnored", Do().Command(kToolAreaSelect).Press(10, 12).Move(30, 25).RightRelease(30, 25),
-     Has("cut/selection", rules::Area{10, 12, 30, 25})},
+     Has("cut/selection", Area{10, 12, 30, 25})},
     {"APulseEndsTheSelection", Do().SelectArea(10, 12, 30, 25).Repaint(), Has("cut/hasSelection", false)},
     {"AToolChangeEndsTheSelection", Do().SelectArea(10, 12, 30, 25).Command(kToolFreePen),
      Has("cut/hasSelection", false)},
     {"APressBesideItBeginsANewOne", Do().SelectArea(10, 12, 30, 25).LeftDrag(40, 30, 50, 45),
-     Has("cut/selection", rules::Area{40, 30, 50, 45})},
+     Has("cut/selection", Area{40, 30, 50, 45})},
     {"TheLeftEdgeShrinksTheFrameToo", Do().SelectArea(20, 15, 40, 30).LeftDrag(20, 20, 23, 28),
-     Has("cut/selection", rules::Area{23, 15, 37, 30})},
+     Has("cut/selection", Area{23, 15, 37, 30})},
     {"TwoPixelsFromTheLeftEdgeIsInside", Do().SelectArea(20, 15, 40, 30).LeftDrag(22, 20, 27, 20),
-     Has("cut/selection", rules::Area{25, 15, 45, 30})},
+     Has("cut/selection", Area{25, 15, 45, 30})},
     {"TwoPixelsLeftOfTheEdgeIsOutside", Do().SelectArea(20, 15, 40, 30).LeftDrag(18, 20, 25, 25),
-     Has("cut/selection", rules::Area{18, 20, 25, 25})},
+     Has("cut/selection", Area{18, 20, 25, 25})},
     {"TheLeftEdgeIsCaughtAboveAndBelowTheFrameToo", Do().SelectArea(20, 15, 40, 30).LeftDrag(20, 45, 15, 45),
-     Has("cut/selection", rules::Area{15, 15, 45, 30})},
+     Has("cut/selection", Area{15, 15, 45, 30})},
     {"TheTopEdgeGrowsTheFrameUpAndDown", Do().SelectArea(20, 15, 40, 30).LeftDrag(30, 16, 30, 11),
-     Has("cut/selection", rules::Area{20, 10, 40, 35})},
+     Has("cut/selection", Area{20, 10, 40, 35})},
     {"TheLeftEdgeComesBeforeTheTopEdge", Do().SelectArea(20, 15, 40, 30).LeftDrag(20, 15, 16, 5),
-     Has("cut/selection", rules::Area{16, 15, 44, 30})},
+     Has("cut/selection", Area{16, 15, 44, 30})},
     {"AnEdgeDragMovesNoInk",
      Do().FillArea(22, 17, 5, 5, 2).SelectArea(20, 15, 40, 30).LeftDrag(20, 20, 15, 20).LeftDrag(30, 15, 30, 10),
      Ink().Fill(22, 17, 5, 5, 2)},
     {"RightAndBottomEdgeLieOutside", Do().SelectArea(20, 15, 40, 30).LeftDrag(40, 20, 50, 40),
-     Has("cut/selection", rules::Area{40, 20, 50, 40}), Do().LeftDrag(45, 40, 60, 45),
-     Has("cut/selection", rules::Area{45, 40, 60, 45})},
+     Has("cut/selection", Area{40, 20, 50, 40}), Do().LeftDrag(45, 40, 60, 45),
+     Has("cut/selection", Area{45, 40, 60, 45})},
     {"ProtectedPixelsStayBehind",
      Do().FillArea(12, 12, 2, 4, 2).FillArea(14, 12, 2, 4, 3).Mask({3}).SelectArea(10, 10, 20, 20),
      Do().LeftDrag(15, 15, 35, 15),
@@ -203,35 +135,33 @@ const Rules<AreaSelection, "AreaSelection"> kAreaSelectionRules = {
      Do().LeftDrag(15, 15, 35, 15),
      Ink().Fill(12, 12, 4, 4, 2).Fill(34, 10, 10, 10, 3).Fill(12, 12, 4, 4, 0).Fill(32, 12, 2, 4, 2)},
     {"TwoMovesInARowAreOneMoveFromTheFirstPlace",
-     Do().FillArea(12, 12, 4, 4, 2).FillArea(24, 10, 8, 10, 3).SelectArea(10, 10, 20, 20),
-     Do().LeftDrag(15, 15, 29, 15).LeftDrag(27, 16, 42, 26), Has("cut/selection", rules::Area{39, 20, 49, 30}),
+     Do().FillArea(12, 12, 4, 4, 2).FillArea(24, 10, 8, 10, 3).SelectArea(10, 10, 20, 20).LeftDrag(15, 15, 29, 15),
+     Do().LeftDrag(27, 16, 42, 26), Has("cut/selection", Area{39, 20, 49, 30}),
      Ink().Fill(12, 12, 4, 4, 2).Fill(24, 10, 8, 10, 3).Fill(12, 12, 4, 4, 0).Fill(41, 22, 4, 4, 2)},
     {"ThreeMovesInARowAreOneMoveFromTheFirstPlace",
-     Do().FillArea(12, 12, 4, 4, 2).FillArea(24, 10, 8, 10, 3).SelectArea(10, 10, 20, 20),
-     Do().LeftDrag(15, 15, 29, 15).LeftDrag(27, 16, 29, 17).LeftDrag(31, 17, 42, 26),
+     Do().FillArea(12, 12, 4, 4, 2).FillArea(24, 10, 8, 10, 3).SelectArea(10, 10, 20, 20).LeftDrag(15, 15, 29, 15),
+     Do().LeftDrag(27, 16, 29, 17).LeftDrag(31, 17, 42, 26),
      Ink().Fill(12, 12, 4, 4, 2).Fill(24, 10, 8, 10, 3).Fill(12, 12, 4, 4, 0).Fill(39, 22, 4, 4, 2)},
     {"UndoAfterTwoMovesGivesTheFirstState",
-     Do().FillArea(12, 12, 4, 4, 2).FillArea(24, 10, 8, 10, 3).SelectArea(10, 10, 20, 20),
-     Do().LeftDrag(15, 15, 29, 15).LeftDrag(27, 16, 42, 26).Command(kCommandUndo),
-     Ink().Fill(12, 12, 4, 4, 2).Fill(24, 10, 8, 10, 3)},
+     Do().FillArea(12, 12, 4, 4, 2).FillArea(24, 10, 8, 10, 3).SelectArea(10, 10, 20, 20).LeftDrag(15, 15, 29, 15),
+     Do().LeftDrag(27, 16, 42, 26).Command(kCommandUndo), Ink().Fill(12, 12, 4, 4, 2).Fill(24, 10, 8, 10, 3)},
     {"UndoTakesAMoveBack",
      Do().FillArea(12, 12, 4, 5, 2).SelectArea(10, 10, 20, 20).LeftDrag(15, 15, 25, 18).Command(kCommandUndo),
      Ink().Fill(12, 12, 4, 5, 2)},
     {"PointsOfANewFrameSnapToTheGrid", Do().Grid(8, 8).SelectArea(11, 13, 30, 27),
-     Has("cut/selection", rules::Area{8, 16, 32, 24})},
-    {"PositionsAreSigned", Do().SelectArea(-5, -3, 20, 10), Has("cut/selection", rules::Area{-5, -3, 20, 10})},
+     Has("cut/selection", Area{8, 16, 32, 24})},
+    {"PositionsAreSigned", Do().SelectArea(-5, -3, 20, 10), Has("cut/selection", Area{-5, -3, 20, 10})},
     {"ABlankRecordCantBeSelectedOn", Do().Command(kCommandBlankCell).SelectArea(10, 12, 30, 25),
      Has("cut/hasSelection", false)},
     {"UnderdrawingIsMadeInTheSelectionAlone",
      Do().FillArea(10, 10, 20, 20, 1).SelectArea(5, 5, 15, 15).Command(kCommandToSketch),
-     Has("cut/undoRect", rules::Area{5, 5, 10, 10}), Ink().Fill(10, 10, 20, 20, 1).Fill(10, 10, 5, 5, 5)},
+     Has("cut/undoRect", Area{5, 5, 10, 10}), Ink().Fill(10, 10, 20, 20, 1).Fill(10, 10, 5, 5, 5)},
     {"OldUnderdrawingGoesAsNewIsMade",
-     Do().FillArea(10, 10, 20, 10, 1).Command(kCommandToSketch).FillArea(10, 20, 20, 10, 2),
-     Do().Command(kCommandToSketch),
+     Do().FillArea(10, 10, 20, 10, 1).Command(kCommandToSketch).FillArea(10, 20, 20, 10, 2).Command(kCommandToSketch),
      Ink().Fill(10, 10, 20, 10, 1).Fill(10, 20, 20, 10, 2).Fill(10, 10, 20, 10, 0).Fill(10, 20, 20, 10, 6)},
     {"UnderdrawingIsClearedInTheSelectionAlone",
-     Do().FillArea(10, 10, 20, 20, 1).Command(kCommandToSketch).SelectArea(5, 5, 15, 15),
-     Do().Command(kCommandEraseSketch), Ink().Fill(10, 10, 20, 20, 1).Fill(10, 10, 20, 20, 5).Fill(10, 10, 5, 5, 0)},
+     Do().FillArea(10, 10, 20, 20, 1).Command(kCommandToSketch).SelectArea(5, 5, 15, 15).Command(kCommandEraseSketch),
+     Ink().Fill(10, 10, 20, 20, 1).Fill(10, 10, 20, 20, 5).Fill(10, 10, 5, 5, 0)},
     {"ACellIsErasedInTheSelectionAlone",
      Do().FillArea(10, 10, 20, 20, 1).SelectArea(5, 5, 15, 15).Command(kCommandEraseCell),
      Ink().Fill(10, 10, 20, 20, 1).Fill(10, 10, 5, 5, 0)},
@@ -244,7 +174,8 @@ const Rules<AreaSelection, "AreaSelection"> kAreaSelectionRules = {
 };
 
 TEST_F(AreaSelection, AGridIsDrawnInUnderdrawingBetweenTheInk) {
-  Area(10, 10, 20, 20, 4);
+  session.FillArea(10, 10, 20, 20, 4);
+  model.Fill(10, 10, 20, 20, 4);
   session.Dialog(kGridDialog, {{kGridWidthEdit, "8"}, {kGridHeightEdit, "12"}}).Command(kCommandDrawGrid);
   for (int y = 0; y < 48; ++y) {
     for (int x = 0; x < 64; ++x) {

@@ -65,15 +65,11 @@ TEST_F(Script, ExitWithACutThatAsksAndNoAnswerIsRefused) {
   session.NewCut().Exit().Run(3);
 }
 
-using Settings = SessionTest;
-
-TEST_F(Settings, TitleAndAuthorOfTheNewFilmAreReadIntoEightyBytes) {
-  session.SetSettings("[OnNewFilm]\r\ntitle=" + std::string(100, 't') + "\r\nauthor=" + std::string(100, 'a') + "\r\n");
-  session.Dialog(kFilmDialog, {}).Command(kCommandNewFilm);
-  EXPECT_TRUE(Holds(session, "film/title", std::string(79, 't'), "film/author", std::string(79, 'a')));
-}
-
 const Rules<SessionTest, "Settings"> kSettingsRules = {
+    {"TitleAndAuthorOfTheNewFilmAreReadIntoEightyBytes",
+     Do().SetSettings("[OnNewFilm]\r\ntitle=" + std::string(100, 't') + "\r\nauthor=" + std::string(100, 'a') + "\r\n"),
+     Do().Dialog(kFilmDialog, {}).Command(kCommandNewFilm),
+     Has("film/title", std::string(79, 't'), "film/author", std::string(79, 'a'))},
     {"CreditOfTheNewCutIsReadIntoEightyBytes",
      Do().SetSettings("[OnNewCut]\r\ncredit=" + std::string(100, 'c') + "\r\n").Dialog(kCutDialog, {}),
      Do().Dialog(kLayerDialog, {}, "cancel").Command(kCommandNewCut), Has("cut/credit", std::string(79, 'c'))},

@@ -100,8 +100,8 @@ TEST_F(ShellStartup, ExitRecordsThePathOfTheFilmThatIsOpenThen) {
 
 const Rules<SessionTest, "ShellStartup"> kShellStartupRules = {
     {"FirstStartHasAFilmOf320By240AndNoCut",
-     Has("film/width", 320, "film/height", 240, "film/title", "", "film/author", "", "film/path", "", "film/modified",
-         false, "film/cuts/#", 0, "cuts/#", 0)},
+     Has("film/width,height", "320 240", "film/title", "", "film/author", "", "film/path", "", "film/modified", false,
+         "film/cuts/#", 0, "cuts/#", 0)},
     {"FirstStartSelectsTheFreePen",
      Has("frame/currentTool", kToolFreePen, "frame/previousTool", kToolFreePen, "frame/title", "Sorvel Developer")},
     {"FirstStartShowsPanelsAndBars",

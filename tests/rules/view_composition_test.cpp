@@ -55,11 +55,6 @@ TEST_F(Ghosts, TheCellLiesOverItsGhosts) {
   EXPECT_TRUE(ViewShows(InkModel(64, 48, 4)));
 }
 
-TEST_F(Ghosts, ABlankRecordHasNoGhosts) {
-  session.Command(kCommandShowPrevious).Command(kCommandShowNext).Command(kCommandBlankCell);
-  EXPECT_TRUE(ViewShows(InkModel()));
-}
-
 TEST_F(Ghosts, GhostsStandWhereTheCurrentCellStands) {
   session.Command(kCommandShowPrevious).Command(kToolLayerPosition).LeftDrag(0, 0, 7, 9);
   const PixelMatrix view = session.NowView();
@@ -67,15 +62,11 @@ TEST_F(Ghosts, GhostsStandWhereTheCurrentCellStands) {
   EXPECT_EQ(view.At(6, 9), 0u);
 }
 
-TEST_F(Ghosts, ASecondCommandTakesThemAway) {
-  session.Command(kCommandShowPrevious).Command(kCommandShowPrevious);
-  EXPECT_TRUE(ViewShows(InkModel()));
-}
-
-TEST_F(Ghosts, OnlyTheCurrentRecordHasGhosts) {
-  session.AddLayer("B", 64, 48).Command(kCommandShowPrevious);
-  EXPECT_TRUE(ViewShows(InkModel()));
-}
+const Rules<Ghosts, "Ghosts"> kGhostsRules = {
+    {"ABlankRecordHasNoGhosts", Do().Commands({kCommandShowPrevious, kCommandShowNext, kCommandBlankCell}), OnEmpty()},
+    {"ASecondCommandTakesThemAway", Do().Commands({kCommandShowPrevious, kCommandShowPrevious}), OnEmpty()},
+    {"OnlyTheCurrentRecordHasGhosts", Do().AddLayer("B", 64, 48).Command(kCommandShowPrevious), OnEmpty()},
+};
 
 using PaleLayers = DrawingTest;
 
@@ -85,18 +76,18 @@ TEST_F(PaleLayers, OthersShowTheirLinesAndDarksAndNoWhite) {
   EXPECT_TRUE(ViewShows(Ghosts::Ghost(16)));
 }
 
-TEST_F(PaleLayers, TheCurrentLayerComesOnTop) {
-  session.FillArea(10, 10, 10, 10, 2).AddLayer("B", 64, 48).FillArea(15, 10, 10, 10, 3).Select(kLayerList, {0});
-  session.Command(kCommandDimOthers);
-  EXPECT_TRUE(ViewShows(model.Fill(15, 10, 10, 10, 18).Fill(10, 10, 10, 10, 2)));
-}
+const Rules<DrawingTest, "PaleLayers"> kPaleLayersRules = {
+    {"TheCurrentLayerComesOnTop",
+     Do().FillArea(10, 10, 10, 10, 2).AddLayer("B", 64, 48).FillArea(15, 10, 10, 10, 3).Select(kLayerList, {0}),
+     Do().Command(kCommandDimOthers), Ink().Fill(15, 10, 10, 10, 18).Fill(10, 10, 10, 10, 2)},
+};
 
 const Rules<DrawingTest, "CurrentCellOnly"> kCurrentCellOnlyRules = {
     {"LeavesTheOtherLayersOut", Do().FillArea(10, 10, 10, 10, 2).AddLayer("B", 64, 48).FillArea(15, 10, 10, 10, 3),
      Do().Command(kCommandCurrentCellOnly), Ink().Fill(15, 10, 10, 10, 3)},
     {"ABlankRecordShowsNothing",
-     Do().FillArea(10, 10, 10, 10, 2).AddLayer("B", 64, 48).Command(kCommandCurrentCellOnly),
-     Do().Command(kCommandBlankCell), Ink()},
+     Do().FillArea(10, 10, 10, 10, 2).AddLayer("B", 64, 48).Commands({kCommandCurrentCellOnly, kCommandBlankCell}),
+     Ink()},
 };
 
 // Mark above, index below, and what they give.
@@ -121,8 +112,8 @@ const Rules<DrawingTest, "ToneMarks"> kToneMarksRules = {
     {"MarkedLineBlackBecomesAFillTone",
      Do().DrawInkLine(10, 10, 20, 10).AddLayer("B", 64, 48).FillArea(10, 10, 11, 1, 11), Ink().Fill(10, 10, 11, 1, 3)},
     {"MarksOverPaleInkBecomePlainTones",
-     Do().FillArea(10, 10, 10, 10, 2).AddLayer("B", 64, 48).FillArea(10, 10, 10, 10, 12),
-     Do().Command(kCommandDimOthers), Ink().Fill(10, 10, 10, 10, 3)},
+     Do().FillArea(10, 10, 10, 10, 2).AddLayer("B", 64, 48).FillArea(10, 10, 10, 10, 12).Command(kCommandDimOthers),
+     Ink().Fill(10, 10, 10, 10, 3)},
 };
 
 struct EmphasisedLines : DrawingTest {

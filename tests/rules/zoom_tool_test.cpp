@@ -6,6 +6,7 @@
 #include "resources/ids.h"
 #include "rules/drawing_session.h"
 #include "rules/ink_model.h"
+#include "rules/rule_table.h"
 
 namespace rules {
 namespace {
@@ -16,89 +17,45 @@ struct ZoomTool : DrawingTest {
   ZoomTool() : DrawingTest({.width = 200, .height = 150, .clientWidth = 64, .clientHeight = 48}) {
     session.Command(kToolZoom);
   }
-  void In(int x = 32, int y = 24) { session.Press(x, y); }
-  void Out(int x = 32, int y = 24) { session.Mouse("rdown", x, y); }
-  Pair Level() {
-    const nlohmann::json cut = session.Cut();
-    return {cut["zoomNumerator"].get<int>(), cut["zoomDenominator"].get<int>()};
-  }
-  Pair Scroll() {
-    const nlohmann::json cut = session.Cut();
-    return {cut["scrollX"].get<int>(), cut["scrollY"].get<int>()};
-  }
 };
 
-TEST_F(ZoomTool, LevelsGoUpByWholeNumbers) {
-  In();
-  EXPECT_EQ(Level(), (Pair{2, 1}));
-  In();
-  EXPECT_EQ(Level(), (Pair{3, 1}));
-  Out();
-  EXPECT_EQ(Level(), (Pair{2, 1}));
+ScriptSession In(int x = 32, int y = 24) {
+  return Do().Press(x, y);
 }
 
-TEST_F(ZoomTool, LevelsGoDownByFractions) {
-  Out();
-  EXPECT_EQ(Level(), (Pair{1, 2}));
-  Out();
-  EXPECT_EQ(Level(), (Pair{1, 3}));
-  In();
-  EXPECT_EQ(Level(), (Pair{1, 2}));
+ScriptSession Out(int x = 32, int y = 24) {
+  return Do().Mouse("rdown", x, y);
 }
 
-TEST_F(ZoomTool, FromHalfSizeComesFullSize) {
-  Out();
-  In();
-  EXPECT_EQ(Level(), (Pair{1, 1}));
-}
-
-TEST_F(ZoomTool, OtherMessagesDoNothing) {
-  session.Release(32, 24).Move(10, 10).RightRelease(32, 24).Mouse("ldblclk", 32, 24).Mouse("rdblclk", 32, 24);
-  EXPECT_EQ(Level(), (Pair{1, 1}));
-}
-
-TEST_F(ZoomTool, TheClickedPointComesToTheCentre) {
-  In(40, 30);
-  // The point 40, 30 stands at 80, 60 of the doubled picture.
-  EXPECT_EQ(Scroll(), (Pair{80 - 32, 60 - 24}));
-}
-
-TEST_F(ZoomTool, APointNearTheCornerStopsAtTheOrigin) {
-  In(20, 10);
-  EXPECT_EQ(Scroll(), (Pair{8, 0}));
-}
-
-TEST_F(ZoomTool, APointNearTheFarCornerStopsAtTheLastPage) {
-  session.Line("scroll h thumbposition 136").Line("scroll v thumbposition 102");
-  In(60, 45);
-  EXPECT_EQ(Scroll(), (Pair{400 - 64, 300 - 48}));
-}
-
-TEST_F(ZoomTool, ZoomingOutCentresThePointToo) {
-  session.Line("scroll h thumbposition 100").Line("scroll v thumbposition 80");
-  Out(20, 10);
-  // The point 120, 90 stands at 60, 45 of the halved picture.
-  EXPECT_EQ(Scroll(), (Pair{60 - 32, 45 - 24}));
-}
-
-TEST_F(ZoomTool, APictureSmallerThanTheClientGetsANegativePosition) {
-  for (int i = 0; i < 3; ++i) Out(60, 45);
-  EXPECT_EQ(Level(), (Pair{1, 4}));
-  EXPECT_EQ(Scroll(), (Pair{50 - 64, 37 - 48}));
-}
-
-TEST_F(ZoomTool, TheGridSnapsThePoint) {
-  session.Grid(8, 8);
-  In(36, 30);
-  // 36 snaps to 32, 30 snaps to 32.
-  EXPECT_EQ(Scroll(), (Pair{64 - 32, 64 - 24}));
-}
-
-TEST_F(ZoomTool, ABlankRecordZoomsAllTheSame) {
-  session.Command(kCommandBlankCell);
-  In();
-  EXPECT_EQ(Level(), (Pair{2, 1}));
-}
+const Rules<ZoomTool, "ZoomTool"> kZoomToolRules = {
+    {"APictureSmallerThanTheClientGetsANegativePosition", Out(60, 45), Out(60, 45), Out(60, 45),
+     Has("cut/zoomNumerator,zoomDenominator", "1 4", "cut/scrollX,scrollY", nlohmann::json::array({50 - 64, 37 - 48}))},
+    {"AnotherWindowBeginsAtFullSize", In(), Do().NewCut(), Has("cut/zoomNumerator,zoomDenominator", "1 1")},
+    {"LevelsGoUpByWholeNumbers", In(), Has("cut/zoomNumerator,zoomDenominator", "2 1"), In(),
+     Has("cut/zoomNumerator,zoomDenominator", "3 1"), Out(), Has("cut/zoomNumerator,zoomDenominator", "2 1")},
+    {"LevelsGoDownByFractions", Out(), Has("cut/zoomNumerator,zoomDenominator", "1 2"), Out(),
+     Has("cut/zoomNumerator,zoomDenominator", "1 3"), In(), Has("cut/zoomNumerator,zoomDenominator", "1 2")},
+    {"FromHalfSizeComesFullSize", Out(), In(), Has("cut/zoomNumerator,zoomDenominator", "1 1")},
+    {"OtherMessagesDoNothing",
+     Do().Release(32, 24).Move(10, 10).RightRelease(32, 24).Mouse("ldblclk", 32, 24).Mouse("rdblclk", 32, 24),
+     Has("cut/zoomNumerator,zoomDenominator", "1 1")},
+    {"TheClickedPointComesToTheCentre", In(40, 30),
+     // The point 40, 30 stands at 80, 60 of the doubled picture.
+     Has("cut/scrollX,scrollY", Pair{80 - 32, 60 - 24})},
+    {"APointNearTheCornerStopsAtTheOrigin", In(20, 10), Has("cut/scrollX,scrollY", "8 0")},
+    {"APointNearTheFarCornerStopsAtTheLastPage",
+     Do().Line("scroll h thumbposition 136").Line("scroll v thumbposition 102"), In(60, 45),
+     Has("cut/scrollX,scrollY", Pair{400 - 64, 300 - 48})},
+    {"ZoomingOutCentresThePointToo", Do().Line("scroll h thumbposition 100").Line("scroll v thumbposition 80"),
+     Out(20, 10),
+     // The point 120, 90 stands at 60, 45 of the halved picture.
+     Has("cut/scrollX,scrollY", Pair{60 - 32, 45 - 24})},
+    {"TheGridSnapsThePoint", Do().Grid(8, 8), In(36, 30),
+     // 36 snaps to 32, 30 snaps to 32.
+     Has("cut/scrollX,scrollY", Pair{64 - 32, 64 - 24})},
+    {"ABlankRecordZoomsAllTheSame", Do().Command(kCommandBlankCell), In(),
+     Has("cut/zoomNumerator,zoomDenominator", "2 1")},
+};
 
 TEST_F(ZoomTool, KeysZoomAtTheCursor) {
   for (const char key : {'s', 'l'}) {
@@ -123,13 +80,6 @@ TEST_F(ZoomTool, KeysKeepTheTool) {
   DrawingSession other;
   other.Move(40, 30).Char('s');
   EXPECT_EQ(other.NowState()["frame"]["currentTool"], kToolFreePen);
-}
-
-TEST_F(ZoomTool, AnotherWindowBeginsAtFullSize) {
-  In();
-  NewCutValues values;
-  session.NewCut(values);
-  EXPECT_EQ(Level(), (Pair{1, 1}));
 }
 
 // The mapping between window and canvas.

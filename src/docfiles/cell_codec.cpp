@@ -37,7 +37,7 @@ bool CellWriter::Allocate(const Layer& layer) {
   groups = UnitsOf(layer.width);
   // The group behind a row's last takes part in its comparison.
   return literals.Allocate(static_cast<size_t>(groups) * 2 * static_cast<size_t>(std::max(layer.height, 0))) &&
-         matches.Allocate(static_cast<size_t>(groups + 1)) && rows.Allocate(layer.width, layer.height);
+         matches.Allocate(static_cast<size_t>(groups) + 1) && rows.Allocate(layer.width, layer.height);
 }
 
 bool CellWriter::Write(Layer* layer, ByteStream* stream) {

@@ -173,8 +173,8 @@ void FinishInterruptedWrites() {
   const std::string suffix = kTargetSuffix;
   for (const std::string& name : platform::NamesInFolder(folder)) {
     if (!name.starts_with("in-place-") || !name.ends_with(suffix)) continue;
-    const std::string path = folder + platform::kPathSeparator + name;
-    const std::string copyPath = path.substr(0, path.size() - suffix.size()) + kCopySuffix;
+    const std::string path = std::string(folder).append(1, platform::kPathSeparator).append(name);
+    const std::string copyPath = path.substr(0, path.size() - suffix.size()).append(kCopySuffix);
     FILE* file = platform::OpenFileAt(path, "rb");
     if (file == nullptr) continue;
     std::string target;

@@ -55,7 +55,7 @@ std::string FollowLinks(std::string path) {
     const ssize_t length = readlink(path.c_str(), text, sizeof(text));
     if (length < 0) break;
     const std::string next(text, static_cast<size_t>(length));
-    path = next[0] == '/' ? next : FolderOf(path) + "/" + next;
+    path = next[0] == '/' ? next : FolderOf(path).append("/").append(next);
   }
   return path;
 }
@@ -68,7 +68,7 @@ bool IsPartialName(const std::string& name) {
 void SweepLeftovers(const std::string& folder) {
   for (const std::string& name : NamesInFolder(folder)) {
     if (!IsPartialName(name)) continue;
-    const std::string path = folder + "/" + name;
+    const std::string path = std::string(folder).append("/").append(name);
     const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
     if (descriptor < 0) continue;
     if (flock(descriptor, LOCK_EX | LOCK_NB) == 0) unlink(path.c_str());

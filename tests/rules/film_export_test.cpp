@@ -446,10 +446,11 @@ CutFile UpperOfSmallCut() {
   return upper;
 }
 
-CutFile WithAntialiasOfThree() {
-  CutFile cut = TallCut();
-  cut.antialias = 3;
-  return cut;
+// The file of the tall cut with another antialias byte, which stands behind the sizes, the rate and the empty credit.
+std::string TallCutWithAntialias(char value) {
+  std::string bytes = TallCut().Bytes();
+  bytes[23] = value;
+  return bytes;
 }
 
 const std::vector<Line> kOneWideCut = {{"a.cut", WideCut()}};
@@ -482,7 +483,7 @@ const Rules<SessionTest, "FilmExport"> kFilmExportRules = {
      Has("cut/frames/*/currentRecord", "0 1 0")},
     {"AFolderInTheCachesPlaceIsNoCache", FilmOf(kOneWideCut), MakesFolder("a.ca"), ConsoleExports(),
      Exported({WideCut()}), IsFolder("a.ca")},
-    {"AnAntialiasByteOfThreeIsAHalf", FilmOf({{"a.cut", WithAntialiasOfThree()}}), ConsoleExports(),
+    {"AnAntialiasByteOfThreeIsAHalf", FilmOf({{"a.cut"}}).Write("a.cut", TallCutWithAntialias(3)), ConsoleExports(),
      Exported({TallCut()})},
     {"WithoutCutsShowsNoDialog", OpenFilm({}), Do().Command(kCommandExportFilm), Has("files", "film.flm")},
     {"WithoutCutsFailsInTheConsoleProgram", FilmOf({}), ConsoleExports(1), Has("files", "film.flm")},

@@ -45,7 +45,7 @@ TYPED_TEST(Regions, FloodFillTakesBoundariesThatItTouches) {
       {"and does not pass from one to another", {".9a", ".88"}, {"22a", "288"}, {0, 0}, 2, 0},
       {"unless they are masked", {"8998", "a..9", "a..9", "8aa8"}, {"8998", "2229", "2229", "8228"}, {1, 1}, 2, Bit(9)},
       {"overwrites sketch whatever the mask", {".5.7."}, {"22222"}, {0, 0}, 2, Bit(5) | Bit(6) | Bit(7)},
-      {"a boundary as the seed is filled alone",
+      {"a boundary at the starting point is filled alone",
        {"..9..", "5.9a.", "..99."},
        {"..4..", "5.4a.", "..44."},
        {2, 1},

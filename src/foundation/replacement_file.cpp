@@ -42,8 +42,8 @@ WriteProblem ProblemOf(int error) {
 }
 
 // Where the copy of a file that is written in place lies, without its suffix. Empty if there is no such place.
-std::string CopyBase(const std::string& target) {
-  const std::string folder = platform::LocalDataFolder(true);
+std::string CopyBase(const std::string& target, bool make) {
+  const std::string folder = platform::LocalDataFolder(make);
   if (folder.empty()) return "";
   uint64_t hash = 14695981039346656037u;
   for (const char byte : target) hash = (hash ^ static_cast<uint8_t>(byte)) * 1099511628211u;
@@ -64,6 +64,14 @@ bool WriteOver(ByteStream& from, const std::string& target) {
   const bool closed = out.Close();
   if (!flushed) errno = problem;
   return flushed && closed;
+}
+
+// A copy that an earlier write left must not be written over newer contents at the next start.
+void ForgetCopy(const std::string& target) {
+  const std::string base = CopyBase(target, false);
+  if (base.empty()) return;
+  platform::RemoveFileAt(base + kTargetSuffix);
+  platform::RemoveFileAt(base + kCopySuffix);
 }
 
 bool WriteTargetName(const std::string& path, const std::string& target) {
@@ -92,6 +100,7 @@ bool ReplacementFile::OpenUtf8(const std::string& path, Form form) {
   reason = WriteProblem::kNone;
   error = 0;
   isText = form == Form::kText;
+  requested = path;
   if (path.empty()) return Fail(ENOENT);
   if (platform::CreatePartialFile(path, isText, &partial)) {
     stream = FileStream(partial.file);
@@ -107,7 +116,7 @@ bool ReplacementFile::OpenCopy(const std::string& path) {
   isPlainFile = std::fseek(target, 0, SEEK_END) == 0 && platform::IsPlainFile(target);
   std::fclose(target);
   if (isPlainFile) {
-    const std::string base = CopyBase(path);
+    const std::string base = CopyBase(path, true);
     if (base.empty() || !platform::CreatePartialFile(base + kCopySuffix, isText, &partial)) return false;
     stream = FileStream(partial.file);
   } else {
@@ -127,7 +136,9 @@ bool ReplacementFile::Commit() {
   }
   if (!inPlace.empty()) return CommitInPlace();
   stream.file = nullptr;
-  return platform::CommitPartialFile(&partial) || Fail(errno);
+  if (!platform::CommitPartialFile(&partial)) return Fail(errno);
+  ForgetCopy(requested);
+  return true;
 }
 
 bool ReplacementFile::CommitInPlace() {
@@ -140,21 +151,24 @@ bool ReplacementFile::CommitInPlace() {
     return written || Fail(problem);
   }
   // The copy is whole and says what it is for before the first byte of the target changes.
-  const std::string base = CopyBase(target);
+  const std::string base = CopyBase(target, true);
   stream.file = nullptr;
   if (!WriteTargetName(base + kTargetSuffix, target)) {
     const int problem = errno;
     platform::DiscardPartialFile(&partial);
     return Fail(problem);
   }
-  if (!platform::CommitPartialFile(&partial)) return Fail(errno);
+  if (!platform::CommitPartialFile(&partial)) {
+    const int problem = errno;
+    ForgetCopy(target);
+    return Fail(problem);
+  }
   FileStream copy(platform::OpenFileAt(base + kCopySuffix, "rb"));
   const bool written = copy.IsOpen() && WriteOver(copy, target);
   const int problem = errno;
   copy.Close();
   if (!written) return Fail(problem);
-  platform::RemoveFileAt(base + kTargetSuffix);
-  platform::RemoveFileAt(base + kCopySuffix);
+  ForgetCopy(target);
   return true;
 }
 

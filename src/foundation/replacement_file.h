@@ -51,7 +51,8 @@ class ReplacementFile {
   bool CommitInPlace();
 
   platform::PartialFile partial;
-  std::string inPlace;  // the target when it is written in place, else empty
+  std::string requested;  // the path as it was given
+  std::string inPlace;    // the target when it is written in place, else empty
   bool isPlainFile = false;
   bool isText = false;
   WriteProblem reason = WriteProblem::kNone;

@@ -248,6 +248,23 @@ TEST_F(ReplacementFilesOfAUser, ReadOnlyFileIsNotReplacedThoughItsFolderWouldAll
   EXPECT_EQ(Contents("closed/x.cut"), "old");
 }
 
+TEST_F(ReplacementFilesOfAUser, FailedWriteInPlaceIsNotFinishedOverALaterSave) {
+  fs::create_directories(folder / "closed");
+  Put("closed/x.cut", "old");
+  fs::permissions(folder / "closed" / "x.cut", static_cast<fs::perms>(0666));
+  BecomeNobody();
+  fs::permissions(folder / "closed", static_cast<fs::perms>(0555));
+  ReplacementFile file;
+  ASSERT_TRUE(file.Open(Path("closed/x.cut").c_str()));
+  file.stream.Write("first", 5);
+  fs::permissions(folder / "closed", fs::perms::none);
+  EXPECT_FALSE(file.Commit());
+  fs::permissions(folder / "closed", fs::perms::owner_all);
+  EXPECT_TRUE(Replace("closed/x.cut", "second"));
+  FinishInterruptedWrites();
+  EXPECT_EQ(Contents("closed/x.cut"), "second");
+}
+
 TEST_F(ReplacementFilesOfAUser, FileInAFolderThatTakesNoNewOnesIsWrittenInPlace) {
   fs::create_directories(folder / "closed");
   Put("closed/x.cut", "old and longer");

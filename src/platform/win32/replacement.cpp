@@ -37,7 +37,7 @@ std::string Narrow(const std::wstring& wide) {
 
 // With this prefix a path may be longer than 260 characters.
 std::wstring LongPath(const std::string& path) {
-  const std::wstring wide = Wide(path);
+  std::wstring wide = Wide(path);
   wchar_t full[1024];
   const DWORD length = GetFullPathNameW(wide.c_str(), 1024, full, nullptr);
   if (length == 0 || length >= 1024 || full[0] == L'\\') return wide;

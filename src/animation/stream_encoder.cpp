@@ -1,8 +1,6 @@
 #include "animation/stream_encoder.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <cstring>
 
 #include "animation/stream_format.h"
 
@@ -77,18 +75,10 @@ const char* FrameProblem(const Cut& cut) {
 AnimationEncoder::AnimationEncoder(ByteStream* outputStream, NibbleBitmap* planes, int32_t capacity)
     : stream(outputStream), bitmap(planes), cutCapacity(capacity) {}
 
-AnimationEncoder::~AnimationEncoder() {
-  std::free(literals);
-  std::free(matches);
-}
-
 bool AnimationEncoder::AllocateSections() {
   const size_t blocks = static_cast<size_t>(UnitsOf(bitmap->width));
-  std::free(literals);
-  std::free(matches);
-  literals = static_cast<uint8_t*>(std::malloc(blocks * 2 * static_cast<size_t>(bitmap->height) + 1));
-  matches = static_cast<uint32_t*>(std::malloc(blocks * sizeof(uint32_t)));
-  return literals != nullptr && matches != nullptr && rows.Allocate(bitmap->width, bitmap->height);
+  return literals.Allocate(blocks * 2 * static_cast<size_t>(bitmap->height)) && matches.Allocate(blocks) &&
+         rows.Allocate(bitmap->width, bitmap->height);
 }
 
 int32_t AnimationEncoder::EncodeCut(Cut* cut, CellImage* composition, int32_t first, int32_t last) {
@@ -206,7 +196,7 @@ void AnimationEncoder::WriteFrame(Cut* cut, int32_t index, int32_t scale, bool i
   WriteFrameHead(*stream, head);
   stream->Write(rows.Map(), rows.MapSize());
   stream->Write(rows.Codes(), rows.CodeSize());
-  stream->Write(literals, literalSize);
+  stream->Write(literals.Data(), literalSize);
 }
 
 void AnimationEncoder::EncodeBox(const Rect& box, bool isFirst) {
@@ -223,7 +213,8 @@ void AnimationEncoder::FindMatches(const Rect& box, int32_t y, bool isFirst) {
   const int32_t blocks = UnitsOf(box.width);
   const uint8_t* row = bitmap->bits + y * bitmap->pitch + box.x;
   const uint32_t frontBits = bitmap->frontIsHigh != 0 ? kPlaneBits << 4 : kPlaneBits;
-  std::fill(matches, matches + blocks, kLiteralFound);
+  uint32_t* const found = matches.Data();
+  std::fill_n(found, blocks, kLiteralFound);
   for (int32_t rank = 0; rank < kUnitCodes - 1; ++rank) {
     const int32_t code = kSearch.CodeOf(rank);
     const uint32_t bit = 1u << rank;
@@ -231,7 +222,7 @@ void AnimationEncoder::FindMatches(const Rect& box, int32_t y, bool isFirst) {
       if (isFirst) continue;
       for (int32_t k = 0; k < blocks; ++k) {
         const uint32_t pair = LoadBlock(row + 4 * k);
-        matches[k] |= ((pair ^ pair >> 4) & kPlaneBits) == 0 ? bit : 0;
+        found[k] |= ((pair ^ pair >> 4) & kPlaneBits) == 0 ? bit : 0;
       }
       continue;
     }
@@ -240,7 +231,7 @@ void AnimationEncoder::FindMatches(const Rect& box, int32_t y, bool isFirst) {
     const uint8_t* source = row + offset.dy * bitmap->pitch + offset.dx;
     const int32_t start = std::max(0, (-offset.dx - box.x + 3) / 4);
     for (int32_t k = start; k < blocks; ++k) {
-      matches[k] |= ((LoadBlock(row + 4 * k) ^ LoadBlock(source + 4 * k)) & frontBits) == 0 ? bit : 0;
+      found[k] |= ((LoadBlock(row + 4 * k) ^ LoadBlock(source + 4 * k)) & frontBits) == 0 ? bit : 0;
     }
   }
 }
@@ -250,7 +241,7 @@ void AnimationEncoder::EncodeRow(const Rect& box, int32_t y) {
   const uint8_t* pixels = bitmap->bits + y * bitmap->pitch + box.x;
   const int32_t frontShift = bitmap->frontIsHigh != 0 ? 4 : 0;
   for (int32_t k = 0; k < blocks; ++k) {
-    const int32_t code = kSearch.Choose(matches[k], rows.Above(k));
+    const int32_t code = kSearch.Choose(matches.Data()[k], rows.Above(k));
     if (code == kLiteralUnit) PutLiteral(LoadBlock(pixels + 4 * k) >> frontShift & kPlaneBits);
     rows.Put(k, code);
   }
@@ -259,14 +250,15 @@ void AnimationEncoder::EncodeRow(const Rect& box, int32_t y) {
 
 // The left pixel goes into the lowest bits.
 void AnimationEncoder::PutLiteral(uint32_t block) {
+  uint8_t* const bytes = literals.Data() + literalSize;
   if (literalBytes == 1) {
-    const uint32_t packed = block | block >> 6 | block >> 12 | block >> 18;
-    literals[literalSize++] = static_cast<uint8_t>(packed);
-    return;
+    bytes[0] = static_cast<uint8_t>(block | block >> 6 | block >> 12 | block >> 18);
+  } else {
+    const uint32_t packed = block | block >> 4;
+    bytes[0] = static_cast<uint8_t>(packed);
+    bytes[1] = static_cast<uint8_t>(packed >> 16);
   }
-  const uint32_t packed = block | block >> 4;
-  literals[literalSize++] = static_cast<uint8_t>(packed);
-  literals[literalSize++] = static_cast<uint8_t>(packed >> 16);
+  literalSize += literalBytes;
 }
 
 bool CompileFrames(Cut* cut, int32_t first, int32_t last, ByteStream* stream, NibbleBitmap* bitmap,

@@ -5,6 +5,7 @@
 
 #include "docfiles/code_rows.h"
 #include "document/cut.h"
+#include "foundation/buffer.h"
 #include "foundation/byte_stream.h"
 #include "imaging/nibble_bitmap.h"
 
@@ -28,7 +29,6 @@ class AnimationEncoder {
   AnimationEncoder(ByteStream* outputStream, NibbleBitmap* planes, int32_t capacity);
   AnimationEncoder(const AnimationEncoder&) = delete;
   AnimationEncoder& operator=(const AnimationEncoder&) = delete;
-  ~AnimationEncoder();
 
   // Compiles the frames `first` to `last`, counted from 0. `composition` is an image of canvas size whose pixels are
   // scratch. The record under edit in the current frame becomes current in every frame that is composed. 1, or 0 with
@@ -70,10 +70,10 @@ class AnimationEncoder {
 
   // The sections of the frame at work, made once for the largest box.
   CodeRowWriter rows;
-  uint8_t* literals = nullptr;
+  Buffer<uint8_t> literals;
   int32_t literalSize = 0;
-  int32_t literalBytes = 1;     // of a block
-  uint32_t* matches = nullptr;  // for each block of a row the codes that would do
+  int32_t literalBytes = 1;  // of a block
+  Buffer<uint32_t> matches;  // for each block of a row the codes that would do
 };
 
 // Gives the bitmap the cut's output size and compiles the frames `first` to `last` into the stream, by an encoder of

@@ -1,5 +1,7 @@
 #include "animation/stream_format.h"
 
+#include <initializer_list>
+
 namespace sorvel {
 
 namespace {
@@ -7,6 +9,15 @@ namespace {
 constexpr char kStreamMagic[] = "CA";
 constexpr char kFilmMagic[] = "SV";
 constexpr int32_t kMagicBytes = 2;
+
+// Fields of two bytes in a row, which are read as signed ones.
+void WriteWords(ByteStream& stream, std::initializer_list<int32_t> values) {
+  for (const int32_t value : values) WriteField(stream, value, 2);
+}
+
+void ReadWords(ByteStream& stream, std::initializer_list<int32_t*> values) {
+  for (int32_t* value : values) *value = ReadSignedField(stream, 2);
+}
 
 }  // namespace
 
@@ -40,78 +51,54 @@ StreamCutHead OutputHead(const Cut& cut) {
 }
 
 void WriteCutHead(ByteStream& stream, const StreamCutHead& head) {
-  WriteField(stream, head.width, 2);
-  WriteField(stream, head.height, 2);
   // Quirk 21. The low 16 bits of a larger frame rectangle.
-  WriteField(stream, head.frameWidth, 2);
-  WriteField(stream, head.frameHeight, 2);
+  WriteWords(stream, {head.width, head.height, head.frameWidth, head.frameHeight});
   WriteField(stream, head.fps, 1);
   WriteField(stream, head.levels - 1, 1);
 }
 
 StreamCutHead ReadCutHead(ByteStream& stream) {
   StreamCutHead head;
-  head.width = ReadSignedField(stream, 2);
-  head.height = ReadSignedField(stream, 2);
-  head.frameWidth = ReadSignedField(stream, 2);
-  head.frameHeight = ReadSignedField(stream, 2);
+  ReadWords(stream, {&head.width, &head.height, &head.frameWidth, &head.frameHeight});
   head.fps = ReadSignedField(stream, 1);
   head.levels = static_cast<int32_t>(ReadField(stream, 1)) + 1;
   return head;
 }
 
 void WriteContainerHead(ByteStream& stream, const ContainerHead& head) {
-  WriteField(stream, head.width, 2);
-  WriteField(stream, head.height, 2);
-  WriteField(stream, head.maxWidth, 2);
-  WriteField(stream, head.maxHeight, 2);
-  WriteField(stream, head.cutCount, 2);
+  WriteWords(stream, {head.width, head.height, head.maxWidth, head.maxHeight, head.cutCount});
 }
 
 ContainerHead ReadContainerHead(ByteStream& stream) {
   ContainerHead head;
-  head.width = ReadSignedField(stream, 2);
-  head.height = ReadSignedField(stream, 2);
-  head.maxWidth = ReadSignedField(stream, 2);
-  head.maxHeight = ReadSignedField(stream, 2);
-  head.cutCount = ReadSignedField(stream, 2);
+  ReadWords(stream, {&head.width, &head.height, &head.maxWidth, &head.maxHeight, &head.cutCount});
   return head;
 }
 
 void WriteFrameTiming(ByteStream& stream, const StreamFrameTiming& timing) {
-  WriteField(stream, timing.time, 2);
-  WriteField(stream, timing.loop, 2);
+  WriteWords(stream, {timing.time, timing.loop});
   WriteField(stream, timing.brightness, 1);
-  WriteField(stream, timing.x, 2);
-  WriteField(stream, timing.y, 2);
+  WriteWords(stream, {timing.x, timing.y});
 }
 
 void WriteFrameHead(ByteStream& stream, const StreamFrameHead& head) {
   WriteFrameTiming(stream, head);
-  WriteField(stream, head.box.x, 2);
-  WriteField(stream, head.box.y, 2);
-  WriteField(stream, head.box.width, 2);
-  WriteField(stream, head.box.height, 2);
+  WriteWords(stream, {head.box.x, head.box.y, head.box.width, head.box.height});
   WriteField(stream, static_cast<int32_t>(head.codeSize), 4);
   WriteField(stream, static_cast<int32_t>(head.literalSize), 4);
 }
 
 StreamFrameHead ReadFrameHead(ByteStream& stream) {
   StreamFrameHead head;
-  head.time = ReadSignedField(stream, 2);
-  head.loop = ReadSignedField(stream, 2);
+  ReadWords(stream, {&head.time, &head.loop});
   head.brightness = ReadSignedField(stream, 1);
-  head.x = ReadSignedField(stream, 2);
-  head.y = ReadSignedField(stream, 2);
+  ReadWords(stream, {&head.x, &head.y});
   ReadFrameSections(stream, &head);
   return head;
 }
 
 void ReadFrameSections(ByteStream& stream, StreamFrameHead* head) {
-  head->box.x = ReadSignedField(stream, 2);
-  head->box.y = ReadSignedField(stream, 2);
-  head->box.width = ReadSignedField(stream, 2);
-  head->box.height = ReadSignedField(stream, 2);
+  ReadWords(stream, {&head->box.x, &head->box.y, &head->box.width, &head->box.height});
   head->codeSize = ReadField(stream, 4);
   head->literalSize = ReadField(stream, 4);
 }

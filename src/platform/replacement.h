@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cerrno>
 #include <cstdint>
 #include <cstdio>
 #include <string>
@@ -35,6 +36,17 @@ void RemovePartialFilesNow();
 
 // Flushes what was written to the disk itself.
 bool FlushToDisk(FILE* file);
+
+// Flushes the file to the disk and closes it; the file stays under its own name. False if any write to it failed.
+inline bool ClosePartialFile(PartialFile* partial) {
+  errno = 0;
+  const bool flushed = std::ferror(partial->file) == 0 && FlushToDisk(partial->file);
+  const int problem = errno;
+  const bool closed = std::fclose(partial->file) == 0;
+  partial->file = nullptr;
+  if (!flushed) errno = problem;
+  return flushed && closed;
+}
 
 // Opens an existing file of any kind for writing over what it holds. A plain file keeps its length.
 FILE* OpenInPlace(const std::string& path, bool isText);

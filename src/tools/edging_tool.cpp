@@ -1,25 +1,12 @@
 #include "cutwindow/wait_cursor.h"
-#include "tools/tool.h"
+#include "tools/frame_drag_tool.h"
 
 namespace sorvel {
 
 namespace {
 
-class EdgingTool final : public Tool {
- public:
-  void End() override { isActive = false; }
-
+class EdgingTool final : public FrameDragTool {
  protected:
-  void Press(const ToolInput& input) override {
-    input.HideOverlay();
-    isActive = true;
-    start = input.point;
-  }
-
-  void Move(const ToolInput& input) override {
-    if (isActive) input.StretchFrame(start);
-  }
-
   void Release(const ToolInput& input) override {
     // Quirk 15. A drag that ends on the wrong side isn't a cancel: a later release may still finish it.
     if (!isActive || !IsRightAndBelow(input.point, start)) return;
@@ -33,16 +20,6 @@ class EdgingTool final : public Tool {
     input.ReportStep(area);
     isActive = false;
   }
-
-  void RightRelease(const ToolInput& input) override {
-    if (!isActive) input.OpenPenPicker(input.mouse);
-  }
-
-  void Pulse(const ToolInput& input) override { input.HideOverlay(); }
-
- private:
-  bool isActive = false;
-  Point start;  // in layer coordinates
 };
 
 }  // namespace

@@ -1,24 +1,11 @@
-#include "tools/tool.h"
+#include "tools/frame_drag_tool.h"
 
 namespace sorvel {
 
 namespace {
 
-class RectangleTool final : public Tool {
- public:
-  void End() override { isActive = false; }
-
+class RectangleTool final : public FrameDragTool {
  protected:
-  void Press(const ToolInput& input) override {
-    input.HideOverlay();
-    start = input.point;
-    isActive = true;
-  }
-
-  void Move(const ToolInput& input) override {
-    if (isActive) input.StretchFrame(start);
-  }
-
   void Release(const ToolInput& input) override {
     if (!isActive) return;
     input.window->SaveUndo();
@@ -39,18 +26,6 @@ class RectangleTool final : public Tool {
     input.ReportStep(area);
     isActive = false;
   }
-
-  void RightRelease(const ToolInput& input) override {
-    if (!isActive) input.OpenPenPicker(input.mouse);
-  }
-
-  // The drag goes on. Only the frame leaves the screen, for what repaints it would make the next inversion of it show
-  // it again.
-  void Pulse(const ToolInput& input) override { input.HideOverlay(); }
-
- private:
-  bool isActive = false;
-  Point start;  // in layer coordinates
 };
 
 }  // namespace

@@ -148,19 +148,8 @@ bool CreatePartialFile(const std::string& target, bool, PartialFile* partial) {
 }
 
 bool CommitPartialFile(PartialFile* partial) {
-  errno = 0;
-  bool good = std::ferror(partial->file) == 0 && FlushToDisk(partial->file);
-  int problem = errno;
-  FILE* const file = partial->file;
-  partial->file = nullptr;
-  if (std::fclose(file) != 0 && good) {
-    good = false;
-    problem = errno;
-  }
-  if (good && std::rename(partial->path.c_str(), partial->target.c_str()) != 0) {
-    good = false;
-    problem = errno;
-  }
+  const bool good = ClosePartialFile(partial) && std::rename(partial->path.c_str(), partial->target.c_str()) == 0;
+  const int problem = errno;
   if (!good) unlink(partial->path.c_str());
   Close(partial);
   if (!good) {

@@ -164,17 +164,10 @@ bool CreatePartialFile(const std::string& target, bool isText, PartialFile* part
 }
 
 bool CommitPartialFile(PartialFile* partial) {
-  errno = 0;
-  bool good = std::ferror(partial->file) == 0 && FlushToDisk(partial->file);
-  int problem = errno;
-  FILE* const file = partial->file;
-  partial->file = nullptr;
-  if (std::fclose(file) != 0 && good) {
-    good = false;
-    problem = errno;
-  }
   const std::wstring from = Wide(partial->path);
   const std::wstring to = Wide(partial->target);
+  bool good = ClosePartialFile(partial);
+  int problem = errno;
   if (good) {
     // Scanners and indexers hold a file for moments.
     for (int i = 0; i < kMoveTries; ++i) {

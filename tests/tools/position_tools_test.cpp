@@ -79,6 +79,24 @@ TEST_F(FramePositionTest, ABoxOfAnotherWindowIsNotDrawnHere) {
   EXPECT_EQ(OverlaySize(second), 0u);
 }
 
+TEST_F(FramePositionTest, TheBoxComesBackWithTheToolAfterASinglePulse) {
+  cut->Pulse();
+  UseTool(kToolFill);
+  ASSERT_EQ(OverlaySize(), 0u);
+  UseTool(kToolFramePosition);
+  EXPECT_GT(OverlaySize(), 0u);
+}
+
+// A new window may lie where one that is gone lay in memory.
+TEST_F(FramePositionTest, TheFirstPulseOfAWindowShowsTheBoxWhereverTheLastWindowLay) {
+  ASSERT_GT(OverlaySize(), 0u);
+  host.toolbox->Forget(cut);
+  cut->RepaintArea(0, 0, kSide, kSide, true);
+  ASSERT_EQ(OverlaySize(), 0u);
+  cut->Pulse();
+  EXPECT_GT(OverlaySize(), 0u);
+}
+
 TEST_F(FramePositionTest, APlaceNearTheEndOfTheRangeDoesNotOverflow) {
   SetPlaces({{INT32_MAX - 2, INT32_MIN + 2}});
   Drag(10, 60, 60, 10);

@@ -18,11 +18,11 @@ bool clipTransparent = false;
 
 namespace {
 
-// The program's own clipboard: a picture of colour indices that knows where it came from.
+// The program's own clipboard: a picture of colour indices and where it came from.
 struct ClipboardBlock {
   PackedImage image;
-  const Cut* owner = nullptr;  // never followed, only compared
-  Point place;                 // where it stood, in cut coordinates
+  const Cut* owner = nullptr;  // the cut that it was copied from; may be gone, so it is only compared
+  Point place;                 // of its left top corner, in cut coordinates
 };
 
 ClipboardBlock& Block() {
@@ -33,11 +33,11 @@ ClipboardBlock& Block() {
 constexpr int32_t kDibColors = 16;
 constexpr int32_t kDibStart = kBitmapInfoHeadBytes + kDibColors * 4;
 
-// Pictures come in by pieces of so many pixels a side.
+// A system picture is read in tiles of at most this many pixels a side.
 constexpr int32_t kTileSide = 200;
 
-// Turns a piece of a picture, 3 bytes a pixel with blue first, into the grey tones of ink. The dither goes by the place
-// in the whole picture, so that pieces have no seams.
+// Converts a tile of a picture, 3 bytes a pixel with blue first, to dithered grey tones of ink. The dither pattern is
+// aligned to the whole picture, so that tiles have no seams.
 void TakeTile(CellImage* image, const Rect& area, const uint8_t* pixels) {
   for (int32_t y = area.y; y < area.y + area.height; ++y) {
     for (int32_t x = area.x; x < area.x + area.width; ++x, pixels += 3) {
@@ -124,7 +124,7 @@ void CutWindow::PasteBuffer() {
   RepaintArea(corners[0].x, corners[0].y, corners[1].x - corners[0].x, corners[1].y - corners[0].y, true);
   CutToWindow(corners, 2);
   const Bounds frame = {corners[0].x, corners[0].y, corners[1].x, corners[1].y};
-  // The pulses of the tool change would repaint under the frame and end the selection, so both come after it.
+  // The pulses of a tool change repaint, and a repaint ends the selection. So the tool changes first.
   host->SendCommand(kToolAreaSelect);
   platform::DeviceContext* context = platform::BeginDrawing(window);
   platform::InvertFrame(context, frame);

@@ -7,14 +7,16 @@ namespace sorvel {
 
 class CellImage;
 
-// The picture that was copied last, of no size at first. Not owned by the caller.
+// The picture that was copied or pasted last; its size is 0 if there is none. Not owned by the caller. Lives as long as
+// the process.
 CellImage* ClipboardImage();
 
-// The colour that a paste takes as transparent, red in the low byte, and whether it does.
+// A paste of a system picture takes pixels of this colour as transparent while clipTransparent is set. Red is in the
+// low byte, then green, then blue.
 extern uint32_t clipTransparentColor;
 extern bool clipTransparent;
 
-// Everything as a start of the program finds it.
+// Empties the clipboard and sets both variables to their first values.
 void ResetClipboardBlock();
 
 }  // namespace sorvel

@@ -11,7 +11,7 @@ namespace {
 constexpr char kUntitled[] = "Cut";
 constexpr size_t kTitleSize = 80;
 
-// A right button that is held so long opens the popup of the tools.
+// A right button that is held for this many milliseconds opens the popup menu of the tools.
 constexpr uintptr_t kPopupTimer = 1;
 constexpr uint32_t kPopupDelay = 500;
 
@@ -31,7 +31,7 @@ CutWindow::CutWindow(CutWindowHost* mainFrame, int32_t canvasWidth, int32_t canv
 }
 
 CutWindow::~CutWindow() {
-  // Strokes that this window was in the middle of can't end any more. A pan goes on in the next one.
+  // A stroke in this window can't be finished any more. A drag of the canvas goes on in the next window.
   host->toolbox->Forget(this);
 }
 

@@ -22,37 +22,40 @@ class CutWindow;
 // The window class of cuts.
 constexpr char kCutWindowClass[] = "SorvelinCutFrame";
 
-// What cut windows and tools ask of the frame around them.
+// What cut windows and tools need from the main frame, which outlives the windows.
 class CutWindowHost {
  public:
   explicit CutWindowHost(Toolbox* allTools) : toolbox(allTools) {}
 
   // The cut whose window is active; null when none is open.
   virtual CutWindow* ActiveCut() = 0;
-  // Runs a command: 0 when it was handled, 1 when nobody owns it.
+  // Runs a command at once: 0 if it was handled, 1 if nobody knows it.
   virtual int32_t OnCommand(int32_t code, int32_t id, platform::WindowHandle control) = 0;
-  // Sends the command to the frame's window, like a menu item.
+  // Sends the command to the frame's window, as choosing its menu item does.
   virtual void SendCommand(int32_t id) = 0;
 
-  // The panels show the active cut's current frame: fill them from the cut, store what was typed into the cut (null
-  // does nothing), rewrite the line of the current layer.
+  // The panels show the current frame of the active cut. RefreshPanels() fills them from the cut. CommitPanels() stores
+  // in the cut what was typed into them; null does nothing. RefreshLayerLine() rewrites the line of the current layer.
   virtual void RefreshPanels(CutWindow* cut) = 0;
   virtual void CommitPanels(CutWindow* cut) = 0;
   virtual void RefreshLayerLine(CutWindow* cut) = 0;
   // Selects the cut's line in the list of cuts, and no other.
   virtual void SelectCutLine(CutWindow* cut) = 0;
+  // Hides all panels, or shows them again.
   virtual void TogglePanels() = 0;
-  // The cut is about to close: the film forgets its window, and the user is asked whether to save what isn't saved.
-  // False stops the close, since the drawing couldn't be written and would be lost.
+  // To be called before a cut closes. Takes the window out of the film and asks the user whether to save changes. False
+  // if the drawing couldn't be written: the window must stay, or the drawing would be lost.
   virtual bool AskSaveCut(CutWindow* cut) = 0;
-  // The cut's window goes away without being asked: the film forgets it.
+  // To be called when a cut's window is destroyed. Takes the window out of the film.
   virtual void CutGone(CutWindow* cut) = 0;
 
-  // The player. PlayBuffer plays a compiled stream of `size` bytes from the start; always 1.
+  // The player. PlayBuffer() takes over a buffer whose first `size` bytes are a compiled stream, and plays it from the
+  // start; always 1.
   virtual void StopAnimation() = 0;
   virtual int32_t PlayBuffer(Buffer<uint8_t> buffer, int32_t size) = 0;
 
-  // Lets the user edit a text, an owned string field; false for a cancel.
+  // Lets the user edit a text, a string field of the caller that is replaced. False, with the text unchanged, if the
+  // user cancels.
   virtual bool EditText(char** text) = 0;
 
   platform::WindowHandle frameWindow = nullptr;
@@ -69,113 +72,136 @@ class CutWindowHost {
 
 // Bits of CutWindow::viewOptions.
 enum ViewOption : uint32_t {
-  kFloatingPaste = 1u << 0,  // the selection shows a pasted block that isn't final yet
+  kFloatingPaste = 1u << 0,  // the selection holds a pasted block that can still be moved
   kLineEmphasis = 1u << 1,   // the three line colours are shown in red, green and blue
 };
 
-// Brushes and palettes of the process that cut windows paint with; not owned, null until the program sets them.
+// The brush of the area around the canvas, and the palette for displays that have one. Not owned; null until the
+// program sets them.
 extern platform::BrushHandle gMarginBrush;
 extern platform::PaletteHandle gPalette;
 
-// While this is set, painting sends no pulses: a scroll drag is on, and the tool's overlay is already off.
+// While this is set, painting sends no pulses: the canvas or a scroll bar is being dragged, and the tool's overlay was
+// hidden when that began.
 extern bool pulseSuppressed;
-// No canvas is being dragged and pulses are sent, as at a start of the program.
+// Puts pulseSuppressed and the drag of the canvas in the state of a program start.
 void ResetPan();
 
-// A cut with a window: it shows the current frame at a zoom and turns messages of the window into calls of the current
-// tool, commands and scrolling. The window ends the object.
+// A cut with a window. It shows the current frame at a zoom, and turns messages of the window into calls of the current
+// tool, commands and scrolling. The object deletes itself when its window is destroyed.
 //
-// There are three kinds of coordinates: window coordinates are pixels of the client area; cut coordinates are pixels of
-// the canvas; layer coordinates are cut coordinates less the place of the current record.
+// There are three kinds of coordinates. Window coordinates are pixels of the client area. Cut coordinates are pixels of
+// the canvas. Layer coordinates are cut coordinates relative to the position of the current record.
 //
-// Changes to the document repaint nothing by themselves: who makes one calls RepaintAll or RepaintArea. The pulse, a
-// message of number 1024, is sent around everything that changes what lies under a tool's overlay, and takes it off.
+// A change of the document repaints nothing by itself: its caller calls RepaintAll() or RepaintArea().
+//
+// A tool draws its overlay straight on the window. The pulse (platform::kMessageUser) is sent before and after every
+// change of the pixels below it, so that the tool can take the overlay off.
 class CutWindow final : public Cut, public platform::WindowObject {
  public:
+  // The host isn't owned. The canvas is in pixels; a width or height of 0 leaves the view without pixels until
+  // FitView(). The credit is copied.
   CutWindow(CutWindowHost* mainFrame, int32_t canvasWidth, int32_t canvasHeight, int32_t framesPerSecond,
             const char* creditText, int32_t antialias);
   ~CutWindow();
 
-  // Makes the window, maximised in the area of the child windows; it becomes the active one. False if that fails.
+  // Makes the window, maximised in the area of the child windows, and activates it. False if that fails; the caller
+  // then still owns the object.
   bool Create(platform::WindowHandle mdiClient);
-  // The title is the name of the cut's file.
+  // Makes the name of the cut's file the title. Without a file the title stays.
   void UpdateTitle();
   intptr_t WindowProc(uint32_t message, uintptr_t first, intptr_t second) override;
 
-  // Runs a command of the cut: 0 when it was handled, 1 when it isn't one of them. Defined in shell/.
+  // Runs a command of the cut: 0 if it was handled, 1 if it isn't one of the cut's. Defined in shell/.
   int32_t OnCommand(int32_t code, int32_t id, platform::WindowHandle control);
+  // Runs what a typed character stands for, in Shift JIS; most are commands.
   void OnChar(uintptr_t character);
-  // The tool's overlay goes off the screen.
+  // Sends the pulse to the window, if there is one.
   void Pulse();
 
-  // Mapping, in place, of `count` points; a rectangle is passed as two. The result of WindowToCut lies on the grid.
+  // Map `count` points in place; pass a rectangle as two of them. WindowToCut() snaps the result to the grid,
+  // WindowToCutRaw() doesn't. The two with a layer leave the points as they are if there is no current record.
+  // Results beyond 32 bits wrap.
   void WindowToCut(Point* points, int32_t count);
   void WindowToCutRaw(Point* points, int32_t count);
   void CutToWindow(Point* points, int32_t count);
   void CutToLayer(Point* points, int32_t count);
   void LayerToCut(Point* points, int32_t count);
-  // The selection in cut coordinates, off the grid.
+  // The selection in cut coordinates, not snapped to the grid.
   Rect SelectionInCut();
   bool HasSelection() const { return !selection.IsEmpty(); }
 
   // Recomposes all of the view and shows it, with a pulse before and after.
   void RepaintAll();
-  // Recomposes a rectangle of the view, in cut coordinates, and shows it if `show` is set. False without a current
-  // frame, or when there was nothing to show.
+  // Recomposes a rectangle of the view, in cut coordinates, and copies it to the window if `show` is set. Sends no
+  // pulse. False without a current frame, which leaves the rectangle transparent, or if RepaintAreaDirect() fails.
   bool RepaintArea(int32_t x, int32_t y, int32_t areaWidth, int32_t areaHeight, bool show);
-  // Copies a rectangle of the view to the window. A selection goes off the screen and is empty afterwards.
+  // Copies a rectangle of the view, in cut coordinates, to the window. This takes the selection off the screen and
+  // empties it. False, with nothing done, if the rectangle lies outside the canvas at a zoom above 1/1.
   bool RepaintAreaDirect(int32_t x, int32_t y, int32_t areaWidth, int32_t areaHeight);
+  // Switches kLineEmphasis and repaints.
   void ToggleLineEmphasis();
-  // Gives view the canvas's size.
+  // Gives the view the size of the canvas. False if there is no memory for it.
   bool FitView();
 
-  // Shows what a command changed, a rectangle in layer coordinates, with a pulse before and after, and remembers it for
-  // the undo.
+  // Recomposes and shows a rectangle that a command changed, in layer coordinates, with a pulse before and after, and
+  // makes it undoRect.
   void ShowChange(const Rect& area);
 
-  // Changes the zoom by one step; the place, in window coordinates, comes to the middle.
+  // Change the zoom by one step and scroll the place, in window coordinates, to the middle of the window.
   void ZoomIn(Point place);
   void ZoomOut(Point place);
+  // Sets both scroll bars for a client area of this size, in pixels, and invalidates it.
   void UpdateScrollBars(int32_t clientWidth, int32_t clientHeight);
 
-  // Clears undoRect for null, or stretches it over the rectangle, which is in layer coordinates.
+  // Enlarges undoRect by a rectangle in layer coordinates; null empties undoRect.
   void AddUndoRect(const Rect* rect);
-  // Shows the pen at a point in layer coordinates, or takes it away for null.
+  // Shows the pen at a point in layer coordinates, and no longer where it was shown before; null only removes it.
   void ShowPenMark(const Point* point);
-  // The selection in layer coordinates, or the whole cell without one. False if there is no current cell.
+  // Gives the selection, as SelectionInLayer(), or the whole cell if there is none. False without a current cell.
   bool ToolArea(Rect* area);
-  // The selection in layer coordinates, on the grid.
+  // The selection in layer coordinates, snapped to the grid.
   Rect SelectionInLayer();
 
-  // Commits the panels, compiles the cut if its stream is out of date, and plays it; with a path the stream is kept
-  // beside the cut's file. False if there is no file to compile into.
+  // Commits the panels and plays the cut. The stream is compiled first if it is out of date. It is kept beside the
+  // cut's file; for a cut without a file it is temporary. False if the stream's file can't be opened. A cut that can't
+  // be compiled gives true, and nothing plays.
   bool PlayCut();
-  // Shows the current frame in the player.
+  // Commits the panels and shows the current frame in the player. If it can't be compiled, nothing plays.
   void PreviewFrame();
 
-  // The program's own clipboard and the system's, and mirroring. False when there was nothing to do.
+  // Puts the current cell on the system's clipboard. False without a cell or memory, or if the clipboard is in use.
   bool CopyCellToClipboard();
+  // Takes the picture of the system's clipboard into the program's own clipboard, in tones of grey, and pastes it as
+  // PasteBuffer() does. False if there is no current cell, no picture or no memory, or if the clipboard is in use.
   bool PasteClipboardImage();
+  // Copies a block of the current cell, in layer coordinates, to the program's own clipboard without the colours of
+  // `mask`. False without a cell, for an empty block, and without memory.
   bool StoreBlock(int32_t x, int32_t y, int32_t blockWidth, int32_t blockHeight, uint32_t mask);
+  // Draws the block of the program's own clipboard on the current cell, except on pixels of the colours of `mask`: in
+  // the cut that it was copied from at the same place of the canvas, elsewhere at the left top corner of the cell.
+  // `placed` receives its rectangle in layer coordinates. False without a cell or a block.
   bool PlaceBlock(uint32_t mask, Rect* placed);
+  // Places the block as an undo step, selects it and changes to the area tool, which can then move it.
   void PasteBuffer();
+  // Mirror the selection, or the whole cell, as an undo step. Defined in shell/.
   void FlipCellHorizontal();
   void FlipCellVertical();
 
   CutWindowHost* host;
   IndexedImage view;          // the picture that the window shows, of the canvas's size
-  int32_t zoomNumerator = 1;  // window pixels for each canvas pixel
+  int32_t zoomNumerator = 1;  // numerator / denominator are the window pixels for each canvas pixel; one of them is 1
   int32_t zoomDenominator = 1;
   PackedImage prototype;  // the image that new layers take their class from
   int32_t scrollX = 0;    // in window pixels
   int32_t scrollY = 0;
-  int32_t lineStepX = 0;
+  int32_t lineStepX = 0;  // what an arrow of a scroll bar scrolls, in window pixels
   int32_t lineStepY = 0;
   Bounds selection;        // in window coordinates; empty for none
   Rect undoRect;           // of the last change, in layer coordinates; without width or height undo repaints everything
-  int32_t brushMarkX = 0;  // left top of the pen mark on the view
+  int32_t brushMarkX = 0;  // left top corner of the pen mark, in cut coordinates
   int32_t brushMarkY = 0;
-  uint32_t viewOptions = 0;
+  uint32_t viewOptions = 0;  // bits of ViewOption
 
  private:
   void OnActivation(bool loses, bool gains);

@@ -6,7 +6,7 @@ namespace sorvel {
 
 namespace {
 
-// What a key does that isn't a command.
+// Actions of keys that aren't commands. Their numbers differ from those of all commands.
 enum KeyAction : int32_t {
   kPreviousTool = 1,
   kKeyZoomOut,
@@ -16,7 +16,7 @@ enum KeyAction : int32_t {
   kKeyTogglePanels,
 };
 
-// Each action sits on two keys, mirrored about the middle of the keyboard; `action` is a command or a KeyAction.
+// Each action has a key for the left hand and one for the right. `action` is a command or a KeyAction.
 struct KeyEntry {
   char keys[2];
   int32_t action;
@@ -60,7 +60,7 @@ constexpr KeyEntry kKeys[] = {
     {{'B', 'M'}, kCommandInsertCell},
 };
 
-// 0 for a character that does nothing.
+// The action of a character; 0 for none.
 int32_t ActionOf(uintptr_t character) {
   for (const KeyEntry& entry : kKeys) {
     for (const char key : entry.keys) {
@@ -73,8 +73,8 @@ int32_t ActionOf(uintptr_t character) {
 }  // namespace
 
 void CutWindow::OnChar(uintptr_t character) {
-  // For the length of the action the shape holds the bare size. Whatever the key was, the shape ends on the side of
-  // the table that the pen's sign tells.
+  // While the action runs, the shape holds the size alone. Afterwards it becomes the shape of that size for a pen of
+  // penSign, whatever the key was.
   int32_t& size = currentPen.shape;
   size = SizeOfShape(size);
   const int32_t action = ActionOf(character);

@@ -6,14 +6,15 @@ namespace sorvel {
 
 namespace {
 
-// The drag of a canvas with Shift and Ctrl down, of which there is one at a time.
+// A drag of the canvas with Shift and Ctrl down. There is one at a time.
 struct Pan {
   bool panning = false;
-  Point last;  // the mouse position that the scroll position last accounted for
+  Point last;  // the mouse position that the scroll position corresponds to
 };
 Pan gPan;
 
-// Where scrolling ends for a position that is wanted; `current` for a picture that doesn't scroll.
+// The scroll position nearest to `wanted`, a multiple of `step` within the limits of the bar; `current` if the picture
+// doesn't scroll.
 int32_t LimitScroll(int64_t wanted, int32_t current, const platform::ScrollState& bar, int32_t step) {
   if (bar.maximum <= bar.page) return current;
   const int64_t limit = int64_t{bar.maximum} - bar.page - 1;
@@ -28,11 +29,11 @@ void ResetPan() {
   pulseSuppressed = false;
 }
 
-// Takes the moves of a drag with both keys down; the tool sees none of them.
+// Handles a move with both keys down, which the tool doesn't get. Any other message ends the drag.
 bool CutWindow::HandlePan(uint32_t message, uintptr_t first, intptr_t second) {
   constexpr uintptr_t keys = platform::kKeyShift | platform::kKeyControl;
   if (message == platform::kMessageMouseMove && (first & keys) == keys) {
-    // A slow repaint would fall behind the mouse if every move were drawn.
+    // Only the newest of the waiting moves is drawn, so that a slow repaint doesn't fall behind the mouse.
     Point place = platform::PointOf(second);
     platform::TakeMouseMoves(window, &place);
     PanTo(place);
@@ -75,7 +76,7 @@ void CutWindow::PanTo(Point place) {
   gPan.last.y += dy;
 }
 
-// Copies what a scroll uncovered from the view; the grid snaps its edges.
+// Copies a strip that a scroll uncovered, in window coordinates, from the view. Its edges snap to the grid.
 void CutWindow::ShowStrip(const Bounds& strip) {
   Point corners[2] = {{strip.left, strip.top}, {strip.right, strip.bottom}};
   WindowToCut(corners, 2);

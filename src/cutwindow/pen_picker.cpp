@@ -10,7 +10,7 @@ constexpr int32_t kColumns = 16;
 constexpr int32_t kRows = 4;
 constexpr int32_t kSquare = 12;
 constexpr int32_t kPitch = 14;
-constexpr int32_t kFirst = 4;     // where the first square lies
+constexpr int32_t kFirst = 4;     // x and y of the first square
 constexpr int32_t kBorder = 2;    // of the window around the image, and of a square's edge
 constexpr int32_t kEdgeBox = 16;  // a square with its edge
 constexpr int32_t kImageWidth = 232;
@@ -119,7 +119,7 @@ void PenPicker::Paint(platform::DeviceContext* context) {
   }
 }
 
-// The chosen size is told by its colour, not by its edge.
+// Whether a square is that of the pen. A chosen size is marked by its colour instead of its edge.
 bool PenPicker::IsChosen(int32_t column, int32_t row) const {
   if (row > 0) return pen->colorA == row && pen->tone == column;
   return column < kFirstSize && pen->colorA == 0 && pen->colorB == kPlainColors[column];

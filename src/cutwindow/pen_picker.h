@@ -17,8 +17,9 @@ class PenPicker final : public platform::WindowObject {
 
   PenPicker();
 
-  // Shows the window at a place of the screen without making it active, moved so that it stays on the screen. From now
-  // on it edits this pen, which isn't owned.
+  // Shows the window with its left top corner near a place of the screen, moved so that it stays on the screen, and
+  // doesn't activate it. From now on it edits this pen, which isn't owned and must outlive the picker or the next call.
+  // Without a window it only keeps the pen.
   void Show(int32_t screenX, int32_t screenY, PenSpec* editedPen);
   void Hide();
 

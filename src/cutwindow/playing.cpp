@@ -7,7 +7,7 @@
 
 namespace sorvel {
 
-// The player works from memory: its timer must not touch the disk.
+// The player gets the stream in memory, so that its timer never waits for the disk.
 void CutWindow::PlayFile(ByteStream* file) {
   Buffer<uint8_t> bytes;
   int32_t size = 0;
@@ -38,7 +38,7 @@ bool CutWindow::PlayCut() {
     }
     // A cut that can't be compiled leaves the file empty, and nothing plays.
     CompileFrames(this, 0, frames.Count() - 1, &file, &host->animationWindow.bitmap, &view);
-    // The view holds output pictures now.
+    // The compilation used the view as scratch.
     RepaintArea(0, 0, width, height, false);
   }
   PlayFile(&file);

@@ -7,13 +7,13 @@ namespace sorvel {
 
 namespace {
 
-// The place of a thumb has 16 bits, which a larger picture would overrun.
+// A message gives the position of a thumb in 16 bits; the thumb of a longer range is ignored.
 constexpr int64_t kLargestThumb = 65535;
 
 }  // namespace
 
-// The position may come out negative when the page is larger than the picture: a picture that doesn't scroll is
-// centred without regard to it, and the next update puts it back to 0.
+// The position may become negative if the page is larger than the picture. That does no harm: such a picture is centred
+// whatever the position is, and the next update sets it to 0.
 void CutWindow::UpdateScrollBar(platform::ScrollBar bar, int32_t clientSize, int32_t canvasSize, int32_t* position) {
   const int32_t page = clientSize - clientSize % zoomNumerator;
   const int32_t maximum = WrappingScale(canvasSize, zoomNumerator, zoomDenominator);
@@ -37,7 +37,7 @@ void CutWindow::Scroll(platform::ScrollBar bar, int32_t code, int32_t thumb) {
   const bool isHorizontal = bar == platform::ScrollBar::kHorizontal;
   int32_t& position = isHorizontal ? scrollX : scrollY;
   const int32_t step = isHorizontal ? lineStepX : lineStepY;
-  // Only the height counts as it is shown: at a zoom below 1/1 a page to the right may go beyond the picture.
+  // The width isn't divided by the zoom's denominator: below 1/1 a page to the right may go beyond the picture.
   const int64_t total =
       isHorizontal ? int64_t{width} * zoomNumerator : int64_t{height} * zoomNumerator / zoomDenominator;
   const Bounds client = platform::ClientBounds(window);
@@ -53,7 +53,7 @@ void CutWindow::Scroll(platform::ScrollBar bar, int32_t code, int32_t thumb) {
   switch (code) {
     case platform::kScrollLineUp:
     case platform::kScrollLineDown: {
-      // The arrows know no limit; the next update of the bars brings the position back.
+      // The arrows don't check the limits; the next update of the bars brings the position back into them.
       const int32_t distance = code == platform::kScrollLineUp ? -step : step;
       Pulse();
       position = WrappingAdd(position, distance);

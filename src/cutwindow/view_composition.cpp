@@ -8,25 +8,26 @@ namespace sorvel {
 
 namespace {
 
-// The colours of line, shadow-boundary dark and shadow-boundary light, plain and as emphasis shows them.
+// The colours of lines, dark shadow boundaries and light shadow boundaries: as they are, and with line emphasis.
 constexpr int32_t kLineColors = 3;
 constexpr ColorEntry kPlainLines[kLineColors] = {{0, 0, 0, 0}, {85, 85, 85, 0}, {170, 170, 170, 0}};
 constexpr ColorEntry kVividLines[kLineColors] = {{255, 0, 0, 0}, {0, 0, 255, 0}, {0, 255, 0, 0}};
 
-// Lowers `value` to a multiple of `step`.
+// The largest multiple of `step` that isn't above `value`.
 int64_t LoweredTo(int64_t value, int32_t step) {
   const int64_t rest = value % step;
   return value - (rest < 0 ? rest + step : rest);
 }
 
-// Widens a stretch to whole groups of `step` pixels, each of which is one pixel of the window.
+// Widens a range to whole groups of `step` canvas pixels. At a zoom of 1 / step each group is one pixel of the window.
 void AlignToGroups(int64_t* start, int64_t* length, int32_t step) {
   const int64_t end = *start + *length;
   *start = LoweredTo(*start, step);
   *length = LoweredTo(end - *start + step - 1, step);
 }
 
-// A stretch of one axis of a copy from the view to the window.
+// One axis of a copy from the view to the window: a range of canvas pixels and the range of window pixels that shows
+// it.
 struct Stretch {
   int32_t from;
   int32_t fromEnd;
@@ -36,8 +37,9 @@ struct Stretch {
   bool IsEmpty() const { return from >= fromEnd; }
 };
 
-// What of an axis lies on the canvas: its whole groups of pixels, and what is left of a group at its edge, which is
-// shown as one pixel. Both in one copy would be spread over other pixels than those of a copy beside it.
+// The part of an axis that lies on the canvas. It is copied in two steps: the whole groups of `denominator` pixels, and
+// the rest of a group at the edge, which is shown as one pixel. One copy of both would scale the groups to other pixels
+// than a copy of the area beside it does.
 struct AxisCopy {
   AxisCopy(int64_t start, int64_t length, int32_t target, int32_t canvas, int32_t numerator, int32_t denominator) {
     const int64_t from = std::max<int64_t>(start, 0);
@@ -97,7 +99,7 @@ bool CutWindow::RepaintAreaDirect(int32_t areaX, int32_t areaY, int32_t areaWidt
     h = bottom - y;
     if (w <= 0 || h <= 0) return false;
   }
-  // Only columns of the scroll position's parity begin an area.
+  // A copy starts at a column that is odd or even as the scroll position is.
   if (DifferInParity(x, scrollX)) {
     --x;
     ++w;
@@ -128,7 +130,7 @@ bool CutWindow::RepaintAreaDirect(int32_t areaX, int32_t areaY, int32_t areaWidt
   return true;
 }
 
-// The plain colours are fixed: they overrule a colour file once the emphasis has been switched off.
+// The plain colours are fixed: after the emphasis was switched off they replace those of a colour file.
 void CutWindow::ToggleLineEmphasis() {
   viewOptions ^= kLineEmphasis;
   const bool isVivid = (viewOptions & kLineEmphasis) != 0;
@@ -146,7 +148,8 @@ void CutWindow::Paint() {
   if (!pulseSuppressed) Pulse();
 }
 
-// Copies `update`, in window coordinates, from the view. The margin is painted whatever was invalid.
+// Copies the part of the view that lies in `update`, in window coordinates. All of the margin around the canvas is
+// painted, even outside `update`.
 void CutWindow::PaintClient(platform::DeviceContext* context, const Bounds& update) {
   const Bounds client = platform::ClientBounds(window);
   Point corners[2] = {{0, 0}, {width, height}};

@@ -6,7 +6,7 @@ namespace sorvel {
 
 namespace {
 
-// On to the grid: a remainder of more than half a step goes up, so that half a step itself goes down.
+// The nearest multiple of `step`; exactly half a step goes down.
 int32_t Snapped(int32_t value, int32_t step) {
   if (step <= 1) return value;
   const int32_t rest = value % step;
@@ -15,8 +15,8 @@ int32_t Snapped(int32_t value, int32_t step) {
 
 }  // namespace
 
-// Where the left top corner of the canvas lies in the window: a picture that is smaller than the client area is
-// centred, whatever the scroll bars say.
+// The left top corner of the canvas in window coordinates. A canvas that is smaller than the client area is centred,
+// whatever the scroll bars say.
 Point CutWindow::ViewOrigin() {
   const Bounds client = platform::ClientBounds(window);
   Point origin = {WrappingSubtract(client.right, WrappingScale(width, zoomNumerator, zoomDenominator)) / 2,

@@ -4,7 +4,7 @@
 
 namespace sorvel {
 
-// The wait cursor for the length of a scope.
+// Shows the wait cursor, and puts back the old one at the end of the scope.
 class WaitCursor {
  public:
   WaitCursor() : old(platform::SetCursorShape(platform::CursorShape::kWait)) {}
@@ -16,7 +16,7 @@ class WaitCursor {
     platform::SetCursorShape(isOurs ? old : platform::CursorShape::kArrow);
   }
 
-  // It stays on the screen until the mouse moves.
+  // Keeps the wait cursor at the end of the scope; it stays until the mouse moves.
   void Leave() { isLeft = true; }
 
  private:

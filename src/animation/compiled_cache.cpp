@@ -1,7 +1,12 @@
+#include "animation/compiled_cache.h"
+
 #include <cstring>
 
 #include "animation/stream_format.h"
+#include "animation/stream_inspector.h"
 #include "document/cut.h"
+#include "foundation/replacement_file.h"
+#include "platform/files.h"
 
 namespace sorvel {
 
@@ -25,6 +30,24 @@ bool PatchFrame(Cut* cut, int32_t index, int32_t scale, ByteStream* stream, int6
 }
 
 }  // namespace
+
+FILE* OpenCache(const char* path) {
+  FileStream cache(platform::OpenStdioFile(path, "rb"));
+  if (!cache.IsOpen()) return nullptr;
+  if (!IsCompleteStream(&cache)) {
+    cache.Close();
+    return nullptr;
+  }
+  cache.Seek(0, kFromStart);
+  return cache.file;
+}
+
+bool KeepCache(ByteStream* compiled, const char* path) {
+  ReplacementFile cache;
+  if (!cache.Open(path)) return false;
+  compiled->Seek(0, kFromStart);
+  return CopyStream(*compiled, cache.stream, -1) && cache.Commit();
+}
 
 bool Cut::PatchCompiledStream(ByteStream* stream) {
   if (!Has(kImagesStale) && !Has(kTimingStale)) return true;

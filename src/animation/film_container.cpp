@@ -3,24 +3,16 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "animation/compiled_cache.h"
 #include "animation/stream_encoder.h"
 #include "animation/stream_format.h"
 #include "foundation/paths.h"
-#include "foundation/replacement_file.h"
 #include "imaging/packed_image.h"
 #include "platform/files.h"
 
 namespace sorvel {
 
 namespace {
-
-// Saves a copy of the compiled stream beside the cut. If that fails, the film still gets the cut.
-void KeepCache(FileStream* compiled, const char* cachePath) {
-  ReplacementFile cache;
-  if (!cache.Open(cachePath)) return;
-  compiled->Seek(0, kFromStart);
-  if (CopyStream(*compiled, cache.stream, -1)) cache.Commit();
-}
 
 // Compiles all frames of the cut into a temporary file. Gives the open file, or null on failure. A cut without frames
 // gives an empty file, or a failure if there is a report.
@@ -42,6 +34,7 @@ FILE* CompileCut(Cut* cut, const char* cachePath, NibbleBitmap* bitmap, PackedIm
     stream.Close();
     return nullptr;
   }
+  // If its cache can't be written, the film still gets the cut.
   KeepCache(&stream, cachePath);
   return stream.file;
 }
@@ -53,8 +46,8 @@ FILE* OpenOrCompile(Film* film, int32_t listIndex, NibbleBitmap* bitmap, LoadRep
     NoteProblem(report, "the path is too long");
     return nullptr;
   }
-  // It is used even if the cut has changed since.
-  FILE* cache = platform::OpenStdioFile(cachePath, "rb");
+  // A whole one is used even if the cut has changed since.
+  FILE* cache = OpenCache(cachePath);
   if (cache != nullptr) return cache;
   PackedImage composition;
   Cut* open = film->cuts.At(listIndex).cut;

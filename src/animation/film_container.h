@@ -20,8 +20,8 @@ struct ContainerReport {
 // Writes a playback file of the film to `container`, an empty stream that can seek. `indices` are the film entries to
 // put in, `count` of them in the order of play.
 //
-// If a compiled stream (.ca) lies beside a cut's file, it is copied without a look at its age. Otherwise the cut is
-// compiled, and the stream is saved beside the cut; `bitmap` is the workspace and gets another size and picture.
+// If a whole compiled stream (.ca) lies beside a cut's file, it is copied without a look at its age. Otherwise the cut
+// is compiled, and the stream is saved beside the cut; `bitmap` is the workspace and gets another size and picture.
 //
 // False if a cut can't be read or compiled or the file would grow beyond 2 GiB; `report`, which may be null, then names
 // the cut, and what has been written stays in the container. With a report a damaged cut and one without frames fail.

@@ -186,9 +186,9 @@ bool InspectStream(ByteStream* stream, StreamInfo* info, LoadReport* report) {
 }
 
 bool IsCompleteStream(ByteStream* stream) {
-  stream->Seek(0, kFromStart);
-  return ReadStreamKind(*stream) == StreamKind::kCompiledCut &&
-         ReadField(*stream, kStreamSizeBytes) == static_cast<uint32_t>(StreamLength(*stream));
+  StreamInfo info;
+  LoadReport report;
+  return InspectStream(stream, &info, &report) && !info.isContainer && !report.IsDamaged();
 }
 
 }  // namespace sorvel

@@ -33,7 +33,7 @@ struct StreamInfo : ContainerHead {
 // may be null.
 bool InspectStream(ByteStream* stream, StreamInfo* info, LoadReport* report);
 
-// True for a compiled cut that is as long as its head says; nothing else of it is looked at.
+// True for a compiled cut that InspectStream() finds nothing wrong with.
 bool IsCompleteStream(ByteStream* stream);
 
 }  // namespace sorvel

@@ -1,12 +1,10 @@
 #include <cstdio>
-#include <filesystem>
 #include <string>
-#include <system_error>
 #include <vector>
 
+#include "animation/compiled_cache.h"
 #include "animation/film_container.h"
 #include "animation/stream_encoder.h"
-#include "animation/stream_inspector.h"
 #include "console/commands.h"
 #include "console/console_files.h"
 #include "console/state_writer.h"
@@ -14,7 +12,6 @@
 #include "imaging/indexed_image.h"
 #include "imaging/nibble_bitmap.h"
 #include "imaging/packed_image.h"
-#include "platform/files.h"
 #include "platform/text.h"
 
 namespace sorvel::console {
@@ -32,21 +29,14 @@ int SelectFrame(const std::string& path, const std::string& word, Cut* cut) {
   return kDone;
 }
 
-// Checks that an entry of a film can be exported: the compiled stream beside the cut is complete or, if there is none,
-// the cut can be opened.
+// Checks that an entry of a film can be exported: a whole compiled stream lies beside the cut, or the cut can be
+// opened.
 bool CheckEntry(const char* cutPath) {
   char cachePath[kPathCapacity];
-  std::string problem;
-  std::error_code error;
-  if (ChangeExtension(cachePath, cutPath, "ca") && platform::PathExists(cachePath) &&
-      !std::filesystem::is_directory(ShownText(cachePath), error)) {
-    InputFile cache;
-    const bool isOpen = cache.Open(ShownText(cachePath), &problem);
-    if (isOpen && IsCompleteStream(cache.Stream())) return true;
-    Fail(ShownText(cachePath), isOpen ? "not a complete compiled stream" : problem);
-    return false;
-  }
+  FileStream cache(ChangeExtension(cachePath, cutPath, "ca") ? OpenCache(cachePath) : nullptr);
+  if (cache.Close()) return true;
   InputFile cut;
+  std::string problem;
   if (cut.Open(ShownText(cutPath), &problem)) return true;
   Fail(ShownText(cutPath), problem);
   return false;

@@ -39,7 +39,7 @@ const Command kCommands[] = {
     {"export",
      "export FILM.flm OUT.sv",
      "writes all cuts of a film as one playback file",
-     "A compiled stream (.ca) beside a cut is used as it is; where there is none it is made.\n",
+     "A whole compiled stream (.ca) beside a cut is used as it is; where there is none it is made.\n",
      {},
      2,
      2,

@@ -163,9 +163,9 @@ class CutWindow final : public Cut, public platform::WindowObject {
   // The selection in layer coordinates, snapped to the grid.
   Rect SelectionInLayer();
 
-  // Commits the panels and plays the cut. The stream is compiled first if it is out of date. It is kept beside the
-  // cut's file; for a cut without a file it is temporary. False if the stream's file can't be opened. A cut that can't
-  // be compiled gives true, and nothing plays.
+  // Commits the panels and plays the cut. The stream is compiled first if it is out of date or not whole. It is kept
+  // beside the cut's file; where it can't be written it stays out of date. False if the path is too long. A cut that
+  // can't be compiled gives true, and nothing plays.
   bool PlayCut();
   // Commits the panels and shows the current frame in the player. If it can't be compiled, nothing plays.
   void PreviewFrame();
@@ -217,7 +217,6 @@ class CutWindow final : public Cut, public platform::WindowObject {
   void Paint();
   void PaintClient(platform::DeviceContext* context, const Bounds& update);
   void ChooseCursor();
-  void PlayFile(ByteStream* file);
 };
 
 // The window of a cut that is open in one; null for other cuts and for null.

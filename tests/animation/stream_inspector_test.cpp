@@ -210,11 +210,15 @@ TEST(StreamInspector, WrongLargestSizeIsNoticed) {
   EXPECT_FALSE(IsSound(Replaced(SmallFilm(), 14, Le16(0))));
 }
 
-TEST(StreamInspector, CompleteStreamIsAsLongAsItSays) {
+TEST(StreamInspector, CompleteStreamEndsBehindItsLastFrame) {
   const Bytes cut = SmallCut();
   for (size_t length = 0; length <= cut.size(); ++length) {
     Input input(Part(cut, 0, length));
     EXPECT_EQ(IsCompleteStream(&input.stream), length == cut.size()) << length;
+    if (length < 6 || length == cut.size()) continue;
+    // Where a frame ends, a stream may end.
+    Input saysSo(Replaced(Part(cut, 0, length), 2, Le32(static_cast<uint32_t>(length))));
+    EXPECT_EQ(IsCompleteStream(&saysSo.stream), (length == 45 || length == 73)) << length;
   }
   Bytes longer = cut;
   longer.push_back(0);

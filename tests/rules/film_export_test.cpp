@@ -557,26 +557,49 @@ ScriptSession FilmWithCache(const std::string& cache) {
   return OpenFilm({{"a.cut", WideCut()}, {"b.cut", SmallCut()}}).Write("b.ca", cache);
 }
 
-const std::string kGarbage("XYabcdno\0\x2C\x01\x02\x00garbage\xFF\x00\xFF", 23);
-const std::string kNegativeSizes("CAabcd\0\xFF\xFF\x00\x80", 11);
-
-const Rules<SessionTest, "DamagedCache"> kDamagedCacheRules = {
-    {"IsCopiedFromItsSeventhByteOn", FilmWithCache(kGarbage), Export(),
-     Has("bytes/out.sv", ContainerOf({Stream(WideCut()), kGarbage}), "bytes/b.ca", kGarbage)},
-    {"NegativeSizesNeverCount", OpenFilm({{"a.cut"}}).Write("a.ca", kNegativeSizes), Export(),
-     Has("bytes/out.sv", ContainerOf({kNegativeSizes}))},
-};
-
-class ShortCache : public SessionTest, public testing::WithParamInterface<size_t> {};
-
-TEST_P(ShortCache, GivesWhatIsBehindItsSixthByte) {
-  const std::string cache = std::string("CA\x09\0\0\0longcredit", 16).substr(0, GetParam());
-  session.Then(FilmWithCache(cache)).Then(Export()).Run();
-  EXPECT_EQ(session.Bytes("out.sv"), ContainerOf({Stream(WideCut()), cache}));
-  EXPECT_EQ(session.Bytes("b.ca"), cache);
+Facts CacheMadeAgain() {
+  return Has("bytes/out.sv", Container({WideCut(), SmallCut()}), "bytes/b.ca", Stream(SmallCut()));
 }
 
-INSTANTIATE_TEST_SUITE_P(Cache, ShortCache, testing::Values(0, 1, 5, 6, 7, 16));
+// The size in the head of a stream, set to its length.
+std::string WithItsSize(std::string stream) {
+  std::string size;
+  PutLittle(size, static_cast<int64_t>(stream.size()), 4);
+  return stream.replace(2, 4, size);
+}
+
+const std::string kGarbage("XYabcdno\0\x2C\x01\x02\x00garbage\xFF\x00\xFF", 23);
+
+const Rules<SessionTest, "DamagedCache"> kDamagedCacheRules = {
+    {"IsMadeAgain", FilmWithCache(kGarbage), Export(), CacheMadeAgain()},
+    {"IsMadeAgainByTheConsoleProgram", FilmWithCache(kGarbage), ConsoleExports(), CacheMadeAgain()},
+    {"WithBytesBehindItsLastFrameIsMadeAgain", FilmWithCache(WithItsSize(Stream(WideCut()) + "x")), ConsoleExports(),
+     CacheMadeAgain()},
+    {"WithoutItsCutFailsTheExport", OpenFilm({{"a.cut"}}).Write("a.ca", kGarbage), Export(),
+     Has("files", "a.ca film.flm", "bytes/a.ca", kGarbage)},
+    {"WithoutItsCutFailsTheConsoleExport", FilmOf({{"a.cut"}}).Write("a.ca", kGarbage), ConsoleExports(1),
+     SaysThatItFailed("a.cut"), Has("exists/out.sv", false, "bytes/a.ca", kGarbage)},
+};
+
+class ShortCache : public SessionTest, public testing::WithParamInterface<std::string> {};
+
+TEST_P(ShortCache, IsMadeAgain) {
+  session.Then(FilmWithCache(GetParam())).Then(Export());
+  EXPECT_TRUE(Holds(session, "bytes/out.sv", Container({WideCut(), SmallCut()}), "bytes/b.ca", Stream(SmallCut())));
+}
+
+// Beginnings of a whole stream, and those that say that they are whole.
+std::vector<std::string> ShortCaches() {
+  const std::string whole = Stream(WideCut());
+  std::vector<std::string> caches;
+  for (const size_t length : {size_t{0}, size_t{1}, size_t{5}, size_t{6}, size_t{16}, whole.size() - 1}) {
+    caches.push_back(whole.substr(0, length));
+    if (length > 5) caches.push_back(WithItsSize(caches.back()));
+  }
+  return caches;
+}
+
+INSTANTIATE_TEST_SUITE_P(Cache, ShortCache, testing::ValuesIn(ShortCaches()));
 
 // ---- Caches and cuts that can't be opened ----
 
@@ -744,11 +767,11 @@ const Rules<SessionTest, "PlaySelection"> kPlaySelectionRules = {
          {{kFilmTitleEdit, "longer title"}, {kFilmAuthorEdit, ""}, {kFilmWidthEdit, "30"}, {kFilmHeightEdit, "20"}}),
      Do().Command(kCommandFilmProperties).Command(kCommandPlaySelection), PlayerPlays({SmallCut()}, kNewTexts),
      Shows({SmallCut()}, 1, kNewTexts)},
-    {"OfADamagedCacheDoesNotHurt",
+    {"MakesADamagedCacheAgain",
      OpenFilm({{"a.cut", SmallCut()}, {"b.cut", WideCut()}})
          .Write("a.ca", std::string("CA\0\0\0\0\0", 7) + std::string(40, '\xFF')),
-     Do().Select(kCutList, {0, 1}).Command(kCommandPlaySelection).Line("tick 50"),
-     Has("bytes/a.ca", std::string("CA\0\0\0\0\0", 7) + std::string(40, '\xFF'), "bytes/b.ca", Stream(WideCut()))},
+     Do().Select(kCutList, {0, 1}).Command(kCommandPlaySelection), PlayerPlays({SmallCut(), WideCut()}),
+     Has("bytes/a.ca", Stream(SmallCut()), "bytes/b.ca", Stream(WideCut()))},
 };
 
 using PlaySelection = SessionTest;

@@ -23,13 +23,13 @@ class AnimationWindow final : public platform::WindowObject {
   // one frame is a still: it needs no timer. 1, or 0 if the stream can't be opened or there is no timer.
   int32_t Play(ByteStream* stream);
 
-  // One tick of 1/fps second.
+  // Advances the play by one tick of 1/fps second.
   void TimerTick();
 
-  // The picture stays, and so does the place in the stream. 0 if there was no timer, else 1.
+  // Stops the timer; the picture and the position in the stream stay. 0 if there was no timer, else 1.
   int32_t StopTimer();
 
-  // The window keeps the size of the stream. Closing it stops the timer; it neither closes nor hides.
+  // Keeps the window at the size of the stream. A close only stops the timer; the window stays as it is.
   intptr_t WindowProc(uint32_t message, uintptr_t first, intptr_t second) override;
 
   // Draws the viewport with black bands around it.

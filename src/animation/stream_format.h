@@ -107,7 +107,7 @@ struct StreamFrameHead : StreamFrameTiming {
 
 void WriteFrameHead(ByteStream& stream, const StreamFrameHead& head);
 StreamFrameHead ReadFrameHead(ByteStream& stream);
-// The rest of the head, for who stands behind its timing.
+// Reads the rest of a head whose timing has been read.
 void ReadFrameSections(ByteStream& stream, StreamFrameHead* head);
 
 }  // namespace sorvel

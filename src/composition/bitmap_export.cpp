@@ -35,8 +35,8 @@ bool Cut::ExportFrameBitmap(ByteStream* stream, NibbleBitmap* bitmap, CellImage*
     bitmap->GetFrontColor(i, &red, &green, &blue);
     WriteField(*stream, blue | green << 8 | red << 16, 4);
   }
-  // The frame rectangle may reach out of the picture. Beside the picture the neighbouring rows in memory show, and
-  // outside its memory nothing does.
+  // The frame rectangle may reach beyond the picture. Left and right of the picture this reads pixels of the rows above
+  // and below, as they lie in memory; outside the memory of the bitmap it reads 0.
   const auto levelAt = [bitmap](int64_t x, int64_t y) {
     const int64_t place = y * bitmap->pitch + x;
     return place >= 0 && place < bitmap->imageSize + platform::kSpareBytes ? bitmap->bits[place] & 0x0F : 0;

@@ -5,7 +5,7 @@ namespace sorvel {
 
 namespace {
 
-// Where one record is drawn from and to.
+// The area that a frame is composed into, in cut coordinates; draws single records into it.
 struct Placement {
   CellImage* destination;
   int32_t x;

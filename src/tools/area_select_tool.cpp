@@ -122,7 +122,7 @@ class AreaSelectTool final : public Tool {
 
   void Pulse(const ToolInput& input) override {
     ReplaceSelection(input.window, Bounds{});
-    // Without its frame a move can't go on; another tool's change must not be taken back in its stead.
+    // Without its frame a move can't go on, and its next step would undo the change of another tool.
     if (state == State::kAfterMove) state = State::kIdle;
   }
 
@@ -141,7 +141,7 @@ class AreaSelectTool final : public Tool {
   void BeginMove(const ToolInput& input, Point place, Point oldOrigin) {
     CutWindow* const window = input.window;
     if (state == State::kAfterMove) {
-      // The whole way from the first place counts as one move, so that the ink is carried only once. The sum is limited
+      // All drags of a move count as one from the first place, so that the ink is moved only once. The sum is clamped
       // like any point of the layer.
       window->Undo();
       const Point from = input.ToLayer(anchor);
@@ -176,7 +176,7 @@ class AreaSelectTool final : public Tool {
     // The mark of the press is gone if the cut was saved or played with the button down.
     window->MarkImages();
     input.Repaint(window->undoRect);
-    // What was repainted took the frame away.
+    // The repaint removed the frame.
     if (!window->HasSelection()) ReplaceSelection(window, frame);
     anchor = input.ToWindow(input.point);
     state = State::kAfterMove;

@@ -6,11 +6,8 @@ namespace sorvel {
 
 namespace {
 
-// A segment is drawn one click late, when the point after it is known.
+// A segment is drawn one click late, since its shape depends on the point after it.
 class CurveTool final : public Tool {
- public:
-  void End() override { Stop(); }
-
  protected:
   void Move(const ToolInput& input) override {
     if (isActive) input.StretchBand(bandStart);

@@ -66,8 +66,8 @@ class EraserTool final : public Tool {
     input.ShowFrame(input.ToWindow(corner, {corner.x + side, corner.y + side}));
   }
 
-  // Nothing is removed: ink fades into the underdrawing, and white becomes transparent. The block is one pixel larger
-  // than the frame each way.
+  // Ink becomes underdrawing, and white becomes transparent. The erased block is one pixel wider and higher than the
+  // frame.
   void Erase(const ToolInput& input) const {
     const Point corner = Corner(input);
     const int32_t side = Side(input) + 1;

@@ -5,9 +5,6 @@ namespace sorvel {
 namespace {
 
 class FocusLinesTool final : public Tool {
- public:
-  void End() override { isActive = false; }
-
  protected:
   void Move(const ToolInput& input) override {
     if (isActive) {

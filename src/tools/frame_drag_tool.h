@@ -25,8 +25,8 @@ class FrameDragTool : public Tool {
     if (!isActive) input.OpenPenPicker(input.mouse);
   }
 
-  // The drag goes on. Only the frame leaves the screen, for what repaints it would make the next inversion of it show
-  // it again.
+  // The drag goes on. Only the frame leaves the screen: after a repaint below it the next inversion would draw it
+  // instead of removing it.
   void Pulse(const ToolInput& input) final { input.HideOverlay(); }
 
   bool isActive = false;  // a drag goes on

@@ -55,8 +55,7 @@ class FreePenTool final : public Tool {
   }
 
  private:
-  // A window that is zoomed out shows several pixels of the cell in one of its own. Corners are then judged in its
-  // pixels.
+  // Below a zoom of 1/1 a window pixel shows several pixels of the cell. Corners are then looked for in window pixels.
   static bool IsTrailInWindow(const ToolInput& input) { return input.window->zoomDenominator > 1; }
 
   static Point TrailPoint(const ToolInput& input) {
@@ -71,8 +70,8 @@ class FreePenTool final : public Tool {
     input.DrawInkLine(from, to);
   }
 
-  // Moves the trail on by a point and takes the corner out of two moves at a right angle, so that the path, which is
-  // drawn one point late, cuts it.
+  // Adds a point to the trail and draws the segment before it. Where two moves meet at a right angle, the point between
+  // them moves by one pixel, so that the path cuts the corner.
   void DrawPastCorner(const ToolInput& input) {
     const Point middle = trail[1];
     const Point newest = trail[2];

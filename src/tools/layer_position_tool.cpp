@@ -5,7 +5,7 @@ namespace sorvel {
 
 namespace {
 
-// How far `value` can go in this direction without leaving 32 bits.
+// `step`, limited so that `value` plus it fits in 32 bits.
 int32_t StepWithin(int32_t value, int32_t step) {
   return SaturatingSubtract(SaturatingAdd(value, step), value);
 }

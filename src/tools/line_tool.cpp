@@ -5,9 +5,6 @@ namespace sorvel {
 namespace {
 
 class LineTool final : public Tool {
- public:
-  void End() override { state = State::kIdle; }
-
  protected:
   void Press(const ToolInput& input) override {
     if (state == State::kIdle && !input.isControlDown) Begin(input, State::kDrag);

@@ -31,7 +31,7 @@ class MosaicTool final : public Tool {
 
   void Release(const ToolInput& input) override {
     if (!isActive) return;
-    // What repainted in the middle of the drag took its start.
+    // A repaint during the drag removed its start.
     if (!HasStart()) {
       input.HideOverlay();
       isActive = false;
@@ -86,7 +86,7 @@ class MosaicTool final : public Tool {
     }
   }
 
-  // The first step of a walk in tiles that may touch the picture.
+  // The offset from `from` of the first tile that may touch the picture.
   int32_t FirstTile(int32_t from) const { return from >= 0 ? 0 : Saturated(-int64_t{from} / size * size); }
 
   bool isActive = false;

@@ -12,12 +12,13 @@ class Overlay {
  public:
   void ShowBand(const CutWindow* window, Point from, Point to);
   void ShowFrame(const CutWindow* window, const Bounds& frame);
-  // Takes it off this window. One of another window is only forgotten: that one was repainted, or is gone.
+  // Takes the overlay off this window. An overlay of another window is only forgotten: that window was repainted or is
+  // gone.
   void Hide(const CutWindow* window);
   bool IsShown(const CutWindow* window) const;
   // The frame that is shown; an empty one if none is.
   Bounds ShownFrame(const CutWindow* window) const;
-  // The window is gone, and what was shown on it.
+  // To be called when a window is gone: forgets what was shown on it. Draws nothing.
   void Forget(const CutWindow* window);
 
  private:

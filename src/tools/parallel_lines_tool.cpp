@@ -5,9 +5,6 @@ namespace sorvel {
 namespace {
 
 class ParallelLinesTool final : public Tool {
- public:
-  void End() override { state = State::kIdle; }
-
  protected:
   void Press(const ToolInput& input) override {
     if (state == State::kIdle) BeginFirstLine(input, true);

@@ -43,7 +43,7 @@ void PositionTool::RightRelease(const ToolInput& input) {
     Align(input);
     return;
   }
-  // The next move shows it again; until then a pair of pulses finds it as if it were on.
+  // isUp stays set: the next move or pair of pulses shows the box again.
   input.HideOverlay();
   isDragging = false;
 }

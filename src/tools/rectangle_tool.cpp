@@ -12,8 +12,8 @@ class RectangleTool final : public FrameDragTool {
     input.HideOverlay();
     const int32_t width = input.point.x - start.x;
     const int32_t height = input.point.y - start.y;
-    // The outline grows this rectangle. After a fill undoRect holds the right and bottom edges as its width and height:
-    // it is seen from outside, so it stays as it has always been, and what is repainted too much does no harm.
+    // The outline grows this rectangle. After a fill its width and height are the right and bottom edges: scripts see
+    // it as undoRect, so it stays, and repainting too much does no harm.
     Rect area = {start.x, start.y, width, height};
     if (input.isControlDown) {
       Bounds filled;

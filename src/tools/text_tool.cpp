@@ -68,7 +68,7 @@ class TextTool final : public Tool {
   }
 
   void AskForText(const ToolInput& input) {
-    // A frame of the last text may follow the button that is down.
+    // A move with the button down may have shown the frame of the last text.
     input.HideOverlay();
     if (!input.window->host->EditText(&text)) {
       clicks = kNoClick;
@@ -96,7 +96,7 @@ class TextTool final : public Tool {
     height = textToolFont.IsVertical() ? longest : Saturated(depth);
   }
 
-  // The text's rectangle for its left top corner, in the coordinates of that corner.
+  // The rectangle of the text with this left top corner.
   Rect BlockAt(Point leftTop) const { return {leftTop.x, leftTop.y, width, height}; }
 
   void ShowTextFrame(const ToolInput& input) {
@@ -121,13 +121,13 @@ class TextTool final : public Tool {
   void PlaceText(const ToolInput& input) {
     CutWindow* const window = input.window;
     window->SaveUndo();
-    // A frame that a repaint took away is where the mouse is now.
+    // If a repaint removed the frame, the text goes to the mouse.
     const Point place = input.overlay->IsShown(window) ? corner : input.point;
     input.HideOverlay();
     Point inCut = place;
     window->LayerToCut(&inCut, 1);
     const Rect block = BlockAt(inCut);
-    // The view serves as paper: what isn't 0 on it afterwards is glyph.
+    // The view is scratch memory here: pixels that aren't 0 afterwards belong to glyphs.
     window->view.FillRect(block.x, block.y, block.width, block.height, kTransparent);
     DrawTextOnView(window, block);
     input.cell->StampImage(place.x, place.y, &window->view, block.x, block.y, block.width, block.height, currentPen,

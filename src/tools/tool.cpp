@@ -120,7 +120,7 @@ Point UnpackPlace(intptr_t place, bool isSigned) {
 bool Tool::Prepare(intptr_t place, ToolInput* input) {
   input->cell = input->window->CurrentCell();
   if (input->cell == nullptr) {
-    // What the tool had on the screen must still go when the picture changes.
+    // The overlay must leave the screen even if there is no drawing any more.
     input->HideOverlay();
     return false;
   }

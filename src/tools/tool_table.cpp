@@ -30,7 +30,7 @@ class ToolTable final : public Toolbox {
     Tool* const tool = Find(number);
     if (tool == nullptr) return;
     runningWindow = window;
-    // Keys run the zoom beside the current tool, which stays.
+    // Keys can run the zoom tool while another tool stays the current one.
     if (number == window->host->currentTool) Enter(number, window);
     ToolInput input = {};
     input.window = window;
@@ -62,7 +62,7 @@ class ToolTable final : public Toolbox {
     return nullptr;
   }
 
-  // A pulse that toggles its overlay can come just before another tool takes over, and leave it on the screen.
+  // The last pulse before a change of the tool may have put the old tool's overlay on the screen.
   void Enter(int32_t number, const CutWindow* window) {
     if (number == running) return;
     overlay.Hide(window);

@@ -4,9 +4,9 @@
 
 namespace sorvel {
 
-// All tools of the program and what they hold, one for all cuts. Lives as long as the process.
+// All tools of the program with their state, shared by all cuts. Lives as long as the process.
 Toolbox* AllTools();
-// Every tool as a start of the program finds it; nothing is shown.
+// Resets every tool to its state at the start of the program. The overlay is forgotten and nothing is drawn.
 void ResetTools();
 
 }  // namespace sorvel

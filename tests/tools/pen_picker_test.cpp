@@ -102,6 +102,22 @@ TEST_F(PenPickerTest, TheEdgeOfTheWindowIsRaisedOnAllItsSides) {
   }
 }
 
+// The squares beside and below a square cover its right and bottom edges, but for the last one.
+TEST_F(PenPickerTest, ASquareThatIsNotChosenIsEtchedOnAllItsSides) {
+  const auto red = [this](int32_t x, int32_t y) { return int32_t{ColorAt(x, y).red}; };
+  constexpr int32_t left = 2 + 14 * 15;
+  constexpr int32_t top = 2 + 14 * 3;
+  const int32_t dark = red(left, top + 8);
+  const int32_t light = red(left + 1, top + 8);
+  EXPECT_LT(dark, light);
+  EXPECT_EQ(red(left + 8, top), dark);
+  EXPECT_EQ(red(left + 8, top + 1), light);
+  EXPECT_EQ(red(left + 14, top + 8), dark);
+  EXPECT_EQ(red(left + 15, top + 8), light);
+  EXPECT_EQ(red(left + 8, top + 14), dark);
+  EXPECT_EQ(red(left + 8, top + 15), light);
+}
+
 TEST_F(PenPickerTest, PrintsItselfLikeItPaints) {
   ColorAt(0, 0);
   const std::vector<platform::ColorEntry> painted = window->pixels;

@@ -130,25 +130,43 @@ TEST_F(CutWindowMouse, PanGoesOnInTheNextWindowWhenItsOwnIsClosed) {
   Mouse(platform::kMessageMouseMove, 5, 4);
 }
 
-TEST_F(CutWindowMouse, APanByOnePixelLeavesNoStalePixels) {
-  platform::headless::SetClientSize(40, 30);
-  CutWindow* cut = MakeCut(100, 80);
-  int32_t x = 0;
-  int32_t y = 0;
-  cut->CurrentCell(&x, &y)->FillBox(0, 0, 100, 80, {0, 5, 2, 3}, 0, nullptr);
-  cut->RepaintAll();
-  platform::headless::PaintInvalid(cut->window);
-  const std::vector<platform::ColorEntry>& screen = cut->window->pixels;
-  for (const int32_t step : {-1, -1, 1}) {
-    Mouse(platform::kMessageMouseMove, 20, 20, kPanKeys);
-    Mouse(platform::kMessageMouseMove, 20 + step, 20 + step, kPanKeys);
-    const std::vector<platform::ColorEntry> shown = screen;
-    platform::InvalidateClient(cut->window, false);
+TEST_F(CutWindowMouse, AShortPanLeavesNoStalePixels) {
+  struct {
+    int32_t zoom;
+    int32_t width;
+    int32_t height;
+  } const windows[] = {{1, 40, 30}, {3, 40, 30}, {3, 39, 31}};  // the last two show a part of a column or row
+  for (const auto& shape : windows) {
+    platform::headless::SetClientSize(shape.width, shape.height);
+    CutWindow* cut = MakeCut(100, 80);
+    cut->CurrentCell()->FillBox(0, 0, 100, 80, {0, 5, 2, 3}, 0, nullptr);
+    cut->zoomNumerator = shape.zoom;
+    cut->UpdateScrollBars(shape.width, shape.height);
+    cut->RepaintAll();
     platform::headless::PaintInvalid(cut->window);
-    EXPECT_EQ(std::memcmp(shown.data(), screen.data(), screen.size() * sizeof(screen[0])), 0) << step;
-    Mouse(platform::kMessageMouseMove, 20, 20);
+    const std::vector<platform::ColorEntry>& screen = cut->window->pixels;
+    for (const int32_t step : {-shape.zoom, -shape.zoom, shape.zoom}) {
+      Mouse(platform::kMessageMouseMove, 20, 20, kPanKeys);
+      Mouse(platform::kMessageMouseMove, 20 + step, 20 + step, kPanKeys);
+      const std::vector<platform::ColorEntry> shown = screen;
+      platform::InvalidateClient(cut->window, false);
+      platform::headless::PaintInvalid(cut->window);
+      EXPECT_EQ(std::memcmp(shown.data(), screen.data(), screen.size() * sizeof(screen[0])), 0)
+          << shape.zoom << " " << step;
+      Mouse(platform::kMessageMouseMove, 20, 20);
+    }
+    EXPECT_EQ(cut->scrollX, shape.zoom);
   }
-  EXPECT_EQ(cut->scrollX, 1);
+}
+
+TEST_F(CutWindowMouse, APanThatDoesNotScrollLeavesAWaitingPaint) {
+  platform::headless::SetClientSize(60, 50);
+  const CutWindow* cut = MakeCut(40, 30);
+  Mouse(platform::kMessageMouseMove, 10, 10, kPanKeys);
+  platform::InvalidateClient(cut->window, false);
+  Mouse(platform::kMessageMouseMove, 5, 4, kPanKeys);
+  EXPECT_FALSE(cut->window->invalid.IsEmpty());
+  Mouse(platform::kMessageMouseMove, 5, 4);
 }
 
 TEST_F(CutWindowMouse, AStartOfTheProgramEndsAPan) {

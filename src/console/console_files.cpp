@@ -97,7 +97,9 @@ bool OutputFile::Commit(std::string* problem) {
     *problem = "would be larger than 2 GiB";
     return false;
   }
-  if (file.Commit()) return true;
+  const FileKind kind = KindOf(file.Path());
+  const bool isDocument = kind == FileKind::kCut || kind == FileKind::kLayer || kind == FileKind::kFilm;
+  if (isDocument ? KnownFile().Commit(&file) : file.Commit()) return true;
   *problem = file.errorNumber() != 0 ? std::strerror(file.errorNumber()) : "can't be written";
   return false;
 }

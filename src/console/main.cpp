@@ -96,6 +96,16 @@ const Command kCommands[] = {
      2,
      kAnyNumber,
      RunImport},
+    {"history",
+     "history FILE [--restore N] [--to OUT]",
+     "lists the earlier states of a document, newest first, or brings one back",
+     "Each line has a number, the time of the state, its bytes, and why it was kept, separated by tabs.\n"
+     "  --restore N  puts state N in the place of FILE, whose present state is kept first\n"
+     "  --to OUT     puts it there instead\n",
+     {{"--restore", "a number"}, {"--to", "a file"}},
+     1,
+     1,
+     RunHistory},
     {"run",
      "run SCRIPT [--settings FILE]",
      "drives the whole application from a script",

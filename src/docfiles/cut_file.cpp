@@ -125,9 +125,10 @@ bool Cut::Load(ByteStream* stream, CellImage* prototype, LoadReport* report) {
 WriteProblem Cut::SaveToFile(const char* filePath, bool purge) {
   ReplacementFile file;
   if (!file.Open(filePath)) return file.WhyNot();
-  const std::vector<TakenLayer> unused = purge ? TakeUnusedLayers() : std::vector<TakenLayer>();
+  const bool purges = purge && !knownFile.IsDamaged();
+  const std::vector<TakenLayer> unused = purges ? TakeUnusedLayers() : std::vector<TakenLayer>();
   const uint32_t marks = stateFlags;
-  const bool isSaved = Save(&file.stream) && file.Commit();
+  const bool isSaved = Save(&file.stream) && knownFile.Commit(&file);
   if (isSaved) {
     DestroyLayers(unused);
     return WriteProblem::kNone;

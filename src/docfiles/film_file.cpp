@@ -52,7 +52,7 @@ bool Film::WriteTo(FILE* file, const char* filePath, char separator) {
 bool Film::SaveTo(const char* filePath, char separator, WriteProblem* problem) {
   ReplacementFile file;
   const bool isWritten = file.Open(filePath, ReplacementFile::Form::kText) &&
-                         WriteTo(file.stream.file, filePath, separator) && file.Commit();
+                         WriteTo(file.stream.file, filePath, separator) && knownFile.Commit(&file);
   if (problem != nullptr) *problem = isWritten ? WriteProblem::kNone : file.WhyNot();
   if (!isWritten) return false;
   AssignString(&path, filePath);
@@ -66,6 +66,9 @@ bool Film::Load(const char* filePath, char separator, LoadReport* report) {
   const bool fits = std::strlen(filePath) < sizeof(target);
   if (fits) std::strcpy(target, filePath);
   Reset();
+  knownFile.Remember(fits ? Utf8Path(target) : "");
+  LoadReport own;
+  if (report == nullptr) report = &own;
   FILE* file = fits ? platform::OpenStdioFile(target, "r") : nullptr;
   if (file == nullptr) {
     NoteProblem(report, "can't be opened");
@@ -105,6 +108,7 @@ bool Film::Load(const char* filePath, char separator, LoadReport* report) {
     cuts.InsertAfter(MakeEntry(nullptr, name));
   }
   if (std::fclose(file) != 0) return false;
+  if (report->IsDamaged()) knownFile.MarkDamaged();
   AssignString(&path, target);
   modified = 0;
   return true;

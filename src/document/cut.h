@@ -8,6 +8,7 @@
 #include "document/load_report.h"
 #include "foundation/byte_stream.h"
 #include "foundation/cursor_list.h"
+#include "foundation/history.h"
 #include "foundation/replacement_file.h"
 #include "foundation/shared_string.h"
 #include "imaging/nibble_bitmap.h"
@@ -145,7 +146,8 @@ class Cut {
   // nothing has been touched then. A damaged stream is read as far as it makes sense and the report says what is
   // wrong. Afterwards the last frame is current, with its topmost record.
   bool Load(ByteStream* stream, CellImage* prototype, LoadReport* report = nullptr);
-  // Replaces a file by the cut as a whole, without the layers that PurgeUnusedLayers() deletes if `purge` says so.
+  // Replaces a file by the cut as a whole, without the layers that PurgeUnusedLayers() deletes if `purge` says so; from
+  // a damaged file layers may have lost their frames, so none are deleted then. What stood there goes to the history.
   // kNone, or why it couldn't be written: file, layers and marks are then what they were.
   WriteProblem SaveToFile(const char* filePath, bool purge);
   // Saves to the cut's path; false if that is empty or can't be written.
@@ -185,6 +187,7 @@ class Cut {
   int32_t undoCapacity = 0;  // bytes
   uint32_t viewFlags = 0;
   uint32_t stateFlags = kImagesStale;
+  KnownFile knownFile;  // what stood at `path` when it was read or written last
 
  private:
   // Destroys all frames and layers and puts the flags back, before a file is read. The undo buffer stays.

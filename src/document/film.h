@@ -6,6 +6,7 @@
 #include "document/cut.h"
 #include "document/load_report.h"
 #include "foundation/cursor_list.h"
+#include "foundation/history.h"
 #include "foundation/replacement_file.h"
 #include "foundation/shared_string.h"
 
@@ -65,6 +66,7 @@ class Film {
   char* author = EmptyString;
   char* path = EmptyString;  // empty until saved or opened
   uint32_t modified = 0;
+  KnownFile knownFile;  // what stood at `path` when it was read or written last
 
  private:
   static FilmEntry MakeEntry(Cut* cut, const char* name);

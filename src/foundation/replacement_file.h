@@ -38,6 +38,11 @@ class ReplacementFile {
   bool Commit();
   void Discard();
 
+  // The path of the target as UTF-8, as it was given.
+  const std::string& Path() const { return requested; }
+  // Whether the target keeps its place on the disk and only its contents are exchanged.
+  bool IsInPlace() const { return !inPlace.empty(); }
+
   // Why the file couldn't be written; kNone while nothing failed.
   WriteProblem problem() const { return reason; }
   // The same for a caller that gave up for a reason of its own, which is kOther.

@@ -15,6 +15,8 @@ namespace settings {
 const SettingKey kFont = {"setup", "font", "\x82\x6C\x82\x72 \x82\x6F\x83\x53\x83\x56\x83\x62\x83\x4E, 24, 12, 400"};
 const SettingKey kBrush = {"setup", "brush", "7, 0, 1, 0, 1, 0"};
 const SettingKey kFilm = {"setup", "film", ""};
+const SettingKey kBackups = {"setup", "backups", "5"};
+const SettingKey kAutosave = {"setup", "autosave", "10"};
 const SettingKey kNewCutWidth = {"OnNewCut", "width", "240"};
 const SettingKey kNewCutHeight = {"OnNewCut", "height", "180"};
 const SettingKey kNewCutFps = {"OnNewCut", "fps", "24"};

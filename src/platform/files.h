@@ -22,9 +22,6 @@ bool PathExists(const char* path);
 // Deletes a file; false if that fails.
 bool DeletePath(const char* path);
 
-// Renames or moves a file. False if that fails, or if there is a file of the new path.
-bool RenamePath(const char* path, const char* newPath);
-
 // The full path of the running program. False, and an empty text, if it doesn't fit.
 bool ProgramPath(char* path, size_t capacity);
 

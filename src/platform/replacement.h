@@ -63,6 +63,34 @@ bool RemoveFileAt(const std::string& path);
 // The names in a folder in no order, without "." and ".."; none if it can't be read.
 std::vector<std::string> NamesInFolder(const std::string& folder);
 
+// What tells one state of a file from another. Equal facts mean that nobody wrote the file in between.
+struct FileFacts {
+  bool exists = false;
+  uint64_t volume = 0;
+  uint64_t number = 0;   // of the file on its volume
+  int64_t bytes = 0;     // its length
+  int64_t time = 0;      // of the last write, in seconds since 1970
+  int64_t fraction = 0;  // of that second, in the system's unit
+  bool operator==(const FileFacts&) const = default;
+};
+// A file that doesn't exist, or is no plain file, has no facts. Links are followed.
+FileFacts FactsOf(const std::string& path);
+
+// The full path of the file behind a chain of links, also where that file doesn't exist yet.
+std::string FollowLinks(const std::string& path);
+// Whether the path is a link.
+bool IsLink(const std::string& path);
+
+// Makes a folder that lists of files don't show, or finds it there.
+bool MakeHiddenFolder(const std::string& path);
+bool MakeFolder(const std::string& path);
+// Removes a folder; false if it holds something.
+bool RemoveEmptyFolder(const std::string& path);
+
+// Give a file a second name, or another one. False if there is a file of the new name, or on another disk.
+bool LinkFileAt(const std::string& path, const std::string& newPath);
+bool MoveFileAt(const std::string& path, const std::string& newPath);
+
 // The folder of this user for what the program keeps on its own. Empty if there is none; with `make` a missing one is
 // made.
 std::string LocalDataFolder(bool make);

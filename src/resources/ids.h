@@ -131,6 +131,8 @@
 #define kTextCloseAllQuestion 40139
 #define kTextDeleteQuestion 40140
 #define kTextAbout 40141
+#define kTextNotRenamed 40278
+#define kTextNameTaken 40279
 #define kTextNotSaved 40280
 #define kTextDiskFull 40281
 #define kTextReadOnly 40282
@@ -138,6 +140,8 @@
 #define kTextFileInUse 40284
 #define kTextFileTooLarge 40285
 #define kTextWriteFailed 40286
+#define kTextWasDamaged 40287
+#define kTextWasForeign 40288
 
 // Controls of the frame.
 #define kMdiClientId 10001

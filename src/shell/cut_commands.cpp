@@ -62,10 +62,13 @@ CutWindow* MainFrame::OpenCutFile(const char* path) {
   CommandFile file(path, "rb");
   if (!file.IsOpen()) return nullptr;
   CutWindow* cut = new CutWindow(this, 0, 0, kUnreadFps, "", 0);
-  if (!cut->Load(&file.stream, &cut->prototype) || !cut->FitView()) {
+  cut->knownFile.Remember(Utf8Path(path));
+  LoadReport report;
+  if (!cut->Load(&file.stream, &cut->prototype, &report) || !cut->FitView()) {
     delete cut;
     return nullptr;
   }
+  if (report.IsDamaged()) cut->knownFile.MarkDamaged();
   cut->RepaintAll();
   AssignString(&cut->path, path);
   cut = ShowCut(cut);
@@ -81,7 +84,7 @@ bool MainFrame::SaveCutFile(CutWindow* cut, const char* path) {
     const WaitCursor wait;
     problem = cut->SaveToFile(path, true);
   }
-  if (problem != WriteProblem::kNone) ReportNotSaved(path, problem);
+  ReportSave(path, problem, cut->knownFile);
   return problem == WriteProblem::kNone;
 }
 

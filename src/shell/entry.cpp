@@ -7,6 +7,7 @@
 #include "cutwindow/clipboard.h"
 #include "cutwindow/drawing_settings.h"
 #include "dialogs/dialogs.h"
+#include "foundation/history.h"
 #include "foundation/paths.h"
 #include "foundation/replacement_file.h"
 #include "foundation/settings.h"
@@ -76,6 +77,7 @@ void ResetProgram() {
   ResetPan();
   ResetClipboardBlock();
   CutDialogDefaults = CutDialogValues{};
+  ForgetWrittenFiles();
 }
 
 bool StartProgram(MainFrame* frame, const char* commandLine, int32_t showCommand) {

@@ -1,3 +1,4 @@
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <numeric>
@@ -32,12 +33,14 @@ std::vector<int32_t> SelectedLines(platform::WindowHandle list) {
   return lines;
 }
 
-// A source that can't be read is skipped and counts as copied.
+// A source that can't be read, or is the target itself, is skipped and counts as copied.
 WriteProblem CopyFile(const char* from, const char* to) {
   CommandFile source(from, "rb");
-  if (!source.IsOpen()) return WriteProblem::kNone;
+  const platform::FileFacts facts = platform::FactsOf(Utf8Path(from));
+  if (!source.IsOpen() || facts == platform::FactsOf(Utf8Path(to))) return WriteProblem::kNone;
   ReplacementFile target;
-  const bool isCopied = target.Open(to) && CopyStream(source.stream, target.stream, -1) && target.Commit();
+  const bool isCopied =
+      target.Open(to) && CopyStream(source.stream, target.stream, -1) && KnownFile().Commit(&target);
   return isCopied ? WriteProblem::kNone : target.WhyNot();
 }
 
@@ -108,18 +111,20 @@ SaveResult MainFrame::SaveFilmAs() {
   const bool isSaved = film->SaveTo(chosen.path, platform::kPathSeparator, &problem);
   // The title changes with either result.
   SetFrameTitle(chosen.path);
-  if (!isSaved) ReportNotSaved(chosen.path, problem);
+  ReportSave(chosen.path, problem, film->knownFile);
   return isSaved ? SaveResult::kSaved : SaveResult::kFailed;
 }
 
 SaveResult MainFrame::OverwriteFilm() {
   if (film->path[0] != '\0') {
     WriteProblem problem = WriteProblem::kNone;
+    bool isSaved = false;
     {
       const WaitCursor wait;
-      if (film->Save(platform::kPathSeparator, &problem)) return SaveResult::kSaved;
+      isSaved = film->Save(platform::kPathSeparator, &problem);
     }
-    ReportNotSaved(film->path, problem);
+    ReportSave(film->path, problem, film->knownFile);
+    if (isSaved) return SaveResult::kSaved;
   }
   return SaveFilmAs();
 }
@@ -182,7 +187,7 @@ void MainFrame::NewNumberedCut(bool insert) {
   CutWindow* cut = MakeNewCut(dialog, path);
   if (cut == nullptr) return;
   const WriteProblem problem = cut->SaveToFile(cut->path, false);
-  if (problem != WriteProblem::kNone) ReportNotSaved(cut->path, problem);
+  ReportSave(cut->path, problem, cut->knownFile);
   AddOrInsertLayer(cut, false);
   AddOrInsertActiveCut(insert);
 }
@@ -210,7 +215,7 @@ void MainFrame::DeleteCuts() {
 void MainFrame::DeleteCutFiles(int32_t index) {
   const char* path = film->CutName(index);
   if (path[0] == '\0') return;
-  platform::DeletePath(path);
+  DeleteDocument(Utf8Path(path));
   char cachePath[kPathCapacity];
   if (ChangeExtension(cachePath, path, "ca")) platform::DeletePath(cachePath);
   CutWindow* open = WindowOfEntry(index);
@@ -234,13 +239,21 @@ void MainFrame::RenameListedCut() {
   std::strcpy(newPath, path);
   if (!ReplaceName(newPath, dialog.name, nullptr)) return;
 
+  // An entry without a file gets its new name all the same.
+  const std::string from = Utf8Path(path);
+  const std::string to = Utf8Path(newPath);
+  const bool isTaken = platform::PathExists(newPath) && platform::FactsOf(from) != platform::FactsOf(to);
+  if (isTaken || (platform::PathExists(path) && !RenameDocument(from, to))) {
+    ReportWithReason(kTextNotRenamed, path, isTaken || errno == EEXIST ? kTextNameTaken : kTextReadOnly);
+    return;
+  }
   RenameCutLines(path, dialog.name);
   platform::SetListCaret(cutList, index);
   if (CutWindow* open = WindowOfEntry(index)) {
     AssignString(&open->path, newPath);
+    open->knownFile.Rename(to);
     open->UpdateTitle();
   }
-  platform::RenamePath(path, newPath);
   film->RenameCut(index, newPath);
 }
 
@@ -274,7 +287,7 @@ void MainFrame::ExtractCuts() {
     const WriteProblem problem = CopyFile(path, target);
     if (problem != WriteProblem::kNone) ReportNotSaved(target, problem);
   }
-  if (!file.Commit()) ReportNotSaved(chosen.path, file.problem());
+  if (!KnownFile().Commit(&file)) ReportNotSaved(chosen.path, file.WhyNot());
 }
 
 // Playback.

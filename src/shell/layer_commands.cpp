@@ -142,10 +142,11 @@ void MainFrame::SaveLayer(CutWindow* cut) {
   ChosenPath chosen;
   if (!chosen.AskToSave(frameWindow, kLayerFiles)) return;
   ReplacementFile file;
+  KnownFile known;
   bool isWritten = false;
   {
     const WaitCursor wait;
-    isWritten = file.Open(chosen.path) && cut->SaveLayer(&file.stream) && file.Commit();
+    isWritten = file.Open(chosen.path) && cut->SaveLayer(&file.stream) && known.Commit(&file);
   }
   if (!isWritten) ReportNotSaved(chosen.path, file.WhyNot());
 }

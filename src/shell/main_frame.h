@@ -98,6 +98,9 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   bool AskSaveFilm();
   // A box that says which file couldn't be written, and why.
   void ReportNotSaved(const char* path, WriteProblem problem);
+  // The same for a document, or a box about what a successful save found in the place of its file. Without either
+  // nothing is said.
+  void ReportSave(const char* path, WriteProblem problem, const KnownFile& file);
 
   // Opens a cut, layer or film by the extension of its path. False if nothing was opened.
   bool OpenByExtension(const char* path);
@@ -154,6 +157,8 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   void CloseAllWithoutFilm();
   // Asks whether to save a document; the path may be empty. True for Yes.
   bool AskToSave(const char* path);
+  // A warning made of a text with a place for a path and one for a reason; 0 stands for no reason.
+  void ReportWithReason(int32_t text, const char* path, int32_t reasonText);
 
   // Tools and what they draw with.
   void EditGrid();

@@ -134,13 +134,27 @@ void MainFrame::ReportNotSaved(const char* path, WriteProblem problem) {
     }
     return kTextWriteFailed;
   };
+  ReportWithReason(kTextNotSaved, path, reason());
+}
+
+void MainFrame::ReportWithReason(int32_t text, const char* path, int32_t reasonText) {
   char format[kTextBufferSize];
-  char why[kTextBufferSize];
-  platform::ReadResourceText(kTextNotSaved, format, sizeof(format));
-  platform::ReadResourceText(reason(), why, sizeof(why));
-  char message[3 * kTextBufferSize];
+  char why[kTextBufferSize] = "";
+  platform::ReadResourceText(text, format, sizeof(format));
+  if (reasonText != 0) platform::ReadResourceText(reasonText, why, sizeof(why));
+  char message[kPathCapacity + 2 * kTextBufferSize];
   std::snprintf(message, sizeof(message), format, path, why);
   platform::ShowMessage(frameWindow, message, kBoxTitle, platform::BoxIcon::kWarning);
+}
+
+void MainFrame::ReportSave(const char* path, WriteProblem problem, const KnownFile& file) {
+  if (problem != WriteProblem::kNone) {
+    ReportNotSaved(path, problem);
+  } else if (file.LastNews() == KnownFile::News::kWasDamaged) {
+    ReportWithReason(kTextWasDamaged, path, 0);
+  } else if (file.LastNews() == KnownFile::News::kWasForeign) {
+    ReportWithReason(kTextWasForeign, path, 0);
+  }
 }
 
 void MainFrame::Exit() {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/files.h"
+#include "platform/replacement.h"
 
 namespace sorvel::platform {
 namespace {
@@ -32,12 +33,12 @@ TEST(HeadlessFiles, RenamingNeverWritesOverAnotherFile) {
   const std::string c = folder + "-c";
   Write(a, "one");
   Write(b, "two");
-  EXPECT_FALSE(RenamePath(a.c_str(), b.c_str()));
+  EXPECT_FALSE(MoveFileAt(a, b));
   EXPECT_EQ(Content(b), "two");
-  EXPECT_TRUE(RenamePath(a.c_str(), c.c_str()));
+  EXPECT_TRUE(MoveFileAt(a, c));
   EXPECT_EQ(Content(c), "one");
   EXPECT_FALSE(PathExists(a.c_str()));
-  EXPECT_FALSE(RenamePath(a.c_str(), (folder + "-d").c_str()));
+  EXPECT_FALSE(MoveFileAt(a, folder + "-d"));
   DeletePath(b.c_str());
   DeletePath(c.c_str());
 }

@@ -45,14 +45,6 @@ bool DeletePath(const char* path) {
   return ShiftJisToUtf8(path, &native) && std::remove(native.c_str()) == 0;
 }
 
-bool RenamePath(const char* path, const char* newPath) {
-  std::string from;
-  std::string to;
-  // rename() would replace an existing file.
-  return ShiftJisToUtf8(path, &from) && ShiftJisToUtf8(newPath, &to) && access(to.c_str(), F_OK) != 0 &&
-         std::rename(from.c_str(), to.c_str()) == 0;
-}
-
 bool ProgramPath(char* path, size_t capacity) {
   std::string text = gProgramPath;
   if (text.empty()) {

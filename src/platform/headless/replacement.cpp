@@ -20,6 +20,7 @@ namespace {
 constexpr char kPrefix[] = ".sorvel-";
 constexpr char kSuffix[] = ".tmp";
 constexpr int kTries = 100;
+constexpr int kMostLinks = 40;
 constexpr size_t kFileBuffer = 1 << 16;
 
 // The paths of the files that are open now, for a signal handler.
@@ -46,18 +47,6 @@ std::string FolderOf(const std::string& path) {
   const size_t slash = path.rfind('/');
   if (slash == std::string::npos) return ".";
   return slash == 0 ? "/" : path.substr(0, slash);
-}
-
-// The file behind a chain of links, also where it doesn't exist yet.
-std::string FollowLinks(std::string path) {
-  for (int i = 0; i < 40; ++i) {
-    char text[PATH_MAX];
-    const ssize_t length = readlink(path.c_str(), text, sizeof(text));
-    if (length < 0) break;
-    const std::string next(text, static_cast<size_t>(length));
-    path = next[0] == '/' ? next : FolderOf(path).append("/").append(next);
-  }
-  return path;
 }
 
 bool IsPartialName(const std::string& name) {
@@ -116,6 +105,20 @@ void Close(PartialFile* partial) {
 }
 
 }  // namespace
+
+std::string FollowLinks(const std::string& path) {
+  std::string file = path;
+  for (int i = 0; i < kMostLinks; ++i) {
+    char text[PATH_MAX];
+    const ssize_t length = readlink(file.c_str(), text, sizeof(text));
+    if (length < 0) break;
+    const std::string next(text, static_cast<size_t>(length));
+    file = next[0] == '/' ? next : FolderOf(file).append("/").append(next);
+  }
+  char folder[PATH_MAX];
+  if (realpath(FolderOf(file).c_str(), folder) == nullptr) return file;
+  return std::string(folder).append(folder[1] != '\0' ? "/" : "").append(file.substr(file.rfind('/') + 1));
+}
 
 bool CreatePartialFile(const std::string& target, bool, PartialFile* partial) {
   partial->target = FollowLinks(target);
@@ -217,6 +220,51 @@ std::vector<std::string> NamesInFolder(const std::string& folder) {
   }
   closedir(entries);
   return names;
+}
+
+FileFacts FactsOf(const std::string& path) {
+  struct stat status = {};
+  if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
+  return {.exists = true,
+          .volume = status.st_dev,
+          .number = status.st_ino,
+          .bytes = status.st_size,
+          .time = status.st_mtim.tv_sec,
+          .fraction = status.st_mtim.tv_nsec};
+}
+
+bool IsLink(const std::string& path) {
+  struct stat status = {};
+  return lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
+}
+
+bool MakeFolder(const std::string& path) {
+  struct stat status = {};
+  return mkdir(path.c_str(), 0777) == 0 || (stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode));
+}
+
+// The dot that its name begins with hides it.
+bool MakeHiddenFolder(const std::string& path) {
+  return MakeFolder(path);
+}
+
+bool RemoveEmptyFolder(const std::string& path) {
+  return rmdir(path.c_str()) == 0;
+}
+
+bool LinkFileAt(const std::string& path, const std::string& newPath) {
+  return link(path.c_str(), newPath.c_str()) == 0;
+}
+
+bool MoveFileAt(const std::string& path, const std::string& newPath) {
+  if (renameat2(AT_FDCWD, path.c_str(), AT_FDCWD, newPath.c_str(), RENAME_NOREPLACE) == 0) return true;
+  // Not every file system can refuse to replace.
+  if (errno != EINVAL && errno != ENOSYS) return false;
+  if (access(newPath.c_str(), F_OK) == 0) {
+    errno = EEXIST;
+    return false;
+  }
+  return std::rename(path.c_str(), newPath.c_str()) == 0;
 }
 
 std::string LocalDataFolder(bool make) {

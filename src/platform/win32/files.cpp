@@ -29,10 +29,6 @@ bool DeletePath(const char* path) {
   return std::remove(path) == 0;
 }
 
-bool RenamePath(const char* path, const char* newPath) {
-  return MoveFileA(path, newPath) != FALSE;
-}
-
 bool ProgramPath(char* path, size_t capacity) {
   const DWORD length = GetModuleFileNameA(nullptr, path, static_cast<DWORD>(capacity));
   if (length > 0 && length < capacity) return true;

@@ -15,6 +15,8 @@ namespace {
 
 constexpr wchar_t kPattern[] = L".sorvel-*.tmp";
 constexpr int kTries = 100;
+constexpr int64_t kTicksPerSecond = 10'000'000;
+constexpr int64_t kSecondsTo1970 = 11'644'473'600;  // from 1601, where the system's time begins
 constexpr int kMoveTries = 20;
 constexpr DWORD kMovePause = 50;  // milliseconds
 constexpr size_t kFileBuffer = 1 << 16;
@@ -50,6 +52,10 @@ void SetErrno() {
     case ERROR_HANDLE_DISK_FULL:
       errno = ENOSPC;
       break;
+    case ERROR_FILE_EXISTS:
+    case ERROR_ALREADY_EXISTS:
+      errno = EEXIST;
+      break;
     case ERROR_FILE_NOT_FOUND:
     case ERROR_PATH_NOT_FOUND:
     case ERROR_INVALID_DRIVE:
@@ -76,7 +82,7 @@ std::wstring FolderOf(const std::wstring& path) {
 }
 
 // The file behind a link, also where it doesn't exist yet.
-std::wstring FollowLinks(const std::wstring& path) {
+std::wstring FollowWideLinks(const std::wstring& path) {
   const HANDLE file = CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                   OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (file == INVALID_HANDLE_VALUE) return path;
@@ -115,7 +121,7 @@ void Unlock(PartialFile* partial) {
 }  // namespace
 
 bool CreatePartialFile(const std::string& target, bool isText, PartialFile* partial) {
-  const std::wstring wide = FollowLinks(LongPath(target));
+  const std::wstring wide = FollowWideLinks(LongPath(target));
   partial->target = Narrow(wide);
   const DWORD attributes = GetFileAttributesW(wide.c_str());
   if (attributes != INVALID_FILE_ATTRIBUTES &&
@@ -240,6 +246,66 @@ std::vector<std::string> NamesInFolder(const std::string& folder) {
   } while (FindNextFileW(search, &found));
   FindClose(search);
   return names;
+}
+
+FileFacts FactsOf(const std::string& path) {
+  const HANDLE file = CreateFileW(LongPath(path).c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                  nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return {};
+  BY_HANDLE_FILE_INFORMATION found;
+  const bool isFile = GetFileInformationByHandle(file, &found) != FALSE &&
+                      (found.dwFileAttributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE)) == 0;
+  CloseHandle(file);
+  if (!isFile) return {};
+  const auto whole = [](DWORD high, DWORD low) { return static_cast<uint64_t>(high) << 32 | low; };
+  const int64_t ticks =
+      static_cast<int64_t>(whole(found.ftLastWriteTime.dwHighDateTime, found.ftLastWriteTime.dwLowDateTime));
+  return {.exists = true,
+          .volume = found.dwVolumeSerialNumber,
+          .number = whole(found.nFileIndexHigh, found.nFileIndexLow),
+          .bytes = static_cast<int64_t>(whole(found.nFileSizeHigh, found.nFileSizeLow)),
+          .time = ticks / kTicksPerSecond - kSecondsTo1970,
+          .fraction = ticks % kTicksPerSecond};
+}
+
+std::string FollowLinks(const std::string& path) {
+  return Narrow(FollowWideLinks(LongPath(path)));
+}
+
+bool IsLink(const std::string& path) {
+  const DWORD attributes = GetFileAttributesW(LongPath(path).c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+}
+
+bool MakeFolder(const std::string& path) {
+  const std::wstring wide = LongPath(path);
+  if (CreateDirectoryW(wide.c_str(), nullptr)) return true;
+  const DWORD attributes = GetFileAttributesW(wide.c_str());
+  if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return true;
+  SetErrno();
+  return false;
+}
+
+bool MakeHiddenFolder(const std::string& path) {
+  if (!MakeFolder(path)) return false;
+  SetFileAttributesW(LongPath(path).c_str(), FILE_ATTRIBUTE_HIDDEN);
+  return true;
+}
+
+bool RemoveEmptyFolder(const std::string& path) {
+  return RemoveDirectoryW(LongPath(path).c_str()) != FALSE;
+}
+
+bool LinkFileAt(const std::string& path, const std::string& newPath) {
+  if (CreateHardLinkW(LongPath(newPath).c_str(), LongPath(path).c_str(), nullptr)) return true;
+  SetErrno();
+  return false;
+}
+
+bool MoveFileAt(const std::string& path, const std::string& newPath) {
+  if (MoveFileExW(LongPath(path).c_str(), LongPath(newPath).c_str(), MOVEFILE_WRITE_THROUGH)) return true;
+  SetErrno();
+  return false;
 }
 
 std::string LocalDataFolder(bool make) {

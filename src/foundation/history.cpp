@@ -42,6 +42,11 @@ std::string NameIn(const std::string& path) {
   return path.substr(NameStart(path));
 }
 
+// Links are followed; no path stays no path.
+std::string DocumentPath(const std::string& path) {
+  return path.empty() ? "" : platform::FollowLinks(path);
+}
+
 std::string ExtensionOf(const std::string& name) {
   const size_t dot = name.rfind('.');
   return dot == std::string::npos || dot == 0 ? "" : name.substr(dot);
@@ -192,7 +197,8 @@ void RemoveGeneration(const std::string& path) {
   if (platform::RemoveEmptyFolder(folder)) platform::RemoveEmptyFolder(folder.substr(0, NameStart(folder) - 1));
 }
 
-std::string KeepFile(const std::string& path, GenerationKind kind, bool (*put)(const std::string&, const std::string&)) {
+std::string KeepFile(const std::string& path, GenerationKind kind,
+                     bool (*put)(const std::string&, const std::string&)) {
   return AddGeneration(path, kind, ExtensionOf(NameIn(path)),
                        [&](const std::string& target) { return put(path, target); });
 }
@@ -205,7 +211,7 @@ const char* NameOfKind(GenerationKind kind) {
 
 std::vector<Generation> ListGenerations(const std::string& path) {
   std::vector<Generation> list;
-  for (Found& found : FindGenerations(Places(platform::FollowLinks(path)))) {
+  for (Found& found : FindGenerations(Places(DocumentPath(path)))) {
     list.push_back(std::move(found.generation));
   }
   return list;
@@ -224,14 +230,15 @@ int RestoreGeneration(const Generation& generation, const std::string& to) {
 
 bool KeepUnsaved(const std::string& path, const std::string& extension, ByteStream* contents) {
   if (!IsKept(GenerationKind::kUnsaved)) return true;
-  const std::string file = platform::FollowLinks(path);
-  const std::string kept = AddGeneration(file, GenerationKind::kUnsaved, path.empty() ? "." + extension : ExtensionOf(NameIn(file)),
-                                         [contents](const std::string& target) {
-                                           ReplacementFile generation;
-                                           contents->Seek(0, kFromStart);
-                                           return !platform::FactsOf(target).exists && generation.OpenUtf8(target) &&
-                                                  CopyStream(*contents, generation.stream, -1) && generation.Commit();
-                                         });
+  const std::string file = DocumentPath(path);
+  const std::string kept =
+      AddGeneration(file, GenerationKind::kUnsaved, path.empty() ? "." + extension : ExtensionOf(NameIn(file)),
+                    [contents](const std::string& target) {
+                      ReplacementFile generation;
+                      contents->Seek(0, kFromStart);
+                      return !platform::FactsOf(target).exists && generation.OpenUtf8(target) &&
+                             CopyStream(*contents, generation.stream, -1) && generation.Commit();
+                    });
   if (!kept.empty()) Prune(file);
   return !kept.empty();
 }

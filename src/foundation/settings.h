@@ -14,9 +14,9 @@ struct SettingKey {
 
 // All keys.
 namespace settings {
-extern const SettingKey kFont;   // face name, size, line spacing, weight
-extern const SettingKey kBrush;  // shape, colorA, colorB, tone, muraRemoval, square
-extern const SettingKey kFilm;   // path of the film that was open last
+extern const SettingKey kFont;      // face name, size, line spacing, weight
+extern const SettingKey kBrush;     // shape, colorA, colorB, tone, muraRemoval, square
+extern const SettingKey kFilm;      // path of the film that was open last
 extern const SettingKey kBackups;   // how many earlier states of a document are kept; read only
 extern const SettingKey kAutosave;  // seconds from a change to its snapshot, 0 for none; read only
 extern const SettingKey kNewCutWidth;

@@ -39,8 +39,7 @@ WriteProblem CopyFile(const char* from, const char* to) {
   const platform::FileFacts facts = platform::FactsOf(Utf8Path(from));
   if (!source.IsOpen() || facts == platform::FactsOf(Utf8Path(to))) return WriteProblem::kNone;
   ReplacementFile target;
-  const bool isCopied =
-      target.Open(to) && CopyStream(source.stream, target.stream, -1) && KnownFile().Commit(&target);
+  const bool isCopied = target.Open(to) && CopyStream(source.stream, target.stream, -1) && KnownFile().Commit(&target);
   return isCopied ? WriteProblem::kNone : target.WhyNot();
 }
 

@@ -39,6 +39,11 @@ TEST_F(FailedSave, OfANumberedCutIsToldAndTheCutStaysInTheFilm) {
   EXPECT_TRUE(Holds(session, "messages/#", 1, "film/cuts/#", 2, "cut/path", "a002.cut"));
 }
 
+TEST_F(FailedSave, OfAnOverwriteOpensTheSaveDialog) {
+  MakeCutThatCantBeSaved().File("c.cut").Command(kCommandOverwriteCut);
+  EXPECT_TRUE(Holds(session, "exists/c.cut", true, "cut/path", "c.cut"));
+}
+
 TEST_F(FailedSave, InACloseAsksForAnotherPlaceAndACancelKeepsTheWindow) {
   MakeCutThatCantBeSaved().Answer("yes").File("cancel").Close();
   EXPECT_TRUE(Holds(session, "cuts/#", 1, "cut/modified", true, "film/cuts/1/open", true, "messages/#", 2));

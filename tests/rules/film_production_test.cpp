@@ -65,7 +65,8 @@ Tree TreeOf(const ScriptSession& session, std::string_view folder) {
   Tree tree;
   const std::string root = session.Path(folder);
   for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) {
-    if (!entry.is_regular_file()) continue;
+    // What is kept of replaced files has tests of its own.
+    if (!entry.is_regular_file() || entry.path().string().find("/.sorvel/") != std::string::npos) continue;
     std::ifstream file(entry.path(), std::ios::binary);
     const std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
     tree[entry.path().string().substr(root.size() + 1)] = bytes;
@@ -792,16 +793,16 @@ const Rules<SessionTest, "FilmRename"> kFilmRenameRules = {
      // Only the cut's own file is renamed.
      Has("files", "a.ca film.flm 表.cut")},
     // From then on the two entries are of one name.
-    {"EntriesThatCameToOneNameAreRenamedTogether",
-     OpenFilm(Do(), {"a.cut", "b.cut"}).RenameCut("b").Select(kCutList, {1}).RenameCut("ソ"),
-     Has("entries", "ソ.cut ソ.cut", "lines", "ソ ソ", "files", "a.cut film.flm ソ.cut", "bytes/ソ.cut",
+    {"EntriesOfOneNameAreRenamedTogether",
+     OpenFilm(Do(), {"b.cut"}).Write("film.flm", kFilmHead + "b.cut\nb.cut\n").Select(kCutList, {1}).RenameCut("ソ"),
+     Has("entries", "ソ.cut ソ.cut", "lines", "ソ ソ", "files", "film.flm ソ.cut", "bytes/ソ.cut",
          Credited("b.cut").Bytes())},
     {"OverwriteAfterItGoesToTheNewName",
      OpenFilm(Do(), {"a.cut"}).Write("a.cut", CutFile::Showing({1, 2}, {0, 1}).Bytes()).DoubleClick(kCutList, 0),
      Do().Command(kCommandBlankCell).RenameCut("表").Command(kCommandOverwriteCut),
      Has("files", "film.flm 表.cut", "bytes/表.cut", CutFile::Showing({1, 2}, {0, -2}).Bytes())},
-    {"OntoTheNameOfAnotherCutLeavesBothFiles", OpenFilm(Do(), {"a.cut", "b.cut"}).RenameCut("b"),
-     Has("entries", "b.cut b.cut", "lines", "b b", "bytes/b.cut", Credited("b.cut").Bytes(), "bytes/a.cut",
+    {"OntoTheNameOfAnotherCutChangesNothing", OpenFilm(Do(), {"a.cut", "b.cut"}).RenameCut("b"),
+     Has("entries", "a.cut b.cut", "lines", "a b", "bytes/b.cut", Credited("b.cut").Bytes(), "bytes/a.cut",
          Credited("a.cut").Bytes())},
     {"NameMayHoldADot", OpenFilm(Do(), {"a.cut"}).RenameCut("表.2").Command(kCommandOverwriteFilm).File("film.flm"),
      Do().Command(kCommandOpenFilm),

@@ -219,7 +219,8 @@ class ScriptSession {
   bool Exists(std::string_view name) const;
   // Bytes of a file in this session's folder; empty when it isn't there.
   std::string Bytes(std::string_view name) const;
-  // Names of the files and folders in this session's folder that aren't this helper's own, sorted.
+  // Names of the files and folders in this session's folder, sorted; without those of this helper, and without what the
+  // program keeps of replaced documents.
   std::vector<std::string> Files() const;
   // Writes a file into this session's folder at once, or when the folder is made.
   ScriptSession& Write(std::string_view name, std::string_view bytes);

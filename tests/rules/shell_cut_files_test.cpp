@@ -162,10 +162,6 @@ TEST_F(OverwriteCut, DoesNotCommitThePanels) {
 }
 
 const Rules<SessionTest, "OverwriteCut"> kOverwriteCutRules = {
-    // A cut that is renamed into a folder that doesn't exist keeps that path, and can't be written there.
-    {"PathThatCanNotBeWrittenOpensTheSaveDialog",
-     Do().OpenCut("b.cut", CutFile::Showing({1}, {0})).Command(kCommandAddCutToFilm).RenameCut("nofolder/x"),
-     Do().File("c.cut").Command(kCommandOverwriteCut), Has("exists/c.cut", true, "cut/path", "c.cut")},
     {"DropsUnusedLayers", Do().OpenCut("a.cut", OnlyTheLastOfThreeLayersInUse()).Command(kCommandOverwriteCut),
      Has("cut/layers/#", 2)},
     {"WithoutPathOpensTheSaveDialog", Do().NewCut().File("a.cut").Command(kCommandOverwriteCut),

@@ -218,12 +218,14 @@ class Folder : public TemporaryFolder {
     return std::filesystem::exists(Path(name), error);
   }
 
-  // The names of all that lies here, folders included, with a blank between them.
+  // The names of all that lies here, folders included, with a blank between them; without what is kept of replaced
+  // files.
   std::string List() const {
     std::set<std::string> names;
     std::error_code error;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(path, error)) {
-      names.insert(entry.path().string().substr(path.size() + 1));
+      const std::string name = entry.path().string().substr(path.size() + 1);
+      if (("/" + name + "/").find("/.sorvel/") == std::string::npos) names.insert(name);
     }
     std::string list;
     for (const std::string& name : names) list += (list.empty() ? "" : " ") + name;

@@ -428,7 +428,8 @@ std::vector<std::string> ScriptSession::Files() const {
     const std::string stem = name.substr(0, name.find('-'));
     const bool result = name.find('-') != std::string::npos &&
                         (stem == "state" || stem == "view" || stem == "screen" || stem == "player");
-    const bool own = name == ".sorvel" || name == "script.txt" || name == "errors.txt" || name == "output.txt" || name == "settings.ini";
+    const bool own = name == ".sorvel" || name == "script.txt" || name == "errors.txt" || name == "output.txt" ||
+                     name == "settings.ini";
     if (!result && !own) names.push_back(name);
   }
   std::sort(names.begin(), names.end());

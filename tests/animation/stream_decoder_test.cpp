@@ -6,7 +6,6 @@
 #include <array>
 #include <cstdint>
 #include <initializer_list>
-#include <memory>
 #include <string>
 #include <vector>
 

@@ -368,37 +368,6 @@ TEST(StreamEncoder, HalfSizeAddsUpFourPixels) {
   EXPECT_EQ(LastSections(cut.get()), Hex("01 00 50 97"));
 }
 
-struct DitherRow {
-  int32_t remainder;
-  int32_t added[4];
-};
-
-TEST(StreamEncoder, QuarterSizeDithersTheRemainder) {
-  const DitherRow rows[] = {{0, {0, 0, 0, 0}}, {1, {1, 0, 0, 0}}, {2, {1, 0, 0, 1}}, {3, {1, 1, 0, 1}}};
-  for (const DitherRow& row : rows) {
-    SCOPED_TRACE(row.remainder);
-    std::string picture;
-    for (int32_t y = 0; y < 8; ++y) {
-      if (y > 0) picture += '/';
-      for (int32_t x = 0; x < 8; ++x) {
-        const bool corner = x % 4 == 3 && y % 4 == 3;
-        const bool white = y % 4 == 0 || (y % 4 == 1 && x % 4 < 2);
-        picture += corner ? static_cast<char>('1' + row.remainder) : white ? '4' : y % 4 == 1 && x % 4 == 2 ? '3' : '1';
-      }
-    }
-    // 4 + 2 pixels of 3, one of 2 and the remainder: 20 + remainder.
-    auto cut = MakeCut(8, 8, {picture}, 2);
-    const Bytes bytes = Compile(cut.get());
-    const uint8_t top = static_cast<uint8_t>((5 + row.added[0]) | (5 + row.added[1]) << 4);
-    const uint8_t bottom = static_cast<uint8_t>((5 + row.added[2]) | (5 + row.added[3]) << 4);
-    if (top == bottom) {
-      EXPECT_EQ(From(bytes, kHeadSize + kFrameHeadSize), Join({Hex("01 01 00 04"), {top, 0}}));
-    } else {
-      EXPECT_EQ(From(bytes, kHeadSize + kFrameHeadSize), Join({Hex("01 00 00"), {top, 0, bottom, 0}}));
-    }
-  }
-}
-
 TEST(StreamEncoder, QuarterSizeOfAPlainPictureIsTwelve) {
   auto cut = PlainCut(16, 4, 1, 2);
   EXPECT_EQ(LastSections(cut.get()), Hex("01 00 CC CC"));

@@ -5,7 +5,6 @@
 #include <deque>
 #include <random>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "monkey/session.h"

@@ -92,7 +92,6 @@ constexpr std::uint32_t kOnionNext = 2;
 constexpr std::uint32_t kCurrentCellOnly = 4;
 constexpr std::uint32_t kDimOthers = 8;
 
-int AdjustTone(int value, int delta);
 // Keyed copy. outBox, when not null, gets the box of the ink in source
 // coordinates; a block that clips to nothing leaves it alone.
 bool Composite(Canvas* target, int dx, int dy, const Cell& source, int sx, int sy, int width, int height, bool pale,

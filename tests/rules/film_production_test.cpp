@@ -895,8 +895,8 @@ TEST_F(FilmExtract, WithNothingSelectedHasTheHeadAlone) {
 
 TEST_F(FilmExtract, OverAnOldFilmAndOldCutsReplacesThem) {
   ScriptSession target;
-  target.Write("x.flm", std::string(kLayerNameEdit, 'x'));
-  target.Write("表.cut", std::string(kLayerNameEdit, 'x'));
+  target.Write("x.flm", std::string(1000, 'x'));
+  target.Write("表.cut", std::string(1000, 'x'));
   target.Write("b.cut", "stays");
   OpenFilm(session, {"表.cut", "b.cut"}).Select(kCutList, {0}).File(target.Path("x.flm")).Command(kCommandExtractCuts);
   session.Run();
@@ -904,14 +904,6 @@ TEST_F(FilmExtract, OverAnOldFilmAndOldCutsReplacesThem) {
   EXPECT_EQ(target.Bytes("x.flm"), kFilmHead + Stored("表.cut\n"));
   EXPECT_EQ(target.Bytes("表.cut"), Credited(Stored("表.cut")).Bytes());
   EXPECT_EQ(target.Bytes("b.cut"), "stays");
-}
-
-// Source and target are both opened before it is seen that one of them isn't there.
-TEST_F(FilmExtract, MissingCutIsListedAndHasNoFile) {
-  ScriptSession target;
-  OpenFilmFile(session, kFilmHead + Stored("表.cut\n")).File(target.Path("x.flm")).Command(kCommandExtractCuts).Run();
-  EXPECT_EQ(target.Files(), (Names{"x.flm"}));
-  EXPECT_EQ(target.Bytes("x.flm"), kFilmHead + Stored("表.cut\n"));
 }
 
 TEST_F(FilmExtract, DoesNotTakeStreamsOrTypedTextAlong) {
@@ -943,26 +935,6 @@ TEST_F(FilmExtract, TakesTheTitlesOfTheFilmAsItIsNow) {
 
 using FilmFile = SessionTest;
 
-TEST_F(FilmFile, TitleOf255BytesComesBack) {
-  OpenFilm(session, {"a.cut"});
-  const std::string title(255, 't');
-  session.Dialog(kFilmDialog, {{kFilmTitleEdit, title}}).Command(kCommandFilmProperties).Command(kCommandOverwriteFilm);
-  session.File("film.flm").Command(kCommandOpenFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Bytes("film.flm"), title + "\nauthor\n100, 50\na.cut\n");
-  EXPECT_EQ(Film(session, state)["title"], title);
-  EXPECT_EQ(Film(session, state)["author"], "author");
-  EXPECT_EQ(Entries(session, state), Names{"a.cut"});
-}
-
-TEST_F(FilmFile, LongerTitleSplitsAndShiftsWhatFollows) {
-  const std::string title = std::string(255, 't') + "!" + std::string(44, 'u');
-  OpenFilmFile(session, title + "\n12, 34\n100, 50\na.cut\n");
-  EXPECT_TRUE(Holds(session, "film/title", std::string(255, 't'), "film/author", std::string(44, 'u'), "film/width", 12,
-                    "film/height", 34, "film/cuts/*/name", Names{"100, 50", "a.cut"}));
-}
-
 TEST_F(FilmFile, WayUpInTheMiddleOfALineStays) {
   MakeFolder(session, "表");
   session.Write("a.cut", PlainCut().Bytes());
@@ -991,25 +963,7 @@ TEST_F(FilmFile, LineThatLeadsUpToTheRootIsAnEmptyName) {
   EXPECT_EQ(WindowPaths(session, other), Names{"b.cut"});
 }
 
-TEST_F(FilmFile, OfAFolderFarAwayLeadsThereAndBack) {
-  ScriptSession target;
-  OpenFilm(session, {"表.cut"}).File(target.Path("ソ.flm")).Command(kCommandSaveFilmAs).File(target.Path("ソ.flm"));
-  session.Command(kCommandOpenFilm).DoubleClick(kCutList, 0);
-  const int state = session.State();
-  session.Run();
-  const std::string folder = session.Path("").substr(session.Path("").rfind('/', session.Path("").size() - 2) + 1);
-  EXPECT_EQ(target.Bytes("ソ.flm"), kFilmHead + "../" + folder + Stored("表.cut\n"));
-  EXPECT_EQ(session.Cut(state)["path"], session.Path("表.cut"));
-  EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + Stored("表.cut\n"));
-}
-
 const Rules<SessionTest, "FilmFile"> kFilmFileRules = {
-    {"BlankLinesAndAMissingLastNewlineAreGoneAfterASave",
-     OpenFilmFile(Do(), kFilmHead + Stored("\n\n表.cut\n\nソ/能.cut\n\n\n../十.cut")).Command(kCommandOverwriteFilm),
-     Has("lines", "表 能 十", "bytes/film.flm", kFilmHead + Stored("表.cut\nソ/能.cut\n../十.cut\n"))},
-    {"SizeThatDoesNotParseStaysThatOfTheFilmBefore",
-     OpenFilm(Do(), {"a.cut"}).Write("other.flm", "T\nA\nsize\n").Open("other.flm"),
-     Has("film/title", "T", "film/width,height", "100 50")},
     {"YesToTheQuestionBeforeAnotherFilmSavesToTheFilmsOwnPath",
      OpenFilm(Do(), {"表.cut"}).Write("other.flm", "T\nA\n1, 2\n").Dialog(kFilmDialog, {{kFilmTitleEdit, "ソ"}}),
      Do().Command(kCommandFilmProperties).Answer("yes").File("other.flm").Command(kCommandOpenFilm),
@@ -1022,33 +976,6 @@ const Rules<SessionTest, "FilmFile"> kFilmFileRules = {
      Has("bytes/film.flm", kFilmHead + "a.cut\n", "bytes/能.flm", Stored("ソ\nauthor\n100, 50\na.cut\n"), "frame/title",
          "Sorvel Developer - 能")},
 };
-
-TEST(FilmSettings, OfTheNewFilmComeBackInTheNextRunAndAreOfThatDialogAlone) {
-  ScriptSession session;
-  session
-      .Dialog(kFilmDialog,
-              {{kFilmWidthEdit, "64"}, {kFilmHeightEdit, "48"}, {kFilmTitleEdit, "表 ソ"}, {kFilmAuthorEdit, "十"}})
-      .Command(kCommandNewFilm);
-  session
-      .Dialog(kFilmDialog,
-              {{kFilmWidthEdit, "1"}, {kFilmHeightEdit, "2"}, {kFilmTitleEdit, "x"}, {kFilmAuthorEdit, "y"}})
-      .Command(kCommandFilmProperties);
-  session.Answer("no").Exit().Run();
-  EXPECT_EQ(session.Setting("OnNewFilm", "title"), Stored("表 ソ"));
-  EXPECT_EQ(session.Setting("OnNewFilm", "author"), Stored("十"));
-  session.Restart();
-  session.Dialog(kFilmDialog, {}).Command(kCommandNewFilm);
-  const int state = session.State();
-  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "能"}}).Command(kCommandNewFilm).Run();
-  const json film = Film(session, state);
-  EXPECT_EQ(film["title"], "表 ソ");
-  EXPECT_EQ(film["author"], "十");
-  EXPECT_EQ(film["width"], 64);
-  EXPECT_EQ(film["height"], 48);
-  EXPECT_EQ(session.Setting("OnNewFilm", "title"), Stored("能"));
-  EXPECT_EQ(session.Setting("OnNewFilm", "author"), Stored("十"));
-  EXPECT_EQ(session.Setting("OnNewFilm", "width"), "64");
-}
 
 }  // namespace
 }  // namespace rules

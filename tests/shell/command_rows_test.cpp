@@ -1,5 +1,3 @@
-#include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <set>
 

@@ -67,10 +67,6 @@ std::vector<std::string> Keys(const Json& object) {
   return keys;
 }
 
-std::string CellOf(const Json& state) {
-  return state["cuts"][0]["layers"][0]["cells"][0];
-}
-
 // Usage and files.
 
 class Run : public testing::Test {
@@ -287,46 +283,10 @@ TEST_F(Run, AnswersAreQueuedByKind) {
   EXPECT_TRUE(folder.Has("b.cut"));
 }
 
-TEST_F(Run, DialogValuesAreSetInTheirOrder) {
-  // The button that inverts sets all the check boxes anew.
-  const auto mask = [&](const std::string& values) {
-    return RunForState(folder, "dialog 109 " + values + " ok\ncommand 40046\n")["pen"]["maskFlags"].get<int32_t>();
-  };
-  EXPECT_EQ(mask("1050=click 1009=off"), 0x7F1F - 2);
-  EXPECT_EQ(mask("1009=off 1050=click"), 0x7F1F);
-}
-
-TEST_F(Run, ARadioButtonTurnsTheOthersOff) {
-  const std::string script =
-      "dialog 107 1002=8 1001=8 1056=on 1057=on ok\n"
-      "dialog 106 cancel\n"
-      "command 40050\n";
-  EXPECT_EQ(RunForState(folder, script)["cuts"][0]["antialias"], 2);
-}
-
-TEST_F(Run, CancelledDialogsEndTheirCommand) {
-  const Json state = RunForState(folder, "dialog 107 1002=8 cancel\ncommand 40050\nfile cancel\ncommand 40056\n");
-  EXPECT_TRUE(state["cuts"].empty());
-  EXPECT_FALSE(folder.Has("settings.ini"));
-}
-
 TEST_F(Run, AFileWithoutExtensionGetsThatOfTheDialog) {
   const Json state = RunForState(folder, std::string(kSmallCut) + "file ./x/../a\ncommand 40052\n");
   EXPECT_EQ(state["cuts"][0]["path"], folder.Path("a.cut"));
   EXPECT_TRUE(folder.Has("a.cut"));
-}
-
-TEST_F(Run, AColorAnswersTheTransparentColour) {
-  const Json state = RunForState(folder, "color 102aF0\ncommand 40137\n");
-  EXPECT_EQ(state["frame"]["checked"],
-            Json({kToolFreePen, kCommandStatusBar, kCommandToolBar, kCommandTransparentColor}));
-  EXPECT_NE(Settings(folder).find("RGB=#102AF0"), std::string::npos) << Settings(folder);
-  EXPECT_NE(Settings(folder).find("Flag=1"), std::string::npos) << Settings(folder);
-}
-
-TEST_F(Run, ACancelledColourLeavesTheSwitchOff) {
-  const Json state = RunForState(folder, "color cancel\ncommand 40137\n");
-  EXPECT_EQ(state["frame"]["checked"], Json({kToolFreePen, kCommandStatusBar, kCommandToolBar}));
 }
 
 // Windows, keys and the mouse.
@@ -357,13 +317,6 @@ TEST_F(Run, KeysWithoutACommandDoNothing) {
   EXPECT_EQ(state["cuts"][0]["currentFrame"], 1);
   EXPECT_EQ(state["frame"]["currentTool"], kToolFreePen);
   EXPECT_EQ(state["frame"]["panelsShown"], true);
-}
-
-TEST_F(Run, ControlReachesTheTools) {
-  const std::string box = std::string(kSmallCut) + "command 40045\nmouse ldown 1 1\nmouse move 4 3\nmouse lup 4 3";
-  EXPECT_EQ(CellOf(RunForState(folder, box + "\n")), CellChecksum({"........", ".8888...", ".8..8...", ".8888..."}));
-  EXPECT_EQ(CellOf(RunForState(folder, box + " ctrl\n")),
-            CellChecksum({"........", ".111....", ".111....", "........"}));
 }
 
 TEST_F(Run, ShiftAndControlPan) {
@@ -409,21 +362,6 @@ TEST_F(Run, SelectTakesExactlyTheseLines) {
   EXPECT_EQ(state["panels"]["10003"]["caret"], 1);
 }
 
-TEST_F(Run, ADoubleClickSelectsAndOpens) {
-  folder.Write("a.cut", SmallCutFile());
-  folder.Write("b.cut", SmallCutFile());
-  folder.Write("f.flm", TextFile("t\na\n8, 4\na.cut\nb.cut\n"));
-  const Json state = RunForState(folder, "open f.flm\ndblclick 10003 1\n");
-  EXPECT_EQ(state["panels"]["10003"]["selected"], Json({1}));
-  EXPECT_EQ(state["cuts"][0]["path"], folder.Path("b.cut"));
-}
-
-TEST_F(Run, ADoubleClickOnALayerShowsItsProperties) {
-  const Json state = RunForState(folder, std::string(kSmallCut) + "dialog 106 1000=表 1060=on ok\ndblclick 10004 0\n");
-  EXPECT_EQ(state["cuts"][0]["layers"][0]["name"], "表");
-  EXPECT_EQ(state["cuts"][0]["layers"][0]["followFrame"], 1);
-}
-
 // Documents.
 
 TEST_F(Run, AnAbsolutePathStaysAsItIs) {
@@ -446,17 +384,6 @@ TEST_F(Run, CutsStandInTheOrderOfOpening) {
   EXPECT_EQ(titles(""), Json({"c.cut", "a.cut", "b.cut!"}));
   EXPECT_EQ(titles("activate 0\n"), Json({"c.cut!", "a.cut", "b.cut"}));
   EXPECT_EQ(titles("activate 1\nclose\nopen a.cut\nactivate 0\n"), Json({"c.cut!", "b.cut", "a.cut"}));
-}
-
-TEST_F(Run, SaveClipboardWritesWhatTheProgramPutThere) {
-  const std::string dot = "mouse ldown 1 1\nmouse lup 1 1\n";
-  EXPECT_EQ(RunScript(folder, kSmallCut + dot + "command 40124\nsave-clipboard c.dib\n").status, 0);
-  const Bytes dib = folder.Read("c.dib");
-  ASSERT_EQ(dib.size(), 104u + 16u);
-  EXPECT_EQ(Part(dib, 0, 40), Join({Le32(40), Le32(8), Le32(4), Le16(1), Le16(4),
-                                    Hex("00000000 00000000 00000000 00000000"), Le32(16), Le32(0)}));
-  EXPECT_EQ(Part(dib, 40, 8), Hex("FFFFE100 00000000"));
-  EXPECT_EQ(From(dib, 104), Hex("00000000 00000000 08000000 00000000"));
 }
 
 TEST_F(Run, TicksAreThoseOfTheTimer) {

@@ -12,18 +12,6 @@ namespace {
 
 using namespace testimages;
 
-struct Color {
-  int32_t red;
-  int32_t green;
-  int32_t blue;
-
-  bool operator==(const Color&) const = default;
-};
-
-void PrintTo(const Color& color, std::ostream* out) {
-  *out << "(" << color.red << ", " << color.green << ", " << color.blue << ")";
-}
-
 Color Grey(int32_t level) {
   return {level, level, level};
 }

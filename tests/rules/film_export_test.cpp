@@ -624,16 +624,6 @@ const Rules<SessionTest, "PlayedContainer"> kPlayedContainerRules = {
 
 using PlayedContainer = SessionTest;
 
-TEST_F(PlayedContainer, StopsAtAFrameOfTimeZero) {
-  session.Then(FilmOf({{"a.cut", WideCut()}, {"b.cut", Timed(2, 24, 0)}}));
-  ConsoleExports()(session);
-  const Played played(session, "out.sv", 20);
-  ASSERT_EQ(played.lines.size(), 7U);
-  EXPECT_EQ(played.lines[6]["painted"], true);
-  EXPECT_EQ(played.lines[6]["delay"], 0);
-  EXPECT_EQ(played.Picture(6).Count(85), 24);
-}
-
 // ---- Playing the selection ----
 
 CutFile OfOneTick() {

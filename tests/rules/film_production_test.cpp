@@ -686,28 +686,14 @@ const Rules<SessionTest, "FilmEntries"> kFilmEntriesRules = {
 // ---------------------------------------------------------------------------------------------------------------------
 // The link between an entry and an open cut.
 
-using FilmLink = SessionTest;
-
-TEST_F(FilmLink, CutSavedUnderAnotherNameStaysBehindItsOldEntry) {
-  OpenFilm(session, {"a.cut", "b.cut"}).Open("a.cut").SaveCutAs("表.cut");
-  const int saved = session.State();
-  session.Open("b.cut").DoubleClick(kCutList, 0);
-  const int clicked = session.State();
-  session.Close();
-  const int closed = session.State();
-  session.DoubleClick(kCutList, 0);
-  const int opened = session.State();
-  EXPECT_EQ(Entries(session, saved), (Names{"a.cut", "b.cut"}));
-  EXPECT_EQ(OpenFlags(session, saved), (std::vector<bool>{true, false}));
-  EXPECT_EQ(Film(session, saved)["modified"], false);
-  EXPECT_EQ(WindowPaths(session, clicked), (Names{"表.cut", "b.cut"}));
-  EXPECT_EQ(session.Cut(clicked)["path"], session.Path("表.cut"));
-  EXPECT_EQ(OpenFlags(session, closed), (std::vector<bool>{false, true}));
-  EXPECT_EQ(WindowPaths(session, opened), (Names{"b.cut", "a.cut"}));
-  EXPECT_EQ(session.Bytes("a.cut"), session.Bytes("表.cut"));
-}
-
 const Rules<SessionTest, "FilmLink"> kFilmLinkRules = {
+    {"CutSavedUnderAnotherNameStaysBehindItsOldEntry",
+     OpenFilm(Do(), {"a.cut", "b.cut"}).Open("a.cut").SaveCutAs("表.cut"),
+     Has("entries", "a.cut b.cut", "entries/open", "true false", "film/modified", false),
+     Do().Open("b.cut").DoubleClick(kCutList, 0), Has("windows", "表.cut b.cut", "cut/path", "表.cut"), Do().Close(),
+     Has("entries/open", "false true"), Do().DoubleClick(kCutList, 0),
+     Has("windows", "b.cut a.cut", "bytes/表.cut", Credited("a.cut").Bytes(), "bytes/a.cut",
+         Credited("a.cut").Bytes())},
     {"FilmOpenedAgainKnowsNoneOfTheOpenCuts", OpenFilm(Do(), {"a.cut", "b.cut"}).Open("a.cut").Open("film.flm"),
      Has("entries/open", "false false"), Do().Command(kCommandRemoveCutFromFilm), Has("entries", "a.cut b.cut"),
      Do().Select(kCutList, {0}).RenameCut("表"),
@@ -746,40 +732,21 @@ const Rules<SessionTest, "FilmLink"> kFilmLinkRules = {
 // ---------------------------------------------------------------------------------------------------------------------
 // Renaming.
 
-using FilmRename = SessionTest;
-
-TEST_F(FilmRename, ToAnEmptyNameLeavesTheExtension) {
-  OpenFilm(session, {"a.cut"}).Dialog(kRenameDialog, {{kRenameEdit, ""}}).Command(kCommandRenameCut);
-  session.Command(kCommandOverwriteFilm);
-  const int renamed = session.State();
-  session.File("film.flm").Command(kCommandOpenFilm);
-  const int opened = session.State();
-  session.Run();
-  for (const int state : {renamed, opened}) {
-    EXPECT_EQ(Entries(session, state), Names{".cut"});
-    EXPECT_EQ(Lines(session, state), Names{""});
-  }
-  EXPECT_EQ(session.Files(), (Names{".cut", "film.flm"}));
-  EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + ".cut\n");
-}
-
-TEST_F(FilmRename, IntoAFolderMovesTheFile) {
-  MakeFolder(session, "表");
-  OpenFilm(session, {"a.cut"}).DoubleClick(kCutList, 0).Dialog(kRenameDialog, {{kRenameEdit, "表/ソ"}});
-  session.Command(kCommandRenameCut).Command(kCommandOverwriteFilm);
-  const int renamed = session.State();
-  session.File("film.flm").Command(kCommandOpenFilm);
-  const int opened = session.State();
-  EXPECT_EQ(Entries(session, renamed), Names{"表/ソ.cut"});
-  EXPECT_EQ(Lines(session, renamed), Names{"表/ソ"});
-  EXPECT_EQ(session.Cut(renamed)["title"], "ソ.cut");
-  EXPECT_EQ(Lines(session, opened), Names{"ソ"});
-  EXPECT_FALSE(session.Exists("a.cut"));
-  EXPECT_EQ(session.Bytes("表/ソ.cut"), Credited("a.cut").Bytes());
-  EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + Stored("表/ソ.cut\n"));
+// Makes a folder in the session's folder.
+Rule::After MakesFolder(const std::string& name) {
+  return [=](ScriptSession& session) { MakeFolder(session, name); };
 }
 
 const Rules<SessionTest, "FilmRename"> kFilmRenameRules = {
+    {"ToAnEmptyNameLeavesTheExtension", OpenFilm(Do(), {"a.cut"}).RenameCut("").Command(kCommandOverwriteFilm),
+     Has("entries", ".cut", "lines", Names{""}), Do().File("film.flm").Command(kCommandOpenFilm),
+     Has("entries", ".cut", "lines", Names{""}, "files", ".cut film.flm", "bytes/film.flm", kFilmHead + ".cut\n")},
+    {"IntoAFolderMovesTheFile", MakesFolder("表"),
+     OpenFilm(Do(), {"a.cut"}).DoubleClick(kCutList, 0).RenameCut("表/ソ").Command(kCommandOverwriteFilm),
+     Has("entries", "表/ソ.cut", "lines", "表/ソ", "cut/title", "ソ.cut"),
+     Do().File("film.flm").Command(kCommandOpenFilm),
+     Has("lines", "ソ", "exists/a.cut", false, "bytes/表/ソ.cut", Credited("a.cut").Bytes(), "bytes/film.flm",
+         kFilmHead + Stored("表/ソ.cut\n"))},
     {"ModifiedCutKeepsItsOldBytesUntilItIsSaved", OpenFilm(Do(), {"a.cut"}),
      Do().Write("a.cut", CutFile{.layers = {{.name = "A", .cells = {1, 2}}},
                                  .frames = {{.records = {{.cell = 0}}}, {.records = {{.cell = 1}}}}}
@@ -819,8 +786,6 @@ const Rules<SessionTest, "FilmRename"> kFilmRenameRules = {
 // ---------------------------------------------------------------------------------------------------------------------
 // Deleting.
 
-using FilmDelete = SessionTest;
-
 class DeleteBesideOpenCuts : public SessionTest, public testing::WithParamInterface<int> {};
 
 // Another window comes to the front when the one of the deleted cut goes.
@@ -846,18 +811,12 @@ TEST_P(DeleteBesideOpenCuts, TakesTheSelectedCutAlone) {
 
 INSTANTIATE_TEST_SUITE_P(Film, DeleteBesideOpenCuts, testing::Range(0, 4));
 
-TEST_F(FilmDelete, OfTheFilmsAllOpenCutsClosesEveryWindowOfThem) {
-  OpenFilm(session, {"a.cut", "表.cut", "c.cut"}).OpenCut("other.cut", PlainCut());
-  for (const char* name : {"a.cut", "表.cut", "c.cut"}) session.Open(session.Path(name));
-  session.Select(kCutList, {0, 1, 2}).Answer("yes").Command(kCommandDeleteCuts);
-  const int state = session.State();
-  EXPECT_EQ(Entries(session, state), Names{});
-  EXPECT_EQ(Lines(session, state), Names{});
-  EXPECT_EQ(WindowPaths(session, state), Names{"other.cut"});
-  EXPECT_EQ(session.Files(), (Names{"film.flm", "other.cut"}));
-}
-
 const Rules<SessionTest, "FilmDelete"> kFilmDeleteRules = {
+    {"OfTheFilmsAllOpenCutsClosesEveryWindowOfThem",
+     OpenFilm(Do(), {"a.cut", "表.cut", "c.cut"}).OpenCut("other.cut", PlainCut()),
+     Do().Open("a.cut").Open("表.cut").Open("c.cut").Select(kCutList, {0, 1, 2}).Answer("yes"),
+     Do().Command(kCommandDeleteCuts),
+     Has("entries", "", "lines", "", "windows", "other.cut", "files", "film.flm other.cut")},
     {"OfOneOfTwoEntriesOfAnOpenCutLeavesTheOtherClosed",
      OpenFilmFile(Do(), kFilmHead + Stored("表.cut\nb.cut\n表.cut\n")).OpenCut("表.cut", CutFile::Showing({1}, {0})),
      Do().Command(kCommandBlankCell).Select(kCutList, {2}).Answer("yes").Command(kCommandDeleteCuts),

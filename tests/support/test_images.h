@@ -50,6 +50,18 @@ inline OwnedImage MakeImage(bool packed, int32_t width, int32_t height) {
   return image;
 }
 
+struct Color {
+  int32_t red;
+  int32_t green;
+  int32_t blue;
+
+  bool operator==(const Color&) const = default;
+};
+
+inline void PrintTo(const Color& color, std::ostream* out) {
+  *out << "(" << color.red << ", " << color.green << ", " << color.blue << ")";
+}
+
 // A picture is text, one character a pixel and one line a row: '.' for 0, digits, and letters from 'a' for 10.
 inline char PixelLetter(int32_t value) {
   if (value == 0) return '.';

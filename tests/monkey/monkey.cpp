@@ -122,7 +122,8 @@ bool Monkey::DoAll(const Lines& lines) {
   return std::all_of(lines.begin(), lines.end(), [this](const std::string& line) { return Do(line); });
 }
 
-// Enough for whatever asks: any file name and any answer will do for any of them, so what isn't taken stays for later.
+// Queues enough answers for every file dialog and question that one action may bring up. Each answer fits each of them,
+// so those that aren't taken stay in the queue.
 void Monkey::QueueAnswers() {
   if (session.HasEnded()) return;
   const int32_t wanted = static_cast<int32_t>(session.Frame()->mdiClient->children.size()) + 3;
@@ -132,7 +133,8 @@ void Monkey::QueueAnswers() {
   }
 }
 
-// A dialog and a colour are queued only when they will be asked for.
+// Counts the answers that are left after an action. False if the action failed. Dialogs and colours are queued only
+// when they will be asked for, so none of them is left.
 bool Monkey::Take() {
   const int32_t questions = headless::LastQuestion().count;
   answers -= questions - questionsSeen;
@@ -151,7 +153,8 @@ bool Monkey::DoCommand(int32_t id) {
   return DoAll(lines) && Do(Command(id)) && Take();
 }
 
-// The text tool asks at a release that can't be told from others here. What it didn't take is given to it right away.
+// The text tool opens its dialog at some releases, and which ones can't be told here. So its answer is queued before
+// each release, and if the tool doesn't take it, three more messages make it ask.
 bool Monkey::DoMouse(const std::string& line) {
   CutWindow* cut = session.ActiveCut();
   if (cut == nullptr) {

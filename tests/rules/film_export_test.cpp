@@ -14,6 +14,7 @@
 #include "reference/reference.h"
 #include "resources/ids.h"
 #include "rules/film_session.h"
+#include "rules/little_bytes.h"
 #include "rules/rule_table.h"
 #include "support/places.h"
 

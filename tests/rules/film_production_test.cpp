@@ -732,21 +732,21 @@ const Rules<SessionTest, "FilmLink"> kFilmLinkRules = {
 // ---------------------------------------------------------------------------------------------------------------------
 // Renaming.
 
-// Makes a folder in the session's folder.
-Rule::After MakesFolder(const std::string& name) {
-  return [=](ScriptSession& session) { MakeFolder(session, name); };
+using FilmRename = SessionTest;
+
+TEST_F(FilmRename, IntoAFolderMovesTheFile) {
+  MakeFolder(session, "表");
+  OpenFilm(session, {"a.cut"}).DoubleClick(kCutList, 0).RenameCut("表/ソ").Command(kCommandOverwriteFilm);
+  EXPECT_TRUE(Holds(session, "entries", "表/ソ.cut", "lines", "表/ソ", "cut/title", "ソ.cut"));
+  session.File("film.flm").Command(kCommandOpenFilm);
+  EXPECT_TRUE(Holds(session, "lines", "ソ", "exists/a.cut", false, "bytes/表/ソ.cut", Credited("a.cut").Bytes(),
+                    "bytes/film.flm", kFilmHead + Stored("表/ソ.cut\n")));
 }
 
 const Rules<SessionTest, "FilmRename"> kFilmRenameRules = {
     {"ToAnEmptyNameLeavesTheExtension", OpenFilm(Do(), {"a.cut"}).RenameCut("").Command(kCommandOverwriteFilm),
      Has("entries", ".cut", "lines", Names{""}), Do().File("film.flm").Command(kCommandOpenFilm),
      Has("entries", ".cut", "lines", Names{""}, "files", ".cut film.flm", "bytes/film.flm", kFilmHead + ".cut\n")},
-    {"IntoAFolderMovesTheFile", MakesFolder("表"),
-     OpenFilm(Do(), {"a.cut"}).DoubleClick(kCutList, 0).RenameCut("表/ソ").Command(kCommandOverwriteFilm),
-     Has("entries", "表/ソ.cut", "lines", "表/ソ", "cut/title", "ソ.cut"),
-     Do().File("film.flm").Command(kCommandOpenFilm),
-     Has("lines", "ソ", "exists/a.cut", false, "bytes/表/ソ.cut", Credited("a.cut").Bytes(), "bytes/film.flm",
-         kFilmHead + Stored("表/ソ.cut\n"))},
     {"ModifiedCutKeepsItsOldBytesUntilItIsSaved", OpenFilm(Do(), {"a.cut"}),
      Do().Write("a.cut", CutFile{.layers = {{.name = "A", .cells = {1, 2}}},
                                  .frames = {{.records = {{.cell = 0}}}, {.records = {{.cell = 1}}}}}

@@ -107,11 +107,13 @@ const Command kCommands[] = {
      1,
      RunHistory},
     {"run",
-     "run SCRIPT [--settings FILE]",
+     "run SCRIPT [--settings FILE] [--recovery FOLDER]",
      "drives the whole application from a script",
      "SCRIPT is UTF-8 text with an action a line; without the action \"exit\" the settings stay as they are.\n"
-     "  --settings FILE  the settings file; by default the one beside the program\n",
-     {{"--settings", "a file"}},
+     "  --settings FILE    the settings file; by default the one beside the program\n"
+     "  --recovery FOLDER  keeps what isn't saved there, for the next run, until the script ends with \"exit\"; opens\n"
+     "                     first what an earlier run left\n",
+     {{"--settings", "a file"}, {"--recovery", "a folder"}},
      1,
      1,
      RunRun},

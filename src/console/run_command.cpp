@@ -18,6 +18,15 @@ namespace {
 // The window system's way to show the window as it likes.
 constexpr int32_t kShowDefault = 10;
 
+// Opens what scripts left without saving it, if the folder for it is named. False if that folder can't be used.
+bool StartRecovery(const Arguments& arguments, MainFrame* frame) {
+  const std::string* folder = arguments.Find("--recovery");
+  if (folder == nullptr) return true;
+  if (!frame->recovery.Begin(FullPath(*folder), Recovery::Writing::kInPlace)) return false;
+  frame->recovery.OpenLeft(false, true);
+  return true;
+}
+
 int RunLines(const std::string& script, std::string text, MainFrame* frame) {
   ScriptReader reader(std::move(text));
   ScriptRunner runner(frame);
@@ -29,6 +38,7 @@ int RunLines(const std::string& script, std::string text, MainFrame* frame) {
       std::fprintf(stderr, "%s:%d: %s\n", script.c_str(), line.number, problem.c_str());
     }
     if (status != kDone) return status;
+    if (!runner.HasEnded()) frame->recovery.OnAction();
   }
   return kDone;
 }
@@ -57,11 +67,15 @@ int RunRun(const Arguments& arguments) {
   }
   MainFrame frame;
   if (!StartProgram(&frame, "", kShowDefault)) return Fail(script, "the main window can't be made");
-  const int status = RunLines(script, std::move(text), &frame);
+  const bool canRecover = StartRecovery(arguments, &frame);
+  const int status = canRecover ? RunLines(script, std::move(text), &frame)
+                                : Fail(*arguments.Find("--recovery"), "the folder can't be made or written");
   const bool hasEnded = platform::headless::HasQuit();
   if (status == kDone && hasEnded) {
+    frame.recovery.End();
     FinishProgram(&frame);
   } else {
+    frame.recovery.Leave();
     DestroyWindows(&frame);
     ReleaseProgram();
   }

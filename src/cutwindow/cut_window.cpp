@@ -75,6 +75,7 @@ intptr_t CutWindow::WindowProc(uint32_t message, uintptr_t first, intptr_t secon
       if ((platform::LowHalf(static_cast<uintptr_t>(second)) & kClientHit) != 0) ChooseCursor();
       break;
     case platform::kMessageChar:
+      host->NoteInput();
       OnChar(first);
       return 0;
     case platform::kMessageCommand:
@@ -131,6 +132,7 @@ void CutWindow::Pulse() {
 }
 
 intptr_t CutWindow::HandleMouse(uint32_t message, uintptr_t first, intptr_t second) {
+  host->NoteMouse(message, first);
   if (HandlePan(message, first, second)) return platform::DefaultHandling(window, message, first, second);
   return RunTool(message, first, second);
 }

@@ -58,11 +58,20 @@ class CutWindowHost {
   // user cancels.
   virtual bool EditText(char** text) = 0;
 
+  // Counts input that may have changed a drawing, and follows the buttons of the mouse over it.
+  void NoteInput() { ++inputs; }
+  void NoteMouse(uint32_t message, uintptr_t keys) {
+    isButtonHeld = (keys & (platform::kKeyLeftButton | platform::kKeyRightButton)) != 0;
+    if (isButtonHeld || message != platform::kMessageMouseMove) NoteInput();
+  }
+
   platform::WindowHandle frameWindow = nullptr;
   platform::MenuHandle toolPopupMenu = nullptr;
   Toolbox* const toolbox;              // not owned
   int32_t currentTool = kToolFreePen;  // the number of its command
   int32_t previousTool = kToolFreePen;
+  uint32_t inputs = 0;
+  bool isButtonHeld = false;  // a stroke may be going on
   AnimationWindow animationWindow;
   PenPicker penPicker;
 

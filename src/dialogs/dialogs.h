@@ -2,6 +2,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
+#include <vector>
 
 #include "dialogs/dialog.h"
 #include "foundation/shared_string.h"
@@ -177,6 +179,20 @@ class RandomDotsDialog final : public Dialog {
   void WriteValues(platform::WindowHandle dialog) override;
 
   int32_t gap;
+};
+
+// The kept versions of a document, a line of text for each.
+class VersionDialog final : public Dialog {
+ public:
+  // The list is sorted: each line begins with its number, which counts from 1 and has the same width in all.
+  VersionDialog(platform::WindowHandle helpBar, std::vector<std::string> versionLines);
+  void ReadValues(platform::WindowHandle dialog) override;
+  void WriteValues(platform::WindowHandle dialog) override;
+
+  size_t chosen = 0;  // an index of the lines
+
+ private:
+  std::vector<std::string> lines;
 };
 
 }  // namespace sorvel

@@ -1,7 +1,10 @@
 // The dialogs of layers, cuts, frames and films.
 
+#include <utility>
+
 #include "dialogs/dialog_values.h"
 #include "dialogs/dialogs.h"
+#include "platform/controls.h"
 #include "resources/ids.h"
 
 namespace sorvel {
@@ -124,6 +127,22 @@ void RenameDialog::ReadValues(platform::WindowHandle dialog) {
 
 void RenameDialog::WriteValues(platform::WindowHandle dialog) {
   ShowText(dialog, kRenameEdit, name);
+}
+
+// Kept versions.
+
+VersionDialog::VersionDialog(platform::WindowHandle helpBar, std::vector<std::string> versionLines)
+    : Dialog(helpBar, kVersionDialog), lines(std::move(versionLines)) {}
+
+void VersionDialog::ReadValues(platform::WindowHandle dialog) {
+  const int32_t line = platform::SelectedListLine(platform::DialogControl(dialog, kVersionList));
+  if (line >= 0) chosen = static_cast<size_t>(line);
+}
+
+void VersionDialog::WriteValues(platform::WindowHandle dialog) {
+  const platform::WindowHandle list = platform::DialogControl(dialog, kVersionList);
+  for (const std::string& line : lines) platform::AddListLine(list, line.c_str());
+  platform::SelectListLine(list, 0);
 }
 
 }  // namespace sorvel

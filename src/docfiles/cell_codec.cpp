@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "docfiles/cut_parts.h"
 #include "docfiles/stream_check.h"
 
 namespace sorvel {
@@ -33,20 +34,24 @@ constexpr int64_t kFreeMemory = 1 << 16;  // for files that end early
 
 }  // namespace
 
-bool CellWriter::Allocate(const Layer& layer) {
-  groups = UnitsOf(layer.width);
-  // The group behind a row's last takes part in its comparison.
-  return literals.Allocate(static_cast<size_t>(groups) * 2 * static_cast<size_t>(std::max(layer.height, 0))) &&
-         matches.Allocate(static_cast<size_t>(groups) + 1) && rows.Allocate(layer.width, layer.height);
-}
-
-bool CellWriter::Write(Layer* layer, ByteStream* stream) {
-  if (layer->cells.Count() > 0 && !Allocate(*layer)) return false;
+void WriteLayerHead(Layer* layer, ByteStream* stream) {
   WriteText(*stream, layer->ShownName());
   WriteField(*stream, layer->width, 2);
   WriteField(*stream, layer->height, 2);
   WriteField(*stream, static_cast<int32_t>(layer->followFrame), 1);
   WriteField(*stream, layer->cells.Count(), 2);
+}
+
+bool CellWriter::Begin(int32_t width, int32_t height) {
+  groups = UnitsOf(width);
+  // The group behind a row's last takes part in its comparison.
+  return literals.Allocate(static_cast<size_t>(groups) * 2 * static_cast<size_t>(std::max(height, 0))) &&
+         matches.Allocate(static_cast<size_t>(groups) + 1) && rows.Allocate(width, height);
+}
+
+bool CellWriter::Write(Layer* layer, ByteStream* stream) {
+  if (layer->cells.Count() > 0 && !Begin(layer->width, layer->height)) return false;
+  WriteLayerHead(layer, stream);
   if (!layer->cells.SeekFirst()) return true;
   do {
     WriteCell(*layer->cells.Current(), stream);

@@ -18,9 +18,12 @@ class CellWriter {
   // Writes the block at the stream's position. False if there is no memory for its buffers.
   bool Write(Layer* layer, ByteStream* stream);
 
- private:
-  bool Allocate(const Layer& layer);
+  // The cells one by one: makes room for cells of this size, false without memory, and writes one at the stream's
+  // position.
+  bool Begin(int32_t width, int32_t height);
   void WriteCell(const CellImage& image, ByteStream* stream);
+
+ private:
   void FindMatches(const CellImage& image, int32_t y);
   void EncodeRow(const CellImage& image, int32_t y);
 

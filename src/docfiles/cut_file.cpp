@@ -1,6 +1,7 @@
 #include <cstring>
 
 #include "docfiles/cell_codec.h"
+#include "docfiles/cut_parts.h"
 #include "docfiles/stream_check.h"
 #include "document/cut.h"
 
@@ -20,23 +21,22 @@ constexpr int32_t kRecordBytes = 7;
 
 }  // namespace
 
-bool Cut::Save(ByteStream* stream) {
+void WriteCutHead(Cut* cut, ByteStream* stream) {
   WriteText(*stream, kCutMagic);
-  WriteField(*stream, width, 2);
-  WriteField(*stream, height, 2);
-  WriteField(*stream, frameWidth, 2);
-  WriteField(*stream, frameHeight, 2);
-  WriteField(*stream, fps, 1);
-  WriteText(*stream, credit);
-  WriteField(*stream, Antialias() == 1 || Antialias() == 2 ? Antialias() : 0, 1);
-  WriteField(*stream, layers.Count(), 1);
-  WriteField(*stream, frames.Count(), 2);
-  for (int32_t i = 0; i < layers.Count(); ++i) {
-    CellWriter writer;
-    if (!writer.Write(layers.At(i), stream)) return false;
-  }
-  for (int32_t i = 0; i < frames.Count(); ++i) {
-    Frame* frame = frames.At(i);
+  WriteField(*stream, cut->width, 2);
+  WriteField(*stream, cut->height, 2);
+  WriteField(*stream, cut->frameWidth, 2);
+  WriteField(*stream, cut->frameHeight, 2);
+  WriteField(*stream, cut->fps, 1);
+  WriteText(*stream, cut->credit);
+  WriteField(*stream, cut->Antialias() == 1 || cut->Antialias() == 2 ? cut->Antialias() : 0, 1);
+  WriteField(*stream, cut->layers.Count(), 1);
+  WriteField(*stream, cut->frames.Count(), 2);
+}
+
+void WriteCutFrames(Cut* cut, ByteStream* stream) {
+  for (int32_t i = 0; i < cut->frames.Count(); ++i) {
+    Frame* frame = cut->frames.At(i);
     WriteField(*stream, frame->x, 2);
     WriteField(*stream, frame->y, 2);
     WriteField(*stream, frame->time, 2);
@@ -46,13 +46,22 @@ bool Cut::Save(ByteStream* stream) {
     WriteField(*stream, frame->records.Count(), 1);
     for (int32_t r = 0; r < frame->records.Count(); ++r) {
       const FrameRecord* record = frame->records.At(r);
-      layers.SeekFirst();
-      WriteField(*stream, layers.Find(record->layer), 1);
+      cut->layers.SeekFirst();
+      WriteField(*stream, cut->layers.Find(record->layer), 1);
       WriteField(*stream, record->x, 2);
       WriteField(*stream, record->y, 2);
       WriteField(*stream, record->cell, 2);
     }
   }
+}
+
+bool Cut::Save(ByteStream* stream) {
+  WriteCutHead(this, stream);
+  for (int32_t i = 0; i < layers.Count(); ++i) {
+    CellWriter writer;
+    if (!writer.Write(layers.At(i), stream)) return false;
+  }
+  WriteCutFrames(this, stream);
   stateFlags &= ~static_cast<uint32_t>(kModified);
   return true;
 }

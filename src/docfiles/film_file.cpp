@@ -1,5 +1,7 @@
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <string>
 
 #include "document/film.h"
 #include "foundation/paths.h"
@@ -29,6 +31,15 @@ bool ReadLine(FILE* file, char (&line)[kLineLimit]) {
   return true;
 }
 
+// The full path of a cut in a film file at this path. A film without a file names its cuts by full paths.
+bool MakeFullPath(char (&name)[kPathCapacity], const char* line, const char* filePath, char separator) {
+  if (filePath[0] != '\0') return MakeAbsolutePath(name, line, filePath, separator);
+  const size_t length = std::strlen(line);
+  if (length >= kPathCapacity) return false;
+  std::replace_copy(line, line + length + 1, name, '/', separator);
+  return true;
+}
+
 }  // namespace
 
 bool Film::Save(char separator, WriteProblem* problem) {
@@ -49,6 +60,20 @@ bool Film::WriteTo(FILE* file, const char* filePath, char separator) {
   return std::ferror(file) == 0;
 }
 
+bool Film::ReadText(char separator, std::string* text) {
+  FileStream stream(platform::OpenTemporaryFile());
+  if (!stream.IsOpen()) return false;
+  const int32_t cursor = cuts.CursorIndex();
+  bool isRead = WriteTo(stream.file, path, separator);
+  cuts.Seek(cursor);
+  Buffer<uint8_t> bytes;
+  int32_t size = 0;
+  isRead = isRead && ReadWholeStream(stream, &bytes, &size);
+  stream.Close();
+  if (isRead) text->assign(reinterpret_cast<const char*>(bytes.Data()), static_cast<size_t>(size));
+  return isRead;
+}
+
 bool Film::SaveTo(const char* filePath, char separator, WriteProblem* problem) {
   ReplacementFile file;
   const bool isWritten = file.Open(filePath, ReplacementFile::Form::kText) &&
@@ -60,20 +85,7 @@ bool Film::SaveTo(const char* filePath, char separator, WriteProblem* problem) {
   return true;
 }
 
-bool Film::Load(const char* filePath, char separator, LoadReport* report) {
-  // Reset() frees the film's own path, which may be the one passed.
-  char target[kPathCapacity];
-  const bool fits = std::strlen(filePath) < sizeof(target);
-  if (fits) std::strcpy(target, filePath);
-  Reset();
-  knownFile.Remember(fits ? Utf8Path(target) : "");
-  LoadReport own;
-  if (report == nullptr) report = &own;
-  FILE* file = fits ? platform::OpenStdioFile(target, "r") : nullptr;
-  if (file == nullptr) {
-    NoteProblem(report, "can't be opened");
-    return false;
-  }
+void Film::Read(FILE* file, const char* filePath, char separator, LoadReport* report) {
   char line[kLineLimit];
   bool more = true;
   // Lines that the file doesn't have are empty.
@@ -100,13 +112,30 @@ bool Film::Load(const char* filePath, char separator, LoadReport* report) {
     ++number;
     if (line[0] == '\0') continue;
     char name[kPathCapacity];
-    if (!MakeAbsolutePath(name, line, target, separator)) {
+    if (!MakeFullPath(name, line, filePath, separator)) {
       NoteProblem(report, "the path in line %lld is too long", number);
       continue;
     }
     if (name[0] == '\0') NoteProblem(report, "the path in line %lld leads above the root", number);
     cuts.InsertAfter(MakeEntry(nullptr, name));
   }
+}
+
+bool Film::Load(const char* filePath, char separator, LoadReport* report) {
+  // Reset() frees the film's own path, which may be the one passed.
+  char target[kPathCapacity];
+  const bool fits = std::strlen(filePath) < sizeof(target);
+  if (fits) std::strcpy(target, filePath);
+  Reset();
+  knownFile.Remember(fits ? Utf8Path(target) : "");
+  LoadReport own;
+  if (report == nullptr) report = &own;
+  FILE* file = fits ? platform::OpenStdioFile(target, "r") : nullptr;
+  if (file == nullptr) {
+    NoteProblem(report, "can't be opened");
+    return false;
+  }
+  Read(file, target, separator, report);
   if (std::fclose(file) != 0) return false;
   if (report->IsDamaged()) knownFile.MarkDamaged();
   AssignString(&path, target);

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <string>
 
 #include "document/cut.h"
 #include "document/load_report.h"
@@ -56,6 +57,11 @@ class Film {
   void WriteHead(FILE* file);
   // The text of the file that is to lie at this path; nothing of the film changes.
   bool WriteTo(FILE* file, const char* filePath, char separator);
+  // The text that a save to the film's path would write; without one the cuts have full paths. False if it can't be
+  // had.
+  bool ReadText(char separator, std::string* text);
+  // Adds what a film file says, read as if it lay at this path, which is empty for a text of a film without a path.
+  void Read(FILE* file, const char* filePath, char separator, LoadReport* report);
   // Resets the film first, so a failed load leaves an empty one. The report says what is wrong with the file.
   bool Load(const char* filePath, char separator, LoadReport* report = nullptr);
 

@@ -28,6 +28,9 @@ bool CreatePartialFile(const std::string& target, bool isText, PartialFile* part
 // the old contents or the new ones. False leaves the target as it was, and the partial file is gone.
 bool CommitPartialFile(PartialFile* partial);
 
+// Removes the partial files that killed programs left in a folder.
+void SweepPartialFiles(const std::string& folder);
+
 // Closes and removes the file.
 void DiscardPartialFile(PartialFile* partial);
 
@@ -90,6 +93,11 @@ bool RemoveEmptyFolder(const std::string& path);
 // Give a file a second name, or another one. False if there is a file of the new name, or on another disk.
 bool LinkFileAt(const std::string& path, const std::string& newPath);
 bool MoveFileAt(const std::string& path, const std::string& newPath);
+
+// Locks a file, which is made if there is none, until UnlockFile() or the end of the program, in whatever way it ends.
+// -1 if another holds it, or if it can't be made.
+intptr_t LockFile(const std::string& path);
+void UnlockFile(intptr_t lock);
 
 // The folder of this user for what the program keeps on its own. Empty if there is none; with `make` a missing one is
 // made.

@@ -104,6 +104,7 @@
 #define kCommandExplainTool 40136
 #define kCommandTransparentColor 40137
 #define kCommandAbout 40142
+#define kCommandOpenVersion 40204
 
 // Tools: the numbers of the commands that select them.
 #define kToolFramePosition 40019
@@ -142,6 +143,16 @@
 #define kTextWriteFailed 40286
 #define kTextWasDamaged 40287
 #define kTextWasForeign 40288
+#define kTextRecoverQuestion 40290
+#define kTextNoVersions 40291
+// A text for each GenerationKind, in its order.
+#define kTextSavedVersion 40292
+#define kTextDeletedVersion 40293
+#define kTextRenamedVersion 40294
+#define kTextUnsavedVersion 40295
+#define kTextDamagedVersion 40296
+#define kTextForeignVersion 40297
+#define kTextVersionBytes 40298
 
 // Controls of the frame.
 #define kMdiClientId 10001
@@ -247,3 +258,6 @@
 
 #define kSearchDialog 128
 #define kSearchEdit 1059
+
+#define kVersionDialog 129
+#define kVersionList 1066

@@ -99,6 +99,7 @@ const MainFrame::Command MainFrame::kCommands[] = {
     {kCommandSaveCutAs, Runner::kFrameCut, Do<&MainFrame::SaveCutAs>},
     {kCommandOverwriteCut, Runner::kFrameCut, Do<&MainFrame::OverwriteCut>},
     {kCommandCutProperties, Runner::kFrameCut, Do<&MainFrame::EditCutProperties>},
+    {kCommandOpenVersion, Runner::kFrameCut, Do<&MainFrame::OpenVersion>},
     {kCommandPlay, Runner::kWindow, Do<&PlayAndRepaint>},
     {kCommandPreview, Runner::kWindow, Do<&CutWindow::PreviewFrame>},
 

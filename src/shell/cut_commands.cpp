@@ -2,8 +2,11 @@
 
 #include <cstdio>
 #include <cstring>
+#include <ctime>
+#include <utility>
 
 #include "dialogs/dialogs.h"
+#include "foundation/history.h"
 #include "foundation/paths.h"
 #include "foundation/settings.h"
 #include "shell/command_support.h"
@@ -11,6 +14,25 @@
 #include "shell/main_frame.h"
 
 namespace sorvel {
+
+namespace {
+
+// The number, the time, the reason and the length of a kept version, as a line of a list.
+std::string LineOf(const Generation& version, size_t number) {
+  char kind[kTextBufferSize];
+  char unit[kTextBufferSize];
+  platform::ReadResourceText(kTextSavedVersion + static_cast<int32_t>(version.kind), kind, sizeof(kind));
+  platform::ReadResourceText(kTextVersionBytes, unit, sizeof(unit));
+  char time[32] = "";
+  const std::time_t seconds = static_cast<std::time_t>(version.time);
+  if (const std::tm* local = std::localtime(&seconds)) std::strftime(time, sizeof(time), "%Y/%m/%d %H:%M:%S", local);
+  char line[4 * kTextBufferSize];
+  std::snprintf(line, sizeof(line), "%03d  %s  %s  %lld %s", static_cast<int>(number), time, kind,
+                static_cast<long long>(version.bytes), unit);
+  return line;
+}
+
+}  // namespace
 
 bool MainFrame::OpenByExtension(const char* path) {
   char extension[kPathCapacity];
@@ -46,7 +68,10 @@ CutWindow* MainFrame::MakeNewCut(const CutDialog& values, const char* path) {
 }
 
 CutWindow* MainFrame::ShowCut(CutWindow* cut) {
-  if (cut->Create(mdiClient)) return cut;
+  if (cut->Create(mdiClient)) {
+    openCuts.push_back(cut);
+    return cut;
+  }
   delete cut;
   return nullptr;
 }
@@ -61,19 +86,48 @@ void MainFrame::OpenCut() {
 CutWindow* MainFrame::OpenCutFile(const char* path) {
   CommandFile file(path, "rb");
   if (!file.IsOpen()) return nullptr;
+  CutWindow* cut = OpenCutStream(&file.stream, path);
+  if (cut != nullptr) film->CutOpened(cut);
+  return cut;
+}
+
+CutWindow* MainFrame::OpenCutStream(ByteStream* stream, const char* path) {
   CutWindow* cut = new CutWindow(this, 0, 0, kUnreadFps, "", 0);
-  cut->knownFile.Remember(Utf8Path(path));
+  if (path[0] != '\0') cut->knownFile.Remember(Utf8Path(path));
   LoadReport report;
-  if (!cut->Load(&file.stream, &cut->prototype, &report) || !cut->FitView()) {
+  if (!cut->Load(stream, &cut->prototype, &report) || !cut->FitView()) {
     delete cut;
     return nullptr;
   }
   if (report.IsDamaged()) cut->knownFile.MarkDamaged();
   cut->RepaintAll();
   AssignString(&cut->path, path);
-  cut = ShowCut(cut);
-  if (cut != nullptr) film->CutOpened(cut);
-  return cut;
+  return ShowCut(cut);
+}
+
+bool MainFrame::OpenLeftDocument(const LeftDocument& document) {
+  const char* path = document.path.c_str();
+  CommandFile file(platform::OpenFileAt(document.file, "rb"));
+  if (!file.IsOpen()) return false;
+  if (document.extension == kFilmFiles.defaultExtension) {
+    film->Reset();
+    film->knownFile.Remember(Utf8Path(path));
+    film->Read(file.stream.file, path, platform::kPathSeparator, nullptr);
+    AssignString(&film->path, path);
+    film->modified = 1;
+    ShowFilm();
+    return true;
+  }
+  CutWindow* cut = OpenCutStream(&file.stream, path);
+  if (cut == nullptr) return false;
+  cut->stateFlags |= kModified;
+  // The start may have opened the file itself.
+  for (CutWindow* other : std::vector<CutWindow*>(openCuts)) {
+    const bool isSame = other != cut && path[0] != '\0' && std::strcmp(other->path, path) == 0;
+    if (isSame && !other->Has(kModified)) platform::DestroyMdiChild(mdiClient, other->window);
+  }
+  film->CutOpened(cut);
+  return true;
 }
 
 // Saving.
@@ -84,6 +138,7 @@ bool MainFrame::SaveCutFile(CutWindow* cut, const char* path) {
     const WaitCursor wait;
     problem = cut->SaveToFile(path, true);
   }
+  if (problem == WriteProblem::kNone) recovery.ForgetCut(cut);
   ReportSave(path, problem, cut->knownFile);
   return problem == WriteProblem::kNone;
 }
@@ -107,6 +162,29 @@ SaveResult MainFrame::OverwriteCut(CutWindow* cut) {
     return SaveResult::kSaved;
   }
   return SaveCutAs(cut);
+}
+
+// Kept versions.
+
+void MainFrame::OpenVersion(CutWindow* cut) {
+  std::vector<Generation> versions = ListGenerations(Utf8Path(cut->path));
+  // Films without a path lie in the same folder.
+  std::erase_if(versions, [cut](const Generation& version) {
+    return cut->path[0] == '\0' && !version.path.ends_with(std::string(".").append(kCutFiles.defaultExtension));
+  });
+  if (versions.empty()) {
+    char text[kTextBufferSize];
+    platform::ReadResourceText(kTextNoVersions, text, sizeof(text));
+    platform::ShowMessage(frameWindow, text, kBoxTitle, platform::BoxIcon::kInformation);
+    return;
+  }
+  std::vector<std::string> lines;
+  for (const Generation& version : versions) lines.push_back(LineOf(version, lines.size() + 1));
+  VersionDialog dialog(statusBar, std::move(lines));
+  if (!dialog.Run(frameWindow)) return;
+  CommandFile file(platform::OpenFileAt(versions[dialog.chosen].path, "rb"));
+  CutWindow* opened = file.IsOpen() ? OpenCutStream(&file.stream, cut->path) : nullptr;
+  if (opened != nullptr) opened->stateFlags |= kModified;
 }
 
 // Properties and playing.

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 
 #include "cutwindow/clipboard.h"
 #include "cutwindow/drawing_settings.h"
@@ -13,6 +14,9 @@
 #include "foundation/settings.h"
 #include "imaging/color_table.h"
 #include "imaging/pen.h"
+#include "platform/files.h"
+#include "platform/process.h"
+#include "platform/replacement.h"
 #include "resources/ids.h"
 #include "tools/tool_table.h"
 
@@ -22,6 +26,7 @@ namespace {
 
 constexpr size_t kTextSize = 256;
 constexpr size_t kFilmPathSize = 260;
+constexpr uintptr_t kRecoveryTimer = 1;
 
 void MakePalette() {
   ColorEntry entries[kDrawPaletteSize];
@@ -65,6 +70,18 @@ void ReadTransparentColor() {
   char text[colorTextSize];
   ReadSettingText(settings::kPasteTransparentColor, text, sizeof(text));
   ParseColorText(text, &clipTransparentColor);
+}
+
+// Where it can't be had the program runs without.
+void StartRecovery(MainFrame* frame, bool hasFilm) {
+  const std::string data = platform::LocalDataFolder(true);
+  const std::string store = std::string(data).append(1, platform::kPathSeparator).append("recovery");
+  if (data.empty() || !frame->recovery.Begin(store, Recovery::Writing::kOnThread)) return;
+  platform::CallAtCrash([] {
+    if (gMainFrame != nullptr) gMainFrame->recovery.KeepAtCrash();
+  });
+  frame->recovery.OpenLeft(true, !hasFilm);
+  platform::SetWindowTimer(frame->frameWindow, kRecoveryTimer, Recovery::kTick);
 }
 
 }  // namespace
@@ -133,7 +150,9 @@ int EntryPoint(const char* commandLine, int32_t showCommand) {
   MainFrame frame;
   FinishInterruptedWrites();
   if (!StartProgram(&frame, commandLine, showCommand)) return 0;
+  StartRecovery(&frame, commandLine[0] != '\0' && frame.film->path[0] != '\0');
   const int code = platform::RunLoop(frame.frameWindow, frame.mdiClient, kAccelerators);
+  frame.recovery.End();
   FinishProgram(&frame);
   return code;
 }

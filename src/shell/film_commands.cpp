@@ -93,14 +93,19 @@ void MainFrame::OpenFilm() {
 bool MainFrame::OpenFilmFile(const char* path) {
   // Quirk 22. A failure leaves an empty film, while the list stays as it was: every command on a line meets entries
   // that may not be there.
+  KeepUnsavedFilm();
   if (!film->Load(path, platform::kPathSeparator)) return false;
-  SetFrameTitle(film->path);
+  ShowFilm();
+  return true;
+}
+
+void MainFrame::ShowFilm() {
+  SetFrameTitle(film->path[0] != '\0' ? film->path : nullptr);
   const QuietList quiet(cutList);
   platform::ClearList(cutList);
   for (int32_t i = 0; i < film->cuts.Count(); ++i) InsertCutLine(-1, film->CutName(i));
   platform::SetListLineSelected(cutList, 0, true);
   platform::SetListCaret(cutList, 0);
-  return true;
 }
 
 SaveResult MainFrame::SaveFilmAs() {
@@ -110,6 +115,7 @@ SaveResult MainFrame::SaveFilmAs() {
   const bool isSaved = film->SaveTo(chosen.path, platform::kPathSeparator, &problem);
   // The title changes with either result.
   SetFrameTitle(chosen.path);
+  if (isSaved) recovery.ForgetFilm();
   ReportSave(chosen.path, problem, film->knownFile);
   return isSaved ? SaveResult::kSaved : SaveResult::kFailed;
 }
@@ -122,6 +128,7 @@ SaveResult MainFrame::OverwriteFilm() {
       const WaitCursor wait;
       isSaved = film->Save(platform::kPathSeparator, &problem);
     }
+    if (isSaved) recovery.ForgetFilm();
     ReportSave(film->path, problem, film->knownFile);
     if (isSaved) return SaveResult::kSaved;
   }
@@ -219,6 +226,7 @@ void MainFrame::DeleteCutFiles(int32_t index) {
   if (ChangeExtension(cachePath, path, "ca")) platform::DeletePath(cachePath);
   CutWindow* open = WindowOfEntry(index);
   if (open == nullptr) return;
+  if (open->Has(kModified)) KeepUnsavedCut(open);
   open->stateFlags &= ~static_cast<uint32_t>(kModified | kTimingStale);
   open->stateFlags |= kImagesStale;
   platform::DestroyMdiChild(mdiClient, open->window);

@@ -59,9 +59,13 @@ intptr_t MainFrame::WindowProc(uint32_t message, uintptr_t first, intptr_t secon
     case platform::kMessageCommand:
       if (OnCommand(static_cast<int32_t>(platform::HighHalf(first)), static_cast<int32_t>(platform::LowHalf(first)),
                     platform::PointerIn<platform::Window>(second)) == 0) {
+        NoteInput();
         return 0;
       }
       break;
+    case platform::kMessageTimer:
+      recovery.OnTimer();
+      return 0;
     case platform::kMessageInitMenu:
       OnInitMenu();
       break;
@@ -176,6 +180,8 @@ void MainFrame::OnToolTip(platform::ToolTipMoment moment, platform::ToolTip* tip
 void MainFrame::CutGone(CutWindow* cut) {
   film->CutClosed(cut);
   if (panelsCut == cut) panelsCut = nullptr;
+  std::erase(openCuts, cut);
+  recovery.ForgetCut(cut);
 }
 
 // The player.

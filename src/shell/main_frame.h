@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 #include "cutwindow/cut_window.h"
 #include "document/film.h"
@@ -10,6 +11,7 @@
 #include "platform/controls.h"
 #include "platform/dialogs.h"
 #include "platform/menus.h"
+#include "shell/recovery.h"
 
 namespace sorvel {
 
@@ -108,6 +110,8 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   CutWindow* OpenCutFile(const char* path);
   CutWindow* OpenLayerFile(const char* path);
   bool OpenFilmFile(const char* path);
+  // Opens a document that a program left without saving it; it counts as changed.
+  bool OpenLeftDocument(const LeftDocument& document);
 
   platform::WindowHandle mdiClient = nullptr;
   platform::WindowHandle layerList = nullptr;
@@ -119,11 +123,13 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   platform::WindowHandle keyFrameCheck = nullptr;
   platform::WindowHandle commentEdit = nullptr;
   platform::WindowHandle toolBar = nullptr;
-  CutWindow* panelsCut = nullptr;  // whose values the panels show, not owned; null when it is gone
-  Film* film = nullptr;            // owned, never null
-  BufferStream streamBuffer;       // what the player reads, in streamMemory
-  int32_t panelWidth = 160;        // pixels
-  Point dragLast;                  // of the splitter
+  CutWindow* panelsCut = nullptr;    // whose values the panels show, not owned; null when it is gone
+  std::vector<CutWindow*> openCuts;  // not owned; in the order of opening
+  Film* film = nullptr;              // owned, never null
+  Recovery recovery{this};
+  BufferStream streamBuffer;  // what the player reads, in streamMemory
+  int32_t panelWidth = 160;   // pixels
+  Point dragLast;             // of the splitter
   uint32_t shellFlags = 0;
   bool savedImeOpen = false;  // the state of the input method that isn't in use: the comment's or the program's
 
@@ -155,6 +161,9 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   void MoveFocus(bool forward);
   bool CloseEveryCut();  // false if one stayed open
   void CloseAllWithoutFilm();
+  // What is closed without being saved stays in the history; without a path only if recovery is on.
+  void KeepUnsavedCut(CutWindow* cut);
+  void KeepUnsavedFilm();
   // Asks whether to save a document; the path may be empty. True for Yes.
   bool AskToSave(const char* path);
   // A warning made of a text with a place for a path and one for a reason; 0 stands for no reason.
@@ -209,11 +218,17 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   CutWindow* MakeNewCut(const CutDialog& values, const char* path);
   // Opens the window of a cut, which then owns the cut. Null if that fails; the cut is then deleted.
   CutWindow* ShowCut(CutWindow* cut);
+  // Opens the window of a cut that is read from a stream and has this path. Null if that fails.
+  CutWindow* OpenCutStream(ByteStream* stream, const char* path);
   void EditCutProperties(CutWindow* cut);
+  // Lets the user choose one of the states that are kept of the cut, and opens it as a changed cut of the same path.
+  void OpenVersion(CutWindow* cut);
 
   // The film.
   // Shows the name of the film's file in the title of the frame; null for a film without a file.
   void SetFrameTitle(const char* filmPath);
+  // Fills title and list of cuts from the film.
+  void ShowFilm();
   // Inserts a line for the cut of this path into the list of cuts; index -1 appends it.
   void InsertCutLine(int32_t index, const char* path);
   void NewFilm();

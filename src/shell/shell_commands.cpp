@@ -4,9 +4,11 @@
 #include <iterator>
 
 #include "cutwindow/wait_cursor.h"
+#include "foundation/history.h"
 #include "foundation/paths.h"
 #include "platform/files.h"
 #include "resources/ids.h"
+#include "shell/command_support.h"
 #include "shell/main_frame.h"
 
 namespace sorvel {
@@ -100,19 +102,45 @@ bool MainFrame::AskToSave(const char* path) {
 bool MainFrame::AskSaveCut(CutWindow* cut) {
   film->CutClosed(cut);
   if (!cut->Has(kModified)) return true;
-  if ((shellFlags & kCloseWithoutAsking) == 0 && !AskToSave(cut->path)) return true;
   const bool hasFile = cut->path[0] != '\0';
-  const SaveResult result = OverwriteCut(cut);
-  if (result == SaveResult::kSaved || (result == SaveResult::kCancelled && !hasFile)) return true;
+  const bool saves = (shellFlags & kCloseWithoutAsking) != 0 || AskToSave(cut->path);
+  const SaveResult result = saves ? OverwriteCut(cut) : SaveResult::kCancelled;
+  if (result == SaveResult::kSaved) return true;
+  if (!saves || (result == SaveResult::kCancelled && !hasFile)) {
+    KeepUnsavedCut(cut);
+    return true;
+  }
   film->CutOpened(cut);
   return false;
 }
 
 bool MainFrame::AskSaveFilm() {
-  if (film->modified == 0 || !AskToSave(film->path)) return true;
+  if (film->modified == 0) return true;
   const bool hasFile = film->path[0] != '\0';
-  const SaveResult result = OverwriteFilm();
-  return result == SaveResult::kSaved || (result == SaveResult::kCancelled && !hasFile);
+  const bool saves = AskToSave(film->path);
+  const SaveResult result = saves ? OverwriteFilm() : SaveResult::kCancelled;
+  if (result == SaveResult::kSaved) return true;
+  if (saves && (result != SaveResult::kCancelled || hasFile)) return false;
+  KeepUnsavedFilm();
+  return true;
+}
+
+void MainFrame::KeepUnsavedCut(CutWindow* cut) {
+  if (cut->path[0] == '\0' && !recovery.IsOn()) return;
+  const WaitCursor wait;
+  ChunkStream contents;
+  const uint32_t marks = cut->stateFlags;
+  if (cut->Save(&contents)) KeepUnsaved(Utf8Path(cut->path), kCutFiles.defaultExtension, &contents);
+  cut->stateFlags = marks;
+}
+
+void MainFrame::KeepUnsavedFilm() {
+  if (film->modified == 0 || (film->path[0] == '\0' && !recovery.IsOn())) return;
+  std::string text;
+  if (!film->ReadText(platform::kPathSeparator, &text)) return;
+  ChunkStream contents;
+  contents.Write(text.data(), static_cast<int32_t>(text.size()));
+  KeepUnsaved(Utf8Path(film->path), kFilmFiles.defaultExtension, &contents);
 }
 
 void MainFrame::ReportNotSaved(const char* path, WriteProblem problem) {

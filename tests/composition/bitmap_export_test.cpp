@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 #include "document/cut.h"
 #include "document/frame.h"
 #include "document/layer.h"

@@ -112,6 +112,7 @@ App::App() : folder(TemporaryFolder()) {
   fs::create_directories(PathFrom(folder), error);
   fs::copy_file(PathFrom(ModulePath()).parent_path() / "sorvel.exe", PathFrom(PathOf("sorvel.exe")),
                 fs::copy_options::overwrite_existing, error);
+  fs::remove_all(PathFrom(RecoveryStore()), error);
 }
 
 App::~App() {
@@ -146,7 +147,7 @@ AssertionResult App::Start(const std::string& commandLine) {
   if (!Await(shown)) return AssertionFailure() << "the frame window doesn't come";
   startTime = Now() - begin;
   SetForegroundWindow(frame);
-  const auto inFront = [this] { return GetForegroundWindow() == frame; };
+  const auto inFront = [this] { return GetForegroundWindow() == frame || Dialog() != nullptr; };
   // Where a program may not bring another one to the front, a click does.
   if (!Await(inFront, kShortTime)) Click(MiddleOf(Screen(Of(kStatusBarId))));
   if (!Await(inFront, kShortTime)) return AssertionFailure() << "the frame window doesn't come to the front";
@@ -168,6 +169,12 @@ void App::Kill() {
   CloseHandle(process.hProcess);
   process = {};
   frame = nullptr;
+}
+
+void App::Crash() const {
+  const HANDLE thread = CreateRemoteThread(process.hProcess, nullptr, 0, reinterpret_cast<LPTHREAD_START_ROUTINE>(1),
+                                           nullptr, 0, nullptr);
+  if (thread != nullptr) CloseHandle(thread);
 }
 
 AssertionResult App::Ends(DWORD code) {
@@ -633,6 +640,12 @@ std::string ClassOf(HWND window) {
 
 bool IsWine() {
   return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
+}
+
+std::string RecoveryStore() {
+  wchar_t folder[MAX_PATH] = L"";
+  SHGetFolderPathW(nullptr, CSIDL_LOCAL_APPDATA, nullptr, 0, folder);
+  return Utf8(folder) + "\\Sorvel Developer\\recovery";
 }
 
 std::string ReadFile(const std::string& path) {

@@ -51,7 +51,7 @@ using Values = std::vector<std::pair<int, std::string>>;
 // the keyboard. Texts and paths are UTF-8. Nothing here waits without end.
 class App {
  public:
-  // Makes the folder, with a copy of the program in it.
+  // Makes the folder, with a copy of the program in it, and removes what programs of earlier tests haven't saved.
   App();
   // Ends the program if it still runs, and deletes the folder.
   ~App();
@@ -69,6 +69,8 @@ class App {
   testing::AssertionResult Leave();
   bool Runs() const;
   void Kill();
+  // Starts a thread in the program that runs into an error at once.
+  void Crash() const;
   // Milliseconds from the start of the process to a visible window that answers.
   double StartTime() const { return startTime; }
   // Bytes of memory that the process holds.
@@ -199,6 +201,9 @@ class DesktopTest : public testing::Test {
 std::string ClassOf(HWND window);
 // Whether the window system is Wine, which lacks this or that.
 bool IsWine();
+
+// The folder of what programs of this user haven't saved.
+std::string RecoveryStore();
 
 // Files. Empty if the file can't be read.
 std::string ReadFile(const std::string& path);

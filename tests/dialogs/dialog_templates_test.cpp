@@ -68,6 +68,7 @@ const std::vector<Template>& Templates() {
        {"label 横幅(&W) :", "number 1002 1005", "label 縦幅(&H) :", "number 1001 1006"}},
       {126, "カット名の変更", 130, 49, {"label カット名(&C) :", "edit 1058"}},
       {127, "ランダムに点描", 119, 51, {"label 点の間隔(&D) :", "number 1001 1061"}},
+      {129, "以前の版を開く", 213, 121, {"label 版(&V) :", "list 1066"}},
   };
   return templates;
 }

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 #include "resources/ids.h"
 #include "rules/script_session.h"
 

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <random>
+#include <string>
 #include <vector>
 
 #include "resources/ids.h"

@@ -1,6 +1,7 @@
 #include "rules/rule_table.h"
 
 #include <algorithm>
+#include <iterator>
 #include <map>
 #include <sstream>
 

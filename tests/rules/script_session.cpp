@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <spawn.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -472,7 +473,45 @@ void ScriptSession::WriteBitmap(std::string_view name, int width, int height, co
 
 void ScriptSession::Run(int expectedStatus) {
   Write("script.txt", script);
-  RunProgram({kProgramPath, "run", Path("script.txt"), "--settings", Path("settings.ini")}, expectedStatus);
+  RunProgram(Words(), expectedStatus);
+}
+
+std::vector<std::string> ScriptSession::Words() const {
+  std::vector<std::string> words = {kProgramPath, "run", Path("script.txt"), "--settings", Path("settings.ini")};
+  if (usesRecovery) words.insert(words.end(), {"--recovery", Path("recovery")});
+  return words;
+}
+
+ScriptSession& ScriptSession::UseRecovery() {
+  usesRecovery = true;
+  return *this;
+}
+
+// At its last line the program waits for somebody to write into a pipe.
+void ScriptSession::RunAndKill() {
+  const std::string pipe = Path("pipe.cut");
+  std::filesystem::remove(pipe);
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  Write("script.txt", script + "open pipe.cut\n");
+  const pid_t child = Spawn(Words());
+  int writer = -1;
+  for (int i = 0; i < 10000 && writer < 0; ++i) {
+    writer = open(pipe.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+    if (writer < 0) std::this_thread::sleep_for(std::chrono::milliseconds(2));
+  }
+  EXPECT_GE(writer, 0) << "the program didn't come to its last line\n" << ReadWhole(Path("errors.txt"));
+  kill(child, SIGKILL);
+  waitpid(child, nullptr, 0);
+  close(writer);
+  std::filesystem::remove(pipe);
+}
+
+void ScriptSession::RunAndKill(std::chrono::microseconds time) {
+  Write("script.txt", script);
+  const pid_t child = Spawn(Words());
+  std::this_thread::sleep_for(time);
+  kill(child, SIGKILL);
+  waitpid(child, nullptr, 0);
 }
 
 void ScriptSession::RunAll() {
@@ -489,25 +528,31 @@ void ScriptSession::RunCopy(const std::string& name, int expectedStatus) {
   RunProgram({Path(name), "run", Path("script.txt")}, expectedStatus);
 }
 
-void ScriptSession::RunProgram(std::vector<std::string> words, int expectedStatus) {
+int ScriptSession::Spawn(std::vector<std::string> words) {
   hasRun = true;
   needsRun = false;
   readStates.clear();
   std::vector<char*> arguments;
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
-  const std::string errorPath = Path("errors.txt");
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_addchdir_np(&actions, Path("").c_str());
   posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
   posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, Path("output.txt").c_str(), O_WRONLY | O_CREAT | O_TRUNC,
                                    0644);
-  posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errorPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+  posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, Path("errors.txt").c_str(), O_WRONLY | O_CREAT | O_TRUNC,
+                                   0644);
   pid_t child = 0;
   const int spawned = posix_spawn(&child, arguments[0], &actions, nullptr, arguments.data(), environ);
   posix_spawn_file_actions_destroy(&actions);
-  ASSERT_EQ(spawned, 0) << "can't start " << words[0];
+  EXPECT_EQ(spawned, 0) << "can't start " << words[0];
+  return spawned == 0 ? child : 0;
+}
+
+void ScriptSession::RunProgram(const std::vector<std::string>& words, int expectedStatus) {
+  const pid_t child = Spawn(words);
+  ASSERT_NE(child, 0);
   const auto end = std::chrono::steady_clock::now() + kTimeLimit;
   int status = 0;
   while (waitpid(child, &status, WNOHANG) == 0) {
@@ -518,7 +563,7 @@ void ScriptSession::RunProgram(std::vector<std::string> words, int expectedStatu
     }
     std::this_thread::sleep_for(std::chrono::milliseconds(2));
   }
-  errors = ReadWhole(errorPath);
+  errors = ReadWhole(Path("errors.txt"));
   ASSERT_TRUE(WIFEXITED(status)) << "ended by signal " << WTERMSIG(status) << " with\n" << script << errors;
   ASSERT_EQ(WEXITSTATUS(status), expectedStatus) << errors << "\n" << script;
 }

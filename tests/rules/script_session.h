@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <initializer_list>
 #include <map>
@@ -233,6 +234,11 @@ class ScriptSession {
   // The same with a copy of the program under this name in the session's folder, and without naming a settings file:
   // the program looks for its files beside itself.
   void RunCopy(const std::string& name, int expectedStatus = 0);
+  // From now on what isn't saved is kept in the folder "recovery" of this session's folder.
+  ScriptSession& UseRecovery();
+  // Runs the program once and kills it: when it has carried out all lines, or after this time.
+  void RunAndKill();
+  void RunAndKill(std::chrono::microseconds time);
   // Runs the script when lines were added since the last run.
   void RunAll();
   // Forgets the lines and the numbers given out, and keeps the folder and the settings file: the next start of the
@@ -274,7 +280,11 @@ class ScriptSession {
 
   int Ask(ResultKind kind);
   std::string ResultPath(ResultKind kind, int number);
-  void RunProgram(std::vector<std::string> words, int expectedStatus);
+  // The command line of the program.
+  std::vector<std::string> Words() const;
+  // Starts the program; 0 if that fails.
+  int Spawn(std::vector<std::string> words);
+  void RunProgram(const std::vector<std::string>& words, int expectedStatus);
 
   void MakeFolder() const;
 
@@ -288,6 +298,7 @@ class ScriptSession {
   int lineCount = 0;
   std::array<Results, kResultKinds> results;
   std::map<int, nlohmann::json> readStates;
+  bool usesRecovery = false;
   bool hasRun = false;
   bool needsRun = false;
 };

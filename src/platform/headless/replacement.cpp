@@ -23,14 +23,15 @@ constexpr int kTries = 100;
 constexpr int kMostLinks = 40;
 constexpr size_t kFileBuffer = 1 << 16;
 
-// The paths of the files that are open now, for a signal handler.
+// The paths of the files that are open now, for a signal handler. Threads share the slots.
 constexpr int kSlots = 8;
 char gPartialPaths[kSlots][PATH_MAX];
+std::atomic<bool> gSlotTaken[kSlots];
 std::atomic<bool> gSlotUsed[kSlots];
 
 void Remember(const std::string& path) {
   for (int i = 0; i < kSlots; ++i) {
-    if (gSlotUsed[i] || path.size() >= PATH_MAX) continue;
+    if (path.size() >= PATH_MAX || gSlotTaken[i].exchange(true)) continue;
     std::strcpy(gPartialPaths[i], path.c_str());
     gSlotUsed[i] = true;
     return;
@@ -39,7 +40,9 @@ void Remember(const std::string& path) {
 
 void Forget(const std::string& path) {
   for (int i = 0; i < kSlots; ++i) {
-    if (gSlotUsed[i] && path == gPartialPaths[i]) gSlotUsed[i] = false;
+    if (!gSlotUsed[i] || path != gPartialPaths[i]) continue;
+    gSlotUsed[i] = false;
+    gSlotTaken[i] = false;
   }
 }
 
@@ -53,17 +56,13 @@ bool IsPartialName(const std::string& name) {
   return name.starts_with(kPrefix) && name.ends_with(kSuffix);
 }
 
-// A file whose lock can be had belongs to a program that ended.
-void SweepLeftovers(const std::string& folder) {
-  for (const std::string& name : NamesInFolder(folder)) {
-    if (!IsPartialName(name)) continue;
-    const std::string path = std::string(folder).append("/").append(name);
-    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
-    if (descriptor < 0) continue;
-    if (flock(descriptor, LOCK_EX | LOCK_NB) == 0) unlink(path.c_str());
-    close(descriptor);
-  }
+// Permissions that new files lack. Reading it changes it for a moment, so it is read before there are threads.
+mode_t ReadMask() {
+  const mode_t mask = umask(0);
+  umask(mask);
+  return mask;
 }
+const mode_t gMask = ReadMask();
 
 // A new file under a name of its own, locked. -1 if the folder takes none.
 int CreateLocked(const std::string& folder, std::string* path) {
@@ -93,9 +92,7 @@ void TakePermissions(int descriptor, const struct stat* old) {
     if (fchmod(descriptor, old->st_mode & 07777) != 0) errno = 0;
     return;
   }
-  const mode_t mask = umask(0);
-  umask(mask);
-  if (fchmod(descriptor, 0666 & ~mask) != 0) errno = 0;
+  if (fchmod(descriptor, 0666 & ~gMask) != 0) errno = 0;
 }
 
 void Close(PartialFile* partial) {
@@ -120,6 +117,18 @@ std::string FollowLinks(const std::string& path) {
   return std::string(folder).append(folder[1] != '\0' ? "/" : "").append(file.substr(file.rfind('/') + 1));
 }
 
+// A file whose lock can be had belongs to a program that ended.
+void SweepPartialFiles(const std::string& folder) {
+  for (const std::string& name : NamesInFolder(folder)) {
+    if (!IsPartialName(name)) continue;
+    const std::string path = std::string(folder).append("/").append(name);
+    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
+    if (descriptor < 0) continue;
+    if (flock(descriptor, LOCK_EX | LOCK_NB) == 0) unlink(path.c_str());
+    close(descriptor);
+  }
+}
+
 bool CreatePartialFile(const std::string& target, bool, PartialFile* partial) {
   partial->target = FollowLinks(target);
   struct stat status = {};
@@ -131,7 +140,7 @@ bool CreatePartialFile(const std::string& target, bool, PartialFile* partial) {
   // The folder would let the file be replaced; its own permissions don't.
   if (exists && faccessat(AT_FDCWD, partial->target.c_str(), W_OK, AT_EACCESS) != 0) return false;
   const std::string folder = FolderOf(partial->target);
-  SweepLeftovers(folder);
+  SweepPartialFiles(folder);
   const int descriptor = CreateLocked(folder, &partial->path);
   if (descriptor < 0) return false;
   Remember(partial->path);
@@ -265,6 +274,17 @@ bool MoveFileAt(const std::string& path, const std::string& newPath) {
     return false;
   }
   return std::rename(path.c_str(), newPath.c_str()) == 0;
+}
+
+intptr_t LockFile(const std::string& path) {
+  const int descriptor = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
+  if (descriptor < 0 || flock(descriptor, LOCK_EX | LOCK_NB) == 0) return descriptor;
+  close(descriptor);
+  return -1;
+}
+
+void UnlockFile(intptr_t lock) {
+  close(static_cast<int>(lock));
 }
 
 std::string LocalDataFolder(bool make) {

@@ -120,6 +120,10 @@ void Unlock(PartialFile* partial) {
 
 }  // namespace
 
+void SweepPartialFiles(const std::string& folder) {
+  SweepLeftovers(LongPath(folder) + L"\\");
+}
+
 bool CreatePartialFile(const std::string& target, bool isText, PartialFile* partial) {
   const std::wstring wide = FollowWideLinks(LongPath(target));
   partial->target = Narrow(wide);
@@ -306,6 +310,16 @@ bool MoveFileAt(const std::string& path, const std::string& newPath) {
   if (MoveFileExW(LongPath(path).c_str(), LongPath(newPath).c_str(), MOVEFILE_WRITE_THROUGH)) return true;
   SetErrno();
   return false;
+}
+
+intptr_t LockFile(const std::string& path) {
+  const HANDLE file = CreateFileW(LongPath(path).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS,
+                                  FILE_ATTRIBUTE_NORMAL, nullptr);
+  return file != INVALID_HANDLE_VALUE ? reinterpret_cast<intptr_t>(file) : -1;
+}
+
+void UnlockFile(intptr_t lock) {
+  CloseHandle(reinterpret_cast<HANDLE>(lock));
 }
 
 std::string LocalDataFolder(bool make) {

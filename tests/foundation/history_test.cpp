@@ -4,48 +4,23 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 
 #include "foundation/settings.h"
+#include "support/document_folder.h"
 
 namespace sorvel {
 namespace {
 
 namespace fs = std::filesystem;
 
-class History : public testing::Test {
+class History : public DocumentFolderTest {
  protected:
-  History() {
-    char name[] = "/tmp/sorvel-history-XXXXXX";
-    folder = mkdtemp(name);
-    const char* old = std::getenv("XDG_DATA_HOME");
-    if (old != nullptr) oldDataHome = old;
-    setenv("XDG_DATA_HOME", (folder / "data").c_str(), 1);
-    UseSettingsFile((folder / "settings.ini").c_str());
-  }
+  History() { UseSettingsFile(Path("settings.ini").c_str()); }
   ~History() override {
     UseSettingsFile(nullptr);
     ForgetWrittenFiles();
-    if (oldDataHome.empty()) {
-      unsetenv("XDG_DATA_HOME");
-    } else {
-      setenv("XDG_DATA_HOME", oldDataHome.c_str(), 1);
-    }
-    std::error_code ignored;
-    fs::remove_all(folder, ignored);
-  }
-
-  std::string Path(const std::string& name) const { return (folder / name).string(); }
-
-  void Put(const std::string& name, const std::string& text) const { std::ofstream(Path(name)) << text; }
-
-  static std::string Contents(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(file), {});
   }
 
   bool Save(KnownFile* known, const std::string& name, const std::string& text) const {
@@ -65,15 +40,12 @@ class History : public testing::Test {
     }
     return text;
   }
-
-  fs::path folder;
-  std::string oldDataHome;
 };
 
 TEST_F(History, KeepsTheLastFiveStatesThatSavesReplace) {
   KnownFile known;
   for (const char* text : {"1", "2", "3", "4", "5", "6", "7"}) EXPECT_TRUE(Save(&known, "a.cut", text));
-  EXPECT_EQ(Contents(Path("a.cut")), "7");
+  EXPECT_EQ(Contents("a.cut"), "7");
   EXPECT_EQ(Kept("a.cut"), "saved:6 saved:5 saved:4 saved:3 saved:2");
   EXPECT_EQ(known.LastNews(), KnownFile::News::kNone);
 }
@@ -118,7 +90,7 @@ TEST_F(History, OfASaveThatFailsIsAsBefore) {
   EXPECT_FALSE(known.Commit(&file));
   EXPECT_EQ(Kept("a.cut"), "");
   EXPECT_FALSE(fs::exists(Path(".sorvel")));
-  EXPECT_EQ(Contents(Path("a.cut")), "1");
+  EXPECT_EQ(Contents("a.cut"), "1");
 }
 
 TEST_F(History, FollowsALinkToTheDocument) {
@@ -130,7 +102,7 @@ TEST_F(History, FollowsALinkToTheDocument) {
   EXPECT_EQ(Kept("link.cut"), "saved:1");
   EXPECT_EQ(Kept("real/a.cut"), "saved:1");
   EXPECT_TRUE(DeleteDocument(Path("link.cut")));
-  EXPECT_EQ(Contents(Path("real/a.cut")), "2");
+  EXPECT_EQ(Contents("real/a.cut"), "2");
 }
 
 TEST_F(History, OfAFolderThatTakesNoNewFileIsInTheDataFolder) {
@@ -173,7 +145,7 @@ TEST_F(History, RenamingNeverReplaces) {
   Put("b.cut", "2");
   EXPECT_FALSE(RenameDocument(Path("a.cut"), Path("b.cut")));
   EXPECT_FALSE(RenameDocument(Path("none.cut"), Path("c.cut")));
-  EXPECT_EQ(Contents(Path("a.cut")) + Contents(Path("b.cut")), "12");
+  EXPECT_EQ(Contents("a.cut") + Contents("b.cut"), "12");
   EXPECT_EQ(Kept("a.cut") + Kept("b.cut") + Kept("none.cut"), "");
 }
 
@@ -182,10 +154,10 @@ TEST_F(History, RestoresAStateAndKeepsThePresentOne) {
   for (const char* text : {"1", "2", "3", "4", "5", "6"}) EXPECT_TRUE(Save(&known, "a.cut", text));
   // The oldest of five makes room for the present state while it is being brought back.
   EXPECT_EQ(RestoreGeneration(ListGenerations(Path("a.cut"))[4], Path("a.cut")), 0);
-  EXPECT_EQ(Contents(Path("a.cut")), "1");
+  EXPECT_EQ(Contents("a.cut"), "1");
   EXPECT_EQ(Kept("a.cut"), "saved:6 saved:5 saved:4 saved:3 saved:2");
   EXPECT_EQ(RestoreGeneration(ListGenerations(Path("a.cut"))[0], Path("b.cut")), 0);
-  EXPECT_EQ(Contents(Path("b.cut")), "6");
+  EXPECT_EQ(Contents("b.cut"), "6");
   EXPECT_EQ(RestoreGeneration(ListGenerations(Path("a.cut"))[0], Path("none/b.cut")), ENOENT);
 }
 

@@ -8,45 +8,18 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
+
+#include "support/document_folder.h"
 
 namespace sorvel {
 namespace {
 
 namespace fs = std::filesystem;
 
-class ReplacementFiles : public testing::Test {
+class ReplacementFiles : public DocumentFolderTest {
  protected:
-  ReplacementFiles() {
-    char name[] = "/tmp/sorvel-replacement-XXXXXX";
-    folder = mkdtemp(name);
-    const char* old = std::getenv("XDG_DATA_HOME");
-    if (old != nullptr) oldDataHome = old;
-    setenv("XDG_DATA_HOME", (folder / "data").c_str(), 1);
-  }
-  ~ReplacementFiles() override {
-    if (oldDataHome.empty()) {
-      unsetenv("XDG_DATA_HOME");
-    } else {
-      setenv("XDG_DATA_HOME", oldDataHome.c_str(), 1);
-    }
-    std::error_code ignored;
-    fs::remove_all(folder, ignored);
-  }
-
-  std::string Path(const std::string& name) const { return (folder / name).string(); }
-
-  void Put(const std::string& name, const std::string& text) const { std::ofstream(Path(name)) << text; }
-
-  std::string Contents(const std::string& name) const {
-    std::ifstream file(Path(name), std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(file), {});
-  }
-
   bool Replace(const std::string& name, const std::string& text) {
     ReplacementFile file;
     if (!file.Open(Path(name).c_str())) {
@@ -65,8 +38,6 @@ class ReplacementFiles : public testing::Test {
     return count;
   }
 
-  fs::path folder;
-  std::string oldDataHome;
   WriteProblem problem = WriteProblem::kNone;
 };
 

@@ -157,7 +157,5 @@ TEST_F(LayerPositionTest, AFrameStepInADragShowsTheBoxOfTheNewFrame) {
   EXPECT_EQ(OverlaySize(), 0u);
 }
 
-class ZoomToolTest : public testtools::ToolTest {};
-
 }  // namespace
 }  // namespace sorvel

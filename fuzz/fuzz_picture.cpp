@@ -12,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   console::Picture picture;
   std::string problem;
   if (console::ReadPicture(file, &picture, &problem)) {
-    fuzz::Require(picture.width > 0 && picture.height > 0 && picture.rgb != nullptr);
+    fuzz::Require(picture.width > 0 && picture.height > 0 && picture.rgb.IsAllocated());
   } else {
     fuzz::Require(!problem.empty());
   }

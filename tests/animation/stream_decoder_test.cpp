@@ -3,10 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <initializer_list>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -43,27 +41,6 @@ struct Player {
 // A frame of one tick with this box.
 Bytes Boxed(const Rect& box, const Bytes& map, const Bytes& codes, const Bytes& literals) {
   return FrameBytes({1, 1, 50, 0, 0, box}, map, codes, literals);
-}
-
-std::array<uint8_t, 45> DifferentBlocks() {
-  std::array<uint8_t, 45> blocks;
-  for (size_t n = 0; n < 45; ++n) blocks[n] = static_cast<uint8_t>(n * 5 + 7);
-  return blocks;
-}
-
-std::string Numbers(uint8_t block) {
-  std::string text;
-  for (int i = 0; i < 4; ++i) text += static_cast<char>('0' + (block >> 2 * i & 3));
-  return text;
-}
-
-std::string BlockPicture(const std::array<uint8_t, 45>& blocks) {
-  std::string picture;
-  for (size_t n = 0; n < 45; ++n) {
-    if (n > 0 && n % 5 == 0) picture += '/';
-    picture += Numbers(blocks[n]);
-  }
-  return picture;
 }
 
 // Opening.
@@ -207,22 +184,14 @@ TEST(StreamDecoder, UpToFourLevelsTheBytesAreThoseOfFour) {
 }
 
 TEST(StreamDecoder, EachCodeCopiesFromItsOffset) {
-  struct Offset {
-    uint8_t code;
-    int32_t dx;
-    int32_t dy;
-  };
-  const Offset offsets[] = {{1, -4, 0},   {2, -8, 0},  {3, -16, 0},  {4, 0, -1},  {5, -4, -1},
-                            {6, 0, -2},   {7, -4, -2}, {8, -8, -2},  {9, 0, -4},  {10, -4, -4},
-                            {11, -8, -4}, {12, 0, -8}, {13, -4, -8}, {14, -8, -8}};
-  for (const Offset& offset : offsets) {
-    SCOPED_TRACE(static_cast<int>(offset.code));
+  for (const CopyOffset& offset : kCopyOffsets) {
+    SCOPED_TRACE(offset.code);
     auto blocks = DifferentBlocks();
     Bytes literals(blocks.begin(), blocks.end() - 1);
     Player player(Compiled({"", 20, 9, 20, 9, 24, 4}, {Boxed({0, 0, 20, 9}, Hex("07 00 00 00 00 00 00 00 04"),
-                                                             {0, 0, 0, offset.code}, literals)}));
-    blocks[44] = blocks[static_cast<size_t>((8 + offset.dy) * 5 + (16 + offset.dx) / 4)];
-    EXPECT_EQ(player.Frames(1), "1:" + BlockPicture(blocks));
+                                                             {0, 0, 0, static_cast<uint8_t>(offset.code)}, literals)}));
+    blocks[44] = blocks[SourceBlock(offset.code)];
+    EXPECT_EQ(player.Frames(1), "1:" + BlockPicture(blocks, '0'));
   }
 }
 

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -28,48 +27,6 @@ std::unique_ptr<Cut> PlainCut(int32_t width, int32_t height, int32_t frames, int
     cut->frames.At(i)->y = 0;
   }
   return cut;
-}
-
-// Index 1 to 4 for the numbers 0 to 3.
-std::string Digits(int32_t number) {
-  std::string text;
-  for (int i = 0; i < 4; ++i, number /= 4) text += static_cast<char>('1' + number % 4);
-  return text;
-}
-
-// The picture of 20 by 9 pixels whose block number n, counted by rows of five, has the four numbers of blocks[n].
-std::string BlockPicture(const std::array<int32_t, 45>& blocks) {
-  std::string picture;
-  for (size_t n = 0; n < 45; ++n) {
-    if (n > 0 && n % 5 == 0) picture += '/';
-    picture += Digits(blocks[n]);
-  }
-  return picture;
-}
-
-// All blocks differ: they can only be literals.
-std::array<int32_t, 45> DifferentBlocks() {
-  std::array<int32_t, 45> blocks;
-  for (size_t n = 0; n < 45; ++n) blocks[n] = static_cast<int32_t>(n * 5 + 7);
-  return blocks;
-}
-
-struct Offset {
-  int32_t code;
-  int32_t dx;
-  int32_t dy;
-};
-
-constexpr Offset kOffsets[] = {{1, -4, 0},   {2, -8, 0},  {3, -16, 0},  {4, 0, -1},  {5, -4, -1},
-                               {6, 0, -2},   {7, -4, -2}, {8, -8, -2},  {9, 0, -4},  {10, -4, -4},
-                               {11, -8, -4}, {12, 0, -8}, {13, -4, -8}, {14, -8, -8}};
-
-// The block that the last one of the picture, at (16, 8), copies.
-size_t SourceBlock(int32_t code) {
-  for (const Offset& offset : kOffsets) {
-    if (offset.code == code) return static_cast<size_t>((8 + offset.dy) * 5 + (16 + offset.dx) / 4);
-  }
-  return 44;
 }
 
 constexpr size_t kHeadSize = 17;  // with an empty credit
@@ -368,37 +325,6 @@ TEST(StreamEncoder, HalfSizeAddsUpFourPixels) {
   EXPECT_EQ(LastSections(cut.get()), Hex("01 00 50 97"));
 }
 
-struct DitherRow {
-  int32_t remainder;
-  int32_t added[4];
-};
-
-TEST(StreamEncoder, QuarterSizeDithersTheRemainder) {
-  const DitherRow rows[] = {{0, {0, 0, 0, 0}}, {1, {1, 0, 0, 0}}, {2, {1, 0, 0, 1}}, {3, {1, 1, 0, 1}}};
-  for (const DitherRow& row : rows) {
-    SCOPED_TRACE(row.remainder);
-    std::string picture;
-    for (int32_t y = 0; y < 8; ++y) {
-      if (y > 0) picture += '/';
-      for (int32_t x = 0; x < 8; ++x) {
-        const bool corner = x % 4 == 3 && y % 4 == 3;
-        const bool white = y % 4 == 0 || (y % 4 == 1 && x % 4 < 2);
-        picture += corner ? static_cast<char>('1' + row.remainder) : white ? '4' : y % 4 == 1 && x % 4 == 2 ? '3' : '1';
-      }
-    }
-    // 4 + 2 pixels of 3, one of 2 and the remainder: 20 + remainder.
-    auto cut = MakeCut(8, 8, {picture}, 2);
-    const Bytes bytes = Compile(cut.get());
-    const uint8_t top = static_cast<uint8_t>((5 + row.added[0]) | (5 + row.added[1]) << 4);
-    const uint8_t bottom = static_cast<uint8_t>((5 + row.added[2]) | (5 + row.added[3]) << 4);
-    if (top == bottom) {
-      EXPECT_EQ(From(bytes, kHeadSize + kFrameHeadSize), Join({Hex("01 01 00 04"), {top, 0}}));
-    } else {
-      EXPECT_EQ(From(bytes, kHeadSize + kFrameHeadSize), Join({Hex("01 00 00"), {top, 0, bottom, 0}}));
-    }
-  }
-}
-
 TEST(StreamEncoder, QuarterSizeOfAPlainPictureIsTwelve) {
   auto cut = PlainCut(16, 4, 1, 2);
   EXPECT_EQ(LastSections(cut.get()), Hex("01 00 CC CC"));
@@ -408,7 +334,7 @@ TEST(StreamEncoder, QuarterSizeOfAPlainPictureIsTwelve) {
 
 TEST(StreamEncoder, DifferentBlocksAreLiterals) {
   const auto blocks = DifferentBlocks();
-  auto cut = MakeCut(20, 9, {BlockPicture(blocks)});
+  auto cut = MakeCut(20, 9, {BlockPicture(blocks, '1')});
   Bytes expected =
       Hex("01 00  01 00  32  00 00  00 00  00 00  00 00  14 00  09 00  03 00 00 00  2D 00 00 00"
           "07 00 00 00 00 00 00 00 00"
@@ -418,11 +344,11 @@ TEST(StreamEncoder, DifferentBlocksAreLiterals) {
 }
 
 TEST(StreamEncoder, EachCodeCopiesFromItsOffset) {
-  for (const Offset& offset : kOffsets) {
+  for (const CopyOffset& offset : kCopyOffsets) {
     SCOPED_TRACE(offset.code);
     auto blocks = DifferentBlocks();
     blocks[44] = blocks[SourceBlock(offset.code)];
-    auto cut = MakeCut(20, 9, {BlockPicture(blocks)});
+    auto cut = MakeCut(20, 9, {BlockPicture(blocks, '1')});
     Bytes expected =
         Hex("04 00 00 00  2C 00 00 00"
             "07 00 00 00 00 00 00 00 04"
@@ -440,7 +366,7 @@ TEST(StreamEncoder, CodesAreTriedInAFixedOrder) {
     auto blocks = DifferentBlocks();
     blocks[44] = blocks[SourceBlock(order[i])];
     blocks[SourceBlock(order[i + 1])] = blocks[44];
-    auto cut = MakeCut(20, 9, {BlockPicture(blocks)});
+    auto cut = MakeCut(20, 9, {BlockPicture(blocks, '1')});
     const Bytes bytes = Compile(cut.get());
     const uint32_t codeSize = U32At(bytes, kHeadSize + 17);
     EXPECT_EQ(bytes.at(kHeadSize + kFrameHeadSize + 9 + codeSize - 1), order[i]);
@@ -451,7 +377,7 @@ TEST(StreamEncoder, CodeOfTheRowAboveIsTriedFirst) {
   auto blocks = DifferentBlocks();
   blocks[39] = blocks[19];               // row 7 copies from four rows above
   blocks[43] = blocks[44] = blocks[24];  // and so can row 8, which has the same block to its left
-  auto cut = MakeCut(20, 9, {BlockPicture(blocks)});
+  auto cut = MakeCut(20, 9, {BlockPicture(blocks, '1')});
   const Bytes bytes = Compile(cut.get());
   EXPECT_EQ(Part(bytes, kHeadSize + kFrameHeadSize, 9), Hex("07 00 00 00 00 00 00 04 00"));
   EXPECT_EQ(U32At(bytes, kHeadSize + 17), 4u);
@@ -487,7 +413,7 @@ TEST(StreamEncoder, UnchangedBlockInsideTheBoxIsCopiedFromTheFrameBefore) {
   // Block 5 (7 + 25 = 32: 0 0 2 0) gets another second pixel, block 7 (42: 2 2 2 0) another first one.
   changed[5] = 32 + 3 * 4;
   changed[7] = 42 + 1;
-  auto cut = MakeCut(20, 9, {BlockPicture(blocks), BlockPicture(changed)});
+  auto cut = MakeCut(20, 9, {BlockPicture(blocks, '1'), BlockPicture(changed, '1')});
   EXPECT_EQ(LastFrame(cut.get()), Hex("01 00  01 00  32  00 00  00 00"
                                       "00 00  01 00  09 00  01 00  02 00 00 00  02 00 00 00"
                                       "03"

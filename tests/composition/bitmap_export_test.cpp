@@ -1,8 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
-
 #include "document/cut.h"
 #include "document/frame.h"
 #include "document/layer.h"

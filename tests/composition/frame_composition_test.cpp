@@ -7,6 +7,8 @@
 #include "document/cut.h"
 #include "document/frame.h"
 #include "document/layer.h"
+#include "reference/reference_internal.h"
+#include "support/reference_data.h"
 #include "support/test_images.h"
 
 namespace sorvel {
@@ -37,92 +39,6 @@ std::string Composed(Frame* frame, uint32_t flags, int32_t width, int32_t height
   EXPECT_TRUE(frame->ComposeFrame(image.get(), 0, 0, width, height, &flags, boxes));
   return Picture(*image);
 }
-
-// The rules of the composition on top of the plain raster rules.
-class PlainComposer {
- public:
-  PlainComposer(Frame* frame, CellImage* destination, const Rect& area, uint32_t flags, Rect* boxes)
-      : frame_(frame), destination_(destination), area_(area), flags_(flags), boxes_(boxes) {}
-
-  void Run() {
-    int32_t limit = static_cast<int32_t>(flags_ >> 4 & 63);
-    int32_t count = limit != 0 ? limit : frame_->records.Count();
-    int32_t current = frame_->currentRecord;
-    if ((flags_ & 4) != 0) {
-      if (CellImage* image = Visible(current)) {
-        Ghosts(current);
-        Place(image, 1, 0);
-      } else {
-        Clear(0);
-      }
-      return;
-    }
-    bool dim = (flags_ & 8) != 0;
-    for (int32_t i = 0; i < count; ++i) {
-      if (dim && i == current) continue;
-      CellImage* image = Visible(i);
-      if (image == nullptr) {
-        Clear(i);
-        continue;
-      }
-      if (!dim && i == current) {
-        Ghosts(i);
-        Visible(i);
-      }
-      Place(image, dim ? 3 : 1, i);
-    }
-    if (!dim) return;
-    if (CellImage* image = Visible(current)) {
-      Ghosts(current);
-      Place(image, 1, count);
-    } else {
-      Clear(current);
-    }
-  }
-
- private:
-  CellImage* Visible(int32_t index) {
-    FrameRecord* record = frame_->records.At(index);
-    if (record == nullptr || record->cell < 0) return nullptr;
-    sx_ = area_.x - record->x;
-    sy_ = area_.y - record->y;
-    if (record->layer->followFrame != 0) {
-      sx_ -= frame_->x;
-      sy_ -= frame_->y;
-    }
-    return record->layer->cells.At(record->cell);
-  }
-
-  void Ghosts(int32_t index) {
-    FrameRecord* record = frame_->records.At(index);
-    int32_t cells = record->layer->cells.Count();
-    int32_t before = record->cell == 0 ? cells - 1 : record->cell - 1;
-    int32_t after = record->cell + 1 == cells ? 0 : record->cell + 1;
-    if ((flags_ & 1) != 0) Ghost(record->layer->cells.At(before), 0);
-    if ((flags_ & 2) != 0) Ghost(record->layer->cells.At(after), 1);
-  }
-
-  void Ghost(CellImage* image, int32_t variant) {
-    PlainOverlay(destination_, area_.x, area_.y, image, sx_, sy_, area_.width, area_.height, variant);
-  }
-
-  void Place(CellImage* image, int32_t flags, int32_t entry) {
-    PlainComposite(destination_, area_.x, area_.y, image, sx_, sy_, area_.width, area_.height, flags, 0, 0,
-                   boxes_ != nullptr ? boxes_ + entry : nullptr);
-  }
-
-  void Clear(int32_t entry) {
-    if (boxes_ != nullptr && entry >= 0) boxes_[entry] = Rect{};
-  }
-
-  Frame* frame_;
-  CellImage* destination_;
-  Rect area_;
-  uint32_t flags_;
-  Rect* boxes_;
-  int32_t sx_ = 0;
-  int32_t sy_ = 0;
-};
 
 // Five records of one layer each, side by side; record i shows the digit i + 1 in column i.
 class FiveRecords : public ::testing::Test {
@@ -429,15 +345,23 @@ TEST(ComposeFrame, AgreesWithThePlainRules) {
         Scatter(cell, random, 14, random.Between(1, 12));
       }
     }
-    Frame frame(20, 12);
-    frame.x = random.Between(-4, 6);
-    frame.y = random.Between(-4, 6);
+    reference::CutData cut;
+    for (const auto& layer : layers) cut.layers.push_back(DataOf(*layer));
+    reference::FrameData data;
+    data.x = random.Between(-4, 6);
+    data.y = random.Between(-4, 6);
     int32_t records = random.Between(0, 6);
+    data.currentRecord = random.Between(-1, records - 1);
+    Frame frame(20, 12);
+    frame.x = data.x;
+    frame.y = data.y;
     for (int32_t i = 0; i < records; ++i) {
-      frame.AddRecord(layers[static_cast<size_t>(random.Between(0, layerCount - 1))].get(), random.Between(-2, 3),
-                      random.Between(-12, 18), random.Between(-8, 10));
+      const reference::RecordData record = {random.Between(0, layerCount - 1), random.Between(-2, 3),
+                                            random.Between(-12, 18), random.Between(-8, 10)};
+      data.records.push_back(record);
+      frame.AddRecord(layers[static_cast<size_t>(record.layer)].get(), record.cell, record.x, record.y);
     }
-    frame.currentRecord = random.Between(-1, records - 1);
+    frame.currentRecord = data.currentRecord;
     bool packed = random.OneIn(4);
     uint32_t flags = random.Word() & ~(63u << 4);
     if (random.OneIn(2)) flags &= ~(uint32_t{kCurrentCellOnly} | kDimOthers);
@@ -446,21 +370,36 @@ TEST(ComposeFrame, AgreesWithThePlainRules) {
     if (random.OneIn(3)) flags |= DrawLimit(random.OneIn(4) ? random.Between(0, 63) : random.Between(0, 6));
     OwnedImage image = MakeImage(packed, 20, 12);
     Scatter(image.get(), random, packed ? 15 : 24, random.Between(1, 20));
-    OwnedImage expected = ImageOf(packed, Picture(*image));
+    reference::Canvas expected(20, 12);
+    for (int32_t y = 0; y < 12; ++y) {
+      for (int32_t x = 0; x < 20; ++x) expected.Set(x, y, static_cast<uint8_t>(image->GetPixel(x, y)));
+    }
     Rect area{random.Between(-4, 18), random.Between(-4, 10), random.Between(0, 26), random.Between(0, 18)};
     if (random.OneIn(3)) area = {0, 0, 20, 12};
     std::vector<Rect> boxes(80, kUntouched);
-    std::vector<Rect> expectedBoxes = boxes;
+    std::vector<reference::Box> expectedBoxes(80, {kUntouched.x, kUntouched.y, kUntouched.width, kUntouched.height});
     bool wantsBoxes = random.OneIn(2) && !((flags & kDimOthers) != 0 && frame.currentRecord < 0);
     ASSERT_TRUE(frame.ComposeFrame(image.get(), area.x, area.y, area.width, area.height, &flags,
                                    wantsBoxes ? boxes.data() : nullptr));
-    PlainComposer(&frame, expected.get(), area, flags, wantsBoxes ? expectedBoxes.data() : nullptr).Run();
-    ASSERT_EQ(Picture(*image), Picture(*expected)) << round << " flags " << (flags & 1023);
+    // A packed image shows no ghosts.
+    const uint32_t plainFlags = packed ? flags & ~(uint32_t{kOnionPrevious} | kOnionNext) : flags;
+    reference::ComposeFrame(&expected, cut, data, {area.x, area.y, area.width, area.height}, plainFlags,
+                            &expectedBoxes);
+    for (int32_t y = 0; y < 12; ++y) {
+      for (int32_t x = 0; x < 20; ++x) {
+        ASSERT_EQ(image->GetPixel(x, y), expected.Get(x, y)) << round << " flags " << (flags & 1023);
+      }
+    }
+    if (!wantsBoxes) continue;
+    const auto boxAt = [&expectedBoxes](size_t i) {
+      const reference::Box& box = expectedBoxes[i];
+      return Rect{box.x, box.y, box.width, box.height};
+    };
     size_t compared = static_cast<size_t>(records);
-    for (size_t i = 0; i < compared; ++i) ASSERT_EQ(boxes[i], expectedBoxes[i]) << round << " entry " << i;
+    for (size_t i = 0; i < compared; ++i) ASSERT_EQ(boxes[i], boxAt(i)) << round << " entry " << i;
     if ((flags & (kDimOthers | kCurrentCellOnly)) == kDimOthers) {
       size_t count = (flags >> 4 & 63) != 0 ? (flags >> 4 & 63) : compared;
-      ASSERT_EQ(boxes[count], expectedBoxes[count]) << round << " behind the others";
+      ASSERT_EQ(boxes[count], boxAt(count)) << round << " behind the others";
     }
   }
 }

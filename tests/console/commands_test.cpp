@@ -385,25 +385,6 @@ TEST_F(Console, FrameIsAFourBitBitmapWithoutPadding) {
   EXPECT_EQ(From(bitmap, 118), Hex("21 03 01 23"));
 }
 
-TEST_F(Console, FrameHasItsBrightnessAndItsPosition) {
-  folder.Write("a.cut", CutFile(4, 2, "", {LayerBlock("A", {Hex("12 34 43 21")})},
-                                {FrameRecordBytes(0, 0, 1, 1, -1, "", {{0, 0, 0, 0}})}));
-  Run({"frame", "a.cut", "1", "b.bmp"});
-  const Bytes bitmap = folder.Read("b.bmp");
-  EXPECT_EQ(Part(bitmap, 54, 64), Bytes(64, 0));
-  EXPECT_EQ(From(bitmap, 118), Hex("32 10 01 23"));
-}
-
-TEST_F(Console, FrameAtHalfSize) {
-  folder.Write("a.cut", CutFile(4, 2, "", {LayerBlock("A", {Hex("12 34 12 44")})},
-                                {FrameRecordBytes(0, 0, 1, 1, 50, "", {{0, 0, 0, 0}})}, 1));
-  Run({"frame", "a.cut", "1", "b.bmp"});
-  const Bytes bitmap = folder.Read("b.bmp");
-  EXPECT_EQ(U32At(bitmap, 18), 2u);
-  EXPECT_EQ(U32At(bitmap, 22), 1u);
-  EXPECT_EQ(From(bitmap, 118), Hex("2B"));
-}
-
 TEST_F(Console, FramesThatTheCutDoesntHaveAreRefused) {
   folder.Write("a.cut", SmallCutFile());
   for (const char* number : {"0", "3", "100000"}) {
@@ -465,36 +446,30 @@ TEST_F(Console, ViewPadsItsRows) {
   EXPECT_EQ(Part(bitmap, 166, 5), Hex("00 01 02 03 04"));
 }
 
-TEST_F(Console, ViewShowsAllLayers) {
-  EXPECT_EQ(ViewPixels({}), Hex("00 02 00 00  03 00 00 01"));
-}
-
-TEST_F(Console, ViewOfTheCellsAroundTheCurrentOne) {
-  EXPECT_EQ(ViewPixels({"--record", "0", "--onion-previous"}), Hex("13 02 00 00  03 00 00 01"));
-  EXPECT_EQ(ViewPixels({"--record", "0", "--onion-next"}), Hex("00 02 18 16  03 00 00 01"));
-  EXPECT_EQ(ViewPixels({"--record", "0", "--onion-next", "--onion-previous"}), Hex("13 02 18 16  03 00 00 01"));
-}
-
-TEST_F(Console, ViewWithoutARecordHasTheTopmostCurrent) {
-  // Its layer has one cell, which is its own neighbour.
-  EXPECT_EQ(ViewPixels({"--onion-previous"}), Hex("00 02 00 00  03 00 00 01"));
-  EXPECT_EQ(ViewPixels({"--current-cell-only"}), Hex("00 00 00 00  00 00 00 01"));
-}
-
-TEST_F(Console, ViewOfTheCurrentCellOnly) {
-  EXPECT_EQ(ViewPixels({"--record", "0", "--current-cell-only"}), Hex("00 02 00 00  03 00 00 00"));
-}
-
-TEST_F(Console, ViewWithOtherLayersPale) {
-  EXPECT_EQ(ViewPixels({"--record", "0", "--dim-others"}), Hex("00 02 00 00  03 00 00 10"));
-  EXPECT_EQ(ViewPixels({"--record", "1", "--dim-others"}), Hex("00 11 00 00  12 00 00 01"));
-}
-
-TEST_F(Console, ViewOfTheLowestRecords) {
-  EXPECT_EQ(ViewPixels({"--draw-limit", "1"}), Hex("00 02 00 00  03 00 00 00"));
-  EXPECT_EQ(ViewPixels({"--draw-limit", "2"}), Hex("00 02 00 00  03 00 00 01"));
-  EXPECT_EQ(ViewPixels({"--draw-limit", "0"}), Hex("00 02 00 00  03 00 00 01"));
-  EXPECT_EQ(ViewPixels({"--draw-limit", "63"}), Hex("00 02 00 00  03 00 00 01"));
+TEST_F(Console, EachOptionOfTheViewShowsItsPixels) {
+  const struct {
+    const char* name;
+    Words options;
+    const char* pixels;
+  } rows[] = {
+      {"ViewShowsAllLayers", {}, "00 02 00 00  03 00 00 01"},
+      {"ViewOfTheCellsAroundTheCurrentOne", {"--record", "0", "--onion-previous"}, "13 02 00 00  03 00 00 01"},
+      {"ViewOfTheCellsAroundTheCurrentOne", {"--record", "0", "--onion-next"}, "00 02 18 16  03 00 00 01"},
+      {"ViewOfTheCellsAroundTheCurrentOne",
+       {"--record", "0", "--onion-next", "--onion-previous"},
+       "13 02 18 16  03 00 00 01"},
+      // The topmost record's layer has one cell, which is its own neighbour.
+      {"ViewWithoutARecordHasTheTopmostCurrent", {"--onion-previous"}, "00 02 00 00  03 00 00 01"},
+      {"ViewWithoutARecordHasTheTopmostCurrent", {"--current-cell-only"}, "00 00 00 00  00 00 00 01"},
+      {"ViewOfTheCurrentCellOnly", {"--record", "0", "--current-cell-only"}, "00 02 00 00  03 00 00 00"},
+      {"ViewWithOtherLayersPale", {"--record", "0", "--dim-others"}, "00 02 00 00  03 00 00 10"},
+      {"ViewWithOtherLayersPale", {"--record", "1", "--dim-others"}, "00 11 00 00  12 00 00 01"},
+      {"ViewOfTheLowestRecords", {"--draw-limit", "1"}, "00 02 00 00  03 00 00 00"},
+      {"ViewOfTheLowestRecords", {"--draw-limit", "2"}, "00 02 00 00  03 00 00 01"},
+      {"ViewOfTheLowestRecords", {"--draw-limit", "0"}, "00 02 00 00  03 00 00 01"},
+      {"ViewOfTheLowestRecords", {"--draw-limit", "63"}, "00 02 00 00  03 00 00 01"},
+  };
+  for (const auto& row : rows) EXPECT_EQ(ViewPixels(row.options), Hex(row.pixels)) << row.name;
 }
 
 TEST_F(Console, RecordThatTheFrameDoesntHaveIsRefused) {

@@ -78,28 +78,6 @@ Bytes Plain(uint8_t red, uint8_t green, uint8_t blue) {
 // Black, dark, light and white without any dither.
 constexpr char kBlack[] = "00 00 00", kDark[] = "54 54 54", kLight[] = "A8 A8 A8", kWhite[] = "FF FF FF";
 
-Bytes Bmp(int32_t width, int32_t height, int32_t bits, const Bytes& palette, const Bytes& rows,
-          uint32_t colorsUsed = 0) {
-  const uint32_t offset = static_cast<uint32_t>(54 + palette.size());
-  return Join({{'B', 'M'},
-               Le32(offset + static_cast<uint32_t>(rows.size())),
-               Le32(0),
-               Le32(offset),
-               Le32(40),
-               Le32(static_cast<uint32_t>(width)),
-               Le32(static_cast<uint32_t>(height)),
-               Le16(1),
-               Le16(bits),
-               Le32(0),
-               Le32(0),
-               Le32(0),
-               Le32(0),
-               Le32(colorsUsed),
-               Le32(0),
-               palette,
-               rows});
-}
-
 Bytes Be32(uint32_t value) {
   return {static_cast<uint8_t>(value >> 24), static_cast<uint8_t>(value >> 16 & 255),
           static_cast<uint8_t>(value >> 8 & 255), static_cast<uint8_t>(value & 255)};

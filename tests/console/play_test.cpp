@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <cstdint>
 #include <string>
-#include <vector>
 
 #include "support/test_streams.h"
 
@@ -79,14 +77,6 @@ TEST_F(ConsolePlay, PicturesAreBinaryGreyMapsOfTheClientArea) {
       "\n");
 }
 
-TEST_F(ConsolePlay, DissolveIsMixedInThePictures) {
-  Play(folder, "a.ca", Compiled({}, {Block(1, 1, 0xFF), Block(-3, 1, 0x00), Still(1, 1)}), "5");
-  const char* pixels[] = {"FF FF FF FF", "BF BF BF BF", "7F 7F 7F 7F", "3F 3F 3F 3F", "00 00 00 00"};
-  for (int i = 0; i < 5; ++i) {
-    EXPECT_EQ(folder.Read("out/tick-0000" + std::to_string(i) + ".pgm"), Map("P5\n4 1\n255\n", pixels[i])) << i;
-  }
-}
-
 TEST_F(ConsolePlay, PictureAreaMayHaveNoWidth) {
   folder.Write("a.ca", Compiled({"", 4, 1, 0, 1, 24, 4}, {Block(1, 1, 0xE4)}));
   const Answer run = folder.Sorvel({"play", "a.ca", "out", "--ticks", "1"});
@@ -104,15 +94,6 @@ TEST_F(ConsolePlay, StillHasTickZeroAlone) {
   EXPECT_EQ(folder.List(), "a.ca out out/tick-00000.pgm out/ticks.jsonl");
 }
 
-TEST_F(ConsolePlay, ContainerOfOneFrameIsAStill) {
-  Play(folder, "a.sv", Container(8, 1, 4, 1, {CutRecord({"", 4, 1, 4, 1, 24, 4}, {Block(7, 1, 0xE4)})}), "3");
-  EXPECT_EQ(
-      AsText(folder.Read("out/ticks.jsonl")),
-      R"({"tick":0,"painted":true,"delay":0,"ticks":0,"nextTime":7,"viewLeft":2,"viewTop":0,"viewport":[0,0,4,1]})"
-      "\n");
-  EXPECT_EQ(folder.Read("out/tick-00000.pgm"), Map("P5\n8 1\n255\n", "00 00 00 55 AA FF 00 00"));
-}
-
 TEST_F(ConsolePlay, TimeZeroEndsWithItsOwnTick) {
   Play(folder, "a.ca", Compiled({}, {Block(2, 1, 0xFF), Block(0, 1, 0x55), Block(1, 1, 0x00)}), "100");
   EXPECT_EQ(
@@ -124,14 +105,6 @@ TEST_F(ConsolePlay, TimeZeroEndsWithItsOwnTick) {
       R"({"tick":2,"painted":true,"delay":0,"ticks":1,"nextTime":0,"viewLeft":0,"viewTop":0,"viewport":[0,0,4,1]})"
       "\n");
   EXPECT_EQ(folder.Read("out/tick-00002.pgm"), Map("P5\n4 1\n255\n", "55 55 55 55"));
-}
-
-TEST_F(ConsolePlay, FirstFrameOfTimeZeroEndsAtOnce) {
-  Play(folder, "a.ca", Compiled({}, {Block(0, 1, 0xFF), Block(1, 1, 0x55)}), "9");
-  EXPECT_EQ(
-      AsText(folder.Read("out/ticks.jsonl")),
-      R"({"tick":0,"painted":true,"delay":0,"ticks":1,"nextTime":0,"viewLeft":0,"viewTop":0,"viewport":[0,0,4,1]})"
-      "\n");
 }
 
 TEST_F(ConsolePlay, OneTickIsTheFirstFrame) {
@@ -161,14 +134,6 @@ TEST_F(ConsolePlay, FileInPlaceOfTheFolderIsNamed) {
   EXPECT_EQ(run.status, 1);
   EXPECT_TRUE(run.IsOneLineAbout("out")) << run;
   EXPECT_EQ(folder.Read("out"), Text("mine"));
-}
-
-TEST_F(ConsolePlay, LoopedBodyRunsInTheLog) {
-  Play(folder, "a.ca", Compiled({}, {Block(1, 2, 0xFF), Block(1, 0, 0x55), Block(1, 1, 0x00)}), "6");
-  const char* pixels[] = {"FF FF FF FF", "55 55 55 55", "FF FF FF FF", "55 55 55 55", "00 00 00 00", "FF FF FF FF"};
-  for (int i = 0; i < 6; ++i) {
-    EXPECT_EQ(folder.Read("out/tick-0000" + std::to_string(i) + ".pgm"), Map("P5\n4 1\n255\n", pixels[i])) << i;
-  }
 }
 
 }  // namespace

@@ -4,13 +4,12 @@
 
 #include <algorithm>
 #include <string>
-#include <vector>
 
 #include "document/layer.h"
 #include "document/load_report.h"
 #include "foundation/byte_stream.h"
 #include "imaging/packed_image.h"
-#include "reference/reference.h"
+#include "support/reference_data.h"
 #include "support/test_images.h"
 
 namespace sorvel {
@@ -90,18 +89,7 @@ void ExpectDamaged(const Bytes& block) {
 
 // The same block by the plain writer.
 Bytes PlainBlock(Layer& layer) {
-  reference::LayerData data;
-  if (layer.name != nullptr) data.name = layer.name;
-  data.width = layer.width;
-  data.height = layer.height;
-  data.followFrame = layer.followFrame;
-  for (int32_t i = 0; i < layer.cells.Count(); ++i) {
-    const CellImage* image = layer.CellAt(i);
-    reference::Cell& cell = data.cells.emplace_back(image->width, image->height);
-    EXPECT_EQ(cell.pitch, image->pitch);
-    std::copy(image->bits, image->bits + image->ByteCount(), cell.bits.begin());
-  }
-  return reference::WriteLayerBlock(data);
+  return reference::WriteLayerBlock(DataOf(layer));
 }
 
 // Writing.

@@ -25,13 +25,14 @@ struct Stack {
   // Records of cell 0 at the origin, the bottom one first; the last one is current.
   explicit Stack(std::string_view letters = "") {
     for (Layer* layer : {&a, &b, &c}) NumberCells(layer, 4);
-    for (char letter : letters) frame.AddRecord(letter == 'A' ? &a : letter == 'B' ? &b : &c, 0, 0, 0);
+    for (char letter : letters) frame.AddRecord(LayerOf(letter), 0, 0, 0);
   }
   // Records of layer A.
   Stack(std::initializer_list<int32_t> cells) : Stack() {
     for (int32_t cell : cells) frame.AddRecord(&a, cell, 0, 0);
   }
 
+  Layer* LayerOf(char letter) { return letter == 'A' ? &a : letter == 'B' ? &b : &c; }
   std::string Shown() { return testdoc::Stack(&frame); }
   Numbers Cells() {
     Numbers cells;
@@ -95,47 +96,31 @@ TEST(Frame, InsertRecordWithoutACurrentOnePutsItInTwice) {
   EXPECT_EQ(test.Record(1), test.Record(0));
 }
 
-TEST(Frame, RemovingTheLayerOfTheLastRecordSelectsTheNewLast) {
-  Stack test("ABC");
-  test.frame.RemoveLayer(&test.c);
-  EXPECT_EQ(test.Shown(), "A[B]");
-}
-
-TEST(Frame, RemovingTheCurrentLayerInTheMiddleSelectsItsSuccessor) {
-  Stack test("ABC");
-  test.frame.SelectRecord(1);
-  test.frame.RemoveLayer(&test.b);
-  EXPECT_EQ(test.Shown(), "A[C]");
-}
-
-TEST(Frame, RemovingALayerBelowKeepsTheCurrentRecord) {
-  Stack test("ABAC");
-  test.frame.RemoveLayer(&test.a);
-  EXPECT_EQ(test.Shown(), "B[C]");
-}
-
-TEST(Frame, RemovingALayerAboveKeepsTheCurrentRecord) {
-  Stack test("ABB");
-  test.frame.SelectRecord(0);
-  test.frame.RemoveLayer(&test.b);
-  EXPECT_EQ(test.Shown(), "[A]");
-}
-
-TEST(Frame, RemovingTheOnlyLayerLeavesNoCurrentRecord) {
-  Stack test("AA");
-  test.frame.RemoveLayer(&test.a);
-  EXPECT_EQ(test.frame.records.Count(), 0);
-  EXPECT_EQ(test.frame.currentRecord, -1);
-}
-
-TEST(Frame, RemovingAForeignLayerChangesNothing) {
-  Stack empty;
-  empty.frame.RemoveLayer(&empty.c);
-  EXPECT_EQ(empty.frame.currentRecord, -1);
-  Stack test("AB");
-  test.frame.SelectRecord(0);
-  test.frame.RemoveLayer(&test.c);
-  EXPECT_EQ(test.Shown(), "[A]B");
+TEST(Frame, RemovingALayerLeavesACurrentRecord) {
+  const struct {
+    const char* rule;
+    const char* records;
+    int32_t current;
+    char removed;
+    const char* left;
+  } rows[] = {
+      {"RemovingTheLayerOfTheLastRecordSelectsTheNewLast", "ABC", 2, 'C', "A[B]"},
+      {"RemovingTheCurrentLayerInTheMiddleSelectsItsSuccessor", "ABC", 1, 'B', "A[C]"},
+      {"RemovingALayerBelowKeepsTheCurrentRecord", "ABAC", 3, 'A', "B[C]"},
+      {"RemovingALayerAboveKeepsTheCurrentRecord", "ABB", 0, 'B', "[A]"},
+      {"RemovingTheOnlyLayerLeavesNoCurrentRecord", "AA", 1, 'A', ""},
+      {"RemovingAForeignLayerChangesNothing", "AB", 0, 'C', "[A]B"},
+      {"RemovingAForeignLayerChangesNothing", "", -1, 'C', ""},
+  };
+  for (const auto& row : rows) {
+    Stack test(row.records);
+    test.frame.currentRecord = row.current;
+    test.frame.RemoveLayer(test.LayerOf(row.removed));
+    EXPECT_EQ(test.Shown(), row.left) << row.rule;
+    if (row.left[0] == 0) {
+      EXPECT_EQ(test.frame.currentRecord, -1) << row.rule;
+    }
+  }
 }
 
 TEST(Frame, SelectRecordRefusesABadIndex) {
@@ -432,39 +417,30 @@ TEST(Frame, BlankRecordHasNoNeighbours) {
   EXPECT_EQ(test.frame.NextCell(0), nullptr);
 }
 
-TEST(Frame, AddCellHereShowsTheNewCellBehind) {
-  Stack test({1});
-  EXPECT_TRUE(test.frame.AddCellHere(9));
-  EXPECT_EQ(test.Cells(), Numbers({2}));
-  EXPECT_EQ(Drawings(&test.a), "12934");
-}
-
-TEST(Frame, AddCellHereFailsOnAStaleNumber) {
-  Stack test({4});
-  EXPECT_FALSE(test.frame.AddCellHere(9));
-  EXPECT_EQ(test.Cells(), Numbers({4}));
-  EXPECT_EQ(Drawings(&test.a), "1234");
-}
-
-TEST(Frame, InsertCellHereShowsTheNewCellAhead) {
-  Stack test({1});
-  EXPECT_TRUE(test.frame.InsertCellHere(9));
-  EXPECT_EQ(test.Cells(), Numbers({1}));
-  EXPECT_EQ(Drawings(&test.a), "19234");
-}
-
-TEST(Frame, RemoveCellHereShowsTheSuccessor) {
-  Stack test({1});
-  EXPECT_TRUE(test.frame.RemoveCellHere());
-  EXPECT_EQ(test.Cells(), Numbers({1}));
-  EXPECT_EQ(Drawings(&test.a), "134");
-}
-
-TEST(Frame, RemoveCellHereOfTheLastCellShowsThePredecessor) {
-  Stack test({3});
-  EXPECT_TRUE(test.frame.RemoveCellHere());
-  EXPECT_EQ(test.Cells(), Numbers({2}));
-  EXPECT_EQ(Drawings(&test.a), "123");
+TEST(Frame, CellsAreAddedAndRemovedAtTheShownOne) {
+  const auto add = [](Frame& frame) { return frame.AddCellHere(9); };
+  const auto insert = [](Frame& frame) { return frame.InsertCellHere(9); };
+  const auto remove = [](Frame& frame) { return frame.RemoveCellHere(); };
+  const struct {
+    const char* rule;
+    int32_t shown;
+    bool (*run)(Frame&);
+    bool result;
+    int32_t shownAfter;
+    const char* drawings;
+  } rows[] = {
+      {"AddCellHereShowsTheNewCellBehind", 1, add, true, 2, "12934"},
+      {"AddCellHereFailsOnAStaleNumber", 4, add, false, 4, "1234"},
+      {"InsertCellHereShowsTheNewCellAhead", 1, insert, true, 1, "19234"},
+      {"RemoveCellHereShowsTheSuccessor", 1, remove, true, 1, "134"},
+      {"RemoveCellHereOfTheLastCellShowsThePredecessor", 3, remove, true, 2, "123"},
+  };
+  for (const auto& row : rows) {
+    Stack test({row.shown});
+    EXPECT_EQ(row.run(test.frame), row.result) << row.rule;
+    EXPECT_EQ(test.Cells(), Numbers({row.shownAfter})) << row.rule;
+    EXPECT_EQ(Drawings(&test.a), row.drawings) << row.rule;
+  }
 }
 
 TEST(Frame, RemoveCellHereKeepsTheOnlyCell) {
@@ -592,27 +568,32 @@ struct MergePair {
   Frame frame{50, 50};
 };
 
-// The lower picture after a merge that gives true; the upper one stays.
-std::string Merged(std::string_view below, std::string_view above, int32_t dx = 0, int32_t dy = 0, uint32_t mask = 0) {
-  MergePair pair(dx, dy);
-  Paint(pair.lower.CellAt(0), below);
-  Paint(pair.upper.CellAt(0), above);
-  EXPECT_TRUE(pair.frame.MergeDown(mask));
-  EXPECT_EQ(Picture(pair.upper.CellAt(0)), above);
-  return Picture(pair.lower.CellAt(0));
-}
-
-TEST(Frame, MergeDownDrawsInkOverTheCellBelow) {
-  EXPECT_EQ(Merged("4444/4444", "080/506"), "4844/5464");
-}
-
-TEST(Frame, MergeDownShiftsByTheDifferenceOfThePositions) {
-  EXPECT_EQ(Merged("0000/0000", "888/123", 2, -1), "0012/0000");
-  EXPECT_EQ(Merged("0000/0000", "123/888", -1, 1), "0000/2300");
-}
-
-TEST(Frame, MergeDownBesideTheCellBelowChangesNothingAndGivesTrue) {
-  EXPECT_EQ(Merged("4444/4444", "888/888", 40, 0), "4444/4444");
+TEST(Frame, MergeDownDrawsOnTheCellBelow) {
+  const struct {
+    const char* rule;
+    const char* below;
+    const char* above;
+    const char* merged;
+    int32_t dx = 0;
+    int32_t dy = 0;
+    uint32_t mask = 0;
+  } rows[] = {
+      {"MergeDownDrawsInkOverTheCellBelow", "4444/4444", "080/506", "4844/5464"},
+      {"MergeDownShiftsByTheDifferenceOfThePositions", "0000/0000", "888/123", "0012/0000", 2, -1},
+      {"MergeDownShiftsByTheDifferenceOfThePositions", "0000/0000", "123/888", "0000/2300", -1, 1},
+      {"MergeDownBesideTheCellBelowChangesNothingAndGivesTrue", "4444/4444", "888/888", "4444/4444", 40},
+      {"MergeDownAppliesToneMarks", "1800/4000", "bbb/e00", "33b0/2000"},
+      {"MergeDownLeavesProtectedPixelsBelow", "4800/5000", "111/188", "1810/5880", 0, 0, 1u << 8 | 1u << 5},
+      {"MergeDownMaskDoesNotConcernTheUpperPixels", "0000/4000", "888/888", "8880/8880", 0, 0, 1u << 8},
+  };
+  for (const auto& row : rows) {
+    MergePair pair(row.dx, row.dy);
+    Paint(pair.lower.CellAt(0), row.below);
+    Paint(pair.upper.CellAt(0), row.above);
+    EXPECT_TRUE(pair.frame.MergeDown(row.mask)) << row.rule;
+    EXPECT_EQ(Picture(pair.lower.CellAt(0)), row.merged) << row.rule;
+    EXPECT_EQ(Picture(pair.upper.CellAt(0)), row.above) << row.rule;
+  }
 }
 
 TEST(Frame, MergeDownComparesRawPositions) {
@@ -622,18 +603,6 @@ TEST(Frame, MergeDownComparesRawPositions) {
   Paint(pair.upper.CellAt(0), "123/000");
   EXPECT_TRUE(pair.frame.MergeDown(0));
   EXPECT_EQ(Picture(pair.lower.CellAt(0)), "0123/0000");
-}
-
-TEST(Frame, MergeDownAppliesToneMarks) {
-  EXPECT_EQ(Merged("1800/4000", "bbb/e00"), "33b0/2000");
-}
-
-TEST(Frame, MergeDownLeavesProtectedPixelsBelow) {
-  EXPECT_EQ(Merged("4800/5000", "111/188", 0, 0, 1u << 8 | 1u << 5), "1810/5880");
-}
-
-TEST(Frame, MergeDownMaskDoesNotConcernTheUpperPixels) {
-  EXPECT_EQ(Merged("0000/4000", "888/888", 0, 0, 1u << 8), "8880/8880");
 }
 
 TEST(Frame, MergeDownUsesTheRecordDirectlyBelowTheCurrentOne) {

@@ -232,7 +232,7 @@ TEST(IndexedImage, ResizeLosesThePicture) {
 TEST(AdjustTone, MovesTheToneOfEachFamilyAndClamps) {
   for (int32_t delta = -2; delta <= 2; ++delta) {
     for (int32_t value = -1; value <= 25; ++value) {
-      EXPECT_EQ(AdjustTone(value, delta), PlainAdjustTone(value, delta)) << value << " by " << delta;
+      EXPECT_EQ(AdjustTone(value, delta), inkrules::AdjustTone(value, delta)) << value << " by " << delta;
     }
   }
 }

@@ -13,18 +13,6 @@ namespace {
 
 using namespace testimages;
 
-struct Color {
-  int32_t red;
-  int32_t green;
-  int32_t blue;
-
-  bool operator==(const Color&) const = default;
-};
-
-void PrintTo(const Color& color, std::ostream* out) {
-  *out << "(" << color.red << ", " << color.green << ", " << color.blue << ")";
-}
-
 const Color kDefaults[kColorCount] = {
     {225, 255, 255}, {0, 0, 0},       {85, 85, 85},    {170, 170, 170}, {255, 255, 255}, {143, 143, 191},
     {173, 173, 217}, {206, 206, 242}, {0, 0, 0},       {85, 85, 85},    {170, 170, 170}, {255, 255, 102},

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-#include <string>
 #include <vector>
 
 #include "imaging/nibble_bitmap.h"
@@ -13,18 +11,6 @@ namespace sorvel {
 namespace {
 
 using namespace testimages;
-
-struct Color {
-  int32_t red;
-  int32_t green;
-  int32_t blue;
-
-  bool operator==(const Color&) const = default;
-};
-
-void PrintTo(const Color& color, std::ostream* out) {
-  *out << "(" << color.red << ", " << color.green << ", " << color.blue << ")";
-}
 
 Color Grey(int32_t level) {
   return {level, level, level};

@@ -14,7 +14,8 @@ namespace sorvel::monkey {
 
 namespace {
 
-// All drawings of a cut of so many bytes are looked at after each action, those of larger ones now and then.
+// The drawings of a cut of up to kSmallCut bytes are checked after each action, those of a larger one after every
+// kLookInterval actions.
 constexpr int64_t kSmallCut = 1 << 16;
 constexpr int64_t kLookInterval = 16;
 

@@ -100,12 +100,12 @@ int32_t Monkey::Number(int32_t lowest, int32_t highest) {
   return static_cast<int32_t>(lowest + static_cast<int64_t>(random() % range));
 }
 
-template <size_t count>
-int32_t Monkey::Weighted(const Choice (&table)[count]) {
+template <typename Value, size_t count>
+Value Monkey::Weighted(const Choice<Value> (&table)[count]) {
   int32_t total = 0;
-  for (const Choice& choice : table) total += choice.weight;
+  for (const Choice<Value>& choice : table) total += choice.weight;
   int32_t rest = Number(0, total - 1);
-  for (const Choice& choice : table) {
+  for (const Choice<Value>& choice : table) {
     rest -= choice.weight;
     if (rest < 0) return choice.value;
   }
@@ -122,7 +122,8 @@ bool Monkey::DoAll(const Lines& lines) {
   return std::all_of(lines.begin(), lines.end(), [this](const std::string& line) { return Do(line); });
 }
 
-// Enough for whatever asks: any file name and any answer will do for any of them, so what isn't taken stays for later.
+// Queues enough answers for every file dialog and question that one action may bring up. Each answer fits each of them,
+// so those that aren't taken stay in the queue.
 void Monkey::QueueAnswers() {
   if (session.HasEnded()) return;
   const int32_t wanted = static_cast<int32_t>(session.Frame()->mdiClient->children.size()) + 3;
@@ -132,7 +133,8 @@ void Monkey::QueueAnswers() {
   }
 }
 
-// A dialog and a colour are queued only when they will be asked for.
+// Counts the answers that are left after an action. False if the action failed. Dialogs and colours are queued only
+// when they will be asked for, so none of them is left.
 bool Monkey::Take() {
   const int32_t questions = headless::LastQuestion().count;
   answers -= questions - questionsSeen;
@@ -151,7 +153,8 @@ bool Monkey::DoCommand(int32_t id) {
   return DoAll(lines) && Do(Command(id)) && Take();
 }
 
-// The text tool asks at a release that can't be told from others here. What it didn't take is given to it right away.
+// The text tool opens its dialog at some releases, and which ones can't be told here. So its answer is queued before
+// each release, and if the tool doesn't take it, three more messages make it ask.
 bool Monkey::DoMouse(const std::string& line) {
   CutWindow* cut = session.ActiveCut();
   if (cut == nullptr) {
@@ -210,118 +213,95 @@ bool Monkey::IsLaden(CutWindow* cut) {
 }
 
 bool Monkey::DoSomething() {
-  enum : int32_t { kGesture, kCommand, kFile, kKey, kChar, kPanel, kList, kView, kPlayer, kPicture, kWindow, kTool };
-  enum : int32_t { kCheck = kTool + 1, kPen, kReplay, kRough, kExit };
-  static constexpr Choice choices[] = {{kGesture, 150}, {kCommand, 170}, {kFile, 30},  {kKey, 12},    {kChar, 40},
-                                       {kPanel, 30},    {kList, 25},     {kView, 25},  {kPlayer, 20}, {kPicture, 10},
-                                       {kWindow, 12},   {kTool, 35},     {kCheck, 40}, {kPen, 30},    {kReplay, 6},
-                                       {kRough, 12},    {kExit, 1}};
-  switch (Weighted(choices)) {
-    case kGesture:
-      PlanGesture();
-      return true;
-    case kCommand:
-      return DoRandomCommand();
-    case kFile:
-      return DoFileCommand();
-    case kKey:
-      return DoKey();
-    case kChar:
-      return DoChar();
-    case kPanel:
-      return DoPanel();
-    case kList:
-      return DoList();
-    case kView:
-      return DoView();
-    case kPlayer:
-      return DoPlayer();
-    case kPicture:
-      return DoPicture();
-    case kWindow:
-      return DoWindow();
-    case kTool:
-      return DoCommand(OneOf(kTools));
-    case kCheck:
-      return DoCheck();
-    case kPen:
-      return DoPen();
-    case kReplay:
-      return DoReplay();
-    case kRough:
-      return options.isRough ? DoRough() : true;
-    default:
-      return DoExit();
-  }
+  static constexpr Choice<bool (Monkey::*)()> choices[] = {
+      {&Monkey::DoGesture, 150},    {&Monkey::DoRandomCommand, 170},
+      {&Monkey::DoFileCommand, 30}, {&Monkey::DoKey, 12},
+      {&Monkey::DoChar, 40},        {&Monkey::DoPanel, 30},
+      {&Monkey::DoList, 25},        {&Monkey::DoView, 25},
+      {&Monkey::DoPlayer, 20},      {&Monkey::DoPicture, 10},
+      {&Monkey::DoWindow, 12},      {&Monkey::DoTool, 35},
+      {&Monkey::DoCheck, 40},       {&Monkey::DoPen, 30},
+      {&Monkey::DoReplay, 6},       {&Monkey::DoRough, 12},
+      {&Monkey::DoExit, 1}};
+  return (this->*Weighted(choices))();
+}
+
+bool Monkey::DoGesture() {
+  PlanGesture();
+  return true;
+}
+
+bool Monkey::DoTool() {
+  return DoCommand(OneOf(kTools));
 }
 
 bool Monkey::DoRandomCommand() {
-  static constexpr Choice choices[] = {{kCommandAddFrame, 10},
-                                       {kCommandInsertFrame, 6},
-                                       {kCommandDeleteFrame, 6},
-                                       {kCommandPreviousFrame, 8},
-                                       {kCommandNextFrame, 8},
-                                       {kCommandFirstFrame, 3},
-                                       {kCommandLastFrame, 3},
-                                       {kCommandAddFrames, 2},
-                                       {kCommandDeleteFrames, 2},
-                                       {kCommandNextKeyFrame, 3},
-                                       {kCommandPreviousKeyFrame, 3},
-                                       {kCommandAllKeyFrames, 1},
-                                       {kCommandBrightnessRamp, 3},
-                                       {kCommandFrameRamp, 3},
-                                       {kCommandLayerRamp, 3},
-                                       {kCommandDeleteCell, 6},
-                                       {kCommandInsertCell, 6},
-                                       {kCommandAddCell, 10},
-                                       {kCommandPreviousCell, 6},
-                                       {kCommandNextCell, 6},
-                                       {kCommandFirstCell, 3},
-                                       {kCommandLastCell, 3},
-                                       {kCommandBlankCell, 4},
-                                       {kCommandBlankAll, 1},
-                                       {kCommandMergeDown, 5},
-                                       {kCommandAddLayer, 6},
-                                       {kCommandInsertLayer, 5},
-                                       {kCommandDeleteLayer, 3},
-                                       {kCommandLayerUp, 5},
-                                       {kCommandLayerDown, 5},
-                                       {kCommandLayerProperties, 4},
-                                       {kCommandToSketch, 5},
-                                       {kCommandEraseSketch, 4},
-                                       {kCommandEraseCell, 3},
-                                       {kCommandEraseLayerSketch, 2},
-                                       {kCommandUndo, 12},
-                                       {kCommandCopy, 6},
-                                       {kCommandCut, 6},
-                                       {kCommandPaste, 8},
-                                       {kCommandFlipHorizontal, 5},
-                                       {kCommandFlipVertical, 5},
-                                       {kCommandRandomDots, 4},
-                                       {kCommandDrawGrid, 3},
-                                       {kCommandShowPrevious, 3},
-                                       {kCommandShowNext, 3},
-                                       {kCommandCurrentCellOnly, 3},
-                                       {kCommandDimOthers, 3},
-                                       {kCommandMuraRemoval, 2},
-                                       {kCommandLineEmphasis, 2},
-                                       {kCommandStatusBar, 1},
-                                       {kCommandToolBar, 1},
-                                       {kCommandFocusForward, 3},
-                                       {kCommandFocusBackward, 2},
-                                       {kCommandExplainTool, 1},
-                                       {kCommandAbout, 1},
-                                       {kCommandTransparentColor, 2},
-                                       {kCommandFont, 3},
-                                       {kCommandSquarePen, 2},
-                                       {kCommandSnapGrid, 3},
-                                       {kCommandMask, 3},
-                                       {kCommandFrameSize, 2},
-                                       {kCommandCutProperties, 3},
-                                       {kCommandRemoveCutFromFilm, 1},
-                                       {kCommandFilmProperties, 1},
-                                       {kCommandPasteFromClipboard, 3},
-                                       {kCommandCopyToClipboard, 2}};
+  static constexpr Choice<int32_t> choices[] = {{kCommandAddFrame, 10},
+                                                {kCommandInsertFrame, 6},
+                                                {kCommandDeleteFrame, 6},
+                                                {kCommandPreviousFrame, 8},
+                                                {kCommandNextFrame, 8},
+                                                {kCommandFirstFrame, 3},
+                                                {kCommandLastFrame, 3},
+                                                {kCommandAddFrames, 2},
+                                                {kCommandDeleteFrames, 2},
+                                                {kCommandNextKeyFrame, 3},
+                                                {kCommandPreviousKeyFrame, 3},
+                                                {kCommandAllKeyFrames, 1},
+                                                {kCommandBrightnessRamp, 3},
+                                                {kCommandFrameRamp, 3},
+                                                {kCommandLayerRamp, 3},
+                                                {kCommandDeleteCell, 6},
+                                                {kCommandInsertCell, 6},
+                                                {kCommandAddCell, 10},
+                                                {kCommandPreviousCell, 6},
+                                                {kCommandNextCell, 6},
+                                                {kCommandFirstCell, 3},
+                                                {kCommandLastCell, 3},
+                                                {kCommandBlankCell, 4},
+                                                {kCommandBlankAll, 1},
+                                                {kCommandMergeDown, 5},
+                                                {kCommandAddLayer, 6},
+                                                {kCommandInsertLayer, 5},
+                                                {kCommandDeleteLayer, 3},
+                                                {kCommandLayerUp, 5},
+                                                {kCommandLayerDown, 5},
+                                                {kCommandLayerProperties, 4},
+                                                {kCommandToSketch, 5},
+                                                {kCommandEraseSketch, 4},
+                                                {kCommandEraseCell, 3},
+                                                {kCommandEraseLayerSketch, 2},
+                                                {kCommandUndo, 12},
+                                                {kCommandCopy, 6},
+                                                {kCommandCut, 6},
+                                                {kCommandPaste, 8},
+                                                {kCommandFlipHorizontal, 5},
+                                                {kCommandFlipVertical, 5},
+                                                {kCommandRandomDots, 4},
+                                                {kCommandDrawGrid, 3},
+                                                {kCommandShowPrevious, 3},
+                                                {kCommandShowNext, 3},
+                                                {kCommandCurrentCellOnly, 3},
+                                                {kCommandDimOthers, 3},
+                                                {kCommandMuraRemoval, 2},
+                                                {kCommandLineEmphasis, 2},
+                                                {kCommandStatusBar, 1},
+                                                {kCommandToolBar, 1},
+                                                {kCommandFocusForward, 3},
+                                                {kCommandFocusBackward, 2},
+                                                {kCommandExplainTool, 1},
+                                                {kCommandAbout, 1},
+                                                {kCommandTransparentColor, 2},
+                                                {kCommandFont, 3},
+                                                {kCommandSquarePen, 2},
+                                                {kCommandSnapGrid, 3},
+                                                {kCommandMask, 3},
+                                                {kCommandFrameSize, 2},
+                                                {kCommandCutProperties, 3},
+                                                {kCommandRemoveCutFromFilm, 1},
+                                                {kCommandFilmProperties, 1},
+                                                {kCommandPasteFromClipboard, 3},
+                                                {kCommandCopyToClipboard, 2}};
   if (Chance(2)) {
     const int32_t id = Chance(50) ? kFirstWindowCommand + Number(0, 6) : Number(0, 65535);
     return id == kCommandExit ? true : DoCommand(id);
@@ -340,7 +320,7 @@ bool Monkey::DoRandomCommand() {
 }
 
 bool Monkey::DoFileCommand() {
-  static constexpr Choice choices[] = {
+  static constexpr Choice<int32_t> choices[] = {
       {kCommandNewCut, 3},         {kCommandOpenCut, 6},           {kCommandSaveCutAs, 8},
       {kCommandOverwriteCut, 6},   {kCommandOpenLayer, 4},         {kCommandSaveLayer, 5},
       {kCommandOverwriteLayer, 5}, {kCommandExportBitmap, 4},      {kCommandNewFilm, 2},
@@ -609,6 +589,7 @@ bool Monkey::DoPulseCheck() {
 }
 
 bool Monkey::DoRough() {
+  if (!options.isRough) return true;
   CutWindow* cut = session.ActiveCut();
   const auto send = [this](const char* window, uint32_t message, uint64_t first, uint64_t second) {
     return Do(Joined({"# send", window, std::to_string(message), std::to_string(first), std::to_string(second)}));

@@ -5,7 +5,6 @@
 #include <deque>
 #include <random>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "monkey/session.h"
@@ -40,8 +39,9 @@ class Monkey {
  private:
   using Lines = std::vector<std::string>;
   // Something to do, and how often it is chosen against others.
+  template <typename Value>
   struct Choice {
-    int32_t value;
+    Value value;
     int32_t weight;
   };
 
@@ -51,8 +51,8 @@ class Monkey {
   const T& OneOf(const T (&table)[count]) {
     return table[static_cast<size_t>(Number(0, static_cast<int32_t>(count) - 1))];
   }
-  template <size_t count>
-  int32_t Weighted(const Choice (&table)[count]);
+  template <typename Value, size_t count>
+  Value Weighted(const Choice<Value> (&table)[count]);
 
   // Carrying out. Answers that may be asked for are queued first; Take notes which of them were taken.
   bool Do(const std::string& line);
@@ -80,6 +80,8 @@ class Monkey {
   bool DoWindow();
   bool DoCheck();
   bool DoPulseCheck();
+  bool DoGesture();
+  bool DoTool();
   bool DoRough();
   bool DoExit();
   void PlanGesture();

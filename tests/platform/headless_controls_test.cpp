@@ -243,7 +243,7 @@ TEST_F(HeadlessUpDown, AnythingElseGivesTheLastValidPositionAndAHighHalf) {
 }
 
 TEST_F(HeadlessUpDown, AnEmptyTextIsNoNumberEvenIfZeroIsInTheRange) {
-  SetUpDownRange(upDown, 0, kLayerNameEdit);
+  SetUpDownRange(upDown, 0, 1000);
   SetUpDownPosition(upDown, 12);
   EXPECT_EQ(Typed(""), 0x10000 | 12);
   EXPECT_EQ(Typed("0"), 0);

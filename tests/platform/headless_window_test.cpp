@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <cstring>
-#include <memory>
 
 #include "platform/controls.h"
 #include "platform_fixture.h"

@@ -1,6 +1,5 @@
-// A second, deliberately plain implementation of the file formats, the stream
-// encoder and the player. Tests compare the product's output with it byte by
-// byte, so nothing here is shared with the product and nothing is optimised.
+// A second, deliberately plain implementation of the file formats, the stream encoder and the player. Tests compare the
+// product's output with it byte by byte, so nothing here is shared with the product and nothing is optimised.
 #pragma once
 
 #include <array>
@@ -13,8 +12,8 @@ namespace reference {
 
 using Bytes = std::vector<std::uint8_t>;
 
-// Four bits a pixel; an even x lies in the high nibble. Padding nibbles and
-// bytes of a row are ordinary memory: the cell writer looks at them.
+// Four bits a pixel; an even x lies in the high nibble. Padding nibbles and bytes of a row are ordinary memory: the
+// cell writer looks at them.
 struct Cell {
   int width = 0;
   int height = 0;
@@ -74,17 +73,14 @@ Bytes WriteLayerFile(const LayerData& layer);
 // For well-formed files. False, with nothing touched, on a foreign magic.
 bool ReadCut(const Bytes& file, CutData* cut);
 
-// The compiled stream of frames first to last. Empty, with *refused set, when
-// the range or the antialias value is refused. Of viewFlags only
-// currentCellOnly (bit 2) has an effect.
+// The compiled stream of frames first to last. Empty, with *refused set, when the range or the antialias value is
+// refused. Of viewFlags only currentCellOnly (bit 2) has an effect.
 Bytes EncodeCut(const CutData& cut, int first, int last, bool* refused, std::uint32_t viewFlags = 0);
 
-// The bitmap file of one frame, made on a fresh plane bitmap. Of viewFlags
-// only currentCellOnly (bit 2) has an effect.
+// The bitmap file of one frame, made on a fresh plane bitmap. Of viewFlags only currentCellOnly (bit 2) has an effect.
 Bytes ExportFrame(const CutData& cut, int frameIndex, std::uint32_t viewFlags = 0);
 
-// width * height colour roles, composed over role 0. record -1 leaves the
-// frame's own currentRecord.
+// width * height colour roles, composed over role 0. record -1 leaves the frame's own currentRecord.
 Bytes ComposeView(const CutData& cut, int frameIndex, int record, std::uint32_t viewFlags);
 
 Bytes WriteContainer(const std::string& title, const std::string& author, int width, int height,
@@ -105,8 +101,7 @@ struct Tick {
   Bytes picture;  // outputWidth * outputHeight greys, only when painted
 };
 
-// At most this many ticks; fewer when the stream ends (a still, a frame of
-// time 0, a rate that no timer can run at).
+// At most this many ticks; fewer when the stream ends (a still, a frame of time 0, a rate that no timer can run at).
 std::vector<Tick> Play(const Bytes& stream, int ticks);
 
 }  // namespace reference

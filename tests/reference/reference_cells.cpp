@@ -124,8 +124,7 @@ Sizes SizesOf(int width) {
   return sizes;
 }
 
-// The group and the two bytes that follow it in memory. Bytes behind the last
-// row count as 0.
+// The group and the two bytes that follow it in memory. Bytes behind the last row count as 0.
 std::uint32_t ReadGroup(const Cell& cell, int x, int y) {
   long start = static_cast<long>(y) * cell.pitch + x / 2;
   std::uint32_t value = 0;
@@ -153,8 +152,7 @@ bool Matches(const Cell& cell, int x, int y, int code) {
   int fromX = x + kOffsets[code].dx;
   int fromY = y + kOffsets[code].dy;
   if (fromX < 0 || fromY < 0) return false;
-  // All 32 bits, though a literal stores only 16: the following group has to
-  // agree as well.
+  // All 32 bits, though a literal stores only 16: the following group has to agree as well.
   return ReadGroup(cell, fromX, fromY) == ReadGroup(cell, x, y);
 }
 

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "reference_internal.h"
+#include "support/ink_rules.h"
 
 namespace reference {
 
@@ -44,108 +45,26 @@ void Canvas::Clear(const Box& area) {
   }
 }
 
-// A line under a tone mark turns into a plain fill tone of the same scale.
-int AdjustTone(int value, int delta) {
-  int tone = 0;
-  if (value >= 1 && value <= 4) {
-    tone = value - 1;
-  } else if (value >= 8 && value <= 10) {
-    tone = value - 8;
-  } else if (value >= 16 && value <= 18) {
-    tone = value - 16;
-  } else {
-    return 0;
-  }
-  tone = tone + delta;
-  if (tone < 0) tone = 0;
-  if (tone > 3) tone = 3;
-  return tone + 1;
-}
-
 namespace {
 
-struct Block {
-  int dx;
-  int dy;
-  int sx;
-  int sy;
-  int width;
-  int height;
-};
-
-bool Clip(Block* b, const Canvas& target, const Cell& source) {
-  if (b->sx + b->width > source.width) b->width = source.width - b->sx;
-  if (b->sy + b->height > source.height) b->height = source.height - b->sy;
-  if (b->sx < 0) {
-    b->dx = b->dx - b->sx;
-    b->width = b->width + b->sx;
-    b->sx = 0;
-  }
-  if (b->sy < 0) {
-    b->dy = b->dy - b->sy;
-    b->height = b->height + b->sy;
-    b->sy = 0;
-  }
-  if (b->dx < 0) {
-    b->sx = b->sx - b->dx;
-    b->width = b->width + b->dx;
-    b->dx = 0;
-  }
-  if (b->dy < 0) {
-    b->sy = b->sy - b->dy;
-    b->height = b->height + b->dy;
-    b->dy = 0;
-  }
-  if (b->dx + b->width > target.width) b->width = target.width - b->dx;
-  if (b->dy + b->height > target.height) b->height = target.height - b->dy;
-  return b->width >= 1 && b->height >= 1;
-}
-
-// The value that a source pixel writes over a destination pixel, or -1 for
-// none.
-int KeyedValue(int s, int destination, bool pale) {
-  if (s == 0) return -1;
-  if (pale) {
-    // Only lines and darks of a pale layer are drawn; its white hides
-    // nothing below.
-    if (s == 1 || s == 8) return 16;
-    if (s == 2 || s == 9) return 17;
-    if (s == 3 || s == 10) return 18;
-    return -1;
-  }
-  if (s >= 11 && s <= 14) {
-    int delta = 0;
-    if (s == 11) {
-      delta = 2;
-    } else if (s == 12) {
-      delta = 1;
-    } else if (s == 13) {
-      delta = -1;
-    } else {
-      delta = -2;
-    }
-    int tone = AdjustTone(destination, delta);
-    // A mark with no tone below it stays visible as itself.
-    return tone == 0 ? s : tone;
-  }
-  return s;
+bool Clip(int* dx, int* dy, int* sx, int* sy, int* width, int* height, const Canvas& target, const Cell& source) {
+  return inkrules::ClipBlock(dx, dy, sx, sy, width, height, target.width, target.height, source.width, source.height);
 }
 
 }  // namespace
 
 bool Composite(Canvas* target, int dx, int dy, const Cell& source, int sx, int sy, int width, int height, bool pale,
                Box* outBox) {
-  Block b{dx, dy, sx, sy, width, height};
-  if (!Clip(&b, *target, source)) return false;
+  if (!Clip(&dx, &dy, &sx, &sy, &width, &height, *target, source)) return false;
   bool ink = false;
   int left = 0;
   int top = 0;
   int right = 0;
   int bottom = 0;
-  for (int j = 0; j < b.height; j++) {
-    for (int i = 0; i < b.width; i++) {
-      int x = b.sx + i;
-      int y = b.sy + j;
+  for (int j = 0; j < height; j++) {
+    for (int i = 0; i < width; i++) {
+      int x = sx + i;
+      int y = sy + j;
       int s = source.Get(x, y);
       if (s == 0) continue;
       if (!ink) {
@@ -157,8 +76,8 @@ bool Composite(Canvas* target, int dx, int dy, const Cell& source, int sx, int s
       left = std::min(left, x);
       right = std::max(right, x + 1);
       bottom = y + 1;
-      int value = KeyedValue(s, target->Get(b.dx + i, b.dy + j), pale);
-      if (value >= 0) target->Set(b.dx + i, b.dy + j, static_cast<std::uint8_t>(value));
+      int value = inkrules::KeyedValue(s, target->Get(dx + i, dy + j), pale);
+      if (value >= 0) target->Set(dx + i, dy + j, static_cast<std::uint8_t>(value));
     }
   }
   if (outBox != nullptr) *outBox = ink ? Box{left, top, right - left, bottom - top} : Box{};
@@ -166,21 +85,11 @@ bool Composite(Canvas* target, int dx, int dy, const Cell& source, int sx, int s
 }
 
 void Overlay(Canvas* target, int dx, int dy, const Cell& source, int sx, int sy, int width, int height, int variant) {
-  Block b{dx, dy, sx, sy, width, height};
-  if (!Clip(&b, *target, source)) return;
-  int base = variant == 0 ? 19 : 22;
-  for (int i = 0; i < b.width; i++) {
-    for (int j = 0; j < b.height; j++) {
-      int s = source.Get(b.sx + i, b.sy + j);
-      int ghost = -1;
-      if (s == 1 || s == 8) {
-        ghost = base;
-      } else if (s == 2 || s == 9) {
-        ghost = base + 1;
-      } else if (s == 3 || s == 10) {
-        ghost = base + 2;
-      }
-      if (ghost >= 0) target->Set(b.dx + i, b.dy + j, static_cast<std::uint8_t>(ghost));
+  if (!Clip(&dx, &dy, &sx, &sy, &width, &height, *target, source)) return;
+  for (int i = 0; i < width; i++) {
+    for (int j = 0; j < height; j++) {
+      int ghost = inkrules::GhostValue(source.Get(sx + i, sy + j), variant);
+      if (ghost >= 0) target->Set(dx + i, dy + j, static_cast<std::uint8_t>(ghost));
     }
   }
 }

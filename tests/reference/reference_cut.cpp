@@ -69,8 +69,7 @@ bool ReadCut(const Bytes& file, CutData* cut) {
   int frameCount = in.U16();
   for (int i = 0; i < layerCount; i++) {
     LayerData layer;
-    // A damaged layer stays as far as it got; the file is read on from
-    // wherever its reader stopped.
+    // A damaged layer stays as far as it got; the file is read on from wherever its reader stopped.
     ReadLayerBlock(&in, &layer);
     cut->layers.push_back(layer);
   }
@@ -91,8 +90,8 @@ bool ReadCut(const Bytes& file, CutData* cut) {
       record.cell = in.I16();
       frame.records.push_back(record);
     }
-    // Each record becomes the current one as it is added, and each frame
-    // likewise, so a loaded cut stands on the last of both.
+    // Each record becomes the current one as it is added, and each frame likewise, so a loaded cut stands on the last
+    // of both.
     frame.currentRecord = recordCount - 1;
     cut->frames.push_back(frame);
   }
@@ -112,8 +111,8 @@ int DecodedBrightness(const FrameData& frame) {
   return frame.brightness < 0 ? -1 - frame.brightness : frame.brightness;
 }
 
-// A key frame's time is the length of the span up to the next key frame; the
-// frames between take theirs out of it, and at least 1 is left.
+// A key frame's time is the length of the span up to the next key frame; the frames between take theirs out of it, and
+// at least 1 is left.
 int EffectiveTime(const CutData& cut, int frameIndex) {
   int count = static_cast<int>(cut.frames.size());
   if (frameIndex < 0 || frameIndex >= count) return 0;

@@ -31,8 +31,8 @@ struct Reader {
   int U16();
   int I16();
   std::uint32_t U32();
-  // Up to a zero byte; at most 256 bytes are taken, and of 256 bytes without
-  // a zero the last is lost and the rest is left unread.
+  // Up to a zero byte; at most 256 bytes are taken, and of 256 bytes without a zero the last is lost and the rest is
+  // left unread.
   std::string Text();
 };
 
@@ -43,8 +43,8 @@ struct Offset {
   int dy;
 };
 
-// Index is the code. Code 0 is a literal. Code 15 is for cells only: in the
-// compiled stream it means the same place in the frame before.
+// Index is the code. Code 0 is a literal. Code 15 is for cells only: in the compiled stream it means the same place in
+// the frame before.
 extern const Offset kOffsets[16];
 
 // ---- the document --------------------------------------------------------
@@ -55,8 +55,8 @@ int EffectiveTime(const CutData& cut, int frameIndex);
 bool SameAs(const FrameData& one, const FrameData& other);
 void SelectRecord(FrameData* frame, int record);
 void RecordPosition(const CutData& cut, const FrameData& frame, int record, int* x, int* y);
-// Null for a bad index, a blank record and a cell number behind the layer's
-// cells; x and y are written only with an image.
+// Null for a bad index, a blank record and a cell number behind the layer's cells; x and y are written only with an
+// image.
 const Cell* VisibleCell(const CutData& cut, const FrameData& frame, int record, int* x, int* y);
 
 bool ReadLayerBlock(Reader* in, LayerData* layer);
@@ -92,9 +92,8 @@ constexpr std::uint32_t kOnionNext = 2;
 constexpr std::uint32_t kCurrentCellOnly = 4;
 constexpr std::uint32_t kDimOthers = 8;
 
-int AdjustTone(int value, int delta);
-// Keyed copy. outBox, when not null, gets the box of the ink in source
-// coordinates; a block that clips to nothing leaves it alone.
+// Keyed copy. outBox, when not null, gets the box of the ink in source coordinates; a block that clips to nothing
+// leaves it alone.
 bool Composite(Canvas* target, int dx, int dy, const Cell& source, int sx, int sy, int width, int height, bool pale,
                Box* outBox);
 void Overlay(Canvas* target, int dx, int dy, const Cell& source, int sx, int sy, int width, int height, int variant);
@@ -115,8 +114,7 @@ struct Planes {
   int width = 0;
   int height = 0;
   int pitch = 0;
-  // pitch * height bytes and 16 spare ones: blocks of four pixels reach over
-  // the end of the last row.
+  // pitch * height bytes and 16 spare ones: blocks of four pixels reach over the end of the last row.
   Bytes memory;
   Bytes saved;
   std::array<Color, 16> baseColors{};
@@ -149,8 +147,7 @@ struct Planes {
 
 // ---- compiled streams ----------------------------------------------------
 
-// EncodeCut; frontPictures, when not null, gets the encoder's front plane as
-// it stood after each frame.
+// EncodeCut; frontPictures, when not null, gets the encoder's front plane as it stood after each frame.
 Bytes EncodeFrames(const CutData& cut, int first, int last, bool* refused, std::uint32_t viewFlags,
                    std::vector<Bytes>* frontPictures);
 

@@ -7,9 +7,8 @@ namespace reference {
 
 namespace {
 
-// Where the pixel lies in memory: rows lie directly behind each other, so an
-// x outside the row names a pixel of a neighbouring one. -1 when it is outside
-// the memory altogether.
+// Where the pixel lies in memory: rows lie directly behind each other, so an x outside the row names a pixel of a
+// neighbouring one. -1 when it is outside the memory altogether.
 long AddressOf(const Planes& planes, int x, int y) {
   long at = static_cast<long>(y) * planes.pitch + x;
   if (at < 0 || at >= static_cast<long>(planes.memory.size())) return -1;
@@ -83,8 +82,7 @@ void Planes::RestoreBits() {
   for (std::size_t i = 0; i < saved.size(); i++) memory[i] = saved[i];
 }
 
-// Colours go with the nibble and not with front or back: a flip leaves every
-// picture its own.
+// Colours go with the nibble and not with front or back: a flip leaves every picture its own.
 Color Planes::FrontColor(int index) const {
   return planeColors[frontIsHigh != 0 ? 1 : 0][static_cast<std::size_t>(index)];
 }
@@ -232,8 +230,8 @@ void Planes::ReduceFrom(const Canvas& composition, Box* outBox, int scale, const
     }
   }
   if (outBox == nullptr) return;
-  // Changes in column 0 alone, or in row 0 alone, look like no change here,
-  // since the maximum starts at 0. Streams depend on it.
+  // Changes in column 0 alone, or in row 0 alone, look like no change here, since the maximum starts at 0. Streams
+  // depend on it.
   if (maxX == 0 || maxY == 0) {
     *outBox = Box{};
     return;

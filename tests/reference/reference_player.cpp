@@ -38,8 +38,7 @@ bool Decoder::OpenStream(const Bytes& stream) {
   } else {
     return false;
   }
-  // Standing at the end makes the first decoding start over at the first
-  // cut.
+  // Standing at the end makes the first decoding start over at the first cut.
   streamEnd = stream.size();
   in.position = streamEnd;
   loopCount = 1;
@@ -91,8 +90,7 @@ int Decoder::DecodeNextFrame() {
     int newFrameHeight = in.I16();
     int newFps = in.I8();
     int newLevels = in.U8() + 1;
-    // A record met inside a running loop is only read over: the frame
-    // behind it is going to jump back.
+    // A record met inside a running loop is only read over: the frame behind it is going to jump back.
     if (loopCount < 2) {
       cutName = name;
       frameCounter = 0;
@@ -292,8 +290,7 @@ struct Player {
     } else {
       ticks = ticks + 1;
     }
-    // A new rate counts from the tick on which the first frame with it
-    // comes on the screen, not from its decoding.
+    // A new rate counts from the tick on which the first frame with it comes on the screen, not from its decoding.
     if (timerFps == 0 || (ticks == 0 && decoder.fps != timerFps)) SetTimer();
     if (ticks != 0) {
       if (ticks < 0) {

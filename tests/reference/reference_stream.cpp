@@ -176,8 +176,7 @@ Bytes EncodeFrames(const CutData& given, int first, int last, bool* refused, std
   Planes planes;
   planes.Create(cut.width / scale, cut.height / scale);
 
-  // One record is shown in all frames under currentCellOnly: that of the
-  // cut's current frame.
+  // One record is shown in all frames under currentCellOnly: that of the cut's current frame.
   int record = -1;
   if (cut.currentFrame >= 0 && cut.currentFrame < static_cast<int>(cut.frames.size())) {
     record = cut.frames[static_cast<std::size_t>(cut.currentFrame)].currentRecord;
@@ -242,8 +241,7 @@ Bytes EncodeFrames(const CutData& given, int first, int last, bool* refused, std
       }
     }
 
-    // The first frame is a clean start: no dissolve into it, and it ends
-    // any loop before it.
+    // The first frame is a clean start: no dissolve into it, and it ends any loop before it.
     int time = EffectiveTime(cut, first + i);
     int loop = frame.loop & 0xFFFF;
     if (i == 0 && time < 0) {

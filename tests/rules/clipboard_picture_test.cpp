@@ -106,21 +106,6 @@ const Rules<PastedPicture, "PastedPicture"> kPastedPictureRules = {
      PastePicture(Do(), PlainPicture(8, 6, 0xFFFFFF)), Has("pixels/4", 48)},
 };
 
-using TransparentColour = SessionTest;
-
-const Rules<SessionTest, "TransparentColour"> kTransparentColourRules = {
-    {"IsWrittenWithItsSwitch", Do().Line("color C81E5A").Command(kCommandTransparentColor),
-     Has("settings/OnClipTrans/RGB", "#C81E5A", "settings/OnClipTrans/Flag", "1")},
-    {"IsKeptWhenTheSwitchGoesOff",
-     Do().SetSettings("[OnClipTrans]\r\nFlag=1\r\nRGB=#C81E5A\r\n").Command(kCommandTransparentColor),
-     Has("settings/OnClipTrans/RGB", "#C81E5A", "settings/OnClipTrans/Flag", "0")},
-};
-
-TEST_F(TransparentColour, ACancelChangesNothing) {
-  session.Line("color cancel").Command(kCommandTransparentColor).Run();
-  EXPECT_NE(session.Setting("OnClipTrans", "Flag"), "1");
-}
-
 // The cell as it goes out: 13 by 5 pixels, so that a row is seven bytes and its pitch eight.
 struct CopiedPicture : DrawingTest {
   CopiedPicture() : DrawingTest({.width = 13, .height = 5}) { session.FillArea(2, 1, 3, 2, 3); }

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
 #include "resources/ids.h"
 #include "rules/rule_table.h"
@@ -123,10 +122,6 @@ TEST_P(RangeDialog, OnACutOfOneFrameOffersOnlyOne) {
   EXPECT_EQ(session.Cut()["modified"], false);
 }
 
-TEST_P(RangeDialog, OfAnotherTemplateEndsTheScript) {
-  session.OpenCut("a.cut", CutFile::Showing({1}, {0})).Dialog(kGridDialog, {}).Command(GetParam().first).Run(3);
-}
-
 INSTANTIATE_TEST_SUITE_P(Dialogs, RangeDialog,
                          testing::Values(std::pair{kCommandBrightnessRamp, kBrightnessRampDialog},
                                          std::pair{kCommandFrameRamp, kFrameRampDialog},
@@ -143,29 +138,34 @@ TEST(RangeDialogOfManyFrames, WrapsSoThatItsStartIsNoFrame) {
 
 using FontDialog = SessionTest;
 
-TEST_F(FontDialog, NumbersGoIntoTheFont) {
-  session.Dialog(kFontDialog, {{kFontSizeEdit, "30"}, {kFontSpacingEdit, "5"}, {kFontWeightEdit, "700"}});
-  session.Command(kCommandFont).Exit().Run();
+struct FontNumbers {
+  const char* name;
+  const char* settings;
+  DialogValues typed;
+  std::string font;
+};
+
+class FontDialogNumbers : public SessionTest, public testing::WithParamInterface<FontNumbers> {};
+
+TEST_P(FontDialogNumbers, GoIntoTheFont) {
+  session.SetSettings(GetParam().settings).Dialog(kFontDialog, GetParam().typed).Command(kCommandFont).Exit().Run();
   const std::string font = session.Setting("setup", "font");
-  ASSERT_GE(font.size(), 12U);
-  EXPECT_EQ(font.substr(font.size() - 12), ", 30, 5, 700");
+  EXPECT_TRUE(font.ends_with(GetParam().font)) << font;
 }
 
-TEST_F(FontDialog, LowestValuesAreTaken) {
-  session.Dialog(kFontDialog, {{kFontSizeEdit, "1"}, {kFontSpacingEdit, "0"}, {kFontWeightEdit, "0"}});
-  session.Command(kCommandFont).Exit().Run();
-  const std::string font = session.Setting("setup", "font");
-  ASSERT_GE(font.size(), 9U);
-  EXPECT_EQ(font.substr(font.size() - 9), ", 1, 0, 0");
-}
-
-TEST_F(FontDialog, StartsWithTheFontsNumbers) {
-  session.SetSettings("[setup]\r\nfont=Some Face, 31, 7, 650\r\n").Dialog(kFontDialog, {}).Command(kCommandFont).Exit();
-  session.Run();
-  const std::string font = session.Setting("setup", "font");
-  ASSERT_GE(font.size(), 12U);
-  EXPECT_EQ(font.substr(font.size() - 12), ", 31, 7, 650");
-}
+INSTANTIATE_TEST_SUITE_P(
+    Dialogs, FontDialogNumbers,
+    testing::Values(FontNumbers{"NumbersGoIntoTheFont",
+                                "",
+                                {{kFontSizeEdit, "30"}, {kFontSpacingEdit, "5"}, {kFontWeightEdit, "700"}},
+                                ", 30, 5, 700"},
+                    FontNumbers{"LowestValuesAreTaken",
+                                "",
+                                {{kFontSizeEdit, "1"}, {kFontSpacingEdit, "0"}, {kFontWeightEdit, "0"}},
+                                ", 1, 0, 0"},
+                    FontNumbers{
+                        "StartsWithTheFontsNumbers", "[setup]\r\nfont=Some Face, 31, 7, 650\r\n", {}, ", 31, 7, 650"}),
+    [](const testing::TestParamInfo<FontNumbers>& test) { return std::string(test.param.name); });
 
 TEST_F(FontDialog, FontThatIsNotThereFallsToTheFirstLine) {
   session.SetSettings("[setup]\r\nfont=No Such Face, 31, 7, 650\r\n").Dialog(kFontDialog, {}).Command(kCommandFont);
@@ -185,23 +185,12 @@ const Rules<SessionTest, "RandomDotsDialog"> kRandomDotsDialogRules = {
      Do().Command(kCommandRandomDots), Has("cells", json::array({PlainCell(1)}))},
 };
 
-using Answers = SessionTest;
-
 const Rules<SessionTest, "Answers"> kAnswersRules = {
     {"AreTakenInTheirOrder",
      Do().OpenCut("a.cut", CutFile::WithoutLayers(1)).Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "5"}}),
      Do().Dialog(kFrameSizeDialog, {{kFrameWidthEdit, "6"}}).Command(kCommandFrameSize), Has("cut/frameWidth", 5),
      Do().Command(kCommandFrameSize), Has("cut/frameWidth", 6)},
 };
-
-TEST_F(Answers, DialogWithoutOneEndsTheScript) {
-  session.Command(kCommandMask).Run(3);
-  EXPECT_NE(session.Errors().find("script.txt:1:"), std::string::npos) << session.Errors();
-}
-
-TEST_F(Answers, ControlThatDoesNotExistEndsTheScript) {
-  session.Dialog(kMaskDialog, {{1234, "on"}}).Command(kCommandMask).Run(3);
-}
 
 }  // namespace
 }  // namespace rules

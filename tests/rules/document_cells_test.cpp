@@ -357,25 +357,6 @@ const Rules<SessionTest, "ViewSwitch"> kViewSwitchRules = {
      Has("pixels/0", 24)},
 };
 
-using LineEmphasis = SessionTest;
-
-TEST_F(LineEmphasis, LeavesThePixelsOfTheView) {
-  session.OpenCut("a.cut", CutFile::Showing({8}, {0}));
-  const int before = session.State();
-  session.Command(kCommandLineEmphasis);
-  const int on = session.State();
-  EXPECT_EQ(session.Cut(on)["lineEmphasis"], true);
-  EXPECT_EQ(session.Cut(on)["view"], session.Cut(before)["view"]);
-}
-
-const Rules<SessionTest, "LineEmphasis"> kLineEmphasisRules = {
-    {"ShowsTheLineColoursPure",
-     Do().OpenCut("a.cut", CutFile::Showing({8, 9, 10}, {2, 1, 0})).Command(kCommandLineEmphasis),
-     Has("screen/320/239", 0x0000FF), Do().Command(kCommandPreviousFrame), Has("screen/320/239", 0xFF0000),
-     Do().Command(kCommandPreviousFrame), Has("screen/320/239", 0x00FF00), Do().Command(kCommandLineEmphasis),
-     Has("screen/320/239", 0xAAAAAA)},
-};
-
 const Rules<SessionTest, "SnapGrid"> kSnapGridRules = {
     {"IsTakenFromItsDialogWithoutACut",
      Do().Dialog(kGridDialog, {{kGridWidthEdit, "8"}, {kGridHeightEdit, "6"}}).Command(kCommandSnapGrid),

@@ -19,45 +19,14 @@ CutFile Frames(const std::vector<FileFrame>& frames) {
   return file;
 }
 
-// This field of every frame.
-std::vector<int> Each(ScriptSession& session, const std::string& field, int state = kNow) {
-  return OfEachFrame(session, "/" + field, state);
-}
-
 std::string Panel(ScriptSession& session, const std::string& id, int state = kNow) {
   return TextOf(PanelOf(session, id, state));
-}
-
-using AddFrame = SessionTest;
-
-TEST_F(AddFrame, CopiesRecordsPositionAndTimeOfTheFrameBefore) {
-  CutFile file = CutFile::Showing({1, 2}, {1});
-  file.frames[0].x = 5;
-  file.frames[0].y = -6;
-  file.frames[0].time = 4;
-  file.frames[0].records[0].x = 3;
-  session.OpenCut("a.cut", file).Command(kCommandAddFrame);
-  json frame = session.FrameAt(1);
-  EXPECT_EQ(frame["records"], session.FrameAt(0)["records"]);
-  EXPECT_TRUE(Holds(session, "cut/frames/1/records/#", 1, "cut/frames/1/currentRecord", 0, "cut/frames/1/x", 5,
-                    "cut/frames/1/y", -6, "cut/frames/1/time", 4));
-}
-
-TEST_F(AddFrame, LoopOfOneIsCopiedAndAnyOtherBecomesZero) {
-  session.OpenCut("a.cut", Frames({{.loop = 3}})).Command(kCommandAddFrame).OpenCut("b.cut", Frames({{.loop = 1}}));
-  session.Command(kCommandAddFrame).OpenCut("c.cut", Frames({{.loop = 0}})).Command(kCommandAddFrame);
-  json cuts = session.NowState()["cuts"];
-  ASSERT_EQ(cuts.size(), 3U);
-  EXPECT_TRUE(Holds(session, "cuts/0/frames/1/loop", 0, "cuts/1/frames/1/loop", 1, "cuts/2/frames/1/loop", 0));
 }
 
 const Rules<SessionTest, "AddFrame"> kAddFrameRules = {
     {"StandsBehindTheCurrentFrameAndBecomesCurrent",
      Do().OpenCut("a.cut", Frames({{.time = 1}, {.time = 2}, {.time = 3}})),
      Do().Commands({kCommandPreviousFrame, kCommandAddFrame}), Has("times", "1 2 2 3", "cut/currentFrame", 2)},
-    {"DoesNotCopyBrightnessKeyOrComment",
-     Do().OpenCut("a.cut", Frames({{.brightness = -21, .comment = "c"}})).Command(kCommandAddFrame),
-     Has("cut/frames/1/brightness", 50, "cut/frames/1/comment", "")},
     {"BehindAKeyFrameTakesHalfItsTimeAndTheKeyFrameKeepsIt",
      Do().OpenCut("a.cut", Frames({{.time = 5, .brightness = -51}})).Command(kCommandAddFrame), Has("times", "5 2")},
     {"BehindAKeyFrameOfTimeOneOrLessIsNotHalved",
@@ -118,13 +87,6 @@ TEST_P(StepPastTheEnd, StillCommitsAndRefreshes) {
 INSTANTIATE_TEST_SUITE_P(Document, StepPastTheEnd, testing::Values(kCommandPreviousFrame, kCommandNextFrame));
 
 const Rules<SessionTest, "StepFrame"> kStepFrameRules = {
-    {"KeepsTheLayerUnderEditWhereTheFrameHasIt",
-     Do().OpenCut("a.cut", CutFile{.layers = {{.name = "A"}, {.name = "B"}},
-                                   .frames = {{.records = {{.layer = 0}}},
-                                              {.records = {{.layer = 0}, {.layer = 1}}},
-                                              {.records = {{.layer = 1}, {.layer = 0}}}}}),
-     Do().Command(kCommandPreviousFrame), Has("cut/frame/currentRecord", 1), Do().Command(kCommandPreviousFrame),
-     Has("cut/frame/currentRecord", 0), Do().Command(kCommandNextFrame), Has("cut/frame/currentRecord", 0)},
     {"RepaintsTheView", Do().OpenCut("a.cut", CutFile::Showing({1, 3}, {0, 1})).Command(kCommandPreviousFrame),
      Has("pixels/1", 24)},
     {"MarksNothing",
@@ -200,32 +162,6 @@ CutFile BrightnessFrames(int first, int last) {
   return Frames({{.brightness = first}, {}, {}, {}, {.brightness = last}});
 }
 
-// Five frames, of which the first and the last have these values of brightness; the first one is current.
-struct BrightnessCase {
-  const char* name;
-  int first;
-  int last;
-  DialogValues dialog;
-  std::vector<int> ramp;
-};
-
-class BrightnessRampFromTheFirstFrame : public SessionTest, public testing::WithParamInterface<BrightnessCase> {};
-
-TEST_P(BrightnessRampFromTheFirstFrame, IsSetInEveryFrame) {
-  const BrightnessCase& test = GetParam();
-  session.OpenCut("a.cut", BrightnessFrames(test.first, test.last)).Command(kCommandFirstFrame);
-  session.Dialog(kBrightnessRampDialog, test.dialog).Command(kCommandBrightnessRamp);
-  EXPECT_EQ(Each(session, "brightness"), test.ramp);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Document, BrightnessRampFromTheFirstFrame,
-    testing::Values(BrightnessCase{"SpreadsEvenly", 0, 100, {{kRampEndEdit, "5"}}, {0, 25, 50, 75, 100}},
-                    BrightnessCase{"FallsEvenly", 100, 0, {{kRampEndEdit, "5"}}, {100, 75, 50, 25, 0}},
-                    BrightnessCase{"SmallFallRisesInstead", 50, 48, {{kRampEndEdit, "5"}}, {50, 51, 52, 52, 52}},
-                    BrightnessCase{"DialogStartsWithTheLastFrame", 0, 100, {}, {0, 25, 50, 75, 100}}),
-    [](const testing::TestParamInfo<BrightnessCase>& test) { return std::string(test.param.name); });
-
 const Rules<SessionTest, "BrightnessRamp"> kBrightnessRampRules = {
     {"FromALaterFrameRunsFromTheEndFrame",
      Do().OpenCut("a.cut", BrightnessFrames(0, 100)).Dialog(kBrightnessRampDialog, {{kRampEndEdit, "1"}}),
@@ -237,10 +173,6 @@ const Rules<SessionTest, "BrightnessRamp"> kBrightnessRampRules = {
     {"DoesNotRefresh",
      Do().OpenCut("a.cut", BrightnessFrames(50, 48)).Dialog(kBrightnessRampDialog, {{kRampEndEdit, "1"}}),
      Do().Command(kCommandBrightnessRamp), Has("cut/frame/brightness", 52, "panels/brightness", "48")},
-    {"KeepsKeyMarks",
-     Do().OpenCut("a.cut", Frames({{.brightness = -1}, {}, {.brightness = -51}, {}, {.brightness = -101}})),
-     Do().Command(kCommandFirstFrame).Dialog(kBrightnessRampDialog, {}).Command(kCommandBrightnessRamp),
-     Has("cut/frames/*/brightness", "-1 25 -51 75 -101")},
     {"MarksTiming", Do().OpenCut("a.cut", BrightnessFrames(0, 100)).Commands({kCommandPlay, kCommandFirstFrame}),
      Do().Dialog(kBrightnessRampDialog, {}).Command(kCommandBrightnessRamp), Has("cut/marks", "modified timingStale")},
     {"OntoItselfChangesNothing",
@@ -277,36 +209,6 @@ CutFile MovingRecord(const std::vector<int>& places) {
   for (size_t i = 0; i < places.size(); ++i) file.frames[i].records[0].x = places[i];
   return file;
 }
-
-// Where the first record of every frame lies.
-std::vector<int> RecordPlaces(ScriptSession& session, int state = kNow) {
-  return OfEachFrame(session, "/records/0/x", state);
-}
-
-// Where the record lies in five frames, the first of which is current.
-struct PositionCase {
-  const char* name;
-  std::vector<int> places;
-  DialogValues dialog;
-  std::vector<int> ramp;
-};
-
-class LayerPositionRampOfFive : public SessionTest, public testing::WithParamInterface<PositionCase> {};
-
-TEST_P(LayerPositionRampOfFive, IsSetInEveryFrame) {
-  const PositionCase& test = GetParam();
-  session.OpenCut("a.cut", MovingRecord(test.places)).Command(kCommandFirstFrame).Dialog(kLayerRampDialog, test.dialog);
-  session.Command(kCommandLayerRamp);
-  EXPECT_EQ(RecordPlaces(session), test.ramp);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Document, LayerPositionRampOfFive,
-    testing::Values(
-        PositionCase{"SpreadsTheRemainderOverTheFirstUnits", {0, 0, 0, 0, 10}, {{kRampEndEdit, "5"}}, {0, 3, 6, 8, 10}},
-        PositionCase{"SmallStepBackMovesForward", {0, 0, 0, 0, -2}, {}, {0, 1, 2, 2, 2}},
-        PositionCase{"LargerStepBackSpreadsItsRemainderBackward", {0, 0, 0, 0, -10}, {}, {0, -3, -6, -8, -10}}),
-    [](const testing::TestParamInfo<PositionCase>& test) { return std::string(test.param.name); });
 
 const Rules<SessionTest, "LayerPositionRamp"> kLayerPositionRampRules = {
     {"DoesNotCommit",

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
 #include "resources/ids.h"
 #include "rules/rule_table.h"

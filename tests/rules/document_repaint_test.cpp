@@ -1,8 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
-
 #include "resources/ids.h"
 #include "rules/script_session.h"
 

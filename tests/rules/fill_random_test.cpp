@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <random>
-#include <string>
 #include <vector>
 
 #include "resources/ids.h"

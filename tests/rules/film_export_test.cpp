@@ -217,10 +217,6 @@ CutFile FourFrames(const std::vector<int>& times, const std::vector<int>& stored
 
 // ---- What a player should show ----
 
-int ScaleOf(const CutFile& file) {
-  return file.antialias == 0 ? 1 : file.antialias == 1 ? 2 : 4;
-}
-
 using Ticks = std::vector<reference::Tick>;
 
 // The ticks of a film of these cuts.
@@ -309,43 +305,6 @@ Rule::After Shows(const std::vector<CutFile>& cuts, int count, const Film& film 
       EXPECT_TRUE(IsPicture(session.PlayerAt(pictures[i]), film, last)) << "tick " << i;
     }
   };
-}
-
-// ---- The fields of the container ----
-
-// A record up to the head of its first frame, which has the whole picture.
-std::string RecordHead(const CutFile& cut) {
-  const int scale = ScaleOf(cut);
-  const FileFrame& frame = cut.frames[0];
-  std::string head = cut.credit + '\0';
-  for (const int size : {cut.width, cut.height, cut.frameWidth, cut.frameHeight}) PutLittle(head, size / scale, 2);
-  PutLittle(head, cut.fps, 1);
-  PutLittle(head, cut.antialias == 0 ? 3 : 12, 1);
-  for (const int value : {frame.time, frame.loop}) PutLittle(head, value, 2);
-  PutLittle(head, frame.brightness, 1);
-  for (const int value : {frame.x / scale, frame.y / scale, 0, 0, cut.width / scale, cut.height / scale}) {
-    PutLittle(head, value, 2);
-  }
-  return head;
-}
-
-using FilmContainer = SessionTest;
-
-TEST_F(FilmContainer, HasTheFieldsOfTheFilmAndOfEachCut) {
-  session.Then(FilmOf(ThreeCuts(), {.title = "My film", .author = "Me", .width = 24, .height = 18}));
-  ConsoleExports()(session);
-  const std::string bytes = session.Bytes("out.sv");
-  std::string head = "SV" + LittleBytes(static_cast<int64_t>(bytes.size()), 4) + std::string("My film\0Me\0", 11);
-  for (const int value : {24, 18, 20, 13, 3}) PutLittle(head, value, 2);
-  EXPECT_EQ(bytes.substr(0, head.size()), head);
-  size_t start = head.size() + 4 * 3;
-  for (size_t i = 0; i < 3; ++i) {
-    EXPECT_EQ(LittleAt(bytes, head.size() + 4 * i, 4), start) << i;
-    const CutFile& cut = *ThreeCuts()[i].cut;
-    EXPECT_EQ(bytes.substr(start, RecordHead(cut).size()), RecordHead(cut)) << i;
-    start += Stream(cut).size() - 6;
-  }
-  EXPECT_EQ(start, bytes.size());
 }
 
 const Film kEmptyTexts = {.title = "", .author = ""};
@@ -665,68 +624,6 @@ const Rules<SessionTest, "PlayedContainer"> kPlayedContainerRules = {
 };
 
 using PlayedContainer = SessionTest;
-
-TEST_F(PlayedContainer, ShowsThePicturesOfEachCutsOwnStream) {
-  session.Then(FilmOf(ThreeCuts()));
-  ConsoleExports()(session);
-  const Played whole(session, "out.sv", 16);
-  ASSERT_EQ(whole.lines.size(), 16U);
-  struct Part {
-    std::string name;
-    size_t start;
-    size_t count;
-  };
-  // A stream of one frame is a still, of which there is one tick alone.
-  for (const Part& part : {Part{"wide.ca", 0, 6}, Part{"tall.ca", 6, 6}, Part{"small.ca", 12, 1}}) {
-    const Played alone(session, part.name, static_cast<int>(part.count));
-    ASSERT_EQ(alone.lines.size(), part.count) << part.name;
-    for (size_t i = 0; i < part.count; ++i) {
-      const json& ours = whole.lines[part.start + i];
-      const json& theirs = alone.lines[i];
-      EXPECT_EQ(ours["viewport"], theirs["viewport"]) << part.name << " " << i;
-      EXPECT_EQ(ours["painted"], theirs["painted"]) << part.name << " " << i;
-      ASSERT_EQ(whole.HasPicture(part.start + i), alone.HasPicture(i)) << part.name << " " << i;
-      if (!alone.HasPicture(i)) continue;
-      const PixelMatrix left = whole.Picture(part.start + i);
-      const PixelMatrix right = alone.Picture(i);
-      for (int y = 0; y < theirs["viewport"][3].get<int>(); ++y) {
-        for (int x = 0; x < theirs["viewport"][2].get<int>(); ++x) {
-          ASSERT_EQ(left.At(ours["viewLeft"].get<int>() + x, ours["viewTop"].get<int>() + y),
-                    right.At(theirs["viewLeft"].get<int>() + x, theirs["viewTop"].get<int>() + y))
-              << part.name << " " << i << ": " << x << ", " << y;
-        }
-      }
-    }
-  }
-}
-
-TEST_F(PlayedContainer, StopsAtAFrameOfTimeZero) {
-  session.Then(FilmOf({{"a.cut", WideCut()}, {"b.cut", Timed(2, 24, 0)}}));
-  ConsoleExports()(session);
-  const Played played(session, "out.sv", 20);
-  ASSERT_EQ(played.lines.size(), 7U);
-  EXPECT_EQ(played.lines[6]["painted"], true);
-  EXPECT_EQ(played.lines[6]["delay"], 0);
-  EXPECT_EQ(played.Picture(6).Count(85), 24);
-}
-
-// A loop whose body runs up to the end of its cut jumps back from the first frame of the next one.
-TEST_F(PlayedContainer, ALoopAtTheEndOfACutRunsBeforeTheNextCut) {
-  CutFile looped = CutFile::Showing({1, 2, 3}, {0, 1, 2});
-  looped.frames[1].loop = 3;
-  looped.frames[2].loop = 0;
-  session.Then(FilmOf({{"a.cut", looped}, {"b.cut", Still(4)}}));
-  ConsoleExports()(session);
-  const Played played(session, "out.sv", 10);
-  ASSERT_EQ(played.lines.size(), 10U);
-  const int greys[] = {0, 85, 170, 85, 170, 85, 170, 255, 0, 85};
-  for (size_t i = 0; i < 10; ++i) {
-    ASSERT_TRUE(played.HasPicture(i)) << i;
-    const PixelMatrix picture = played.Picture(i);
-    // 8 by 3 in the middle of 24 by 18.
-    EXPECT_EQ(picture.Count(static_cast<uint32_t>(greys[i]), 8, 7, 8, 3), 24) << i;
-  }
-}
 
 // ---- Playing the selection ----
 

@@ -61,17 +61,6 @@ TEST_F(CutNumbers, ThirtyCutsOneBehindTheOther) {
   EXPECT_EQ(List(session, state)["caret"], 30);
 }
 
-// Each one stands ahead of the caret's line, which is the one inserted before.
-TEST_F(CutNumbers, InsertedCutsStandInFallingOrder) {
-  OpenFilm(session, {"first.cut", "c007.cut"}).Select(kCutList, {1});
-  for (int i = 0; i < 3; ++i) Numbered(session, kCommandInsertNumberedCut);
-  const int state = session.State();
-  EXPECT_EQ(Entries(session, state), (Names{"first.cut", "c010.cut", "c009.cut", "c008.cut", "c007.cut"}));
-  EXPECT_EQ(Lines(session, state), (Names{"first", "c010", "c009", "c008", "c007"}));
-  EXPECT_EQ(OpenFlags(session, state), (std::vector<bool>{false, true, true, true, false}));
-  EXPECT_EQ(List(session, state)["caret"], 1);
-}
-
 TEST_F(CutNumbers, HolesAreFilledInTheirOrder) {
   for (const char* name : {"c002.cut", "c004.cut", "c007.cut"}) session.Write(name, "taken");
   // None of these is the name of a numbered cut.
@@ -87,6 +76,12 @@ TEST_F(CutNumbers, HolesAreFilledInTheirOrder) {
 }
 
 const Rules<SessionTest, "CutNumbers"> kCutNumbersRules = {
+    // Each one stands ahead of the caret's line, which is the one inserted before.
+    {"InsertedCutsStandInFallingOrder", OpenFilm(Do(), {"first.cut", "c007.cut"}).Select(kCutList, {1}),
+     Numbered(Do(), kCommandInsertNumberedCut), Numbered(Do(), kCommandInsertNumberedCut),
+     Numbered(Do(), kCommandInsertNumberedCut),
+     Has("entries", "first.cut c010.cut c009.cut c008.cut c007.cut", "lines", "first c010 c009 c008 c007",
+         "entries/open", "false true true true false", "lines/caret", 1)},
     {"NumberFreedByADeletionIsGivenAgain", OpenFilm(Do(), {"c001.cut"}), Numbered(Do()),
      Numbered(Do()).Select(kCutList, {1}).Answer("yes").Command(kCommandDeleteCuts).Select(kCutList, {0}),
      Numbered(Do()), Has("entries", "c001.cut c002.cut c003.cut", "files", "c002.cut c003.cut film.flm")},
@@ -150,20 +145,13 @@ INSTANTIATE_TEST_SUITE_P(ShiftJis, NextNumber,
                                               "表013.cut"},
                                          Step{"7\x94\x5C.cut", "7能001.cut"}, Step{"\x82\x50.cut", "１001.cut"}));
 
-using NextNumberOfDigits = SessionTest;
-
 const Rules<SessionTest, "NextNumberOfDigits"> kNextNumberOfDigitsRules = {
     {"PassesOverTheShortNamesThatExist", Do().Write("00.cut", "taken"), Numbered(OpenFilm(Do(), {"99.cut"})),
      // 101 without its first character.
      Has("entries", "99.cut 01.cut", "bytes/00.cut", "taken")},
+    {"StartsAgainBehindNinetyNine", OpenFilm(Do(), {"97.cut"}), Numbered(Do()), Numbered(Do()), Numbered(Do()),
+     Numbered(Do()), Has("entries", "97.cut 98.cut 99.cut 00.cut 01.cut")},
 };
-
-TEST_F(NextNumberOfDigits, StartsAgainBehindNinetyNine) {
-  OpenFilm(session, {"97.cut"});
-  for (int i = 0; i < 4; ++i) Numbered(session);
-  const int state = session.State();
-  EXPECT_EQ(Entries(session, state), (Names{"97.cut", "98.cut", "99.cut", "00.cut", "01.cut"}));
-}
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Folders.

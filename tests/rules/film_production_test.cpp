@@ -686,28 +686,14 @@ const Rules<SessionTest, "FilmEntries"> kFilmEntriesRules = {
 // ---------------------------------------------------------------------------------------------------------------------
 // The link between an entry and an open cut.
 
-using FilmLink = SessionTest;
-
-TEST_F(FilmLink, CutSavedUnderAnotherNameStaysBehindItsOldEntry) {
-  OpenFilm(session, {"a.cut", "b.cut"}).Open("a.cut").SaveCutAs("表.cut");
-  const int saved = session.State();
-  session.Open("b.cut").DoubleClick(kCutList, 0);
-  const int clicked = session.State();
-  session.Close();
-  const int closed = session.State();
-  session.DoubleClick(kCutList, 0);
-  const int opened = session.State();
-  EXPECT_EQ(Entries(session, saved), (Names{"a.cut", "b.cut"}));
-  EXPECT_EQ(OpenFlags(session, saved), (std::vector<bool>{true, false}));
-  EXPECT_EQ(Film(session, saved)["modified"], false);
-  EXPECT_EQ(WindowPaths(session, clicked), (Names{"表.cut", "b.cut"}));
-  EXPECT_EQ(session.Cut(clicked)["path"], session.Path("表.cut"));
-  EXPECT_EQ(OpenFlags(session, closed), (std::vector<bool>{false, true}));
-  EXPECT_EQ(WindowPaths(session, opened), (Names{"b.cut", "a.cut"}));
-  EXPECT_EQ(session.Bytes("a.cut"), session.Bytes("表.cut"));
-}
-
 const Rules<SessionTest, "FilmLink"> kFilmLinkRules = {
+    {"CutSavedUnderAnotherNameStaysBehindItsOldEntry",
+     OpenFilm(Do(), {"a.cut", "b.cut"}).Open("a.cut").SaveCutAs("表.cut"),
+     Has("entries", "a.cut b.cut", "entries/open", "true false", "film/modified", false),
+     Do().Open("b.cut").DoubleClick(kCutList, 0), Has("windows", "表.cut b.cut", "cut/path", "表.cut"), Do().Close(),
+     Has("entries/open", "false true"), Do().DoubleClick(kCutList, 0),
+     Has("windows", "b.cut a.cut", "bytes/表.cut", Credited("a.cut").Bytes(), "bytes/a.cut",
+         Credited("a.cut").Bytes())},
     {"FilmOpenedAgainKnowsNoneOfTheOpenCuts", OpenFilm(Do(), {"a.cut", "b.cut"}).Open("a.cut").Open("film.flm"),
      Has("entries/open", "false false"), Do().Command(kCommandRemoveCutFromFilm), Has("entries", "a.cut b.cut"),
      Do().Select(kCutList, {0}).RenameCut("表"),
@@ -748,38 +734,19 @@ const Rules<SessionTest, "FilmLink"> kFilmLinkRules = {
 
 using FilmRename = SessionTest;
 
-TEST_F(FilmRename, ToAnEmptyNameLeavesTheExtension) {
-  OpenFilm(session, {"a.cut"}).Dialog(kRenameDialog, {{kRenameEdit, ""}}).Command(kCommandRenameCut);
-  session.Command(kCommandOverwriteFilm);
-  const int renamed = session.State();
-  session.File("film.flm").Command(kCommandOpenFilm);
-  const int opened = session.State();
-  session.Run();
-  for (const int state : {renamed, opened}) {
-    EXPECT_EQ(Entries(session, state), Names{".cut"});
-    EXPECT_EQ(Lines(session, state), Names{""});
-  }
-  EXPECT_EQ(session.Files(), (Names{".cut", "film.flm"}));
-  EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + ".cut\n");
-}
-
 TEST_F(FilmRename, IntoAFolderMovesTheFile) {
   MakeFolder(session, "表");
-  OpenFilm(session, {"a.cut"}).DoubleClick(kCutList, 0).Dialog(kRenameDialog, {{kRenameEdit, "表/ソ"}});
-  session.Command(kCommandRenameCut).Command(kCommandOverwriteFilm);
-  const int renamed = session.State();
+  OpenFilm(session, {"a.cut"}).DoubleClick(kCutList, 0).RenameCut("表/ソ").Command(kCommandOverwriteFilm);
+  EXPECT_TRUE(Holds(session, "entries", "表/ソ.cut", "lines", "表/ソ", "cut/title", "ソ.cut"));
   session.File("film.flm").Command(kCommandOpenFilm);
-  const int opened = session.State();
-  EXPECT_EQ(Entries(session, renamed), Names{"表/ソ.cut"});
-  EXPECT_EQ(Lines(session, renamed), Names{"表/ソ"});
-  EXPECT_EQ(session.Cut(renamed)["title"], "ソ.cut");
-  EXPECT_EQ(Lines(session, opened), Names{"ソ"});
-  EXPECT_FALSE(session.Exists("a.cut"));
-  EXPECT_EQ(session.Bytes("表/ソ.cut"), Credited("a.cut").Bytes());
-  EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + Stored("表/ソ.cut\n"));
+  EXPECT_TRUE(Holds(session, "lines", "ソ", "exists/a.cut", false, "bytes/表/ソ.cut", Credited("a.cut").Bytes(),
+                    "bytes/film.flm", kFilmHead + Stored("表/ソ.cut\n")));
 }
 
 const Rules<SessionTest, "FilmRename"> kFilmRenameRules = {
+    {"ToAnEmptyNameLeavesTheExtension", OpenFilm(Do(), {"a.cut"}).RenameCut("").Command(kCommandOverwriteFilm),
+     Has("entries", ".cut", "lines", Names{""}), Do().File("film.flm").Command(kCommandOpenFilm),
+     Has("entries", ".cut", "lines", Names{""}, "files", ".cut film.flm", "bytes/film.flm", kFilmHead + ".cut\n")},
     {"ModifiedCutKeepsItsOldBytesUntilItIsSaved", OpenFilm(Do(), {"a.cut"}),
      Do().Write("a.cut", CutFile{.layers = {{.name = "A", .cells = {1, 2}}},
                                  .frames = {{.records = {{.cell = 0}}}, {.records = {{.cell = 1}}}}}
@@ -819,8 +786,6 @@ const Rules<SessionTest, "FilmRename"> kFilmRenameRules = {
 // ---------------------------------------------------------------------------------------------------------------------
 // Deleting.
 
-using FilmDelete = SessionTest;
-
 class DeleteBesideOpenCuts : public SessionTest, public testing::WithParamInterface<int> {};
 
 // Another window comes to the front when the one of the deleted cut goes.
@@ -846,18 +811,12 @@ TEST_P(DeleteBesideOpenCuts, TakesTheSelectedCutAlone) {
 
 INSTANTIATE_TEST_SUITE_P(Film, DeleteBesideOpenCuts, testing::Range(0, 4));
 
-TEST_F(FilmDelete, OfTheFilmsAllOpenCutsClosesEveryWindowOfThem) {
-  OpenFilm(session, {"a.cut", "表.cut", "c.cut"}).OpenCut("other.cut", PlainCut());
-  for (const char* name : {"a.cut", "表.cut", "c.cut"}) session.Open(session.Path(name));
-  session.Select(kCutList, {0, 1, 2}).Answer("yes").Command(kCommandDeleteCuts);
-  const int state = session.State();
-  EXPECT_EQ(Entries(session, state), Names{});
-  EXPECT_EQ(Lines(session, state), Names{});
-  EXPECT_EQ(WindowPaths(session, state), Names{"other.cut"});
-  EXPECT_EQ(session.Files(), (Names{"film.flm", "other.cut"}));
-}
-
 const Rules<SessionTest, "FilmDelete"> kFilmDeleteRules = {
+    {"OfTheFilmsAllOpenCutsClosesEveryWindowOfThem",
+     OpenFilm(Do(), {"a.cut", "表.cut", "c.cut"}).OpenCut("other.cut", PlainCut()),
+     Do().Open("a.cut").Open("表.cut").Open("c.cut").Select(kCutList, {0, 1, 2}).Answer("yes"),
+     Do().Command(kCommandDeleteCuts),
+     Has("entries", "", "lines", "", "windows", "other.cut", "files", "film.flm other.cut")},
     {"OfOneOfTwoEntriesOfAnOpenCutLeavesTheOtherClosed",
      OpenFilmFile(Do(), kFilmHead + Stored("表.cut\nb.cut\n表.cut\n")).OpenCut("表.cut", CutFile::Showing({1}, {0})),
      Do().Command(kCommandBlankCell).Select(kCutList, {2}).Answer("yes").Command(kCommandDeleteCuts),
@@ -895,8 +854,8 @@ TEST_F(FilmExtract, WithNothingSelectedHasTheHeadAlone) {
 
 TEST_F(FilmExtract, OverAnOldFilmAndOldCutsReplacesThem) {
   ScriptSession target;
-  target.Write("x.flm", std::string(kLayerNameEdit, 'x'));
-  target.Write("表.cut", std::string(kLayerNameEdit, 'x'));
+  target.Write("x.flm", std::string(1000, 'x'));
+  target.Write("表.cut", std::string(1000, 'x'));
   target.Write("b.cut", "stays");
   OpenFilm(session, {"表.cut", "b.cut"}).Select(kCutList, {0}).File(target.Path("x.flm")).Command(kCommandExtractCuts);
   session.Run();
@@ -904,14 +863,6 @@ TEST_F(FilmExtract, OverAnOldFilmAndOldCutsReplacesThem) {
   EXPECT_EQ(target.Bytes("x.flm"), kFilmHead + Stored("表.cut\n"));
   EXPECT_EQ(target.Bytes("表.cut"), Credited(Stored("表.cut")).Bytes());
   EXPECT_EQ(target.Bytes("b.cut"), "stays");
-}
-
-// Source and target are both opened before it is seen that one of them isn't there.
-TEST_F(FilmExtract, MissingCutIsListedAndHasNoFile) {
-  ScriptSession target;
-  OpenFilmFile(session, kFilmHead + Stored("表.cut\n")).File(target.Path("x.flm")).Command(kCommandExtractCuts).Run();
-  EXPECT_EQ(target.Files(), (Names{"x.flm"}));
-  EXPECT_EQ(target.Bytes("x.flm"), kFilmHead + Stored("表.cut\n"));
 }
 
 TEST_F(FilmExtract, DoesNotTakeStreamsOrTypedTextAlong) {
@@ -943,26 +894,6 @@ TEST_F(FilmExtract, TakesTheTitlesOfTheFilmAsItIsNow) {
 
 using FilmFile = SessionTest;
 
-TEST_F(FilmFile, TitleOf255BytesComesBack) {
-  OpenFilm(session, {"a.cut"});
-  const std::string title(255, 't');
-  session.Dialog(kFilmDialog, {{kFilmTitleEdit, title}}).Command(kCommandFilmProperties).Command(kCommandOverwriteFilm);
-  session.File("film.flm").Command(kCommandOpenFilm);
-  const int state = session.State();
-  session.Run();
-  EXPECT_EQ(session.Bytes("film.flm"), title + "\nauthor\n100, 50\na.cut\n");
-  EXPECT_EQ(Film(session, state)["title"], title);
-  EXPECT_EQ(Film(session, state)["author"], "author");
-  EXPECT_EQ(Entries(session, state), Names{"a.cut"});
-}
-
-TEST_F(FilmFile, LongerTitleSplitsAndShiftsWhatFollows) {
-  const std::string title = std::string(255, 't') + "!" + std::string(44, 'u');
-  OpenFilmFile(session, title + "\n12, 34\n100, 50\na.cut\n");
-  EXPECT_TRUE(Holds(session, "film/title", std::string(255, 't'), "film/author", std::string(44, 'u'), "film/width", 12,
-                    "film/height", 34, "film/cuts/*/name", Names{"100, 50", "a.cut"}));
-}
-
 TEST_F(FilmFile, WayUpInTheMiddleOfALineStays) {
   MakeFolder(session, "表");
   session.Write("a.cut", PlainCut().Bytes());
@@ -991,25 +922,7 @@ TEST_F(FilmFile, LineThatLeadsUpToTheRootIsAnEmptyName) {
   EXPECT_EQ(WindowPaths(session, other), Names{"b.cut"});
 }
 
-TEST_F(FilmFile, OfAFolderFarAwayLeadsThereAndBack) {
-  ScriptSession target;
-  OpenFilm(session, {"表.cut"}).File(target.Path("ソ.flm")).Command(kCommandSaveFilmAs).File(target.Path("ソ.flm"));
-  session.Command(kCommandOpenFilm).DoubleClick(kCutList, 0);
-  const int state = session.State();
-  session.Run();
-  const std::string folder = session.Path("").substr(session.Path("").rfind('/', session.Path("").size() - 2) + 1);
-  EXPECT_EQ(target.Bytes("ソ.flm"), kFilmHead + "../" + folder + Stored("表.cut\n"));
-  EXPECT_EQ(session.Cut(state)["path"], session.Path("表.cut"));
-  EXPECT_EQ(session.Bytes("film.flm"), kFilmHead + Stored("表.cut\n"));
-}
-
 const Rules<SessionTest, "FilmFile"> kFilmFileRules = {
-    {"BlankLinesAndAMissingLastNewlineAreGoneAfterASave",
-     OpenFilmFile(Do(), kFilmHead + Stored("\n\n表.cut\n\nソ/能.cut\n\n\n../十.cut")).Command(kCommandOverwriteFilm),
-     Has("lines", "表 能 十", "bytes/film.flm", kFilmHead + Stored("表.cut\nソ/能.cut\n../十.cut\n"))},
-    {"SizeThatDoesNotParseStaysThatOfTheFilmBefore",
-     OpenFilm(Do(), {"a.cut"}).Write("other.flm", "T\nA\nsize\n").Open("other.flm"),
-     Has("film/title", "T", "film/width,height", "100 50")},
     {"YesToTheQuestionBeforeAnotherFilmSavesToTheFilmsOwnPath",
      OpenFilm(Do(), {"表.cut"}).Write("other.flm", "T\nA\n1, 2\n").Dialog(kFilmDialog, {{kFilmTitleEdit, "ソ"}}),
      Do().Command(kCommandFilmProperties).Answer("yes").File("other.flm").Command(kCommandOpenFilm),
@@ -1022,33 +935,6 @@ const Rules<SessionTest, "FilmFile"> kFilmFileRules = {
      Has("bytes/film.flm", kFilmHead + "a.cut\n", "bytes/能.flm", Stored("ソ\nauthor\n100, 50\na.cut\n"), "frame/title",
          "Sorvel Developer - 能")},
 };
-
-TEST(FilmSettings, OfTheNewFilmComeBackInTheNextRunAndAreOfThatDialogAlone) {
-  ScriptSession session;
-  session
-      .Dialog(kFilmDialog,
-              {{kFilmWidthEdit, "64"}, {kFilmHeightEdit, "48"}, {kFilmTitleEdit, "表 ソ"}, {kFilmAuthorEdit, "十"}})
-      .Command(kCommandNewFilm);
-  session
-      .Dialog(kFilmDialog,
-              {{kFilmWidthEdit, "1"}, {kFilmHeightEdit, "2"}, {kFilmTitleEdit, "x"}, {kFilmAuthorEdit, "y"}})
-      .Command(kCommandFilmProperties);
-  session.Answer("no").Exit().Run();
-  EXPECT_EQ(session.Setting("OnNewFilm", "title"), Stored("表 ソ"));
-  EXPECT_EQ(session.Setting("OnNewFilm", "author"), Stored("十"));
-  session.Restart();
-  session.Dialog(kFilmDialog, {}).Command(kCommandNewFilm);
-  const int state = session.State();
-  session.Dialog(kFilmDialog, {{kFilmTitleEdit, "能"}}).Command(kCommandNewFilm).Run();
-  const json film = Film(session, state);
-  EXPECT_EQ(film["title"], "表 ソ");
-  EXPECT_EQ(film["author"], "十");
-  EXPECT_EQ(film["width"], 64);
-  EXPECT_EQ(film["height"], 48);
-  EXPECT_EQ(session.Setting("OnNewFilm", "title"), Stored("能"));
-  EXPECT_EQ(session.Setting("OnNewFilm", "author"), Stored("十"));
-  EXPECT_EQ(session.Setting("OnNewFilm", "width"), "64");
-}
 
 }  // namespace
 }  // namespace rules

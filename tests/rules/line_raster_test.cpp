@@ -44,24 +44,6 @@ TEST_F(LineRaster, ALineOfNoLengthIsOneStamp) {
   EXPECT_TRUE(Shows(Drawn({7, 9}, {7, 9}), Dots({{7, 9}})));
 }
 
-class LineDirection : public testing::TestWithParam<std::pair<Point, Point>> {};
-
-TEST_P(LineDirection, FollowsTheError) {
-  const auto& [from, to] = GetParam();
-  InkModel model;
-  model.Line(from.x, from.y, to.x, to.y);
-  EXPECT_TRUE(Shows(Drawn(from, to), model));
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    All, LineDirection,
-    testing::Values(std::pair(Point{30, 20}, Point{47, 26}), std::pair(Point{30, 20}, Point{36, 41}),
-                    std::pair(Point{30, 20}, Point{13, 31}), std::pair(Point{30, 20}, Point{25, 45}),
-                    std::pair(Point{30, 20}, Point{11, 13}), std::pair(Point{30, 20}, Point{27, 2}),
-                    std::pair(Point{30, 20}, Point{55, 9}), std::pair(Point{30, 20}, Point{33, 1}),
-                    std::pair(Point{30, 20}, Point{30, 40}), std::pair(Point{30, 20}, Point{5, 20}),
-                    std::pair(Point{50, 40}, Point{90, 61})));
-
 const Rules<DrawingTest, "LineRaster"> kLineRasterRules = {
     {"ADitheredBlackIsNotTurnedIntoLineBlack",
      Do().SetSettings("[setup]\r\nbrush=11, 2, 1, 4, 1, 0\r\n").Command(kToolLine).Press(10, 10).Release(40, 20),

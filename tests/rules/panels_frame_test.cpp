@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "resources/ids.h"
 #include "rules/rule_table.h"
 #include "rules/script_session.h"

@@ -53,12 +53,6 @@ class PenTone : public testing::TestWithParam<int> {
   }
 };
 
-TEST_P(PenTone, HasThatManySixteenthsOfTheFirstColour) {
-  const PixelMatrix view = Filled(GetParam());
-  EXPECT_EQ(view.Count(2), 16 * GetParam());
-  EXPECT_EQ(view.Count(3), 256 - 16 * GetParam());
-}
-
 TEST_P(PenTone, LiesOnTheTilesOfTheCell) {
   InkModel model;
   model.FillWith({.shape = 7, .tone = GetParam(), .colorA = 2, .colorB = 3}, 4, 4, 16, 16);
@@ -66,14 +60,6 @@ TEST_P(PenTone, LiesOnTheTilesOfTheCell) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, PenTone, testing::Range(0, 16));
-
-TEST_F(PenTone, ToneNineIsPatternSevenWithTheColoursSwapped) {
-  const PixelMatrix seven = Filled(7);
-  const PixelMatrix nine = Filled(9);
-  for (int y = 4; y < 20; ++y) {
-    for (int x = 4; x < 20; ++x) EXPECT_EQ(nine.At(x, y), 5 - seven.At(x, y)) << x << ", " << y;
-  }
-}
 
 TEST_F(PenTone, ToneOneSetsTheFourthPixelOfTheTilesFirstRow) {
   const PixelMatrix view = Filled(1);

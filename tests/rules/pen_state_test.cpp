@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <string>
 #include <utility>
 
 #include "resources/ids.h"
@@ -42,22 +41,6 @@ TEST_F(PenState, MuraCommandFlipsTheSwitch) {
   other.Command(kCommandMuraRemoval);
   EXPECT_EQ(other.NowState()["pen"]["muraRemoval"], 1);
 }
-
-class MaskButton : public SessionTest, public testing::WithParamInterface<std::pair<int, int>> {};
-
-TEST_P(MaskButton, ProtectsItsIndex) {
-  const auto& [control, bit] = GetParam();
-  session.Dialog(kMaskDialog, {{control, "on"}}).Command(kCommandMask);
-  EXPECT_EQ(session.NowState()["pen"]["maskFlags"], 1 << bit);
-}
-
-INSTANTIATE_TEST_SUITE_P(All, MaskButton,
-                         testing::Values(std::pair(kMaskBlackCheck, 1), std::pair(kMaskDarkCheck, 2),
-                                         std::pair(kMaskLightCheck, 3), std::pair(kMaskWhiteCheck, 4),
-                                         std::pair(kMaskTransparentCheck, 0), std::pair(kMaskLineBlackCheck, 8),
-                                         std::pair(kMaskLineDarkCheck, 9), std::pair(kMaskLineLightCheck, 10),
-                                         std::pair(kMaskPlus2Check, 11), std::pair(kMaskPlus1Check, 12),
-                                         std::pair(kMaskMinus1Check, 13), std::pair(kMaskMinus2Check, 14)));
 
 const Rules<SessionTest, "PenState"> kPenStateRules = {
     {"StartsAsTheOnePixelRoundPenOfPlainBlack", Has("pen/shape", 7, "pen/tone", 0, "pen/colorA", 0, "pen/colorB", 1,

@@ -111,37 +111,6 @@ ScriptSession PickAt(int x, int y) {
   return Do().PickPlain(1).PickSize(3).Command(kToolFill).RightClick(x, y);
 }
 
-TEST_F(PenFromTheCell, PlainFamiliesGiveTheIndexAndItsToneBelow) {
-  // Index, and the first colour that it gives.
-  const std::pair<int, int> pens[] = {{1, 0},  {2, 1},  {3, 2},  {4, 3},  {9, 1},
-                                      {10, 2}, {11, 3}, {12, 4}, {13, 5}, {14, 6}};
-  for (const auto& [index, first] : pens) {
-    DrawingSession fresh;
-    fresh.FillArea(10, 10, 20, 20, index).Command(kToolFill).RightClick(20, 20);
-    EXPECT_EQ(PenOf(fresh.NowState()), (PenValues{7, 0, first, index})) << index;
-  }
-}
-
-TEST_F(PenFromTheCell, UnderdrawingAndTransparentGiveTheirIndexToo) {
-  const std::pair<int, int> pens[] = {{5, 4}, {6, 5}, {7, 6}, {0, -1}};
-  for (const auto& [index, first] : pens) {
-    ScriptSession file;
-    file.Line("client 8 3").OpenCut("plain.cut", CutFile::Showing({index}, {0}));
-    file.Command(kToolFill).RightClick(4, 1);
-    EXPECT_EQ(PenNow(file), (PenValues{7, 0, first, index})) << index;
-  }
-}
-
-class PenFromADither : public DrawingTest, public testing::WithParamInterface<int> {};
-
-TEST_P(PenFromADither, ReadsTheToneBack) {
-  session.Pick(GetParam(), 2).Command(kToolRectangle).Mouse("ldown", 10, 10).Mouse("lup", 40, 40, "ctrl").PickPlain(1);
-  session.Command(kToolFill).RightClick(23, 22);
-  EXPECT_EQ(PenOf(session.NowState()), (PenValues{7, GetParam(), 2, 3}));
-}
-
-INSTANTIATE_TEST_SUITE_P(All, PenFromADither, testing::Range(1, 16));
-
 TEST_F(PenFromTheCell, TheBlockReachesTwoToTheUpperLeftAndOneToTheLowerRight) {
   session.FillArea(20, 20, 1, 1, 3);
   for (const int place : {22, 19}) {
@@ -164,8 +133,6 @@ const Rules<PenFromTheCell, "PenFromTheCell"> kPenFromTheCellRules = {
      Has("pen/shape,tone,colorA,colorB", "10 8 0 3")},
     {"ThreeColoursKeepThePen", Do().FillArea(20, 20, 10, 10, 3).FillArea(20, 15, 10, 5, 2), PickAt(20, 20),
      Has("pen/shape,tone,colorA,colorB", "10 0 0 1")},
-    {"PointsBeyondTheEdgeDoNotCount", Do().FillArea(0, 0, 10, 10, 3), PickAt(0, 0),
-     Has("pen/shape,tone,colorA,colorB", "10 0 2 3")},
     {"TheGradientToolPicksToo", Do().FillArea(10, 10, 20, 20, 3).Command(kToolGradient).RightClick(20, 20),
      Has("pen/shape,tone,colorA,colorB", "7 0 2 3")},
     {"TheGridDoesNotMoveThePoint", Do().FillArea(10, 10, 5, 5, 3).Grid(32, 32), PickAt(12, 12),

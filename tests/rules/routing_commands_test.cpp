@@ -133,12 +133,6 @@ INSTANTIATE_TEST_SUITE_P(
                     kCommandDeleteCuts, kCommandRenameCut, kCommandCopyToClipboard, kCommandRandomDots,
                     kCommandDrawGrid, kCommandDeleteFrames));
 
-TEST(Routing, ExplanationAndVersionAreBoxesWithoutAQuestion) {
-  ScriptSession session;
-  session.Command(kCommandExplainTool).Command(kCommandAbout);
-  EXPECT_TRUE(session.NowState().is_object());
-}
-
 using CheckMarks = SessionTest;
 
 class SwitchOfTheCut : public SessionTest, public testing::WithParamInterface<int> {};
@@ -236,10 +230,6 @@ TEST_P(EditThatKeepsItsText, UntilTheNextCommit) {
 INSTANTIATE_TEST_SUITE_P(Routing, EditThatKeepsItsText, testing::Values(kLoopEdit, kCommentEdit, kBrightnessEdit));
 
 const Rules<SessionTest, "PanelNotifications"> kPanelNotificationsRules = {
-    {"SelectingALayerLineMakesItCurrent",
-     Do().OpenCut("a.cut", CutFile{.layers = {{.name = "A", .cells = {1}}, {.name = "B", .cells = {2}}},
-                                   .frames = {{.records = {{.layer = 0}, {.layer = 1}}}}}),
-     Do().Select(kLayerList, {0}), Has("cut/frame/currentRecord", 0)},
     {"LeavingTheFrameTimeCommitsIt", Do().OpenCut("a.cut", OneRecord()).Panel(kFrameTimeEdit, "7").Focus("cut"),
      Has("cut/frame/time", 7)},
     {"LeavingAChangedFrameTimeRefreshes",
@@ -258,41 +248,6 @@ const Rules<SessionTest, "ActiveCut"> kActiveCutRules = {
      Do().OpenCut("a.cut", OneRecord()).OpenCut("b.cut", OneRecord()).Activate(0).Command(kCommandBlankCell),
      Has("cuts/0/frames/0/records/0/cell", -1, "cuts/1/frames/0/records/0/cell", 0)},
 };
-
-struct Shortcut {
-  const char* key;
-  int command;
-};
-
-// Commands without a dialog: the key does on an open cut what the command does.
-class Accelerator : public testing::TestWithParam<Shortcut> {};
-
-TEST_P(Accelerator, DoesWhatItsCommandDoes) {
-  json results[2];
-  for (int i = 0; i < 2; ++i) {
-    ScriptSession session;
-    const CutFile file = CutFile::Showing({1, 2}, {0, 1, 0});
-    session.OpenCut("a.cut", file).Command(kCommandPreviousFrame).Command(kCommandPlay).Panel(kCommentEdit, "typed");
-    if (i == 0) session.Key(GetParam().key);
-    if (i == 1) session.Command(GetParam().command);
-    const int state = session.State();
-    session.Run();
-    results[i] = session.StateAt(state);
-    ASSERT_TRUE(results[i].is_object());
-    results[i]["cuts"][0].erase("path");
-  }
-  EXPECT_EQ(results[0], results[1]);
-}
-
-INSTANTIATE_TEST_SUITE_P(Routing, Accelerator,
-                         testing::Values(Shortcut{"F2", kCommandPreviousFrame}, Shortcut{"F6", kCommandPreviousFrame},
-                                         Shortcut{"F3", kCommandNextFrame}, Shortcut{"F7", kCommandNextFrame},
-                                         Shortcut{"F4", kCommandPlay}, Shortcut{"F5", kCommandPlay},
-                                         Shortcut{"F9", kCommandStop}, Shortcut{"Esc", kCommandStop},
-                                         Shortcut{"F1", kCommandExplainTool}, Shortcut{"F8", kCommandExplainTool},
-                                         Shortcut{"Enter", kCommandFocusForward}, Shortcut{"Tab", kCommandFocusForward},
-                                         Shortcut{"Shift+Enter", kCommandFocusBackward},
-                                         Shortcut{"Shift+Tab", kCommandFocusBackward}));
 
 const Rules<SessionTest, "Accelerators"> kAcceleratorsRules = {
     {"CtrlNMakesANewCut", Do().Dialog(kCutDialog, {}).Dialog(kLayerDialog, {}, "cancel").Key("Ctrl+N"),

@@ -1,7 +1,6 @@
 #include "rules/rule_table.h"
 
 #include <algorithm>
-#include <iterator>
 #include <map>
 #include <sstream>
 

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "resources/ids.h"
 #include "rules/drawing_session.h"
@@ -20,7 +21,6 @@ Place ScrollOf(DrawingSession& session) {
 
 struct Scrolling : DrawingTest {
   Scrolling() : DrawingTest({.width = 200, .height = 150, .clientWidth = 64, .clientHeight = 48}) {}
-  void Scroll(const std::string& bar, const std::string& code) { session.Line("scroll " + bar + " " + code); }
 };
 
 // Pages to the right and down.
@@ -81,69 +81,53 @@ TEST_F(Scrolling, AtHalfSizeTheHorizontalTotalIsThatOfFullSize) {
 }
 
 TEST_F(Scrolling, AThumbIsIgnoredOnAPictureOfMoreThan65535Pixels) {
-  DrawingSession wide({.width = 22000, .height = 10, .clientWidth = 64, .clientHeight = 10});
-  wide.Command(kToolZoom).Mouse("ldown", 0, 0).Line("scroll h thumbposition 30");
-  EXPECT_EQ(ScrollOf(wide).first, 30);
-  wide.Mouse("ldown", 0, 0);
-  const int before = ScrollOf(wide).first;
-  wide.Line("scroll h thumbposition 90").Line("scroll h thumbtrack 60");
-  EXPECT_EQ(ScrollOf(wide).first, before);
-}
-
-TEST_F(Scrolling, AVerticalThumbIsIgnoredOnAPictureOfMoreThan65535Pixels) {
-  DrawingSession high({.width = 10, .height = 22000, .clientWidth = 10, .clientHeight = 48});
-  high.Command(kToolZoom).Mouse("ldown", 0, 0).Line("scroll v thumbposition 30");
-  EXPECT_EQ(ScrollOf(high).second, 30);
-  high.Mouse("ldown", 0, 0);
-  const int before = ScrollOf(high).second;
-  high.Line("scroll v thumbposition 90").Line("scroll v thumbtrack 60");
-  EXPECT_EQ(ScrollOf(high).second, before);
-}
-
-// Pulses: a line chain is gone after one.
-struct ScrollPulse : Scrolling {
-  bool ChainSurvives(const std::string& bar, const std::string& code) {
-    session.Command(kToolLine).LeftClick(10, 10, "ctrl");
-    Scroll(bar, code);
-    session.LeftClick(40, 10);
-    return session.NowView().Count(8) > 1;
+  for (const bool isWide : {true, false}) {
+    DrawingSession large({.width = isWide ? 22000 : 10,
+                          .height = isWide ? 10 : 22000,
+                          .clientWidth = isWide ? 64 : 10,
+                          .clientHeight = isWide ? 10 : 48});
+    const auto position = [&] { return isWide ? ScrollOf(large).first : ScrollOf(large).second; };
+    const std::string bar = isWide ? "scroll h " : "scroll v ";
+    large.Command(kToolZoom).Mouse("ldown", 0, 0).Line(bar + "thumbposition 30");
+    EXPECT_EQ(position(), 30) << bar;
+    large.Mouse("ldown", 0, 0);
+    const int before = position();
+    large.Line(bar + "thumbposition 90").Line(bar + "thumbtrack 60");
+    EXPECT_EQ(position(), before) << bar;
   }
+}
+
+// A pulse ends a chain of lines.
+struct PulseCase {
+  const char* name;
+  std::vector<const char*> before;
+  const char* scroll;
+  bool hasPulse;
 };
 
-TEST_F(ScrollPulse, ComesWithALineStep) {
-  EXPECT_FALSE(ChainSurvives("h", "linedown"));
+class ScrollPulse : public Scrolling, public testing::WithParamInterface<PulseCase> {};
+
+TEST_P(ScrollPulse, EndsAChainOfLines) {
+  for (const char* scroll : GetParam().before) session.Line(std::string("scroll ") + scroll);
+  session.Command(kToolLine).LeftClick(10, 10, "ctrl").Line(std::string("scroll ") + GetParam().scroll);
+  session.LeftClick(40, 10);
+  EXPECT_EQ(session.NowView().Count(8) > 1, !GetParam().hasPulse);
 }
 
-TEST_F(ScrollPulse, ComesWithALineStepUp) {
-  EXPECT_FALSE(ChainSurvives("v", "lineup"));
-}
-
-TEST_F(ScrollPulse, ComesWithAThumbPosition) {
-  EXPECT_FALSE(ChainSurvives("h", "thumbposition 20"));
-}
-
-TEST_F(ScrollPulse, ComesWithTheFirstThumbTrack) {
-  EXPECT_FALSE(ChainSurvives("v", "thumbtrack 20"));
-}
-
-TEST_F(ScrollPulse, DoesNotComeWithAThumbTrackToTheSamePlace) {
-  EXPECT_TRUE(ChainSurvives("v", "thumbtrack 0"));
-}
-
-TEST_F(ScrollPulse, DoesNotComeWithAPage) {
-  EXPECT_TRUE(ChainSurvives("h", "pagedown"));
-}
-
-TEST_F(ScrollPulse, DoesNotComeWithTheSecondThumbTrack) {
-  Scroll("h", "thumbtrack 20");
-  EXPECT_TRUE(ChainSurvives("h", "thumbtrack 30"));
-}
-
-TEST_F(ScrollPulse, ComesWithAThumbTrackAfterTheThumbWasLeft) {
-  Scroll("h", "thumbtrack 20");
-  Scroll("h", "thumbposition 20");
-  EXPECT_FALSE(ChainSurvives("h", "thumbtrack 30"));
-}
+INSTANTIATE_TEST_SUITE_P(
+    All, ScrollPulse,
+    testing::Values(PulseCase{"ComesWithALineStep", {}, "h linedown", true},
+                    PulseCase{"ComesWithALineStepUp", {}, "v lineup", true},
+                    PulseCase{"ComesWithAThumbPosition", {}, "h thumbposition 20", true},
+                    PulseCase{"ComesWithTheFirstThumbTrack", {}, "v thumbtrack 20", true},
+                    PulseCase{"DoesNotComeWithAThumbTrackToTheSamePlace", {}, "v thumbtrack 0", false},
+                    PulseCase{"DoesNotComeWithAPage", {}, "h pagedown", false},
+                    PulseCase{"DoesNotComeWithTheSecondThumbTrack", {"h thumbtrack 20"}, "h thumbtrack 30", false},
+                    PulseCase{"ComesWithAThumbTrackAfterTheThumbWasLeft",
+                              {"h thumbtrack 20", "h thumbposition 20"},
+                              "h thumbtrack 30",
+                              true}),
+    [](const testing::TestParamInfo<PulseCase>& test) { return std::string(test.param.name); });
 
 // Panning with Shift and Ctrl.
 struct Panning : Scrolling {};

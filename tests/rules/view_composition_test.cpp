@@ -45,16 +45,6 @@ TEST_F(Ghosts, TheNextCellShowsItsLinesInRed) {
   EXPECT_TRUE(ViewShows(Ghost(22)));
 }
 
-TEST_F(Ghosts, TheNextCellsGhostLiesOverThePreviousOnes) {
-  session.Command(kCommandShowPrevious).Command(kCommandShowNext);
-  EXPECT_TRUE(ViewShows(Ghost(22)));
-}
-
-TEST_F(Ghosts, TheCellLiesOverItsGhosts) {
-  session.FillArea(0, 0, 64, 48, 4).Command(kCommandShowPrevious).Command(kCommandShowNext);
-  EXPECT_TRUE(ViewShows(InkModel(64, 48, 4)));
-}
-
 TEST_F(Ghosts, GhostsStandWhereTheCurrentCellStands) {
   session.Command(kCommandShowPrevious).Command(kToolLayerPosition).LeftDrag(0, 0, 7, 9);
   const PixelMatrix view = session.NowView();
@@ -63,9 +53,7 @@ TEST_F(Ghosts, GhostsStandWhereTheCurrentCellStands) {
 }
 
 const Rules<Ghosts, "Ghosts"> kGhostsRules = {
-    {"ABlankRecordHasNoGhosts", Do().Commands({kCommandShowPrevious, kCommandShowNext, kCommandBlankCell}), OnEmpty()},
     {"ASecondCommandTakesThemAway", Do().Commands({kCommandShowPrevious, kCommandShowPrevious}), OnEmpty()},
-    {"OnlyTheCurrentRecordHasGhosts", Do().AddLayer("B", 64, 48).Command(kCommandShowPrevious), OnEmpty()},
 };
 
 using PaleLayers = DrawingTest;
@@ -85,35 +73,6 @@ const Rules<DrawingTest, "PaleLayers"> kPaleLayersRules = {
 const Rules<DrawingTest, "CurrentCellOnly"> kCurrentCellOnlyRules = {
     {"LeavesTheOtherLayersOut", Do().FillArea(10, 10, 10, 10, 2).AddLayer("B", 64, 48).FillArea(15, 10, 10, 10, 3),
      Do().Command(kCommandCurrentCellOnly), Ink().Fill(15, 10, 10, 10, 3)},
-    {"ABlankRecordShowsNothing",
-     Do().FillArea(10, 10, 10, 10, 2).AddLayer("B", 64, 48).Commands({kCommandCurrentCellOnly, kCommandBlankCell}),
-     Ink()},
-};
-
-// Mark above, index below, and what they give.
-class ToneMark : public DrawingTest, public testing::WithParamInterface<std::tuple<int, int, int>> {};
-
-TEST_P(ToneMark, ShiftsTheToneBelow) {
-  const auto& [mark, below, shown] = GetParam();
-  session.FillArea(10, 10, 10, 10, below).AddLayer("B", 64, 48).FillArea(10, 10, 10, 10, mark);
-  EXPECT_TRUE(ViewShows(model.Fill(10, 10, 10, 10, shown)));
-}
-
-INSTANTIATE_TEST_SUITE_P(All, ToneMark,
-                         testing::Values(std::tuple(11, 1, 3), std::tuple(11, 2, 4), std::tuple(11, 3, 4),
-                                         std::tuple(11, 9, 4), std::tuple(12, 1, 2), std::tuple(12, 3, 4),
-                                         std::tuple(12, 4, 4), std::tuple(12, 10, 4), std::tuple(13, 1, 1),
-                                         std::tuple(13, 4, 3), std::tuple(13, 9, 1), std::tuple(13, 10, 2),
-                                         std::tuple(14, 4, 2), std::tuple(14, 3, 1), std::tuple(14, 2, 1),
-                                         std::tuple(14, 10, 1), std::tuple(11, 0, 11), std::tuple(12, 0, 12),
-                                         std::tuple(13, 0, 13), std::tuple(14, 0, 14), std::tuple(13, 11, 13)));
-
-const Rules<DrawingTest, "ToneMarks"> kToneMarksRules = {
-    {"MarkedLineBlackBecomesAFillTone",
-     Do().DrawInkLine(10, 10, 20, 10).AddLayer("B", 64, 48).FillArea(10, 10, 11, 1, 11), Ink().Fill(10, 10, 11, 1, 3)},
-    {"MarksOverPaleInkBecomePlainTones",
-     Do().FillArea(10, 10, 10, 10, 2).AddLayer("B", 64, 48).FillArea(10, 10, 10, 10, 12).Command(kCommandDimOthers),
-     Ink().Fill(10, 10, 10, 10, 3)},
 };
 
 struct EmphasisedLines : DrawingTest {

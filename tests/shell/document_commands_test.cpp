@@ -98,27 +98,6 @@ TEST_F(DocumentCommands, UndoWithoutAnythingToUndoDoesNothing) {
   EXPECT_FALSE(WasRepainted());
 }
 
-TEST_F(DocumentCommands, PlayCommitsAndRepaints) {
-  MakeCut();
-  Type(frame->commentEdit, "typed");
-  SpoilView();
-  Command(kCommandPlay);
-  EXPECT_STREQ(CurrentFrame()->comment, "typed");
-  EXPECT_TRUE(WasRepainted());
-  EXPECT_TRUE(platform::IsShown(frame->animationWindow.window));
-  EXPECT_EQ(platform::headless::CurrentCursor(), platform::CursorShape::kArrow);
-  Command(kCommandStop);
-  EXPECT_FALSE(platform::IsShown(frame->animationWindow.window));
-}
-
-TEST_F(DocumentCommands, PenShape) {
-  currentPen.shape = 5;
-  penSign = -1;
-  Command(kCommandSquarePen);
-  EXPECT_EQ(currentPen.shape, 9);
-  EXPECT_EQ(penSign, 1);
-}
-
 // Commands in the middle of a tool's work.
 
 class CommandsAmongStrokes : public ShellTest {

@@ -5,12 +5,12 @@
 #include <memory>
 #include <random>
 #include <string>
-#include <vector>
 
 #include "foundation/byte_stream.h"
 #include "imaging/indexed_image.h"
 #include "imaging/packed_image.h"
 #include "imaging/rect.h"
+#include "support/ink_rules.h"
 #include "support/test_bytes.h"
 
 namespace sorvel {
@@ -48,6 +48,18 @@ inline OwnedImage MakeImage(bool packed, int32_t width, int32_t height) {
   OwnedImage image(packed ? static_cast<CellImage*>(new PackedImage) : static_cast<CellImage*>(new IndexedImage));
   image->Resize(width, height, 0);
   return image;
+}
+
+struct Color {
+  int32_t red;
+  int32_t green;
+  int32_t blue;
+
+  bool operator==(const Color&) const = default;
+};
+
+inline void PrintTo(const Color& color, std::ostream* out) {
+  *out << "(" << color.red << ", " << color.green << ", " << color.blue << ")";
 }
 
 // A picture is text, one character a pixel and one line a row: '.' for 0, digits, and letters from 'a' for 10.
@@ -103,48 +115,8 @@ inline void Scatter(CellImage* image, Random& random, int32_t top, int32_t spars
 // Plain versions of the raster rules, pixel by pixel.
 inline bool PlainClip(int32_t* dx, int32_t* dy, int32_t* sx, int32_t* sy, int32_t* width, int32_t* height,
                       const CellImage& destination, const CellImage& source) {
-  if (*sx + *width > source.width) *width = source.width - *sx;
-  if (*sy + *height > source.height) *height = source.height - *sy;
-  if (*sx < 0) {
-    *dx += -*sx;
-    *width -= -*sx;
-    *sx = 0;
-  }
-  if (*sy < 0) {
-    *dy += -*sy;
-    *height -= -*sy;
-    *sy = 0;
-  }
-  if (*dx < 0) {
-    *sx += -*dx;
-    *width -= -*dx;
-    *dx = 0;
-  }
-  if (*dy < 0) {
-    *sy += -*dy;
-    *height -= -*dy;
-    *dy = 0;
-  }
-  if (*dx + *width > destination.width) *width = destination.width - *dx;
-  if (*dy + *height > destination.height) *height = destination.height - *dy;
-  return *width >= 1 && *height >= 1;
-}
-
-inline int32_t PlainAdjustTone(int32_t value, int32_t delta) {
-  int32_t tone;
-  if (value >= 1 && value <= 4) {
-    tone = value - 1;
-  } else if (value >= 8 && value <= 10) {
-    tone = value - 8;
-  } else if (value >= 16 && value <= 18) {
-    tone = value - 16;
-  } else {
-    return 0;
-  }
-  tone += delta;
-  if (tone < 0) tone = 0;
-  if (tone > 3) tone = 3;
-  return tone + 1;
+  return inkrules::ClipBlock(dx, dy, sx, sy, width, height, destination.width, destination.height, source.width,
+                             source.height);
 }
 
 inline bool IsMasked(uint32_t mask, int32_t value) {
@@ -171,22 +143,9 @@ inline bool PlainComposite(CellImage* destination, int32_t dx, int32_t dy, CellI
         top = std::min(top, sy + j);
         bottom = std::max(bottom, sy + j + 1);
       }
-      if (IsMasked(destMask, old) || IsMasked(sourceMask, s) || (keyed && s == 0)) continue;
-      int32_t value = s;
-      if (keyed && pale) {
-        if (s >= 1 && s <= 3) {
-          value = s + 15;
-        } else if (s >= 8 && s <= 10) {
-          value = s + 8;
-        } else {
-          continue;
-        }
-      } else if (keyed && s >= 11 && s <= 14) {
-        const int32_t deltas[] = {2, 1, -1, -2};
-        int32_t toned = PlainAdjustTone(old, deltas[s - 11]);
-        if (toned != 0) value = toned;
-      }
-      destination->SetPixel(dx + i, dy + j, value);
+      if (IsMasked(destMask, old) || IsMasked(sourceMask, s)) continue;
+      const int32_t value = keyed ? inkrules::KeyedValue(s, old, pale) : s;
+      if (value >= 0) destination->SetPixel(dx + i, dy + j, value);
     }
   }
   if (outRect != nullptr) *outRect = right < 0 ? Rect{} : Rect{left, top, right - left, bottom - top};
@@ -199,9 +158,8 @@ inline bool PlainOverlay(CellImage* destination, int32_t dx, int32_t dy, CellIma
   if (!PlainClip(&dx, &dy, &sx, &sy, &width, &height, *destination, *source)) return false;
   for (int32_t i = 0; i < width; ++i) {
     for (int32_t j = 0; j < height; ++j) {
-      int32_t s = source->GetPixel(sx + i, sy + j);
-      int32_t tone = s >= 1 && s <= 3 ? s - 1 : s >= 8 && s <= 10 ? s - 8 : -1;
-      if (tone >= 0) destination->SetPixel(dx + i, dy + j, (variant == 0 ? 19 : 22) + tone);
+      const int32_t ghost = inkrules::GhostValue(source->GetPixel(sx + i, sy + j), variant);
+      if (ghost >= 0) destination->SetPixel(dx + i, dy + j, ghost);
     }
   }
   return true;
@@ -213,7 +171,7 @@ inline int32_t PlainGrey(CellImage& composition, int32_t dx, int32_t dy, int32_t
   for (int32_t y = dy * scale; y < (dy + 1) * scale; ++y) {
     for (int32_t x = dx * scale; x < (dx + 1) * scale; ++x) {
       int32_t index = composition.GetPixel(x, y);
-      sum += index >= 1 && index <= 3 ? index - 1 : index >= 8 && index <= 10 ? index - 8 : 3;
+      sum += inkrules::DarkTone(index) < 0 ? 3 : inkrules::DarkTone(index);
     }
   }
   if (scale != 4) return sum;

@@ -55,6 +55,29 @@ inline std::string ViewChecksum(const std::vector<std::string>& rows) {
   return ZipChecksum(bytes);
 }
 
+// A bitmap file without compression. A negative height is one from top to bottom; rows are padded to 4 bytes.
+inline Bytes Bmp(int32_t width, int32_t height, int32_t bits, const Bytes& palette, const Bytes& rows,
+                 uint32_t colorsUsed = 0) {
+  const uint32_t offset = static_cast<uint32_t>(54 + palette.size());
+  return Join({{'B', 'M'},
+               Le32(offset + static_cast<uint32_t>(rows.size())),
+               Le32(0),
+               Le32(offset),
+               Le32(40),
+               Le32(static_cast<uint32_t>(width)),
+               Le32(static_cast<uint32_t>(height)),
+               Le16(1),
+               Le16(bits),
+               Le32(0),
+               Le32(0),
+               Le32(0),
+               Le32(0),
+               Le32(colorsUsed),
+               Le32(0),
+               palette,
+               rows});
+}
+
 // Runs a script of these lines, named test.sorvel, with the settings settings.ini.
 inline Answer RunScript(const Folder& folder, const std::string& lines) {
   folder.Write("test.sorvel", Bytes(lines.begin(), lines.end()));

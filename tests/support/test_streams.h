@@ -8,6 +8,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -111,6 +112,46 @@ inline Bytes Container(int32_t width, int32_t height, int32_t maxWidth, int32_t 
     body = Join({body, record});
   }
   return Join({{'S', 'V'}, Le32(static_cast<uint32_t>(start + body.size())), middle, table, body});
+}
+
+// What the codes of blocks 1 to 14 copy from, in pixels.
+struct CopyOffset {
+  int32_t code;
+  int32_t dx;
+  int32_t dy;
+};
+
+inline constexpr CopyOffset kCopyOffsets[] = {{1, -4, 0},   {2, -8, 0},  {3, -16, 0},  {4, 0, -1},  {5, -4, -1},
+                                              {6, 0, -2},   {7, -4, -2}, {8, -8, -2},  {9, 0, -4},  {10, -4, -4},
+                                              {11, -8, -4}, {12, 0, -8}, {13, -4, -8}, {14, -8, -8}};
+
+// A picture of 20 by 9 pixels in blocks of four, counted by rows of five. A block has its four numbers in two bits
+// each.
+using Blocks = std::array<uint8_t, 45>;
+
+// All blocks differ: they can only be literals.
+inline Blocks DifferentBlocks() {
+  Blocks blocks;
+  for (size_t n = 0; n < blocks.size(); ++n) blocks[n] = static_cast<uint8_t>(n * 5 + 7);
+  return blocks;
+}
+
+// The block that the last one, at (16, 8), copies.
+inline size_t SourceBlock(int32_t code) {
+  for (const CopyOffset& offset : kCopyOffsets) {
+    if (offset.code == code) return static_cast<size_t>((8 + offset.dy) * 5 + (16 + offset.dx) / 4);
+  }
+  return 44;
+}
+
+// As text, with this digit for the number 0.
+inline std::string BlockPicture(const Blocks& blocks, char zero) {
+  std::string picture;
+  for (size_t n = 0; n < blocks.size(); ++n) {
+    if (n > 0 && n % 5 == 0) picture += '/';
+    for (int i = 0; i < 4; ++i) picture += static_cast<char>(zero + (blocks[n] >> 2 * i & 3));
+  }
+  return picture;
 }
 
 // A temporary file that becomes bytes again.

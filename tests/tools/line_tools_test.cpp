@@ -160,6 +160,14 @@ TEST_F(BoxToolTest, AToolChangeLeavesNoFrameOnTheScreen) {
   EXPECT_EQ(OverlaySize(), 0u);
 }
 
+TEST_F(BoxToolTest, AMoveOutsideADragShowsNoFrame) {
+  Move(20, 20);
+  EXPECT_EQ(OverlaySize(), 0u);
+  Drag(10, 10, 20, 20);
+  Move(30, 30);
+  EXPECT_EQ(OverlaySize(), 0u);
+}
+
 TEST_F(BoxToolTest, ThePickerOpensOnlyWhenNoDragIsOn) {
   Press(10, 10);
   RightRelease(20, 20);

@@ -43,6 +43,12 @@ bool WriteWhole(const std::string& path, const std::function<bool(ByteStream* st
 RecoveryFolder::RecoveryFolder(RecoveryFolder&& other) noexcept
     : path(std::exchange(other.path, "")), lock(std::exchange(other.lock, -1)) {}
 
+RecoveryFolder& RecoveryFolder::operator=(RecoveryFolder&& other) noexcept {
+  std::swap(path, other.path);
+  std::swap(lock, other.lock);
+  return *this;
+}
+
 bool RecoveryFolder::Lock(const std::string& folder) {
   const std::string file = Join(folder, kLockName);
   lock = platform::LockFile(file);

@@ -26,6 +26,7 @@ class RecoveryFolder {
   RecoveryFolder(const RecoveryFolder&) = delete;
   RecoveryFolder& operator=(const RecoveryFolder&) = delete;
   RecoveryFolder(RecoveryFolder&& other) noexcept;
+  RecoveryFolder& operator=(RecoveryFolder&& other) noexcept;
   ~RecoveryFolder() { Release(); }
 
   // Makes a folder of the program's own, and the store if there is none. False if that fails.

@@ -30,6 +30,21 @@ constexpr int32_t kLongestInput = 6;
 // How long a crash waits for snapshots that are being written, in milliseconds.
 constexpr int32_t kCrashPatience = 2000;
 
+// Whether a document's file holds just what was kept: the program ended between the end of a save and its snapshot's.
+bool IsSaved(const LeftDocument& document) {
+  const std::string path = Utf8Path(document.path.c_str());
+  if (path.empty() || platform::FactsOf(path).bytes != platform::FactsOf(document.file).bytes) return false;
+  CommandFile saved(platform::OpenFileAt(path, "rb"));
+  CommandFile kept(platform::OpenFileAt(document.file, "rb"));
+  if (!saved.IsOpen() || !kept.IsOpen()) return false;
+  int byte = 0;
+  do {
+    byte = std::fgetc(saved.stream.file);
+    if (byte != std::fgetc(kept.stream.file)) return false;
+  } while (byte != EOF);
+  return true;
+}
+
 }  // namespace
 
 Recovery::~Recovery() {
@@ -48,6 +63,13 @@ bool Recovery::Begin(const std::string& store, Writing writingMode) {
 void Recovery::OpenLeft(bool asks, bool opensFilm) {
   if (!IsOn()) return;
   std::vector<RecoveryFolder> left = RecoveryFolder::TakeLeft(storeFolder);
+  for (RecoveryFolder& each : left) {
+    for (const LeftDocument& document : each.Documents()) {
+      if (IsSaved(document)) each.Remove(document.number, document.extension.c_str());
+    }
+    if (each.Documents().empty()) each.Destroy();
+  }
+  std::erase_if(left, [](const RecoveryFolder& each) { return !each.IsOpen(); });
   if (left.empty()) return;
   char question[kTextBufferSize];
   platform::ReadResourceText(kTextRecoverQuestion, question, sizeof(question));

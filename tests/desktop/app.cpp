@@ -121,7 +121,7 @@ App::~App() {
   fs::remove_all(PathFrom(folder), error);
 }
 
-AssertionResult App::Start(const std::string& commandLine) {
+AssertionResult App::Start(const std::string& commandLine, Opening opening) {
   Kill();
   const std::wstring program = Wide(PathOf("sorvel.exe"));
   std::wstring line = L"\"" + program + L"\"";
@@ -146,8 +146,9 @@ AssertionResult App::Start(const std::string& commandLine) {
   };
   if (!Await(shown)) return AssertionFailure() << "the frame window doesn't come";
   startTime = Now() - begin;
+  if (opening == Opening::kWithQuestion) return HasDialog("Sorvelin");
   SetForegroundWindow(frame);
-  const auto inFront = [this] { return GetForegroundWindow() == frame || Dialog() != nullptr; };
+  const auto inFront = [this] { return GetForegroundWindow() == frame; };
   // Where a program may not bring another one to the front, a click does.
   if (!Await(inFront, kShortTime)) Click(MiddleOf(Screen(Of(kStatusBarId))));
   if (!Await(inFront, kShortTime)) return AssertionFailure() << "the frame window doesn't come to the front";

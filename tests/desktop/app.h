@@ -62,7 +62,9 @@ class App {
   std::string PathOf(const std::string& name) const { return folder + "\\" + name; }
 
   // Starts the program with this command line, waits for its window and puts the mouse where it moves nothing.
-  testing::AssertionResult Start(const std::string& commandLine = "");
+  // If it begins with a question, waits for that instead.
+  enum class Opening { kPlain, kWithQuestion };
+  testing::AssertionResult Start(const std::string& commandLine = "", Opening opening = Opening::kPlain);
   // Waits for the end of the program, which gives `code`.
   testing::AssertionResult Ends(DWORD code = 0);
   // Leaves through the menu, answers each question about saving with No, and waits for the end.

@@ -46,7 +46,7 @@ TEST_F(RecoveryTest, TheNextStartOpensWhatAKilledProgramLeft) {
   ASSERT_TRUE(DrawAStroke());
   ASSERT_TRUE(HasSnapshot());
   app.Kill();
-  ASSERT_TRUE(app.Start());
+  ASSERT_TRUE(app.Start("", App::Opening::kWithQuestion));
   ASSERT_TRUE(app.AnswerQuestion(kQuestion, IDYES, "recovery-question"));
   ASSERT_TRUE(app.DialogGoes());
   ASSERT_NE(app.Cut(), nullptr);
@@ -62,7 +62,7 @@ TEST_F(RecoveryTest, NoOpensNothingAndTheQuestionComesOnce) {
   ASSERT_TRUE(DrawAStroke());
   ASSERT_TRUE(HasSnapshot());
   app.Kill();
-  ASSERT_TRUE(app.Start());
+  ASSERT_TRUE(app.Start("", App::Opening::kWithQuestion));
   ASSERT_TRUE(app.AnswerQuestion(kQuestion, IDNO));
   ASSERT_TRUE(app.DialogGoes());
   EXPECT_EQ(app.Cut(), nullptr);
@@ -79,7 +79,7 @@ TEST_F(RecoveryTest, ACrashLeavesTheDrawing) {
   app.Crash();
   ASSERT_TRUE(HasSnapshot());
   app.Kill();
-  ASSERT_TRUE(app.Start());
+  ASSERT_TRUE(app.Start("", App::Opening::kWithQuestion));
   ASSERT_TRUE(app.AnswerQuestion(kQuestion, IDYES));
   ASSERT_TRUE(app.DialogGoes());
   EXPECT_TRUE(Await([this] { return HasInk(); }));
@@ -90,12 +90,10 @@ TEST_F(RecoveryTest, TheMenuOpensAnEarlierState) {
   ASSERT_TRUE(DrawAStroke());
   ASSERT_TRUE(app.SaveCutAs(app.PathOf("a.cut")));
   ASSERT_TRUE(app.Stroke({20, 100}, {120, 160}));
-  ASSERT_TRUE(app.Choose('c', "w"));
+  ASSERT_TRUE(app.ChooseAt('c', 3));
   ASSERT_TRUE(Await([this] { return FileExists(app.PathOf(".sorvel\\a.cut\\000001-saved.cut")); }));
   const HWND cut = app.Cut();
-  // Its item is the last but has no letter: the arrow up key goes from the first to it.
-  ASSERT_NE(app.OpenMenu('c'), nullptr);
-  Press(VK_UP);
+  ASSERT_TRUE(app.ChooseAt('c', 12));
   ASSERT_TRUE(app.Answer("以前の版を開く", {}, "versions", VK_RETURN));
   ASSERT_TRUE(Await([this, cut] { return app.Cut() != cut; }));
   EXPECT_TRUE(Await([this] { return HasInk(); }));

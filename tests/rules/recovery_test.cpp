@@ -114,6 +114,17 @@ TEST_F(Recovery, HasNothingOfASavedCut) {
   EXPECT_TRUE(Holds(session, "cuts/#", 0));
 }
 
+TEST_F(Recovery, DropsASnapshotThatIsWhatTheFileHolds) {
+  session.OpenCut("a.cut", PlainCut()).Command(kCommandAddFrame);
+  session.RunAndKill();
+  for (const auto& entry : fs::recursive_directory_iterator(session.Path("recovery"))) {
+    if (entry.path().extension() != ".cut") continue;
+    fs::copy_file(entry.path(), session.Path("a.cut"), fs::copy_options::overwrite_existing);
+  }
+  Restart();
+  EXPECT_TRUE(Holds(session, "cuts/#", 0));
+}
+
 TEST_F(Recovery, OfASavedCutBeginsWithTheNextChange) {
   session.NewCut().Command(kCommandAddFrame).SaveCutAs("a.cut").Command(kCommandAddFrame);
   session.RunAndKill();

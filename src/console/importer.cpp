@@ -78,7 +78,7 @@ int32_t Importer::CellLike(const PackedImage& image) {
   const bool isFirst = cellsByChecksum.empty();
   const int32_t number = isFirst ? 0 : layer->cells.Count();
   if (!isFirst && (number >= kMostCells || !layer->AddCell(number - 1, 0, nullptr))) return -1;
-  std::memcpy(layer->CellAt(number)->bits, image.bits, bytes);
+  layer->CellAt(number)->CopyBits(image);
   cellsByChecksum.emplace(checksum, number);
   return number;
 }

@@ -177,11 +177,28 @@ Json DescribePlayer(const AnimationWindow& player) {
           {"timer", platform::headless::RunningTimerPeriod() != 0}};
 }
 
+// The checksum of some bytes and `count` zero bytes behind them.
+uLong AppendZeros(uLong crc, int64_t count) {
+  const uint8_t zero = 0;
+  uLong zeros = crc32(crc32(0, nullptr, 0), &zero, 1);
+  for (int64_t length = 1; length <= count; length *= 2) {
+    if ((count & length) != 0) crc = crc32_combine(crc, zeros, static_cast<z_off_t>(length));
+    zeros = crc32_combine(zeros, zeros, static_cast<z_off_t>(length));
+  }
+  return crc;
+}
+
 }  // namespace
 
 std::string PixelChecksum(const CellImage& image) {
-  uLong crc = crc32(0, nullptr, 0);
-  if (image.ByteCount() > 0) crc = crc32(crc, image.bits, static_cast<uInt>(image.ByteCount()));
+  int32_t top = 0;
+  int32_t bottom = image.height;
+  while (top < bottom && !image.IsUsedRow(top)) ++top;
+  while (top < bottom && !image.IsUsedRow(bottom - 1)) --bottom;
+  uLong crc = AppendZeros(crc32(0, nullptr, 0), int64_t{top} * image.pitch);
+  const int64_t usedBytes = int64_t{bottom - top} * image.pitch;
+  if (usedBytes > 0) crc = crc32(crc, image.bits + int64_t{top} * image.pitch, static_cast<uInt>(usedBytes));
+  crc = AppendZeros(crc, int64_t{image.height - bottom} * image.pitch);
   char text[9];
   std::snprintf(text, sizeof(text), "%08lx", crc);
   return text;

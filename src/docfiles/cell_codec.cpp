@@ -179,6 +179,7 @@ bool CellReader::ReadCell(CellImage* image, ByteStream* stream, int32_t length, 
   uint8_t* const codes = rowCodes.Data();
   std::memset(codes, kFirstRowCodes, static_cast<size_t>(rowBytes));
   const int32_t rows = groups > 0 ? image->height : 0;
+  image->UseRows(0, rows);
   for (int32_t y = 0; y < rows; ++y) {
     // Reading behind the end of the codes gives the byte FF.
     LoadCodeRow(rowMap.Data() + y * mapRowBytes, image->width, &code, codeEnd, 0xFF, codes);

@@ -112,7 +112,7 @@ std::shared_ptr<CutSnapshot::Cell> CutSnapshot::CopyOf(CellImage* image, uint64_
   cell->fingerprint = fingerprint;
   cell->image = image->MakeBlank();
   if (cell->image == nullptr) return nullptr;
-  if (image->ByteCount() > 0) std::memcpy(cell->image->bits, image->bits, static_cast<size_t>(image->ByteCount()));
+  cell->image->CopyBits(*image);
   return cell;
 }
 

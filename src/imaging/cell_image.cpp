@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstring>
 #include <utility>
 
@@ -122,6 +123,7 @@ void ForRun(CellImage* destination, int32_t dx, int32_t dy, const CellImage* sou
     const int32_t piece = std::min(pieceSize, count - done);
     source->ReadRow(sx + done, sy, piece, sourceRun);
     if (destination->colors > 16) {
+      destination->UseRows(dy, 1);
       apply(destination->bits + dy * destination->pitch + dx + done, sourceRun, piece);
     } else {
       destination->ReadRow(dx + done, dy, piece, destinationRun);
@@ -178,6 +180,7 @@ bool CellImage::Composite(int32_t dx, int32_t dy, CellImage* source, int32_t sx,
   for (int32_t row = 0; row < blockHeight; ++row) {
     int32_t start = sx;
     int32_t end = sx + blockWidth;
+    if (!source->IsUsedRow(sy + row) && (keyed || !IsUsedRow(dy + row))) continue;
     if (keyed) {
       start = source->FindInk(sx, sy + row, end, 1);
       if (start == end) continue;
@@ -199,13 +202,35 @@ bool CellImage::Overlay(int32_t dx, int32_t dy, CellImage* source, int32_t sx, i
   if (!ClipBlock(&dx, &dy, &sx, &sy, &blockWidth, &blockHeight, *this, *source)) return false;
   const uint8_t first = variant == 0 ? kGreenFirst : kRedFirst;
   const auto apply = [first](uint8_t* to, const uint8_t* from, int32_t count) { BlendLines(to, from, count, first); };
-  for (int32_t row = 0; row < blockHeight; ++row) ForRun(this, dx, dy + row, source, sx, sy + row, blockWidth, apply);
+  for (int32_t row = 0; row < blockHeight; ++row) {
+    if (source->IsUsedRow(sy + row)) ForRun(this, dx, dy + row, source, sx, sy + row, blockWidth, apply);
+  }
   return true;
+}
+
+void CellImage::CopyBits(const CellImage& from) {
+  if (bits == nullptr) return;
+  FillRows(0);
+  if (from.usedTop >= from.usedBottom) return;
+  const int32_t rows = from.usedBottom - from.usedTop;
+  UseRows(from.usedTop, rows);
+  const ptrdiff_t start = ptrdiff_t{from.usedTop} * pitch;
+  std::memcpy(bits + start, from.bits + start, static_cast<size_t>(rows) * static_cast<size_t>(pitch));
 }
 
 void CellImage::SwapBits(uint8_t* buffer) {
   if (buffer == nullptr || bits == nullptr) return;
+  UseRows(0, height);
   std::swap_ranges(bits, bits + ByteCount(), buffer);
+}
+
+void CellImage::FillRows(int32_t byte) {
+  if (byte != 0) UseRows(0, height);
+  if (usedTop < usedBottom) {
+    std::memset(bits + ptrdiff_t{usedTop} * pitch, byte,
+                static_cast<size_t>(usedBottom - usedTop) * static_cast<size_t>(pitch));
+  }
+  if (byte == 0) ForgetUsedRows();
 }
 
 void CellImage::ReadRow(int32_t x, int32_t y, int32_t count, uint8_t* pixels) const {
@@ -228,6 +253,7 @@ void CellImage::ReadRow(int32_t x, int32_t y, int32_t count, uint8_t* pixels) co
 }
 
 void CellImage::WriteRow(int32_t x, int32_t y, int32_t count, const uint8_t* pixels) {
+  UseRows(y, 1);
   uint8_t* row = bits + y * pitch;
   if (colors > 16) {
     std::memcpy(row + x, pixels, static_cast<size_t>(count));

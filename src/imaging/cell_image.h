@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 
 #include "imaging/color_table.h"
@@ -122,6 +123,8 @@ class CellImage {
   // more than two colours or all lie outside.
   bool PickPen(int32_t x, int32_t y, PenSpec* pen);
 
+  // Copies all bytes of an image of the same class and size.
+  void CopyBits(const CellImage& from);
   // Swaps all bytes of the image with the buffer, which has ByteCount() bytes.
   void SwapBits(uint8_t* buffer);
 
@@ -137,6 +140,15 @@ class CellImage {
   // Size of the pixels in bytes, padding included.
   int32_t ByteCount() const { return pitch * height; }
 
+  // The rows of a large image that may hold something other than 0; of other images all rows. The system provides the
+  // memory of the others as it is first touched, so that an empty picture of any size takes next to none. Who writes to
+  // `bits` says so first.
+  void UseRows(int32_t y, int32_t count) {
+    usedTop = std::min(usedTop, y);
+    usedBottom = std::max(usedBottom, y + count);
+  }
+  bool IsUsedRow(int32_t y) const { return y >= usedTop && y < usedBottom; }
+
   int32_t width = 0;
   int32_t height = 0;
   int32_t colors;           // 16 for a PackedImage, 256 for an IndexedImage
@@ -146,6 +158,21 @@ class CellImage {
  protected:
   explicit CellImage(int32_t colorCount) : colors(colorCount) {}
   ~CellImage() = default;
+
+  // Sets every byte of `bits`.
+  void FillRows(int32_t byte);
+  // To be called when all pixels are 0.
+  void ForgetUsedRows() {
+    const bool isLarge = ByteCount() >= kLargeBytes;
+    usedTop = isLarge ? height : 0;
+    usedBottom = isLarge ? 0 : height;
+  }
+
+  int32_t usedTop = 0;
+  int32_t usedBottom = 0;
+
+ private:
+  static constexpr int32_t kLargeBytes = 1 << 24;
 };
 
 // Whether a mask protects pixels of this value.

@@ -36,11 +36,12 @@ uint32_t IndexedImage::GetRaw(int32_t x, int32_t y) {
 }
 
 void IndexedImage::SetRaw(int32_t x, int32_t y, uint32_t value) {
+  UseRows(y, 1);
   std::memcpy(bits + y * pitch + x, &value, 2);
 }
 
 void IndexedImage::Fill(int32_t value) {
-  if (bits != nullptr) std::memset(bits, value, static_cast<size_t>(ByteCount()));
+  if (bits != nullptr) FillRows(value);
 }
 
 int32_t IndexedImage::GetPixel(int32_t x, int32_t y) {
@@ -48,6 +49,7 @@ int32_t IndexedImage::GetPixel(int32_t x, int32_t y) {
 }
 
 void IndexedImage::SetPixel(int32_t x, int32_t y, int32_t value) {
+  UseRows(y, 1);
   bits[y * pitch + x] = static_cast<uint8_t>(value);
 }
 
@@ -76,6 +78,7 @@ bool IndexedImage::Resize(int32_t newWidth, int32_t newHeight, int32_t fill) {
     width = height = pitch = 0;
     return false;
   }
+  ForgetUsedRows();
   if (fill != 0) Fill(fill);
   return true;
 }

@@ -55,11 +55,12 @@ uint32_t PackedImage::GetRaw(int32_t x, int32_t y) {
 }
 
 void PackedImage::SetRaw(int32_t x, int32_t y, uint32_t value) {
+  UseRows(y, 1);
   std::memcpy(bits + y * pitch + (x >> 1), &value, 2);
 }
 
 void PackedImage::Fill(int32_t value) {
-  if (bits != nullptr) std::memset(bits, (value & 0x0F) * 0x11, static_cast<size_t>(ByteCount()));
+  if (bits != nullptr) FillRows((value & 0x0F) * 0x11);
 }
 
 int32_t PackedImage::GetPixel(int32_t x, int32_t y) {
@@ -68,6 +69,7 @@ int32_t PackedImage::GetPixel(int32_t x, int32_t y) {
 }
 
 void PackedImage::SetPixel(int32_t x, int32_t y, int32_t value) {
+  UseRows(y, 1);
   uint8_t& pair = bits[y * pitch + (x >> 1)];
   pair = static_cast<uint8_t>((x & 1) != 0 ? (pair & 0xF0) | value : (pair & 0x0F) | value << 4);
 }
@@ -86,6 +88,8 @@ bool PackedImage::Resize(int32_t newWidth, int32_t newHeight, int32_t fill) {
   const int32_t oldWidth = width;
   const int32_t oldHeight = height;
   const int32_t oldPitch = pitch;
+  const int32_t oldTop = usedTop;
+  const int32_t oldBottom = usedBottom;
   width = std::max(newWidth, 0);
   height = std::max(newHeight, 0);
   pitch = (width / 2 + width % 2 + 3) & ~3;
@@ -100,12 +104,15 @@ bool PackedImage::Resize(int32_t newWidth, int32_t newHeight, int32_t fill) {
     if (!isEmpty) width = height = pitch = 0;
     return isEmpty;
   }
+  ForgetUsedRows();
   if (fill != 0) Fill(fill);
   if (oldBits != nullptr) {
     // Only bytes that hold pixels are kept; the padding is new.
-    const int32_t rows = std::min(height, oldHeight);
+    const int32_t top = fill != 0 ? 0 : oldTop;
+    const int32_t bottom = std::min(height, fill != 0 ? oldHeight : oldBottom);
     const int32_t rowBytes = (std::min(width, oldWidth) + 1) / 2;
-    for (int32_t y = 0; y < rows; ++y) {
+    if (top < bottom) UseRows(top, bottom - top);
+    for (int32_t y = top; y < bottom; ++y) {
       uint8_t* to = bits + y * pitch;
       std::memcpy(to, oldBits + y * oldPitch, static_cast<size_t>(rowBytes));
       if (width > oldWidth && (oldWidth & 1) != 0) {

@@ -82,6 +82,7 @@ uint64_t PenGroup(const PenSpec& pen, int32_t y, bool isPacked) {
 void PaintWord(CellImage* image, int32_t y, int32_t word, uint64_t bits, const InkRow& ink) {
   const int32_t groups = kWordPixels / GroupPixels(IsPacked(*image));
   int32_t group = word * groups;
+  image->UseRows(y, 1);
   uint8_t* at = RowOf(*image, y) + group * 8;
   if (bits == ~uint64_t{0}) {
     for (const int32_t end = group + groups; group < end; ++group, at += 8) {
@@ -100,6 +101,7 @@ void PaintWord(CellImage* image, int32_t y, int32_t word, uint64_t bits, const I
 }
 
 void PaintRun(CellImage* image, int32_t y, int32_t x, int32_t end, uint64_t group) {
+  image->UseRows(y, 1);
   uint8_t* const row = RowOf(*image, y);
   if (!IsPacked(*image)) {
     FillBytes(row + x, end - x, FromByte(group, x));
@@ -116,6 +118,7 @@ void PaintRun(CellImage* image, int32_t y, int32_t x, int32_t end, uint64_t grou
 }
 
 void PaintEight(CellImage* image, int32_t y, int32_t x, uint32_t bits, uint64_t group, uint32_t mask) {
+  image->UseRows(y, 1);
   uint8_t* const row = RowOf(*image, y);
   if (mask != 0) {
     for (uint32_t left = bits; left != 0; left &= left - 1) {

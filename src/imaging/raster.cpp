@@ -209,7 +209,9 @@ bool CellImage::FillRect(int32_t x, int32_t y, int32_t rectWidth, int32_t rectHe
     return true;
   }
   const uint64_t ink = PenGroup({0, 0, 0, value}, 0, IsPacked(*this));
-  for (int32_t row = y; row < y + rectHeight; row++) PaintRun(this, row, x, x + rectWidth, ink);
+  for (int32_t row = y; row < y + rectHeight; row++) {
+    if (value != 0 || IsUsedRow(row)) PaintRun(this, row, x, x + rectWidth, ink);
+  }
   return true;
 }
 

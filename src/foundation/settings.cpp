@@ -1,10 +1,15 @@
 #include "foundation/settings.h"
 
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string>
+#include <vector>
 
 #include "foundation/paths.h"
+#include "foundation/profile_lines.h"
+#include "foundation/replacement_file.h"
 #include "platform/files.h"
 #include "platform/profile.h"
 
@@ -74,7 +79,33 @@ void WriteSettingNumber(const SettingKey& key, int32_t value) {
 
 void WriteSettingText(const SettingKey& key, const char* text) {
   char path[kPathCapacity];
-  if (SettingsPath(path)) platform::WriteProfileText(path, key.section, key.key, text);
+  if (SettingsPath(path)) WriteProfileText(path, key.section, key.key, text);
+}
+
+bool WriteProfileText(const char* path, const char* section, const char* key, const char* text) {
+  std::vector<std::string> lines;
+  if (!ReadProfileLines(platform::OpenStdioFile(path, "rb"), &lines) && platform::PathExists(path)) return false;
+  // Nothing but UTF-16 text begins so.
+  if (!lines.empty() && lines[0].starts_with("\xFF\xFE")) return false;
+  const ProfileKeyPlace place = FindProfileKey(lines, section, key);
+  std::string line = key;
+  line.append("=").append(text).append("\r");
+  const auto at = lines.begin() + static_cast<std::ptrdiff_t>(place.line);
+  if (place.hasKey) {
+    *at = line;
+  } else if (place.hasSection) {
+    lines.insert(at, line);
+  } else {
+    lines.push_back(std::string("[").append(section).append("]\r"));
+    lines.push_back(line);
+  }
+  ReplacementFile file;
+  if (!file.Open(path)) return false;
+  for (std::string& each : lines) {
+    each += '\n';
+    file.stream.Write(each.data(), static_cast<int32_t>(each.size()));
+  }
+  return file.Commit();
 }
 
 bool ParseColorText(const char* text, uint32_t* color) {

@@ -43,6 +43,10 @@ void ReadSettingText(const SettingKey& key, char* text, size_t capacity);
 void WriteSettingNumber(const SettingKey& key, int32_t value);
 void WriteSettingText(const SettingKey& key, const char* text);
 
+// Writes one key of an INI file, which is replaced as a whole. Makes the file and the section if they are missing.
+// False if the file can't be written; one in UTF-16 isn't. The path and all texts are Shift JIS.
+bool WriteProfileText(const char* path, const char* section, const char* key, const char* text);
+
 // Reads "#RRGGBB" in hexadecimal into a colour with red in the low byte. False, and no change, for other text.
 bool ParseColorText(const char* text, uint32_t* color);
 

@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 
-// INI files: a line "[section]", then lines "key=value". Sections and keys ignore case. Each call reads the file anew.
-// Paths and texts are Shift JIS.
+// Reading of INI files: a line "[section]", then lines "key=value". Sections and keys ignore case. Each call reads the
+// file anew. Paths and texts are Shift JIS.
 namespace sorvel::platform {
 
 // The number at the start of the value, 0 if there is none; `fallback` if the file or the key is missing.
@@ -14,8 +14,5 @@ int32_t ReadProfileNumber(const char* path, const char* section, const char* key
 // or the key is missing.
 void ReadProfileText(const char* path, const char* section, const char* key, const char* fallback, char* text,
                      size_t capacity);
-
-// Writes one key. Makes the file and the section if they are missing. False if the file can't be written.
-bool WriteProfileText(const char* path, const char* section, const char* key, const char* text);
 
 }  // namespace sorvel::platform

@@ -357,8 +357,8 @@ TEST(Settings, FolderInPlaceOfTheFileGivesTheDefaults) {
 
 TEST(Profile, WriteTellsWhetherItCouldBeDone) {
   TemporaryFolder folder;
-  EXPECT_TRUE(platform::WriteProfileText(folder.Path("a.ini").c_str(), "s", "k", "v"));
-  EXPECT_FALSE(platform::WriteProfileText(folder.Path("missing/a.ini").c_str(), "s", "k", "v"));
+  EXPECT_TRUE(WriteProfileText(folder.Path("a.ini").c_str(), "s", "k", "v"));
+  EXPECT_FALSE(WriteProfileText(folder.Path("missing/a.ini").c_str(), "s", "k", "v"));
 }
 
 TEST(Profile, FallbackStandsForAMissingKey) {

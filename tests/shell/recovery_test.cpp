@@ -16,7 +16,7 @@ class RecoveryTest : public ShellTest {
  protected:
   void SetUp() override {
     ShellTest::SetUp();
-    platform::WriteProfileText(folder.Path("sorvel.ini").c_str(), "setup", "autosave", "1");
+    WriteProfileText(folder.Path("sorvel.ini").c_str(), "setup", "autosave", "1");
   }
   void TearDown() override {
     CloseCuts();

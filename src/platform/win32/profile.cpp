@@ -13,8 +13,4 @@ void ReadProfileText(const char* path, const char* section, const char* key, con
   GetPrivateProfileStringA(section, key, fallback, text, static_cast<DWORD>(capacity), path);
 }
 
-bool WriteProfileText(const char* path, const char* section, const char* key, const char* text) {
-  return WritePrivateProfileStringA(section, key, text, path) != 0;
-}
-
 }  // namespace sorvel::platform

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <initializer_list>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace sorvel::console {
@@ -39,10 +40,22 @@ class Arguments {
 // A whole decimal number within the bounds; false for anything else.
 bool ParseNumber(const std::string& text, int32_t lowest, int32_t highest, int32_t* number);
 
-// One line on standard error: "sorvel: SUBJECT: PROBLEM". Gives the status of a failure.
+// Messages show at most so many bytes of their input.
+constexpr size_t kMostEcho = 200;
+
+// Text as a message shows it: bytes that are no text, control characters among them, as \xNN, and only the beginning
+// and the end of what is longer than `limit` bytes.
+std::string Printable(std::string_view text, size_t limit = kMostEcho);
+// The same for a signal handler: fills `line`, which takes 4 * limit + 3 bytes, and gives how many it used.
+size_t PutPrintable(const char* text, size_t length, size_t limit, char* line);
+
+// One line on standard error: "sorvel: SUBJECT: PROBLEM". The subject is input, the problem is not. Gives the status of
+// a failure.
 int Fail(const std::string& subject, const std::string& problem);
-// One line on standard error. Gives the status of wrong usage.
+// One line on standard error, in which input went through Printable(). Gives the status of wrong usage.
 int FailUsage(const std::string& problem);
+// One line on standard error: "SCRIPT:LINE: PROBLEM". Both texts may hold input. Gives the status of a refused line.
+int FailLine(const std::string& script, int line, const std::string& problem);
 
 // The value of a number option, or what `number` holds when it isn't given. False, with the line written, for a value
 // outside the bounds.

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cctype>
 #include <cerrno>
 #include <csignal>
@@ -24,8 +25,45 @@ namespace {
 
 constexpr size_t kFileBuffer = 1 << 16;
 
+// What an interruption names, as messages show it. The handler may come at any time, so the name that it may read isn't
+// written to. The first name is that of the command's subject.
+constexpr size_t kNameRoom = 4 * kMostEcho + 4;
+char gNames[2][kNameRoom];
+std::atomic<int> gName = 0;
+std::atomic<bool> gWritesOutput = false;
+bool gHasProgress = false;
+
+std::string ChangeInterruptName(const std::string& printable) {
+  const int current = gName;
+  const std::string before = gNames[current];
+  char* const next = gNames[1 - current];
+  next[printable.copy(next, kNameRoom - 1)] = '\0';
+  gName = 1 - current;
+  return before;
+}
+
+// Only calls that are safe in a signal handler.
 void OnInterrupt(int signal) {
-  platform::RemovePartialFilesNow();
+  const char* const target = platform::RemovePartialFilesNow();
+  constexpr char clear[] = "\r\033[K";
+  constexpr char before[] = "sorvel: ";
+  constexpr char after[] = ": interrupted\n";
+  char line[sizeof(clear) + sizeof(before) + kNameRoom + sizeof(after)];
+  size_t length = 0;
+  const auto put = [&line, &length](const char* text, size_t count) {
+    std::memcpy(line + length, text, count);
+    length += count;
+  };
+  if (gHasProgress) put(clear, sizeof(clear) - 1);
+  put(before, sizeof(before) - 1);
+  if (target != nullptr && !gWritesOutput) {
+    length += PutPrintable(target, std::strlen(target), kMostEcho, line + length);
+  } else {
+    const char* const name = gNames[gName];
+    put(name, std::strlen(name));
+  }
+  put(after, sizeof(after) - 1);
+  if (write(STDERR_FILENO, line, length) < 0) errno = 0;
   std::signal(signal, SIG_DFL);
   std::raise(signal);
 }
@@ -54,12 +92,15 @@ bool Check(const std::string& path, const char* problem) {
 
 }  // namespace
 
-void CatchInterrupts() {
-  // A file that grows beyond a limit fails like one on a full disk.
+void CatchInterrupts(const std::string& subject) {
+  ChangeInterruptName(Printable(subject));
+  gHasProgress = isatty(STDERR_FILENO) != 0;
   std::signal(SIGXFSZ, SIG_IGN);
-  std::signal(SIGINT, OnInterrupt);
-  std::signal(SIGTERM, OnInterrupt);
-  std::signal(SIGHUP, OnInterrupt);
+  std::signal(SIGPIPE, SIG_IGN);
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    // What the program was told to ignore, as in the background, it ignores.
+    if (std::signal(signal, OnInterrupt) == SIG_IGN) std::signal(signal, SIG_IGN);
+  }
 }
 
 InputFile::~InputFile() {
@@ -86,10 +127,24 @@ bool InputFile::Open(const std::string& path, std::string* problem) {
   return true;
 }
 
+OutputFile::~OutputFile() {
+  if (nameBefore.empty()) return;
+  ChangeInterruptName(nameBefore);
+  gWritesOutput = false;
+}
+
 bool OutputFile::Open(const std::string& path, std::string* problem) {
+  nameBefore = ChangeInterruptName(Printable(path));
+  gWritesOutput = true;
   if (file.OpenUtf8(path)) return true;
   *problem = std::strerror(file.errorNumber());
   return false;
+}
+
+bool OutputFile::HasFailed(std::string* problem) const {
+  if (file.stream.failure == 0) return false;
+  *problem = std::strerror(file.stream.failure);
+  return true;
 }
 
 bool OutputFile::Commit(std::string* problem) {

@@ -34,15 +34,23 @@ class InputFile {
 // A file that appears under its name only when it is complete, also when the program is interrupted.
 class OutputFile {
  public:
+  OutputFile() = default;
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+  ~OutputFile();
+
   // Each gives false with the reason.
   bool Open(const std::string& path, std::string* problem);
   bool Commit(std::string* problem);
+  // True, with the reason, if something could not be written.
+  bool HasFailed(std::string* problem) const;
 
   FILE* File() { return file.stream.file; }
   ByteStream* Stream() { return &file.stream; }
 
  private:
   ReplacementFile file;
+  std::string nameBefore;  // what an interruption named before
 };
 
 // Writes a file by `fill`, which takes the OutputFile and gives false if it lacks memory. The file appears only when it
@@ -52,12 +60,14 @@ int WriteOutput(const std::string& path, const Fill& fill) {
   OutputFile file;
   std::string problem;
   if (!file.Open(path, &problem)) return Fail(path, problem);
-  if (!fill(&file)) return Fail(path, "not enough memory to write it");
+  if (!fill(&file)) return Fail(path, file.HasFailed(&problem) ? problem : "not enough memory to write it");
   return file.Commit(&problem) ? kDone : Fail(path, problem);
 }
 
-// From now on an interruption removes the file that is being written and then ends the program.
-void CatchInterrupts();
+// From now on an interruption removes what is being written and ends the program, after one line on standard error that
+// names the file that was being written, or `subject` if there was none. A closed pipe and a file that grows too large
+// are failed writes.
+void CatchInterrupts(const std::string& subject);
 
 // The kinds of files by their names, upper or lower case.
 enum class FileKind { kUnknown, kCut, kLayer, kFilm, kStream };

@@ -21,9 +21,11 @@ namespace {
 // The frame that a word names, counted from 1 there and from 0 here.
 int SelectFrame(const std::string& path, const std::string& word, Cut* cut) {
   int32_t number = 0;
-  if (!ParseNumber(word, INT32_MIN, INT32_MAX, &number)) return FailUsage("the frame is a number from 1, not " + word);
+  if (!ParseNumber(word, INT32_MIN, INT32_MAX, &number))
+    return FailUsage("the frame is a number from 1, not " + Printable(word));
   if (number < 1 || number > cut->frames.Count()) {
-    return Fail(path, "there is no frame " + word + ", the cut has " + std::to_string(cut->frames.Count()));
+    return Fail(path,
+                "there is no frame " + std::to_string(number) + ", the cut has " + std::to_string(cut->frames.Count()));
   }
   cut->currentFrame = number - 1;
   return kDone;
@@ -123,6 +125,7 @@ int RunExport(const Arguments& arguments) {
   const bool isWritten = WriteFilmContainer(&film, order.data(), count, file.Stream(), &bitmap, &report);
   ClearProgress();
   if (!isWritten) {
+    if (file.HasFailed(&problem)) return Fail(out, problem);
     return Fail(ShownText(film.CutName(report.listIndex)), report.report.problem);
   }
   return file.Commit(&problem) ? kDone : Fail(out, problem);
@@ -158,7 +161,7 @@ int RunView(const Arguments& arguments) {
   if (status != kDone) return status;
   Frame* frame = cut.CurrentFrame();
   if (arguments.Has("--record") && !frame->SelectRecord(record)) {
-    return Fail(in, "frame " + arguments.Plain()[1] + " has no record " + std::to_string(record));
+    return Fail(in, "frame " + std::to_string(cut.currentFrame + 1) + " has no record " + std::to_string(record));
   }
   uint32_t flags = static_cast<uint32_t>(drawLimit) << kDrawLimitShift;
   if (arguments.Has("--onion-previous")) flags |= kOnionPrevious;

@@ -51,11 +51,7 @@ int RunImport(const Arguments& arguments) {
     if (!importer.Add(pictures[i])) return kFailed;
   }
   ClearProgress();
-  OutputFile file;
-  std::string problem;
-  if (!file.Open(out, &problem)) return Fail(out, problem);
-  if (!importer.Result()->Save(file.Stream())) return Fail(out, "not enough memory to write it");
-  return file.Commit(&problem) ? kDone : Fail(out, problem);
+  return WriteOutput(out, [&importer](OutputFile* file) { return importer.Result()->Save(file->Stream()); });
 }
 
 }  // namespace sorvel::console

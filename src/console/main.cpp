@@ -143,7 +143,7 @@ int RunCommand(const Command& command, int count, char** words) {
   if (!arguments.Parse(count, words, command.options, command.fewestWords, command.mostWords)) {
     return FailUsage(std::string(command.name) + ": " + arguments.Problem() + "; usage: sorvel " + command.usage);
   }
-  CatchInterrupts();
+  CatchInterrupts(arguments.Plain()[0]);
   FinishInterruptedWrites();
   LoadColors(nullptr);
   return command.run(arguments);
@@ -165,7 +165,7 @@ int Main(int argc, char** argv) {
     if (std::strcmp(word, command.name) == 0) return RunCommand(command, argc - 2, argv + 2);
   }
   return FailUsage(word[0] == '\0' ? std::string("a command is missing; see sorvel --help")
-                                   : std::string("no command ") + word + "; see sorvel --help");
+                                   : std::string("no command ") + Printable(word) + "; see sorvel --help");
 }
 
 }  // namespace sorvel::console

@@ -1,6 +1,4 @@
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <string>
 
@@ -91,13 +89,12 @@ int RunPlay(const Arguments& arguments) {
   std::error_code error;
   std::filesystem::create_directories(folder, error);
   if (error) return Fail(folder, error.message());
-  // The log is written tick by tick, so that it agrees with the pictures wherever the play ends.
   const std::string logPath = folder + "/ticks.jsonl";
-  FileStream log(std::fopen(logPath.c_str(), "wb"));
-  if (!log.IsOpen()) return Fail(logPath, std::strerror(errno));
-  const int status = PlayTicks(in, folder, &stream, count, log.file);
-  const bool logged = std::ferror(log.file) == 0;
-  return log.Close() && logged ? status : Fail(logPath, "can't be written");
+  OutputFile log;
+  if (!log.Open(logPath, &problem)) return Fail(logPath, problem);
+  const int status = PlayTicks(in, folder, &stream, count, log.File());
+  if (status != kDone) return status;
+  return log.Commit(&problem) ? kDone : Fail(logPath, problem);
 }
 
 }  // namespace sorvel::console

@@ -34,8 +34,7 @@ int RunLines(const std::string& script, std::string text, MainFrame* frame) {
   while (!runner.HasEnded() && reader.Next(&line)) {
     const int status = line.problem.empty() ? runner.Run(line.words) : kRefused;
     if (status == kRefused) {
-      const std::string& problem = line.problem.empty() ? runner.Problem() : line.problem;
-      std::fprintf(stderr, "%s:%d: %s\n", script.c_str(), line.number, problem.c_str());
+      return FailLine(script, line.number, line.problem.empty() ? runner.Problem() : line.problem);
     }
     if (status != kDone) return status;
     if (!runner.HasEnded()) frame->recovery.OnAction();

@@ -54,8 +54,8 @@ std::string CopyBase(const std::string& target, bool make) {
 }
 
 // Writes all that `from` holds over what the target holds.
-bool WriteOver(ByteStream& from, const std::string& target) {
-  FileStream out(platform::OpenInPlace(target, false));
+bool WriteOver(ByteStream& from, FILE* target) {
+  FileStream out(target);
   if (!out.IsOpen()) return false;
   from.Seek(0, kFromStart);
   const bool copied = CopyStream(from, out, -1);
@@ -113,13 +113,14 @@ bool ReplacementFile::OpenUtf8(const std::string& path, Form form) {
 bool ReplacementFile::OpenCopy(const std::string& path) {
   FILE* target = platform::OpenInPlace(path, isText);
   if (target == nullptr) return false;
-  isPlainFile = std::fseek(target, 0, SEEK_END) == 0 && platform::IsPlainFile(target);
-  std::fclose(target);
-  if (isPlainFile) {
+  if (std::fseek(target, 0, SEEK_END) == 0 && platform::IsPlainFile(target)) {
+    std::fclose(target);
     const std::string base = CopyBase(path, true);
     if (base.empty() || !platform::CreatePartialFile(base + kCopySuffix, isText, &partial)) return false;
     stream = FileStream(partial.file);
   } else {
+    // It stays open: who reads a pipe takes a close for the end.
+    device = target;
     stream = FileStream(platform::OpenTemporaryFile());
     if (!stream.IsOpen()) return false;
   }
@@ -134,6 +135,7 @@ bool ReplacementFile::Commit() {
     Discard();
     return Fail(failed);
   }
+  if (device != nullptr) return CommitToDevice();
   if (!inPlace.empty()) return CommitInPlace();
   stream.file = nullptr;
   if (!platform::CommitPartialFile(&partial)) return Fail(errno);
@@ -141,15 +143,17 @@ bool ReplacementFile::Commit() {
   return true;
 }
 
+bool ReplacementFile::CommitToDevice() {
+  const bool written = WriteOver(stream, device);
+  const int problem = errno;
+  device = nullptr;
+  Discard();
+  return written || Fail(problem);
+}
+
 bool ReplacementFile::CommitInPlace() {
   const std::string target = inPlace;
   inPlace.clear();
-  if (!isPlainFile) {
-    const bool written = WriteOver(stream, target);
-    const int problem = errno;
-    stream.Close();
-    return written || Fail(problem);
-  }
   // The copy is whole and says what it is for before the first byte of the target changes.
   const std::string base = CopyBase(target, true);
   stream.file = nullptr;
@@ -164,7 +168,7 @@ bool ReplacementFile::CommitInPlace() {
     return Fail(problem);
   }
   FileStream copy(platform::OpenFileAt(base + kCopySuffix, "rb"));
-  const bool written = copy.IsOpen() && WriteOver(copy, target);
+  const bool written = copy.IsOpen() && WriteOver(copy, platform::OpenInPlace(target, false));
   const int problem = errno;
   copy.Close();
   if (!written) return Fail(problem);
@@ -179,6 +183,8 @@ void ReplacementFile::Discard() {
     stream.Close();
   }
   stream.file = nullptr;
+  if (device != nullptr) std::fclose(device);
+  device = nullptr;
   inPlace.clear();
 }
 
@@ -196,7 +202,7 @@ void FinishInterruptedWrites() {
     std::fclose(file);
     FileStream copy(platform::OpenFileAt(copyPath, "rb"));
     // Without a copy the target wasn't touched yet.
-    const bool done = !copy.IsOpen() || WriteOver(copy, target);
+    const bool done = !copy.IsOpen() || WriteOver(copy, platform::OpenInPlace(target, false));
     copy.Close();
     if (!done) continue;
     platform::RemoveFileAt(path);

@@ -54,11 +54,12 @@ class ReplacementFile {
   bool Fail(int number);
   bool OpenCopy(const std::string& path);
   bool CommitInPlace();
+  bool CommitToDevice();
 
   platform::PartialFile partial;
-  std::string requested;  // the path as it was given
-  std::string inPlace;    // the target when it is written in place, else empty
-  bool isPlainFile = false;
+  std::string requested;   // the path as it was given
+  std::string inPlace;     // the target when it is written in place, else empty
+  FILE* device = nullptr;  // the target if it is no plain file
   bool isText = false;
   WriteProblem reason = WriteProblem::kNone;
   int error = 0;

@@ -34,8 +34,9 @@ void SweepPartialFiles(const std::string& folder);
 // Closes and removes the file.
 void DiscardPartialFile(PartialFile* partial);
 
-// Removes the partial files of this program. Only calls that are safe in a signal handler.
-void RemovePartialFilesNow();
+// Removes the partial files of this program and gives the path of the file that one of them was to replace, null if
+// there was none. Only calls that are safe in a signal handler.
+const char* RemovePartialFilesNow();
 
 // Flushes what was written to the disk itself.
 bool FlushToDisk(FILE* file);

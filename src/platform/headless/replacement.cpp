@@ -26,13 +26,15 @@ constexpr size_t kFileBuffer = 1 << 16;
 // The paths of the files that are open now, for a signal handler. Threads share the slots.
 constexpr int kSlots = 8;
 char gPartialPaths[kSlots][PATH_MAX];
+char gTargets[kSlots][PATH_MAX];
 std::atomic<bool> gSlotTaken[kSlots];
 std::atomic<bool> gSlotUsed[kSlots];
 
-void Remember(const std::string& path) {
+void Remember(const std::string& path, const std::string& target) {
   for (int i = 0; i < kSlots; ++i) {
     if (path.size() >= PATH_MAX || gSlotTaken[i].exchange(true)) continue;
     std::strcpy(gPartialPaths[i], path.c_str());
+    gTargets[i][target.copy(gTargets[i], PATH_MAX - 1)] = '\0';
     gSlotUsed[i] = true;
     return;
   }
@@ -143,7 +145,7 @@ bool CreatePartialFile(const std::string& target, bool, PartialFile* partial) {
   SweepPartialFiles(folder);
   const int descriptor = CreateLocked(folder, &partial->path);
   if (descriptor < 0) return false;
-  Remember(partial->path);
+  Remember(partial->path, target);
   TakePermissions(descriptor, exists ? &status : nullptr);
   partial->lock = fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
   partial->file = partial->lock >= 0 ? fdopen(descriptor, "wb+") : nullptr;
@@ -185,10 +187,14 @@ void DiscardPartialFile(PartialFile* partial) {
   Close(partial);
 }
 
-void RemovePartialFilesNow() {
+const char* RemovePartialFilesNow() {
+  const char* target = nullptr;
   for (int i = 0; i < kSlots; ++i) {
-    if (gSlotUsed[i]) unlink(gPartialPaths[i]);
+    if (!gSlotUsed[i]) continue;
+    unlink(gPartialPaths[i]);
+    if (target == nullptr) target = gTargets[i];
   }
+  return target;
 }
 
 bool FlushToDisk(FILE* file) {

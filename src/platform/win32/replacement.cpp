@@ -209,7 +209,9 @@ void DiscardPartialFile(PartialFile* partial) {
 }
 
 // No signal ends a program of this platform while it writes; what is killed is swept by the next save.
-void RemovePartialFilesNow() {}
+const char* RemovePartialFilesNow() {
+  return nullptr;
+}
 
 bool FlushToDisk(FILE* file) {
   if (std::fflush(file) != 0) return false;

@@ -1,6 +1,7 @@
 #include <cstdio>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "console/commands.h"
 #include "console/console_files.h"
@@ -45,7 +46,8 @@ int RunLines(const std::string& script, std::string text, MainFrame* frame) {
 // Destroys the windows without asking whether to save.
 void DestroyWindows(MainFrame* frame) {
   if (platform::headless::HasQuit()) return;
-  for (CutWindow* cut : OpenCuts(*frame)) platform::DestroyMdiChild(frame->mdiClient, cut->window);
+  for (CutWindow* cut : std::vector<CutWindow*>(frame->openCuts))
+    platform::DestroyMdiChild(frame->mdiClient, cut->window);
   platform::DestroyWindow(frame->frameWindow);
 }
 

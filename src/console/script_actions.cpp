@@ -242,7 +242,7 @@ int ScriptRunner::RunDrop() {
 }
 
 int ScriptRunner::RunActivate() {
-  const std::vector<CutWindow*> cuts = OpenCuts(*frame);
+  const std::vector<CutWindow*>& cuts = frame->openCuts;
   int32_t index = 0;
   if (!ParseNumber(words[1], 0, static_cast<int32_t>(cuts.size()) - 1, &index)) {
     return Refuse("there is no open cut " + words[1]);
@@ -266,7 +266,7 @@ int ScriptRunner::RunTick() {
 }
 
 int ScriptRunner::RunState() {
-  const std::string state = DescribeState(frame, OpenCuts(*frame));
+  const std::string state = DescribeState(frame, frame->openCuts);
   return WriteBytes(words[1], state.data(), state.size());
 }
 

@@ -149,7 +149,7 @@ platform::WindowHandle ScriptRunner::FindPanel(const std::string& word) const {
 }
 
 void ScriptRunner::PaintWindows() {
-  for (CutWindow* cut : OpenCuts(*frame)) headless::PaintInvalid(cut->window);
+  for (const CutWindow* cut : frame->openCuts) headless::PaintInvalid(cut->window);
   headless::PaintInvalid(frame->animationWindow.window);
 }
 
@@ -175,15 +175,6 @@ int ScriptRunner::SendMouse(platform::WindowHandle window, uint32_t message, Poi
   headless::SetCursorPlace(platform::ClientToScreen(window, place));
   platform::Send(window, message, heldButtons | modifiers, platform::PackPoint(place));
   return kDone;
-}
-
-std::vector<CutWindow*> OpenCuts(const MainFrame& frame) {
-  std::vector<CutWindow*> cuts;
-  for (platform::WindowHandle window : frame.mdiClient->children) {
-    platform::WindowObject* object = platform::ObjectOf(window);
-    if (object != nullptr) cuts.push_back(static_cast<CutWindow*>(object));
-  }
-  return cuts;
 }
 
 }  // namespace sorvel::console

@@ -82,7 +82,4 @@ class ScriptRunner {
   uint32_t heldButtons = 0;  // platform::MouseKey bits of the mouse buttons that are down
 };
 
-// The open cuts in order of opening.
-std::vector<CutWindow*> OpenCuts(const MainFrame& frame);
-
 }  // namespace sorvel::console

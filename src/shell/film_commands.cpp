@@ -226,7 +226,10 @@ void MainFrame::DeleteCutFiles(int32_t index) {
   if (ChangeExtension(cachePath, path, "ca")) platform::DeletePath(cachePath);
   CutWindow* open = WindowOfEntry(index);
   if (open == nullptr) return;
-  if (open->Has(kModified)) KeepUnsavedCut(open);
+  ChunkStream contents;
+  if (open->Has(kModified) && WriteUnsaved(open, &contents)) {
+    KeepUnsaved(Utf8Path(open->path), kCutFiles.defaultExtension, &contents);
+  }
   open->stateFlags &= ~static_cast<uint32_t>(kModified | kTimingStale);
   open->stateFlags |= kImagesStale;
   platform::DestroyMdiChild(mdiClient, open->window);

@@ -59,6 +59,7 @@ intptr_t MainFrame::WindowProc(uint32_t message, uintptr_t first, intptr_t secon
     case platform::kMessageCommand:
       if (OnCommand(static_cast<int32_t>(platform::HighHalf(first)), static_cast<int32_t>(platform::LowHalf(first)),
                     platform::PointerIn<platform::Window>(second)) == 0) {
+        isButtonHeld = false;
         NoteInput();
         return 0;
       }

@@ -161,8 +161,9 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   void MoveFocus(bool forward);
   bool CloseEveryCut();  // false if one stayed open
   void CloseAllWithoutFilm();
-  // What is closed without being saved stays in the history; without a path only if recovery is on.
-  void KeepUnsavedCut(CutWindow* cut);
+  // What is closed without being saved stays in the history; without a path only if recovery is on. WriteUnsaved()
+  // writes the bytes that are to be kept of a cut, and gives false if nothing is to be.
+  bool WriteUnsaved(CutWindow* cut, ByteStream* contents);
   void KeepUnsavedFilm();
   // Asks whether to save a document; the path may be empty. True for Yes.
   bool AskToSave(const char* path);

@@ -104,10 +104,13 @@ bool MainFrame::AskSaveCut(CutWindow* cut) {
   if (!cut->Has(kModified)) return true;
   const bool hasFile = cut->path[0] != '\0';
   const bool saves = (shellFlags & kCloseWithoutAsking) != 0 || AskToSave(cut->path);
+  ChunkStream contents;
+  // A save of a cut without a path takes its unused layers away before it asks for one.
+  const bool isKept = (!saves || !hasFile) && WriteUnsaved(cut, &contents);
   const SaveResult result = saves ? OverwriteCut(cut) : SaveResult::kCancelled;
   if (result == SaveResult::kSaved) return true;
   if (!saves || (result == SaveResult::kCancelled && !hasFile)) {
-    KeepUnsavedCut(cut);
+    if (isKept) KeepUnsaved(Utf8Path(cut->path), kCutFiles.defaultExtension, &contents);
     return true;
   }
   film->CutOpened(cut);
@@ -125,13 +128,13 @@ bool MainFrame::AskSaveFilm() {
   return true;
 }
 
-void MainFrame::KeepUnsavedCut(CutWindow* cut) {
-  if (cut->path[0] == '\0' && !recovery.IsOn()) return;
+bool MainFrame::WriteUnsaved(CutWindow* cut, ByteStream* contents) {
+  if (cut->path[0] == '\0' && !recovery.IsOn()) return false;
   const WaitCursor wait;
-  ChunkStream contents;
   const uint32_t marks = cut->stateFlags;
-  if (cut->Save(&contents)) KeepUnsaved(Utf8Path(cut->path), kCutFiles.defaultExtension, &contents);
+  const bool isWritten = cut->Save(contents);
   cut->stateFlags = marks;
+  return isWritten;
 }
 
 void MainFrame::KeepUnsavedFilm() {

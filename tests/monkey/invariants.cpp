@@ -66,7 +66,7 @@ std::string Invariants::Check(MainFrame& frame, bool mayLoad) {
   std::string problem = CheckTools();
   if (!problem.empty()) return problem;
   if (!frame.toolbox->Has(frame.currentTool)) return Numbered("the tool is", frame.currentTool);
-  const std::vector<CutWindow*> cuts = console::OpenCuts(frame);
+  const std::vector<CutWindow*>& cuts = frame.openCuts;
   std::set<const Layer*> nowStale;
   for (CutWindow* cut : cuts) {
     problem = CheckCut(cut, mayLoad, &nowStale);

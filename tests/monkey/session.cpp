@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <random>
 #include <system_error>
+#include <vector>
 
 #include "console/script_reader.h"
 #include "dialogs/dialogs.h"
@@ -120,7 +121,8 @@ void Session::End() {
   if (headless::HasQuit()) {
     FinishProgram(frame.get());
   } else {
-    for (CutWindow* cut : console::OpenCuts(*frame)) platform::DestroyMdiChild(frame->mdiClient, cut->window);
+    for (CutWindow* cut : std::vector<CutWindow*>(frame->openCuts))
+      platform::DestroyMdiChild(frame->mdiClient, cut->window);
     platform::DestroyWindow(frame->frameWindow);
     ReleaseProgram();
   }

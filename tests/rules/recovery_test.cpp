@@ -234,6 +234,13 @@ TEST_F(Recovery, OfAKillAtAnyTimeHasAllFinishedStrokes) {
   }
 }
 
+TEST_F(Recovery, AKeptStateOpensBesideTheCut) {
+  session.OpenCut("a.cut", PlainCut()).Command(kCommandAddFrame).Command(kCommandOverwriteCut);
+  session.Dialog(kVersionDialog, {}).Command(kCommandOpenVersion);
+  EXPECT_TRUE(Holds(session, "cuts/#", 2, "cut/path", "a.cut", "cut/modified", true, "cut/frames/#", 1,
+                    "cuts/0/frames/#", 2, "cuts/0/modified", false));
+}
+
 class ClosedWithoutSaving : public Recovery {};
 
 TEST_F(ClosedWithoutSaving, ACutStaysInTheHistory) {

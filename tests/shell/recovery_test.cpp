@@ -134,6 +134,23 @@ TEST_F(RecoveryTest, TakesThePlaceOfTheSameFileThatTheStartOpened) {
   EXPECT_EQ(Cut()->frames.Count(), 3);
 }
 
+TEST_F(RecoveryTest, OfACutWithoutAPathKeepsTheLayersThatASaveTakesAway) {
+  setenv("XDG_DATA_HOME", folder.Path("data").c_str(), 1);
+  MakeCut()->AddLayer("B", 4, 4, nullptr);
+  ASSERT_TRUE(Begin());
+  platform::headless::QueueYesNo(true);
+  platform::headless::QueueFileCancel();
+  CloseActiveCut();
+  const std::vector<Generation> generations = ListGenerations("");
+  ASSERT_EQ(generations.size(), 1u);
+  FileStream file(std::fopen(generations[0].path.c_str(), "rb"));
+  class Cut kept(0, 0, 24, "", 0);
+  EXPECT_TRUE(kept.Load(&file, nullptr));
+  file.Close();
+  EXPECT_EQ(kept.layers.Count(), 2);
+  unsetenv("XDG_DATA_HOME");
+}
+
 class OpenVersionTest : public ShellTest {
  protected:
   void TearDown() override {

@@ -56,6 +56,7 @@ CutSnapshot::Result CutSnapshot::Take(Cut* cut, int64_t limit) {
   const KeptCursor keptLayers(&cut->layers);
   const KeptCursor keptFrames(&cut->frames);
   std::vector<KeptCursor<FrameRecord*>> keptRecords;
+  keptRecords.reserve(static_cast<size_t>(cut->frames.Count()));
   for (int32_t i = 0; i < cut->frames.Count(); ++i) keptRecords.emplace_back(&cut->frames.At(i)->records);
 
   std::unordered_map<uint64_t, std::shared_ptr<Cell>> known;

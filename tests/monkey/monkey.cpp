@@ -93,7 +93,7 @@ std::string Quoted(const std::string& text) {
 }
 
 Monkey::Monkey(uint64_t seed, const std::string& folder, FILE* script, const MonkeyOptions& monkeyOptions)
-    : random(seed), options(monkeyOptions), session(folder, script) {}
+    : random(seed), options(monkeyOptions), session(folder, script, monkeyOptions.keepsFiles) {}
 
 int32_t Monkey::Number(int32_t lowest, int32_t highest) {
   const uint64_t range = static_cast<uint64_t>(int64_t{highest} - lowest + 1);

@@ -17,6 +17,8 @@ struct MonkeyOptions {
   bool isRough = true;
   // Rough, and files are damaged, which may ask for much memory.
   bool damagesFiles = true;
+  // The files of the session before stay.
+  bool keepsFiles = false;
   // Canvases that take megabytes, and some that take more than there is.
   bool isLarge = false;
 };

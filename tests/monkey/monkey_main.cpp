@@ -1,13 +1,16 @@
 // sorvel_monkey: random work on the headless program, session after session, until something fails.
 //
 //   sorvel_monkey [--seed N] [--steps N] [--seconds S] [--folder F] [--length N] [--large] [--script-only]
+//   sorvel_monkey --kills N [--seed N] [--folder F]
 //   sorvel_monkey --replay SCRIPT [--folder F]
 //   sorvel_monkey --minimise SCRIPT [--folder F]
 //
 // A session's script stands in F/session.sorvel, each line from before it was carried out, so that it is complete after
 // a crash too. `sorvel run --settings files/sorvel.ini session.sorvel` in F repeats it once F/files is empty again, but
 // for the checks and for the lines "# damage", "# send", "# expose" and "# restart", which --replay alone carries out.
-// --script-only makes none of those. --minimise leaves out what a failure doesn't need, in F/minimal.sorvel.
+// With --kills each session is killed at some moment, and the next one goes on with its files, in which no document may
+// be damaged. --script-only makes none of those. --minimise leaves out what a failure doesn't need, in
+// F/minimal.sorvel.
 
 #include <sys/wait.h>
 #include <unistd.h>
@@ -20,10 +23,13 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <string>
 #include <system_error>
 #include <vector>
 
+#include "document/cut.h"
+#include "foundation/byte_stream.h"
 #include "monkey/monkey.h"
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -51,6 +57,7 @@ struct Options {
   int64_t steps = INT64_MAX;
   int64_t seconds = INT64_MAX;
   int64_t length = 700;  // steps of a session
+  int64_t kills = 0;
   std::string folder;
   std::string replay;
   std::string minimise;
@@ -71,6 +78,8 @@ bool ReadOptions(int argc, char** argv, Options* options) {
       options->seconds = std::atoll(next());
     } else if (name == "--length") {
       options->length = std::atoll(next());
+    } else if (name == "--kills") {
+      options->kills = std::atoll(next());
     } else if (name == "--folder") {
       options->folder = next();
     } else if (name == "--replay") {
@@ -164,6 +173,67 @@ int RunSessions(const Options& options) {
   std::printf("%lld steps, seeds %llu to %llu, %lld s: nothing failed\n", static_cast<long long>(done),
               static_cast<unsigned long long>(options.seed), static_cast<unsigned long long>(seed - 1),
               static_cast<long long>(elapsed()));
+  return 0;
+}
+
+// Sessions that are killed.
+
+// What is wrong with a file: empty for nothing. Files that are no cuts or layers can't be told from damaged ones.
+std::string ProblemOf(const fs::path& path) {
+  sorvel::FileStream stream(std::fopen(path.c_str(), "rb"));
+  if (!stream.IsOpen()) return "can't be opened";
+  sorvel::Cut cut(0, 0, 24, "", 0);
+  sorvel::LoadReport report;
+  char magic[16] = "";
+  sorvel::ReadText(stream, magic, sizeof(magic));
+  stream.Seek(0, sorvel::kFromStart);
+  if (std::strcmp(magic, "Sorvelin Cut") == 0) {
+    cut.Load(&stream, nullptr, &report);
+  } else if (std::strcmp(magic, "Sorvelin Layer") == 0) {
+    cut.AddFrame();
+    cut.LoadLayer(&stream, &report);
+  }
+  stream.Close();
+  return report.problem;
+}
+
+int RunKills(const Options& options) {
+  constexpr unsigned longestLife = 60'000;  // microseconds
+  std::mt19937_64 random(options.seed);
+  uint64_t documents = 0;
+  for (int64_t i = 0; i < options.kills; ++i) {
+    const pid_t child = fork();
+    if (child == 0) {
+      MonkeyOptions monkeyOptions;
+      monkeyOptions.isRough = false;
+      monkeyOptions.keepsFiles = i % 50 != 0;
+      Monkey monkey(options.seed + static_cast<uint64_t>(i), options.folder, nullptr, monkeyOptions);
+      while (monkey.Step()) {
+      }
+      if (monkey.Failure().empty()) _exit(0);
+      std::fprintf(stderr, "monkey: SUMMARY: seed %llu: %s\n",
+                   static_cast<unsigned long long>(options.seed + static_cast<uint64_t>(i)), monkey.Failure().c_str());
+      _exit(kFailed);
+    }
+    if (child < 0) return kUsage;
+    usleep(static_cast<useconds_t>(random() % longestLife));
+    kill(child, SIGKILL);
+    int status = 0;
+    waitpid(child, &status, 0);
+    if (WIFEXITED(status) && WEXITSTATUS(status) != 0) return kFailed;
+    for (const auto& entry : fs::recursive_directory_iterator(fs::path(options.folder) / "files")) {
+      const std::string name = entry.path().filename().string();
+      if (!entry.is_regular_file() || (name.starts_with(".sorvel-") && name.ends_with(".tmp"))) continue;
+      ++documents;
+      const std::string problem = ProblemOf(entry.path());
+      if (problem.empty()) continue;
+      std::fprintf(stderr, "monkey: SUMMARY: after kill %lld %s: %s\n", static_cast<long long>(i), entry.path().c_str(),
+                   problem.c_str());
+      return kFailed;
+    }
+  }
+  std::printf("%lld kills, %llu files looked at: none was damaged\n", static_cast<long long>(options.kills),
+              static_cast<unsigned long long>(documents));
   return 0;
 }
 
@@ -264,7 +334,7 @@ int main(int argc, char** argv) {
   if (!ReadOptions(argc, argv, &options)) {
     std::fprintf(stderr,
                  "usage: sorvel_monkey [--seed N] [--steps N] [--seconds S] [--length N] [--folder F] [--large]\n"
-                 "                     [--script-only] [--replay SCRIPT] [--minimise SCRIPT]\n");
+                 "                     [--script-only] [--kills N] [--replay SCRIPT] [--minimise SCRIPT]\n");
     return kUsage;
   }
 #if defined(__SANITIZE_ADDRESS__)
@@ -272,5 +342,6 @@ int main(int argc, char** argv) {
 #endif
   std::signal(SIGALRM, OnAlarm);
   if (!options.minimise.empty()) return Minimise(options);
+  if (options.kills > 0) return RunKills(options);
   return options.replay.empty() ? RunSessions(options) : Replay(options);
 }

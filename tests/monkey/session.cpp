@@ -93,11 +93,11 @@ std::vector<std::string> SplitWords(const std::string& line) {
   return words;
 }
 
-Session::Session(const std::string& folder, FILE* scriptFile) : script(scriptFile) {
+Session::Session(const std::string& folder, FILE* scriptFile, bool keepsFiles) : script(scriptFile) {
   std::error_code error;
   oldFolder = fs::current_path(error).string();
   fs::current_path(folder, error);
-  fs::remove_all(kFiles, error);
+  if (!keepsFiles) fs::remove_all(kFiles, error);
   fs::create_directories(std::string(kFiles).append("/sub"), error);
   UseSettingsFile((fs::current_path(error) / kSettings).string().c_str());
   Start();

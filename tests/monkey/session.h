@@ -28,8 +28,9 @@ namespace sorvel::monkey {
 class Session {
  public:
   // The folder exists; the working directory is there as long as the session lives. Its subfolder "files" is made
-  // anew. Each line is written to `scriptFile`, not owned and possibly null, before it is carried out.
-  Session(const std::string& folder, FILE* scriptFile);
+  // anew unless `keepsFiles` is set. Each line is written to `scriptFile`, not owned and possibly null, before it is
+  // carried out.
+  Session(const std::string& folder, FILE* scriptFile, bool keepsFiles = false);
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
   // Ends the program if need be, without questions.

@@ -637,7 +637,7 @@ bool Monkey::DoExit() {
   QueueAnswers();
   const bool closes = options.isRough && Chance(30);
   if (!Do(closes ? "# send frame 16 0 0" : "exit") || !Take()) return false;
-  if (!options.isRough || Chance(50)) return true;
+  if (!session.HasEnded() || !options.isRough || Chance(50)) return true;
   files = 0;
   answers = 0;
   questionsSeen = 0;

@@ -160,7 +160,10 @@ bool Session::Run(const std::string& line) {
 
 bool Session::RunAction(const std::vector<std::string>& words) {
   if (HasEnded()) return Fail("the program has ended");
-  if (runner->Run(words) != console::kDone) return Fail("the action is refused: " + runner->Problem());
+  const bool isDone = runner->Run(words) == console::kDone;
+  // A document that can't be written stops an exit.
+  const bool isStopped = words[0] == "exit" && !HasEnded() && headless::Failure().empty();
+  if (!isDone && !isStopped) return Fail("the action is refused: " + runner->Problem());
   if (IsAnswer(words[0])) return true;
   ++steps;
   return CheckAlways(MayLoad(words));

@@ -146,6 +146,8 @@ bool Monkey::Take() {
 }
 
 bool Monkey::DoCommand(int32_t id) {
+  // A film that can't be saved keeps the dialog of the next one away, and where it can't be told beforehand.
+  if (id == kCommandNewFilm && session.Frame()->film->modified != 0) id = kCommandSaveFilmAs;
   QueueAnswers();
   const Lines lines = DialogsOf(id);
   const bool asksColor = id == kCommandTransparentColor && !clipTransparent;

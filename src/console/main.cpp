@@ -4,6 +4,7 @@
 
 #include "console/commands.h"
 #include "console/console_files.h"
+#include "foundation/history.h"
 #include "foundation/replacement_file.h"
 #include "imaging/color_table.h"
 
@@ -145,6 +146,7 @@ int RunCommand(const Command& command, int count, char** words) {
   }
   CatchInterrupts(arguments.Plain()[0]);
   FinishInterruptedWrites();
+  SweepDataHistory();
   LoadColors(nullptr);
   return command.run(arguments);
 }

@@ -282,13 +282,17 @@ bool CopyStream(ByteStream& from, ByteStream& to, int32_t count) {
   constexpr int32_t blockBytes = 1 << 18;
   Buffer<uint8_t> block;
   if (!block.Allocate(blockBytes)) return false;
-  while (count != 0) {
-    const int32_t wanted = count < 0 ? blockBytes : std::min(count, blockBytes);
+  if (count < 0) {
+    // Without the length a read that fails would look like the end. It is -1 if there is more than can be counted.
+    const int32_t length = StreamLength(from);
+    if (length < 0) return false;
+    count = std::max(length - from.Tell(), 0);
+  }
+  while (count > 0) {
+    const int32_t wanted = std::min(count, blockBytes);
     const int32_t got = ReadUpTo(from, block.Data(), wanted);
-    if (got > 0 && !to.Write(block.Data(), got)) return false;
-    if (count > 0) count -= got;
-    // A source whose position is -1 has more data than can be counted.
-    if (got < wanted) return count <= 0 && from.Tell() >= 0;
+    if ((got > 0 && !to.Write(block.Data(), got)) || got < wanted) return false;
+    count -= got;
   }
   return true;
 }

@@ -135,7 +135,7 @@ int32_t ReadUpTo(ByteStream& stream, void* bytes, int32_t count);
 bool ReadWholeStream(ByteStream& stream, Buffer<uint8_t>* bytes, int32_t* size);
 
 // Copies `count` bytes, or all up to the end with a negative count, between the positions of two streams.
-// Gives false when the source ended early or a write failed.
+// Gives false when the source ended early, a read or a write failed, or the source is longer than 2 GiB.
 bool CopyStream(ByteStream& from, ByteStream& to, int32_t count);
 
 }  // namespace sorvel

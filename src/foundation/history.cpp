@@ -178,6 +178,7 @@ std::string AddGeneration(const std::string& path, GenerationKind kind, const st
   const int32_t next = earlier.empty() ? 1 : earlier.front().number + 1;
   for (const std::string& folder : places.own) {
     if (!places.Make(folder)) continue;
+    platform::SweepPartialFiles(folder);
     for (int32_t i = 0; i < tries; ++i) {
       char name[40];
       std::snprintf(name, sizeof(name), "%06d-%s", next + i, NameOfKind(kind));
@@ -303,7 +304,7 @@ bool KnownFile::Commit(ReplacementFile* file) {
   std::string kept;
   if (present.exists && IsKept(kind)) kept = KeepFile(target, kind, file->IsInPlace() ? CopyToNew : LinkOrCopy);
   if (!file->Commit()) {
-    if (!kept.empty()) RemoveGeneration(kept);
+    if (!kept.empty() && !file->IsTouched()) RemoveGeneration(kept);
     return false;
   }
   if (!kept.empty()) Prune(target);
@@ -317,6 +318,11 @@ bool KnownFile::Commit(ReplacementFile* file) {
   gWritten[path] = facts;
   news = found;
   return true;
+}
+
+void SweepDataHistory() {
+  const std::string history = Places("").dataHistory;
+  for (const std::string& name : platform::NamesInFolder(history)) platform::SweepPartialFiles(Joined(history, name));
 }
 
 void ForgetWrittenFiles() {

@@ -87,6 +87,10 @@ class KnownFile {
   News news = News::kNone;
 };
 
+// Removes what programs that were killed left half written in the user's data folder. To be called at the start of a
+// program.
+void SweepDataHistory();
+
 // Forgets which files this program has written itself, at which they don't count as changed by others.
 void ForgetWrittenFiles();
 

@@ -1,8 +1,10 @@
 #include "foundation/replacement_file.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
+#include <vector>
 
 #include "platform/files.h"
 #include "platform/text.h"
@@ -11,6 +13,7 @@ namespace sorvel {
 
 namespace {
 
+constexpr char kCopyPrefix[] = "in-place-";
 constexpr char kCopySuffix[] = ".copy";
 constexpr char kTargetSuffix[] = ".target";
 
@@ -48,30 +51,59 @@ std::string CopyBase(const std::string& target, bool make) {
   uint64_t hash = 14695981039346656037u;
   for (const char byte : target) hash = (hash ^ static_cast<uint8_t>(byte)) * 1099511628211u;
   char name[32];
-  std::snprintf(name, sizeof(name), "%cin-place-%016llx", platform::kPathSeparator,
+  std::snprintf(name, sizeof(name), "%c%s%016llx", platform::kPathSeparator, kCopyPrefix,
                 static_cast<unsigned long long>(hash));
   return folder + name;
 }
 
-// Writes all that `from` holds over what the target holds.
-bool WriteOver(ByteStream& from, FILE* target) {
-  FileStream out(target);
-  if (!out.IsOpen()) return false;
-  from.Seek(0, kFromStart);
-  const bool copied = CopyStream(from, out, -1);
-  const bool flushed = copied && platform::TruncateHere(out.file) && platform::FlushToDisk(out.file);
+// Writes `count` bytes of a file to the same place of another one, and flushes them to the disk.
+bool WriteRange(FileStream& from, FileStream& to, int32_t start, int32_t count) {
+  errno = 0;
+  return from.Seek(start, kFromStart) && to.Seek(start, kFromStart) && CopyStream(from, to, count) &&
+         platform::FlushToDisk(to.file);
+}
+
+// Writes all that `from` holds over what the target holds. `isTouched` tells after a failure whether the target isn't
+// what it was.
+bool WriteOver(FileStream& from, const std::string& target, bool* isTouched) {
+  *isTouched = false;
+  FileStream out(platform::OpenInPlace(target, false));
+  if (!from.IsOpen() || !out.IsOpen()) return false;
+  const int32_t length = StreamLength(from);
+  const int32_t oldLength = StreamLength(out);
+  // What makes the file longer comes first: it can be taken back if the disk is full.
+  if (length > oldLength && !WriteRange(from, out, oldLength, length - oldLength)) {
+    const int problem = errno;
+    out.Close();
+    FileStream again(platform::OpenInPlace(target, false));
+    *isTouched = !again.IsOpen() || !again.Seek(oldLength, kFromStart) || !platform::TruncateHere(again.file);
+    again.Close();
+    errno = problem;
+    return false;
+  }
+  *isTouched = true;
+  const bool written = length >= 0 && WriteRange(from, out, 0, std::min(length, oldLength)) &&
+                       out.Seek(length, kFromStart) && platform::TruncateHere(out.file) &&
+                       platform::FlushToDisk(out.file);
   const int problem = errno;
   const bool closed = out.Close();
-  if (!flushed) errno = problem;
-  return flushed && closed;
+  if (!written) errno = problem;
+  return written && closed;
+}
+
+void ForgetCopyAt(const std::string& base) {
+  platform::RemoveFileAt(base + kTargetSuffix);
+  platform::RemoveFileAt(base + kCopySuffix);
 }
 
 // A copy that an earlier write left must not be written over newer contents at the next start.
 void ForgetCopy(const std::string& target) {
   const std::string base = CopyBase(target, false);
-  if (base.empty()) return;
-  platform::RemoveFileAt(base + kTargetSuffix);
-  platform::RemoveFileAt(base + kCopySuffix);
+  if (!base.empty()) ForgetCopyAt(base);
+}
+
+bool IsThere(const std::string& path) {
+  return platform::FactsOf(path).exists;
 }
 
 bool WriteTargetName(const std::string& path, const std::string& target) {
@@ -101,6 +133,7 @@ bool ReplacementFile::OpenUtf8(const std::string& path, Form form) {
   error = 0;
   isText = form == Form::kText;
   requested = path;
+  isTouched = false;
   if (path.empty()) return Fail(ENOENT);
   if (platform::CreatePartialFile(path, isText, &partial)) {
     stream = FileStream(partial.file);
@@ -144,9 +177,12 @@ bool ReplacementFile::Commit() {
 }
 
 bool ReplacementFile::CommitToDevice() {
-  const bool written = WriteOver(stream, device);
-  const int problem = errno;
+  FileStream out(device);
   device = nullptr;
+  stream.Seek(0, kFromStart);
+  const bool copied = CopyStream(stream, out, -1) && platform::FlushToDisk(out.file);
+  const int problem = errno;
+  const bool written = out.Close() && copied;
   Discard();
   return written || Fail(problem);
 }
@@ -157,7 +193,7 @@ bool ReplacementFile::CommitInPlace() {
   // The copy is whole and says what it is for before the first byte of the target changes.
   const std::string base = CopyBase(target, true);
   stream.file = nullptr;
-  if (!WriteTargetName(base + kTargetSuffix, target)) {
+  if (base.empty() || !WriteTargetName(base + kTargetSuffix, target)) {
     const int problem = errno;
     platform::DiscardPartialFile(&partial);
     return Fail(problem);
@@ -168,12 +204,12 @@ bool ReplacementFile::CommitInPlace() {
     return Fail(problem);
   }
   FileStream copy(platform::OpenFileAt(base + kCopySuffix, "rb"));
-  const bool written = copy.IsOpen() && WriteOver(copy, platform::OpenInPlace(target, false));
+  const bool written = WriteOver(copy, target, &isTouched);
   const int problem = errno;
   copy.Close();
-  if (!written) return Fail(problem);
-  ForgetCopy(target);
-  return true;
+  // The next start makes up for a target that is neither old nor new.
+  if (written || !isTouched) ForgetCopyAt(base);
+  return written || Fail(problem);
 }
 
 void ReplacementFile::Discard() {
@@ -190,23 +226,31 @@ void ReplacementFile::Discard() {
 
 void FinishInterruptedWrites() {
   const std::string folder = platform::LocalDataFolder(false);
-  const std::string suffix = kTargetSuffix;
-  for (const std::string& name : platform::NamesInFolder(folder)) {
-    if (!name.starts_with("in-place-") || !name.ends_with(suffix)) continue;
+  platform::SweepPartialFiles(folder);
+  // Those with the names of targets come behind the copies.
+  std::vector<std::string> names = platform::NamesInFolder(folder);
+  std::sort(names.begin(), names.end());
+  for (const std::string& name : names) {
+    if (!name.starts_with(kCopyPrefix)) continue;
     const std::string path = std::string(folder).append(1, platform::kPathSeparator).append(name);
-    const std::string copyPath = path.substr(0, path.size() - suffix.size()).append(kCopySuffix);
+    const std::string base = path.substr(0, path.rfind('.'));
+    if (path != base + kTargetSuffix) {
+      // A copy that nobody knows the target of was done with.
+      if (!IsThere(base + kTargetSuffix)) platform::RemoveFileAt(path);
+      continue;
+    }
+    std::string target;
     FILE* file = platform::OpenFileAt(path, "rb");
     if (file == nullptr) continue;
-    std::string target;
     for (int byte = std::fgetc(file); byte != EOF; byte = std::fgetc(file)) target.push_back(static_cast<char>(byte));
+    const bool isRead = std::ferror(file) == 0;
     std::fclose(file);
-    FileStream copy(platform::OpenFileAt(copyPath, "rb"));
+    FileStream copy(platform::OpenFileAt(base + kCopySuffix, "rb"));
+    bool isTouched = false;
     // Without a copy the target wasn't touched yet.
-    const bool done = !copy.IsOpen() || WriteOver(copy, platform::OpenInPlace(target, false));
+    const bool isDone = isRead && (!IsThere(base + kCopySuffix) || WriteOver(copy, target, &isTouched));
     copy.Close();
-    if (!done) continue;
-    platform::RemoveFileAt(path);
-    platform::RemoveFileAt(copyPath);
+    if (isDone) ForgetCopyAt(base);
   }
 }
 

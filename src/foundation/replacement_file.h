@@ -42,6 +42,8 @@ class ReplacementFile {
   const std::string& Path() const { return requested; }
   // Whether the target keeps its place on the disk and only its contents are exchanged.
   bool IsInPlace() const { return !inPlace.empty(); }
+  // Whether a write in place failed halfway. The next start of a program writes the rest.
+  bool IsTouched() const { return isTouched; }
 
   // Why the file couldn't be written; kNone while nothing failed.
   WriteProblem problem() const { return reason; }
@@ -60,6 +62,7 @@ class ReplacementFile {
   std::string requested;   // the path as it was given
   std::string inPlace;     // the target when it is written in place, else empty
   FILE* device = nullptr;  // the target if it is no plain file
+  bool isTouched = false;
   bool isText = false;
   WriteProblem reason = WriteProblem::kNone;
   int error = 0;

@@ -149,6 +149,7 @@ void ReleaseProgram() {
 int EntryPoint(const char* commandLine, int32_t showCommand) {
   MainFrame frame;
   FinishInterruptedWrites();
+  SweepDataHistory();
   if (!StartProgram(&frame, commandLine, showCommand)) return 0;
   StartRecovery(&frame, commandLine[0] != '\0' && frame.film->path[0] != '\0');
   const int code = platform::RunLoop(frame.frameWindow, frame.mdiClient, kAccelerators);

@@ -77,11 +77,11 @@ int CreateLocked(const std::string& folder, std::string* path) {
     if (descriptor < 0 && errno == EEXIST) continue;
     if (descriptor < 0) return -1;
     struct stat status = {};
-    // Another program's sweep may have come between the two calls.
-    if (flock(descriptor, LOCK_EX | LOCK_NB) == 0 && fstat(descriptor, &status) == 0 && status.st_nlink > 0) {
-      return descriptor;
-    }
+    // Another program's sweep may have come between the two calls. Where there are no locks nobody sweeps.
+    const bool isFree = flock(descriptor, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+    if (isFree && fstat(descriptor, &status) == 0 && status.st_nlink > 0) return descriptor;
     close(descriptor);
+    unlink(path->c_str());
   }
   errno = EEXIST;
   return -1;

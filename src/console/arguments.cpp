@@ -124,6 +124,11 @@ int FailLine(const std::string& script, int line, const std::string& problem) {
   return kRefused;
 }
 
+int FinishPrinting() {
+  const bool written = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+  return written ? kDone : Fail("standard output", "can't be written");
+}
+
 bool NumberOption(const Arguments& arguments, const char* option, int32_t lowest, int32_t highest, int32_t* number) {
   const std::string* text = arguments.Find(option);
   if (text == nullptr || ParseNumber(*text, lowest, highest, number)) return true;

@@ -57,6 +57,9 @@ int FailUsage(const std::string& problem);
 // One line on standard error: "SCRIPT:LINE: PROBLEM". Both texts may hold input. Gives the status of a refused line.
 int FailLine(const std::string& script, int line, const std::string& problem);
 
+// Writes what was printed on standard output. Gives kDone, or the status of a failure with its line.
+int FinishPrinting();
+
 // The value of a number option, or what `number` holds when it isn't given. False, with the line written, for a value
 // outside the bounds.
 bool NumberOption(const Arguments& arguments, const char* option, int32_t lowest, int32_t highest, int32_t* number);

@@ -79,7 +79,10 @@ bool LoadDocument(const std::string& path, const Load& load) {
   std::string problem;
   LoadReport report;
   const bool isOpen = file.Open(path, &problem);
-  if (isOpen && load(file.Stream(), &report) && !report.IsDamaged()) return true;
+  const bool isLoaded = isOpen && load(file.Stream(), &report);
+  // A read that fails looks like the end of the file.
+  if (isOpen && std::ferror(file.File()) != 0) report.Note("can't be read");
+  if (isLoaded && !report.IsDamaged()) return true;
   Fail(path, isOpen ? report.problem : problem);
   return false;
 }

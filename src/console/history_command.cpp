@@ -36,7 +36,7 @@ int RunHistory(const Arguments& arguments) {
     if (to != nullptr) return FailUsage("history: --to needs --restore");
     if (generations.empty() && !platform::FactsOf(file).exists) return Fail(file, std::strerror(ENOENT));
     PrintGenerations(generations);
-    return kDone;
+    return FinishPrinting();
   }
   int32_t number = 0;
   if (!NumberOption(arguments, "--restore", 1, INT32_MAX, &number)) return kUsage;

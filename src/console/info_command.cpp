@@ -179,8 +179,7 @@ int WriteObject(const Write& write) {
   out.BeginObject();
   write(out);
   out.EndObject();
-  const bool written = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
-  return written ? kDone : Fail("standard output", "can't be written");
+  return FinishPrinting();
 }
 
 }  // namespace

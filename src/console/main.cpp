@@ -138,7 +138,7 @@ int RunCommand(const Command& command, int count, char** words) {
     if (std::strcmp(words[i], "--") == 0) break;
     if (std::strcmp(words[i], "--help") != 0) continue;
     PrintHelp(command);
-    return kDone;
+    return FinishPrinting();
   }
   Arguments arguments;
   if (!arguments.Parse(count, words, command.options, command.fewestWords, command.mostWords)) {
@@ -157,11 +157,11 @@ int Main(int argc, char** argv) {
   const char* word = argc > 1 ? argv[1] : "";
   if (std::strcmp(word, "--help") == 0) {
     PrintOverview();
-    return kDone;
+    return FinishPrinting();
   }
   if (std::strcmp(word, "--version") == 0) {
     std::printf("sorvel %s\n", SORVEL_VERSION);
-    return kDone;
+    return FinishPrinting();
   }
   for (const Command& command : kCommands) {
     if (std::strcmp(word, command.name) == 0) return RunCommand(command, argc - 2, argv + 2);

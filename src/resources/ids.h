@@ -132,6 +132,7 @@
 #define kTextCloseAllQuestion 40139
 #define kTextDeleteQuestion 40140
 #define kTextAbout 40141
+#define kTextNotDeleted 40277
 #define kTextNotRenamed 40278
 #define kTextNameTaken 40279
 #define kTextNotSaved 40280

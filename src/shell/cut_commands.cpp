@@ -87,7 +87,10 @@ CutWindow* MainFrame::OpenCutFile(const char* path) {
   CommandFile file(path, "rb");
   if (!file.IsOpen()) return nullptr;
   CutWindow* cut = OpenCutStream(&file.stream, path);
-  if (cut != nullptr) film->CutOpened(cut);
+  if (cut == nullptr) return nullptr;
+  // A read that fails looks like the end of the file.
+  if (std::ferror(file.stream.file) != 0) cut->knownFile.MarkDamaged();
+  film->CutOpened(cut);
   return cut;
 }
 

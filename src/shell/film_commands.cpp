@@ -221,7 +221,9 @@ void MainFrame::DeleteCuts() {
 void MainFrame::DeleteCutFiles(int32_t index) {
   const char* path = film->CutName(index);
   if (path[0] == '\0') return;
-  DeleteDocument(Utf8Path(path));
+  if (!DeleteDocument(Utf8Path(path)) && platform::PathExists(path)) {
+    ReportWithReason(kTextNotDeleted, path, kTextReadOnly);
+  }
   char cachePath[kPathCapacity];
   if (ChangeExtension(cachePath, path, "ca")) platform::DeletePath(cachePath);
   CutWindow* open = WindowOfEntry(index);

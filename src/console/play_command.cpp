@@ -83,7 +83,7 @@ int RunPlay(const Arguments& arguments) {
     StreamInfo info;
     LoadReport report;
     if (!InspectStream(file.Stream(), &info, &report) || report.IsDamaged()) return Fail(in, report.problem);
-    if (!ReadWholeStream(*file.Stream(), &bytes, &stream.size)) return Fail(in, "no memory for the stream");
+    if (!ReadWholeStream(*file.Stream(), &bytes, &stream.size)) return Fail(in, "can't be read into memory");
     stream.buffer = bytes.Data();
   }
   std::error_code error;

@@ -136,7 +136,7 @@ bool Film::Load(const char* filePath, char separator, LoadReport* report) {
     return false;
   }
   Read(file, target, separator, report);
-  if (std::fclose(file) != 0) return false;
+  std::fclose(file);
   if (report->IsDamaged()) knownFile.MarkDamaged();
   AssignString(&path, target);
   modified = 0;

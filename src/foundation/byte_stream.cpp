@@ -274,7 +274,7 @@ bool ReadWholeStream(ByteStream& stream, Buffer<uint8_t>* bytes, int32_t* size) 
   if (length < 0 || !bytes->Allocate(static_cast<size_t>(length))) return false;
   stream.Seek(0, kFromStart);
   *size = ReadUpTo(stream, bytes->Data(), length);
-  return true;
+  return *size == length;
 }
 
 bool CopyStream(ByteStream& from, ByteStream& to, int32_t count) {

@@ -254,7 +254,6 @@ SCENARIOS = [*commands(), *unwritable(), *scripts()]
 
 # Beginnings of the names of trials in which the program is silent, with what is known about it. They count apart.
 KNOWN_GAPS = {
-    "play/on:read": "a stream that can't be read any more plays on without an end",
     "export-film/limit": "a compiled stream that finds no room ends the export with a sound alone",
     "history-list/on:openat": "a history that can't be read looks empty",
 }

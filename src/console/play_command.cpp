@@ -80,12 +80,13 @@ int RunPlay(const Arguments& arguments) {
   {
     InputFile file;
     if (!file.Open(in, &problem)) return Fail(in, problem);
-    StreamInfo info;
-    LoadReport report;
-    if (!InspectStream(file.Stream(), &info, &report) || report.IsDamaged()) return Fail(in, report.problem);
     if (!ReadWholeStream(*file.Stream(), &bytes, &stream.size)) return Fail(in, "can't be read into memory");
     stream.buffer = bytes.Data();
   }
+  StreamInfo info;
+  LoadReport report;
+  if (!InspectStream(&stream, &info, &report) || report.IsDamaged()) return Fail(in, report.problem);
+  stream.Seek(0, kFromStart);
   std::error_code error;
   std::filesystem::create_directories(folder, error);
   if (error) return Fail(folder, error.message());

@@ -130,8 +130,8 @@ int32_t StreamLength(ByteStream& stream);
 // Reads up to `count` bytes, of any value, and gives how many there were.
 int32_t ReadUpTo(ByteStream& stream, void* bytes, int32_t count);
 
-// Reads a whole stream, from its start; `size` is the number of bytes read. False if there is no memory for it, if it is
-// longer than 2 GiB, or if a read fails.
+// Reads a whole stream, from its start; `size` is the number of bytes read. False if there is no memory for it, if it
+// is longer than 2 GiB, or if a read fails.
 bool ReadWholeStream(ByteStream& stream, Buffer<uint8_t>* bytes, int32_t* size);
 
 // Copies `count` bytes, or all up to the end with a negative count, between the positions of two streams.

@@ -35,7 +35,7 @@ bool gHasProgress = false;
 
 std::string ChangeInterruptName(const std::string& printable) {
   const int current = gName;
-  const std::string before = gNames[current];
+  std::string before = gNames[current];
   char* const next = gNames[1 - current];
   next[printable.copy(next, kNameRoom - 1)] = '\0';
   gName = 1 - current;

@@ -182,7 +182,7 @@ std::string AddGeneration(const std::string& path, GenerationKind kind, const st
     for (int32_t i = 0; i < tries; ++i) {
       char name[40];
       std::snprintf(name, sizeof(name), "%06d-%s", next + i, NameOfKind(kind));
-      const std::string target = Joined(folder, name) + extension;
+      std::string target = Joined(folder, name) + extension;
       errno = 0;
       if (put(target)) return target;
       if (errno != EEXIST) break;

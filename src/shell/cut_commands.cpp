@@ -182,6 +182,7 @@ void MainFrame::OpenVersion(CutWindow* cut) {
     return;
   }
   std::vector<std::string> lines;
+  lines.reserve(versions.size());
   for (const Generation& version : versions) lines.push_back(LineOf(version, lines.size() + 1));
   VersionDialog dialog(statusBar, std::move(lines));
   if (!dialog.Run(frameWindow)) return;

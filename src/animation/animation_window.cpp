@@ -56,6 +56,8 @@ void AnimationWindow::ShowFrameViewport() {
 
 // The old picture and the old viewport have the weight `weight / whole`; both are negative.
 void AnimationWindow::ShowDissolveStep(int32_t weight, int32_t whole) {
+  // A late timer message of a dissolve that another play took the place of finds that play's times.
+  if (whole == 0) return;
   bitmap.MixPlanes(weight, whole);
   const auto between = [weight, whole](int32_t from, int32_t to) {
     return static_cast<int32_t>((int64_t{from} * weight + int64_t{to} * (whole - weight)) / whole);

@@ -337,6 +337,17 @@ TEST(AnimationWindow, DissolveFromBlack) {
   EXPECT_EQ(screen.Greys(4), "0 63 127 191 255");
 }
 
+TEST(AnimationWindow, LateTickOfADissolveThatAnotherPlayReplacedShowsNothing) {
+  Screen screen;
+  screen.Play(Compiled({}, {Block(1, 1, 0x00), Block(-3, 1, 0xFF), Still(1, 1)}));
+  screen.player.TimerTick();
+  const int32_t shown = screen.Grey();
+  screen.player.nextTime = 1;
+  screen.player.TimerTick();
+  EXPECT_EQ(screen.player.ticks, -2);
+  EXPECT_EQ(screen.Grey(), shown);
+}
+
 TEST(AnimationWindow, TimeMinusOneIsOneTickOfHalfAndHalf) {
   Screen screen;
   screen.Play(Compiled({}, {Block(1, 1, 0x00), Block(-1, 1, 0xFF), Block(2, 1, 0xAA)}));

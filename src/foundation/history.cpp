@@ -8,6 +8,7 @@
 #include <map>
 #include <utility>
 
+#include "foundation/path_hash.h"
 #include "foundation/settings.h"
 #include "platform/files.h"
 #include "platform/text.h"
@@ -65,10 +66,8 @@ struct Places {
     own.push_back(Joined(beside, NameIn(path)));
     if (data.empty()) return;
     // The whole path tells documents of one name apart. A name keeps room for it within the limit of file systems.
-    uint64_t hash = 14695981039346656037u;
-    for (const char byte : path) hash = (hash ^ static_cast<uint8_t>(byte)) * 1099511628211u;
     char text[24];
-    std::snprintf(text, sizeof(text), "%016llx-", static_cast<unsigned long long>(hash));
+    std::snprintf(text, sizeof(text), "%016llx-", static_cast<unsigned long long>(PathHash(path)));
     own.push_back(Joined(dataHistory, text + NameIn(path).substr(0, 200)));
   }
 

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <vector>
 
+#include "foundation/path_hash.h"
 #include "platform/files.h"
 #include "platform/text.h"
 
@@ -48,11 +49,9 @@ WriteProblem ProblemOf(int error) {
 std::string CopyBase(const std::string& target, bool make) {
   const std::string folder = platform::LocalDataFolder(make);
   if (folder.empty()) return "";
-  uint64_t hash = 14695981039346656037u;
-  for (const char byte : target) hash = (hash ^ static_cast<uint8_t>(byte)) * 1099511628211u;
   char name[32];
   std::snprintf(name, sizeof(name), "%c%s%016llx", platform::kPathSeparator, kCopyPrefix,
-                static_cast<unsigned long long>(hash));
+                static_cast<unsigned long long>(PathHash(target)));
   return folder + name;
 }
 

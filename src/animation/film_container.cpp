@@ -1,6 +1,7 @@
 #include "animation/film_container.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 
 #include "animation/compiled_cache.h"
@@ -15,17 +16,22 @@ namespace sorvel {
 namespace {
 
 // Compiles all frames of the cut into a temporary file. Gives the open file, or null on failure. A cut without frames
-// gives an empty file, or a failure if there is a report.
-FILE* CompileCut(Cut* cut, const char* cachePath, NibbleBitmap* bitmap, PackedImage* composition, LoadReport* report) {
+// gives an empty file, or a failure if there is a report. `failure` receives errno if the file can't be written.
+FILE* CompileCut(Cut* cut, const char* cachePath, NibbleBitmap* bitmap, PackedImage* composition, LoadReport* report,
+                 int* failure) {
   const char* problem = CanvasProblem(*cut);
   if (report != nullptr && cut->frames.Count() == 0) problem = "the cut has no frames";
   FileStream stream(problem == nullptr ? platform::OpenTemporaryFile() : nullptr);
-  if (problem == nullptr && !stream.IsOpen()) problem = "no file for the compiled stream";
+  if (problem == nullptr && !stream.IsOpen()) {
+    *failure = errno;
+    problem = "no file for the compiled stream";
+  }
   if (problem == nullptr && cut->frames.Count() != 0) {
     const bool compiled = composition->Resize(cut->width, cut->height, 0) &&
                           CompileFrames(cut, 0, cut->frames.Count() - 1, &stream, bitmap, composition);
     if (!compiled) problem = "no memory for the picture";
     if (compiled && (std::fflush(stream.file) != 0 || std::ferror(stream.file) != 0 || StreamLength(stream) < 0)) {
+      *failure = stream.failure != 0 ? stream.failure : errno;
       problem = "the compiled stream can't be written";
     }
   }
@@ -39,7 +45,7 @@ FILE* CompileCut(Cut* cut, const char* cachePath, NibbleBitmap* bitmap, PackedIm
   return stream.file;
 }
 
-FILE* OpenOrCompile(Film* film, int32_t listIndex, NibbleBitmap* bitmap, LoadReport* report) {
+FILE* OpenOrCompile(Film* film, int32_t listIndex, NibbleBitmap* bitmap, LoadReport* report, int* failure) {
   const char* name = film->CutName(listIndex);
   char cachePath[kPathCapacity];
   if (!ChangeExtension(cachePath, name, "ca")) {
@@ -51,7 +57,7 @@ FILE* OpenOrCompile(Film* film, int32_t listIndex, NibbleBitmap* bitmap, LoadRep
   if (cache != nullptr) return cache;
   PackedImage composition;
   Cut* open = film->cuts.At(listIndex).cut;
-  if (open != nullptr) return CompileCut(open, cachePath, bitmap, &composition, report);
+  if (open != nullptr) return CompileCut(open, cachePath, bitmap, &composition, report, failure);
   FILE* file = platform::OpenStdioFile(name, "rb");
   if (file == nullptr) {
     NoteProblem(report, "can't be opened");
@@ -63,7 +69,7 @@ FILE* OpenOrCompile(Film* film, int32_t listIndex, NibbleBitmap* bitmap, LoadRep
   stream.Close();
   // A caller that passes a report wants no damaged cut in the film.
   const bool usable = loaded && (report == nullptr || !report->IsDamaged());
-  return usable ? CompileCut(&cut, cachePath, bitmap, &composition, report) : nullptr;
+  return usable ? CompileCut(&cut, cachePath, bitmap, &composition, report, failure) : nullptr;
 }
 
 // Appends a compiled stream without its first bytes and writes its offset to `tableEntry`. `head` receives its sizes.
@@ -90,7 +96,7 @@ bool AppendCut(FileStream& cache, ByteStream& container, int32_t tableEntry, Str
 
 }  // namespace
 
-bool WriteFilmContainer(Film* film, const int32_t* indices, int32_t count, ByteStream* container, NibbleBitmap* bitmap,
+bool WriteFilmContainer(Film* film, const int32_t* indices, int32_t count, FileStream* container, NibbleBitmap* bitmap,
                         ContainerReport* report) {
   WriteStreamStart(*container, StreamKind::kFilmContainer);
   WriteText(*container, film->title);
@@ -103,7 +109,7 @@ bool WriteFilmContainer(Film* film, const int32_t* indices, int32_t count, ByteS
   container->Seek(kOffsetBytes * count, kFromPosition);
   for (int32_t i = 0; i < count; ++i) {
     LoadReport* cutReport = report != nullptr ? &report->report : nullptr;
-    FileStream cache(OpenOrCompile(film, indices[i], bitmap, cutReport));
+    FileStream cache(OpenOrCompile(film, indices[i], bitmap, cutReport, &container->failure));
     StreamCutHead cut;
     const bool isIn = cache.IsOpen() && AppendCut(cache, *container, table + kOffsetBytes * i, &cut, cutReport);
     cache.Close();

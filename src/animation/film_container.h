@@ -25,8 +25,9 @@ struct ContainerReport {
 //
 // False if a cut can't be read or compiled or the file would grow beyond 2 GiB; `report`, which may be null, then names
 // the cut, and what has been written stays in the container. With a report a damaged cut and one without frames fail.
-// Without one they go in as far as they could be read.
-bool WriteFilmContainer(Film* film, const int32_t* indices, int32_t count, ByteStream* container, NibbleBitmap* bitmap,
+// Without one they go in as far as they could be read. A compiled stream that can't be written on the way counts as a
+// failure of the container: see FileStream::failure.
+bool WriteFilmContainer(Film* film, const int32_t* indices, int32_t count, FileStream* container, NibbleBitmap* bitmap,
                         ContainerReport* report);
 
 }  // namespace sorvel

@@ -46,7 +46,7 @@ class OutputFile {
   bool HasFailed(std::string* problem) const;
 
   FILE* File() { return file.stream.file; }
-  ByteStream* Stream() { return &file.stream; }
+  FileStream* Stream() { return &file.stream; }
 
  private:
   ReplacementFile file;

@@ -31,7 +31,9 @@ void PrintGenerations(const std::vector<Generation>& generations) {
 int RunHistory(const Arguments& arguments) {
   const std::string& file = arguments.Plain()[0];
   const std::string* to = arguments.Find("--to");
-  const std::vector<Generation> generations = ListGenerations(file);
+  int unread = 0;
+  const std::vector<Generation> generations = ListGenerations(file, &unread);
+  if (unread != 0) return Fail(file, std::string("its history can't be read: ") + std::strerror(unread));
   if (!arguments.Has("--restore")) {
     if (to != nullptr) return FailUsage("history: --to needs --restore");
     if (generations.empty() && !platform::FactsOf(file).exists) return Fail(file, std::strerror(ENOENT));

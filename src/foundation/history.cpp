@@ -108,11 +108,11 @@ bool ParseName(const std::string& name, int32_t* number, GenerationKind* kind) {
   return false;
 }
 
-// Newest first.
-std::vector<Found> FindGenerations(const Places& places) {
+// Newest first. `problem`, which may be null, receives errno if a folder can't be read.
+std::vector<Found> FindGenerations(const Places& places, int* problem = nullptr) {
   std::vector<Found> all;
   for (const std::string& folder : places.own) {
-    for (const std::string& name : platform::NamesInFolder(folder)) {
+    for (const std::string& name : platform::NamesInFolder(folder, problem)) {
       Found found = {};
       if (!ParseName(name, &found.number, &found.generation.kind)) continue;
       found.generation.path = Joined(folder, name);
@@ -209,9 +209,9 @@ const char* NameOfKind(GenerationKind kind) {
   return kKindNames[static_cast<size_t>(kind)];
 }
 
-std::vector<Generation> ListGenerations(const std::string& path) {
+std::vector<Generation> ListGenerations(const std::string& path, int* problem) {
   std::vector<Generation> list;
-  for (Found& found : FindGenerations(Places(DocumentPath(path)))) {
+  for (Found& found : FindGenerations(Places(DocumentPath(path)), problem)) {
     list.push_back(std::move(found.generation));
   }
   return list;

@@ -37,8 +37,9 @@ struct Generation {
 const char* NameOfKind(GenerationKind kind);
 
 // What is kept of a document, newest first. The document itself needn't exist any more. An empty path stands for all
-// documents that never had one.
-std::vector<Generation> ListGenerations(const std::string& path);
+// documents that never had one. If a part of the history can't be read, it isn't listed, and `problem`, which may be
+// null, receives the value of errno that tells why.
+std::vector<Generation> ListGenerations(const std::string& path, int* problem = nullptr);
 
 // Puts the contents of a generation in the place of a file, whose own state is kept first. Gives 0, or the value of
 // errno that tells why not; the file is then as it was.

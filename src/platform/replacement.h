@@ -64,8 +64,9 @@ bool TruncateHere(FILE* file);
 // A file by its UTF-8 path and a mode of fopen; null if it can't be opened.
 FILE* OpenFileAt(const std::string& path, const char* mode);
 bool RemoveFileAt(const std::string& path);
-// The names in a folder in no order, without "." and ".."; none if it can't be read.
-std::vector<std::string> NamesInFolder(const std::string& folder);
+// The names in a folder in no order, without "." and "..". If there is a folder that can't be read, these are none, and
+// `problem`, which may be null, receives the value of errno that tells why.
+std::vector<std::string> NamesInFolder(const std::string& folder, int* problem = nullptr);
 
 // What tells one state of a file from another. Equal facts mean that nobody wrote the file in between.
 struct FileFacts {

@@ -225,10 +225,13 @@ bool RemoveFileAt(const std::string& path) {
   return unlink(path.c_str()) == 0;
 }
 
-std::vector<std::string> NamesInFolder(const std::string& folder) {
+std::vector<std::string> NamesInFolder(const std::string& folder, int* problem) {
   std::vector<std::string> names;
   DIR* entries = opendir(folder.c_str());
-  if (entries == nullptr) return names;
+  if (entries == nullptr) {
+    if (problem != nullptr && errno != ENOENT) *problem = errno;
+    return names;
+  }
   while (const dirent* entry = readdir(entries)) {
     const std::string name = entry->d_name;
     if (name != "." && name != "..") names.push_back(name);

@@ -118,6 +118,14 @@ void Unlock(PartialFile* partial) {
   partial->lock = -1;
 }
 
+bool IsHeldOpen(const std::wstring& path) {
+  const HANDLE file = CreateFileW(path.c_str(), DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return GetLastError() == ERROR_SHARING_VIOLATION;
+  CloseHandle(file);
+  return false;
+}
+
 }  // namespace
 
 void SweepPartialFiles(const std::string& folder) {
@@ -191,7 +199,8 @@ bool CommitPartialFile(PartialFile* partial) {
     }
     if (!good) {
       SetErrno();
-      problem = errno;
+      // The system denies access to the place of a file that is held open, and to one that may not be deleted.
+      problem = errno == EACCES && IsHeldOpen(to) ? EBUSY : errno;
     }
   }
   if (!good) DeleteFileW(from.c_str());
@@ -241,11 +250,15 @@ bool RemoveFileAt(const std::string& path) {
   return DeleteFileW(LongPath(path).c_str()) != FALSE;
 }
 
-std::vector<std::string> NamesInFolder(const std::string& folder) {
+std::vector<std::string> NamesInFolder(const std::string& folder, int* problem) {
   std::vector<std::string> names;
   WIN32_FIND_DATAW found;
   const HANDLE search = FindFirstFileW((LongPath(folder) + L"\\*").c_str(), &found);
-  if (search == INVALID_HANDLE_VALUE) return names;
+  if (search == INVALID_HANDLE_VALUE) {
+    const DWORD error = GetLastError();
+    if (problem != nullptr && error != ERROR_FILE_NOT_FOUND && error != ERROR_PATH_NOT_FOUND) *problem = EACCES;
+    return names;
+  }
   do {
     const std::string name = Narrow(found.cFileName);
     if (name != "." && name != "..") names.push_back(name);

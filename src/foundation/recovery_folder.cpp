@@ -128,6 +128,10 @@ std::vector<LeftDocument> RecoveryFolder::Documents() const {
 void RecoveryFolder::Destroy() {
   // Documents go first: what is left if the program ends here is a folder without any.
   for (const LeftDocument& document : Documents()) Remove(document.number, document.extension.c_str());
+  // A program that ended between the two files of a document left its path alone.
+  for (const std::string& name : platform::NamesInFolder(path)) {
+    if (name.ends_with(kPathSuffix)) platform::RemoveFileAt(Join(path, name));
+  }
   platform::SweepPartialFiles(path);
   const std::string folder = path;
   Release();

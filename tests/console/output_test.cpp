@@ -168,11 +168,13 @@ TEST_F(ConsoleOutput, PictureOfHugeSizeInASmallFileTakesNoMemory) {
 // beginning, so it stands still with its output half written.
 class HalfWritten {
  public:
-  HalfWritten(const Folder& folder, const std::string& arguments) : work(folder) {
+  // A signal that is to be ignored is handed on; others are as in a terminal, even if the tests run in the background.
+  HalfWritten(const Folder& folder, const std::string& arguments, int ignored = 0) : work(folder) {
     EXPECT_EQ(mkfifo(folder.Path("pipe").c_str(), 0600), 0);
     const std::string command = "cd '" + folder.Path("") + "' && exec " + Program() + arguments + " 2> errors";
     process = fork();
     if (process == 0) {
+      for (const int number : {SIGINT, SIGTERM, SIGHUP}) std::signal(number, number == ignored ? SIG_IGN : SIG_DFL);
       execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
       _exit(127);
     }
@@ -251,9 +253,7 @@ INSTANTIATE_TEST_SUITE_P(Signals, Interruption, testing::Values(SIGINT, SIGTERM,
 
 TEST_F(ConsoleOutput, IgnoredInterruptionStaysIgnored) {
   WriteLargeCut(folder);
-  std::signal(SIGHUP, SIG_IGN);
-  HalfWritten run(folder, "view a.cut 1 pipe");
-  std::signal(SIGHUP, SIG_DFL);
+  HalfWritten run(folder, "view a.cut 1 pipe", SIGHUP);
   run.Send(SIGHUP);
   run.Send(SIGINT);
   EXPECT_EQ(run.Status(), 128 + SIGINT);

@@ -8,6 +8,7 @@ from pathlib import Path
 IDS = {match[1]: match[2] for match in re.finditer(
     r"#define (\w+) (\d+)", (Path(__file__).parents[2] / "src/resources/ids.h").read_text())}
 SETTINGS = "settings.ini"
+RECOVERY = ["--recovery", "../data/recovery"]
 
 
 def command(name):
@@ -47,6 +48,9 @@ class Scenario:
     steps: bool = False
     # Files that the program can do without.
     spare: tuple = ()
+    # Whether the script keeps what isn't saved in a recovery folder. `next` is then the script of the next start.
+    recovers: bool = False
+    next: list = None
     # Called with the place before and after the rights are changed.
     prepare: object = None
     deny: object = None
@@ -55,6 +59,8 @@ class Scenario:
     def __post_init__(self):
         if self.script is not None:
             self.words = ["run", "script", "--settings", SETTINGS]
+            if self.recovers:
+                self.words += RECOVERY
         else:
             self.reports_reads = True
 
@@ -97,6 +103,7 @@ def make_samples(folder, run):
     do("import", "a.cut", "p0.pgm", "p1.pgm", "p2.pgm", "p3.pgm")
     do("import", "b.cut", "p4.pgm", "p5.pgm")
     do("import", "c.cut", "p2.pgm", "p4.pgm")
+    (folder / "damaged.cut").write_bytes((folder / "a.cut").read_bytes()[:-2000])
     (folder / "film.flm").write_text("Title\nAuthor\n200, 150\na.cut\nb.cut\n")
     (folder / "other.flm").write_text("Old\nAuthor\n320, 240\nc.cut\n")
     (folder / SETTINGS).write_bytes(b"[OnNewFilm]\r\nwidth=320\r\nheight=240\r\ntitle=Old\r\nauthor=Who\r\n")
@@ -203,6 +210,9 @@ def scripts():
     overwrite = [BEFORE, "file cancel", command("OverwriteCut"), AFTER]
     yield Scenario("overwrite", script=["open a.cut", BLANK, *overwrite], files={"a.cut": "a.cut"},
                    keeps_marks=("a.cut",))
+    # What a damaged file held is kept, whatever its save does.
+    yield Scenario("overwrite-damaged", script=["open a.cut", BLANK, *overwrite], files={"a.cut": "damaged.cut"},
+                   keeps_marks=("a.cut",))
     # An unused layer is thrown away by the save.
     yield Scenario("overwrite-purge", files={"a.cut": "a.cut"}, keeps_marks=("a.cut",),
                    script=["open a.cut", dialog("Layer"), command("AddLayer"), BLANK, *overwrite])
@@ -245,6 +255,13 @@ def scripts():
                    script=[dialog("Film", ("kFilmTitleEdit", "New"), ("kFilmWidthEdit", 111)), command("NewFilm"), AFTER])
     yield Scenario("exit-settings", files={SETTINGS: SETTINGS}, steps=True, script=[command("StatusBar"), AFTER, "exit"])
     outputs = {"s.json": "probe.cut", "v.bmp": "c.bmp", "w.bmp": "c.bmp", "p.pgm": "c.bmp", "d.dib": "c.bmp"}
+    # The drawing was told as changed, so the next start has it, or the file.
+    recovery = ["open a.cut", BLANK, BEFORE, *overwrite, "answer no", "exit"]
+    yield Scenario("recovery", files={"a.cut": "a.cut"}, keeps_marks=("a.cut",), script=recovery, recovers=True,
+                   next=["state recovered.json", "answer no", "exit"])
+    yield Scenario("recovery-film", files=FILM, recovers=True, next=["state recovered.json", "answer no", "exit"],
+                   script=["open film.flm", *change, BEFORE, "file cancel", command("OverwriteFilm"), AFTER,
+                           "answer no", "exit"])
     yield Scenario("outputs", files={"a.cut": "a.cut", **outputs},
                    script=["open a.cut", "state s.json", "view v.bmp", "screen w.bmp", command("Play"), "player p.pgm",
                            command("CopyToClipboard"), "save-clipboard d.dib", AFTER], spare=("a.ca",))

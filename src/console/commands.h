@@ -25,6 +25,7 @@ int RunView(const Arguments& arguments);
 int RunPlay(const Arguments& arguments);
 int RunImport(const Arguments& arguments);
 int RunHistory(const Arguments& arguments);
+int RunSheet(const Arguments& arguments);
 int RunRun(const Arguments& arguments);
 
 }  // namespace sorvel::console

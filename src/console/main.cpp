@@ -107,6 +107,18 @@ const Command kCommands[] = {
      1,
      1,
      RunHistory},
+    {"sheet",
+     "sheet FILE.cut OUT | sheet IN.xdts FILE.cut",
+     "writes the time sheet of a cut, or takes timing over into a cut",
+     "OUT is an .html or .svg file, pages of A4 to print for the wall; a .csv table; or an .xdts file, which hands "
+     "the\n"
+     "timing to other programs of the trade. From an .xdts file the cut takes the exposures, blanks and times of the\n"
+     "layers of those names. All else of it stays; layers and cells that it lacks are made, blank. If there is no\n"
+     "FILE.cut it becomes a new cut of 240 by 180 at 24 frames a second.\n",
+     {},
+     2,
+     2,
+     RunSheet},
     {"run",
      "run SCRIPT [--settings FILE] [--recovery FOLDER]",
      "drives the whole application from a script",

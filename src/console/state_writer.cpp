@@ -9,6 +9,7 @@
 #include "console/console_files.h"
 #include "cutwindow/drawing_settings.h"
 #include "foundation/bitmap_head.h"
+#include "foundation/cursor_keeper.h"
 #include "imaging/color_table.h"
 
 namespace sorvel::console {
@@ -16,20 +17,6 @@ namespace sorvel::console {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-// Puts the cursor of a list back at the end of its scope: commands may rely on where they left it.
-template <typename T>
-class CursorKeeper {
- public:
-  explicit CursorKeeper(CursorList<T>* kept) : list(kept), index(kept->CursorIndex()) {}
-  CursorKeeper(const CursorKeeper&) = delete;
-  CursorKeeper& operator=(const CursorKeeper&) = delete;
-  ~CursorKeeper() { list->Seek(index); }
-
- private:
-  CursorList<T>* list;
-  int32_t index;
-};
 
 std::string TextOf(platform::WindowHandle window) {
   std::string text(platform::TextLength(window) + 1, '\0');

@@ -47,7 +47,7 @@ Bytes Film(const std::string& lines) {
   return Bytes(lines.begin(), lines.end());
 }
 
-const Words kCommands = {"info", "resave", "compile", "export", "frame", "view", "play", "import"};
+const Words kCommands = {"info", "resave", "compile", "export", "frame", "view", "play", "import", "history", "sheet"};
 
 // Help and usage.
 

@@ -4,27 +4,15 @@
 #include <vector>
 
 #include "document/cut.h"
+#include "foundation/cursor_keeper.h"
 
 // Reading lists without a trace: they remember where they were read last, and code of the program may go on from
 // there, while a script that repeats a failure doesn't read them in between.
 namespace sorvel::monkey {
 
 template <typename T>
-class KeepCursor {
- public:
-  explicit KeepCursor(CursorList<T>* keptList) : list(keptList), index(keptList->CursorIndex()) {}
-  KeepCursor(const KeepCursor&) = delete;
-  KeepCursor& operator=(const KeepCursor&) = delete;
-  ~KeepCursor() { list->Seek(index); }
-
- private:
-  CursorList<T>* list;
-  int32_t index;
-};
-
-template <typename T>
 std::vector<T> Elements(CursorList<T>* list) {
-  const KeepCursor<T> keep(list);
+  const CursorKeeper<T> keep(list);
   std::vector<T> elements;
   for (int32_t i = 0; i < list->Count(); ++i) elements.push_back(list->At(i));
   return elements;

@@ -67,7 +67,7 @@ bool IsLayerShownTwice(Cut* cut) {
 
 // Whether the caret of the list of cuts stands on an entry of the film.
 bool IsCutListed(MainFrame* frame) {
-  const KeepCursor<FilmEntry> keep(&frame->film->cuts);
+  const CursorKeeper<FilmEntry> keep(&frame->film->cuts);
   return frame->film->CutName(platform::ListCaret(frame->cutList))[0] != '\0';
 }
 

@@ -1,8 +1,10 @@
 #include <algorithm>
+#include <vector>
 
 #include "cutwindow/cut_window.h"
 #include "cutwindow/drawing_settings.h"
 #include "foundation/arithmetic.h"
+#include "imaging/group_average.h"
 
 namespace sorvel {
 
@@ -13,48 +15,8 @@ constexpr int32_t kLineColors = 3;
 constexpr ColorEntry kPlainLines[kLineColors] = {{0, 0, 0, 0}, {85, 85, 85, 0}, {170, 170, 170, 0}};
 constexpr ColorEntry kVividLines[kLineColors] = {{255, 0, 0, 0}, {0, 0, 255, 0}, {0, 255, 0, 0}};
 
-// The largest multiple of `step` that isn't above `value`.
-int64_t LoweredTo(int64_t value, int32_t step) {
-  const int64_t rest = value % step;
-  return value - (rest < 0 ? rest + step : rest);
-}
-
-// Widens a range to whole groups of `step` canvas pixels. At a zoom of 1 / step each group is one pixel of the window.
-void AlignToGroups(int64_t* start, int64_t* length, int32_t step) {
-  const int64_t end = *start + *length;
-  *start = LoweredTo(*start, step);
-  *length = LoweredTo(end - *start + step - 1, step);
-}
-
-// One axis of a copy from the view to the window: a range of canvas pixels and the range of window pixels that shows
-// it.
-struct Stretch {
-  int32_t from;
-  int32_t fromEnd;
-  int32_t to;
-  int32_t toEnd;
-
-  bool IsEmpty() const { return from >= fromEnd; }
-};
-
-// The part of an axis that lies on the canvas. It is copied in two steps: the whole groups of `denominator` pixels, and
-// the rest of a group at the edge, which is shown as one pixel. One copy of both would scale the groups to other pixels
-// than a copy of the area beside it does.
-struct AxisCopy {
-  AxisCopy(int64_t start, int64_t length, int32_t target, int32_t canvas, int32_t numerator, int32_t denominator) {
-    const int64_t from = std::max<int64_t>(start, 0);
-    const int64_t shown = std::max<int64_t>(std::min<int64_t>(start + length, canvas) - from, 0);
-    const int64_t rest = shown % denominator;
-    const int64_t split = from + shown - rest;
-    const int64_t to = target + (from - start) * numerator / denominator;
-    const int64_t toSplit = to + (shown - rest) * numerator / denominator;
-    groups = {Wrapped(from), Wrapped(split), Wrapped(to), Wrapped(toSplit)};
-    edge = {Wrapped(split), Wrapped(split + rest), Wrapped(toSplit), Wrapped(toSplit + 1)};
-  }
-
-  Stretch groups;
-  Stretch edge;
-};
+// The pixels that are averaged at a time.
+constexpr int32_t kBandPixels = 1 << 15;
 
 bool DifferInParity(int64_t a, int64_t b) {
   return (a % 2 == 0) != (b % 2 == 0);
@@ -71,6 +33,7 @@ bool CutWindow::FitView() {
 }
 
 void CutWindow::RepaintAll() {
+  ShowLayerNote();
   Pulse();
   RepaintArea(0, 0, width, height, true);
   Pulse();
@@ -112,22 +75,51 @@ bool CutWindow::RepaintAreaDirect(int32_t areaX, int32_t areaY, int32_t areaWidt
     selection = Bounds{};
   }
   if (zoomDenominator > 1) {
-    AlignToGroups(&x, &w, zoomDenominator);
-    AlignToGroups(&y, &h, zoomDenominator);
-  }
-  Point corner = {Wrapped(x), Wrapped(y)};
-  CutToWindow(&corner, 1);
-  const AxisCopy across(x, w, corner.x, width, zoomNumerator, zoomDenominator);
-  const AxisCopy down(y, h, corner.y, height, zoomNumerator, zoomDenominator);
-  for (const Stretch& rows : {down.groups, down.edge}) {
-    for (const Stretch& columns : {across.groups, across.edge}) {
-      if (rows.IsEmpty() || columns.IsEmpty()) continue;
-      platform::StretchBitmap(context, {columns.to, rows.to, columns.toEnd, rows.toEnd}, view.bitmapHandle,
-                              {columns.from, rows.from, columns.fromEnd, rows.fromEnd});
-    }
+    const Point origin = ViewOrigin();
+    ShowReduced(context, {Wrapped(origin.x + GroupsBefore(x)), Wrapped(origin.y + GroupsBefore(y)),
+                          Wrapped(origin.x + GroupsBefore(x + w + zoomDenominator - 1)),
+                          Wrapped(origin.y + GroupsBefore(y + h + zoomDenominator - 1))});
+  } else {
+    const Bounds shown = {Wrapped(std::max<int64_t>(x, 0)), Wrapped(std::max<int64_t>(y, 0)),
+                          Wrapped(std::min<int64_t>(x + w, width)), Wrapped(std::min<int64_t>(y + h, height))};
+    Point corners[2] = {{shown.left, shown.top}, {shown.right, shown.bottom}};
+    CutToWindow(corners, 2);
+    const Bounds target = {corners[0].x, corners[0].y, corners[1].x, corners[1].y};
+    if (!shown.IsEmpty()) platform::StretchBitmap(context, target, view.bitmapHandle, shown);
   }
   platform::EndDrawing(window, context);
   return true;
+}
+
+// The group of a zoom below 1/1 that a column or row of the canvas belongs to.
+int64_t CutWindow::GroupsBefore(int64_t place) const {
+  const int64_t rest = place % zoomDenominator;
+  return (place - rest) / zoomDenominator - (rest < 0 ? 1 : 0);
+}
+
+// Shows a part of the window at a zoom below 1/1. A pixel of the window is the average of a group of pixels of the
+// view; what is left of a group at the right and bottom edge counts as one.
+void CutWindow::ShowReduced(platform::DeviceContext* context, const Bounds& area) {
+  if (view.bitmapHandle == nullptr) return;
+  const Bounds client = platform::ClientBounds(window);
+  const Point origin = ViewOrigin();
+  const auto groupCount = [this](int32_t size) { return Wrapped(GroupsBefore(int64_t{size} + zoomDenominator - 1)); };
+  const Bounds shown = {std::max({area.left, client.left, origin.x}), std::max({area.top, client.top, origin.y}),
+                        std::min({area.right, client.right, WrappingAdd(origin.x, groupCount(view.width))}),
+                        std::min({area.bottom, client.bottom, WrappingAdd(origin.y, groupCount(view.height))})};
+  if (shown.IsEmpty()) return;
+  ColorEntry colors[256] = {};
+  platform::ReadBitmapColors(view.bitmapHandle, colors);
+  // In bands that stay in the cache.
+  const int32_t bandHeight = std::max(kBandPixels / shown.Width(), 1);
+  std::vector<ColorEntry> pixels(static_cast<size_t>(shown.Width()) *
+                                 static_cast<size_t>(std::min(bandHeight, shown.Height())));
+  for (int32_t top = shown.top; top < shown.bottom; top += bandHeight) {
+    const Bounds band = {shown.left, top, shown.right, std::min(top + bandHeight, shown.bottom)};
+    AverageGroups(view, colors, zoomDenominator,
+                  {band.left - origin.x, band.top - origin.y, band.Width(), band.Height()}, pixels.data());
+    platform::DrawPixels(context, band, pixels.data());
+  }
 }
 
 // The plain colours are fixed: after the emphasis was switched off they replace those of a colour file.
@@ -164,6 +156,10 @@ void CutWindow::PaintClient(platform::DeviceContext* context, const Bounds& upda
   fill(corners[1].x, corners[0].y, client.right, corners[1].y);
   fill(0, corners[1].y, client.right, client.bottom);
 
+  if (zoomDenominator > 1) {
+    ShowReduced(context, update);
+    return;
+  }
   Point source[2] = {{update.left, update.top}, {update.right, update.bottom}};
   WindowToCutRaw(source, 2);
   int64_t w = int64_t{source[1].x} - source[0].x + 2;
@@ -178,8 +174,7 @@ void CutWindow::PaintClient(platform::DeviceContext* context, const Bounds& upda
   w = std::min<int64_t>(w, int64_t{width} - from.x);
   h = std::min<int64_t>(h, int64_t{height} - from.y);
   if (from.x >= width || from.y >= height) return;
-  const Bounds target = {to.x, to.y, Wrapped(to.x + w * zoomNumerator / zoomDenominator),
-                         Wrapped(to.y + h * zoomNumerator / zoomDenominator)};
+  const Bounds target = {to.x, to.y, Wrapped(to.x + w * zoomNumerator), Wrapped(to.y + h * zoomNumerator)};
   platform::StretchBitmap(context, target, view.bitmapHandle,
                           {from.x, from.y, Wrapped(from.x + w), Wrapped(from.y + h)});
 }

@@ -34,6 +34,9 @@ BitmapHandle CreateBitmap(int32_t width, int32_t height, const ColorEntry* color
 // Replaces `count` entries of the colour table from entry `first` on.
 void SetBitmapColors(BitmapHandle bitmap, int32_t first, int32_t count, const ColorEntry* colors);
 
+// The colour table of the bitmap. Entries that it doesn't have stay as they are.
+void ReadBitmapColors(BitmapHandle bitmap, ColorEntry (&colors)[256]);
+
 // Null is allowed.
 void DeleteBitmap(BitmapHandle bitmap);
 

@@ -37,9 +37,12 @@ void FillFace(DeviceContext* context, const Bounds& area);
 // bitmap's colour table. The parts outside the bitmap draw nothing.
 void DrawBitmap(DeviceContext* context, int32_t x, int32_t y, int32_t width, int32_t height, BitmapHandle bitmap,
                 int32_t sourceX, int32_t sourceY, const ColorEntry (&colors)[256]);
-// Copies the rectangle `source` of the bitmap to `target` and scales it if the sizes differ. Pixels that fall on one
-// are combined with AND, so that thin dark lines stay visible.
+// Copies the rectangle `source` of the bitmap to `target`, which isn't smaller, and repeats its pixels if the sizes
+// differ.
 void StretchBitmap(DeviceContext* context, const Bounds& target, BitmapHandle bitmap, const Bounds& source);
+
+// Shows pixels of the area's size, row by row. No part of the area may lie outside the window.
+void DrawPixels(DeviceContext* context, const Bounds& area, const ColorEntry* pixels);
 
 // Drawn by inverting pixels: drawing the same again removes it. A line doesn't include `to`; a frame is dotted.
 void InvertLine(DeviceContext* context, Point from, Point to);

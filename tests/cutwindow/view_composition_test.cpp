@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
+#include <random>
 #include <string>
+#include <vector>
 
 #include "imaging/color_table.h"
 #include "shell/shell_fixture.h"
@@ -80,12 +83,111 @@ TEST_F(ViewComposition, OnePixelAtAThirdIsAWholePixelOfTheWindow) {
   cut->ZoomOut({5, 5});
   Show(cut);
   // In the group of the pixel that is asked for, and in the next one.
-  cut->view.SetPixel(3, 5, kToneBlack);
+  for (int32_t i = 0; i < 9; ++i) cut->view.SetPixel(3 + i % 3, 3 + i / 3, kToneBlack);
   cut->view.SetPixel(6, 6, kToneBlack);
   EXPECT_TRUE(cut->RepaintAreaDirect(4, 4, 1, 1));
   EXPECT_EQ(BlackOf(0), "..........");
   EXPECT_EQ(BlackOf(1), ".#........");
   EXPECT_EQ(BlackOf(2), "..........");
+}
+
+// What the rule says, pixel by pixel.
+ColorEntry ReducedColor(CellImage& view, const ColorEntry* table, int32_t side, int32_t column, int32_t row) {
+  int64_t sums[3] = {};
+  int64_t count = 0;
+  int32_t line = kLineLast + 1;
+  for (int32_t y = row * side; y < std::min((row + 1) * side, view.height); ++y) {
+    for (int32_t x = column * side; x < std::min((column + 1) * side, view.width); ++x) {
+      const int32_t index = view.GetPixel(x, y);
+      sums[0] += table[index].blue;
+      sums[1] += table[index].green;
+      sums[2] += table[index].red;
+      ++count;
+      if (index >= kLineBlack && index <= kLineLast) line = std::min(line, index);
+    }
+  }
+  int64_t parts[3];
+  for (int i = 0; i < 3; ++i) parts[i] = (2 * sums[i] + count) / (2 * count);
+  if (line <= kLineLast) {
+    const int64_t lineParts[] = {table[line].blue, table[line].green, table[line].red};
+    for (int i = 0; i < 3; ++i) parts[i] = std::min(parts[i], lineParts[i] + (255 - lineParts[i]) / 2);
+  }
+  return {static_cast<uint8_t>(parts[0]), static_cast<uint8_t>(parts[1]), static_cast<uint8_t>(parts[2]), 0};
+}
+
+// Random tones, with lines here and there.
+void Scatter(CellImage* view, std::mt19937* random) {
+  for (int32_t y = 0; y < view->height; ++y) {
+    for (int32_t x = 0; x < view->width; ++x) {
+      const bool isLine = (*random)() % 16 == 0;
+      view->SetPixel(x, y, static_cast<int32_t>(isLine ? kLineBlack + (*random)() % 3 : (*random)() % 25));
+    }
+  }
+}
+
+TEST_F(ViewComposition, BelowFullSizeAPixelOfTheWindowIsTheAverageOfItsGroup) {
+  std::mt19937 random(5);
+  platform::headless::SetClientSize(41, 33);
+  for (const int32_t canvas : {30, 67, 150}) {
+    CutWindow* cut = MakeCut(canvas, canvas + 1);
+    ColorEntry colors[256] = {};
+    std::copy(ColorTable.begin(), ColorTable.end(), colors);
+    for (int32_t side = 2; side < 90; side += side < 8 ? 1 : 17) {
+      if (side == 6) {
+        cut->ToggleLineEmphasis();
+        platform::ReadBitmapColors(cut->view.bitmapHandle, colors);
+        EXPECT_EQ(colors[kLineBlack].blue, 255);
+      }
+      while (cut->zoomDenominator < side) cut->ZoomOut({20, 16});
+      Scatter(&cut->view, &random);
+      platform::InvalidateClient(cut->window, true);
+      platform::headless::PaintInvalid(cut->window);
+      Point origin = {0, 0};
+      cut->CutToWindow(&origin, 1);
+      const int32_t columns = (cut->width + side - 1) / side;
+      const int32_t rows = (cut->height + side - 1) / side;
+      for (int32_t y = 0; y < 33; ++y) {
+        for (int32_t x = 0; x < 41; ++x) {
+          const int32_t column = x - origin.x;
+          const int32_t row = y - origin.y;
+          const bool isInside = column >= 0 && row >= 0 && column < columns && row < rows;
+          const ColorEntry wanted =
+              isInside ? ReducedColor(cut->view, colors, side, column, row) : ColorTable[kBackground];
+          ASSERT_TRUE(IsColor(x, y, wanted)) << canvas << " at 1/" << side << ": " << x << ", " << y;
+        }
+      }
+      // The same pixels come from parts: nothing changes where nothing changed.
+      const std::vector<ColorEntry> whole = cut->window->pixels;
+      for (int i = 0; i < 20; ++i) {
+        const auto random31 = [&random] { return static_cast<int32_t>(random() % 60); };
+        cut->RepaintAreaDirect(random31() - 10, random31() - 10, random31(), random31());
+      }
+      EXPECT_TRUE(std::equal(whole.begin(), whole.end(), cut->window->pixels.begin(),
+                             [](const ColorEntry& a, const ColorEntry& b) {
+                               return a.red == b.red && a.green == b.green && a.blue == b.blue;
+                             }))
+          << canvas << " at 1/" << side;
+    }
+  }
+}
+
+TEST_F(ViewComposition, AThinLineStaysHalfDarkHoweverSmallThePicture) {
+  platform::headless::SetClientSize(10, 10);
+  CutWindow* cut = MakeCut(100, 100);
+  for (int i = 0; i < 9; ++i) cut->ZoomOut({5, 5});
+  cut->view.Fill(kToneWhite);
+  cut->view.SetPixel(12, 5, kLineBlack);
+  cut->view.SetPixel(25, 5, kLineBlack + 1);
+  cut->view.SetPixel(35, 5, kLineLast);
+  cut->view.SetPixel(36, 5, kLineBlack);
+  cut->view.SetPixel(45, 5, kToneBlack);
+  platform::headless::PaintInvalid(cut->window);
+  EXPECT_TRUE(IsColor(0, 0, {255, 255, 255, 0}));
+  EXPECT_TRUE(IsColor(1, 0, {127, 127, 127, 0}));
+  EXPECT_TRUE(IsColor(2, 0, {170, 170, 170, 0}));
+  EXPECT_TRUE(IsColor(3, 0, {127, 127, 127, 0}));
+  // 99 white pixels and a black one that is no line.
+  EXPECT_TRUE(IsColor(4, 0, {252, 252, 252, 0}));
 }
 
 TEST_F(ViewComposition, AreaBeginsAtAColumnOfTheScrollPositionsParity) {

@@ -212,12 +212,16 @@ TEST_F(HeadlessDrawing, EnlargingRepeatsPixels) {
   EXPECT_EQ(Reds(1), std::vector<int>({1, 1, 2, 2, 3, 3}));
 }
 
-TEST_F(HeadlessDrawing, ShrinkingJoinsTheColoursOfEachBlockByAnd) {
-  Make(2, 1);
-  MakeBitmap(5, 2, {15, 7, 15, 15, 11, 15, 15, 14, 15, 15});
-  StretchBitmap(context, {0, 0, 2, 1}, bitmap, {0, 0, 5, 2});
-  // Columns 0 and 1, then 2 to 4.
-  EXPECT_EQ(Reds(0), std::vector<int>({7, 14 & 11}));
+TEST_F(HeadlessDrawing, PixelsAreShownWhereTheyLieInTheWindow) {
+  Make(3, 2);
+  const ColorEntry pixels[] = {{0, 0, 16, 0}, {0, 0, 32, 0}, {0, 0, 48, 0}, {0, 0, 64, 0}};
+  DrawPixels(context, {1, 1, 3, 2}, pixels);
+  EXPECT_EQ(Reds(0), std::vector<int>({0, 0, 0}));
+  EXPECT_EQ(Reds(1), std::vector<int>({0, 1, 2}));
+  DrawPixels(context, {2, -1, 4, 1}, pixels);
+  EXPECT_EQ(Reds(0), std::vector<int>({0, 0, 3}));
+  DrawPixels(context, {1, 1, 1, 2}, pixels);
+  EXPECT_EQ(Reds(1), std::vector<int>({0, 1, 2}));
 }
 
 TEST_F(HeadlessDrawing, WhereThereIsNoBitmapTheTargetStays) {

@@ -1,5 +1,7 @@
 #include "platform/bitmaps.h"
 
+#include <algorithm>
+
 #include "platform/headless/headless.h"
 
 namespace sorvel::platform {
@@ -21,6 +23,10 @@ BitmapHandle CreateBitmap(int32_t width, int32_t height, const ColorEntry* color
 void SetBitmapColors(BitmapHandle bitmap, int32_t first, int32_t count, const ColorEntry* colors) {
   if (bitmap == nullptr) return;
   for (int32_t i = 0; i < count; ++i) bitmap->colors[first + i] = colors[i];
+}
+
+void ReadBitmapColors(BitmapHandle bitmap, ColorEntry (&colors)[256]) {
+  if (bitmap != nullptr) std::copy_n(bitmap->colors, 256, colors);
 }
 
 void DeleteBitmap(BitmapHandle bitmap) {

@@ -42,33 +42,6 @@ void Fill(DeviceContext* context, const Bounds& area, ColorEntry color) {
   }
 }
 
-// The source pixels that map to target pixel `index`, at least one, clipped to the bitmap.
-struct Span {
-  int64_t first;
-  int64_t last;
-};
-
-Span SourceSpan(int64_t index, int64_t sourceStart, int64_t sourceLength, int64_t targetLength, int64_t limit) {
-  const Wide first = static_cast<Wide>(index) * sourceLength / targetLength;
-  const Wide last = std::max(static_cast<Wide>(index + 1) * sourceLength / targetLength, first + 1);
-  return {std::max<int64_t>(sourceStart + static_cast<int64_t>(first), 0),
-          std::min<int64_t>(sourceStart + static_cast<int64_t>(last), limit)};
-}
-
-ColorEntry JoinedColor(const Bitmap& bitmap, const Span& columns, const Span& rows) {
-  ColorEntry joined = {255, 255, 255, 0};
-  for (int64_t y = rows.first; y < rows.last; ++y) {
-    const uint8_t* row = bitmap.bits.Data() + y * bitmap.pitch;
-    for (int64_t x = columns.first; x < columns.last; ++x) {
-      const ColorEntry& color = bitmap.colors[row[x]];
-      joined.blue &= color.blue;
-      joined.green &= color.green;
-      joined.red &= color.red;
-    }
-  }
-  return joined;
-}
-
 // A frame one pixel wide, whose right and bottom side are drawn over the other two.
 void DrawEdgeLine(DeviceContext* context, const Bounds& area, ColorEntry leftTop, ColorEntry rightBottom) {
   if (area.IsEmpty()) return;
@@ -141,18 +114,32 @@ void StretchBitmap(DeviceContext* context, const Bounds& target, BitmapHandle bi
   const int64_t sourceWidth = int64_t{source.right} - source.left;
   const int64_t sourceHeight = int64_t{source.bottom} - source.top;
   if (part.IsEmpty()) return;
-  std::vector<Span> columns;
+  const auto sourceOf = [](int64_t index, int64_t start, int64_t length, int64_t targetLength) {
+    return start + static_cast<int64_t>(static_cast<Wide>(index) * length / targetLength);
+  };
+  std::vector<int64_t> columns;
   columns.reserve(static_cast<size_t>(part.right - part.left));
   for (int64_t x = part.left; x < part.right; ++x) {
-    columns.push_back(SourceSpan(x - target.left, source.left, sourceWidth, targetWidth, bitmap->width));
+    columns.push_back(sourceOf(x - target.left, source.left, sourceWidth, targetWidth));
   }
   for (int64_t y = part.top; y < part.bottom; ++y) {
-    const Span rows = SourceSpan(y - target.top, source.top, sourceHeight, targetHeight, bitmap->height);
-    if (rows.first >= rows.last) continue;
+    const int64_t row = sourceOf(y - target.top, source.top, sourceHeight, targetHeight);
+    if (row < 0 || row >= bitmap->height) continue;
+    const uint8_t* from = bitmap->bits.Data() + row * bitmap->pitch;
     ColorEntry* to = PixelOf(context, part.left, y);
     for (size_t i = 0; i < columns.size(); ++i) {
-      if (columns[i].first < columns[i].last) to[i] = JoinedColor(*bitmap, columns[i], rows);
+      if (columns[i] >= 0 && columns[i] < bitmap->width) to[i] = bitmap->colors[from[columns[i]]];
     }
+  }
+}
+
+void DrawPixels(DeviceContext* context, const Bounds& area, const ColorEntry* pixels) {
+  if (!headless::IsWindow(context)) return;
+  const Bounds part = Clipped(context, area);
+  if (part.IsEmpty()) return;
+  for (int32_t y = part.top; y < part.bottom; ++y) {
+    const ColorEntry* from = pixels + int64_t{y - area.top} * area.Width() + (part.left - area.left);
+    std::copy_n(from, part.Width(), PixelOf(context, part.left, y));
   }
 }
 

@@ -36,6 +36,14 @@ void SetBitmapColors(BitmapHandle bitmap, int32_t first, int32_t count, const Co
   DeleteDC(memory);
 }
 
+void ReadBitmapColors(BitmapHandle bitmap, ColorEntry (&colors)[256]) {
+  const HDC memory = CreateCompatibleDC(nullptr);
+  const HGDIOBJ old = SelectObject(memory, bitmap->handle);
+  GetDIBColorTable(memory, 0, 256, reinterpret_cast<RGBQUAD*>(colors));
+  SelectObject(memory, old);
+  DeleteDC(memory);
+}
+
 void DeleteBitmap(BitmapHandle bitmap) {
   if (bitmap == nullptr) return;
   DeleteObject(bitmap->handle);

@@ -108,9 +108,21 @@ void DrawBitmap(DeviceContext* context, int32_t x, int32_t y, int32_t width, int
 void StretchBitmap(DeviceContext* context, const Bounds& target, BitmapHandle bitmap, const Bounds& source) {
   if (bitmap == nullptr || target.IsEmpty() || source.IsEmpty()) return;
   const BitmapSource from(context, bitmap);
-  SetStretchBltMode(HandleOf(context), BLACKONWHITE);
+  SetStretchBltMode(HandleOf(context), COLORONCOLOR);
   StretchBlt(HandleOf(context), target.left, target.top, target.Width(), target.Height(), from.handle, source.left,
              source.top, source.Width(), source.Height(), SRCCOPY);
+}
+
+void DrawPixels(DeviceContext* context, const Bounds& area, const ColorEntry* pixels) {
+  BITMAPINFO info = {};
+  info.bmiHeader.biSize = sizeof(info.bmiHeader);
+  info.bmiHeader.biWidth = area.Width();
+  info.bmiHeader.biHeight = -area.Height();
+  info.bmiHeader.biPlanes = 1;
+  info.bmiHeader.biBitCount = 32;
+  SetDIBitsToDevice(HandleOf(context), area.left, area.top, static_cast<DWORD>(area.Width()),
+                    static_cast<DWORD>(area.Height()), 0, 0, 0, static_cast<UINT>(area.Height()), pixels, &info,
+                    DIB_RGB_COLORS);
 }
 
 void InvertLine(DeviceContext* context, Point from, Point to) {

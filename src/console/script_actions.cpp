@@ -61,11 +61,7 @@ int ScriptRunner::RunMouse() {
   Point place;
   if (!ReadMouseMessage(words[1], &message) || !ReadPoint(2, &place)) return kRefused;
   uint32_t modifiers = 0;
-  for (size_t i = 4; i < words.size(); ++i) {
-    int32_t modifier = 0;
-    if (!FindModifier(words[i], &modifier)) return Refuse("a mouse message takes no " + words[i] + " here");
-    modifiers |= static_cast<uint32_t>(modifier);
-  }
+  if (!ReadModifiers(4, &modifiers)) return kRefused;
   const CutWindow* cut = NeedCut();
   return cut != nullptr ? SendMouse(cut->window, message, place, modifiers) : kRefused;
 }
@@ -79,6 +75,19 @@ int ScriptRunner::RunPicker() {
 
 int ScriptRunner::RunTimer() {
   headless::RunWindowTimers();
+  return kDone;
+}
+
+int ScriptRunner::RunWheel() {
+  constexpr int32_t most = INT16_MAX / platform::kWheelNotch;
+  int32_t notches = 0;
+  uint32_t modifiers = 0;
+  if (!ReadNumber(words[1], -most, most, &notches) || !ReadModifiers(2, &modifiers)) return kRefused;
+  const CutWindow* cut = NeedCut();
+  if (cut == nullptr) return kRefused;
+  platform::Send(cut->window, platform::kMessageWheel,
+                 platform::JoinHalves(static_cast<int32_t>(heldButtons | modifiers), notches * platform::kWheelNotch),
+                 platform::PackPoint(platform::CursorPlace()));
   return kDone;
 }
 
@@ -231,6 +240,7 @@ int ScriptRunner::RunOpen() {
   std::string path;
   if (!ReadPath(words[1], &path)) return kRefused;
   frame->OpenByExtension(path.c_str());
+  frame->ReportOpening(path.c_str());
   return kDone;
 }
 

@@ -44,6 +44,7 @@ const ScriptRunner::Action ScriptRunner::kActions[] = {
     {"mouse", "mouse MESSAGE X Y [ctrl] [shift]", 4, 6, &ScriptRunner::RunMouse},
     {"picker", "picker MESSAGE X Y", 4, 4, &ScriptRunner::RunPicker},
     {"timer", "timer", 1, 1, &ScriptRunner::RunTimer},
+    {"wheel", "wheel N [ctrl] [shift]", 2, 4, &ScriptRunner::RunWheel},
     {"scroll", "scroll h|v CODE [POS]", 3, 4, &ScriptRunner::RunScroll},
     {"panel", "panel ID TEXT", 3, 3, &ScriptRunner::RunPanel},
     {"click", "click 10009", 2, 2, &ScriptRunner::RunClick},
@@ -117,6 +118,19 @@ bool ScriptRunner::ReadPoint(size_t index, Point* point) {
          ReadNumber(words[index + 1], INT16_MIN, INT16_MAX, &point->y);
 }
 
+bool ScriptRunner::ReadModifiers(size_t index, uint32_t* modifiers) {
+  *modifiers = 0;
+  for (size_t i = index; i < words.size(); ++i) {
+    int32_t modifier = 0;
+    if (!FindModifier(words[i], &modifier)) {
+      problem = "a mouse message takes no " + words[i] + " here";
+      return false;
+    }
+    *modifiers |= static_cast<uint32_t>(modifier);
+  }
+  return true;
+}
+
 bool ScriptRunner::ReadMouseMessage(const std::string& word, uint32_t* message) {
   int32_t value = 0;
   const bool isKnown = FindMouseMessage(word, &value);
@@ -168,6 +182,12 @@ int ScriptRunner::SendMouse(platform::WindowHandle window, uint32_t message, Poi
       break;
     case platform::kMessageRightUp:
       heldButtons &= ~static_cast<uint32_t>(platform::kKeyRightButton);
+      break;
+    case platform::kMessageMiddleDown:
+      heldButtons |= platform::kKeyMiddleButton;
+      break;
+    case platform::kMessageMiddleUp:
+      heldButtons &= ~static_cast<uint32_t>(platform::kKeyMiddleButton);
       break;
     default:
       break;

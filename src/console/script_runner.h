@@ -36,6 +36,7 @@ class ScriptRunner {
   int RunMouse();
   int RunPicker();
   int RunTimer();
+  int RunWheel();
   int RunScroll();
   int RunPanel();
   int RunClick();
@@ -65,6 +66,7 @@ class ScriptRunner {
   bool ReadText(const std::string& word, std::string* text);
   bool ReadPath(const std::string& word, std::string* path);
   bool ReadPoint(size_t index, Point* point);
+  bool ReadModifiers(size_t index, uint32_t* modifiers);
   bool ReadMouseMessage(const std::string& word, uint32_t* message);
 
   // The active cut, and one of the two lists; null, with the reason in `problem`, if there is none.

@@ -30,7 +30,8 @@ constexpr NamedValue kMouseMessages[] = {
     {"move", platform::kMessageMouseMove},      {"ldown", platform::kMessageLeftDown},
     {"lup", platform::kMessageLeftUp},          {"ldblclk", platform::kMessageLeftDouble},
     {"rdown", platform::kMessageRightDown},     {"rup", platform::kMessageRightUp},
-    {"rdblclk", platform::kMessageRightDouble},
+    {"rdblclk", platform::kMessageRightDouble}, {"mdown", platform::kMessageMiddleDown},
+    {"mup", platform::kMessageMiddleUp},
 };
 
 constexpr NamedValue kModifiers[] = {{"ctrl", platform::kKeyControl}, {"shift", platform::kKeyShift}};

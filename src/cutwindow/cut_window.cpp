@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "foundation/paths.h"
+#include "platform/hints.h"
 
 namespace sorvel {
 
@@ -10,6 +11,7 @@ namespace {
 
 constexpr char kUntitled[] = "Cut";
 constexpr size_t kTitleSize = 80;
+constexpr size_t kNoteSize = 256;
 
 // A right button that is held for this many milliseconds opens the popup menu of the tools.
 constexpr uintptr_t kPopupTimer = 1;
@@ -60,6 +62,7 @@ intptr_t CutWindow::WindowProc(uint32_t message, uintptr_t first, intptr_t secon
     case platform::kMessageSize:
       UpdateScrollBars(static_cast<int32_t>(platform::LowHalf(static_cast<uintptr_t>(second))),
                        static_cast<int32_t>(platform::HighHalf(static_cast<uintptr_t>(second))));
+      ShowLayerNote();
       break;
     case platform::kMessagePaint:
       Paint();
@@ -102,6 +105,14 @@ intptr_t CutWindow::WindowProc(uint32_t message, uintptr_t first, intptr_t secon
       platform::SetWindowTimer(self, kPopupTimer, kPopupDelay);
       platform::SetFocusTo(self);
       return HandleMouse(message, first, second);
+    case platform::kMessageMiddleDown:
+      platform::SetFocusTo(self);
+      return HandleMouse(message, first, second);
+    case platform::kMessageWheel:
+    case platform::kMessageSidewaysWheel:
+      OnWheel(message, first, second);
+      return 0;
+    case platform::kMessageMiddleUp:
     case platform::kMessageMouseMove:
     case platform::kMessageLeftUp:
     case platform::kMessageLeftDouble:
@@ -143,6 +154,15 @@ intptr_t CutWindow::RunTool(uint32_t message, uintptr_t first, intptr_t second) 
   if (host->ActiveCut() != this) return platform::DefaultHandling(window, message, first, second);
   host->toolbox->Run(host->currentTool, message, static_cast<uint32_t>(first), second, this);
   return 0;
+}
+
+void CutWindow::ShowLayerNote() {
+  const bool isMissing = layers.Count() == 0;
+  if (window == nullptr || (layerNote == nullptr && !isMissing)) return;
+  if (layerNote == nullptr) layerNote = platform::MakeNote(window);
+  char text[kNoteSize];
+  platform::ReadResourceText(kTextNoLayer, text, sizeof(text));
+  platform::ShowNote(layerNote, platform::ClientBounds(window), isMissing ? text : nullptr);
 }
 
 void CutWindow::ChooseCursor() {

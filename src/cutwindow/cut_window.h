@@ -160,6 +160,8 @@ class CutWindow final : public Cut, public platform::WindowObject {
   // Change the zoom by one step and scroll the place, in window coordinates, to the middle of the window.
   void ZoomIn(Point place);
   void ZoomOut(Point place);
+  // The same, but the place stays where it is as far as the limits of scrolling let it.
+  void ZoomAt(Point place, bool zoomsIn);
   // Sets both scroll bars for a client area of this size, in pixels, and invalidates it.
   void UpdateScrollBars(int32_t clientWidth, int32_t clientHeight);
 
@@ -213,9 +215,22 @@ class CutWindow final : public Cut, public platform::WindowObject {
   uint32_t viewOptions = 0;  // bits of ViewOption
 
  private:
+  // What a turn of the wheel does.
+  enum class WheelUse { kVertical, kHorizontal, kZoom };
+
+  platform::WindowHandle layerNote = nullptr;  // null until it is needed first
+  WheelUse wheelUse = WheelUse::kVertical;
+  int32_t wheelRest = 0;  // the turn that hasn't made a step yet
+
   void OnActivation(bool loses, bool gains);
   bool HandlePan(uint32_t message, uintptr_t first, intptr_t second);
   void PanTo(Point place);
+  // Says what makes a layer while there is none to draw on.
+  void ShowLayerNote();
+  void StepZoom(bool zoomsIn);
+  void ShowZoom();
+  void OnWheel(uint32_t message, uintptr_t first, intptr_t second);
+  void ScrollBy(platform::ScrollBar bar, int64_t distance);
   void ShowStrip(const Bounds& strip);
   intptr_t HandleMouse(uint32_t message, uintptr_t first, intptr_t second);
   intptr_t RunTool(uint32_t message, uintptr_t first, intptr_t second);
@@ -225,6 +240,8 @@ class CutWindow final : public Cut, public platform::WindowObject {
   void CenterOn(Point cutPoint);
   void Paint();
   void PaintClient(platform::DeviceContext* context, const Bounds& update);
+  int64_t GroupsBefore(int64_t place) const;
+  void ShowReduced(platform::DeviceContext* context, const Bounds& area);
   void ChooseCursor();
 };
 

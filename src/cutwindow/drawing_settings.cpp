@@ -56,7 +56,7 @@ void SetTextToolFont(const char* faceName, int32_t size, int32_t spacing, int32_
   textToolFont.weight = weight;
   if (textToolFont.handle != nullptr) platform::DeleteFont(textToolFont.handle);
   textToolFont.handle = nullptr;
-  if (faceName[0] == '\0' || size == 0 || spacing == 0 || weight == 0) return;
+  if (faceName[0] == '\0' || size == 0) return;
   textToolFont.handle = platform::MakeFont(faceName, size, weight);
 }
 

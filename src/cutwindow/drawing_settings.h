@@ -41,8 +41,8 @@ void GetBrushSettings(int32_t* shape, int32_t* colorA, int32_t* colorB, int32_t*
                       int32_t* square);
 // Changes between a round and a square pen of the same size.
 void TogglePenShape();
-// Stores the four values, and makes the font unless one of them is empty or 0. The name, Shift JIS, is copied; size and
-// spacing are pixels, weight is 1 to 1000 with 400 for normal.
+// Stores the four values, and makes the font unless the name is empty or the size 0. The name, Shift JIS, is copied;
+// size and spacing are pixels, weight is 1 to 1000 with 400 for normal and 0 for the font's own.
 void SetTextToolFont(const char* faceName, int32_t size, int32_t spacing, int32_t weight);
 
 // Sets pen, mask, grid and font to what they are at the start of the program.

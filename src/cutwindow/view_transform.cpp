@@ -1,10 +1,16 @@
+#include <cstdio>
+
 #include "cutwindow/cut_window.h"
 #include "cutwindow/drawing_settings.h"
 #include "foundation/arithmetic.h"
+#include "platform/hints.h"
 
 namespace sorvel {
 
 namespace {
+
+constexpr size_t kHintSize = 64;
+constexpr uint32_t kZoomHintTime = 1200;  // milliseconds
 
 // The nearest multiple of `step`; exactly half a step goes down.
 int32_t Snapped(int32_t value, int32_t step) {
@@ -90,24 +96,49 @@ bool CutWindow::ToolArea(Rect* area) {
 
 // Zoom. From 1/1 the levels go 1/2, 1/3 down and 2/1, 3/1 up.
 
+void CutWindow::StepZoom(bool zoomsIn) {
+  int32_t& falling = zoomsIn ? zoomDenominator : zoomNumerator;
+  int32_t& rising = zoomsIn ? zoomNumerator : zoomDenominator;
+  if (falling >= 2) {
+    --falling;
+  } else {
+    ++rising;
+  }
+}
+
 void CutWindow::ZoomIn(Point place) {
   WindowToCut(&place, 1);
-  if (zoomDenominator >= 2) {
-    --zoomDenominator;
-  } else {
-    ++zoomNumerator;
-  }
+  StepZoom(true);
   CenterOn(place);
+  ShowZoom();
 }
 
 void CutWindow::ZoomOut(Point place) {
   WindowToCut(&place, 1);
-  if (zoomNumerator >= 2) {
-    --zoomNumerator;
-  } else {
-    ++zoomDenominator;
-  }
+  StepZoom(false);
   CenterOn(place);
+  ShowZoom();
+}
+
+void CutWindow::ZoomAt(Point place, bool zoomsIn) {
+  Point under = place;
+  WindowToCutRaw(&under, 1);
+  StepZoom(zoomsIn);
+  scrollX = WrappingSubtract(WrappingScale(under.x, zoomNumerator, zoomDenominator), place.x);
+  scrollY = WrappingSubtract(WrappingScale(under.y, zoomNumerator, zoomDenominator), place.y);
+  const Bounds client = platform::ClientBounds(window);
+  UpdateScrollBars(client.right, client.bottom);
+  ShowZoom();
+}
+
+// Says for a moment how large the canvas is shown.
+void CutWindow::ShowZoom() {
+  char format[kHintSize];
+  char text[kHintSize + 16];
+  platform::ReadResourceText(kTextZoom, format, sizeof(format));
+  constexpr int64_t whole = 100;
+  std::snprintf(text, sizeof(text), format, static_cast<int>(whole * zoomNumerator / zoomDenominator));
+  platform::ShowHint(window, text, kZoomHintTime);
 }
 
 void CutWindow::CenterOn(Point cutPoint) {

@@ -1,5 +1,7 @@
 #include "dialogs/dialog.h"
 
+#include "dialogs/help_tips.h"
+#include "platform/hints.h"
 #include "platform/menus.h"
 
 namespace sorvel {
@@ -12,6 +14,7 @@ constexpr size_t kHelpSize = 256;
 
 intptr_t OnInit(platform::WindowHandle window, Dialog* dialog) {
   gCurrentDialog = dialog;
+  ExplainFields(window, dialog->templateId);
   dialog->WriteValues(window);
   // A dialog larger than its parent may lie partly off the screen.
   const Bounds own = platform::ScreenBounds(window);
@@ -28,6 +31,7 @@ intptr_t OnCommand(platform::WindowHandle window, uintptr_t first, intptr_t seco
                                      platform::PointerIn<platform::Window>(second));
   }
   if (id == kOk) gCurrentDialog->ReadValues(window);
+  platform::HideBalloon(nullptr);
   platform::EndDialog(window, id == kOk ? 1 : 0);
   gCurrentDialog = nullptr;
   return 1;
@@ -48,8 +52,11 @@ bool Dialog::Run(platform::WindowHandle owner) {
 }
 
 // Edits, list boxes and buttons have different notifications for the focus, whose numbers don't overlap.
-intptr_t Dialog::OnControl(platform::WindowHandle, int32_t code, int32_t id, platform::WindowHandle) {
+intptr_t Dialog::OnControl(platform::WindowHandle dialog, int32_t code, int32_t id, platform::WindowHandle) {
   switch (code) {
+    case platform::kEditChanged:
+      CheckField(dialog, templateId, id);
+      return 0;
     case platform::kEditSetFocus:
     case platform::kListSetFocus:
     case platform::kButtonSetFocus: {

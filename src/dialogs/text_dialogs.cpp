@@ -29,6 +29,16 @@ void AddFontName(const char* name, void* user) {
   }
 }
 
+// The first line that doesn't stand for vertical writing; the first of all if each does.
+int32_t FirstUprightFont(platform::WindowHandle list) {
+  for (int32_t line = 0; line < platform::ListCount(list); ++line) {
+    char name[kDialogTextSize] = "";
+    platform::ReadListLine(list, line, name, sizeof(name));
+    if (name[0] != '@') return line;
+  }
+  return 0;
+}
+
 }  // namespace
 
 FontDialog::FontDialog(platform::WindowHandle helpBar, const char* fontName, int32_t fontSize, int32_t spacing,
@@ -61,7 +71,7 @@ void FontDialog::WriteValues(platform::WindowHandle dialog) {
   platform::ListFonts(AddFontName, list);
   // The search starts after line 0, so that line 0 is the last choice of several names that begin alike.
   const int32_t line = platform::FindListLine(list, 0, faceName);
-  platform::SelectListLine(list, std::max(line, 0));
+  platform::SelectListLine(list, line >= 0 ? line : FirstUprightFont(list));
   ShowSize(dialog, kFontSizeUpDown, size);
   ShowNumber(dialog, kFontSpacingUpDown, 0, kLargestEntry, lineSpacing);
   ShowNumber(dialog, kFontWeightUpDown, 0, kHeaviest, weight);

@@ -105,6 +105,7 @@ void Film::Read(FILE* file, const char* filePath, char separator, LoadReport* re
     height = fileHeight;
   } else {
     NoteProblem(report, "line 3 does not give the width and the height");
+    if (report != nullptr) report->isForeign = true;
   }
   int32_t number = 3;
   while (more) {

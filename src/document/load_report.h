@@ -13,6 +13,7 @@ struct LoadReport {
   void Note(const char* format, int64_t number = 0);
 
   char problem[160] = "";
+  bool isForeign = false;  // what tells a document of this sort from others is missing, though it could be read
 };
 
 // Null reports are allowed wherever one is passed.

@@ -57,6 +57,7 @@ void SetListCaret(WindowHandle list, int32_t index);
 // Up-down controls. Both limits are 16-bit numbers. The low 16 bits of the position are the number; the high 16 bits
 // aren't 0 when the edit next to the control doesn't hold a number within the range.
 void SetUpDownRange(WindowHandle upDown, int32_t low, int32_t high);
+void ReadUpDownRange(WindowHandle upDown, int32_t* low, int32_t* high);
 void SetUpDownPosition(WindowHandle upDown, int32_t position);
 int32_t UpDownPosition(WindowHandle upDown);
 

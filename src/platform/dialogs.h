@@ -22,8 +22,12 @@ WindowHandle ParentOf(WindowHandle window);
 
 enum class BoxIcon { kNone, kQuestion, kInformation, kWarning };
 
+// The button of a question that Enter presses at once.
+enum class DefaultButton { kYes, kNo };
+
 // Shows a message box with the buttons Yes and No. True for Yes.
-bool AskYesNo(WindowHandle owner, const char* text, const char* title, BoxIcon icon);
+bool AskYesNo(WindowHandle owner, const char* text, const char* title, BoxIcon icon,
+              DefaultButton button = DefaultButton::kYes);
 void ShowMessage(WindowHandle owner, const char* text, const char* title, BoxIcon icon);
 // Plays the system's alert sound.
 void PlayAlert();

@@ -12,8 +12,8 @@ namespace sorvel::platform {
 struct Font;
 using FontHandle = Font*;
 
-// `size` is the height in pixels; `weight` is 1 to 1000, 400 for normal. A name that begins with @ asks for vertical
-// writing: lines run from top to bottom. Null if there is no font. The caller deletes it.
+// `size` is the height in pixels; `weight` is 1 to 1000, 400 for normal, or 0 for the font's own. A name that begins
+// with @ asks for vertical writing: lines run from top to bottom. Null if there is no font. The caller deletes it.
 FontHandle MakeFont(const char* faceName, int32_t size, int32_t weight);
 void DeleteFont(FontHandle font);
 

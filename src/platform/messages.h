@@ -38,6 +38,11 @@ enum WindowMessage : uint32_t {
   kMessageRightDown = 0x0204,
   kMessageRightUp = 0x0205,
   kMessageRightDouble = 0x0206,
+  kMessageMiddleDown = 0x0207,
+  kMessageMiddleUp = 0x0208,
+  kMessageMiddleDouble = 0x0209,
+  kMessageWheel = 0x020A,  // both wheels: first MouseKey bits and in the high half the turn; second a screen point
+  kMessageSidewaysWheel = 0x020E,
   kMessageMdiActivate = 0x0222,  // first: the window that becomes inactive, second: the one that becomes active
   kMessageDropFiles = 0x0233,    // first: the drop, for TakeDroppedFile
   kMessagePrintClient = 0x0318,  // first: a device context to draw the whole client area into
@@ -51,6 +56,7 @@ enum MouseKey : uint32_t {
   kKeyRightButton = 0x0002,
   kKeyShift = 0x0004,
   kKeyControl = 0x0008,
+  kKeyMiddleButton = 0x0010,
 };
 
 enum ScrollCode : int32_t {
@@ -73,6 +79,7 @@ enum Notification : int32_t {
   kButtonKillFocus = 7,
   kEditSetFocus = 0x100,
   kEditKillFocus = 0x200,
+  kEditChanged = 0x300,  // not by edits of several lines whose text the program sets
 };
 
 // kNeedText asks for the text; the other two tell that the tip appears and disappears.
@@ -82,6 +89,9 @@ struct ToolTip {
   int32_t id;     // the button's command
   char text[80];  // filled in answer to kNeedText
 };
+
+// The turn of a wheel's notch, away from the hand or to the right. Fine wheels send parts of it.
+constexpr int32_t kWheelNotch = 120;
 
 constexpr intptr_t kNoActivate = 3;
 
@@ -98,6 +108,10 @@ constexpr uintptr_t JoinHalves(int32_t low, int32_t high) {
 constexpr Point PointOf(intptr_t second) {
   return {static_cast<int16_t>(LowHalf(static_cast<uintptr_t>(second))),
           static_cast<int16_t>(HighHalf(static_cast<uintptr_t>(second)))};
+}
+// The turn of a wheel message.
+constexpr int32_t TurnOf(uintptr_t first) {
+  return static_cast<int16_t>(HighHalf(first));
 }
 constexpr intptr_t PackPoint(Point point) {
   return static_cast<intptr_t>(JoinHalves(point.x, point.y));

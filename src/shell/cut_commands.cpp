@@ -35,6 +35,7 @@ std::string LineOf(const Generation& version, size_t number) {
 }  // namespace
 
 bool MainFrame::OpenByExtension(const char* path) {
+  openingNews = 0;
   char extension[kPathCapacity];
   if (!UpperExtensionOf(extension, path)) return false;
   if (std::strcmp(extension, ".CUT") == 0) return OpenCutFile(path) != nullptr;
@@ -70,6 +71,9 @@ CutWindow* MainFrame::MakeNewCut(const CutDialog& values, const char* path) {
 CutWindow* MainFrame::ShowCut(CutWindow* cut) {
   if (cut->Create(mdiClient)) {
     openCuts.push_back(cut);
+    ShowEmptyNote();
+    // Under Wine the frame would keep the name of the cut that was active before.
+    platform::SetText(frameWindow, frameTitle.c_str());
     return cut;
   }
   delete cut;
@@ -80,16 +84,31 @@ CutWindow* MainFrame::ShowCut(CutWindow* cut) {
 
 void MainFrame::OpenCut() {
   ChosenPath chosen;
-  if (chosen.AskToOpen(frameWindow, kCutFiles)) OpenCutFile(chosen.path);
+  if (!chosen.AskToOpen(frameWindow, kCutFiles)) return;
+  OpenCutFile(chosen.path);
+  ReportOpening(chosen.path);
+}
+
+// A read that fails looks like the end of the file.
+int32_t MainFrame::NewsOf(const char* path, FILE* file, bool isRead) {
+  if (file == nullptr) return platform::PathExists(path) ? kTextNotReadable : kTextNoFile;
+  if (std::ferror(file) != 0) return isRead ? kTextReadInPart : kTextNotReadable;
+  return isRead ? 0 : kTextForeignFile;
+}
+
+void MainFrame::ReportOpening(const char* path) {
+  // A line of the list may have no entry in the film.
+  if (openingNews == 0 || path[0] == '\0') return;
+  const bool isOpen = openingNews == kTextNoFilm || openingNews == kTextReadInPart;
+  isOpen ? ReportWithReason(openingNews, path, 0) : ReportWithReason(kTextNotOpened, path, openingNews);
 }
 
 CutWindow* MainFrame::OpenCutFile(const char* path) {
   CommandFile file(path, "rb");
-  if (!file.IsOpen()) return nullptr;
-  CutWindow* cut = OpenCutStream(&file.stream, path);
+  CutWindow* cut = file.IsOpen() ? OpenCutStream(&file.stream, path) : nullptr;
+  openingNews = NewsOf(path, file.stream.file, cut != nullptr);
   if (cut == nullptr) return nullptr;
-  // A read that fails looks like the end of the file.
-  if (std::ferror(file.stream.file) != 0) cut->knownFile.MarkDamaged();
+  if (openingNews != 0) cut->knownFile.MarkDamaged();
   film->CutOpened(cut);
   return cut;
 }

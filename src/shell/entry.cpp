@@ -120,6 +120,8 @@ bool StartProgram(MainFrame* frame, const char* commandLine, int32_t showCommand
   const char* document = commandLine[0] != '\0' ? commandLine : path;
   if (document[0] != '\0') frame->OpenByExtension(document);
   platform::ShowAs(frame->frameWindow, showCommand);
+  // A remembered film may be gone: nobody asked for it now.
+  if (commandLine[0] != '\0') frame->ReportOpening(commandLine);
   return true;
 }
 

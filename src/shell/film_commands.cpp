@@ -54,6 +54,7 @@ void MainFrame::SetFrameTitle(const char* filmPath) {
   } else {
     std::snprintf(title, sizeof(title), "%s", kFrameTitle);
   }
+  frameTitle = title;
   platform::SetText(frameWindow, title);
 }
 
@@ -87,14 +88,19 @@ void MainFrame::NewFilm() {
 void MainFrame::OpenFilm() {
   if (!AskSaveFilm()) return;
   ChosenPath chosen;
-  if (chosen.AskToOpen(frameWindow, kFilmFiles)) OpenFilmFile(chosen.path);
+  if (!chosen.AskToOpen(frameWindow, kFilmFiles)) return;
+  OpenFilmFile(chosen.path);
+  ReportOpening(chosen.path);
 }
 
 bool MainFrame::OpenFilmFile(const char* path) {
   // Quirk 22. A failure leaves an empty film, while the list stays as it was: every command on a line meets entries
   // that may not be there.
   KeepUnsavedFilm();
-  if (!film->Load(path, platform::kPathSeparator)) return false;
+  LoadReport report;
+  const bool isOpen = film->Load(path, platform::kPathSeparator, &report);
+  openingNews = !isOpen ? NewsOf(path, nullptr, false) : report.isForeign ? kTextNoFilm : 0;
+  if (!isOpen) return false;
   ShowFilm();
   return true;
 }
@@ -172,7 +178,9 @@ void MainFrame::OpenListedCut() {
   if (const CutWindow* open = WindowOfEntry(index)) {
     platform::ActivateMdiChild(mdiClient, open->window);
   } else {
-    OpenCutFile(film->CutName(index));
+    const char* path = film->CutName(index);
+    OpenCutFile(path);
+    ReportOpening(path);
   }
 }
 
@@ -203,7 +211,8 @@ void MainFrame::DeleteCuts() {
   char question[kTextBufferSize];
   platform::ReadResourceText(kTextDeleteQuestion, question, sizeof(question));
   // Quirk 17. No keeps the files; the lines go with either answer.
-  const bool deletesFiles = platform::AskYesNo(frameWindow, question, kBoxTitle, platform::BoxIcon::kQuestion);
+  const bool deletesFiles =
+      platform::AskYesNo(frameWindow, question, kBoxTitle, platform::BoxIcon::kQuestion, platform::DefaultButton::kNo);
   const std::vector<int32_t> lines = SelectedLines(cutList);
   for (size_t i = lines.size(); i-- > 0;) {
     if (deletesFiles) DeleteCutFiles(lines[i]);

@@ -111,15 +111,20 @@ void MergeLayerDown(CutWindow* cut) {
 
 void MainFrame::OpenLayer() {
   ChosenPath chosen;
-  if (chosen.AskToOpen(frameWindow, kLayerFiles)) OpenLayerFile(chosen.path);
+  if (!chosen.AskToOpen(frameWindow, kLayerFiles)) return;
+  OpenLayerFile(chosen.path);
+  ReportOpening(chosen.path);
 }
 
 CutWindow* MainFrame::OpenLayerFile(const char* path) {
   CommandFile file(path, "rb");
+  openingNews = NewsOf(path, file.stream.file, false);
   if (!file.IsOpen()) return nullptr;
   CutWindow* cut = new CutWindow(this, 0, 0, kUnreadFps, "", 0);
   Frame* frame = cut->AddFrame();
-  if (!cut->LoadLayer(&file.stream)) {
+  const bool isRead = cut->LoadLayer(&file.stream);
+  openingNews = NewsOf(path, file.stream.file, isRead);
+  if (!isRead) {
     delete cut;
     return nullptr;
   }
@@ -155,7 +160,10 @@ void MainFrame::OverwriteLayer(CutWindow* cut) {
   ChosenPath chosen;
   if (!chosen.AskToOpen(frameWindow, kLayerFiles)) return;
   CommandFile file(chosen.path, "rb");
-  if (file.IsOpen() && cut->LoadLayer(&file.stream)) cut->RepaintAll();
+  const bool isRead = file.IsOpen() && cut->LoadLayer(&file.stream);
+  openingNews = NewsOf(chosen.path, file.stream.file, isRead);
+  if (isRead) cut->RepaintAll();
+  ReportOpening(chosen.path);
 }
 
 }  // namespace sorvel

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "dialogs/dialogs.h"
+#include "platform/hints.h"
 #include "shell/tool_bar.h"
 #include "tools/tool_table.h"
 
@@ -81,6 +82,11 @@ intptr_t MainFrame::WindowProc(uint32_t message, uintptr_t first, intptr_t secon
     case platform::kMessageLeftUp:
       OnSplitter(message, second);
       break;
+    case platform::kMessageWheel:
+    case platform::kMessageSidewaysWheel:
+      // From a panel that has the focus and doesn't scroll.
+      if (CutWindow* cut = ActiveCut()) return platform::Send(cut->window, message, first, second);
+      break;
     case platform::kMessageDropFiles:
       OnDropFiles(first);
       return 0;
@@ -102,6 +108,8 @@ void MainFrame::OnCreate() {
   statusBar = platform::MakeStatusBar(window, kStatusBarId);
   toolBar = platform::MakeToolBar(window, kToolBarId, kToolBarPicture, kToolBarImages, kToolButtons, kToolButtonCount);
   keyFrameCheck = platform::MakeCheckBox(window, kKeyFrameCheck);
+  emptyNote = platform::MakeNote(window);
+  ExplainPanels();
   toolPopupMenu = platform::MakeMenu(kToolMenu);
   MarkTool(currentTool, true);
   platform::MakePopupWindow(kHelperClass, window, PenPicker::kWindowWidth, PenPicker::kWindowHeight, &penPicker);
@@ -117,6 +125,7 @@ CutWindow* MainFrame::ActiveCut() {
 // On a display with 256 colours the palette takes effect when the program comes to the front. One pulse is enough: the
 // activation of the cut window sends the other one.
 void MainFrame::OnActivate(uintptr_t first) {
+  if (platform::LowHalf(first) == 0) platform::HideBalloon(nullptr);
   platform::DeviceContext* context = platform::BeginDrawing(window);
   const bool isActivated = platform::LowHalf(first) != 0 && platform::HighHalf(first) == 0;
   if (isActivated && platform::HasPalette(context)) {
@@ -129,8 +138,10 @@ void MainFrame::OnActivate(uintptr_t first) {
 
 void MainFrame::OnDropFiles(uintptr_t drop) {
   char path[kDropPathSize];
-  if (platform::TakeDroppedFile(drop, path, sizeof(path))) OpenByExtension(path);
+  const bool isTaken = platform::TakeDroppedFile(drop, path, sizeof(path));
+  if (isTaken) OpenByExtension(path);
   platform::ActivateWindow(window);
+  if (isTaken) ReportOpening(path);
 }
 
 // Bars and menus.
@@ -183,6 +194,7 @@ void MainFrame::CutGone(CutWindow* cut) {
   if (panelsCut == cut) panelsCut = nullptr;
   std::erase(openCuts, cut);
   recovery.ForgetCut(cut);
+  ShowEmptyNote();
 }
 
 // The player.
@@ -196,6 +208,12 @@ int32_t MainFrame::PlayBuffer(Buffer<uint8_t> buffer, int32_t size) {
   char title[32];
   std::snprintf(title, sizeof(title), "%d byte", size);
   platform::SetText(animationWindow.window, title);
+  if (!isPlayerPlaced) {
+    const Point corner = platform::ClientToScreen(mdiClient, {0, 0});
+    const Bounds place = platform::ScreenBounds(animationWindow.window);
+    platform::MoveWindow(animationWindow.window, corner.x, corner.y, place.Width(), place.Height(), false);
+    isPlayerPlaced = true;
+  }
   animationWindow.Play(&streamBuffer);
   return 1;
 }

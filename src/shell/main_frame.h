@@ -2,6 +2,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
+#include <string>
 #include <vector>
 
 #include "cutwindow/cut_window.h"
@@ -104,12 +106,15 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   // nothing is said.
   void ReportSave(const char* path, WriteProblem problem, const KnownFile& file);
 
-  // Opens a cut, layer or film by the extension of its path. False if nothing was opened.
+  // Opens a cut, layer or film by the extension of its path. False if nothing was opened. ReportOpening() says why.
   bool OpenByExtension(const char* path);
-  // Open a cut or layer file in a new window, which owns the cut. Null if that fails.
+  // Open a cut or layer file in a new window, which owns the cut. Null if that fails. ReportOpening() says why.
   CutWindow* OpenCutFile(const char* path);
   CutWindow* OpenLayerFile(const char* path);
   bool OpenFilmFile(const char* path);
+  // A box that says why the file that was to be opened last didn't open, or not as a whole. Without news, and for an
+  // extension that isn't the program's, nothing is said.
+  void ReportOpening(const char* path);
   // Opens a document that a program left without saving it; it counts as changed.
   bool OpenLeftDocument(const LeftDocument& document);
 
@@ -123,9 +128,10 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   platform::WindowHandle keyFrameCheck = nullptr;
   platform::WindowHandle commentEdit = nullptr;
   platform::WindowHandle toolBar = nullptr;
-  CutWindow* panelsCut = nullptr;    // whose values the panels show, not owned; null when it is gone
-  std::vector<CutWindow*> openCuts;  // not owned; in the order of opening
-  Film* film = nullptr;              // owned, never null
+  platform::WindowHandle emptyNote = nullptr;  // over the area of the cut windows while there is none
+  CutWindow* panelsCut = nullptr;              // whose values the panels show, not owned; null when it is gone
+  std::vector<CutWindow*> openCuts;            // not owned; in the order of opening
+  Film* film = nullptr;                        // owned, never null
   Recovery recovery{this};
   BufferStream streamBuffer;  // what the player reads, in streamMemory
   int32_t panelWidth = 160;   // pixels
@@ -135,8 +141,15 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
 
  private:
   Buffer<uint8_t> streamMemory;
+  std::string frameTitle = kFrameTitle;  // without the name of a cut, which the window system adds
+  bool isPlayerPlaced = false;           // later it opens where the user left it
+  int32_t openingNews = 0;               // of the last opening, the number of a text; 0 for none
 
   void OnCreate();
+  // Panels explain themselves, and those for numbers say which ones they take.
+  void ExplainPanels();
+  void CheckPanelNumber(int32_t id);
+  void ShowEmptyNote();
   // Splitter.
   Bounds SplitterStrip();
   void InvertSplitter();
@@ -222,6 +235,8 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   // Opens the window of a cut that is read from a stream and has this path. Null if that fails.
   CutWindow* OpenCutStream(ByteStream* stream, const char* path);
   void EditCutProperties(CutWindow* cut);
+  // What is to be said of a file after a document was read from it or not; null stands for one that didn't open.
+  static int32_t NewsOf(const char* path, FILE* file, bool isRead);
   // Lets the user choose one of the states that are kept of the cut, and opens it as a changed cut of the same path.
   void OpenVersion(CutWindow* cut);
 

@@ -2,6 +2,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "dialogs/help_tips.h"
+#include "platform/hints.h"
 #include "shell/command_support.h"
 #include "shell/main_frame.h"
 
@@ -20,6 +22,7 @@ constexpr size_t kCommentSize = 256;
 constexpr size_t kLineSize = 512;
 
 constexpr int32_t kBrightest = 100;
+constexpr size_t kNoteSize = 1024;
 
 void SetNumber(platform::WindowHandle edit, int32_t value) {
   char text[16];
@@ -44,6 +47,7 @@ void SelectIfFocused(platform::WindowHandle edit) {
 void MainFrame::LayoutPanels(int32_t clientWidth, int32_t clientHeight) {
   if ((shellFlags & kPanelsShown) == 0) {
     platform::MoveWindow(mdiClient, 0, 0, clientWidth, clientHeight, true);
+    ShowEmptyNote();
     return;
   }
   const auto heightOf = [](platform::WindowHandle bar) { return platform::ScreenBounds(bar).Height(); };
@@ -68,6 +72,40 @@ void MainFrame::LayoutPanels(int32_t clientWidth, int32_t clientHeight) {
   platform::MoveWindow(loopEdit, half, top + line, panelWidth - half, line, true);
   platform::MoveWindow(layerList, 0, listTop, panelWidth, lists / 2, true);
   platform::MoveWindow(cutList, 0, listTop + lists / 2, panelWidth, lists - lists / 2, true);
+  ShowEmptyNote();
+}
+
+// Says what to do while no cut is open.
+void MainFrame::ShowEmptyNote() {
+  char text[kNoteSize];
+  const bool isEmpty = openCuts.empty() && platform::ReadResourceText(kTextEmptyArea, text, sizeof(text)) != 0;
+  const Bounds area = platform::ScreenBounds(mdiClient);
+  const Point corner = platform::ScreenToClient(window, {area.left, area.top});
+  platform::ShowNote(emptyNote, {corner.x, corner.y, corner.x + area.Width(), corner.y + area.Height()},
+                     isEmpty ? text : nullptr);
+}
+
+void MainFrame::ExplainPanels() {
+  for (const platform::WindowHandle edit : {frameTimeEdit, loopEdit, brightnessEdit}) platform::TakePlainDigits(edit);
+  SetHelpTip(frameTimeEdit, kFrameTimeEdit);
+  SetHelpTip(loopEdit, kLoopEdit);
+  SetHelpTip(brightnessEdit, kBrightnessEdit);
+  SetHelpTip(commentEdit, kCommentEdit);
+  SetHelpTip(keyFrameCheck, kKeyFrameCheck);
+  SetHelpTip(layerList, kLayerList);
+  SetHelpTip(cutList, kCutList);
+}
+
+// What the program itself shows, such as the long time of a key frame, isn't the user's mistake.
+void MainFrame::CheckPanelNumber(int32_t id) {
+  constexpr int32_t shortestTime = -999;
+  constexpr int32_t longest = 9999;
+  const auto check = [](platform::WindowHandle edit, int32_t low, int32_t high) {
+    platform::FocusedWindow() == edit ? CheckNumber(edit, low, high) : platform::HideBalloon(edit);
+  };
+  if (id == kFrameTimeEdit) check(frameTimeEdit, shortestTime, longest);
+  if (id == kLoopEdit) check(loopEdit, 0, longest);
+  if (id == kBrightnessEdit) check(brightnessEdit, 0, kBrightest);
 }
 
 void MainFrame::Relayout() {
@@ -254,6 +292,7 @@ int32_t MainFrame::OnPanelNotification(int32_t code, int32_t id) {
 }
 
 void MainFrame::OnEditNotification(int32_t code, int32_t id) {
+  if (code == platform::kEditChanged) CheckPanelNumber(id);
   if (code != platform::kEditSetFocus && code != platform::kEditKillFocus) return;
   if (id == kCommentEdit) SwapInputMethod();
   if (code == platform::kEditSetFocus) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "platform/hints.h"
 #include "platform/window.h"
 
 namespace sorvel {
@@ -10,6 +11,23 @@ namespace sorvel {
 namespace {
 
 constexpr int32_t kFarthest = 1 << 22;
+
+constexpr size_t kHintSize = 256;
+constexpr uint32_t kHintTime = 4000;  // milliseconds
+
+// Tells why a press draws nothing.
+void ShowWhyNot(CutWindow* window) {
+  Frame* frame = window->CurrentFrame();
+  Layer* layer = nullptr;
+  int32_t x = 0;
+  int32_t y = 0;
+  int32_t cell = 0;
+  const bool hasRecord = frame != nullptr && frame->GetRecord(frame->currentRecord, &layer, &x, &y, &cell);
+  const int32_t reason = !hasRecord ? kTextNoRecordHint : IsBlankCell(cell) ? kTextBlankHint : kTextNoCellHint;
+  char text[kHintSize];
+  platform::ReadResourceText(reason, text, sizeof(text));
+  platform::ShowHint(window->window, text, kHintTime);
+}
 
 // The area that a line of the largest pen may touch.
 Rect SegmentArea(Point a, Point b) {
@@ -122,6 +140,7 @@ bool Tool::Prepare(intptr_t place, ToolInput* input) {
   if (input->cell == nullptr) {
     // The overlay must leave the screen even if there is no drawing any more.
     input->HideOverlay();
+    if (input->message == platform::kMessageLeftDown) ShowWhyNot(input->window);
     return false;
   }
   input->mouse = UnpackPlace(place, form == PointForm::kSigned);

@@ -248,6 +248,14 @@ HWND App::ToolTip() const {
   return WindowOf("tooltips_class32");
 }
 
+std::string App::Note(HWND window) const {
+  HWND note = nullptr;
+  while ((note = FindWindowExW(window, note, L"Static", nullptr)) != nullptr) {
+    if (IsWindowVisible(note)) return Text(note);
+  }
+  return "";
+}
+
 HWND App::Focus() const {
   GUITHREADINFO info = {};
   info.cbSize = sizeof(info);

@@ -87,6 +87,8 @@ class App {
   HWND Dialog() const;  // a dialog, box or file dialog
   HWND PopupMenu() const;
   HWND ToolTip() const;
+  // The text of the plate over a window; empty if none is shown.
+  std::string Note(HWND window) const;
   HWND Focus() const;
 
   std::string Text(HWND window) const;

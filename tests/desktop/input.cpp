@@ -93,6 +93,17 @@ void SendButton(DWORD flag) {
   SendAll(&inputs);
 }
 
+void TurnWheel(int turn, std::initializer_list<int> held) {
+  std::vector<INPUT> inputs;
+  for (const int key : held) inputs.push_back(KeyInput(key, true));
+  inputs.emplace_back();
+  inputs.back().type = INPUT_MOUSE;
+  inputs.back().mi.dwFlags = MOUSEEVENTF_WHEEL;
+  inputs.back().mi.mouseData = static_cast<DWORD>(turn);
+  for (const int key : held) inputs.push_back(KeyInput(key, false));
+  SendAll(&inputs);
+}
+
 void Click(POINT place) {
   MoveTo(place);
   LeftDown();

@@ -31,6 +31,14 @@ inline void RightDown() {
 inline void RightUp() {
   SendButton(MOUSEEVENTF_RIGHTUP);
 }
+inline void MiddleDown() {
+  SendButton(MOUSEEVENTF_MIDDLEDOWN);
+}
+inline void MiddleUp() {
+  SendButton(MOUSEEVENTF_MIDDLEUP);
+}
+// Turns the wheel where the mouse is, away from the hand for a number above 0; a notch is WHEEL_DELTA.
+void TurnWheel(int turn, std::initializer_list<int> held = {});
 void Click(POINT place);
 void DoubleClick(POINT place);
 void RightClick(POINT place);

@@ -158,5 +158,72 @@ TEST_F(DialogFramework, TabbingThroughADialogShowsAndClearsHelp) {
   EXPECT_EQ(left, "");
 }
 
+// Each dialog by its number, with the controls that a user fills in.
+TEST_F(DialogFramework, EveryFieldHasATip) {
+  for (const int32_t number : {kLayerDialog, kCutDialog, kGridDialog, kMaskDialog, kFilmDialog, kLayerRampDialog,
+                               kFontDialog, kTextDialog, kBrightnessRampDialog, kFrameCountDialog, kFrameRampDialog,
+                               kFrameSizeDialog, kRenameDialog, kRandomDotsDialog, kVersionDialog}) {
+    NotingDialog dialog(bar, &log);
+    dialog.templateId = number;
+    int32_t fields = 0;
+    dialog.atWrite = [&](platform::WindowHandle window) {
+      for (const platform::WindowHandle control : window->children) {
+        const bool isField = control->kind != platform::WindowKind::kLabel &&
+                             control->kind != platform::WindowKind::kGroupBox && control->id > 2;
+        EXPECT_EQ(!control->tip.empty(), isField) << number << ": " << control->id;
+        fields += isField ? 1 : 0;
+      }
+    };
+    EXPECT_TRUE(Run(&dialog));
+    EXPECT_GT(fields, 0) << number;
+  }
+}
+
+TEST_F(DialogFramework, ATipIsTheHelpASentenceALine) {
+  NotingDialog dialog(bar, &log);
+  dialog.templateId = kFontDialog;
+  dialog.atWrite = [](platform::WindowHandle window) {
+    EXPECT_EQ(Control(window, kFontNameList)->tip, ShiftJis("@で始まるフォント名は縦書きになります。"));
+    EXPECT_EQ(Control(window, kFontWeightEdit)->tip,
+              ShiftJis("値の範囲は0から1000で、大きくなるほど太くなります。\n400で標準、700でボールドです。\n"
+                       "また0でデフォルトになります。"));
+    EXPECT_EQ(Control(window, kFontWeightUpDown)->tip, Control(window, kFontWeightEdit)->tip);
+  };
+  EXPECT_TRUE(Run(&dialog));
+}
+
+TEST_F(DialogFramework, NumbersTakeDigitsOfFullWidth) {
+  CutDialog dialog(bar, 1, 2, 3, "", 0);
+  EXPECT_TRUE(Run(
+      &dialog,
+      {{kCutWidthEdit, ShiftJis("６４０")}, {kCutHeightEdit, ShiftJis("4８")}, {kCutCreditEdit, ShiftJis("１－２")}}));
+  EXPECT_EQ(dialog.width, 640);
+  EXPECT_EQ(dialog.height, 48);
+  EXPECT_EQ(dialog.credit, ShiftJis("１－２"));
+}
+
+TEST_F(DialogFramework, ABalloonSaysTheRangeWhileANumberIsOutsideIt) {
+  const std::string range = ShiftJis("1 から 32767 までの数を入力してください。");
+  NotingDialog dialog(bar, &log);
+  dialog.atWrite = [&](platform::WindowHandle window) {
+    const platform::WindowHandle edit = Control(window, kFrameCountEdit);
+    platform::SetUpDownRange(Control(window, kFrameCountUpDown), 1, 32767);
+    for (const auto& [text, isWrong] : std::vector<std::pair<std::string, bool>>{{"12", false},
+                                                                                 {"0", true},
+                                                                                 {"7", false},
+                                                                                 {"-", true},
+                                                                                 {"", false},
+                                                                                 {"4x", true},
+                                                                                 {"32,767", false},
+                                                                                 {"32768", true},
+                                                                                 {"99999999999999999999", true}}) {
+      platform::headless::TypeText(edit, text);
+      EXPECT_EQ(edit->balloon, isWrong ? range : "") << text;
+    }
+  };
+  dialog.atRead = [&](platform::WindowHandle window) { EXPECT_EQ(Control(window, kFrameCountEdit)->balloon, range); };
+  EXPECT_TRUE(Run(&dialog));
+}
+
 }  // namespace
 }  // namespace sorvel::testdialogs

@@ -82,10 +82,11 @@ class HeadlessDialog : public HeadlessTest {
 
 TEST_F(HeadlessDialog, OkAndCancelEndItWithTheirCommand) {
   EXPECT_EQ(Answered(kCutDialog, {}), 7);
-  EXPECT_EQ(log.commands, Log({"1 0"}));
+  // The edit tells of the width that was put into it.
+  EXPECT_EQ(log.commands, Log({"1002 768", "1 0"}));
   log.commands.clear();
   EXPECT_EQ(Answered(kCutDialog, {}, false), 0);
-  EXPECT_EQ(log.commands, Log({"2 0"}));
+  EXPECT_EQ(log.commands, Log({"1002 768", "2 0"}));
   EXPECT_EQ(headless::Failure(), "");
   EXPECT_EQ(headless::FindWindowOfKind(WindowKind::kDialog), nullptr);
 }
@@ -173,7 +174,7 @@ TEST_F(HeadlessDialog, AValueThatDoesntFitFailsAndTheDialogIsCancelled) {
                 {kMaskDialog, kMaskClearButton, "on", "control 1049 of dialog 109 takes click, not \"on\""},
                 {kCutDialog, kCutWidthUpDown, "5", "control 1005 of dialog 107 takes no value"}};
   for (const auto& [dialog, control, value, failure] : values) EXPECT_EQ(FailureOf(dialog, control, value), failure);
-  EXPECT_EQ(log.commands, Log(4, "2 0"));
+  EXPECT_EQ(log.commands, Log({"2 0", "2 0", "2 0", "1002 768", "2 0"}));
 }
 
 TEST_F(HeadlessDialog, TheFirstFailureIsKept) {

@@ -44,6 +44,17 @@ TEST_F(Scrolling, AClientLargerThanThePictureLeavesANegativePosition) {
 
 const Rules<Scrolling, "Scrolling"> kScrollingRules = {
     {"PageDownStopsAtTheLastPage", Pages(5), Has("cut/scrollX,scrollY", "136 102")},
+    {"ANotchOfTheWheelIsThreeLines", Do().Line("wheel -2"), Has("cut/scrollX,scrollY", "0 24"),
+     Do().Line("wheel -1 shift"), Has("cut/scrollX,scrollY", "12 24"), Do().Line("wheel 1"),
+     Has("cut/scrollX,scrollY", "12 12")},
+    {"TheWheelStopsWhereADragStops", Do().Line("wheel -99").Line("wheel -99 shift"),
+     Has("cut/scrollX,scrollY", "135 101"), Do().Line("wheel 99"), Has("cut/scrollX,scrollY", "135 0")},
+    {"WithCtrlTheWheelZoomsAtTheMouse", Do().Mouse("move", 30, 20).Line("wheel 1 ctrl"),
+     Has("cut/zoomNumerator,zoomDenominator", "2 1", "cut/scrollX,scrollY", "30 20"), Do().Line("wheel -2 ctrl"),
+     Has("cut/zoomNumerator,zoomDenominator", "1 2")},
+    {"TheMiddleButtonDragsThePicture",
+     Do().Mouse("mdown", 60, 40).Mouse("move", 50, 30).Mouse("move", 20, 10).Mouse("mup", 20, 10).Mouse("move", 0, 0),
+     Has("cut/scrollX,scrollY", "40 30")},
     {"ALineAtDoubleSizeIsEightPixels", ZoomIn(), Do().Line("scroll h linedown").Line("scroll v linedown"),
      Has("cut/scrollX,scrollY", "8 8")},
     {"ThumbPositionsAreMultiplesOfTheZoom", ZoomIn(),

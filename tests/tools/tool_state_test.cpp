@@ -40,15 +40,15 @@ TEST_F(ToolStateTest, APenPickedFromTransparentGroundSurvivesTheSettings) {
   EXPECT_EQ(currentPen, (PenSpec{7, 0, -1, 0}));
 }
 
-TEST_F(ToolStateTest, AFontNeedsNameSizeSpacingAndWeight) {
+TEST_F(ToolStateTest, AFontNeedsANameAndASize) {
   SetTextToolFont("Sans", 24, 12, 400);
   EXPECT_STREQ(textToolFont.faceName, "Sans");
   EXPECT_FALSE(textToolFont.IsVertical());
   SetTextToolFont("@Sans", 24, 0, 400);
-  EXPECT_EQ(textToolFont.handle, nullptr);
+  EXPECT_NE(textToolFont.handle, nullptr);
   EXPECT_TRUE(textToolFont.IsVertical());
   SetTextToolFont("Sans", 24, 12, 0);
-  EXPECT_EQ(textToolFont.handle, nullptr);
+  EXPECT_NE(textToolFont.handle, nullptr);
   SetTextToolFont("Sans", 0, 12, 400);
   EXPECT_EQ(textToolFont.handle, nullptr);
   SetTextToolFont("", 24, 12, 400);

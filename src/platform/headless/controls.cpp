@@ -82,7 +82,7 @@ void ChooseRadioButton(Window* button) {
 
 bool TypeText(WindowHandle edit, const std::string& text) {
   if (!IsWindow(edit) || edit->readOnly) return false;
-  SetText(edit, text.c_str());
+  SetText(edit, EnteredText(edit, text).c_str());
   return true;
 }
 

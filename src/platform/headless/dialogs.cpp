@@ -141,7 +141,7 @@ std::string SetValue(Window* dialog, int32_t resource, int32_t id, const std::st
   const std::string name = NameOf(control, resource);
   switch (control->kind) {
     case WindowKind::kEdit:
-      SetText(control, (control->multipleLines ? WithLineEnds(value) : value).c_str());
+      SetText(control, (control->multipleLines ? WithLineEnds(value) : headless::EnteredText(control, value)).c_str());
       return "";
     case WindowKind::kCheckBox:
     case WindowKind::kRadioButton:
@@ -353,16 +353,16 @@ WindowHandle ParentOf(WindowHandle window) {
   return window->parent != nullptr ? window->parent : window->owner;
 }
 
-bool AskYesNo(WindowHandle owner, const char* text, const char* title, BoxIcon icon) {
+bool AskYesNo(WindowHandle owner, const char* text, const char* title, BoxIcon icon, DefaultButton button) {
   static_cast<void>(owner);
-  gQuestion = {text, title, icon, gQuestion.count + 1};
+  gQuestion = {text, title, icon, gQuestion.count + 1, button};
   bool yes = false;
   return TakeAnswer(&gAnswers, std::string("the question").append(Quoted(text)).c_str(), &yes) && yes;
 }
 
 void ShowMessage(WindowHandle owner, const char* text, const char* title, BoxIcon icon) {
   static_cast<void>(owner);
-  gMessage = {text, title, icon, gMessage.count + 1};
+  gMessage = {text, title, icon, gMessage.count + 1, DefaultButton::kYes};
   if (icon == BoxIcon::kWarning) gWarnings.push_back(text);
 }
 

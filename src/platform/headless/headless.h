@@ -122,6 +122,11 @@ struct Window {
   bool readOnly = false;
   bool allSelected = false;
   bool multipleLines = false;
+  bool plainDigits = false;
+
+  // What explains it; empty for nothing.
+  std::string tip;
+  std::string balloon;
 
   // List boxes.
   bool extendedSelection = false;
@@ -206,6 +211,15 @@ bool RunTimer();
 
 // Controls. None of these moves the focus, as a mouse press would; call SetFocusTo first. ---------------------------
 
+// The last hint at the mouse; it goes by itself.
+struct HintRecord {
+  std::string text;
+  Point place;  // of the mouse
+  uint32_t milliseconds = 0;
+  int32_t count = 0;  // how many there were
+};
+const HintRecord& LastHint();
+
 // Replaces the text of an edit, as if typed. False if it is read-only.
 bool TypeText(WindowHandle edit, const std::string& text);
 // Clicks a check box, radio button or push button: it changes its state and notifies its parent.
@@ -265,6 +279,7 @@ struct BoxRecord {
   std::string title;
   BoxIcon icon = BoxIcon::kNone;
   int32_t count = 0;  // how many there were of its kind
+  DefaultButton button = DefaultButton::kYes;
 };
 const BoxRecord& LastMessage();
 // The texts of all messages with the warning icon, oldest first.

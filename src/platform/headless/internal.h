@@ -53,6 +53,9 @@ void KeepFocus();
 // Records a failure, unless there is one already.
 void Fail(const std::string& message);
 
+// What becomes of a text that is entered into an edit.
+std::string EnteredText(const Window* edit, const std::string& text);
+
 // Conversion for the resources, which are UTF-8.
 std::string FromUtf8(std::string_view text);
 std::string ToUtf8(std::string_view text);
@@ -72,6 +75,7 @@ void ResetMenus();
 void ResetDialogs();
 void ResetClipboard();
 void ResetTimer();
+void ResetHints();
 
 }  // namespace headless
 }  // namespace sorvel::platform

@@ -107,6 +107,7 @@ void Reset() {
   ResetDialogs();
   ResetClipboard();
   ResetTimer();
+  ResetHints();
   SetProgramPath(nullptr);
 }
 

@@ -48,6 +48,11 @@ void SetUpDownRange(WindowHandle upDown, int32_t low, int32_t high) {
   upDown->high = static_cast<int16_t>(high);
 }
 
+void ReadUpDownRange(WindowHandle upDown, int32_t* low, int32_t* high) {
+  *low = headless::IsWindow(upDown) ? upDown->low : 0;
+  *high = headless::IsWindow(upDown) ? upDown->high : 0;
+}
+
 void SetUpDownPosition(WindowHandle upDown, int32_t position) {
   if (!headless::IsWindow(upDown)) return;
   upDown->position = Bounded(upDown, static_cast<int16_t>(position));

@@ -287,6 +287,7 @@ void SetText(WindowHandle window, const char* text) {
   if (!headless::IsWindow(window)) return;
   window->text = text;
   window->allSelected = false;
+  if (window->kind == WindowKind::kEdit && !window->multipleLines) headless::NotifyParent(window, kEditChanged);
 }
 
 size_t ReadText(WindowHandle window, char* text, size_t capacity) {

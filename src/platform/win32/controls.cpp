@@ -15,14 +15,6 @@ namespace {
 
 constexpr int kPictureSize = 16;
 
-// The font of the panels. By default controls use the bold system font, which has no Japanese glyphs.
-HFONT PanelFont() {
-  static const HFONT font =
-      CreateFontA(-12, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, SHIFTJIS_CHARSET, OUT_DEFAULT_PRECIS,
-                  CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, VARIABLE_PITCH | FF_SWISS, "MS UI Gothic");
-  return font;
-}
-
 intptr_t Ask(WindowHandle control, UINT message, WPARAM first = 0, LPARAM second = 0) {
   return SendMessageA(HandleOf(control), message, first, second);
 }
@@ -47,6 +39,13 @@ LPARAM TextOf(const char* text) {
 }
 
 }  // namespace
+
+HFONT PanelFont() {
+  static const HFONT font =
+      CreateFontA(-12, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, SHIFTJIS_CHARSET, OUT_DEFAULT_PRECIS,
+                  CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, VARIABLE_PITCH | FF_SWISS, "MS UI Gothic");
+  return font;
+}
 
 WindowHandle MakeEdit(WindowHandle parent, int32_t id, bool scrolls) {
   return MakeControl(parent, "EDIT", id, WS_EX_CLIENTEDGE, scrolls ? ES_AUTOHSCROLL : 0);
@@ -172,6 +171,12 @@ void SetListCaret(WindowHandle list, int32_t index) {
 
 void SetUpDownRange(WindowHandle upDown, int32_t low, int32_t high) {
   Ask(upDown, UDM_SETRANGE, 0, MAKELPARAM(high, low));
+}
+
+void ReadUpDownRange(WindowHandle upDown, int32_t* low, int32_t* high) {
+  const auto range = static_cast<uintptr_t>(Ask(upDown, UDM_GETRANGE));
+  *low = static_cast<int16_t>(HighHalf(range));
+  *high = static_cast<int16_t>(LowHalf(range));
 }
 
 void SetUpDownPosition(WindowHandle upDown, int32_t position) {

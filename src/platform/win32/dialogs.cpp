@@ -78,8 +78,9 @@ WindowHandle ParentOf(WindowHandle window) {
   return WindowOf(GetParent(HandleOf(window)));
 }
 
-bool AskYesNo(WindowHandle owner, const char* text, const char* title, BoxIcon icon) {
-  return MessageBoxA(HandleOf(owner), text, title, MB_YESNO | IconOf(icon)) == IDYES;
+bool AskYesNo(WindowHandle owner, const char* text, const char* title, BoxIcon icon, DefaultButton button) {
+  const UINT second = button == DefaultButton::kNo ? MB_DEFBUTTON2 : 0;
+  return MessageBoxA(HandleOf(owner), text, title, MB_YESNO | second | IconOf(icon)) == IDYES;
 }
 
 void ShowMessage(WindowHandle owner, const char* text, const char* title, BoxIcon icon) {

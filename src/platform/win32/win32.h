@@ -49,6 +49,12 @@ inline HINSTANCE Instance() {
   return GetModuleHandleA(nullptr);
 }
 
+// The font of panels and hints. By default controls use the bold system font, which has no Japanese glyphs.
+HFONT PanelFont();
+
+// Whether this is one of the tool tip controls that show hints, whose events are nobody else's business.
+bool IsHint(HWND tips);
+
 // The number of a resource where a name can stand.
 inline const char* ResourceName(int32_t id) {
   return MAKEINTRESOURCEA(id);

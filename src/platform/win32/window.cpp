@@ -28,6 +28,7 @@ bool IsMdiChild(HWND window) {
 
 // Tool tips ask for ANSI or wide text; the object answers in Shift JIS.
 LRESULT OnNotify(WindowObject* object, const NMHDR* head) {
+  if (IsHint(head->hwndFrom)) return 0;
   ToolTip tip = {static_cast<int32_t>(head->idFrom), ""};
   const auto tell = [&](ToolTipMoment moment) {
     object->WindowProc(kMessageToolTip, static_cast<uintptr_t>(moment), reinterpret_cast<intptr_t>(&tip));
@@ -140,8 +141,8 @@ WindowHandle MakeFrameWindow(const char* windowClass, const char* title, int32_t
 WindowHandle MakeMdiClient(WindowHandle frame, int32_t id, int32_t windowMenu, int32_t firstChild) {
   CLIENTCREATESTRUCT create = {GetSubMenu(GetMenu(HandleOf(frame)), windowMenu), static_cast<UINT>(firstChild)};
   const HWND client =
-      CreateWindowExA(WS_EX_CLIENTEDGE, "MDICLIENT", "", WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0, 0, 0,
-                      HandleOf(frame), reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), Instance(), &create);
+      CreateWindowExA(WS_EX_CLIENTEDGE, "MDICLIENT", "", WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN | WS_CLIPSIBLINGS, 0,
+                      0, 0, 0, HandleOf(frame), reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), Instance(), &create);
   gMdi = {HandleOf(frame), client};
   return WindowOf(client);
 }

@@ -60,6 +60,8 @@ intptr_t CutWindow::WindowProc(uint32_t message, uintptr_t first, intptr_t secon
       delete this;
       return platform::DefaultHandling(self, message, first, second);
     case platform::kMessageSize:
+      // Under Wine the bars would show in what is left of the window.
+      if (first == platform::kSizeMinimised) break;
       UpdateScrollBars(static_cast<int32_t>(platform::LowHalf(static_cast<uintptr_t>(second))),
                        static_cast<int32_t>(platform::HighHalf(static_cast<uintptr_t>(second))));
       ShowLayerNote();

@@ -14,7 +14,7 @@ using WindowHandle = Window*;
 enum WindowMessage : uint32_t {
   kMessageCreate = 0x0001,
   kMessageDestroy = 0x0002,
-  kMessageSize = 0x0005,      // second: client width and height, 16 bits each
+  kMessageSize = 0x0005,      // first: kSizeMinimised or another; second: client width and height, 16 bits each
   kMessageActivate = 0x0006,  // first: low half 0 if the window is deactivated, high half not 0 if it is minimised
   kMessageSetFocus = 0x0007,
   kMessageKillFocus = 0x0008,
@@ -50,6 +50,8 @@ enum WindowMessage : uint32_t {
   // Sent by a tool bar to its parent. first: ToolTipMoment; second: a ToolTip.
   kMessageToolTip = 0x0401,
 };
+
+constexpr uintptr_t kSizeMinimised = 1;
 
 enum MouseKey : uint32_t {
   kKeyLeftButton = 0x0001,

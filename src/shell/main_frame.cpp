@@ -43,6 +43,8 @@ intptr_t MainFrame::WindowProc(uint32_t message, uintptr_t first, intptr_t secon
     case platform::kMessageSize:
       platform::Send(statusBar, message, first, second);
       platform::Send(toolBar, message, first, second);
+      // Wine leaves the old end of the bar in a wider one.
+      platform::InvalidateClient(statusBar, true);
       LayoutPanels(static_cast<int32_t>(platform::LowHalf(halves)), static_cast<int32_t>(platform::HighHalf(halves)));
       return 0;
     case platform::kMessageActivate:

@@ -271,6 +271,7 @@ TEST_F(FirstDayTest, MaximisingAndMinimisingLeaveNothingBehind) {
   EXPECT_TRUE(Keep("windows-as-opened"));
   ShowWindow(app.Frame(), SW_MAXIMIZE);
   ASSERT_TRUE(Await([this] { return IsZoomed(app.Frame()) != FALSE; }));
+  app.StillPicture();
   EXPECT_TRUE(app.KeepScreen("first-day-91-maximised"));
   ShowWindow(app.Frame(), SW_RESTORE);
   ASSERT_TRUE(Await([this] { return IsZoomed(app.Frame()) == FALSE; }));

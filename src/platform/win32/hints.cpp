@@ -76,7 +76,7 @@ class TrackedTip {
     static wchar_t empty[] = L"";
     TTTOOLINFOW tool = {};
     tool.cbSize = TTTOOLINFOW_V2_SIZE;
-    tool.uFlags = TTF_TRACK | ((style & TTS_BALLOON) != 0 ? 0u : static_cast<UINT>(TTF_ABSOLUTE));
+    tool.uFlags = TTF_TRACK | TTF_TRANSPARENT | ((style & TTS_BALLOON) != 0 ? 0u : static_cast<UINT>(TTF_ABSOLUTE));
     tool.hwnd = owner;
     tool.uId = 1;
     tool.lpszText = empty;
@@ -149,7 +149,7 @@ void SetTip(WindowHandle control, const char* text) {
   std::wstring wide = Wide(text);
   TTTOOLINFOW tool = {};
   tool.cbSize = TTTOOLINFOW_V2_SIZE;
-  tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+  tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS | TTF_TRANSPARENT;
   tool.hwnd = root;
   tool.uId = reinterpret_cast<UINT_PTR>(handle);
   tool.lpszText = wide.data();

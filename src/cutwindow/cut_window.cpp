@@ -60,11 +60,9 @@ intptr_t CutWindow::WindowProc(uint32_t message, uintptr_t first, intptr_t secon
       delete this;
       return platform::DefaultHandling(self, message, first, second);
     case platform::kMessageSize:
-      // Under Wine the bars would show in what is left of the window.
-      if (first == platform::kSizeMinimised) break;
-      UpdateScrollBars(static_cast<int32_t>(platform::LowHalf(static_cast<uintptr_t>(second))),
-                       static_cast<int32_t>(platform::HighHalf(static_cast<uintptr_t>(second))));
-      ShowLayerNote();
+      OnSize(first == platform::kSizeMinimised,
+             {static_cast<int32_t>(platform::LowHalf(static_cast<uintptr_t>(second))),
+              static_cast<int32_t>(platform::HighHalf(static_cast<uintptr_t>(second)))});
       break;
     case platform::kMessagePaint:
       Paint();
@@ -127,6 +125,19 @@ intptr_t CutWindow::WindowProc(uint32_t message, uintptr_t first, intptr_t secon
       break;
   }
   return platform::DefaultHandling(self, message, first, second);
+}
+
+// Under Wine the bars would show in what is left of a minimised window.
+void CutWindow::OnSize(bool minimises, Point size) {
+  if (minimises != isMinimised) {
+    isMinimised = minimises;
+    platform::ShowScrollBars(window, !minimises);
+    const Bounds client = platform::ClientBounds(window);
+    size = {client.right, client.bottom};
+  }
+  if (minimises) return;
+  UpdateScrollBars(size.x, size.y);
+  ShowLayerNote();
 }
 
 void CutWindow::OnActivation(bool loses, bool gains) {

@@ -218,10 +218,7 @@ class CutWindow final : public Cut, public platform::WindowObject {
   // What a turn of the wheel does.
   enum class WheelUse { kVertical, kHorizontal, kZoom };
 
-  platform::WindowHandle layerNote = nullptr;  // null until it is needed first
-  WheelUse wheelUse = WheelUse::kVertical;
-  int32_t wheelRest = 0;  // the turn that hasn't made a step yet
-
+  void OnSize(bool minimises, Point size);
   void OnActivation(bool loses, bool gains);
   bool HandlePan(uint32_t message, uintptr_t first, intptr_t second);
   void PanTo(Point place);
@@ -243,6 +240,11 @@ class CutWindow final : public Cut, public platform::WindowObject {
   int64_t GroupsBefore(int64_t place) const;
   void ShowReduced(platform::DeviceContext* context, const Bounds& area);
   void ChooseCursor();
+
+  platform::WindowHandle layerNote = nullptr;  // null until it is needed first
+  WheelUse wheelUse = WheelUse::kVertical;
+  int32_t wheelRest = 0;  // the turn that hasn't made a step yet
+  bool isMinimised = false;
 };
 
 // The window of a cut that is open in one; null for other cuts and for null.

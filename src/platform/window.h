@@ -129,6 +129,8 @@ struct ScrollState {
 void SetScrollBar(WindowHandle window, ScrollBar bar, const ScrollState& state);
 void SetScrollPosition(WindowHandle window, ScrollBar bar, int32_t position);
 ScrollState ReadScrollBar(WindowHandle window, ScrollBar bar);
+// A window without its bars has a larger client area.
+void ShowScrollBars(WindowHandle window, bool show);
 // Moves the pixels of the client area. ScrollClient() invalidates the area that becomes free; after ScrollClientOnly()
 // the caller paints it.
 void ScrollClient(WindowHandle window, int32_t dx, int32_t dy);

@@ -112,6 +112,7 @@ class FirstDayTest : public DesktopTest {
 
   // Two drawings, one after the other.
   void Animate() {
+    ASSERT_TRUE(TipGoes());
     RightClick(app.At(200, 20));
     ASSERT_TRUE(Await([this] { return app.Picker() != nullptr; }));
     EXPECT_TRUE(Keep("pen-picker"));
@@ -199,7 +200,7 @@ class FirstDayTest : public DesktopTest {
     // The frame names the cut that is shown.
     ASSERT_TRUE(app.Shows(app.Frame(), "Sorvel Developer - [" + names.back() + ".cut]"));
     EXPECT_TRUE(Keep("cut-" + names.back()));
-    ASSERT_TRUE(app.Choose('c', "w"));  // over its own file
+    ASSERT_TRUE(app.ChooseAt('c', 3));  // over its own file
     ASSERT_TRUE(Await([&] { return FileExists(app.PathOf(names.back() + ".cut")); }));
   }
 
@@ -280,6 +281,9 @@ TEST_F(FirstDayTest, MaximisingAndMinimisingLeaveNothingBehind) {
   EXPECT_TRUE(Keep("child-restored"));
   ShowWindow(app.Cut(), SW_MINIMIZE);
   EXPECT_TRUE(Keep("child-minimised"));
+  ShowWindow(app.Cut(), SW_MAXIMIZE);
+  ASSERT_TRUE(app.HasPixels({{0, 0, kTransparent}, {239, 179, kTransparent}}));
+  EXPECT_TRUE(Keep("child-maximised"));
 }
 
 }  // namespace

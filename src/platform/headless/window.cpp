@@ -401,6 +401,12 @@ void SetScrollPosition(WindowHandle window, ScrollBar bar, int32_t position) {
   state.position = static_cast<int32_t>(std::max<int64_t>(std::min<int64_t>(position, last), 0));
 }
 
+// Bars take no room here.
+void ShowScrollBars(WindowHandle window, bool show) {
+  static_cast<void>(window);
+  static_cast<void>(show);
+}
+
 ScrollState ReadScrollBar(WindowHandle window, ScrollBar bar) {
   return headless::IsWindow(window) ? window->scrollBars[static_cast<int>(bar)] : ScrollState{};
 }

@@ -368,6 +368,10 @@ ScrollState ReadScrollBar(WindowHandle window, ScrollBar bar) {
   return {info.nMax, static_cast<int32_t>(info.nPage), info.nPos};
 }
 
+void ShowScrollBars(WindowHandle window, bool show) {
+  ShowScrollBar(HandleOf(window), SB_BOTH, show);
+}
+
 void ScrollClient(WindowHandle window, int32_t dx, int32_t dy) {
   ScrollWindow(HandleOf(window), dx, dy, nullptr, nullptr);
 }

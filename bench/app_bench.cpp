@@ -80,21 +80,35 @@ BENCHMARK(PenMove)
     ->Args({5, 14})
     ->Unit(benchmark::kMicrosecond);
 
-void RepaintAll(benchmark::State& state) {
-  Desk desk(static_cast<int32_t>(state.range(0)));
-  CutWindow* cut = desk.frame.ActiveCut();
-  for (int32_t layer = 0; layer < state.range(0); ++layer) {
-    cut->CurrentFrame()->SelectRecord(layer);
+// Draws on each layer.
+void Scribble(Desk* desk, int32_t layers) {
+  for (int32_t layer = 0; layer < layers; ++layer) {
+    desk->frame.ActiveCut()->CurrentFrame()->SelectRecord(layer);
     for (int32_t step = 0; step < 200; ++step) {
       const Point place = OnPath(step * 13 + layer);
-      if (step == 0) desk.Mouse(platform::kMessageLeftDown, place.x, place.y);
-      desk.Mouse(platform::kMessageMouseMove, place.x, place.y);
+      if (step == 0) desk->Mouse(platform::kMessageLeftDown, place.x, place.y);
+      desk->Mouse(platform::kMessageMouseMove, place.x, place.y);
     }
-    desk.Mouse(platform::kMessageLeftUp, 10, 10);
+    desk->Mouse(platform::kMessageLeftUp, 10, 10);
   }
-  for (auto _ : state) cut->RepaintAll();
+}
+
+void RepaintAll(benchmark::State& state) {
+  Desk desk(static_cast<int32_t>(state.range(0)));
+  Scribble(&desk, static_cast<int32_t>(state.range(0)));
+  for (auto _ : state) desk.frame.ActiveCut()->RepaintAll();
 }
 BENCHMARK(RepaintAll)->ArgName("layers")->Arg(1)->Arg(5)->Unit(benchmark::kMicrosecond);
+
+// The copy to the window alone, below 1/1.
+void ShowReduced(benchmark::State& state) {
+  Desk desk(1);
+  Scribble(&desk, 1);
+  CutWindow* cut = desk.frame.ActiveCut();
+  while (cut->zoomDenominator < state.range(0)) cut->ZoomOut({kWidth / 2, kHeight / 2});
+  for (auto _ : state) cut->RepaintAreaDirect(0, 0, cut->width, cut->height);
+}
+BENCHMARK(ShowReduced)->ArgName("zoom")->Arg(2)->Arg(3)->Arg(4)->Arg(8)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 }  // namespace sorvel

@@ -222,6 +222,7 @@ TEST_F(FirstDayTest, LeadsFromTheEmptyWindowToAFilmThatPlays) {
   ASSERT_TRUE(app.Choose('f', "s"));
   ASSERT_TRUE(app.AnswerFileDialog(app.PathOf("film.flm")));
   ASSERT_TRUE(app.DialogGoes());
+  ASSERT_TRUE(Await([this] { return FileExists(app.PathOf("film.flm")); }));
   EXPECT_EQ(ReadFile(app.PathOf("film.flm")), "\r\n\r\n320, 240\r\nc1.cut\r\nc002.cut\r\nc003.cut\r\n");
 
   // All three play, at the corner of the cuts.
@@ -240,7 +241,9 @@ TEST_F(FirstDayTest, LeadsFromTheEmptyWindowToAFilmThatPlays) {
   for (const POINT& place : ink) {
     EXPECT_TRUE(Await([&] {
       const RECT client = app.ClientOnScreen(app.Player());
-      const POINT found = {client.left + place.x, client.top + place.y};
+      // The cuts are smaller than the film and stand in its middle.
+      const POINT found = {(client.left + client.right - kWidth) / 2 + place.x,
+                           (client.top + client.bottom - kHeight) / 2 + place.y};
       return Picture(RECT{found.x - 2, found.y - 2, found.x + 3, found.y + 3}).Count(kBlack) > 0;
     })) << place.x;
   }

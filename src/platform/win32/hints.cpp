@@ -177,10 +177,12 @@ void HideBalloon(WindowHandle control) {
   gBalloon.Hide();
 }
 
-// It stands in its parent's window, which must draw around it.
 WindowHandle MakeNote(WindowHandle parent) {
   const HWND handle = HandleOf(parent);
-  SetWindowLongPtrA(handle, GWL_STYLE, GetWindowLongPtrA(handle, GWL_STYLE) | WS_CLIPCHILDREN);
+  // A cut is drawn at any time, and mustn't be drawn over the note.
+  if ((GetWindowLongPtrA(handle, GWL_EXSTYLE) & WS_EX_MDICHILD) != 0) {
+    SetWindowLongPtrA(handle, GWL_STYLE, GetWindowLongPtrA(handle, GWL_STYLE) | WS_CLIPCHILDREN);
+  }
   const HWND note = CreateWindowExA(0, "STATIC", "", WS_CHILD | WS_BORDER | WS_CLIPSIBLINGS | SS_LEFT | SS_NOPREFIX, 0,
                                     0, 0, 0, handle, nullptr, Instance(), nullptr);
   SendMessageA(note, WM_SETFONT, reinterpret_cast<WPARAM>(PanelFont()), FALSE);

@@ -99,9 +99,12 @@ intptr_t CutWindow::WindowProc(uint32_t message, uintptr_t first, intptr_t secon
                    platform::PointerIn<platform::Window>(second) == self);
       break;
     case platform::kMessageLeftDown:
+      // A hint that ends under the mouse makes a move, which would close what the press opens.
+      platform::HideHint();
       platform::SetFocusTo(self);
       return HandleMouse(message, first, second);
     case platform::kMessageRightDown:
+      platform::HideHint();
       platform::SetWindowTimer(self, kPopupTimer, kPopupDelay);
       platform::SetFocusTo(self);
       return HandleMouse(message, first, second);

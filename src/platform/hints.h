@@ -14,6 +14,7 @@ void SetTip(WindowHandle control, const char* text);
 
 // Shows a text beside the mouse for a while, in place of the last one. It belongs to the window's top-level window.
 void ShowHint(WindowHandle window, const char* text, uint32_t milliseconds);
+void HideHint();
 
 // Shows a balloon that points at a control, until HideBalloon() or the control's end. There is one balloon at a time.
 void ShowBalloon(WindowHandle control, const char* text);

@@ -113,6 +113,14 @@ TEST_F(Hints, ANewZoomIsShownForAMoment) {
   EXPECT_EQ(LastHint().count, 4);
   Cut()->ZoomAt({320, 240}, true);
   EXPECT_EQ(LastHint().text, ShiftJis("表示倍率 50%"));
+  // A press takes it away, or its end would close the pen picker.
+  for (const uint32_t press : {platform::kMessageLeftDown, platform::kMessageRightDown}) {
+    Cut()->ZoomAt({320, 240}, true);
+    EXPECT_TRUE(LastHint().shown);
+    Mouse(press, 320, 240);
+    EXPECT_FALSE(LastHint().shown);
+    Mouse(press + 1, 320, 240);
+  }
 }
 
 // Panels.

@@ -217,6 +217,7 @@ struct HintRecord {
   Point place;  // of the mouse
   uint32_t milliseconds = 0;
   int32_t count = 0;  // how many there were
+  bool shown = false;
 };
 const HintRecord& LastHint();
 

@@ -55,7 +55,11 @@ void SetTip(WindowHandle control, const char* text) {
 
 void ShowHint(WindowHandle window, const char* text, uint32_t milliseconds) {
   if (!headless::IsWindow(window)) return;
-  gHint = {text, CursorPlace(), milliseconds, gHint.count + 1};
+  gHint = {text, CursorPlace(), milliseconds, gHint.count + 1, true};
+}
+
+void HideHint() {
+  gHint.shown = false;
 }
 
 void ShowBalloon(WindowHandle control, const char* text) {

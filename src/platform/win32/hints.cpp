@@ -93,10 +93,8 @@ TrackedTip gBalloon(TTS_BALLOON);
 UINT_PTR gHintTimer = 0;
 HWND gBalloonControl = nullptr;
 
-void CALLBACK EndHint(HWND, UINT, UINT_PTR timer, DWORD) {
-  ::KillTimer(nullptr, timer);
-  gHintTimer = 0;
-  gHint.Hide();
+void CALLBACK EndHint(HWND, UINT, UINT_PTR, DWORD) {
+  HideHint();
 }
 
 // The plain character of a full-width digit or minus sign, any other one as it is.
@@ -162,6 +160,13 @@ void ShowHint(WindowHandle window, const char* text, uint32_t milliseconds) {
   gHint.Show(HandleOf(window), text, {place.x, place.y + kCursorHeight});
   if (gHintTimer != 0) ::KillTimer(nullptr, gHintTimer);
   gHintTimer = SetTimer(nullptr, 0, milliseconds, EndHint);
+}
+
+void HideHint() {
+  if (gHintTimer == 0) return;
+  ::KillTimer(nullptr, gHintTimer);
+  gHintTimer = 0;
+  gHint.Hide();
 }
 
 void ShowBalloon(WindowHandle control, const char* text) {

@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <cstdlib>
+
 #include "console/console_files.h"
 #include "console/picture_reader.h"
 #include "console/script_reader.h"
@@ -292,6 +295,116 @@ int ScriptRunner::RunScreen() {
 
 int ScriptRunner::RunPlayer() {
   return WriteGreyMap(words[1], *frame->animationWindow.window);
+}
+
+// The time sheet.
+
+bool ScriptRunner::ReadColumn(SheetWindow* sheet, int32_t* column) {
+  const CutWindow* cut = frame->ActiveCut();
+  int32_t index = 0;
+  if (!ReadNumber(words[2], 0, INT32_MAX, &index)) return false;
+  const std::vector<SheetColumn>& columns = sheet->Sheet()->Columns();
+  for (size_t i = 0; i < columns.size(); ++i) {
+    if (index >= cut->layers.Count() || columns[i].layer != frame->ActiveCut()->layers.At(index)) continue;
+    *column = static_cast<int32_t>(i);
+    return true;
+  }
+  problem = "there is no layer " + words[2];
+  return false;
+}
+
+bool ScriptRunner::ReadRow(SheetWindow* sheet, size_t index, int32_t* row) {
+  return ReadNumber(words[index], 0, static_cast<int32_t>(std::min<int64_t>(sheet->Sheet()->Rows() - 1, INT32_MAX)),
+                    row);
+}
+
+// From one square to another with the mouse.
+int ScriptRunner::SelectSquares(SheetWindow* sheet) {
+  int32_t column = 0;
+  int32_t first = 0;
+  int32_t last = 0;
+  if (!ReadColumn(sheet, &column) || !ReadRow(sheet, 3, &first)) return kRefused;
+  last = first;
+  if (words.size() > 4 && !ReadRow(sheet, 4, &last)) return kRefused;
+  const auto middle = [&](int32_t row) {
+    const Bounds square = sheet->RevealSquare(column, row);
+    return Point{(square.left + square.right) / 2, (square.top + square.bottom) / 2};
+  };
+  SendMouse(sheet->window, platform::kMessageLeftDown, middle(first), 0);
+  if (last != first) SendMouse(sheet->window, platform::kMessageMouseMove, middle(last), 0);
+  return SendMouse(sheet->window, platform::kMessageLeftUp, middle(last), 0);
+}
+
+int ScriptRunner::DragHold(SheetWindow* sheet) {
+  int32_t column = 0;
+  int32_t from = 0;
+  int32_t to = 0;
+  if (!ReadColumn(sheet, &column) || !ReadRow(sheet, 3, &from) || !ReadNumber(words[4], 0, INT16_MAX, &to)) {
+    return kRefused;
+  }
+  TimeSheet* rows = sheet->Sheet();
+  constexpr int32_t farthest = 1000;
+  if (std::abs(to - from) > farthest) return Refuse("the mouse doesn't reach so far");
+  if (rows->LastRowOf(rows->FrameOfRow(from)) != from) return Refuse("no hold ends in row " + words[3]);
+  const Bounds square = sheet->RevealSquare(column, from);
+  const int32_t middle = (square.left + square.right) / 2;
+  const int32_t end = square.bottom + (to - from) * square.Height();
+  SendMouse(sheet->window, platform::kMessageLeftDown, {middle, square.bottom - 1}, 0);
+  SendMouse(sheet->window, platform::kMessageMouseMove, {middle, end}, 0);
+  return SendMouse(sheet->window, platform::kMessageLeftUp, {middle, end}, 0);
+}
+
+int ScriptRunner::TypeKey(SheetWindow* sheet) {
+  Key key;
+  if (!ParseCursorKey(words[2], &key) && !ParseKey(words[2], &key)) return Refuse("there is no key " + words[2]);
+  headless::HoldKeys((key.shift ? platform::kKeyShift : 0u) | (key.control ? platform::kKeyControl : 0u));
+  const int32_t id = headless::FindAccelerator(key.code, key.shift, key.control);
+  if (id != 0) {
+    platform::Send(frame->frameWindow, platform::kMessageCommand, platform::JoinHalves(id, kFromAccelerator), 0);
+  } else {
+    platform::Send(sheet->window, platform::kMessageKeyDown, static_cast<uintptr_t>(key.code), 0);
+    const bool isCharacter = key.code >= '0' && key.code <= '9' && !key.shift && !key.control;
+    if (isCharacter) platform::Send(sheet->window, platform::kMessageChar, static_cast<uintptr_t>(key.code), 0);
+  }
+  headless::HoldKeys(0);
+  return kDone;
+}
+
+int ScriptRunner::RunSheet() {
+  SheetWindow* sheet = &frame->sheetWindow;
+  const std::string& what = words[1];
+  const size_t count = words.size();
+  if ((what == "open" || what == "close") && count == 2) {
+    if (sheet->IsOpen() != (what == "open")) {
+      platform::Send(frame->frameWindow, platform::kMessageCommand, kCommandSheet, 0);
+    }
+    return kDone;
+  }
+  if (!sheet->IsOpen()) return Refuse("the time sheet isn't open");
+  if (what == "screen" && count == 3) {
+    headless::PaintInvalid(sheet->window);
+    return WriteScreen(words[2], *sheet->window);
+  }
+  if (sheet->Sheet() == nullptr) return Refuse("no cut is open");
+  platform::SetFocusTo(sheet->window);
+  if (what == "select" && count >= 4) return SelectSquares(sheet);
+  if (what == "drag" && count == 5) return DragHold(sheet);
+  if (what == "key" && count == 3) return TypeKey(sheet);
+  if (what == "delete" && count == 2) {
+    platform::Send(sheet->window, platform::kMessageKeyDown, platform::kKeyDelete, 0);
+    return kDone;
+  }
+  if (what == "type" && count == 3) {
+    int32_t number = 0;
+    if (!ReadNumber(words[2], 0, INT16_MAX, &number)) return kRefused;
+    for (const char digit : std::to_string(number)) {
+      platform::Send(sheet->window, platform::kMessageChar, static_cast<uintptr_t>(digit), 0);
+    }
+    platform::Send(frame->frameWindow, platform::kMessageCommand,
+                   platform::JoinHalves(kCommandFocusForward, kFromAccelerator), 0);
+    return kDone;
+  }
+  return Refuse("the sheet doesn't know the action " + what + " of so many words");
 }
 
 int ScriptRunner::RunExit() {

@@ -66,6 +66,8 @@ const ScriptRunner::Action ScriptRunner::kActions[] = {
     {"view", "view FILE.bmp", 2, 2, &ScriptRunner::RunView},
     {"screen", "screen FILE.bmp", 2, 2, &ScriptRunner::RunScreen},
     {"player", "player FILE.pgm", 2, 2, &ScriptRunner::RunPlayer},
+    {"sheet", "sheet open|close|select LAYER ROW [ROW]|type N|delete|drag LAYER ROW ROW|key NAME|screen FILE.bmp", 2, 5,
+     &ScriptRunner::RunSheet},
     {"exit", "exit", 1, 1, &ScriptRunner::RunExit},
 };
 
@@ -165,6 +167,7 @@ platform::WindowHandle ScriptRunner::FindPanel(const std::string& word) const {
 void ScriptRunner::PaintWindows() {
   for (const CutWindow* cut : frame->openCuts) headless::PaintInvalid(cut->window);
   headless::PaintInvalid(frame->animationWindow.window);
+  if (frame->sheetWindow.IsOpen()) headless::PaintInvalid(frame->sheetWindow.window);
 }
 
 int ScriptRunner::SendMouse(platform::WindowHandle window, uint32_t message, Point place, uint32_t modifiers) {

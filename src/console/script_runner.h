@@ -58,6 +58,7 @@ class ScriptRunner {
   int RunView();
   int RunScreen();
   int RunPlayer();
+  int RunSheet();
   int RunExit();
 
   int Refuse(const std::string& reason);
@@ -74,6 +75,15 @@ class ScriptRunner {
   platform::WindowHandle NeedList(const std::string& word);
   // The control of this number; null if there is none.
   platform::WindowHandle FindPanel(const std::string& word) const;
+
+  // The parts of a sheet action.
+  int SelectSquares(SheetWindow* sheet);
+  int DragHold(SheetWindow* sheet);
+  int TypeKey(SheetWindow* sheet);
+  // Reads a layer by its number in the cut, and rows of the sheet, from the words behind it. False, with the reason, if
+  // there is none.
+  bool ReadColumn(SheetWindow* sheet, int32_t* column);
+  bool ReadRow(SheetWindow* sheet, size_t index, int32_t* row);
 
   int SendMouse(platform::WindowHandle window, uint32_t message, Point place, uint32_t modifiers);
   void PaintWindows();

@@ -47,6 +47,11 @@ constexpr NamedValue kScrollCodes[] = {
 
 constexpr NamedValue kNamedKeys[] = {{"Enter", 0x0D}, {"Tab", 0x09}, {"Esc", 0x1B}, {"Space", 0x20}};
 
+constexpr NamedValue kCursorKeys[] = {
+    {"Up", platform::kKeyUp},       {"Down", platform::kKeyDown},     {"Left", platform::kKeyLeft},
+    {"Right", platform::kKeyRight}, {"PageUp", platform::kKeyPageUp}, {"PageDown", platform::kKeyPageDown},
+    {"Home", platform::kKeyHome},   {"End", platform::kKeyEnd},       {"Delete", platform::kKeyDelete}};
+
 }  // namespace
 
 bool FindMouseMessage(std::string_view name, int32_t* message) {
@@ -59,6 +64,13 @@ bool FindModifier(std::string_view name, int32_t* modifier) {
 
 bool FindScrollCode(std::string_view name, int32_t* code) {
   return FindValue(kScrollCodes, name, code);
+}
+
+bool ParseCursorKey(std::string_view name, Key* key) {
+  constexpr std::string_view shift = "Shift+";
+  key->shift = name.starts_with(shift);
+  if (key->shift) name.remove_prefix(shift.size());
+  return FindValue(kCursorKeys, name, &key->code);
 }
 
 bool ParseKey(std::string_view name, Key* key) {

@@ -22,6 +22,9 @@ struct Key {
 // "Shift+" and "Ctrl+", in either order, then a named key, F1 to F24, a letter or a digit.
 bool ParseKey(std::string_view name, Key* key);
 
+// The keys that move and delete, "Up" to "Delete", possibly behind "Shift+".
+bool ParseCursorKey(std::string_view name, Key* key);
+
 // Six hexadecimal digits RRGGBB.
 bool ParseColor(std::string_view word, uint32_t* color);
 

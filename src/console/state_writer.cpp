@@ -2,6 +2,7 @@
 
 #include <zlib.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <map>
 #include <nlohmann/json.hpp>
@@ -164,6 +165,33 @@ Json DescribePlayer(const AnimationWindow& player) {
           {"timer", platform::headless::RunningTimerPeriod() != 0}};
 }
 
+// The rows of each column, a word a square: a number, "x" for a blank, "|" where either goes on, and "" where the frame
+// lacks the layer.
+Json DescribeSheet(SheetWindow* window) {
+  constexpr int64_t mostRows = 1000;
+  Json columns = Json::array();
+  TimeSheet* sheet = window->Sheet();
+  const int32_t count = sheet != nullptr ? static_cast<int32_t>(sheet->Columns().size()) : 0;
+  for (int32_t i = 0; i < count; ++i) {
+    const SheetColumn& column = sheet->Columns()[static_cast<size_t>(i)];
+    Json squares = Json::array();
+    for (int64_t row = 0; row < std::min(sheet->Rows(), mostRows); ++row) {
+      const SheetSquare square = sheet->SquareAt(i, row);
+      squares.push_back(square.mark == SheetMark::kNone    ? ""
+                        : square.mark == SheetMark::kCell  ? std::to_string(square.cell + 1)
+                        : square.mark == SheetMark::kBlank ? "x"
+                                                           : "|");
+    }
+    columns.push_back({{"layer", ShownText(column.layer->ShownName())}, {"record", column.record}, {"rows", squares}});
+  }
+  return {{"title", TextOf(window->window)},
+          {"column", window->CursorColumn()},
+          {"selected", Json::array({window->FirstSelected(), window->LastSelected()})},
+          {"typed", window->Typed()},
+          {"pictures", window->HasPictures()},
+          {"columns", columns}};
+}
+
 // The checksum of some bytes and `count` zero bytes behind them.
 uLong AppendZeros(uLong crc, int64_t count) {
   const uint8_t zero = 0;
@@ -201,6 +229,7 @@ std::string DescribeState(MainFrame* frame, const std::vector<CutWindow*>& cuts)
                 {"film", DescribeFilm(frame->film)},
                 {"cuts", list},
                 {"player", DescribePlayer(frame->animationWindow)}};
+  if (frame->sheetWindow.IsOpen()) state["sheet"] = DescribeSheet(&frame->sheetWindow);
   const std::vector<std::string>& messages = platform::headless::Warnings();
   for (const std::string& message : messages) state["messages"].push_back(ShownText(message));
   return state.dump() + "\n";

@@ -127,6 +127,7 @@ class Cut {
   bool LastFrame();
   bool NextKeyFrame();
   bool PreviousKeyFrame();
+  bool GoToFrame(int32_t index);
 
   // How long a frame really stands, in 1/fps second, with the sign of its time: a key frame's time is the span up to
   // the next key frame, out of which the frames between take theirs; at least 1 is left. 0 for a bad index.

@@ -84,6 +84,9 @@ class TimeSheet {
   int32_t CellOf(int32_t frame, int32_t column);
   SheetSquare SquareAt(int32_t column, int64_t row);
 
+  // The index of a frame's record in a column; -1 if there is none.
+  static int32_t FindRecord(Frame* frame, const SheetColumn& column);
+
   // The edits use the operations of the cut that commands use, and mark what those mark. The cut's current frame stays
   // the same frame. Each gives false, with nothing changed and marked, if all is so already or can't be.
 
@@ -103,8 +106,6 @@ class TimeSheet {
  private:
   void ReadFrames();
   void ReadColumns();
-  // The index of the frame's record in a column; -1 if there is none.
-  static int32_t FindRecord(Frame* frame, const SheetColumn& column);
   static int32_t ShownCell(Frame* frame, const SheetColumn& column);
   int32_t RecordFor(int32_t index, int32_t column);
   void ShowCell(int32_t index, int32_t column, int32_t cell);

@@ -33,6 +33,10 @@ bool Cut::LastFrame() {
   return frames.Count() > 1 && MoveToFrame(frames.Count() - 1);
 }
 
+bool Cut::GoToFrame(int32_t index) {
+  return index >= 0 && index < frames.Count() && index != currentFrame && MoveToFrame(index);
+}
+
 bool Cut::StepToKeyFrame(int32_t direction) {
   for (int32_t i = currentFrame + direction; i >= 0 && i < frames.Count(); i += direction) {
     if (frames.At(i)->IsKey()) return MoveToFrame(i);

@@ -33,6 +33,7 @@ const SettingKey kNewFilmTitle = {"OnNewFilm", "title", ""};
 const SettingKey kNewFilmAuthor = {"OnNewFilm", "author", ""};
 const SettingKey kPasteTransparent = {"OnClipTrans", "Flag", "0"};
 const SettingKey kPasteTransparentColor = {"OnClipTrans", "RGB", "#00ff00"};
+const SettingKey kSheetPlace = {"sheet", "place", ""};
 }  // namespace settings
 
 namespace {

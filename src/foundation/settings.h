@@ -30,6 +30,7 @@ extern const SettingKey kNewFilmTitle;
 extern const SettingKey kNewFilmAuthor;
 extern const SettingKey kPasteTransparent;       // 0 or 1
 extern const SettingKey kPasteTransparentColor;  // "#RRGGBB"
+extern const SettingKey kSheetPlace;             // of the time sheet: left, top, width, height
 }  // namespace settings
 
 // Sets the path of the settings file, which is copied. Null means the default: beside the executable, with its name and

@@ -22,6 +22,7 @@ enum WindowMessage : uint32_t {
   kMessageClose = 0x0010,
   kMessageSetCursor = 0x0020,      // second: low half the hit-test code
   kMessageMouseActivate = 0x0021,  // the answer kNoActivate leaves the window inactive
+  kMessageKeyDown = 0x0100,        // first: the key, a Key or another number of the window system
   kMessageChar = 0x0102,           // first: the character
   kMessageInitDialog = 0x0110,     // second: the parameter of RunDialog
   kMessageCommand = 0x0111,        // first: number in the low half, notification in the high; second: the control
@@ -44,6 +45,7 @@ enum WindowMessage : uint32_t {
   kMessageWheel = 0x020A,  // both wheels: first MouseKey bits and in the high half the turn; second a screen point
   kMessageSidewaysWheel = 0x020E,
   kMessageMdiActivate = 0x0222,  // first: the window that becomes inactive, second: the one that becomes active
+  kMessageMoved = 0x0232,        // the user has moved or resized the window
   kMessageDropFiles = 0x0233,    // first: the drop, for TakeDroppedFile
   kMessagePrintClient = 0x0318,  // first: a device context to draw the whole client area into
   kMessageUser = 0x0400,
@@ -59,6 +61,18 @@ enum MouseKey : uint32_t {
   kKeyShift = 0x0004,
   kKeyControl = 0x0008,
   kKeyMiddleButton = 0x0010,
+};
+
+enum Key : int32_t {
+  kKeyPageUp = 0x21,
+  kKeyPageDown = 0x22,
+  kKeyEnd = 0x23,
+  kKeyHome = 0x24,
+  kKeyLeft = 0x25,
+  kKeyUp = 0x26,
+  kKeyRight = 0x27,
+  kKeyDown = 0x28,
+  kKeyDelete = 0x2E,
 };
 
 enum ScrollCode : int32_t {

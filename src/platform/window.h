@@ -23,7 +23,7 @@ class WindowObject {
   ~WindowObject() = default;
 };
 
-enum class CursorShape { kNone, kArrow, kCross, kWait, kSizeWestEast };
+enum class CursorShape { kNone, kArrow, kCross, kWait, kSizeWestEast, kSizeNorthSouth };
 
 struct Brush;
 using BrushHandle = Brush*;
@@ -56,6 +56,9 @@ WindowHandle MakePopupWindow(const char* windowClass, WindowHandle owner, int32_
                              WindowObject* object);
 // A hidden window with a caption. The owner may be null.
 WindowHandle MakeCaptionWindow(const char* windowClass, const char* title, WindowHandle owner, WindowObject* object);
+// A hidden window in front of its owner, with a narrow caption that closes it, a border that resizes it, and both
+// scroll bars. It gets kMessageMoved when the user has moved or resized it.
+WindowHandle MakeToolWindow(const char* windowClass, const char* title, WindowHandle owner, WindowObject* object);
 void DestroyWindow(WindowHandle window);
 
 // Detaches the object: from now on the window's messages get the default handling.
@@ -102,6 +105,8 @@ void ShowInactive(WindowHandle window);  // without making it active
 void Hide(WindowHandle window);
 bool IsShown(WindowHandle window);
 void ActivateWindow(WindowHandle window);
+// Brings a window in front of the others of the program without making it active.
+void RaiseWindow(WindowHandle window);
 
 void SetFocusTo(WindowHandle window);
 WindowHandle FocusedWindow();
@@ -112,6 +117,9 @@ WindowHandle CapturingWindow();
 // The mouse. A shape lasts until the mouse moves over a window that sets another.
 Point CursorPlace();                            // in screen coordinates
 CursorShape SetCursorShape(CursorShape shape);  // returns the old one, kNone for a foreign one
+
+// The keys Shift and Control that are held, as bits of MouseKey.
+uint32_t HeldKeys();
 
 // A periodic timer that sends kMessageTimer to the window.
 void SetWindowTimer(WindowHandle window, uintptr_t id, uint32_t milliseconds);

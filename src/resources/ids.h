@@ -9,6 +9,7 @@
 #define kAccelerators 105
 #define kFrameMenu 103
 #define kToolMenu 122
+#define kSheetMenu 130
 #define kToolBarPicture 118
 
 // Commands. A text of the same number is what the status bar shows about one.
@@ -104,6 +105,8 @@
 #define kCommandExplainTool 40136
 #define kCommandTransparentColor 40137
 #define kCommandAbout 40142
+#define kCommandSheet 40200
+#define kCommandSheetPictures 40201
 #define kCommandOpenVersion 40204
 
 // Tools: the numbers of the commands that select them.
@@ -154,6 +157,13 @@
 #define kTextTextTip 40259
 #define kTextFrameCountTip 40260
 #define kTextDotGapTip 40261
+#define kTextSheetTitle 40210
+#define kTextSheetTick 40211
+#define kTextSheetFrame 40212
+#define kTextSheetNotes 40213
+#define kTextSheetSecond 40214
+#define kTextSheetStop 40215
+#define kTextSheetNoCut 40216
 #define kTextNotDeleted 40277
 #define kTextNotRenamed 40278
 #define kTextNameTaken 40279

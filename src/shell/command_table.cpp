@@ -64,6 +64,9 @@ const MainFrame::Command MainFrame::kCommands[] = {
     {kCommandCloseAll, Runner::kFrame, Do<&MainFrame::CloseAllWithoutFilm>},
     {kCommandAbout, Runner::kFrame, Do<&MainFrame::ShowAbout>},
     {kCommandStop, Runner::kFrame, Do<&MainFrame::StopAnimation>},
+    {kCommandSheet, Runner::kFrame, [](MainFrame* frame, CutWindow*) { frame->sheetWindow.Toggle(); },
+     [](const MainFrame& frame, CutWindow*) { return frame.sheetWindow.IsOpen(); }},
+    {kCommandSheetPictures, Runner::kFrame, [](MainFrame* frame, CutWindow*) { frame->sheetWindow.TogglePictures(); }},
 
     // Tools and what they draw with.
     {kCommandExplainTool, Runner::kFrame, Do<&MainFrame::ExplainTool>},
@@ -174,6 +177,7 @@ const MainFrame::Command MainFrame::kCommands[] = {
 int32_t MainFrame::OnCommand(int32_t code, int32_t id, platform::WindowHandle control) {
   CutWindow* cut = ActiveCut();
   if (id >= kFrameTimeEdit && id <= kKeyFrameCheck) return OnPanelNotification(code, id);
+  if (sheetWindow.TakeCommand(id)) return 0;
   if (toolbox->Has(id)) {
     SelectTool(id);
     return 0;

@@ -109,6 +109,7 @@ bool StartProgram(MainFrame* frame, const char* commandLine, int32_t showCommand
   ReadFont();
   ReadBrush();
   platform::RegisterWindowClass(kHelperClass, 0, platform::CursorShape::kArrow, nullptr);
+  platform::RegisterWindowClass(kSheetClass, 0, platform::CursorShape::kArrow, nullptr);
   ReadTransparentColor();
   frame->penPicker.palette = gPalette;
   frame->animationWindow.palette = gPalette;

@@ -64,6 +64,7 @@ intptr_t MainFrame::WindowProc(uint32_t message, uintptr_t first, intptr_t secon
                     platform::PointerIn<platform::Window>(second)) == 0) {
         isButtonHeld = false;
         NoteInput();
+        sheetWindow.RefreshPictures();
         return 0;
       }
       break;
@@ -130,6 +131,7 @@ void MainFrame::OnActivate(uintptr_t first) {
   if (platform::LowHalf(first) == 0) platform::HideBalloon(nullptr);
   platform::DeviceContext* context = platform::BeginDrawing(window);
   const bool isActivated = platform::LowHalf(first) != 0 && platform::HighHalf(first) == 0;
+  if (isActivated) sheetWindow.StayInFront();
   if (isActivated && platform::HasPalette(context)) {
     platform::SelectDrawingPalette(context, gPalette, true);
     platform::RealizeDrawingPalette(context);
@@ -197,6 +199,7 @@ void MainFrame::CutGone(CutWindow* cut) {
   std::erase(openCuts, cut);
   recovery.ForgetCut(cut);
   ShowEmptyNote();
+  sheetWindow.Forget(cut);
 }
 
 // The player.

@@ -14,6 +14,7 @@
 #include "platform/dialogs.h"
 #include "platform/menus.h"
 #include "shell/recovery.h"
+#include "shell/sheet_window.h"
 
 namespace sorvel {
 
@@ -133,6 +134,7 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   std::vector<CutWindow*> openCuts;            // not owned; in the order of opening
   Film* film = nullptr;                        // owned, never null
   Recovery recovery{this};
+  SheetWindow sheetWindow{this};
   BufferStream streamBuffer;  // what the player reads, in streamMemory
   int32_t panelWidth = 160;   // pixels
   Point dragLast;             // of the splitter

@@ -221,6 +221,7 @@ void MainFrame::RefreshPanels(CutWindow* cut) {
   platform::SetText(keyFrameCheck, counter);
   platform::SetChecked(keyFrameCheck, frame->IsKey());
   platform::SetText(commentEdit, frame->comment);
+  sheetWindow.Refresh();
 }
 
 void MainFrame::RefreshLayerLine(CutWindow* cut) {
@@ -231,6 +232,7 @@ void MainFrame::RefreshLayerLine(CutWindow* cut) {
   const QuietList quiet(layerList);
   ReplaceLayerLine(line, line, frame, frame->currentRecord);
   platform::SelectListLine(layerList, line);
+  sheetWindow.Refresh();
 }
 
 void MainFrame::CommitPanels(CutWindow* cut) {

@@ -342,5 +342,78 @@ TEST_F(SheetCommand, WrongNamesAndDamagedCutsFail) {
   Expect({"sheet", "made.cut"}, 2);
 }
 
+// Scripts drive the window of the sheet.
+
+class SheetScript : public testing::Test {
+ protected:
+  // The squares of a column in a state, a word each.
+  static std::string Rows(const Json& sheet, size_t column) {
+    std::string rows;
+    for (const Json& square : sheet["columns"][column]["rows"]) rows += square.get<std::string>();
+    return rows;
+  }
+  Json State(const std::string& name) const {
+    const Bytes bytes = folder.Read(name);
+    return Json::parse(bytes.begin(), bytes.end(), nullptr, false);
+  }
+  static constexpr char kOpen[] = R"(dialog 107 ok
+dialog 106 1000=A ok
+command 40050
+command 40011
+command 40004
+sheet open
+)";
+
+  const Folder folder;
+};
+
+TEST_F(SheetScript, ASheetIsDrivenAndItsStateRead) {
+  const Answer run = RunScript(folder, std::string(kOpen) + R"(state first.json
+sheet drag 0 0 2
+sheet select 0 1
+sheet type 1
+sheet select 0 2 3
+sheet type 2
+sheet key Shift+Up
+sheet delete
+sheet key End
+sheet key 1
+state typed.json
+sheet key Enter
+sheet screen sheet.bmp
+state last.json
+sheet close
+state closed.json
+)");
+  EXPECT_EQ(run.status, 0) << run;
+  const Json first = State("first.json")["sheet"];
+  EXPECT_EQ(Rows(first, 0), "2|");
+  EXPECT_EQ(first["selected"], Json::array({1, 1}));
+  const Json typed = State("typed.json")["sheet"];
+  EXPECT_EQ(typed["typed"], "1");
+  EXPECT_EQ(Rows(typed, 0), "21x2");
+  const Json last = State("last.json");
+  EXPECT_EQ(Rows(last["sheet"], 0), "21x1");
+  EXPECT_EQ(last["sheet"]["columns"][0]["layer"], "A");
+  EXPECT_EQ(last["sheet"]["title"], "タイムシート - Cut (0+4)");
+  EXPECT_EQ(last["cuts"][0]["currentFrame"], 3);
+  EXPECT_EQ(last["cuts"][0]["frames"].size(), 4u);
+  EXPECT_FALSE(State("closed.json").contains("sheet"));
+  EXPECT_GT(folder.Read("sheet.bmp").size(), 100000u);
+}
+
+TEST_F(SheetScript, WhatCantBeDoneIsRefused) {
+  for (const char* line :
+       {"sheet", "sheet shut", "sheet select 0", "sheet select 1 0", "sheet select 0 2", "sheet select 0 0 9",
+        "sheet drag 0 5 6", "sheet type x", "sheet type", "sheet key Nowhere", "sheet close now"}) {
+    const Answer run = RunScript(folder, std::string(kOpen) + line + "\nexit\n");
+    EXPECT_EQ(run.status, 3) << line << run;
+    EXPECT_TRUE(run.IsOneLineAbout("test.sorvel:7")) << run;
+  }
+  for (const char* line : {"sheet select 0 0", "sheet delete", "sheet screen a.bmp", "sheet open\nsheet type 1"}) {
+    EXPECT_EQ(RunScript(folder, std::string(line) + "\nexit\n").status, 3) << line;
+  }
+}
+
 }  // namespace
 }  // namespace sorvel

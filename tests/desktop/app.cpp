@@ -236,6 +236,10 @@ HWND App::Picker() const {
   return WindowOf("SORVELIN");
 }
 
+HWND App::Sheet() const {
+  return WindowOf("SorvelinSheet");
+}
+
 HWND App::Dialog() const {
   return WindowOf("#32770");
 }

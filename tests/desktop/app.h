@@ -84,6 +84,7 @@ class App {
   HWND Cut() const;  // the active one
   HWND Player() const;
   HWND Picker() const;
+  HWND Sheet() const;   // the time sheet's window
   HWND Dialog() const;  // a dialog, box or file dialog
   HWND PopupMenu() const;
   HWND ToolTip() const;

@@ -172,6 +172,7 @@ constexpr MenuEntry kMenuBar[] = {
     {0, "", kPopupEnd},
     {0, "ウィンドウ(&W)", kPopup},
     {kCommandCloseAll, "全て閉じる(&C)...", kFrame},
+    {kCommandSheet, "タイムシート(&T)", kFrame},
     {0, "", kPopupEnd},
 };
 
@@ -441,6 +442,7 @@ TEST_F(Vocabulary, TheKeysAreTheseAndNoOthers) {
       {13, true, false, kCommandFocusBackward},
       {9, false, false, kCommandFocusForward},
       {9, true, false, kCommandFocusBackward},
+      {'T', false, true, kCommandSheet},
   };
   size_t found = 0;
   for (int32_t key = 0; key < 256; ++key) {

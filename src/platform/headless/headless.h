@@ -192,6 +192,8 @@ void DropFiles(WindowHandle window, const std::vector<std::string>& paths);
 // Sets the mouse position in screen coordinates, without a message.
 void SetCursorPlace(Point place);
 CursorShape CurrentCursor();
+// The keys that are held from now on, as bits of MouseKey.
+void HoldKeys(uint32_t keys);
 // Adds a mouse move to the queue that TakeMouseMoves empties.
 void QueueMouseMove(WindowHandle window, Point place);
 

@@ -13,6 +13,7 @@ Window* gCapture = nullptr;
 Point gCursorPlace;
 CursorShape gCursorShape = CursorShape::kArrow;
 bool gInputMethodOpen = false;
+uint32_t gHeldKeys = 0;
 
 struct FocusCodes {
   int32_t gain;
@@ -77,6 +78,10 @@ CursorShape CurrentCursor() {
   return gCursorShape;
 }
 
+void HoldKeys(uint32_t keys) {
+  gHeldKeys = keys;
+}
+
 bool IsInputMethodOn() {
   return gInputMethodOpen;
 }
@@ -88,6 +93,7 @@ void ResetInput() {
   gCursorPlace = {};
   gCursorShape = CursorShape::kArrow;
   gInputMethodOpen = false;
+  gHeldKeys = 0;
 }
 
 }  // namespace headless
@@ -135,6 +141,10 @@ CursorShape SetCursorShape(CursorShape shape) {
   const CursorShape old = gCursorShape;
   gCursorShape = shape;
   return old;
+}
+
+uint32_t HeldKeys() {
+  return gHeldKeys;
 }
 
 void SetWindowTimer(WindowHandle window, uintptr_t id, uint32_t milliseconds) {

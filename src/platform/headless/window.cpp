@@ -251,6 +251,10 @@ WindowHandle MakeCaptionWindow(const char* windowClass, const char* title, Windo
   return Create(window, object);
 }
 
+WindowHandle MakeToolWindow(const char* windowClass, const char* title, WindowHandle owner, WindowObject* object) {
+  return MakeCaptionWindow(windowClass, title, owner, object);
+}
+
 WindowHandle MakeMdiChild(WindowHandle mdiClient, const char* windowClass, const char* title, WindowObject* object) {
   if (!headless::IsWindow(mdiClient)) return nullptr;
   Window* window = headless::NewWindow(WindowKind::kMdiChild, mdiClient, nullptr, {});
@@ -368,6 +372,11 @@ void ShowInactive(WindowHandle window) {
   if (!headless::IsWindow(window) || window->shown) return;
   window->shown = true;
   headless::InvalidateArea(window, headless::WholeClient(window), true);
+}
+
+void RaiseWindow(WindowHandle window) {
+  // Windows don't cover each other here.
+  static_cast<void>(window);
 }
 
 void Hide(WindowHandle window) {

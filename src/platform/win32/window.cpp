@@ -82,6 +82,8 @@ HCURSOR CursorOf(CursorShape shape) {
       return LoadCursorA(nullptr, IDC_WAIT);
     case CursorShape::kSizeWestEast:
       return LoadCursorA(nullptr, IDC_SIZEWE);
+    case CursorShape::kSizeNorthSouth:
+      return LoadCursorA(nullptr, IDC_SIZENS);
     case CursorShape::kNone:
     case CursorShape::kArrow:
       break;
@@ -168,6 +170,12 @@ WindowHandle MakePopupWindow(const char* windowClass, WindowHandle owner, int32_
 WindowHandle MakeCaptionWindow(const char* windowClass, const char* title, WindowHandle owner, WindowObject* object) {
   return WindowOf(CreateWindowExA(0, windowClass, title, WS_CAPTION, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT,
                                   CW_USEDEFAULT, HandleOf(owner), nullptr, Instance(), object));
+}
+
+WindowHandle MakeToolWindow(const char* windowClass, const char* title, WindowHandle owner, WindowObject* object) {
+  return WindowOf(CreateWindowExA(WS_EX_TOOLWINDOW, windowClass, title,
+                                  WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_VSCROLL | WS_HSCROLL, 0, 0, 0,
+                                  0, HandleOf(owner), nullptr, Instance(), object));
 }
 
 void DestroyWindow(WindowHandle window) {
@@ -303,6 +311,10 @@ void ActivateWindow(WindowHandle window) {
   SetActiveWindow(HandleOf(window));
 }
 
+void RaiseWindow(WindowHandle window) {
+  SetWindowPos(HandleOf(window), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+}
+
 void SetFocusTo(WindowHandle window) {
   SetFocus(HandleOf(window));
 }
@@ -331,11 +343,15 @@ Point CursorPlace() {
 
 CursorShape SetCursorShape(CursorShape shape) {
   const HCURSOR old = SetCursor(CursorOf(shape));
-  for (const CursorShape known :
-       {CursorShape::kArrow, CursorShape::kCross, CursorShape::kWait, CursorShape::kSizeWestEast}) {
+  for (const CursorShape known : {CursorShape::kArrow, CursorShape::kCross, CursorShape::kWait,
+                                  CursorShape::kSizeWestEast, CursorShape::kSizeNorthSouth}) {
     if (old == CursorOf(known)) return known;
   }
   return CursorShape::kNone;
+}
+
+uint32_t HeldKeys() {
+  return (GetKeyState(VK_SHIFT) < 0 ? kKeyShift : 0u) | (GetKeyState(VK_CONTROL) < 0 ? kKeyControl : 0u);
 }
 
 void SetWindowTimer(WindowHandle window, uintptr_t id, uint32_t milliseconds) {

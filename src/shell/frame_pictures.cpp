@@ -37,6 +37,7 @@ void FramePictures::Make(Cut* cut, Frame* frame) {
       (hasRoom || composition.Resize(cut->width, cut->height, 0))) {
     const CursorKeeper<FrameRecord*> keeper(&frame->records);
     std::vector<std::unique_ptr<CursorKeeper<CellImage*>>> cellKeepers;
+    cellKeepers.reserve(static_cast<size_t>(frame->records.Count()));
     for (int32_t i = 0; i < frame->records.Count(); ++i) {
       cellKeepers.push_back(std::make_unique<CursorKeeper<CellImage*>>(&frame->LayerAt(i)->cells));
     }

@@ -388,8 +388,8 @@ TEST_F(SheetWindowTest, PicturesAreMadeOneByOneWhenTheyAreWanted) {
     headless::PaintInvalid(Window());
     int32_t found = 255;
     // The first picture stands at the right of the marks.
-    for (int32_t y = 26; y < 64; ++y) {
-      for (int32_t x = 136; x < 190; ++x) {
+    for (int32_t y = 27; y < 60; ++y) {
+      for (int32_t x = 136; x < 178; ++x) {
         const platform::ColorEntry& pixel = Window()->pixels[static_cast<size_t>(y * Window()->width + x)];
         found = std::min<int32_t>(found, pixel.red);
       }

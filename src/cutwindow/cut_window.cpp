@@ -1,7 +1,9 @@
 #include "cutwindow/cut_window.h"
 
 #include <cstdlib>
+#include <vector>
 
+#include "cutwindow/edit_scope.h"
 #include "foundation/paths.h"
 #include "platform/hints.h"
 
@@ -19,6 +21,34 @@ constexpr uint32_t kPopupDelay = 500;
 
 constexpr uint32_t kClientHit = 1;
 
+// Whether a message may change the drawing. A move of the mouse only goes on with what the release ends.
+bool MayEdit(uint32_t message) {
+  switch (message) {
+    case platform::kMessageCreate:
+    case platform::kMessageClose:
+    case platform::kMessageChar:
+    case platform::kMessageCommand:
+    case platform::kMessageMdiActivate:
+    case platform::kMessageLeftDown:
+    case platform::kMessageLeftUp:
+    case platform::kMessageLeftDouble:
+    case platform::kMessageRightDown:
+    case platform::kMessageRightUp:
+    case platform::kMessageRightDouble:
+      return true;
+    default:
+      return false;
+  }
+}
+
+bool IsMouse(uint32_t message) {
+  return message >= platform::kMessageMouseMove && message <= platform::kMessageRightDouble;
+}
+
+bool IsPress(uint32_t message) {
+  return message == platform::kMessageLeftDown || message == platform::kMessageRightDown;
+}
+
 }  // namespace
 
 platform::BrushHandle gMarginBrush = nullptr;
@@ -35,6 +65,7 @@ CutWindow::CutWindow(CutWindowHost* mainFrame, int32_t canvasWidth, int32_t canv
 CutWindow::~CutWindow() {
   // A stroke in this window can't be finished any more. A drag of the canvas goes on in the next window.
   host->toolbox->Forget(this);
+  std::erase(host->editedCuts, this);
 }
 
 bool CutWindow::Create(platform::WindowHandle mdiClient) {
@@ -49,6 +80,12 @@ void CutWindow::UpdateTitle() {
 }
 
 intptr_t CutWindow::WindowProc(uint32_t message, uintptr_t first, intptr_t second) {
+  const EditScope edit(host, MayEdit(message) ? this : nullptr,
+                       IsMouse(message) ? UndoHistory::Origin::kGesture : UndoHistory::Origin::kCommand);
+  return HandleMessage(message, first, second);
+}
+
+intptr_t CutWindow::HandleMessage(uint32_t message, uintptr_t first, intptr_t second) {
   const platform::WindowHandle self = window;
   switch (message) {
     case platform::kMessageCreate:
@@ -101,12 +138,12 @@ intptr_t CutWindow::WindowProc(uint32_t message, uintptr_t first, intptr_t secon
     case platform::kMessageLeftDown:
       // A hint that ends under the mouse makes a move, which would close what the press opens.
       platform::HideHint();
-      platform::SetFocusTo(self);
+      TakeFocus();
       return HandleMouse(message, first, second);
     case platform::kMessageRightDown:
       platform::HideHint();
       platform::SetWindowTimer(self, kPopupTimer, kPopupDelay);
-      platform::SetFocusTo(self);
+      TakeFocus();
       return HandleMouse(message, first, second);
     case platform::kMessageMiddleDown:
       platform::SetFocusTo(self);
@@ -143,6 +180,12 @@ void CutWindow::OnSize(bool minimises, Point size) {
   ShowLayerNote();
 }
 
+// An edit that loses the focus may store what was typed into it: that is a step, and what the press begins is another.
+void CutWindow::TakeFocus() {
+  platform::SetFocusTo(window);
+  RecordStep();
+}
+
 void CutWindow::OnActivation(bool loses, bool gains) {
   if (loses) {
     host->CommitPanels(this);
@@ -160,6 +203,11 @@ void CutWindow::Pulse() {
 
 intptr_t CutWindow::HandleMouse(uint32_t message, uintptr_t first, intptr_t second) {
   host->NoteMouse(message, first);
+  if (waitsForRelease && !IsPress(message)) {
+    waitsForRelease = host->isButtonHeld;
+    return platform::DefaultHandling(window, message, first, second);
+  }
+  waitsForRelease = false;
   if (HandlePan(message, first, second)) return platform::DefaultHandling(window, message, first, second);
   return RunTool(message, first, second);
 }

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "animation/animation_window.h"
 #include "cutwindow/pen_picker.h"
 #include "cutwindow/toolbox.h"
 #include "document/cut.h"
+#include "document/undo_history.h"
 #include "foundation/buffer.h"
 #include "imaging/indexed_image.h"
 #include "imaging/packed_image.h"
@@ -38,6 +40,8 @@ class CutWindowHost {
   // in the cut what was typed into them; null does nothing. RefreshLayerLine() rewrites the line of the current layer.
   virtual void RefreshPanels(CutWindow* cut) = 0;
   virtual void CommitPanels(CutWindow* cut) = 0;
+  // Stores what the user typed into the panels since they were filled; nothing if they are as they were.
+  virtual void CommitTyping(CutWindow* cut) = 0;
   virtual void RefreshLayerLine(CutWindow* cut) = 0;
   // Selects the cut's line in the list of cuts, and no other.
   virtual void SelectCutLine(CutWindow* cut) = 0;
@@ -72,6 +76,8 @@ class CutWindowHost {
   int32_t previousTool = kToolFreePen;
   uint32_t inputs = 0;
   bool isButtonHeld = false;  // a stroke may be going on
+  int32_t editDepth = 0;      // of EditScopes
+  std::vector<CutWindow*> editedCuts;
   AnimationWindow animationWindow;
   PenPicker penPicker;
 
@@ -165,6 +171,12 @@ class CutWindow final : public Cut, public platform::WindowObject {
   // Sets both scroll bars for a client area of this size, in pixels, and invalidates it.
   void UpdateScrollBars(int32_t clientWidth, int32_t clientHeight);
 
+  // Undo that goes back as far as memory allows, see UndoHistory; EditScope records its steps. RecordStep() makes what
+  // changed so far a step of its own. TakeStep() ends a gesture that goes on, goes a step back or forward, and shows
+  // what changed; nothing happens to what is typed, it becomes a step first.
+  void RecordStep(UndoHistory::Origin origin = UndoHistory::Origin::kCommand);
+  void TakeStep(bool (UndoHistory::*step)());
+
   // Enlarges undoRect by a rectangle in layer coordinates; null empties undoRect.
   void AddUndoRect(const Rect* rect);
   // Shows the pen at a point in layer coordinates, and no longer where it was shown before; null only removes it.
@@ -213,13 +225,17 @@ class CutWindow final : public Cut, public platform::WindowObject {
   int32_t brushMarkX = 0;  // left top corner of the pen mark, in cut coordinates
   int32_t brushMarkY = 0;
   uint32_t viewOptions = 0;  // bits of ViewOption
+  UndoHistory undoHistory{this, &undoRect};
 
  private:
   // What a turn of the wheel does.
   enum class WheelUse { kVertical, kHorizontal, kZoom };
 
+  intptr_t HandleMessage(uint32_t message, uintptr_t first, intptr_t second);
   void OnSize(bool minimises, Point size);
   void OnActivation(bool loses, bool gains);
+  void TakeFocus();
+  void EndGesture();
   bool HandlePan(uint32_t message, uintptr_t first, intptr_t second);
   void PanTo(Point place);
   // Says what makes a layer while there is none to draw on.
@@ -245,6 +261,7 @@ class CutWindow final : public Cut, public platform::WindowObject {
   WheelUse wheelUse = WheelUse::kVertical;
   int32_t wheelRest = 0;  // the turn that hasn't made a step yet
   bool isMinimised = false;
+  bool waitsForRelease = false;  // of the mouse: a gesture was ended, and its rest does nothing
 };
 
 // The window of a cut that is open in one; null for other cuts and for null.

@@ -17,6 +17,9 @@ class Toolbox {
   // To be called before a window is deleted. Ends a stroke that was begun in it and forgets what a tool shows on it.
   // Draws nothing.
   virtual void Forget(const CutWindow* window) = 0;
+  // Ends whatever gesture is going on in the window, and takes what a tool shows on it off the screen. What was drawn
+  // stays.
+  virtual void EndGesture(const CutWindow* window) = 0;
 
  protected:
   ~Toolbox() = default;

@@ -1,7 +1,5 @@
 #include "docfiles/cut_snapshot.h"
 
-#include <bit>
-#include <cstring>
 #include <unordered_map>
 #include <utility>
 
@@ -11,29 +9,6 @@
 namespace sorvel {
 
 namespace {
-
-constexpr uint64_t kPrimes[] = {0x9E3779B185EBCA87u, 0xC2B2AE3D27D4EB4Fu};
-
-uint64_t Mix(uint64_t hash, uint64_t word) {
-  return std::rotl(hash + word * kPrimes[1], 31) * kPrimes[0];
-}
-
-// 64 bits that tell pictures apart, at the speed of memory: four sums run side by side.
-uint64_t FingerprintOf(const CellImage& image) {
-  constexpr size_t lanes = 4;
-  uint64_t sums[lanes] = {1, 2, 3, 4};
-  const uint8_t* at = image.bits;
-  size_t left = static_cast<size_t>(image.ByteCount());
-  for (; left >= sizeof(sums); at += sizeof(sums), left -= sizeof(sums)) {
-    uint64_t words[lanes];
-    std::memcpy(words, at, sizeof(words));
-    for (size_t i = 0; i < lanes; ++i) sums[i] = Mix(sums[i], words[i]);
-  }
-  uint64_t hash = Mix(static_cast<uint32_t>(image.width), static_cast<uint32_t>(image.height));
-  for (const uint64_t sum : sums) hash = Mix(hash, sum);
-  for (; left > 0; ++at, --left) hash = Mix(hash, *at);
-  return hash ^ hash >> 32;
-}
 
 // Puts the cursor of a list back at the end of the scope.
 template <typename T>
@@ -61,7 +36,7 @@ CutSnapshot::Result CutSnapshot::Take(Cut* cut, int64_t limit) {
 
   std::unordered_map<uint64_t, std::shared_ptr<Cell>> known;
   for (const std::vector<std::shared_ptr<Cell>>* held : {&cells, &ahead}) {
-    for (const std::shared_ptr<Cell>& cell : *held) known.emplace(cell->fingerprint, cell);
+    for (const std::shared_ptr<Cell>& cell : *held) known.emplace(cell->number, cell);
   }
   ChunkStream stream;
   std::vector<LayerPart> newLayers;
@@ -76,13 +51,12 @@ CutSnapshot::Result CutSnapshot::Take(Cut* cut, int64_t limit) {
     newLayers.push_back({static_cast<size_t>(stream.Tell()), static_cast<size_t>(layer->cells.Count())});
     for (int32_t k = 0; k < layer->cells.Count() && hasMemory; ++k) {
       CellImage* image = layer->cells.At(k);
-      const uint64_t fingerprint = FingerprintOf(*image);
-      std::shared_ptr<Cell>& cell = known[fingerprint];
+      std::shared_ptr<Cell>& cell = known[image->ContentNumber()];
       if (cell == nullptr) {
         hasAll = hasAll && limit > 0;
         if (!hasAll) continue;
         limit -= image->ByteCount();
-        cell = CopyOf(image, fingerprint);
+        cell = CopyOf(image);
         hasMemory = cell != nullptr;
       }
       newCells.push_back(cell);
@@ -108,9 +82,9 @@ CutSnapshot::Result CutSnapshot::Take(Cut* cut, int64_t limit) {
   return Result::kTaken;
 }
 
-std::shared_ptr<CutSnapshot::Cell> CutSnapshot::CopyOf(CellImage* image, uint64_t fingerprint) {
+std::shared_ptr<CutSnapshot::Cell> CutSnapshot::CopyOf(CellImage* image) {
   std::shared_ptr<Cell> cell = std::make_shared<Cell>();
-  cell->fingerprint = fingerprint;
+  cell->number = image->ContentNumber();
   cell->image = image->MakeBlank();
   if (cell->image == nullptr) return nullptr;
   cell->image->CopyBits(*image);

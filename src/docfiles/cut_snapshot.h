@@ -36,7 +36,7 @@ class CutSnapshot {
     Cell& operator=(const Cell&) = delete;
     ~Cell() { DestroyImage(image); }
 
-    uint64_t fingerprint = 0;
+    uint64_t number = 0;         // of its content
     CellImage* image = nullptr;  // owned
     Buffer<uint8_t> bytes;
     int32_t size = 0;
@@ -47,12 +47,12 @@ class CutSnapshot {
     size_t cellCount;
   };
 
-  static std::shared_ptr<Cell> CopyOf(CellImage* image, uint64_t fingerprint);
+  static std::shared_ptr<Cell> CopyOf(CellImage* image);
   static bool Encode(Cell* cell);
 
   std::string frame;  // the file without its cells
   std::vector<LayerPart> layers;
-  std::vector<std::shared_ptr<Cell>> cells;  // of all layers; equal ones are one
+  std::vector<std::shared_ptr<Cell>> cells;  // of all layers
   std::vector<std::shared_ptr<Cell>> ahead;  // copied by calls that gave kMore
 };
 

@@ -354,6 +354,7 @@ bool Cut::SaveUndo() {
   if (cell == nullptr || cell->ByteCount() > undoCapacity) return false;
   if (cell->ByteCount() > 0) std::memcpy(undoPixels, cell->bits, static_cast<size_t>(cell->ByteCount()));
   undoCell = cell;
+  ++undoSaves;
   MarkImages();
   return true;
 }

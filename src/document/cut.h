@@ -170,8 +170,12 @@ class Cut {
   bool Has(StateFlag flag) const { return (stateFlags & flag) != 0; }
   int32_t Antialias() const { return static_cast<int32_t>(stateFlags >> kAntialiasShift & 3); }
   void SetAntialias(int32_t value);
-  void MarkImages() { stateFlags |= kModified | kImagesStale | kTimingStale; }
-  void MarkTiming() { stateFlags |= kModified | kTimingStale; }
+  void MarkImages() { Mark(kModified | kImagesStale | kTimingStale); }
+  void MarkTiming() { Mark(kModified | kTimingStale); }
+  void Mark(uint32_t marks) {
+    stateFlags |= marks;
+    newMarks |= marks;
+  }
 
   char* path = EmptyString;   // of the file; empty for a cut that was never saved
   CursorList<Frame*> frames;  // owned
@@ -188,7 +192,9 @@ class Cut {
   int32_t undoCapacity = 0;  // bytes
   uint32_t viewFlags = 0;
   uint32_t stateFlags = kImagesStale;
-  KnownFile knownFile;  // what stood at `path` when it was read or written last
+  uint32_t newMarks = 0;   // of stateFlags: what was marked since the last step was recorded
+  uint32_t undoSaves = 0;  // calls of SaveUndo() that saved
+  KnownFile knownFile;     // what stood at `path` when it was read or written last
 
  private:
   // Destroys all frames and layers and puts the flags back, before a file is read. The undo buffer stays.

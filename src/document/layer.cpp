@@ -10,8 +10,14 @@ namespace sorvel {
 
 const char* const kUntitledLayer = "UNTITLED";
 
+namespace {
+
+uint64_t lastId = 0;
+
+}  // namespace
+
 Layer::Layer(int32_t layerWidth, int32_t layerHeight, const char* layerName, CellImage* prototypeImage, uint32_t follow)
-    : width(layerWidth), height(layerHeight), prototype(prototypeImage), followFrame(follow) {
+    : id(++lastId), width(layerWidth), height(layerHeight), prototype(prototypeImage), followFrame(follow) {
   SetName(layerName);
 }
 

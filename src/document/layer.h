@@ -45,6 +45,7 @@ class Layer {
   // No cells, no size, no name: the state before a layer is read from a file.
   void Clear();
 
+  uint64_t id;                   // above 0; no other layer of the program ever had it
   CursorList<CellImage*> cells;  // owned; the index is the cell number
   int32_t width;
   int32_t height;

@@ -11,6 +11,13 @@ namespace sorvel {
 // Reading by index moves the cursor. Code that calls other code while it walks a list must seek again afterwards.
 template <typename T>
 class CursorList {
+ private:
+  struct Node {
+    Node* prev;
+    Node* next;
+    T element;
+  };
+
  public:
   CursorList() = default;
   CursorList(const CursorList&) = delete;
@@ -135,18 +142,33 @@ class CursorList {
     return -1;
   }
 
+  // Walks from the head on and leaves the cursor where it is.
+  class Iterator {
+   public:
+    T operator*() const { return node->element; }
+    Iterator& operator++() {
+      node = node->next;
+      return *this;
+    }
+    bool operator==(const Iterator&) const = default;
+
+   private:
+    friend class CursorList;
+    const typename CursorList::Node* node = nullptr;
+  };
+  Iterator begin() const {
+    Iterator first;
+    first.node = head;
+    return first;
+  }
+  Iterator end() const { return {}; }
+
   int32_t Count() const { return count; }
 
   // The index of the cursor; 0 on an empty list.
   int32_t CursorIndex() const { return cursorIndex; }
 
  private:
-  struct Node {
-    Node* prev;
-    Node* next;
-    T element;
-  };
-
   void Link(Node* node) {
     if (node->prev != nullptr) {
       node->prev->next = node;

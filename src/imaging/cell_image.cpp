@@ -135,6 +135,8 @@ void ForRun(CellImage* destination, int32_t dx, int32_t dy, const CellImage* sou
 
 }  // namespace
 
+uint64_t CellImage::lastContentNumber = 0;
+
 int32_t AdjustTone(int32_t value, int32_t delta) {
   return ShiftedTone(value, delta);
 }
@@ -225,6 +227,7 @@ void CellImage::SwapBits(uint8_t* buffer) {
 }
 
 void CellImage::FillRows(int32_t byte) {
+  EndContent();
   if (byte != 0) UseRows(0, height);
   if (usedTop < usedBottom) {
     std::memset(bits + ptrdiff_t{usedTop} * pitch, byte,
@@ -271,7 +274,7 @@ void CellImage::WriteRow(int32_t x, int32_t y, int32_t count, const uint8_t* pix
 }
 
 void DestroyImage(CellImage* image) {
-  if (image == nullptr) return;
+  if (image == nullptr || (image->watch != nullptr && image->watch->TakeOver(image))) return;
   if (image->colors > 16) {
     delete static_cast<IndexedImage*>(image);
   } else {

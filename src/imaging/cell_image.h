@@ -22,6 +22,20 @@ struct CompositeOptions {
   Rect* inkBox = nullptr;   // receives what the ink covers in the source
 };
 
+class CellImage;
+
+// Is told before the pixels of an image are lost, so that it can keep them.
+class CellWatch {
+ public:
+  // The first change since CellImage::ContentNumber() was asked is about to happen. Must not write to the image.
+  virtual void BeforeChange(CellImage* image) = 0;
+  // The image is no longer needed. True if the watch takes it over; else it is deleted.
+  virtual bool TakeOver(CellImage* image) = 0;
+
+ protected:
+  ~CellWatch() = default;
+};
+
 // An image of colour indices, and all drawing operations. PackedImage holds indices 0 to 15, IndexedImage 0 to 24.
 //
 // GetPixel, SetPixel, GetRaw and SetRaw check no bounds; all other operations clip. A pixel outside reads as -1. Bit n
@@ -144,21 +158,39 @@ class CellImage {
   // memory of the others as it is first touched, so that an empty picture of any size takes next to none. Who writes to
   // `bits` says so first.
   void UseRows(int32_t y, int32_t count) {
+    if (contentNumber != 0) EndContent();
     usedTop = std::min(usedTop, y);
     usedBottom = std::max(usedBottom, y + count);
   }
   bool IsUsedRow(int32_t y) const { return y >= usedTop && y < usedBottom; }
+  int32_t UsedTop() const { return usedTop; }
+  int32_t UsedBottom() const { return usedBottom; }
+
+  // A number, above 0, for what the pixels are. It stays until somebody writes to them, even if that changes none, and
+  // no other image ever has it: who remembers it need not look at the pixels again. Main thread only.
+  uint64_t ContentNumber() {
+    if (contentNumber == 0) contentNumber = ++lastContentNumber;
+    return contentNumber;
+  }
+  // The pixels are again what they were when they had this number.
+  void RestoreContentNumber(uint64_t number) { contentNumber = number; }
 
   int32_t width = 0;
   int32_t height = 0;
-  int32_t colors;           // 16 for a PackedImage, 256 for an IndexedImage
-  uint8_t* bits = nullptr;  // first pixel of the top row
-  int32_t pitch = 0;        // bytes from row to row
+  int32_t colors;              // 16 for a PackedImage, 256 for an IndexedImage
+  uint8_t* bits = nullptr;     // first pixel of the top row
+  int32_t pitch = 0;           // bytes from row to row
+  CellWatch* watch = nullptr;  // not owned
 
  protected:
   explicit CellImage(int32_t colorCount) : colors(colorCount) {}
   ~CellImage() = default;
 
+  // The pixels are about to change or to go.
+  void EndContent() {
+    if (watch != nullptr && contentNumber != 0) watch->BeforeChange(this);
+    contentNumber = 0;
+  }
   // Sets every byte of `bits`.
   void FillRows(int32_t byte);
   // To be called when all pixels are 0.
@@ -173,6 +205,9 @@ class CellImage {
 
  private:
   static constexpr int32_t kLargeBytes = 1 << 24;
+  static uint64_t lastContentNumber;
+
+  uint64_t contentNumber = 0;  // 0 once the pixels have changed
 };
 
 // Whether a mask protects pixels of this value.
@@ -191,7 +226,7 @@ bool ClipBlock(int32_t* dx, int32_t* dy, int32_t* sx, int32_t* sy, int32_t* widt
 // Extends a dirty rectangle to cover a stamp at the point. A side that moves leaves a margin of one pixel.
 void GrowRect(Rect* rect, int32_t x, int32_t y);
 
-// Deletes an image that was made with new. Null is allowed.
+// Deletes an image that was made with new, unless its watch takes it over. Null is allowed.
 void DestroyImage(CellImage* image);
 
 }  // namespace sorvel

@@ -63,6 +63,7 @@ CellImage* IndexedImage::MakeBlank() {
 }
 
 bool IndexedImage::Resize(int32_t newWidth, int32_t newHeight, int32_t fill) {
+  EndContent();
   platform::DeleteBitmap(bitmapHandle);
   bitmapHandle = nullptr;
   bits = nullptr;

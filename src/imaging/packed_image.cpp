@@ -84,6 +84,7 @@ CellImage* PackedImage::MakeBlank() {
 }
 
 bool PackedImage::Resize(int32_t newWidth, int32_t newHeight, int32_t fill) {
+  EndContent();
   uint8_t* oldBits = bits;
   const int32_t oldWidth = width;
   const int32_t oldHeight = height;

@@ -140,9 +140,15 @@ T* PointerIn(intptr_t parameter) {
 }
 
 // Dispatches messages until QuitLoop() is called, and returns its code. Keys go to the MDI client's own shortcuts
-// first, then to the accelerator table with the resource number `accelerators`, which sends commands to the frame.
+// first, then to the accelerator table with the resource number `accelerators`, which sends commands to the frame. A
+// focused edit keeps the keys of KeepsKey().
 int RunLoop(WindowHandle frame, WindowHandle mdiClient, int32_t accelerators);
 void QuitLoop(int code);
+
+// Whether an edit handles a key itself, by its virtual key code: Ctrl with Z or Y takes back what was typed.
+constexpr bool KeepsKey(int32_t key, bool control) {
+  return control && (key == 'Z' || key == 'Y');
+}
 
 // Sends the message at once and returns the answer.
 intptr_t Send(WindowHandle window, uint32_t message, uintptr_t first, intptr_t second);

@@ -107,6 +107,8 @@
 #define kCommandAbout 40142
 #define kCommandSheet 40200
 #define kCommandSheetPictures 40201
+#define kCommandStepBack 40202
+#define kCommandStepForward 40203
 #define kCommandOpenVersion 40204
 
 // Tools: the numbers of the commands that select them.

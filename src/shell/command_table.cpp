@@ -152,6 +152,8 @@ const MainFrame::Command MainFrame::kCommands[] = {
 
     // The drawing of the current cell.
     {kCommandUndo, Runner::kWindow, Do<&UndoChange>},
+    {kCommandStepBack, Runner::kWindow, Do<&CutWindow::TakeStep, &UndoHistory::Back>},
+    {kCommandStepForward, Runner::kWindow, Do<&CutWindow::TakeStep, &UndoHistory::Forward>},
     {kCommandCopy, Runner::kWindow, Do<&CopySelection>},
     {kCommandCut, Runner::kWindow, Do<&CutSelection>},
     {kCommandPaste, Runner::kWindow, Do<&CutWindow::PasteBuffer>},

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <utility>
 
+#include "cutwindow/edit_scope.h"
 #include "dialogs/dialogs.h"
 #include "platform/hints.h"
 #include "shell/tool_bar.h"
@@ -31,6 +32,8 @@ MainFrame::~MainFrame() {
 
 intptr_t MainFrame::WindowProc(uint32_t message, uintptr_t first, intptr_t second) {
   const uintptr_t halves = static_cast<uintptr_t>(second);
+  const bool isCommand = message == platform::kMessageCommand;
+  const EditScope edit(this, isCommand || message == platform::kMessageClose ? ActiveCut() : nullptr);
   switch (message) {
     case platform::kMessageCreate:
       OnCreate();
@@ -60,6 +63,7 @@ intptr_t MainFrame::WindowProc(uint32_t message, uintptr_t first, intptr_t secon
       OnToolTip(static_cast<platform::ToolTipMoment>(first), platform::PointerIn<platform::ToolTip>(second));
       return 0;
     case platform::kMessageCommand:
+      if (isButtonHeld) RecordGesture();
       if (OnCommand(static_cast<int32_t>(platform::HighHalf(first)), static_cast<int32_t>(platform::LowHalf(first)),
                     platform::PointerIn<platform::Window>(second)) == 0) {
         isButtonHeld = false;
@@ -97,6 +101,11 @@ intptr_t MainFrame::WindowProc(uint32_t message, uintptr_t first, intptr_t secon
       break;
   }
   return platform::DefaultHandling(window, message, first, second);
+}
+
+// What a gesture has drawn so far isn't the command's.
+void MainFrame::RecordGesture() {
+  if (CutWindow* cut = ActiveCut()) cut->RecordStep(UndoHistory::Origin::kGesture);
 }
 
 void MainFrame::OnCreate() {

@@ -62,6 +62,7 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   void SendCommand(int32_t id) override;
   void RefreshPanels(CutWindow* cut) override;
   void CommitPanels(CutWindow* cut) override;
+  void CommitTyping(CutWindow* cut) override;
   void RefreshLayerLine(CutWindow* cut) override;
   void SelectCutLine(CutWindow* cut) override;
   void TogglePanels() override;
@@ -146,12 +147,16 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   std::string frameTitle = kFrameTitle;  // without the name of a cut, which the window system adds
   bool isPlayerPlaced = false;           // later it opens where the user left it
   int32_t openingNews = 0;               // of the last opening, the number of a text; 0 for none
+  std::string shownPanels;               // what the panels were filled with
 
   void OnCreate();
+  void RecordGesture();
   // Panels explain themselves, and those for numbers say which ones they take.
   void ExplainPanels();
   void CheckPanelNumber(int32_t id);
   void ShowEmptyNote();
+  // All that the user can type into the panels.
+  std::string PanelTexts();
   // Splitter.
   Bounds SplitterStrip();
   void InvertSplitter();

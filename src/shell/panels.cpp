@@ -222,6 +222,7 @@ void MainFrame::RefreshPanels(CutWindow* cut) {
   platform::SetChecked(keyFrameCheck, frame->IsKey());
   platform::SetText(commentEdit, frame->comment);
   sheetWindow.Refresh();
+  shownPanels = PanelTexts();
 }
 
 void MainFrame::RefreshLayerLine(CutWindow* cut) {
@@ -247,6 +248,22 @@ void MainFrame::CommitPanels(CutWindow* cut) {
   const bool isKey = platform::IsChecked(keyFrameCheck);
   const int32_t brightness = std::clamp(ReadNumber(brightnessEdit, kBrightnessSize), 0, kBrightest);
   cut->SetFrameProperties(comment, time, loop, isKey, brightness);
+  if (cut->newMarks != 0) cut->RecordStep();
+}
+
+std::string MainFrame::PanelTexts() {
+  std::string texts(platform::IsChecked(keyFrameCheck) ? "1" : "0");
+  for (const platform::WindowHandle edit : {frameTimeEdit, loopEdit, brightnessEdit, commentEdit}) {
+    char text[kCommentSize];
+    platform::ReadText(edit, text, sizeof(text));
+    texts.append(1, '\n').append(text);
+  }
+  return texts;
+}
+
+// Values that don't fit in the panels would be cut to what the panels show.
+void MainFrame::CommitTyping(CutWindow* cut) {
+  if (PanelTexts() != shownPanels) CommitPanels(cut);
 }
 
 void MainFrame::SelectCutLine(CutWindow* cut) {

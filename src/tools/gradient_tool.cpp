@@ -10,6 +10,8 @@ class GradientTool final : public Tool {
  public:
   GradientTool() : Tool(PointForm::kOffGrid) {}
 
+  void Cancel() override { isArmed = false; }
+
  protected:
   void Release(const ToolInput& input) override {
     if (!isArmed) {

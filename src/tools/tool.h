@@ -92,6 +92,8 @@ class Tool {
   // Gives up a gesture whose window is gone. Must not draw. A tool whose gesture ends with a pulse needs none: the next
   // window is pulsed when it becomes active.
   virtual void End() {}
+  // Gives up a gesture whose window stays; what the tool showed is off the screen, and a pulse was sent.
+  virtual void Cancel() { End(); }
   // Called when another tool takes over, after the overlay was hidden.
   virtual void Leave() {}
 

@@ -47,6 +47,11 @@ class ToolTable final : public Toolbox {
     for (const std::unique_ptr<Tool>& tool : tools) tool->End();
   }
 
+  void EndGesture(const CutWindow* window) override {
+    overlay.Hide(window);
+    for (const std::unique_ptr<Tool>& tool : tools) tool->Cancel();
+  }
+
   void Reset() {
     overlay = Overlay{};
     for (size_t i = 0; i < std::size(kTools); ++i) tools[i] = kTools[i].make();

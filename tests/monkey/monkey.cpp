@@ -215,6 +215,7 @@ bool Monkey::IsLaden(CutWindow* cut) {
 }
 
 bool Monkey::DoSomething() {
+  if (options.isUndoing && Chance(15)) return DoUndo();
   static constexpr Choice<bool (Monkey::*)()> choices[] = {
       {&Monkey::DoGesture, 150},    {&Monkey::DoRandomCommand, 170},
       {&Monkey::DoFileCommand, 30}, {&Monkey::DoKey, 12},
@@ -224,7 +225,7 @@ bool Monkey::DoSomething() {
       {&Monkey::DoWindow, 12},      {&Monkey::DoTool, 35},
       {&Monkey::DoCheck, 40},       {&Monkey::DoPen, 30},
       {&Monkey::DoReplay, 6},       {&Monkey::DoRough, 12},
-      {&Monkey::DoExit, 1}};
+      {&Monkey::DoUndo, 25},        {&Monkey::DoExit, 1}};
   return (this->*Weighted(choices))();
 }
 
@@ -364,7 +365,10 @@ bool Monkey::DoKey() {
                                  {"Enter", kCommandFocusForward},
                                  {"Shift+Tab", kCommandFocusBackward},
                                  {"Shift+F4", 0},
-                                 {"Q", 0}};
+                                 {"Q", 0},
+                                 {"Ctrl+Z", kCommandStepBack},
+                                 {"Ctrl+Y", kCommandStepForward},
+                                 {"Shift+Ctrl+Z", kCommandStepForward}};
   const Key& key = OneOf(keys);
   QueueAnswers();
   return DoAll(DialogsOf(key.command)) && Do(std::string("key ") + key.name) && Take();
@@ -494,6 +498,31 @@ bool Monkey::DoReplay() {
     if (!Do("# damage " + path + ".ca " + std::to_string(Number(1, INT32_MAX)))) return false;
   }
   return DoCommand(kCommandPlay) && Do("tick " + std::to_string(Number(1, 60)));
+}
+
+bool Monkey::DoUndo() {
+  for (int32_t count = Number(1, Chance(20) ? 12 : 3); count > 0; --count) {
+    if (!DoCommand(kCommandStepBack)) return false;
+  }
+  for (int32_t count = Chance(60) ? Number(0, 4) : 0; count > 0; --count) {
+    if (!DoCommand(kCommandStepForward)) return false;
+  }
+  return true;
+}
+
+bool Monkey::WalkUndo() {
+  if (session.HasEnded()) return true;
+  for (size_t i = 0; i < session.Frame()->openCuts.size(); ++i) {
+    if (!Do("activate " + std::to_string(i))) return false;
+    const UndoHistory& history = session.ActiveCut()->undoHistory;
+    for (; history.StepsBack() > 0 && Do(Command(kCommandStepBack));) {
+    }
+    for (; history.StepsForward() > 0 && Do(Command(kCommandStepForward));) {
+    }
+    for (size_t half = history.StepsBack() / 2; half > 0 && Do(Command(kCommandStepBack)); --half) {
+    }
+  }
+  return session.Failure().empty();
 }
 
 // A cell of the pen picker is pressed.

@@ -19,6 +19,8 @@ struct MonkeyOptions {
   bool damagesFiles = true;
   // The files of the session before stay.
   bool keepsFiles = false;
+  // Many steps are taken back and forward, few files are used, and gestures are short.
+  bool isUndoing = false;
   // Canvases that take megabytes, and some that take more than there is.
   bool isLarge = false;
 };
@@ -34,6 +36,9 @@ class Monkey {
 
   // Goes on by one action or a few that belong together. False when something failed, or when the program was left.
   bool Step();
+
+  // Takes all steps of all cuts back, forward, and half of them back again. False when something failed.
+  bool WalkUndo();
 
   const std::string& Failure() const { return session.Failure(); }
   int64_t Steps() const { return session.Steps(); }
@@ -77,6 +82,7 @@ class Monkey {
   bool DoView();
   bool DoPlayer();
   bool DoReplay();
+  bool DoUndo();
   bool DoPen();
   bool DoPicture();
   bool DoWindow();

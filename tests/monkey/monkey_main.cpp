@@ -1,6 +1,6 @@
 // sorvel_monkey: random work on the headless program, session after session, until something fails.
 //
-//   sorvel_monkey [--seed N] [--steps N] [--seconds S] [--folder F] [--length N] [--large] [--script-only]
+//   sorvel_monkey [--seed N] [--steps N] [--seconds S] [--folder F] [--length N] [--large] [--script-only] [--undo]
 //   sorvel_monkey --kills N [--seed N] [--folder F]
 //   sorvel_monkey --replay SCRIPT [--folder F]
 //   sorvel_monkey --minimise SCRIPT [--folder F]
@@ -8,6 +8,7 @@
 // A session's script stands in F/session.sorvel, each line from before it was carried out, so that it is complete after
 // a crash too. `sorvel run --settings files/sorvel.ini session.sorvel` in F repeats it once F/files is empty again, but
 // for the checks and for the lines "# damage", "# send", "# expose" and "# restart", which --replay alone carries out.
+// With --undo sessions take many steps back and forward, and at their end every step of every cut.
 // With --kills each session is killed at some moment, and the next one goes on with its files, in which no document may
 // be damaged. --script-only makes none of those. --minimise leaves out what a failure doesn't need, in
 // F/minimal.sorvel.
@@ -63,6 +64,7 @@ struct Options {
   std::string minimise;
   bool isLarge = false;
   bool isScriptOnly = false;
+  bool isUndoing = false;
 };
 
 bool ReadOptions(int argc, char** argv, Options* options) {
@@ -90,6 +92,8 @@ bool ReadOptions(int argc, char** argv, Options* options) {
       options->isLarge = true;
     } else if (name == "--script-only") {
       options->isScriptOnly = true;
+    } else if (name == "--undo") {
+      options->isUndoing = true;
     } else {
       return false;
     }
@@ -143,12 +147,14 @@ int RunSessions(const Options& options) {
     MonkeyOptions monkeyOptions;
     monkeyOptions.isLarge = options.isLarge;
     // Every other session is one that `sorvel run` repeats.
-    monkeyOptions.isRough = !options.isScriptOnly && seed % 2 == 0;
+    monkeyOptions.isRough = !options.isScriptOnly && !options.isUndoing && seed % 2 == 0;
+    monkeyOptions.isUndoing = options.isUndoing;
     bool hasFailed = false;
     {
       Monkey monkey(seed, options.folder, script, monkeyOptions);
       alarm(kLongestStep);
       while (monkey.Steps() < options.length && monkey.Step()) alarm(kLongestStep);
+      if (options.isUndoing) monkey.WalkUndo();
       done += monkey.Steps();
       hasFailed = !monkey.Failure().empty();
       if (hasFailed) {
@@ -334,7 +340,7 @@ int main(int argc, char** argv) {
   if (!ReadOptions(argc, argv, &options)) {
     std::fprintf(stderr,
                  "usage: sorvel_monkey [--seed N] [--steps N] [--seconds S] [--length N] [--folder F] [--large]\n"
-                 "                     [--script-only] [--kills N] [--replay SCRIPT] [--minimise SCRIPT]\n");
+                 "                     [--script-only] [--undo] [--kills N] [--replay SCRIPT] [--minimise SCRIPT]\n");
     return kUsage;
   }
 #if defined(__SANITIZE_ADDRESS__)

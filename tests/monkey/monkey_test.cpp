@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 #include "support/test_document.h"
 
 namespace sorvel::monkey {
@@ -34,6 +36,32 @@ TEST_P(MonkeySessions, BreakNothing) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, MonkeySessions, testing::Range<uint64_t>(1, 33));
+
+// Every state of a cut that steps lead back or forward to is the one that there was. A run of many sessions is asked
+// for by their number in SORVEL_UNDO_SESSIONS.
+TEST(UndoSessions, ComeBackToEveryState) {
+  const char* asked = std::getenv("SORVEL_UNDO_SESSIONS");
+  const uint64_t sessions = asked != nullptr ? std::strtoull(asked, nullptr, 10) : 200;
+  constexpr int64_t steps = 60;
+  const testdoc::TemporaryFolder folder;
+  MonkeyOptions options;
+  options.isRough = false;
+  options.isUndoing = true;
+  for (uint64_t seed = 1; seed <= sessions; ++seed) {
+    FILE* script = std::fopen(folder.Path("session.sorvel").c_str(), "w");
+    ASSERT_NE(script, nullptr);
+    std::string failure;
+    {
+      Monkey monkey(seed, folder.Path(""), script, options);
+      while (monkey.Steps() < steps && monkey.Step()) {
+      }
+      monkey.WalkUndo();
+      failure = monkey.Failure();
+    }
+    std::fclose(script);
+    ASSERT_EQ(failure, "") << "in session " << seed << ":\n" << testdoc::ReadFile(folder.Path("session.sorvel"));
+  }
+}
 
 // The checks see what they are there for.
 class MonkeyChecks : public testing::Test {
@@ -115,6 +143,22 @@ TEST_F(MonkeyChecks, SeeASelection) {
   EXPECT_TRUE(session.Run("mouse rup 30 25"));
   EXPECT_FALSE(session.Run("# clean"));
   EXPECT_EQ(session.Failure(), "a selection is left after a repaint");
+}
+
+TEST_F(MonkeyChecks, SeeAChangeThatMakesNoStep) {
+  EXPECT_TRUE(session.Run("timer"));
+  cut->frames.At(0)->time = 7;
+  EXPECT_FALSE(session.Run("timer"));
+  EXPECT_EQ(session.Failure(), "a change made no step");
+}
+
+TEST_F(MonkeyChecks, SeeAStepThatLeadsElsewhere) {
+  EXPECT_TRUE(session.Run("command 40011"));
+  EXPECT_TRUE(session.Run("command 40202"));
+  EXPECT_TRUE(session.Run("command 40203"));
+  // Pixels that are written past the cell's operations are no change that a step knows of.
+  Cell(0)->bits[0] ^= 1;
+  EXPECT_FALSE(session.Run("command 40202"));
 }
 
 TEST_F(MonkeyChecks, SeeADialogWithoutAnswer) {

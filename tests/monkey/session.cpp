@@ -111,6 +111,7 @@ Session::~Session() {
 }
 
 void Session::Start() {
+  undo.Forget();
   headless::Reset();
   frame = std::make_unique<MainFrame>();
   if (!StartProgram(frame.get(), "", kShowDefault)) Fail("the main window can't be made");
@@ -166,7 +167,13 @@ bool Session::RunAction(const std::vector<std::string>& words) {
   if (!isDone && !isStopped) return Fail("the action is refused: " + runner->Problem());
   if (IsAnswer(words[0])) return true;
   ++steps;
-  return CheckAlways(MayLoad(words));
+  return CheckAlways(MayLoad(words)) && CheckUndo(words);
+}
+
+bool Session::CheckUndo(const std::vector<std::string>& words) {
+  if (HasEnded()) return true;
+  const std::string problem = undo.Check(*frame, words);
+  return problem.empty() || Fail(problem);
 }
 
 bool Session::CheckAlways(bool mayLoad) {
@@ -187,6 +194,7 @@ platform::WindowHandle Session::FindWindow(const std::string& name) {
 bool Session::SendMessage(const std::vector<std::string>& words) {
   const platform::WindowHandle window = FindWindow(words[2]);
   if (window == nullptr) return true;
+  undo.Forget();
   platform::Send(window, static_cast<uint32_t>(std::strtoul(words[3].c_str(), nullptr, 10)),
                  static_cast<uintptr_t>(std::strtoll(words[4].c_str(), nullptr, 10)),
                  static_cast<intptr_t>(std::strtoll(words[5].c_str(), nullptr, 10)));

@@ -8,6 +8,7 @@
 
 #include "console/script_runner.h"
 #include "monkey/invariants.h"
+#include "monkey/undo_model.h"
 #include "shell/main_frame.h"
 
 namespace sorvel::monkey {
@@ -57,6 +58,7 @@ class Session {
   bool SendMessage(const std::vector<std::string>& words);
   platform::WindowHandle FindWindow(const std::string& name);
   bool CheckAlways(bool mayLoad);
+  bool CheckUndo(const std::vector<std::string>& words);
 
   FILE* script;
   std::string oldFolder;
@@ -64,6 +66,7 @@ class Session {
   std::unique_ptr<MainFrame> frame;
   std::unique_ptr<console::ScriptRunner> runner;
   Invariants invariants;
+  UndoModel undo;
   Drawings remembered;
   int64_t steps = 0;
 };

@@ -710,6 +710,7 @@ class OrderHost final : public CutWindowHost {
   void SendCommand(int32_t) override {}
   void RefreshPanels(CutWindow*) override { Note("refresh"); }
   void CommitPanels(CutWindow*) override { Note("commit"); }
+  void CommitTyping(CutWindow*) override {}
   void RefreshLayerLine(CutWindow*) override { Note("line"); }
   void SelectCutLine(CutWindow*) override {}
   void TogglePanels() override {}

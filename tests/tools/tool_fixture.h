@@ -58,6 +58,7 @@ class ToolHost final : public CutWindowHost {
 
   void RefreshPanels(CutWindow*) override {}
   void CommitPanels(CutWindow*) override {}
+  void CommitTyping(CutWindow*) override {}
   void RefreshLayerLine(CutWindow*) override {}
   void SelectCutLine(CutWindow*) override {}
   void TogglePanels() override {}

@@ -200,8 +200,9 @@ void QueueMouseMove(WindowHandle window, Point place);
 // Sends one kMessageTimer for each window timer that is set. False if there is none.
 bool RunWindowTimers();
 
-// The command of a key in the program's accelerator table; 0 for none. `key` is the virtual key code of the window
-// system: ASCII for digits and capital letters, 13 for Enter, 9 for Tab, 27 for Esc, 112 and up for F1 to F24.
+// The command of a key in the program's accelerator table; 0 for none and for a key that the focused edit keeps. `key`
+// is the virtual key code of the window system: ASCII for digits and capital letters, 13 for Enter, 9 for Tab, 27 for
+// Esc, 112 and up for F1 to F24.
 int32_t FindAccelerator(int32_t key, bool shift, bool control);
 
 bool IsInputMethodOn();

@@ -97,8 +97,12 @@ const PopupRecord& OpenedPopup() {
 }
 
 int32_t FindAccelerator(int32_t key, bool shift, bool control) {
-  if (shift && control) return 0;
-  const KeyModifier modifier = shift ? KeyModifier::kShift : control ? KeyModifier::kControl : KeyModifier::kNone;
+  const Window* focused = FocusedWindow();
+  if (focused != nullptr && focused->kind == WindowKind::kEdit && KeepsKey(key, control)) return 0;
+  const KeyModifier modifier = shift && control ? KeyModifier::kShiftControl
+                               : shift          ? KeyModifier::kShift
+                               : control        ? KeyModifier::kControl
+                                                : KeyModifier::kNone;
   for (const KeyResource& entry : Keys()) {
     if (entry.key == key && entry.modifier == modifier) return entry.command;
   }

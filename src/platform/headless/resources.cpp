@@ -24,6 +24,7 @@ constexpr MenuResource kMenus[] = {
 #define KEY_PLAIN(key, command) {KeyModifier::kNone, key, command},
 #define KEY_SHIFT(key, command) {KeyModifier::kShift, key, command},
 #define KEY_CONTROL(key, command) {KeyModifier::kControl, key, command},
+#define KEY_SHIFT_CONTROL(key, command) {KeyModifier::kShiftControl, key, command},
 constexpr KeyResource kKeys[] = {
 #include "resources/accelerators.inc"
 };

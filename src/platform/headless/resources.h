@@ -15,7 +15,7 @@ struct MenuResource {
   int32_t id;
 };
 
-enum class KeyModifier { kNone, kShift, kControl };
+enum class KeyModifier { kNone, kShift, kControl, kShiftControl };
 
 struct KeyResource {
   KeyModifier modifier;

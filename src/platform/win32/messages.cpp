@@ -4,12 +4,22 @@
 
 namespace sorvel::platform {
 
+namespace {
+
+bool IsForEdit(const MSG& message) {
+  char name[8] = "";
+  return message.message == WM_KEYDOWN && KeepsKey(static_cast<int32_t>(message.wParam), GetKeyState(VK_CONTROL) < 0) &&
+         GetClassNameA(message.hwnd, name, sizeof(name)) > 0 && lstrcmpiA(name, "Edit") == 0;
+}
+
+}  // namespace
+
 int RunLoop(WindowHandle frame, WindowHandle mdiClient, int32_t accelerators) {
   const HACCEL table = LoadAcceleratorsA(Instance(), ResourceName(accelerators));
   MSG message = {};
   while (GetMessageA(&message, nullptr, 0, 0) != FALSE) {
     if (TranslateMDISysAccel(HandleOf(mdiClient), &message)) continue;
-    if (TranslateAcceleratorA(HandleOf(frame), table, &message)) continue;
+    if (!IsForEdit(message) && TranslateAcceleratorA(HandleOf(frame), table, &message)) continue;
     TranslateMessage(&message);
     DispatchMessageA(&message);
   }

@@ -1,0 +1,890 @@
+#include "document/undo_history.h"
+
+#include <algorithm>
+#include <cstring>
+#include <optional>
+#include <utility>
+
+#include "imaging/pixel_change.h"
+
+namespace sorvel {
+
+namespace {
+
+template <typename T>
+std::vector<T> ElementsOf(const CursorList<T>& list) {
+  std::vector<T> elements;
+  elements.reserve(static_cast<size_t>(list.Count()));
+  for (T element : list) elements.push_back(element);
+  return elements;
+}
+
+template <typename T>
+T RemoveAt(CursorList<T>* list, int32_t index) {
+  T removed = list->At(index);
+  list->RemoveCurrent();
+  return removed;
+}
+
+template <typename T>
+void InsertAt(CursorList<T>* list, int32_t index, T element) {
+  if (list->Seek(index)) {
+    list->InsertBefore(element);
+  } else {
+    list->SeekLast();
+    list->InsertAfter(element);
+  }
+}
+
+// The part of two lists that differs: what is left without their equal heads and tails.
+struct Difference {
+  size_t start = 0;
+  size_t before = 0;  // elements
+  size_t after = 0;
+
+  bool IsEmpty() const { return before == 0 && after == 0; }
+};
+
+template <typename IsSame>
+Difference Compare(size_t before, size_t after, const IsSame& isSame) {
+  size_t start = 0;
+  while (start < before && start < after && isSame(start, start)) ++start;
+  while (before > start && after > start && isSame(before - 1, after - 1)) --before, --after;
+  return {start, before - start, after - start};
+}
+
+template <typename T>
+void ReplaceRange(std::vector<T>* list, const Difference& range, std::vector<T> items) {
+  const auto start = list->begin() + static_cast<ptrdiff_t>(range.start);
+  const auto end = list->erase(start, start + static_cast<ptrdiff_t>(range.before));
+  list->insert(end, std::make_move_iterator(items.begin()), std::make_move_iterator(items.end()));
+}
+
+void Discard(CellImage* image) {
+  if (image != nullptr) image->watch = nullptr;
+  DestroyImage(image);
+}
+
+void Discard(Layer* layer) {
+  if (layer == nullptr) return;
+  for (CellImage* image : layer->cells) image->watch = nullptr;
+  delete layer;
+}
+
+int64_t BytesOf(const CellImage& image) {
+  constexpr int64_t object = 128;
+  return object + image.ByteCount();
+}
+
+int64_t BytesOf(const Layer& layer) {
+  int64_t bytes = sizeof(Layer);
+  for (const CellImage* image : layer.cells) bytes += BytesOf(*image);
+  return bytes;
+}
+
+// A range of a list and what it was, or will be. It owns what isn't in the list.
+template <typename Item>
+class ListChange {
+ public:
+  ListChange() = default;
+  ListChange(const ListChange&) = delete;
+  ListChange& operator=(const ListChange&) = delete;
+  ~ListChange() {
+    for (const Place& place : places) Discard(place.item);
+  }
+
+  void Begin(const Difference& range) {
+    start = static_cast<int32_t>(range.start);
+    count = static_cast<int32_t>(range.after);
+  }
+  // The next element of the other side: one that is put in, or one of the range by its index there.
+  void Add(Item* item) { places.push_back({item, 0}); }
+  void AddFromRange(size_t index) { places.push_back({nullptr, static_cast<int32_t>(index)}); }
+
+  bool IsEmpty() const { return count == 0 && places.empty(); }
+
+  void Swap(CursorList<Item*>* list) {
+    std::vector<Place> out(static_cast<size_t>(count));
+    for (Place& place : out) place.item = RemoveAt(list, start);
+    int32_t index = 0;
+    std::vector<Item*> in;
+    for (const Place& place : places) {
+      Item* item = place.item;
+      if (item == nullptr) {
+        Place& from = out[static_cast<size_t>(place.index)];
+        item = std::exchange(from.item, nullptr);
+        from.index = index;
+      }
+      InsertAt(list, start + index++, item);
+    }
+    count = index;
+    places = std::move(out);
+  }
+
+  int64_t ByteCount() const {
+    int64_t bytes = static_cast<int64_t>(places.capacity() * sizeof(Place));
+    for (const Place& place : places) bytes += place.item != nullptr ? BytesOf(*place.item) : 0;
+    return bytes;
+  }
+
+ private:
+  struct Place {
+    Item* item = nullptr;
+    int32_t index = 0;
+  };
+
+  int32_t start = 0;
+  int32_t count = 0;  // in the list
+  std::vector<Place> places;
+};
+
+// The pixels of one cell.
+struct CellChange {
+  int32_t cell;
+  uint64_t number;  // of the other side's content
+  int32_t top;      // rows that either side uses
+  int32_t bottom;
+  PixelChange pixels;
+
+  void Swap(CellImage* image) {
+    const uint64_t present = image->ContentNumber();
+    image->UseRows(top, bottom - top);
+    pixels.Apply(image->bits);
+    image->RestoreContentNumber(std::exchange(number, present));
+  }
+};
+
+}  // namespace
+
+struct UndoHistory::RecordState {
+  uint64_t layer;
+  int32_t cell;
+  int32_t x;
+  int32_t y;
+};
+
+struct UndoHistory::FrameState {
+  explicit FrameState(const Frame& frame)
+      : time(frame.time),
+        loop(frame.loop),
+        currentRecord(frame.currentRecord),
+        x(frame.x),
+        y(frame.y),
+        width(frame.width),
+        height(frame.height),
+        brightness(frame.brightness),
+        comment(frame.comment) {
+    records.reserve(static_cast<size_t>(frame.records.Count()));
+    for (const FrameRecord* record : frame.records) {
+      records.push_back({record->layer->id, record->cell, record->x, record->y});
+    }
+  }
+
+  // Whatever record is the current one.
+  bool Equals(const Frame& frame) const {
+    if (time != frame.time || loop != frame.loop || x != frame.x || y != frame.y || width != frame.width ||
+        height != frame.height || brightness != frame.brightness || comment != frame.comment ||
+        static_cast<int32_t>(records.size()) != frame.records.Count()) {
+      return false;
+    }
+    const RecordState* state = records.data();
+    for (const FrameRecord* record : frame.records) {
+      if (state->cell != record->cell || state->x != record->x || state->y != record->y ||
+          state->layer != record->layer->id) {
+        return false;
+      }
+      ++state;
+    }
+    return true;
+  }
+
+  void Write(Frame* frame, const std::vector<Layer*>& cutLayers) const {
+    frame->ClearRecords();
+    for (const RecordState& record : records) {
+      const auto layer = std::find_if(cutLayers.begin(), cutLayers.end(),
+                                      [&record](const Layer* each) { return each->id == record.layer; });
+      if (layer == cutLayers.end()) continue;
+      frame->records.SeekLast();
+      frame->records.InsertAfter(new FrameRecord{*layer, record.cell, record.x, record.y});
+    }
+    frame->time = time;
+    frame->loop = loop;
+    frame->currentRecord = currentRecord;
+    frame->x = x;
+    frame->y = y;
+    frame->width = width;
+    frame->height = height;
+    frame->brightness = brightness;
+    AssignString(&frame->comment, comment.c_str());
+  }
+
+  int64_t ByteCount() const {
+    return static_cast<int64_t>(sizeof(FrameState) + records.capacity() * sizeof(RecordState) + comment.capacity());
+  }
+
+  int32_t time;
+  int32_t loop;
+  int32_t currentRecord;
+  int32_t x;
+  int32_t y;
+  int32_t width;
+  int32_t height;
+  int32_t brightness;
+  std::string comment;
+  std::vector<RecordState> records;
+};
+
+namespace {
+
+// What there is of a layer without its cells.
+struct LayerHead {
+  explicit LayerHead(const Layer& layer)
+      : width(layer.width), height(layer.height), prototype(layer.prototype), followFrame(layer.followFrame) {
+    if (layer.name != nullptr) name = layer.name;
+  }
+
+  const char* Name() const { return name ? name->c_str() : nullptr; }
+
+  bool Equals(const Layer& layer) const {
+    return width == layer.width && height == layer.height && prototype == layer.prototype &&
+           followFrame == layer.followFrame && name.has_value() == (layer.name != nullptr) &&
+           (!name || *name == layer.name);
+  }
+
+  void Swap(Layer* layer) {
+    LayerHead present(*layer);
+    layer->width = width;
+    layer->height = height;
+    layer->prototype = prototype;
+    layer->followFrame = followFrame;
+    layer->SetName(Name());
+    *this = std::move(present);
+  }
+
+  int32_t width;
+  int32_t height;
+  CellImage* prototype;
+  uint32_t followFrame;
+  std::optional<std::string> name;
+};
+
+}  // namespace
+
+struct UndoHistory::LayerState {
+  explicit LayerState(const Layer& layer) : id(layer.id), head(layer) {
+    cells.reserve(static_cast<size_t>(layer.cells.Count()));
+    for (CellImage* image : layer.cells) cells.push_back(image->ContentNumber());
+  }
+
+  uint64_t id;
+  LayerHead head;
+  std::vector<uint64_t> cells;  // by the numbers of their contents
+};
+
+struct UndoHistory::HeadState {
+  explicit HeadState(const Cut& cut)
+      : width(cut.width),
+        height(cut.height),
+        frameWidth(cut.frameWidth),
+        frameHeight(cut.frameHeight),
+        fps(cut.fps),
+        antialias(cut.Antialias()),
+        credit(cut.credit) {}
+
+  bool operator==(const HeadState&) const = default;
+
+  void Write(Cut* cut) const {
+    cut->width = width;
+    cut->height = height;
+    cut->frameWidth = frameWidth;
+    cut->frameHeight = frameHeight;
+    cut->fps = fps;
+    cut->SetAntialias(antialias);
+    AssignString(&cut->credit, credit.c_str());
+  }
+
+  int32_t width;
+  int32_t height;
+  int32_t frameWidth;
+  int32_t frameHeight;
+  int32_t fps;
+  int32_t antialias;
+  std::string credit;
+};
+
+// In a layer that is on both sides of a step.
+struct UndoHistory::LayerChange {
+  explicit LayerChange(uint64_t layerId) : id(layerId) {}
+
+  bool IsEmpty() const { return !head && cells.IsEmpty() && pixels.empty(); }
+
+  void Swap(Layer* layer) {
+    if (head) head->Swap(layer);
+    for (CellChange& change : pixels) change.Swap(layer->CellAt(change.cell));
+    if (!cells.IsEmpty()) cells.Swap(&layer->cells);
+  }
+
+  uint64_t id;
+  std::optional<LayerHead> head;
+  ListChange<CellImage> cells;  // either these or `pixels` are empty
+  std::vector<CellChange> pixels;
+};
+
+// Holds the other side: what was there before while the step can be taken back, and what comes then while it can be
+// taken forward.
+struct UndoHistory::Step {
+  bool IsEmpty() const { return !head && frameCount == 0 && frames.empty() && layers.IsEmpty() && inLayers.empty(); }
+
+  // The place of the one cell that changed, in nothing but its pixels; none for another step.
+  CellPlace DrawnCell() const {
+    const bool isDrawing = !head && frameCount == 0 && frames.empty() && layers.IsEmpty() && inLayers.size() == 1;
+    if (!isDrawing || inLayers[0]->head || !inLayers[0]->cells.IsEmpty() || inLayers[0]->pixels.size() != 1) return {};
+    return {inLayers[0]->id, inLayers[0]->pixels[0].cell};
+  }
+
+  int64_t ByteCount() const {
+    int64_t sum = sizeof(Step) + layers.ByteCount() + undoPixels.ByteCount();
+    for (const FrameState& frame : frames) sum += frame.ByteCount();
+    for (const std::unique_ptr<LayerChange>& change : inLayers) {
+      sum += static_cast<int64_t>(sizeof(LayerChange)) + change->cells.ByteCount();
+      for (const CellChange& cell : change->pixels) {
+        sum += static_cast<int64_t>(sizeof(CellChange)) + cell.pixels.ByteCount();
+      }
+    }
+    return sum;
+  }
+
+  std::unique_ptr<HeadState> head;
+  size_t frameStart = 0;
+  size_t frameCount = 0;  // in the cut
+  std::vector<FrameState> frames;
+  ListChange<Layer> layers;
+  std::vector<std::unique_ptr<LayerChange>> inLayers;
+
+  CellPlace undoPlace;
+  PixelChange undoPixels;
+  uint64_t undoSize = 0;  // bytes, of the larger of both sides
+  Rect undoArea;
+
+  Shown before;
+  Shown after;
+  uint32_t marks = 0;
+  bool isOpen = false;  // a later part of the same gesture may belong to it
+  int64_t bytes = 0;
+};
+
+UndoHistory::UndoHistory(Cut* owner, Rect* singleUndoArea) : cut(owner), area(singleUndoArea) {}
+
+UndoHistory::~UndoHistory() {
+  for (Layer* layer : cut->layers) {
+    for (CellImage* image : layer->cells) image->watch = nullptr;
+  }
+  ForgetKept();
+}
+
+// Keeping what changes.
+
+void UndoHistory::BeforeChange(CellImage* image) {
+  if (isMoving || lacksPixels || kept.contains(image)) return;
+  CellImage* copy = image->MakeBlank();
+  if (copy == nullptr) {
+    lacksPixels = true;
+    return;
+  }
+  copy->CopyBits(*image);
+  kept[image] = {image->ContentNumber(), copy};
+}
+
+bool UndoHistory::TakeOver(CellImage* image) {
+  if (isMoving || kept.contains(image)) return false;
+  image->watch = nullptr;
+  kept[image] = {image->ContentNumber(), image};
+  return true;
+}
+
+void UndoHistory::ForgetKept() {
+  for (const auto& [image, each] : kept) Discard(each.image);
+  kept.clear();
+}
+
+// The recorded state.
+
+void UndoHistory::Begin() {
+  ForgetSteps();
+  hasBegun = true;
+  lacksPixels = false;
+  undoPlace = PlaceOf(cut->undoCell);
+  undoArea = *area;
+  undoSaves = cut->undoSaves;
+  const uint64_t size = undoPlace.layer != 0 ? static_cast<uint64_t>(cut->undoCell->ByteCount()) : 0;
+  hasBegun = ReadUndoPixels(size, &undoPixels);
+  ReadState();
+}
+
+void UndoHistory::ReadState() {
+  ForgetKept();
+  head = std::make_unique<HeadState>(*cut);
+  frames.clear();
+  for (const Frame* frame : cut->frames) frames.emplace_back(*frame);
+  layers.clear();
+  for (const Layer* layer : cut->layers) {
+    layers.emplace_back(*layer);
+    for (CellImage* image : layer->cells) image->watch = this;
+  }
+  shown = ShownNow();
+  cut->newMarks = 0;
+}
+
+void UndoHistory::ForgetSteps() {
+  steps.clear();
+  position = 0;
+  bytes = 0;
+}
+
+// Recording.
+
+bool UndoHistory::Record(Origin origin) {
+  auto step = std::make_unique<Step>();
+  if (!hasBegun || lacksPixels || !CompareLayers(step.get())) {
+    Begin();
+    return false;
+  }
+  CompareFrames(step.get());
+  CompareHead(step.get());
+  step->marks = std::exchange(cut->newMarks, 0);
+  step->before = shown;
+  step->after = shown = ShownNow();
+  bool isRecorded = true;
+  bool hasMemory = true;
+  if (step->IsEmpty()) {
+    isRecorded = false;
+  } else if (origin == Origin::kGesture && position == steps.size() && position > 0 && steps.back()->isOpen &&
+             cut->undoSaves == undoSaves && step->DrawnCell() == steps.back()->DrawnCell()) {
+    hasMemory = ExtendStep(step.get());
+  } else {
+    hasMemory = CompareUndo(step.get());
+    while (steps.size() > position) {
+      bytes -= steps.back()->bytes;
+      steps.pop_back();
+    }
+    const CellPlace drawn = step->DrawnCell();
+    step->isOpen = origin == Origin::kGesture && drawn.layer != 0 && drawn == undoPlace;
+    step->bytes = step->ByteCount();
+    bytes += step->bytes;
+    steps.push_back(std::move(step));
+    ++position;
+  }
+  ForgetKept();
+  if (!hasMemory) {
+    Begin();
+    return false;
+  }
+  if (!isRecorded) return false;
+  undoArea = *area;
+  undoSaves = cut->undoSaves;
+  Prune();
+  return true;
+}
+
+bool UndoHistory::CompareLayers(Step* step) {
+  const std::vector<Layer*> present = ElementsOf(cut->layers);
+  std::unordered_map<uint64_t, size_t> indices;
+  for (size_t i = 0; i < present.size(); ++i) indices[present[i]->id] = i;
+  for (LayerState& state : layers) {
+    const auto found = indices.find(state.id);
+    if (found != indices.end() && !CompareCells(&state, present[found->second], step)) return false;
+  }
+  const Difference range = Compare(layers.size(), present.size(), [&](size_t before, size_t after) {
+    return layers[before].id == present[after]->id;
+  });
+  if (range.IsEmpty()) return true;
+  step->layers.Begin(range);
+  std::unordered_map<uint64_t, size_t> known;  // states of layers that are still there
+  for (size_t i = range.start; i < range.start + range.before; ++i) {
+    const auto found = indices.find(layers[i].id);
+    if (found != indices.end()) {
+      step->layers.AddFromRange(found->second - range.start);
+      known[layers[i].id] = i;
+      continue;
+    }
+    Layer* made = MakeLayer(layers[i]);
+    if (made == nullptr) return false;
+    step->layers.Add(made);
+  }
+  std::vector<LayerState> states;
+  for (size_t i = range.start; i < range.start + range.after; ++i) {
+    const auto found = known.find(present[i]->id);
+    if (found != known.end()) {
+      states.push_back(std::move(layers[found->second]));
+      continue;
+    }
+    states.emplace_back(*present[i]);
+    for (CellImage* image : present[i]->cells) image->watch = this;
+  }
+  ReplaceRange(&layers, range, std::move(states));
+  return true;
+}
+
+// The cells of a layer that is gone were taken over, or kept before they changed.
+Layer* UndoHistory::MakeLayer(const LayerState& state) {
+  Layer* layer =
+      new Layer(state.head.width, state.head.height, state.head.Name(), state.head.prototype, state.head.followFrame);
+  layer->id = state.id;
+  std::unordered_map<uint64_t, Kept*> byNumber;
+  for (auto& [image, each] : kept) byNumber[each.number] = &each;
+  for (const uint64_t number : state.cells) {
+    const auto found = byNumber.find(number);
+    if (found == byNumber.end() || found->second->image == nullptr) {
+      Discard(layer);
+      return nullptr;
+    }
+    CellImage* image = std::exchange(found->second->image, nullptr);
+    image->RestoreContentNumber(number);
+    layer->cells.SeekLast();
+    layer->cells.InsertAfter(image);
+  }
+  return layer;
+}
+
+bool UndoHistory::CompareCells(LayerState* state, Layer* layer, Step* step) {
+  auto change = std::make_unique<LayerChange>(state->id);
+  if (!state->head.Equals(*layer)) {
+    change->head = std::exchange(state->head, LayerHead(*layer));
+  }
+  const std::vector<CellImage*> images = ElementsOf(layer->cells);
+  std::vector<uint64_t>& numbers = state->cells;
+  for (CellImage* image : images) image->watch = this;
+  const Difference range = Compare(numbers.size(), images.size(), [&](size_t before, size_t after) {
+    return numbers[before] == images[after]->ContentNumber();
+  });
+  if (!range.IsEmpty()) {
+    std::unordered_map<uint64_t, Kept*> byNumber;
+    for (auto& [image, each] : kept) byNumber[each.number] = &each;
+    const auto keptOf = [&byNumber](uint64_t number) -> Kept* {
+      const auto found = byNumber.find(number);
+      return found != byNumber.end() && found->second->image != nullptr ? found->second : nullptr;
+    };
+    // Cells that stand where they stood and have their size differ in some pixels.
+    bool isDrawn = range.before == range.after;
+    for (size_t i = range.start; i < range.start + range.before && isDrawn; ++i) {
+      const Kept* old = numbers[i] != images[i]->ContentNumber() ? keptOf(numbers[i]) : nullptr;
+      isDrawn = numbers[i] == images[i]->ContentNumber() ||
+                (old != nullptr && old->image->width == images[i]->width && old->image->height == images[i]->height &&
+                 old->image->colors == images[i]->colors);
+    }
+    if (isDrawn) {
+      for (size_t i = range.start; i < range.start + range.before; ++i) {
+        CellImage* image = images[i];
+        if (numbers[i] == image->ContentNumber()) continue;
+        const CellImage* old = keptOf(numbers[i])->image;
+        CellChange cell = {static_cast<int32_t>(i),
+                           numbers[i],
+                           std::min(old->UsedTop(), image->UsedTop()),
+                           std::max(old->UsedBottom(), image->UsedBottom()),
+                           {}};
+        cell.bottom = std::max(cell.top, cell.bottom);
+        if (!cell.pixels.Compare(old->bits, image->bits, int64_t{cell.top} * image->pitch,
+                                 int64_t{cell.bottom} * image->pitch)) {
+          return false;
+        }
+        if (cell.pixels.IsEmpty()) {
+          image->RestoreContentNumber(numbers[i]);
+          continue;
+        }
+        numbers[i] = image->ContentNumber();
+        change->pixels.push_back(std::move(cell));
+      }
+    } else {
+      std::unordered_map<uint64_t, size_t> present;
+      std::vector<uint64_t> newNumbers;
+      for (size_t i = range.start; i < range.start + range.after; ++i) {
+        present[images[i]->ContentNumber()] = i - range.start;
+        newNumbers.push_back(images[i]->ContentNumber());
+      }
+      change->cells.Begin(range);
+      for (size_t i = range.start; i < range.start + range.before; ++i) {
+        const auto found = present.find(numbers[i]);
+        Kept* old = keptOf(numbers[i]);
+        if (found != present.end()) {
+          change->cells.AddFromRange(found->second);
+        } else if (old != nullptr) {
+          old->image->RestoreContentNumber(numbers[i]);
+          change->cells.Add(std::exchange(old->image, nullptr));
+        } else {
+          return false;
+        }
+      }
+      ReplaceRange(&numbers, range, std::move(newNumbers));
+    }
+  }
+  if (!change->IsEmpty()) step->inLayers.push_back(std::move(change));
+  return true;
+}
+
+void UndoHistory::CompareFrames(Step* step) {
+  const std::vector<Frame*> present = ElementsOf(cut->frames);
+  const Difference range = Compare(frames.size(), present.size(), [&](size_t before, size_t after) {
+    if (!frames[before].Equals(*present[after])) return false;
+    frames[before].currentRecord = present[after]->currentRecord;
+    return true;
+  });
+  if (range.IsEmpty()) return;
+  const auto start = frames.begin() + static_cast<ptrdiff_t>(range.start);
+  step->frameStart = range.start;
+  step->frameCount = range.after;
+  step->frames.assign(std::make_move_iterator(start),
+                      std::make_move_iterator(start + static_cast<ptrdiff_t>(range.before)));
+  std::vector<FrameState> states;
+  states.reserve(range.after);
+  for (size_t i = range.start; i < range.start + range.after; ++i) states.emplace_back(*present[i]);
+  ReplaceRange(&frames, range, std::move(states));
+}
+
+void UndoHistory::CompareHead(Step* step) {
+  if (*head == HeadState(*cut)) return;
+  step->head = std::exchange(head, std::make_unique<HeadState>(*cut));
+}
+
+// The single undo.
+
+UndoHistory::CellPlace UndoHistory::PlaceOf(const CellImage* image) const {
+  if (image == nullptr) return {};
+  for (const Layer* layer : cut->layers) {
+    int32_t index = 0;
+    for (const CellImage* cell : layer->cells) {
+      if (cell == image) return {layer->id, index};
+      ++index;
+    }
+  }
+  return {};
+}
+
+Layer* UndoHistory::LayerOf(uint64_t id) const {
+  for (Layer* layer : cut->layers) {
+    if (layer->id == id) return layer;
+  }
+  return nullptr;
+}
+
+CellImage* UndoHistory::CellAt(const CellPlace& place) const {
+  Layer* layer = place.layer != 0 ? LayerOf(place.layer) : nullptr;
+  return layer != nullptr ? layer->CellAt(place.cell) : nullptr;
+}
+
+bool UndoHistory::ReadUndoPixels(uint64_t size, Buffer<uint8_t>* pixels) const {
+  const CellImage* cell = cut->undoCell;
+  const uint64_t used = cell != nullptr && cell->ByteCount() <= cut->undoCapacity && cut->undoPixels != nullptr
+                            ? static_cast<uint64_t>(cell->ByteCount())
+                            : 0;
+  Buffer<uint8_t> read;
+  if (!read.AllocateZeroed(std::max(size, used))) return false;
+  if (used > 0) std::memcpy(read.Data(), cut->undoPixels, static_cast<size_t>(used));
+  *pixels = std::move(read);
+  return true;
+}
+
+namespace {
+
+// False without memory.
+bool ExtendTo(uint64_t size, Buffer<uint8_t>* pixels) {
+  if (pixels->Count() >= size) return true;
+  Buffer<uint8_t> larger;
+  if (!larger.AllocateZeroed(size)) return false;
+  if (pixels->Count() > 0) std::memcpy(larger.Data(), pixels->Data(), pixels->Count());
+  *pixels = std::move(larger);
+  return true;
+}
+
+}  // namespace
+
+bool UndoHistory::CompareUndo(Step* step) {
+  step->undoPlace = undoPlace;
+  step->undoArea = undoArea;
+  undoPlace = PlaceOf(cut->undoCell);
+  Buffer<uint8_t> present;
+  if (!ReadUndoPixels(undoPixels.Count(), &present) || !ExtendTo(present.Count(), &undoPixels)) return false;
+  step->undoSize = present.Count();
+  if (!step->undoPixels.Compare(undoPixels.Data(), present.Data(), 0, static_cast<int64_t>(step->undoSize)))
+    return false;
+  undoPixels = std::move(present);
+  return true;
+}
+
+// What SaveUndo() did since the step was recorded belongs to the state that is left now.
+bool UndoHistory::FoldUndo(Step* step) {
+  Buffer<uint8_t> present;
+  if (!ReadUndoPixels(std::max<uint64_t>(undoPixels.Count(), step->undoSize), &present) ||
+      !ExtendTo(present.Count(), &undoPixels)) {
+    return false;
+  }
+  step->undoPixels.Apply(undoPixels.Data());
+  step->undoSize = present.Count();
+  if (!step->undoPixels.Compare(undoPixels.Data(), present.Data(), 0, static_cast<int64_t>(step->undoSize)))
+    return false;
+  undoPixels = std::move(present);
+  return true;
+}
+
+// Both steps drew on the same cell. What is kept is the state between them.
+bool UndoHistory::ExtendStep(Step* step) {
+  Step* last = steps.back().get();
+  CellChange& first = last->inLayers[0]->pixels[0];
+  CellChange& second = step->inLayers[0]->pixels[0];
+  const CellImage* image = CellAt(step->DrawnCell());
+  const auto between = std::find_if(kept.begin(), kept.end(),
+                                    [&second](const auto& each) { return each.second.number == second.number; });
+  if (between == kept.end()) return false;
+  CellImage* old = between->second.image;
+  old->UseRows(first.top, first.bottom - first.top);
+  first.pixels.Apply(old->bits);
+  first.top = std::min(first.top, second.top);
+  first.bottom = std::max(first.bottom, second.bottom);
+  if (!first.pixels.Compare(old->bits, image->bits, int64_t{first.top} * image->pitch,
+                            int64_t{first.bottom} * image->pitch)) {
+    return false;
+  }
+  last->after = step->after;
+  last->marks |= step->marks;
+  bytes -= last->bytes;
+  last->bytes = last->ByteCount();
+  bytes += last->bytes;
+  return true;
+}
+
+// Taking steps.
+
+bool UndoHistory::Back() {
+  Record(Origin::kCommand);
+  if (position == 0) return false;
+  Step* step = steps[position - 1].get();
+  if (!Apply(step, step->before)) return false;
+  --position;
+  Prune();
+  return true;
+}
+
+bool UndoHistory::Forward() {
+  Record(Origin::kCommand);
+  if (position == steps.size()) return false;
+  Step* step = steps[position].get();
+  if (!Apply(step, step->after)) return false;
+  ++position;
+  Prune();
+  return true;
+}
+
+void UndoHistory::SwapFrames(Step* step) {
+  const auto at = [step](size_t index) { return static_cast<int32_t>(step->frameStart + index); };
+  std::vector<FrameState> out;
+  size_t count = step->frameCount;
+  for (size_t i = 0; i < count; ++i) out.emplace_back(*cut->frames.At(at(i)));
+  while (count > step->frames.size()) delete RemoveAt(&cut->frames, at(--count));
+  while (count < step->frames.size()) InsertAt(&cut->frames, at(count++), new Frame(cut->width, cut->height));
+  const std::vector<Layer*> cutLayers = ElementsOf(cut->layers);
+  for (size_t i = 0; i < count; ++i) step->frames[i].Write(cut->frames.At(at(i)), cutLayers);
+  step->frameCount = count;
+  step->frames = std::move(out);
+}
+
+bool UndoHistory::Apply(Step* step, const Shown& target) {
+  if (!FoldUndo(step)) {
+    Begin();
+    return false;
+  }
+  isMoving = true;
+  const CellPlace place = PlaceOf(cut->undoCell);
+  if (!step->layers.IsEmpty()) step->layers.Swap(&cut->layers);
+  for (const std::unique_ptr<LayerChange>& change : step->inLayers) {
+    if (Layer* layer = LayerOf(change->id)) change->Swap(layer);
+  }
+  for (Layer* layer : cut->layers) cut->EnsureUndoBuffer(layer);
+
+  SwapFrames(step);
+  if (step->head) {
+    HeadState present(*cut);
+    step->head->Write(cut);
+    *step->head = std::move(present);
+  }
+  step->undoPixels.Apply(undoPixels.Data());
+  undoPlace = std::exchange(step->undoPlace, place);
+  undoArea = std::exchange(step->undoArea, *area);
+  *area = undoArea;
+  cut->undoCell = CellAt(undoPlace);
+  if (cut->undoCell != nullptr && cut->undoCell->ByteCount() <= cut->undoCapacity) {
+    std::memcpy(cut->undoPixels, undoPixels.Data(), static_cast<size_t>(cut->undoCell->ByteCount()));
+  }
+  Show(*step, target);
+  step->isOpen = false;
+  bytes -= step->bytes;
+  step->bytes = step->ByteCount();
+  bytes += step->bytes;
+  cut->stateFlags |= step->marks;
+  ReadState();
+  isMoving = false;
+  return true;
+}
+
+// Where the user was, if the change is to be seen there.
+void UndoHistory::Show(const Step& step, const Shown& target) {
+  cut->currentFrame = std::min(target.frame, cut->frames.Count() - 1);
+  Frame* current = cut->CurrentFrame();
+  if (current == nullptr) return;
+  current->SelectRecord(target.record);
+  const auto first = static_cast<int32_t>(step.frameStart);
+  const auto count = static_cast<int32_t>(step.frameCount);
+  if (count > 0) {
+    const bool isThere = cut->currentFrame >= first && cut->currentFrame < first + count;
+    if (!isThere && step.frameCount == step.frames.size()) cut->currentFrame = first;
+    return;
+  }
+  bool isDrawing = false;
+  const auto shows = [&step](const Frame& frame) {
+    for (const FrameRecord* record : frame.records) {
+      for (const std::unique_ptr<LayerChange>& change : step.inLayers) {
+        if (change->id != record->layer->id) continue;
+        for (const CellChange& cell : change->pixels) {
+          if (cell.cell == record->cell) return true;
+        }
+      }
+    }
+    return false;
+  };
+  for (const std::unique_ptr<LayerChange>& change : step.inLayers) isDrawing = isDrawing || !change->pixels.empty();
+  if (!isDrawing || shows(*current)) return;
+  int32_t index = 0;
+  for (const Frame* frame : cut->frames) {
+    if (shows(*frame)) {
+      cut->currentFrame = index;
+      return;
+    }
+    ++index;
+  }
+}
+
+UndoHistory::Shown UndoHistory::ShownNow() const {
+  const Frame* frame = cut->CurrentFrame();
+  return {cut->currentFrame, frame != nullptr ? frame->currentRecord : -1};
+}
+
+// Memory.
+
+void UndoHistory::Prune() {
+  if (bytes <= kLeastLimit) return;
+  int64_t pixels = 0;
+  for (const Layer* layer : cut->layers) {
+    for (const CellImage* image : layer->cells) pixels += image->ByteCount();
+  }
+  const int64_t limit = std::max(kLeastLimit, pixels / 2);
+  while (bytes > limit && steps.size() > 1) {
+    const bool isOld = position > 1;
+    bytes -= (isOld ? steps.front() : steps.back())->bytes;
+    if (isOld) {
+      steps.pop_front();
+      --position;
+    } else {
+      steps.pop_back();
+    }
+  }
+}
+
+}  // namespace sorvel

@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 #include "support/test_document.h"
 
 namespace sorvel::monkey {
@@ -37,11 +35,10 @@ TEST_P(MonkeySessions, BreakNothing) {
 
 INSTANTIATE_TEST_SUITE_P(Seeds, MonkeySessions, testing::Range<uint64_t>(1, 33));
 
-// Every state of a cut that steps lead back or forward to is the one that there was. A run of many sessions is asked
-// for by their number in SORVEL_UNDO_SESSIONS.
+// Every state of a cut that steps lead back or forward to is the one that there was. `sorvel_monkey --undo` makes more
+// such sessions.
 TEST(UndoSessions, ComeBackToEveryState) {
-  const char* asked = std::getenv("SORVEL_UNDO_SESSIONS");
-  const uint64_t sessions = asked != nullptr ? std::strtoull(asked, nullptr, 10) : 200;
+  constexpr uint64_t sessions = 200;
   constexpr int64_t steps = 60;
   const testdoc::TemporaryFolder folder;
   MonkeyOptions options;
@@ -99,6 +96,7 @@ TEST_F(MonkeyChecks, SeeACellNumberOutOfRange) {
 
 TEST_F(MonkeyChecks, LetABlankRecordRememberACellThatIsGone) {
   cut->frames.At(0)->records.At(0)->cell = -1 - 2;
+  cut->RecordStep();
   EXPECT_TRUE(session.Run("timer"));
   // Only then may it come back.
   EXPECT_TRUE(session.Run("command 40060")) << session.Failure();

@@ -710,17 +710,26 @@ bool UndoHistory::CompareUndo(Step* step) {
   return true;
 }
 
-// What SaveUndo() did since the step was recorded belongs to the state that is left now.
-bool UndoHistory::FoldUndo(Step* step) {
+// What SaveUndo() did since the state was recorded belongs to it: the steps to its neighbours must lead there.
+bool UndoHistory::FoldUndo() {
+  Step* const neighbors[] = {position > 0 ? steps[position - 1].get() : nullptr,
+                             position < steps.size() ? steps[position].get() : nullptr};
+  uint64_t size = undoPixels.Count();
+  for (const Step* step : neighbors) size = std::max(size, step != nullptr ? step->undoSize : 0);
   Buffer<uint8_t> present;
-  if (!ReadUndoPixels(std::max<uint64_t>(undoPixels.Count(), step->undoSize), &present) ||
-      !ExtendTo(present.Count(), &undoPixels)) {
-    return false;
+  if (!ReadUndoPixels(size, &present)) return false;
+  size = present.Count();
+  if (!ExtendTo(size, &undoPixels)) return false;
+  if (size == 0 || std::memcmp(present.Data(), undoPixels.Data(), static_cast<size_t>(size)) == 0) return true;
+  for (Step* step : neighbors) {
+    if (step == nullptr) continue;
+    Buffer<uint8_t> other;
+    if (!other.Allocate(size)) return false;
+    std::memcpy(other.Data(), undoPixels.Data(), static_cast<size_t>(size));
+    step->undoPixels.Apply(other.Data());
+    step->undoSize = size;
+    if (!step->undoPixels.Compare(other.Data(), present.Data(), 0, static_cast<int64_t>(size))) return false;
   }
-  step->undoPixels.Apply(undoPixels.Data());
-  step->undoSize = present.Count();
-  if (!step->undoPixels.Compare(undoPixels.Data(), present.Data(), 0, static_cast<int64_t>(step->undoSize)))
-    return false;
   undoPixels = std::move(present);
   return true;
 }
@@ -787,7 +796,7 @@ void UndoHistory::SwapFrames(Step* step) {
 }
 
 bool UndoHistory::Apply(Step* step, const Shown& target) {
-  if (!FoldUndo(step)) {
+  if (!FoldUndo()) {
     Begin();
     return false;
   }

@@ -94,7 +94,7 @@ class UndoHistory final : private CellWatch {
   Layer* MakeLayer(const LayerState& state);
 
   bool Apply(Step* step, const Shown& target);
-  bool FoldUndo(Step* step);
+  bool FoldUndo();
   void SwapFrames(Step* step);
   // What the single undo would put back, and zeros up to `size`. False without memory.
   bool ReadUndoPixels(uint64_t size, Buffer<uint8_t>* pixels) const;

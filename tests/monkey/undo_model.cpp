@@ -88,7 +88,7 @@ UndoModel::State UndoModel::StateOf(CutWindow* cut) {
       for (const int32_t value : {numbers[record->layer], record->cell, record->x, record->y}) Put(to, value);
     }
   }
-  to = &state.undo;
+  to = &state.undo.emplace();
   const Rect& area = cut->undoRect;
   for (const int32_t value : {undoLayer, undoNumber, area.x, area.y, area.width, area.height}) Put(to, value);
   if (cut->undoCell != nullptr) PutBytes(to, cut->undoPixels, cut->undoCell->ByteCount());
@@ -116,7 +116,8 @@ std::string UndoModel::Check(MainFrame& frame, const std::vector<std::string>& w
       if (!problem.empty()) return problem;
     }
     history.last = present;
-    history.wasHeld = frame.isButtonHeld;
+    const std::optional<State>& known = history.states[history.position];
+    history.wasHeld = frame.isButtonHeld || !known || known->content != present.content;
     history.wasModified = cut->Has(kModified);
   }
   return "";
@@ -128,7 +129,6 @@ std::string UndoModel::Follow(CutWindow* cut, const std::vector<std::string>& wo
   const size_t old = history->position;
   const size_t position = cut->undoHistory.StepsBack();
   const size_t count = position + cut->undoHistory.StepsForward() + 1;
-  const bool isSameLength = count == states.size();
   const bool isBack = words[0] == "key" ? words[1] == "Ctrl+Z" : words[1] == std::to_string(kCommandStepBack);
   const bool isForward = words[0] == "key" ? words[1] == "Ctrl+Y" || words[1] == "Shift+Ctrl+Z"
                                            : words[1] == std::to_string(kCommandStepForward);
@@ -137,12 +137,21 @@ std::string UndoModel::Follow(CutWindow* cut, const std::vector<std::string>& wo
   const auto reach = [&]() -> std::string {
     std::optional<State>& state = states[position];
     if (state && state->content != present.content) return "a step leads to another drawing than there was";
-    if (state && state->undo != present.undo) return "a step leads to another single undo than there was";
+    if (state && state->undo && state->undo != present.undo)
+      return "a step leads to another single undo than there was";
     state = present;
     return "";
   };
 
   if (isStep && history->wasModified && !cut->Has(kModified)) return "a step took the mark of a changed cut away";
+  // The rest of a gesture, or what was typed into the panels, may have become a step first, in place of those that
+  // could be taken forward.
+  if (isStep && (std::exchange(history->mayBeTyped, false) || history->wasHeld)) {
+    states.resize(old + 1);
+    states.resize(std::max(count, old + 1));
+  }
+  if (words[0] == "panel" || words[0] == "click") history->mayBeTyped = true;
+  const bool isSameLength = count == states.size();
   if (isStep && isSameLength && position != old) {
     if (position + 1 != old && position != old + 1) return "a step goes further than one state";
     // What the single undo held when the state was left belongs to it; so does the rest of a gesture.
@@ -153,19 +162,29 @@ std::string UndoModel::Follow(CutWindow* cut, const std::vector<std::string>& wo
     return reach();
   }
   if (isSameLength && position == old) {
-    if (isHeld) return "";
+    // A move without a button goes on with a gesture whose release got lost.
+    const bool isGesture = isHeld || (words[0] == "mouse" && words[1] == "move");
+    if (isGesture) return "";
     if (states[old] && states[old]->content != present.content && words[0] != "mouse" && !history->wasHeld) {
       return "a change made no step";
     }
-    if (!states[old] || states[old]->content != present.content) states[old] = present;
+    if (!states[old]) {
+      // It was recorded in the middle of an action, which may have saved another single undo since.
+      states[old] = {present.content, std::nullopt};
+    } else if (states[old]->content != present.content) {
+      states[old] = present;
+    }
     return "";
   }
   if (position + 1 < old || count < old + 1) return "steps got lost";
   if (!isStep && count != position + 1) return "a change left steps that can be taken forward";
   states.resize(old + 1);
   states.resize(count);
+  // The rest of a gesture may belong to the step that its beginning became.
+  if (history->wasHeld && position > old) states[old].reset();
   if (isStep) return reach();
-  if (!isHeld) states[position] = present;
+  // The step of a gesture ends before what a command does to the single undo.
+  if (!isHeld) states[position] = {present.content, history->wasHeld ? std::nullopt : present.undo};
   return "";
 }
 

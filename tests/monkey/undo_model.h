@@ -21,15 +21,16 @@ class UndoModel {
 
  private:
   struct State {
-    std::string content;  // the bytes of the file, and what a file can't tell
-    std::string undo;     // the single undo: its cell, its pixels and its area
+    std::string content;              // the bytes of the file, and what a file can't tell
+    std::optional<std::string> undo;  // the single undo: its cell, its pixels and its area
   };
   struct History {
     std::vector<std::optional<State>> states;  // none for one that came and went within an action
     size_t position = 0;
     State last;
-    bool wasHeld = false;  // a button of the mouse was down
+    bool wasHeld = false;  // a gesture may not have been recorded yet
     bool wasModified = false;
+    bool mayBeTyped = false;  // panels hold what isn't stored yet
   };
 
   static State StateOf(CutWindow* cut);

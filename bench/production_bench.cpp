@@ -125,6 +125,40 @@ void AddCellToLargeCut(benchmark::State& state) {
 }
 BENCHMARK(AddCellToLargeCut)->Unit(benchmark::kMillisecond)->Iterations(50);
 
+// What a stroke costs beyond its drawing: the copy of the cell before the first pixel, and the step.
+void RecordStrokeOnLargeCut(benchmark::State& state) {
+  Desk desk;
+  CutWindow* cut = desk.frame.ActiveCut();
+  PenSpec pen = {9, 0, 0, 1};
+  int32_t number = 0;
+  for (auto _ : state) {
+    state.PauseTiming();
+    cut->SaveUndo();
+    const int32_t x = ++number * 37 % kWidth;
+    state.ResumeTiming();
+    cut->CurrentCell()->UseRows(0, 1);
+    state.PauseTiming();
+    cut->CurrentCell()->DrawLine(x, 0, number * 101 % kWidth, kHeight - 1, &pen, 0, nullptr);
+    state.ResumeTiming();
+    cut->RecordStep(UndoHistory::Origin::kGesture);
+  }
+  state.counters["bytes"] = static_cast<double>(cut->undoHistory.ByteCount()) / number;
+}
+BENCHMARK(RecordStrokeOnLargeCut)->Unit(benchmark::kMillisecond)->Iterations(500);
+
+void StepBackInLargeCut(benchmark::State& state) {
+  Desk desk;
+  CutWindow* cut = desk.frame.ActiveCut();
+  PenSpec pen = {9, 0, 0, 1};
+  for (int32_t number = 0; number < 200; ++number) {
+    cut->SaveUndo();
+    cut->CurrentCell()->DrawLine(number * 37 % kWidth, 0, number * 101 % kWidth, kHeight - 1, &pen, 0, nullptr);
+    cut->RecordStep(UndoHistory::Origin::kGesture);
+  }
+  for (auto _ : state) desk.frame.SendCommand(kCommandStepBack);
+}
+BENCHMARK(StepBackInLargeCut)->Unit(benchmark::kMillisecond)->Iterations(199);
+
 void AddLayerToLargeCut(benchmark::State& state) {
   Desk desk;
   for (auto _ : state) {

@@ -141,6 +141,9 @@ constexpr MenuEntry kMenuBar[] = {
     {0, "", kSeparator},
     {kCommandShowPrevious, "一つ前を透過(&V)", kCut},
     {kCommandShowNext, "一つ次を透過(&X)", kCut},
+    {0, "", kSeparator},
+    {kCommandStepBack, "一つ戻る\tCtrl+Z", kCut},
+    {kCommandStepForward, "一つ進む\tCtrl+Y", kCut},
     {0, "", kPopupEnd},
     {0, "ツール(&T)", kPopup},
     {kToolFreePen, "自由ペン(&B)", kFrame},
@@ -332,6 +335,8 @@ constexpr Text kTexts[] = {
     {kTextAbout, "Sorvel Developer Version 1.0"},
     {kCommandAbout, "バージョン情報を表示します。"},
     {kCommandOpenVersion, "カットの以前の版を新しいウィンドウで開きます。"},
+    {kCommandStepBack, "一つ戻る\nカットの変更を一つずつさかのぼって取り消します。"},
+    {kCommandStepForward, "一つ進む\n取り消した変更を一つずつやり直します。"},
 };
 
 std::string TextWithNumber(int32_t id) {
@@ -443,6 +448,9 @@ TEST_F(Vocabulary, TheKeysAreTheseAndNoOthers) {
       {9, false, false, kCommandFocusForward},
       {9, true, false, kCommandFocusBackward},
       {'T', false, true, kCommandSheet},
+      {'Z', false, true, kCommandStepBack},
+      {'Y', false, true, kCommandStepForward},
+      {'Z', true, true, kCommandStepForward},
   };
   size_t found = 0;
   for (int32_t key = 0; key < 256; ++key) {

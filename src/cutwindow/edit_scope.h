@@ -15,9 +15,9 @@ class CutWindowHost;
 //
 // That is all there is to do: tools, commands and dialogs change the cut as they like, and when the scope ends, the cut
 // finds out what is different. Nothing different makes no step. Scopes nest, as messages do, and only the outermost one
-// ends the step. While a button of the mouse is held over a drawing nothing is recorded: a gesture is one step from its
-// press to its release. A gesture in another window that changes the cut more than once keeps a scope from press to
-// release.
+// ends the step. Of a message of the mouse over a drawing nothing is recorded while a button is held: a gesture is one
+// step from its press to its release. A gesture in another window that changes the cut more than once keeps a scope
+// from press to release.
 //
 // Whoever lets the user type first and stores it later, as the panels do, calls CutWindow::RecordStep() after storing,
 // so that the typing is a step of its own.

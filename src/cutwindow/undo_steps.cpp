@@ -8,6 +8,9 @@ namespace sorvel {
 
 EditScope::EditScope(CutWindowHost* editHost, CutWindow* cut, UndoHistory::Origin editOrigin)
     : host(editHost), origin(editOrigin) {
+  // What a gesture that goes on has drawn so far isn't the command's.
+  const bool interrupts = host->editDepth == 0 && origin == UndoHistory::Origin::kCommand && host->isButtonHeld;
+  if (interrupts && cut != nullptr) cut->RecordStep(UndoHistory::Origin::kGesture);
   ++host->editDepth;
   std::vector<CutWindow*>& cuts = host->editedCuts;
   if (cut != nullptr && std::find(cuts.begin(), cuts.end(), cut) == cuts.end()) cuts.push_back(cut);
@@ -16,7 +19,7 @@ EditScope::EditScope(CutWindowHost* editHost, CutWindow* cut, UndoHistory::Origi
 EditScope::~EditScope() {
   if (--host->editDepth > 0) return;
   const std::vector<CutWindow*> cuts = std::exchange(host->editedCuts, {});
-  if (host->isButtonHeld) return;
+  if (origin == UndoHistory::Origin::kGesture && host->isButtonHeld) return;
   for (CutWindow* cut : cuts) cut->RecordStep(origin);
 }
 

@@ -63,7 +63,6 @@ intptr_t MainFrame::WindowProc(uint32_t message, uintptr_t first, intptr_t secon
       OnToolTip(static_cast<platform::ToolTipMoment>(first), platform::PointerIn<platform::ToolTip>(second));
       return 0;
     case platform::kMessageCommand:
-      if (isButtonHeld) RecordGesture();
       if (OnCommand(static_cast<int32_t>(platform::HighHalf(first)), static_cast<int32_t>(platform::LowHalf(first)),
                     platform::PointerIn<platform::Window>(second)) == 0) {
         isButtonHeld = false;
@@ -101,11 +100,6 @@ intptr_t MainFrame::WindowProc(uint32_t message, uintptr_t first, intptr_t secon
       break;
   }
   return platform::DefaultHandling(window, message, first, second);
-}
-
-// What a gesture has drawn so far isn't the command's.
-void MainFrame::RecordGesture() {
-  if (CutWindow* cut = ActiveCut()) cut->RecordStep(UndoHistory::Origin::kGesture);
 }
 
 void MainFrame::OnCreate() {

@@ -150,7 +150,6 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   std::string shownPanels;               // what the panels were filled with
 
   void OnCreate();
-  void RecordGesture();
   // Panels explain themselves, and those for numbers say which ones they take.
   void ExplainPanels();
   void CheckPanelNumber(int32_t id);

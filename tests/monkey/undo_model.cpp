@@ -152,13 +152,16 @@ std::string UndoModel::Follow(CutWindow* cut, const std::vector<std::string>& wo
   }
   if (words[0] == "panel" || words[0] == "click") history->mayBeTyped = true;
   const bool isSameLength = count == states.size();
-  if (isStep && isSameLength && position != old) {
-    if (position + 1 != old && position != old + 1) return "a step goes further than one state";
+  if (isStep && isSameLength && (isBack ? position + 1 == old : position == old + 1)) {
     // What the single undo held when the state was left belongs to it; so does the rest of a gesture.
     if (!history->wasHeld && states[old] && states[old]->content != history->last.content) {
       return "a state changed without a step";
     }
-    states[old] = history->last;
+    if (history->wasHeld && isForward) {
+      states[old].reset();
+    } else {
+      states[old] = history->last;
+    }
     return reach();
   }
   if (isSameLength && position == old) {
@@ -172,7 +175,8 @@ std::string UndoModel::Follow(CutWindow* cut, const std::vector<std::string>& wo
       // It was recorded in the middle of an action, which may have saved another single undo since.
       states[old] = {present.content, std::nullopt};
     } else if (states[old]->content != present.content) {
-      states[old] = present;
+      // A release ends a part of a gesture. After anything else it isn't known whether that was recorded.
+      states[old] = words[0] == "mouse" ? std::optional<State>(present) : std::nullopt;
     }
     return "";
   }

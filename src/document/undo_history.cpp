@@ -405,6 +405,7 @@ bool UndoHistory::TakeOver(CellImage* image) {
 void UndoHistory::ForgetKept() {
   for (const auto& [image, each] : kept) Discard(each.image);
   kept.clear();
+  keptByNumber.clear();
 }
 
 // The recorded state.
@@ -444,6 +445,7 @@ void UndoHistory::ForgetSteps() {
 // Recording.
 
 bool UndoHistory::Record(Origin origin) {
+  for (auto& [image, each] : kept) keptByNumber[each.number] = &each;
   auto step = std::make_unique<Step>();
   if (!hasBegun || lacksPixels || !CompareLayers(step.get())) {
     Begin();
@@ -492,7 +494,7 @@ bool UndoHistory::CompareLayers(Step* step) {
   for (size_t i = 0; i < present.size(); ++i) indices[present[i]->id] = i;
   for (LayerState& state : layers) {
     const auto found = indices.find(state.id);
-    if (found != indices.end() && !CompareCells(&state, present[found->second], step)) return false;
+    if (found != indices.end() && !CompareLayer(&state, present[found->second], step)) return false;
   }
   const Difference range = Compare(layers.size(), present.size(), [&](size_t before, size_t after) {
     return layers[before].id == present[after]->id;
@@ -525,99 +527,101 @@ bool UndoHistory::CompareLayers(Step* step) {
   return true;
 }
 
+const CellImage* UndoHistory::KeptOf(uint64_t number) const {
+  const auto found = keptByNumber.find(number);
+  return found != keptByNumber.end() ? found->second->image : nullptr;
+}
+
+CellImage* UndoHistory::TakeKept(uint64_t number) {
+  const auto found = keptByNumber.find(number);
+  CellImage* image = found != keptByNumber.end() ? std::exchange(found->second->image, nullptr) : nullptr;
+  if (image != nullptr) image->RestoreContentNumber(number);
+  return image;
+}
+
 // The cells of a layer that is gone were taken over, or kept before they changed.
 Layer* UndoHistory::MakeLayer(const LayerState& state) {
   Layer* layer =
       new Layer(state.head.width, state.head.height, state.head.Name(), state.head.prototype, state.head.followFrame);
   layer->id = state.id;
-  std::unordered_map<uint64_t, Kept*> byNumber;
-  for (auto& [image, each] : kept) byNumber[each.number] = &each;
   for (const uint64_t number : state.cells) {
-    const auto found = byNumber.find(number);
-    if (found == byNumber.end() || found->second->image == nullptr) {
+    CellImage* image = TakeKept(number);
+    if (image == nullptr) {
       Discard(layer);
       return nullptr;
     }
-    CellImage* image = std::exchange(found->second->image, nullptr);
-    image->RestoreContentNumber(number);
     layer->cells.SeekLast();
     layer->cells.InsertAfter(image);
   }
   return layer;
 }
 
-bool UndoHistory::CompareCells(LayerState* state, Layer* layer, Step* step) {
+bool UndoHistory::CompareLayer(LayerState* state, Layer* layer, Step* step) {
   auto change = std::make_unique<LayerChange>(state->id);
-  if (!state->head.Equals(*layer)) {
-    change->head = std::exchange(state->head, LayerHead(*layer));
-  }
+  if (!state->head.Equals(*layer)) change->head = std::exchange(state->head, LayerHead(*layer));
   const std::vector<CellImage*> images = ElementsOf(layer->cells);
-  std::vector<uint64_t>& numbers = state->cells;
   for (CellImage* image : images) image->watch = this;
-  const Difference range = Compare(numbers.size(), images.size(), [&](size_t before, size_t after) {
-    return numbers[before] == images[after]->ContentNumber();
-  });
-  if (!range.IsEmpty()) {
-    std::unordered_map<uint64_t, Kept*> byNumber;
-    for (auto& [image, each] : kept) byNumber[each.number] = &each;
-    const auto keptOf = [&byNumber](uint64_t number) -> Kept* {
-      const auto found = byNumber.find(number);
-      return found != byNumber.end() && found->second->image != nullptr ? found->second : nullptr;
-    };
-    // Cells that stand where they stood and have their size differ in some pixels.
-    bool isDrawn = range.before == range.after;
-    for (size_t i = range.start; i < range.start + range.before && isDrawn; ++i) {
-      const Kept* old = numbers[i] != images[i]->ContentNumber() ? keptOf(numbers[i]) : nullptr;
-      isDrawn = numbers[i] == images[i]->ContentNumber() ||
-                (old != nullptr && old->image->width == images[i]->width && old->image->height == images[i]->height &&
-                 old->image->colors == images[i]->colors);
-    }
-    if (isDrawn) {
-      for (size_t i = range.start; i < range.start + range.before; ++i) {
-        CellImage* image = images[i];
-        if (numbers[i] == image->ContentNumber()) continue;
-        const CellImage* old = keptOf(numbers[i])->image;
-        CellChange cell = {static_cast<int32_t>(i),
-                           numbers[i],
-                           std::min(old->UsedTop(), image->UsedTop()),
-                           std::max(old->UsedBottom(), image->UsedBottom()),
-                           {}};
-        cell.bottom = std::max(cell.top, cell.bottom);
-        if (!cell.pixels.Compare(old->bits, image->bits, int64_t{cell.top} * image->pitch,
-                                 int64_t{cell.bottom} * image->pitch)) {
-          return false;
-        }
-        if (cell.pixels.IsEmpty()) {
-          image->RestoreContentNumber(numbers[i]);
-          continue;
-        }
-        numbers[i] = image->ContentNumber();
-        change->pixels.push_back(std::move(cell));
-      }
-    } else {
-      std::unordered_map<uint64_t, size_t> present;
-      std::vector<uint64_t> newNumbers;
-      for (size_t i = range.start; i < range.start + range.after; ++i) {
-        present[images[i]->ContentNumber()] = i - range.start;
-        newNumbers.push_back(images[i]->ContentNumber());
-      }
-      change->cells.Begin(range);
-      for (size_t i = range.start; i < range.start + range.before; ++i) {
-        const auto found = present.find(numbers[i]);
-        Kept* old = keptOf(numbers[i]);
-        if (found != present.end()) {
-          change->cells.AddFromRange(found->second);
-        } else if (old != nullptr) {
-          old->image->RestoreContentNumber(numbers[i]);
-          change->cells.Add(std::exchange(old->image, nullptr));
-        } else {
-          return false;
-        }
-      }
-      ReplaceRange(&numbers, range, std::move(newNumbers));
-    }
+  std::vector<uint64_t>& numbers = state->cells;
+  // Cells that stand where they stood and have their size differ in some pixels.
+  bool isDrawn = numbers.size() == images.size();
+  for (size_t i = 0; i < numbers.size() && isDrawn; ++i) {
+    if (numbers[i] == images[i]->ContentNumber()) continue;
+    const CellImage* old = KeptOf(numbers[i]);
+    isDrawn = old != nullptr && old->width == images[i]->width && old->height == images[i]->height &&
+              old->colors == images[i]->colors;
   }
-  if (!change->IsEmpty()) step->inLayers.push_back(std::move(change));
+  const bool isDone =
+      isDrawn ? CompareDrawings(&numbers, images, change.get()) : CompareCells(&numbers, images, change.get());
+  if (isDone && !change->IsEmpty()) step->inLayers.push_back(std::move(change));
+  return isDone;
+}
+
+bool UndoHistory::CompareDrawings(std::vector<uint64_t>* numbers, const std::vector<CellImage*>& images,
+                                  LayerChange* change) {
+  for (size_t i = 0; i < images.size(); ++i) {
+    CellImage* image = images[i];
+    uint64_t& number = (*numbers)[i];
+    if (number == image->ContentNumber()) continue;
+    const CellImage* old = KeptOf(number);
+    const int32_t top = std::min(old->UsedTop(), image->UsedTop());
+    const int32_t bottom = std::max({top, old->UsedBottom(), image->UsedBottom()});
+    CellChange cell = {static_cast<int32_t>(i), number, top, bottom, {}};
+    if (!cell.pixels.Compare(old->bits, image->bits, int64_t{top} * image->pitch, int64_t{bottom} * image->pitch)) {
+      return false;
+    }
+    if (cell.pixels.IsEmpty()) {
+      image->RestoreContentNumber(number);
+      continue;
+    }
+    number = image->ContentNumber();
+    change->pixels.push_back(std::move(cell));
+  }
+  return true;
+}
+
+bool UndoHistory::CompareCells(std::vector<uint64_t>* numbers, const std::vector<CellImage*>& images,
+                               LayerChange* change) {
+  const Difference range = Compare(numbers->size(), images.size(), [&](size_t before, size_t after) {
+    return (*numbers)[before] == images[after]->ContentNumber();
+  });
+  std::unordered_map<uint64_t, size_t> present;
+  std::vector<uint64_t> newNumbers;
+  for (size_t i = range.start; i < range.start + range.after; ++i) {
+    newNumbers.push_back(images[i]->ContentNumber());
+    present[newNumbers.back()] = i - range.start;
+  }
+  change->cells.Begin(range);
+  for (size_t i = range.start; i < range.start + range.before; ++i) {
+    const auto found = present.find((*numbers)[i]);
+    if (found != present.end()) {
+      change->cells.AddFromRange(found->second);
+      continue;
+    }
+    CellImage* old = TakeKept((*numbers)[i]);
+    if (old == nullptr) return false;
+    change->cells.Add(old);
+  }
+  ReplaceRange(numbers, range, std::move(newNumbers));
   return true;
 }
 
@@ -740,10 +744,9 @@ bool UndoHistory::ExtendStep(Step* step) {
   CellChange& first = last->inLayers[0]->pixels[0];
   CellChange& second = step->inLayers[0]->pixels[0];
   const CellImage* image = CellAt(step->DrawnCell());
-  const auto between = std::find_if(kept.begin(), kept.end(),
-                                    [&second](const auto& each) { return each.second.number == second.number; });
-  if (between == kept.end()) return false;
-  CellImage* old = between->second.image;
+  const auto between = keptByNumber.find(second.number);
+  if (between == keptByNumber.end() || between->second->image == nullptr) return false;
+  CellImage* old = between->second->image;
   old->UseRows(first.top, first.bottom - first.top);
   first.pixels.Apply(old->bits);
   first.top = std::min(first.top, second.top);

@@ -86,12 +86,17 @@ class UndoHistory final : private CellWatch {
   // Each adds what differs from the state that was recorded last, which becomes the present one. False if pixels are
   // missing or there is no memory.
   bool CompareLayers(Step* step);
-  bool CompareCells(LayerState* state, Layer* layer, Step* step);
+  bool CompareLayer(LayerState* state, Layer* layer, Step* step);
+  bool CompareDrawings(std::vector<uint64_t>* numbers, const std::vector<CellImage*>& images, LayerChange* change);
+  bool CompareCells(std::vector<uint64_t>* numbers, const std::vector<CellImage*>& images, LayerChange* change);
   bool CompareUndo(Step* step);
   void CompareFrames(Step* step);
   void CompareHead(Step* step);
   bool ExtendStep(Step* step);
   Layer* MakeLayer(const LayerState& state);
+  // The pixels that had this content number; null if they aren't kept. TakeKept() gives them to the caller.
+  const CellImage* KeptOf(uint64_t number) const;
+  CellImage* TakeKept(uint64_t number);
 
   bool Apply(Step* step, const Shown& target);
   bool FoldUndo();
@@ -126,6 +131,7 @@ class UndoHistory final : private CellWatch {
 
   // The pixels of that state that have changed since, by the image that had or has them.
   std::unordered_map<const CellImage*, Kept> kept;
+  std::unordered_map<uint64_t, Kept*> keptByNumber;  // while a step is recorded
 };
 
 }  // namespace sorvel

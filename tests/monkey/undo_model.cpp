@@ -171,12 +171,11 @@ std::string UndoModel::Follow(CutWindow* cut, const std::vector<std::string>& wo
     if (states[old] && states[old]->content != present.content && words[0] != "mouse" && !history->wasHeld) {
       return "a change made no step";
     }
-    if (!states[old]) {
-      // It was recorded in the middle of an action, which may have saved another single undo since.
-      states[old] = {present.content, std::nullopt};
-    } else if (states[old]->content != present.content) {
-      // A release ends a part of a gesture. After anything else it isn't known whether that was recorded.
-      states[old] = words[0] == "mouse" ? std::optional<State>(present) : std::nullopt;
+    if (!states[old] || states[old]->content != present.content) {
+      // A release ends a part of a gesture; after anything else it isn't known whether that was recorded. The single
+      // undo may have been saved after the step.
+      states[old].reset();
+      if (words[0] == "mouse") states[old] = {present.content, std::nullopt};
     }
     return "";
   }

@@ -146,7 +146,8 @@ std::string UndoModel::Follow(CutWindow* cut, const std::vector<std::string>& wo
   if (isStep && history->wasModified && !cut->Has(kModified)) return "a step took the mark of a changed cut away";
   // The rest of a gesture, or what was typed into the panels, may have become a step first, in place of those that
   // could be taken forward.
-  if (isStep && (std::exchange(history->mayBeTyped, false) || history->wasHeld)) {
+  const bool mayBeNew = isStep && (std::exchange(history->mayBeTyped, false) || history->wasHeld);
+  if (mayBeNew) {
     states.resize(old + 1);
     states.resize(std::max(count, old + 1));
   }
@@ -157,11 +158,10 @@ std::string UndoModel::Follow(CutWindow* cut, const std::vector<std::string>& wo
     if (!history->wasHeld && states[old] && states[old]->content != history->last.content) {
       return "a state changed without a step";
     }
-    if (history->wasHeld && isForward) {
-      states[old].reset();
-    } else {
-      states[old] = history->last;
-    }
+    states[old] = history->last;
+    // Unless that was recorded as a new step.
+    if (isForward && mayBeNew) states[old]->undo.reset();
+    if (isForward && history->wasHeld) states[old].reset();
     return reach();
   }
   if (isSameLength && position == old) {

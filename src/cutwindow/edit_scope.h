@@ -19,8 +19,8 @@ class CutWindowHost;
 // step from its press to its release. A gesture in another window that changes the cut more than once keeps a scope
 // from press to release.
 //
-// Whoever lets the user type first and stores it later, as the panels do, calls CutWindow::RecordStep() after storing,
-// so that the typing is a step of its own.
+// Whoever lets the user type first and stores it later, as the panels and the time sheet do, calls
+// CutWindow::RecordStep() after storing, so that this is a step of its own. That needs no scope.
 class EditScope {
  public:
   // `cut` is what may change; null for none. It may be gone at the end of the scope. The host may not.

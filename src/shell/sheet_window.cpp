@@ -443,6 +443,7 @@ void SheetWindow::Changed() {
   const int32_t record = columns.empty() ? -1 : TimeSheet::FindRecord(there, columns[static_cast<size_t>(column)]);
   pictures.MarkAllStale();
   ShowCursor(record >= 0 ? record : there->currentRecord);
+  cut->RecordStep();
 }
 
 void SheetWindow::EndDrag(bool changes) {

@@ -347,6 +347,33 @@ TEST_F(SheetWindowTest, DraggingTheEndOfAHoldChangesTheTime) {
   EXPECT_EQ(Place(), "1/1 4-4");
 }
 
+TEST_F(SheetWindowTest, EachEditIsAStepThatIsTakenBack) {
+  Open({2, 2, 2});
+  Cut()->RecordStep();
+  const size_t steps = Cut()->undoHistory.StepsBack();
+  const std::string before = Bytes();
+  const std::string rows = Rows();
+  Click(0, 2);
+  TypeText("3");
+  Enter();
+  Drag(0, 1, 1);
+  const std::string after = Bytes();
+  EXPECT_EQ(Cut()->undoHistory.StepsBack(), steps + 2);
+  Command(kCommandStepBack);
+  Command(kCommandStepBack);
+  EXPECT_EQ(Bytes(), before);
+  EXPECT_EQ(Rows(), rows);
+  Command(kCommandStepForward);
+  Command(kCommandStepForward);
+  EXPECT_EQ(Bytes(), after);
+  // A number that is still being typed is a step before another one is taken back.
+  platform::SetFocusTo(Window());
+  Click(0, 0);
+  TypeText("4");
+  Command(kCommandStepBack);
+  EXPECT_EQ(Bytes(), after);
+}
+
 TEST_F(SheetWindowTest, AClickOnTheEndOfAHoldOnlyGoesThere) {
   Open({2, 3});
   Drag(0, 4, 0);

@@ -77,7 +77,7 @@ int64_t BytesOf(const CellImage& image) {
 }
 
 int64_t BytesOf(const Layer& layer) {
-  int64_t bytes = sizeof(Layer);
+  int64_t bytes = static_cast<int64_t>(sizeof(Layer));
   for (const CellImage* image : layer.cells) bytes += BytesOf(*image);
   return bytes;
 }
@@ -293,14 +293,14 @@ struct UndoHistory::HeadState {
 
   bool operator==(const HeadState&) const = default;
 
-  void Write(Cut* cut) const {
-    cut->width = width;
-    cut->height = height;
-    cut->frameWidth = frameWidth;
-    cut->frameHeight = frameHeight;
-    cut->fps = fps;
-    cut->SetAntialias(antialias);
-    AssignString(&cut->credit, credit.c_str());
+  void Write(Cut* to) const {
+    to->width = width;
+    to->height = height;
+    to->frameWidth = frameWidth;
+    to->frameHeight = frameHeight;
+    to->fps = fps;
+    to->SetAntialias(antialias);
+    AssignString(&to->credit, credit.c_str());
   }
 
   int32_t width;
@@ -343,7 +343,7 @@ struct UndoHistory::Step {
   }
 
   int64_t ByteCount() const {
-    int64_t sum = sizeof(Step) + layers.ByteCount() + undoPixels.ByteCount();
+    int64_t sum = static_cast<int64_t>(sizeof(Step)) + layers.ByteCount() + undoPixels.ByteCount();
     for (const FrameState& frame : frames) sum += frame.ByteCount();
     for (const std::unique_ptr<LayerChange>& change : inLayers) {
       sum += static_cast<int64_t>(sizeof(LayerChange)) + change->cells.ByteCount();

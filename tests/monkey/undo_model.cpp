@@ -112,7 +112,7 @@ std::string UndoModel::Check(MainFrame& frame, const std::vector<std::string>& w
       history.states.resize(history.position + cut->undoHistory.StepsForward() + 1);
       if (!frame.isButtonHeld) history.states[history.position] = present;
     } else {
-      const std::string problem = Follow(cut, words, present, frame.isButtonHeld, &history);
+      std::string problem = Follow(cut, words, present, frame.isButtonHeld, &history);
       if (!problem.empty()) return problem;
     }
     history.last = present;

@@ -473,6 +473,12 @@ bool SheetWindow::TakeCommand(int32_t id) {
       CancelTyping();
       EndDrag(false);
       return true;
+    case kCommandStepBack:
+    case kCommandStepForward:
+      // Back from what is being typed, which was no step yet.
+      if (typed.empty()) return false;
+      CancelTyping();
+      return true;
     default:
       Commit();
       return false;

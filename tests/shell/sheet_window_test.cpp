@@ -404,6 +404,19 @@ TEST_F(SheetWindowTest, TheMouseShowsWhatCanBeDragged) {
   EXPECT_EQ(shapeAt({square.left + 5, square.top}), platform::CursorShape::kArrow);
 }
 
+TEST_F(SheetWindowTest, ASquareThatIsTypedIntoGoesBackAlone) {
+  Open({2, 2});
+  Click(0, 2);
+  TypeText("2");
+  Enter();
+  TypeText("3");
+  Command(kCommandStepBack);
+  EXPECT_EQ(Sheet().Typed(), "");
+  EXPECT_EQ(Rows(), "1|2| 1||| ");
+  Command(kCommandStepBack);
+  EXPECT_EQ(Rows(), "1||| 1||| ");
+}
+
 // Pictures.
 
 TEST_F(SheetWindowTest, PicturesAreMadeOneByOneWhenTheyAreWanted) {

@@ -110,7 +110,8 @@ std::string UndoModel::Check(MainFrame& frame, const std::vector<std::string>& w
     if (isNew) {
       history.position = cut->undoHistory.StepsBack();
       history.states.resize(history.position + cut->undoHistory.StepsForward() + 1);
-      if (!frame.isButtonHeld) history.states[history.position] = present;
+      // The single undo may have been saved since the state was recorded.
+      if (!frame.isButtonHeld) history.states[history.position] = {present.content, std::nullopt};
     } else {
       std::string problem = Follow(cut, words, present, frame.isButtonHeld, &history);
       if (!problem.empty()) return problem;

@@ -2,11 +2,9 @@
 #include <string>
 #include <vector>
 
-#include "animation/compiled_cache.h"
-#include "animation/film_container.h"
-#include "animation/stream_encoder.h"
 #include "console/commands.h"
 #include "console/console_files.h"
+#include "console/film_source.h"
 #include "console/state_writer.h"
 #include "foundation/paths.h"
 #include "imaging/indexed_image.h"
@@ -29,19 +27,6 @@ int SelectFrame(const std::string& path, const std::string& word, Cut* cut) {
   }
   cut->currentFrame = number - 1;
   return kDone;
-}
-
-// Checks that an entry of a film can be exported: a whole compiled stream lies beside the cut, or the cut can be
-// opened.
-bool CheckEntry(const char* cutPath) {
-  char cachePath[kPathCapacity];
-  FileStream cache(ChangeExtension(cachePath, cutPath, "ca") ? OpenCache(cachePath) : nullptr);
-  if (cache.Close()) return true;
-  InputFile cut;
-  std::string problem;
-  if (cut.Open(ShownText(cutPath), &problem)) return true;
-  Fail(ShownText(cutPath), problem);
-  return false;
 }
 
 }  // namespace
@@ -91,44 +76,19 @@ int RunCompile(const Arguments& arguments) {
     return Fail(in, "there are no frames " + std::to_string(first) + " to " + std::to_string(last) + ", the cut has " +
                         std::to_string(cut.frames.Count()));
   }
-  NibbleBitmap bitmap;
-  // A packed image takes half the memory of an indexed one and holds all that is compiled.
-  PackedImage composition;
-  if (!composition.Resize(cut.width, cut.height, 0)) return Fail(in, "no memory for the picture");
-  return WriteOutput(out, [&](OutputFile* file) {
-    const bool isCompiled = CompileFrames(&cut, first - 1, last - 1, file->Stream(), &bitmap, &composition,
-                                          [](int32_t done, int32_t total) { ShowProgress("frame", done, total); });
-    ClearProgress();
-    return isCompiled;
-  });
+  return WriteOutput(out, [&](OutputFile* file) { return CompileCut(&cut, first - 1, last - 1, file->Stream()); });
 }
 
 int RunExport(const Arguments& arguments) {
   const std::string& in = arguments.Plain()[0];
   const std::string& out = arguments.Plain()[1];
   Film film;
-  if (!LoadFilm(in, &film)) return kFailed;
-  const int32_t count = film.cuts.Count();
-  if (count == 0) return Fail(in, "the film has no cuts");
-  if (count > INT16_MAX) return Fail(in, "the film has more than 32767 cuts");
-  std::vector<int32_t> order;
-  for (int32_t i = 0; i < count; ++i) {
-    order.push_back(i);
-    if (!CheckEntry(film.CutName(i))) return kFailed;
-  }
-  NibbleBitmap bitmap;
-  ContainerReport report;
+  if (!LoadFilm(in, &film) || !CheckFilm(in, &film)) return kFailed;
   OutputFile file;
   std::string problem;
   if (!file.Open(out, &problem)) return Fail(out, problem);
-  report.progress = [](int32_t done, int32_t total) { ShowProgress("cut", done, total); };
-  const bool isWritten = WriteFilmContainer(&film, order.data(), count, file.Stream(), &bitmap, &report);
-  ClearProgress();
-  if (!isWritten) {
-    if (file.HasFailed(&problem)) return Fail(out, problem);
-    return Fail(ShownText(film.CutName(report.listIndex)), report.report.problem);
-  }
-  return file.Commit(&problem) ? kDone : Fail(out, problem);
+  if (CompileFilm(&film, file.Stream())) return file.Commit(&problem) ? kDone : Fail(out, problem);
+  return file.HasFailed(&problem) ? Fail(out, problem) : kFailed;
 }
 
 int RunFrame(const Arguments& arguments) {

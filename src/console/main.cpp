@@ -79,6 +79,18 @@ const Command kCommands[] = {
      2,
      2,
      RunPlay},
+    {"web",
+     "web SOURCE OUT.html [--linked]",
+     "writes a page that plays a film in any browser",
+     "SOURCE is a film list (.flm), a cut (.cut), a compiled cut (.ca) or a film container (.sv). The page holds all "
+     "it\n"
+     "needs and asks nothing of the network.\n"
+     "  --linked  leaves the film beside the page, as OUT.sv, from where the page fetches it as it plays; both belong\n"
+     "            on a web server\n",
+     {{"--linked", nullptr}},
+     2,
+     2,
+     RunWeb},
     {"import",
      "import OUT.cut [OPTION]... IMAGE...",
      "makes a cut of scanned or rendered drawings, one frame for each",

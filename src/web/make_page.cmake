@@ -1,0 +1,10 @@
+cmake_minimum_required(VERSION 3.25)
+# Puts style, script and decoder into the page. The places of the film stay.
+file(READ ${SOURCES}/page.html page)
+file(READ ${SOURCES}/page.css style)
+file(READ ${SOURCES}/page.js script)
+execute_process(COMMAND base64 -w 0 ${DECODER} OUTPUT_VARIABLE decoder COMMAND_ERROR_IS_FATAL ANY)
+string(REPLACE "@STYLE@" "${style}" page "${page}")
+string(REPLACE "@SCRIPT@" "${script}" page "${page}")
+string(REPLACE "@DECODER@" "${decoder}" page "${page}")
+file(WRITE ${PAGE} "${page}")

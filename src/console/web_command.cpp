@@ -26,8 +26,8 @@ constexpr char kTitlePlace[] = "@TITLE@";
 constexpr char kConnectPlace[] = "@CONNECT@";
 constexpr char kFilmPlace[] = "@FILM@";
 
-// A multiple of three, so that no padding stands between two pieces.
-constexpr int32_t kPieceBytes = 3 << 14;
+// How much of the film's text is written at once.
+constexpr size_t kPieceBytes = 1 << 16;
 
 int ReadPage(std::string* page) {
   char program[kPathCapacity];
@@ -75,31 +75,26 @@ std::string FilmText(const FilmSource& film, int32_t size, const std::string& so
 // The name of a file as a relative address.
 std::string AddressOf(const std::string& name) {
   std::string address = "./";
-  for (const unsigned char letter : name) {
+  for (const char letter : name) {
+    const auto code = static_cast<uint8_t>(letter);
     char text[4];
-    std::snprintf(text, sizeof(text), "%%%02X", letter);
-    const bool isPlain = letter < 0x80 && (std::isalnum(letter) != 0 || std::strchr("-._~", letter) != nullptr);
-    address += isPlain ? std::string(1, static_cast<char>(letter)) : text;
+    std::snprintf(text, sizeof(text), "%%%02X", code);
+    const bool isPlain = code < 0x80 && (std::isalnum(code) != 0 || std::strchr("-._~", letter) != nullptr);
+    address += isPlain ? std::string(1, letter) : text;
   }
   return address;
 }
 
-void WriteBase64(ByteStream* in, int32_t size, ByteStream* out) {
+void WriteBase64(const uint8_t* bytes, int32_t size, ByteStream* out) {
   static constexpr char kDigits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  std::vector<uint8_t> bytes(static_cast<size_t>(kPieceBytes));
   std::string text;
-  for (int32_t done = 0; done < size;) {
-    const int32_t count = ReadUpTo(*in, bytes.data(), std::min(size - done, kPieceBytes));
-    if (count <= 0) break;
-    text.clear();
-    for (int32_t i = 0; i < count; i += 3) {
-      const int32_t left = std::min(count - i, 3);
-      uint32_t group = 0;
-      for (int32_t k = 0; k < 3; ++k) group = group << 8 | (k < left ? bytes[static_cast<size_t>(i + k)] : 0U);
-      for (int32_t k = 0; k < 4; ++k) text += k <= left ? kDigits[group >> (18 - 6 * k) & 63] : '=';
-    }
+  for (int32_t i = 0; i < size; i += 3) {
+    uint32_t group = 0;
+    for (int32_t k = i; k < i + 3; ++k) group = group << 8 | (k < size ? bytes[k] : 0U);
+    for (int32_t k = 0; k < 4; ++k) text += k <= size - i ? kDigits[group >> (18 - 6 * k) & 63] : '=';
+    if (text.size() < kPieceBytes && i + 3 < size) continue;
     out->Write(text.data(), static_cast<int32_t>(text.size()));
-    done += count;
+    text.clear();
   }
 }
 
@@ -118,12 +113,12 @@ int RunWeb(const Arguments& arguments) {
   FilmSource film;
   if (status == kDone) status = film.Open(in);
   if (status != kDone) return status;
-  const int32_t size = StreamLength(*film.stream);
+  Buffer<uint8_t> bytes;
+  int32_t size = 0;
+  if (!ReadWholeStream(*film.stream, &bytes, &size)) return Fail(in, "can't be read into memory");
   const std::filesystem::path linked = std::filesystem::path(out).replace_extension("sv");
   if (isLinked) {
-    film.stream->Seek(0, kFromStart);
-    status =
-        WriteOutput(linked.string(), [&](OutputFile* file) { return CopyStream(*film.stream, *file->Stream(), size); });
+    status = WriteOutput(linked.string(), [&](OutputFile* file) { return file->Stream()->Write(bytes.Data(), size); });
     if (status != kDone) return status;
   }
   Replace(&page, kTitlePlace, Escaped(film.title));
@@ -134,9 +129,8 @@ int RunWeb(const Arguments& arguments) {
     WriteText(stream, page.substr(0, place) + "<script type=\"application/json\" id=\"film\">" +
                           FilmText(film, size, isLinked ? AddressOf(linked.filename().string()) : "") + "</script>\n");
     if (!isLinked) {
-      film.stream->Seek(0, kFromStart);
       WriteText(stream, "<script type=\"text/plain\" id=\"stream\">");
-      WriteBase64(film.stream, size, stream);
+      WriteBase64(bytes.Data(), size, stream);
       WriteText(stream, "</script>");
     }
     WriteText(stream, page.substr(place + std::strlen(kFilmPlace)));

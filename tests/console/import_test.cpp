@@ -369,6 +369,14 @@ TEST_F(ConsoleImport, BadOptionsAreWrongUsage) {
   }
 }
 
+TEST_F(ConsoleImport, MorePicturesThanACutHasFramesAreWrongUsage) {
+  Words words = {"import", "out.cut"};
+  words.resize(65536 + 2, "a");
+  const Answer run = folder.Sorvel(words);
+  EXPECT_EQ(run.status, 2) << run;
+  EXPECT_TRUE(run.IsOneLineAbout("65535 frames")) << run;
+}
+
 // Pictures that can't be read.
 
 void ExpectRefused(const std::string& name, const Bytes& bytes) {

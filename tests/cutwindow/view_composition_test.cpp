@@ -59,6 +59,26 @@ TEST_F(ViewComposition, AreaPartlyOutsideTheCanvasIsCleared) {
   EXPECT_EQ(cut->view.GetPixel(39, 29), 2);
 }
 
+TEST_F(ViewComposition, MarginAroundTheCanvasHasTheBackgroundColour) {
+  platform::headless::SetClientSize(40, 30);
+  CutWindow* cut = MakeCut(20, 10);
+  Point corners[2] = {{0, 0}, {20, 10}};
+  cut->CutToWindow(corners, 2);
+  ASSERT_GT(corners[0].x, 0);
+  ASSERT_GT(corners[0].y, 0);
+  gMarginBrush = platform::MakeBrush(1, 2, 3);
+  platform::InvalidateClient(cut->window, false);
+  Show(cut);
+  for (int32_t y = 0; y < 30; ++y) {
+    for (int32_t x = 0; x < 40; ++x) {
+      const bool isCanvas = x >= corners[0].x && x < corners[1].x && y >= corners[0].y && y < corners[1].y;
+      ASSERT_EQ(IsColor(x, y, {3, 2, 1}), !isCanvas) << x << ", " << y;
+    }
+  }
+  platform::DeleteBrush(gMarginBrush);
+  gMarginBrush = nullptr;
+}
+
 TEST_F(ViewComposition, AreaBesideTheCanvasIsShownAtFullSizeAlone) {
   CutWindow* cut = MakeShownCut(40, 30);
   EXPECT_TRUE(cut->RepaintAreaDirect(40, 0, 4, 4));

@@ -79,6 +79,7 @@ TEST_F(History, SharesTheBytesOfWhatItKeeps) {
   KnownFile known;
   EXPECT_TRUE(Save(&known, "a.cut", "2"));
   EXPECT_TRUE(fs::equivalent(ListGenerations(Path("a.cut"))[0].path, Path("same")));
+  EXPECT_EQ(ListGenerations(Path("a.cut"))[0].path, Path(".sorvel/a.cut/000001-saved.cut"));
 }
 
 TEST_F(History, OfASaveThatFailsIsAsBefore) {

@@ -80,6 +80,16 @@ TEST_F(HeadlessFont, HeightIsTheSizeAndLengthGrowsWithTheText) {
   EXPECT_EQ(Length(""), 0);
 }
 
+TEST_F(HeadlessFont, LettersOfTwoBytesHaveTheirOwnPictures) {
+  Make("no such font", 24);
+  std::set<std::vector<uint8_t>> pictures;
+  for (const size_t letter : {0U, 2U, 4U}) {
+    Draw(50, 50, kana.substr(letter, 2));
+    pictures.emplace(bits, bits + kSide * kSide);
+  }
+  EXPECT_EQ(pictures.size(), 3u);
+}
+
 TEST_F(HeadlessFont, InkIsTheNearestColourToBlackThatIsntTheGround) {
   Make("", 24);
   Draw(10, 10, "A");

@@ -174,6 +174,18 @@ TEST_P(EachClass, PixelReadOutsideIsMinusOne) {
 
 // Resizing.
 
+TEST(PackedImage, ResizeKeepsRowsWithPixelsInUse) {
+  PackedImage image;
+  image.Resize(8, 4, 0);
+  image.SetPixel(1, 2, 5);
+  image.Resize(12, 6, 0);
+  EXPECT_TRUE(image.IsUsedRow(2));
+  PackedImage copy;
+  copy.Resize(12, 6, 0);
+  copy.CopyBits(image);
+  EXPECT_EQ(copy.GetPixel(1, 2), 5);
+}
+
 TEST(PackedImage, ResizeToNothingAndBackLeavesOnlyTheFill) {
   OwnedImage image = ImageOf(true, "123\n456\n");
   EXPECT_TRUE(image->Resize(0, 0, 0));

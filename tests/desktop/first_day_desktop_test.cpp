@@ -155,6 +155,31 @@ class FirstDayTest : public DesktopTest {
     ASSERT_TRUE(app.HasPixel(120, 90, kBlack));
   }
 
+  // A slip of the pen and one on the time sheet are taken back.
+  void TakeBack() {
+    ASSERT_NO_FATAL_FAILURE(Draw({160, 130}, {220, 40}));
+    Press('Z', {VK_CONTROL});
+    ASSERT_TRUE(app.HasPixel(220, 40, kTransparent));
+    EXPECT_TRUE(Keep("line-taken-back"));
+    Press('Y', {VK_CONTROL});
+    ASSERT_TRUE(app.HasPixel(220, 40, kBlack));
+    Press('Z', {VK_CONTROL});
+    ASSERT_TRUE(app.HasPixel(220, 40, kTransparent));
+
+    Press('T', {VK_CONTROL});
+    ASSERT_TRUE(Await([this] { return app.Sheet() != nullptr; }));
+    ASSERT_TRUE(app.HasFocus(app.Sheet()));
+    Type("1");
+    Press(VK_RETURN);
+    ASSERT_TRUE(app.Lists(kLayerList, {"A (1/2)"}));
+    EXPECT_TRUE(app.KeepScreen("first-day-" + std::to_string(10 + steps++) + "-time-sheet"));
+    Press('Z', {VK_CONTROL});
+    ASSERT_TRUE(app.Lists(kLayerList, {"A (2/2)"}));
+    Press('T', {VK_CONTROL});
+    ASSERT_TRUE(Await([this] { return app.Sheet() == nullptr; }));
+    ASSERT_TRUE(app.HasFocus(app.Cut()));
+  }
+
   // The canvas under the wheel and the middle button.
   void LookCloser() {
     const POINT mouse = app.At(120, 90);
@@ -210,6 +235,7 @@ class FirstDayTest : public DesktopTest {
 TEST_F(FirstDayTest, LeadsFromTheEmptyWindowToAFilmThatPlays) {
   ASSERT_NO_FATAL_FAILURE(MakeTheFirstCut());
   ASSERT_NO_FATAL_FAILURE(Animate());
+  ASSERT_NO_FATAL_FAILURE(TakeBack());
   ASSERT_NO_FATAL_FAILURE(LookCloser());
 
   ASSERT_TRUE(app.SaveCutAs(app.PathOf("c1.cut")));

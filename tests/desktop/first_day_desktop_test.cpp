@@ -157,6 +157,16 @@ class FirstDayTest : public DesktopTest {
 
   // A slip of the pen and one on the time sheet are taken back.
   void TakeBack() {
+    // Where text is typed the key takes back the typing alone.
+    const RECT comment = app.Screen(app.Of(kCommentEdit));
+    Click({comment.left + 10, comment.top + 8});
+    ASSERT_TRUE(app.TypeUntil("ab", kCommentEdit, "ab"));
+    Press('Z', {VK_CONTROL});
+    ASSERT_TRUE(app.Shows(kCommentEdit, ""));
+    ASSERT_TRUE(app.HasPixel(120, 90, kBlack));
+    Click(app.At(5, 170));
+    ASSERT_TRUE(app.HasFocus(app.Cut()));
+
     ASSERT_NO_FATAL_FAILURE(Draw({160, 130}, {220, 40}));
     Press('Z', {VK_CONTROL});
     ASSERT_TRUE(app.HasPixel(220, 40, kTransparent));

@@ -162,11 +162,19 @@ TEST_F(StartTest, AFileBesideTheProgramReplacesTheColors) {
 
 TEST_F(StartTest, AnUnknownDocumentLeavesAnEmptyProgram) {
   ASSERT_TRUE(WriteFile(app.PathOf("note.txt"), "note"));
-  for (const std::string& document : {app.PathOf("note.txt"), app.PathOf("gone.cut"), std::string("nothing")}) {
+  for (const std::string& document : {app.PathOf("note.txt"), std::string("nothing")}) {
     ASSERT_TRUE(app.Start(document)) << document;
     EXPECT_EQ(app.Cut(), nullptr) << document;
     EXPECT_EQ(app.Dialog(), nullptr) << document;
   }
+}
+
+TEST_F(StartTest, AMissingDocumentIsTold) {
+  ASSERT_TRUE(app.Start(app.PathOf("gone.cut"), App::Opening::kWithQuestion));
+  EXPECT_EQ(app.BoxText(), app.PathOf("gone.cut") + " を開けませんでした。\nファイルが見つかりません。");
+  Press(VK_RETURN);
+  ASSERT_TRUE(app.DialogGoes());
+  EXPECT_EQ(app.Cut(), nullptr);
 }
 
 TEST_F(StartTest, TheFrameCanBeClosedByItsButtonsKey) {

@@ -44,7 +44,7 @@ class TextTool final : public Tool {
     } else if (clicks == kPlaceText) {
       PlaceText(input);
     } else {
-      Cancel(input);
+      Abandon(input);
     }
   }
 
@@ -52,7 +52,7 @@ class TextTool final : public Tool {
     if (clicks == kNoClick) {
       input.OpenPenPicker(input.mouse);
     } else {
-      Cancel(input);
+      Abandon(input);
     }
   }
 
@@ -62,7 +62,7 @@ class TextTool final : public Tool {
   // The count is that of presses.
   enum Clicks : int32_t { kNoClick = 0, kAskForText = 1, kPlaceText = 2, kLostClick = 3 };
 
-  void Cancel(const ToolInput& input) {
+  void Abandon(const ToolInput& input) {
     input.HideOverlay();
     clicks = kNoClick;
   }

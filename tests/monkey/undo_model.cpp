@@ -130,9 +130,10 @@ std::string UndoModel::Follow(CutWindow* cut, const std::vector<std::string>& wo
   const size_t old = history->position;
   const size_t position = cut->undoHistory.StepsBack();
   const size_t count = position + cut->undoHistory.StepsForward() + 1;
-  const bool isBack = words[0] == "key" ? words[1] == "Ctrl+Z" : words[1] == std::to_string(kCommandStepBack);
-  const bool isForward = words[0] == "key" ? words[1] == "Ctrl+Y" || words[1] == "Shift+Ctrl+Z"
-                                           : words[1] == std::to_string(kCommandStepForward);
+  const std::string word = words.size() > 1 ? words[1] : "";
+  const bool isBack = words[0] == "key" ? word == "Ctrl+Z" : word == std::to_string(kCommandStepBack);
+  const bool isForward =
+      words[0] == "key" ? word == "Ctrl+Y" || word == "Shift+Ctrl+Z" : word == std::to_string(kCommandStepForward);
   const bool isStep = (words[0] == "command" || words[0] == "key") && (isBack || isForward);
   history->position = position;
   const auto reach = [&]() -> std::string {

@@ -21,7 +21,6 @@ class CutTimes {
   // behind the one on the screen ahead of time. A frame that ends the play counts as one tick.
   int32_t Ticks() const;
 
-  int32_t offset = 0;  // of the cut's record
   int32_t fps = 0;
 
  private:

@@ -122,7 +122,6 @@ int FilmSource::ReadStream(const std::string& path) {
   if (title.empty()) title = StemOf(path);
   for (const StreamCutInfo& each : info.cuts) {
     ShownCut& cut = cuts.emplace_back();
-    cut.times.offset = each.offset;
     cut.times.fps = each.fps;
     for (const StreamFrameHead& frame : each.frames) cut.times.Add(frame);
     cut.times.Close();

@@ -53,7 +53,6 @@ void Film::Follow(int32_t received) {
       if (reader.Tell() + kCutHeadBytes > received) return;
       if (!cuts.empty()) cuts.back().Close();
       ShownCut& cut = cuts.emplace_back();
-      cut.offset = position;
       cut.head = ReadCutHead(reader);
       position = reader.Tell();
     }
@@ -144,7 +143,7 @@ SORVEL_EXPORT(seek) void Seek(int32_t cut, int32_t tick) {
     platform::FillBlack(platform::BeginDrawing(&gFilm->screen), 0, 0, gFilm->screen.width, gFilm->screen.height);
   }
   player.StopTimer();
-  decoder.stream->Seek(gFilm->cuts[static_cast<size_t>(cut)].offset, kFromStart);
+  decoder.stream->Seek(decoder.cutOffsets[static_cast<size_t>(cut)], kFromStart);
   decoder.cutIndex = cut;
   decoder.loopCount = 1;
   player.nextTime = decoder.DecodeNextFrame();

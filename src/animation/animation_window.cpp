@@ -72,7 +72,7 @@ void AnimationWindow::SetTimer() {
   // A rate that is not above 0 leaves no period to wait for, and so no timer.
   const int32_t period = decoder.fps > 0 ? speedFactor * 1000 / decoder.fps : 0;
   const auto tick = [](void* user) { static_cast<AnimationWindow*>(user)->TimerTick(); };
-  timerId = period > 0 ? platform::StartTimer(period, timerResolution, tick, this) : 0;
+  timerId = period > 0 && window != nullptr ? platform::StartTimer(period, timerResolution, tick, this) : 0;
   timerFps = decoder.fps;
 }
 
@@ -89,31 +89,32 @@ void AnimationWindow::PaintNow() {
 
 void AnimationWindow::TimerTick() {
   if (decoder.stream == nullptr) return;
+  if (BeginTick()) PaintNow();
+  EndTick();
+}
+
+bool AnimationWindow::BeginTick() {
   ticks += ticks > 0 ? -1 : 1;
   if (timerFps == 0 || (ticks == 0 && decoder.fps != timerFps)) SetTimer();
-  if (ticks != 0) {
-    if (ticks < 0) {
-      ShowDissolveStep(ticks, nextTime - 1);
-      PaintNow();
-    }
-    if (ticks == 1 || ticks == -1) DecodeAhead();
-    return;
-  }
-  ticks = nextTime;
+  if (ticks > 0) return false;
+  if (ticks == 0) ticks = nextTime;
   if (ticks < 0) {
-    ShowDissolveStep(ticks, ticks - 1);
+    ShowDissolveStep(ticks, nextTime - 1);
   } else {
     ShowFrameViewport();
     bitmap.MixPlanes(0, 1);
   }
-  PaintNow();
+  return true;
+}
+
+void AnimationWindow::EndTick() {
   if (ticks == 1 || ticks == -1) {
     DecodeAhead();
   } else if (ticks == 0) {
     // A frame without time ends the play; its picture stays.
     StopTimer();
     ticks = 1;
-    platform::Send(window, platform::kMessageUser, 0, 0);
+    if (window != nullptr) platform::Send(window, platform::kMessageUser, 0, 0);
   }
 }
 

@@ -23,8 +23,14 @@ class AnimationWindow final : public platform::WindowObject {
   // one frame is a still: it needs no timer. 1, or 0 if the stream can't be opened or there is no timer.
   int32_t Play(ByteStream* stream);
 
-  // Advances the play by one tick of 1/fps second.
+  // Advances the play by one tick of 1/fps second: BeginTick(), drawing and EndTick().
   void TimerTick();
+
+  // The two halves of a tick for a caller that draws the picture itself. BeginTick() decides what the screen shows now;
+  // true if that has to be drawn, which must be done before EndTick(): it may decode the next frame over the picture.
+  // Without a window there is no timer, and the caller lets the ticks pass.
+  bool BeginTick();
+  void EndTick();
 
   // Stops the timer; the picture and the position in the stream stay. 0 if there was no timer, else 1.
   int32_t StopTimer();

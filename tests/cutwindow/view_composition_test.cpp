@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "imaging/color_table.h"
@@ -66,7 +67,7 @@ TEST_F(ViewComposition, MarginAroundTheCanvasHasTheBackgroundColour) {
   cut->CutToWindow(corners, 2);
   ASSERT_GT(corners[0].x, 0);
   ASSERT_GT(corners[0].y, 0);
-  gMarginBrush = platform::MakeBrush(1, 2, 3);
+  const platform::BrushHandle background = std::exchange(gMarginBrush, platform::MakeBrush(1, 2, 3));
   platform::InvalidateClient(cut->window, false);
   Show(cut);
   for (int32_t y = 0; y < 30; ++y) {
@@ -76,7 +77,7 @@ TEST_F(ViewComposition, MarginAroundTheCanvasHasTheBackgroundColour) {
     }
   }
   platform::DeleteBrush(gMarginBrush);
-  gMarginBrush = nullptr;
+  gMarginBrush = background;
 }
 
 TEST_F(ViewComposition, AreaBesideTheCanvasIsShownAtFullSizeAlone) {

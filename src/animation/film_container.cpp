@@ -17,8 +17,9 @@ namespace {
 
 // Compiles all frames of the cut into a temporary file. Gives the open file, or null on failure. A cut without frames
 // gives an empty file, or a failure if there is a report. `failure` receives errno if the file can't be written.
-FILE* CompileCut(Cut* cut, const char* cachePath, NibbleBitmap* bitmap, PackedImage* composition, LoadReport* report,
-                 int* failure) {
+FILE* CompileCut(Cut* cut, const char* cachePath, NibbleBitmap* bitmap, PackedImage* composition,
+                 ContainerReport* container, int* failure) {
+  LoadReport* report = container != nullptr ? &container->report : nullptr;
   const char* problem = CanvasProblem(*cut);
   if (report != nullptr && cut->frames.Count() == 0) problem = "the cut has no frames";
   FileStream stream(problem == nullptr ? platform::OpenTemporaryFile() : nullptr);
@@ -27,9 +28,16 @@ FILE* CompileCut(Cut* cut, const char* cachePath, NibbleBitmap* bitmap, PackedIm
     problem = "no file for the compiled stream";
   }
   if (problem == nullptr && cut->frames.Count() != 0) {
+    ProgressFunction progress;
+    if (container != nullptr && container->frameProgress) {
+      progress = [container](int32_t done, int32_t total) {
+        container->isStopped = !container->frameProgress(done, total);
+        return !container->isStopped;
+      };
+    }
     const bool compiled = composition->Resize(cut->width, cut->height, 0) &&
-                          CompileFrames(cut, 0, cut->frames.Count() - 1, &stream, bitmap, composition);
-    if (!compiled) problem = "no memory for the picture";
+                          CompileFrames(cut, 0, cut->frames.Count() - 1, &stream, bitmap, composition, progress);
+    if (!compiled) problem = container != nullptr && container->isStopped ? "stopped" : "no memory for the picture";
     if (compiled && (std::fflush(stream.file) != 0 || std::ferror(stream.file) != 0 || StreamLength(stream) < 0)) {
       *failure = stream.failure != 0 ? stream.failure : errno;
       problem = "the compiled stream can't be written";
@@ -45,7 +53,8 @@ FILE* CompileCut(Cut* cut, const char* cachePath, NibbleBitmap* bitmap, PackedIm
   return stream.file;
 }
 
-FILE* OpenOrCompile(Film* film, int32_t listIndex, NibbleBitmap* bitmap, LoadReport* report, int* failure) {
+FILE* OpenOrCompile(Film* film, int32_t listIndex, NibbleBitmap* bitmap, ContainerReport* container, int* failure) {
+  LoadReport* report = container != nullptr ? &container->report : nullptr;
   const char* name = film->CutName(listIndex);
   char cachePath[kPathCapacity];
   if (!ChangeExtension(cachePath, name, "ca")) {
@@ -57,7 +66,7 @@ FILE* OpenOrCompile(Film* film, int32_t listIndex, NibbleBitmap* bitmap, LoadRep
   if (cache != nullptr) return cache;
   PackedImage composition;
   Cut* open = film->cuts.At(listIndex).cut;
-  if (open != nullptr) return CompileCut(open, cachePath, bitmap, &composition, report, failure);
+  if (open != nullptr) return CompileCut(open, cachePath, bitmap, &composition, container, failure);
   FILE* file = platform::OpenStdioFile(name, "rb");
   if (file == nullptr) {
     NoteProblem(report, "can't be opened");
@@ -69,7 +78,7 @@ FILE* OpenOrCompile(Film* film, int32_t listIndex, NibbleBitmap* bitmap, LoadRep
   stream.Close();
   // A caller that passes a report wants no damaged cut in the film.
   const bool usable = loaded && (report == nullptr || !report->IsDamaged());
-  return usable ? CompileCut(&cut, cachePath, bitmap, &composition, report, failure) : nullptr;
+  return usable ? CompileCut(&cut, cachePath, bitmap, &composition, container, failure) : nullptr;
 }
 
 // Appends a compiled stream without its first bytes and writes its offset to `tableEntry`. `head` receives its sizes.
@@ -109,7 +118,7 @@ bool WriteFilmContainer(Film* film, const int32_t* indices, int32_t count, FileS
   container->Seek(kOffsetBytes * count, kFromPosition);
   for (int32_t i = 0; i < count; ++i) {
     LoadReport* cutReport = report != nullptr ? &report->report : nullptr;
-    FileStream cache(OpenOrCompile(film, indices[i], bitmap, cutReport, &container->failure));
+    FileStream cache(OpenOrCompile(film, indices[i], bitmap, report, &container->failure));
     StreamCutHead cut;
     const bool isIn = cache.IsOpen() && AppendCut(cache, *container, table + kOffsetBytes * i, &cut, cutReport);
     cache.Close();
@@ -119,7 +128,10 @@ bool WriteFilmContainer(Film* film, const int32_t* indices, int32_t count, FileS
     }
     head.maxWidth = std::max(head.maxWidth, cut.width);
     head.maxHeight = std::max(head.maxHeight, cut.height);
-    if (report != nullptr && report->progress != nullptr) report->progress(i + 1, count);
+    if (report != nullptr && report->progress && !report->progress(i + 1, count)) {
+      report->isStopped = true;
+      return false;
+    }
   }
   WriteStreamSize(*container);
   container->Seek(headPosition, kFromStart);

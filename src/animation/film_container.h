@@ -12,9 +12,11 @@ namespace sorvel {
 
 // What WriteFilmContainer tells its caller.
 struct ContainerReport {
-  int32_t listIndex = -1;               // the film entry that failed; -1 for none
-  LoadReport report;                    // why it failed
-  ProgressFunction progress = nullptr;  // told after each cut; null for nobody
+  int32_t listIndex = -1;          // the film entry that failed; -1 for none
+  LoadReport report;               // why it failed
+  ProgressFunction progress;       // told after each cut
+  ProgressFunction frameProgress;  // told after each frame of a cut that is compiled
+  bool isStopped = false;          // one of them stopped the work
 };
 
 // Writes a playback file of the film to `container`, an empty stream that can seek. `indices` are the film entries to

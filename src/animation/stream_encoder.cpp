@@ -1,6 +1,7 @@
 #include "animation/stream_encoder.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "animation/stream_format.h"
 
@@ -126,7 +127,7 @@ int32_t AnimationEncoder::EncodeCut(Cut* cut, CellImage* composition, int32_t fi
     }
     WriteFrame(cut, index, scale, isFirst, box);
     previous = frame;
-    if (progress != nullptr) progress(index - first + 1, last - first + 1);
+    if (progress && !progress(index - first + 1, last - first + 1)) return 0;
   }
   WriteStreamSize(*stream);
   return 1;
@@ -266,7 +267,7 @@ bool CompileFrames(Cut* cut, int32_t first, int32_t last, ByteStream* stream, Ni
   const int32_t scale = OutputScale(cut->Antialias());
   if (CanvasProblem(*cut) != nullptr || bitmap->Create(cut->width / scale, cut->height / scale) == 0) return false;
   AnimationEncoder encoder(stream, bitmap, 1);
-  encoder.progress = progress;
+  encoder.progress = std::move(progress);
   return encoder.EncodeCut(cut, composition, first, last) != 0;
 }
 

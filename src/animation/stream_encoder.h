@@ -7,6 +7,7 @@
 #include "document/cut.h"
 #include "foundation/buffer.h"
 #include "foundation/byte_stream.h"
+#include "foundation/progress.h"
 #include "imaging/nibble_bitmap.h"
 
 namespace sorvel {
@@ -17,9 +18,6 @@ namespace sorvel {
 const char* CanvasProblem(const Cut& cut);
 // What keeps a frame from being put out as a picture: its canvas, or a frame rectangle of more than 2^28 pixels.
 const char* FrameProblem(const Cut& cut);
-
-// Told how far long work has come: so many of all frames or cuts are done.
-using ProgressFunction = void (*)(int32_t done, int32_t total);
 
 // Compiles a range of a cut's frames into a stream that plays: a head, then frames, each a box of changed pixels
 // coded against what the decoder has in hand at that moment. Lives for one call.
@@ -32,11 +30,12 @@ class AnimationEncoder {
 
   // Compiles the frames `first` to `last`, counted from 0. `composition` is an image of canvas size whose pixels are
   // scratch. The record under edit in the current frame becomes current in every frame that is composed. 1, or 0 with
-  // nothing done for a range that the cut doesn't have, an unknown output size, a second cut, or no memory. The stream
-  // stays at offset 6; a failed write goes unnoticed here.
+  // nothing done for a range that the cut doesn't have, an unknown output size, a second cut, or no memory; 0 too if
+  // `progress` stops the work, with a part of it done. The stream stays at offset 6; a failed write goes unnoticed
+  // here.
   int32_t EncodeCut(Cut* cut, CellImage* composition, int32_t first, int32_t last);
 
-  ProgressFunction progress = nullptr;  // told after each frame; null for nobody
+  ProgressFunction progress;  // told after each frame
 
  private:
   // A cell as a frame shows it.
@@ -79,6 +78,6 @@ class AnimationEncoder {
 // Gives the bitmap the cut's output size and compiles the frames `first` to `last` into the stream, by an encoder of
 // its own: see there for the range, the stream and `composition`. False, too, if CanvasProblem() has something to say.
 bool CompileFrames(Cut* cut, int32_t first, int32_t last, ByteStream* stream, NibbleBitmap* bitmap,
-                   CellImage* composition, ProgressFunction progress = nullptr);
+                   CellImage* composition, ProgressFunction progress = {});
 
 }  // namespace sorvel

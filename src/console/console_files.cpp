@@ -178,18 +178,6 @@ std::string FullPath(const std::string& path) {
   return error ? path : full.lexically_normal().string();
 }
 
-std::string ShownText(std::string_view text) {
-  std::string shown;
-  while (true) {
-    std::string part;
-    if (platform::ShiftJisToUtf8(text, &part)) return shown + part;
-    std::string back;
-    platform::Utf8ToShiftJis(part, &back);
-    shown += part + "\xEF\xBF\xBD";
-    text.remove_prefix(std::min(back.size() + 1, text.size()));
-  }
-}
-
 bool LoadCut(const std::string& path, Cut* cut) {
   return LoadDocument(path,
                       [cut](ByteStream* stream, LoadReport* report) { return cut->Load(stream, nullptr, report); });

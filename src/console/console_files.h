@@ -9,6 +9,7 @@
 #include "document/film.h"
 #include "foundation/byte_stream.h"
 #include "foundation/replacement_file.h"
+#include "foundation/shown_text.h"
 #include "imaging/color_table.h"
 
 namespace sorvel::console {
@@ -75,9 +76,6 @@ FileKind KindOf(const std::string& path);
 
 // The path from the root without steps to and fro, as UTF-8.
 std::string FullPath(const std::string& path);
-
-// The program's own text as UTF-8, for showing: what has no counterpart becomes the replacement character.
-std::string ShownText(std::string_view text);
 
 // Load a document into an object as made by the caller. False, with the one line written, for a file that can't be
 // read, is of another kind or is damaged.

@@ -33,6 +33,13 @@ bool CheckEntry(const char* cutPath) {
   return false;
 }
 
+ProgressFunction Shows(const char* what) {
+  return [what](int32_t done, int32_t total) {
+    ShowProgress(what, done, total);
+    return true;
+  };
+}
+
 // A path's last name without its extension.
 std::string StemOf(const std::string& path) {
   return std::filesystem::path(path).stem().string();
@@ -57,7 +64,7 @@ bool CompileFilm(Film* film, FileStream* stream) {
   std::iota(order.begin(), order.end(), 0);
   NibbleBitmap bitmap;
   ContainerReport report;
-  report.progress = [](int32_t done, int32_t total) { ShowProgress("cut", done, total); };
+  report.progress = Shows("cut");
   const bool isWritten = WriteFilmContainer(film, order.data(), film->cuts.Count(), stream, &bitmap, &report);
   ClearProgress();
   if (!isWritten && stream->failure == 0) Fail(ShownText(film->CutName(report.listIndex)), report.report.problem);
@@ -69,8 +76,7 @@ bool CompileCut(Cut* cut, int32_t first, int32_t last, FileStream* stream) {
   // A packed image takes half the memory of an indexed one and holds all that is compiled.
   PackedImage composition;
   const bool isCompiled = composition.Resize(cut->width, cut->height, 0) &&
-                          CompileFrames(cut, first, last, stream, &bitmap, &composition,
-                                        [](int32_t done, int32_t total) { ShowProgress("frame", done, total); });
+                          CompileFrames(cut, first, last, stream, &bitmap, &composition, Shows("frame"));
   ClearProgress();
   return isCompiled;
 }
@@ -91,9 +97,10 @@ int FilmSource::Open(const std::string& path) {
   } else {
     return Fail(path, "not a film list, cut, compiled cut or film container by its name");
   }
-  const int status = ReadStream(path);
+  std::string problem;
+  if (!Read(stream, StemOf(path), &problem)) return Fail(path, problem);
   for (size_t i = 0; i < names.size() && i < cuts.size(); ++i) cuts[i].name = names[i];
-  return status;
+  return kDone;
 }
 
 int FilmSource::Compile(const std::string& path, std::vector<std::string>* names) {
@@ -112,24 +119,6 @@ int FilmSource::Compile(const std::string& path, std::vector<std::string>* names
   }
   if (std::fflush(compiled.file) != 0 && compiled.failure == 0) compiled.failure = errno;
   return compiled.failure == 0 ? kDone : Fail("the temporary file", std::strerror(compiled.failure));
-}
-
-int FilmSource::ReadStream(const std::string& path) {
-  LoadReport report;
-  if (!InspectStream(stream, &info, &report) || report.IsDamaged()) return Fail(path, report.problem);
-  title = ShownText(info.title);
-  author = ShownText(info.isContainer ? info.author : info.cuts.front().credit);
-  if (title.empty()) title = StemOf(path);
-  for (const StreamCutInfo& each : info.cuts) {
-    ShownCut& cut = cuts.emplace_back();
-    cut.times.fps = each.fps;
-    for (const StreamFrameHead& frame : each.frames) cut.times.Add(frame);
-    cut.times.Close();
-    if (cut.times.Ends()) break;
-    if (each.fps <= 0) return Fail(path, "cut " + std::to_string(cuts.size()) + " has no frames a second");
-  }
-  stream->Seek(0, kFromStart);
-  return kDone;
 }
 
 }  // namespace sorvel::console

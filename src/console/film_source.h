@@ -4,17 +4,16 @@
 #include <string>
 #include <vector>
 
-#include "animation/cut_times.h"
-#include "animation/stream_inspector.h"
 #include "console/console_files.h"
 #include "document/cut.h"
 #include "document/film.h"
+#include "export/shown_film.h"
 #include "foundation/byte_stream.h"
 
 namespace sorvel::console {
 
 // A film to be shown: a film list, a cut, a compiled cut or a film container, whose compiled stream lies in a file.
-class FilmSource {
+class FilmSource : public ShownFilm {
  public:
   FilmSource() = default;
   FilmSource(const FilmSource&) = delete;
@@ -25,22 +24,10 @@ class FilmSource {
   // Gives kDone, or the status of a failure with its line.
   int Open(const std::string& path);
 
-  struct ShownCut {
-    std::string name;  // empty for a cut whose file isn't known
-    CutTimes times;
-  };
-
-  // At its start after Open().
-  ByteStream* stream = nullptr;
-  StreamInfo info;
-  // Texts are UTF-8.
-  std::string title;
-  std::string author;
-  std::vector<ShownCut> cuts;  // up to the one in which a frame without time ends the film
+  ByteStream* stream = nullptr;  // at its start after Open()
 
  private:
   int Compile(const std::string& path, std::vector<std::string>* names);
-  int ReadStream(const std::string& path);
 
   InputFile input;
   FileStream compiled{nullptr};

@@ -12,6 +12,9 @@
 #define kSheetMenu 130
 #define kToolBarPicture 118
 
+// The page that plays a film in a browser.
+#define kPlayerPage 132
+
 // Commands. A text of the same number is what the status bar shows about one.
 #define kCommandExit 40001
 #define kCommandAddFrame 40004

@@ -196,8 +196,10 @@ int ScriptRunner::RunFile() {
     return kDone;
   }
   std::string path;
+  int32_t type = 0;
   if (!ReadPath(words[1], &path)) return kRefused;
-  headless::QueueFile(path);
+  if (words.size() > 2 && !ReadNumber(words[2], 1, INT16_MAX, &type)) return kRefused;
+  headless::QueueFile(path, type);
   return kDone;
 }
 

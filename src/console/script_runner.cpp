@@ -52,7 +52,7 @@ const ScriptRunner::Action ScriptRunner::kActions[] = {
     {"dblclick", "dblclick ID LINE", 3, 3, &ScriptRunner::RunDoubleClick},
     {"focus", "focus ID|cut", 2, 2, &ScriptRunner::RunFocus},
     {"dialog", "dialog TEMPLATE [ID=VALUE]... ok|cancel", 3, kAnyNumber, &ScriptRunner::RunDialog},
-    {"file", "file PATH|cancel", 2, 2, &ScriptRunner::RunFile},
+    {"file", "file PATH|cancel [TYPE]", 2, 3, &ScriptRunner::RunFile},
     {"answer", "answer yes|no", 2, 2, &ScriptRunner::RunAnswer},
     {"color", "color RRGGBB|cancel", 2, 2, &ScriptRunner::RunColor},
     {"clipboard", "clipboard FILE.bmp", 2, 2, &ScriptRunner::RunClipboard},

@@ -30,17 +30,17 @@ intptr_t OnCommand(platform::WindowHandle window, uintptr_t first, intptr_t seco
     return gCurrentDialog->OnControl(window, static_cast<int32_t>(platform::HighHalf(first)), id,
                                      platform::PointerIn<platform::Window>(second));
   }
+  if (!gCurrentDialog->MayEnd(window)) return 1;
   if (id == kOk) gCurrentDialog->ReadValues(window);
-  platform::HideBalloon(nullptr);
-  platform::EndDialog(window, id == kOk ? 1 : 0);
-  gCurrentDialog = nullptr;
+  Dialog::End(window, id == kOk);
   return 1;
 }
 
 intptr_t DialogProc(platform::WindowHandle window, uint32_t message, uintptr_t first, intptr_t second) {
   if (message == platform::kMessageInitDialog) return OnInit(window, platform::PointerIn<Dialog>(second));
-  if (gCurrentDialog == nullptr || message != platform::kMessageCommand) return 0;
-  return OnCommand(window, first, second);
+  if (gCurrentDialog == nullptr) return 0;
+  if (message == platform::kMessageTimer) gCurrentDialog->OnTimer(window);
+  return message == platform::kMessageCommand ? OnCommand(window, first, second) : 0;
 }
 
 }  // namespace
@@ -49,6 +49,12 @@ Dialog* gCurrentDialog = nullptr;
 
 bool Dialog::Run(platform::WindowHandle owner) {
   return platform::RunDialog(templateId, owner, DialogProc, this) != 0;
+}
+
+void Dialog::End(platform::WindowHandle dialog, bool isOk) {
+  platform::HideBalloon(nullptr);
+  platform::EndDialog(dialog, isOk ? 1 : 0);
+  gCurrentDialog = nullptr;
 }
 
 // Edits, list boxes and buttons have different notifications for the focus, whose numbers don't overlap.

@@ -18,6 +18,13 @@ class Dialog {
   // Handles a notification of a control and returns the answer to the message.
   virtual intptr_t OnControl(platform::WindowHandle dialog, int32_t code, int32_t id, platform::WindowHandle control);
 
+  // A timer of the dialog, which WriteValues() may have set.
+  virtual void OnTimer(platform::WindowHandle) {}
+  // Asked when a button would end the dialog.
+  virtual bool MayEnd(platform::WindowHandle) { return true; }
+  // Ends the dialog with OK or not, without reading its values.
+  static void End(platform::WindowHandle dialog, bool isOk);
+
   // Shows the dialog, centred over its owner, until the user ends it. True for OK.
   bool Run(platform::WindowHandle owner);
 

@@ -31,6 +31,8 @@ struct Field {
 #define DIALOG_BEGIN(id, title, w, h) {id, 0, 0},
 #define DIALOG_END
 #define LABEL(text, x, y, w, h)
+#define TEXT_LINE(id, x, y, w, h)
+#define PROGRESS_BAR(id, x, y, w, h)
 #define EDIT(id, x, y, w, h) {0, id, 0},
 #define NUMBER(id, upDown, x, y, w, h) {0, id, upDown},
 #define TEXT_BOX(id, x, y, w, h) {0, id, 0},
@@ -41,6 +43,7 @@ struct Field {
 #define GROUP(text, x, y, w, h)
 #define BUTTON(id, text, x, y, w, h) {0, id, 0},
 #define OK_BUTTON(x, y, w, h)
+#define STOP_BUTTON(x, y, w, h)
 #define CANCEL_BUTTON(x, y, w, h)
 constexpr Field kFields[] = {
 #include "resources/dialogs.inc"

@@ -32,6 +32,11 @@ bool Film::InsertCut(Cut* cut, int32_t position) {
   return true;
 }
 
+void Film::AddEntry(const char* name) {
+  cuts.SeekLast();
+  cuts.InsertAfter(MakeEntry(nullptr, name));
+}
+
 bool Film::RemoveCut(int32_t index) {
   if (!cuts.Seek(index)) return false;
   AssignString(&cuts.CurrentSlot()->name, "");

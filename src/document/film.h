@@ -34,6 +34,8 @@ class Film {
   // first. False, with nothing added, for a cut without a path. The list's cursor is left on the new entry.
   bool AddCut(Cut* cut, int32_t position);
   bool InsertCut(Cut* cut, int32_t position);
+  // Puts an entry for a cut that isn't open behind all others, and marks nothing.
+  void AddEntry(const char* name);
   // False for a bad index. The cut isn't closed.
   bool RemoveCut(int32_t index);
   // The path of an entry; the empty text for a bad index. The film owns it.

@@ -18,33 +18,6 @@ constexpr char kCopyPrefix[] = "in-place-";
 constexpr char kCopySuffix[] = ".copy";
 constexpr char kTargetSuffix[] = ".target";
 
-WriteProblem ProblemOf(int error) {
-  switch (error) {
-    case ENOSPC:
-#ifdef EDQUOT
-    case EDQUOT:
-#endif
-      return WriteProblem::kDiskFull;
-    case EFBIG:
-      return WriteProblem::kTooLarge;
-    case EACCES:
-    case EPERM:
-    case EROFS:
-    case EISDIR:
-      return WriteProblem::kReadOnly;
-    case ENOENT:
-    case ENOTDIR:
-      return WriteProblem::kNoFolder;
-    case EBUSY:
-#ifdef ETXTBSY
-    case ETXTBSY:
-#endif
-      return WriteProblem::kInUse;
-    default:
-      return WriteProblem::kOther;
-  }
-}
-
 // Where the copy of a file that is written in place lies, without its suffix. Empty if there is no such place.
 std::string CopyBase(const std::string& target, bool make) {
   const std::string folder = platform::LocalDataFolder(make);
@@ -114,9 +87,36 @@ bool WriteTargetName(const std::string& path, const std::string& target) {
 
 }  // namespace
 
+WriteProblem WriteProblemOf(int error) {
+  switch (error) {
+    case ENOSPC:
+#ifdef EDQUOT
+    case EDQUOT:
+#endif
+      return WriteProblem::kDiskFull;
+    case EFBIG:
+      return WriteProblem::kTooLarge;
+    case EACCES:
+    case EPERM:
+    case EROFS:
+    case EISDIR:
+      return WriteProblem::kReadOnly;
+    case ENOENT:
+    case ENOTDIR:
+      return WriteProblem::kNoFolder;
+    case EBUSY:
+#ifdef ETXTBSY
+    case ETXTBSY:
+#endif
+      return WriteProblem::kInUse;
+    default:
+      return WriteProblem::kOther;
+  }
+}
+
 bool ReplacementFile::Fail(int number) {
   error = number;
-  reason = number != 0 ? ProblemOf(number) : WriteProblem::kOther;
+  reason = number != 0 ? WriteProblemOf(number) : WriteProblem::kOther;
   return false;
 }
 

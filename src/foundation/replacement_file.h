@@ -10,6 +10,9 @@ namespace sorvel {
 // Why a file couldn't be written.
 enum class WriteProblem { kNone, kDiskFull, kReadOnly, kNoFolder, kInUse, kTooLarge, kOther };
 
+// What a value of errno says; kOther for one that says nothing to a user.
+WriteProblem WriteProblemOf(int error);
+
 // Writes the contents of one file whole or not at all. They go to a file beside the target, which takes the target's
 // name in one step when Commit() finds that every byte reached the disk. Until then, and after any failure, the target
 // is what it was; a program that is killed leaves at most a file that the next save in that folder removes.

@@ -54,6 +54,9 @@ void SetListLineSelected(WindowHandle list, int32_t index, bool selected);
 int32_t ListCaret(WindowHandle list);
 void SetListCaret(WindowHandle list, int32_t index);
 
+// How far a progress bar is, from 0 to 1000.
+void SetProgress(WindowHandle bar, int32_t permille);
+
 // Up-down controls. Both limits are 16-bit numbers. The low 16 bits of the position are the number; the high 16 bits
 // aren't 0 when the edit next to the control doesn't hold a number within the range.
 void SetUpDownRange(WindowHandle upDown, int32_t low, int32_t high);

@@ -36,7 +36,8 @@ void PlayAlert();
 // with one more zero byte at the end.
 struct FileForm {
   const char* filter;
-  const char* defaultExtension;
+  const char* defaultExtension;  // null leaves a name without extension as it is
+  int32_t* type = nullptr;       // the pair to start with, counted from 1, receives the choice; null for the first one
 };
 
 // `path` holds the name to start with, may be empty, and receives the full path. False if the user cancels.

@@ -113,6 +113,7 @@
 #define kCommandStepBack 40202
 #define kCommandStepForward 40203
 #define kCommandOpenVersion 40204
+#define kCommandPutOut 40205
 
 // Tools: the numbers of the commands that select them.
 #define kToolFramePosition 40019
@@ -169,6 +170,18 @@
 #define kTextSheetSecond 40214
 #define kTextSheetStop 40215
 #define kTextSheetNoCut 40216
+#define kTextPutOutTitle 40262
+#define kTextPutOutCuts 40263
+#define kTextPutOutPictures 40264
+#define kTextPutOutPage 40265
+#define kTextPutOutSeconds 40266
+#define kTextPutOutMinutes 40267
+#define kTextPutOutStopping 40268
+#define kTextPutOutDone 40269
+#define kTextPutOutStopped 40270
+#define kTextPutOutReplace 40271
+#define kTextNotPutOut 40272
+#define kTextCutNotPutOut 40273
 #define kTextNotDeleted 40277
 #define kTextNotRenamed 40278
 #define kTextNameTaken 40279
@@ -299,3 +312,9 @@
 
 #define kVersionDialog 129
 #define kVersionList 1066
+
+#define kProgressDialog 131
+#define kProgressTitle 1067
+#define kProgressGauge 1068
+#define kProgressText 1069
+#define kProgressTime 1070

@@ -257,4 +257,8 @@ void SetListCaret(WindowHandle list, int32_t index) {
   if (HasLine(list, index) && (list->extendedSelection || FirstSelected(list) == -1)) list->caret = index;
 }
 
+void SetProgress(WindowHandle bar, int32_t permille) {
+  if (headless::IsWindow(bar)) bar->position = permille;
+}
+
 }  // namespace sorvel::platform

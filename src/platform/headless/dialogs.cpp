@@ -25,7 +25,11 @@ constexpr int32_t kUnitsDown = 8;
 
 // Queued answers of each kind, in order; an empty one means cancel.
 std::deque<headless::DialogAnswer> gDialogs;
-std::deque<std::optional<std::string>> gFiles;
+struct FileAnswer {
+  std::string path;
+  int32_t type = 0;  // 0 for the one that the dialog starts with
+};
+std::deque<std::optional<FileAnswer>> gFiles;
 std::deque<bool> gAnswers;
 std::deque<std::optional<uint32_t>> gColors;
 
@@ -68,6 +72,8 @@ WindowKind KindOf(headless::DialogPart part) {
       return WindowKind::kGroupBox;
     case headless::DialogPart::kButton:
       return WindowKind::kPushButton;
+    case headless::DialogPart::kProgressBar:
+      return WindowKind::kProgressBar;
   }
   return WindowKind::kLabel;
 }
@@ -183,6 +189,24 @@ bool TakeDialogAnswer(int32_t resource, headless::DialogAnswer* answer) {
   return false;
 }
 
+std::span<const headless::DialogResource>::iterator FindDialog(int32_t resource) {
+  const std::span<const headless::DialogResource> table = headless::Dialogs();
+  return std::find_if(table.begin(), table.end(), [resource](const headless::DialogResource& part) {
+    return part.part == headless::DialogPart::kDialog && part.id == resource;
+  });
+}
+
+// A dialog whose only button is Cancel shows work that goes on, and ends with it. The next answer may be one that
+// stops the work, or that of a later dialog.
+bool TakesAnswer(int32_t resource) {
+  for (auto part = FindDialog(resource); part != headless::Dialogs().end(); ++part) {
+    if (part->part == headless::DialogPart::kDialogEnd)
+      return !gDialogs.empty() && gDialogs.front().resource == resource;
+    if (part->part == headless::DialogPart::kButton && part->id == kOk) break;
+  }
+  return true;
+}
+
 const Window* FirstControl(const Window* dialog) {
   for (const Window* control : dialog->children) {
     if (control->kind != WindowKind::kLabel && control->kind != WindowKind::kGroupBox) return control;
@@ -206,10 +230,15 @@ std::string WithExtension(const std::string& path, const char* extension) {
 }
 
 bool AskFile(const FileForm& form, char* path, size_t capacity) {
-  std::optional<std::string> answer;
+  std::optional<FileAnswer> answer;
   if (!TakeAnswer(&gFiles, "a file dialog", &answer) || !answer.has_value()) return false;
-  const std::string full = FullPath(WithExtension(*answer, form.defaultExtension));
+  if (answer->type != 0 && form.type == nullptr) {
+    headless::Fail("the file dialog lets nobody choose a type");
+    return false;
+  }
+  const std::string full = FullPath(WithExtension(answer->path, form.defaultExtension));
   if (full.size() >= capacity) return false;
+  if (answer->type != 0) *form.type = answer->type;
   full.copy(path, full.size());
   path[full.size()] = '\0';
   return true;
@@ -220,16 +249,13 @@ bool AskFile(const FileForm& form, char* path, size_t capacity) {
 namespace headless {
 
 bool LoadDialog(int32_t resource, Window* dialog) {
-  const std::span<const DialogResource> table = Dialogs();
-  const auto start = std::find_if(table.begin(), table.end(), [resource](const DialogResource& part) {
-    return part.part == DialogPart::kDialog && part.id == resource;
-  });
-  if (start == table.end()) return false;
+  const auto start = FindDialog(resource);
+  if (start == Dialogs().end()) return false;
   const Bounds place = PlaceOf(*start);
   MoveWindow(dialog, 0, 0, place.right, place.bottom, false);
   dialog->text = FromUtf8(start->text);
   int32_t group = 0;
-  for (auto part = start + 1; part != table.end() && part->part != DialogPart::kDialogEnd; ++part) {
+  for (auto part = start + 1; part != Dialogs().end() && part->part != DialogPart::kDialogEnd; ++part) {
     Window* control = AddControl(dialog, *part);
     if (part->part == DialogPart::kFirstRadioButton) ++group;
     if (control->kind == WindowKind::kRadioButton) control->radioGroup = group;
@@ -247,8 +273,8 @@ void QueueDialog(const DialogAnswer& answer) {
   gDialogs.push_back(answer);
 }
 
-void QueueFile(const std::string& path) {
-  gFiles.push_back(path);
+void QueueFile(const std::string& path, int32_t type) {
+  gFiles.push_back(FileAnswer{path, type});
 }
 
 void QueueFileCancel() {
@@ -315,7 +341,8 @@ void ResetDialogs() {
 
 intptr_t RunDialog(int32_t resource, WindowHandle owner, DialogFunction function, void* parameter) {
   headless::DialogAnswer answer;
-  if (!TakeDialogAnswer(resource, &answer)) return 0;
+  const bool isAnswered = TakesAnswer(resource);
+  if (isAnswered && !TakeDialogAnswer(resource, &answer)) return 0;
   Window* dialog = headless::NewWindow(WindowKind::kDialog, nullptr, owner, {});
   if (!headless::LoadDialog(resource, dialog)) {
     headless::Fail("there is no dialog " + std::to_string(resource));
@@ -326,8 +353,9 @@ intptr_t RunDialog(int32_t resource, WindowHandle owner, DialogFunction function
   dialog->shown = true;
   Send(dialog, kMessageInitDialog, reinterpret_cast<uintptr_t>(FirstControl(dialog)),
        reinterpret_cast<intptr_t>(parameter));
-  const bool fits = AnswerDialog(dialog, answer);
-  PressButton(dialog, fits && answer.ok ? kOk : kCancel);
+  const bool fits = !isAnswered || AnswerDialog(dialog, answer);
+  if (isAnswered) PressButton(dialog, fits && answer.ok ? kOk : kCancel);
+  while (!dialog->ended && !dialog->timers.empty()) Send(dialog, kMessageTimer, dialog->timers.front().id, 0);
   if (!dialog->ended) headless::Fail("dialog " + std::to_string(resource) + " wasn't ended by its button");
   const intptr_t result = fits ? dialog->result : 0;
   headless::EndWindow(dialog);

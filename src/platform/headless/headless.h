@@ -66,6 +66,7 @@ enum class WindowKind {
   kToolBar,
   kLabel,
   kGroupBox,
+  kProgressBar,
 };
 
 struct ListLine {
@@ -143,7 +144,7 @@ struct Window {
   Window* buddy = nullptr;  // the edit that shows the position
   int32_t low = 100;
   int32_t high = 0;
-  int32_t position = 0;  // the last valid one
+  int32_t position = 0;  // the last valid one; of a progress bar how far it is
 
   // Tool bars.
   std::vector<ToolButtonState> buttons;
@@ -254,7 +255,8 @@ const PopupRecord& OpenedPopup();
 
 // What the user does in a dialog: sets these controls in this order, then presses OK or Cancel. The value is the text
 // of an edit, "on" or "off" for a check box or radio button, the text of a line for a list box, "click" for a push
-// button. In an edit of several lines "\n" ends a line.
+// button. In an edit of several lines "\n" ends a line. A dialog without OK needs no answer: its timers run until it
+// ends by itself.
 struct DialogAnswer {
   int32_t resource = 0;
   std::vector<std::pair<int32_t, std::string>> values;
@@ -262,8 +264,8 @@ struct DialogAnswer {
 };
 void QueueDialog(const DialogAnswer& answer);
 // The choice in a file dialog. A name without an extension gets the dialog's default one; a relative path becomes a
-// full one.
-void QueueFile(const std::string& path);
+// full one. `type` is the chosen file type, counted from 1; 0 leaves it as the dialog has it.
+void QueueFile(const std::string& path, int32_t type = 0);
 void QueueFileCancel();
 void QueueYesNo(bool yes);
 void QueueColor(uint8_t red, uint8_t green, uint8_t blue);

@@ -36,6 +36,8 @@ constexpr TextResource kTexts[] = {
 
 #define DIALOG_BEGIN(id, title, w, h) {DialogPart::kDialog, id, title, 0, 0, w, h, 0},
 #define DIALOG_END {DialogPart::kDialogEnd, kNoId, "", 0, 0, 0, 0, 0},
+#define TEXT_LINE(id, x, y, w, h) {DialogPart::kLabel, id, "", x, y, w, h, 0},
+#define PROGRESS_BAR(id, x, y, w, h) {DialogPart::kProgressBar, id, "", x, y, w, h, 0},
 #define LABEL(text, x, y, w, h) {DialogPart::kLabel, kNoId, text, x, y, w, h, 0},
 #define EDIT(id, x, y, w, h) {DialogPart::kEdit, id, "", x, y, w, h, 0},
 #define NUMBER(id, upDown, x, y, w, h) {DialogPart::kNumber, id, "", x, y, w, h, upDown},
@@ -47,6 +49,7 @@ constexpr TextResource kTexts[] = {
 #define GROUP(text, x, y, w, h) {DialogPart::kGroupBox, kNoId, text, x, y, w, h, 0},
 #define BUTTON(id, text, x, y, w, h) {DialogPart::kButton, id, text, x, y, w, h, 0},
 #define OK_BUTTON(x, y, w, h) BUTTON(kOk, "OK", x, y, w, h)
+#define STOP_BUTTON(x, y, w, h) BUTTON(kCancel, "中止", x, y, w, h)
 #define CANCEL_BUTTON(x, y, w, h) BUTTON(kCancel, "キャンセル", x, y, w, h)
 constexpr DialogResource kDialogs[] = {
 #include "resources/dialogs.inc"

@@ -40,6 +40,7 @@ enum class DialogPart {
   kRadioButton,
   kGroupBox,
   kButton,
+  kProgressBar,
   kDialogEnd,
 };
 

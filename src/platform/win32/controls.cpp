@@ -169,6 +169,11 @@ void SetListCaret(WindowHandle list, int32_t index) {
   Ask(list, LB_SETCARETINDEX, LineOf(index), FALSE);
 }
 
+void SetProgress(WindowHandle bar, int32_t permille) {
+  Ask(bar, PBM_SETRANGE32, 0, 1000);
+  Ask(bar, PBM_SETPOS, static_cast<WPARAM>(permille));
+}
+
 void SetUpDownRange(WindowHandle upDown, int32_t low, int32_t high) {
   Ask(upDown, UDM_SETRANGE, 0, MAKELPARAM(high, low));
 }

@@ -49,7 +49,7 @@ OPENFILENAMEA FileRequest(WindowHandle owner, const FileForm& form, char* path, 
   request.lStructSize = sizeof(request);
   request.hwndOwner = HandleOf(owner);
   request.lpstrFilter = form.filter;
-  request.nFilterIndex = 1;
+  request.nFilterIndex = form.type != nullptr ? static_cast<DWORD>(*form.type) : 1;
   request.lpstrFile = path;
   request.nMaxFile = static_cast<DWORD>(capacity);
   request.Flags = kFileFlags;
@@ -98,7 +98,9 @@ bool AskFileToOpen(WindowHandle owner, const FileForm& form, char* path, size_t 
 
 bool AskFileToSave(WindowHandle owner, const FileForm& form, char* path, size_t capacity) {
   OPENFILENAMEA request = FileRequest(owner, form, path, capacity);
-  return GetSaveFileNameA(&request) != FALSE;
+  if (GetSaveFileNameA(&request) == FALSE) return false;
+  if (form.type != nullptr) *form.type = static_cast<int32_t>(request.nFilterIndex);
+  return true;
 }
 
 bool AskColor(WindowHandle owner, uint32_t (&custom)[16], uint32_t* color) {

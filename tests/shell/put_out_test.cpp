@@ -1,0 +1,187 @@
+#include <filesystem>
+
+#include "shell/shell_fixture.h"
+
+// The command that puts a film or a cut out for those who don't have the program.
+namespace sorvel::testshell {
+namespace {
+
+namespace headless = platform::headless;
+
+class PutOut : public ShellTest {
+ protected:
+  void SetUp() override {
+    ShellTest::SetUp();
+    WriteFile("sorvel-player.html", "<title>@TITLE@</title>@CONNECT@\n@FILM@\nend\n");
+    headless::SetProgramPath(folder.Path("sorvel").c_str());
+  }
+  void TearDown() override {
+    headless::SetProgramPath(nullptr);
+    ShellTest::TearDown();
+  }
+
+  void WriteFile(const std::string& name, const std::string& text) {
+    FILE* file = std::fopen(folder.Path(name).c_str(), "wb");
+    ASSERT_NE(file, nullptr);
+    std::fwrite(text.data(), 1, text.size(), file);
+    std::fclose(file);
+  }
+  std::string Contents(const std::string& name) {
+    FILE* file = std::fopen(folder.Path(name).c_str(), "rb");
+    std::string text;
+    if (file == nullptr) return text;
+    for (int byte = std::fgetc(file); byte != EOF; byte = std::fgetc(file)) text.push_back(static_cast<char>(byte));
+    std::fclose(file);
+    return text;
+  }
+  // All that lies in the folder, hidden files and the leftovers of writes too.
+  std::string Files() {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder.Path(""))) {
+      names.push_back(entry.path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    std::string text;
+    for (const std::string& name : names) text += name + "|";
+    return text;
+  }
+  // The film of a page, as the player gets it.
+  static std::string StreamOf(const std::string& page) {
+    const std::string head = "id=\"stream\">";
+    const size_t at = page.find(head);
+    return at == std::string::npos ? "" : page.substr(at + head.size(), page.find('<', at) - at - head.size());
+  }
+  std::string Status() { return TextOf(frame->statusBar); }
+  void PutOutTo(const std::string& name, int32_t type = 0) {
+    headless::QueueFile(folder.Path(name), type);
+    Command(kCommandPutOut);
+  }
+};
+
+TEST_F(PutOut, WithoutFilmAndCutSaysSo) {
+  Command(kCommandPutOut);
+  EXPECT_EQ(headless::LastMessage().text, ShiftJis("カットが開かれていません。"));
+}
+
+TEST_F(PutOut, CancelledWritesNothing) {
+  MakeCut();
+  const std::string before = Files();
+  headless::QueueFileCancel();
+  Command(kCommandPutOut);
+  EXPECT_EQ(Files(), before);
+  EXPECT_EQ(headless::LastMessage().count, 0);
+}
+
+TEST_F(PutOut, ACutThatWasNeverSavedBecomesAPageAsItStands) {
+  MakeCut();
+  PutOutTo("first");
+  EXPECT_EQ(Status(), ShiftJis("first.html を書き出しました。"));
+  const std::string empty = Contents("first.html");
+  EXPECT_EQ(empty.rfind("<title>first</title>'none'\n", 0), 0u) << empty;
+  EXPECT_EQ(empty.substr(empty.size() - 5), "\nend\n");
+  CurrentCell()->FillRect(0, 0, 20, 20, kToneBlack);
+  PutOutTo("second");
+  EXPECT_NE(StreamOf(Contents("second.html")), StreamOf(empty));
+}
+
+TEST_F(PutOut, NeitherTheDocumentNorItsMarksChange) {
+  MakeFilm(2);
+  MakeFrames(3);
+  Command(kCommandPreviousFrame);
+  const std::string marks = Marks();
+  const uint32_t modified = frame->film->modified;
+  PutOutTo("film");
+  EXPECT_EQ(Marks(), marks);
+  EXPECT_EQ(Cut()->currentFrame, 1);
+  EXPECT_EQ(frame->film->modified, modified);
+  EXPECT_TRUE(ViewIsCurrent());
+}
+
+TEST_F(PutOut, AFilmGoesOutAsItsOwnExportHasIt) {
+  MakeFilm(2);
+  MakeFrames(3);
+  CurrentCell()->FillRect(0, 0, 20, 20, kToneBlack);
+  PutOutTo("film");
+  FileCommand(kCommandExportFilm, folder.Path("film.sv"));
+  const std::string page = Contents("film.html");
+  EXPECT_NE(page.find("\"size\":" + std::to_string(Contents("film.sv").size()) + ","), std::string::npos);
+  EXPECT_NE(page.find("{\"name\":\"c1\","), std::string::npos);
+  EXPECT_NE(page.find("{\"name\":\"c2\","), std::string::npos);
+}
+
+TEST_F(PutOut, StreamsBesideTheCutsAreTakenAndMissingOnesMade) {
+  MakeFilm(2);
+  PutOutTo("first");
+  EXPECT_NE(Contents("c1.ca"), "");
+  CurrentCell()->FillRect(0, 0, 20, 20, kToneBlack);
+  PutOutTo("second");
+  EXPECT_EQ(StreamOf(Contents("second.html")), StreamOf(Contents("first.html")));
+}
+
+TEST_F(PutOut, WithTheCurrentCellAloneOnTheScreenThatIsWhatGoesOut) {
+  MakeCut();
+  CurrentCell()->FillRect(0, 0, 20, 20, kToneBlack);
+  AddLayer("B");
+  PutOutTo("all");
+  Command(kCommandCurrentCellOnly);
+  PutOutTo("one");
+  Command(kCommandPreviousCell);
+  EXPECT_NE(StreamOf(Contents("one.html")), StreamOf(Contents("all.html")));
+}
+
+TEST_F(PutOut, StoppedItLeavesNothing) {
+  MakeCut();
+  const std::string before = Files();
+  headless::QueueDialog({kProgressDialog, {}, false});
+  PutOutTo("page");
+  EXPECT_EQ(Files(), before);
+  EXPECT_EQ(Status(), ShiftJis("書き出しを中止しました。"));
+}
+
+TEST_F(PutOut, AFolderThatIsNotThereIsTold) {
+  MakeCut();
+  PutOutTo("no/such/page");
+  EXPECT_EQ(
+      headless::LastMessage().text,
+      folder.Path("no/such/page.html") + ShiftJis(" を保存できませんでした。\n保存先のフォルダーが見つかりません。"));
+  EXPECT_EQ(headless::LastMessage().count, 1);
+}
+
+TEST_F(PutOut, ACutThatIsNotThereIsToldByItsName) {
+  MakeFilm(2);
+  CloseCuts();
+  platform::DeletePath(folder.Path("c2.cut").c_str());
+  const std::string before = Files();
+  PutOutTo("film");
+  EXPECT_EQ(headless::LastMessage().text,
+            folder.Path("c2.cut") + ShiftJis(" を開けませんでした。\nファイルが見つかりません。"));
+  EXPECT_EQ(headless::LastMessage().count, 1);
+  EXPECT_EQ(Files(), "c1.ca|" + before);
+}
+
+TEST_F(PutOut, ADamagedCutIsToldByItsName) {
+  MakeFilm(1);
+  CloseCuts();
+  const std::string cut = Contents("c1.cut");
+  WriteFile("c1.cut", cut.substr(0, cut.size() / 2));
+  PutOutTo("film");
+  EXPECT_EQ(
+      headless::LastMessage().text,
+      folder.Path("c1.cut") + ShiftJis(" を書き出せませんでした。\nカットが壊れているか、書き出せない大きさです。"));
+  EXPECT_EQ(Contents("film.html"), "");
+}
+
+TEST_F(PutOut, AFileThatIsThereIsReplacedOnlyIfTheUserSaysSo) {
+  MakeCut();
+  WriteFile("page.html", "old");
+  headless::QueueYesNo(false);
+  PutOutTo("page");
+  EXPECT_EQ(headless::LastQuestion().text, folder.Path("page.html") + ShiftJis(" はすでにあります。置き換えますか？"));
+  EXPECT_EQ(Contents("page.html"), "old");
+  headless::QueueYesNo(true);
+  PutOutTo("page.html");
+  EXPECT_EQ(Contents("page.html").rfind("<title>", 0), 0u);
+}
+
+}  // namespace
+}  // namespace sorvel::testshell

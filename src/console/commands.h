@@ -24,6 +24,7 @@ int RunFrame(const Arguments& arguments);
 int RunView(const Arguments& arguments);
 int RunPlay(const Arguments& arguments);
 int RunImport(const Arguments& arguments);
+int RunRender(const Arguments& arguments);
 int RunWeb(const Arguments& arguments);
 int RunHistory(const Arguments& arguments);
 int RunSheet(const Arguments& arguments);

@@ -7,6 +7,8 @@
 #include <atomic>
 #include <cctype>
 #include <cerrno>
+#include <cinttypes>
+#include <cmath>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
@@ -31,6 +33,8 @@ constexpr size_t kNameRoom = 4 * kMostEcho + 4;
 char gNames[2][kNameRoom];
 std::atomic<int> gName = 0;
 std::atomic<bool> gWritesOutput = false;
+std::atomic<bool> gHoldsInterrupts = false;
+std::atomic<int> gHeldInterrupt = 0;
 bool gHasProgress = false;
 
 std::string ChangeInterruptName(const std::string& printable) {
@@ -44,6 +48,10 @@ std::string ChangeInterruptName(const std::string& printable) {
 
 // Only calls that are safe in a signal handler.
 void OnInterrupt(int signal) {
+  if (gHoldsInterrupts) {
+    gHeldInterrupt = signal;
+    return;
+  }
   const char* const target = platform::RemovePartialFilesNow();
   constexpr char clear[] = "\r\033[K";
   constexpr char before[] = "sorvel: ";
@@ -104,6 +112,25 @@ void CatchInterrupts(const std::string& subject) {
     // What the program was told to ignore, as in the background, it ignores.
     if (std::signal(signal, OnInterrupt) == SIG_IGN) std::signal(signal, SIG_IGN);
   }
+}
+
+HeldInterrupts::HeldInterrupts(const std::string& subject) : nameBefore(ChangeInterruptName(Printable(subject))) {
+  gHoldsInterrupts = true;
+}
+
+HeldInterrupts::~HeldInterrupts() {
+  ChangeInterruptName(nameBefore);
+  gHoldsInterrupts = false;
+}
+
+bool HeldInterrupts::HasCome() const {
+  return gHeldInterrupt != 0;
+}
+
+void HeldInterrupts::EndInterrupted() const {
+  if (!HasCome()) return;
+  gHoldsInterrupts = false;
+  std::raise(gHeldInterrupt);
 }
 
 InputFile::~InputFile() {
@@ -225,6 +252,21 @@ void WriteIndexedBitmap(ByteStream* stream, const CellImage& image, const std::a
 void ShowProgress(const char* what, int64_t done, int64_t total) {
   if (isatty(STDERR_FILENO) == 0) return;
   std::fprintf(stderr, "\r%s %lld of %lld\033[K", what, static_cast<long long>(done), static_cast<long long>(total));
+}
+
+void TimedProgress::Show(int64_t done, int64_t total) {
+  constexpr auto kPause = std::chrono::milliseconds(100);
+  const auto now = std::chrono::steady_clock::now();
+  if (isatty(STDERR_FILENO) == 0 || (now - shown < kPause && done < total)) return;
+  shown = now;
+  const double seconds = std::chrono::duration<double>(now - start).count();
+  char left[48] = "";
+  if (seconds >= 1 && done > 0) {
+    const int64_t rest = std::llround(seconds * static_cast<double>(total - done) / static_cast<double>(done));
+    std::snprintf(left, sizeof(left), ", %" PRId64 ":%02" PRId64 " left", rest / 60, rest % 60);
+  }
+  std::fprintf(stderr, "\r%s %" PRId64 " of %" PRId64 ", %" PRId64 "%%%s\033[K", what, done, total,
+               total > 0 ? done * 100 / total : 100, left);
 }
 
 void ClearProgress() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -70,6 +71,23 @@ int WriteOutput(const std::string& path, const Fill& fill) {
 // are failed writes.
 void CatchInterrupts(const std::string& subject);
 
+// While one of these lives an interruption only sets a flag: the command stops at once, undoes what it did and ends the
+// program by EndInterrupted(). `subject` is what the line names.
+class HeldInterrupts {
+ public:
+  explicit HeldInterrupts(const std::string& subject);
+  HeldInterrupts(const HeldInterrupts&) = delete;
+  HeldInterrupts& operator=(const HeldInterrupts&) = delete;
+  ~HeldInterrupts();
+
+  bool HasCome() const;
+  // Ends the program if an interruption has come, as that does otherwise.
+  void EndInterrupted() const;
+
+ private:
+  std::string nameBefore;
+};
+
 // The kinds of files by their names, upper or lower case.
 enum class FileKind { kUnknown, kCut, kLayer, kFilm, kStream };
 FileKind KindOf(const std::string& path);
@@ -92,6 +110,17 @@ void WriteIndexedBitmap(ByteStream* stream, const CellImage& image, const std::a
 
 // Progress on a terminal: one line that is written again and taken away at the end. Nothing if standard error is none.
 void ShowProgress(const char* what, int64_t done, int64_t total);
+// The same with the percentage and, after a second, the time that is left. Written a few times a second.
+class TimedProgress {
+ public:
+  explicit TimedProgress(const char* things) : what(things) {}
+  void Show(int64_t done, int64_t total);
+
+ private:
+  const char* what;
+  std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
+  std::chrono::steady_clock::time_point shown = {};
+};
 void ClearProgress();
 
 }  // namespace sorvel::console

@@ -79,6 +79,34 @@ const Command kCommands[] = {
      2,
      2,
      RunPlay},
+    {"render",
+     "render SOURCE OUT [OPTION]...",
+     "writes a film as pictures or video",
+     "SOURCE is a film list (.flm), a cut (.cut), a compiled cut (.ca) or a film container (.sv). OUT says what is "
+     "written:\n"
+     "  OUT.png   an animated PNG                        OUT.mkv  video FFV1, without loss\n"
+     "  OUT.gif   an animated GIF                        OUT.y4m  raw pictures for other programs\n"
+     "  OUT.mp4   video H.264, which plays everywhere    -        the same on standard output\n"
+     "  OUT.webm  video VP9\n"
+     "  OUT       a new or empty folder: numbered PNGs and durations.txt, which ffmpeg reads as a list of them "
+     "(ffconcat)\n"
+     "Each tick lasts 1/fps second of its cut. Pictures that stay the same are written once with a longer time, but "
+     "raw\n"
+     "ones, which have the common multiple of the rates. The time of a GIF counts in 1/100 s, and viewers slow down "
+     "what\n"
+     "changes more often than 50 times a second. A video H.264 has an even size; the last column or row of an odd one "
+     "is\n"
+     "doubled.\n"
+     "  --ticks A-B  only the ticks A to B, from 0\n"
+     "  --scale N    each pixel as N by N, 1 to 32\n"
+     "  --loop N     how often the film plays: PNG and GIF repeat without end by default, which is 0; the others hold "
+     "the\n"
+     "               film N times, by default once\n"
+     "  --fps N      N pictures a second, 1 to 1000, each of them what the film shows when it begins\n",
+     {{"--ticks", "two numbers A-B"}, {"--scale", "a number"}, {"--loop", "a number"}, {"--fps", "a number"}},
+     2,
+     2,
+     RunRender},
     {"web",
      "web SOURCE OUT.html [--linked]",
      "writes a page that plays a film in any browser",

@@ -10,4 +10,8 @@ namespace sorvel::platform {
 // the upper one first. False, with an empty file, for a picture without pixels or without memory.
 bool EncodePng(const uint8_t* pixels, int32_t width, int32_t height, int32_t pitch, std::vector<uint8_t>* file);
 
+// The same as a GIF file of one picture, whose colours are the 256 levels of grey. Not every platform can.
+bool CanEncodeGif();
+bool EncodeGif(const uint8_t* pixels, int32_t width, int32_t height, int32_t pitch, std::vector<uint8_t>* file);
+
 }  // namespace sorvel::platform

@@ -182,6 +182,7 @@
 #define kTextPutOutReplace 40271
 #define kTextNotPutOut 40272
 #define kTextCutNotPutOut 40273
+#define kTextFolderTaken 40274
 #define kTextNotDeleted 40277
 #define kTextNotRenamed 40278
 #define kTextNameTaken 40279

@@ -1,14 +1,20 @@
 // Putting a film or a cut out for those who don't have the program.
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include "dialogs/progress_dialog.h"
+#include "export/page_writer.h"
+#include "foundation/history.h"
 #include "foundation/paths.h"
 #include "foundation/shown_text.h"
+#include "platform/pictures.h"
 #include "platform/player_page.h"
 #include "platform/process.h"
+#include "platform/replacement.h"
 #include "platform/text.h"
 #include "resources/ids.h"
 #include "shell/command_support.h"
@@ -27,13 +33,20 @@ struct TypeRow {
 
 constexpr TypeRow kTypes[] = {
     {PutOutType::kPage, "ウェブページ (*.html)", "html"},
+    {PutOutType::kGif, "GIF アニメーション (*.gif)", "gif"},
+    {PutOutType::kAnimatedPng, "PNG アニメーション (*.png)", "png"},
+    {PutOutType::kPictures, "PNG の連番 (フォルダー)", nullptr},
 };
 
-const TypeRow& RowOf(int32_t type) {
+// The types that this program can write here.
+std::vector<TypeRow> OfferedTypes() {
+  std::vector<TypeRow> offered;
   for (const TypeRow& row : kTypes) {
-    if (static_cast<int32_t>(row.type) == type) return row;
+    if (row.type == PutOutType::kPage && !IsPlayerPage(platform::PlayerPage())) continue;
+    if (row.type == PutOutType::kGif && !platform::CanEncodeGif()) continue;
+    offered.push_back(row);
   }
-  return kTypes[0];
+  return offered;
 }
 
 std::string ShiftJisOf(const std::string& utf8) {
@@ -42,9 +55,9 @@ std::string ShiftJisOf(const std::string& utf8) {
   return text;
 }
 
-std::string FilterOf() {
+std::string FilterOf(const std::vector<TypeRow>& types) {
   std::string filter;
-  for (const TypeRow& row : kTypes) {
+  for (const TypeRow& row : types) {
     filter += ShiftJisOf(row.name);
     filter += '\0';
     filter += row.extension != nullptr ? std::string("*.") + row.extension : "*.*";
@@ -65,20 +78,25 @@ std::string FilledIn(int32_t id, const std::string& word) {
   return text;
 }
 
-// An ending that is typed decides; without one of these the path gets that of the chosen type.
-void FitPath(std::string* path, int32_t* type) {
-  char extension[kPathCapacity];
-  if (!UpperExtensionOf(extension, path->c_str())) return;
-  for (const TypeRow& row : kTypes) {
-    if (row.extension == nullptr) continue;
-    char upper[kPathCapacity];
-    UpperExtensionOf(upper, (std::string("a.") + row.extension).c_str());
-    if (std::strcmp(extension, upper) != 0) continue;
-    *type = static_cast<int32_t>(row.type);
-    return;
+// The ending of a path with its dot, in upper case.
+std::string EndingOf(const std::string& path) {
+  char ending[kPathCapacity];
+  return UpperExtensionOf(ending, path.c_str()) ? ending : "";
+}
+
+// The index of the type that a path is written as. An ending that is typed decides; without one of these the path gets
+// that of the chosen type. The name of a folder needs none.
+size_t FitPath(const std::vector<TypeRow>& types, size_t chosen, std::string* path) {
+  const std::string ending = EndingOf(*path);
+  const bool isFolder = types[chosen].extension == nullptr;
+  for (size_t i = 0; i < types.size(); ++i) {
+    if (types[i].extension == nullptr || ending != EndingOf(std::string("a.") + types[i].extension)) continue;
+    if (!isFolder || types[i].type != PutOutType::kAnimatedPng) return i;
+    path->resize(path->size() - ending.size());
+    return chosen;
   }
-  const TypeRow& row = RowOf(*type);
-  if (row.extension != nullptr) *path += std::string(".") + row.extension;
+  if (!isFolder) *path += std::string(".") + types[chosen].extension;
+  return chosen;
 }
 
 class PutOutWork final : public ShownWork {
@@ -143,20 +161,30 @@ void MainFrame::PutOut() {
     parts.extension[0] = '\0';
     if (JoinPath(start, parts) && std::strlen(start) < sizeof(chosen.path)) std::strcpy(chosen.path, start);
   }
-  const std::string filter = FilterOf();
-  int32_t type = putOutType;
-  if (!chosen.AskToSave(frameWindow, {filter.c_str(), nullptr, &type})) return;
+  const std::vector<TypeRow> types = OfferedTypes();
+  const std::string filter = FilterOf(types);
+  int32_t number = putOutType;
+  if (!chosen.AskToSave(frameWindow, {filter.c_str(), nullptr, &number})) return;
   std::string path = chosen.path;
-  FitPath(&path, &type);
-  putOutType = type;
-  const bool isThere = platform::PathExists(path.c_str());
-  if (isThere && !platform::AskYesNo(frameWindow, FilledIn(kTextPutOutReplace, path).c_str(), kBoxTitle,
-                                     platform::BoxIcon::kQuestion, platform::DefaultButton::kNo)) {
+  const size_t index = std::clamp<size_t>(static_cast<size_t>(number), 1, types.size()) - 1;
+  const size_t fitting = FitPath(types, index, &path);
+  putOutType = static_cast<int32_t>(fitting) + 1;
+  const PutOutType type = types[fitting].type;
+  if (type == PutOutType::kPictures) {
+    int problem = 0;
+    const bool isEmpty = platform::NamesInFolder(Utf8Path(path.c_str()), &problem).empty() && problem == 0;
+    if (platform::PathExists(path.c_str()) && !isEmpty) {
+      ReportWithReason(kTextNotPutOut, path.c_str(), kTextFolderTaken);
+      return;
+    }
+  } else if (platform::PathExists(path.c_str()) &&
+             !platform::AskYesNo(frameWindow, FilledIn(kTextPutOutReplace, path).c_str(), kBoxTitle,
+                                 platform::BoxIcon::kQuestion, platform::DefaultButton::kNo)) {
     return;
   }
   char name[kDialogPathSize] = "";
   FileNameOf(name, sizeof(name), document[0] != '\0' ? document : path.c_str(), false);
-  PutOutJob job(static_cast<PutOutType>(type), path.c_str());
+  PutOutJob job(type, path.c_str());
   if (isFilm ? job.TakeFilm(film, ShownText(name)) : job.TakeCut(cut, ShownText(name))) {
     FileNameOf(name, sizeof(name), path.c_str(), true);
     PutOutWork work(&job);

@@ -10,7 +10,12 @@
 #include "animation/compiled_cache.h"
 #include "animation/film_container.h"
 #include "animation/stream_encoder.h"
+#include "export/apng_writer.h"
+#include "export/film_export.h"
+#include "export/gif_writer.h"
 #include "export/page_writer.h"
+#include "export/picture_folder_writer.h"
+#include "foundation/history.h"
 #include "foundation/paths.h"
 #include "foundation/shown_text.h"
 #include "imaging/nibble_bitmap.h"
@@ -164,7 +169,38 @@ bool PutOutJob::CompileCut(Cut* cut) {
 }
 
 bool PutOutJob::Write() {
-  return WritePageFile();
+  const std::string path = Utf8Path(target.c_str());
+  switch (type) {
+    case PutOutType::kPage:
+      return WritePageFile();
+    case PutOutType::kGif: {
+      GifWriter writer(path);
+      return WritePictures(&writer);
+    }
+    case PutOutType::kAnimatedPng: {
+      ApngWriter writer(path);
+      return WritePictures(&writer);
+    }
+    case PutOutType::kPictures: {
+      PictureFolderWriter writer(path);
+      return WritePictures(&writer);
+    }
+  }
+  return false;
+}
+
+bool PutOutJob::WritePictures(FilmWriter* writer) {
+  FilmExport pictures;
+  std::string reason;
+  // Without end, as players of such files are used to.
+  if (!pictures.Open(&compiled, shown, {.plays = 0}, &reason)) return FailCompiling("");
+  const auto progress = [this](int64_t ticks, int64_t allTicks) {
+    const auto all = static_cast<int32_t>(std::min<int64_t>(allTicks, INT32_MAX));
+    return Show(Stage::kPictures, static_cast<int32_t>(std::min<int64_t>(ticks, all)), all, 0, 1);
+  };
+  if (pictures.Run(writer, progress)) return true;
+  if (hasStopped) return false;
+  return FailWriting(writer->Problem() != WriteProblem::kNone ? writer->Problem() : WriteProblem::kOther);
 }
 
 bool PutOutJob::WritePageFile() {
@@ -198,6 +234,7 @@ bool PutOutJob::Show(Stage now, int32_t doneParts, int32_t allParts, int32_t par
   const int64_t wholeParts = std::max(allParts, 1);
   permille =
       static_cast<int32_t>((int64_t{doneParts} * kWhole + int64_t{part} * kWhole / std::max(parts, 1)) / wholeParts);
+  if (told) told();
   if (isStopping) hasStopped = true;
   return !hasStopped;
 }

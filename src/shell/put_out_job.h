@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -9,6 +10,7 @@
 #include "docfiles/cut_snapshot.h"
 #include "document/cut.h"
 #include "document/film.h"
+#include "export/film_writer.h"
 #include "export/shown_film.h"
 #include "foundation/byte_stream.h"
 #include "foundation/replacement_file.h"
@@ -16,8 +18,8 @@
 
 namespace sorvel {
 
-// What a film or a cut can be put out as, in the order of the file types of the dialog, which count from 1.
-enum class PutOutType : int32_t { kPage = 1, kGif, kAnimatedPng, kPictures };
+// What a film or a cut can be put out as.
+enum class PutOutType { kPage, kGif, kAnimatedPng, kPictures };
 
 // Puts out a film or a cut for those who don't have the program. The job takes copies of what is open, so that no
 // document is touched and Run() may go on on another thread.
@@ -47,6 +49,9 @@ class PutOutJob {
     int32_t permille = 0;  // of the stage
   };
   State Now() const { return {stage, done, total, permille}; }
+
+  // Called on the thread of the work each time it tells how far it is; empty for nobody.
+  std::function<void()> told;
 
   // After Run().
   enum class Result {
@@ -80,6 +85,7 @@ class PutOutJob {
   bool CompileCut(Cut* cut);
   bool Write();
   bool WritePageFile();
+  bool WritePictures(FilmWriter* writer);
   bool FailCompiling(const char* path);
   bool FailWriting(WriteProblem why);
   // False if the work is to stop.

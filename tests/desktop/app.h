@@ -17,6 +17,9 @@ namespace sorvel::desktop {
 // What each wait in milliseconds is bounded by.
 constexpr int kPatience = 4000;
 
+// Of the film menu, without its separators.
+constexpr int kPutOutItem = 12;
+
 // Looks until the condition holds; false if it doesn't within `patience` milliseconds.
 template <typename Condition>
 bool Await(Condition condition, int patience = kPatience) {

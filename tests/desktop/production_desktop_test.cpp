@@ -1,5 +1,6 @@
 // A film from nothing to the exported file, by the mouse and the keyboard alone.
 #include <array>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -305,6 +306,35 @@ class ProductionTest : public DesktopTest {
     EXPECT_LT(forward, 4 * changes) << "the order isn't the film's";
   }
 
+  // The film as a page and as pictures, for which the script reads them back.
+  void PutOut() {
+    for (const std::string ending : {".html", ".gif", ".png", ""}) {
+      ASSERT_TRUE(app.ChooseAt('f', kPutOutItem));
+      ASSERT_TRUE(Await([this] { return app.Dialog() != nullptr && ClassOf(app.Focus()) == "Edit"; }));
+      if (ending.empty()) {
+        // A folder is the last type in the list below the name, behind the one that was used last.
+        Press(VK_TAB);
+        ASSERT_TRUE(Await([this] { return ClassOf(app.Focus()) == "ComboBox"; }));
+        Press(VK_DOWN);
+        Press(VK_TAB, {VK_SHIFT});
+      }
+      ASSERT_TRUE(app.AnswerFileDialog(app.PathOf("十二夜" + ending)));
+      const std::string status = "十二夜" + ending + " を書き出しました。";
+      ASSERT_TRUE(Await([&] { return app.Dialog() == nullptr && app.Status() == status; })) << app.Status();
+      if (ending.empty()) continue;
+      EXPECT_TRUE(WriteFile(OutputFolder() + "/production" + ending, ReadFile(app.PathOf("十二夜" + ending))));
+    }
+    const std::string list = ReadFile(app.PathOf("十二夜\\durations.txt"));
+    EXPECT_TRUE(WriteFile(OutputFolder() + "/production-durations.txt", list));
+    for (int i = 1;; i++) {
+      char name[32];
+      std::snprintf(name, sizeof(name), "%05d.png", i);
+      if (!FileExists(app.PathOf(std::string("十二夜\\") + name))) break;
+      EXPECT_TRUE(
+          WriteFile(OutputFolder() + "/production-" + name, ReadFile(app.PathOf(std::string("十二夜\\") + name))));
+    }
+  }
+
   Drawing fade;
   Drawing pan;
   Drawing first;
@@ -383,6 +413,7 @@ TEST_F(ProductionTest, AFilmOfThreeCutsIsMadePlayedAndExported) {
   // What was played is the same file.
   EXPECT_EQ(title, std::to_string(exported.size()) + " byte");
   EXPECT_TRUE(WriteFile(OutputFolder() + "/production.sv", exported));
+  ASSERT_NO_FATAL_FAILURE(PutOut());
   Press(VK_F4, {VK_MENU});
   EXPECT_TRUE(app.Ends());
 }

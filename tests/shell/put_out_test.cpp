@@ -1,5 +1,7 @@
 #include <filesystem>
 
+#include "imaging/color_table.h"
+#include "shell/put_out_job.h"
 #include "shell/shell_fixture.h"
 
 // The command that puts a film or a cut out for those who don't have the program.
@@ -181,6 +183,104 @@ TEST_F(PutOut, AFileThatIsThereIsReplacedOnlyIfTheUserSaysSo) {
   headless::QueueYesNo(true);
   PutOutTo("page.html");
   EXPECT_EQ(Contents("page.html").rfind("<title>", 0), 0u);
+}
+
+// The types of this platform: page, animated PNG, folder of PNGs.
+constexpr int32_t kAnimatedPngType = 2;
+constexpr int32_t kFolderType = 3;
+
+TEST_F(PutOut, AnAnimatedPngHoldsAPictureForEachThatDiffers) {
+  MakeCut();
+  MakeFrames(3);
+  CurrentCell()->FillRect(0, 0, 20, 20, kToneBlack);
+  Command(kCommandAddCell);
+  PutOutTo("film", kAnimatedPngType);
+  const std::string png = Contents("film.png");
+  EXPECT_EQ(png.substr(1, 3), "PNG");
+  EXPECT_NE(png.find("acTL"), std::string::npos);
+  EXPECT_EQ(Status(), ShiftJis("film.png を書き出しました。"));
+}
+
+TEST_F(PutOut, AFolderHoldsNumberedPicturesAndTheirTimes) {
+  MakeCut();
+  PutOutTo("pictures", kFolderType);
+  EXPECT_EQ(Contents("pictures/00001.png").substr(1, 3), "PNG");
+  EXPECT_NE(Contents("pictures/durations.txt").find("file 00001.png"), std::string::npos);
+  EXPECT_EQ(Status(), ShiftJis("pictures を書き出しました。"));
+}
+
+TEST_F(PutOut, AFolderThatHoldsSomethingStaysAsItIs) {
+  MakeCut();
+  PutOutTo("pictures", kFolderType);
+  const std::string before = Contents("pictures/00001.png");
+  CurrentCell()->FillRect(0, 0, 20, 20, kToneBlack);
+  PutOutTo("pictures");
+  EXPECT_EQ(headless::LastMessage().text,
+            folder.Path("pictures") +
+                ShiftJis(" を書き出せませんでした。\n同じ名前のものがすでにあります。別の名前を指定してください。"));
+  EXPECT_EQ(Contents("pictures/00001.png"), before);
+}
+
+TEST_F(PutOut, TheEndingOfANameDecidesAheadOfTheType) {
+  MakeCut();
+  PutOutTo("a.PNG");
+  EXPECT_EQ(Contents("a.PNG").substr(1, 3), "PNG");
+  PutOutTo("b");
+  EXPECT_EQ(Contents("b.png").substr(1, 3), "PNG") << "the type that was used last";
+  PutOutTo("c.html", kFolderType);
+  EXPECT_EQ(Contents("c.html").rfind("<title>", 0), 0u);
+  PutOutTo("d.v2");
+  EXPECT_EQ(Contents("d.v2.html").rfind("<title>", 0), 0u);
+  PutOutTo("e.png", kFolderType);
+  EXPECT_EQ(Contents("e/00001.png").substr(1, 3), "PNG");
+}
+
+TEST_F(PutOut, WithoutThePlayerNoPageIsOffered) {
+  MakeCut();
+  platform::DeletePath(folder.Path("sorvel-player.html").c_str());
+  PutOutTo("first");
+  EXPECT_EQ(Contents("first.png").substr(1, 3), "PNG");
+}
+
+TEST_F(PutOut, StoppedOrFailedPicturesLeaveNothing) {
+  MakeCut();
+  const std::string before = Files();
+  for (const int32_t type : {kAnimatedPngType, kFolderType}) {
+    headless::QueueDialog({kProgressDialog, {}, false});
+    PutOutTo("film", type);
+    PutOutTo("no/such/film", type);
+  }
+  EXPECT_EQ(Files(), before);
+  EXPECT_EQ(headless::Warnings().size(), 2u);
+}
+
+// The work itself, without a dialog, stopped wherever it tells how far it is.
+TEST_F(PutOut, StoppedAnywhereTheWorkLeavesNothing) {
+  MakeFilm(2);
+  MakeFrames(4);
+  PutOutTo("streams");
+  const std::string before = Files();
+  for (const PutOutType type : {PutOutType::kPage, PutOutType::kAnimatedPng, PutOutType::kPictures}) {
+    int32_t tellings = 0;
+    for (int32_t last = 1; last < 1000; ++last) {
+      PutOutJob job(type, folder.Path("film").c_str());
+      ASSERT_TRUE(job.TakeFilm(frame->film, "film"));
+      int32_t now = 0;
+      job.told = [&] {
+        if (++now == last) job.Stop();
+      };
+      job.Run();
+      if (now < last) {
+        EXPECT_EQ(job.Outcome(), PutOutJob::Result::kDone);
+        break;
+      }
+      EXPECT_EQ(job.Outcome(), PutOutJob::Result::kStopped);
+      ASSERT_EQ(Files(), before) << last;
+      tellings = now;
+    }
+    EXPECT_GT(tellings, 2);
+    std::filesystem::remove_all(folder.Path("film"));
+  }
 }
 
 }  // namespace

@@ -50,4 +50,14 @@ bool EncodePng(const uint8_t* pixels, int32_t width, int32_t height, int32_t pit
   return true;
 }
 
+bool CanEncodeGif() {
+  return false;
+}
+
+bool EncodeGif(const uint8_t* /*pixels*/, int32_t /*width*/, int32_t /*height*/, int32_t /*pitch*/,
+               std::vector<uint8_t>* file) {
+  file->clear();
+  return false;
+}
+
 }  // namespace sorvel::platform

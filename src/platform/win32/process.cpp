@@ -24,6 +24,7 @@ LONG gHasCrashed = 0;
 
 unsigned __stdcall RunThread(void* parameter) {
   const Thread* thread = static_cast<const Thread*>(parameter);
+  const ComUse use;
   thread->run(thread->user);
   return 0;
 }

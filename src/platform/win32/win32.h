@@ -5,6 +5,8 @@
 #define NOMINMAX
 #endif
 #include <windows.h>
+// Needs the types of the header above.
+#include <objbase.h>
 
 #include "platform/bitmaps.h"
 #include "platform/drawing.h"
@@ -59,6 +61,21 @@ bool IsHint(HWND tips);
 inline const char* ResourceName(int32_t id) {
   return MAKEINTRESOURCEA(id);
 }
+
+// The system's objects may be used while this lives, on the thread that made it. An outer one keeps what inner ones
+// have loaded.
+class ComUse {
+ public:
+  ComUse() : hasBegun(SUCCEEDED(CoInitializeEx(nullptr, COINIT_MULTITHREADED))) {}
+  ComUse(const ComUse&) = delete;
+  ComUse& operator=(const ComUse&) = delete;
+  ~ComUse() {
+    if (hasBegun) CoUninitialize();
+  }
+
+ private:
+  bool hasBegun;
+};
 
 inline RECT RectOf(const Bounds& bounds) {
   return {bounds.left, bounds.top, bounds.right, bounds.bottom};

@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdlib>
 #include <cstring>
+
+#include "imaging/front_plane.h"
 
 namespace sorvel {
 
@@ -22,6 +25,11 @@ constexpr auto kTwoBitBlocks = [] {
   for (uint32_t i = 0; i < 256; ++i) blocks[i] = (i & 3) | (i & 12) << 6 | (i & 48) << 12 | (i & 192) << 18;
   return blocks;
 }();
+
+// The same for four bits each.
+uint32_t FourBitBlock(uint32_t first, uint32_t second) {
+  return (first & 15) | (first & 0xF0) << 4 | (second & 15) << 16 | (second & 0xF0) << 20;
+}
 
 }  // namespace
 
@@ -89,12 +97,19 @@ bool AnimationDecoder::AllocateSections() {
   codeCapacity = CodeRowBytes(bitmap->width) * bitmap->height;
   literalCapacity = UnitsOf(bitmap->width) * 2 * bitmap->height;
   const size_t total = static_cast<size_t>(mapCapacity) + static_cast<size_t>(codeCapacity) +
-                       static_cast<size_t>(literalCapacity) + static_cast<size_t>(CodeRowBytes(bitmap->width));
+                       static_cast<size_t>(literalCapacity) +
+                       static_cast<size_t>(CodeRowBytes(bitmap->width) + kGroupCodeBytes - 1);
   if (!changeMap.Allocate(total)) return false;
   codes = changeMap.Data() + mapCapacity;
   literals = codes + codeCapacity;
   rowCodes = literals + literalCapacity;
-  for (int32_t i = 0; i < kUnitCodes; ++i) codeOffsets[i] = kUnitOffsets[i].dy * bitmap->pitch + kUnitOffsets[i].dx;
+  farthestSource = 0;
+  for (int32_t i = 0; i < kUnitCodes; ++i) {
+    // Literals and units of the frame before are in place before the others are copied.
+    const bool isInPlace = i == kLiteralUnit || i == kPreviousFrameBlock || i == kLeftUnit;
+    codeOffsets[i] = isInPlace ? 0 : kUnitOffsets[i].dy * bitmap->pitch + kUnitOffsets[i].dx;
+    farthestSource = std::max<ptrdiff_t>(farthestSource, -codeOffsets[i]);
+  }
   sectionWidth = bitmap->width;
   sectionHeight = bitmap->height;
   return true;
@@ -220,40 +235,67 @@ void AnimationDecoder::ReadSections(const Rect& box, int32_t literalPlace, uint3
 }
 
 uint32_t AnimationDecoder::NextLiteral() {
-  const auto nextByte = [this]() -> uint32_t {
+  const auto nextByte = [this]() -> uint8_t {
     if (nextLiteral < literalsEnd) return *nextLiteral++;
     const int32_t byte = stream->GetC();
     if (byte >= 0) ++literalsBehind;
     return static_cast<uint8_t>(byte);
   };
-  const uint32_t first = nextByte();
-  if (levels <= 4) return kTwoBitBlocks[first];
-  const uint32_t second = nextByte();
-  return (first & 15) | (first & 0xF0) << 4 | (second & 15) << 16 | (second & 0xF0) << 20;
+  const uint8_t first = nextByte();
+  return levels <= 4 ? kTwoBitBlocks[first] : FourBitBlock(first, nextByte());
 }
 
 void AnimationDecoder::DecodeRow(const Rect& box, int32_t row) {
-  const int32_t blocks = UnitsOf(box.width);
-  const int32_t frontShift = bitmap->frontIsHigh != 0 ? 4 : 0;
-  const uint32_t frontBits = kPlaneBits << frontShift;
-  const uint32_t backBits = ~frontBits;
-  const int32_t place = (box.y + row) * bitmap->pitch + box.x;
-  uint8_t* pixels = bitmap->bits + place;
-  for (int32_t k = 0; k < blocks; ++k, pixels += 4) {
-    const int32_t code = CodeAt(rowCodes, k);
-    const uint32_t old = LoadBlock(pixels);
-    uint32_t block = 0;
-    if (code == kLiteralUnit) {
-      block = NextLiteral() << frontShift;
-    } else if (code == kPreviousFrameBlock) {
-      block = (frontShift != 0 ? old << 4 : old >> 4) & frontBits;
-    } else if (place + 4 * k + codeOffsets[code] >= 0) {
-      // Only a damaged stream has a source ahead of the picture's memory.
-      block = LoadBlock(pixels + codeOffsets[code]) & frontBits;
+  constexpr int32_t groupBytes = kGroupUnits * 4;
+  const int32_t units = UnitsOf(box.width);
+  const FrontPlane plane(bitmap->frontIsHigh != 0);
+  int32_t place = (box.y + row) * bitmap->pitch + box.x;
+  for (int32_t k = 0; k < units; k += kGroupUnits, place += groupBytes) {
+    const auto group = LoadAs<uint64_t>(rowCodes + k / 2);
+    const int32_t count = std::min(units - k, kGroupUnits);
+    const bool isInside = place >= farthestSource && place + groupBytes <= bitmap->imageSize &&
+                          HasLiterals(group, count, (literalsEnd - nextLiteral) >> (levels <= 4 ? 0 : 1));
+    if (isInside) {
+      DecodeGroup(plane, group, bitmap->bits + place, count);
+    } else {
+      DecodeUnits(plane, group, place, count);
     }
-    const uint32_t merged = (old & backBits) | block;
-    std::memcpy(pixels, &merged, sizeof(merged));
   }
+}
+
+// Unit by unit, wherever the group lies and however few literals are left.
+void AnimationDecoder::DecodeUnits(const FrontPlane& plane, uint64_t group, int32_t place, int32_t count) {
+  for (int32_t k = 0; k < count; ++k, place += 4, group >>= 4) {
+    uint8_t* const pixels = bitmap->bits + place;
+    const int32_t code = static_cast<int32_t>(group & 0x0F);
+    const int32_t source = place + kUnitOffsets[code].dy * bitmap->pitch + kUnitOffsets[code].dx;
+    if (code == kLiteralUnit) {
+      plane.Put(pixels, plane.FromLevels(NextLiteral()));
+    } else if (code == kPreviousFrameBlock) {
+      plane.CopyBack(pixels, pixels + 4);
+    } else {
+      // Only a damaged stream has a source ahead of the picture's memory.
+      plane.Put(pixels, source >= 0 ? LoadBlock(bitmap->bits + source) : 0);
+    }
+  }
+}
+
+// The first `count` units of a group: those first that depend on no other. Pixels behind them stay, but are written.
+inline void AnimationDecoder::DecodeGroup(const FrontPlane& plane, uint64_t group, uint8_t* pixels, int32_t count) {
+  const uint64_t used = CodeBitsOf(count);
+  const uint64_t code = group & 0x0F;
+  if (IsRun(group) && count == kGroupUnits && code != kLiteralUnit && code != kPreviousFrameBlock) {
+    CopyRun(plane, code, codeOffsets, pixels);
+    return;
+  }
+  plane.CopyBack(pixels, pixels + 4 * count);
+  for (uint64_t left = FindLiterals(group) & used; left != 0; left &= left - 1) {
+    const uint8_t* const literal = nextLiteral;
+    nextLiteral += levels <= 4 ? 1 : 2;
+    const uint32_t block = levels <= 4 ? kTwoBitBlocks[literal[0]] : FourBitBlock(literal[0], literal[1]);
+    plane.Put(pixels + std::countr_zero(left), plane.FromLevels(block));
+  }
+  if (code != kPreviousFrameBlock || !IsRun(group)) CopyGroup(plane, group & used, codeOffsets, pixels);
 }
 
 }  // namespace sorvel

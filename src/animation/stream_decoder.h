@@ -3,8 +3,10 @@
 #include <cstdint>
 
 #include "animation/stream_format.h"
+#include "docfiles/unit_copy.h"
 #include "foundation/buffer.h"
 #include "foundation/byte_stream.h"
+#include "imaging/front_plane.h"
 #include "imaging/nibble_bitmap.h"
 
 namespace sorvel {
@@ -61,6 +63,8 @@ class AnimationDecoder {
   bool FitsPicture(const Rect& box) const;
   void ReadSections(const Rect& box, int32_t literalPlace, uint32_t literalBytes);
   void DecodeRow(const Rect& box, int32_t row);
+  void DecodeUnits(const FrontPlane& plane, uint64_t group, int32_t place, int32_t count);
+  void DecodeGroup(const FrontPlane& plane, uint64_t group, uint8_t* pixels, int32_t count);
   uint32_t NextLiteral();
 
   // One frame's sections, made when a stream is opened for the largest box that fits the bitmap.
@@ -77,8 +81,9 @@ class AnimationDecoder {
   const uint8_t* codesEnd = nullptr;
   const uint8_t* nextLiteral = nullptr;
   const uint8_t* literalsEnd = nullptr;
-  int32_t literalsBehind = 0;    // bytes that were read behind the section
-  int32_t codeOffsets[16] = {};  // of a block's source, in bytes
+  int32_t literalsBehind = 0;  // bytes that were read behind the section
+  SourceOffsets codeOffsets = {};
+  ptrdiff_t farthestSource = 0;  // how many bytes ahead of a unit it may be
 };
 
 }  // namespace sorvel

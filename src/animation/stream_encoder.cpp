@@ -57,6 +57,14 @@ Rect FindInkBox(CellImage* image) {
   return top < 0 ? Rect{} : Rect{left, top, right - left, bottom - top};
 }
 
+// Bytes of the blocks of a row of the bitmap, and of all rows with what may be read behind the last.
+int32_t BlockPitch(int32_t width) {
+  return 2 * UnitsOf(width + 2) + 8;
+}
+ptrdiff_t BlockPlaneBytes(int32_t width, int32_t height) {
+  return ptrdiff_t{BlockPitch(width)} * height + 64;
+}
+
 }  // namespace
 
 const char* CanvasProblem(const Cut& cut) {
@@ -74,11 +82,10 @@ const char* FrameProblem(const Cut& cut) {
 }
 
 AnimationEncoder::AnimationEncoder(ByteStream* outputStream, NibbleBitmap* planes, int32_t capacity)
-    : stream(outputStream), bitmap(planes), cutCapacity(capacity) {}
+    : stream(outputStream), bitmap(planes), cutCapacity(capacity), rows(kSearch) {}
 
 bool AnimationEncoder::AllocateSections() {
-  const size_t blocks = static_cast<size_t>(UnitsOf(bitmap->width));
-  return literals.Allocate(blocks * 2 * static_cast<size_t>(bitmap->height)) && matches.Allocate(blocks) &&
+  return blocks.Allocate(2 * static_cast<uint64_t>(BlockPlaneBytes(bitmap->width, bitmap->height))) &&
          rows.Allocate(bitmap->width, bitmap->height);
 }
 
@@ -193,73 +200,55 @@ void AnimationEncoder::WriteFrame(Cut* cut, int32_t index, int32_t scale, bool i
   head.y = frame->y / scale;
   head.box = box;
   head.codeSize = static_cast<uint32_t>(rows.CodeSize());
-  head.literalSize = static_cast<uint32_t>(literalSize);
+  head.literalSize = static_cast<uint32_t>(rows.LiteralSize());
   WriteFrameHead(*stream, head);
   stream->Write(rows.Map(), rows.MapSize());
   stream->Write(rows.Codes(), rows.CodeSize());
-  stream->Write(literals.Data(), literalSize);
+  stream->Write(rows.Literals(), rows.LiteralSize());
 }
 
 void AnimationEncoder::EncodeBox(const Rect& box, bool isFirst) {
-  literalSize = 0;
-  rows.Begin(box.width, box.height);
-  for (int32_t y = box.y; y < box.y + box.height; ++y) {
-    FindMatches(box, y, isFirst);
-    EncodeRow(box, y);
+  rows.Begin(box.width, box.height, literalBytes);
+  if (box.IsEmpty()) return;
+  // The farthest sources by their rows and columns.
+  constexpr int32_t reach = 16;
+  const int32_t above = std::min(box.y, reach);
+  const int32_t left = std::min(box.x / 4, reach / 4);
+  const int32_t units = UnitsOf(box.width);
+  const int32_t pitch = BlockPitch(bitmap->width);
+  uint8_t* const front = blocks.Data();
+  const ptrdiff_t toBack = BlockPlaneBytes(bitmap->width, bitmap->height);
+  for (int32_t y = -above; y < box.height; ++y) {
+    uint8_t* const row = front + (y + above) * pitch;
+    PackRow((box.y + y) * bitmap->pitch + box.x - 4 * left, left + units, row, row + toBack);
   }
-}
-
-// For each block of the row the set of codes whose source equals it.
-void AnimationEncoder::FindMatches(const Rect& box, int32_t y, bool isFirst) {
-  const int32_t blocks = UnitsOf(box.width);
-  const uint8_t* row = bitmap->bits + y * bitmap->pitch + box.x;
-  const uint32_t frontBits = bitmap->frontIsHigh != 0 ? kPlaneBits << 4 : kPlaneBits;
-  uint32_t* const found = matches.Data();
-  std::fill_n(found, blocks, kLiteralFound);
-  for (int32_t rank = 0; rank < kUnitCodes - 1; ++rank) {
-    const int32_t code = kSearch.CodeOf(rank);
-    const uint32_t bit = 1u << rank;
-    if (code == kPreviousFrameBlock) {
-      if (isFirst) continue;
-      for (int32_t k = 0; k < blocks; ++k) {
-        const uint32_t pair = LoadBlock(row + 4 * k);
-        found[k] |= ((pair ^ pair >> 4) & kPlaneBits) == 0 ? bit : 0;
-      }
-      continue;
+  UnitRow row = {.units = front + above * pitch + 2 * left,
+                 .count = units,
+                 .offsets = {},
+                 .unitsToTheLeft = left,
+                 .withNext = false,
+                 .memory = front,
+                 .memoryEnd = front + blocks.Count()};
+  for (int32_t y = 0; y < box.height; ++y, row.units += pitch) {
+    for (int32_t code = 1; code < kPreviousFrameBlock; ++code) {
+      const UnitOffset& offset = kUnitOffsets[code];
+      row.offsets[static_cast<size_t>(code)] = above + y + offset.dy >= 0 ? offset.dy * pitch + offset.dx / 2 : 0;
     }
-    const UnitOffset offset = kUnitOffsets[code];
-    if (y + offset.dy < 0) continue;
-    const uint8_t* source = row + offset.dy * bitmap->pitch + offset.dx;
-    const int32_t start = std::max(0, (-offset.dx - box.x + 3) / 4);
-    for (int32_t k = start; k < blocks; ++k) {
-      found[k] |= ((LoadBlock(row + 4 * k) ^ LoadBlock(source + 4 * k)) & frontBits) == 0 ? bit : 0;
-    }
+    row.offsets[kPreviousFrameBlock] = isFirst ? 0 : toBack;
+    rows.PutRow(row);
   }
 }
 
-void AnimationEncoder::EncodeRow(const Rect& box, int32_t y) {
-  const int32_t blocks = UnitsOf(box.width);
-  const uint8_t* pixels = bitmap->bits + y * bitmap->pitch + box.x;
-  const int32_t frontShift = bitmap->frontIsHigh != 0 ? 4 : 0;
-  for (int32_t k = 0; k < blocks; ++k) {
-    const int32_t code = kSearch.Choose(matches.Data()[k], rows.Above(k));
-    if (code == kLiteralUnit) PutLiteral(LoadBlock(pixels + 4 * k) >> frontShift & kPlaneBits);
-    rows.Put(k, code);
+// Packs blocks from a place in the bitmap on: the left pixel goes into the lowest bits.
+void AnimationEncoder::PackRow(int32_t place, int32_t units, uint8_t* front, uint8_t* back) const {
+  const uint8_t* const pixels = bitmap->bits + place;
+  uint8_t* const low = bitmap->frontIsHigh != 0 ? back : front;
+  uint8_t* const high = bitmap->frontIsHigh != 0 ? front : back;
+  for (int32_t k = 0; k < 2 * units; ++k) {
+    const auto pair = LoadAs<uint16_t>(pixels + 2 * k);
+    low[k] = static_cast<uint8_t>((pair & 0x0F) | (pair >> 4 & 0xF0));
+    high[k] = static_cast<uint8_t>((pair >> 4 & 0x0F) | (pair >> 8 & 0xF0));
   }
-  rows.EndRow();
-}
-
-// The left pixel goes into the lowest bits.
-void AnimationEncoder::PutLiteral(uint32_t block) {
-  uint8_t* const bytes = literals.Data() + literalSize;
-  if (literalBytes == 1) {
-    bytes[0] = static_cast<uint8_t>(block | block >> 6 | block >> 12 | block >> 18);
-  } else {
-    const uint32_t packed = block | block >> 4;
-    bytes[0] = static_cast<uint8_t>(packed);
-    bytes[1] = static_cast<uint8_t>(packed >> 16);
-  }
-  literalSize += literalBytes;
 }
 
 bool CompileFrames(Cut* cut, int32_t first, int32_t last, ByteStream* stream, NibbleBitmap* bitmap,

@@ -54,9 +54,7 @@ class AnimationEncoder {
   Rect ChangedArea(const Cut& cut, Frame* frame, Frame* before);
   Rect ReduceFrame(const CellImage& composition, int32_t scale, const Rect& changed);
   void EncodeBox(const Rect& box, bool isFirst);
-  void FindMatches(const Rect& box, int32_t y, bool isFirst);
-  void EncodeRow(const Rect& box, int32_t y);
-  void PutLiteral(uint32_t block);
+  void PackRow(int32_t place, int32_t units, uint8_t* front, uint8_t* back) const;
 
   ByteStream* stream;
   NibbleBitmap* bitmap;
@@ -69,10 +67,9 @@ class AnimationEncoder {
 
   // The sections of the frame at work, made once for the largest box.
   CodeRowWriter rows;
-  Buffer<uint8_t> literals;
-  int32_t literalSize = 0;
   int32_t literalBytes = 1;  // of a block
-  Buffer<uint32_t> matches;  // for each block of a row the codes that would do
+  // The blocks of the box and of what may be their sources, two bytes each: the front plane, then the back plane.
+  Buffer<uint8_t> blocks;
 };
 
 // Gives the bitmap the cut's output size and compiles the frames `first` to `last` into the stream, by an encoder of

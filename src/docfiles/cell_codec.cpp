@@ -1,6 +1,7 @@
 #include "docfiles/cell_codec.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 #include "docfiles/cut_parts.h"
@@ -20,11 +21,17 @@ int32_t ByteOffset(int32_t code, int32_t pitch) {
   return kUnitOffsets[code].dy * pitch + kUnitOffsets[code].dx / 2;
 }
 
-uint16_t LoadGroup(const uint8_t* bytes) {
-  uint16_t group = 0;
-  std::memcpy(&group, bytes, sizeof(group));
-  return group;
-}
+// The code whose source lies farthest away.
+constexpr int32_t kFarthestCode = 15;
+
+// How runs are copied in cells.
+struct CellUnits {
+  using Unit = uint16_t;
+  template <typename Units>
+  void Put(uint8_t* to, const Units& units) const {
+    StoreAs(to, units);
+  }
+};
 
 // The memory that cells may take is bounded by the length of the stream, so that a short file can't ask for gigabytes.
 // In a file a cell takes at least its change map: one bit for each byte of codes, which stand for 4 bytes of pixels.
@@ -42,11 +49,10 @@ void WriteLayerHead(Layer* layer, ByteStream* stream) {
   WriteField(*stream, layer->cells.Count(), 2);
 }
 
+CellWriter::CellWriter() : rows(kSearch) {}
+
 bool CellWriter::Begin(int32_t width, int32_t height) {
-  groups = UnitsOf(width);
-  // The group behind a row's last takes part in its comparison.
-  return literals.Allocate(static_cast<size_t>(groups) * 2 * static_cast<size_t>(std::max(height, 0))) &&
-         matches.Allocate(static_cast<size_t>(groups) + 1) && rows.Allocate(width, height);
+  return rows.Allocate(width, height);
 }
 
 bool CellWriter::Write(Layer* layer, ByteStream* stream) {
@@ -61,51 +67,28 @@ bool CellWriter::Write(Layer* layer, ByteStream* stream) {
 
 void CellWriter::WriteCell(const CellImage& image, ByteStream* stream) {
   // A cell of width 0 may have a height, but it has no bytes.
-  const int32_t height = groups > 0 ? image.height : 0;
-  literalSize = 0;
-  rows.Begin(image.width, height);
-  for (int32_t y = 0; y < height; ++y) {
-    FindMatches(image, y);
-    EncodeRow(image, y);
+  const int32_t height = image.width > 0 ? image.height : 0;
+  rows.Begin(image.width, height, 2);
+  // Quirk 6. A group is compared together with the one behind it in memory, so a file is a little longer than it must
+  // be, and always the same.
+  UnitRow row = {.units = image.bits,
+                 .count = UnitsOf(image.width),
+                 .offsets = {},
+                 .unitsToTheLeft = 0,
+                 .withNext = true,
+                 .memory = image.bits,
+                 .memoryEnd = image.bits + image.ByteCount() + platform::kSpareBytes};
+  for (int32_t y = 0; y < height; ++y, row.units += image.pitch) {
+    for (int32_t code = 0; code < kUnitCodes; ++code) {
+      row.offsets[static_cast<size_t>(code)] = y + kUnitOffsets[code].dy >= 0 ? ByteOffset(code, image.pitch) : 0;
+    }
+    rows.PutRow(row);
   }
   WriteField(*stream, rows.CodeSize(), 4);
-  WriteField(*stream, literalSize, 4);
+  WriteField(*stream, rows.LiteralSize(), 4);
   stream->Write(rows.Map(), rows.MapSize());
   stream->Write(rows.Codes(), rows.CodeSize());
-  stream->Write(literals.Data(), literalSize);
-}
-
-// For each group of the row the set of codes whose source equals it. Quirk 6. A group is compared together with the
-// one behind it in memory, so a file is a little longer than it must be, and always the same.
-void CellWriter::FindMatches(const CellImage& image, int32_t y) {
-  const uint8_t* row = image.bits + y * image.pitch;
-  uint16_t* const found = matches.Data();
-  std::fill(found, found + groups + 1, static_cast<uint16_t>(kLiteralFound));
-  for (int32_t rank = 0; rank < kUnitCodes - 1; ++rank) {
-    const int32_t code = kSearch.CodeOf(rank);
-    const UnitOffset offset = kUnitOffsets[code];
-    if (y + offset.dy < 0) continue;
-    const uint8_t* source = row + ByteOffset(code, image.pitch);
-    const uint16_t bit = static_cast<uint16_t>(1u << rank);
-    for (int32_t k = -offset.dx / 4; k <= groups; ++k) {
-      const uint16_t match = LoadGroup(row + 2 * k) == LoadGroup(source + 2 * k) ? bit : uint16_t{0};
-      found[k] = static_cast<uint16_t>(found[k] | match);
-    }
-  }
-}
-
-void CellWriter::EncodeRow(const CellImage& image, int32_t y) {
-  const uint8_t* row = image.bits + y * image.pitch;
-  const uint16_t* const found = matches.Data();
-  for (int32_t k = 0; k < groups; ++k) {
-    const int32_t code = kSearch.Choose(found[k] & found[k + 1], rows.Above(k));
-    if (code == kLiteralUnit) {
-      std::memcpy(literals.Data() + literalSize, row + 2 * k, 2);
-      literalSize += 2;
-    }
-    rows.Put(k, code);
-  }
-  rows.EndRow();
+  stream->Write(rows.Literals(), rows.LiteralSize());
 }
 
 bool CellReader::Allocate(const Layer& layer) {
@@ -115,7 +98,8 @@ bool CellReader::Allocate(const Layer& layer) {
   const int64_t mapSize = static_cast<int64_t>(mapRowBytes) * layer.height;
   if (mapSize > INT32_MAX) return false;
   mapBytes = static_cast<int32_t>(mapSize);
-  return rowMap.Allocate(static_cast<size_t>(mapBytes)) && rowCodes.Allocate(static_cast<size_t>(rowBytes));
+  return rowMap.Allocate(static_cast<size_t>(mapBytes)) &&
+         rowCodes.Allocate(static_cast<size_t>(rowBytes + kGroupCodeBytes - 1));
 }
 
 bool CellReader::Read(Layer* layer, ByteStream* stream, LoadReport* report) {
@@ -169,37 +153,20 @@ bool CellReader::ReadCell(CellImage* image, ByteStream* stream, int32_t length, 
   const int32_t codesGot = static_cast<int32_t>(std::min<int64_t>(codeSize, got));
   const uint8_t* code = data.Data();
   const uint8_t* const codeEnd = code + codesGot;
-  const uint8_t* literal = codeEnd;
-  const uint8_t* const literalEnd = code + got;
-  int64_t literalsUsed = 0;
-  uint8_t stale[2] = {0, 0};
-
-  int32_t offsets[kUnitCodes];
-  for (int32_t i = 0; i < kUnitCodes; ++i) offsets[i] = ByteOffset(i, image->pitch);
-  uint8_t* const codes = rowCodes.Data();
-  std::memset(codes, kFirstRowCodes, static_cast<size_t>(rowBytes));
+  literal = codeEnd;
+  literalEnd = code + got;
+  literalsUsed = 0;
+  lastLiteral = 0;
+  for (int32_t i = 0; i < kUnitCodes; ++i) {
+    offsets[i] = i == kLiteralUnit || i == static_cast<int32_t>(kLeftUnit) ? 0 : ByteOffset(i, image->pitch);
+  }
+  std::memset(rowCodes.Data(), kFirstRowCodes, static_cast<size_t>(rowBytes));
   const int32_t rows = groups > 0 ? image->height : 0;
   image->UseRows(0, rows);
   for (int32_t y = 0; y < rows; ++y) {
     // Reading behind the end of the codes gives the byte FF.
-    LoadCodeRow(rowMap.Data() + y * mapRowBytes, image->width, &code, codeEnd, 0xFF, codes);
-    uint8_t* group = image->bits + y * image->pitch;
-    for (int32_t k = 0; k < groups; ++k, group += 2) {
-      const int32_t n = CodeAt(codes, k);
-      if (n == kLiteralUnit) {
-        if (literalEnd - literal >= 2) {
-          std::memcpy(group, literal, 2);
-          std::memcpy(stale, literal, 2);
-          literal += 2;
-        } else {
-          // The data ended early. The last literal is repeated so that the pixels are defined.
-          std::memcpy(group, stale, 2);
-        }
-        literalsUsed += 2;
-      } else if (group - image->bits + offsets[n] >= 0) {
-        std::memcpy(group, group + offsets[n], 2);
-      }
-    }
+    LoadCodeRow(rowMap.Data() + y * mapRowBytes, image->width, &code, codeEnd, 0xFF, rowCodes.Data());
+    ReadRow(image, y);
   }
   // The last literal may lack its second byte.
   const int64_t consumed = std::min<int64_t>(literalsUsed, rest - codesGot);
@@ -211,6 +178,59 @@ bool CellReader::ReadCell(CellImage* image, ByteStream* stream, int32_t length, 
     return false;
   }
   return true;
+}
+
+void CellReader::ReadRow(CellImage* image, int32_t y) {
+  constexpr int32_t groupBytes = kGroupUnits * 2;
+  int32_t place = y * image->pitch;
+  for (int32_t k = 0; k < groups; k += kGroupUnits, place += groupBytes) {
+    const auto codes = LoadAs<uint64_t>(rowCodes.Data() + k / 2);
+    const int32_t count = std::min(groups - k, kGroupUnits);
+    const bool isInside = place + ByteOffset(kFarthestCode, image->pitch) >= 0 &&
+                          place + groupBytes <= image->ByteCount() &&
+                          HasLiterals(codes, count, (literalEnd - literal) / 2);
+    if (isInside) {
+      ReadGroup(codes, image->bits + place, count);
+    } else {
+      ReadUnits(codes, image, place, count);
+    }
+  }
+}
+
+// Unit by unit, wherever the group lies and however few literals are left.
+void CellReader::ReadUnits(uint64_t codes, CellImage* image, int32_t place, int32_t count) {
+  for (int32_t k = 0; k < count; ++k, place += 2, codes >>= 4) {
+    const int32_t code = static_cast<int32_t>(codes & 0x0F);
+    const int32_t source = place + ByteOffset(code, image->pitch);
+    if (code == kLiteralUnit) {
+      // If the data ended early, the last literal is repeated so that the pixels are defined.
+      if (literalEnd - literal >= 2) {
+        lastLiteral = LoadAs<uint16_t>(literal);
+        literal += 2;
+      }
+      StoreAs(image->bits + place, lastLiteral);
+      literalsUsed += 2;
+    } else if (source >= 0) {
+      StoreAs(image->bits + place, LoadAs<uint16_t>(image->bits + source));
+    }
+  }
+}
+
+// The first `count` units of a group: those first that depend on no other. What follows them stays, but is written.
+inline void CellReader::ReadGroup(uint64_t codes, uint8_t* units, int32_t count) {
+  const uint64_t code = codes & 0x0F;
+  if (IsRun(codes) && count == kGroupUnits && code != kLiteralUnit) {
+    CopyRun(CellUnits(), code, offsets, units);
+    return;
+  }
+  const uint64_t used = CodeBitsOf(count);
+  for (uint64_t left = FindLiterals(codes) & used; left != 0; left &= left - 1) {
+    lastLiteral = LoadAs<uint16_t>(literal);
+    StoreAs(units + std::countr_zero(left) / 2, lastLiteral);
+    literal += 2;
+    literalsUsed += 2;
+  }
+  CopyGroup(CellUnits(), codes & used, offsets, units);
 }
 
 }  // namespace sorvel

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "docfiles/code_rows.h"
+#include "docfiles/unit_copy.h"
 #include "document/layer.h"
 #include "document/load_report.h"
 #include "foundation/buffer.h"
@@ -15,6 +16,8 @@ namespace sorvel {
 
 class CellWriter {
  public:
+  CellWriter();
+
   // Writes the block at the stream's position. False if there is no memory for its buffers.
   bool Write(Layer* layer, ByteStream* stream);
 
@@ -24,14 +27,7 @@ class CellWriter {
   void WriteCell(const CellImage& image, ByteStream* stream);
 
  private:
-  void FindMatches(const CellImage& image, int32_t y);
-  void EncodeRow(const CellImage& image, int32_t y);
-
-  int32_t groups = 0;  // of four pixels in a row
   CodeRowWriter rows;
-  Buffer<uint8_t> literals;
-  int32_t literalSize = 0;
-  Buffer<uint16_t> matches;  // for each group of a row the codes that would do
 };
 
 class CellReader {
@@ -43,6 +39,9 @@ class CellReader {
  private:
   bool Allocate(const Layer& layer);
   bool ReadCell(CellImage* image, ByteStream* stream, int32_t length, int32_t number, LoadReport* report);
+  void ReadRow(CellImage* image, int32_t y);
+  void ReadUnits(uint64_t codes, CellImage* image, int32_t place, int32_t count);
+  void ReadGroup(uint64_t codes, uint8_t* units, int32_t count);
 
   int32_t groups = 0;
   int32_t rowBytes = 0;
@@ -50,7 +49,13 @@ class CellReader {
   int32_t mapBytes = 0;
   Buffer<uint8_t> rowMap;
   Buffer<uint8_t> rowCodes;
-  Buffer<uint8_t> data;  // codes and literals of the cell in hand
+  // The cell in hand.
+  Buffer<uint8_t> data;  // its codes and literals
+  const uint8_t* literal = nullptr;
+  const uint8_t* literalEnd = nullptr;
+  int64_t literalsUsed = 0;
+  uint16_t lastLiteral = 0;
+  SourceOffsets offsets = {};
 };
 
 }  // namespace sorvel

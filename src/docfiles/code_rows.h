@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "foundation/buffer.h"
+#include "foundation/vectors.h"
 
 namespace sorvel {
 
@@ -75,37 +76,74 @@ class CodeSearch {
 // The literal's place in such a set.
 constexpr uint32_t kLiteralFound = 1u << (kUnitCodes - 1);
 
+// Where a row of units of two bytes lies in memory, and what may be its sources.
+struct UnitRow {
+  const uint8_t* units;
+  int32_t count;
+  // By the code, how many bytes away the source of a unit lies; 0 if no unit of the row has one.
+  std::array<ptrdiff_t, kUnitCodes> offsets;
+  // How many units to the left of the first are part of the picture.
+  int32_t unitsToTheLeft;
+  // A source only counts if the unit behind it, too, equals the one behind the unit, as they lie in memory.
+  bool withNext;
+  // Memory that may be read.
+  const uint8_t* memory;
+  const uint8_t* memoryEnd;
+};
+
 // Gathers the code rows of one picture after another.
 class CodeRowWriter {
  public:
+  explicit CodeRowWriter(const CodeSearch& order) : search(order) {}
+
   // Makes room for pictures up to this size; false if there is no memory for it.
   bool Allocate(int32_t width, int32_t height);
-  void Begin(int32_t width, int32_t height);
-
-  int32_t Above(int32_t k) const { return CodeAt(previousRow, k); }
-  // The codes of a row come in order.
-  void Put(int32_t k, int32_t code) {
-    const int32_t kept = k % 2 == 0 ? 0 : currentRow[k / 2];
-    currentRow[k / 2] = static_cast<uint8_t>(kept | code << (k % 2 * 4));
-  }
-  void EndRow();
+  // Begins a picture. Its literals take a byte, two bits a pixel, or two bytes.
+  void Begin(int32_t width, int32_t height, int32_t literalBytes);
+  // The rows come in order, from top to bottom.
+  void PutRow(const UnitRow& row);
 
   // What has been gathered of the picture.
   const uint8_t* Map() const { return map.Data(); }
   int32_t MapSize() const { return mapSize; }
   const uint8_t* Codes() const { return codes; }
   int32_t CodeSize() const { return codeSize; }
+  const uint8_t* Literals() const { return literals; }
+  int32_t LiteralSize() const { return literalSize; }
 
  private:
+  using Group = int16_t[16];
+  struct Candidate {
+    int16_t code;
+    int32_t unitsToTheLeft;  // to its source
+    ptrdiff_t offset;
+  };
+
+  template <typename Vector>
+  [[gnu::always_inline]] void PutGroups(const UnitRow& row);
+  SORVEL_WIDE void PutGroupsWide(const UnitRow& row);
+  template <typename Vector>
+  [[gnu::always_inline]] bool KeepsRun(const UnitRow& row, int32_t first, int32_t count) const;
+  void ChooseUnits(const UnitRow& row, int32_t first, int32_t count, Group& chosen) const;
+  template <typename Vector, bool kIsFirst, bool kMayHaveNext>
+  [[gnu::always_inline]] void ChooseGroup(const UnitRow& row, int32_t first, Group& chosen) const;
+  void PutGroup(const UnitRow& row, int32_t first, int32_t count, const Group& chosen);
+  void PutLiteral(const uint8_t* unit);
+
+  CodeSearch search;
+  Candidate candidates[kUnitCodes];  // of the row in hand
+  int32_t candidateCount = 0;
   Buffer<uint8_t> map;  // and the memory of the next three behind it
+  uint8_t* literals = nullptr;
   uint8_t* codes = nullptr;
-  uint8_t* previousRow = nullptr;
-  uint8_t* currentRow = nullptr;
+  uint8_t* rowCodes = nullptr;  // of the row above
+  Buffer<int16_t> unitCodes;    // the same, a number for each unit
   uint8_t* mapRow = nullptr;
-  int32_t rowBytes = 0;
   int32_t mapRowBytes = 0;
   int32_t mapSize = 0;
   int32_t codeSize = 0;
+  int32_t literalSize = 0;
+  int32_t literalBytes = 2;
 };
 
 // How many code bytes a row of the map asks for. Bits behind the row's last code byte ask for none.

@@ -5,12 +5,14 @@
 #include <cstring>
 #include <iterator>
 
+#include "imaging/front_plane.h"
+#include "imaging/pixel_words.h"
+
 namespace sorvel {
 
 namespace {
 
 constexpr int32_t kGreyColors = 13;
-constexpr int32_t kRunPixels = 1024;
 constexpr int32_t kLargestScale = 4;
 
 void Store(platform::ColorEntry* entry, int32_t red, int32_t green, int32_t blue) {
@@ -34,9 +36,7 @@ void TonesOf(const uint8_t* pixels, int32_t count, uint8_t* tones) {
 }
 
 void AddNeighbours(const uint8_t* tones, int32_t count, int32_t scale, uint8_t* sums) {
-  if (scale == 1) {
-    for (int32_t i = 0; i < count; ++i) sums[i] = static_cast<uint8_t>(sums[i] + tones[i]);
-  } else if (scale == 2) {
+  if (scale == 2) {
     for (int32_t i = 0; i < count; ++i) sums[i] = static_cast<uint8_t>(sums[i] + tones[2 * i] + tones[2 * i + 1]);
   } else {
     for (int32_t i = 0; i < count; ++i) {
@@ -54,6 +54,22 @@ void DitherSums(uint8_t* sums, int32_t count, int32_t dx, int32_t dy) {
     const uint8_t threshold = kThresholds[dy & 1][(dx + i) & 1];
     sums[i] = static_cast<uint8_t>((sums[i] >> 2) + ((sums[i] & 3) >= threshold ? 1 : 0));
   }
+}
+
+// The levels of pixels from (x, y) on of a picture that is put out at 1/scale.
+void LevelsOf(const CellImage& composition, int32_t x, int32_t y, int32_t count, int32_t scale, uint8_t* levels) {
+  uint8_t run[kRunPixels * kLargestScale];
+  if (scale == 1) {
+    TonesOf(RunPixels(composition, x, y, count, run), count, levels);
+    return;
+  }
+  uint8_t tones[kRunPixels * kLargestScale];
+  std::memset(levels, 0, static_cast<size_t>(count));
+  for (int32_t line = 0; line < scale; ++line) {
+    TonesOf(RunPixels(composition, x * scale, y * scale + line, count * scale, run), count * scale, tones);
+    AddNeighbours(tones, count, scale, levels);
+  }
+  if (scale == 4) DitherSums(levels, count, x, y);
 }
 
 }  // namespace
@@ -180,13 +196,13 @@ void NibbleBitmap::CopyBackToFront(int32_t x, int32_t y, int32_t w, int32_t h) {
   const int32_t right = static_cast<int32_t>(std::min<int64_t>(static_cast<int64_t>(x) + w, width));
   const int32_t bottom = static_cast<int32_t>(std::min<int64_t>(static_cast<int64_t>(y) + h, height));
   x = std::max(x, 0);
+  if (x >= right) return;
+  const FrontPlane plane(frontIsHigh != 0);
   for (y = std::max(y, 0); y < bottom; ++y) {
     uint8_t* row = bits + y * pitch;
-    if (frontIsHigh != 0) {
-      for (int32_t i = x; i < right; ++i) row[i] = static_cast<uint8_t>((row[i] & 0x0F) | row[i] << 4);
-    } else {
-      for (int32_t i = x; i < right; ++i) row[i] = static_cast<uint8_t>((row[i] & 0xF0) | row[i] >> 4);
-    }
+    const int32_t end = x + ((right - x) & ~3);
+    plane.CopyBack(row + x, row + end);
+    for (int32_t i = end; i < right; ++i) SetFront(i, y, GetBack(i, y));
   }
 }
 
@@ -210,46 +226,25 @@ void NibbleBitmap::ReduceFrom(const CellImage& composition, Rect* outBox, int32_
   const int32_t top = area != nullptr ? std::max(area->y, 0) : 0;
   const int32_t right = area != nullptr ? std::min(area->x + area->width, maxRight) : maxRight;
   const int32_t bottom = area != nullptr ? std::min(area->y + area->height, maxBottom) : maxBottom;
-  const int32_t frontShift = frontIsHigh != 0 ? 4 : 0;
-  const int32_t backShift = 4 - frontShift;
-  const uint8_t backBits = static_cast<uint8_t>(0x0F << backShift);
+  const FrontPlane plane(frontIsHigh != 0);
   int32_t minX = INT32_MAX;
   int32_t minY = INT32_MAX;
   int32_t maxX = 0;
   int32_t maxY = 0;
-  uint8_t pixels[kRunPixels * kLargestScale];
-  uint8_t tones[kRunPixels * kLargestScale];
   uint8_t levels[kRunPixels];
   for (int32_t y = top; y < bottom; ++y) {
     for (int32_t x = left; x < right; x += kRunPixels) {
       const int32_t count = std::min(kRunPixels, right - x);
-      std::memset(levels, 0, static_cast<size_t>(count));
-      for (int32_t line = 0; line < scale; ++line) {
-        composition.ReadRow(x * scale, y * scale + line, count * scale, pixels);
-        TonesOf(pixels, count * scale, tones);
-        AddNeighbours(tones, count, scale, levels);
-      }
-      if (scale == 4) DitherSums(levels, count, x, y);
+      LevelsOf(composition, x, y, count, scale, levels);
       uint8_t* row = bits + y * pitch + x;
-      if (outBox != nullptr) {
-        uint8_t different = 0;
-        for (int32_t i = 0; i < count; ++i) {
-          different = static_cast<uint8_t>(different | ((row[i] >> backShift & 0x0F) ^ levels[i]));
-        }
-        if (different != 0) {
-          int32_t first = 0;
-          int32_t last = count - 1;
-          while ((row[first] >> backShift & 0x0F) == levels[first]) ++first;
-          while ((row[last] >> backShift & 0x0F) == levels[last]) --last;
-          minX = std::min(minX, x + first);
-          maxX = std::max(maxX, x + last);
-          minY = std::min(minY, y);
-          maxY = std::max(maxY, y);
-        }
-      }
-      for (int32_t i = 0; i < count; ++i) {
-        row[i] = static_cast<uint8_t>((row[i] & backBits) | levels[i] << frontShift);
-      }
+      if (!plane.PutLevels(row, levels, count)) continue;
+      // Only what lies outside the box so far can make it wider.
+      const int32_t first = plane.SkipEqual(row, levels, std::min(count, minX - x));
+      const int32_t last = plane.SkipEqualBack(row, levels, std::max(0, maxX + 1 - x), count) - 1;
+      minX = std::min(minX, x + first);
+      maxX = std::max(maxX, x + last);
+      minY = std::min(minY, y);
+      maxY = std::max(maxY, y);
     }
   }
   if (outBox == nullptr) return;

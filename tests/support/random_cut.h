@@ -23,7 +23,7 @@ class RandomCuts {
     reference::CutData cut;
     cut.antialias = Number(0, 2);
     const int scale = 1 << cut.antialias;
-    cut.width = Number(scale, Chance(20) ? 150 : 48);
+    cut.width = Number(scale, Chance(20) ? 420 : 48);
     cut.height = Number(scale, 40);
     cut.frameWidth = Chance(50) ? cut.width : Number(scale, cut.width + 8);
     cut.frameHeight = Chance(50) ? cut.height : Number(scale, cut.height + 8);

@@ -44,7 +44,11 @@ constexpr uint8_t kNoColor = 128;  // of the two colour planes
 const Kind& KindOf(VideoKind kind) {
   static const Kind kKinds[] = {
       {"gif", "gif", AV_PIX_FMT_PAL8, kGifRate, {}},
-      {"mp4", "libx264", AV_PIX_FMT_YUV420P, 0, {{"preset", "medium"}, {"tune", "animation"}, {"crf", "16"}}},
+      {"mp4",
+       "libx264",
+       AV_PIX_FMT_YUV420P,
+       0,
+       {{"preset", "medium"}, {"tune", "animation"}, {"crf", "15"}, {"deblock", "-3:-3"}}},
       {"webm", "libvpx-vp9", AV_PIX_FMT_YUV420P, 0, {{"crf", "16"}, {"b", "0"}, {"cpu-used", "4"}, {"row-mt", "1"}}},
       {"matroska",
        "ffv1",
@@ -278,6 +282,7 @@ bool VideoWriter::OpenContainer() {
     av_opt_set_int(container->priv_data, "loop", film.plays == 0 ? 0 : film.plays == 1 ? -1 : film.plays - 1, 0);
   AVDictionary* options = nullptr;
   av_dict_set(&options, "movflags", "+faststart", 0);
+  av_dict_set_int(&options, "movie_timescale", rate, 0);
   const int begun = avformat_write_header(container, &options);
   av_dict_free(&options);
   return begun >= 0 || FailBy(begun);
@@ -346,7 +351,10 @@ bool VideoWriter::TakePackets() {
 }
 
 bool VideoWriter::WriteWaiting() {
+  // The end is rounded as the start of the next picture is.
+  const int64_t end = av_rescale_q(waiting->pts + waiting->duration, codec->time_base, stream->time_base);
   av_packet_rescale_ts(waiting, codec->time_base, stream->time_base);
+  waiting->duration = end - waiting->pts;
   waiting->stream_index = stream->index;
   const int written = av_write_frame(container, waiting);
   av_packet_unref(waiting);
@@ -358,9 +366,10 @@ bool VideoWriter::Finish() {
   if (ended < 0) return FailBy(ended);
   if (!TakePackets()) return false;
   if (hasPackets) {
-    // Where pictures are decoded in another order than shown, the last one decoded makes up the length of the film.
+    // Where pictures are decoded in another order than shown, the one decoded last may have to make up the length.
     const int64_t end = PlaceOf(film.duration);
-    waiting->duration = std::max<int64_t>(std::min(end - waiting->pts, end - (waiting->dts - firstDts)), 1);
+    const int64_t missing = std::min(end - waiting->pts, end - (waiting->dts - firstDts));
+    waiting->duration = std::max(waiting->duration, missing);
     if (!WriteWaiting()) return false;
   }
   // A GIF's last picture would get the time of the one before.

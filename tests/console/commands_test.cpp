@@ -47,7 +47,8 @@ Bytes Film(const std::string& lines) {
   return Bytes(lines.begin(), lines.end());
 }
 
-const Words kCommands = {"info", "resave", "compile", "export", "frame", "view", "play", "import", "history", "sheet"};
+const Words kCommands = {"info", "resave", "compile", "export", "frame",   "view",
+                         "play", "render", "web",     "import", "history", "sheet"};
 
 // Help and usage.
 

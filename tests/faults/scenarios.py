@@ -46,6 +46,10 @@ class Scenario:
     keeps_marks: tuple = ()
     # Whether files are replaced more than once on the way, so that there are states in between.
     steps: bool = False
+    # Whether the player for pages must lie beside the program.
+    needs_player: bool = False
+    # A folder in which a kill may leave what the next run of the command takes away.
+    leaves: str = ""
     # Files that the program can do without.
     spare: tuple = ()
     # Whether the script keeps what isn't saved in a recovery folder. `next` is then the script of the next start.
@@ -139,6 +143,15 @@ def commands():
                    files={"p0.pgm": "p0.pgm", "p1.pgm": "p1.pgm", "other.cut": "c.cut"})
     yield Scenario("play", ["play", "a.ca", "out", "--ticks", "3"], files={"a.ca": "a.ca", "c.ca": "c.ca"},
                    before=[["play", "c.ca", "out", "--ticks", "2"]], folders=(".", "out"))
+    for ending in ("png", "gif", "mp4", "mkv", "y4m"):
+        yield Scenario(f"render-{ending}", ["render", "a.ca", f"other.{ending}"],
+                       files={"a.ca": "a.ca", f"other.{ending}": "c.bmp"})
+    yield Scenario("render-folder", ["render", "a.ca", "out"], files={"a.ca": "a.ca"}, leaves="out.partial")
+    yield Scenario("render-pipe", ["render", "a.ca", "-"], files={"a.ca": "a.ca"}, prints=True)
+    yield Scenario("web", ["web", "a.ca", "other.html"], files={"a.ca": "a.ca", "other.html": "c.bmp"},
+                   needs_player=True)
+    yield Scenario("web-linked", ["web", "a.ca", "other.html", "--linked"],
+                   files={"a.ca": "a.ca", "other.html": "c.bmp", "other.sv": "c.sv"}, needs_player=True)
     replaced = {"a.cut": "a.cut", "b.cut": "b.cut", "h.cut": "c.cut"}
     once = [["resave", "a.cut", "h.cut"]]
     yield Scenario("history-restore", ["history", "h.cut", "--restore", "1"], files=replaced, before=once)

@@ -114,7 +114,12 @@ bool Inspector::ReadCutRecord() {
 bool Inspector::ReadFrame() {
   StreamCutInfo& cut = info.cuts.back();
   if (!Expect(kFrameHeadBytes)) return false;
+  const int32_t start = stream.Tell();
   const StreamFrameHead& frame = cut.frames.emplace_back(ReadFrameHead(stream));
+  if (stream.Tell() != start + kFrameHeadBytes) {
+    report.Note("the stream can't be read");
+    return false;
+  }
   const int64_t number = static_cast<int64_t>(cut.frames.size());
   if (!CheckBox(frame, number)) return false;
   const int64_t sections = frame.MapSize() + frame.codeSize + frame.literalSize;

@@ -27,7 +27,7 @@ class InputFile {
   bool Open(const std::string& path, std::string* problem);
 
   FILE* File() { return stream.file; }
-  ByteStream* Stream() { return &stream; }
+  FileStream* Stream() { return &stream; }
 
  private:
   FileStream stream{nullptr};

@@ -98,9 +98,15 @@ int FilmSource::Open(const std::string& path) {
     return Fail(path, "not a film list, cut, compiled cut or film container by its name");
   }
   std::string problem;
-  if (!Read(stream, StemOf(path), &problem)) return Fail(path, problem);
+  const bool isRead = Read(stream, StemOf(path), &problem);
+  if (HasReadError()) return Fail(path, "can't be read");
+  if (!isRead) return Fail(path, problem);
   for (size_t i = 0; i < names.size() && i < cuts.size(); ++i) cuts[i].name = names[i];
   return kDone;
+}
+
+bool FilmSource::HasReadError() const {
+  return std::ferror(stream->file) != 0;
 }
 
 int FilmSource::Compile(const std::string& path, std::vector<std::string>* names) {

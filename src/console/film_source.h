@@ -24,7 +24,10 @@ class FilmSource : public ShownFilm {
   // Gives kDone, or the status of a failure with its line.
   int Open(const std::string& path);
 
-  ByteStream* stream = nullptr;  // at its start after Open()
+  // Whether something of the stream couldn't be read since Open() began. What then comes of it means nothing.
+  bool HasReadError() const;
+
+  FileStream* stream = nullptr;  // at its start after Open()
 
  private:
   int Compile(const std::string& path, std::vector<std::string>* names);

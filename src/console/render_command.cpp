@@ -111,15 +111,17 @@ int RunRender(const Arguments& arguments) {
   TimedProgress progress("picture");
   const bool isWritten = film.Run(writer.get(), [&](int32_t done, int32_t total) {
     progress.Show(done, total);
-    return !interrupts || !interrupts->HasCome();
+    return !source.HasReadError() && (!interrupts || !interrupts->HasCome());
   });
   ClearProgress();
   if (isWritten) return kDone;
   problem = writer->Text();
-  if (problem.empty())
-    problem = writer->ErrorNumber() != 0 ? std::strerror(writer->ErrorNumber()) : "not enough memory";
+  const int number = writer->ErrorNumber();
+  if (problem.empty()) problem = number != 0 ? std::strerror(number) : "not enough memory";
+  const bool isWritersFault = writer->Problem() != WriteProblem::kNone;
   writer.reset();
   if (interrupts) interrupts->EndInterrupted();
+  if (!isWritersFault && source.HasReadError()) return Fail(in, "can't be read");
   return Fail(target.format == Format::kPipe ? "standard output" : out, problem);
 }
 

@@ -101,30 +101,39 @@ bool FilmExport::Run(FilmWriter* writer, const ProgressFunction& progress) {
 }
 
 bool FilmExport::WriteOnce(FilmWriter* writer, const ProgressFunction& progress, int32_t* done) {
+  // What stays of earlier ticks may show, so they are drawn as well.
   Rect changed;
-  int64_t exact = 0;
-  for (int64_t tick = 0; tick <= options.lastTick && film.Next(); ++tick) {
-    // What stays of earlier ticks may show, so they are drawn as well.
+  for (int32_t tick = 0; tick < options.firstTick; ++tick) {
+    if (!film.Next()) return false;
     UnionRect(&changed, film.Changed());
-    if (tick < options.firstTick) continue;
-    const int64_t start = TimeOf(exact);
-    exact += exactRate / film.Fps();
-    const int64_t duration = TimeOf(exact) - start;
-    if (duration > 0) {
-      const Rect whole = {0, 0, film.Width(), film.Height()};
-      const Rect different = waiting.pixels == nullptr ? whole : DifferentPart(changed);
-      changed = {};
-      if (!different.IsEmpty()) {
-        if (!Flush(writer)) return false;
-        TakePart(different);
-        waiting.start = runStart + start;
-        waiting.duration = 0;
-      }
-      waiting.duration += duration;
-    }
-    ++*done;
-    if (progress && !progress(*done, writtenTicks)) return false;
   }
+  int64_t exact = 0;
+  for (const Part& part : parts) {
+    for (int64_t i = 0; i < part.ticks; ++i) {
+      if (!film.Next()) return false;
+      UnionRect(&changed, film.Changed());
+      const int64_t start = TimeOf(exact);
+      exact += exactRate / part.fps;
+      if (TimeOf(exact) > start && !TakePicture(writer, &changed, start, TimeOf(exact))) return false;
+      if (progress && !progress(++*done, writtenTicks)) return false;
+    }
+  }
+  return true;
+}
+
+// Takes the film's picture at this time of the run. `changed` holds what differs from the picture before, and is used
+// up.
+bool FilmExport::TakePicture(FilmWriter* writer, Rect* changed, int64_t start, int64_t end) {
+  const Rect whole = {0, 0, film.Width(), film.Height()};
+  const Rect different = waiting.pixels == nullptr ? whole : DifferentPart(*changed);
+  *changed = {};
+  if (!different.IsEmpty()) {
+    if (!Flush(writer)) return false;
+    TakePart(different);
+    waiting.start = runStart + start;
+    waiting.duration = 0;
+  }
+  waiting.duration += end - start;
   return true;
 }
 

@@ -34,7 +34,7 @@ class FilmExport {
 
   const FilmForm& Form() const { return form; }
   // Writes the film; the progress counts ticks. False if the writer failed, or, without a problem of the writer, if the
-  // work was stopped or the memory ran out.
+  // work was stopped, the stream couldn't be read any more, or the memory ran out.
   bool Run(FilmWriter* writer, const ProgressFunction& progress);
 
  private:
@@ -47,6 +47,7 @@ class FilmExport {
   bool FindParts(const ShownFilm& shownFilm, std::string* problem);
   bool FindRate(std::string* problem);
   bool WriteOnce(FilmWriter* writer, const ProgressFunction& progress, int32_t* done);
+  bool TakePicture(FilmWriter* writer, Rect* changed, int64_t start, int64_t end);
   Rect DifferentPart(const Rect& part) const;
   void TakePart(const Rect& part);
   bool Flush(FilmWriter* writer);

@@ -57,9 +57,8 @@ std::string PictureFolderWriter::PathOf(const std::string& name) const {
 
 void PictureFolderWriter::RemoveAll() {
   if (lock < 0) return;
-  for (const std::string& name : platform::NamesInFolder(work)) {
-    if (IsOurs(name) && name != kLockName) platform::RemoveFileAt(PathOf(name));
-  }
+  for (int64_t number = 1; number <= pictures; ++number) platform::RemoveFileAt(PathOf(PictureName(number)));
+  platform::RemoveFileAt(PathOf(kListName));
   platform::UnlockFile(lock);
   lock = -1;
   platform::RemoveFileAt(PathOf(kLockName));
@@ -75,12 +74,13 @@ bool PictureFolderWriter::Begin(const FilmForm& form) {
   errno = 0;
   if (!platform::MakeFolder(work)) return FailWith(errno);
   const std::vector<std::string> left = platform::NamesInFolder(work);
-  const bool isOurs =
-      std::find(left.begin(), left.end(), kLockName) != left.end() && std::all_of(left.begin(), left.end(), IsOurs);
+  const auto has = [&left](const char* name) { return std::find(left.begin(), left.end(), name) != left.end(); };
+  const bool isOurs = (has(kLockName) || has(kListName)) && std::all_of(left.begin(), left.end(), IsOurs);
   if (!left.empty() && !isOurs) return Fail(work + " is in the way");
   lock = platform::LockFile(PathOf(kLockName));
   if (lock < 0) {
     const int reason = errno;
+    if (left.empty()) platform::RemoveFileAt(PathOf(kLockName));
     platform::RemoveEmptyFolder(work);
     return FailWith(reason);
   }

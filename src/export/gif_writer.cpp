@@ -1,6 +1,7 @@
 #include "export/gif_writer.h"
 
 #include <algorithm>
+#include <array>
 
 #include "platform/pictures.h"
 
@@ -92,6 +93,13 @@ bool Unpack(const std::vector<uint8_t>& file, PackedPicture* picture) {
   return false;
 }
 
+// The place of a grey level in a table of colours that holds it.
+uint8_t IndexOf(uint8_t level, const std::vector<uint8_t>& colors) {
+  size_t place = 0;
+  while (place + 3 < colors.size() && (colors[place] != level || colors[place + 1] != level)) place += 3;
+  return static_cast<uint8_t>(place / 3);
+}
+
 }  // namespace
 
 bool GifWriter::Begin(const FilmForm& form) {
@@ -130,26 +138,50 @@ bool GifWriter::Add(const FilmPicture& shown) {
   return true;
 }
 
+int32_t GifWriter::TakePart(const uint8_t* pixels, const Rect& part) {
+  const bool isFirst = added.empty();
+  if (isFirst) added.resize(static_cast<size_t>(film.width) * static_cast<size_t>(film.height));
+  packed.clear();
+  std::vector<bool> stays;
+  std::array<bool, kColors> isTaken{};
+  for (int32_t y = part.y; y < part.y + part.height; ++y) {
+    const size_t start = static_cast<size_t>(y) * static_cast<size_t>(film.width) + static_cast<size_t>(part.x);
+    for (size_t place = start; place < start + static_cast<size_t>(part.width); ++place) {
+      packed.push_back(pixels[place]);
+      stays.push_back(!isFirst && added[place] == pixels[place]);
+      if (!stays.back()) isTaken[pixels[place]] = true;
+      added[place] = pixels[place];
+    }
+  }
+  const auto level = static_cast<int32_t>(std::find(isTaken.begin(), isTaken.end(), false) - isTaken.begin());
+  if (level == kColors || std::find(stays.begin(), stays.end(), true) == stays.end()) return -1;
+  for (size_t i = 0; i < packed.size(); ++i) {
+    if (stays[i]) packed[i] = static_cast<uint8_t>(level);
+  }
+  return level;
+}
+
 bool GifWriter::AddPart(const uint8_t* pixels, const Rect& part, int64_t delay) {
-  const uint8_t* first = pixels + static_cast<size_t>(part.y) * static_cast<size_t>(film.width) + part.x;
-  PackedPicture packed;
-  if (!platform::EncodeGif(first, part.width, part.height, film.width, &picture) || !Unpack(picture, &packed)) {
+  const int32_t transparent = TakePart(pixels, part);
+  PackedPicture gif;
+  if (!platform::EncodeGif(packed.data(), part.width, part.height, part.width, &picture) || !Unpack(picture, &gif)) {
     return Fail("the picture can't be packed");
   }
   // The picture stays for the next one.
-  std::vector<uint8_t> bytes = {'!', 0xF9, 4, 1 << 2};
+  std::vector<uint8_t> bytes = {'!', 0xF9, 4, static_cast<uint8_t>(1 << 2 | (transparent >= 0 ? 1 : 0))};
   Put16(&bytes, delay);
-  bytes.insert(bytes.end(), {0, 0, ','});
+  bytes.insert(bytes.end(),
+               {transparent >= 0 ? IndexOf(static_cast<uint8_t>(transparent), gif.colors) : uint8_t{0}, 0, ','});
   for (const int32_t value : {part.x, part.y, part.width, part.height}) Put16(&bytes, value);
-  const bool hasOwnColors = packed.colors != Greys();
-  uint8_t flags = packed.isInterlaced;
+  const bool hasOwnColors = gif.colors != Greys();
+  uint8_t flags = gif.isInterlaced;
   if (hasOwnColors) {
     flags |= 0x80;
-    for (size_t size = 6; size < packed.colors.size(); size *= 2) ++flags;
+    for (size_t size = 6; size < gif.colors.size(); size *= 2) ++flags;
   }
   bytes.push_back(flags);
-  if (hasOwnColors) bytes.insert(bytes.end(), packed.colors.begin(), packed.colors.end());
-  bytes.insert(bytes.end(), packed.data.begin(), packed.data.end());
+  if (hasOwnColors) bytes.insert(bytes.end(), gif.colors.begin(), gif.colors.end());
+  bytes.insert(bytes.end(), gif.data.begin(), gif.data.end());
   return Write(bytes);
 }
 

@@ -13,6 +13,8 @@ namespace sorvel {
 
 using Words64x2 = uint64_t __attribute__((vector_size(16)));
 using Numbers16x8 = int16_t __attribute__((vector_size(16)));
+using Bytes8 = uint8_t __attribute__((vector_size(8)));
+using Bytes16 = uint8_t __attribute__((vector_size(16)));
 
 // Memory of any alignment as a vector or a number.
 template <typename Vector>
@@ -31,10 +33,13 @@ template <typename Vector>
 inline bool gMayUseWideVectors = true;
 
 // A wider vector, for functions with the attribute SORVEL_WIDE. They are for processors that HasWideVectors() has
-// found; elsewhere there are none, and they are the same as others.
-#if defined(__x86_64__) || defined(__i386__)
+// found. Elsewhere there are none, and the types are those above; so for 64-bit Windows, where g++ keeps wide vectors
+// on a stack that isn't aligned for them.
+#if (defined(__x86_64__) || defined(__i386__)) && !defined(_WIN64)
 #define SORVEL_WIDE [[gnu::target("avx2")]]
 using Numbers16x16 = int16_t __attribute__((vector_size(32)));
+using Bytes32 = uint8_t __attribute__((vector_size(32)));
+using Bytes32Half = Bytes16;
 inline bool HasWideVectors() {
   static const bool hasThem = __builtin_cpu_supports("avx2");
   return hasThem && gMayUseWideVectors;
@@ -42,6 +47,8 @@ inline bool HasWideVectors() {
 #else
 #define SORVEL_WIDE
 using Numbers16x16 = Numbers16x8;
+using Bytes32 = Bytes16;
+using Bytes32Half = Bytes8;
 inline bool HasWideVectors() {
   return false;
 }

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <utility>
 
+#include "foundation/vectors.h"
 #include "imaging/indexed_image.h"
 #include "imaging/packed_image.h"
 #include "imaging/pixel_words.h"
@@ -82,6 +83,42 @@ void BlendKeyed(uint8_t* destination, const uint8_t* source, int32_t count) {
       destination[i] = KeyedValue(destination[i], source[i]);
     }
   }
+}
+
+// A keyed copy of `count` pairs of pixels of a cell, as they lie in memory. False, with nothing done, if there are tone
+// marks among them. Pairs holds half of the bytes of Bytes and the numbers of Numbers.
+template <typename Pairs, typename Numbers, typename Bytes>
+[[gnu::always_inline]] inline bool BlendPairs(uint8_t* destination, const uint8_t* pairs, int32_t count) {
+  constexpr uint8_t firstMark = kMarkFirst;
+  constexpr uint8_t range = kMarkLast - kMarkFirst;
+  const int32_t whole = count - count % int32_t{sizeof(Pairs)};
+  auto marks = Pairs{} != Pairs{};
+  for (int32_t i = 0; i < whole; i += sizeof(Pairs)) {
+    const auto both = LoadAs<Pairs>(pairs + i);
+    marks |= ((both >> 4) - firstMark <= range) | ((both & 0x0F) - firstMark <= range);
+  }
+  bool hasMarks = HasBits(marks);
+  for (int32_t i = whole; i < count; ++i) hasMarks |= IsToneMark(pairs[i] >> 4) || IsToneMark(pairs[i] & 0x0F);
+  if (hasMarks) return false;
+  for (int32_t i = 0; i < whole; i += sizeof(Pairs)) {
+    const auto both = __builtin_convertvector(LoadAs<Pairs>(pairs + i), Numbers);
+    const auto pixels = reinterpret_cast<Bytes>(both >> 4 | (both & 0x0F) << 8);
+    StoreAs(destination + 2 * i, pixels == 0 ? LoadAs<Bytes>(destination + 2 * i) : pixels);
+  }
+  for (int32_t i = whole; i < count; ++i) {
+    if (pairs[i] >> 4 != 0) destination[2 * i] = pairs[i] >> 4;
+    if ((pairs[i] & 0x0F) != 0) destination[2 * i + 1] = pairs[i] & 0x0F;
+  }
+  return true;
+}
+
+SORVEL_WIDE bool BlendPairsWide(uint8_t* destination, const uint8_t* pairs, int32_t count) {
+  return BlendPairs<Bytes32Half, Numbers16x16, Bytes32>(destination, pairs, count);
+}
+
+bool BlendPairs(uint8_t* destination, const uint8_t* pairs, int32_t count) {
+  return HasWideVectors() ? BlendPairsWide(destination, pairs, count)
+                          : BlendPairs<Bytes8, Numbers16x8, Bytes16>(destination, pairs, count);
 }
 
 struct CompositeRule {
@@ -174,6 +211,7 @@ bool CellImage::Composite(int32_t dx, int32_t dy, CellImage* source, int32_t sx,
   if (!ClipBlock(&dx, &dy, &sx, &sy, &blockWidth, &blockHeight, *this, *source)) return false;
   const bool keyed = (flags & kKeyed) != 0;
   const CompositeRule rule = {keyed, keyed && (flags & kPale) != 0, destMask, sourceMask};
+  const bool isPlain = keyed && !rule.pale && destMask == 0 && sourceMask == 0;
   const auto apply = [&rule](uint8_t* to, const uint8_t* from, int32_t count) { rule.Apply(to, from, count); };
   int32_t left = sx + blockWidth;
   int32_t right = sx;
@@ -192,7 +230,22 @@ bool CellImage::Composite(int32_t dx, int32_t dy, CellImage* source, int32_t sx,
       if (top < 0) top = sy + row;
       bottom = sy + row + 1;
     }
-    ForRun(this, dx + start - sx, dy + row, source, start, sy + row, end - start, apply);
+    const int32_t toLeft = dx - sx;
+    if (isPlain && IsPacked(*source) && !IsPacked(*this)) {
+      // Pairs beside the ink are drawn too: they change nothing, and vectors are full.
+      const int32_t first = std::max(start / 32 * 16, (sx + 1) / 2);
+      const int32_t last = std::min((end + 31) / 32 * 16, (sx + blockWidth) / 2);
+      UseRows(dy + row, 1);
+      uint8_t* const to = RowOf(*this, dy + row) + toLeft;
+      if (BlendPairs(to + 2 * first, RowOf(*source, sy + row) + first, std::max(last - first, 0))) {
+        // Single pixels at the sides of the block.
+        if (start < 2 * first) ForRun(this, toLeft + start, dy + row, source, start, sy + row, 1, apply);
+        const bool hasLast = end > 2 * std::max(first, last);
+        if (hasLast) ForRun(this, toLeft + end - 1, dy + row, source, end - 1, sy + row, 1, apply);
+        continue;
+      }
+    }
+    ForRun(this, toLeft + start, dy + row, source, start, sy + row, end - start, apply);
   }
   if (outRect != nullptr) *outRect = top < 0 ? Rect{} : Rect{left, top, right - left, bottom - top};
   return true;

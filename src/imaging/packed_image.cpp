@@ -5,11 +5,23 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "foundation/vectors.h"
 #include "platform/bitmaps.h"
 
 namespace sorvel {
 
 static_assert(std::endian::native == std::endian::little, "groups of pixels are read as they lie in memory");
+
+namespace {
+
+template <int32_t kBytes>
+bool HasInk(const uint8_t* bytes) {
+  uint64_t all = 0;
+  for (int32_t i = 0; i < kBytes; i += 8) all |= LoadAs<uint64_t>(bytes + i);
+  return all != 0;
+}
+
+}  // namespace
 
 PackedImage::~PackedImage() {
   std::free(bits);
@@ -22,12 +34,8 @@ int32_t PackedImage::FindInk(int32_t x, int32_t y, int32_t end, int32_t forward)
       if ((row[x >> 1] & 0x0F) != 0) return x;
       ++x;
     }
-    uint64_t words = 0;
-    while (x + 16 <= end) {
-      std::memcpy(&words, row + (x >> 1), sizeof(words));
-      if (words != 0) break;
-      x += 16;
-    }
+    while (end - x >= 64 && !HasInk<32>(row + (x >> 1))) x += 64;
+    while (end - x >= 16 && !HasInk<8>(row + (x >> 1))) x += 16;
     while (x + 2 <= end && row[x >> 1] == 0) x += 2;
     while (x < end && GetPixel(x, y) == 0) ++x;
     return std::min(x, end);
@@ -36,12 +44,8 @@ int32_t PackedImage::FindInk(int32_t x, int32_t y, int32_t end, int32_t forward)
     if ((row[x >> 1] & 0xF0) != 0) return x;
     --x;
   }
-  uint64_t words = 0;
-  while (x - 16 >= end) {
-    std::memcpy(&words, row + (x >> 1) - 7, sizeof(words));
-    if (words != 0) break;
-    x -= 16;
-  }
+  while (x - end >= 64 && !HasInk<32>(row + (x >> 1) - 31)) x -= 64;
+  while (x - end >= 16 && !HasInk<8>(row + (x >> 1) - 7)) x -= 16;
   while (x - 2 >= end && row[x >> 1] == 0) x -= 2;
   while (x > end && GetPixel(x, y) == 0) --x;
   return std::max(x, end);

@@ -206,6 +206,7 @@ TEST_F(Comparison, ExportedFramesAreTheSame) {
 
 TEST_F(Comparison, ViewsAreTheSame) {
   for (uint32_t seed = 0; seed < kCuts; ++seed) {
+    ChooseVectors(seed);
     RandomCuts random(seed);
     const reference::CutData data = random.Make();
     const std::unique_ptr<Cut> cut = LoadBytes(reference::WriteCut(data));

@@ -117,18 +117,24 @@ void StretchBitmap(DeviceContext* context, const Bounds& target, BitmapHandle bi
   const auto sourceOf = [](int64_t index, int64_t start, int64_t length, int64_t targetLength) {
     return start + static_cast<int64_t>(static_cast<Wide>(index) * length / targetLength);
   };
+  // The columns of the source, and which of them the bitmap has.
   std::vector<int64_t> columns;
   columns.reserve(static_cast<size_t>(part.right - part.left));
   for (int64_t x = part.left; x < part.right; ++x) {
     columns.push_back(sourceOf(x - target.left, source.left, sourceWidth, targetWidth));
   }
+  const auto first = std::lower_bound(columns.begin(), columns.end(), 0) - columns.begin();
+  const auto last = std::lower_bound(columns.begin() + first, columns.end(), bitmap->width) - columns.begin();
+  const ColorEntry* const colors = bitmap->colors;
   for (int64_t y = part.top; y < part.bottom; ++y) {
     const int64_t row = sourceOf(y - target.top, source.top, sourceHeight, targetHeight);
     if (row < 0 || row >= bitmap->height) continue;
     const uint8_t* from = bitmap->bits.Data() + row * bitmap->pitch;
     ColorEntry* to = PixelOf(context, part.left, y);
-    for (size_t i = 0; i < columns.size(); ++i) {
-      if (columns[i] >= 0 && columns[i] < bitmap->width) to[i] = bitmap->colors[from[columns[i]]];
+    if (sourceWidth == targetWidth) {
+      for (auto i = first; i < last; ++i) to[i] = colors[from[columns[0] + i]];
+    } else {
+      for (auto i = first; i < last; ++i) to[i] = colors[from[columns[static_cast<size_t>(i)]]];
     }
   }
 }

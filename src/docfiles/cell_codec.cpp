@@ -71,13 +71,14 @@ void CellWriter::WriteCell(const CellImage& image, ByteStream* stream) {
   rows.Begin(image.width, height, 2);
   // Quirk 6. A group is compared together with the one behind it in memory, so a file is a little longer than it must
   // be, and always the same.
+  const ptrdiff_t memoryBytes = image.bits != nullptr ? image.ByteCount() + platform::kSpareBytes : 0;
   UnitRow row = {.units = image.bits,
                  .count = UnitsOf(image.width),
                  .offsets = {},
                  .unitsToTheLeft = 0,
                  .withNext = true,
                  .memory = image.bits,
-                 .memoryEnd = image.bits + image.ByteCount() + platform::kSpareBytes};
+                 .memoryEnd = image.bits + memoryBytes};
   for (int32_t y = 0; y < height; ++y, row.units += image.pitch) {
     for (int32_t code = 0; code < kUnitCodes; ++code) {
       row.offsets[static_cast<size_t>(code)] = y + kUnitOffsets[code].dy >= 0 ? ByteOffset(code, image.pitch) : 0;

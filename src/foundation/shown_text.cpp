@@ -8,7 +8,7 @@ namespace sorvel {
 
 std::string ShownText(std::string_view text) {
   std::string shown;
-  while (true) {
+  while (!text.empty()) {
     std::string part;
     if (platform::ShiftJisToUtf8(text, &part)) return shown + part;
     std::string back;
@@ -16,6 +16,7 @@ std::string ShownText(std::string_view text) {
     shown += part + "\xEF\xBF\xBD";
     text.remove_prefix(std::min(back.size() + 1, text.size()));
   }
+  return shown;
 }
 
 }  // namespace sorvel

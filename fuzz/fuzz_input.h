@@ -1,11 +1,13 @@
 #pragma once
 
-#include <sys/mman.h>
+#include <unistd.h>
 
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
+#include <string>
 #include <vector>
 
 #include "foundation/byte_stream.h"
@@ -28,18 +30,19 @@ class InputStream {
   BufferStream stream;
 };
 
-// The path of a file that holds the input, for readers that open their files themselves. It is in memory and this
-// process's own.
+// The path of a file that holds the input, for readers that open their files themselves, and for writers that put
+// another file in its place. It is this process's own and goes with it.
 inline const char* InputFile(const uint8_t* data, size_t size) {
-  static char path[64];
-  static const int descriptor = memfd_create("input", 0);
-  std::snprintf(path, sizeof(path), "/proc/self/fd/%d", descriptor);
-  FILE* file = std::fopen(path, "wb");
+  static const struct Place {
+    ~Place() { std::remove(path.c_str()); }
+    std::string path = std::filesystem::temp_directory_path() / ("sorvel-fuzz-" + std::to_string(getpid()));
+  } place;
+  FILE* file = std::fopen(place.path.c_str(), "wb");
   if (file != nullptr) {
     if (size > 0) std::fwrite(data, size, 1, file);
     std::fclose(file);
   }
-  return path;
+  return place.path.c_str();
 }
 
 // Stops the run: a rule that has to hold didn't.

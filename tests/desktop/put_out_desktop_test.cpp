@@ -116,5 +116,21 @@ TEST_F(PutOutTest, AFileThatCannotBeWrittenIsToldInABox) {
   EXPECT_TRUE(app.DialogGoes());
 }
 
+TEST_F(PutOutTest, AFullDiskIsToldAndNothingStaysOnIt) {
+  const char* disk = std::getenv("SORVEL_SMALL_DISK");
+  if (disk == nullptr) GTEST_SKIP() << "only root can make a small disk";
+  const std::string path = std::string(disk) + "\\full.gif";
+  ASSERT_TRUE(Begin(path));
+  ASSERT_TRUE(Await([this] { return app.Dialog() != nullptr && !app.BoxText().empty(); }, kFilmPatience));
+  EXPECT_EQ(app.BoxText(), path + " を保存できませんでした。\nディスクの空き容量が足りません。");
+  Press(VK_RETURN);
+  EXPECT_TRUE(app.DialogGoes());
+  EXPECT_FALSE(FileExists(path));
+  WIN32_FIND_DATAW found = {};
+  const HANDLE search = FindFirstFileW(Wide(std::string(disk) + "\\*.tmp").c_str(), &found);
+  EXPECT_EQ(search, INVALID_HANDLE_VALUE);
+  if (search != INVALID_HANDLE_VALUE) FindClose(search);
+}
+
 }  // namespace
 }  // namespace sorvel::desktop

@@ -70,8 +70,8 @@ std::string ProgressDialog::TimeLeft(const ShownWork::State& state) {
   const double spent = std::chrono::duration<double>(now - stageBegin).count();
   if (state.permille < little || spent < 1) return "";
   const auto left = static_cast<int32_t>(spent * (whole - state.permille) / state.permille) + 1;
-  if (left < 2 * kSecondsAMinute) return NumberText(kTextPutOutSeconds, left);
-  return NumberText(kTextPutOutMinutes, (left + kSecondsAMinute / 2) / kSecondsAMinute);
+  if (left < 2 * kSecondsAMinute) return NumberText(kTextExportSeconds, left);
+  return NumberText(kTextExportMinutes, (left + kSecondsAMinute / 2) / kSecondsAMinute);
 }
 
 // The dialog stays until the work has ended.
@@ -80,7 +80,7 @@ bool ProgressDialog::MayEnd(platform::WindowHandle dialog) {
     isStopping = true;
     work->Stop();
     char text[kTextSize];
-    platform::ReadResourceText(kTextPutOutStopping, text, sizeof(text));
+    platform::ReadResourceText(kTextExportStopping, text, sizeof(text));
     platform::SetText(platform::DialogControl(dialog, kProgressText), text);
     platform::SetText(platform::DialogControl(dialog, kProgressTime), "");
   }

@@ -113,7 +113,7 @@
 #define kCommandStepBack 40202
 #define kCommandStepForward 40203
 #define kCommandOpenVersion 40204
-#define kCommandPutOut 40205
+#define kCommandExportAs 40205
 
 // Tools: the numbers of the commands that select them.
 #define kToolFramePosition 40019
@@ -170,18 +170,18 @@
 #define kTextSheetSecond 40214
 #define kTextSheetStop 40215
 #define kTextSheetNoCut 40216
-#define kTextPutOutTitle 40262
-#define kTextPutOutCuts 40263
-#define kTextPutOutPictures 40264
-#define kTextPutOutPage 40265
-#define kTextPutOutSeconds 40266
-#define kTextPutOutMinutes 40267
-#define kTextPutOutStopping 40268
-#define kTextPutOutDone 40269
-#define kTextPutOutStopped 40270
-#define kTextPutOutReplace 40271
-#define kTextNotPutOut 40272
-#define kTextCutNotPutOut 40273
+#define kTextExportTitle 40262
+#define kTextExportCuts 40263
+#define kTextExportPictures 40264
+#define kTextExportPage 40265
+#define kTextExportSeconds 40266
+#define kTextExportMinutes 40267
+#define kTextExportStopping 40268
+#define kTextExportDone 40269
+#define kTextExportStopped 40270
+#define kTextExportReplace 40271
+#define kTextNotExported 40272
+#define kTextCutNotExported 40273
 #define kTextFolderTaken 40274
 #define kTextNotDeleted 40277
 #define kTextNotRenamed 40278

@@ -94,7 +94,7 @@ const MainFrame::Command MainFrame::kCommands[] = {
     {kCommandRenameCut, Runner::kFrame, Do<&MainFrame::RenameListedCut>},
     {kCommandExtractCuts, Runner::kFrame, Do<&MainFrame::ExtractCuts>},
     {kCommandExportFilm, Runner::kFrame, Do<&MainFrame::ExportFilm>},
-    {kCommandPutOut, Runner::kFrame, Do<&MainFrame::PutOut>},
+    {kCommandExportAs, Runner::kFrame, Do<&MainFrame::ExportAs>},
     {kCommandPlaySelection, Runner::kFrame, Do<&MainFrame::PlaySelectedCuts>},
 
     // Cuts.

@@ -19,7 +19,7 @@
 namespace sorvel {
 
 class CutDialog;
-class PutOutJob;
+class ExportJob;
 
 // Sizes of fixed buffers, in bytes.
 constexpr size_t kTextBufferSize = 256;
@@ -147,7 +147,7 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   Buffer<uint8_t> streamMemory;
   std::string frameTitle = kFrameTitle;  // without the name of a cut, which the window system adds
   bool isPlayerPlaced = false;           // later it opens where the user left it
-  int32_t putOutType = 1;                // the file type that PutOut() was last used with
+  int32_t exportType = 1;                // the file type that ExportAs() was last used with
   int32_t openingNews = 0;               // of the last opening, the number of a text; 0 for none
   std::string shownPanels;               // what the panels were filled with
 
@@ -273,10 +273,10 @@ class MainFrame final : public platform::WindowObject, public CutWindowHost {
   void RenameCutLines(const char* path, const char* name);
   void ExtractCuts();
   void ExportFilm();
-  // Puts the film, or without one the active cut, out as a page or as pictures. No document changes.
-  void PutOut();
+  // Exports the film, or without one the active cut, as a page or as pictures. No document changes.
+  void ExportAs();
   // Says in the status bar that it is done, or in a box what failed.
-  void ReportPutOut(const PutOutJob& job);
+  void ReportExport(const ExportJob& job);
   void PlaySelectedCuts();
 };
 

@@ -18,7 +18,7 @@ namespace sorvel::desktop {
 constexpr int kPatience = 4000;
 
 // Of the film menu, without its separators.
-constexpr int kPutOutItem = 12;
+constexpr int kExportAsItem = 12;
 
 // Looks until the condition holds; false if it doesn't within `patience` milliseconds.
 template <typename Condition>

@@ -307,9 +307,9 @@ class ProductionTest : public DesktopTest {
   }
 
   // The film as a page and as pictures, for which the script reads them back.
-  void PutOut() {
+  void ExportAs() {
     for (const std::string ending : {".html", ".gif", ".png", ""}) {
-      ASSERT_TRUE(app.ChooseAt('f', kPutOutItem));
+      ASSERT_TRUE(app.ChooseAt('f', kExportAsItem));
       ASSERT_TRUE(Await([this] { return app.Dialog() != nullptr && ClassOf(app.Focus()) == "Edit"; }));
       if (ending.empty()) {
         // A folder is the last type in the list below the name, behind the one that was used last.
@@ -413,7 +413,7 @@ TEST_F(ProductionTest, AFilmOfThreeCutsIsMadePlayedAndExported) {
   // What was played is the same file.
   EXPECT_EQ(title, std::to_string(exported.size()) + " byte");
   EXPECT_TRUE(WriteFile(OutputFolder() + "/production.sv", exported));
-  ASSERT_NO_FATAL_FAILURE(PutOut());
+  ASSERT_NO_FATAL_FAILURE(ExportAs());
   Press(VK_F4, {VK_MENU});
   EXPECT_TRUE(app.Ends());
 }

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Reads back what the desktop program has put out, with readers that aren't the program's.
+"""Reads back what the desktop program has exported, with readers that aren't the program's.
 
 read_back.py FOLDER holds production.sv, production.json (sorvel info), production/ (its ticks by sorvel play) and
 production.html, .gif, .png, -durations.txt and -00001.png and so on, made of the same film. Pictures are read by

@@ -18,20 +18,20 @@
 
 namespace sorvel {
 
-// What a film or a cut can be put out as.
-enum class PutOutType { kPage, kGif, kAnimatedPng, kPictures };
+// What a film or a cut can be exported as.
+enum class ExportType { kPage, kGif, kAnimatedPng, kPictures };
 
-// Puts out a film or a cut for those who don't have the program. The job takes copies of what is open, so that no
+// Exports a film or a cut for those who don't have the program. The job takes copies of what is open, so that no
 // document is touched and Run() may go on on another thread.
-class PutOutJob {
+class ExportJob {
  public:
   // The path is Shift JIS.
-  PutOutJob(PutOutType putOutType, const char* targetPath);
-  PutOutJob(const PutOutJob&) = delete;
-  PutOutJob& operator=(const PutOutJob&) = delete;
-  ~PutOutJob();
+  ExportJob(ExportType exportType, const char* targetPath);
+  ExportJob(const ExportJob&) = delete;
+  ExportJob& operator=(const ExportJob&) = delete;
+  ~ExportJob();
 
-  // What is put out: a film, with the compiled streams that WriteFilmContainer() takes, or a cut. A film without a
+  // What is exported: a film, with the compiled streams that WriteFilmContainer() takes, or a cut. A film without a
   // title has `name`, in UTF-8, for one, and so has a cut. False without memory; Outcome() then says so.
   bool TakeFilm(Film* source, const std::string& name);
   bool TakeCut(Cut* source, const std::string& name);
@@ -57,7 +57,7 @@ class PutOutJob {
   enum class Result {
     kDone,
     kStopped,      // also if Run() wasn't called
-    kNotCompiled,  // FailedPath() is a cut that isn't there or can't be put out
+    kNotCompiled,  // FailedPath() is a cut that isn't there or can't be compiled
     kNotWritten,   // WriteFailure() says why
   };
   Result Outcome() const { return result; }
@@ -91,7 +91,7 @@ class PutOutJob {
   // False if the work is to stop.
   bool Show(Stage now, int32_t doneParts, int32_t allParts, int32_t part, int32_t parts);
 
-  PutOutType type;
+  ExportType type;
   std::string target;
   std::string title;
   Film film;  // its cuts are copies; empty for a cut

@@ -1,4 +1,4 @@
-#include "shell/put_out_job.h"
+#include "shell/export_job.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -43,15 +43,15 @@ std::string NameOf(const char* path) {
 
 }  // namespace
 
-PutOutJob::PutOutJob(PutOutType putOutType, const char* targetPath) : type(putOutType), target(targetPath) {}
+ExportJob::ExportJob(ExportType exportType, const char* targetPath) : type(exportType), target(targetPath) {}
 
-PutOutJob::~PutOutJob() {
+ExportJob::~ExportJob() {
   compiled.Close();
 }
 
 // What is open.
 
-bool PutOutJob::TakeFilm(Film* source, const std::string& name) {
+bool ExportJob::TakeFilm(Film* source, const std::string& name) {
   title = name;
   film.width = source->width;
   film.height = source->height;
@@ -69,12 +69,12 @@ bool PutOutJob::TakeFilm(Film* source, const std::string& name) {
   return true;
 }
 
-bool PutOutJob::TakeCut(Cut* source, const std::string& name) {
+bool ExportJob::TakeCut(Cut* source, const std::string& name) {
   title = name;
   return Copy(source) != nullptr || FailCompiling("");
 }
 
-PutOutJob::CutCopy* PutOutJob::Copy(Cut* source) {
+ExportJob::CutCopy* ExportJob::Copy(Cut* source) {
   for (const std::unique_ptr<CutCopy>& copy : copies) {
     if (copy->source == source) return copy.get();
   }
@@ -88,7 +88,7 @@ PutOutJob::CutCopy* PutOutJob::Copy(Cut* source) {
   return copies.emplace_back(std::move(copy)).get();
 }
 
-bool PutOutJob::Restore(CutCopy* copy, const char* path) {
+bool ExportJob::Restore(CutCopy* copy, const char* path) {
   if (copy->cut != nullptr) return true;
   ChunkStream written(kMemoryBlock);
   Buffer<uint8_t> bytes;
@@ -108,12 +108,12 @@ bool PutOutJob::Restore(CutCopy* copy, const char* path) {
 
 // The work.
 
-void PutOutJob::Run() {
+void ExportJob::Run() {
   if (Compile() && Write()) result = Result::kDone;
   compiled.Close();
 }
 
-bool PutOutJob::Compile() {
+bool ExportJob::Compile() {
   compiled = FileStream(platform::OpenTemporaryFile());
   if (!compiled.IsOpen()) return FailWriting(WriteProblemOf(errno));
   const bool isFilm = film.cuts.Count() != 0;
@@ -128,7 +128,7 @@ bool PutOutJob::Compile() {
   return true;
 }
 
-bool PutOutJob::CompileFilm() {
+bool ExportJob::CompileFilm() {
   const int32_t count = film.cuts.Count();
   for (int32_t i = 0; i < count; ++i) {
     CutCopy* copy = entries[static_cast<size_t>(i)];
@@ -155,7 +155,7 @@ bool PutOutJob::CompileFilm() {
   return FailCompiling(film.CutName(report.listIndex));
 }
 
-bool PutOutJob::CompileCut(Cut* cut) {
+bool ExportJob::CompileCut(Cut* cut) {
   NibbleBitmap bitmap;
   PackedImage composition;
   const auto progress = [this](int32_t frames, int32_t allFrames) {
@@ -168,20 +168,20 @@ bool PutOutJob::CompileCut(Cut* cut) {
   return !hasStopped && FailCompiling("");
 }
 
-bool PutOutJob::Write() {
+bool ExportJob::Write() {
   const std::string path = Utf8Path(target.c_str());
   switch (type) {
-    case PutOutType::kPage:
+    case ExportType::kPage:
       return WritePageFile();
-    case PutOutType::kGif: {
+    case ExportType::kGif: {
       GifWriter writer(path);
       return WritePictures(&writer);
     }
-    case PutOutType::kAnimatedPng: {
+    case ExportType::kAnimatedPng: {
       ApngWriter writer(path);
       return WritePictures(&writer);
     }
-    case PutOutType::kPictures: {
+    case ExportType::kPictures: {
       PictureFolderWriter writer(path);
       return WritePictures(&writer);
     }
@@ -189,7 +189,7 @@ bool PutOutJob::Write() {
   return false;
 }
 
-bool PutOutJob::WritePictures(FilmWriter* writer) {
+bool ExportJob::WritePictures(FilmWriter* writer) {
   FilmExport pictures;
   std::string reason;
   // Without end, as players of such files are used to.
@@ -203,7 +203,7 @@ bool PutOutJob::WritePictures(FilmWriter* writer) {
   return FailWriting(writer->Problem() != WriteProblem::kNone ? writer->Problem() : WriteProblem::kOther);
 }
 
-bool PutOutJob::WritePageFile() {
+bool ExportJob::WritePageFile() {
   ReplacementFile file;
   if (!file.Open(target.c_str())) return FailWriting(file.problem());
   const auto progress = [this](int32_t doneBytes, int32_t allBytes) {
@@ -215,19 +215,19 @@ bool PutOutJob::WritePageFile() {
   return file.Commit() || FailWriting(file.WhyNot());
 }
 
-bool PutOutJob::FailCompiling(const char* path) {
+bool ExportJob::FailCompiling(const char* path) {
   result = Result::kNotCompiled;
   failedPath = path;
   return false;
 }
 
-bool PutOutJob::FailWriting(WriteProblem why) {
+bool ExportJob::FailWriting(WriteProblem why) {
   result = Result::kNotWritten;
   problem = why;
   return false;
 }
 
-bool PutOutJob::Show(Stage now, int32_t doneParts, int32_t allParts, int32_t part, int32_t parts) {
+bool ExportJob::Show(Stage now, int32_t doneParts, int32_t allParts, int32_t part, int32_t parts) {
   stage = now;
   done = doneParts;
   total = allParts;

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int kFilmPatience = 60000;
 
-class PutOutTest : public DesktopTest {
+class ExportTest : public DesktopTest {
  protected:
   // A film of twelve cuts that the script which starts the tests has laid out.
   void SetUp() override {
@@ -22,7 +22,7 @@ class PutOutTest : public DesktopTest {
   }
 
   testing::AssertionResult Begin(const std::string& path) {
-    if (const testing::AssertionResult chosen = app.ChooseAt('f', kPutOutItem); !chosen) return chosen;
+    if (const testing::AssertionResult chosen = app.ChooseAt('f', kExportAsItem); !chosen) return chosen;
     if (const testing::AssertionResult answered = app.AnswerFileDialog(path); !answered) return answered;
     return app.HasDialog("書き出し");
   }
@@ -54,7 +54,7 @@ class PutOutTest : public DesktopTest {
   }
 };
 
-TEST_F(PutOutTest, TheWindowLivesMeanwhileAndAStopLeavesNothing) {
+TEST_F(ExportTest, TheWindowLivesMeanwhileAndAStopLeavesNothing) {
   ASSERT_TRUE(app.OpenMenu('f') != nullptr);
   app.StillPicture();
   EXPECT_TRUE(app.KeepScreen("put-out-menu"));
@@ -81,8 +81,8 @@ TEST_F(PutOutTest, TheWindowLivesMeanwhileAndAStopLeavesNothing) {
   EXPECT_EQ(FilesOf("stopped"), std::vector<std::string>());
 }
 
-TEST_F(PutOutTest, TheDialogProposesTheNameOfTheFilmAndTheTypeThatWasUsedLast) {
-  ASSERT_TRUE(app.ChooseAt('f', kPutOutItem));
+TEST_F(ExportTest, TheDialogProposesTheNameOfTheFilmAndTheTypeThatWasUsedLast) {
+  ASSERT_TRUE(app.ChooseAt('f', kExportAsItem));
   ASSERT_TRUE(Await([this] { return app.Dialog() != nullptr && ClassOf(app.Focus()) == "Edit"; }));
   EXPECT_TRUE(app.Shows(app.Focus(), "long"));
   app.StillPicture();
@@ -92,7 +92,7 @@ TEST_F(PutOutTest, TheDialogProposesTheNameOfTheFilmAndTheTypeThatWasUsedLast) {
   ASSERT_TRUE(Begin(app.PathOf("first.png")));
   app.ClickButton(IDCANCEL);
   ASSERT_TRUE(Ends("書き出しを中止しました。"));
-  ASSERT_TRUE(app.ChooseAt('f', kPutOutItem));
+  ASSERT_TRUE(app.ChooseAt('f', kExportAsItem));
   ASSERT_TRUE(app.AnswerFileDialog(app.PathOf("second")));
   ASSERT_TRUE(app.HasDialog("書き出し"));
   EXPECT_EQ(app.Text(app.Item(kProgressTitle)), "second.png を書き出しています。");
@@ -102,11 +102,11 @@ TEST_F(PutOutTest, TheDialogProposesTheNameOfTheFilmAndTheTypeThatWasUsedLast) {
   EXPECT_EQ(FilesOf("second"), std::vector<std::string>());
 }
 
-TEST_F(PutOutTest, AFileThatCannotBeWrittenIsToldInABox) {
+TEST_F(ExportTest, AFileThatCannotBeWrittenIsToldInABox) {
   const std::string path = app.PathOf("taken.html");
   ASSERT_TRUE(CreateDirectoryW(Wide(path + ".d").c_str(), nullptr));
   ASSERT_TRUE(CreateDirectoryW(Wide(path + ".d\\page.html").c_str(), nullptr));
-  ASSERT_TRUE(app.ChooseAt('f', kPutOutItem));
+  ASSERT_TRUE(app.ChooseAt('f', kExportAsItem));
   ASSERT_TRUE(app.AnswerFileDialog(path + ".d\\page"));
   ASSERT_TRUE(app.AnswerQuestion("", IDYES));
   ASSERT_TRUE(Await([this] { return app.Dialog() != nullptr && !app.BoxText().empty(); }, kFilmPatience));
@@ -116,7 +116,7 @@ TEST_F(PutOutTest, AFileThatCannotBeWrittenIsToldInABox) {
   EXPECT_TRUE(app.DialogGoes());
 }
 
-TEST_F(PutOutTest, AFullDiskIsToldAndNothingStaysOnIt) {
+TEST_F(ExportTest, AFullDiskIsToldAndNothingStaysOnIt) {
   const char* disk = std::getenv("SORVEL_SMALL_DISK");
   if (disk == nullptr) GTEST_SKIP() << "only root can make a small disk";
   const std::string path = std::string(disk) + "\\full.gif";

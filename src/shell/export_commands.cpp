@@ -1,4 +1,4 @@
-// Putting a film or a cut out for those who don't have the program.
+// Export of a film or a cut for those who don't have the program.
 
 #include <algorithm>
 #include <cstdio>
@@ -18,32 +18,32 @@
 #include "platform/text.h"
 #include "resources/ids.h"
 #include "shell/command_support.h"
+#include "shell/export_job.h"
 #include "shell/main_frame.h"
-#include "shell/put_out_job.h"
 
 namespace sorvel {
 
 namespace {
 
 struct TypeRow {
-  PutOutType type;
+  ExportType type;
   const char* name;       // UTF-8
   const char* extension;  // null for a folder
 };
 
 constexpr TypeRow kTypes[] = {
-    {PutOutType::kPage, "ウェブページ (*.html)", "html"},
-    {PutOutType::kGif, "GIF アニメーション (*.gif)", "gif"},
-    {PutOutType::kAnimatedPng, "PNG アニメーション (*.png)", "png"},
-    {PutOutType::kPictures, "PNG の連番 (フォルダー)", nullptr},
+    {ExportType::kPage, "ウェブページ (*.html)", "html"},
+    {ExportType::kGif, "GIF アニメーション (*.gif)", "gif"},
+    {ExportType::kAnimatedPng, "PNG アニメーション (*.png)", "png"},
+    {ExportType::kPictures, "PNG の連番 (フォルダー)", nullptr},
 };
 
 // The types that this program can write here.
 std::vector<TypeRow> OfferedTypes() {
   std::vector<TypeRow> offered;
   for (const TypeRow& row : kTypes) {
-    if (row.type == PutOutType::kPage && !IsPlayerPage(platform::PlayerPage())) continue;
-    if (row.type == PutOutType::kGif && !platform::CanEncodeGif()) continue;
+    if (row.type == ExportType::kPage && !IsPlayerPage(platform::PlayerPage())) continue;
+    if (row.type == ExportType::kGif && !platform::CanEncodeGif()) continue;
     offered.push_back(row);
   }
   return offered;
@@ -91,7 +91,7 @@ size_t FitPath(const std::vector<TypeRow>& types, size_t chosen, std::string* pa
   const bool isFolder = types[chosen].extension == nullptr;
   for (size_t i = 0; i < types.size(); ++i) {
     if (types[i].extension == nullptr || ending != EndingOf(std::string("a.") + types[i].extension)) continue;
-    if (!isFolder || types[i].type != PutOutType::kAnimatedPng) return i;
+    if (!isFolder || types[i].type != ExportType::kAnimatedPng) return i;
     path->resize(path->size() - ending.size());
     return chosen;
   }
@@ -99,19 +99,19 @@ size_t FitPath(const std::vector<TypeRow>& types, size_t chosen, std::string* pa
   return chosen;
 }
 
-class PutOutWork final : public ShownWork {
+class ExportWork final : public ShownWork {
  public:
-  explicit PutOutWork(PutOutJob* putOutJob) : job(putOutJob) {}
-  PutOutWork(const PutOutWork&) = delete;
-  PutOutWork& operator=(const PutOutWork&) = delete;
+  explicit ExportWork(ExportJob* exportJob) : job(exportJob) {}
+  ExportWork(const ExportWork&) = delete;
+  ExportWork& operator=(const ExportWork&) = delete;
   // A dialog that couldn't be shown, or was taken away, leaves the work as if it was stopped.
-  ~PutOutWork() {
+  ~ExportWork() {
     job->Stop();
     if (thread != nullptr) platform::JoinThread(thread, -1);
   }
 
   void Begin() override {
-    const auto run = [](void* user) { static_cast<PutOutJob*>(user)->Run(); };
+    const auto run = [](void* user) { static_cast<ExportJob*>(user)->Run(); };
     thread = platform::StartThread(run, job);
     if (thread == nullptr) job->Run();
   }
@@ -122,29 +122,29 @@ class PutOutWork final : public ShownWork {
   }
   void Stop() override { job->Stop(); }
   State Look() override {
-    const PutOutJob::State now = job->Now();
+    const ExportJob::State now = job->Now();
     State state = {"", static_cast<int32_t>(now.stage), now.permille};
     char text[kTextBufferSize];
     const int32_t percent = now.permille / 10;
-    if (now.stage == PutOutJob::Stage::kCuts) {
-      std::snprintf(text, sizeof(text), ResourceText(kTextPutOutCuts).c_str(), now.done, now.total);
+    if (now.stage == ExportJob::Stage::kCuts) {
+      std::snprintf(text, sizeof(text), ResourceText(kTextExportCuts).c_str(), now.done, now.total);
     } else if (now.total != 0) {
-      std::snprintf(text, sizeof(text), ResourceText(kTextPutOutPictures).c_str(), now.done, now.total, percent);
+      std::snprintf(text, sizeof(text), ResourceText(kTextExportPictures).c_str(), now.done, now.total, percent);
     } else {
-      std::snprintf(text, sizeof(text), ResourceText(kTextPutOutPage).c_str(), percent);
+      std::snprintf(text, sizeof(text), ResourceText(kTextExportPage).c_str(), percent);
     }
     state.text = text;
     return state;
   }
 
  private:
-  PutOutJob* job;  // not owned
+  ExportJob* job;  // not owned
   platform::ThreadHandle thread = nullptr;
 };
 
 }  // namespace
 
-void MainFrame::PutOut() {
+void MainFrame::ExportAs() {
   CutWindow* cut = ActiveCut();
   const bool isFilm = film->cuts.Count() != 0;
   if (!isFilm && cut == nullptr) {
@@ -163,59 +163,59 @@ void MainFrame::PutOut() {
   }
   const std::vector<TypeRow> types = OfferedTypes();
   const std::string filter = FilterOf(types);
-  int32_t number = putOutType;
+  int32_t number = exportType;
   if (!chosen.AskToSave(frameWindow, {filter.c_str(), nullptr, &number})) return;
   std::string path = chosen.path;
   const size_t index = std::clamp<size_t>(static_cast<size_t>(number), 1, types.size()) - 1;
   const size_t fitting = FitPath(types, index, &path);
-  putOutType = static_cast<int32_t>(fitting) + 1;
-  const PutOutType type = types[fitting].type;
-  if (type == PutOutType::kPictures) {
+  exportType = static_cast<int32_t>(fitting) + 1;
+  const ExportType type = types[fitting].type;
+  if (type == ExportType::kPictures) {
     int problem = 0;
     const bool isEmpty = platform::NamesInFolder(Utf8Path(path.c_str()), &problem).empty() && problem == 0;
     if (platform::PathExists(path.c_str()) && !isEmpty) {
-      ReportWithReason(kTextNotPutOut, path.c_str(), kTextFolderTaken);
+      ReportWithReason(kTextNotExported, path.c_str(), kTextFolderTaken);
       return;
     }
   } else if (platform::PathExists(path.c_str()) &&
-             !platform::AskYesNo(frameWindow, FilledIn(kTextPutOutReplace, path).c_str(), kBoxTitle,
+             !platform::AskYesNo(frameWindow, FilledIn(kTextExportReplace, path).c_str(), kBoxTitle,
                                  platform::BoxIcon::kQuestion, platform::DefaultButton::kNo)) {
     return;
   }
   char name[kDialogPathSize] = "";
   FileNameOf(name, sizeof(name), document[0] != '\0' ? document : path.c_str(), false);
-  PutOutJob job(type, path.c_str());
+  ExportJob job(type, path.c_str());
   if (isFilm ? job.TakeFilm(film, ShownText(name)) : job.TakeCut(cut, ShownText(name))) {
     FileNameOf(name, sizeof(name), path.c_str(), true);
-    PutOutWork work(&job);
-    ProgressDialog dialog(statusBar, &work, FilledIn(kTextPutOutTitle, name));
+    ExportWork work(&job);
+    ProgressDialog dialog(statusBar, &work, FilledIn(kTextExportTitle, name));
     dialog.Run(frameWindow);
   }
-  ReportPutOut(job);
+  ReportExport(job);
 }
 
-void MainFrame::ReportPutOut(const PutOutJob& job) {
+void MainFrame::ReportExport(const ExportJob& job) {
   switch (job.Outcome()) {
-    case PutOutJob::Result::kDone: {
+    case ExportJob::Result::kDone: {
       char name[kDialogPathSize] = "";
       FileNameOf(name, sizeof(name), job.Target(), true);
-      SetStatusText(FilledIn(kTextPutOutDone, name).c_str());
+      SetStatusText(FilledIn(kTextExportDone, name).c_str());
       break;
     }
-    case PutOutJob::Result::kStopped:
-      SetStatusText(ResourceText(kTextPutOutStopped).c_str());
+    case ExportJob::Result::kStopped:
+      SetStatusText(ResourceText(kTextExportStopped).c_str());
       break;
-    case PutOutJob::Result::kNotWritten:
+    case ExportJob::Result::kNotWritten:
       ReportNotSaved(job.Target(), job.WriteFailure());
       break;
-    case PutOutJob::Result::kNotCompiled: {
+    case ExportJob::Result::kNotCompiled: {
       // A cut without a file has no name to tell.
       const char* path = job.FailedPath()[0] != '\0' ? job.FailedPath() : job.Target();
       const bool isMissing = job.FailedPath()[0] != '\0' && !platform::PathExists(path);
       if (isMissing) {
         ReportWithReason(kTextNotOpened, path, kTextNoFile);
       } else {
-        ReportWithReason(kTextNotPutOut, path, kTextCutNotPutOut);
+        ReportWithReason(kTextNotExported, path, kTextCutNotExported);
       }
       break;
     }

@@ -20,6 +20,7 @@ bool FileStream::Close() {
 
 bool FileStream::Write(const void* bytes, int32_t count) {
   if (count <= 0) return true;
+  errno = 0;
   if (std::fwrite(bytes, static_cast<size_t>(count), 1, file) == 1) return true;
   NoteFailure();
   return false;
@@ -48,13 +49,15 @@ int32_t FileStream::GetC() {
 }
 
 int32_t FileStream::PutC(int32_t value) {
+  errno = 0;
   const int byte = std::fputc(value, file);
   if (byte == EOF) NoteFailure();
   return byte;
 }
 
 void FileStream::NoteFailure() {
-  if (failure == 0) failure = errno != 0 ? errno : EIO;
+  // Windows has no error for a write that stops in the middle because the disk is full.
+  if (failure == 0) failure = errno != 0 ? errno : ENOSPC;
 }
 
 ChunkStream::ChunkStream(int32_t blockBytes)

@@ -258,7 +258,7 @@ TEST_F(FirstDayTest, LeadsFromTheEmptyWindowToAFilmThatPlays) {
   ASSERT_TRUE(app.Choose('f', "s"));
   ASSERT_TRUE(app.AnswerFileDialog(app.PathOf("film.flm")));
   ASSERT_TRUE(app.DialogGoes());
-  ASSERT_TRUE(Await([this] { return FileExists(app.PathOf("film.flm")); }));
+  ASSERT_TRUE(Await([this] { return !ReadFile(app.PathOf("film.flm")).empty(); }));
   EXPECT_EQ(ReadFile(app.PathOf("film.flm")), "\r\n\r\n320, 240\r\nc1.cut\r\nc002.cut\r\nc003.cut\r\n");
 
   // All three play, at the corner of the cuts.

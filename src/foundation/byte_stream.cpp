@@ -56,8 +56,15 @@ int32_t FileStream::PutC(int32_t value) {
 }
 
 void FileStream::NoteFailure() {
-  // Windows has no error for a write that stops in the middle because the disk is full.
-  if (failure == 0) failure = errno != 0 ? errno : ENOSPC;
+  if (failure != 0) return;
+  if (errno == 0 || errno == EINVAL) {
+    // A write on Windows that stops in the middle because the disk gets full has no reason. The next byte has one.
+    std::clearerr(file);
+    errno = 0;
+    std::fputc(0, file);
+    std::fflush(file);
+  }
+  failure = errno != 0 ? errno : EIO;
 }
 
 ChunkStream::ChunkStream(int32_t blockBytes)

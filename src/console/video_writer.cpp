@@ -290,7 +290,7 @@ bool VideoWriter::OpenContainer() {
 
 // A time in the unit of the codec, rounded from the exact one so that no error adds up.
 int64_t VideoWriter::PlaceOf(int64_t time) const {
-  return rate == film.rate ? time : time / film.rate * rate + (time % film.rate * rate + film.rate / 2) / film.rate;
+  return TimeInUnits(time, film.rate, rate);
 }
 
 bool VideoWriter::Add(const FilmPicture& picture) {

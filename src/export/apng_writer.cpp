@@ -60,11 +60,9 @@ bool ApngWriter::Add(const FilmPicture& picture) {
   int64_t denominator = film.rate / unit;
   int64_t numerator = picture.duration / unit;
   if (denominator > kLargestField) {
-    const auto place = [this](int64_t time) {
-      return time / film.rate * kLargestField + (time % film.rate * kLargestField + film.rate / 2) / film.rate;
-    };
     denominator = kLargestField;
-    numerator = place(picture.start + picture.duration) - place(picture.start);
+    numerator = TimeInUnits(picture.start + picture.duration, film.rate, kLargestField) -
+                TimeInUnits(picture.start, film.rate, kLargestField);
   }
   Rect part = picture.changed;
   while (true) {

@@ -18,6 +18,12 @@ struct FilmForm {
   int32_t plays = 1;     // how often a file that repeats itself plays, 0 without end
 };
 
+// A time in units of 1/rate second, rounded to units of 1/units second. A duration is the difference of two such times,
+// so that no rounding adds up.
+constexpr int64_t TimeInUnits(int64_t time, int64_t rate, int64_t units) {
+  return time / rate * units + (time % rate * units + rate / 2) / rate;
+}
+
 // A picture of a film: one byte a pixel, 0 black to 255 white, rows from top to bottom without padding. The next one
 // begins when it ends.
 struct FilmPicture {

@@ -122,7 +122,7 @@ bool GifWriter::Begin(const FilmForm& form) {
 }
 
 int64_t GifWriter::PlaceOf(int64_t time) const {
-  return time / film.rate * kUnitsASecond + (time % film.rate * kUnitsASecond + film.rate / 2) / film.rate;
+  return TimeInUnits(time, film.rate, kUnitsASecond);
 }
 
 bool GifWriter::Add(const FilmPicture& shown) {

@@ -101,10 +101,8 @@ bool PictureFolderWriter::Add(const FilmPicture& picture) {
   std::fwrite(png.data(), 1, png.size(), file);
   const int problem = CloseWritten(file);
   if (problem != 0) return FailWith(problem);
-  const auto microseconds = [this](int64_t time) {
-    return time / film.rate * kMicroseconds + (time % film.rate * kMicroseconds + film.rate / 2) / film.rate;
-  };
-  const int64_t length = microseconds(picture.start + picture.duration) - microseconds(picture.start);
+  const int64_t length = TimeInUnits(picture.start + picture.duration, film.rate, kMicroseconds) -
+                         TimeInUnits(picture.start, film.rate, kMicroseconds);
   const int64_t unit = std::gcd(picture.duration, film.rate);
   std::fprintf(list, "\nfile %s\nduration %" PRId64 ".%06" PRId64 "\n# %" PRId64 "/%" PRId64 " s\n", name.c_str(),
                length / kMicroseconds, length % kMicroseconds, picture.duration / unit, film.rate / unit);

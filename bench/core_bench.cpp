@@ -51,9 +51,7 @@ Cut* DrawnCut(bool quarter) {
   std::unique_ptr<console::Importer>& importer = importers[quarter ? 1 : 0];
   if (importer == nullptr) {
     importer = std::make_unique<console::Importer>(SettingsOf(quarter));
-    for (const std::string& path : Drawings()) {
-      if (!importer->Add(path)) std::exit(1);
-    }
+    if (!importer->Add(Drawings(), {})) std::exit(1);
   }
   return importer->Result();
 }
@@ -101,7 +99,7 @@ void Import(benchmark::State& state) {
   const std::vector<std::string> paths = Drawings();
   for (auto _ : state) {
     console::Importer importer(SettingsOf(state.range(0) != 0));
-    for (const std::string& path : paths) importer.Add(path);
+    importer.Add(paths, {});
     benchmark::DoNotOptimize(importer.Result());
   }
   state.counters["frames"] =
@@ -189,4 +187,11 @@ SORVEL_BENCHMARK(LoadCut);
 }  // namespace
 }  // namespace sorvel
 
-BENCHMARK_MAIN();
+// Figures are those of one thread unless SORVEL_THREADS says how many.
+int main(int argc, char** argv) {
+  const char* threads = std::getenv("SORVEL_THREADS");
+  sorvel::SetThreadCount(threads != nullptr ? std::atoi(threads) : 1);
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+  return 0;
+}

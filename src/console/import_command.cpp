@@ -46,10 +46,11 @@ int RunImport(const Arguments& arguments) {
   if (!ParseSettings(arguments, &settings)) return kUsage;
   if (pictures.size() > kMostFrames) return FailUsage("a cut has no more than 65535 frames");
   Importer importer(settings);
-  for (size_t i = 0; i < pictures.size(); ++i) {
-    ShowProgress("picture", static_cast<int64_t>(i) + 1, static_cast<int64_t>(pictures.size()));
-    if (!importer.Add(pictures[i])) return kFailed;
-  }
+  const auto progress = [](int32_t done, int32_t total) {
+    ShowProgress("picture", done, total);
+    return true;
+  };
+  if (!importer.Add(pictures, progress)) return kFailed;
   ClearProgress();
   return WriteOutput(out, [&importer](OutputFile* file) { return importer.Result()->Save(file->Stream()); });
 }

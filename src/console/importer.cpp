@@ -5,10 +5,13 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <filesystem>
+#include <system_error>
 #include <vector>
 
 #include "console/arguments.h"
 #include "console/console_files.h"
+#include "foundation/job_line.h"
 #include "imaging/tone_conversion.h"
 
 namespace sorvel::console {
@@ -68,22 +71,42 @@ bool Importer::Start(const std::string& path, const Picture& picture) {
   return true;
 }
 
-int32_t Importer::CellLike(const PackedImage& image) {
-  const size_t bytes = static_cast<size_t>(image.ByteCount());
-  const uint32_t checksum = static_cast<uint32_t>(crc32(0, image.bits, static_cast<uInt>(bytes)));
-  const auto [first, last] = cellsByChecksum.equal_range(checksum);
+bool Importer::Draw(const Picture& picture, Drawing* drawing) const {
+  if (drawing->image.bits == nullptr && !drawing->image.Resize(cut.width, cut.height, 0)) return false;
+  drawing->image.Fill(0);
+  DrawPicture(picture, settings, &drawing->image);
+  drawing->checksum =
+      static_cast<uint32_t>(crc32(0, drawing->image.bits, static_cast<uInt>(drawing->image.ByteCount())));
+  return true;
+}
+
+int32_t Importer::CellLike(const Drawing& drawing) {
+  const auto [first, last] = cellsByChecksum.equal_range(drawing.checksum);
   for (auto each = first; each != last; ++each) {
-    if (std::memcmp(layer->CellAt(each->second)->bits, image.bits, bytes) == 0) return each->second;
+    const CellImage* cell = layer->CellAt(each->second);
+    if (std::memcmp(cell->bits, drawing.image.bits, static_cast<size_t>(cell->ByteCount())) == 0) return each->second;
   }
   const bool isFirst = cellsByChecksum.empty();
   const int32_t number = isFirst ? 0 : layer->cells.Count();
   if (!isFirst && (number >= kMostCells || !layer->AddCell(number - 1, 0, nullptr))) return -1;
-  layer->CellAt(number)->CopyBits(image);
-  cellsByChecksum.emplace(checksum, number);
+  layer->CellAt(number)->CopyBits(drawing.image);
+  cellsByChecksum.emplace(drawing.checksum, number);
   return number;
 }
 
-bool Importer::Add(const std::string& path) {
+bool Importer::AddDrawing(const Drawing& drawing) {
+  const int32_t cell = CellLike(drawing);
+  if (cell < 0) {
+    Fail(drawing.path, "too many different pictures for one layer");
+    return false;
+  }
+  Frame* frame = cut.AddFrame();
+  frame->time = settings.hold;
+  frame->AddRecord(layer, cell, 0, 0);
+  return true;
+}
+
+bool Importer::AddAlone(const std::string& path) {
   InputFile file;
   std::string problem;
   Picture picture;
@@ -92,20 +115,47 @@ bool Importer::Add(const std::string& path) {
     return false;
   }
   if (layer == nullptr && !Start(path, picture)) return false;
-  PackedImage image;
-  if (!image.Resize(cut.width, cut.height, 0)) {
-    Fail(path, "no memory for the picture");
-    return false;
+  Drawing drawing;
+  drawing.path = path;
+  if (Draw(picture, &drawing)) return AddDrawing(drawing);
+  Fail(path, "no memory for the picture");
+  return false;
+}
+
+bool Importer::Add(const std::vector<std::string>& paths, const ProgressFunction& progress) {
+  const auto count = static_cast<int32_t>(paths.size());
+  int32_t added = 0;
+  const auto tell = [&] { return !progress || progress(++added, count); };
+  // The size of the first picture is that of the cut.
+  if (layer == nullptr && count > 0 && !(tell() && AddAlone(paths[0]))) return false;
+  constexpr int64_t bytesOfPixel = 4;
+  std::vector<Drawing> drawings(
+      static_cast<size_t>(JobsAtOnce(count - added, int64_t{cut.width} * cut.height * bytesOfPixel)));
+  const auto read = [this, &drawings](int32_t place) {
+    Drawing* drawing = &drawings[static_cast<size_t>(place)];
+    InputFile file;
+    std::string problem;
+    Picture picture;
+    std::error_code ignored;
+    // To open a pipe may take forever.
+    drawing->isReady = std::filesystem::is_regular_file(drawing->path, ignored) && file.Open(drawing->path, &problem) &&
+                       ReadPicture(file.File(), &picture, &problem) && Draw(picture, drawing);
+  };
+  JobLine line(static_cast<int32_t>(drawings.size()), read);
+  const auto addOldest = [&] {
+    const Drawing& drawing = drawings[static_cast<size_t>(line.Take())];
+    if (!tell()) return false;
+    // What is wrong with it shows when it is read again. If it was the memory, others may have gone meanwhile.
+    return drawing.isReady ? AddDrawing(drawing) : AddAlone(drawing.path);
+  };
+  for (int32_t i = added; i < count; ++i) {
+    if (line.IsFull() && !addOldest()) return false;
+    drawings[static_cast<size_t>(line.NextPlace())].path = paths[static_cast<size_t>(i)];
+    line.Give();
   }
-  DrawPicture(picture, settings, &image);
-  const int32_t cell = CellLike(image);
-  if (cell < 0) {
-    Fail(path, "too many different pictures for one layer");
-    return false;
+  while (!line.IsEmpty()) {
+    if (!addOldest()) return false;
   }
-  Frame* frame = cut.AddFrame();
-  frame->time = settings.hold;
-  frame->AddRecord(layer, cell, 0, 0);
   return true;
 }
 

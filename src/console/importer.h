@@ -3,9 +3,11 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "console/picture_reader.h"
 #include "document/cut.h"
+#include "foundation/progress.h"
 #include "imaging/packed_image.h"
 
 namespace sorvel::console {
@@ -25,16 +27,30 @@ class Importer {
  public:
   explicit Importer(const ImportSettings& importSettings) : settings(importSettings) {}
 
-  // False, with the one line written, if the picture can't be read or doesn't fit the cut.
-  bool Add(const std::string& path);
+  // Several threads read them. `progress` is told as each is added. False, with the one line written, if a picture
+  // can't be read or doesn't fit the cut.
+  bool Add(const std::vector<std::string>& paths, const ProgressFunction& progress);
 
   // The importer owns the cut.
   Cut* Result() { return &cut; }
 
  private:
+  // A picture as a cell of the cut.
+  struct Drawing {
+    std::string path;
+    PackedImage image;
+    uint32_t checksum = 0;
+    bool isReady = false;
+  };
+
+  bool AddAlone(const std::string& path);
+  bool AddDrawing(const Drawing& drawing);
   bool Start(const std::string& path, const Picture& picture);
+  // Needs nothing but the settings, the size of the cut and the drawing, and may run on any thread. False without
+  // memory.
+  bool Draw(const Picture& picture, Drawing* drawing) const;
   // The number of a cell like this one, which is put into the layer if there is none yet; -1 if it is full.
-  int32_t CellLike(const PackedImage& image);
+  int32_t CellLike(const Drawing& drawing);
 
   ImportSettings settings;
   Cut cut{0, 0, 24, "", 0};

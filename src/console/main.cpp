@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <initializer_list>
@@ -5,6 +6,7 @@
 #include "console/commands.h"
 #include "console/console_files.h"
 #include "foundation/history.h"
+#include "foundation/job_line.h"
 #include "foundation/replacement_file.h"
 #include "imaging/color_table.h"
 
@@ -25,15 +27,20 @@ struct Command {
 
 constexpr size_t kAnyNumber = static_cast<size_t>(-1);
 
+// Of commands whose work is shared by threads.
+constexpr Option kThreads = {"--threads", "a number"};
+constexpr char kThreadsHelp[] =
+    "  --threads N  work on at most N threads, 1 to 64; by default on as many as there are cores\n";
+
 const Command kCommands[] = {
-    {"info", "info FILE", "what a .cut, .lyr, .flm, .ca or .sv file holds, as JSON", "", {}, 1, 1, RunInfo},
-    {"resave", "resave IN OUT", "loads a .cut, .lyr or .flm file and saves it again", "", {}, 2, 2, RunResave},
+    {"info", "info FILE", "what a .cut, .lyr, .flm, .ca or .sv file holds, as JSON", "", {kThreads}, 1, 1, RunInfo},
+    {"resave", "resave IN OUT", "loads a .cut, .lyr or .flm file and saves it again", "", {kThreads}, 2, 2, RunResave},
     {"compile",
      "compile IN.cut OUT.ca [--first N] [--last N]",
      "compiles frames of a cut into a stream that plays",
      "  --first N  the first frame, counted from 1; 1 by default\n"
      "  --last N   the last frame; the cut's last by default\n",
-     {{"--first", "a number"}, {"--last", "a number"}},
+     {{"--first", "a number"}, {"--last", "a number"}, kThreads},
      2,
      2,
      RunCompile},
@@ -41,7 +48,7 @@ const Command kCommands[] = {
      "export FILM.flm OUT.sv",
      "writes all cuts of a film as one playback file",
      "A whole compiled stream (.ca) beside a cut is used as it is; where there is none it is made.\n",
-     {},
+     {kThreads},
      2,
      2,
      RunExport},
@@ -49,7 +56,7 @@ const Command kCommands[] = {
      "frame IN.cut N OUT.bmp",
      "frame N, from 1, as the player shows it, as a 4-bit bitmap file",
      "",
-     {},
+     {kThreads},
      3,
      3,
      RunFrame},
@@ -67,7 +74,8 @@ const Command kCommands[] = {
       {"--onion-next", nullptr},
       {"--current-cell-only", nullptr},
       {"--dim-others", nullptr},
-      {"--draw-limit", "a number"}},
+      {"--draw-limit", "a number"},
+      kThreads},
      3,
      3,
      RunView},
@@ -103,7 +111,7 @@ const Command kCommands[] = {
      "the\n"
      "               film N times, by default once\n"
      "  --fps N      N pictures a second, 1 to 1000, each of them what the film shows when it begins\n",
-     {{"--ticks", "two numbers A-B"}, {"--scale", "a number"}, {"--loop", "a number"}, {"--fps", "a number"}},
+     {{"--ticks", "two numbers A-B"}, {"--scale", "a number"}, {"--loop", "a number"}, {"--fps", "a number"}, kThreads},
      2,
      2,
      RunRender},
@@ -115,7 +123,7 @@ const Command kCommands[] = {
      "needs and asks nothing of the network.\n"
      "  --linked  leaves the film beside the page, as OUT.sv, from where the page fetches it as it plays; both belong\n"
      "            on a web server\n",
-     {{"--linked", nullptr}},
+     {{"--linked", nullptr}, kThreads},
      2,
      2,
      RunWeb},
@@ -133,7 +141,8 @@ const Command kCommands[] = {
       {"--height", "a number"},
       {"--antialias", "0, 1 or 2"},
       {"--hold", "a number"},
-      {"--transparent", "a colour RRGGBB"}},
+      {"--transparent", "a colour RRGGBB"},
+      kThreads},
      2,
      kAnyNumber,
      RunImport},
@@ -155,7 +164,7 @@ const Command kCommands[] = {
      "timing to other programs of the trade. From an .xdts file the cut takes the exposures, blanks and times of the\n"
      "layers of those names. All else of it stays; layers and cells that it lacks are made, blank. If there is no\n"
      "FILE.cut it becomes a new cut of 240 by 180 at 24 frames a second.\n",
-     {},
+     {kThreads},
      2,
      2,
      RunSheet},
@@ -166,7 +175,7 @@ const Command kCommands[] = {
      "  --settings FILE    the settings file; by default the one beside the program\n"
      "  --recovery FOLDER  keeps what isn't saved there, for the next run, until the script ends with \"exit\"; opens\n"
      "                     first what an earlier run left\n",
-     {{"--settings", "a file"}, {"--recovery", "a folder"}},
+     {{"--settings", "a file"}, {"--recovery", "a folder"}, kThreads},
      1,
      1,
      RunRun},
@@ -182,7 +191,9 @@ void PrintOverview() {
 
 void PrintHelp(const Command& command) {
   std::printf("sorvel %s\n\n%s.\n", command.usage, command.summary);
-  if (command.details[0] != '\0') std::printf("\n%s", command.details);
+  const bool isShared = std::any_of(command.options.begin(), command.options.end(),
+                                    [](const Option& option) { return option.name == kThreads.name; });
+  if (command.details[0] != '\0' || isShared) std::printf("\n%s%s", command.details, isShared ? kThreadsHelp : "");
 }
 
 int RunCommand(const Command& command, int count, char** words) {
@@ -196,6 +207,9 @@ int RunCommand(const Command& command, int count, char** words) {
   if (!arguments.Parse(count, words, command.options, command.fewestWords, command.mostWords)) {
     return FailUsage(std::string(command.name) + ": " + arguments.Problem() + "; usage: sorvel " + command.usage);
   }
+  int32_t threads = 0;
+  if (!NumberOption(arguments, kThreads.name, 1, kMostThreads, &threads)) return kUsage;
+  SetThreadCount(threads);
   CatchInterrupts(arguments.Plain()[0]);
   FinishInterruptedWrites();
   SweepDataHistory();

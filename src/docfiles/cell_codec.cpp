@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <vector>
 
 #include "docfiles/cut_parts.h"
 #include "docfiles/stream_check.h"
+#include "foundation/job_line.h"
 
 namespace sorvel {
 
@@ -39,6 +41,11 @@ constexpr int64_t kPixelBytesPerByte = 32;
 constexpr int64_t kMemoryPerCell = 128;   // of the objects that a cell consists of
 constexpr int64_t kFreeMemory = 1 << 16;  // for files that end early
 
+// How many cells to work on at a time. Each takes its pixels, and about as much again for what it is in a file.
+int32_t CellsAtOnce(int32_t count, int32_t width, int32_t height) {
+  return JobsAtOnce(count, (int64_t{width} + 1) * height);
+}
+
 }  // namespace
 
 void WriteLayerHead(Layer* layer, ByteStream* stream) {
@@ -56,16 +63,33 @@ bool CellWriter::Begin(int32_t width, int32_t height) {
 }
 
 bool CellWriter::Write(Layer* layer, ByteStream* stream) {
-  if (layer->cells.Count() > 0 && !Begin(layer->width, layer->height)) return false;
+  const int32_t count = layer->cells.Count();
+  std::vector<CellWriter> writers(static_cast<size_t>(CellsAtOnce(count, layer->width, layer->height)));
+  // Fewer than that are enough if memory is short.
+  size_t places = 0;
+  while (places < writers.size() && (count == 0 || writers[places].Begin(layer->width, layer->height))) ++places;
+  if (places == 0) return false;
   WriteLayerHead(layer, stream);
-  if (!layer->cells.SeekFirst()) return true;
-  do {
-    WriteCell(*layer->cells.Current(), stream);
-  } while (layer->cells.SeekNext());
+  std::vector<const CellImage*> images(places);
+  JobLine line(static_cast<int32_t>(places), [&writers, &images](int32_t place) {
+    writers[static_cast<size_t>(place)].Encode(*images[static_cast<size_t>(place)]);
+  });
+  const auto putOldest = [&] { writers[static_cast<size_t>(line.Take())].Put(stream); };
+  for (bool isThere = layer->cells.SeekFirst(); isThere; isThere = layer->cells.SeekNext()) {
+    if (line.IsFull()) putOldest();
+    images[static_cast<size_t>(line.NextPlace())] = layer->cells.Current();
+    line.Give();
+  }
+  while (!line.IsEmpty()) putOldest();
   return true;
 }
 
 void CellWriter::WriteCell(const CellImage& image, ByteStream* stream) {
+  Encode(image);
+  Put(stream);
+}
+
+void CellWriter::Encode(const CellImage& image) {
   // A cell of width 0 may have a height, but it has no bytes.
   const int32_t height = image.width > 0 ? image.height : 0;
   rows.Begin(image.width, height, 2);
@@ -85,6 +109,9 @@ void CellWriter::WriteCell(const CellImage& image, ByteStream* stream) {
     }
     rows.PutRow(row);
   }
+}
+
+void CellWriter::Put(ByteStream* stream) const {
   WriteField(*stream, rows.CodeSize(), 4);
   WriteField(*stream, rows.LiteralSize(), 4);
   stream->Write(rows.Map(), rows.MapSize());
@@ -118,67 +145,106 @@ bool CellReader::Read(Layer* layer, ByteStream* stream, LoadReport* report) {
   if (count == 0) return true;
   const int64_t pitch = ((width + 1) / 2 + 3) & ~3;
   const int64_t cellMemory = pitch * height + kMemoryPerCell;
-  int64_t memory = length * kPixelBytesPerByte + kFreeMemory;
-  for (int32_t i = 0; i < count; ++i) {
-    memory -= cellMemory;
-    if (memory < 0) {
-      NoteProblem(report, "cell %lld of a layer is larger than the file can hold", i);
+  const int64_t memory = length * kPixelBytesPerByte + kFreeMemory;
+  // So many cells the file can hold.
+  const int32_t most = static_cast<int32_t>(std::min<int64_t>(count, memory / cellMemory));
+  std::vector<CellReader> readers(static_cast<size_t>(std::max(CellsAtOnce(most, width, height), 1)));
+  size_t places = 0;
+  while (most > 0 && places < readers.size() && readers[places].Allocate(*layer)) ++places;
+  JobLine line(std::max(static_cast<int32_t>(places), 1),
+               [&readers](int32_t place) { readers[static_cast<size_t>(place)].Decode(); });
+  int32_t finished = 0;
+  const auto finishOldest = [&] {
+    if (readers[static_cast<size_t>(line.Take())].Finish(stream, report, finished++)) return true;
+    // The cells behind it were begun too early.
+    line.Stop();
+    while (layer->cells.Count() > finished) layer->DeleteCell(layer->cells.Count() - 1);
+    return false;
+  };
+  const auto finishAll = [&] {
+    while (!line.IsEmpty()) {
+      if (!finishOldest()) return false;
+    }
+    return true;
+  };
+  for (int32_t i = 0; i < most; ++i) {
+    if (line.IsFull() && !finishOldest()) return false;
+    if (places == 0 || !layer->AddCell(i - 1, 0, nullptr)) {
+      if (finishAll()) NoteProblem(report, "no memory for cell %lld of a layer", i);
       return false;
     }
-    if ((i == 0 && !Allocate(*layer)) || !layer->AddCell(i - 1, 0, nullptr)) {
-      NoteProblem(report, "no memory for cell %lld of a layer", i);
+    CellReader& reader = readers[static_cast<size_t>(line.NextPlace())];
+    if (!reader.ReadRecord(layer->CellAt(i), stream, length, report != nullptr)) {
+      if (!finishAll()) return false;
+      reader.NoteRecord(report, i);
+      NoteProblem(report, "no memory for the data of cell %lld of a layer", i);
       return false;
     }
-    if (!ReadCell(layer->CellAt(i), stream, length, i, report)) return false;
+    line.Give();
+    // Where the next record begins after one that isn't whole, its end tells.
+    if (!reader.isWhole && !finishAll()) return false;
   }
+  if (!finishAll()) return false;
+  if (most < count) NoteProblem(report, "cell %lld of a layer is larger than the file can hold", most);
+  return most == count;
+}
+
+bool CellReader::ReadRecord(CellImage* image, ByteStream* stream, int32_t length, bool reports) {
+  cell = image;
+  isHeadShort = reports && length - stream->Tell() < kCellHeadBytes;
+  const uint32_t codeSize = ReadField(*stream, 4);
+  literalSize = ReadField(*stream, 4);
+  std::memset(rowMap.Data(), 0, static_cast<size_t>(mapBytes));
+  const int32_t mapGot = ReadUpTo(*stream, rowMap.Data(), mapBytes);
+  start = stream->Tell();
+  rest = std::max(length - start, 0);
+  const int64_t told = static_cast<int64_t>(codeSize) + literalSize;
+  const int32_t wanted = static_cast<int32_t>(std::min<int64_t>(told, rest));
+  isShort = mapGot < mapBytes || wanted < told;
+  if (static_cast<size_t>(wanted) > data.Count() && !data.Allocate(static_cast<size_t>(wanted))) return false;
+  dataGot = ReadUpTo(*stream, data.Data(), wanted);
+  codesGot = static_cast<int32_t>(std::min<int64_t>(codeSize, dataGot));
+  isWhole = !isShort && dataGot == told;
   return true;
 }
 
-bool CellReader::ReadCell(CellImage* image, ByteStream* stream, int32_t length, int32_t number, LoadReport* report) {
-  NoteShortStream(*stream, length, kCellHeadBytes, report);
-  const uint32_t codeSize = ReadField(*stream, 4);
-  const uint32_t literalSize = ReadField(*stream, 4);
-  std::memset(rowMap.Data(), 0, static_cast<size_t>(mapBytes));
-  const int32_t mapGot = ReadUpTo(*stream, rowMap.Data(), mapBytes);
-  const int32_t start = stream->Tell();
-  const int32_t rest = std::max(length - start, 0);
-  const int32_t wanted = static_cast<int32_t>(std::min<int64_t>(static_cast<int64_t>(codeSize) + literalSize, rest));
-  if (mapGot < mapBytes || wanted < static_cast<int64_t>(codeSize) + literalSize) {
-    NoteProblem(report, "the data of cell %lld of a layer ends early", number);
-  }
-  if (static_cast<size_t>(wanted) > data.Count() && !data.Allocate(static_cast<size_t>(wanted))) {
-    NoteProblem(report, "no memory for the data of cell %lld of a layer", number);
-    return false;
-  }
-  const int32_t got = ReadUpTo(*stream, data.Data(), wanted);
-  const int32_t codesGot = static_cast<int32_t>(std::min<int64_t>(codeSize, got));
+void CellReader::Decode() {
   const uint8_t* code = data.Data();
   const uint8_t* const codeEnd = code + codesGot;
   literal = codeEnd;
-  literalEnd = code + got;
+  literalEnd = code + dataGot;
   literalsUsed = 0;
   lastLiteral = 0;
   for (int32_t i = 0; i < kUnitCodes; ++i) {
-    offsets[i] = i == kLiteralUnit || i == static_cast<int32_t>(kLeftUnit) ? 0 : ByteOffset(i, image->pitch);
+    offsets[i] = i == kLiteralUnit || i == static_cast<int32_t>(kLeftUnit) ? 0 : ByteOffset(i, cell->pitch);
   }
   std::memset(rowCodes.Data(), kFirstRowCodes, static_cast<size_t>(rowBytes));
-  const int32_t rows = groups > 0 ? image->height : 0;
-  image->UseRows(0, rows);
+  const int32_t rows = groups > 0 ? cell->height : 0;
+  cell->UseRows(0, rows);
   for (int32_t y = 0; y < rows; ++y) {
     // Reading behind the end of the codes gives the byte FF.
-    LoadCodeRow(rowMap.Data() + y * mapRowBytes, image->width, &code, codeEnd, 0xFF, rowCodes.Data());
-    ReadRow(image, y);
+    LoadCodeRow(rowMap.Data() + y * mapRowBytes, cell->width, &code, codeEnd, 0xFF, rowCodes.Data());
+    ReadRow(cell, y);
   }
+  hasCodesLeft = code != codeEnd;
+}
+
+void CellReader::NoteRecord(LoadReport* report, int32_t number) const {
+  if (isHeadShort) NoteProblem(report, "the file ends early");
+  if (isShort) NoteProblem(report, "the data of cell %lld of a layer ends early", number);
+}
+
+bool CellReader::Finish(ByteStream* stream, LoadReport* report, int32_t number) const {
+  NoteRecord(report, number);
   // The last literal may lack its second byte.
   const int64_t consumed = std::min<int64_t>(literalsUsed, rest - codesGot);
+  const bool isRight = consumed == static_cast<int64_t>(literalSize);
   const int32_t end = static_cast<int32_t>(start + codesGot + consumed);
-  if (stream->Tell() != end) stream->Seek(end, kFromStart);
-  if (code != codeEnd) NoteProblem(report, "cell %lld of a layer has codes that belong to no group", number);
-  if (consumed != static_cast<int64_t>(literalSize)) {
-    NoteProblem(report, "the data of cell %lld of a layer is not as long as it says", number);
-    return false;
-  }
-  return true;
+  // Records behind this one may have been read already.
+  if ((!isRight || !isWhole) && stream->Tell() != end) stream->Seek(end, kFromStart);
+  if (hasCodesLeft) NoteProblem(report, "cell %lld of a layer has codes that belong to no group", number);
+  if (!isRight) NoteProblem(report, "the data of cell %lld of a layer is not as long as it says", number);
+  return isRight;
 }
 
 void CellReader::ReadRow(CellImage* image, int32_t y) {

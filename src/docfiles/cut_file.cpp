@@ -58,8 +58,7 @@ void WriteCutFrames(Cut* cut, ByteStream* stream) {
 bool Cut::Save(ByteStream* stream) {
   WriteCutHead(this, stream);
   for (int32_t i = 0; i < layers.Count(); ++i) {
-    CellWriter writer;
-    if (!writer.Write(layers.At(i), stream)) return false;
+    if (!CellWriter::Write(layers.At(i), stream)) return false;
   }
   WriteCutFrames(this, stream);
   stateFlags &= ~static_cast<uint32_t>(kModified);
@@ -91,9 +90,8 @@ bool Cut::Load(ByteStream* stream, CellImage* prototype, LoadReport* report) {
 
   for (int32_t i = 0; i < layerCount; ++i) {
     Layer* layer = AddLayer(nullptr, 0, 0, prototype);
-    CellReader reader;
     // A damaged layer stays as far as it got, and reading goes on where the stream stands.
-    if (reader.Read(layer, stream, report) && layer->cells.Count() == 0) {
+    if (CellReader::Read(layer, stream, report) && layer->cells.Count() == 0) {
       NoteProblem(report, "layer %lld has no cells", i);
     }
     if (!EnsureUndoBuffer(layer)) NoteProblem(report, "no memory for layer %lld", i);

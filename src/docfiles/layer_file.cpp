@@ -16,8 +16,7 @@ bool Cut::SaveLayer(ByteStream* stream) {
   const FrameRecord* record = CurrentFrameRecord();
   if (record == nullptr) return false;
   WriteText(*stream, kLayerMagic);
-  CellWriter writer;
-  return writer.Write(record->layer, stream);
+  return CellWriter::Write(record->layer, stream);
 }
 
 bool Cut::LoadLayer(ByteStream* stream, LoadReport* report) {
@@ -36,8 +35,8 @@ bool Cut::LoadLayer(ByteStream* stream, LoadReport* report) {
   if (record == nullptr) return false;
   Layer* layer = record->layer;
   ForgetUndoOf(layer);
-  CellReader reader;
-  if (reader.Read(layer, stream, report) && layer->cells.Count() == 0) NoteProblem(report, "the layer has no cells");
+  if (CellReader::Read(layer, stream, report) && layer->cells.Count() == 0)
+    NoteProblem(report, "the layer has no cells");
   if (!EnsureUndoBuffer(layer)) NoteProblem(report, "no memory for the layer");
   NoteLongStream(*stream, StreamLength(*stream), report);
   MarkImages();

@@ -11,6 +11,7 @@
 #include "imaging/packed_image.h"
 #include "support/reference_data.h"
 #include "support/test_images.h"
+#include "support/test_threads.h"
 
 namespace sorvel {
 namespace {
@@ -19,16 +20,14 @@ using namespace testimages;
 
 Bytes Encode(Layer* layer) {
   OutputBytes output;
-  CellWriter writer;
-  EXPECT_TRUE(writer.Write(layer, &output.stream));
+  EXPECT_TRUE(CellWriter::Write(layer, &output.stream));
   EXPECT_EQ(output.stream.Tell(), output.stream.size);
   return output.Written();
 }
 
 bool Decode(Layer* layer, const Bytes& bytes, LoadReport* report = nullptr, int32_t* end = nullptr) {
   InputBytes input(bytes);
-  CellReader reader;
-  bool result = reader.Read(layer, &input.stream, report);
+  bool result = CellReader::Read(layer, &input.stream, report);
   if (end != nullptr) *end = input.stream.Tell();
   return result;
 }
@@ -191,8 +190,8 @@ TEST(CellWriter, BlockBeginsAtThePositionOfTheStream) {
   Bytes block = Encode(&one.layer);
   OutputBytes output;
   output.stream.PutC(0x77);
-  EXPECT_TRUE(CellWriter().Write(&one.layer, &output.stream));
-  EXPECT_TRUE(CellWriter().Write(&one.layer, &output.stream));
+  EXPECT_TRUE(CellWriter::Write(&one.layer, &output.stream));
+  EXPECT_TRUE(CellWriter::Write(&one.layer, &output.stream));
   EXPECT_EQ(output.Written(), Bytes{0x77} + block + block);
 }
 
@@ -202,14 +201,14 @@ TEST(CellWriter, AllStreamsReceiveTheSameBytes) {
   for (int32_t i = 0; i < 3; ++i) Scatter(NewCell(&layer), random, 15, 3);
   Bytes block = Encode(&layer);
   ChunkStream chunks(64);
-  EXPECT_TRUE(CellWriter().Write(&layer, &chunks));
+  EXPECT_TRUE(CellWriter::Write(&layer, &chunks));
   EXPECT_EQ(chunks.Size(), static_cast<int32_t>(block.size()));
   chunks.Seek(0, kFromStart);
   for (uint8_t byte : block) ASSERT_EQ(chunks.GetC(), byte);
   TemporaryFolder folder;
   FileStream file(std::fopen(folder.Path("block").c_str(), "wb"));
   ASSERT_TRUE(file.IsOpen());
-  EXPECT_TRUE(CellWriter().Write(&layer, &file));
+  EXPECT_TRUE(CellWriter::Write(&layer, &file));
   file.Close();
   EXPECT_EQ(ReadBytes(folder.Path("block")), block);
 }
@@ -419,8 +418,8 @@ TEST(CellReader, BlocksFollowEachOtherWithoutAGap) {
   InputBytes input(first + second + Bytes{0x99});
   Layer a(0, 0, nullptr, nullptr, 0);
   Layer b(0, 0, nullptr, nullptr, 0);
-  EXPECT_TRUE(CellReader().Read(&a, &input.stream));
-  EXPECT_TRUE(CellReader().Read(&b, &input.stream));
+  EXPECT_TRUE(CellReader::Read(&a, &input.stream));
+  EXPECT_TRUE(CellReader::Read(&b, &input.stream));
   EXPECT_EQ(Picture(*a.CellAt(0)), "1234\n");
   EXPECT_EQ(Picture(*b.CellAt(0)), "5678\n");
   EXPECT_EQ(input.stream.GetC(), 0x99);
@@ -555,14 +554,65 @@ Bytes BlockWithoutItsLastCode() {
 TEST(CellReader, CodeBehindTheEndOfTheCodeBytesIs15) {
   InputBytes input(BlockWithoutItsLastCode());
   Layer layer(0, 0, nullptr, nullptr, 0);
-  CellReader reader;
-  EXPECT_TRUE(reader.Read(&layer, &input.stream));
+  EXPECT_TRUE(CellReader::Read(&layer, &input.stream));
   ASSERT_EQ(layer.cells.Count(), 1);
   std::string expected = "1234\n5678\n";
   for (int32_t y = 2; y < 17; ++y) expected += "9abc\n";
   expected += "5678\n";
   EXPECT_EQ(Picture(*layer.CellAt(0)), expected);
   EXPECT_EQ(input.stream.GetC(), -1);
+}
+
+// Threads.
+
+// What comes of a block, with all that its reader tells.
+std::string Outcome(const Bytes& block, int32_t threadCount) {
+  const testing_support::Threads threads(threadCount);
+  Layer layer(0, 0, nullptr, nullptr, 0);
+  LoadReport report;
+  int32_t end = 0;
+  std::string outcome = Decode(&layer, block, &report, &end) ? "whole" : "refused";
+  outcome += std::string(" ") + report.problem + " at " + std::to_string(end);
+  outcome += " cursor " + std::to_string(layer.cells.CursorIndex()) + "\n";
+  for (int32_t i = 0; i < layer.cells.Count(); ++i) outcome += Picture(*layer.CellAt(i)) + "\n";
+  return outcome;
+}
+
+void ExpectSameOutcome(const Bytes& block) {
+  const std::string alone = Outcome(block, 1);
+  for (const int32_t threads : {2, 5}) EXPECT_EQ(Outcome(block, threads), alone);
+}
+
+Bytes BlockOfCells(Random& random, int32_t cells) {
+  Layer layer(random.Between(1, 40), random.Between(1, 20), "A", nullptr, 0);
+  for (int32_t i = 0; i < cells; ++i) Scatter(NewCell(&layer), random, 3, random.Between(1, 12));
+  Bytes alone;
+  for (const int32_t count : testing_support::kThreadCounts) {
+    const testing_support::Threads threads(count);
+    if (count == 1) alone = Encode(&layer);
+    EXPECT_EQ(Encode(&layer), alone);
+  }
+  return alone;
+}
+
+TEST(CellThreads, AnyNumberOfThemGivesTheSameBytesAndCells) {
+  Random random(46);
+  for (int32_t round = 0; round < 40; ++round) ExpectSameOutcome(BlockOfCells(random, random.Between(0, 30)));
+}
+
+TEST(CellThreads, AnyNumberOfThemGivesTheSameOfDamagedBlocks) {
+  Random random(47);
+  for (int32_t round = 0; round < 300; ++round) {
+    Bytes block = BlockOfCells(random, random.Between(2, 12));
+    const auto anywhere = [&] {
+      return static_cast<size_t>(random.Between(0, static_cast<int32_t>(block.size()) - 1));
+    };
+    if (random.OneIn(3)) block.resize(anywhere());
+    for (int32_t i = random.Between(0, 2); i > 0 && !block.empty(); --i) {
+      block[anywhere()] = random.OneIn(3) ? uint8_t{0xFF} : random.Byte();
+    }
+    ExpectSameOutcome(block);
+  }
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <process.h>
 
+#include <algorithm>
 #include <csignal>
 
 #include "platform/win32/win32.h"
@@ -45,14 +46,15 @@ void OnAbort(int) {
 
 }  // namespace
 
-ThreadHandle StartThread(void (*run)(void* user), void* user) {
+ThreadHandle StartThread(void (*run)(void* user), void* user, ThreadKind kind) {
   Thread* thread = new Thread{nullptr, run, user};
   thread->handle = reinterpret_cast<HANDLE>(_beginthreadex(nullptr, 0, RunThread, thread, CREATE_SUSPENDED, nullptr));
   if (thread->handle == nullptr) {
     delete thread;
     return nullptr;
   }
-  SetThreadPriority(thread->handle, THREAD_PRIORITY_BELOW_NORMAL);
+  const int own = GetThreadPriority(GetCurrentThread());
+  SetThreadPriority(thread->handle, kind == ThreadKind::kHelper ? own : THREAD_PRIORITY_BELOW_NORMAL);
   ResumeThread(thread->handle);
   return thread;
 }
@@ -63,6 +65,27 @@ bool JoinThread(ThreadHandle thread, int32_t milliseconds) {
   CloseHandle(thread->handle);
   delete thread;
   return true;
+}
+
+int32_t CoreCount() {
+  return std::max(static_cast<int32_t>(GetActiveProcessorCount(ALL_PROCESSOR_GROUPS)), 1);
+}
+
+// The handle of the system is the semaphore.
+SemaphoreHandle MakeSemaphore() {
+  return reinterpret_cast<SemaphoreHandle>(CreateSemaphoreW(nullptr, 0, LONG_MAX, nullptr));
+}
+
+void DeleteSemaphore(SemaphoreHandle semaphore) {
+  if (semaphore != nullptr) CloseHandle(semaphore);
+}
+
+void RaiseSemaphore(SemaphoreHandle semaphore) {
+  ReleaseSemaphore(semaphore, 1, nullptr);
+}
+
+void LowerSemaphore(SemaphoreHandle semaphore) {
+  WaitForSingleObject(semaphore, INFINITE);
 }
 
 void CallAtCrash(void (*save)()) {

@@ -15,6 +15,8 @@
 #include "animation/stream_encoder.h"
 #include "console/importer.h"
 #include "document/cut.h"
+#include "foundation/byte_stream.h"
+#include "foundation/job_line.h"
 #include "imaging/indexed_image.h"
 
 namespace sorvel {

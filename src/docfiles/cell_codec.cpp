@@ -120,6 +120,8 @@ void CellWriter::Put(ByteStream* stream) const {
 }
 
 bool CellReader::Allocate(const Layer& layer) {
+  width = layer.width;
+  height = layer.height;
   groups = UnitsOf(layer.width);
   rowBytes = CodeRowBytes(layer.width);
   mapRowBytes = CodeMapRowBytes(layer.width);
@@ -155,10 +157,12 @@ bool CellReader::Read(Layer* layer, ByteStream* stream, LoadReport* report) {
                [&readers](int32_t place) { readers[static_cast<size_t>(place)].Decode(); });
   int32_t finished = 0;
   const auto finishOldest = [&] {
-    if (readers[static_cast<size_t>(line.Take())].Finish(stream, report, finished++)) return true;
+    const CellReader& reader = readers[static_cast<size_t>(line.Take())];
+    if (reader.Finish(stream, report, finished++)) return true;
     // The cells behind it were begun too early.
     line.Stop();
-    while (layer->cells.Count() > finished) layer->DeleteCell(layer->cells.Count() - 1);
+    const int32_t left = reader.hasPixels ? finished : finished - 1;
+    while (layer->cells.Count() > left) layer->DeleteCell(layer->cells.Count() - 1);
     return false;
   };
   const auto finishAll = [&] {
@@ -169,13 +173,15 @@ bool CellReader::Read(Layer* layer, ByteStream* stream, LoadReport* report) {
   };
   for (int32_t i = 0; i < most; ++i) {
     if (line.IsFull() && !finishOldest()) return false;
-    if (places == 0 || !layer->AddCell(i - 1, 0, nullptr)) {
+    CellImage* cell = places > 0 ? layer->AddEmptyCell() : nullptr;
+    if (cell == nullptr) {
       if (finishAll()) NoteProblem(report, "no memory for cell %lld of a layer", i);
       return false;
     }
     CellReader& reader = readers[static_cast<size_t>(line.NextPlace())];
-    if (!reader.ReadRecord(layer->CellAt(i), stream, length, report != nullptr)) {
+    if (!reader.ReadRecord(cell, stream, length)) {
       if (!finishAll()) return false;
+      if (!cell->Resize(layer->width, layer->height, 0)) layer->DeleteCell(i);
       reader.NoteRecord(report, i);
       NoteProblem(report, "no memory for the data of cell %lld of a layer", i);
       return false;
@@ -189,9 +195,11 @@ bool CellReader::Read(Layer* layer, ByteStream* stream, LoadReport* report) {
   return most == count;
 }
 
-bool CellReader::ReadRecord(CellImage* image, ByteStream* stream, int32_t length, bool reports) {
+bool CellReader::ReadRecord(CellImage* image, ByteStream* stream, int32_t length) {
   cell = image;
-  isHeadShort = reports && length - stream->Tell() < kCellHeadBytes;
+  hasPixels = false;
+  headStart = stream->Tell();
+  isHeadShort = length - headStart < kCellHeadBytes;
   const uint32_t codeSize = ReadField(*stream, 4);
   literalSize = ReadField(*stream, 4);
   std::memset(rowMap.Data(), 0, static_cast<size_t>(mapBytes));
@@ -209,6 +217,9 @@ bool CellReader::ReadRecord(CellImage* image, ByteStream* stream, int32_t length
 }
 
 void CellReader::Decode() {
+  // Here, since the system's work for new memory is half of it all.
+  hasPixels = cell->Resize(width, height, 0);
+  if (!hasPixels) return;
   const uint8_t* code = data.Data();
   const uint8_t* const codeEnd = code + codesGot;
   literal = codeEnd;
@@ -235,6 +246,11 @@ void CellReader::NoteRecord(LoadReport* report, int32_t number) const {
 }
 
 bool CellReader::Finish(ByteStream* stream, LoadReport* report, int32_t number) const {
+  if (!hasPixels) {
+    NoteProblem(report, "no memory for cell %lld of a layer", number);
+    stream->Seek(headStart, kFromStart);
+    return false;
+  }
   NoteRecord(report, number);
   // The last literal may lack its second byte.
   const int64_t consumed = std::min<int64_t>(literalsUsed, rest - codesGot);

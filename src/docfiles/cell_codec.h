@@ -43,17 +43,19 @@ class CellReader {
  private:
   bool Allocate(const Layer& layer);
   // The steps of a cell. False without memory.
-  bool ReadRecord(CellImage* image, ByteStream* stream, int32_t length, bool reports);
-  // Needs nothing but the reader and the image, and may run on any thread.
+  bool ReadRecord(CellImage* image, ByteStream* stream, int32_t length);
+  // Makes the pixels. Needs nothing but the reader and the image, and may run on any thread.
   void Decode();
   // Adds what is wrong with the record, or with the cell, to the report, which may be null.
   void NoteRecord(LoadReport* report, int32_t number) const;
-  // Leaves the stream behind the cell. False when its data isn't as long as it says.
+  // Leaves the stream behind the cell. False when its data isn't as long as it says, or if it got no pixels.
   bool Finish(ByteStream* stream, LoadReport* report, int32_t number) const;
   void ReadRow(CellImage* image, int32_t y);
   void ReadUnits(uint64_t codes, CellImage* image, int32_t place, int32_t count);
   void ReadGroup(uint64_t codes, uint8_t* units, int32_t count);
 
+  int32_t width = 0;  // of each cell
+  int32_t height = 0;
   int32_t groups = 0;
   int32_t rowBytes = 0;
   int32_t mapRowBytes = 0;
@@ -65,12 +67,14 @@ class CellReader {
   bool isHeadShort = false;
   bool isShort = false;
   bool isWhole = true;
+  int32_t headStart = 0;
   int32_t start = 0;  // of the codes
   int32_t rest = 0;   // bytes of the stream from there on
   int32_t dataGot = 0;
   int32_t codesGot = 0;
   uint32_t literalSize = 0;
   Buffer<uint8_t> data;  // its codes and literals
+  bool hasPixels = false;
   bool hasCodesLeft = false;
   const uint8_t* literal = nullptr;
   const uint8_t* literalEnd = nullptr;

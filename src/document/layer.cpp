@@ -49,7 +49,7 @@ bool Layer::PlaceCell(int32_t position, int32_t fill, CellImage* image, bool beh
   if (!cells.Seek(position) && cells.Count() != 0) return false;
   CellImage* made = nullptr;
   if (image == nullptr) {
-    made = prototype != nullptr ? prototype->MakeBlank() : new PackedImage;
+    made = MakeCell();
     image = made;
   }
   if (image == nullptr || !image->Resize(width, height, 0)) {
@@ -64,6 +64,19 @@ bool Layer::PlaceCell(int32_t position, int32_t fill, CellImage* image, bool beh
     cells.InsertBefore(image);
   }
   return true;
+}
+
+CellImage* Layer::AddEmptyCell() {
+  CellImage* made = MakeCell();
+  if (made == nullptr) return nullptr;
+  made->Resize(0, 0, 0);
+  cells.SeekLast();
+  cells.InsertAfter(made);
+  return made;
+}
+
+CellImage* Layer::MakeCell() const {
+  return prototype != nullptr ? prototype->MakeBlank() : new PackedImage;
 }
 
 bool Layer::DeleteCell(int32_t index) {

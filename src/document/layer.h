@@ -36,6 +36,10 @@ class Layer {
   bool AddCell(int32_t position, int32_t fill, CellImage* image);
   bool InsertCell(int32_t position, int32_t fill, CellImage* image);
 
+  // Puts a cell without pixels behind all others, the cursor on it, for a caller that resizes it before anybody else
+  // looks at it. Null without memory.
+  CellImage* AddEmptyCell();
+
   // Removes and destroys a cell; false for a bad number.
   bool DeleteCell(int32_t index);
 
@@ -54,6 +58,7 @@ class Layer {
   uint32_t followFrame;  // the position of this layer's records is relative to the frame's position
 
  private:
+  CellImage* MakeCell() const;
   bool PlaceCell(int32_t position, int32_t fill, CellImage* image, bool behind);
 };
 

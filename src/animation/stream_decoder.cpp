@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "docfiles/unit_vectors.h"
 #include "imaging/front_plane.h"
 
 namespace sorvel {
@@ -18,6 +19,36 @@ namespace {
 constexpr int64_t kPixelsPerByte = 64;
 constexpr int64_t kFreePixels = int64_t{1} << 20;
 constexpr int64_t kFreeFilmPixels = int64_t{1} << 26;
+
+// Units of the front plane, eight at a time.
+template <int32_t kBytesOfLiteral>
+struct StreamUnits {
+  using Unit = uint32_t;
+  static constexpr int32_t kLiteralBytes = kBytesOfLiteral;
+
+  SORVEL_WIDE_INLINE Words32x8 Merge(const Words32x8& there, const Words32x8& units) const {
+    return there ^ ((there ^ units) & frontBits);
+  }
+  SORVEL_WIDE_INLINE Words32x8 LastSource(const uint8_t*, ptrdiff_t, const Words32x8& there) const {
+    return isHigh ? there << 4 : there >> 4;
+  }
+  SORVEL_WIDE_INLINE Words32x8 EightLiterals(const uint8_t* from) const {
+    Words32x8 levels;
+    if (kLiteralBytes == 1) {
+      levels = Spread<Words32x8>(LoadAs<uint64_t>(from)) & 0xFF;
+      levels = (levels | levels << 12) & 0x000F000F;
+      levels = (levels | levels << 6) & 0x03030303;
+    } else {
+      levels = __builtin_convertvector(LoadAs<Words16x8>(from), Words32x8);
+      levels = (levels | levels << 8) & 0x00FF00FF;
+      levels = (levels | levels << 4) & 0x0F0F0F0F;
+    }
+    return isHigh ? levels << 4 : levels;
+  }
+
+  bool isHigh;
+  uint32_t frontBits;
+};
 
 // Four pixels of two bits each, one in each byte.
 constexpr auto kTwoBitBlocks = [] {
@@ -98,7 +129,7 @@ bool AnimationDecoder::AllocateSections() {
   literalCapacity = UnitsOf(bitmap->width) * 2 * bitmap->height;
   const size_t total = static_cast<size_t>(mapCapacity) + static_cast<size_t>(codeCapacity) +
                        static_cast<size_t>(literalCapacity) +
-                       static_cast<size_t>(CodeRowBytes(bitmap->width) + kGroupCodeBytes - 1);
+                       static_cast<size_t>(CodeRowBytes(bitmap->width) + kGroupCodeBytes - 1) + kSpareUnitBytes;
   if (!changeMap.Allocate(total)) return false;
   codes = changeMap.Data() + mapCapacity;
   literals = codes + codeCapacity;
@@ -199,11 +230,10 @@ int32_t AnimationDecoder::DecodeNextFrame() {
   } else {
     bitmap->CopyBackToFrontAround(currentBox, previousBox);
     ReadSections(currentBox, literalPlace, head.literalSize);
-    const int32_t mapRowBytes = CodeMapRowBytes(currentBox.width);
-    for (int32_t row = 0; row < currentBox.height; ++row) {
-      LoadCodeRow(changeMap.Data() + row * mapRowBytes, currentBox.width, &nextCode, codesEnd, kCodeOfRowAbove,
-                  rowCodes);
-      DecodeRow(currentBox, row);
+    for (int32_t row = 0; row < currentBox.height;) {
+      const int32_t done = levels <= 4 ? DecodeRowsWide<1>(currentBox, row) : DecodeRowsWide<2>(currentBox, row);
+      if (done == 0) DecodeRow(currentBox, row);
+      row += std::max(done, 1);
     }
     literalsRead = static_cast<int32_t>(nextLiteral - literals) + literalsBehind;
   }
@@ -222,11 +252,9 @@ void AnimationDecoder::ReadSections(const Rect& box, int32_t literalPlace, uint3
   std::memset(changeMap.Data() + mapGot, 0, static_cast<size_t>(mapSize - mapGot));
   nextCode = codes;
   // The map says how many codes there are. If the size of their section is wrong, reading goes on behind it.
-  int32_t codesWanted = 0;
-  for (int32_t row = 0; row < box.height; ++row) {
-    codesWanted += CountCodes(changeMap.Data() + row * CodeMapRowBytes(box.width), box.width);
-  }
+  const int32_t codesWanted = CountCodes(changeMap.Data(), box.width, box.height);
   codesEnd = codes + ReadUpTo(*stream, codes, codesWanted);
+  hasAllCodes = codesEnd - codes == codesWanted;
   if (stream->Tell() != literalPlace) stream->Seek(literalPlace, kFromStart);
   nextLiteral = literals;
   literalsEnd = literals + ReadUpTo(*stream, literals, literalsWanted);
@@ -245,8 +273,32 @@ uint32_t AnimationDecoder::NextLiteral() {
   return levels <= 4 ? kTwoBitBlocks[first] : FourBitBlock(first, nextByte());
 }
 
+template <int32_t kLiteralBytes>
+int32_t AnimationDecoder::DecodeRowsWide(const Rect& box, int32_t row) {
+  // Sources above, and whole groups behind.
+  const int32_t groupBytes = CodeMapRowBytes(box.width) * kGroupUnits * 4;
+  const int32_t place = (box.y + row) * bitmap->pitch + box.x;
+  const int32_t room = bitmap->imageSize - place - groupBytes;
+  if (!HasWideVectors() || !hasAllCodes || place < farthestSource || room < 0) return 0;
+  const int32_t rows = std::min(box.height - row, room / bitmap->pitch + 1);
+  UnitRows from = {changeMap.Data() + row * CodeMapRowBytes(box.width), rowCodes, nextCode, nextLiteral, literalsEnd};
+  const bool isHigh = bitmap->frontIsHigh != 0;
+  const StreamUnits<kLiteralBytes> format = {isHigh, isHigh ? 0xF0F0F0F0 : 0x0F0F0F0F};
+  CopyUnitRows(format, from, UnitsOf(box.width), rows, bitmap->bits + place, bitmap->pitch,
+               [&](uint64_t group, const uint8_t* to, int32_t count) {
+                 nextLiteral = from.literal;
+                 DecodeUnits(FrontPlane(isHigh), group, static_cast<int32_t>(to - bitmap->bits), count);
+                 from.literal = nextLiteral;
+               });
+  nextCode = from.nextCode;
+  nextLiteral = from.literal;
+  return rows;
+}
+
 void AnimationDecoder::DecodeRow(const Rect& box, int32_t row) {
   constexpr int32_t groupBytes = kGroupUnits * 4;
+  LoadCodeRow(changeMap.Data() + row * CodeMapRowBytes(box.width), box.width, &nextCode, codesEnd, kCodeOfRowAbove,
+              rowCodes);
   const int32_t units = UnitsOf(box.width);
   const FrontPlane plane(bitmap->frontIsHigh != 0);
   int32_t place = (box.y + row) * bitmap->pitch + box.x;

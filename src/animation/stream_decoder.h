@@ -63,6 +63,9 @@ class AnimationDecoder {
   bool FitsPicture(const Rect& box) const;
   void ReadSections(const Rect& box, int32_t literalPlace, uint32_t literalBytes);
   void DecodeRow(const Rect& box, int32_t row);
+  // The same by wide vectors, of rows from one on; gives how many it has decoded.
+  template <int32_t kLiteralBytes>
+  int32_t DecodeRowsWide(const Rect& box, int32_t row);
   void DecodeUnits(const FrontPlane& plane, uint64_t group, int32_t place, int32_t count);
   void DecodeGroup(const FrontPlane& plane, uint64_t group, uint8_t* pixels, int32_t count);
   uint32_t NextLiteral();
@@ -79,6 +82,7 @@ class AnimationDecoder {
   int32_t literalCapacity = 0;
   const uint8_t* nextCode = nullptr;
   const uint8_t* codesEnd = nullptr;
+  bool hasAllCodes = false;  // that the map names
   const uint8_t* nextLiteral = nullptr;
   const uint8_t* literalsEnd = nullptr;
   int32_t literalsBehind = 0;  // bytes that were read behind the section

@@ -167,7 +167,7 @@ bool Inspector::CheckBlocks(const StreamFrameHead& frame, int64_t number) {
   int64_t literalsUsed = 0;
   for (int32_t y = 0; y < box.height; ++y) {
     const uint8_t* mapRow = map.data() + y * mapRowBytes;
-    codesWanted += CountCodes(mapRow, box.width);
+    codesWanted += CountCodes(mapRow, box.width, 1);
     LoadCodeRow(mapRow, box.width, &next, end, kCodeOfRowAbove, row.data());
     for (int32_t k = 0; k < blocks; ++k) {
       const int32_t code = CodeAt(row.data(), k);

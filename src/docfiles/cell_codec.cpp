@@ -7,6 +7,7 @@
 
 #include "docfiles/cut_parts.h"
 #include "docfiles/stream_check.h"
+#include "docfiles/unit_vectors.h"
 #include "foundation/job_line.h"
 
 namespace sorvel {
@@ -33,6 +34,18 @@ struct CellUnits {
   void Put(uint8_t* to, const Units& units) const {
     StoreAs(to, units);
   }
+};
+
+// The same, eight at a time.
+struct EightCellUnits {
+  using Unit = uint16_t;
+  static constexpr int32_t kLiteralBytes = 2;
+
+  SORVEL_WIDE_INLINE Words16x8 Merge(const Words16x8&, const Words16x8& units) const { return units; }
+  SORVEL_WIDE_INLINE Words16x8 LastSource(const uint8_t* to, ptrdiff_t pitch, const Words16x8&) const {
+    return LoadSource<kFarthestCode, Unit>(to, pitch);
+  }
+  SORVEL_WIDE_INLINE Words16x8 EightLiterals(const uint8_t* from) const { return LoadAs<Words16x8>(from); }
 };
 
 // The memory that cells may take is bounded by the length of the stream, so that a short file can't ask for gigabytes.
@@ -209,7 +222,8 @@ bool CellReader::ReadRecord(CellImage* image, ByteStream* stream, int32_t length
   const int64_t told = static_cast<int64_t>(codeSize) + literalSize;
   const int32_t wanted = static_cast<int32_t>(std::min<int64_t>(told, rest));
   isShort = mapGot < mapBytes || wanted < told;
-  if (static_cast<size_t>(wanted) > data.Count() && !data.Allocate(static_cast<size_t>(wanted))) return false;
+  const size_t space = static_cast<size_t>(wanted) + kSpareUnitBytes;
+  if (space > data.Count() && !data.Allocate(space)) return false;
   dataGot = ReadUpTo(*stream, data.Data(), wanted);
   codesGot = static_cast<int32_t>(std::min<int64_t>(codeSize, dataGot));
   isWhole = !isShort && dataGot == told;
@@ -220,10 +234,10 @@ void CellReader::Decode() {
   // Here, since the system's work for new memory is half of it all.
   hasPixels = cell->Resize(width, height, 0);
   if (!hasPixels) return;
-  const uint8_t* code = data.Data();
-  const uint8_t* const codeEnd = code + codesGot;
+  nextCode = data.Data();
+  codeEnd = nextCode + codesGot;
   literal = codeEnd;
-  literalEnd = code + dataGot;
+  literalEnd = nextCode + dataGot;
   literalsUsed = 0;
   lastLiteral = 0;
   for (int32_t i = 0; i < kUnitCodes; ++i) {
@@ -232,12 +246,14 @@ void CellReader::Decode() {
   std::memset(rowCodes.Data(), kFirstRowCodes, static_cast<size_t>(rowBytes));
   const int32_t rows = groups > 0 ? cell->height : 0;
   cell->UseRows(0, rows);
-  for (int32_t y = 0; y < rows; ++y) {
-    // Reading behind the end of the codes gives the byte FF.
-    LoadCodeRow(rowMap.Data() + y * mapRowBytes, cell->width, &code, codeEnd, 0xFF, rowCodes.Data());
-    ReadRow(cell, y);
+  for (int32_t y = 0; y < rows;) {
+    if (const int32_t done = ReadRowsWide(cell, y, rows); done > 0) {
+      y += done;
+    } else {
+      ReadRow(cell, y++);
+    }
   }
-  hasCodesLeft = code != codeEnd;
+  hasCodesLeft = nextCode != codeEnd;
 }
 
 void CellReader::NoteRecord(LoadReport* report, int32_t number) const {
@@ -263,8 +279,38 @@ bool CellReader::Finish(ByteStream* stream, LoadReport* report, int32_t number) 
   return isRight;
 }
 
+int32_t CellReader::ReadRowsWide(CellImage* image, int32_t y, int32_t rows) {
+  // Sources above, and whole groups behind.
+  const int32_t first = -kUnitOffsets[kFarthestCode].dy;
+  const int32_t groupBytes = mapRowBytes * kGroupUnits * 2;
+  const int32_t last = (image->ByteCount() - groupBytes) / std::max(image->pitch, 1);
+  if (!HasWideVectors() || y != first || last < y) return 0;
+  if (codeEnd - nextCode < CountCodes(rowMap.Data() + y * mapRowBytes, image->width, rows - y)) return 0;
+  UnitRows from = {rowMap.Data() + y * mapRowBytes, rowCodes.Data(), nextCode, literal, literalEnd};
+  const int32_t count = std::min(rows, last + 1) - y;
+  CopyUnitRows(EightCellUnits(), from, groups, count, image->bits + y * image->pitch, image->pitch,
+               [&](uint64_t codes, const uint8_t* to, int32_t units) {
+                 TakeLiterals(from.literal);
+                 ReadUnits(codes, image, static_cast<int32_t>(to - image->bits), units);
+                 from.literal = literal;
+               });
+  nextCode = from.nextCode;
+  TakeLiterals(from.literal);
+  return count;
+}
+
+// Those up to `end` have been read.
+void CellReader::TakeLiterals(const uint8_t* end) {
+  if (end == literal) return;
+  lastLiteral = LoadAs<uint16_t>(end - 2);
+  literalsUsed += end - literal;
+  literal = end;
+}
+
 void CellReader::ReadRow(CellImage* image, int32_t y) {
   constexpr int32_t groupBytes = kGroupUnits * 2;
+  // Reading behind the end of the codes gives the byte FF.
+  LoadCodeRow(rowMap.Data() + y * mapRowBytes, image->width, &nextCode, codeEnd, 0xFF, rowCodes.Data());
   int32_t place = y * image->pitch;
   for (int32_t k = 0; k < groups; k += kGroupUnits, place += groupBytes) {
     const auto codes = LoadAs<uint64_t>(rowCodes.Data() + k / 2);

@@ -51,6 +51,9 @@ class CellReader {
   // Leaves the stream behind the cell. False when its data isn't as long as it says, or if it got no pixels.
   bool Finish(ByteStream* stream, LoadReport* report, int32_t number) const;
   void ReadRow(CellImage* image, int32_t y);
+  // The same by wide vectors, of rows from y on; gives how many it has read.
+  int32_t ReadRowsWide(CellImage* image, int32_t y, int32_t rows);
+  void TakeLiterals(const uint8_t* end);
   void ReadUnits(uint64_t codes, CellImage* image, int32_t place, int32_t count);
   void ReadGroup(uint64_t codes, uint8_t* units, int32_t count);
 
@@ -76,6 +79,8 @@ class CellReader {
   Buffer<uint8_t> data;  // its codes and literals
   bool hasPixels = false;
   bool hasCodesLeft = false;
+  const uint8_t* nextCode = nullptr;
+  const uint8_t* codeEnd = nullptr;
   const uint8_t* literal = nullptr;
   const uint8_t* literalEnd = nullptr;
   int64_t literalsUsed = 0;

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "docfiles/unit_copy.h"
+#include "docfiles/unit_vectors.h"
 #include "foundation/vectors.h"
 
 namespace sorvel {
@@ -16,6 +17,9 @@ namespace {
 constexpr int32_t UnitsToTheLeft(int32_t code) {
   return -kUnitOffsets[code].dx / 4;
 }
+
+// One bit of 16, multiplied by this number, has a number of its own in the highest four bits.
+constexpr uint16_t kBitNumbers = 0x09AF;
 
 constexpr std::array<int16_t, kGroupUnits> kLaneNumbers = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15};
 
@@ -40,19 +44,32 @@ void ForMapWords(const uint8_t* mapRow, int32_t width, const Take& take) {
 
 }  // namespace
 
+CodeRowWriter::CodeRowWriter(const CodeSearch& order) : search(order) {
+  for (int32_t rank = 0; rank < kUnitCodes; ++rank) {
+    const int32_t code = search.CodeOf(rank);
+    const uint32_t bit = rank < kUnitCodes - 1 ? 1u << rank : 0;
+    for (const int32_t half : {0, 16}) {
+      bitsOfCodes[0][static_cast<size_t>(half + code)] = static_cast<uint8_t>(bit);
+      bitsOfCodes[1][static_cast<size_t>(half + code)] = static_cast<uint8_t>(bit >> 8);
+      const int32_t number = static_cast<uint16_t>(kBitNumbers << rank) >> 12;
+      codesOfBits[static_cast<size_t>(half + number)] = static_cast<uint8_t>(code);
+    }
+  }
+}
+
 bool CodeRowWriter::Allocate(int32_t width, int32_t height) {
   const size_t rows = static_cast<size_t>(std::max(height, 0));
   const size_t mapSpace = static_cast<size_t>(CodeMapRowBytes(width)) * rows;
   const size_t rowSpace = static_cast<size_t>(CodeRowBytes(width));
   const size_t literalSpace = static_cast<size_t>(UnitsOf(width)) * 2 * rows;
   const size_t groups = static_cast<size_t>(CodeMapRowBytes(width));
-  if (!map.Allocate(mapSpace + literalSpace + rowSpace * rows + groups * kGroupCodeBytes) ||
+  if (!map.Allocate(mapSpace + literalSpace + rowSpace * rows + groups * kGroupCodeBytes + 2 * kSpareUnitBytes) ||
       !unitCodes.Allocate(groups * kGroupUnits)) {
     return false;
   }
   literals = map.Data() + mapSpace;
-  codes = literals + literalSpace;
-  rowCodes = codes + rowSpace * rows;
+  codes = literals + literalSpace + kSpareUnitBytes;
+  rowCodes = codes + rowSpace * rows + kSpareUnitBytes;
   return true;
 }
 
@@ -201,8 +218,95 @@ template <typename Vector>
   }
 }
 
-SORVEL_WIDE void CodeRowWriter::PutGroupsWide(const UnitRow& row) {
-  PutGroups<Numbers16x16>(row);
+// By wide vectors, for rows whose sources all lie in memory. The sources that equal a unit are a set of ranks, as the
+// bits of its lane.
+
+namespace {
+
+// The sets of the units of a group, the literal's bit included.
+template <bool kIsFirst>
+SORVEL_WIDE_INLINE Words16x16 FindSources(const UnitRow& row, const CodeSearch& search, int32_t first) {
+  const auto lanes = LoadAs<Numbers16x16>(kLaneNumbers.data());
+  const uint8_t* const units = row.units + 2 * first;
+  const auto unit = LoadAs<Words16x16>(units);
+  Words16x16 found = Words16x16{} + 1;
+  for (int32_t rank = kUnitCodes - 2; rank >= 0; --rank) {
+    const int32_t code = search.CodeOf(rank);
+    const ptrdiff_t offset = row.offsets[static_cast<size_t>(code)];
+    found += found;
+    if (offset == 0) continue;
+    auto equal = unit == LoadAs<Words16x16>(units + offset);
+    if (kIsFirst) {
+      equal &= lanes >= static_cast<int16_t>(UnitsToTheLeft(code) - row.unitsToTheLeft);
+    }
+    found -= reinterpret_cast<Words16x16>(equal);
+  }
+  return found;
+}
+
+}  // namespace
+
+SORVEL_WIDE void CodeRowWriter::PutGroupWide(const UnitRow& row, int32_t first, int32_t count,
+                                             const Words16x16& found) {
+  // The bit of the code above, if it isn't the literal's, is the first choice, then the lowest.
+  const auto codesAbove = LoadAs<Words16x16>(unitCodes.Data() + first);
+  const auto lowBits =
+      PermuteBytes(LoadAs<Bytes32>(bitsOfCodes[0].data()), reinterpret_cast<Bytes32>(codesAbove | 0x8000));
+  const auto highBits =
+      PermuteBytes(LoadAs<Bytes32>(bitsOfCodes[1].data()), reinterpret_cast<Bytes32>(codesAbove << 8 | 0x80));
+  const Words16x16 kept = found & reinterpret_cast<Words16x16>(lowBits | highBits);
+  const Words16x16 choice = kept != 0 ? kept : found & -found;
+  const auto chosen = reinterpret_cast<Words16x16>(PermuteBytes(
+      LoadAs<Bytes32>(codesOfBits.data()), reinterpret_cast<Bytes32>(choice * kBitNumbers >> 12 | 0x8000)));
+  const auto pairs = reinterpret_cast<Words32x8>(chosen);
+  const Bytes8 bytes = __builtin_convertvector((pairs | pairs >> 12) & 0xFF, Bytes8);
+  const uint64_t now = LoadAs<uint64_t>(&bytes) & CodeBitsOf(count);
+  uint8_t* const above = rowCodes + first / 2;
+  const uint32_t changes = FindDifferentBytes(LoadAs<uint64_t>(above), now);
+  StoreAs(above, now);
+  StoreAs(unitCodes.Data() + first, chosen & reinterpret_cast<Words16x16>(LoadAs<Numbers16x16>(kLaneNumbers.data()) <
+                                                                          static_cast<int16_t>(count)));
+  StoreAs(codes + codeSize, TakeBytes(now, kLanesInSet[changes]));
+  codeSize += std::popcount(changes);
+  mapRow[first / kGroupUnits] = static_cast<uint8_t>(changes);
+  uint64_t literalUnits = FindLiterals(now) & CodeBitsOf(count);
+  for (; literalUnits != 0; literalUnits &= literalUnits - 1) {
+    PutLiteral(row.units + 2 * (first + std::countr_zero(literalUnits) / 4));
+  }
+}
+
+template <bool kMayHaveNext>
+SORVEL_WIDE void CodeRowWriter::PutRowWide(const UnitRow& row) {
+  Words16x16 found = {};
+  bool keeps = KeepsRun<Bytes32>(row, 0, std::min(row.count, kGroupUnits));
+  if (!keeps) found = FindSources<true>(row, search, 0);
+  for (int32_t first = 0; first < row.count; first += kGroupUnits) {
+    const int32_t next = first + kGroupUnits;
+    const int32_t count = std::min(row.count - first, kGroupUnits);
+    bool keepsNext = true;
+    Words16x16 foundNext = {};
+    if (next < row.count) keepsNext = KeepsRun<Bytes32>(row, next, std::min(row.count - next, kGroupUnits));
+    if (!keepsNext || (kMayHaveNext && !keeps && next <= row.count)) foundNext = FindSources<false>(row, search, next);
+    if (keeps) {
+      mapRow[first / kGroupUnits] = 0;
+    } else if (kMayHaveNext) {
+      const auto foundBehind =
+          __builtin_shufflevector(found, foundNext, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16);
+      PutGroupWide(row, first, count, found & (foundBehind | 0x8000));
+    } else {
+      PutGroupWide(row, first, count, found);
+    }
+    found = foundNext;
+    keeps = keepsNext;
+  }
+}
+
+// Whether all units that a row is compared with lie in memory.
+bool CodeRowWriter::IsInside(const UnitRow& row) const {
+  const ptrdiff_t farthest = *std::min_element(row.offsets.begin(), row.offsets.end());
+  const ptrdiff_t nearest = *std::max_element(row.offsets.begin(), row.offsets.end());
+  const int32_t groups = row.withNext ? row.count / kGroupUnits + 1 : mapRowBytes;
+  return row.units - row.memory + farthest >= 0 && row.memoryEnd - row.units >= groups * kGroupUnits * 2 + nearest;
 }
 
 void CodeRowWriter::PutRow(const UnitRow& row) {
@@ -213,18 +317,41 @@ void CodeRowWriter::PutRow(const UnitRow& row) {
     const ptrdiff_t offset = row.offsets[static_cast<size_t>(code)];
     if (offset != 0) candidates[candidateCount++] = {static_cast<int16_t>(code), UnitsToTheLeft(code), offset};
   }
-  if (HasWideVectors()) {
-    PutGroupsWide(row);
+  if (HasWideVectors() && IsInside(row)) {
+    if (row.withNext) {
+      PutRowWide<true>(row);
+    } else {
+      PutRowWide<false>(row);
+    }
   } else {
     PutGroups<Numbers16x8>(row);
   }
   mapRow += mapRowBytes;
 }
 
-int32_t CountCodes(const uint8_t* mapRow, int32_t width) {
+namespace {
+
+[[gnu::always_inline]] inline int32_t CountBits(const uint8_t* map, int32_t width, int32_t rows) {
+  const int32_t rowBytes = CodeMapRowBytes(width);
+  const int32_t behind = rowBytes * kGroupCodeBytes - CodeRowBytes(width);
   int32_t count = 0;
-  ForMapWords(mapRow, width, [&count](int32_t, uint64_t word) { count += std::popcount(word); });
+  for (; rows > 0; --rows, map += rowBytes) {
+    int32_t i = 0;
+    for (; i + 8 < rowBytes; i += 8) count += std::popcount(LoadAs<uint64_t>(map + i));
+    if (i < rowBytes) count += std::popcount(LoadBytes(map + i, rowBytes - i) << (8 * (8 - rowBytes + i) + behind));
+  }
   return count;
+}
+
+// These processors have an instruction for it.
+SORVEL_WIDE int32_t CountBitsWide(const uint8_t* map, int32_t width, int32_t rows) {
+  return CountBits(map, width, rows);
+}
+
+}  // namespace
+
+int32_t CountCodes(const uint8_t* map, int32_t width, int32_t rows) {
+  return HasWideVectors() ? CountBitsWide(map, width, rows) : CountBits(map, width, rows);
 }
 
 void LoadCodeRow(const uint8_t* mapRow, int32_t width, const uint8_t** next, const uint8_t* end, int32_t behindEnd,

@@ -61,6 +61,7 @@ class CodeSearch {
   }
 
   constexpr int32_t CodeOf(int32_t rank) const { return order[static_cast<size_t>(rank)]; }
+  constexpr int32_t RankOf(int32_t code) const { return ranks[static_cast<size_t>(code)]; }
 
   // Prefers the code of the row above, which needs no byte; then the order decides.
   int32_t Choose(uint32_t found, int32_t above) const {
@@ -94,7 +95,7 @@ struct UnitRow {
 // Gathers the code rows of one picture after another.
 class CodeRowWriter {
  public:
-  explicit CodeRowWriter(const CodeSearch& order) : search(order) {}
+  explicit CodeRowWriter(const CodeSearch& order);
 
   // Makes room for pictures up to this size; false if there is no memory for it.
   bool Allocate(int32_t width, int32_t height);
@@ -121,16 +122,22 @@ class CodeRowWriter {
 
   template <typename Vector>
   [[gnu::always_inline]] void PutGroups(const UnitRow& row);
-  SORVEL_WIDE void PutGroupsWide(const UnitRow& row);
   template <typename Vector>
   [[gnu::always_inline]] bool KeepsRun(const UnitRow& row, int32_t first, int32_t count) const;
   void ChooseUnits(const UnitRow& row, int32_t first, int32_t count, Group& chosen) const;
   template <typename Vector, bool kIsFirst, bool kMayHaveNext>
   [[gnu::always_inline]] void ChooseGroup(const UnitRow& row, int32_t first, Group& chosen) const;
   void PutGroup(const UnitRow& row, int32_t first, int32_t count, const Group& chosen);
+  bool IsInside(const UnitRow& row) const;
+  template <bool kMayHaveNext>
+  void PutRowWide(const UnitRow& row);
+  void PutGroupWide(const UnitRow& row, int32_t first, int32_t count, const Words16x16& found);
   void PutLiteral(const uint8_t* unit);
 
   CodeSearch search;
+  // By code the low and the high byte of its rank's bit, and by the number of such a bit its code; each twice.
+  std::array<uint8_t, 32> bitsOfCodes[2] = {};
+  std::array<uint8_t, 32> codesOfBits = {};
   Candidate candidates[kUnitCodes];  // of the row in hand
   int32_t candidateCount = 0;
   Buffer<uint8_t> map;  // and the memory of the next three behind it
@@ -146,8 +153,8 @@ class CodeRowWriter {
   int32_t literalBytes = 2;
 };
 
-// How many code bytes a row of the map asks for. Bits behind the row's last code byte ask for none.
-int32_t CountCodes(const uint8_t* mapRow, int32_t width);
+// How many code bytes rows of the map ask for. Bits behind a row's last code byte ask for none.
+int32_t CountCodes(const uint8_t* map, int32_t width, int32_t rows);
 
 // For LoadCodeRow: behind the end the codes of the row above stay.
 constexpr int32_t kCodeOfRowAbove = -1;

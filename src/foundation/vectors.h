@@ -12,7 +12,14 @@ namespace sorvel {
 #pragma GCC diagnostic ignored "-Wpsabi"
 
 using Words64x2 = uint64_t __attribute__((vector_size(16)));
+using Words16x8 = uint16_t __attribute__((vector_size(16)));
+using Words16x16 = uint16_t __attribute__((vector_size(32)));
+using Words32x8 = uint32_t __attribute__((vector_size(32)));
+using Bytes32 = uint8_t __attribute__((vector_size(32)));
+using Numbers8x8 = int8_t __attribute__((vector_size(8)));
 using Numbers16x8 = int16_t __attribute__((vector_size(16)));
+using Numbers16x16 = int16_t __attribute__((vector_size(32)));
+using Numbers32x8 = int32_t __attribute__((vector_size(32)));
 using Bytes8 = uint8_t __attribute__((vector_size(8)));
 using Bytes16 = uint8_t __attribute__((vector_size(16)));
 
@@ -36,19 +43,14 @@ inline bool gMayUseWideVectors = true;
 // found. Elsewhere there are none, and the types are those above; so for 64-bit Windows, where g++ keeps wide vectors
 // on a stack that isn't aligned for them.
 #if (defined(__x86_64__) || defined(__i386__)) && !defined(_WIN64)
+#define SORVEL_HAS_WIDE
 #define SORVEL_WIDE [[gnu::target("avx2")]]
-using Numbers16x16 = int16_t __attribute__((vector_size(32)));
-using Bytes32 = uint8_t __attribute__((vector_size(32)));
-using Bytes32Half = Bytes16;
 inline bool HasWideVectors() {
   static const bool hasThem = __builtin_cpu_supports("avx2");
   return hasThem && gMayUseWideVectors;
 }
 #else
 #define SORVEL_WIDE
-using Numbers16x16 = Numbers16x8;
-using Bytes32 = Bytes16;
-using Bytes32Half = Bytes8;
 inline bool HasWideVectors() {
   return false;
 }
@@ -62,6 +64,112 @@ template <typename Vector>
   uint64_t all = 0;
   for (const uint64_t word : words) all |= word;
   return all != 0;
+}
+
+// What the extensions don't have, or not alike, for functions with the attribute SORVEL_WIDE. Elsewhere the operations
+// go item by item.
+#define SORVEL_WIDE_INLINE [[gnu::always_inline]] SORVEL_WIDE inline
+
+// Item i of the result is item indices[i] % 8 of the vector.
+SORVEL_WIDE_INLINE Words32x8 Permute(const Words32x8& items, const Words32x8& indices) {
+#if defined(SORVEL_HAS_WIDE)
+  return reinterpret_cast<Words32x8>(
+      __builtin_ia32_permvarsi256(reinterpret_cast<Numbers32x8>(items), reinterpret_cast<Numbers32x8>(indices)));
+#else
+  Words32x8 result;
+  for (int32_t i = 0; i < 8; ++i) result[i] = items[indices[i] % 8];
+  return result;
+#endif
+}
+
+// Byte i of the result is byte indices[i] % 16 of the vector, or 0 if the index is 128 or more.
+SORVEL_WIDE_INLINE Bytes16 PermuteBytes(const Bytes16& bytes, const Bytes16& indices) {
+#if defined(SORVEL_HAS_WIDE)
+  using Chars16 = char __attribute__((vector_size(16)));
+  return reinterpret_cast<Bytes16>(
+      __builtin_ia32_pshufb128(reinterpret_cast<Chars16>(bytes), reinterpret_cast<Chars16>(indices)));
+#else
+  Bytes16 result;
+  for (int32_t i = 0; i < 16; ++i) result[i] = indices[i] < 128 ? bytes[indices[i] % 16] : uint8_t{0};
+  return result;
+#endif
+}
+
+// The same for each half of a vector.
+SORVEL_WIDE_INLINE Bytes32 PermuteBytes(const Bytes32& bytes, const Bytes32& indices) {
+#if defined(SORVEL_HAS_WIDE)
+  using Chars32 = char __attribute__((vector_size(32)));
+  return reinterpret_cast<Bytes32>(
+      __builtin_ia32_pshufb256(reinterpret_cast<Chars32>(bytes), reinterpret_cast<Chars32>(indices)));
+#else
+  Bytes32 result;
+  for (int32_t i = 0; i < 32; ++i) result[i] = indices[i] < 128 ? bytes[i / 16 * 16 + indices[i] % 16] : uint8_t{0};
+  return result;
+#endif
+}
+
+SORVEL_WIDE_INLINE Words16x8 Permute(const Words16x8& items, const Words16x8& indices) {
+  const Words16x8 bytes = (indices & 7) * 0x0202 + 0x0100;
+  return reinterpret_cast<Words16x8>(PermuteBytes(reinterpret_cast<Bytes16>(items), reinterpret_cast<Bytes16>(bytes)));
+}
+
+// Each of eight bytes in all bytes of its item.
+template <typename Vector>
+Vector Spread(uint64_t bytes);
+template <>
+SORVEL_WIDE_INLINE Words32x8 Spread<Words32x8>(uint64_t bytes) {
+  constexpr Bytes32 places = {0, 0, 0, 0, 1, 1, 1, 1, 2, 2, 2, 2, 3, 3, 3, 3,
+                              4, 4, 4, 4, 5, 5, 5, 5, 6, 6, 6, 6, 7, 7, 7, 7};
+  using Words64x4 = uint64_t __attribute__((vector_size(32)));
+  return reinterpret_cast<Words32x8>(PermuteBytes(reinterpret_cast<Bytes32>(Words64x4{} + bytes), places));
+}
+template <>
+SORVEL_WIDE_INLINE Words16x8 Spread<Words16x8>(uint64_t bytes) {
+  constexpr Bytes16 places = {0, 0, 1, 1, 2, 2, 3, 3, 4, 4, 5, 5, 6, 6, 7, 7};
+  return reinterpret_cast<Words16x8>(PermuteBytes(reinterpret_cast<Bytes16>(Words64x2{bytes, 0}), places));
+}
+
+// The highest bits of the items as a number, the first item's lowest.
+SORVEL_WIDE_INLINE uint32_t HighestBits(const Words32x8& items) {
+#if defined(SORVEL_HAS_WIDE)
+  using Floats = float __attribute__((vector_size(32)));
+  return static_cast<uint32_t>(__builtin_ia32_movmskps256(reinterpret_cast<Floats>(items)));
+#else
+  uint32_t bits = 0;
+  for (int32_t i = 0; i < 8; ++i) bits |= items[i] >> 31 << i;
+  return bits;
+#endif
+}
+SORVEL_WIDE_INLINE uint32_t HighestBits(const Words16x8& items) {
+  return HighestBits(
+      reinterpret_cast<Words32x8>(__builtin_convertvector(reinterpret_cast<Numbers16x8>(items), Numbers32x8)));
+}
+
+// Items of `yes` where the highest bit of the choice is set, else of `no`.
+SORVEL_WIDE_INLINE Words32x8 Choose(const Words32x8& choice, const Words32x8& yes, const Words32x8& no) {
+#if defined(SORVEL_HAS_WIDE)
+  using Floats = float __attribute__((vector_size(32)));
+  return reinterpret_cast<Words32x8>(__builtin_ia32_blendvps256(
+      reinterpret_cast<Floats>(no), reinterpret_cast<Floats>(yes), reinterpret_cast<Floats>(choice)));
+#else
+  return reinterpret_cast<Numbers32x8>(choice) < 0 ? yes : no;
+#endif
+}
+SORVEL_WIDE_INLINE Words16x8 Choose(const Words16x8& choice, const Words16x8& yes, const Words16x8& no) {
+  return reinterpret_cast<Numbers16x8>(choice) < 0 ? yes : no;
+}
+// Bit i is 1 if byte i of the two isn't the same.
+SORVEL_WIDE_INLINE uint32_t FindDifferentBytes(uint64_t a, uint64_t b) {
+  using Numbers8x16 = int8_t __attribute__((vector_size(16)));
+#if defined(SORVEL_HAS_WIDE)
+  using Chars16 = char __attribute__((vector_size(16)));
+  const auto equal = reinterpret_cast<Numbers8x16>(Words64x2{a, 0}) == reinterpret_cast<Numbers8x16>(Words64x2{b, 0});
+  return static_cast<uint32_t>(__builtin_ia32_pmovmskb128(reinterpret_cast<Chars16>(equal))) ^ 0xFFFF;
+#else
+  uint32_t different = 0;
+  for (uint32_t i = 0; i < 8; ++i) different |= (((a ^ b) >> 8 * i & 0xFF) != 0 ? 1u : 0u) << i;
+  return different;
+#endif
 }
 
 }  // namespace sorvel

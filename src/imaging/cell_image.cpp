@@ -113,7 +113,7 @@ template <typename Pairs, typename Numbers, typename Bytes>
 }
 
 SORVEL_WIDE bool BlendPairsWide(uint8_t* destination, const uint8_t* pairs, int32_t count) {
-  return BlendPairs<Bytes32Half, Numbers16x16, Bytes32>(destination, pairs, count);
+  return BlendPairs<Bytes16, Numbers16x16, Bytes32>(destination, pairs, count);
 }
 
 bool BlendPairs(uint8_t* destination, const uint8_t* pairs, int32_t count) {

@@ -226,16 +226,16 @@ namespace {
 // The sets of the units of a group, the literal's bit included.
 template <bool kIsFirst>
 SORVEL_WIDE_INLINE Words16x16 FindSources(const UnitRow& row, const CodeSearch& search, int32_t first) {
-  const auto lanes = LoadAs<Numbers16x16>(kLaneNumbers.data());
+  const auto lanes = LoadWide<Numbers16x16>(kLaneNumbers.data());
   const uint8_t* const units = row.units + 2 * first;
-  const auto unit = LoadAs<Words16x16>(units);
+  const auto unit = LoadWide<Words16x16>(units);
   Words16x16 found = Words16x16{} + 1;
   for (int32_t rank = kUnitCodes - 2; rank >= 0; --rank) {
     const int32_t code = search.CodeOf(rank);
     const ptrdiff_t offset = row.offsets[static_cast<size_t>(code)];
     found += found;
     if (offset == 0) continue;
-    auto equal = unit == LoadAs<Words16x16>(units + offset);
+    auto equal = unit == LoadWide<Words16x16>(units + offset);
     if (kIsFirst) {
       equal &= lanes >= static_cast<int16_t>(UnitsToTheLeft(code) - row.unitsToTheLeft);
     }
@@ -249,22 +249,22 @@ SORVEL_WIDE_INLINE Words16x16 FindSources(const UnitRow& row, const CodeSearch& 
 SORVEL_WIDE void CodeRowWriter::PutGroupWide(const UnitRow& row, int32_t first, int32_t count,
                                              const Words16x16& found) {
   // The bit of the code above, if it isn't the literal's, is the first choice, then the lowest.
-  const auto codesAbove = LoadAs<Words16x16>(unitCodes.Data() + first);
+  const auto codesAbove = LoadWide<Words16x16>(unitCodes.Data() + first);
   const auto lowBits =
-      PermuteBytes(LoadAs<Bytes32>(bitsOfCodes[0].data()), reinterpret_cast<Bytes32>(codesAbove | 0x8000));
+      PermuteBytes(LoadWide<Bytes32>(bitsOfCodes[0].data()), reinterpret_cast<Bytes32>(codesAbove | 0x8000));
   const auto highBits =
-      PermuteBytes(LoadAs<Bytes32>(bitsOfCodes[1].data()), reinterpret_cast<Bytes32>(codesAbove << 8 | 0x80));
+      PermuteBytes(LoadWide<Bytes32>(bitsOfCodes[1].data()), reinterpret_cast<Bytes32>(codesAbove << 8 | 0x80));
   const Words16x16 kept = found & reinterpret_cast<Words16x16>(lowBits | highBits);
   const Words16x16 choice = kept != 0 ? kept : found & -found;
   const auto chosen = reinterpret_cast<Words16x16>(PermuteBytes(
-      LoadAs<Bytes32>(codesOfBits.data()), reinterpret_cast<Bytes32>(choice * kBitNumbers >> 12 | 0x8000)));
+      LoadWide<Bytes32>(codesOfBits.data()), reinterpret_cast<Bytes32>(choice * kBitNumbers >> 12 | 0x8000)));
   const auto pairs = reinterpret_cast<Words32x8>(chosen);
   const Bytes8 bytes = __builtin_convertvector((pairs | pairs >> 12) & 0xFF, Bytes8);
   const uint64_t now = LoadAs<uint64_t>(&bytes) & CodeBitsOf(count);
   uint8_t* const above = rowCodes + first / 2;
   const uint32_t changes = FindDifferentBytes(LoadAs<uint64_t>(above), now);
   StoreAs(above, now);
-  StoreAs(unitCodes.Data() + first, chosen & reinterpret_cast<Words16x16>(LoadAs<Numbers16x16>(kLaneNumbers.data()) <
+  StoreAs(unitCodes.Data() + first, chosen & reinterpret_cast<Words16x16>(LoadWide<Numbers16x16>(kLaneNumbers.data()) <
                                                                           static_cast<int16_t>(count)));
   StoreAs(codes + codeSize, TakeBytes(now, kLanesInSet[changes]));
   codeSize += std::popcount(changes);

@@ -104,7 +104,7 @@ struct EightUnits<uint16_t> {
 
 template <int32_t kCode, typename Unit>
 SORVEL_WIDE_INLINE typename EightUnits<Unit>::Vector LoadSource(const uint8_t* to, ptrdiff_t pitch) {
-  return LoadAs<typename EightUnits<Unit>::Vector>(to + SourceOffset(kCode, pitch, sizeof(Unit)));
+  return LoadWide<typename EightUnits<Unit>::Vector>(to + SourceOffset(kCode, pitch, sizeof(Unit)));
 }
 
 // Whether a group has codes that few groups have: literals, units farther to the left than one, and sources farther up
@@ -133,7 +133,7 @@ SORVEL_WIDE_INLINE void CopyHalfGroup(const Format& format, uint32_t codes, uint
   const Vector four = eight << 1;
   const Vector two = eight << 2;
   const Vector one = eight << 3;
-  const auto there = LoadAs<Vector>(to);
+  const auto there = LoadWide<Vector>(to);
   const Vector from4 = Choose(one, LoadSource<5, Unit>(to, pitch), LoadSource<4, Unit>(to, pitch));
   const Vector from6 = Choose(one, LoadSource<7, Unit>(to, pitch), LoadSource<6, Unit>(to, pitch));
   Vector units = Choose(four, Choose(two, from6, from4), there);
@@ -201,7 +201,7 @@ SORVEL_WIDE void CopyUnitRows(const Format format, UnitRows& from, int32_t units
       StoreAs(codes, ReplaceCodes(LoadAs<uint64_t>(codes), changes, nextCode));
       nextCode += std::popcount(changes);
     }
-    auto before = LoadAs<Vector>(to - sizeof(Vector));
+    auto before = LoadWide<Vector>(to - sizeof(Vector));
     uint8_t* half = to;
     for (int32_t group = 0; group < groups; ++group, half += 2 * sizeof(Vector)) {
       const int32_t count = group < groups - 1 ? kGroupUnits : lastUnits;
@@ -209,8 +209,8 @@ SORVEL_WIDE void CopyUnitRows(const Format format, UnitRows& from, int32_t units
       const uint64_t codes = LoadAs<uint64_t>(rowCodes + group * kGroupCodeBytes) & usedBits;
       if (codes == kLeftUnit * kLowestCodeBits) {
         before = Permute(before, Vector{} + 7);
-        StoreAs(half, format.Merge(LoadAs<Vector>(half), before));
-        StoreAs(half + sizeof(Vector), format.Merge(LoadAs<Vector>(half + sizeof(Vector)), before));
+        StoreAs(half, format.Merge(LoadWide<Vector>(half), before));
+        StoreAs(half + sizeof(Vector), format.Merge(LoadWide<Vector>(half + sizeof(Vector)), before));
       } else if (!HasRareCodes(codes, usedBits)) {
         CopyHalfGroup<false>(format, static_cast<uint32_t>(codes), 0, half, pitch, &literal, before);
         CopyHalfGroup<false>(format, static_cast<uint32_t>(codes >> 32), 0, half + sizeof(Vector), pitch, &literal,
@@ -219,7 +219,7 @@ SORVEL_WIDE void CopyUnitRows(const Format format, UnitRows& from, int32_t units
         from.literal = literal;
         copyUnits(codes, half, count);
         literal = from.literal;
-        before = LoadAs<Vector>(half + sizeof(Vector));
+        before = LoadWide<Vector>(half + sizeof(Vector));
       } else {
         const uint32_t used = (1u << count) - 1;
         CopyHalfGroup<true>(format, static_cast<uint32_t>(codes), used & 0xFF, half, pitch, &literal, before);

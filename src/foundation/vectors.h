@@ -70,6 +70,14 @@ template <typename Vector>
 // go item by item.
 #define SORVEL_WIDE_INLINE [[gnu::always_inline]] SORVEL_WIDE inline
 
+// As LoadAs(). clang++ lets no other function give a wide vector to one of these.
+template <typename Vector>
+SORVEL_WIDE_INLINE Vector LoadWide(const void* from) {
+  Vector vector;
+  std::memcpy(&vector, from, sizeof(vector));
+  return vector;
+}
+
 // Item i of the result is item indices[i] % 8 of the vector.
 SORVEL_WIDE_INLINE Words32x8 Permute(const Words32x8& items, const Words32x8& indices) {
 #if defined(SORVEL_HAS_WIDE)
@@ -160,10 +168,9 @@ SORVEL_WIDE_INLINE Words16x8 Choose(const Words16x8& choice, const Words16x8& ye
 }
 // Bit i is 1 if byte i of the two isn't the same.
 SORVEL_WIDE_INLINE uint32_t FindDifferentBytes(uint64_t a, uint64_t b) {
-  using Numbers8x16 = int8_t __attribute__((vector_size(16)));
 #if defined(SORVEL_HAS_WIDE)
   using Chars16 = char __attribute__((vector_size(16)));
-  const auto equal = reinterpret_cast<Numbers8x16>(Words64x2{a, 0}) == reinterpret_cast<Numbers8x16>(Words64x2{b, 0});
+  const auto equal = reinterpret_cast<Bytes16>(Words64x2{a, 0}) == reinterpret_cast<Bytes16>(Words64x2{b, 0});
   return static_cast<uint32_t>(__builtin_ia32_pmovmskb128(reinterpret_cast<Chars16>(equal))) ^ 0xFFFF;
 #else
   uint32_t different = 0;

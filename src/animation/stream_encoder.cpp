@@ -65,6 +65,17 @@ ptrdiff_t BlockPlaneBytes(int32_t width, int32_t height) {
   return ptrdiff_t{BlockPitch(width)} * height + 64;
 }
 
+[[gnu::always_inline]] inline void PackRow(const uint8_t* pixels, int32_t count, int32_t shift, uint8_t* row) {
+  for (int32_t k = 0; k < count; ++k) {
+    const auto pair = static_cast<uint16_t>(LoadAs<uint16_t>(pixels + 2 * k) >> shift);
+    row[k] = static_cast<uint8_t>((pair & 0x0F) | (pair >> 4 & 0xF0));
+  }
+}
+
+SORVEL_WIDE void PackRowWide(const uint8_t* pixels, int32_t count, int32_t shift, uint8_t* row) {
+  PackRow(pixels, count, shift, row);
+}
+
 }  // namespace
 
 const char* CanvasProblem(const Cut& cut) {
@@ -128,6 +139,7 @@ int32_t AnimationEncoder::EncodeCut(Cut* cut, CellImage* composition, int32_t fi
       if (isFirst) {
         previousArea = box;
         bitmap->ReduceFrom(*composition, nullptr, scale, nullptr);
+        PackRows(0, bitmap->height);
       } else {
         box = ReduceFrame(*composition, scale, area);
       }
@@ -178,9 +190,12 @@ Rect AnimationEncoder::ReduceFrame(const CellImage& composition, int32_t scale, 
   } else {
     bitmap->CopyBackToFrontAround(area, previousArea);
   }
+  Rect changedRows = previousArea;
+  UnionRect(&changedRows, area);
   previousArea = area;
   Rect box;
   bitmap->ReduceFrom(composition, &box, scale, &area);
+  PackRows(changedRows.y, changedRows.y + changedRows.height);
   return box;
 }
 
@@ -213,22 +228,17 @@ void AnimationEncoder::EncodeBox(const Rect& box, bool isFirst) {
   // The farthest sources by their rows and columns.
   constexpr int32_t reach = 16;
   const int32_t above = std::min(box.y, reach);
-  const int32_t left = std::min(box.x / 4, reach / 4);
-  const int32_t units = UnitsOf(box.width);
   const int32_t pitch = BlockPitch(bitmap->width);
-  uint8_t* const front = blocks.Data();
-  const ptrdiff_t toBack = BlockPlaneBytes(bitmap->width, bitmap->height);
-  for (int32_t y = -above; y < box.height; ++y) {
-    uint8_t* const row = front + (y + above) * pitch;
-    PackRow((box.y + y) * bitmap->pitch + box.x - 4 * left, left + units, row, row + toBack);
-  }
-  UnitRow row = {.units = front + above * pitch + 2 * left,
-                 .count = units,
+  const uint8_t* const front = Plane(bitmap->frontIsHigh);
+  const ptrdiff_t toBack = Plane(bitmap->frontIsHigh ^ 1) - front;
+  // The box begins in an even column.
+  UnitRow row = {.units = front + box.y * pitch + box.x / 2,
+                 .count = UnitsOf(box.width),
                  .offsets = {},
-                 .unitsToTheLeft = left,
+                 .unitsToTheLeft = std::min(box.x / 4, reach / 4),
                  .withNext = false,
-                 .memory = front,
-                 .memoryEnd = front + blocks.Count()};
+                 .memory = blocks.Data(),
+                 .memoryEnd = blocks.Data() + blocks.Count()};
   for (int32_t y = 0; y < box.height; ++y, row.units += pitch) {
     for (int32_t code = 1; code < kPreviousFrameBlock; ++code) {
       const UnitOffset& offset = kUnitOffsets[code];
@@ -239,15 +249,23 @@ void AnimationEncoder::EncodeBox(const Rect& box, bool isFirst) {
   }
 }
 
-// Packs blocks from a place in the bitmap on: the left pixel goes into the lowest bits.
-void AnimationEncoder::PackRow(int32_t place, int32_t units, uint8_t* front, uint8_t* back) const {
-  const uint8_t* const pixels = bitmap->bits + place;
-  uint8_t* const low = bitmap->frontIsHigh != 0 ? back : front;
-  uint8_t* const high = bitmap->frontIsHigh != 0 ? front : back;
-  for (int32_t k = 0; k < 2 * units; ++k) {
-    const auto pair = LoadAs<uint16_t>(pixels + 2 * k);
-    low[k] = static_cast<uint8_t>((pair & 0x0F) | (pair >> 4 & 0xF0));
-    high[k] = static_cast<uint8_t>((pair >> 4 & 0x0F) | (pair >> 8 & 0xF0));
+uint8_t* AnimationEncoder::Plane(int32_t isHigh) {
+  return blocks.Data() + (isHigh != 0 ? BlockPlaneBytes(bitmap->width, bitmap->height) : 0);
+}
+
+// Packs rows of the front plane, and the one above: a block at the end of a row goes on into the row below. The left
+// pixel of two goes into the lowest bits.
+void AnimationEncoder::PackRows(int32_t top, int32_t bottom) {
+  const int32_t shift = bitmap->frontIsHigh != 0 ? 4 : 0;
+  for (int32_t y = std::max(top - 1, 0); y < std::min(bottom, bitmap->height); ++y) {
+    const uint8_t* const pixels = bitmap->bits + y * bitmap->pitch;
+    uint8_t* const row = Plane(bitmap->frontIsHigh) + y * BlockPitch(bitmap->width);
+    const int32_t count = 2 * UnitsOf(bitmap->width + 2);
+    if (HasWideVectors()) {
+      PackRowWide(pixels, count, shift, row);
+    } else {
+      PackRow(pixels, count, shift, row);
+    }
   }
 }
 

@@ -54,7 +54,8 @@ class AnimationEncoder {
   Rect ChangedArea(const Cut& cut, Frame* frame, Frame* before);
   Rect ReduceFrame(const CellImage& composition, int32_t scale, const Rect& changed);
   void EncodeBox(const Rect& box, bool isFirst);
-  void PackRow(int32_t place, int32_t units, uint8_t* front, uint8_t* back) const;
+  uint8_t* Plane(int32_t isHigh);
+  void PackRows(int32_t top, int32_t bottom);
 
   ByteStream* stream;
   NibbleBitmap* bitmap;
@@ -68,7 +69,7 @@ class AnimationEncoder {
   // The sections of the frame at work, made once for the largest box.
   CodeRowWriter rows;
   int32_t literalBytes = 1;  // of a block
-  // The blocks of the box and of what may be their sources, two bytes each: the front plane, then the back plane.
+  // The low plane of the bitmap and then the high one, two pixels a byte: what the blocks of a frame are compared with.
   Buffer<uint8_t> blocks;
 };
 

@@ -247,16 +247,20 @@ bool DecodePng(PngReader* reader, FILE* file, Picture* picture, std::vector<png_
   const int64_t width = png_get_image_width(reader->png, reader->info);
   const int64_t height = png_get_image_height(reader->png, reader->info);
   if (width * height > length * kMostPixelsPerByte) png_error(reader->png, "the file ends in its pixels");
-  if (!picture->Allocate(width, height)) png_error(reader->png, kTooLarge);
+  // Grey stays grey, except where paper shows through.
+  const bool isGrey = png_get_color_type(reader->png, reader->info) == PNG_COLOR_TYPE_GRAY &&
+                      png_get_valid(reader->png, reader->info, PNG_INFO_tRNS) == 0;
+  if (!picture->Allocate(width, height, isGrey ? 1 : 3)) png_error(reader->png, kTooLarge);
   png_set_expand(reader->png);
   png_set_scale_16(reader->png);
-  png_set_gray_to_rgb(reader->png);
+  if (!isGrey) png_set_gray_to_rgb(reader->png);
   png_color_16 paper = {};
   paper.red = paper.green = paper.blue = paper.gray = 255;
   png_set_background(reader->png, &paper, PNG_BACKGROUND_GAMMA_SCREEN, 0, 1.0);
   png_set_interlace_handling(reader->png);
   png_read_update_info(reader->png, reader->info);
-  if (png_get_rowbytes(reader->png, reader->info) != static_cast<size_t>(picture->width) * 3) {
+  if (png_get_rowbytes(reader->png, reader->info) !=
+      static_cast<size_t>(picture->width) * static_cast<size_t>(picture->channels)) {
     png_error(reader->png, "an unknown kind of PNG file");
   }
   for (int32_t y = 0; y < picture->height; ++y) rows->push_back(picture->Row(y));
@@ -281,10 +285,11 @@ bool ReadPng(FILE* file, Picture* picture, std::string* problem) {
 
 }  // namespace
 
-bool Picture::Allocate(int64_t newWidth, int64_t newHeight) {
+bool Picture::Allocate(int64_t newWidth, int64_t newHeight, int32_t newChannels) {
   if (newWidth * newHeight > kMostPicturePixels) return false;
   // Memory that is never written to is never taken.
-  if (!rgb.AllocateZeroed(static_cast<uint64_t>(newWidth * newHeight) * 3)) return false;
+  if (!samples.AllocateZeroed(static_cast<uint64_t>(newWidth * newHeight * newChannels))) return false;
+  channels = newChannels;
   width = static_cast<int32_t>(newWidth);
   height = static_cast<int32_t>(newHeight);
   return true;

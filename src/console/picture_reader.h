@@ -8,16 +8,23 @@
 
 namespace sorvel::console {
 
-// An imported picture: red, green and blue of each pixel, rows from top to bottom.
+// An imported picture: red, green and blue of each pixel, or one byte of grey. Rows run from top to bottom.
 struct Picture {
   // False if there is no memory for it, or if it is larger than a canvas or a scan can be.
-  bool Allocate(int64_t newWidth, int64_t newHeight);
-  const uint8_t* Row(int32_t y) const { return rgb.Data() + static_cast<size_t>(y) * static_cast<size_t>(width) * 3; }
-  uint8_t* Row(int32_t y) { return rgb.Data() + static_cast<size_t>(y) * static_cast<size_t>(width) * 3; }
+  bool Allocate(int64_t newWidth, int64_t newHeight, int32_t newChannels = 3);
+  const uint8_t* Row(int32_t y) const { return samples.Data() + RowOffset(y); }
+  uint8_t* Row(int32_t y) { return samples.Data() + RowOffset(y); }
 
   int32_t width = 0;
   int32_t height = 0;
-  Buffer<uint8_t> rgb;
+  int32_t channels = 3;  // 3, or 1 for grey
+
+ private:
+  size_t RowOffset(int32_t y) const {
+    return static_cast<size_t>(y) * static_cast<size_t>(width) * static_cast<size_t>(channels);
+  }
+
+  Buffer<uint8_t> samples;
 };
 
 constexpr int32_t kLargestPictureSide = 32767;

@@ -229,7 +229,10 @@ int ScriptRunner::RunClipboard() {
   std::vector<uint8_t> pixels;
   for (int32_t y = 0; y < picture.height; ++y) {
     const uint8_t* row = picture.Row(y);
-    for (int32_t x = 0; x < picture.width; ++x, row += 3) pixels.insert(pixels.end(), {row[2], row[1], row[0]});
+    const int32_t last = picture.channels - 1;
+    for (int32_t x = 0; x < picture.width; ++x, row += last + 1) {
+      pixels.insert(pixels.end(), {row[last], row[last / 2], row[0]});
+    }
   }
   headless::SetClipboardPicture(picture.width, picture.height, pixels);
   return kDone;

@@ -88,8 +88,7 @@ void CodeRowWriter::Begin(int32_t width, int32_t height, int32_t bytesOfLiteral)
 }
 
 // Whether the units of a group all have one code in the row above, and keep it.
-template <typename Vector>
-[[gnu::always_inline]] inline bool CodeRowWriter::KeepsRun(const UnitRow& row, int32_t first, int32_t count) const {
+bool CodeRowWriter::KeepsRun(const UnitRow& row, int32_t first, int32_t count) const {
   const auto above = LoadAs<uint64_t>(rowCodes + first / 2);
   const auto code = static_cast<int32_t>(above & 0x0F);
   if (code == kLiteralUnit || above != (static_cast<uint64_t>(code) * kLowestCodeBits & CodeBitsOf(count)))
@@ -100,9 +99,9 @@ template <typename Vector>
   const int32_t next = row.withNext ? 2 : 0;
   if (count < kGroupUnits) return std::equal(units, units + 2 * count + next, units + offset);
   constexpr int32_t groupBytes = kGroupUnits * 2;
-  Vector different = {};
-  for (int32_t at = 0; at < groupBytes; at += sizeof(Vector)) {
-    different |= LoadAs<Vector>(units + at) ^ LoadAs<Vector>(units + offset + at);
+  Bytes16 different = {};
+  for (int32_t at = 0; at < groupBytes; at += sizeof(different)) {
+    different |= LoadAs<Bytes16>(units + at) ^ LoadAs<Bytes16>(units + offset + at);
   }
   const uint8_t* const behind = units + groupBytes - 2 + next;
   return !HasBits(different) && LoadAs<uint16_t>(behind) == LoadAs<uint16_t>(behind + offset);
@@ -125,26 +124,26 @@ void CodeRowWriter::ChooseUnits(const UnitRow& row, int32_t first, int32_t count
 }
 
 // The same for a whole group.
-template <typename Vector, bool kIsFirst, bool kMayHaveNext>
-[[gnu::always_inline]] inline void CodeRowWriter::ChooseGroup(const UnitRow& row, int32_t first, Group& chosen) const {
-  constexpr int32_t lanes = sizeof(Vector) / 2;
+template <bool kIsFirst, bool kMayHaveNext>
+void CodeRowWriter::ChooseGroup(const UnitRow& row, int32_t first, Group& chosen) const {
+  constexpr int32_t lanes = sizeof(Numbers16x8) / 2;
   const ptrdiff_t next = row.withNext ? 2 : 0;
   for (int32_t at = 0; at < kGroupUnits; at += lanes) {
     const uint8_t* const units = row.units + 2 * (first + at);
-    const auto unit = LoadAs<Vector>(units);
-    const auto unitBehind = LoadAs<Vector>(units + next);
-    const auto above = LoadAs<Vector>(unitCodes.Data() + first + at);
-    Vector choice = {};
-    Vector keeps = {};
+    const auto unit = LoadAs<Numbers16x8>(units);
+    const auto unitBehind = LoadAs<Numbers16x8>(units + next);
+    const auto above = LoadAs<Numbers16x8>(unitCodes.Data() + first + at);
+    Numbers16x8 choice = {};
+    Numbers16x8 keeps = {};
     for (int32_t i = 0; i < candidateCount; ++i) {
       const Candidate& candidate = candidates[i];
-      Vector equal = unit == LoadAs<Vector>(units + candidate.offset);
-      if (kMayHaveNext) equal &= unitBehind == LoadAs<Vector>(units + candidate.offset + next);
+      Numbers16x8 equal = unit == LoadAs<Numbers16x8>(units + candidate.offset);
+      if (kMayHaveNext) equal &= unitBehind == LoadAs<Numbers16x8>(units + candidate.offset + next);
       if (kIsFirst) {
         const auto start = static_cast<int16_t>(candidate.unitsToTheLeft - row.unitsToTheLeft);
-        equal &= LoadAs<Vector>(kLaneNumbers.data() + at) >= Vector{} + start;
+        equal &= LoadAs<Numbers16x8>(kLaneNumbers.data() + at) >= Numbers16x8{} + start;
       }
-      const Vector code = Vector{} + candidate.code;
+      const Numbers16x8 code = Numbers16x8{} + candidate.code;
       choice = equal ? code : choice;
       keeps |= equal & (above == code);
     }
@@ -190,8 +189,14 @@ void CodeRowWriter::PutLiteral(const uint8_t* unit) {
   literalSize += literalBytes;
 }
 
-template <typename Vector>
-[[gnu::always_inline]] inline void CodeRowWriter::PutGroups(const UnitRow& row) {
+void CodeRowWriter::PutGroups(const UnitRow& row) {
+  // The codes that the row may have, the first choice last.
+  candidateCount = 0;
+  for (int32_t rank = kUnitCodes - 2; rank >= 0; --rank) {
+    const int32_t code = search.CodeOf(rank);
+    const ptrdiff_t offset = row.offsets[static_cast<size_t>(code)];
+    if (offset != 0) candidates[candidateCount++] = {static_cast<int16_t>(code), UnitsToTheLeft(code), offset};
+  }
   constexpr ptrdiff_t groupBytes = kGroupUnits * 2;
   const ptrdiff_t farthest = *std::min_element(row.offsets.begin(), row.offsets.end());
   const ptrdiff_t nearest = *std::max_element(row.offsets.begin(), row.offsets.end());
@@ -200,7 +205,7 @@ template <typename Vector>
     const int32_t count = std::min(row.count - k, kGroupUnits);
     const uint8_t* const units = row.units + 2 * k;
     const bool isInside = units - row.memory + farthest >= 0 && row.memoryEnd - units >= reach;
-    if (isInside && KeepsRun<Vector>(row, k, count)) {
+    if (isInside && KeepsRun(row, k, count)) {
       mapRow[k / kGroupUnits] = 0;
       continue;
     }
@@ -208,11 +213,11 @@ template <typename Vector>
     if (!isInside) {
       ChooseUnits(row, k, count, chosen);
     } else if (k == 0) {
-      ChooseGroup<Vector, true, true>(row, k, chosen);
+      ChooseGroup<true, true>(row, k, chosen);
     } else if (row.withNext) {
-      ChooseGroup<Vector, false, true>(row, k, chosen);
+      ChooseGroup<false, true>(row, k, chosen);
     } else {
-      ChooseGroup<Vector, false, false>(row, k, chosen);
+      ChooseGroup<false, false>(row, k, chosen);
     }
     PutGroup(row, k, count, chosen);
   }
@@ -223,22 +228,24 @@ template <typename Vector>
 
 namespace {
 
+// What a row is compared with, by the rank of the code.
+struct RankedSources {
+  ptrdiff_t offsets[kUnitCodes - 1];
+  int16_t starts[kUnitCodes - 1];  // the first unit that has such a source
+};
+
 // The sets of the units of a group, the literal's bit included.
 template <bool kIsFirst>
-SORVEL_WIDE_INLINE Words16x16 FindSources(const UnitRow& row, const CodeSearch& search, int32_t first) {
+SORVEL_WIDE_INLINE Words16x16 FindSources(const uint8_t* units, const RankedSources& sources) {
   const auto lanes = LoadWide<Numbers16x16>(kLaneNumbers.data());
-  const uint8_t* const units = row.units + 2 * first;
   const auto unit = LoadWide<Words16x16>(units);
   Words16x16 found = Words16x16{} + 1;
   for (int32_t rank = kUnitCodes - 2; rank >= 0; --rank) {
-    const int32_t code = search.CodeOf(rank);
-    const ptrdiff_t offset = row.offsets[static_cast<size_t>(code)];
+    const ptrdiff_t offset = sources.offsets[rank];
     found += found;
     if (offset == 0) continue;
     auto equal = unit == LoadWide<Words16x16>(units + offset);
-    if (kIsFirst) {
-      equal &= lanes >= static_cast<int16_t>(UnitsToTheLeft(code) - row.unitsToTheLeft);
-    }
+    if (kIsFirst) equal &= lanes >= sources.starts[rank];
     found -= reinterpret_cast<Words16x16>(equal);
   }
   return found;
@@ -246,8 +253,26 @@ SORVEL_WIDE_INLINE Words16x16 FindSources(const UnitRow& row, const CodeSearch& 
 
 }  // namespace
 
-SORVEL_WIDE void CodeRowWriter::PutGroupWide(const UnitRow& row, int32_t first, int32_t count,
-                                             const Words16x16& found) {
+// Whether the units of a group all have one code in the row above, and keep it.
+SORVEL_WIDE_INLINE bool CodeRowWriter::KeepsRunWide(const UnitRow& row, int32_t first, int32_t count) const {
+  const auto above = LoadAs<uint64_t>(rowCodes + first / 2);
+  const auto code = static_cast<int32_t>(above & 0x0F);
+  if (code == kLiteralUnit || above != (static_cast<uint64_t>(code) * kLowestCodeBits & CodeBitsOf(count))) {
+    return false;
+  }
+  const ptrdiff_t offset = row.offsets[static_cast<size_t>(code)];
+  if (offset == 0 || first < UnitsToTheLeft(code) - row.unitsToTheLeft) return false;
+  const uint8_t* const units = row.units + 2 * first;
+  const auto different = LoadWide<Words16x16>(units) ^ LoadWide<Words16x16>(units + offset);
+  const int32_t compared = count + (row.withNext ? 1 : 0);
+  const auto unused = LoadWide<Numbers16x16>(kLaneNumbers.data()) >= static_cast<int16_t>(compared);
+  if (HighestBits(reinterpret_cast<Words16x16>((different == 0) | unused)) != 0xFFFF) return false;
+  const uint8_t* const behind = units + 2 * (compared - 1);
+  return LoadAs<uint16_t>(behind) == LoadAs<uint16_t>(behind + offset);
+}
+
+SORVEL_WIDE_INLINE void CodeRowWriter::PutGroupWide(const uint8_t* units, int32_t first, int32_t count,
+                                                    const Words16x16& found) {
   // The bit of the code above, if it isn't the literal's, is the first choice, then the lowest.
   const auto codesAbove = LoadWide<Words16x16>(unitCodes.Data() + first);
   const auto lowBits =
@@ -255,46 +280,67 @@ SORVEL_WIDE void CodeRowWriter::PutGroupWide(const UnitRow& row, int32_t first, 
   const auto highBits =
       PermuteBytes(LoadWide<Bytes32>(bitsOfCodes[1].data()), reinterpret_cast<Bytes32>(codesAbove << 8 | 0x80));
   const Words16x16 kept = found & reinterpret_cast<Words16x16>(lowBits | highBits);
-  const Words16x16 choice = kept != 0 ? kept : found & -found;
-  const auto chosen = reinterpret_cast<Words16x16>(PermuteBytes(
-      LoadWide<Bytes32>(codesOfBits.data()), reinterpret_cast<Bytes32>(choice * kBitNumbers >> 12 | 0x8000)));
-  const auto pairs = reinterpret_cast<Words32x8>(chosen);
-  const Bytes8 bytes = __builtin_convertvector((pairs | pairs >> 12) & 0xFF, Bytes8);
-  const uint64_t now = LoadAs<uint64_t>(&bytes) & CodeBitsOf(count);
+  const auto used = LoadWide<Numbers16x16>(kLaneNumbers.data()) < static_cast<int16_t>(count);
+  const Words16x16 choice = (kept != 0 ? kept : found & -found) & reinterpret_cast<Words16x16>(used);
+  const auto chosen =
+      reinterpret_cast<Words16x16>(PermuteBytes(LoadWide<Bytes32>(codesOfBits.data()),
+                                                reinterpret_cast<Bytes32>(choice * kBitNumbers >> 12 | 0x8000))) &
+      reinterpret_cast<Words16x16>(used);
+  StoreAs(unitCodes.Data() + first, chosen);
+  const uint64_t now = JoinHalfBytes(chosen);
   uint8_t* const above = rowCodes + first / 2;
   const uint32_t changes = FindDifferentBytes(LoadAs<uint64_t>(above), now);
   StoreAs(above, now);
-  StoreAs(unitCodes.Data() + first, chosen & reinterpret_cast<Words16x16>(LoadWide<Numbers16x16>(kLaneNumbers.data()) <
-                                                                          static_cast<int16_t>(count)));
+  mapRow[first / kGroupUnits] = static_cast<uint8_t>(changes);
   StoreAs(codes + codeSize, TakeBytes(now, kLanesInSet[changes]));
   codeSize += std::popcount(changes);
-  mapRow[first / kGroupUnits] = static_cast<uint8_t>(changes);
-  uint64_t literalUnits = FindLiterals(now) & CodeBitsOf(count);
-  for (; literalUnits != 0; literalUnits &= literalUnits - 1) {
-    PutLiteral(row.units + 2 * (first + std::countr_zero(literalUnits) / 4));
+  const uint32_t literalUnits = HighestBits(choice);
+  if (literalUnits == 0) return;
+  for (int32_t lane = 0; lane < kGroupUnits; lane += 8) {
+    const uint32_t set = literalUnits >> lane & 0xFF;
+    const auto taken =
+        Permute(LoadAs<Words16x8>(units + 2 * lane), Spread<Words16x8>(LoadAs<uint64_t>(kLanesInSet[set].data())));
+    if (literalBytes == 1) {
+      const Words16x8 halves = (taken & 0x0F0F) | (taken >> 4 & 0x0F0F) << 2;
+      constexpr Bytes16 low = {0, 2, 4, 6, 8, 10, 12, 14, 128, 128, 128, 128, 128, 128, 128, 128};
+      StoreAs(literals + literalSize, PermuteBytes(reinterpret_cast<Bytes16>(halves | (halves >> 4 & 0xF0)), low));
+    } else {
+      StoreAs(literals + literalSize, taken);
+    }
+    literalSize += std::popcount(set) * literalBytes;
   }
 }
 
 template <bool kMayHaveNext>
 SORVEL_WIDE void CodeRowWriter::PutRowWide(const UnitRow& row) {
+  RankedSources sources;
+  for (int32_t rank = 0; rank < kUnitCodes - 1; ++rank) {
+    const int32_t code = search.CodeOf(rank);
+    sources.offsets[rank] = row.offsets[static_cast<size_t>(code)];
+    sources.starts[rank] = static_cast<int16_t>(UnitsToTheLeft(code) - row.unitsToTheLeft);
+  }
+  bool keeps = KeepsRunWide(row, 0, std::min(row.count, kGroupUnits));
   Words16x16 found = {};
-  bool keeps = KeepsRun<Bytes32>(row, 0, std::min(row.count, kGroupUnits));
-  if (!keeps) found = FindSources<true>(row, search, 0);
+  if (!keeps) found = FindSources<true>(row.units, sources);
   for (int32_t first = 0; first < row.count; first += kGroupUnits) {
     const int32_t next = first + kGroupUnits;
+    const uint8_t* const units = row.units + 2 * first;
     const int32_t count = std::min(row.count - first, kGroupUnits);
     bool keepsNext = true;
     Words16x16 foundNext = {};
-    if (next < row.count) keepsNext = KeepsRun<Bytes32>(row, next, std::min(row.count - next, kGroupUnits));
-    if (!keepsNext || (kMayHaveNext && !keeps && next <= row.count)) foundNext = FindSources<false>(row, search, next);
+    if (next < row.count) keepsNext = KeepsRunWide(row, next, std::min(row.count - next, kGroupUnits));
+    // The first unit of the next group is behind the last of this one.
+    if (!keepsNext || (kMayHaveNext && !keeps && next <= row.count)) {
+      foundNext = FindSources<false>(units + 2 * kGroupUnits, sources);
+    }
     if (keeps) {
       mapRow[first / kGroupUnits] = 0;
     } else if (kMayHaveNext) {
       const auto foundBehind =
           __builtin_shufflevector(found, foundNext, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16);
-      PutGroupWide(row, first, count, found & (foundBehind | 0x8000));
+      PutGroupWide(units, first, count, found & (foundBehind | 0x8000));
     } else {
-      PutGroupWide(row, first, count, found);
+      PutGroupWide(units, first, count, found);
     }
     found = foundNext;
     keeps = keepsNext;
@@ -310,21 +356,12 @@ bool CodeRowWriter::IsInside(const UnitRow& row) const {
 }
 
 void CodeRowWriter::PutRow(const UnitRow& row) {
-  // The codes that the row may have, the first choice last.
-  candidateCount = 0;
-  for (int32_t rank = kUnitCodes - 2; rank >= 0; --rank) {
-    const int32_t code = search.CodeOf(rank);
-    const ptrdiff_t offset = row.offsets[static_cast<size_t>(code)];
-    if (offset != 0) candidates[candidateCount++] = {static_cast<int16_t>(code), UnitsToTheLeft(code), offset};
-  }
-  if (HasWideVectors() && IsInside(row)) {
-    if (row.withNext) {
-      PutRowWide<true>(row);
-    } else {
-      PutRowWide<false>(row);
-    }
+  if (!HasWideVectors() || !IsInside(row)) {
+    PutGroups(row);
+  } else if (row.withNext) {
+    PutRowWide<true>(row);
   } else {
-    PutGroups<Numbers16x8>(row);
+    PutRowWide<false>(row);
   }
   mapRow += mapRowBytes;
 }

@@ -120,18 +120,17 @@ class CodeRowWriter {
     ptrdiff_t offset;
   };
 
-  template <typename Vector>
-  [[gnu::always_inline]] void PutGroups(const UnitRow& row);
-  template <typename Vector>
-  [[gnu::always_inline]] bool KeepsRun(const UnitRow& row, int32_t first, int32_t count) const;
+  void PutGroups(const UnitRow& row);
+  bool KeepsRun(const UnitRow& row, int32_t first, int32_t count) const;
   void ChooseUnits(const UnitRow& row, int32_t first, int32_t count, Group& chosen) const;
-  template <typename Vector, bool kIsFirst, bool kMayHaveNext>
-  [[gnu::always_inline]] void ChooseGroup(const UnitRow& row, int32_t first, Group& chosen) const;
+  template <bool kIsFirst, bool kMayHaveNext>
+  void ChooseGroup(const UnitRow& row, int32_t first, Group& chosen) const;
   void PutGroup(const UnitRow& row, int32_t first, int32_t count, const Group& chosen);
   bool IsInside(const UnitRow& row) const;
   template <bool kMayHaveNext>
   void PutRowWide(const UnitRow& row);
-  void PutGroupWide(const UnitRow& row, int32_t first, int32_t count, const Words16x16& found);
+  bool KeepsRunWide(const UnitRow& row, int32_t first, int32_t count) const;
+  void PutGroupWide(const uint8_t* units, int32_t first, int32_t count, const Words16x16& found);
   void PutLiteral(const uint8_t* unit);
 
   CodeSearch search;

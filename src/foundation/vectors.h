@@ -12,6 +12,7 @@ namespace sorvel {
 #pragma GCC diagnostic ignored "-Wpsabi"
 
 using Words64x2 = uint64_t __attribute__((vector_size(16)));
+using Words64x4 = uint64_t __attribute__((vector_size(32)));
 using Words16x8 = uint16_t __attribute__((vector_size(16)));
 using Words16x16 = uint16_t __attribute__((vector_size(32)));
 using Words32x8 = uint32_t __attribute__((vector_size(32)));
@@ -128,7 +129,6 @@ template <>
 SORVEL_WIDE_INLINE Words32x8 Spread<Words32x8>(uint64_t bytes) {
   constexpr Bytes32 places = {0, 0, 0, 0, 1, 1, 1, 1, 2, 2, 2, 2, 3, 3, 3, 3,
                               4, 4, 4, 4, 5, 5, 5, 5, 6, 6, 6, 6, 7, 7, 7, 7};
-  using Words64x4 = uint64_t __attribute__((vector_size(32)));
   return reinterpret_cast<Words32x8>(PermuteBytes(reinterpret_cast<Bytes32>(Words64x4{} + bytes), places));
 }
 template <>
@@ -151,6 +151,28 @@ SORVEL_WIDE_INLINE uint32_t HighestBits(const Words32x8& items) {
 SORVEL_WIDE_INLINE uint32_t HighestBits(const Words16x8& items) {
   return HighestBits(
       reinterpret_cast<Words32x8>(__builtin_convertvector(reinterpret_cast<Numbers16x8>(items), Numbers32x8)));
+}
+
+SORVEL_WIDE_INLINE uint32_t HighestBits(const Words16x16& items) {
+  const auto low = __builtin_shufflevector(items, items, 0, 1, 2, 3, 4, 5, 6, 7);
+  const auto high = __builtin_shufflevector(items, items, 8, 9, 10, 11, 12, 13, 14, 15);
+#if defined(SORVEL_HAS_WIDE)
+  return static_cast<uint32_t>(__builtin_ia32_pmovmskb128(
+      __builtin_ia32_packsswb128(reinterpret_cast<Numbers16x8>(low), reinterpret_cast<Numbers16x8>(high))));
+#else
+  return HighestBits(low) | HighestBits(high) << 8;
+#endif
+}
+
+// Whether any bit is set.
+SORVEL_WIDE_INLINE bool HasBitsWide(const Bytes32& bytes) {
+#if defined(SORVEL_HAS_WIDE)
+  using Numbers64x4 = long long __attribute__((vector_size(32)));
+  const auto words = reinterpret_cast<Numbers64x4>(bytes);
+  return __builtin_ia32_ptestz256(words, words) == 0;
+#else
+  return HasBits(bytes);
+#endif
 }
 
 // Items of `yes` where the highest bit of the choice is set, else of `no`.
@@ -177,6 +199,17 @@ SORVEL_WIDE_INLINE uint32_t FindDifferentBytes(uint64_t a, uint64_t b) {
   for (uint32_t i = 0; i < 8; ++i) different |= (((a ^ b) >> 8 * i & 0xFF) != 0 ? 1u : 0u) << i;
   return different;
 #endif
+}
+
+// 16 numbers below 16 as half bytes of a number, the first lowest.
+SORVEL_WIDE_INLINE uint64_t JoinHalfBytes(const Words16x16& numbers) {
+  constexpr uint8_t no = 128;
+  constexpr Bytes32 places = {0,  4,  8,  12, no, no, no, no, no, no, no, no, no, no, no, no,
+                              no, no, no, no, 0,  4,  8,  12, no, no, no, no, no, no, no, no};
+  const auto pairs = reinterpret_cast<Words32x8>(numbers);
+  const auto bytes = PermuteBytes(reinterpret_cast<Bytes32>(pairs | pairs >> 12), places);
+  const auto words = reinterpret_cast<Words64x4>(bytes);
+  return words[0] | words[2];
 }
 
 }  // namespace sorvel

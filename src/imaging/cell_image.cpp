@@ -85,40 +85,82 @@ void BlendKeyed(uint8_t* destination, const uint8_t* source, int32_t count) {
   }
 }
 
-// A keyed copy of `count` pairs of pixels of a cell, as they lie in memory. False, with nothing done, if there are tone
-// marks among them. Pairs holds half of the bytes of Bytes and the numbers of Numbers.
-template <typename Pairs, typename Numbers, typename Bytes>
-[[gnu::always_inline]] inline bool BlendPairs(uint8_t* destination, const uint8_t* pairs, int32_t count) {
+// A keyed copy of `count` pairs of pixels of a cell, as they lie in memory. The blank ones, which are most of many
+// cells, are passed over; where there are tone marks, single pixels are blended.
+void BlendPixels(uint8_t* destination, const uint8_t* pairs, int32_t count) {
+  uint8_t pixels[64];
+  for (int32_t i = 0; i < count; ++i) {
+    pixels[2 * i] = static_cast<uint8_t>(pairs[i] >> 4);
+    pixels[2 * i + 1] = pairs[i] & 0x0F;
+  }
+  BlendKeyed(destination, pixels, 2 * count);
+}
+
+void BlendPairsNarrow(uint8_t* destination, const uint8_t* pairs, int32_t count) {
   constexpr uint8_t firstMark = kMarkFirst;
   constexpr uint8_t range = kMarkLast - kMarkFirst;
-  const int32_t whole = count - count % int32_t{sizeof(Pairs)};
-  auto marks = Pairs{} != Pairs{};
-  for (int32_t i = 0; i < whole; i += sizeof(Pairs)) {
-    const auto both = LoadAs<Pairs>(pairs + i);
-    marks |= ((both >> 4) - firstMark <= range) | ((both & 0x0F) - firstMark <= range);
+  constexpr int32_t step = sizeof(Bytes8);
+  for (; count >= step; count -= step, pairs += step, destination += 2 * step) {
+    const auto both = LoadAs<Bytes8>(pairs);
+    if (!HasBits(both)) continue;
+    if (HasBits(((both >> 4) - firstMark <= range) | ((both & 0x0F) - firstMark <= range))) {
+      BlendPixels(destination, pairs, step);
+      continue;
+    }
+    const auto wide = __builtin_convertvector(both, Numbers16x8);
+    const auto pixels = reinterpret_cast<Bytes16>(wide >> 4 | (wide & 0x0F) << 8);
+    StoreAs(destination, pixels == 0 ? LoadAs<Bytes16>(destination) : pixels);
   }
-  bool hasMarks = HasBits(marks);
-  for (int32_t i = whole; i < count; ++i) hasMarks |= IsToneMark(pairs[i] >> 4) || IsToneMark(pairs[i] & 0x0F);
-  if (hasMarks) return false;
-  for (int32_t i = 0; i < whole; i += sizeof(Pairs)) {
-    const auto both = __builtin_convertvector(LoadAs<Pairs>(pairs + i), Numbers);
-    const auto pixels = reinterpret_cast<Bytes>(both >> 4 | (both & 0x0F) << 8);
-    StoreAs(destination + 2 * i, pixels == 0 ? LoadAs<Bytes>(destination + 2 * i) : pixels);
-  }
-  for (int32_t i = whole; i < count; ++i) {
-    if (pairs[i] >> 4 != 0) destination[2 * i] = pairs[i] >> 4;
-    if ((pairs[i] & 0x0F) != 0) destination[2 * i + 1] = pairs[i] & 0x0F;
-  }
-  return true;
+  BlendPixels(destination, pairs, count);
 }
 
-SORVEL_WIDE bool BlendPairsWide(uint8_t* destination, const uint8_t* pairs, int32_t count) {
-  return BlendPairs<Bytes16, Numbers16x16, Bytes32>(destination, pairs, count);
+// 32 pairs, which have been loaded.
+SORVEL_WIDE_INLINE void Blend32Pairs(uint8_t* destination, const Bytes32& both) {
+  static_assert(kMarkFirst == 11 && kMarkLast == 14);
+  constexpr Bytes32 marks = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 1, 1, 1, 0,
+                             0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 1, 1, 1, 0};
+  if (!HasBitsWide(both)) return;
+  const Bytes32 left = both >> 4;
+  const Bytes32 right = both & 0x0F;
+  if (HasBitsWide(PermuteBytes(marks, left) | PermuteBytes(marks, right))) {
+    uint8_t pairs[sizeof(both)];
+    StoreAs(pairs, both);
+    BlendPixels(destination, pairs, sizeof(both));
+    return;
+  }
+  const Bytes32 first = __builtin_shufflevector(left, right, 0, 32, 1, 33, 2, 34, 3, 35, 4, 36, 5, 37, 6, 38, 7, 39, 8,
+                                                40, 9, 41, 10, 42, 11, 43, 12, 44, 13, 45, 14, 46, 15, 47);
+  const Bytes32 second =
+      __builtin_shufflevector(left, right, 16, 48, 17, 49, 18, 50, 19, 51, 20, 52, 21, 53, 22, 54, 23, 55, 24, 56, 25,
+                              57, 26, 58, 27, 59, 28, 60, 29, 61, 30, 62, 31, 63);
+  uint8_t* const behind = destination + sizeof(first);
+  StoreAs(destination, first == 0 ? LoadWide<Bytes32>(destination) : first);
+  StoreAs(behind, second == 0 ? LoadWide<Bytes32>(behind) : second);
 }
 
-bool BlendPairs(uint8_t* destination, const uint8_t* pairs, int32_t count) {
-  return HasWideVectors() ? BlendPairsWide(destination, pairs, count)
-                          : BlendPairs<Bytes8, Numbers16x8, Bytes16>(destination, pairs, count);
+SORVEL_WIDE void BlendPairsWide(uint8_t* destination, const uint8_t* pairs, int32_t count) {
+  constexpr int32_t step = sizeof(Bytes32);
+  if (count < step) {
+    BlendPairsNarrow(destination, pairs, count);
+    return;
+  }
+  int32_t done = 0;
+  for (; done + step <= count; done += step) Blend32Pairs(destination + 2 * done, LoadWide<Bytes32>(pairs + done));
+  if (done == count) return;
+  // The last 32 again: those that are drawn already count as blank.
+  constexpr Bytes32 lanes = {0,  1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12, 13, 14, 15,
+                             16, 17, 18, 19, 20, 21, 22, 23, 24, 25, 26, 27, 28, 29, 30, 31};
+  const int32_t again = step - (count - done);
+  const auto isNew = reinterpret_cast<Bytes32>(lanes >= static_cast<uint8_t>(again));
+  Blend32Pairs(destination + 2 * (count - step), LoadWide<Bytes32>(pairs + count - step) & isNew);
+}
+
+void BlendPairs(uint8_t* destination, const uint8_t* pairs, int32_t count) {
+  if (HasWideVectors()) {
+    BlendPairsWide(destination, pairs, count);
+  } else {
+    BlendPairsNarrow(destination, pairs, count);
+  }
 }
 
 struct CompositeRule {
@@ -211,7 +253,7 @@ bool CellImage::Composite(int32_t dx, int32_t dy, CellImage* source, int32_t sx,
   if (!ClipBlock(&dx, &dy, &sx, &sy, &blockWidth, &blockHeight, *this, *source)) return false;
   const bool keyed = (flags & kKeyed) != 0;
   const CompositeRule rule = {keyed, keyed && (flags & kPale) != 0, destMask, sourceMask};
-  const bool isPlain = keyed && !rule.pale && destMask == 0 && sourceMask == 0;
+  const bool isPlain = keyed && !rule.pale && destMask == 0 && sourceMask == 0 && IsPacked(*source) && !IsPacked(*this);
   const auto apply = [&rule](uint8_t* to, const uint8_t* from, int32_t count) { rule.Apply(to, from, count); };
   int32_t left = sx + blockWidth;
   int32_t right = sx;
@@ -221,7 +263,7 @@ bool CellImage::Composite(int32_t dx, int32_t dy, CellImage* source, int32_t sx,
     int32_t start = sx;
     int32_t end = sx + blockWidth;
     if (!source->IsUsedRow(sy + row) && (keyed || !IsUsedRow(dy + row))) continue;
-    if (keyed) {
+    if (keyed && (outRect != nullptr || !isPlain)) {
       start = source->FindInk(sx, sy + row, end, 1);
       if (start == end) continue;
       end = source->FindInk(end - 1, sy + row, sx - 1, 0) + 1;
@@ -231,19 +273,18 @@ bool CellImage::Composite(int32_t dx, int32_t dy, CellImage* source, int32_t sx,
       bottom = sy + row + 1;
     }
     const int32_t toLeft = dx - sx;
-    if (isPlain && IsPacked(*source) && !IsPacked(*this)) {
+    if (isPlain) {
       // Pairs beside the ink are drawn too: they change nothing, and vectors are full.
       const int32_t first = std::max(start / 32 * 16, (sx + 1) / 2);
       const int32_t last = std::min((end + 31) / 32 * 16, (sx + blockWidth) / 2);
       UseRows(dy + row, 1);
       uint8_t* const to = RowOf(*this, dy + row) + toLeft;
-      if (BlendPairs(to + 2 * first, RowOf(*source, sy + row) + first, std::max(last - first, 0))) {
-        // Single pixels at the sides of the block.
-        if (start < 2 * first) ForRun(this, toLeft + start, dy + row, source, start, sy + row, 1, apply);
-        const bool hasLast = end > 2 * std::max(first, last);
-        if (hasLast) ForRun(this, toLeft + end - 1, dy + row, source, end - 1, sy + row, 1, apply);
-        continue;
-      }
+      BlendPairs(to + 2 * first, RowOf(*source, sy + row) + first, std::max(last - first, 0));
+      // Single pixels at the sides of the block.
+      if (start < 2 * first) ForRun(this, toLeft + start, dy + row, source, start, sy + row, 1, apply);
+      const bool hasLast = end > 2 * std::max(first, last);
+      if (hasLast) ForRun(this, toLeft + end - 1, dy + row, source, end - 1, sy + row, 1, apply);
+      continue;
     }
     ForRun(this, toLeft + start, dy + row, source, start, sy + row, end - start, apply);
   }

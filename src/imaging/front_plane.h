@@ -29,42 +29,45 @@ class FrontPlane {
     for (; to < end; to += sizeof(Unit)) CopyItem<Unit>(to);
   }
 
-  // Writes levels, a byte each, to `count` pixels. Gives whether any of them differs from the back plane.
-  bool PutLevels(uint8_t* to, const uint8_t* levels, int32_t count) const {
-    return isHigh ? PutLevelsAt<4>(to, levels, count) : PutLevelsAt<0>(to, levels, count);
+  // Writes levels, levelOf(from[i]), to `count` pixels. Gives whether any of them differs from the back plane.
+  template <typename LevelOf>
+  [[gnu::always_inline]] bool PutLevels(uint8_t* to, const uint8_t* from, int32_t count, const LevelOf& levelOf) const {
+    return isHigh ? PutLevelsAt<4>(to, from, count, levelOf) : PutLevelsAt<0>(to, from, count, levelOf);
   }
 
-  // The first pixel, below `end`, whose back number isn't its level; `end` if there is none.
-  int32_t SkipEqual(const uint8_t* pixels, const uint8_t* levels, int32_t end) const {
+  // The first pixel, below `end`, whose numbers differ; `end` if there is none.
+  static int32_t SkipEqual(const uint8_t* pixels, int32_t end) {
     int32_t i = 0;
-    while (i + 8 <= end && Differences<uint64_t>(pixels + i, levels + i) == 0) i += 8;
-    while (i < end && Differences<uint8_t>(pixels + i, levels + i) == 0) ++i;
+    while (i + 8 <= end && Differences<uint64_t>(pixels + i) == 0) i += 8;
+    while (i < end && Differences<uint8_t>(pixels + i) == 0) ++i;
     return i;
   }
 
   // The same backwards: what follows the last such pixel from `start` on and below `end`; `start` if there is none.
-  int32_t SkipEqualBack(const uint8_t* pixels, const uint8_t* levels, int32_t start, int32_t end) const {
-    while (end - 8 >= start && Differences<uint64_t>(pixels + end - 8, levels + end - 8) == 0) end -= 8;
-    while (end > start && Differences<uint8_t>(pixels + end - 1, levels + end - 1) == 0) --end;
+  static int32_t SkipEqualBack(const uint8_t* pixels, int32_t start, int32_t end) {
+    while (end - 8 >= start && Differences<uint64_t>(pixels + end - 8) == 0) end -= 8;
+    while (end > start && Differences<uint8_t>(pixels + end - 1) == 0) --end;
     return end;
   }
 
  private:
   template <typename Item>
-  Item Differences(const uint8_t* pixels, const uint8_t* levels) const {
-    const uint64_t back = LoadAs<Item>(pixels) >> (isHigh ? 0 : 4);
-    return static_cast<Item>((back & 0x0F0F0F0F0F0F0F0F) ^ LoadAs<Item>(levels));
+  static Item Differences(const uint8_t* pixels) {
+    const uint64_t pairs = LoadAs<Item>(pixels);
+    return static_cast<Item>((pairs ^ pairs >> 4) & 0x0F0F0F0F0F0F0F0F);
   }
 
-  template <int32_t kShift>
-  [[gnu::always_inline]] static bool PutLevelsAt(uint8_t* to, const uint8_t* levels, int32_t count) {
+  template <int32_t kShift, typename LevelOf>
+  [[gnu::always_inline]] static bool PutLevelsAt(uint8_t* to, const uint8_t* from, int32_t count,
+                                                 const LevelOf& levelOf) {
     constexpr int32_t backShift = 4 - kShift;
     // Free of branches, so that the compiler can vectorize.
     uint8_t different = 0;
     for (int32_t i = 0; i < count; ++i) {
+      const uint8_t level = levelOf(from[i]);
       const uint8_t back = to[i] & (0x0F << backShift);
-      different = static_cast<uint8_t>(different | (back ^ levels[i] << backShift));
-      to[i] = static_cast<uint8_t>(back | levels[i] << kShift);
+      different = static_cast<uint8_t>(different | (back ^ level << backShift));
+      to[i] = static_cast<uint8_t>(back | level << kShift);
     }
     return different != 0;
   }

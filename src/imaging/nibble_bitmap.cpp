@@ -5,6 +5,7 @@
 #include <cstring>
 #include <iterator>
 
+#include "foundation/vectors.h"
 #include "imaging/front_plane.h"
 #include "imaging/pixel_words.h"
 
@@ -27,28 +28,29 @@ void Load(const platform::ColorEntry& entry, int32_t* red, int32_t* green, int32
 
 // 0 black to 3 white. Pixels of neither the tone nor the line family are white: their differences wrap to large
 // numbers.
-void TonesOf(const uint8_t* pixels, int32_t count, uint8_t* tones) {
-  for (int32_t i = 0; i < count; ++i) {
-    const uint8_t fill = static_cast<uint8_t>(pixels[i] - kToneBlack);
-    const uint8_t line = static_cast<uint8_t>(pixels[i] - kLineBlack);
-    tones[i] = std::min({fill, line, uint8_t{3}});
-  }
+constexpr uint8_t ToneOf(uint8_t pixel) {
+  const auto fill = static_cast<uint8_t>(pixel - kToneBlack);
+  const auto line = static_cast<uint8_t>(pixel - kLineBlack);
+  const uint8_t tone = fill < line ? fill : line;
+  return tone < 3 ? tone : uint8_t{3};
 }
 
-void AddNeighbours(const uint8_t* tones, int32_t count, int32_t scale, uint8_t* sums) {
+[[gnu::always_inline]] inline void AddNeighbours(const uint8_t* pixels, int32_t count, int32_t scale, uint8_t* sums) {
   if (scale == 2) {
-    for (int32_t i = 0; i < count; ++i) sums[i] = static_cast<uint8_t>(sums[i] + tones[2 * i] + tones[2 * i + 1]);
+    for (int32_t i = 0; i < count; ++i) {
+      sums[i] = static_cast<uint8_t>(sums[i] + ToneOf(pixels[2 * i]) + ToneOf(pixels[2 * i + 1]));
+    }
   } else {
     for (int32_t i = 0; i < count; ++i) {
-      const uint8_t* four = tones + 4 * i;
-      sums[i] = static_cast<uint8_t>(sums[i] + four[0] + four[1] + four[2] + four[3]);
+      const uint8_t* four = pixels + 4 * i;
+      sums[i] = static_cast<uint8_t>(sums[i] + ToneOf(four[0]) + ToneOf(four[1]) + ToneOf(four[2]) + ToneOf(four[3]));
     }
   }
 }
 
 // Divides sums of 0 to 48 by 4 with an ordered dither: the threshold of a place is the smallest remainder that rounds
 // up there.
-void DitherSums(uint8_t* sums, int32_t count, int32_t dx, int32_t dy) {
+[[gnu::always_inline]] inline void DitherSums(uint8_t* sums, int32_t count, int32_t dx, int32_t dy) {
   static constexpr uint8_t kThresholds[2][2] = {{1, 3}, {4, 2}};
   for (int32_t i = 0; i < count; ++i) {
     const uint8_t threshold = kThresholds[dy & 1][(dx + i) & 1];
@@ -56,20 +58,23 @@ void DitherSums(uint8_t* sums, int32_t count, int32_t dx, int32_t dy) {
   }
 }
 
-// The levels of pixels from (x, y) on of a picture that is put out at 1/scale.
-void LevelsOf(const CellImage& composition, int32_t x, int32_t y, int32_t count, int32_t scale, uint8_t* levels) {
+// Puts the levels of pixels from (x, y) on, of a picture that is put out at 1/scale, into the front plane. Gives
+// whether any of them differs from the back plane.
+[[gnu::always_inline]] inline bool ReduceRun(const CellImage& composition, int32_t x, int32_t y, int32_t count,
+                                             int32_t scale, const FrontPlane& plane, uint8_t* to) {
   uint8_t run[kRunPixels * kLargestScale];
-  if (scale == 1) {
-    TonesOf(RunPixels(composition, x, y, count, run), count, levels);
-    return;
-  }
-  uint8_t tones[kRunPixels * kLargestScale];
-  std::memset(levels, 0, static_cast<size_t>(count));
+  if (scale == 1) return plane.PutLevels(to, RunPixels(composition, x, y, count, run), count, ToneOf);
+  uint8_t levels[kRunPixels] = {};
   for (int32_t line = 0; line < scale; ++line) {
-    TonesOf(RunPixels(composition, x * scale, y * scale + line, count * scale, run), count * scale, tones);
-    AddNeighbours(tones, count, scale, levels);
+    AddNeighbours(RunPixels(composition, x * scale, y * scale + line, count * scale, run), count, scale, levels);
   }
   if (scale == 4) DitherSums(levels, count, x, y);
+  return plane.PutLevels(to, levels, count, [](uint8_t level) { return level; });
+}
+
+SORVEL_WIDE bool ReduceRunWide(const CellImage& composition, int32_t x, int32_t y, int32_t count, int32_t scale,
+                               const FrontPlane& plane, uint8_t* to) {
+  return ReduceRun(composition, x, y, count, scale, plane, to);
 }
 
 }  // namespace
@@ -231,16 +236,16 @@ void NibbleBitmap::ReduceFrom(const CellImage& composition, Rect* outBox, int32_
   int32_t minY = INT32_MAX;
   int32_t maxX = 0;
   int32_t maxY = 0;
-  uint8_t levels[kRunPixels];
   for (int32_t y = top; y < bottom; ++y) {
     for (int32_t x = left; x < right; x += kRunPixels) {
       const int32_t count = std::min(kRunPixels, right - x);
-      LevelsOf(composition, x, y, count, scale, levels);
-      uint8_t* row = bits + y * pitch + x;
-      if (!plane.PutLevels(row, levels, count)) continue;
+      uint8_t* const row = bits + y * pitch + x;
+      const bool differs = HasWideVectors() ? ReduceRunWide(composition, x, y, count, scale, plane, row)
+                                            : ReduceRun(composition, x, y, count, scale, plane, row);
+      if (!differs) continue;
       // Only what lies outside the box so far can make it wider.
-      const int32_t first = plane.SkipEqual(row, levels, std::min(count, minX - x));
-      const int32_t last = plane.SkipEqualBack(row, levels, std::max(0, maxX + 1 - x), count) - 1;
+      const int32_t first = FrontPlane::SkipEqual(row, std::min(count, minX - x));
+      const int32_t last = FrontPlane::SkipEqualBack(row, std::max(0, maxX + 1 - x), count) - 1;
       minX = std::min(minX, x + first);
       maxX = std::max(maxX, x + last);
       minY = std::min(minY, y);

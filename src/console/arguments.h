@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <initializer_list>
 #include <string>
@@ -7,6 +8,9 @@
 #include <vector>
 
 namespace sorvel::console {
+
+// The largest number of plain words where any number will do.
+constexpr size_t kAnyNumber = static_cast<size_t>(-1);
 
 // An option of a command. One with a value name takes the word behind it.
 struct Option {

@@ -189,13 +189,22 @@ bool OutputFile::Commit(std::string* problem) {
   return false;
 }
 
-FileKind KindOf(const std::string& path) {
+std::string StemOf(const std::string& path) {
+  return std::filesystem::path(path).stem().string();
+}
+
+std::string ExtensionOf(const std::string& path) {
   std::string extension = std::filesystem::path(path).extension().string();
-  for (char& byte : extension) byte = static_cast<char>(std::toupper(static_cast<unsigned char>(byte)));
-  if (extension == ".CUT") return FileKind::kCut;
-  if (extension == ".LYR") return FileKind::kLayer;
-  if (extension == ".FLM") return FileKind::kFilm;
-  if (extension == ".CA" || extension == ".SV") return FileKind::kStream;
+  for (char& byte : extension) byte = static_cast<char>(std::tolower(static_cast<unsigned char>(byte)));
+  return extension;
+}
+
+FileKind KindOf(const std::string& path) {
+  const std::string extension = ExtensionOf(path);
+  if (extension == ".cut") return FileKind::kCut;
+  if (extension == ".lyr") return FileKind::kLayer;
+  if (extension == ".flm") return FileKind::kFilm;
+  if (extension == ".ca" || extension == ".sv") return FileKind::kStream;
   return FileKind::kUnknown;
 }
 

@@ -33,6 +33,11 @@ class InputFile {
   FileStream stream{nullptr};
 };
 
+// A path's last name without its extension.
+std::string StemOf(const std::string& path);
+// A path's extension with its dot, in small letters; empty if it has none.
+std::string ExtensionOf(const std::string& path);
+
 // A file that appears under its name only when it is complete, also when the program is interrupted.
 class OutputFile {
  public:

@@ -3,7 +3,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
 #include <numeric>
 
 #include "animation/compiled_cache.h"
@@ -38,11 +37,6 @@ ProgressFunction Shows(const char* what) {
     ShowProgress(what, done, total);
     return true;
   };
-}
-
-// A path's last name without its extension.
-std::string StemOf(const std::string& path) {
-  return std::filesystem::path(path).stem().string();
 }
 
 }  // namespace

@@ -25,8 +25,6 @@ struct Command {
   int (*run)(const Arguments& arguments);
 };
 
-constexpr size_t kAnyNumber = static_cast<size_t>(-1);
-
 // Of commands whose work is shared by threads.
 constexpr Option kThreads = {"--threads", "a number"};
 constexpr char kThreadsHelp[] =

@@ -1,4 +1,3 @@
-#include <cctype>
 #include <cstring>
 #include <filesystem>
 #include <memory>
@@ -37,8 +36,7 @@ Target TargetOf(const std::string& path) {
   std::error_code ignored;
   if (path == "-") return {Format::kPipe};
   if (path.ends_with('/') || std::filesystem::is_directory(path, ignored)) return {Format::kFolder};
-  std::string ending = std::filesystem::path(path).extension().string();
-  for (char& letter : ending) letter = static_cast<char>(std::tolower(static_cast<uint8_t>(letter)));
+  const std::string ending = ExtensionOf(path);
   if (ending.empty()) return {Format::kFolder};
   if (ending == ".png" || ending == ".apng") return {Format::kApng};
   if (ending == ".y4m") return {Format::kRaw};
@@ -97,7 +95,7 @@ int RunRender(const Arguments& arguments) {
   }
   (target.RepeatsItself() ? options.plays : options.runs) = loop;
   std::unique_ptr<FilmWriter> writer = MakeWriter(target, out);
-  if (writer == nullptr) return Fail(out, "this program was built without libavformat and libavcodec, which write it");
+  if (writer == nullptr) return Fail(out, "libavformat, which writes it, is missing");
 
   FilmSource source;
   const int status = source.Open(in);

@@ -13,8 +13,6 @@ namespace {
 
 namespace headless = platform::headless;
 
-constexpr size_t kAnyNumber = static_cast<size_t>(-1);
-
 // The controls that a script can name by their numbers.
 constexpr struct {
   int32_t id;

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cctype>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -28,16 +27,6 @@ constexpr size_t kLongestName = 80;
 constexpr int32_t kNewWidth = 240;
 constexpr int32_t kNewHeight = 180;
 constexpr int32_t kNewFps = 24;
-
-std::string ExtensionOf(const std::string& path) {
-  std::string extension = std::filesystem::path(path).extension().string();
-  for (char& byte : extension) byte = static_cast<char>(std::tolower(static_cast<unsigned char>(byte)));
-  return extension;
-}
-
-std::string StemOf(const std::string& path) {
-  return std::filesystem::path(path).stem().string();
-}
 
 // The change of each track whenever another cell, or none, is shown.
 XdtsSheet ExchangeSheet(TimeSheet* sheet, const std::string& name) {

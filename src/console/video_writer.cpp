@@ -8,6 +8,8 @@ extern "C" {
 #include <libavutil/opt.h>
 }
 
+#include <dlfcn.h>
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -21,6 +23,41 @@ extern "C" {
 namespace sorvel::console {
 
 namespace {
+
+// clang-format off
+#define SORVEL_LIBAV_FUNCTIONS(USE) \
+  USE(av_dict_free) USE(av_dict_set) USE(av_dict_set_int) USE(av_frame_alloc) USE(av_frame_free) \
+  USE(av_frame_get_buffer) USE(av_frame_make_writable) USE(av_free) USE(av_freep) USE(av_guess_format) \
+  USE(av_log_set_level) USE(av_malloc) USE(av_opt_set_int) USE(av_packet_alloc) USE(av_packet_free) \
+  USE(av_packet_rescale_ts) USE(av_packet_unref) USE(av_rescale_q) USE(av_strerror) USE(av_write_frame) \
+  USE(av_write_trailer) USE(avcodec_alloc_context3) USE(avcodec_find_encoder_by_name) USE(avcodec_free_context) \
+  USE(avcodec_open2) USE(avcodec_parameters_from_context) USE(avcodec_receive_packet) USE(avcodec_send_frame) \
+  USE(avformat_alloc_output_context2) USE(avformat_free_context) USE(avformat_new_stream) USE(avformat_write_header) \
+  USE(avio_alloc_context) USE(avio_context_free) USE(avio_flush)
+// clang-format on
+
+// The functions of libavformat and of the libraries that it brings. They are loaded when a video is to be written:
+// linking them would load more than a hundred libraries at every start of the program.
+struct Libav {
+#define SORVEL_DECLARE(name) decltype (&::name)(name) = nullptr;
+  SORVEL_LIBAV_FUNCTIONS(SORVEL_DECLARE)
+#undef SORVEL_DECLARE
+
+  // False if this system lacks the library.
+  bool Load() {
+    if (library == nullptr) library = dlopen("libavformat.so." AV_STRINGIFY(LIBAVFORMAT_VERSION_MAJOR), RTLD_LAZY);
+    bool hasAll = library != nullptr;
+#define SORVEL_LOAD(name) \
+  hasAll = hasAll && ((name) = reinterpret_cast<decltype(name)>(dlsym(library, #name))) != nullptr;
+    SORVEL_LIBAV_FUNCTIONS(SORVEL_LOAD)
+#undef SORVEL_LOAD
+    return hasAll;
+  }
+
+  void* library = nullptr;  // never closed
+};
+
+Libav libav;
 
 struct Option {
   const char* name;
@@ -37,7 +74,7 @@ struct Kind {
 
 constexpr int kIoBytes = 1 << 16;
 constexpr int64_t kGifRate = 100;
-constexpr int64_t kHighestRate = 1000000;
+constexpr int64_t kFinestRate = 1000000;
 constexpr int64_t kLongestGifTime = 65535;
 constexpr uint8_t kNoColor = 128;  // of the two colour planes
 
@@ -124,13 +161,13 @@ class VideoWriter final : public FilmWriter {
 };
 
 VideoWriter::~VideoWriter() {
-  av_packet_free(&waiting);
-  av_packet_free(&packet);
-  av_frame_free(&frame);
-  avcodec_free_context(&codec);
+  libav.av_packet_free(&waiting);
+  libav.av_packet_free(&packet);
+  libav.av_frame_free(&frame);
+  libav.avcodec_free_context(&codec);
   if (container == nullptr) return;
   CloseEnd(container->pb);
-  avformat_free_context(container);
+  libav.avformat_free_context(container);
 }
 
 int VideoWriter::WriteBytes(void* user, uint8_t* bytes, int count) {
@@ -167,16 +204,16 @@ int64_t VideoWriter::SeekBytes(void* user, int64_t offset, int whence) {
 }
 
 AVIOContext* VideoWriter::OpenEnd(FileEnd* end, bool writes) {
-  auto* buffer = static_cast<uint8_t*>(av_malloc(kIoBytes));
+  auto* buffer = static_cast<uint8_t*>(libav.av_malloc(kIoBytes));
   if (buffer == nullptr) return nullptr;
-  AVIOContext* io = avio_alloc_context(buffer, kIoBytes, writes ? 1 : 0, end, ReadBytes, WriteBytes, SeekBytes);
-  if (io == nullptr) av_free(buffer);
+  AVIOContext* io = libav.avio_alloc_context(buffer, kIoBytes, writes ? 1 : 0, end, ReadBytes, WriteBytes, SeekBytes);
+  if (io == nullptr) libav.av_free(buffer);
   return io;
 }
 
 void VideoWriter::CloseEnd(AVIOContext* io) {
-  if (io != nullptr) av_freep(&io->buffer);
-  avio_context_free(&io);
+  if (io != nullptr) libav.av_freep(&io->buffer);
+  libav.avio_context_free(&io);
 }
 
 // To bring its index to the front, the container reads what it wrote.
@@ -197,28 +234,28 @@ int VideoWriter::CloseAfterReading(AVFormatContext* /*context*/, AVIOContext* io
 bool VideoWriter::FailBy(int error) {
   if (writeError != 0) return FailWith(writeError);
   char text[AV_ERROR_MAX_STRING_SIZE] = "";
-  av_strerror(error, text, sizeof(text));
+  libav.av_strerror(error, text, sizeof(text));
   return error == AVERROR(ENOMEM) ? Fail("not enough memory") : Fail(std::string(kind.codec) + ": " + text);
 }
 
 bool VideoWriter::Begin(const FilmForm& form) {
   film = form;
-  rate = kind.rate != 0 ? kind.rate : std::min(form.rate, kHighestRate);
-  av_log_set_level(AV_LOG_QUIET);
+  rate = kind.rate != 0 ? kind.rate : std::min(form.rate, kFinestRate);
+  libav.av_log_set_level(AV_LOG_QUIET);
   if (!file.OpenUtf8(path)) return FailOf(file);
   return OpenCodec() && OpenContainer();
 }
 
 bool VideoWriter::OpenCodec() {
-  const AVCodec* encoder = avcodec_find_encoder_by_name(kind.codec);
-  const AVOutputFormat* format = av_guess_format(kind.container, nullptr, nullptr);
+  const AVCodec* encoder = libav.avcodec_find_encoder_by_name(kind.codec);
+  const AVOutputFormat* format = libav.av_guess_format(kind.container, nullptr, nullptr);
   if (encoder == nullptr || format == nullptr) {
     return Fail(std::string("this system's libavcodec and libavformat lack ") + kind.codec + " in " + kind.container);
   }
-  codec = avcodec_alloc_context3(encoder);
-  frame = av_frame_alloc();
-  packet = av_packet_alloc();
-  waiting = av_packet_alloc();
+  codec = libav.avcodec_alloc_context3(encoder);
+  frame = libav.av_frame_alloc();
+  packet = libav.av_packet_alloc();
+  waiting = libav.av_packet_alloc();
   if (codec == nullptr || frame == nullptr || packet == nullptr || waiting == nullptr) return FailBy(AVERROR(ENOMEM));
   const bool isHalved = kind.pixels == AV_PIX_FMT_YUV420P;
   // H.264 of even size is what all players have; VP9 takes any size.
@@ -239,15 +276,15 @@ bool VideoWriter::OpenCodec() {
   }
   if ((format->flags & AVFMT_GLOBALHEADER) != 0) codec->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
   AVDictionary* options = nullptr;
-  for (const Option& option : kind.options) av_dict_set(&options, option.name, option.value, 0);
-  const int opened = avcodec_open2(codec, encoder, &options);
-  av_dict_free(&options);
+  for (const Option& option : kind.options) libav.av_dict_set(&options, option.name, option.value, 0);
+  const int opened = libav.avcodec_open2(codec, encoder, &options);
+  libav.av_dict_free(&options);
   if (opened < 0) return FailBy(opened);
   frame->format = codec->pix_fmt;
   frame->width = codec->width;
   frame->height = codec->height;
   frame->color_range = codec->color_range;
-  const int allocated = av_frame_get_buffer(frame, 0);
+  const int allocated = libav.av_frame_get_buffer(frame, 0);
   if (allocated < 0) return FailBy(allocated);
   const int halfRows = (codec->height + 1) / 2;
   for (int plane = 1; isHalved && plane < 3; ++plane) {
@@ -264,27 +301,27 @@ bool VideoWriter::OpenCodec() {
 }
 
 bool VideoWriter::OpenContainer() {
-  const int made = avformat_alloc_output_context2(&container, nullptr, kind.container, nullptr);
+  const int made = libav.avformat_alloc_output_context2(&container, nullptr, kind.container, nullptr);
   if (made < 0) return FailBy(made);
   out.writer = this;
   container->pb = OpenEnd(&out, true);
   container->opaque = this;
   container->io_open = OpenForReading;
   container->io_close2 = CloseAfterReading;
-  stream = avformat_new_stream(container, nullptr);
+  stream = libav.avformat_new_stream(container, nullptr);
   if (container->pb == nullptr || stream == nullptr) return FailBy(AVERROR(ENOMEM));
   container->flags |= AVFMT_FLAG_CUSTOM_IO | AVFMT_FLAG_BITEXACT;
   stream->time_base = codec->time_base;
-  const int copied = avcodec_parameters_from_context(stream->codecpar, codec);
+  const int copied = libav.avcodec_parameters_from_context(stream->codecpar, codec);
   if (copied < 0) return FailBy(copied);
   // Of a GIF: without end, once, or so many times after the first.
   if (isGif)
-    av_opt_set_int(container->priv_data, "loop", film.plays == 0 ? 0 : film.plays == 1 ? -1 : film.plays - 1, 0);
+    libav.av_opt_set_int(container->priv_data, "loop", film.plays == 0 ? 0 : film.plays == 1 ? -1 : film.plays - 1, 0);
   AVDictionary* options = nullptr;
-  av_dict_set(&options, "movflags", "+faststart", 0);
-  av_dict_set_int(&options, "movie_timescale", rate, 0);
-  const int begun = avformat_write_header(container, &options);
-  av_dict_free(&options);
+  libav.av_dict_set(&options, "movflags", "+faststart", 0);
+  libav.av_dict_set_int(&options, "movie_timescale", rate, 0);
+  const int begun = libav.avformat_write_header(container, &options);
+  libav.av_dict_free(&options);
   return begun >= 0 || FailBy(begun);
 }
 
@@ -297,7 +334,7 @@ bool VideoWriter::Add(const FilmPicture& picture) {
   int64_t start = PlaceOf(picture.start);
   const int64_t end = PlaceOf(picture.start + picture.duration);
   if (start == end) return true;
-  const int writable = av_frame_make_writable(frame);
+  const int writable = libav.av_frame_make_writable(frame);
   if (writable < 0) return FailBy(writable);
   Draw(picture);
   const int64_t longest = isGif ? kLongestGifTime : INT64_MAX;
@@ -328,13 +365,13 @@ bool VideoWriter::Send(int64_t start, int64_t duration) {
   frame->pts = start;
   times.emplace_back(start, duration);
   lastDuration = duration;
-  const int sent = avcodec_send_frame(codec, frame);
+  const int sent = libav.avcodec_send_frame(codec, frame);
   return sent < 0 ? FailBy(sent) : TakePackets();
 }
 
 bool VideoWriter::TakePackets() {
   while (true) {
-    const int taken = avcodec_receive_packet(codec, packet);
+    const int taken = libav.avcodec_receive_packet(codec, packet);
     if (taken == AVERROR(EAGAIN) || taken == AVERROR_EOF) return true;
     if (taken < 0) return FailBy(taken);
     const auto own =
@@ -352,17 +389,17 @@ bool VideoWriter::TakePackets() {
 
 bool VideoWriter::WriteWaiting() {
   // The end is rounded as the start of the next picture is.
-  const int64_t end = av_rescale_q(waiting->pts + waiting->duration, codec->time_base, stream->time_base);
-  av_packet_rescale_ts(waiting, codec->time_base, stream->time_base);
+  const int64_t end = libav.av_rescale_q(waiting->pts + waiting->duration, codec->time_base, stream->time_base);
+  libav.av_packet_rescale_ts(waiting, codec->time_base, stream->time_base);
   waiting->duration = end - waiting->pts;
   waiting->stream_index = stream->index;
-  const int written = av_write_frame(container, waiting);
-  av_packet_unref(waiting);
+  const int written = libav.av_write_frame(container, waiting);
+  libav.av_packet_unref(waiting);
   return written >= 0 || FailBy(written);
 }
 
 bool VideoWriter::Finish() {
-  const int ended = avcodec_send_frame(codec, nullptr);
+  const int ended = libav.avcodec_send_frame(codec, nullptr);
   if (ended < 0) return FailBy(ended);
   if (!TakePackets()) return false;
   if (hasPackets) {
@@ -373,10 +410,10 @@ bool VideoWriter::Finish() {
     if (!WriteWaiting()) return false;
   }
   // A GIF's last picture would get the time of the one before.
-  if (isGif) av_opt_set_int(container->priv_data, "final_delay", lastDuration, 0);
-  const int finished = av_write_trailer(container);
+  if (isGif) libav.av_opt_set_int(container->priv_data, "final_delay", lastDuration, 0);
+  const int finished = libav.av_write_trailer(container);
   if (finished < 0) return FailBy(finished);
-  avio_flush(container->pb);
+  libav.avio_flush(container->pb);
   if (writeError != 0) return FailWith(writeError);
   return file.Commit() || FailOf(file);
 }
@@ -384,6 +421,7 @@ bool VideoWriter::Finish() {
 }  // namespace
 
 std::unique_ptr<FilmWriter> MakeVideoWriter(VideoKind kind, const std::string& path) {
+  if (!libav.Load()) return nullptr;
   return std::make_unique<VideoWriter>(kind, path);
 }
 

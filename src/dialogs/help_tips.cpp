@@ -17,7 +17,7 @@ namespace sorvel {
 
 namespace {
 
-constexpr size_t kTextSize = 512;
+constexpr size_t kHelpTextSize = 512;
 constexpr char kThousandsSeparator = ',';
 
 // A field of a dialog. Those of a dialog stand behind a row with its number alone.
@@ -77,7 +77,7 @@ std::span<const Field> FieldsOf(int32_t dialog) {
 }
 
 bool HasText(int32_t id) {
-  char text[kTextSize];
+  char text[kHelpTextSize];
   return platform::ReadResourceText(id, text, sizeof(text)) != 0;
 }
 
@@ -100,7 +100,7 @@ bool IsInRange(std::string text, int32_t low, int32_t high) {
 }  // namespace
 
 void SetHelpTip(platform::WindowHandle control, int32_t text) {
-  char help[kTextSize];
+  char help[kHelpTextSize];
   if (platform::ReadResourceText(text, help, sizeof(help)) == 0) return;
   constexpr char fullStop[] = "\x81\x42";
   std::string lines;
@@ -122,8 +122,8 @@ void CheckNumber(platform::WindowHandle edit, int32_t low, int32_t high) {
     platform::HideBalloon(edit);
     return;
   }
-  char format[kTextSize];
-  char message[kTextSize + 32];
+  char format[kHelpTextSize];
+  char message[kHelpTextSize + 32];
   platform::ReadResourceText(kTextRange, format, sizeof(format));
   std::snprintf(message, sizeof(message), format, low, high);
   platform::ShowBalloon(edit, message);

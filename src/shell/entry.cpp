@@ -24,7 +24,7 @@ namespace sorvel {
 
 namespace {
 
-constexpr size_t kTextSize = 256;
+constexpr size_t kLineSize = 256;
 constexpr size_t kFilmPathSize = 260;
 constexpr uintptr_t kRecoveryTimer = 1;
 
@@ -44,8 +44,8 @@ void MakeMarginBrush() {
 }
 
 void ReadFont() {
-  char text[kTextSize];
-  char name[kTextSize] = "";
+  char text[kLineSize];
+  char name[kLineSize] = "";
   int32_t size = 0;
   int32_t spacing = 0;
   int32_t weight = 0;
@@ -55,7 +55,7 @@ void ReadFont() {
 }
 
 void ReadBrush() {
-  char text[kTextSize];
+  char text[kLineSize];
   PenSpec pen;
   int32_t removal = 1;
   int32_t square = 0;
@@ -128,8 +128,8 @@ bool StartProgram(MainFrame* frame, const char* commandLine, int32_t showCommand
 
 void FinishProgram(MainFrame* frame) {
   WriteSettingText(settings::kFilm, frame->film->path);
-  char text[2 * kTextSize];
-  std::snprintf(text, sizeof(text), "%.*s, %d, %d, %d", static_cast<int>(kTextSize), textToolFont.faceName,
+  char text[2 * kLineSize];
+  std::snprintf(text, sizeof(text), "%.*s, %d, %d, %d", static_cast<int>(kLineSize), textToolFont.faceName,
                 textToolFont.size, textToolFont.spacing, textToolFont.weight);
   WriteSettingText(settings::kFont, text);
   int32_t brush[6] = {};

@@ -13,7 +13,7 @@ namespace {
 
 // Pictures of frames that are far away are given up.
 constexpr size_t kMostPictures = 2000;
-constexpr uint8_t kPaper = 255;
+constexpr uint8_t kPaperGrey = 255;
 
 }  // namespace
 
@@ -29,7 +29,7 @@ bool FramePictures::IsFresh(const Frame* frame) const {
 
 void FramePictures::Make(Cut* cut, Frame* frame) {
   if (pictures.size() >= kMostPictures) pictures.clear();
-  std::vector<uint8_t> greys(static_cast<size_t>(kWidth) * kHeight, kPaper);
+  std::vector<uint8_t> greys(static_cast<size_t>(kWidth) * kHeight, kPaperGrey);
   const int32_t width = cut->frameWidth;
   const int32_t height = cut->frameHeight;
   const bool hasRoom = composition.width == cut->width && composition.height == cut->height;
@@ -67,7 +67,7 @@ void FramePictures::Make(Cut* cut, Frame* frame) {
           const bool isRow = row >= part.top && row < part.bottom;
           const uint8_t* pixels = composition.bits + int64_t{isRow ? row : 0} * composition.pitch;
           for (int32_t column = frame->x + left; column < frame->x + right; ++column) {
-            sum += isRow && column >= part.left && column < part.right ? tones[pixels[column]] : kPaper;
+            sum += isRow && column >= part.left && column < part.right ? tones[pixels[column]] : kPaperGrey;
           }
         }
         const int64_t count = int64_t{bottom - top} * (right - left);

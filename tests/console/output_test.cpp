@@ -302,7 +302,7 @@ TEST_F(ConsoleOutput, MessagesEscapeWhatIsNoText) {
 
 // In KiB. The sanitizers' own memory counts too, unless the program under test is another one.
 int64_t MostMemory() {
-#if defined(__SANITIZE_ADDRESS__)
+#ifdef SORVEL_SANITIZED
   if (std::getenv("SORVEL_PROGRAM_UNDER_TEST") == nullptr) return 512 << 10;
 #endif
   return 64 << 10;

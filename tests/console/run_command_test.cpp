@@ -350,7 +350,7 @@ TEST_F(Run, SelectMakesALayerCurrent) {
   EXPECT_EQ(RunForState(folder, layers)["cuts"][0]["frames"][0]["currentRecord"], 1);
   const Json state = RunForState(folder, layers + "focus cut\nselect 10004 0\n");
   EXPECT_EQ(state["cuts"][0]["frames"][0]["currentRecord"], 0);
-  EXPECT_EQ(state["panels"]["10004"]["selected"], Json({0}));
+  EXPECT_EQ(state["panels"]["10004"]["selected"], Json::array({0}));
   // The focus stays in the cut window.
   EXPECT_EQ(state["frame"]["status"], "");
 }

@@ -33,7 +33,7 @@
 #include "foundation/byte_stream.h"
 #include "monkey/monkey.h"
 
-#if defined(__SANITIZE_ADDRESS__)
+#ifdef SORVEL_SANITIZED
 #include <sanitizer/common_interface_defs.h>
 
 // Memory that a document asks for without measure isn't there.
@@ -343,7 +343,7 @@ int main(int argc, char** argv) {
                  "                     [--script-only] [--undo] [--kills N] [--replay SCRIPT] [--minimise SCRIPT]\n");
     return kUsage;
   }
-#if defined(__SANITIZE_ADDRESS__)
+#ifdef SORVEL_SANITIZED
   __sanitizer_set_death_callback(TellScript);
 #endif
   std::signal(SIGALRM, OnAlarm);

@@ -249,6 +249,8 @@ inline std::ostream& operator<<(std::ostream& out, const Answer& run) {
 // A folder of the test's own in which the program runs.
 class Folder : public TemporaryFolder {
  public:
+  Folder() {}  // a constant one needs it
+
   void Write(const std::string& name, const Bytes& bytes) const { WriteFile(Path(name), bytes); }
   Bytes Read(const std::string& name) const { return ReadBytes(Path(name)); }
 

@@ -23,7 +23,7 @@ class PenPickerTest : public testtools::ToolTest {
     return window->pixels[static_cast<size_t>(y * window->width + x)];
   }
   static bool IsColor(platform::ColorEntry color, int32_t index) {
-    const platform::ColorEntry& expected = ColorTable[index];
+    const platform::ColorEntry& expected = ColorTable[static_cast<size_t>(index)];
     return color.red == expected.red && color.green == expected.green && color.blue == expected.blue;
   }
 

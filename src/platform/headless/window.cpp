@@ -16,7 +16,7 @@ constexpr Bounds kMdiClientPlace = {162, 28, 1024, 732};
 constexpr Point kScreen = {1280, 1024};
 constexpr int32_t kLineHeight = 16;
 // Larger windows aren't made.
-constexpr int32_t kMostPixels = 1 << 24;
+constexpr int32_t kMostWindowPixels = 1 << 24;
 
 struct WindowClass {
   CursorShape cursor = CursorShape::kArrow;
@@ -157,7 +157,7 @@ bool ResizeClient(Window* window, int32_t width, int32_t height) {
   width = std::max(width, 0);
   height = std::max(height, 0);
   const bool hasPixels = !IsControl(window) && window->kind != WindowKind::kMdiClient;
-  if (hasPixels && width != 0) height = std::min(height, kMostPixels / width);
+  if (hasPixels && width != 0) height = std::min(height, kMostWindowPixels / width);
   if (width == window->width && height == window->height) return false;
   window->width = width;
   window->height = height;

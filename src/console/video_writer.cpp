@@ -39,7 +39,8 @@ namespace {
 // The functions of libavformat and of the libraries that it brings. They are loaded when a video is to be written:
 // linking them would load more than a hundred libraries at every start of the program.
 struct Libav {
-#define SORVEL_DECLARE(name) decltype (&::name)(name) = nullptr;
+// NOLINTNEXTLINE(bugprone-macro-parentheses)
+#define SORVEL_DECLARE(name) decltype(&::name) name = nullptr;
   SORVEL_LIBAV_FUNCTIONS(SORVEL_DECLARE)
 #undef SORVEL_DECLARE
 

@@ -3,12 +3,15 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <memory>
 #include <vector>
 
 #include "docfiles/cut_parts.h"
 #include "docfiles/stream_check.h"
 #include "docfiles/unit_vectors.h"
 #include "foundation/job_line.h"
+#include "imaging/packed_image.h"
+#include "imaging/pixel_words.h"
 
 namespace sorvel {
 
@@ -163,7 +166,11 @@ bool CellReader::Read(Layer* layer, ByteStream* stream, LoadReport* report) {
   const int64_t memory = length * kPixelBytesPerByte + kFreeMemory;
   // So many cells the file can hold.
   const int32_t most = static_cast<int32_t>(std::min<int64_t>(count, memory / cellMemory));
+  const auto release = [](PixelBlock* made) { made->Release(); };
+  const std::unique_ptr<PixelBlock, decltype(release)> pixels(
+      PixelBlock::Make(most, static_cast<int32_t>(std::min<int64_t>(pitch * height, INT32_MAX))), release);
   std::vector<CellReader> readers(static_cast<size_t>(std::max(CellsAtOnce(most, width, height), 1)));
+  for (CellReader& reader : readers) reader.block = pixels.get();
   size_t places = 0;
   while (most > 0 && places < readers.size() && readers[places].Allocate(*layer)) ++places;
   JobLine line(std::max(static_cast<int32_t>(places), 1),
@@ -232,7 +239,8 @@ bool CellReader::ReadRecord(CellImage* image, ByteStream* stream, int32_t length
 
 void CellReader::Decode() {
   // Here, since the system's work for new memory is half of it all.
-  hasPixels = cell->Resize(width, height, 0);
+  PackedImage* const packed = block != nullptr && IsPacked(*cell) ? static_cast<PackedImage*>(cell) : nullptr;
+  hasPixels = packed != nullptr ? packed->ResizeWithin(block, width, height) : cell->Resize(width, height, 0);
   if (!hasPixels) return;
   nextCode = data.Data();
   codeEnd = nextCode + codesGot;
@@ -246,6 +254,9 @@ void CellReader::Decode() {
   std::memset(rowCodes.Data(), kFirstRowCodes, static_cast<size_t>(rowBytes));
   const int32_t rows = groups > 0 ? cell->height : 0;
   cell->UseRows(0, rows);
+  // The system gives memory that is read first a page of zeros, and another page when it is written.
+  constexpr int32_t pageBytes = 4096;
+  for (int32_t at = 0; at < cell->ByteCount(); at += pageBytes) cell->bits[at] = 0;
   for (int32_t y = 0; y < rows;) {
     if (const int32_t done = ReadRowsWide(cell, y, rows); done > 0) {
       y += done;

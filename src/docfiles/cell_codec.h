@@ -8,6 +8,7 @@
 #include "document/load_report.h"
 #include "foundation/buffer.h"
 #include "foundation/byte_stream.h"
+#include "imaging/pixel_block.h"
 
 namespace sorvel {
 
@@ -67,6 +68,7 @@ class CellReader {
   Buffer<uint8_t> rowCodes;
   // The cell in hand, and its record in the stream.
   CellImage* cell = nullptr;
+  PixelBlock* block = nullptr;  // for its pixels, if there is one
   bool isHeadShort = false;
   bool isShort = false;
   bool isWhole = true;

@@ -148,20 +148,22 @@ SORVEL_WIDE_INLINE uint32_t HighestBits(const Words32x8& items) {
   return bits;
 #endif
 }
-SORVEL_WIDE_INLINE uint32_t HighestBits(const Words16x8& items) {
-  return HighestBits(
-      reinterpret_cast<Words32x8>(__builtin_convertvector(reinterpret_cast<Numbers16x8>(items), Numbers32x8)));
-}
-
-SORVEL_WIDE_INLINE uint32_t HighestBits(const Words16x16& items) {
-  const auto low = __builtin_shufflevector(items, items, 0, 1, 2, 3, 4, 5, 6, 7);
-  const auto high = __builtin_shufflevector(items, items, 8, 9, 10, 11, 12, 13, 14, 15);
+SORVEL_WIDE_INLINE uint32_t HighestBits(const Words16x8& low, const Words16x8& high) {
 #if defined(SORVEL_HAS_WIDE)
   return static_cast<uint32_t>(__builtin_ia32_pmovmskb128(
       __builtin_ia32_packsswb128(reinterpret_cast<Numbers16x8>(low), reinterpret_cast<Numbers16x8>(high))));
 #else
-  return HighestBits(low) | HighestBits(high) << 8;
+  uint32_t bits = 0;
+  for (int32_t i = 0; i < 8; ++i) bits |= uint32_t{low[i]} >> 15 << i | uint32_t{high[i]} >> 15 << (8 + i);
+  return bits;
 #endif
+}
+SORVEL_WIDE_INLINE uint32_t HighestBits(const Words16x8& items) {
+  return HighestBits(items, Words16x8{});
+}
+SORVEL_WIDE_INLINE uint32_t HighestBits(const Words16x16& items) {
+  return HighestBits(__builtin_shufflevector(items, items, 0, 1, 2, 3, 4, 5, 6, 7),
+                     __builtin_shufflevector(items, items, 8, 9, 10, 11, 12, 13, 14, 15));
 }
 
 // Whether any bit is set.

@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include "foundation/vectors.h"
 #include "platform/bitmaps.h"
@@ -24,7 +25,15 @@ bool HasInk(const uint8_t* bytes) {
 }  // namespace
 
 PackedImage::~PackedImage() {
-  std::free(bits);
+  FreeBits(bits, block);
+}
+
+void PackedImage::FreeBits(uint8_t* oldBits, PixelBlock* oldBlock) {
+  if (oldBlock != nullptr) {
+    oldBlock->Release();
+  } else {
+    std::free(oldBits);
+  }
 }
 
 int32_t PackedImage::FindInk(int32_t x, int32_t y, int32_t end, int32_t forward) {
@@ -90,6 +99,7 @@ CellImage* PackedImage::MakeBlank() {
 bool PackedImage::Resize(int32_t newWidth, int32_t newHeight, int32_t fill) {
   EndContent();
   uint8_t* oldBits = bits;
+  PixelBlock* oldBlock = std::exchange(block, nullptr);
   const int32_t oldWidth = width;
   const int32_t oldHeight = height;
   const int32_t oldPitch = pitch;
@@ -104,7 +114,7 @@ bool PackedImage::Resize(int32_t newWidth, int32_t newHeight, int32_t fill) {
     bits = static_cast<uint8_t*>(std::calloc(static_cast<size_t>(size) + platform::kSpareBytes, 1));
   }
   if (bits == nullptr) {
-    std::free(oldBits);
+    FreeBits(oldBits, oldBlock);
     const bool isEmpty = size == 0;
     if (!isEmpty) width = height = pitch = 0;
     return isEmpty;
@@ -124,8 +134,22 @@ bool PackedImage::Resize(int32_t newWidth, int32_t newHeight, int32_t fill) {
         to[rowBytes - 1] = static_cast<uint8_t>((to[rowBytes - 1] & 0xF0) | (fill & 0x0F));
       }
     }
-    std::free(oldBits);
+    FreeBits(oldBits, oldBlock);
   }
+  return true;
+}
+
+bool PackedImage::ResizeWithin(PixelBlock* pixels, int32_t newWidth, int32_t newHeight) {
+  if (!Resize(0, 0, 0)) return false;
+  const int32_t newPitch = (newWidth / 2 + newWidth % 2 + 3) & ~3;
+  const bool isSize = newWidth > 0 && newHeight > 0 && platform::FitsMemory(newPitch, newHeight);
+  bits = isSize ? pixels->Take(newPitch * newHeight) : nullptr;
+  if (bits == nullptr) return Resize(newWidth, newHeight, 0);
+  block = pixels;
+  width = newWidth;
+  height = newHeight;
+  pitch = newPitch;
+  ForgetUsedRows();
   return true;
 }
 

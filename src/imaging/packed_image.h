@@ -1,6 +1,7 @@
 #pragma once
 
 #include "imaging/cell_image.h"
+#include "imaging/pixel_block.h"
 
 namespace sorvel {
 
@@ -21,6 +22,14 @@ class PackedImage final : public CellImage {
   void SetPixel(int32_t x, int32_t y, int32_t value) override;
   CellImage* MakeBlank() override;
   bool Resize(int32_t newWidth, int32_t newHeight, int32_t fill) override;
+
+  // Gives an empty image its size, all 0, with pixels from a block where it has some. False if memory runs out.
+  bool ResizeWithin(PixelBlock* pixels, int32_t newWidth, int32_t newHeight);
+
+ private:
+  void FreeBits(uint8_t* oldBits, PixelBlock* oldBlock);
+
+  PixelBlock* block = nullptr;  // that the pixels are a part of
 };
 
 }  // namespace sorvel

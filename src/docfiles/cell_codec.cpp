@@ -239,8 +239,8 @@ bool CellReader::ReadRecord(CellImage* image, ByteStream* stream, int32_t length
 
 void CellReader::Decode() {
   // Here, since the system's work for new memory is half of it all.
-  PackedImage* const packed = block != nullptr && IsPacked(*cell) ? static_cast<PackedImage*>(cell) : nullptr;
-  hasPixels = packed != nullptr ? packed->ResizeWithin(block, width, height) : cell->Resize(width, height, 0);
+  hasPixels = IsPacked(*cell) ? static_cast<PackedImage*>(cell)->ResizeWithin(block, width, height)
+                              : cell->Resize(width, height, 0);
   if (!hasPixels) return;
   nextCode = data.Data();
   codeEnd = nextCode + codesGot;

@@ -143,7 +143,7 @@ bool PackedImage::ResizeWithin(PixelBlock* pixels, int32_t newWidth, int32_t new
   if (!Resize(0, 0, 0)) return false;
   const int32_t newPitch = (newWidth / 2 + newWidth % 2 + 3) & ~3;
   const bool isSize = newWidth > 0 && newHeight > 0 && platform::FitsMemory(newPitch, newHeight);
-  bits = isSize ? pixels->Take(newPitch * newHeight) : nullptr;
+  bits = isSize && pixels != nullptr ? pixels->Take(newPitch * newHeight) : nullptr;
   if (bits == nullptr) return Resize(newWidth, newHeight, 0);
   block = pixels;
   width = newWidth;

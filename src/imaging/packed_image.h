@@ -23,7 +23,7 @@ class PackedImage final : public CellImage {
   CellImage* MakeBlank() override;
   bool Resize(int32_t newWidth, int32_t newHeight, int32_t fill) override;
 
-  // Gives an empty image its size, all 0, with pixels from a block where it has some. False if memory runs out.
+  // As Resize() with an empty picture, all 0, with pixels from the block if it has some. The block may be null.
   bool ResizeWithin(PixelBlock* pixels, int32_t newWidth, int32_t newHeight);
 
  private:

@@ -287,6 +287,21 @@ TEST(CellWriter, AgreesWithThePlainWriterOnLargeCells) {
   }
 }
 
+TEST(CellReader, CellsOfALargeLayerLiveOnWithoutTheOthers) {
+  Layer layer(601, 500, "A", nullptr, 0);
+  for (int32_t i = 0; i < 30; ++i) NewCell(&layer)->FillRect(i * 20, i * 16, 15, 30, 1 + i % 8);
+  const Bytes block = Encode(&layer);
+  Layer read(0, 0, nullptr, nullptr, 0);
+  ASSERT_TRUE(Decode(&read, block));
+  EXPECT_EQ(Encode(&read), block);
+  for (int32_t i = 0; i < 29; ++i) ASSERT_TRUE(read.DeleteCell(i % 2 == 0 ? 0 : read.cells.Count() - 1));
+  // The fifteenth is left.
+  ASSERT_EQ(read.cells.Count(), 1);
+  CellImage* left = read.CellAt(0);
+  EXPECT_TRUE(std::equal(left->bits, left->bits + left->ByteCount(), layer.CellAt(15)->bits));
+  EXPECT_TRUE(read.Resize(700, 10, 0));
+}
+
 // Reading.
 
 TEST(CellReader, ReplacesEverythingOfTheLayer) {

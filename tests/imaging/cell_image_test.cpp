@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -51,6 +53,35 @@ TEST(PackedImage, SixteenZeroBytesLieBehindTheLastRow) {
   image.Resize(6, 3, 9);
   image.Fill(13);
   for (int32_t i = 0; i < 16; ++i) EXPECT_EQ(image.bits[image.ByteCount() + i], 0) << i;
+}
+
+TEST(PackedImage, PixelsOfABlockAreLikeItsOwn) {
+  constexpr int32_t width = 2001;
+  constexpr int32_t height = 3000;
+  constexpr int32_t pitch = 1004;
+  EXPECT_EQ(PixelBlock::Make(3, 1000), nullptr) << "a small block";
+  PixelBlock* block = PixelBlock::Make(2, pitch * height);
+  ASSERT_NE(block, nullptr);
+  auto first = std::make_unique<PackedImage>();
+  PackedImage second;
+  PackedImage third;
+  for (PackedImage* image : {first.get(), &second, &third}) {
+    ASSERT_TRUE(image->ResizeWithin(block, width, height));
+    EXPECT_EQ(image->pitch, pitch);
+    EXPECT_EQ(std::count(image->bits, image->bits + pitch * height + platform::kSpareBytes, 0),
+              pitch * height + platform::kSpareBytes);
+  }
+  EXPECT_EQ(second.bits - first->bits, (pitch * height + platform::kSpareBytes + 63) / 64 * 64);
+  block->Release();
+  first->Fill(9);
+  second.SetPixel(2000, 2999, 7);
+  first.reset();
+  EXPECT_EQ(second.GetPixel(2000, 2999), 7);
+  EXPECT_EQ(second.GetPixel(1999, 2999), 0);
+  ASSERT_TRUE(second.Resize(2004, 3001, 5));
+  EXPECT_EQ(second.GetPixel(2000, 2999), 7);
+  EXPECT_EQ(second.GetPixel(2001, 2999), 5);
+  ASSERT_TRUE(third.ResizeWithin(nullptr, 4, 4));
 }
 
 TEST(PackedImage, FillWritesBothNibblesAndThePadding) {

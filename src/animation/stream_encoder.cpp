@@ -1,9 +1,16 @@
 #include "animation/stream_encoder.h"
 
 #include <algorithm>
+#include <cstring>
+#include <memory>
+#include <unordered_map>
 #include <utility>
+#include <vector>
 
 #include "animation/stream_format.h"
+#include "docfiles/code_rows.h"
+#include "foundation/buffer.h"
+#include "foundation/job_line.h"
 
 namespace sorvel {
 
@@ -27,7 +34,7 @@ Rect ReduceArea(const Rect& area, int32_t scale, const NibbleBitmap& bitmap) {
 }
 
 // The part of a cell's ink that lies on the canvas when the cell stands at (x, y).
-Rect OnCanvas(const Rect& ink, int32_t x, int32_t y, const Cut& cut) {
+Rect OnCanvas(const Rect& ink, int32_t x, int32_t y, const Rect& canvas) {
   const auto clip = [](int64_t from, int32_t length, int32_t limit, int32_t* start, int32_t* size) {
     const int64_t end = std::clamp<int64_t>(from + length, 0, limit);
     from = std::clamp<int64_t>(from, 0, limit);
@@ -35,8 +42,8 @@ Rect OnCanvas(const Rect& ink, int32_t x, int32_t y, const Cut& cut) {
     *size = static_cast<int32_t>(end - from);
   };
   Rect area;
-  clip(int64_t{x} + ink.x, ink.width, cut.width, &area.x, &area.width);
-  clip(int64_t{y} + ink.y, ink.height, cut.height, &area.y, &area.height);
+  clip(int64_t{x} + ink.x, ink.width, canvas.width, &area.x, &area.width);
+  clip(int64_t{y} + ink.y, ink.height, canvas.height, &area.y, &area.height);
   return area;
 }
 
@@ -76,114 +83,231 @@ SORVEL_WIDE void PackRowWide(const uint8_t* pixels, int32_t count, int32_t shift
   PackRow(pixels, count, shift, row);
 }
 
-}  // namespace
+// A cell as a frame shows it; without an image if it is missing or blank.
+struct ShownCell {
+  CellImage* image = nullptr;
+  int32_t x = 0;
+  int32_t y = 0;
+  bool operator==(const ShownCell&) const = default;
+};
+using ShownCells = std::vector<ShownCell>;  // the bottom one first
 
-const char* CanvasProblem(const Cut& cut) {
-  constexpr int32_t largestSide = INT16_MAX;
-  const int32_t scale = OutputScale(cut.Antialias());
-  if (cut.width < scale || cut.height < scale) return "the canvas is too small for its output size";
-  const bool isTooLarge = cut.width / scale > largestSide || cut.height / scale > largestSide ||
-                          int64_t{cut.width} * cut.height > kMostPixels;
-  return isTooLarge ? "the canvas is too large" : nullptr;
-}
+// What is to be known of a frame to encode it, and what comes of it.
+struct EncodedFrame {
+  bool isComposed = false;  // else it shows what the frame before it shows
+  ShownCells cells;
+  ShownCells before;  // of the frame that was composed last
+  Rect box;
+  int32_t mapSize = 0;
+  int32_t codeSize = 0;
+  int32_t literalSize = 0;
+};
 
-const char* FrameProblem(const Cut& cut) {
-  if (const char* problem = CanvasProblem(cut)) return problem;
-  return int64_t{cut.frameWidth} * cut.frameHeight > kMostPixels ? "the frame is too large" : nullptr;
-}
+// Frames that follow each other, for one thread. The first one is composed.
+struct Run {
+  // Adds bytes to the sections. False without memory.
+  bool Put(const uint8_t* bytes, int32_t count);
 
-AnimationEncoder::AnimationEncoder(ByteStream* outputStream, NibbleBitmap* planes, int32_t capacity)
-    : stream(outputStream), bitmap(planes), cutCapacity(capacity), rows(kSearch) {}
+  std::vector<EncodedFrame> frames;
+  int32_t composedBefore = 0;  // frames of the cut
+  Buffer<uint8_t> sections;    // of all its frames
+  size_t sectionBytes = 0;
+  bool hasMemory = true;
+};
 
-bool AnimationEncoder::AllocateSections() {
-  return blocks.Allocate(2 * static_cast<uint64_t>(BlockPlaneBytes(bitmap->width, bitmap->height))) &&
-         rows.Allocate(bitmap->width, bitmap->height);
-}
-
-int32_t AnimationEncoder::EncodeCut(Cut* cut, CellImage* composition, int32_t first, int32_t last) {
-  if (cutsDone >= cutCapacity || first > last || first < 0 || last >= cut->frames.Count() || cut->Antialias() == 3) {
-    return 0;
+bool Run::Put(const uint8_t* bytes, int32_t count) {
+  const size_t end = sectionBytes + static_cast<size_t>(count);
+  if (end > sections.Count()) {
+    Buffer<uint8_t> larger;
+    if (!larger.Allocate(std::max(end, 2 * sections.Count()))) return false;
+    std::copy_n(sections.Data(), sectionBytes, larger.Data());
+    sections = std::move(larger);
   }
-  if (!AllocateSections()) return 0;
-  ++cutsDone;
-  const int32_t scale = OutputScale(cut->Antialias());
-  literalBytes = OutputLevels(scale) <= 4 ? 1 : 2;
-  WriteStreamStart(*stream, StreamKind::kCompiledCut);
-  WriteText(*stream, cut->credit);
-  WriteCutHead(*stream, OutputHead(*cut));
+  std::copy_n(bytes, count, sections.Data() + sectionBytes);
+  sectionBytes = end;
+  return true;
+}
 
-  currentCellOnly = (cut->viewFlags & kCurrentCellOnly) != 0;
-  const uint32_t flags = cut->viewFlags & kCurrentCellOnly;
-  cut->frames.Seek(cut->currentFrame);
-  const int32_t record = cut->frames.Current()->currentRecord;
-  int32_t frameSlot = 0;
-  inkBoxes.clear();
-  previousArea = Rect{};
+// Hands out the frames of a cut as plain data, so that threads need nothing of the cut itself.
+class FrameReader {
+ public:
+  FrameReader(Cut* readCut, int32_t first, int32_t last)
+      : cut(readCut), firstFrame(first), lastFrame(last), next(first) {
+    cut->frames.Seek(cut->currentFrame);
+    record = cut->frames.Current()->currentRecord;
+  }
+
+  bool HasMore() const { return next <= lastFrame; }
+  // Takes up to so many frames that are to be composed, and all behind them that show the same.
+  void Take(int32_t most, Run* run);
+
+ private:
+  ShownCells CellsOf(Frame* frame) const;
+
+  Cut* cut;
+  int32_t firstFrame;
+  int32_t lastFrame;
+  int32_t next;
+  int32_t record;  // under edit
+  int32_t composedFrames = 0;
   Frame* previous = nullptr;
   // A frame that shows what the one before it shows isn't composed, and its current record says nothing about the
   // picture; the next change is measured from the frame whose picture stands.
   Frame* composed = nullptr;
-  for (int32_t index = first; index <= last; ++index) {
-    Frame* frame = cut->frames.At(index);
-    const bool isFirst = index == first;
-    Rect box = {0, 0, bitmap->width, bitmap->height};
-    if (!isFirst && frame->SameAs(previous)) {
-      box = Rect{};
-    } else {
-      frame->SelectRecord(record);
-      const Rect area = isFirst ? Rect{0, 0, cut->width, cut->height} : ChangedArea(*cut, frame, composed);
-      composed = frame;
-      composition->FillRect(area.x, area.y, area.width, area.height, kTransparent);
-      frame->ComposeFrame(composition, area.x, area.y, area.width, area.height, &flags, nullptr);
-      bitmap->frontIsHigh = frameSlot++ & 1;
-      if (isFirst) {
-        previousArea = box;
-        bitmap->ReduceFrom(*composition, nullptr, scale, nullptr);
-        PackRows(0, bitmap->height);
-      } else {
-        box = ReduceFrame(*composition, scale, area);
-      }
-    }
-    WriteFrame(cut, index, scale, isFirst, box);
+};
+
+void FrameReader::Take(int32_t most, Run* run) {
+  run->frames.clear();
+  run->composedBefore = composedFrames;
+  run->sectionBytes = 0;
+  for (; HasMore(); ++next) {
+    Frame* frame = cut->frames.At(next);
+    const bool isComposed = next == firstFrame || !frame->SameAs(previous);
+    if (isComposed && composedFrames - run->composedBefore == most) return;
     previous = frame;
-    if (progress && !progress(index - first + 1, last - first + 1)) return 0;
+    EncodedFrame& taken = run->frames.emplace_back();
+    taken.isComposed = isComposed;
+    if (!isComposed) continue;
+    frame->SelectRecord(record);
+    if (composed != nullptr) taken.before = CellsOf(composed);
+    taken.cells = CellsOf(frame);
+    composed = frame;
+    ++composedFrames;
   }
-  WriteStreamSize(*stream);
-  return 1;
 }
 
-// The ink of record `index`, or no image for a missing or blank one.
-AnimationEncoder::ShownInk AnimationEncoder::InkOf(const Cut& cut, Frame* frame, int32_t index) {
-  ShownInk shown;
-  shown.image = frame->VisibleCell(index, &shown.x, &shown.y);
-  if (shown.image == nullptr) return {};
-  const auto [entry, isNew] = inkBoxes.try_emplace(shown.image);
-  if (isNew) entry->second = FindInkBox(shown.image);
-  shown.area = OnCanvas(entry->second, shown.x, shown.y, cut);
-  return shown;
-}
-
-Rect AnimationEncoder::ChangedArea(const Cut& cut, Frame* frame, Frame* before) {
-  Rect area;
-  const auto compare = [&](int32_t nowIndex, int32_t beforeIndex) {
-    const ShownInk now = InkOf(cut, frame, nowIndex);
-    const ShownInk then = InkOf(cut, before, beforeIndex);
-    if (now == then) return;
-    UnionRect(&area, then.area);
-    UnionRect(&area, now.area);
+ShownCells FrameReader::CellsOf(Frame* frame) const {
+  ShownCells cells;
+  const auto add = [&](int32_t index) {
+    ShownCell cell;
+    cell.image = frame->VisibleCell(index, &cell.x, &cell.y);
+    cells.push_back(cell.image != nullptr ? cell : ShownCell());
   };
-  if (currentCellOnly) {
-    compare(frame->currentRecord, before->currentRecord);
+  if ((cut->viewFlags & kCurrentCellOnly) != 0) {
+    add(frame->currentRecord);
   } else {
-    const int32_t count = std::max(frame->records.Count(), before->records.Count());
-    for (int32_t i = 0; i < count; ++i) compare(i, i);
+    for (int32_t i = 0; i < frame->records.Count(); ++i) add(i);
+  }
+  return cells;
+}
+
+// Makes pictures of frames and codes them. Touches nothing but its bitmap, its composition and the pixels of cells,
+// which it only reads.
+class FrameEncoder {
+ public:
+  // Neither is owned. The bitmap has the reduced size of the canvas.
+  FrameEncoder(const Cut& cut, NibbleBitmap* planes, CellImage* image);
+
+  bool AllocateSections();
+  // `follows` says that the run before this one was the encoder's too.
+  void Encode(Run* run, bool follows);
+
+ private:
+  void Compose(const ShownCells& cells, const Rect& area);
+  Rect InkArea(const ShownCell& cell);
+  Rect ChangedArea(const EncodedFrame& frame);
+  Rect DrawWhole();
+  Rect ReduceFrame(const Rect& changed);
+  void EncodeBox(const Rect& box, bool isFirst);
+  uint8_t* Plane(int32_t isHigh);
+  void PackRows(int32_t top, int32_t bottom);
+
+  NibbleBitmap* bitmap;
+  CellImage* composition;
+  Rect canvas;
+  int32_t scale;
+
+  std::unordered_map<const CellImage*, Rect> inkBoxes;  // of the cells met so far, in cell coordinates
+  Rect previousArea;
+
+  // The sections of the frame at work, made once for the largest box.
+  CodeRowWriter rows{kSearch};
+  int32_t literalBytes;  // of a block
+  // The low plane of the bitmap and then the high one, two pixels a byte: what the blocks of a frame are compared with.
+  Buffer<uint8_t> blocks;
+};
+
+FrameEncoder::FrameEncoder(const Cut& cut, NibbleBitmap* planes, CellImage* image)
+    : bitmap(planes),
+      composition(image),
+      canvas{0, 0, cut.width, cut.height},
+      scale(OutputScale(cut.Antialias())),
+      literalBytes(OutputLevels(scale) <= 4 ? 1 : 2) {}
+
+bool FrameEncoder::AllocateSections() {
+  return blocks.Allocate(2 * static_cast<uint64_t>(BlockPlaneBytes(bitmap->width, bitmap->height))) &&
+         rows.Allocate(bitmap->width, bitmap->height);
+}
+
+void FrameEncoder::Encode(Run* run, bool follows) {
+  int32_t frameSlot = run->composedBefore;
+  if (frameSlot > 0 && !follows) {
+    // The picture that stands ahead of the run.
+    Compose(run->frames.front().before, canvas);
+    bitmap->frontIsHigh = (frameSlot - 1) & 1;
+    DrawWhole();
+  }
+  for (EncodedFrame& frame : run->frames) {
+    const bool isFirst = frameSlot == 0;
+    frame.box = Rect{};
+    if (frame.isComposed) {
+      const Rect area = isFirst ? canvas : ChangedArea(frame);
+      Compose(frame.cells, area);
+      bitmap->frontIsHigh = frameSlot++ & 1;
+      frame.box = isFirst ? DrawWhole() : ReduceFrame(area);
+    }
+    EncodeBox(frame.box, isFirst);
+    frame.mapSize = rows.MapSize();
+    frame.codeSize = rows.CodeSize();
+    frame.literalSize = rows.LiteralSize();
+    run->hasMemory = run->Put(rows.Map(), rows.MapSize()) && run->Put(rows.Codes(), rows.CodeSize()) &&
+                     run->Put(rows.Literals(), rows.LiteralSize());
+    if (!run->hasMemory) return;
+  }
+}
+
+void FrameEncoder::Compose(const ShownCells& cells, const Rect& area) {
+  composition->FillRect(area.x, area.y, area.width, area.height, kTransparent);
+  for (const ShownCell& cell : cells) {
+    if (cell.image == nullptr) continue;
+    composition->Composite({area.x, area.y}, cell.image, {area.x - cell.x, area.y - cell.y, area.width, area.height},
+                           {.flags = kKeyed});
+  }
+}
+
+// The cell's ink in canvas coordinates, cut to the canvas.
+Rect FrameEncoder::InkArea(const ShownCell& cell) {
+  if (cell.image == nullptr) return {};
+  const auto [entry, isNew] = inkBoxes.try_emplace(cell.image);
+  if (isNew) entry->second = FindInkBox(cell.image);
+  return OnCanvas(entry->second, cell.x, cell.y, canvas);
+}
+
+// Holds every canvas pixel in which the frame may differ from the one before it, and is empty if there is none.
+Rect FrameEncoder::ChangedArea(const EncodedFrame& frame) {
+  Rect area;
+  const size_t count = std::max(frame.cells.size(), frame.before.size());
+  for (size_t i = 0; i < count; ++i) {
+    const ShownCell now = i < frame.cells.size() ? frame.cells[i] : ShownCell();
+    const ShownCell then = i < frame.before.size() ? frame.before[i] : ShownCell();
+    if (now == then) continue;
+    UnionRect(&area, InkArea(then));
+    UnionRect(&area, InkArea(now));
   }
   return area;
 }
 
+// Draws the whole picture into the front plane and gives its box. The back plane doesn't matter.
+Rect FrameEncoder::DrawWhole() {
+  bitmap->ReduceFrom(*composition, nullptr, scale, nullptr);
+  PackRows(0, bitmap->height);
+  previousArea = {0, 0, bitmap->width, bitmap->height};
+  return previousArea;
+}
+
 // Brings the front plane up to date with the back plane and draws the changed area into it. Gives the box of what
 // really differs.
-Rect AnimationEncoder::ReduceFrame(const CellImage& composition, int32_t scale, const Rect& changed) {
+Rect FrameEncoder::ReduceFrame(const Rect& changed) {
   const Rect area = ReduceArea(changed, scale, *bitmap);
   if (area.IsEmpty()) {
     bitmap->CopyBackToFront(previousArea.x, previousArea.y, previousArea.width, previousArea.height);
@@ -194,35 +318,12 @@ Rect AnimationEncoder::ReduceFrame(const CellImage& composition, int32_t scale, 
   UnionRect(&changedRows, area);
   previousArea = area;
   Rect box;
-  bitmap->ReduceFrom(composition, &box, scale, &area);
+  bitmap->ReduceFrom(*composition, &box, scale, &area);
   PackRows(changedRows.y, changedRows.y + changedRows.height);
   return box;
 }
 
-void AnimationEncoder::WriteFrame(Cut* cut, int32_t index, int32_t scale, bool isFirst, const Rect& box) {
-  EncodeBox(box, isFirst);
-  const Frame* frame = cut->frames.At(index);
-  StreamFrameHead head;
-  head.time = cut->EffectiveTime(index);
-  head.loop = frame->loop & 0xFFFF;
-  if (isFirst) {
-    // There is no picture to dissolve from, and a loop that begins ahead of this frame has to end here.
-    head.time = std::abs(head.time);
-    if (head.loop == 0) head.loop = 1;
-  }
-  head.brightness = frame->DecodedBrightness();
-  head.x = frame->x / scale;
-  head.y = frame->y / scale;
-  head.box = box;
-  head.codeSize = static_cast<uint32_t>(rows.CodeSize());
-  head.literalSize = static_cast<uint32_t>(rows.LiteralSize());
-  WriteFrameHead(*stream, head);
-  stream->Write(rows.Map(), rows.MapSize());
-  stream->Write(rows.Codes(), rows.CodeSize());
-  stream->Write(rows.Literals(), rows.LiteralSize());
-}
-
-void AnimationEncoder::EncodeBox(const Rect& box, bool isFirst) {
+void FrameEncoder::EncodeBox(const Rect& box, bool isFirst) {
   rows.Begin(box.width, box.height, literalBytes);
   if (box.IsEmpty()) return;
   // The farthest sources by their rows and columns.
@@ -249,13 +350,13 @@ void AnimationEncoder::EncodeBox(const Rect& box, bool isFirst) {
   }
 }
 
-uint8_t* AnimationEncoder::Plane(int32_t isHigh) {
+uint8_t* FrameEncoder::Plane(int32_t isHigh) {
   return blocks.Data() + (isHigh != 0 ? BlockPlaneBytes(bitmap->width, bitmap->height) : 0);
 }
 
 // Packs rows of the front plane, and the one above: a block at the end of a row goes on into the row below. The left
 // pixel of two goes into the lowest bits.
-void AnimationEncoder::PackRows(int32_t top, int32_t bottom) {
+void FrameEncoder::PackRows(int32_t top, int32_t bottom) {
   const int32_t shift = bitmap->frontIsHigh != 0 ? 4 : 0;
   for (int32_t y = std::max(top - 1, 0); y < std::min(bottom, bitmap->height); ++y) {
     const uint8_t* const pixels = bitmap->bits + y * bitmap->pitch;
@@ -267,6 +368,145 @@ void AnimationEncoder::PackRows(int32_t top, int32_t bottom) {
       PackRow(pixels, count, shift, row);
     }
   }
+}
+
+// An encoder with the run that it has in hand.
+struct Place {
+  // False without memory.
+  bool Begin(const Cut& cut, NibbleBitmap* planes, CellImage* image) {
+    encoder = std::make_unique<FrameEncoder>(cut, planes, image);
+    return encoder->AllocateSections();
+  }
+  // The same on copies of these.
+  bool BeginOnCopies(const Cut& cut, const NibbleBitmap& planes, CellImage* image) {
+    composition.reset(image->MakeBlank());
+    if (composition == nullptr || bitmap.Create(planes.width, planes.height) == 0) return false;
+    bitmap.CopyPlanes(planes);
+    return Begin(cut, &bitmap, composition.get());
+  }
+
+  struct Destroyer {
+    void operator()(CellImage* image) const { DestroyImage(image); }
+  };
+  NibbleBitmap bitmap;
+  std::unique_ptr<CellImage, Destroyer> composition;
+  std::unique_ptr<FrameEncoder> encoder;
+  Run run;
+};
+
+// As many as are worth while; fewer if memory is short, and none if there isn't enough for one. The first one has the
+// given bitmap and composition.
+std::vector<std::unique_ptr<Place>> MakePlaces(const Cut& cut, int32_t frames, NibbleBitmap* bitmap,
+                                               CellImage* composition) {
+  // To begin a run takes about half of what it takes to encode a frame.
+  constexpr int32_t fewestFrames = 4;
+  constexpr int64_t bytesOfPixel = 6;
+  const int64_t pixels = int64_t{bitmap->width} * bitmap->height;
+  const int32_t most = JobsAtOnce(frames / fewestFrames, composition->ByteCount() + pixels * bytesOfPixel);
+  std::vector<std::unique_ptr<Place>> places;
+  for (int32_t i = 0; i < most; ++i) {
+    auto place = std::make_unique<Place>();
+    if (!(i == 0 ? place->Begin(cut, bitmap, composition) : place->BeginOnCopies(cut, *bitmap, composition))) break;
+    places.push_back(std::move(place));
+  }
+  return places;
+}
+
+void WriteFrame(Cut* cut, int32_t index, bool isFirst, const EncodedFrame& encoded, const uint8_t* sections,
+                ByteStream* stream) {
+  const int32_t scale = OutputScale(cut->Antialias());
+  const Frame* frame = cut->frames.At(index);
+  StreamFrameHead head;
+  head.time = cut->EffectiveTime(index);
+  head.loop = frame->loop & 0xFFFF;
+  if (isFirst) {
+    // There is no picture to dissolve from, and a loop that begins ahead of this frame has to end here.
+    head.time = std::abs(head.time);
+    if (head.loop == 0) head.loop = 1;
+  }
+  head.brightness = frame->DecodedBrightness();
+  head.x = frame->x / scale;
+  head.y = frame->y / scale;
+  head.box = encoded.box;
+  head.codeSize = static_cast<uint32_t>(encoded.codeSize);
+  head.literalSize = static_cast<uint32_t>(encoded.literalSize);
+  WriteFrameHead(*stream, head);
+  for (const int32_t size : {encoded.mapSize, encoded.codeSize, encoded.literalSize}) {
+    stream->Write(sections, size);
+    sections += size;
+  }
+}
+
+}  // namespace
+
+const char* CanvasProblem(const Cut& cut) {
+  constexpr int32_t largestSide = INT16_MAX;
+  const int32_t scale = OutputScale(cut.Antialias());
+  if (cut.width < scale || cut.height < scale) return "the canvas is too small for its output size";
+  const bool isTooLarge = cut.width / scale > largestSide || cut.height / scale > largestSide ||
+                          int64_t{cut.width} * cut.height > kMostPixels;
+  return isTooLarge ? "the canvas is too large" : nullptr;
+}
+
+const char* FrameProblem(const Cut& cut) {
+  if (const char* problem = CanvasProblem(cut)) return problem;
+  return int64_t{cut.frameWidth} * cut.frameHeight > kMostPixels ? "the frame is too large" : nullptr;
+}
+
+AnimationEncoder::AnimationEncoder(ByteStream* outputStream, NibbleBitmap* planes, int32_t capacity)
+    : stream(outputStream), bitmap(planes), cutCapacity(capacity) {}
+
+int32_t AnimationEncoder::EncodeCut(Cut* cut, CellImage* composition, int32_t first, int32_t last) {
+  if (cutsDone >= cutCapacity || first > last || first < 0 || last >= cut->frames.Count() || cut->Antialias() == 3) {
+    return 0;
+  }
+  const int32_t count = last - first + 1;
+  const std::vector<std::unique_ptr<Place>> places = MakePlaces(*cut, count, bitmap, composition);
+  if (places.empty()) return 0;
+  ++cutsDone;
+  WriteStreamStart(*stream, StreamKind::kCompiledCut);
+  WriteText(*stream, cut->credit);
+  WriteCutHead(*stream, OutputHead(*cut));
+
+  const auto placeCount = static_cast<int32_t>(places.size());
+  const bool isAlone = placeCount == 1;
+  // Long enough to be worth its beginning, and short enough for all threads to be done at about the same time.
+  const int32_t runLength = isAlone ? 1 : std::clamp(count / (2 * placeCount), 4, 32);
+  FrameReader reader(cut, first, last);
+  JobLine line(placeCount, [&places, isAlone](int32_t place) {
+    places[static_cast<size_t>(place)]->encoder->Encode(&places[static_cast<size_t>(place)]->run, isAlone);
+  });
+  int32_t index = first;
+  const auto writeOldest = [&] {
+    const Run& run = places[static_cast<size_t>(line.Take())]->run;
+    if (!run.hasMemory) return false;
+    const uint8_t* sections = run.sections.Data();
+    for (const EncodedFrame& frame : run.frames) {
+      WriteFrame(cut, index, index == first, frame, sections, stream);
+      sections += frame.mapSize + frame.codeSize + frame.literalSize;
+      ++index;
+      if (progress && !progress(index - first, count)) return false;
+    }
+    return true;
+  };
+  int32_t lastPlace = 0;
+  while (reader.HasMore()) {
+    if (line.IsFull() && !writeOldest()) return 0;
+    lastPlace = line.NextPlace();
+    reader.Take(runLength, &places[static_cast<size_t>(lastPlace)]->run);
+    line.Give();
+  }
+  while (!line.IsEmpty()) {
+    if (!writeOldest()) return 0;
+  }
+  if (lastPlace != 0) {
+    // Both are left as one thread would have left them.
+    const Place& place = *places[static_cast<size_t>(lastPlace)];
+    bitmap->CopyPlanes(place.bitmap);
+    composition->CopyBits(*place.composition);
+  }
+  WriteStreamSize(*stream);
+  return 1;
 }
 
 bool CompileFrames(Cut* cut, int32_t first, int32_t last, ByteStream* stream, NibbleBitmap* bitmap,

@@ -197,6 +197,11 @@ void NibbleBitmap::SetFront4(int32_t x, int32_t y, const uint8_t (&bytes)[4]) {
   for (int32_t i = 0; i < 4; ++i) SetFront(x + i, y, bytes[i]);
 }
 
+void NibbleBitmap::CopyPlanes(const NibbleBitmap& from) {
+  std::memcpy(bits, from.bits, static_cast<size_t>(imageSize) + platform::kSpareBytes);
+  frontIsHigh = from.frontIsHigh;
+}
+
 void NibbleBitmap::CopyBackToFront(int32_t x, int32_t y, int32_t w, int32_t h) {
   const int32_t right = static_cast<int32_t>(std::min<int64_t>(static_cast<int64_t>(x) + w, width));
   const int32_t bottom = static_cast<int32_t>(std::min<int64_t>(static_cast<int64_t>(y) + h, height));

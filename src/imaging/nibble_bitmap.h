@@ -37,6 +37,9 @@ class NibbleBitmap final : public PlaneBitmap {
   uint8_t* GetBack4(uint8_t (*out)[4], int32_t x, int32_t y) override;
   void SetFront4(int32_t x, int32_t y, const uint8_t (&bytes)[4]) override;
 
+  // Takes over both planes, with what lies around the pixels, from a bitmap of the same size.
+  void CopyPlanes(const NibbleBitmap& from);
+
   // Copies the back numbers of the rectangle, cut to the picture, to the front plane.
   void CopyBackToFront(int32_t x, int32_t y, int32_t w, int32_t h);
 

@@ -15,6 +15,7 @@
 #include "platform/headless/headless.h"
 #include "reference/reference.h"
 #include "support/random_cut.h"
+#include "support/test_threads.h"
 
 namespace sorvel {
 namespace {
@@ -168,6 +169,59 @@ TEST_F(Comparison, StreamsAreTheSame) {
     LoadReport report;
     ASSERT_TRUE(InspectStream(&stream, &info, &report));
     ASSERT_STREQ(report.problem, "") << "seed " << seed;
+  }
+}
+
+// A stream, and all that else may be seen of the work afterwards.
+struct Compiled {
+  Bytes stream;
+  Bytes planes;
+  Bytes composition;
+  std::vector<int32_t> marks;
+  bool operator==(const Compiled&) const = default;
+};
+
+Compiled CompileBy(int32_t threadCount, const Bytes& file, uint32_t flags, bool packs) {
+  const testing_support::Threads threads(threadCount);
+  const std::unique_ptr<Cut> cut = LoadBytes(file);
+  cut->viewFlags = flags;
+  PackedImage packed;
+  IndexedImage indexed;
+  CellImage* composition = packs ? static_cast<CellImage*>(&packed) : &indexed;
+  EXPECT_TRUE(composition->Resize(cut->width, cut->height, 0));
+  NibbleBitmap bitmap;
+  const int32_t scale = OutputScale(cut->Antialias());
+  EXPECT_EQ(bitmap.Create(cut->width / scale, cut->height / scale), 1);
+  // What an earlier film left, beside the pixels too.
+  const int32_t size = bitmap.imageSize + platform::kSpareBytes;
+  for (int32_t i = 0; i < size; ++i) bitmap.bits[i] = static_cast<uint8_t>(i * 7);
+  ChunkStream stream;
+  AnimationEncoder encoder(&stream, &bitmap, 1);
+  EXPECT_EQ(encoder.EncodeCut(cut.get(), composition, 0, cut->frames.Count() - 1), 1);
+
+  Compiled compiled;
+  compiled.marks = {stream.Tell(), bitmap.frontIsHigh, cut->frames.CursorIndex()};
+  compiled.stream = Contents(&stream);
+  compiled.planes.assign(bitmap.bits, bitmap.bits + size);
+  compiled.composition.assign(composition->bits, composition->bits + composition->ByteCount());
+  for (Frame* frame : cut->frames) {
+    compiled.marks.push_back(frame->currentRecord);
+    compiled.marks.push_back(frame->records.CursorIndex());
+  }
+  for (const Layer* layer : cut->layers) compiled.marks.push_back(layer->cells.CursorIndex());
+  return compiled;
+}
+
+TEST_F(Comparison, AnyNumberOfThreadsCompilesTheSame) {
+  for (uint32_t seed = 0; seed < kCuts; ++seed) {
+    RandomCuts random(seed);
+    const Bytes file = reference::WriteCut(random.Chance(80) ? random.MakeScene() : random.Make());
+    const uint32_t flags = random.Chance(20) ? kCurrentCellOnly : 0u;
+    const bool packs = random.Chance(50);
+    const Compiled alone = CompileBy(1, file, flags, packs);
+    for (const int32_t threads : {2, 5}) {
+      ASSERT_TRUE(CompileBy(threads, file, flags, packs) == alone) << "seed " << seed << " threads " << threads;
+    }
   }
 }
 

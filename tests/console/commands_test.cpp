@@ -65,6 +65,23 @@ TEST_F(Console, EveryCommandHasHelp) {
   for (const std::string& command : kCommands) EXPECT_NE(Run({command, "--help"}).find(command), std::string::npos);
 }
 
+TEST_F(Console, CommandsThatShareTheirWorkTakeANumberOfThreads) {
+  folder.Write("a.cut", SmallCutFile());
+  folder.Write("a.ca", SmallCutCompiled());
+  const std::string info = Run({"info", "a.cut"});
+  for (const std::string threads : {"1", "2", "64"}) EXPECT_EQ(Run({"info", "a.cut", "--threads", threads}), info);
+  for (const std::string threads : {"0", "65", "-1", "two"}) {
+    const Answer run = folder.Sorvel({"info", "a.cut", "--threads", threads});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(run.err, "sorvel: option --threads takes a number from 1 to 64\n");
+  }
+  EXPECT_EQ(folder.Sorvel({"play", "a.ca", "out", "--ticks", "1", "--threads", "2"}).status, 2);
+  for (const std::string& command : kCommands) {
+    const bool shares = command != "play" && command != "history";
+    EXPECT_EQ(Run({command, "--help"}).find("  --threads N  ") != std::string::npos, shares) << command;
+  }
+}
+
 TEST_F(Console, WrongUsageIsStatusTwo) {
   folder.Write("a.cut", SmallCutFile());
   folder.Write("a.ca", SmallCutCompiled());

@@ -475,5 +475,38 @@ TEST_F(ConsoleImport, FlippedBitsDoNoHarm) {
   }
 }
 
+// Threads.
+
+// The cut file that an import writes, or the line of its failure.
+std::string ImportBy(int32_t threads, const Folder& folder, Words words) {
+  words.insert(words.begin(), {"import", "out.cut", "--threads", std::to_string(threads)});
+  const Answer run = folder.Sorvel(words);
+  if (run.status != 0) return run.err;
+  const Bytes bytes = folder.Read("out.cut");
+  return std::string(bytes.begin(), bytes.end());
+}
+
+TEST(Import, AnyNumberOfThreadsMakesTheSameCut) {
+  const Folder folder;
+  Words names;
+  for (int i = 0; i < 20; ++i) {
+    // Large enough to be shared, some of them equal, and one that isn't as large.
+    const int width = i == 7 ? 90 : 150;
+    Bytes bytes = AsBytes("P5\n" + std::to_string(width) + " 130\n255\n");
+    for (int at = 0; at < width * 130; ++at) bytes.push_back(static_cast<uint8_t>(at * (i % 6 + 1) / 97));
+    names.push_back("p" + std::to_string(i) + ".pgm");
+    folder.Write(names.back(), bytes);
+  }
+  const std::string alone = ImportBy(1, folder, names);
+  ASSERT_GT(alone.size(), 1000u);
+  for (const int threads : {2, 5}) EXPECT_EQ(ImportBy(threads, folder, names), alone);
+
+  folder.Write("p11.pgm", AsBytes("P5\n150 130\n255\nshort"));
+  folder.Write("p12.pgm", AsBytes("nothing"));
+  const std::string refused = ImportBy(1, folder, names);
+  EXPECT_EQ(refused, "sorvel: p11.pgm: the file ends in its pixels\n");
+  for (const int threads : {2, 5}) EXPECT_EQ(ImportBy(threads, folder, names), refused);
+}
+
 }  // namespace
 }  // namespace sorvel

@@ -394,15 +394,21 @@ struct Place {
   Run run;
 };
 
+// To begin a run takes about half of what it takes to encode a frame, so a run is longer. It is short enough for all
+// threads to be done at about the same time.
+constexpr int32_t kShortestRun = 4;
+constexpr int32_t kLongestRun = 32;
+constexpr int32_t kRunsOfThread = 4;
+
 // As many as are worth while; fewer if memory is short, and none if there isn't enough for one. The first one has the
 // given bitmap and composition.
 std::vector<std::unique_ptr<Place>> MakePlaces(const Cut& cut, int32_t frames, NibbleBitmap* bitmap,
                                                CellImage* composition) {
-  // To begin a run takes about half of what it takes to encode a frame.
-  constexpr int32_t fewestFrames = 4;
   constexpr int64_t bytesOfPixel = 6;
   const int64_t pixels = int64_t{bitmap->width} * bitmap->height;
-  const int32_t most = JobsAtOnce(frames / fewestFrames, composition->ByteCount() + pixels * bytesOfPixel);
+  const int32_t jobs = JobsAtOnce(frames / kShortestRun, composition->ByteCount() + pixels * bytesOfPixel);
+  // Places are large here, and one more than there are threads is enough.
+  const int32_t most = jobs / 2 + 1;
   std::vector<std::unique_ptr<Place>> places;
   for (int32_t i = 0; i < most; ++i) {
     auto place = std::make_unique<Place>();
@@ -470,8 +476,8 @@ int32_t AnimationEncoder::EncodeCut(Cut* cut, CellImage* composition, int32_t fi
 
   const auto placeCount = static_cast<int32_t>(places.size());
   const bool isAlone = placeCount == 1;
-  // Long enough to be worth its beginning, and short enough for all threads to be done at about the same time.
-  const int32_t runLength = isAlone ? 1 : std::clamp(count / (2 * placeCount), 4, 32);
+  const int32_t runs = kRunsOfThread * (placeCount - 1);
+  const int32_t runLength = isAlone ? 1 : std::clamp((count + runs - 1) / runs, kShortestRun, kLongestRun);
   FrameReader reader(cut, first, last);
   JobLine line(placeCount, [&places, isAlone](int32_t place) {
     places[static_cast<size_t>(place)]->encoder->Encode(&places[static_cast<size_t>(place)]->run, isAlone);

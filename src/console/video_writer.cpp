@@ -18,6 +18,7 @@ extern "C" {
 #include <utility>
 #include <vector>
 
+#include "foundation/job_line.h"
 #include "foundation/replacement_file.h"
 
 namespace sorvel::console {
@@ -266,7 +267,8 @@ bool VideoWriter::OpenCodec() {
   codec->pix_fmt = kind.pixels;
   codec->time_base = {1, static_cast<int>(rate)};
   codec->framerate = {film.fastest, 1};
-  codec->thread_count = 0;
+  // 0 leaves the number to the codec.
+  codec->thread_count = RequestedThreads();
   if (isHalved) {
     codec->color_range = AVCOL_RANGE_MPEG;
     codec->colorspace = AVCOL_SPC_BT709;

@@ -51,10 +51,17 @@ std::vector<uint8_t> DataOf(const std::vector<uint8_t>& png, const char* type) {
 
 bool ApngWriter::Begin(const FilmForm& form) {
   film = form;
+  line = std::make_unique<PngLine>(form, [this](const PngLine::Picture& picture) { return Write(picture); });
   return file.OpenUtf8(path) || FailOf(file);
 }
 
 bool ApngWriter::Add(const FilmPicture& picture) {
+  return line->Add(picture, picture.changed);
+}
+
+bool ApngWriter::Write(const PngLine::Picture& packed) {
+  if (!packed.isPacked) return Fail("not enough memory");
+  const FilmPicture& picture = packed.shown;
   // The whole duration is given in one unit; the rest of a long one goes to pictures that change nothing.
   const int64_t unit = std::gcd(picture.duration, film.rate);
   int64_t denominator = film.rate / unit;
@@ -64,19 +71,22 @@ bool ApngWriter::Add(const FilmPicture& picture) {
     numerator = TimeInUnits(picture.start + picture.duration, film.rate, kLargestField) -
                 TimeInUnits(picture.start, film.rate, kLargestField);
   }
-  Rect part = picture.changed;
-  while (true) {
+  const auto write = [&](const std::vector<uint8_t>& png, const Rect& part) {
     const int64_t now = std::min(numerator, kLargestField);
-    if (!AddPart(picture.pixels, part, static_cast<uint32_t>(now), static_cast<uint32_t>(denominator))) return false;
     numerator -= now;
-    if (numerator == 0) return true;
-    part = {0, 0, 1, 1};
+    return WritePart(png, part, static_cast<uint32_t>(now), static_cast<uint32_t>(denominator));
+  };
+  if (!write(packed.png, packed.part)) return false;
+  std::vector<uint8_t> corner;
+  while (numerator != 0) {
+    if (!platform::EncodePng(&packed.corner, 1, 1, 1, &corner)) return Fail("not enough memory");
+    if (!write(corner, {0, 0, 1, 1})) return false;
   }
+  return true;
 }
 
-bool ApngWriter::AddPart(const uint8_t* pixels, const Rect& part, uint32_t numerator, uint32_t denominator) {
-  const uint8_t* first = pixels + static_cast<size_t>(part.y) * static_cast<size_t>(film.width) + part.x;
-  if (!platform::EncodePng(first, part.width, part.height, film.width, &png)) return Fail("not enough memory");
+bool ApngWriter::WritePart(const std::vector<uint8_t>& png, const Rect& part, uint32_t numerator,
+                           uint32_t denominator) {
   const bool isFirst = pictures == 0;
   if (isFirst) {
     file.stream.Write(png.data(), kSignatureBytes);
@@ -104,6 +114,7 @@ bool ApngWriter::AddPart(const uint8_t* pixels, const Rect& part, uint32_t numer
 }
 
 bool ApngWriter::Finish() {
+  if (!line->Finish()) return false;
   WriteChunk("IEND", {});
   file.stream.Seek(kAnimationHeadPlace, kFromStart);
   std::vector<uint8_t> head;

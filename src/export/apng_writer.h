@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "export/film_writer.h"
+#include "export/png_line.h"
 #include "foundation/replacement_file.h"
 
 namespace sorvel {
@@ -22,15 +24,16 @@ class ApngWriter final : public FilmWriter {
   bool Finish() override;
 
  private:
-  bool AddPart(const uint8_t* pixels, const Rect& part, uint32_t numerator, uint32_t denominator);
+  bool Write(const PngLine::Picture& picture);
+  bool WritePart(const std::vector<uint8_t>& png, const Rect& part, uint32_t numerator, uint32_t denominator);
   void WriteChunk(const char* type, const std::vector<uint8_t>& data);
 
   std::string path;
   ReplacementFile file;
   FilmForm film;
-  std::vector<uint8_t> png;  // of one picture
   uint32_t pictures = 0;
   uint32_t sequence = 0;  // of the chunks of the animation
+  std::unique_ptr<PngLine> line;
 };
 
 }  // namespace sorvel

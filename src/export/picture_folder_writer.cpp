@@ -7,7 +7,6 @@
 #include <numeric>
 
 #include "platform/files.h"
-#include "platform/pictures.h"
 #include "platform/replacement.h"
 
 namespace sorvel {
@@ -67,6 +66,7 @@ void PictureFolderWriter::RemoveAll() {
 
 bool PictureFolderWriter::Begin(const FilmForm& form) {
   film = form;
+  line = std::make_unique<PngLine>(form, [this](const PngLine::Picture& picture) { return Write(picture); });
   int problem = 0;
   if (!platform::NamesInFolder(target, &problem).empty()) return Fail("the folder isn't empty");
   if (problem != 0) return FailWith(problem);
@@ -94,11 +94,16 @@ bool PictureFolderWriter::Begin(const FilmForm& form) {
 }
 
 bool PictureFolderWriter::Add(const FilmPicture& picture) {
-  if (!platform::EncodePng(picture.pixels, film.width, film.height, film.width, &png)) return Fail("not enough memory");
+  return line->Add(picture, {0, 0, film.width, film.height});
+}
+
+bool PictureFolderWriter::Write(const PngLine::Picture& packed) {
+  if (!packed.isPacked) return Fail("not enough memory");
+  const FilmPicture& picture = packed.shown;
   const std::string name = PictureName(++pictures);
   FILE* file = platform::OpenFileAt(PathOf(name), "wb");
   if (file == nullptr) return FailWith(errno);
-  std::fwrite(png.data(), 1, png.size(), file);
+  std::fwrite(packed.png.data(), 1, packed.png.size(), file);
   const int problem = CloseWritten(file);
   if (problem != 0) return FailWith(problem);
   const int64_t length = TimeInUnits(picture.start + picture.duration, film.rate, kMicroseconds) -
@@ -110,6 +115,7 @@ bool PictureFolderWriter::Add(const FilmPicture& picture) {
 }
 
 bool PictureFolderWriter::Finish() {
+  if (!line->Finish()) return false;
   const int problem = CloseWritten(list);
   list = nullptr;
   if (problem != 0) return FailWith(problem);

@@ -2,10 +2,12 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "export/film_writer.h"
+#include "export/png_line.h"
 
 namespace sorvel {
 
@@ -26,6 +28,7 @@ class PictureFolderWriter final : public FilmWriter {
   bool Finish() override;
 
  private:
+  bool Write(const PngLine::Picture& picture);
   std::string PathOf(const std::string& name) const;
   void RemoveAll();
 
@@ -35,7 +38,7 @@ class PictureFolderWriter final : public FilmWriter {
   FILE* list = nullptr;  // durations.txt
   FilmForm film;
   int64_t pictures = 0;
-  std::vector<uint8_t> png;
+  std::unique_ptr<PngLine> line;
 };
 
 }  // namespace sorvel

@@ -24,6 +24,10 @@ void SetThreadCount(int32_t count, int64_t smallestShared) {
   gSmallestShared = smallestShared;
 }
 
+int32_t RequestedThreads() {
+  return gThreadCount;
+}
+
 int32_t JobsAtOnce(int64_t jobs, int64_t bytesOfEach) {
   const int32_t threads = ThreadCount();
   if (threads == 1 || jobs * bytesOfEach < gSmallestShared) return 1;

@@ -19,6 +19,8 @@ constexpr int32_t kMostThreads = 64;
 // How many threads share work, the caller's among them: 1 to kMostThreads, or 0 for one for each core, which is the
 // default. To be set while nothing works.
 void SetThreadCount(int32_t count, int64_t smallestShared = kSmallestShared);
+// The count that was set.
+int32_t RequestedThreads();
 
 // How many of these jobs to have under way, for each of which there has to be memory; `bytesOfEach` is what a job
 // reads, writes and takes. 1 if they belong on one thread.

@@ -316,6 +316,23 @@ TEST_F(ConsoleRender, PictureThatStandsLongerThanAFieldHoldsIsGivenTwice) {
             "255 255 255 255");
 }
 
+TEST_F(ConsoleRender, AnyNumberOfThreadsWritesTheSamePictures) {
+  folder.Write("film.sv", TwoRates());
+  for (const std::string threads : {"1", "2", "5"}) {
+    // Large enough to be shared.
+    Render({"film.sv", threads + ".png", "--scale", "32", "--loop", "5", "--threads", threads});
+    Render({"film.sv", "folder" + threads, "--scale", "32", "--threads", threads});
+    EXPECT_EQ(folder.Read(threads + ".png"), folder.Read("1.png"));
+    const Bytes list = folder.Read("folder" + threads + "/durations.txt");
+    EXPECT_FALSE(list.empty());
+    EXPECT_EQ(list, folder.Read("folder1/durations.txt"));
+    for (const std::string name : {"/00001.png", "/00002.png", "/00003.png", "/00004.png"}) {
+      EXPECT_FALSE(folder.Read("folder1" + name).empty());
+      EXPECT_EQ(folder.Read("folder" + threads + name), folder.Read("folder1" + name));
+    }
+  }
+}
+
 TEST_F(ConsoleRender, GifSaysHowOftenItPlays) {
   folder.Write("film.sv", TwoRates());
   const auto repeats = [this](const Words& options) {

@@ -3,7 +3,6 @@
 #include <zlib.h>
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <filesystem>
 #include <system_error>
@@ -20,63 +19,8 @@ namespace {
 
 constexpr int32_t kMostCells = 32768;  // a record holds a cell number of 15 bits
 
-// The index of each level at each place of the dither's tile.
-using ToneTile = std::array<std::array<std::array<uint8_t, 4>, 4>, 49>;
-
-ToneTile MakeToneTile() {
-  ToneTile tile;
-  for (int32_t level = 0; level < 49; ++level) {
-    for (int32_t y = 0; y < 4; ++y) {
-      for (int32_t x = 0; x < 4; ++x) {
-        tile[static_cast<size_t>(level)][static_cast<size_t>(y)][static_cast<size_t>(x)] =
-            static_cast<uint8_t>(ToneAt(level, x, y));
-      }
-    }
-  }
-  return tile;
-}
-
-// The indices of a row of colours.
-void ConvertColors(const uint8_t* colors, int32_t count, int32_t x, int32_t y, const ToneTile& tile,
-                   const ImportSettings& settings, uint8_t* row) {
-  for (int32_t i = 0; i < count; ++i, colors += 3) {
-    const bool isHole = settings.hasTransparent && std::memcmp(colors, settings.transparent, 3) == 0;
-    const size_t level = static_cast<size_t>(LevelOfColor(colors[0], colors[1], colors[2]));
-    const uint8_t tone = tile[level][static_cast<size_t>(y & 3)][static_cast<size_t>((x + i) & 3)];
-    row[i] = isHole ? uint8_t{kTransparent} : tone;
-  }
-}
-
-// The index of each grey at each column of the dither's tile in a row.
-using GreyTones = std::array<std::array<uint8_t, 256>, 4>;
-
-GreyTones MakeGreyTones(int32_t y, const ToneTile& tile, const ImportSettings& settings) {
-  GreyTones tones;
-  for (int32_t grey = 0; grey < 256; ++grey) {
-    const auto byte = static_cast<uint8_t>(grey);
-    const uint8_t color[3] = {byte, byte, byte};
-    uint8_t row[4];
-    for (int32_t x = 0; x < 4; ++x) {
-      ConvertColors(color, 1, x, y, tile, settings, row + x);
-      tones[static_cast<size_t>(x)][byte] = row[x];
-    }
-  }
-  return tones;
-}
-
-void ConvertGreys(const uint8_t* greys, int32_t count, int32_t x, const GreyTones& tones, uint8_t* row) {
-  const uint8_t* of[4];
-  for (int32_t i = 0; i < 4; ++i) of[i] = tones[static_cast<size_t>((x + i) & 3)].data();
-  int32_t i = 0;
-  for (; i + 4 <= count; i += 4) {
-    for (int32_t k = 0; k < 4; ++k) row[i + k] = of[k][greys[i + k]];
-  }
-  for (; i < count; ++i) row[i] = of[i & 3][greys[i]];
-}
-
 // Draws the picture into the middle of a blank cell. The dither goes by the picture's own coordinates.
 void DrawPicture(const Picture& picture, const ImportSettings& settings, CellImage* cell) {
-  static const ToneTile tile = MakeToneTile();
   const int32_t left = (cell->width - picture.width) / 2;
   const int32_t top = (cell->height - picture.height) / 2;
   const int32_t firstX = std::max(0, -left);
@@ -84,18 +28,24 @@ void DrawPicture(const Picture& picture, const ImportSettings& settings, CellIma
   const int32_t firstY = std::max(0, -top);
   const int32_t lastY = std::min(picture.height, cell->height - top);
   if (firstX >= lastX) return;
-  GreyTones greyTones[4];
-  if (picture.channels == 1) {
-    for (int32_t y = 0; y < 4; ++y) greyTones[y] = MakeGreyTones(y, tile, settings);
-  }
-  std::vector<uint8_t> row(static_cast<size_t>(lastX - firstX));
   const int32_t count = lastX - firstX;
+  std::vector<uint8_t> greys(picture.channels == 1 ? 0 : static_cast<size_t>(count));
+  std::vector<uint8_t> row(static_cast<size_t>(count));
   for (int32_t y = firstY; y < lastY; ++y) {
     const uint8_t* const from = picture.Row(y) + firstX * picture.channels;
-    if (picture.channels == 1) {
-      ConvertGreys(from, count, firstX, greyTones[y & 3], row.data());
-    } else {
-      ConvertColors(from, count, firstX, y, tile, settings, row.data());
+    const uint8_t* color = from;
+    for (uint8_t& grey : greys) {
+      grey = static_cast<uint8_t>(GreyOfColor(color[0], color[1], color[2]));
+      color += 3;
+    }
+    ConvertGreys(greys.empty() ? from : greys.data(), count, firstX, y, row.data());
+    color = from;
+    if (settings.hasTransparent) {
+      for (uint8_t& index : row) {
+        const uint8_t rgb[3] = {color[0], color[picture.channels / 2], color[picture.channels - 1]};
+        if (std::memcmp(rgb, settings.transparent, 3) == 0) index = kTransparent;
+        color += picture.channels;
+      }
     }
     cell->WriteRow(left + firstX, top + y, count, row.data());
   }

@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <memory>
+
+#include "foundation/vectors.h"
 
 namespace sorvel {
 namespace {
@@ -68,6 +71,29 @@ TEST(ToneConversion, LevelOneHasItsDarkGreyWhereThePatternOfOneHasItsBit) {
   // Tone 15 is pattern 1 with the colours swapped, whose one bit is column 3 of row 0.
   EXPECT_EQ(ToneAt(1, 3, 0), 2);
   EXPECT_EQ(ToneAt(1, 0, 0), 1);
+}
+
+TEST(ToneConversion, RowsOfGreysGetTheIndicesOfTheirLevels) {
+  for (int32_t start = 0; start < 4; ++start) {
+    for (int32_t count : {0, 1, 31, 32, 33, 256, 301}) {
+      for (int32_t y = 0; y < 5; ++y) {
+        const auto size = static_cast<size_t>(count);
+        const std::unique_ptr<uint8_t[]> greys(new uint8_t[size]);
+        for (size_t i = 0; i < size; ++i) greys[i] = static_cast<uint8_t>(i * 7 + 3);
+        for (const bool wide : {true, false}) {
+          gMayUseWideVectors = wide;
+          const std::unique_ptr<uint8_t[]> indices(new uint8_t[size]);
+          ConvertGreys(greys.get(), count, start, y, indices.get());
+          for (int32_t i = 0; i < count; ++i) {
+            const auto at = static_cast<size_t>(i);
+            const int32_t level = LevelOfColor(greys[at], greys[at], greys[at]);
+            ASSERT_EQ(indices[at], ToneAt(level, start + i, y)) << start + i << ", " << y;
+          }
+        }
+      }
+    }
+  }
+  gMayUseWideVectors = true;
 }
 
 }  // namespace

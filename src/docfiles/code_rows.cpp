@@ -46,13 +46,13 @@ void ForMapWords(const uint8_t* mapRow, int32_t width, const Take& take) {
 
 CodeRowWriter::CodeRowWriter(const CodeSearch& order) : search(order) {
   for (int32_t rank = 0; rank < kUnitCodes; ++rank) {
-    const int32_t code = search.CodeOf(rank);
+    const auto code = static_cast<size_t>(search.CodeOf(rank));
     const uint32_t bit = rank < kUnitCodes - 1 ? 1u << rank : 0;
-    for (const int32_t half : {0, 16}) {
-      bitsOfCodes[0][static_cast<size_t>(half + code)] = static_cast<uint8_t>(bit);
-      bitsOfCodes[1][static_cast<size_t>(half + code)] = static_cast<uint8_t>(bit >> 8);
-      const int32_t number = static_cast<uint16_t>(kBitNumbers << rank) >> 12;
-      codesOfBits[static_cast<size_t>(half + number)] = static_cast<uint8_t>(code);
+    const size_t number = static_cast<uint16_t>(kBitNumbers << rank) >> 12;
+    for (const size_t half : {size_t{0}, size_t{16}}) {
+      bitsOfCodes[0][half + code] = static_cast<uint8_t>(bit);
+      bitsOfCodes[1][half + code] = static_cast<uint8_t>(bit >> 8);
+      codesOfBits[half + number] = static_cast<uint8_t>(code);
     }
   }
 }

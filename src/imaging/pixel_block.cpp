@@ -1,7 +1,6 @@
 #include "imaging/pixel_block.h"
 
 #include <algorithm>
-#include <limits>
 
 #include "platform/bitmaps.h"
 #include "platform/memory.h"
@@ -10,7 +9,10 @@ namespace sorvel {
 
 namespace {
 
+// Of more memory, a virtual machine may have to get most from its host first, which takes longer than to use small
+// pages again.
 constexpr size_t kSmallestBlock = size_t{1} << 22;
+constexpr size_t kLargestBlock = size_t{1} << 24;
 constexpr size_t kCacheLine = 64;
 
 }  // namespace
@@ -19,7 +21,7 @@ PixelBlock* PixelBlock::Make(int32_t images, int32_t bytesOfImage) {
   const size_t pixels = static_cast<size_t>(std::max(bytesOfImage, 0)) + platform::kSpareBytes;
   const size_t partBytes = (pixels + kCacheLine - 1) / kCacheLine * kCacheLine;
   const auto count = static_cast<size_t>(std::max(images, 0));
-  if (count > std::numeric_limits<size_t>::max() / 2 / partBytes || count * partBytes < kSmallestBlock) return nullptr;
+  if (count > kLargestBlock / partBytes || count * partBytes < kSmallestBlock) return nullptr;
   void* const memory = platform::AllocateBlock(count * partBytes);
   return memory != nullptr ? new PixelBlock(static_cast<uint8_t*>(memory), images, partBytes) : nullptr;
 }

@@ -10,7 +10,7 @@ namespace sorvel {
 // users: the one that made it, and each image that took a part of it.
 class PixelBlock {
  public:
-  // Null if the pixels of so many images are too few for a block, or if there is no memory for it.
+  // Null if the pixels of so many images are too few or too many for a block, or if there is no memory for it.
   static PixelBlock* Make(int32_t images, int32_t bytesOfImage);
   PixelBlock(const PixelBlock&) = delete;
   PixelBlock& operator=(const PixelBlock&) = delete;

@@ -60,6 +60,7 @@ TEST(PackedImage, PixelsOfABlockAreLikeItsOwn) {
   constexpr int32_t height = 3000;
   constexpr int32_t pitch = 1004;
   EXPECT_EQ(PixelBlock::Make(3, 1000), nullptr) << "a small block";
+  EXPECT_EQ(PixelBlock::Make(1000, INT32_MAX), nullptr) << "a large block";
   PixelBlock* block = PixelBlock::Make(2, pitch * height);
   ASSERT_NE(block, nullptr);
   auto first = std::make_unique<PackedImage>();

@@ -12,7 +12,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   console::Picture picture;
   std::string problem;
   if (console::ReadPicture(file, &picture, &problem)) {
-    fuzz::Require(picture.width > 0 && picture.height > 0 && picture.rgb.IsAllocated());
+    fuzz::Require(picture.width > 0 && picture.height > 0);
+    [[maybe_unused]] static volatile uint8_t last = 0;
+    last = picture.Row(picture.height)[-1];
   } else {
     fuzz::Require(!problem.empty());
   }

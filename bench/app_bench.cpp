@@ -5,14 +5,10 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
-#include <string>
 
+#include "bench/desk.h"
 #include "cutwindow/drawing_settings.h"
-#include "foundation/settings.h"
-#include "platform/headless/headless.h"
 #include "resources/ids.h"
-#include "shell/entry.h"
 
 namespace sorvel {
 namespace {
@@ -20,15 +16,10 @@ namespace {
 constexpr int32_t kWidth = 960;
 constexpr int32_t kHeight = 720;
 
-// The whole program with one cut open; its settings go to a file of its own.
-class Desk {
+// The program with a cut of so many layers.
+class LayersDesk : public Desk {
  public:
-  explicit Desk(int32_t layers) {
-    platform::headless::Reset();
-    platform::headless::SetClientSize(kWidth, kHeight);
-    const std::string settings = std::filesystem::temp_directory_path() / "sorvel-bench.ini";
-    UseSettingsFile(settings.c_str());
-    StartProgram(&frame, "", 0);
+  explicit LayersDesk(int32_t layers) : Desk("", kWidth, kHeight) {
     platform::headless::QueueDialog({kCutDialog, {{kCutWidthEdit, "960"}, {kCutHeightEdit, "720"}}, true});
     platform::headless::QueueDialog({kLayerDialog, {}, true});
     frame.SendCommand(kCommandNewCut);
@@ -36,25 +27,16 @@ class Desk {
       platform::headless::QueueDialog({kLayerDialog, {}, true});
       frame.SendCommand(kCommandAddLayer);
     }
-    if (!platform::headless::Failure().empty() || frame.ActiveCut() == nullptr) {
+    if (!platform::headless::Failure().empty() || Cut() == nullptr) {
       std::fprintf(stderr, "%s\n", platform::headless::Failure().c_str());
       std::exit(1);
     }
-  }
-  Desk(const Desk&) = delete;
-  Desk& operator=(const Desk&) = delete;
-  ~Desk() {
-    platform::DestroyMdiChild(frame.mdiClient, frame.ActiveCut()->window);
-    platform::DestroyWindow(frame.frameWindow);
-    FinishProgram(&frame);
   }
 
   // A mouse message at a point of the canvas, which fills the window.
   void Mouse(uint32_t message, int32_t x, int32_t y) {
     platform::Send(frame.ActiveCut()->window, message, platform::kKeyLeftButton, platform::PackPoint({x, y}));
   }
-
-  MainFrame frame;
 };
 
 // The path of a hand: long waves all over the canvas, some ten pixels at a time.
@@ -63,7 +45,7 @@ Point OnPath(int32_t step) {
 }
 
 void PenMove(benchmark::State& state) {
-  Desk desk(static_cast<int32_t>(state.range(0)));
+  LayersDesk desk(static_cast<int32_t>(state.range(0)));
   currentPen.shape = static_cast<int32_t>(state.range(1));
   int32_t step = 0;
   desk.Mouse(platform::kMessageLeftDown, OnPath(0).x, OnPath(0).y);
@@ -81,7 +63,7 @@ BENCHMARK(PenMove)
     ->Unit(benchmark::kMicrosecond);
 
 // Draws on each layer.
-void Scribble(Desk* desk, int32_t layers) {
+void Scribble(LayersDesk* desk, int32_t layers) {
   for (int32_t layer = 0; layer < layers; ++layer) {
     desk->frame.ActiveCut()->CurrentFrame()->SelectRecord(layer);
     for (int32_t step = 0; step < 200; ++step) {
@@ -94,7 +76,7 @@ void Scribble(Desk* desk, int32_t layers) {
 }
 
 void RepaintAll(benchmark::State& state) {
-  Desk desk(static_cast<int32_t>(state.range(0)));
+  LayersDesk desk(static_cast<int32_t>(state.range(0)));
   Scribble(&desk, static_cast<int32_t>(state.range(0)));
   for (auto _ : state) desk.frame.ActiveCut()->RepaintAll();
 }
@@ -102,7 +84,7 @@ BENCHMARK(RepaintAll)->ArgName("layers")->Arg(1)->Arg(5)->Unit(benchmark::kMicro
 
 // The copy to the window alone, below 1/1.
 void ShowReduced(benchmark::State& state) {
-  Desk desk(1);
+  LayersDesk desk(1);
   Scribble(&desk, 1);
   CutWindow* cut = desk.frame.ActiveCut();
   while (cut->zoomDenominator < state.range(0)) cut->ZoomOut({kWidth / 2, kHeight / 2});

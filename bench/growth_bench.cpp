@@ -13,14 +13,12 @@
 
 #include "animation/stream_decoder.h"
 #include "animation/stream_encoder.h"
+#include "bench/desk.h"
 #include "document/cut.h"
 #include "foundation/byte_stream.h"
-#include "foundation/settings.h"
 #include "imaging/indexed_image.h"
 #include "imaging/pen.h"
-#include "platform/headless/headless.h"
 #include "resources/ids.h"
-#include "shell/entry.h"
 
 namespace sorvel {
 namespace {
@@ -53,33 +51,17 @@ void Draw(CellImage* cell, int32_t number, int32_t share) {
   cell->FillBox(number * 13 % width / 2, 0, width / 4, changing, tone, 0, nullptr);
 }
 
-// The program with a cut of this shape open, in a window of at most 960 by 720 pixels; its settings go to a file of
-// their own.
-class Desk {
+// The program with a cut of a shape open, in a window of at most 960 by 720 pixels.
+class ShapeDesk : public Desk {
  public:
-  explicit Desk(const Shape& cutShape) : shape(cutShape) {
-    platform::headless::Reset();
-    platform::headless::SetClientSize(std::min(shape.width, 960), std::min(shape.height, 720));
-    const std::filesystem::path folder = std::filesystem::temp_directory_path();
-    UseSettingsFile((folder / "sorvel-bench.ini").string().c_str());
-    const std::string file = (folder / "sorvel-bench-growth.cut").string();
+  explicit ShapeDesk(const Shape& cutShape)
+      : Desk(Write(cutShape), std::min(cutShape.width, 960), std::min(cutShape.height, 720)), shape(cutShape) {
     saved.buffer = savedBytes.get();
     encoded.buffer = encodedBytes.get();
     saved.capacity = encoded.capacity = kMemory;
-    Write(file);
-    StartProgram(&frame, file.c_str(), 0);
-    if (Cut() == nullptr) std::exit(1);
     Encode();
   }
-  Desk(const Desk&) = delete;
-  Desk& operator=(const Desk&) = delete;
-  ~Desk() {
-    platform::DestroyMdiChild(frame.mdiClient, Cut()->window);
-    platform::DestroyWindow(frame.frameWindow);
-    FinishProgram(&frame);
-  }
 
-  CutWindow* Cut() { return frame.ActiveCut(); }
   void Command(int32_t number) { frame.SendCommand(number); }
   void Mouse(uint32_t message) {
     const int32_t x = 10 + step * 7 % (Cut()->width - 20);
@@ -113,10 +95,11 @@ class Desk {
   void Decode() { benchmark::DoNotOptimize(decoder.DecodeNextFrame()); }
 
   const Shape shape;
-  MainFrame frame;
 
  private:
-  void Write(const std::string& file) const {
+  // Gives the path of its file.
+  static std::string Write(const Shape& shape) {
+    const std::string file = (std::filesystem::temp_directory_path() / "sorvel-bench-growth.cut").string();
     sorvel::Cut cut(shape.width, shape.height, 24, "", 0);
     cut.AddFrame();
     for (int32_t i = 0; i < shape.layers; ++i) {
@@ -133,6 +116,7 @@ class Desk {
     }
     AssignString(&cut.path, file.c_str());
     if (!cut.SaveToPath()) std::exit(1);
+    return file;
   }
 
   // Streams in memory, large enough for anything here.
@@ -149,53 +133,53 @@ class Desk {
 
 struct Work {
   const char* name;
-  void (*run)(Desk* desk);
+  void (*run)(ShapeDesk* desk);
   bool isForAllFrames = false;  // counted is the time for one
 };
 
-constexpr Work kPenMove = {"pen move", [](Desk* desk) { desk->Mouse(platform::kMessageMouseMove); }};
-constexpr Work kStroke = {"stroke", [](Desk* desk) {
+constexpr Work kPenMove = {"pen move", [](ShapeDesk* desk) { desk->Mouse(platform::kMessageMouseMove); }};
+constexpr Work kStroke = {"stroke", [](ShapeDesk* desk) {
                             desk->Mouse(platform::kMessageLeftDown);
                             desk->Mouse(platform::kMessageMouseMove);
                             desk->Mouse(platform::kMessageLeftUp);
                           }};
-constexpr Work kUndoStroke = {"undo and redo", [](Desk* desk) {
+constexpr Work kUndoStroke = {"undo and redo", [](ShapeDesk* desk) {
                                 desk->Command(kCommandStepBack);
                                 desk->Command(kCommandStepForward);
                               }};
-constexpr Work kFrameStep = {"frame step", [](Desk* desk) {
+constexpr Work kFrameStep = {"frame step", [](ShapeDesk* desk) {
                                desk->Command(kCommandNextFrame);
                                desk->Command(kCommandPreviousFrame);
                              }};
-constexpr Work kCellStep = {"cell step", [](Desk* desk) {
+constexpr Work kCellStep = {"cell step", [](ShapeDesk* desk) {
                               desk->Command(kCommandNextCell);
                               desk->Command(kCommandPreviousCell);
                             }};
-constexpr Work kRepaint = {"repaint all", [](Desk* desk) { desk->Cut()->RepaintAll(); }};
-constexpr Work kAddFrame = {"add and delete a frame", [](Desk* desk) {
+constexpr Work kRepaint = {"repaint all", [](ShapeDesk* desk) { desk->Cut()->RepaintAll(); }};
+constexpr Work kAddFrame = {"add and delete a frame", [](ShapeDesk* desk) {
                               desk->Command(kCommandAddFrame);
                               desk->Command(kCommandDeleteFrame);
                             }};
-constexpr Work kAddCell = {"add and delete a cell", [](Desk* desk) {
+constexpr Work kAddCell = {"add and delete a cell", [](ShapeDesk* desk) {
                              desk->Command(kCommandAddCell);
                              desk->Command(kCommandDeleteCell);
                            }};
-constexpr Work kAddLayer = {"add and delete a layer", [](Desk* desk) {
+constexpr Work kAddLayer = {"add and delete a layer", [](ShapeDesk* desk) {
                               platform::headless::QueueDialog({kLayerDialog, {}, true});
                               desk->Command(kCommandAddLayer);
                               desk->Command(kCommandDeleteLayer);
                             }};
-constexpr Work kLoad = {"load", [](Desk* desk) { desk->Load(); }};
-constexpr Work kSave = {"save", [](Desk* desk) { desk->Save(); }};
-constexpr Work kEncode = {"encode a frame", [](Desk* desk) { desk->Encode(); }, true};
-constexpr Work kDecode = {"decode a frame", [](Desk* desk) { desk->Decode(); }};
+constexpr Work kLoad = {"load", [](ShapeDesk* desk) { desk->Load(); }};
+constexpr Work kSave = {"save", [](ShapeDesk* desk) { desk->Save(); }};
+constexpr Work kEncode = {"encode a frame", [](ShapeDesk* desk) { desk->Encode(); }, true};
+constexpr Work kDecode = {"decode a frame", [](ShapeDesk* desk) { desk->Decode(); }};
 
 void RunWork(benchmark::State& state, const Shape& shape, const Work& work) {
   // All work on one shape runs in a row. The last desk stays: the platform's own state ends before it would.
-  static std::unique_ptr<Desk>& desk = *new std::unique_ptr<Desk>;
+  static std::unique_ptr<ShapeDesk>& desk = *new std::unique_ptr<ShapeDesk>;
   if (desk == nullptr || !(desk->shape == shape)) {
     desk.reset();
-    desk = std::make_unique<Desk>(shape);
+    desk = std::make_unique<ShapeDesk>(shape);
   }
   if (work.run == kUndoStroke.run) kStroke.run(desk.get());
   if (work.run == kPenMove.run) desk->Mouse(platform::kMessageLeftDown);

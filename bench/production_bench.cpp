@@ -14,16 +14,14 @@
 
 #include "animation/film_container.h"
 #include "animation/stream_encoder.h"
+#include "bench/desk.h"
 #include "document/cut.h"
 #include "document/film.h"
 #include "foundation/byte_stream.h"
-#include "foundation/settings.h"
 #include "imaging/nibble_bitmap.h"
 #include "imaging/packed_image.h"
 #include "imaging/pen.h"
-#include "platform/headless/headless.h"
 #include "resources/ids.h"
-#include "shell/entry.h"
 
 namespace sorvel {
 namespace {
@@ -78,56 +76,41 @@ const std::string& LargeFile() {
   return path;
 }
 
-// The program with the large cut open; its settings go to a file of their own.
-class Desk {
- public:
-  Desk() {
-    platform::headless::Reset();
-    UseSettingsFile(Temporary("sorvel-bench.ini").c_str());
-    StartProgram(&frame, LargeFile().c_str(), 0);
-    if (frame.ActiveCut() == nullptr) std::exit(1);
-  }
-  Desk(const Desk&) = delete;
-  Desk& operator=(const Desk&) = delete;
-  ~Desk() {
-    platform::DestroyMdiChild(frame.mdiClient, frame.ActiveCut()->window);
-    platform::DestroyWindow(frame.frameWindow);
-    FinishProgram(&frame);
-  }
-
-  MainFrame frame;
+// The program with the large cut open.
+struct LargeDesk : Desk {
+  LargeDesk() : Desk(LargeFile(), kWidth, kHeight) {}
 };
 
 void OpenLargeCut(benchmark::State& state) {
   LargeFile();
   for (auto _ : state) {
-    const auto desk = std::make_unique<Desk>();
+    const auto desk = std::make_unique<LargeDesk>();
     benchmark::DoNotOptimize(desk->frame.ActiveCut());
   }
 }
 BENCHMARK(OpenLargeCut)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->Iterations(2);
 
 void SaveLargeCut(benchmark::State& state) {
-  Desk desk;
+  LargeDesk desk;
   for (auto _ : state) desk.frame.SendCommand(kCommandOverwriteCut);
 }
 BENCHMARK(SaveLargeCut)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->Iterations(2);
 
 void StepThroughLargeCut(benchmark::State& state) {
-  Desk desk;
+  LargeDesk desk;
   for (auto _ : state) desk.frame.SendCommand(kCommandPreviousFrame);
 }
 BENCHMARK(StepThroughLargeCut)->Unit(benchmark::kMillisecond)->Iterations(900);
 
 void AddCellToLargeCut(benchmark::State& state) {
-  Desk desk;
+  LargeDesk desk;
   for (auto _ : state) desk.frame.SendCommand(kCommandAddCell);
 }
 BENCHMARK(AddCellToLargeCut)->Unit(benchmark::kMillisecond)->Iterations(50);
 
 // What a stroke costs beyond its drawing: the copy of the cell before the first pixel, and the step.
 void RecordStrokeOnLargeCut(benchmark::State& state) {
-  Desk desk;
+  LargeDesk desk;
   CutWindow* cut = desk.frame.ActiveCut();
   PenSpec pen = {9, 0, 0, 1};
   int32_t number = 0;
@@ -147,7 +130,7 @@ void RecordStrokeOnLargeCut(benchmark::State& state) {
 BENCHMARK(RecordStrokeOnLargeCut)->Unit(benchmark::kMillisecond)->Iterations(500);
 
 void StepBackInLargeCut(benchmark::State& state) {
-  Desk desk;
+  LargeDesk desk;
   CutWindow* cut = desk.frame.ActiveCut();
   PenSpec pen = {9, 0, 0, 1};
   for (int32_t number = 0; number < 200; ++number) {
@@ -160,7 +143,7 @@ void StepBackInLargeCut(benchmark::State& state) {
 BENCHMARK(StepBackInLargeCut)->Unit(benchmark::kMillisecond)->Iterations(199);
 
 void AddLayerToLargeCut(benchmark::State& state) {
-  Desk desk;
+  LargeDesk desk;
   for (auto _ : state) {
     platform::headless::QueueDialog({106, {}, true});
     desk.frame.SendCommand(kCommandAddLayer);

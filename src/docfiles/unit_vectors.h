@@ -82,7 +82,6 @@ struct EightUnits;
 template <>
 struct EightUnits<uint32_t> {
   using Vector = Words32x8;
-  using Numbers = Numbers32x8;
   static constexpr Vector kLanes = {0, 1, 2, 3, 4, 5, 6, 7};
   // The codes of half a group, each in the highest bits of its lane. Below it there is anything.
   SORVEL_WIDE_INLINE static Vector HighCodes(uint32_t codes) {
@@ -93,7 +92,6 @@ struct EightUnits<uint32_t> {
 template <>
 struct EightUnits<uint16_t> {
   using Vector = Words16x8;
-  using Numbers = Numbers16x8;
   static constexpr Vector kLanes = {0, 1, 2, 3, 4, 5, 6, 7};
   SORVEL_WIDE_INLINE static Vector HighCodes(uint32_t codes) {
     constexpr Bytes16 places = {0, 128, 0, 128, 1, 128, 1, 128, 2, 128, 2, 128, 3, 128, 3, 128};

@@ -67,7 +67,9 @@ class ShapeDesk : public Desk {
     const int32_t x = 10 + step * 7 % (Cut()->width - 20);
     const int32_t y = 10 + step * 3 % (Cut()->height - 20);
     ++step;
-    platform::Send(Cut()->window, message, platform::kKeyLeftButton, platform::PackPoint({x, y}));
+    uintptr_t keys = 0;
+    if (message != platform::kMessageLeftUp) keys = platform::kKeyLeftButton;
+    platform::Send(Cut()->window, message, keys, platform::PackPoint({x, y}));
   }
 
   void Save() {

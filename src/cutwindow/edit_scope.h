@@ -19,6 +19,9 @@ class CutWindowHost;
 // step from its press to its release. A gesture in another window that changes the cut more than once keeps a scope
 // from press to release.
 //
+// Frames that the cut handed out must not be changed through the same pointers after the outermost scope has ended: the
+// cut doesn't look for that. Take them from the cut again.
+//
 // Whoever lets the user type first and stores it later, as the panels and the time sheet do, calls
 // CutWindow::RecordStep() after storing, so that this is a step of its own. That needs no scope.
 class EditScope {

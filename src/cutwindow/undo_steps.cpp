@@ -20,7 +20,10 @@ EditScope::~EditScope() {
   if (--host->editDepth > 0) return;
   const std::vector<CutWindow*> cuts = std::exchange(host->editedCuts, {});
   if (origin == UndoHistory::Origin::kGesture && host->isButtonHeld) return;
-  for (CutWindow* cut : cuts) cut->RecordStep(origin);
+  for (CutWindow* cut : cuts) {
+    cut->RecordStep(origin);
+    cut->undoHistory.Settle();
+  }
 }
 
 void CutWindow::RecordStep(UndoHistory::Origin origin) {

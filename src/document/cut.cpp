@@ -339,7 +339,8 @@ bool Cut::EraseLayerDraft() {
 // Undo.
 
 bool Cut::EnsureUndoBuffer(Layer* layer) {
-  const CellImage* cell = layer->CellAt(0);
+  // Where the cursor stands may be far away.
+  const CellImage* cell = layer->cells.Count() > 0 ? *layer->cells.begin() : nullptr;
   const int32_t needed = cell != nullptr ? cell->ByteCount() : 0;
   if (needed <= undoCapacity) return true;
   uint8_t* larger = static_cast<uint8_t*>(std::realloc(undoPixels, static_cast<size_t>(needed)));

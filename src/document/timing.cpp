@@ -39,7 +39,7 @@ bool Cut::GoToFrame(int32_t index) {
 
 bool Cut::StepToKeyFrame(int32_t direction) {
   for (int32_t i = currentFrame + direction; i >= 0 && i < frames.Count(); i += direction) {
-    if (frames.At(i)->IsKey()) return MoveToFrame(i);
+    if (frames.Peek(i)->IsKey()) return MoveToFrame(i);
   }
   return false;
 }
@@ -55,13 +55,13 @@ bool Cut::PreviousKeyFrame() {
 // Timing.
 
 int32_t Cut::EffectiveTime(int32_t index) {
-  const Frame* frame = frames.At(index);
+  const Frame* frame = frames.Peek(index);
   if (frame == nullptr) return 0;
   if (!frame->IsKey()) return frame->time;
   const bool negative = frame->time < 0;
   int32_t left = std::abs(frame->time);
   for (int32_t i = index + 1; i < frames.Count(); ++i) {
-    const Frame* between = frames.At(i);
+    const Frame* between = frames.Peek(i);
     if (between->IsKey()) break;
     left -= std::abs(between->time);
   }

@@ -1,10 +1,14 @@
 #include "document/undo_history.h"
 
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <optional>
 #include <utility>
 
+#include "foundation/cursor_keeper.h"
 #include "imaging/pixel_change.h"
 
 namespace sorvel {
@@ -12,10 +16,10 @@ namespace sorvel {
 namespace {
 
 template <typename T>
-std::vector<T> ElementsOf(const CursorList<T>& list) {
+std::vector<T> ElementsOf(CursorList<T>* list) {
   std::vector<T> elements;
-  elements.reserve(static_cast<size_t>(list.Count()));
-  for (T element : list) elements.push_back(element);
+  elements.reserve(static_cast<size_t>(list->Count()));
+  for (T element : *list) elements.push_back(element);
   return elements;
 }
 
@@ -198,6 +202,12 @@ struct UndoHistory::FrameState {
     return true;
   }
 
+  // Whether it takes as long: its own time, and whether it is a key frame.
+  template <typename T>
+  bool HasTimingOf(const T& other) const {
+    return time == other.time && (brightness < 0) == (other.brightness < 0);
+  }
+
   void Write(Frame* frame, const std::vector<Layer*>& cutLayers) const {
     frame->ClearRecords();
     for (const RecordState& record : records) {
@@ -271,14 +281,19 @@ struct LayerHead {
 }  // namespace
 
 struct UndoHistory::LayerState {
-  explicit LayerState(const Layer& layer) : id(layer.id), head(layer) {
-    cells.reserve(static_cast<size_t>(layer.cells.Count()));
-    for (CellImage* image : layer.cells) cells.push_back(image->ContentNumber());
+  explicit LayerState(Layer* layer) : id(layer->id), revision(layer->cells.Revision()), head(*layer) {
+    cells.reserve(static_cast<size_t>(layer->cells.Count()));
+    for (CellImage* image : layer->cells) {
+      cells.push_back(image->ContentNumber());
+      bytes += image->ByteCount();
+    }
   }
 
   uint64_t id;
+  uint64_t revision;  // of the list of cells
   LayerHead head;
   std::vector<uint64_t> cells;  // by the numbers of their contents
+  int64_t bytes = 0;            // of their pixels
 };
 
 struct UndoHistory::HeadState {
@@ -373,9 +388,14 @@ struct UndoHistory::Step {
   int64_t bytes = 0;
 };
 
-UndoHistory::UndoHistory(Cut* owner, Rect* singleUndoArea) : cut(owner), area(singleUndoArea) {}
+bool UndoHistory::checksAll = false;
+
+UndoHistory::UndoHistory(Cut* owner, Rect* singleUndoArea) : cut(owner), area(singleUndoArea) {
+  cut->frames.LogTo(&reached);
+}
 
 UndoHistory::~UndoHistory() {
+  cut->frames.LogTo(nullptr);
   for (Layer* layer : cut->layers) {
     for (CellImage* image : layer->cells) image->watch = nullptr;
   }
@@ -425,15 +445,87 @@ void UndoHistory::Begin() {
 void UndoHistory::ReadState() {
   ForgetKept();
   head = std::make_unique<HeadState>(*cut);
+  ReadFrames();
+  ReadLayers();
+  shown = ShownNow();
+  cut->newMarks = 0;
+}
+
+void UndoHistory::ReadFrames() {
+  isCounted = false;
   frames.clear();
-  for (const Frame* frame : cut->frames) frames.emplace_back(*frame);
+  for (const Frame* frame : std::as_const(cut->frames)) frames.emplace_back(*frame);
+}
+
+void UndoHistory::ReadLayers() {
   layers.clear();
-  for (const Layer* layer : cut->layers) {
-    layers.emplace_back(*layer);
-    for (CellImage* image : layer->cells) image->watch = this;
+  for (Layer* layer : cut->layers) layers.push_back(ReadLayer(layer));
+}
+
+UndoHistory::LayerState UndoHistory::ReadLayer(Layer* layer) {
+  for (CellImage* image : layer->cells) image->watch = this;
+  return LayerState(layer);
+}
+
+void UndoHistory::ReadChanges(const Step& step, bool hasLayers) {
+  ForgetKept();
+  head = std::make_unique<HeadState>(*cut);
+  if (reached.IsWhole()) {
+    ReadFrames();
+  } else {
+    const CursorKeeper<Frame*> keeper(&cut->frames);
+    for (const int32_t index : reached.Indices()) {
+      FrameState present(*cut->frames.Peek(index));
+      FrameState& state = frames[static_cast<size_t>(index)];
+      isCounted = isCounted && state.HasTimingOf(present);
+      state = std::move(present);
+    }
+  }
+  if (hasLayers) {
+    ReadLayers();
+  } else {
+    for (const std::unique_ptr<LayerChange>& change : step.inLayers) {
+      Layer* layer = LayerOf(change->id);
+      LayerState& state = *std::find_if(layers.begin(), layers.end(),
+                                        [&change](const LayerState& each) { return each.id == change->id; });
+      if (!change->cells.IsEmpty()) {
+        state = ReadLayer(layer);
+        continue;
+      }
+      state.head = LayerHead(*layer);
+      for (const CellChange& cell : change->pixels) {
+        state.cells[static_cast<size_t>(cell.cell)] = layer->CellAt(cell.cell)->ContentNumber();
+      }
+    }
   }
   shown = ShownNow();
   cut->newMarks = 0;
+  CheckState();
+}
+
+void UndoHistory::CheckState() {
+  if (!checksAll) return;
+  const CursorKeeper<Frame*> keeper(&cut->frames);
+  int32_t left = countedTime;
+  for (int32_t i = 0; i < countedFrame && isCounted; ++i) left -= std::abs(cut->EffectiveTime(i));
+  bool isSame = (!isCounted || left == 0) && static_cast<int32_t>(frames.size()) == cut->frames.Count() &&
+                static_cast<int32_t>(layers.size()) == cut->layers.Count();
+  const FrameState* frame = frames.data();
+  for (const Frame* each : std::as_const(cut->frames)) {
+    isSame = isSame && frame->currentRecord == each->currentRecord && frame->Equals(*each);
+    ++frame;
+  }
+  const LayerState* layer = layers.data();
+  for (Layer* each : cut->layers) {
+    const LayerState present(each);
+    isSame = isSame && layer->id == each->id && layer->head.Equals(*each) && layer->cells == present.cells &&
+             layer->bytes == present.bytes;
+    for (const CellImage* image : each->cells) isSame = isSame && image->watch == this;
+    ++layer;
+  }
+  if (isSame) return;
+  std::fputs("The undo history missed a change.\n", stderr);
+  std::abort();
 }
 
 void UndoHistory::ForgetSteps() {
@@ -446,6 +538,7 @@ void UndoHistory::ForgetSteps() {
 
 bool UndoHistory::Record(Origin origin) {
   for (auto& [image, each] : kept) keptByNumber[each.number] = &each;
+  FindChanged();
   auto step = std::make_unique<Step>();
   if (!hasBegun || lacksPixels || !CompareLayers(step.get())) {
     Begin();
@@ -481,6 +574,7 @@ bool UndoHistory::Record(Origin origin) {
     Begin();
     return false;
   }
+  CheckState();
   if (!isRecorded) return false;
   undoArea = *area;
   undoSaves = cut->undoSaves;
@@ -488,8 +582,20 @@ bool UndoHistory::Record(Origin origin) {
   return true;
 }
 
+void UndoHistory::FindChanged() {
+  constexpr size_t few = 8;
+  changed.clear();
+  hasPlaces = kept.size() <= few;
+  for (const auto& [image, each] : kept) {
+    if (!hasPlaces) return;
+    changed.push_back(NearPlaceOf(image));
+    hasPlaces = changed.back().layer != 0;
+  }
+  std::sort(changed.begin(), changed.end(), [](const CellPlace& a, const CellPlace& b) { return a.cell < b.cell; });
+}
+
 bool UndoHistory::CompareLayers(Step* step) {
-  const std::vector<Layer*> present = ElementsOf(cut->layers);
+  const std::vector<Layer*> present = ElementsOf(&cut->layers);
   std::unordered_map<uint64_t, size_t> indices;
   for (size_t i = 0; i < present.size(); ++i) indices[present[i]->id] = i;
   for (LayerState& state : layers) {
@@ -520,8 +626,7 @@ bool UndoHistory::CompareLayers(Step* step) {
       states.push_back(std::move(layers[found->second]));
       continue;
     }
-    states.emplace_back(*present[i]);
-    for (CellImage* image : present[i]->cells) image->watch = this;
+    states.push_back(ReadLayer(present[i]));
   }
   ReplaceRange(&layers, range, std::move(states));
   return true;
@@ -559,33 +664,50 @@ Layer* UndoHistory::MakeLayer(const LayerState& state) {
 bool UndoHistory::CompareLayer(LayerState* state, Layer* layer, Step* step) {
   auto change = std::make_unique<LayerChange>(state->id);
   if (!state->head.Equals(*layer)) change->head = std::exchange(state->head, LayerHead(*layer));
-  const std::vector<CellImage*> images = ElementsOf(layer->cells);
-  for (CellImage* image : images) image->watch = this;
   std::vector<uint64_t>& numbers = state->cells;
+  std::vector<NumberedCell> images;
+  const auto isDrawing = [&](const NumberedCell& each) {
+    const uint64_t number = numbers[static_cast<size_t>(each.cell)];
+    if (number == each.image->ContentNumber()) return true;
+    const CellImage* old = KeptOf(number);
+    return old != nullptr && old->width == each.image->width && old->height == each.image->height &&
+           old->colors == each.image->colors;
+  };
   // Cells that stand where they stood and have their size differ in some pixels.
-  bool isDrawn = numbers.size() == images.size();
-  for (size_t i = 0; i < numbers.size() && isDrawn; ++i) {
-    if (numbers[i] == images[i]->ContentNumber()) continue;
-    const CellImage* old = KeptOf(numbers[i]);
-    isDrawn = old != nullptr && old->width == images[i]->width && old->height == images[i]->height &&
-              old->colors == images[i]->colors;
+  bool isDrawn = hasPlaces && state->revision == layer->cells.Revision();
+  if (isDrawn) {
+    const CursorKeeper<CellImage*> keeper(&layer->cells);
+    for (const CellPlace& place : changed) {
+      if (place.layer == layer->id) images.push_back({place.cell, layer->CellAt(place.cell)});
+    }
+    isDrawn = std::all_of(images.begin(), images.end(), isDrawing);
   }
+  if (!isDrawn) {
+    images.clear();
+    state->bytes = 0;
+    for (CellImage* image : layer->cells) {
+      image->watch = this;
+      state->bytes += image->ByteCount();
+      images.push_back({static_cast<int32_t>(images.size()), image});
+    }
+    isDrawn = numbers.size() == images.size() && std::all_of(images.begin(), images.end(), isDrawing);
+  }
+  state->revision = layer->cells.Revision();
   const bool isDone =
       isDrawn ? CompareDrawings(&numbers, images, change.get()) : CompareCells(&numbers, images, change.get());
   if (isDone && !change->IsEmpty()) step->inLayers.push_back(std::move(change));
   return isDone;
 }
 
-bool UndoHistory::CompareDrawings(std::vector<uint64_t>* numbers, const std::vector<CellImage*>& images,
+bool UndoHistory::CompareDrawings(std::vector<uint64_t>* numbers, const std::vector<NumberedCell>& images,
                                   LayerChange* change) {
-  for (size_t i = 0; i < images.size(); ++i) {
-    CellImage* image = images[i];
-    uint64_t& number = (*numbers)[i];
+  for (const auto& [index, image] : images) {
+    uint64_t& number = (*numbers)[static_cast<size_t>(index)];
     if (number == image->ContentNumber()) continue;
     const CellImage* old = KeptOf(number);
     const int32_t top = std::min(old->UsedTop(), image->UsedTop());
     const int32_t bottom = std::max({top, old->UsedBottom(), image->UsedBottom()});
-    CellChange cell = {static_cast<int32_t>(i), number, top, bottom, {}};
+    CellChange cell = {index, number, top, bottom, {}};
     if (!cell.pixels.Compare(old->bits, image->bits, int64_t{top} * image->pitch, int64_t{bottom} * image->pitch)) {
       return false;
     }
@@ -599,15 +721,15 @@ bool UndoHistory::CompareDrawings(std::vector<uint64_t>* numbers, const std::vec
   return true;
 }
 
-bool UndoHistory::CompareCells(std::vector<uint64_t>* numbers, const std::vector<CellImage*>& images,
+bool UndoHistory::CompareCells(std::vector<uint64_t>* numbers, const std::vector<NumberedCell>& images,
                                LayerChange* change) {
   const Difference range = Compare(numbers->size(), images.size(), [&](size_t before, size_t after) {
-    return (*numbers)[before] == images[after]->ContentNumber();
+    return (*numbers)[before] == images[after].image->ContentNumber();
   });
   std::unordered_map<uint64_t, size_t> present;
   std::vector<uint64_t> newNumbers;
   for (size_t i = range.start; i < range.start + range.after; ++i) {
-    newNumbers.push_back(images[i]->ContentNumber());
+    newNumbers.push_back(images[i].image->ContentNumber());
     present[newNumbers.back()] = i - range.start;
   }
   change->cells.Begin(range);
@@ -626,22 +748,66 @@ bool UndoHistory::CompareCells(std::vector<uint64_t>* numbers, const std::vector
 }
 
 void UndoHistory::CompareFrames(Step* step) {
-  const std::vector<Frame*> present = ElementsOf(cut->frames);
-  const Difference range = Compare(frames.size(), present.size(), [&](size_t before, size_t after) {
-    if (!frames[before].Equals(*present[after])) return false;
-    frames[before].currentRecord = present[after]->currentRecord;
+  Difference range;
+  std::vector<FrameState> states;
+  const auto isSame = [](FrameState* state, const Frame& frame) {
+    if (!state->Equals(frame)) return false;
+    state->currentRecord = frame.currentRecord;
     return true;
-  });
+  };
+  const CursorKeeper<Frame*> keeper(&cut->frames);
+  if (reached.IsWhole()) {
+    std::vector<const Frame*> present;
+    for (const Frame* frame : std::as_const(cut->frames)) present.push_back(frame);
+    range = Compare(frames.size(), present.size(),
+                    [&](size_t before, size_t after) { return isSame(&frames[before], *present[after]); });
+    for (size_t i = range.start; i < range.start + range.after; ++i) states.emplace_back(*present[i]);
+  } else {
+    // All others are as they were.
+    for (const int32_t index : reached.Indices()) {
+      const auto i = static_cast<size_t>(index);
+      if (isSame(&frames[i], *cut->frames.Peek(index))) continue;
+      if (range.IsEmpty()) range.start = i;
+      range.before = range.after = i - range.start + 1;
+    }
+    for (size_t i = range.start; i < range.start + range.after; ++i) {
+      states.emplace_back(*cut->frames.Peek(static_cast<int32_t>(i)));
+    }
+  }
   if (range.IsEmpty()) return;
   const auto start = frames.begin() + static_cast<ptrdiff_t>(range.start);
+  const auto hasSameTiming = [](const FrameState& one, const FrameState& other) { return one.HasTimingOf(other); };
+  isCounted =
+      isCounted && range.before == range.after && std::equal(states.begin(), states.end(), start, hasSameTiming);
   step->frameStart = range.start;
   step->frameCount = range.after;
   step->frames.assign(std::make_move_iterator(start),
                       std::make_move_iterator(start + static_cast<ptrdiff_t>(range.before)));
-  std::vector<FrameState> states;
-  states.reserve(range.after);
-  for (size_t i = range.start; i < range.start + range.after; ++i) states.emplace_back(*present[i]);
   ReplaceRange(&frames, range, std::move(states));
+}
+
+int32_t UndoHistory::TimeBefore(int32_t frame) {
+  const CursorKeeper<Frame*> keeper(&cut->frames);
+  bool isKnown = hasBegun && !reached.IsWhole();
+  if (isKnown) {
+    for (const int32_t index : reached.Indices()) {
+      isKnown = isKnown && frames[static_cast<size_t>(index)].HasTimingOf(*cut->frames.Peek(index));
+    }
+  }
+  int32_t at = 0;
+  int32_t time = 0;
+  if (isKnown && isCounted && std::abs(countedFrame - frame) < frame) {
+    at = countedFrame;
+    time = countedTime;
+  }
+  for (; at < frame; ++at) time += std::abs(cut->EffectiveTime(at));
+  while (at > frame) time -= std::abs(cut->EffectiveTime(--at));
+  if (isKnown) {
+    isCounted = true;
+    countedFrame = frame;
+    countedTime = time;
+  }
+  return time;
 }
 
 void UndoHistory::CompareHead(Step* step) {
@@ -653,6 +819,8 @@ void UndoHistory::CompareHead(Step* step) {
 
 UndoHistory::CellPlace UndoHistory::PlaceOf(const CellImage* image) const {
   if (image == nullptr) return {};
+  const CellPlace near = NearPlaceOf(image);
+  if (near.layer != 0) return near;
   for (const Layer* layer : cut->layers) {
     int32_t index = 0;
     for (const CellImage* cell : layer->cells) {
@@ -661,6 +829,20 @@ UndoHistory::CellPlace UndoHistory::PlaceOf(const CellImage* image) const {
     }
   }
   return {};
+}
+
+UndoHistory::CellPlace UndoHistory::NearPlaceOf(const CellImage* image) const {
+  const auto holds = [image](Layer* layer, int32_t cell) {
+    const CursorKeeper<CellImage*> keeper(&layer->cells);
+    return layer->CellAt(cell) == image;
+  };
+  if (Frame* current = cut->CurrentFrame()) {
+    for (const FrameRecord* record : current->records) {
+      if (holds(record->layer, record->cell)) return {record->layer->id, record->cell};
+    }
+  }
+  Layer* layer = LayerOf(undoPlace.layer);
+  return layer != nullptr && holds(layer, undoPlace.cell) ? undoPlace : CellPlace();
 }
 
 Layer* UndoHistory::LayerOf(uint64_t id) const {
@@ -792,7 +974,7 @@ void UndoHistory::SwapFrames(Step* step) {
   for (size_t i = 0; i < count; ++i) out.emplace_back(*cut->frames.At(at(i)));
   while (count > step->frames.size()) delete RemoveAt(&cut->frames, at(--count));
   while (count < step->frames.size()) InsertAt(&cut->frames, at(count++), new Frame(cut->width, cut->height));
-  const std::vector<Layer*> cutLayers = ElementsOf(cut->layers);
+  const std::vector<Layer*> cutLayers = ElementsOf(&cut->layers);
   for (size_t i = 0; i < count; ++i) step->frames[i].Write(cut->frames.At(at(i)), cutLayers);
   step->frameCount = count;
   step->frames = std::move(out);
@@ -804,6 +986,7 @@ bool UndoHistory::Apply(Step* step, const Shown& target) {
     return false;
   }
   isMoving = true;
+  const bool hasLayers = !step->layers.IsEmpty();
   const CellPlace place = PlaceOf(cut->undoCell);
   if (!step->layers.IsEmpty()) step->layers.Swap(&cut->layers);
   for (const std::unique_ptr<LayerChange>& change : step->inLayers) {
@@ -831,7 +1014,7 @@ bool UndoHistory::Apply(Step* step, const Shown& target) {
   step->bytes = step->ByteCount();
   bytes += step->bytes;
   cut->stateFlags |= step->marks;
-  ReadState();
+  ReadChanges(*step, hasLayers);
   isMoving = false;
   return true;
 }
@@ -864,7 +1047,7 @@ void UndoHistory::Show(const Step& step, const Shown& target) {
   for (const std::unique_ptr<LayerChange>& change : step.inLayers) isDrawing = isDrawing || !change->pixels.empty();
   if (!isDrawing || shows(*current)) return;
   int32_t index = 0;
-  for (const Frame* frame : cut->frames) {
+  for (const Frame* frame : std::as_const(cut->frames)) {
     if (shows(*frame)) {
       cut->currentFrame = index;
       return;
@@ -883,9 +1066,7 @@ UndoHistory::Shown UndoHistory::ShownNow() const {
 void UndoHistory::Prune() {
   if (bytes <= kLeastLimit) return;
   int64_t pixels = 0;
-  for (const Layer* layer : cut->layers) {
-    for (const CellImage* image : layer->cells) pixels += image->ByteCount();
-  }
+  for (const LayerState& layer : layers) pixels += layer.bytes;
   const int64_t limit = std::max(kLeastLimit, pixels / 2);
   while (bytes > limit && steps.size() > 1) {
     const bool isOld = position > 1;

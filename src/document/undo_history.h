@@ -10,6 +10,7 @@
 
 #include "document/cut.h"
 #include "foundation/buffer.h"
+#include "foundation/cursor_list.h"
 #include "imaging/cell_image.h"
 #include "imaging/rect.h"
 
@@ -20,6 +21,9 @@ namespace sorvel {
 //
 // A step is all that changed but for where the user looks: the current frame and the current records of frames alone
 // make no step, nor does the copy of the single undo (Cut::SaveUndo()). A step restores them all the same.
+//
+// It looks only at the frames that the cut handed out and at the cells whose pixels changed, so that a step costs the
+// same however many there are. When frames or cells were put in or removed, it looks at all of them.
 //
 // Of a drawing a step holds the pixels that differ. It takes over cells and layers that were removed from the cut.
 // Frames and layers that are on both sides of a step stay the same objects; others may be made anew.
@@ -40,6 +44,9 @@ class UndoHistory final : private CellWatch {
   // could be taken again. False if nothing changed. The first call, and one after memory ran out, only begins a history
   // here. Parts of one gesture become one step: those that draw on the same cell without another Cut::SaveUndo().
   bool Record(Origin origin);
+  // To be called right after Record() when nobody keeps a frame, or anything of one, that the cut handed out before.
+  // Until then Record() looks at each of those frames again.
+  void Settle() { reached.Clear(); }
 
   // Take a step back, or one forward again; what isn't recorded yet is recorded first. The frame that it changed
   // becomes the current one, and the cut is marked as the change marked it; no mark is cleared. False if there is none,
@@ -50,6 +57,13 @@ class UndoHistory final : private CellWatch {
   size_t StepsBack() const { return position; }
   size_t StepsForward() const { return steps.size() - position; }
   int64_t ByteCount() const { return bytes; }
+
+  // The sum of Cut::EffectiveTime() without signs over the frames before this one. Costs as much as the way from the
+  // frame that was asked for last, or from the first one if times changed since.
+  int32_t TimeBefore(int32_t frame);
+
+  // For tests: Record() looks at all frames and cells afterwards, and ends the program if it missed a change.
+  static bool checksAll;
 
  private:
   struct RecordState;
@@ -66,6 +80,10 @@ class UndoHistory final : private CellWatch {
 
     bool operator==(const CellPlace&) const = default;
   };
+  struct NumberedCell {
+    int32_t cell;
+    CellImage* image;
+  };
   struct Shown {
     int32_t frame = -1;
     int32_t record = -1;
@@ -80,6 +98,13 @@ class UndoHistory final : private CellWatch {
 
   void Begin();
   void ReadState();
+  void ReadFrames();
+  void ReadLayers();
+  LayerState ReadLayer(Layer* layer);
+  // After a step was taken.
+  void ReadChanges(const Step& step, bool hasLayers);
+  void CheckState();
+  void FindChanged();
   void ForgetSteps();
   void ForgetKept();
 
@@ -87,8 +112,8 @@ class UndoHistory final : private CellWatch {
   // missing or there is no memory.
   bool CompareLayers(Step* step);
   bool CompareLayer(LayerState* state, Layer* layer, Step* step);
-  bool CompareDrawings(std::vector<uint64_t>* numbers, const std::vector<CellImage*>& images, LayerChange* change);
-  bool CompareCells(std::vector<uint64_t>* numbers, const std::vector<CellImage*>& images, LayerChange* change);
+  bool CompareDrawings(std::vector<uint64_t>* numbers, const std::vector<NumberedCell>& images, LayerChange* change);
+  bool CompareCells(std::vector<uint64_t>* numbers, const std::vector<NumberedCell>& images, LayerChange* change);
   bool CompareUndo(Step* step);
   void CompareFrames(Step* step);
   void CompareHead(Step* step);
@@ -106,6 +131,8 @@ class UndoHistory final : private CellWatch {
   void Show(const Step& step, const Shown& target);
   Shown ShownNow() const;
   CellPlace PlaceOf(const CellImage* image) const;
+  // The place if the current frame shows the cell or it is that of the single undo; else none.
+  CellPlace NearPlaceOf(const CellImage* image) const;
   CellImage* CellAt(const CellPlace& place) const;
   Layer* LayerOf(uint64_t id) const;
   void Prune();
@@ -132,6 +159,14 @@ class UndoHistory final : private CellWatch {
   // The pixels of that state that have changed since, by the image that had or has them.
   std::unordered_map<const CellImage*, Kept> kept;
   std::unordered_map<uint64_t, Kept*> keptByNumber;  // while a step is recorded
+  std::vector<CellPlace> changed;                    // at the same time: their places, in ascending order
+  bool hasPlaces = false;                            // all of them are there
+
+  AccessLog reached;  // the frames that the cut handed out since Settle()
+  // The time before one frame, as long as no frame has other times than the recorded ones.
+  bool isCounted = false;
+  int32_t countedFrame = 0;
+  int32_t countedTime = 0;
 };
 
 }  // namespace sorvel

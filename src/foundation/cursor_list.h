@@ -1,8 +1,42 @@
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <type_traits>
+#include <vector>
 
 namespace sorvel {
+
+// Which elements of a list its users may have changed: those that it handed out since Clear(). Once elements were put
+// in, moved or removed, or many handed out, the log says that it was the whole list.
+class AccessLog {
+ public:
+  void Add(int32_t index) {
+    if (isWhole || (!indices.empty() && indices.back() == index)) return;
+    indices.push_back(index);
+    if (indices.size() == kMost) isWhole = Indices().size() > kMost / 2;
+  }
+  void AddAll() { isWhole = true; }
+  void Clear() {
+    isWhole = false;
+    indices.clear();
+  }
+
+  bool IsWhole() const { return isWhole; }
+  // In ascending order; of no use if it was the whole list.
+  std::vector<int32_t> Indices() {
+    std::sort(indices.begin(), indices.end());
+    indices.erase(std::unique(indices.begin(), indices.end()), indices.end());
+    return indices;
+  }
+
+ private:
+  static constexpr size_t kMost = 64;
+
+  bool isWhole = false;
+  std::vector<int32_t> indices;
+};
 
 // The list of the document model: a doubly linked list with a cursor, the position of the last access, so that access
 // by index to the same element or its neighbour is one step.
@@ -81,13 +115,24 @@ class CursorList {
   }
 
   // The element under the cursor, or the default element (null for pointers) of an empty list.
-  T Current() const { return cursor != nullptr ? cursor->element : defaultElement; }
+  T Current() const {
+    if (cursor == nullptr) return defaultElement;
+    if (log != nullptr) log->Add(cursorIndex);
+    return cursor->element;
+  }
 
   // The element under the cursor, for a change in place; null on an empty list.
-  T* CurrentSlot() { return cursor != nullptr ? &cursor->element : nullptr; }
+  T* CurrentSlot() {
+    NoteMove();
+    return cursor != nullptr ? &cursor->element : nullptr;
+  }
 
   // The element at `index`, to which the cursor moves, or the default element for an index out of range.
-  T At(int32_t index) { return Seek(index) ? cursor->element : defaultElement; }
+  T At(int32_t index) { return Seek(index) ? Current() : defaultElement; }
+
+  // The same for reading only: what a pointer points to is constant, so that no log need know.
+  using Constant = std::conditional_t<std::is_pointer_v<T>, const std::remove_pointer_t<T>*, T>;
+  Constant Peek(int32_t index) { return Seek(index) ? cursor->element : defaultElement; }
 
   // Insert a new node after, or before, the cursor; the cursor moves to it.
   void InsertAfter(T element) {
@@ -119,6 +164,7 @@ class CursorList {
     }
     delete node;
     --count;
+    NoteMove();
     return true;
   }
 
@@ -142,10 +188,11 @@ class CursorList {
     return -1;
   }
 
-  // Walks from the head on and leaves the cursor where it is.
+  // Walks from the head on and leaves the cursor where it is. What pointers of a constant list point to is constant.
+  template <typename Element>
   class Iterator {
    public:
-    T operator*() const { return node->element; }
+    Element operator*() const { return node->element; }
     Iterator& operator++() {
       node = node->next;
       return *this;
@@ -156,19 +203,36 @@ class CursorList {
     friend class CursorList;
     const typename CursorList::Node* node = nullptr;
   };
-  Iterator begin() const {
-    Iterator first;
+  Iterator<T> begin() {
+    if (log != nullptr) log->AddAll();
+    Iterator<T> first;
     first.node = head;
     return first;
   }
-  Iterator end() const { return {}; }
+  Iterator<T> end() { return {}; }
+  Iterator<Constant> begin() const {
+    Iterator<Constant> first;
+    first.node = head;
+    return first;
+  }
+  Iterator<Constant> end() const { return {}; }
 
   int32_t Count() const { return count; }
 
   // The index of the cursor; 0 on an empty list.
   int32_t CursorIndex() const { return cursorIndex; }
 
+  // Another number after each insertion and removal, and each slot that was handed out.
+  uint64_t Revision() const { return revision; }
+
+  // From now on the log is told which elements are handed out, until it is null. It isn't owned.
+  void LogTo(AccessLog* accessLog) { log = accessLog; }
+
  private:
+  void NoteMove() {
+    ++revision;
+    if (log != nullptr) log->AddAll();
+  }
   void Link(Node* node) {
     if (node->prev != nullptr) {
       node->prev->next = node;
@@ -182,6 +246,7 @@ class CursorList {
     }
     cursor = node;
     ++count;
+    NoteMove();
   }
 
   Node* head = nullptr;
@@ -189,6 +254,8 @@ class CursorList {
   Node* cursor = nullptr;
   int32_t cursorIndex = 0;
   int32_t count = 0;
+  uint64_t revision = 0;
+  AccessLog* log = nullptr;
   T defaultElement{};
 };
 

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 
 #include "dialogs/help_tips.h"
 #include "platform/hints.h"
@@ -214,8 +213,7 @@ void MainFrame::RefreshPanels(CutWindow* cut) {
   SetNumber(brightnessEdit, frame->DecodedBrightness());
   // The loop again: a refresh doesn't select the text of the brightness.
   SelectIfFocused(loopEdit);
-  int32_t timing = 1;
-  for (int32_t i = 0; i < cut->currentFrame; ++i) timing += std::abs(cut->EffectiveTime(i));
+  const int32_t timing = 1 + cut->undoHistory.TimeBefore(cut->currentFrame);
   char counter[32];
   std::snprintf(counter, sizeof(counter), "%d(%df)", cut->currentFrame + 1, timing);
   platform::SetText(keyFrameCheck, counter);

@@ -5,6 +5,7 @@
 #include <memory>
 #include <random>
 #include <string>
+#include <vector>
 
 #include "support/test_streams.h"
 
@@ -13,6 +14,9 @@ namespace {
 
 using teststreams::MakeCut;
 using Origin = UndoHistory::Origin;
+
+// All tests of this program, most of which do something to a cut.
+[[maybe_unused]] const bool kChecksAll = UndoHistory::checksAll = true;
 
 // A cut of one layer with three cells, one for each of three frames; the first frame is current.
 class UndoHistoryTest : public testing::Test {
@@ -319,6 +323,86 @@ TEST_F(UndoHistoryTest, SurvivesASave) {
   EXPECT_TRUE(cut->Has(kModified));
   EXPECT_TRUE(history->Forward());
   EXPECT_EQ(Bytes(), saved);
+}
+
+TEST_F(UndoHistoryTest, FindsChangesOfAFrameThatIsKept) {
+  Frame* frame = cut->frames.At(2);
+  FrameRecord* record = frame->records.At(0);
+  Stroke(1, 8);
+  frame->time = 9;
+  EXPECT_TRUE(history->Record(Origin::kCommand));
+  record->x = 4;
+  EXPECT_TRUE(history->Record(Origin::kCommand));
+  history->Back();
+  EXPECT_EQ(cut->frames.At(2)->records.At(0)->x, 0);
+  history->Back();
+  EXPECT_EQ(cut->frames.At(2)->time, 1);
+}
+
+// What the other tests rely on.
+TEST_F(UndoHistoryTest, EndsTheProgramWhenTheCheckFindsAMissedChange) {
+  Frame* frame = cut->frames.At(2);
+  EXPECT_FALSE(history->Record(Origin::kCommand));
+  history->Settle();
+  frame->time = 9;
+  EXPECT_DEATH(history->Record(Origin::kCommand), "missed a change");
+}
+
+TEST_F(UndoHistoryTest, FindsOneChangeAndManyInALongCut) {
+  for (int32_t i = 0; i < 200; ++i) cut->AddFrame();
+  for (int32_t i = 0; i < 20; ++i) cut->layers.At(0)->AddCell(0, 0, nullptr);
+  history->Record(Origin::kCommand);
+  // Called when all is recorded. Saving looks at all frames.
+  const auto bytes = [&] {
+    const std::string written = Bytes();
+    history->Settle();
+    return written;
+  };
+  const auto changes = [&](int32_t first, int32_t last, int32_t step) {
+    const std::string before = bytes();
+    for (int32_t i = first; i <= last; i += step) {
+      cut->frames.At(i)->time = 5;
+      if (i < 20) Cell(i)->SetPixel(0, 1, 8);
+    }
+    EXPECT_TRUE(history->Record(Origin::kCommand));
+    const std::string after = bytes();
+    EXPECT_NE(after, before);
+    EXPECT_TRUE(history->Back());
+    EXPECT_EQ(bytes(), before);
+    EXPECT_TRUE(history->Forward());
+    EXPECT_EQ(bytes(), after);
+    EXPECT_TRUE(history->Back());
+  };
+  changes(150, 150, 1);
+  changes(2, 2, 1);
+  changes(3, 190, 187);
+  changes(10, 60, 7);
+  changes(0, 199, 1);
+}
+
+TEST_F(UndoHistoryTest, AddsUpTimesWhateverChanged) {
+  const auto times = [&] { return std::vector<int32_t>{history->TimeBefore(2), history->TimeBefore(1)}; };
+  EXPECT_EQ(times(), (std::vector<int32_t>{2, 1}));
+  history->Settle();
+  EXPECT_EQ(times(), (std::vector<int32_t>{2, 1}));
+  cut->frames.At(0)->time = -5;
+  EXPECT_EQ(times(), (std::vector<int32_t>{6, 5}));
+  history->Record(Origin::kCommand);
+  history->Settle();
+  EXPECT_EQ(times(), (std::vector<int32_t>{6, 5}));
+  history->Back();
+  EXPECT_EQ(times(), (std::vector<int32_t>{2, 1}));
+  history->Settle();
+  cut->frames.At(0)->SetKey(true);
+  cut->frames.At(0)->time = 9;
+  history->Record(Origin::kCommand);
+  history->Settle();
+  EXPECT_EQ(times(), (std::vector<int32_t>{8, 7}));
+  cut->frames.At(2)->time = 3;
+  EXPECT_EQ(times(), (std::vector<int32_t>{6, 5}));
+  cut->AddFrame();
+  cut->CurrentFrame()->time = 2;
+  EXPECT_EQ(times(), (std::vector<int32_t>{5, 3}));
 }
 
 TEST_F(UndoHistoryTest, RestoresTheNumberOfAContent) {

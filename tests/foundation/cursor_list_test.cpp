@@ -247,6 +247,45 @@ TEST(CursorList, RemoveAllFreesNodesFromAnyCursor) {
   }
 }
 
+TEST(CursorList, LogsWhatItHandsOutForAChange) {
+  constexpr int32_t count = 100;
+  Numbers list(count);
+  AccessLog log;
+  list.LogTo(&log);
+  list.At(3);
+  list.At(1);
+  list.SeekNext();
+  list.Current();
+  list.At(3);
+  EXPECT_EQ(list.Peek(7), 7);
+  for ([[maybe_unused]] const int32_t element : std::as_const(list)) {
+  }
+  EXPECT_FALSE(log.IsWhole());
+  EXPECT_EQ(log.Indices(), Ints({1, 2, 3}));
+  for (int32_t i = 0; i < 10 * count; ++i) list.At(i % 5);
+  EXPECT_FALSE(log.IsWhole());
+  for (int32_t i = 0; i < count; ++i) list.At(i);
+  EXPECT_TRUE(log.IsWhole());
+  log.Clear();
+  EXPECT_TRUE(log.Indices().empty());
+  list.CurrentSlot();
+  EXPECT_TRUE(log.IsWhole());
+  log.Clear();
+  list.RemoveCurrent();
+  EXPECT_TRUE(log.IsWhole());
+  log.Clear();
+  list.InsertAfter(1);
+  EXPECT_TRUE(log.IsWhole());
+  log.Clear();
+  for ([[maybe_unused]] const int32_t element : list) {
+  }
+  EXPECT_TRUE(log.IsWhole());
+  log.Clear();
+  list.LogTo(nullptr);
+  list.At(3);
+  EXPECT_TRUE(log.Indices().empty());
+}
+
 TEST(CursorList, ElementsAreNotOwned) {
   int32_t element = 5;
   {

@@ -30,6 +30,7 @@
 #include <vector>
 
 #include "document/cut.h"
+#include "document/undo_history.h"
 #include "foundation/byte_stream.h"
 #include "monkey/monkey.h"
 
@@ -336,6 +337,7 @@ int Minimise(const Options& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  sorvel::UndoHistory::checksAll = true;
   Options options;
   if (!ReadOptions(argc, argv, &options)) {
     std::fprintf(stderr,

@@ -756,6 +756,10 @@ void UndoHistory::CompareFrames(Step* step) {
     return true;
   };
   const CursorKeeper<Frame*> keeper(&cut->frames);
+  // Handed out or not, the current frame and the one that was it are compared.
+  for (const int32_t index : {shown.frame, cut->currentFrame}) {
+    if (index >= 0 && index < cut->frames.Count()) reached.Add(index);
+  }
   if (reached.IsWhole()) {
     std::vector<const Frame*> present;
     for (const Frame* frame : std::as_const(cut->frames)) present.push_back(frame);

@@ -67,14 +67,12 @@ std::string Invariants::Check(MainFrame& frame, bool mayLoad) {
   if (!problem.empty()) return problem;
   if (!frame.toolbox->Has(frame.currentTool)) return Numbered("the tool is", frame.currentTool);
   const std::vector<CutWindow*>& cuts = frame.openCuts;
-  std::set<const Layer*> nowStale;
   for (CutWindow* cut : cuts) {
-    problem = CheckCut(cut, mayLoad, &nowStale);
+    problem = CheckCut(cut, mayLoad);
     if (!problem.empty()) return problem;
     if (cut->zoomNumerator < 1 || cut->zoomDenominator < 1) return "a zoom is below 1";
     if (cut->window == nullptr || platform::ObjectOf(cut->window) != cut) return "a window isn't that of its cut";
   }
-  stale = std::move(nowStale);
   for (const FilmEntry& entry : Elements(&frame.film->cuts)) {
     if (entry.name == nullptr) return "an entry of the film has no name";
     const bool isOpen = std::any_of(cuts.begin(), cuts.end(), [&](const Cut* cut) { return cut == entry.cut; });
@@ -83,7 +81,7 @@ std::string Invariants::Check(MainFrame& frame, bool mayLoad) {
   return "";
 }
 
-std::string Invariants::CheckCut(Cut* cut, bool mayLoad, std::set<const Layer*>* nowStale) {
+std::string Invariants::CheckCut(Cut* cut, bool mayLoad) {
   const std::vector<Frame*> frames = Elements(&cut->frames);
   const std::vector<Layer*> layers = Elements(&cut->layers);
   const int32_t count = cut->frames.Count();
@@ -92,7 +90,7 @@ std::string Invariants::CheckCut(Cut* cut, bool mayLoad, std::set<const Layer*>*
     return Numbered("the current frame is", cut->currentFrame);
   }
   for (int32_t i = 0; i < count; ++i) {
-    const std::string problem = CheckFrame(cut, frames[static_cast<size_t>(i)], i, mayLoad, nowStale);
+    const std::string problem = CheckFrame(cut, frames[static_cast<size_t>(i)], i, mayLoad);
     if (!problem.empty()) return problem;
   }
   int64_t bytes = 0;
@@ -120,8 +118,7 @@ std::string Invariants::CheckCut(Cut* cut, bool mayLoad, std::set<const Layer*>*
   return "";
 }
 
-std::string Invariants::CheckFrame(Cut* cut, Frame* each, int32_t number, bool mayLoad,
-                                   std::set<const Layer*>* nowStale) {
+std::string Invariants::CheckFrame(Cut* cut, Frame* each, int32_t number, bool mayLoad) {
   const int32_t count = each->records.Count();
   const std::string where = Numbered(" of frame", number);
   if (count == 0 ? each->currentRecord != -1 : each->currentRecord < 0 || each->currentRecord >= count) {
@@ -135,10 +132,10 @@ std::string Invariants::CheckFrame(Cut* cut, Frame* each, int32_t number, bool m
     const int32_t shown = record->cell < 0 ? -1 - record->cell : record->cell;
     if (shown < record->layer->cells.Count()) continue;
     // A blank record isn't renumbered with the others, and shows what it remembers when it comes back.
-    if (record->cell >= 0 && !mayLoad && stale.count(record->layer) == 0) {
+    if (record->cell >= 0 && !mayLoad && stale.count(record->layer->id) == 0) {
       return Numbered("a record shows the cell", record->cell).append(where);
     }
-    nowStale->insert(record->layer);
+    stale.insert(record->layer->id);
   }
   return "";
 }

@@ -20,11 +20,12 @@ class Invariants {
   std::string Check(MainFrame& frame, bool mayLoad);
 
  private:
-  std::string CheckCut(Cut* cut, bool mayLoad, std::set<const Layer*>* nowStale);
-  std::string CheckFrame(Cut* cut, Frame* each, int32_t number, bool mayLoad, std::set<const Layer*>* nowStale);
+  std::string CheckCut(Cut* cut, bool mayLoad);
+  std::string CheckFrame(Cut* cut, Frame* each, int32_t number, bool mayLoad);
 
-  // Layers that some record shows with a number beyond their cells, or will once it isn't blank any more.
-  std::set<const Layer*> stale;
+  // Layers that some record has shown with a number beyond their cells, or will once it isn't blank any more, by their
+  // ids: a step of undo may bring such a record back.
+  std::set<uint64_t> stale;
   // A document with work markers in its drawings was read.
   bool hasForeignMarkers = false;
   int64_t checks = 0;

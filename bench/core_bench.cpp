@@ -18,6 +18,7 @@
 #include "foundation/byte_stream.h"
 #include "foundation/job_line.h"
 #include "imaging/indexed_image.h"
+#include "platform/memory.h"
 
 namespace sorvel {
 namespace {
@@ -193,6 +194,7 @@ SORVEL_BENCHMARK(LoadCut);
 
 // Figures are those of one thread unless SORVEL_THREADS says how many; 0 is one for each core.
 int main(int argc, char** argv) {
+  sorvel::platform::KeepFreedMemory();
   const char* threads = std::getenv("SORVEL_THREADS");
   sorvel::SetThreadCount(threads != nullptr ? std::atoi(threads) : 1);
   benchmark::Initialize(&argc, argv);

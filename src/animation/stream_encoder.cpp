@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <optional>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -137,7 +138,7 @@ class FrameReader {
     record = cut->frames.Current()->currentRecord;
   }
 
-  bool HasMore() const { return next <= lastFrame; }
+  int32_t FramesLeft() const { return lastFrame + 1 - next; }
   // Takes up to so many frames that are to be composed, and all behind them that show the same.
   void Take(int32_t most, Run* run);
 
@@ -160,7 +161,7 @@ void FrameReader::Take(int32_t most, Run* run) {
   run->frames.clear();
   run->composedBefore = composedFrames;
   run->sectionBytes = 0;
-  for (; HasMore(); ++next) {
+  for (; FramesLeft() > 0; ++next) {
     Frame* frame = cut->frames.At(next);
     const bool isComposed = next == firstFrame || !frame->SameAs(previous);
     if (isComposed && composedFrames - run->composedBefore == most) return;
@@ -203,10 +204,11 @@ class FrameEncoder {
   void Encode(Run* run, bool follows);
 
  private:
+  void CatchUp(const ShownCells& cells, int32_t isHigh);
   void Compose(const ShownCells& cells, const Rect& area);
   Rect InkArea(const ShownCell& cell);
-  Rect ChangedArea(const EncodedFrame& frame);
-  Rect DrawWhole();
+  Rect ChangedArea(const ShownCells& before, const ShownCells& after);
+  Rect DrawArea(const Rect& area);
   Rect ReduceFrame(const Rect& changed);
   void EncodeBox(const Rect& box, bool isFirst);
   uint8_t* Plane(int32_t isHigh);
@@ -219,6 +221,7 @@ class FrameEncoder {
 
   std::unordered_map<const CellImage*, Rect> inkBoxes;  // of the cells met so far, in cell coordinates
   Rect previousArea;
+  std::optional<ShownCells> shown;  // at the end of a run
 
   // The sections of the frame at work, made once for the largest box.
   CodeRowWriter rows{kSearch};
@@ -241,20 +244,15 @@ bool FrameEncoder::AllocateSections() {
 
 void FrameEncoder::Encode(Run* run, bool follows) {
   int32_t frameSlot = run->composedBefore;
-  if (frameSlot > 0 && !follows) {
-    // The picture that stands ahead of the run.
-    Compose(run->frames.front().before, canvas);
-    bitmap->frontIsHigh = (frameSlot - 1) & 1;
-    DrawWhole();
-  }
+  if (frameSlot > 0 && !follows) CatchUp(run->frames.front().before, (frameSlot - 1) & 1);
   for (EncodedFrame& frame : run->frames) {
     const bool isFirst = frameSlot == 0;
     frame.box = Rect{};
     if (frame.isComposed) {
-      const Rect area = isFirst ? canvas : ChangedArea(frame);
+      const Rect area = isFirst ? canvas : ChangedArea(frame.before, frame.cells);
       Compose(frame.cells, area);
       bitmap->frontIsHigh = frameSlot++ & 1;
-      frame.box = isFirst ? DrawWhole() : ReduceFrame(area);
+      frame.box = isFirst ? DrawArea(ReduceArea(area, scale, *bitmap)) : ReduceFrame(area);
     }
     EncodeBox(frame.box, isFirst);
     frame.mapSize = rows.MapSize();
@@ -263,7 +261,21 @@ void FrameEncoder::Encode(Run* run, bool follows) {
     run->hasMemory = run->Put(rows.Map(), rows.MapSize()) && run->Put(rows.Codes(), rows.CodeSize()) &&
                      run->Put(rows.Literals(), rows.LiteralSize());
     if (!run->hasMemory) return;
+    if (frame.isComposed && !follows) shown = std::move(frame.cells);
   }
+}
+
+// Makes the picture that stands ahead of a run from the one at the end of the encoder's last run, in this plane.
+void FrameEncoder::CatchUp(const ShownCells& cells, int32_t isHigh) {
+  const bool isOther = bitmap->frontIsHigh != isHigh;
+  bitmap->frontIsHigh = isHigh;
+  if (shown && isOther) {
+    bitmap->CopyBackToFront(0, 0, bitmap->width, bitmap->height);
+    PackRows(0, bitmap->height);
+  }
+  const Rect area = shown ? ChangedArea(*shown, cells) : canvas;
+  Compose(cells, area);
+  DrawArea(ReduceArea(area, scale, *bitmap));
 }
 
 void FrameEncoder::Compose(const ShownCells& cells, const Rect& area) {
@@ -283,13 +295,13 @@ Rect FrameEncoder::InkArea(const ShownCell& cell) {
   return OnCanvas(entry->second, cell.x, cell.y, canvas);
 }
 
-// Holds every canvas pixel in which the frame may differ from the one before it, and is empty if there is none.
-Rect FrameEncoder::ChangedArea(const EncodedFrame& frame) {
+// Holds every canvas pixel in which the pictures may differ, and is empty if there is none.
+Rect FrameEncoder::ChangedArea(const ShownCells& before, const ShownCells& after) {
   Rect area;
-  const size_t count = std::max(frame.cells.size(), frame.before.size());
+  const size_t count = std::max(after.size(), before.size());
   for (size_t i = 0; i < count; ++i) {
-    const ShownCell now = i < frame.cells.size() ? frame.cells[i] : ShownCell();
-    const ShownCell then = i < frame.before.size() ? frame.before[i] : ShownCell();
+    const ShownCell now = i < after.size() ? after[i] : ShownCell();
+    const ShownCell then = i < before.size() ? before[i] : ShownCell();
     if (now == then) continue;
     UnionRect(&area, InkArea(then));
     UnionRect(&area, InkArea(now));
@@ -297,10 +309,11 @@ Rect FrameEncoder::ChangedArea(const EncodedFrame& frame) {
   return area;
 }
 
-// Draws the whole picture into the front plane and gives its box. The back plane doesn't matter.
-Rect FrameEncoder::DrawWhole() {
-  bitmap->ReduceFrom(*composition, nullptr, scale, nullptr);
-  PackRows(0, bitmap->height);
+// Draws a part of the picture into the front plane, of which the rest is right, and gives the box of the whole. The
+// back plane doesn't matter.
+Rect FrameEncoder::DrawArea(const Rect& area) {
+  bitmap->ReduceFrom(*composition, nullptr, scale, &area);
+  PackRows(area.y, area.y + area.height);
   previousArea = {0, 0, bitmap->width, bitmap->height};
   return previousArea;
 }
@@ -394,11 +407,11 @@ struct Place {
   Run run;
 };
 
-// To begin a run takes about half of what it takes to encode a frame, so a run is longer. It is short enough for all
-// threads to be done at about the same time.
+// To begin a run takes half of what it takes to encode a frame or more, so a run is longer. A run is a part of what is
+// left for each thread, so that the last ones are short and all threads are done at about the same time.
 constexpr int32_t kShortestRun = 4;
 constexpr int32_t kLongestRun = 32;
-constexpr int32_t kRunsOfThread = 4;
+constexpr int32_t kRunsOfThread = 2;
 
 // As many as are worth while; fewer if memory is short, and none if there isn't enough for one. The first one has the
 // given bitmap and composition.
@@ -477,7 +490,6 @@ int32_t AnimationEncoder::EncodeCut(Cut* cut, CellImage* composition, int32_t fi
   const auto placeCount = static_cast<int32_t>(places.size());
   const bool isAlone = placeCount == 1;
   const int32_t runs = kRunsOfThread * (placeCount - 1);
-  const int32_t runLength = isAlone ? 1 : std::clamp((count + runs - 1) / runs, kShortestRun, kLongestRun);
   FrameReader reader(cut, first, last);
   JobLine line(placeCount, [&places, isAlone](int32_t place) {
     places[static_cast<size_t>(place)]->encoder->Encode(&places[static_cast<size_t>(place)]->run, isAlone);
@@ -496,7 +508,8 @@ int32_t AnimationEncoder::EncodeCut(Cut* cut, CellImage* composition, int32_t fi
     return true;
   };
   int32_t lastPlace = 0;
-  while (reader.HasMore()) {
+  while (const int32_t left = reader.FramesLeft()) {
+    const int32_t runLength = isAlone ? 1 : std::clamp(left / runs, kShortestRun, kLongestRun);
     if (line.IsFull() && !writeOldest()) return 0;
     lastPlace = line.NextPlace();
     reader.Take(runLength, &places[static_cast<size_t>(lastPlace)]->run);

@@ -9,6 +9,7 @@
 #include "foundation/job_line.h"
 #include "foundation/replacement_file.h"
 #include "imaging/color_table.h"
+#include "platform/memory.h"
 
 namespace sorvel::console {
 
@@ -218,6 +219,7 @@ int RunCommand(const Command& command, int count, char** words) {
 }  // namespace
 
 int Main(int argc, char** argv) {
+  platform::KeepFreedMemory();
   const char* word = argc > 1 ? argv[1] : "";
   if (std::strcmp(word, "--help") == 0) {
     PrintOverview();

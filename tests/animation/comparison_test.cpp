@@ -215,7 +215,13 @@ Compiled CompileBy(int32_t threadCount, const Bytes& file, uint32_t flags, bool 
 TEST_F(Comparison, AnyNumberOfThreadsCompilesTheSame) {
   for (uint32_t seed = 0; seed < kCuts; ++seed) {
     RandomCuts random(seed);
-    const Bytes file = reference::WriteCut(random.Chance(80) ? random.MakeScene() : random.Make());
+    reference::CutData cut = random.Chance(80) ? random.MakeScene() : random.Make();
+    // In long cuts each thread gets more than one run, of different lengths.
+    const int last = static_cast<int>(cut.frames.size()) - 1;
+    for (int i = random.Chance(50) ? random.Number(0, 80) : 0; i > 0; --i) {
+      cut.frames.push_back(cut.frames[static_cast<size_t>(random.Number(0, last))]);
+    }
+    const Bytes file = reference::WriteCut(cut);
     const uint32_t flags = random.Chance(20) ? kCurrentCellOnly : 0u;
     const bool packs = random.Chance(50);
     const Compiled alone = CompileBy(1, file, flags, packs);

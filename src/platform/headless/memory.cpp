@@ -1,6 +1,9 @@
 #include "platform/memory.h"
 
 #include <sys/mman.h>
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 
 #include <cstdint>
 
@@ -34,6 +37,14 @@ void* AllocateBlock(size_t bytes) {
 
 void FreeBlock(void* block, size_t bytes) {
   if (block != nullptr) munmap(block, bytes);
+}
+
+void KeepFreedMemory() {
+#ifdef __GLIBC__
+  mallopt(M_ARENA_MAX, 1);
+  // To set one of these ends the adjustment of both at run time. A 32-bit system refuses the first.
+  if (mallopt(M_MMAP_THRESHOLD, 1 << 25) != 0) mallopt(M_TRIM_THRESHOLD, 1 << 26);
+#endif
 }
 
 }  // namespace sorvel::platform

@@ -14,4 +14,7 @@ void FreeBlock(void* block, size_t bytes) {
   if (block != nullptr) VirtualFree(block, 0, MEM_RELEASE);
 }
 
+// All threads share one heap here in any case.
+void KeepFreedMemory() {}
+
 }  // namespace sorvel::platform

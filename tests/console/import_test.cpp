@@ -443,6 +443,17 @@ TEST_F(ConsoleImport, HostileHeadsAreRefused) {
   ExpectRefused("a.png", Png(0, 1, 8, 0, Hex("00")));
 }
 
+TEST_F(ConsoleImport, PngIsCheckedByItsChunks) {
+  Bytes png = Png(4, 1, 8, 0, Hex("00 00 54 A8 FF"));
+  const size_t end = png.size() - 12;  // of the pixels' chunk: its last 8 bytes are their own checksum and the chunk's
+  const size_t type = 8 + 25 + 4;
+  png[end - 5] ^= 1;
+  ExpectRefused("a.png", png);
+  const Bytes right = Be32(Crc32(Part(png, type, end - 4 - type)));
+  std::copy(right.begin(), right.end(), png.begin() + static_cast<ptrdiff_t>(end) - 4);
+  EXPECT_EQ(Shown("a.png", png), "1234");
+}
+
 TEST_F(ConsoleImport, BitmapColourOutsideItsPaletteDoesNoHarm) {
   folder.Write("a.bmp", Bmp(4, 1, 8, Hex("00 00 00 00"), Hex("00 01 7F FF"), 1));
   const Answer run = folder.Sorvel({"import", "out.cut", "a.bmp"});

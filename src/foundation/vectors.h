@@ -42,8 +42,8 @@ inline bool gMayUseWideVectors = true;
 
 // A wider vector, for functions with the attribute SORVEL_WIDE. They are for processors that HasWideVectors() has
 // found. Elsewhere there are none, and the types are those above; so for 64-bit Windows, where g++ keeps wide vectors
-// on a stack that isn't aligned for them.
-#if (defined(__x86_64__) || defined(__i386__)) && !defined(_WIN64)
+// on a stack that isn't aligned for them, unless the build says that all moves are unaligned ones.
+#if (defined(__x86_64__) || defined(__i386__)) && (!defined(_WIN64) || defined(SORVEL_UNALIGNED_MOVES))
 #define SORVEL_HAS_WIDE
 #define SORVEL_WIDE [[gnu::target("avx2")]]
 inline bool HasWideVectors() {

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "document/cut.h"
+#include "support/test_program.h"
 #include "support/test_streams.h"
 
 namespace sorvel {

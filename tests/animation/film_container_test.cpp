@@ -10,6 +10,7 @@
 
 #include "animation/stream_decoder.h"
 #include "document/film.h"
+#include "support/test_program.h"
 #include "support/test_streams.h"
 
 namespace sorvel {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "support/test_scripts.h"
+#include "support/test_streams.h"
 
 namespace sorvel {
 namespace {

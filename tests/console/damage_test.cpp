@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "support/test_program.h"
 #include "support/test_streams.h"
 
 namespace sorvel {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "support/test_scripts.h"
+#include "support/test_streams.h"
 
 namespace sorvel {
 namespace {

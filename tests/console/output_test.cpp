@@ -13,6 +13,7 @@
 #include <memory>
 #include <string>
 
+#include "support/test_program.h"
 #include "support/test_streams.h"
 
 namespace sorvel {

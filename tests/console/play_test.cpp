@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "support/test_program.h"
 #include "support/test_streams.h"
 
 namespace sorvel {

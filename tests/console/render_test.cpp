@@ -17,6 +17,7 @@
 
 #include "export/film_export.h"
 #include "export/picture_folder_writer.h"
+#include "support/test_program.h"
 #include "support/test_streams.h"
 
 namespace sorvel {

@@ -11,6 +11,7 @@
 #include "resources/ids.h"
 #include "support/places.h"
 #include "support/test_scripts.h"
+#include "support/test_streams.h"
 
 namespace sorvel {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "support/test_streams.h"
+#include "support/test_program.h"
 
 namespace sorvel {
 namespace {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "support/test_streams.h"
+#include "support/test_program.h"
 
 namespace sorvel::teststreams {
 

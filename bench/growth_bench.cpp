@@ -77,7 +77,6 @@ class ShapeDesk : public Desk {
     if (!Cut()->Save(&saved)) std::exit(1);
   }
   void Load() {
-    if (saved.size == 0) Save();
     saved.position = 0;
     sorvel::Cut loaded(0, 0, 24, "", 0);
     if (!loaded.Load(&saved, nullptr)) std::exit(1);
@@ -184,6 +183,7 @@ void RunWork(benchmark::State& state, const Shape& shape, const Work& work) {
     desk = std::make_unique<ShapeDesk>(shape);
   }
   if (work.run == kUndoStroke.run) kStroke.run(desk.get());
+  if (work.run == kLoad.run) desk->Save();
   if (work.run == kPenMove.run) desk->Mouse(platform::kMessageLeftDown);
   for (auto _ : state) work.run(desk.get());
   if (work.run == kPenMove.run) desk->Mouse(platform::kMessageLeftUp);

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <filesystem>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "foundation/byte_stream.h"
@@ -31,12 +32,18 @@ class InputStream {
 };
 
 // The path of a file that holds the input, for readers that open their files themselves, and for writers that put
-// another file in its place. It is this process's own and goes with it.
+// another file in its place. It lies in a folder of this process's own, which goes with it. What was kept of the files
+// that writers replaced is gone with the next input: damaged ones would add up.
 inline const char* InputFile(const uint8_t* data, size_t size) {
   static const struct Place {
-    ~Place() { std::remove(path.c_str()); }
-    std::string path = std::filesystem::temp_directory_path() / ("sorvel-fuzz-" + std::to_string(getpid()));
+    Place() { std::filesystem::create_directory(folder, ignored); }
+    ~Place() { std::filesystem::remove_all(folder, ignored); }
+    std::error_code ignored;
+    std::filesystem::path folder = std::filesystem::temp_directory_path() / ("sorvel-fuzz-" + std::to_string(getpid()));
+    std::string path = folder / "input";
   } place;
+  std::error_code ignored;
+  std::filesystem::remove_all(place.folder / ".sorvel", ignored);
   FILE* file = std::fopen(place.path.c_str(), "wb");
   if (file != nullptr) {
     if (size > 0) std::fwrite(data, size, 1, file);

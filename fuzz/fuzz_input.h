@@ -35,15 +35,14 @@ class InputStream {
 // another file in its place. It lies in a folder of this process's own, which goes with it. What was kept of the files
 // that writers replaced is gone with the next input: damaged ones would add up.
 inline const char* InputFile(const uint8_t* data, size_t size) {
-  static const struct Place {
+  static struct Place {
     Place() { std::filesystem::create_directory(folder, ignored); }
     ~Place() { std::filesystem::remove_all(folder, ignored); }
     std::error_code ignored;
     std::filesystem::path folder = std::filesystem::temp_directory_path() / ("sorvel-fuzz-" + std::to_string(getpid()));
     std::string path = folder / "input";
   } place;
-  std::error_code ignored;
-  std::filesystem::remove_all(place.folder / ".sorvel", ignored);
+  std::filesystem::remove_all(place.folder / ".sorvel", place.ignored);
   FILE* file = std::fopen(place.path.c_str(), "wb");
   if (file != nullptr) {
     if (size > 0) std::fwrite(data, size, 1, file);

@@ -992,7 +992,7 @@ bool UndoHistory::Apply(Step* step, const Shown& target) {
   isMoving = true;
   const bool hasLayers = !step->layers.IsEmpty();
   const CellPlace place = PlaceOf(cut->undoCell);
-  if (!step->layers.IsEmpty()) step->layers.Swap(&cut->layers);
+  if (hasLayers) step->layers.Swap(&cut->layers);
   for (const std::unique_ptr<LayerChange>& change : step->inLayers) {
     if (Layer* layer = LayerOf(change->id)) change->Swap(layer);
   }

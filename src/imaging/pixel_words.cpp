@@ -100,6 +100,15 @@ void PaintWord(CellImage* image, int32_t y, int32_t word, uint64_t bits, const I
   }
 }
 
+void PaintUnmaskedWord(CellImage* image, int32_t y, int32_t word, uint64_t bits, const InkRow& ink, uint32_t mask) {
+  const auto isFree = [mask](uint8_t pixel) { return static_cast<uint8_t>(IsMasked(mask, pixel) ? 0 : 1); };
+  const int32_t start = word * kWordPixels;
+  const int32_t count = std::min(kWordPixels, image->width - start);
+  uint8_t run[kWordPixels];
+  TestPixels(RunPixels(*image, start, y, count, run), count, isFree,
+             [&](int32_t, uint64_t free) { PaintWord(image, y, word, bits & free, ink); });
+}
+
 void PaintRun(CellImage* image, int32_t y, int32_t x, int32_t end, uint64_t group) {
   image->UseRows(y, 1);
   uint8_t* const row = RowOf(*image, y);

@@ -111,6 +111,9 @@ class PenInk {
 // Draws the pixels of a word whose bits are set. They must lie inside the image.
 void PaintWord(CellImage* image, int32_t y, int32_t word, uint64_t bits, const InkRow& ink);
 
+// The same, but for pixels that are masked.
+void PaintUnmaskedWord(CellImage* image, int32_t y, int32_t word, uint64_t bits, const InkRow& ink, uint32_t mask);
+
 // Draws the pixels from x to end - 1 of a row, which must lie inside the image.
 void PaintRun(CellImage* image, int32_t y, int32_t x, int32_t end, uint64_t group);
 

@@ -63,13 +63,8 @@ constexpr std::array<uint8_t, 256> kFirstColumnLow = [] {
 
 // Draws the pixels from x to end - 1 of a row that aren't masked.
 void PaintUnmasked(CellImage* image, int32_t y, int32_t x, int32_t end, const InkRow& ink, uint32_t mask) {
-  const auto isFree = [mask](uint8_t pixel) { return static_cast<uint8_t>(IsMasked(mask, pixel) ? 0 : 1); };
   for (int32_t word = x / kWordPixels; word * int64_t{kWordPixels} < end; word++) {
-    const int32_t start = word * kWordPixels;
-    const int32_t count = std::min(kWordPixels, image->width - start);
-    uint8_t run[kWordPixels];
-    TestPixels(RunPixels(*image, start, y, count, run), count, isFree,
-               [&](int32_t, uint64_t bits) { PaintWord(image, y, word, bits & SpanBits(word, x, end), ink); });
+    PaintUnmaskedWord(image, y, word, SpanBits(word, x, end), ink, mask);
   }
 }
 

@@ -54,6 +54,20 @@ void ToSketchInk(PenSpec* pen) {
   pen->colorB = ToSketchColor(pen->colorB);
 }
 
+struct Columns {
+  int32_t first;
+  int32_t end;
+};
+
+// The columns of an image that a row of the pen's shape, or several put together, covers when it is stamped at all
+// points from `left` to `right`. Every row of a shape is one run and covers the column of its point, or is empty.
+Columns StampedColumns(const CellImage& image, uint8_t shapeRow, int64_t left, int64_t right) {
+  if (shapeRow == 0) return {0, 0};
+  const int64_t first = left - kPenReach + std::countl_zero(shapeRow);
+  const int64_t end = right + kPenReach - std::countr_zero(shapeRow);
+  return {static_cast<int32_t>(std::max<int64_t>(first, 0)), static_cast<int32_t>(std::min<int64_t>(end, image.width))};
+}
+
 // Whether pixels of an image get this value from the pen.
 bool InkHolds(const CellImage& image, const PenSpec& pen, int32_t value) {
   const int32_t stored = image.colors - 1;
@@ -703,19 +717,43 @@ bool CellImage::DrawGrid(int32_t x, int32_t y, int32_t blockWidth, int32_t block
   if (!ClipRect(&x, &y, &blockWidth, &blockHeight)) return false;
   ToSketchInk(&pen);
   mask |= kFinishedMask;
-  const int32_t right = x + blockWidth;
-  const int32_t bottom = y + blockHeight;
+  Buffer<uint64_t> uprights;
+  if (!uprights.AllocateZeroed(static_cast<uint64_t>(WordCount(width)))) return false;
   // Lines end at right and bottom, as those of DrawBox() do: one pixel less would leave a gap to a frame around the
   // grid. A step of 0 or less gives one line at the left or top edge.
+  const int64_t right = int64_t{x} + blockWidth;
+  const int64_t bottom = int64_t{y} + blockHeight;
   const int64_t columnStep = stepX > 0 ? stepX : blockWidth;
   const int64_t rowStep = stepY > 0 ? stepY : blockHeight;
-  for (int64_t column = x; column < right; column += columnStep) {
-    const auto lineX = static_cast<int32_t>(column);
-    DrawLine(lineX, y, lineX, bottom, &pen, mask, nullptr);
-  }
-  for (int64_t row = y; row < bottom; row += rowStep) {
-    const auto lineY = static_cast<int32_t>(row);
-    DrawLine(x, lineY, right, lineY, &pen, mask, nullptr);
+  // The ink of a pixel depends on its place alone. So each row is drawn once, whatever lines meet there.
+  const PenInk ink(*this, pen);
+  uint8_t knownUpright = 0;
+  const auto lastRow = static_cast<int32_t>(std::min<int64_t>(bottom + kPenReach, height));
+  for (int32_t row = std::max(y - kPenReach, 0); row < lastRow; row++) {
+    uint8_t upright = 0;
+    uint8_t level = 0;
+    for (int32_t part = 0; part < kPenSize; part++) {
+      const int64_t point = int64_t{row} + kPenReach - part;
+      const uint8_t shape = PenShapes[pen.shape][part];
+      if (point < y || point > bottom) continue;
+      upright |= shape;
+      if (point < bottom && (point - y) % rowStep == 0) level |= shape;
+    }
+    if (upright != knownUpright) {
+      std::fill_n(uprights.Data(), uprights.Count(), 0);
+      for (int64_t column = x; column < right; column += columnStep) {
+        const Columns covered = StampedColumns(*this, upright, column, column);
+        for (int32_t word = covered.first / kWordPixels; word < WordCount(covered.end); word++) {
+          uprights[static_cast<size_t>(word)] |= SpanBits(word, covered.first, covered.end);
+        }
+      }
+      knownUpright = upright;
+    }
+    const Columns covered = StampedColumns(*this, level, x, right);
+    for (int32_t word = 0; word < WordCount(width); word++) {
+      const uint64_t drawn = uprights[static_cast<size_t>(word)] | SpanBits(word, covered.first, covered.end);
+      if (drawn != 0) PaintUnmaskedWord(this, row, word, drawn, ink.Row(row), mask);
+    }
   }
   return true;
 }

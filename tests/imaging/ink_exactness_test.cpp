@@ -128,6 +128,28 @@ bool IsPlainSketch(int32_t value) {
   return value >= 5 && value <= 7;
 }
 
+// Lines in the sketch colours of the pen over what is transparent or sketch.
+bool PlainGrid(CellImage* image, Rect rect, int32_t stepX, int32_t stepY, PenSpec pen, uint32_t mask) {
+  if (!PlainClip(*image, &rect, false)) return false;
+  for (int32_t* color : {&pen.colorA, &pen.colorB}) {
+    *color = *color >= 1 && *color <= 3 ? *color + 4 : *color >= 8 && *color <= 10 ? *color - 3 : 0;
+  }
+  for (int32_t value = 0; value < 32; ++value) {
+    if (value != 0 && !IsPlainSketch(value)) mask |= uint32_t{1} << value;
+  }
+  const int32_t right = rect.x + rect.width;
+  const int32_t bottom = rect.y + rect.height;
+  for (int64_t x = rect.x; x<right; x += stepX> 0 ? stepX : rect.width) {
+    const auto column = static_cast<int32_t>(x);
+    PlainLine(image, column, rect.y, column, bottom, &pen, mask, nullptr);
+  }
+  for (int64_t y = rect.y; y<bottom; y += stepY> 0 ? stepY : rect.height) {
+    const auto row = static_cast<int32_t>(y);
+    PlainLine(image, rect.x, row, right, row, &pen, mask, nullptr);
+  }
+  return true;
+}
+
 // The flood by recursion, with any ink.
 template <typename Ink>
 class PlainFlood {
@@ -643,6 +665,21 @@ TEST(InkExactness, SketchOperationsEqualTheirPlainForms) {
       ASSERT_EQ(twins.real->ClearSketch(rect.x, rect.y, rect.width, rect.height, value),
                 PlainClearSketch(twins.plain.get(), rect, value));
     }
+  });
+}
+
+TEST(InkExactness, DrawGridEqualsItsPlainForm) {
+  ForTwins(19, 6000, [](Random* random, const Twins& twins) {
+    const Rect rect = AnyRect(random, *twins.real);
+    const PenSpec pen = AnyPen(random, twins.isPacked);
+    const uint32_t mask = AnyMask(random);
+    const auto step = [random] {
+      return random->OneIn(9) ? kHighest - random->Between(0, 9) : random->Between(-2, 20);
+    };
+    const int32_t stepX = step();
+    const int32_t stepY = step();
+    ASSERT_EQ(twins.real->DrawGrid(rect.x, rect.y, rect.width, rect.height, stepX, stepY, pen, mask),
+              PlainGrid(twins.plain.get(), rect, stepX, stepY, pen, mask));
   });
 }
 

@@ -557,8 +557,8 @@ bool Monkey::DoPicture() {
       }
       return Do("screen files/screen.bmp");
     case 1:
-      // What is wider can't be read back.
-      if (cut->view.bits == nullptr || cut->view.width > INT16_MAX) return true;
+      // What is wider or higher can't be read back.
+      if (cut->view.bits == nullptr || std::max(cut->view.width, cut->view.height) > INT16_MAX) return true;
       if (std::find(pictures.begin(), pictures.end(), "files/view.bmp") == pictures.end()) {
         pictures.push_back("files/view.bmp");
       }

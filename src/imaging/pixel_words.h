@@ -111,7 +111,7 @@ class PenInk {
 // Draws the pixels of a word whose bits are set. They must lie inside the image.
 void PaintWord(CellImage* image, int32_t y, int32_t word, uint64_t bits, const InkRow& ink);
 
-// The same, but for pixels that are masked.
+// The same for those of the pixels that aren't masked.
 void PaintUnmaskedWord(CellImage* image, int32_t y, int32_t word, uint64_t bits, const InkRow& ink, uint32_t mask);
 
 // Draws the pixels from x to end - 1 of a row, which must lie inside the image.

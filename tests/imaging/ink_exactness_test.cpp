@@ -139,11 +139,13 @@ bool PlainGrid(CellImage* image, Rect rect, int32_t stepX, int32_t stepY, PenSpe
   }
   const int32_t right = rect.x + rect.width;
   const int32_t bottom = rect.y + rect.height;
-  for (int64_t x = rect.x; x<right; x += stepX> 0 ? stepX : rect.width) {
+  const int32_t columnStep = stepX > 0 ? stepX : rect.width;
+  const int32_t rowStep = stepY > 0 ? stepY : rect.height;
+  for (int64_t x = rect.x; x < right; x += columnStep) {
     const auto column = static_cast<int32_t>(x);
     PlainLine(image, column, rect.y, column, bottom, &pen, mask, nullptr);
   }
-  for (int64_t y = rect.y; y<bottom; y += stepY> 0 ? stepY : rect.height) {
+  for (int64_t y = rect.y; y < bottom; y += rowStep) {
     const auto row = static_cast<int32_t>(y);
     PlainLine(image, rect.x, row, right, row, &pen, mask, nullptr);
   }
